@@ -1,0 +1,3 @@
+#include "foundation/trace/ILogInterface.h"
+
+Morvane::ILogInterface::~ILogInterface() = default;
