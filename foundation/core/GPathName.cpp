@@ -1,0 +1,170 @@
+#include "foundation/core/GPathName.h"
+
+#include "foundation/core/GErrorCodes.h"
+#include "foundation/core/GException.h"
+#include "foundation/core/GPathNameRules.h"
+
+#include <QStringList>
+
+namespace
+{
+const QLatin1Char cSeparator('/');
+const QLatin1String cHere(".");
+const QLatin1String cUp("..");
+const QLatin1String cStepUp("../");
+
+[[noreturn]] void RaiseIllegalPath(const GString& path)
+{
+    throw GCustomException(GErrorCode::cIllegalPath,
+                           QStringLiteral("The path \"%1\" is not a legal one.").arg(path));
+}
+
+// Whether the name stands for a folder known from elsewhere instead of naming it.
+bool IsSymbolic(const GString& name)
+{
+    return name == cHere || name == cUp;
+}
+
+// Whether the tidy relative path begins with a step up.
+bool LeadsUp(const GString& relativePath)
+{
+    return relativePath == cUp || relativePath.startsWith(cStepUp);
+}
+
+void CheckNames(const GString& portable, int rootLength, const GString& original)
+{
+    // The colon of a drive belongs to no name; a server and a share are names like any other.
+    const bool isDrive = rootLength > 0 && !portable.startsWith(cSeparator);
+    for (const GString& name : portable.mid(isDrive ? rootLength : 0).split(cSeparator)) {
+        if (!IsSymbolic(name) && !GPathNameRules::IsLegalName(name))
+            RaiseIllegalPath(original);
+    }
+}
+
+// Takes one name of a path into the tidy names before it.
+void AppendName(QStringList& names, const GString& name, bool isAbsolute)
+{
+    if (name.isEmpty() || name == cHere)
+        return;
+    if (name != cUp)
+        names.append(name);
+    else if (!names.isEmpty() && names.last() != cUp)
+        names.removeLast();
+    else if (!isAbsolute)
+        names.append(name);
+}
+
+GString GetTidyRoot(const GString& portablePath, int rootLength)
+{
+    GString root = portablePath.left(rootLength);
+    if (rootLength > 0 && !root.endsWith(cSeparator))
+        root.append(cSeparator);
+    return root;
+}
+
+// Where the dot of the extension stands in a leaf, or the leaf's length when it has none.
+int GetExtensionDot(const GString& leaf)
+{
+    const int dot = leaf.lastIndexOf(QLatin1Char('.'));
+    return dot <= 0 || dot == leaf.size() - 1 ? leaf.size() : dot;
+}
+}  // namespace
+
+GPathName::GPathName(const GString& nativeOrPortablePath)
+{
+    if (nativeOrPortablePath.isEmpty())
+        return;
+    const GString portable = GPathNameRules::ToPortable(nativeOrPortablePath);
+    const int rootLength = GPathNameRules::GetRootLength(portable);
+    if (rootLength < 0 || portable.isEmpty())
+        RaiseIllegalPath(nativeOrPortablePath);
+    CheckNames(portable, rootLength, nativeOrPortablePath);
+    const GString root = GetTidyRoot(portable, rootLength);
+    QStringList names;
+    for (const GString& name : portable.mid(rootLength).split(cSeparator))
+        AppendName(names, name, rootLength > 0);
+    mPath = root + names.join(cSeparator);
+    mRootLength = root.size();
+    if (mPath.isEmpty())
+        mPath = cHere;
+}
+
+GString GPathName::GetNativePath() const
+{
+    return GPathNameRules::ToNative(mPath);
+}
+
+GString GPathName::GetSystemPath() const
+{
+    return GPathNameRules::ToSystem(mPath);
+}
+
+GString GPathName::GetLeaf() const
+{
+    return mPath.mid(qMax(mRootLength, mPath.lastIndexOf(cSeparator) + 1));
+}
+
+GString GPathName::GetLeafWithoutExtension() const
+{
+    const GString leaf = GetLeaf();
+    return leaf.left(GetExtensionDot(leaf));
+}
+
+GString GPathName::GetExtension() const
+{
+    const GString leaf = GetLeaf();
+    return leaf.mid(GetExtensionDot(leaf) + 1);
+}
+
+GPathName GPathName::WithExtension(const GString& extension) const
+{
+    const GString leaf = GetLeaf();
+    if (leaf.isEmpty() || IsSymbolic(leaf) || GPathNameRules::ToPortable(extension).contains(cSeparator))
+        RaiseIllegalPath(mPath + QLatin1Char('.') + extension);
+    GString path = mPath.left(mPath.size() - leaf.size() + GetExtensionDot(leaf));
+    if (!extension.isEmpty())
+        path += QLatin1Char('.') + extension;
+    return GPathName(path);
+}
+
+GPathName GPathName::GetParent() const
+{
+    const GString leaf = GetLeaf();
+    if (leaf.isEmpty() || IsSymbolic(leaf))
+        return GPathName();
+    return GPathName(mPath.left(mPath.size() - leaf.size()));
+}
+
+GPathName GPathName::GetChild(const GString& leafOrRelative) const
+{
+    const GPathName relative(leafOrRelative);
+    if (relative.IsEmpty() || relative.IsAbsolute() || relative.mPath == cHere || LeadsUp(relative.mPath))
+        RaiseIllegalPath(leafOrRelative);
+    if (IsEmpty())
+        return relative;
+    return GPathName(IsRoot() ? mPath + relative.mPath : mPath + cSeparator + relative.mPath);
+}
+
+bool GPathName::IsBelow(const GPathName& base) const
+{
+    if (base.IsEmpty() || mRootLength != base.mRootLength)
+        return false;
+    const GString folder = base.IsRoot() ? base.mPath : base.mPath + cSeparator;
+    return mPath.size() > folder.size() && mPath.startsWith(folder, GPathNameRules::cCaseSensitivity) &&
+           !LeadsUp(mPath.mid(folder.size()));
+}
+
+GPathName GPathName::GetRelativeTo(const GPathName& base) const
+{
+    if (!IsBelow(base)) {
+        throw GCustomException(GErrorCode::cIllegalPath,
+                               QStringLiteral("The path \"%1\" does not lie below \"%2\".")
+                                   .arg(GetNativePath(), base.GetNativePath()));
+    }
+    return GPathName(mPath.mid(base.IsRoot() ? base.mPath.size() : base.mPath.size() + 1));
+}
+
+bool GPathName::operator==(const GPathName& other) const
+{
+    return mPath.compare(other.mPath, GPathNameRules::cCaseSensitivity) == 0;
+}

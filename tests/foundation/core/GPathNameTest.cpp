@@ -1,0 +1,134 @@
+#include "foundation/core/GErrorCodes.h"
+#include "foundation/core/GException.h"
+#include "foundation/core/GPathName.h"
+
+#include <gtest/gtest.h>
+
+static const bool cIsWindows = GPathName(QStringLiteral("a/b")).GetNativePath() == QLatin1String("a\\b");
+
+static std::string Text(const GString& text)
+{
+    return text.toStdString();
+}
+
+static GPathName Path(const char* path)
+{
+    return GPathName(QString::fromUtf8(path));
+}
+
+TEST(GPathName, PathsAreTidiedAndTakenApart)
+{
+    const struct
+    {
+        const char *path, *tidy, *parent, *leaf, *stem, *extension;
+    } cases[] = {
+        {"", "", "", "", "", ""},
+        {"/", "/", "", "", "", ""},
+        {"/..", "/", "", "", "", ""},
+        {"//srv/share/", "//srv/share/", "", "", "", ""},
+        {"//srv/share", "//srv/share/", "", "", "", ""},
+        {"//srv/share/../a", "//srv/share/a", "//srv/share/", "a", "a", ""},
+        {"/a//b/./c.tar.gz/", "/a/b/c.tar.gz", "/a/b", "c.tar.gz", "c.tar", "gz"},
+        {"/tmp/x/../../etc", "/etc", "/", "etc", "etc", ""},
+        {"a/../..", "..", "", "..", "..", ""},
+        {"../../b", "../../b", "../..", "b", "b", ""},
+        {"a/..", ".", "", ".", ".", ""},
+        {"job.d/.profile", "job.d/.profile", "job.d", ".profile", ".profile", ""},
+        {"Gr\u00F6\u00DFe.pdf", "Gr\u00F6\u00DFe.pdf", "", "Gr\u00F6\u00DFe.pdf", "Gr\u00F6\u00DFe", "pdf"},
+    };
+    for (const auto& test : cases) {
+        const bool isShare = QByteArray(test.path).startsWith("//");
+        if (isShare && !cIsWindows)
+            continue;
+        SCOPED_TRACE(test.path);
+        const GPathName path = Path(test.path);
+        EXPECT_EQ(Text(path.GetPortablePath()), test.tidy);
+        EXPECT_EQ(Text(path.GetParent().GetPortablePath()), test.parent);
+        EXPECT_EQ(Text(path.GetLeaf()), test.leaf);
+        EXPECT_EQ(Text(path.GetLeafWithoutExtension()), test.stem);
+        EXPECT_EQ(Text(path.GetExtension()), test.extension);
+        EXPECT_EQ(path, GPathName(path.GetNativePath()));
+        EXPECT_EQ(path, GPathName(path.GetSystemPath()));
+    }
+}
+
+TEST(GPathName, WindowsFormsFollowTheSystem)
+{
+    const struct
+    {
+        const char *text, *native, *system;
+    } cases[] = {
+        {"C:/Jobs/a.pdf", "C:\\Jobs\\a.pdf", "\\\\?\\C:\\Jobs\\a.pdf"},
+        {"\\\\?\\C:\\Jobs\\a.pdf", "C:\\Jobs\\a.pdf", "\\\\?\\C:\\Jobs\\a.pdf"},
+        {"\\\\srv\\share\\a", "\\\\srv\\share\\a", "\\\\?\\UNC\\srv\\share\\a"},
+        {"\\\\?\\UNC\\srv\\share\\a", "\\\\srv\\share\\a", "\\\\?\\UNC\\srv\\share\\a"},
+        {"Jobs/a", "Jobs\\a", "Jobs\\a"},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.text);
+        const GPathName path = Path(test.text);
+        if (cIsWindows) {
+            EXPECT_EQ(Text(path.GetNativePath()), test.native);
+            EXPECT_EQ(Text(path.GetSystemPath()), test.system);
+        } else {
+            EXPECT_EQ(Text(path.GetSystemPath()), test.text)
+                << "A backslash is a character of the name here.";
+        }
+    }
+    EXPECT_EQ(Path("/Jobs/A") == Path("/jobs/a"), cIsWindows);
+    EXPECT_EQ(Path("/Jobs/A/b").IsBelow(Path("/jobs/a")), cIsWindows);
+}
+
+TEST(GPathName, IllegalPathsRaise)
+{
+    const auto getCode = [](const auto& make) {
+        try {
+            make();
+        } catch (const GException& error) {
+            return error.GetCode();
+        }
+        return 0;
+    };
+    EXPECT_EQ(getCode([] { GPathName(QString(QChar(0))); }), GErrorCode::cIllegalPath);
+    for (const char* path : {"C:", "C:a", "\\\\srv", "\\\\srv\\\\a", "\\\\.\\PIPE\\a", "\\\\?\\", "C:\\a:b",
+                             "a|b", "a*", "C:\\tmp\\.. \\x", "a\tb", "C:\\CON."}) {
+        SCOPED_TRACE(path);
+        EXPECT_EQ(getCode([&] { Path(path); }), cIsWindows ? GErrorCode::cIllegalPath : 0);
+    }
+    const GPathName folder = Path("/tmp");
+    for (const char* child : {"", ".", "..", "a/../..", "/etc", "../tmpx"})
+        EXPECT_EQ(getCode([&] { folder.GetChild(QString::fromLatin1(child)); }), GErrorCode::cIllegalPath)
+            << child;
+    EXPECT_EQ(getCode([&] { Path("/").WithExtension(QStringLiteral("a")); }), GErrorCode::cIllegalPath);
+    EXPECT_EQ(getCode([&] { folder.WithExtension(QStringLiteral("a/b")); }), GErrorCode::cIllegalPath);
+    EXPECT_EQ(getCode([&] { Path("/tmpx").GetRelativeTo(folder); }), GErrorCode::cIllegalPath);
+}
+
+TEST(GPathName, OnlyWhatIsStrictlyInsideIsBelow)
+{
+    const struct
+    {
+        const char *path, *base, *relative;  // no relative path: not below
+    } cases[] = {
+        {"/tmp/a/b", "/tmp", "a/b"}, {"/tmp", "/tmp", nullptr},        {"/tmpx/a", "/tmp", nullptr},
+        {"/tmp", "/", "tmp"},        {"/tmp/../etc", "/tmp", nullptr}, {"tmp/a", "/tmp", nullptr},
+        {"a/b", "a", "b"},           {"../..", "..", nullptr},         {"/a", "", nullptr},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.path);
+        const GPathName path = Path(test.path), base = Path(test.base);
+        EXPECT_EQ(path.IsBelow(base), test.relative != nullptr);
+        if (test.relative != nullptr) {
+            EXPECT_EQ(Text(path.GetRelativeTo(base).GetPortablePath()), test.relative);
+            EXPECT_EQ(base.GetChild(QString::fromLatin1(test.relative)), path);
+        }
+    }
+}
+
+TEST(GPathName, ExtensionIsReplacedAddedAndTaken)
+{
+    EXPECT_EQ(Path("/a.d/Morvane.uprefs").WithExtension(QStringLiteral("uprefslock")),
+              Path("/a.d/Morvane.uprefslock"));
+    EXPECT_EQ(Path("/a.d/b").WithExtension(QStringLiteral("lock")), Path("/a.d/b.lock"));
+    EXPECT_EQ(Path("/a.d/b.c").WithExtension(GString()), Path("/a.d/b"));
+}
