@@ -1,0 +1,321 @@
+#pragma once
+
+#include "foundation/core/GDictCapacity.h"
+#include "foundation/core/GDictHash.h"
+#include "foundation/core/GDictUtil.h"
+
+#include <cstddef>
+#include <iterator>
+#include <memory>
+#include <new>
+#include <type_traits>
+#include <utility>
+
+// The foundation's dictionary: a hash table whose order of entries is defined, because it is the order in
+// which they are written to files.
+//
+// The entries lie in one array of slots. An entry's home slot is its key's GDictHash modulo the number of
+// slots; the entry goes into the first free slot from there on, past the end from the front. Each slot counts
+// the entries that are at home in it, so a search ends as soon as it has met that many: a key that isn't
+// there mostly costs one look at one slot. An iteration gives the entries in the order of their slots.
+//
+// The capacity begins at 7; as soon as the entries fill three quarters of it, it becomes
+// GDictUtil::GetAllocation(2 * capacity) and every entry is put in again in slot order. It never shrinks, but
+// for Clear. An empty dictionary owns no memory.
+//
+// Keys of one home slot cost a step each, so n keys chosen to meet take n * n steps to put in: a reader of
+// files from elsewhere bounds how many it takes.
+//
+// References to values and iterations end with an Insert, FindOrInsert or Clear. Remove moves no entry: the
+// one under an iteration may be removed. As the standard containers, for one thread at a time.
+template <typename Key, typename Value>
+class GDict
+{
+    struct Slot;
+    template <bool isConst>
+    class Iterator;
+
+public:
+    using iterator = Iterator<false>;
+    using const_iterator = Iterator<true>;
+
+    GDict() = default;
+    GDict(const GDict& other);
+    GDict(GDict&& other) noexcept { Swap(other); }
+    GDict& operator=(GDict other) noexcept;
+
+    // Puts the value under the key, in the place of the one that is there.
+    Value& Insert(Key key, Value value);
+
+    // The value under the key; a value-initialised one is put there when there is none.
+    Value& FindOrInsert(const Key& key);
+
+    // The value under the key; null when there is none.
+    Value* Find(const Key& key);
+    const Value* Find(const Key& key) const;
+    bool Has(const Key& key) const { return Find(key) != nullptr; }
+
+    // Whether there was an entry to remove.
+    bool Remove(const Key& key);
+
+    // Removes every entry and goes back to the first capacity.
+    void Clear() { *this = GDict(); }
+
+    int GetCount() const { return static_cast<int>(mCount); }
+    bool IsEmpty() const { return mCount == 0; }
+    int GetCapacity() const { return static_cast<int>(mCapacity.Get()); }
+
+    // In slot order. What an iterator gives has the members `key` and `value`, references to the entry's own;
+    // it is taken by value or as a const reference: for (const auto& entry : dict).
+    iterator begin() { return {mSlots.get(), GetEnd()}; }
+    iterator end() { return {GetEnd(), GetEnd()}; }
+    const_iterator begin() const { return {mSlots.get(), GetEnd()}; }
+    const_iterator end() const { return {GetEnd(), GetEnd()}; }
+
+private:
+    static constexpr uint32_t cNone = 0xFFFFFFFF;
+
+    Slot* GetEnd() const { return mSlots ? mSlots.get() + mCapacity.Get() : nullptr; }
+    uint32_t FindSlot(const Key& key, uint32_t hash) const;
+    uint32_t Occupy(uint32_t hash, Key&& key, Value&& value);
+    Value& Add(uint32_t hash, Key&& key, Value&& value);
+    GDict MakeGrown() const;
+    uint32_t MoveTo(GDict& grown, uint32_t followed);
+    void Swap(GDict& other) noexcept;
+
+    GDictCapacity mCapacity{7};
+    uint32_t mCount = 0;
+    std::unique_ptr<Slot[]> mSlots;  // none before the first entry
+};
+
+template <typename Key, typename Value>
+struct GDict<Key, Value>::Slot
+{
+    // Entries move when the table grows; a move that fails half-way would lose some of them.
+    static_assert(std::is_nothrow_move_constructible_v<Key> && std::is_nothrow_move_constructible_v<Value>);
+
+    struct Entry
+    {
+        Key key;
+        Value value;
+    };
+
+    Slot() : isOccupied(0), homeCount(0), hash(0) {}
+    ~Slot()
+    {
+        if (isOccupied)
+            entry.~Entry();
+    }
+    Slot(const Slot&) = delete;
+    Slot& operator=(const Slot&) = delete;
+
+    void Fill(uint32_t keyHash, Key&& key, Value&& value) noexcept
+    {
+        new (&entry) Entry{std::move(key), std::move(value)};
+        hash = keyHash;
+        isOccupied = 1;
+    }
+
+    void Empty()
+    {
+        isOccupied = 0;
+        entry.~Entry();
+    }
+
+    uint32_t isOccupied : 1;
+    uint32_t homeCount : 31;  // the entries, wherever they are, whose home slot this is
+    uint32_t hash;            // of the entry's key, while occupied
+    union {
+        Entry entry;  // alive while occupied
+    };
+};
+
+template <typename Key, typename Value>
+template <bool isConst>
+class GDict<Key, Value>::Iterator
+{
+    using ValueType = std::conditional_t<isConst, const Value, Value>;
+
+public:
+    struct reference
+    {
+        const Key& key;
+        ValueType& value;
+    };
+    using value_type = reference;
+    using pointer = void;
+    using difference_type = std::ptrdiff_t;
+    using iterator_category = std::input_iterator_tag;
+
+    Iterator(Slot* slot, Slot* end) : mSlot(slot), mEnd(end) { SkipFree(); }
+
+    reference operator*() const { return {mSlot->entry.key, mSlot->entry.value}; }
+    Iterator& operator++()
+    {
+        ++mSlot;
+        SkipFree();
+        return *this;
+    }
+    bool operator==(const Iterator& other) const { return mSlot == other.mSlot; }
+    bool operator!=(const Iterator& other) const { return mSlot != other.mSlot; }
+
+private:
+    void SkipFree()
+    {
+        while (mSlot != mEnd && !mSlot->isOccupied)
+            ++mSlot;
+    }
+
+    Slot* mSlot;
+    Slot* mEnd;
+};
+
+// The copy has each entry in the same slot.
+template <typename Key, typename Value>
+GDict<Key, Value>::GDict(const GDict& other) : mCapacity(other.mCapacity), mCount(other.mCount)
+{
+    if (other.IsEmpty())
+        return;
+    mSlots.reset(new Slot[mCapacity.Get()]);
+    for (uint32_t index = 0; index < mCapacity.Get(); ++index) {
+        const Slot& source = other.mSlots[index];
+        mSlots[index].homeCount = source.homeCount;
+        if (source.isOccupied)
+            mSlots[index].Fill(source.hash, Key(source.entry.key), Value(source.entry.value));
+    }
+}
+
+template <typename Key, typename Value>
+GDict<Key, Value>& GDict<Key, Value>::operator=(GDict other) noexcept
+{
+    Swap(other);
+    return *this;
+}
+
+template <typename Key, typename Value>
+void GDict<Key, Value>::Swap(GDict& other) noexcept
+{
+    std::swap(mCapacity, other.mCapacity);
+    std::swap(mCount, other.mCount);
+    std::swap(mSlots, other.mSlots);
+}
+
+template <typename Key, typename Value>
+uint32_t GDict<Key, Value>::FindSlot(const Key& key, uint32_t hash) const
+{
+    if (!mSlots)
+        return cNone;
+    const uint32_t home = mCapacity.GetHomeSlot(hash);
+    uint32_t notMet = mSlots[home].homeCount;
+    for (uint32_t index = home; notMet != 0; index = mCapacity.GetNextSlot(index)) {
+        const Slot& slot = mSlots[index];
+        if (!slot.isOccupied)
+            continue;
+        if (slot.hash == hash && slot.entry.key == key)
+            return index;
+        if (mCapacity.GetHomeSlot(slot.hash) == home)
+            --notMet;
+    }
+    return cNone;
+}
+
+template <typename Key, typename Value>
+Value* GDict<Key, Value>::Find(const Key& key)
+{
+    const uint32_t index = FindSlot(key, GDictHash(key));
+    return index == cNone ? nullptr : &mSlots[index].entry.value;
+}
+
+template <typename Key, typename Value>
+const Value* GDict<Key, Value>::Find(const Key& key) const
+{
+    const uint32_t index = FindSlot(key, GDictHash(key));
+    return index == cNone ? nullptr : &mSlots[index].entry.value;
+}
+
+template <typename Key, typename Value>
+Value& GDict<Key, Value>::Insert(Key key, Value value)
+{
+    const uint32_t hash = GDictHash(key);
+    const uint32_t index = FindSlot(key, hash);
+    if (index == cNone)
+        return Add(hash, std::move(key), std::move(value));
+    return mSlots[index].entry.value = std::move(value);
+}
+
+template <typename Key, typename Value>
+Value& GDict<Key, Value>::FindOrInsert(const Key& key)
+{
+    const uint32_t hash = GDictHash(key);
+    const uint32_t index = FindSlot(key, hash);
+    return index == cNone ? Add(hash, Key(key), Value()) : mSlots[index].entry.value;
+}
+
+template <typename Key, typename Value>
+bool GDict<Key, Value>::Remove(const Key& key)
+{
+    const uint32_t hash = GDictHash(key);
+    const uint32_t index = FindSlot(key, hash);
+    if (index == cNone)
+        return false;
+    --mSlots[mCapacity.GetHomeSlot(hash)].homeCount;
+    --mCount;
+    mSlots[index].Empty();  // last: `key` may be the entry's own
+    return true;
+}
+
+// Puts an entry whose key isn't there into its slot; gives the slot.
+template <typename Key, typename Value>
+uint32_t GDict<Key, Value>::Occupy(uint32_t hash, Key&& key, Value&& value)
+{
+    uint32_t index = mCapacity.GetHomeSlot(hash);
+    ++mSlots[index].homeCount;
+    while (mSlots[index].isOccupied)
+        index = mCapacity.GetNextSlot(index);
+    mSlots[index].Fill(hash, std::move(key), std::move(value));
+    ++mCount;
+    return index;
+}
+
+template <typename Key, typename Value>
+Value& GDict<Key, Value>::Add(uint32_t hash, Key&& key, Value&& value)
+{
+    // All memory is had before the first change.
+    if (!mSlots)
+        mSlots.reset(new Slot[mCapacity.Get()]);
+    const bool isLastOfCapacity = (uint64_t(mCount) + 1) * 4 >= uint64_t(mCapacity.Get()) * 3;
+    GDict grown = isLastOfCapacity ? MakeGrown() : GDict();
+    uint32_t index = Occupy(hash, std::move(key), std::move(value));
+    if (isLastOfCapacity)
+        index = MoveTo(grown, index);
+    return mSlots[index].entry.value;
+}
+
+// An empty table of the next capacity.
+template <typename Key, typename Value>
+GDict<Key, Value> GDict<Key, Value>::MakeGrown() const
+{
+    GDict grown;
+    grown.mCapacity = GDictCapacity(GDictUtil::GetAllocation(2 * int64_t(mCapacity.Get())));
+    grown.mSlots.reset(new Slot[grown.mCapacity.Get()]);
+    return grown;
+}
+
+// Moves every entry to the larger table and takes its place; gives the new slot of the entry in slot
+// `followed`.
+template <typename Key, typename Value>
+uint32_t GDict<Key, Value>::MoveTo(GDict& grown, uint32_t followed)
+{
+    uint32_t newIndex = cNone;
+    for (uint32_t index = 0; index < mCapacity.Get(); ++index) {
+        Slot& slot = mSlots[index];
+        if (!slot.isOccupied)
+            continue;
+        const uint32_t occupied =
+            grown.Occupy(slot.hash, std::move(slot.entry.key), std::move(slot.entry.value));
+        if (index == followed)
+            newIndex = occupied;
+    }
+    Swap(grown);
+    return newIndex;
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <limits>
+
+// The number of slots of a dictionary, and the home slots that it gives. The remainder is taken by two
+// multiplications with a reciprocal that is made once per capacity: a division at each look-up would cost
+// more than the rest of it.
+class GDictCapacity
+{
+public:
+    explicit GDictCapacity(int capacity)
+        : mReciprocal(std::numeric_limits<uint64_t>::max() / static_cast<uint32_t>(capacity) + 1),
+          mCapacity(static_cast<uint32_t>(capacity))
+    {
+    }
+
+    uint32_t Get() const { return mCapacity; }
+
+    // hash % capacity, exact for every 32-bit hash.
+    uint32_t GetHomeSlot(uint32_t hash) const
+    {
+        __extension__ using uint128 = unsigned __int128;
+        const uint64_t fraction = mReciprocal * hash;
+        return static_cast<uint32_t>((static_cast<uint128>(fraction) * mCapacity) >> 64);
+    }
+
+    // The slot after this one; after the last comes the first.
+    uint32_t GetNextSlot(uint32_t slot) const { return slot + 1 == mCapacity ? 0 : slot + 1; }
+
+private:
+    uint64_t mReciprocal;
+    uint32_t mCapacity;
+};

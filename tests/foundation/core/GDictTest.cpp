@@ -1,0 +1,250 @@
+#include "foundation/core/GDict.h"
+
+#include <gtest/gtest.h>
+
+#include <QHash>
+#include <QStringList>
+
+#include <random>
+#include <vector>
+
+namespace
+{
+// A key whose hash the test chooses.
+struct ChosenKey
+{
+    int id;
+    uint32_t hash;
+};
+
+bool operator==(const ChosenKey& left, const ChosenKey& right)
+{
+    return left.id == right.id;
+}
+
+uint32_t GDictHash(const ChosenKey& key)
+{
+    return key.hash;
+}
+
+std::vector<int> GetOrder(const GDict<ChosenKey, int>& dict)
+{
+    std::vector<int> ids;
+    for (const auto& entry : dict)
+        ids.push_back(entry.key.id);
+    return ids;
+}
+
+GBuffer MakeKey(int number)
+{
+    return "Key_" + GBuffer::number(number);
+}
+}  // namespace
+
+// The values were computed from the definition in the header by another program: a change of one of them
+// changes the order of entries in every settings file.
+TEST(GDictHash, IsTheDocumentedOneForEveryLength)
+{
+    const struct
+    {
+        GBuffer text;
+        uint32_t bytes;
+        uint32_t units;  // of the text as UTF-16
+    } cases[] = {
+        {"", 0x00000000, 0x00000000},
+        {"a", 0x7E4B3F18, 0x81FCA00A},
+        {"ab", 0xC81FD13D, 0x79F881C3},
+        {"abc", 0xC2F8B054, 0x94EC6ACF},
+        {"abcd", 0xFCA2336E, 0x31E91182},
+        {"Path", 0x273DEB9F, 0xCD91891D},
+        {"Version", 0x4027066A, 0x59FA128E},
+        {"Language", 0x05480DA4, 0x4D0EA8B6},
+        {"Language1", 0x1FF817C6, 0xF42BC1C1},
+        {"PrinterProcessor", 0x112B5DE2, 0x4EE9587D},
+        {"The quick brown fox jumps over", 0x609797E5, 0x1610F101},
+        {"Gr\xC3"
+         "\xB6"
+         "\xC3"
+         "\x9F"
+         "e",
+         0x492C1FEF, 0xDC37D228},
+    };
+    for (const auto& testCase : cases) {
+        EXPECT_EQ(GDictHash(testCase.text), testCase.bytes) << testCase.text.constData();
+        EXPECT_EQ(GDictHash(GString::fromUtf8(testCase.text)), testCase.units) << testCase.text.constData();
+    }
+    EXPECT_EQ(GDictHash(30060000u), 0x9896B498u);
+}
+
+TEST(GDictUtil, AllocationsAreTheListedPrimesThenDoubled)
+{
+    const struct
+    {
+        int64_t requested;
+        int capacity;
+    } cases[] = {
+        {0, 7},
+        {7, 7},
+        {8, 13},
+        {46, 67},
+        {16434, 19181},
+        {43854, 87701},
+        {5613217, 5613217},
+        {5613218, 11226434},
+        {11226435, 22452868},
+    };
+    for (const auto& testCase : cases)
+        EXPECT_EQ(GDictUtil::GetAllocation(testCase.requested), testCase.capacity) << testCase.requested;
+    EXPECT_THROW(GDictUtil::GetAllocation(int64_t(1) << 62), std::length_error);
+}
+
+TEST(GDictUtil, LinesEndWithBothCharactersEverywhere)
+{
+    EXPECT_EQ(GDictUtil::GetEOLString(), QStringLiteral("\r\n"));
+}
+
+TEST(GDict, GrowsAsSoonAsThreeQuartersAreReached)
+{
+    const struct
+    {
+        int count;
+        int capacity;  // once `count` entries are in
+    } cases[] = {{0, 7}, {5, 7}, {6, 23}, {17, 23}, {18, 67}, {50, 67}, {51, 173}, {129, 173}, {130, 389}};
+    GDict<uint32_t, int> dict;
+    for (const auto& testCase : cases) {
+        while (dict.GetCount() < testCase.count)
+            dict.Insert(static_cast<uint32_t>(dict.GetCount()), 0);
+        EXPECT_EQ(dict.GetCapacity(), testCase.capacity) << testCase.count;
+    }
+    dict.Clear();
+    EXPECT_EQ(dict.GetCapacity(), 7);
+}
+
+// The order of entries is the order in the file, so each way to come by a table must give the same one.
+TEST(GDict, IteratesInSlotOrder)
+{
+    const struct
+    {
+        const char* what;
+        std::vector<uint32_t> hashes;  // of the keys 0, 1, 2, … in the order in which they are put in
+        std::vector<int> order;
+    } cases[] = {
+        {"by home slot", {5, 0, 3}, {1, 2, 0}},
+        {"the second of one home goes behind the first", {3, 3, 4}, {0, 1, 2}},
+        {"from the last slot on at the front", {6, 6, 0}, {1, 2, 0}},
+        {"grown after the sixth was put in: the old order decides among equals",
+         {6, 6, 0, 29, 1, 52},
+         {2, 4, 1, 3, 5, 0}},
+    };
+    for (const auto& testCase : cases) {
+        GDict<ChosenKey, int> dict;
+        for (size_t id = 0; id < testCase.hashes.size(); ++id)
+            dict.Insert({static_cast<int>(id), testCase.hashes[id]}, 0);
+        EXPECT_EQ(GetOrder(dict), testCase.order) << testCase.what;
+        EXPECT_EQ(GetOrder(GDict<ChosenKey, int>(dict)), testCase.order) << testCase.what << ", copied";
+    }
+}
+
+TEST(GDict, InsertReplacesInPlaceAndGivesTheStoredValue)
+{
+    GDict<ChosenKey, int> dict;
+    for (int id = 0; id < 40; ++id) {
+        int& value = dict.Insert({id, 3}, id);  // through several growths
+        ASSERT_EQ(&value, dict.Find({id, 3}));
+        ASSERT_EQ(value, id);
+    }
+    const std::vector<int> order = GetOrder(dict);
+    EXPECT_EQ(dict.Insert({20, 3}, -1), -1);
+    EXPECT_EQ(dict.FindOrInsert({20, 3}), -1);
+    EXPECT_EQ(dict.FindOrInsert({99, 3}), 0);
+    EXPECT_TRUE(dict.Remove({99, 3}));
+    EXPECT_EQ(GetOrder(dict), order);
+    EXPECT_EQ(dict.GetCount(), 40);
+}
+
+// A hole that a removal left must not hide what lies behind it, and is filled first.
+TEST(GDict, RemovalKeepsLookUpsRight)
+{
+    GDict<ChosenKey, int> dict;
+    const ChosenKey keys[] = {{0, 5}, {1, 5}, {2, 6}, {3, 5}, {4, 0}};
+    for (const ChosenKey& key : keys)
+        dict.Insert(key, key.id);
+    EXPECT_TRUE(dict.Remove(keys[0]));
+    EXPECT_FALSE(dict.Remove(keys[0]));
+    EXPECT_TRUE(dict.Remove(keys[2]));
+    EXPECT_FALSE(dict.Has(keys[0]));
+    for (const int id : {1, 3, 4})
+        EXPECT_TRUE(dict.Has(keys[id])) << id;
+    dict.Insert(keys[2], 2);
+    dict.Insert({5, 5}, 5);
+    EXPECT_EQ(GetOrder(dict), (std::vector<int>{2, 3, 4, 5, 1}));
+    for (const auto& entry : dict)
+        dict.Remove(entry.key);
+    EXPECT_EQ(dict.GetCount(), 0);
+}
+
+TEST(GDict, CopiesAreIndependentAndMovedFromIsEmpty)
+{
+    GDict<GBuffer, GDict<GBuffer, GString>> groups;
+    for (int number = 0; number < 100; ++number)
+        groups.FindOrInsert(MakeKey(number)).Insert("Name", GString::number(number));
+    GDict<GBuffer, GDict<GBuffer, GString>> copy = groups;
+    for (const auto& group : groups)
+        group.value.Insert("Name", GString());
+    groups.Remove(MakeKey(7));
+    GDict<GBuffer, GDict<GBuffer, GString>> moved = std::move(copy);
+    EXPECT_EQ(copy.GetCount(), 0);
+    EXPECT_EQ(copy.GetCapacity(), 7);
+    copy.Insert("Again", {});
+    EXPECT_EQ(copy.GetCount(), 1);
+    EXPECT_EQ(moved.GetCount(), 100);
+    EXPECT_EQ(*moved.Find(MakeKey(7))->Find("Name"), QStringLiteral("7"));
+}
+
+TEST(GDict, FindsTheOtherHalfOfAMillion)
+{
+    constexpr int cCount = 1000000;
+    GDict<GBuffer, int> dict;
+    for (int number = 0; number < cCount; ++number)
+        dict.Insert(MakeKey(number), number);
+    for (int number = 0; number < cCount; number += 2)
+        ASSERT_TRUE(dict.Remove(MakeKey(number)));
+    for (int number = 0; number < cCount; ++number) {
+        const int* value = dict.Find(MakeKey(number));
+        ASSERT_EQ(value != nullptr, number % 2 == 1) << number;
+        ASSERT_TRUE(value == nullptr || *value == number);
+    }
+    EXPECT_EQ(std::distance(dict.begin(), dict.end()), cCount / 2);
+}
+
+// All keys at home in one slot is the worst that a file can do.
+TEST(GDict, KeysOfOneHomeSlotStayRight)
+{
+    constexpr int cCount = 3000;
+    GDict<ChosenKey, int> dict;
+    for (int id = 0; id < cCount; ++id)
+        dict.Insert({id, 0xFFFFFFFF}, id);
+    for (int id = 0; id < cCount; id += 2)
+        ASSERT_TRUE(dict.Remove({id, 0xFFFFFFFF}));
+    for (int id = 0; id < cCount; ++id)
+        ASSERT_EQ(dict.Has({id, 0xFFFFFFFF}), id % 2 == 1) << id;
+    EXPECT_FALSE(dict.Has({cCount, 0xFFFFFFFF}));
+}
+
+TEST(GDict, AgreesWithAModelThroughRandomChanges)
+{
+    std::mt19937 random(1);
+    GDict<uint32_t, int> dict;
+    QHash<uint32_t, int> model;
+    for (int step = 0; step < 50000; ++step) {
+        const uint32_t key = random() % 700 * 87701;  // few keys, so that each comes and goes often
+        if (random() % 2 == 0)
+            ASSERT_EQ(dict.Remove(key), model.remove(key) == 1);
+        else
+            model[key] = dict.Insert(key, step);
+        ASSERT_EQ(dict.GetCount(), model.size());
+        const uint32_t other = random() % 700 * 87701;
+        const int* found = dict.Find(other);
+        ASSERT_EQ(found != nullptr ? *found : -1, model.value(other, -1));
+    }
+}
