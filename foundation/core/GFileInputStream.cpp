@@ -1,0 +1,60 @@
+#include "foundation/core/GFileInputStream.h"
+
+#include "foundation/core/GErrorCodes.h"
+#include "foundation/core/GException.h"
+#include "foundation/core/SharedFile.h"
+
+#include <QDir>
+#include <QFile>
+
+GFileInputStream::GFileInputStream(const GString& path) : mPath(path), mFile(std::make_unique<QFile>(path))
+{
+    GString reason;
+    if (!OpenSharedForReading(*mFile, reason))
+        Fail(reason);
+}
+
+GFileInputStream::~GFileInputStream() = default;
+
+int GFileInputStream::Read(char* bytes, int count)
+{
+    int total = 0;
+    while (total < count) {
+        const qint64 step = mFile->read(bytes + total, count - total);
+        Check(step >= 0);
+        if (step == 0)
+            break;
+        total += static_cast<int>(step);
+    }
+    return total;
+}
+
+void GFileInputStream::Reset()
+{
+    Seek(0);
+}
+
+std::unique_ptr<GInputStream> GFileInputStream::CreateClone() const
+{
+    auto clone = std::make_unique<GFileInputStream>(mPath);
+    clone->Seek(mFile->pos());
+    return clone;
+}
+
+void GFileInputStream::Seek(int64_t position)
+{
+    Check(mFile->seek(position));
+}
+
+void GFileInputStream::Check(bool isDone) const
+{
+    if (!isDone)
+        Fail(mFile->errorString());
+}
+
+void GFileInputStream::Fail(const GString& reason) const
+{
+    throw GCustomException(
+        GErrorCode::cFile,
+        QStringLiteral("The file \"%1\" could not be read: %2").arg(QDir::toNativeSeparators(mPath), reason));
+}

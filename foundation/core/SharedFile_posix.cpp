@@ -1,0 +1,11 @@
+#include "foundation/core/SharedFile.h"
+
+#include <QFile>
+
+bool OpenSharedForReading(QFile& file, GString& reason)
+{
+    const bool isOpen = file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    if (!isOpen)
+        reason = file.errorString();
+    return isOpen;
+}

@@ -1,0 +1,114 @@
+#include "foundation/core/GBufferedInputStream.h"
+#include "foundation/core/GErrorCodes.h"
+#include "foundation/core/GException.h"
+#include "foundation/core/GFileInputStream.h"
+#include "foundation/core/GFileOutputStream.h"
+#include "foundation/core/GMemoryInputStream.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace
+{
+GBuffer MakeBytes(int count)
+{
+    GBuffer bytes;
+    for (int index = 0; index < count; ++index)
+        bytes.append(static_cast<char>(index * 7 + index / 251));
+    return bytes;
+}
+
+GBuffer ReadBytes(GInputStream& stream, int count)
+{
+    GBuffer bytes(count, '\0');
+    bytes.truncate(stream.Read(bytes.data(), count));
+    return bytes;
+}
+
+int32_t GetCodeOfFailure(const std::function<void()>& step)
+{
+    try {
+        step();
+    } catch (const GCustomException& error) {
+        return error.GetCode();
+    }
+    return 0;
+}
+}  // namespace
+
+TEST(StreamsTest, BufferedStreamGivesTheSameBytesWhateverItsSize)
+{
+    const GBuffer bytes = MakeBytes(1000);
+    for (const int size : {1, 2, 3, 64, 999, 1000, 5000}) {
+        GMemoryInputStream source(bytes);
+        GBufferedInputStream stream(source, size);
+        GBuffer read;
+        for (int step = 1; read.size() < bytes.size(); ++step) {
+            EXPECT_EQ(stream.GetPosition(), read.size());
+            read += ReadBytes(stream, step);
+        }
+        EXPECT_EQ(read, bytes) << size;
+        EXPECT_EQ(stream.LookAhead(1), 0);
+    }
+}
+
+TEST(StreamsTest, WhatWasPushedBackComesAgain)
+{
+    GMemoryInputStream source(MakeBytes(100));
+    GBufferedInputStream stream(source, 8);
+    ReadBytes(stream, 20);
+    stream.Unread("0123456789abcdef", 16);
+    EXPECT_EQ(stream.GetPosition(), 4);
+    EXPECT_EQ(ReadBytes(stream, 20), GBuffer("0123456789abcdef") + MakeBytes(100).mid(20, 4));
+}
+
+TEST(StreamsTest, RollBackGoesBackAcrossManyBuffers)
+{
+    const GBuffer bytes = MakeBytes(500);
+    GMemoryInputStream source(bytes);
+    GBufferedInputStream stream(source, 16);
+    ReadBytes(stream, 10);
+    stream.SetRollBackPoint();
+    ReadBytes(stream, 300);
+    const std::unique_ptr<GInputStream> clone = stream.CreateClone();
+    ASSERT_TRUE(stream.RollBack());
+    EXPECT_FALSE(stream.RollBack());
+    EXPECT_EQ(stream.GetPosition(), 10);
+    EXPECT_EQ(ReadBytes(stream, 500), bytes.mid(10));
+    EXPECT_EQ(ReadBytes(*clone, 500), bytes.mid(310)) << "the clone goes its own way";
+    stream.Reset();
+    EXPECT_EQ(ReadBytes(stream, 500), bytes);
+}
+
+TEST(StreamsTest, FilesComeBackAndCanBeReplacedWhileTheyAreRead)
+{
+    QTemporaryDir folder;
+    const GString path = folder.filePath(QStringLiteral("\u00E4 file"));
+    const GBuffer bytes = MakeBytes(70000);
+    GFileOutputStream output(path);
+    output.WriteBuffer(bytes.left(100));
+    output.WriteBuffer(bytes.mid(100));
+    output.Close();
+
+    GFileInputStream input(path);
+    EXPECT_EQ(ReadBytes(input, 30000), bytes.left(30000));
+    const std::unique_ptr<GInputStream> clone = input.CreateClone();
+    EXPECT_TRUE(QFile::remove(path));
+    EXPECT_EQ(ReadBytes(input, 70000), bytes.mid(30000));
+    EXPECT_EQ(ReadBytes(*clone, 10), bytes.mid(30000, 10));
+    input.Reset();
+    EXPECT_EQ(ReadBytes(input, 70000), bytes);
+}
+
+TEST(StreamsTest, FilesThatCannotBeOpenedRaise)
+{
+    QTemporaryDir folder;
+    const GString missing = folder.filePath(QStringLiteral("missing/file"));
+    EXPECT_EQ(GetCodeOfFailure([&] { GFileInputStream input(missing); }), GErrorCode::cFile);
+    EXPECT_EQ(GetCodeOfFailure([&] { GFileOutputStream output(missing); }), GErrorCode::cFile);
+    EXPECT_EQ(GetCodeOfFailure([&] { GFileInputStream input(folder.path()); }), GErrorCode::cFile);
+}

@@ -1,0 +1,117 @@
+#include "foundation/core/GBufferSupport.h"
+#include "foundation/core/GStringSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+TEST(SupportTest, SpecialCharactersAreEscaped)
+{
+    const struct
+    {
+        GString text;
+        GString escaped;
+    } cases[] = {
+        {QString(), QString()},
+        {QStringLiteral("a\tb"), QStringLiteral("a\\tb")},
+        {QStringLiteral("say \"a\\b\" 'c'"), QStringLiteral("say \\\"a\\\\b\\\" 'c'")},
+        {QStringLiteral("a\nb\rc"), QStringLiteral("a\\nb\\nc")},
+        {QStringLiteral("a\r\nb\n\rc"), QStringLiteral("a\\nb\\nc")},
+        {QStringLiteral("\r\r\n\n"), QStringLiteral("\\n\\n\\n")},
+        {QStringLiteral("\n\n"), QStringLiteral("\\n\\n")},
+        {QStringLiteral("\u0001\u00A5\u4E2D"), QStringLiteral("\u0001\u00A5\u4E2D")},
+    };
+    for (const auto& each : cases) {
+        GString text = each.text;
+        GStringSupport::ReplaceSpecialChars(text);
+        EXPECT_EQ(text, each.escaped);
+        GBuffer bytes = each.text.toLatin1();
+        GBufferSupport::ASCIIReplaceSpecialChars(bytes);
+        EXPECT_EQ(bytes, each.escaped.toLatin1());
+    }
+    GString quoted = QStringLiteral("a\"");
+    GStringSupport::QuoteString(quoted);
+    EXPECT_EQ(quoted, QStringLiteral("\"a\\\"\""));
+}
+
+TEST(SupportTest, TypedEscapesAreTakenBack)
+{
+    const struct
+    {
+        GString typed;
+        GString text;
+    } cases[] = {
+        {QStringLiteral("\\t\\n\\\"\\'\\\\"), QStringLiteral("\t\r\n\"'\\")},
+        {QStringLiteral("\\x\\"), QStringLiteral("\\x\\")},
+        {QStringLiteral("\\\\n"), QStringLiteral("\\n")},
+        {QStringLiteral("\u0080n\u00A5n\u00A5\\"), QStringLiteral("\r\n\r\n\\")},
+        {QStringLiteral("\u00A5x\u0080"), QStringLiteral("\u00A5x\u0080")},
+        {QStringLiteral("\u00A5\u00A5n"), QStringLiteral("\u00A5\r\n")},
+    };
+    for (const auto& each : cases) {
+        GString text = each.typed;
+        GStringSupport::SetSpecialCharacters(text);
+        EXPECT_EQ(text, each.text);
+        GBuffer bytes = each.typed.toLatin1();
+        GBufferSupport::ASCIIReplaceEscapeCodes(bytes);
+        EXPECT_EQ(bytes, each.text.toLatin1());
+    }
+}
+
+TEST(SupportTest, EveryByteOfANameComesBack)
+{
+    GBuffer name;
+    for (int byte = 0; byte < 256; ++byte)
+        name.append(static_cast<char>(byte));
+    EXPECT_EQ(GBufferSupport::GetNameFromText(GBufferSupport::GetNameText(name)), name);
+    EXPECT_EQ(GBufferSupport::GetNameFromText(QStringLiteral("\u20AC\u00E9\u4E2D")), GBuffer("\x80\xE9?"));
+}
+
+TEST(SupportTest, ScrambledTextComesBackAndIsPlain)
+{
+    GString everything;
+    for (int unit = 0; unit < 0x10000; unit += 1 + unit / 500)
+        everything += QChar(unit);
+    const GString password = QStringLiteral("An archive's pass word, 29 ch");
+    for (const GString& text :
+         {GString(), password, everything, QStringLiteral("~0041~"), QStringLiteral("\n\r\n")}) {
+        const GString scrambled = GStringSupport::Scramble(text);
+        EXPECT_EQ(GStringSupport::DeScramble(scrambled), text);
+        for (const QChar character : scrambled)
+            ASSERT_TRUE(character.unicode() >= 0x20 && character.unicode() < 0x7F);
+    }
+    EXPECT_EQ(GStringSupport::Scramble(password).size(), password.size());
+    // Files hold scrambled values: the scheme never changes.
+    EXPECT_EQ(GStringSupport::Scramble(QStringLiteral("key \u00E9")), QStringLiteral("a9W(0*%/["));
+}
+
+TEST(SupportTest, ScrambledTextThatIsDamagedStillReads)
+{
+    for (const char* damaged : {"~", "~00", "\x01\xFF~zzzz"})
+        GStringSupport::DeScramble(QString::fromLatin1(damaged));
+    EXPECT_EQ(GStringSupport::DeScramble(QStringLiteral("\u00E9")), QStringLiteral("\u00E9"));
+}
+
+TEST(SupportTest, NumbersReadBackAsTheyWereWritten)
+{
+    for (const double value :
+         {0.0, 0.1, -1.0 / 3, 1e300, 5e-324, 123456789.125, std::numeric_limits<double>::max()})
+        EXPECT_EQ(GStringSupport::ToReal(GStringSupport::FromReal(value), -7), value);
+    EXPECT_EQ(GStringSupport::FromReal(0.1), QStringLiteral("0.1"));
+    EXPECT_TRUE(std::isinf(GStringSupport::ToReal(GStringSupport::FromReal(-HUGE_VAL))));
+    EXPECT_EQ(GStringSupport::ToReal(QStringLiteral("1,5"), -7), -7);
+
+    EXPECT_EQ(GStringSupport::FromInt32(std::numeric_limits<int32_t>::min()), QStringLiteral("-2147483648"));
+    EXPECT_EQ(GStringSupport::ToInt32(QStringLiteral(" -12 ")), -12);
+    for (const char* text : {"", "x", "1.5", "2147483648", "12x"})
+        EXPECT_EQ(GStringSupport::ToInt32(QString::fromLatin1(text), -7), -7) << text;
+}
+
+TEST(SupportTest, OnlyTrueIsTrue)
+{
+    for (const char* text : {"", "True", "TRUE", "1", "true ", "false"})
+        EXPECT_FALSE(GStringSupport::ToBool(QString::fromLatin1(text))) << text;
+    EXPECT_TRUE(GStringSupport::ToBool(GStringSupport::FromBool(true)));
+    EXPECT_FALSE(GStringSupport::ToBool(GStringSupport::FromBool(false)));
+}
