@@ -1,0 +1,192 @@
+#include "foundation/files/FileHandler.h"
+
+#include "foundation/files/FileSystem.h"
+#include "foundation/files/FolderEntries.h"
+#include "foundation/files/LongPath.h"
+#include "foundation/files/XmlNodeWriter.h"
+#include "foundation/trace/ILogInterface.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <condition_variable>
+#include <iterator>
+#include <mutex>
+
+namespace Morvane
+{
+FileHandler::FileHandler() = default;
+FileHandler::~FileHandler() = default;
+
+void FileHandler::setLogInterface(ILogInterface* log)
+{
+    mLog = log;
+}
+
+void FileHandler::LogAssert(const QString& source, const QString& message) const
+{
+    if (mLog != nullptr)
+        mLog->log(LogLevel::Assert, source, message);
+}
+
+void FileHandler::LogDebug(const QString& source, const QString& message) const
+{
+    if (mLog != nullptr)
+        mLog->log(LogLevel::Debug, source, message);
+}
+
+void FileHandler::LogError(const QString& source, const QString& message) const
+{
+    if (mLog != nullptr)
+        mLog->log(LogLevel::Error, source, message);
+}
+
+// The condition is nobody's to signal: the wait ends with the time.
+void FileHandler::waitBeforeRetry(std::chrono::milliseconds pause) const
+{
+    std::mutex mutex;
+    std::condition_variable condition;
+    std::unique_lock<std::mutex> lock(mutex);
+    const auto end = std::chrono::steady_clock::now() + pause;
+    condition.wait_until(lock, end, [end] { return std::chrono::steady_clock::now() >= end; });
+}
+
+bool FileHandler::LockFolder(const QString& path)
+{
+    const QString folder = QFileInfo(ConvertPath(path)).absolutePath();
+    const std::lock_guard<std::mutex> guard(mHeldFoldersMutex);
+    HeldFolder& held = mHeldFolders[folder];
+    if (held.count == 0)
+        held.lock = std::make_shared<FileSystem::FolderLock>(folder);
+    if (!held.lock->isHeld()) {
+        mHeldFolders.erase(folder);
+        return false;
+    }
+    ++held.count;
+    return true;
+}
+
+bool FileHandler::UnlockFolder(const QString& path)
+{
+    const QString folder = QFileInfo(ConvertPath(path)).absolutePath();
+    const std::lock_guard<std::mutex> guard(mHeldFoldersMutex);
+    const auto held = mHeldFolders.find(folder);
+    if (held == mHeldFolders.end()) {
+        LogAssert(QStringLiteral("FileHandler::UnlockFolder"), QLatin1String("Can't find folder: ") + folder);
+        return false;
+    }
+    if (--held->second.count == 0)
+        mHeldFolders.erase(held);
+    return true;
+}
+
+QString FileHandler::formatSize(qint64 bytes)
+{
+    constexpr double cUnitLimit = 1999.5;
+    constexpr double cThreeDigitLimit = 999.5;
+    constexpr double cUnitFactor = 1024;
+    static const char* const cUnits[] = {"%1 KB", "%1 MB", "%1 GB", "%1 TB"};
+
+    double size = static_cast<double>(bytes);
+    if (size < cUnitLimit)
+        return QStringLiteral("%1 bytes").arg(size);
+    for (const char* unit : cUnits) {
+        size /= cUnitFactor;
+        if (size < cUnitLimit)
+            return QString::fromLatin1(unit).arg(size, 0, 'g', size < cThreeDigitLimit ? 3 : 4);
+    }
+    return QString::fromLatin1(*std::prev(std::end(cUnits))).arg(size, 0, 'f', 0);
+}
+
+QString FileHandler::longFileName(const QString& path)
+{
+    return toLongPath(path);
+}
+
+bool FileHandler::isUncPath(const QString& path)
+{
+    return isUncPathText(path);
+}
+
+QString FileHandler::ConvertPath(const QString& path)
+{
+    return fromLongPath(path);
+}
+
+bool FileHandler::splitOffSlashesFromPath(QString* path)
+{
+    const auto isSlash = [](QChar character) {
+        return character == QLatin1Char('/') || character == QDir::separator();
+    };
+    int length = path->size();
+    while (length > 0 && isSlash(path->at(length - 1)))
+        --length;
+    const bool isRoot = length == 0 || (length == 2 && path->at(1) == QLatin1Char(':'));
+    if (isRoot && length < path->size())
+        ++length;
+    const bool isCut = length < path->size();
+    path->truncate(length);
+    return isCut;
+}
+
+bool FileHandler::checkSameVolume(const QString& one, const QString& other)
+{
+    return FileSystem::areOnSameVolume(ConvertPath(one), ConvertPath(other));
+}
+
+bool FileHandler::hasDiskInDrive(const QString& path)
+{
+    return FileSystem::hasMedium(ConvertPath(path));
+}
+
+bool FileHandler::setRWPermissions(const QString& path)
+{
+    return setOwnerRights(ConvertPath(path),
+                          QStringLiteral("Failed to set permissions for the file or folder: "));
+}
+
+bool FileHandler::setOwnerRights(const QString& path, const QString& message)
+{
+    const FileSystem::ItemKind kind = FileSystem::getItemKind(path);
+    if (kind == FileSystem::ItemKind::Link)
+        return true;
+    const bool isFolder = kind == FileSystem::ItemKind::Folder;
+    QFile::Permissions rights =
+        QFile::permissions(path) | QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
+    if (isFolder)
+        rights |= QFile::ExeOwner | QFile::ExeUser;
+    bool isDone = QFile::setPermissions(path, rights);
+    if (!isDone)
+        LogError(QStringLiteral("FileHandler::setRWPermissions"), message + path);
+    if (isFolder) {
+        for (const QString& name : listEntries(path))
+            isDone &= setOwnerRights(QDir(path).filePath(name),
+                                     QStringLiteral("Failed to set permissions for the file: "));
+    }
+    return isDone;
+}
+
+bool FileHandler::getExtensionFromLink(const QString& link, QString* extension)
+{
+    const QString path = ConvertPath(link);
+    const QString target = FileSystem::readLinkTarget(path);
+    extension->clear();
+    if (target.isEmpty()) {
+        LogError(QStringLiteral("FileHandler::getExtensionFromLink"),
+                 QLatin1String("File does not exists: ") + path);
+        return false;
+    }
+    *extension = QFileInfo(target).suffix();
+    return true;
+}
+
+bool FileHandler::saveXmlNodeKeepingAttributesOrder(const QDomNode& node, const QString& path)
+{
+    const QString file = ConvertPath(path);
+    if (XmlNodeWriter(file).write(node))
+        return true;
+    LogError(QStringLiteral("FileHandler::saveXmlNodeKeepingAttributesOrder"),
+             QLatin1String("Can't create destination file: ") + file);
+    return false;
+}
+}  // namespace Morvane

@@ -1,0 +1,61 @@
+#include "foundation/files/FolderEntries.h"
+
+#include "foundation/files/CompanionFile.h"
+#include "foundation/files/FileSystem.h"
+
+#include <QDir>
+
+#include <algorithm>
+
+static const QDir::Filters cEveryEntry =
+    QDir::Files | QDir::AllDirs | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
+
+QStringList Morvane::listEntries(const QString& folder)
+{
+    return QDir(folder).entryList(cEveryEntry, QDir::Unsorted);
+}
+
+QStringList Morvane::listSortedEntries(const QString& folder)
+{
+    QStringList names = listEntries(folder);
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+QStringList Morvane::listEntriesToCarry(const QString& folder)
+{
+    QStringList carried;
+    QStringList names = listSortedEntries(folder);
+    for (const QString& name : names) {
+        const QString path = QDir(folder).filePath(name);
+        if (!isCompanion(name) && FileSystem::getItemKind(path) != FileSystem::ItemKind::Folder)
+            carried.append(QFileInfo(getCompanionPath(path)).fileName());
+    }
+    std::sort(carried.begin(), carried.end());
+    const auto isCarried = [&carried](const QString& name) {
+        return std::binary_search(carried.cbegin(), carried.cend(), name);
+    };
+    names.erase(std::remove_if(names.begin(), names.end(), isCarried), names.end());
+    return names;
+}
+
+void Morvane::visitFiles(const QString& folder, const std::function<void(const QString&)>& visit)
+{
+    for (const QString& name : listSortedEntries(folder)) {
+        const QString path = QDir(folder).filePath(name);
+        if (FileSystem::getItemKind(path) == FileSystem::ItemKind::Folder)
+            visitFiles(path, visit);
+        else
+            visit(path);
+    }
+}
+
+bool Morvane::matchesWildcard(const QString& name, const QString& wildcard)
+{
+    return QDir::match(wildcard, name);
+}
+
+bool Morvane::matchesAnyWildcard(const QString& name, const QStringList& wildcards)
+{
+    return QDir::match(wildcards, name);
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+// Lists of what is in a folder. Hidden and system entries are among them, "." and ".." are not; links are
+// entries like any other and are not followed.
+namespace Morvane
+{
+// The names of the folder's own entries, in the order in which the system gives them.
+QStringList listEntries(const QString& folder);
+
+// The same, in the order of their names.
+QStringList listSortedEntries(const QString& folder);
+
+// The same without the companions that go along when their file is copied or moved.
+QStringList listEntriesToCarry(const QString& folder);
+
+// Calls `visit` with the path of each file and link (everything but folders) at any depth of the folder.
+void visitFiles(const QString& folder, const std::function<void(const QString&)>& visit);
+
+// Whether a name matches a wildcard, or one of several, without regard to case.
+bool matchesWildcard(const QString& name, const QString& wildcard);
+bool matchesAnyWildcard(const QString& name, const QStringList& wildcards);
+}  // namespace Morvane

@@ -1,0 +1,102 @@
+#pragma once
+
+#include "foundation/files/FileHandler.h"
+#include "foundation/files/FileSystem.h"
+#include "tests/support/LogRecorder.h"
+#include "tests/support/Sandbox.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+// A handler that counts the failed attempts and lets a test do something after a certain one.
+class WatchedHandler : public Morvane::FileHandler
+{
+public:
+    void LogDebug(const QString& source, const QString& message) const override
+    {
+        if (message.contains(QLatin1String("Attempt number"))) {
+            ++attempts;
+            lastAttempt = source + QLatin1Char('|') + message;
+            if (afterAttempt)
+                afterAttempt(attempts);
+        }
+    }
+    bool checkSameVolume(const QString& one, const QString& other) override
+    {
+        return isOneVolume && FileHandler::checkSameVolume(one, other);
+    }
+    bool removeFile(const QString& path) override
+    {
+        return !(path.endsWith(stuckName) && !stuckName.isEmpty()) && FileHandler::removeFile(path);
+    }
+
+    mutable int attempts = 0;
+    mutable QString lastAttempt;
+    std::function<void(int)> afterAttempt;
+    bool isOneVolume = true;
+    QString stuckName;
+};
+
+class FileHandlerTest : public testing::Test
+{
+protected:
+    FileHandlerTest()
+    {
+        mHandler.setLogInterface(&mLog);
+        mHandler.setRetryPauses({std::chrono::milliseconds(1), std::chrono::milliseconds(1)});
+    }
+
+    QString At(const char* relative) const { return mSandbox.GetPath(QString::fromUtf8(relative)); }
+
+    // Makes a file with the content, and the folders above it.
+    QString Make(const char* relative, const QByteArray& content = "content") const
+    {
+        const QString path = At(relative);
+        EXPECT_TRUE(QDir().mkpath(QFileInfo(path).absolutePath()));
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly)) << relative;
+        file.write(content);
+        return path;
+    }
+
+    static QByteArray Read(const QString& path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(missing)");
+    }
+
+    // Everything below the sandbox, hidden entries too, as one sorted text: "a b/c".
+    QString Tree() const
+    {
+        QStringList paths;
+        Collect(mSandbox.GetPath(), QString(), &paths);
+        paths.sort();
+        return paths.join(QLatin1Char(' '));
+    }
+
+    Sandbox mSandbox;
+    LogRecorder mLog;
+    WatchedHandler mHandler;
+
+private:
+    static void Collect(const QString& folder, const QString& prefix, QStringList* paths)
+    {
+        const QDir::Filters all =
+            QDir::Files | QDir::AllDirs | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
+        for (const QString& name : QDir(folder).entryList(all)) {
+            const QString path = QDir(folder).filePath(name);
+            const bool isFolder =
+                Morvane::FileSystem::getItemKind(path) == Morvane::FileSystem::ItemKind::Folder;
+            const int before = paths->size();
+            if (isFolder)
+                Collect(path, prefix + name + QLatin1Char('/'), paths);
+            if (paths->size() == before)
+                paths->append(prefix + name + (isFolder ? QStringLiteral("/") : QString()));
+        }
+    }
+};

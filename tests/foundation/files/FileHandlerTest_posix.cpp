@@ -1,0 +1,82 @@
+#include "FileHandlerFixture.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using Morvane::FileSystem::getItemKind;
+using Morvane::FileSystem::ItemKind;
+
+TEST_F(FileHandlerTest, LinksOutOfAFolderAreNeverFollowed)
+{
+    Make("outside/kept", "kept");
+    Make("folder/own");
+    ASSERT_TRUE(QFile::link(At("outside"), At("folder/to folder")));
+    ASSERT_TRUE(QFile::link(At("outside/kept"), At("folder/to file")));
+    ASSERT_TRUE(QFile::link(At("nowhere"), At("folder/broken")));
+    ASSERT_TRUE(QFile::link(At("folder"), At("alias")));
+
+    qint64 count = 0;
+    EXPECT_TRUE(mHandler.getFileCount(At("folder"), &count));
+    EXPECT_EQ(count, 4);
+    EXPECT_TRUE(mHandler.getByteCount(At("folder"), &count));
+    EXPECT_EQ(count, 7);
+    EXPECT_TRUE(mHandler.copyFolder(At("folder"), At("copy")));
+    for (const char* link : {"copy/to folder", "copy/to file", "copy/broken"})
+        EXPECT_EQ(getItemKind(At(link)), ItemKind::Link) << link;
+    EXPECT_EQ(QFile::symLinkTarget(At("copy/to folder")), At("outside"));
+
+    EXPECT_TRUE(mHandler.removeFolder(At("alias/")));
+    EXPECT_TRUE(QFile::exists(At("folder/own")));
+    EXPECT_TRUE(mHandler.setRWPermissions(At("folder")));
+    EXPECT_TRUE(mHandler.cleanupFolder(At("folder")));
+    EXPECT_TRUE(mHandler.removeFolder(At("copy")));
+    EXPECT_EQ(Tree(), QStringLiteral("folder/ outside/kept"));
+    EXPECT_EQ(Read(At("outside/kept")), "kept");
+}
+
+TEST_F(FileHandlerTest, PipeInAFolderFailsTheCopyInsteadOfHangingIt)
+{
+    Make("folder/a");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(At("folder/pipe")).constData(), 0600), 0);
+    EXPECT_FALSE(mHandler.copyFolder(At("folder"), At("copy")));
+    EXPECT_FALSE(mHandler.copyFile(At("folder/pipe"), At("copy")));
+    EXPECT_EQ(Tree(), QStringLiteral("folder/a folder/pipe"));
+    EXPECT_TRUE(mHandler.removeFolder(At("folder")));
+    EXPECT_EQ(Tree(), QString());
+}
+
+TEST_F(FileHandlerTest, RenameWaitsForWhoeverHoldsTheFolder)
+{
+    Make("folder/a");
+    const int folder =
+        ::open(QFile::encodeName(At("folder")).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    ASSERT_EQ(::flock(folder, LOCK_EX | LOCK_NB), 0);
+    mHandler.afterAttempt = [folder](int attempt) {
+        if (attempt == 5)
+            ::flock(folder, LOCK_UN);
+    };
+    EXPECT_TRUE(mHandler.renameFile(At("folder/a"), At("folder/b")));
+    EXPECT_EQ(mHandler.attempts, 5);
+    ::close(folder);
+}
+
+TEST_F(FileHandlerTest, RecycleBinIsTheDesktopsTrash)
+{
+    if (QT_VERSION < QT_VERSION_CHECK(5, 15, 0))
+        GTEST_SKIP() << "Qt has no call for the trash before 5.15.";
+    // A path of its own for the trash, on the volume of the file: else it would be the user's.
+    qputenv("XDG_DATA_HOME", QFile::encodeName(At("data")));
+    Make("data/keep");
+    Make("gone", "gone");
+    Make("folder/inside");
+    EXPECT_TRUE(mHandler.moveToRecycleBin(At("gone")));
+    EXPECT_TRUE(mHandler.moveToRecycleBin(At("folder")));
+    EXPECT_FALSE(mHandler.moveToRecycleBin(At("missing")));
+    qunsetenv("XDG_DATA_HOME");
+    EXPECT_FALSE(QFile::exists(At("gone")));
+    EXPECT_EQ(Read(At("data/Trash/files/gone")), "gone");
+    EXPECT_TRUE(QFile::exists(At("data/Trash/files/folder/inside")));
+    EXPECT_TRUE(Read(At("data/Trash/info/gone.trashinfo")).contains("Path="));
+}

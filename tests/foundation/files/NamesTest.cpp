@@ -1,0 +1,97 @@
+#include "FileHandlerFixture.h"
+
+#include <QRegularExpression>
+
+TEST_F(FileHandlerTest, SizesStayInAUnitUpToTwoThousand)
+{
+    struct Case
+    {
+        qint64 bytes;
+        const char* text;
+    };
+    constexpr qint64 cKilo = 1024;
+    for (const Case& entry :
+         {Case{0, "0 bytes"}, Case{1, "1 bytes"}, Case{1999, "1999 bytes"}, Case{2000, "1.95 KB"},
+          Case{1023 * cKilo, "1023 KB"}, Case{999 * cKilo, "999 KB"}, Case{1999 * cKilo, "1999 KB"},
+          Case{2000 * cKilo, "1.95 MB"}, Case{12345 * cKilo, "12.1 MB"},
+          Case{3 * cKilo * cKilo * cKilo, "3 GB"}, Case{5 * cKilo * cKilo * cKilo * cKilo, "5 TB"},
+          Case{4000 * cKilo * cKilo * cKilo * cKilo, "4000 TB"},
+          Case{1999 * cKilo * cKilo * cKilo * cKilo, "1999 TB"}})
+        EXPECT_EQ(mHandler.formatSize(entry.bytes).toStdString(), entry.text) << entry.bytes;
+}
+
+TEST_F(FileHandlerTest, LongFormsOfPaths)
+{
+    struct Case
+    {
+        const char* path;
+        const char* longForm;
+        bool isUnc;
+    };
+    for (const Case& entry :
+         {Case{"C:\\a", "\\\\?\\C:\\a", false}, Case{"c:/a/b", "\\\\?\\c:\\a\\b", false},
+          Case{"\\\\srv\\share\\a", "\\\\?\\UNC\\srv\\share\\a", true},
+          Case{"//srv/share/a", "\\\\?\\UNC\\srv\\share\\a", true}, Case{"\\\\.\\COM1", "\\\\.\\COM1", false},
+          Case{"\\\\?\\C:\\a", "\\\\?\\C:\\a", false},
+          Case{"\\\\?\\UNC\\srv\\a", "\\\\?\\UNC\\srv\\a", false}, Case{"name", "name", false},
+          Case{"C:name", "C:name", false}, Case{"", "", false}}) {
+        EXPECT_EQ(mHandler.longFileName(QString::fromLatin1(entry.path)).toStdString(), entry.longForm);
+        EXPECT_EQ(mHandler.isUncPath(QString::fromLatin1(entry.path)), entry.isUnc) << entry.path;
+    }
+    EXPECT_EQ(mHandler.ConvertPath(QStringLiteral("a//b/./c/")), QStringLiteral("a/b/c"));
+}
+
+TEST_F(FileHandlerTest, SlashesAtTheEndGoButARootStays)
+{
+    struct Case
+    {
+        const char* path;
+        const char* rest;
+    };
+    for (const Case& entry : {Case{"a/b//", "a/b"}, Case{"a", "a"}, Case{"/", "/"}, Case{"///", "/"},
+                              Case{"C:/", "C:/"}, Case{"C:/a/", "C:/a"}, Case{"", ""}}) {
+        QString path = QString::fromLatin1(entry.path);
+        EXPECT_EQ(mHandler.splitOffSlashesFromPath(&path), qstrcmp(entry.path, entry.rest) != 0)
+            << entry.path;
+        EXPECT_EQ(path.toStdString(), entry.rest);
+    }
+}
+
+TEST_F(FileHandlerTest, VersionNamesCountUp)
+{
+    QString path;
+    EXPECT_TRUE(mHandler.getVersionName(At("x.pdf"), &path));
+    EXPECT_EQ(path, At("x.pdf"));
+    Make("x.pdf");
+    Make("x_2.pdf");
+    EXPECT_TRUE(mHandler.getVersionName(At("x.pdf"), &path));
+    EXPECT_EQ(path, At("x_3.pdf"));
+
+    QString destination = At("folder");
+    EXPECT_TRUE(mHandler.UpdateFileDestination(At("x.pdf"), &destination));
+    EXPECT_EQ(destination, At("folder"));
+    Make("folder/x.pdf");
+    EXPECT_TRUE(mHandler.UpdateFileDestination(At("x.pdf"), &destination));
+    EXPECT_EQ(destination, At("folder/x_2.pdf"));
+    destination = mSandbox.GetPath();
+    EXPECT_TRUE(mHandler.UpdateFolderDestination(QStringLiteral("elsewhere/folder"), &destination));
+    EXPECT_EQ(destination, At("folder_2"));
+}
+
+TEST_F(FileHandlerTest, TemporaryItemsAreNewAndInTheirPlace)
+{
+    const QString folder = mHandler.createTempItem(QStringLiteral("work"), At(""), true);
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("/work_[0-9a-f]{5}$")).match(folder).hasMatch())
+        << folder.toStdString();
+    EXPECT_TRUE(QFileInfo(folder).isDir());
+    EXPECT_EQ(mHandler.createTempItem(QStringLiteral("work"), At("missing"), true), QString());
+    EXPECT_EQ(mLog.TakeErrors().size(), 1);
+
+    const QString path = mHandler.getTempFilePath(QStringLiteral("a.tar.gz"));
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("/a\\.tar_[0-9a-f]{5}\\.gz$")).match(path).hasMatch());
+    EXPECT_FALSE(QFile::exists(path));
+    const QString forFile = mHandler.createTempFolderForFile(QStringLiteral("/some/where/name.pdf"));
+    EXPECT_TRUE(QFileInfo(forFile).isDir());
+    EXPECT_TRUE(QFileInfo(forFile).fileName().startsWith(QLatin1String("name_")));
+    EXPECT_TRUE(mHandler.removeFolder(forFile));
+}

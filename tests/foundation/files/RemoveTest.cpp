@@ -1,0 +1,115 @@
+#include "FileHandlerFixture.h"
+
+#include <QRegularExpression>
+
+TEST_F(FileHandlerTest, RemovedFileTakesOnlyItsOwnCompanionAlong)
+{
+    Make("x.pdf");
+    Make("._x.pdf");
+    Make("._._x.pdf");
+    Make("x.pdf.txt");
+    EXPECT_TRUE(mHandler.removeFile(At("x.pdf")));
+    EXPECT_EQ(Tree(), QStringLiteral("._._x.pdf x.pdf.txt"));
+    Make("._x.pdf");
+    EXPECT_TRUE(mHandler.removeFile(At("._x.pdf")));
+    EXPECT_EQ(Tree(), QStringLiteral("._._x.pdf x.pdf.txt"));
+    EXPECT_TRUE(mHandler.removeFile(At("never there")));
+    EXPECT_EQ(mHandler.attempts, 0);
+}
+
+TEST_F(FileHandlerTest, FileThatStaysFailsAfterTwentyAttempts)
+{
+    Make("stays/inside");  // a folder can't be removed as a file
+    EXPECT_FALSE(mHandler.removeFile(At("stays")));
+    EXPECT_EQ(mHandler.attempts, 20);
+    EXPECT_EQ(
+        mHandler.lastAttempt,
+        QLatin1String("FileHandler::removeFile|Failed to delete file. Will try again after an interval. ( "
+                      "Attempt number 20) : ") +
+            At("stays") + QLatin1String(". "));
+    EXPECT_EQ(mLog.TakeErrors(),
+              QStringList(QLatin1String("FileHandler::removeFile|Failed to remove file: ") + At("stays")));
+}
+
+TEST_F(FileHandlerTest, FileThatSomebodyElseRemovesCountsAsRemoved)
+{
+    QDir().mkpath(At("goes"));
+    Make("._goes");
+    mHandler.afterAttempt = [this](int attempt) {
+        if (attempt == 3)
+            QDir().rmdir(At("goes"));
+    };
+    EXPECT_TRUE(mHandler.removeFile(At("goes")));
+    EXPECT_EQ(mHandler.attempts, 3);
+    EXPECT_EQ(Tree(), QString());
+}
+
+TEST_F(FileHandlerTest, FolderIsRemovedWithEverythingInIt)
+{
+    Make("top/a/b/c/file");
+    Make("top/._file");
+    Make("top/.hidden/x");
+    Make("top/\u65E5\u672C \u00FC/y");
+    QDir().mkpath(At("top/empty"));
+    QFile::setPermissions(Make("top/read only"), QFile::ReadOwner);
+    Make("beside");
+    EXPECT_TRUE(mHandler.removeFolder(At("top/")));
+    EXPECT_EQ(Tree(), QStringLiteral("beside"));
+    EXPECT_TRUE(mHandler.removeFolder(At("top")));
+    EXPECT_TRUE(mLog.TakeErrors().isEmpty());
+}
+
+TEST_F(FileHandlerTest, FolderWhoseContentResistsIsGoneFromItsName)
+{
+    Make("folder name/sub/stuck");
+    Make("folder name/sub/other");
+    Make("folder name/more");
+    mHandler.stuckName = QStringLiteral("stuck");
+    EXPECT_FALSE(mHandler.removeFolder(At("folder name")));
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("^\\.~#~ name_del__[0-9a-f]{5}/sub/stuck$"))
+                    .match(Tree())
+                    .hasMatch())
+        << Tree().toStdString();
+    const QStringList errors = mLog.TakeErrors();
+    for (const char* message :
+         {"Can't remove file: ", "Can't remove subfolder: ", "Failed to remove folder: "})
+        EXPECT_EQ(errors.filter(QLatin1String("FileHandler::removeFolder|") + QLatin1String(message)).size(),
+                  1)
+            << message;
+}
+
+TEST_F(FileHandlerTest, FolderUnderAHiddenNameGetsNoSecondMark)
+{
+    const QString hidden = mHandler.createNameForDelete(At(".~#~abc_del__12345"));
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("^\\.~#~12345_del__[0-9a-f]{5}$"))
+                    .match(QFileInfo(hidden).fileName())
+                    .hasMatch())
+        << hidden.toStdString();
+}
+
+TEST_F(FileHandlerTest, CleanupKeepsTheFolderAndNamesWhatStays)
+{
+    Make("work/a/b");
+    Make("work/.hidden");
+    Make("work/stuck");
+    mHandler.stuckName = QStringLiteral("stuck");
+    EXPECT_FALSE(mHandler.cleanupFolder(At("work")));
+    EXPECT_EQ(Tree(), QStringLiteral("work/stuck"));
+    EXPECT_EQ(mLog.TakeErrors(),
+              QStringList(QLatin1String("FileHandler::cleanupFolder|File can not be removed: ") +
+                          At("work/stuck")));
+    mHandler.stuckName.clear();
+    EXPECT_TRUE(mHandler.cleanupFolder(At("work")));
+    EXPECT_EQ(Tree(), QStringLiteral("work/"));
+    EXPECT_FALSE(mHandler.cleanupFolder(At("missing")));
+    EXPECT_EQ(mLog.TakeErrors(),
+              QStringList(QLatin1String("FileHandler::cleanupFolder|Can't find folder: ") + At("missing")));
+}
+
+TEST_F(FileHandlerTest, CleanupBySelectionLeavesTheRest)
+{
+    for (const char* name : {"work/a.PDF", "work/b.pdf", "work/c.txt", "work/d.pdf/inside", "work/sub/e.pdf"})
+        Make(name);
+    EXPECT_TRUE(mHandler.cleanupFolder(At("work"), {QStringLiteral("*.pdf")}));
+    EXPECT_EQ(Tree(), QStringLiteral("work/c.txt work/sub/e.pdf"));
+}

@@ -1,0 +1,36 @@
+#include "FileHandlerFixture.h"
+
+#include <QDomDocument>
+
+TEST_F(FileHandlerTest, SavedXmlKeepsTheOrderOfAttributes)
+{
+    const QByteArray original =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<table z=\"1\" a=\"2\" m=\"3\">\n"
+        " <!-- kept -->\n <row q=\"1\" b=\"2\"/>\n <row c=\"&lt;&#xfc;&quot;\" y=\"4\" "
+        "a=\"5\">text</row>\n</table>\n";
+    const QString path = Make("table.xml", original);
+    QDomDocument document;
+    ASSERT_TRUE(document.setContent(original));
+    EXPECT_TRUE(mHandler.saveXmlNodeKeepingAttributesOrder(document, path));
+    EXPECT_EQ(Read(path).trimmed().toStdString(),
+              QByteArray(original).replace("&#xfc;", "\xC3\xBC").trimmed().toStdString());
+
+    // What is new comes after what was there, by name; what is gone is gone.
+    QDomElement row = document.documentElement().lastChildElement();
+    row.setAttribute(QStringLiteral("n"), 1);
+    row.setAttribute(QStringLiteral("d"), 2);
+    row.removeAttribute(QStringLiteral("y"));
+    EXPECT_TRUE(mHandler.saveXmlNodeKeepingAttributesOrder(document, path));
+    EXPECT_TRUE(Read(path).contains("\" a=\"5\" d=\"2\" n=\"1\">text</row>")) << Read(path).toStdString();
+}
+
+TEST_F(FileHandlerTest, XmlThatCannotBeSavedLeavesTheOldFile)
+{
+    const QString path = Make("old.xml", "not < xml");
+    EXPECT_FALSE(mHandler.saveXmlNodeKeepingAttributesOrder(QDomNode(), path));
+    EXPECT_EQ(Read(path), "not < xml");
+    EXPECT_EQ(mLog.TakeErrors(),
+              QStringList(QLatin1String("FileHandler::saveXmlNodeKeepingAttributesOrder|Can't "
+                                        "create destination file: ") +
+                          path));
+}
