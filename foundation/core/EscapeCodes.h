@@ -26,6 +26,20 @@ inline void Append(GString& target, char ascii)
     target.append(QLatin1Char(ascii));
 }
 
+inline void AppendRun(GBuffer& target, const char* begin, int count)
+{
+    target.append(begin, count);
+}
+inline void AppendRun(GString& target, const QChar* begin, int count)
+{
+    target.append(begin, count);
+}
+// Bytes of a name: their numbers are their characters'.
+inline void AppendRun(GString& target, const char* begin, int count)
+{
+    target.append(QLatin1String(begin, count));
+}
+
 // The letter behind the backslash in the escape of a character; NUL for one that stands in a quoted string as
 // it is.
 template <typename Unit>
@@ -62,14 +76,14 @@ void AppendEscaped(Text& target, const Unit* begin, const Unit* end)
         const char letter = GetLetter(*at);
         if (letter == '\0')
             continue;
-        target.append(plain, static_cast<int>(at - plain));
+        AppendRun(target, plain, static_cast<int>(at - plain));
         Append(target, '\\');
         Append(target, letter);
         if (at + 1 != end && IsOneLineBreak(*at, at[1]))
             ++at;
         plain = at + 1;
     }
-    target.append(plain, static_cast<int>(end - plain));
+    AppendRun(target, plain, static_cast<int>(end - plain));
 }
 
 // Appends what the letter behind a lead stands for; false when it stands for nothing.

@@ -63,3 +63,10 @@ GBuffer GBufferSupport::GetNameFromText(const GString& text)
     }
     return name;
 }
+
+void GBufferSupport::AppendQuotedName(GString& target, const GBuffer& name)
+{
+    target.append(QLatin1Char('"'));
+    EscapeCodes::AppendEscaped(target, name.cbegin(), name.cend());
+    target.append(QLatin1Char('"'));
+}

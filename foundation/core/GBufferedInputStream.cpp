@@ -38,7 +38,7 @@ void GBufferedInputStream::Reset()
     mRead = 0;
 }
 
-std::unique_ptr<GInputStream> GBufferedInputStream::CreateClone() const
+std::unique_ptr<GBufferedInputStream> GBufferedInputStream::CreateBufferedClone() const
 {
     auto clone = std::make_unique<GBufferedInputStream>(mSource.CreateClone(), static_cast<int>(mSize));
     clone->mBuffer = mBuffer;

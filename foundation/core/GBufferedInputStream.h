@@ -23,7 +23,8 @@ public:
 
     // A stream over a clone of the source, with what is buffered here; the roll-back point is not taken
     // along.
-    std::unique_ptr<GInputStream> CreateClone() const override;
+    std::unique_ptr<GInputStream> CreateClone() const override { return CreateBufferedClone(); }
+    std::unique_ptr<GBufferedInputStream> CreateBufferedClone() const;
 
     // Has the next `least` bytes at hand, or as many as there are; gives how many can be looked at, which may
     // be more. They are at GetAhead until the next call of anything but Skip.

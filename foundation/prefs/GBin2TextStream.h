@@ -1,0 +1,106 @@
+#pragma once
+
+#include "foundation/core/GBufferedInputStream.h"
+#include "foundation/core/GEncoding.h"
+
+// Reads text from bytes: tokens, lines, quoted strings. Looks at no more of the source than its buffer and
+// what the text in hand needs.
+//
+// Sets of characters (SkipChars, ReadTillTerminator) are of ASCII characters. Whitespace is blank, TAB, LF
+// and CR. A last odd byte of UTF-16 is no character: the data ends before it. No text that is read becomes
+// longer than cLongestText; the data ends there for whoever reads it.
+class GBin2TextStream : public GInputStream
+{
+public:
+    static constexpr int cLongestText = 1 << 28;
+
+    // Reads from `source`, which outlives this stream or belongs to it, in `encoding`; a byte order mark of
+    // that encoding is passed over, and for UTF-16 decides about the order. Null finds the encoding: the mark
+    // of UTF-16 or UTF-8, else the platform's 8-bit encoding.
+    GBin2TextStream(GBufferedInputStream& source, const GEncodingRef& encoding);
+    GBin2TextStream(std::unique_ptr<GBufferedInputStream> source, const GEncodingRef& encoding);
+
+    // The encoding in which the data is read.
+    const GEncodingRef& GetEncoding() const { return mEncoding; }
+
+    // Skips blanks and TABs, and line ends too where asked for; gives the count skipped.
+    int SkipWhitespace(bool withLineEnds);
+
+    int SkipChars(const GString& set);
+
+    // Skips all whitespace, then reads up to the next whitespace. False at the end of the data.
+    bool ReadString(GString& token);
+
+    // Reads up to the end of the line and consumes that: LF, CR or CR LF. False at the end of the data.
+    bool ReadLine(GString& line);
+
+    // Consumes what ReadLine would.
+    void SkipLine();
+
+    // Reads up to one of the terminators, which stays. False at the end of the data.
+    bool ReadTillTerminator(const GString& terminators, GString& text);
+
+    // Reads a quoted string and takes its escapes back; `\n` becomes CR LF, a `\` before anything that is no
+    // escape stays. False, with nothing consumed, when the next character is no quote; false also, with what
+    // was read as the text, when the data ends before the closing quote.
+    bool ReadQuotedString(GString& text);
+
+    // Reads up to `count` characters: UTF-16 units, or bytes of an 8-bit encoding, where a character of UTF-8
+    // that begins within the count is read whole. Gives whether there were any.
+    bool Read(int count, GString& text);
+
+    // Puts text in front of what comes next.
+    void Unread(const GString& text);
+
+    void SetRollBackPoint();
+    bool RollBack();
+
+    // The bytes as they stand in the source, in no encoding.
+    int Read(char* bytes, int count) override;
+
+    // Goes back to the first character; an encoding that was found is found anew.
+    void Reset() override;
+
+    std::unique_ptr<GInputStream> CreateClone() const override;
+
+    // The bytes of the source before the next character, the byte order mark among them.
+    int64_t GetPosition() const { return mSource.GetPosition(); }
+
+private:
+    enum class Layout
+    {
+        cBytes,
+        cLittleEndian,
+        cBigEndian
+    };
+
+    // A clone of the other over a clone of its source.
+    GBin2TextStream(const GBin2TextStream& other, std::unique_ptr<GBufferedInputStream> source);
+
+    void InitializeEncoding(const GEncodingRef& encoding);
+    void DetectEncoding();
+    bool SkipMark(const char* mark, int count);
+    void SetEncoding(const GEncodingRef& encoding);
+
+    template <typename Operation>
+    auto WithUnits(Operation operation);
+    template <typename Units>
+    bool HasUnit();
+    template <typename Units, typename IsEnd>
+    bool Collect(GString& text, IsEnd isEnd);
+    template <typename Units, typename IsSkipped>
+    int Skip(IsSkipped isSkipped);
+    template <typename Units>
+    void SkipLineEnd();
+    template <typename Units>
+    bool ReadQuotedUnits(GString& text);
+    template <typename Units, typename Collector>
+    bool ReadEscape(Collector& collector);
+
+    std::unique_ptr<GBufferedInputStream> mOwned;
+    GBufferedInputStream& mSource;
+    GEncodingRef mGivenEncoding;  // null: find it
+    GEncodingRef mEncoding;
+    Layout mLayout = Layout::cBytes;
+    GBuffer mBytes;  // the encoded text in hand; kept for its memory
+};

@@ -1,0 +1,78 @@
+#include "foundation/prefs/GDictBufferReader.h"
+
+#include "foundation/core/GMemoryInputStream.h"
+#include "foundation/prefs/GBin2TextStream.h"
+#include "foundation/prefs/PrefKey.h"
+#include "foundation/prefs/PrefMarkers.h"
+
+template <typename Key, typename Value>
+bool GDictBufferReader<Key, Value>::Read(GBin2TextStream& stream, GDict<Key, Value>& dict)
+{
+    dict.Clear();
+    stream.SkipWhitespace(true);
+    mStopPosition = stream.GetPosition();
+    GString token;
+    if (!stream.ReadString(token) || !IsBeginMarker(token))
+        return false;
+    stream.SkipWhitespace(true);
+    return ReadEntries(stream, dict);
+}
+
+template <typename Key, typename Value>
+bool GDictBufferReader<Key, Value>::ReadText(const GString& text, GDict<Key, Value>& dict)
+{
+    const auto memory = GMemoryInputStream::CreateOnText(text);
+    GBufferedInputStream buffered(*memory);
+    GBin2TextStream stream(buffered, GEncoding::GetUTF16());
+    return Read(stream, dict);
+}
+
+template <typename Key, typename Value>
+bool GDictBufferReader<Key, Value>::ReadEntries(GBin2TextStream& stream, GDict<Key, Value>& dict)
+{
+    GString keyText;
+    keyText.reserve(64);  // most keys fit; the memory serves all of them
+    for (;;) {
+        stream.SkipWhitespace(false);
+        mStopPosition = stream.GetPosition();
+        if (!stream.ReadQuotedString(keyText))
+            return ReadEnd(stream);
+        stream.SkipWhitespace(false);
+        GString value;
+        if (!stream.ReadQuotedString(value))
+            return false;
+        stream.SkipLine();
+        dict.Insert(ConvertKey(keyText), std::move(value));
+    }
+}
+
+template <typename Key, typename Value>
+bool GDictBufferReader<Key, Value>::ReadEnd(GBin2TextStream& stream) const
+{
+    GString token;
+    const bool isEnd = stream.ReadString(token) && (IsEndMarker(token) || token.startsWith(QLatin1Char('#')));
+    if (isEnd)
+        stream.SkipLine();
+    return isEnd;
+}
+
+template <typename Key, typename Value>
+Key GDictBufferReader<Key, Value>::ConvertKey(const GString& text) const
+{
+    return PrefKey::FromText<Key>(text);
+}
+
+template <typename Key, typename Value>
+bool GDictBufferReader<Key, Value>::IsBeginMarker(const GString& token) const
+{
+    return token == PrefMarkers::cBeginDict;
+}
+
+template <typename Key, typename Value>
+bool GDictBufferReader<Key, Value>::IsEndMarker(const GString& token) const
+{
+    return token == PrefMarkers::cEndDict;
+}
+
+template class GDictBufferReader<GBuffer, GString>;
+template class GDictBufferReader<GString, GString>;

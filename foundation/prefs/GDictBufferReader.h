@@ -1,0 +1,45 @@
+#pragma once
+
+#include "foundation/core/GDict.h"
+#include "foundation/core/GString.h"
+
+class GBin2TextStream;
+
+// Reads one dictionary block into a dictionary. A key that comes again replaces the earlier value. What
+// stands behind a value on its line is ignored; any word that begins with `#` ends the block, so that a
+// missing end marker before the document's costs nothing.
+//
+// There are two instances: Key is GBuffer or GString, Value is GString.
+template <typename Key, typename Value>
+class GDictBufferReader
+{
+public:
+    virtual ~GDictBufferReader() = default;
+
+    // Reads from the begin marker to the end of the line of the end marker. False when there is no block
+    // here, or a damaged one: a key without a value, a stray word, the end of the data. What was read before
+    // the damage is in the dictionary all the same.
+    bool Read(GBin2TextStream& stream, GDict<Key, Value>& dict);
+
+    // Reads a block that is the value of an entry. What stands behind the block is ignored.
+    bool ReadText(const GString& text, GDict<Key, Value>& dict);
+
+    // The byte of the source where what could not be read begins, after a Read that gave false.
+    int64_t GetStopPosition() const { return mStopPosition; }
+
+protected:
+    // Makes a key from the text that was read: for GBuffer, GBufferSupport::GetNameFromText.
+    virtual Key ConvertKey(const GString& text) const;
+
+    virtual bool IsBeginMarker(const GString& token) const;
+    virtual bool IsEndMarker(const GString& token) const;
+
+private:
+    bool ReadEnd(GBin2TextStream& stream) const;
+    bool ReadEntries(GBin2TextStream& stream, GDict<Key, Value>& dict);
+
+    int64_t mStopPosition = 0;
+};
+
+extern template class GDictBufferReader<GBuffer, GString>;
+extern template class GDictBufferReader<GString, GString>;

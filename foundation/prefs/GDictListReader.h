@@ -1,0 +1,44 @@
+#pragma once
+
+#include "foundation/core/GEncoding.h"
+#include "foundation/prefs/GDictBufferReader.h"
+
+class GInputStream;
+
+// Reads a whole settings document: groups, each a name and a dictionary block. Goes as far as the document
+// makes sense and keeps what came before the damage. Holds a part of the source in memory at a time, never
+// the whole.
+//
+// There are two instances: GroupKey is GBuffer, EntryKey is GBuffer or GString, Value is GString.
+template <typename GroupKey, typename EntryKey, typename Value>
+class GDictListReader
+{
+public:
+    using Groups = GDict<GroupKey, GDict<EntryKey, Value>>;
+
+    virtual ~GDictListReader() = default;
+
+    // Reads the document in `encoding`, null to find it (see GBin2TextStream). A group that comes again
+    // replaces the earlier one. False, with no group, when the source does not begin as a document; false
+    // with the groups when something other than the end marker follows them. A damaged group and all that
+    // follows it are left out, which is true nevertheless; GetStopPosition tells.
+    bool Read(GInputStream& source, const GEncodingRef& encoding, Groups& groups);
+
+    // The byte of the source where the first thing begins that the last Read left out; -1 when it read the
+    // document to its end. A document that just lacks its end marker counts as read to its end.
+    int64_t GetStopPosition() const { return mStopPosition; }
+
+protected:
+    virtual GroupKey ConvertKey(const GString& text) const;
+    virtual bool IsBeginMarker(const GString& token) const;
+    virtual bool IsEndMarker(const GString& token) const;
+
+private:
+    bool ReadGroups(GBin2TextStream& stream, Groups& groups);
+    bool ReadEnd(GBin2TextStream& stream, int64_t position);
+
+    int64_t mStopPosition = -1;
+};
+
+extern template class GDictListReader<GBuffer, GBuffer, GString>;
+extern template class GDictListReader<GBuffer, GString, GString>;

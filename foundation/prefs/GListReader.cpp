@@ -1,0 +1,33 @@
+#include "foundation/prefs/GListReader.h"
+
+#include "foundation/core/GMemoryInputStream.h"
+#include "foundation/prefs/GBin2TextStream.h"
+#include "foundation/prefs/PrefMarkers.h"
+
+bool GListReader::Read(GBin2TextStream& stream, QStringList& list)
+{
+    list.clear();
+    GString token;
+    if (!stream.ReadString(token) || token != PrefMarkers::cBeginList)
+        return false;
+    stream.SkipWhitespace(true);
+    for (;;) {
+        stream.SkipWhitespace(false);
+        GString element;
+        if (!stream.ReadQuotedString(element))
+            break;
+        stream.SkipLine();
+        list.append(std::move(element));
+    }
+    if (stream.ReadString(token) && token == PrefMarkers::cEndList)
+        stream.SkipLine();
+    return true;
+}
+
+bool GListReader::ReadText(const GString& text, QStringList& list)
+{
+    const auto memory = GMemoryInputStream::CreateOnText(text);
+    GBufferedInputStream buffered(*memory);
+    GBin2TextStream stream(buffered, GEncoding::GetUTF16());
+    return Read(stream, list);
+}

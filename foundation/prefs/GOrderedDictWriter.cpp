@@ -1,0 +1,14 @@
+#include "foundation/prefs/GOrderedDictWriter.h"
+
+#include "foundation/prefs/PrefMarkers.h"
+
+GOrderedDictWriter::GOrderedDictWriter() : mBlock(mText)
+{
+    mBlock.AddMarker(PrefMarkers::cBeginDict);
+}
+
+GString GOrderedDictWriter::Finish()
+{
+    mBlock.AddMarker(PrefMarkers::cEndDict);
+    return mText;
+}

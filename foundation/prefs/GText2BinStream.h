@@ -1,0 +1,45 @@
+#pragma once
+
+#include "foundation/core/GEncoding.h"
+#include "foundation/core/GOutputStream.h"
+
+#include <memory>
+
+// Writes text in an encoding to another stream. Nothing is held back: what was written is in the target.
+class GText2BinStream : public GOutputStream
+{
+public:
+    enum class ByteOrderMark
+    {
+        cWrite,
+        cNone
+    };
+
+    // Writes to `target`, which outlives this stream or belongs to it. A byte order mark goes first where the
+    // encoding is UTF-16.
+    GText2BinStream(GOutputStream& target, const GEncodingRef& encoding);
+    GText2BinStream(std::unique_ptr<GOutputStream> target, const GEncodingRef& encoding);
+
+    // Changes the encoding of what is written from now on. A mark that is asked for is written at once: FF FE
+    // or FE FF for UTF-16 in its order, nothing for any other encoding.
+    void SetEncoding(const GEncodingRef& encoding, ByteOrderMark mark);
+
+    // Writes text; characters that the encoding lacks become '?'. The second form is for ASCII that ends with
+    // NUL.
+    void Write(const GString& text);
+    void Write(const char* text);
+
+    // Writes bytes as they stand, in no encoding.
+    void Write(const char* bytes, int count) override;
+
+    void WriteEOL();
+
+    // Writes the text escaped and between quotes (GStringSupport::QuoteString).
+    void WriteQuotedString(const GString& text);
+
+private:
+    std::unique_ptr<GOutputStream> mOwned;
+    GOutputStream& mTarget;
+    GEncodingRef mEncoding;
+    GBuffer mEOL;  // in the encoding
+};

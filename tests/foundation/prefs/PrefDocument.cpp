@@ -1,0 +1,45 @@
+#include "PrefDocument.h"
+
+#include "foundation/core/GMemoryInputStream.h"
+#include "foundation/core/GMemoryOutputStream.h"
+#include "foundation/prefs/GDictListReader.h"
+#include "foundation/prefs/GPrefWriter.h"
+#include "foundation/prefs/GText2BinStream.h"
+
+#include <QRegularExpression>
+
+GBuffer WriteDocument(const SortedGroups& groups, const GEncodingRef& encoding)
+{
+    GPrefGroups written;
+    for (const auto& group : groups) {
+        GPrefGroup& entries = written.Insert(group.first, {});
+        for (const auto& entry : group.second)
+            entries.Insert(entry.first, entry.second);
+    }
+    GMemoryOutputStream memory;
+    GText2BinStream stream(memory, encoding);
+    GPrefWriter::WriteDocument(stream, written);
+    return memory.GetData();
+}
+
+ReadDocument ParseDocument(const GBuffer& bytes, const GEncodingRef& encoding)
+{
+    GMemoryInputStream source(bytes);
+    GDictListReader<GBuffer, GBuffer, GString> reader;
+    GPrefGroups groups;
+    ReadDocument result;
+    result.isRead = reader.Read(source, encoding, groups);
+    result.stopPosition = reader.GetStopPosition();
+    for (const auto& group : groups) {
+        auto& entries = result.groups[group.key];
+        for (const auto& entry : group.value)
+            entries[entry.key] = entry.value;
+    }
+    return result;
+}
+
+GString WithFileLineBreaks(const GString& value)
+{
+    static const QRegularExpression lineBreak(QStringLiteral("\r\n|\n\r|\r|\n"));
+    return GString(value).replace(lineBreak, QStringLiteral("\r\n"));
+}

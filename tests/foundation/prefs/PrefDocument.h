@@ -1,0 +1,22 @@
+#pragma once
+
+#include "foundation/core/GEncoding.h"
+#include "foundation/prefs/GPrefGroups.h"
+
+#include <map>
+
+// The content of a document in an order that does not depend on its dictionaries.
+using SortedGroups = std::map<GBuffer, std::map<GBuffer, GString>>;
+
+struct ReadDocument
+{
+    bool isRead;
+    int64_t stopPosition;
+    SortedGroups groups;
+};
+
+GBuffer WriteDocument(const SortedGroups& groups, const GEncodingRef& encoding);
+ReadDocument ParseDocument(const GBuffer& bytes, const GEncodingRef& encoding);
+
+// What a value is after it was in a file: each of its line breaks is CR LF.
+GString WithFileLineBreaks(const GString& value);
