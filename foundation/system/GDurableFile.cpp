@@ -1,0 +1,71 @@
+#include "foundation/system/GDurableFile.h"
+
+#include "foundation/system/GFileSystemBase.h"
+#include "foundation/system/GProcessInfo.h"
+#include "foundation/system/GSystemError.h"
+#include "foundation/system/GUniqueName.h"
+
+#include <QDir>
+#include <QRegularExpression>
+
+static constexpr int cBufferSize = 64 * 1024;
+
+GDurableFile::GDurableFile(const GPathName& target) : mTarget(FollowLinks(target))
+{
+    RemoveLeftovers();
+    OpenTemporary();
+    mBuffer.reserve(cBufferSize);
+}
+
+GDurableFile::~GDurableFile()
+{
+    RemoveTemporary();
+}
+
+void GDurableFile::Write(const char* bytes, int count)
+{
+    if (mBuffer.size() + count > cBufferSize)
+        FlushBuffer();
+    if (count >= cBufferSize)
+        WriteNow(bytes, count);
+    else
+        mBuffer.append(bytes, count);
+}
+
+void GDurableFile::Commit()
+{
+    FlushBuffer();
+    FlushAndReplace();
+}
+
+GPathName GDurableFile::MakeTemporaryName() const
+{
+    const GString process = QString::number(GProcessInfo::GetOwnProcessID());
+    return GPathName(mTarget.GetPortablePath() +
+                     QStringLiteral(".%1-%2.new").arg(process, MakeRandomName(6)));
+}
+
+void GDurableFile::RemoveLeftovers() const
+{
+    static const QRegularExpression cSuffix(QStringLiteral("^\\.([0-9]+)-[0-9a-z]{6}\\.new$"));
+    const GString leaf = mTarget.GetLeaf();
+    const QDir folder(QFileInfo(mTarget.GetNativePath()).absolutePath());
+    for (const GString& name : folder.entryList({QStringLiteral("*.new")}, QDir::Files | QDir::Hidden)) {
+        if (!name.startsWith(leaf))
+            continue;
+        const QRegularExpressionMatch match = cSuffix.match(name.mid(leaf.size()));
+        if (match.hasMatch() && !GProcessInfo::IsAlive(match.captured(1).toUInt()))
+            GFileSystemBase::TryToRemoveFile(GPathName(folder.absoluteFilePath(name)));
+    }
+}
+
+void GDurableFile::FlushBuffer()
+{
+    WriteNow(mBuffer.constData(), mBuffer.size());
+    mBuffer.resize(0);  // keeps the memory
+}
+
+void GDurableFile::RaiseWriteError() const
+{
+    RaiseFileError(QStringLiteral("The file \"%1\" can't be written"), mTarget, GetLastSystemError());
+}

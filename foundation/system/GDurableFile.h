@@ -1,0 +1,57 @@
+#pragma once
+
+#include "foundation/core/GOutputStream.h"
+#include "foundation/core/GPathName.h"
+#include "foundation/core/GString.h"
+#include "foundation/system/PFileHandle.h"
+
+// Writes a file whole and puts it in the place of the old one in one step.
+//
+// What is written goes to a temporary file beside the target. Commit flushes it to disk and replaces the
+// target with it; on POSIX the folder is flushed too. Whoever reads the target, and whoever kills this
+// process or the machine at any moment, sees the old file or the new one, never a part. Without Commit the
+// old file stays and the temporary one goes.
+//
+// The new file has the rights of the old one, and on POSIX its owner as far as the system allows. Where the
+// target is a symbolic link, the file that it leads to is replaced and the link stays. The target's folder
+// must be there. Two writers of one target at once do each other no harm: one of the two files results.
+// A writer that is killed at the very moment of replacing can leave its temporary file, the target's name
+// with the process and ".new" added; the next writer of the target removes it.
+//
+// On Windows whoever has the target open holds the replacement up; Commit tries again for about two seconds,
+// then it takes the system's other way, which bears with readers that share deletion but is no single step.
+// So open such a file with all share rights, and no longer than a read takes. Used by one thread.
+class GDurableFile : public GOutputStream
+{
+public:
+    // Starts to write. Raises a GCustomException with GErrorCode::cFile and the system's reason, as the other
+    // operations do; after one has raised, the object is only good to be destroyed.
+    explicit GDurableFile(const GPathName& target);
+
+    // Drops what was not committed.
+    ~GDurableFile() override;
+
+    void Write(const char* bytes, int count) override;
+
+    // Puts the new file in place. Called once, at the end.
+    void Commit();
+
+private:
+    // The platform's half.
+    static GPathName FollowLinks(const GPathName& target);
+    void OpenTemporary();
+    void WriteNow(const char* bytes, int count);
+    void FlushAndReplace();
+    void PutInPlace();
+    void RemoveTemporary() noexcept;
+
+    GPathName MakeTemporaryName() const;
+    void RemoveLeftovers() const;
+    void FlushBuffer();
+    [[noreturn]] void RaiseWriteError() const;
+
+    GPathName mTarget;
+    GPathName mTemporary;  // empty while the temporary file has no name, and when there is none
+    PFileHandle mHandle;
+    GBuffer mBuffer;  // what has not been handed to the system yet
+};

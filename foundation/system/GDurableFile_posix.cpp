@@ -1,0 +1,171 @@
+#include "foundation/system/GDurableFile.h"
+
+#include "foundation/system/GSystemError.h"
+#include "foundation/trace/GTrace.h"
+
+#include <QFile>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+
+namespace
+{
+constexpr int cMostLinks = 40;  // the system's own limit
+
+QByteArray GetSystemName(const GPathName& path)
+{
+    return QFile::encodeName(path.GetSystemPath());
+}
+
+GPathName GetFolder(const GPathName& file)
+{
+    const GPathName folder = file.GetParent();
+    return folder.IsEmpty() ? GPathName(QStringLiteral(".")) : folder;
+}
+
+// Gives the new file the owner and rights of the old one. What can't be given to the same group is not given
+// to another one.
+bool TakeOverRights(int file, const struct stat& old)
+{
+    mode_t mode = old.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO);
+    struct stat status = {};
+    if (fstat(file, &status) != 0)
+        return false;
+    const bool isSame = status.st_uid == old.st_uid && status.st_gid == old.st_gid;
+    if (!isSame && fchown(file, old.st_uid, old.st_gid) != 0 && status.st_gid != old.st_gid)
+        mode &= ~static_cast<mode_t>(S_IRWXG);
+    return fchmod(file, mode) == 0;
+}
+
+// A file in the folder that has no name, so that nothing stays behind when this process is killed.
+PFileHandle OpenNameless(const GPathName& folder, mode_t mode)
+{
+    return PFileHandle(open(GetSystemName(folder).constData(), O_TMPFILE | O_WRONLY | O_CLOEXEC, mode));
+}
+
+// Where the link at the path leads, the folder with every link in it resolved by the system: a ".." in a link
+// means the folder above the real one. Empty, with errno set, when that folder is not there.
+QByteArray ResolveFolder(const QByteArray& link, const QByteArray& leadsTo)
+{
+    const QByteArray path =
+        leadsTo.startsWith('/') ? leadsTo : link.left(link.lastIndexOf('/') + 1) + leadsTo;
+    const int leaf = path.lastIndexOf('/') + 1;
+    char folder[PATH_MAX];
+    if (realpath(leaf == 0 ? "." : path.left(leaf).constData(), folder) == nullptr)
+        return {};
+    return QByteArray(folder) + '/' + path.mid(leaf);
+}
+
+bool HasProcessFolder()
+{
+    return access("/proc/self/fd", X_OK) == 0;
+}
+}  // namespace
+
+GPathName GDurableFile::FollowLinks(const GPathName& target)
+{
+    QByteArray path = GetSystemName(target);
+    for (int link = 0; link < cMostLinks; ++link) {
+        char leadsTo[PATH_MAX];
+        const ssize_t length = readlink(path.constData(), leadsTo, sizeof leadsTo);
+        if (length < 0)
+            return GPathName(QFile::decodeName(path));
+        path = ResolveFolder(path, QByteArray(leadsTo, static_cast<int>(length)));
+        if (path.isEmpty())
+            break;
+        errno = ELOOP;
+    }
+    RaiseFileError(QStringLiteral("The file \"%1\" can't be written"), target, GetLastSystemError());
+}
+
+void GDurableFile::OpenTemporary()
+{
+    const QByteArray target = GetSystemName(mTarget);
+    struct stat old = {};
+    const bool hasOld = stat(target.constData(), &old) == 0;
+    if (hasOld && !S_ISREG(old.st_mode)) {
+        errno = S_ISDIR(old.st_mode) ? EISDIR : EINVAL;
+        RaiseWriteError();
+    }
+    // A file that its owner has made read-only is to stay as it is.
+    if (hasOld && faccessat(AT_FDCWD, target.constData(), W_OK, AT_EACCESS) != 0)
+        RaiseWriteError();
+
+    const mode_t mode =
+        hasOld ? S_IRUSR | S_IWUSR : S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
+    if (HasProcessFolder())
+        mHandle = OpenNameless(GetFolder(mTarget), mode);
+    if (!mHandle.IsOpen()) {
+        // Not every file system knows files without a name.
+        const GPathName temporary = MakeTemporaryName();
+        mHandle = PFileHandle(
+            open(GetSystemName(temporary).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+        if (!mHandle.IsOpen())
+            RaiseWriteError();
+        mTemporary = temporary;
+    }
+    if (hasOld && !TakeOverRights(static_cast<int>(mHandle.Get()), old)) {
+        const int error = errno;
+        RemoveTemporary();
+        errno = error;
+        RaiseWriteError();
+    }
+}
+
+void GDurableFile::WriteNow(const char* bytes, int count)
+{
+    while (count > 0) {
+        const ssize_t written = write(static_cast<int>(mHandle.Get()), bytes, static_cast<size_t>(count));
+        if (written < 0 && errno != EINTR)
+            RaiseWriteError();
+        if (written > 0) {
+            bytes += written;
+            count -= static_cast<int>(written);
+        }
+    }
+}
+
+void GDurableFile::FlushAndReplace()
+{
+    if (fsync(static_cast<int>(mHandle.Get())) != 0)
+        RaiseWriteError();
+    PutInPlace();
+    if (!mHandle.Close())
+        RaiseWriteError();
+    const PFileHandle folder(
+        open(GetSystemName(GetFolder(mTarget)).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    // The new file is in place whatever comes of this; without it a power cut may bring the old one back.
+    if (!folder.IsOpen() || fsync(static_cast<int>(folder.Get())) != 0) {
+        GTrace::Error(QStringLiteral("GDurableFile::Commit"),
+                      QStringLiteral("The folder of \"%1\" can't be flushed: %2")
+                          .arg(mTarget.GetNativePath(), GetReasonText(GetLastSystemError())));
+    }
+}
+
+void GDurableFile::PutInPlace()
+{
+    if (mTemporary.IsEmpty()) {
+        const GPathName name = MakeTemporaryName();
+        const QByteArray handle = "/proc/self/fd/" + QByteArray::number(static_cast<int>(mHandle.Get()));
+        if (linkat(AT_FDCWD, handle.constData(), AT_FDCWD, GetSystemName(name).constData(),
+                   AT_SYMLINK_FOLLOW) != 0)
+            RaiseWriteError();
+        mTemporary = name;
+    }
+    if (rename(GetSystemName(mTemporary).constData(), GetSystemName(mTarget).constData()) != 0)
+        RaiseWriteError();
+    mTemporary = GPathName();
+}
+
+void GDurableFile::RemoveTemporary() noexcept
+{
+    if (!mTemporary.IsEmpty())
+        unlink(GetSystemName(mTemporary).constData());
+    mTemporary = GPathName();
+    mHandle.Close();
+}

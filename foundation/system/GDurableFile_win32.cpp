@@ -1,0 +1,149 @@
+#include "foundation/system/GDurableFile.h"
+
+#include "foundation/system/GSystemError.h"
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+namespace
+{
+constexpr int cMostAttempts = 80;   // while somebody has the target open
+constexpr int cQuickAttempts = 20;  // of these, with hardly a pause: most readers are gone at once
+constexpr DWORD cPause = 25;        // milliseconds
+
+std::wstring GetText(const GPathName& path)
+{
+    return path.GetSystemPath().toStdWString();
+}
+
+// A file that is marked so goes when its last handle is closed, that is also when this process is killed.
+void SetDeletedOnClose(HANDLE file, bool isDeleted)
+{
+    FILE_DISPOSITION_INFO information = {};
+    information.DeleteFile = isDeleted;
+    SetFileInformationByHandle(file, FileDispositionInfo, &information, sizeof information);
+}
+
+// Whether the failure may pass when whoever has the target open closes it.
+bool MayPass(DWORD error)
+{
+    return error == ERROR_ACCESS_DENIED || error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION;
+}
+
+// Gives the new file the access rights and the marks of the old one, as far as the system allows.
+void TakeOverRights(const std::wstring& oldFile, const std::wstring& newFile)
+{
+    DWORD size = 0;
+    GetFileSecurityW(oldFile.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+    std::vector<BYTE> security(size);
+    if (size > 0 &&
+        GetFileSecurityW(oldFile.c_str(), DACL_SECURITY_INFORMATION, security.data(), size, &size))
+        SetFileSecurityW(newFile.c_str(), DACL_SECURITY_INFORMATION, security.data());
+    const DWORD attributes = GetFileAttributesW(oldFile.c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES)
+        SetFileAttributesW(newFile.c_str(), attributes);
+}
+
+// One step, also for whoever is killed in it, but only while nobody has the target open.
+bool RenameOver(const std::wstring& temporary, const std::wstring& target)
+{
+    constexpr DWORD cFlags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+    return MoveFileExW(temporary.c_str(), target.c_str(), cFlags) != 0;
+}
+
+// Bears with readers that share deletion, but takes two steps inside the system.
+bool Replace(const std::wstring& temporary, const std::wstring& target)
+{
+    return ReplaceFileW(target.c_str(), temporary.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr,
+                        nullptr) != 0;
+}
+}  // namespace
+
+GPathName GDurableFile::FollowLinks(const GPathName& target)
+{
+    const std::wstring text = GetText(target);
+    const DWORD attributes = GetFileAttributesW(text.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0)
+        return target;
+    constexpr DWORD cShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const HANDLE file =
+        CreateFileW(text.c_str(), 0, cShareAll, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        RaiseFileError(QStringLiteral("The file \"%1\" can't be written"), target, GetLastSystemError());
+    const PFileHandle handle(reinterpret_cast<intptr_t>(file));
+    std::vector<wchar_t> path(GetFinalPathNameByHandleW(file, nullptr, 0, 0) + 1);
+    const DWORD length = GetFinalPathNameByHandleW(file, path.data(), static_cast<DWORD>(path.size()), 0);
+    if (length == 0 || length >= path.size())
+        RaiseFileError(QStringLiteral("The file \"%1\" can't be written"), target, GetLastSystemError());
+    return GPathName(QString::fromWCharArray(path.data(), static_cast<int>(length)));
+}
+
+void GDurableFile::OpenTemporary()
+{
+    const DWORD attributes = GetFileAttributesW(GetText(mTarget).c_str());
+    constexpr DWORD cUntouchable = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY;
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & cUntouchable) != 0) {
+        SetLastError(ERROR_ACCESS_DENIED);
+        RaiseWriteError();
+    }
+    mTemporary = MakeTemporaryName();
+    const HANDLE file = CreateFileW(GetText(mTemporary).c_str(), GENERIC_WRITE | DELETE, FILE_SHARE_DELETE,
+                                    nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        mTemporary = GPathName();
+        RaiseWriteError();
+    }
+    mHandle = PFileHandle(reinterpret_cast<intptr_t>(file));
+    SetDeletedOnClose(file, true);
+}
+
+void GDurableFile::WriteNow(const char* bytes, int count)
+{
+    while (count > 0) {
+        DWORD written = 0;
+        if (!WriteFile(reinterpret_cast<HANDLE>(mHandle.Get()), bytes, static_cast<DWORD>(count), &written,
+                       nullptr))
+            RaiseWriteError();
+        bytes += written;
+        count -= static_cast<int>(written);
+    }
+}
+
+void GDurableFile::FlushAndReplace()
+{
+    const auto file = reinterpret_cast<HANDLE>(mHandle.Get());
+    if (!FlushFileBuffers(file))
+        RaiseWriteError();
+    SetDeletedOnClose(file, false);
+    if (!mHandle.Close())
+        RaiseWriteError();
+    PutInPlace();
+}
+
+void GDurableFile::PutInPlace()
+{
+    const std::wstring temporary = GetText(mTemporary);
+    const std::wstring target = GetText(mTarget);
+    TakeOverRights(target, temporary);
+    for (int attempt = 1; !RenameOver(temporary, target); ++attempt) {
+        if (!MayPass(GetLastError()))
+            RaiseWriteError();
+        if (attempt > cMostAttempts) {
+            if (!Replace(temporary, target))
+                RaiseWriteError();
+            break;
+        }
+        Sleep(attempt < cQuickAttempts ? 1 : cPause);
+    }
+    mTemporary = GPathName();
+}
+
+void GDurableFile::RemoveTemporary() noexcept
+{
+    mHandle.Close();
+    if (!mTemporary.IsEmpty())
+        DeleteFileW(GetText(mTemporary).c_str());
+    mTemporary = GPathName();
+}

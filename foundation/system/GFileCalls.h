@@ -1,0 +1,27 @@
+#pragma once
+
+#include "foundation/core/GPathName.h"
+#include "foundation/system/PFileHandle.h"
+
+// The calls of the operating system behind GFileSystemBase. Where one fails, GetLastSystemError has the
+// reason.
+namespace GFileCalls
+{
+// Makes and opens an empty file for writing, for its owner only; not open when that fails, as it does when
+// anything of that name exists.
+PFileHandle CreateNewFile(const GPathName& path);
+
+// Whether the last call failed because the name is taken.
+bool IsNameTaken(int error);
+
+// Gives a file another name on the same volume in one step. What bears that name is replaced, read-only or
+// not, or makes the call fail.
+bool RenameFile(const GPathName& from, const GPathName& to, bool isReplacing);
+
+// Removes a file or a link. False when that fails or it is a folder; a name that is not there counts as
+// removed.
+bool RemoveFile(const GPathName& path, bool readOnlyToo);
+
+// Removes a folder with its content, as far as that goes, never following a link. The same results.
+bool RemoveTree(const GPathName& path, bool readOnlyToo);
+}  // namespace GFileCalls

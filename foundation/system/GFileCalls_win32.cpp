@@ -1,0 +1,111 @@
+#include "foundation/system/GFileCalls.h"
+
+#include "foundation/system/POwnerSecurity.h"
+
+#include <windows.h>
+
+#include <memory>
+#include <string>
+
+namespace
+{
+struct SearchCloser
+{
+    using pointer = HANDLE;
+    void operator()(HANDLE search) const { FindClose(search); }
+};
+using Search = std::unique_ptr<void, SearchCloser>;
+
+std::wstring GetText(const GPathName& path)
+{
+    return path.GetSystemPath().toStdWString();
+}
+
+bool IsGone(DWORD error)
+{
+    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+}
+
+// Takes the read-only mark off; false where that is not wished.
+bool PrepareRemoval(const std::wstring& path, DWORD attributes, bool readOnlyToo)
+{
+    const bool isLink = (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+    if ((attributes & FILE_ATTRIBUTE_READONLY) == 0)
+        return true;
+    if (!readOnlyToo && !isLink)
+        return false;
+    return SetFileAttributesW(path.c_str(), attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY)) != 0;
+}
+
+bool RemoveEntry(const std::wstring& path, DWORD attributes, bool readOnlyToo);
+
+void RemoveContent(const std::wstring& folder, bool readOnlyToo)
+{
+    WIN32_FIND_DATAW entry = {};
+    const HANDLE handle = FindFirstFileW((folder + L"\\*").c_str(), &entry);
+    if (handle == INVALID_HANDLE_VALUE)
+        return;
+    const Search search(handle);
+    do {
+        const std::wstring name = entry.cFileName;
+        if (name != L"." && name != L"..")
+            RemoveEntry(folder + L"\\" + name, entry.dwFileAttributes, readOnlyToo);
+    } while (FindNextFileW(handle, &entry));
+}
+
+bool RemoveEntry(const std::wstring& path, DWORD attributes, bool readOnlyToo)
+{
+    if (!PrepareRemoval(path, attributes, readOnlyToo))
+        return false;
+    if ((attributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
+        return DeleteFileW(path.c_str()) || IsGone(GetLastError());
+    // A junction or a link to a folder is a folder of its own that is removed empty, as it is.
+    if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0)
+        RemoveContent(path, readOnlyToo);
+    return RemoveDirectoryW(path.c_str()) || IsGone(GetLastError());
+}
+}  // namespace
+
+PFileHandle GFileCalls::CreateNewFile(const GPathName& path)
+{
+    POwnerSecurity security;
+    return PFileHandle(
+        reinterpret_cast<intptr_t>(CreateFileW(GetText(path).c_str(), GENERIC_WRITE, 0, security.Get(),
+                                               CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr)));
+}
+
+bool GFileCalls::IsNameTaken(int error)
+{
+    return error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS;
+}
+
+bool GFileCalls::RenameFile(const GPathName& from, const GPathName& to, bool isReplacing)
+{
+    const std::wstring target = GetText(to);
+    const DWORD attributes = GetFileAttributesW(target.c_str());
+    if (isReplacing && attributes != INVALID_FILE_ATTRIBUTES)
+        PrepareRemoval(target, attributes, true);
+    return MoveFileExW(GetText(from).c_str(), target.c_str(), isReplacing ? MOVEFILE_REPLACE_EXISTING : 0) !=
+           0;
+}
+
+bool GFileCalls::RemoveFile(const GPathName& path, bool readOnlyToo)
+{
+    const std::wstring text = GetText(path);
+    const DWORD attributes = GetFileAttributesW(text.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES)
+        return IsGone(GetLastError());
+    constexpr DWORD cFolderLink = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
+    const bool isFolder = (attributes & cFolderLink) == FILE_ATTRIBUTE_DIRECTORY;
+    return !isFolder && RemoveEntry(text, attributes, readOnlyToo);
+}
+
+bool GFileCalls::RemoveTree(const GPathName& path, bool readOnlyToo)
+{
+    const std::wstring text = GetText(path);
+    const DWORD attributes = GetFileAttributesW(text.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES)
+        return IsGone(GetLastError());
+    return (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) != 0 &&
+           RemoveEntry(text, attributes, readOnlyToo);
+}

@@ -1,0 +1,23 @@
+#include "foundation/system/GLockFile.h"
+
+#include "foundation/core/GErrorCodes.h"
+#include "foundation/core/GException.h"
+
+GLockFile::GLockFile(const GPathName& path) : mPath(path) {}
+
+GLockFile::~GLockFile()
+{
+    Unlock();
+}
+
+void RaiseLockError(const GPathName& path, const GString& reason)
+{
+    throw GCustomException(
+        GErrorCode::cLockFile,
+        QStringLiteral("The lock file \"%1\" can't be opened: %2").arg(path.GetNativePath(), reason));
+}
+
+void RaiseNoLockFolder()
+{
+    throw GSimpleException(GErrorCode::cLockFile, QStringLiteral("The folder of a lock file is missing."));
+}

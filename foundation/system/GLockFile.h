@@ -1,0 +1,52 @@
+#pragma once
+
+#include "foundation/core/GPathName.h"
+#include "foundation/system/PFileHandle.h"
+
+enum class GLockType : int32_t
+{
+    cRead = 1,  // shared with other read locks
+    cWrite = 2  // alone
+};
+
+// A lock on a file that stands for something that processes of one user share. The lock is the open handle:
+// the operating system drops it when its holder dies, so a crash never blocks the others. The file is made
+// when it is missing, for its owner only, and stays behind; what it holds means nothing.
+//
+// Two objects exclude each other as two processes do, also within one process. An object is used by one
+// thread at a time. A symbolic link at the path is refused, not followed.
+class GLockFile
+{
+public:
+    enum class Result
+    {
+        cLocked,
+        cHeld,   // somebody else holds it: try again
+        cDenied  // Windows only: no right, or a file that is just being deleted, which look alike
+    };
+
+    explicit GLockFile(const GPathName& path);
+
+    // Releases the lock.
+    ~GLockFile();
+    GLockFile(const GLockFile&) = delete;
+    GLockFile& operator=(const GLockFile&) = delete;
+
+    // Tries once to take the lock; releases the one that this object holds first. Raises with
+    // GErrorCode::cLockFile: a GSimpleException when the folder is missing or its server can't be reached,
+    // and a GCustomException with the path and the reason for everything else, a missing right included.
+    Result TryLock(GLockType type);
+
+    void Unlock() noexcept;
+
+    bool IsLocked() const { return mHandle.IsOpen(); }
+    const GPathName& GetPathName() const { return mPath; }
+
+private:
+    GPathName mPath;
+    PFileHandle mHandle;  // open while the lock is held
+};
+
+// Raises what TryLock raises for a file that can't be opened for this reason of the system.
+[[noreturn]] void RaiseLockError(const GPathName& path, const GString& reason);
+[[noreturn]] void RaiseNoLockFolder();

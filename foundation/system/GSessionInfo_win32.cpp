@@ -1,0 +1,24 @@
+#include "foundation/system/GSessionInfo.h"
+
+#include <windows.h>
+
+uint32_t GSessionInfo::GetOwnSessionID()
+{
+    return GetSessionID(GetCurrentProcessId());
+}
+
+uint32_t GSessionInfo::GetSessionID(uint32_t processID)
+{
+    DWORD session = 0;
+    return ProcessIdToSessionId(processID, &session) ? session : cUnknown;
+}
+
+GString GSessionInfo::GetObjectNamePrefix()
+{
+    return QStringLiteral("Local\\Morvane%1_").arg(GetRootText());
+}
+
+GString GSessionInfo::GetGlobalObjectNamePrefix()
+{
+    return QStringLiteral("Global\\Morvane%1_").arg(GetRootText());
+}

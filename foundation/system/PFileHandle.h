@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+
+// An open file of the operating system that closes itself: a descriptor on POSIX, a HANDLE on Windows.
+class PFileHandle
+{
+public:
+    static constexpr intptr_t cNone = -1;
+
+    PFileHandle() = default;
+    explicit PFileHandle(intptr_t handle) : mHandle(handle) {}
+    ~PFileHandle() { Close(); }
+    PFileHandle(PFileHandle&& other) noexcept : mHandle(other.Release()) {}
+    PFileHandle& operator=(PFileHandle&& other) noexcept
+    {
+        if (this != &other) {
+            Close();
+            mHandle = other.Release();
+        }
+        return *this;
+    }
+
+    bool IsOpen() const { return mHandle != cNone; }
+    intptr_t Get() const { return mHandle; }
+
+    // Gives the handle away without closing it.
+    intptr_t Release()
+    {
+        const intptr_t handle = mHandle;
+        mHandle = cNone;
+        return handle;
+    }
+
+    // False when the system reports that what was written may be lost. A handle that is not open closes well.
+    bool Close() noexcept;
+
+private:
+    intptr_t mHandle = cNone;
+};

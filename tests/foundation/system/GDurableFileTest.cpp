@@ -1,0 +1,157 @@
+#include "foundation/core/GErrorCodes.h"
+#include "foundation/core/GException.h"
+#include "foundation/system/GDurableFile.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/Sandbox.h"
+#include "tests/support/SecondUser.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <vector>
+
+namespace
+{
+void Write(const QString& path, const QByteArray& content)
+{
+    GDurableFile file((GPathName(path)));
+    file.Write(content.constData(), content.size());
+    file.Commit();
+}
+
+QByteArray Read(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("none");
+}
+
+QStringList List(const QString& folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                                  QDir::Name);
+}
+}  // namespace
+
+CHILD_ROLE(WriteAsSecondUser)
+{
+    if (!BecomeSecondUser())
+        return 1;
+    try {
+        Write(arguments.at(0), "by the second user");
+        return 0;
+    } catch (const GException& error) {
+        return error.GetCode() % 100;
+    }
+}
+
+TEST(GDurableFile, TargetIsWholeAndAloneWhateverTheSize)
+{
+    const Sandbox sandbox;
+    const QString path = sandbox.GetPath(QStringLiteral("a.prefs"));
+    for (const int size : {0, 1, 65535, 65536, 65537, 300000}) {
+        const QByteArray content(size, 'x');
+        GDurableFile file((GPathName(path)));
+        file.Write(content.constData(), size / 3);
+        file.Write(content.constData(), size - size / 3);
+        file.Commit();
+        EXPECT_EQ(Read(path), content);
+    }
+    {
+        GDurableFile dropped((GPathName(path)));
+        dropped.Write("lost", 4);
+    }
+    EXPECT_EQ(Read(path).size(), 300000);
+    EXPECT_EQ(List(sandbox.GetPath()), QStringList{QStringLiteral("a.prefs")});
+}
+
+TEST(GDurableFile, RightsStayAndLinksStayLinks)
+{
+    const Sandbox sandbox;
+    const QString path = sandbox.GetPath(QStringLiteral("real/a.prefs"));
+    QDir(sandbox.GetPath()).mkpath(QStringLiteral("real/deep"));
+    Write(path, "1");
+    if (!CanBecomeSecondUser())
+        GTEST_SKIP() << "Links and rights of POSIX are tried as root.";
+    QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup);
+    const QFileDevice::Permissions before = QFile::permissions(path);
+    // Through a folder that is a link itself: ".." in the link means the folder above the real one.
+    ASSERT_TRUE(
+        QFile::link(sandbox.GetPath(QStringLiteral("real/deep")), sandbox.GetPath(QStringLiteral("short"))));
+    const QString link = sandbox.GetPath(QStringLiteral("short/link"));
+    ASSERT_TRUE(QFile::link(QStringLiteral("../a.prefs"), link));
+    const QString dangling = sandbox.GetPath(QStringLiteral("dangling"));
+    ASSERT_TRUE(QFile::link(QStringLiteral("real/new.prefs"), dangling));
+    Write(link, "2");
+    Write(dangling, "3");
+    EXPECT_EQ(Read(path), "2");
+    EXPECT_EQ(QFile::permissions(path), before);
+    EXPECT_EQ(Read(sandbox.GetPath(QStringLiteral("real/new.prefs"))), "3");
+    EXPECT_TRUE(QFileInfo(link).isSymLink() && QFileInfo(dangling).isSymLink());
+    ASSERT_TRUE(QFile::link(QStringLiteral("loop"), sandbox.GetPath(QStringLiteral("loop"))));
+    EXPECT_THROW(Write(sandbox.GetPath(QStringLiteral("loop")), "4"), GCustomException);
+}
+
+TEST(GDurableFile, FailureRaisesWithItsReasonAndLeavesTheOldFileAlone)
+{
+    const Sandbox sandbox;
+    const QString missing = sandbox.GetPath(QStringLiteral("none/a.prefs"));
+    try {
+        Write(missing, "1");
+        ADD_FAILURE();
+    } catch (const GCustomException& error) {
+        EXPECT_EQ(error.GetCode(), GErrorCode::cFile);
+        EXPECT_TRUE(error.GetDescription().contains(QDir::toNativeSeparators(missing)));
+    }
+    EXPECT_THROW(Write(sandbox.GetPath(), "1"), GCustomException);
+    if (!CanBecomeSecondUser())
+        GTEST_SKIP() << "There is no second user to try with.";
+    const QString path = sandbox.GetPath(QStringLiteral("a.prefs"));
+    Write(path, "old");
+    QFile::setPermissions(sandbox.GetPath(), QFileDevice::Permissions(0x7755));
+    QFile::setPermissions(path, QFileDevice::Permissions(0x6666));
+    ChildProcess writer(QStringLiteral("WriteAsSecondUser"), {path});
+    EXPECT_EQ(writer.WaitForExit(), GErrorCode::cFile % 100) << "The folder is not the second user's.";
+    QFile::setPermissions(sandbox.GetPath(), QFileDevice::Permissions(0x7777));
+    QFile::setPermissions(path, QFileDevice::Permissions(0x4444));
+    ChildProcess second(QStringLiteral("WriteAsSecondUser"), {path});
+    EXPECT_EQ(second.WaitForExit(), GErrorCode::cFile % 100) << "The file is read-only.";
+    EXPECT_EQ(Read(path), "old");
+    EXPECT_EQ(List(sandbox.GetPath()), QStringList{QStringLiteral("a.prefs")});
+}
+
+TEST(GDurableFile, LeftoversOfTheDeadGoWithTheNextWrite)
+{
+    const Sandbox sandbox;
+    const QString path = sandbox.GetPath(QStringLiteral("a.prefs"));
+    const QStringList kept = {QStringLiteral("a.prefs.%1-aaaaaa.new").arg(QCoreApplication::applicationPid()),
+                              QStringLiteral("a.prefs.4294967280-.new"),
+                              QStringLiteral("b.prefs.4294967280-aaaaaa.new")};
+    for (const QString& name : kept + QStringList{QStringLiteral("a.prefs.4294967280-aaaaaa.new")})
+        Write(sandbox.GetPath(name), "left");
+    Write(path, "1");
+    QStringList expected = kept + QStringList{QStringLiteral("a.prefs")};
+    expected.sort();
+    EXPECT_EQ(List(sandbox.GetPath()), expected);
+}
+
+TEST(GDurableFile, WritersAtOnceLeaveOneWholeFile)
+{
+    const Sandbox sandbox;
+    const QString path = sandbox.GetPath(QStringLiteral("a.prefs"));
+    std::vector<std::thread> writers;
+    for (char letter = 'a'; letter < 'e'; ++letter) {
+        writers.emplace_back([&path, letter] {
+            for (int i = 0; i < 50; ++i)
+                Write(path, QByteArray(20000, letter));
+        });
+    }
+    for (std::thread& writer : writers)
+        writer.join();
+    const QByteArray content = Read(path);
+    EXPECT_EQ(content, QByteArray(20000, content.at(0)));
+    EXPECT_EQ(List(sandbox.GetPath()), QStringList{QStringLiteral("a.prefs")});
+}

@@ -1,0 +1,225 @@
+#include "foundation/core/GErrorCodes.h"
+#include "foundation/core/GException.h"
+#include "foundation/system/GFileSystemBase.h"
+#include "tests/support/Sandbox.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QLibrary>
+#include <QRegularExpression>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+#include <thread>
+#include <vector>
+
+namespace
+{
+const bool cIsWindows = QDir::separator() == QLatin1Char('\\');
+
+void WriteFile(const QString& path, const QByteArray& content)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(content);
+}
+
+QByteArray ReadFile(const GPathName& path)
+{
+    QFile file(path.GetNativePath());
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("none");
+}
+
+std::string Text(const GPathName& path)
+{
+    return path.GetPortablePath().toStdString();
+}
+}  // namespace
+
+TEST(GFileSystemBase, RootPutsEveryFolderUnderItself)
+{
+    const Sandbox sandbox;
+    const struct
+    {
+        int32_t number;
+        const char* path;
+        bool isMade;
+    } cases[] = {
+        {-2, "Temp", true},
+        {-8, "AppData", false},
+        {33, "CommonAppData/Morvane Prefs Folder", false},
+        {53, "AppData/Morvane", false},
+        {35, "AppData/Morvane Prefs Folder", true},
+    };
+    for (const auto& test : cases) {
+        const GPathName path = GFileSystemBase::GetSpecialPath(test.number);
+        EXPECT_EQ(path, GPathName(sandbox.GetPath(QString::fromLatin1(test.path))))
+            << test.number << Text(path);
+        EXPECT_EQ(QFileInfo(path.GetNativePath()).isDir(), test.isMade) << test.number;
+    }
+    {
+        const Sandbox other;
+        EXPECT_EQ(GFileSystemBase::GetSpecialPath(-8), GPathName(other.GetPath(QStringLiteral("AppData"))));
+        qputenv("MORVANE_ROOT", "relative/root");
+        EXPECT_THROW(GFileSystemBase::GetSpecialPath(-2), GException);
+    }
+    EXPECT_EQ(GFileSystemBase::GetSpecialPath(-8), GPathName(sandbox.GetPath(QStringLiteral("AppData"))));
+}
+
+TEST(GFileSystemBase, WithoutARootTheSystemsFoldersCount)
+{
+    const Sandbox sandbox;
+    qunsetenv("MORVANE_ROOT");
+    EXPECT_EQ(GFileSystemBase::GetSpecialPath(-2), GPathName(QDir::tempPath()));
+    if (cIsWindows) {
+        EXPECT_EQ(GFileSystemBase::GetSpecialPath(-8), GPathName(QString::fromLocal8Bit(qgetenv("APPDATA"))));
+        return;
+    }
+    const QByteArray before = qgetenv("XDG_CONFIG_HOME");
+    qputenv("XDG_CONFIG_HOME", "/some/config");
+    EXPECT_EQ(Text(GFileSystemBase::GetSpecialPath(53)), "/some/config/Morvane");
+    qputenv("XDG_CONFIG_HOME", "relative");
+    EXPECT_EQ(GFileSystemBase::GetSpecialPath(-8), GPathName(QDir::homePath() + QStringLiteral("/.config")));
+    before.isEmpty() ? qunsetenv("XDG_CONFIG_HOME") : qputenv("XDG_CONFIG_HOME", before);
+    EXPECT_EQ(Text(GFileSystemBase::GetSpecialPath(33)), "/etc/xdg/Morvane Prefs Folder");
+}
+
+TEST(GFileSystemBase, RegisteredFolderComesFirstUntilItIsTakenBack)
+{
+    const Sandbox sandbox;
+    const GPathName folder(sandbox.GetPath(QStringLiteral("Resources/Strings")));
+    EXPECT_TRUE(GFileSystemBase::GetSpecialPath(22).IsEmpty());
+    GFileSystemBase::RegisterSpecialPath(22, folder);
+    GFileSystemBase::RegisterSpecialPath(35, folder);
+    EXPECT_EQ(GFileSystemBase::GetSpecialPath(22), folder);
+    EXPECT_EQ(GFileSystemBase::GetSpecialPath(35), folder);
+    GFileSystemBase::RegisterSpecialPath(22, GPathName());
+    GFileSystemBase::RegisterSpecialPath(35, GPathName());
+    EXPECT_TRUE(GFileSystemBase::GetSpecialPath(22).IsEmpty());
+    EXPECT_NE(GFileSystemBase::GetSpecialPath(35), folder);
+}
+
+TEST(GFileSystemBase, ModuleFindsItsOwnFileNotTheProgram)
+{
+    const GPathName program(QFileInfo(QCoreApplication::applicationFilePath()).canonicalFilePath());
+    EXPECT_EQ(GFileSystemBase::GetDllPath(), program);
+    QLibrary library(program.GetParent().GetChild(QStringLiteral("dll_path_module")).GetNativePath());
+    ASSERT_TRUE(library.load()) << library.errorString().toStdString();
+    const auto getPath = reinterpret_cast<void (*)(QString*)>(library.resolve("GetDllPathOfModule"));
+    ASSERT_NE(getPath, nullptr);
+    QString path;
+    getPath(&path);
+    EXPECT_EQ(GPathName(path).GetLeafWithoutExtension(), QStringLiteral("dll_path_module"));
+    EXPECT_EQ(GPathName(path).GetParent(), program.GetParent());
+}
+
+TEST(GFileSystemBase, UniqueNamesAreReservedByTheirMaking)
+{
+    const Sandbox sandbox;
+    const GPathName folder(sandbox.GetPath());
+    std::vector<std::string> names(80);
+    std::vector<std::thread> threads;
+    for (size_t thread = 0; thread < 4; ++thread) {
+        threads.emplace_back([&names, &folder, thread] {
+            for (size_t i = 0; i < 20; ++i) {
+                const GPathName path =
+                    i % 2 == 0 ? GFileSystemBase::CreateUniqueFile(folder, QStringLiteral("a.b"))
+                               : GFileSystemBase::CreateUniqueFolder(folder, QStringLiteral("XXXXX"));
+                names[thread * 20 + i] = path.GetLeaf().toStdString();
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    const std::set<std::string> distinct(names.begin(), names.end());
+    EXPECT_EQ(distinct.size(), names.size());
+    EXPECT_EQ(distinct.count("a.b"), 1u);
+    const QRegularExpression form(QStringLiteral("^(a(_[0-9a-z]{5})?\\.b|[0-9a-z]{5})$"));
+    for (const std::string& name : names)
+        EXPECT_TRUE(form.match(QString::fromStdString(name)).hasMatch()) << name;
+    constexpr QFileDevice::Permissions cOthers = QFileDevice::ReadGroup | QFileDevice::ReadOther;
+    for (const QFileInfo& entry :
+         QDir(folder.GetNativePath()).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot))
+        EXPECT_TRUE(cIsWindows || !(entry.permissions() & cOthers)) << entry.fileName().toStdString();
+
+    const GPathName missing = folder.GetChild(QStringLiteral("none"));
+    EXPECT_THROW(GFileSystemBase::CreateUniqueFile(missing, QStringLiteral("a")), GCustomException);
+    EXPECT_THROW(GFileSystemBase::CreateUniqueFolder(missing, QStringLiteral("XXXXX")), GCustomException);
+    EXPECT_THROW(GFileSystemBase::CreateUniqueFile(folder, QStringLiteral("../a")), GCustomException);
+}
+
+TEST(GFileSystemBase, CopyObeysItsFlagsAndAppearsWholeOrNotAtAll)
+{
+    const Sandbox sandbox;
+    const GPathName source(sandbox.GetPath(QStringLiteral("a")));
+    const GPathName target(sandbox.GetPath(QStringLiteral("b")));
+    WriteFile(source.GetNativePath(), "new");
+    QFile sourceFile(source.GetNativePath());
+    const QDateTime time = QDateTime::fromMSecsSinceEpoch(1000000000000);
+    ASSERT_TRUE(sourceFile.open(QIODevice::ReadWrite) &&
+                sourceFile.setFileTime(time, QFileDevice::FileModificationTime));
+    sourceFile.close();
+    sourceFile.setPermissions(QFileDevice::ReadOwner);
+    for (uint32_t flags = 0; flags < 4; ++flags) {
+        SCOPED_TRACE(flags);
+        WriteFile(target.GetNativePath(), "old");
+        QFile::setPermissions(target.GetNativePath(), QFileDevice::ReadOwner);
+        const bool isReplacing = (flags & GFileSystemBase::cReplaceExisting) != 0;
+        if (isReplacing)
+            GFileSystemBase::CopyAndRenameFile(source, target, flags);
+        else
+            EXPECT_THROW(GFileSystemBase::CopyAndRenameFile(source, target, flags), GCustomException);
+        EXPECT_EQ(ReadFile(target), isReplacing ? "new" : "old");
+        EXPECT_EQ(QFileInfo(target.GetNativePath()).permissions().testFlag(QFileDevice::WriteOwner),
+                  isReplacing);
+        EXPECT_TRUE(GFileSystemBase::TryToRemoveFile(target));
+        GFileSystemBase::CopyAndRenameFile(source, target, flags);
+        EXPECT_EQ(QFileInfo(target.GetNativePath()).lastModified() == time, (flags & 2) != 0);
+        EXPECT_TRUE(GFileSystemBase::TryToRemoveFile(target));
+    }
+    const GPathName folder(sandbox.GetPath());
+    EXPECT_THROW(GFileSystemBase::CopyAndRenameFile(folder, target, 3), GCustomException);
+    EXPECT_EQ(QDir(folder.GetNativePath()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+              QStringList{QStringLiteral("a")});
+}
+
+TEST(GFileSystemBase, FolderGoesWithAllItHoldsButNotWithWhatLinksLeadTo)
+{
+    const Sandbox sandbox;
+    const GPathName folder(sandbox.GetPath(QStringLiteral("work")));
+    const GPathName outside(sandbox.GetPath(QStringLiteral("outside")));
+    const auto make = [&] {
+        QDir(sandbox.GetPath()).mkpath(QStringLiteral("work/read-only/b"));
+        QDir(sandbox.GetPath()).mkpath(QStringLiteral("outside"));
+        WriteFile(sandbox.GetPath(QStringLiteral("outside/keep")), "keep");
+        WriteFile(sandbox.GetPath(QStringLiteral("work/read-only/b/file")), "x");
+        QFile::setPermissions(sandbox.GetPath(QStringLiteral("work/read-only/b/file")),
+                              QFileDevice::ReadOwner);
+        if (!cIsWindows) {  // QFile makes shortcuts there
+            QFile::setPermissions(sandbox.GetPath(QStringLiteral("work/read-only")), QFileDevice::ReadOwner);
+            QFile::link(outside.GetNativePath(), sandbox.GetPath(QStringLiteral("work/link")));
+            QFile::link(QStringLiteral("nowhere"), sandbox.GetPath(QStringLiteral("work/dangling")));
+        }
+    };
+    make();
+    EXPECT_FALSE(GFileSystemBase::TryToRemoveFolder(folder, 0, 1));
+    EXPECT_TRUE(QFileInfo::exists(sandbox.GetPath(QStringLiteral("work/read-only"))));
+    EXPECT_FALSE(GFileSystemBase::TryToRemoveFile(folder));
+    EXPECT_TRUE(GFileSystemBase::TryToRemoveFolder(folder, -1, 10));
+    EXPECT_FALSE(QFileInfo::exists(folder.GetNativePath()));
+    EXPECT_EQ(ReadFile(outside.GetChild(QStringLiteral("keep"))), "keep");
+    EXPECT_TRUE(GFileSystemBase::TryToRemoveFolder(folder)) << "What is gone counts as removed.";
+    EXPECT_FALSE(GFileSystemBase::TryToRemoveFolder(outside.GetChild(QStringLiteral("keep"))));
+    EXPECT_FALSE(GFileSystemBase::TryToRemoveFolder(GPathName()));
+    if (!cIsWindows) {
+        ASSERT_TRUE(QFile::link(outside.GetNativePath(), folder.GetNativePath()));
+        EXPECT_TRUE(GFileSystemBase::TryToRemoveFolder(folder));
+        EXPECT_FALSE(QFileInfo(folder.GetNativePath()).isSymLink());
+    }
+    EXPECT_EQ(ReadFile(outside.GetChild(QStringLiteral("keep"))), "keep");
+    EXPECT_TRUE(GFileSystemBase::TryToRemoveFile(outside.GetChild(QStringLiteral("keep"))));
+}

@@ -1,0 +1,147 @@
+#include "foundation/core/GErrorCodes.h"
+#include "foundation/core/GException.h"
+#include "foundation/system/GLockByFile.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/Sandbox.h"
+#include "tests/support/SecondUser.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+static bool CanLock(const GPathName& path, GLockType type)
+{
+    return GLockByFile(path, type, GLockWait::cTryOnce).IsLocked();
+}
+
+// Holds a lock, with a marker file beside the lock file that goes before the lock does.
+CHILD_ROLE(HoldLock)
+{
+    const GPathName path(arguments.at(0));
+    const GLockType type = arguments.at(1) == QLatin1String("read") ? GLockType::cRead : GLockType::cWrite;
+    const GLockByFile lock(path, type, GLockWait::cUntilFree);
+    QFile marker(arguments.at(2));
+    if (!marker.open(QIODevice::WriteOnly))
+        return 1;
+    marker.close();
+    SayToParent("held");
+    HearFromParent();
+    return marker.remove() ? 0 : 1;
+}
+
+// Waits for the write lock and says which markers it met.
+CHILD_ROLE(WaitToWrite)
+{
+    const GPathName path(arguments.at(0));
+    SayToParent("waiting");
+    const GLockByFile lock(path, GLockType::cWrite, GLockWait::cUntilFree);
+    const QStringList markers = QDir(path.GetParent().GetNativePath()).entryList({QStringLiteral("reader*")});
+    SayToParent("met " + QByteArray::number(markers.size()));
+    return 0;
+}
+
+// Exit status 0: the lock could be taken; the code's last two digits: it raised.
+CHILD_ROLE(LockAsSecondUser)
+{
+    if (!BecomeSecondUser())
+        return 1;
+    try {
+        const GLockByFile lock(GPathName(arguments.at(0)), GLockType::cWrite, GLockWait::cUntilFree);
+        return 0;
+    } catch (const GException& error) {
+        return error.GetCode() % 100;
+    }
+}
+
+TEST(GLockFile, OnlyReadersShareWithinOneProcessToo)
+{
+    const Sandbox sandbox;
+    const GPathName path(sandbox.GetPath(QStringLiteral("a.lock")));
+    for (const GLockType held : {GLockType::cRead, GLockType::cWrite}) {
+        for (const GLockType wanted : {GLockType::cRead, GLockType::cWrite}) {
+            GLockFile holder(path);
+            ASSERT_EQ(holder.TryLock(held), GLockFile::Result::cLocked);
+            EXPECT_EQ(CanLock(path, wanted), held == GLockType::cRead && wanted == GLockType::cRead);
+            holder.Unlock();
+            EXPECT_TRUE(CanLock(path, wanted));
+        }
+    }
+}
+
+TEST(GLockFile, WriterWaitsForBothReaders)
+{
+    const Sandbox sandbox;
+    const GPathName path(sandbox.GetPath(QStringLiteral("a.lock")));
+    const auto hold = [&](const char* marker) {
+        const QString markerPath = sandbox.GetPath(QString::fromLatin1(marker));
+        return std::make_unique<ChildProcess>(
+            QStringLiteral("HoldLock"),
+            QStringList{path.GetNativePath(), QStringLiteral("read"), markerPath});
+    };
+    const auto first = hold("reader1");
+    const auto second = hold("reader2");
+    EXPECT_EQ(first->ReadLine(), "held");
+    EXPECT_EQ(second->ReadLine(), "held");
+    ChildProcess writer(QStringLiteral("WaitToWrite"), {path.GetNativePath()});
+    EXPECT_EQ(writer.ReadLine(), "waiting");
+    EXPECT_FALSE(CanLock(path, GLockType::cWrite));
+    EXPECT_EQ(first->WaitForExit(), 0);
+    EXPECT_FALSE(CanLock(path, GLockType::cWrite));
+    EXPECT_EQ(second->WaitForExit(), 0);
+    EXPECT_EQ(writer.ReadLine(), "met 0");
+    EXPECT_EQ(writer.WaitForExit(), 0);
+}
+
+TEST(GLockFile, KilledHolderFreesTheLock)
+{
+    const Sandbox sandbox;
+    const GPathName path(sandbox.GetPath(QStringLiteral("a.lock")));
+    ChildProcess holder(QStringLiteral("HoldLock"), {path.GetNativePath(), QStringLiteral("write"),
+                                                     sandbox.GetPath(QStringLiteral("marker"))});
+    ASSERT_EQ(holder.ReadLine(), "held");
+    EXPECT_FALSE(CanLock(path, GLockType::cRead));
+    holder.Kill();
+    EXPECT_TRUE(CanLock(path, GLockType::cWrite));
+}
+
+TEST(GLockFile, WhatCanNotBeLockedRaisesInsteadOfWaiting)
+{
+    const Sandbox sandbox;
+    const GPathName missing(sandbox.GetPath(QStringLiteral("none/a.lock")));
+    try {
+        GLockByFile(missing, GLockType::cRead, GLockWait::cUntilFree);
+        ADD_FAILURE();
+    } catch (const GSimpleException& error) {
+        EXPECT_EQ(error.GetCode(), GErrorCode::cLockFile);
+    }
+    const GPathName folder(sandbox.GetPath());
+    try {
+        GLockByFile(folder, GLockType::cWrite, GLockWait::cTryOnce);
+        ADD_FAILURE();
+    } catch (const GCustomException& error) {
+        EXPECT_EQ(error.GetCode(), GErrorCode::cLockFile);
+        EXPECT_TRUE(error.GetDescription().contains(folder.GetNativePath()));
+    }
+}
+
+TEST(GLockFile, LockFileIsTheOwnersAndNoLinkIsFollowed)
+{
+    if (!CanBecomeSecondUser())
+        GTEST_SKIP() << "There is no second user to try with.";
+    const Sandbox sandbox;
+    const GPathName path(sandbox.GetPath(QStringLiteral("a.lock")));
+    ASSERT_TRUE(CanLock(path, GLockType::cRead));
+    EXPECT_FALSE(QFile::permissions(path.GetNativePath()) & QFileDevice::ReadOther);
+    QFile::setPermissions(sandbox.GetPath(), QFileDevice::Permissions(0x7711));
+    ChildProcess intruder(QStringLiteral("LockAsSecondUser"), {path.GetNativePath()});
+    EXPECT_EQ(intruder.WaitForExit(), 92);
+    ChildProcess maker(QStringLiteral("LockAsSecondUser"), {sandbox.GetPath(QStringLiteral("new.lock"))});
+    EXPECT_EQ(maker.WaitForExit(), 92);
+
+    const QString link = sandbox.GetPath(QStringLiteral("link.lock"));
+    ASSERT_TRUE(QFile::link(path.GetNativePath(), link));
+    EXPECT_THROW(CanLock(GPathName(link), GLockType::cWrite), GCustomException);
+}

@@ -1,0 +1,93 @@
+#include "foundation/core/GPathName.h"
+#include "foundation/system/GProcessInfo.h"
+#include "foundation/system/GSessionInfo.h"
+#include "foundation/system/PSystem.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/Sandbox.h"
+#include "tests/support/SecondUser.h"
+
+#include <QCoreApplication>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+CHILD_ROLE(StayAlive)
+{
+    SayToParent("alive");
+    HearFromParent();
+    return 0;
+}
+
+CHILD_ROLE(NameSecondUser)
+{
+    if (!BecomeSecondUser())
+        return 1;
+    SayToParent(PSystem::GetLogonName().toUtf8());
+    return 0;
+}
+
+static bool IsListed(const GString& imageName, uint32_t processID)
+{
+    const std::vector<uint32_t> processIDs = GProcessInfo::GetProcessIDs(imageName);
+    return std::count(processIDs.begin(), processIDs.end(), processID) == 1;
+}
+
+TEST(GProcessInfo, ProcessIsFoundByItsImageUntilItIsKilled)
+{
+    ChildProcess child(QStringLiteral("StayAlive"), {});
+    ASSERT_EQ(child.ReadLine(), "alive");
+    const auto processID = static_cast<uint32_t>(child.GetProcessID());
+    const GString image = GPathName(QCoreApplication::applicationFilePath()).GetLeaf();
+    const bool isWindows = image.endsWith(QLatin1String(".exe"));
+    EXPECT_TRUE(IsListed(image, processID));
+    EXPECT_TRUE(IsListed(image, GProcessInfo::GetOwnProcessID()));
+    EXPECT_EQ(IsListed(image.toUpper(), processID), isWindows);
+    EXPECT_FALSE(IsListed(image.left(15), processID)) << "The system's own short names end there.";
+
+    const uint64_t startTime = GProcessInfo::GetStartTime(processID);
+    EXPECT_NE(startTime, 0u);
+    EXPECT_NE(startTime, GProcessInfo::GetStartTime(GProcessInfo::GetOwnProcessID()));
+    EXPECT_EQ(startTime, GProcessInfo::GetStartTime(processID));
+    EXPECT_EQ(GSessionInfo::GetSessionID(processID), GSessionInfo::GetOwnSessionID());
+    EXPECT_TRUE(GProcessInfo::IsAlive(processID));
+    child.Kill();
+    EXPECT_FALSE(GProcessInfo::IsAlive(processID));
+    EXPECT_FALSE(IsListed(image, processID));
+}
+
+TEST(GProcessInfo, NoProcessHasNoLifeNoStartAndNoSession)
+{
+    for (const uint32_t processID : {0xFFFFFFF0u, 0x7FFFFFF0u}) {
+        EXPECT_FALSE(GProcessInfo::IsAlive(processID));
+        EXPECT_EQ(GProcessInfo::GetStartTime(processID), 0u);
+        EXPECT_EQ(GSessionInfo::GetSessionID(processID), GSessionInfo::cUnknown);
+    }
+    EXPECT_TRUE(GProcessInfo::GetProcessIDs(QStringLiteral("no such image")).empty());
+    EXPECT_TRUE(GProcessInfo::GetProcessIDs(GString()).empty());
+}
+
+TEST(GSessionInfo, RootsNeverShareNamedObjects)
+{
+    const Sandbox sandbox;
+    const GString prefix = GSessionInfo::GetObjectNamePrefix();
+    EXPECT_EQ(prefix, GSessionInfo::GetObjectNamePrefix());
+    {
+        const Sandbox other;
+        EXPECT_NE(prefix, GSessionInfo::GetObjectNamePrefix());
+    }
+    qunsetenv("MORVANE_ROOT");
+    EXPECT_NE(prefix, GSessionInfo::GetObjectNamePrefix());
+}
+
+TEST(PSystem, LogonNameIsThatOfTheProcessesUser)
+{
+    const GString own = PSystem::GetLogonName();
+    EXPECT_FALSE(own.isEmpty());
+    if (!CanBecomeSecondUser())
+        GTEST_SKIP() << "There is no second user to try with.";
+    ChildProcess child(QStringLiteral("NameSecondUser"), {});
+    const QString second = QString::fromUtf8(child.ReadLine());
+    EXPECT_FALSE(second.isEmpty());
+    EXPECT_NE(second, own);
+}
