@@ -239,7 +239,8 @@ public:
     // can't be made.
     virtual QString createTempFolderForFile(const QString& file);
 
-    // A free path in the temporary folder for a file of the name; the extension stays at the end.
+    // A free path in the temporary folder for a file of the name; the extension stays at the end. Empty when
+    // there is no temporary folder.
     virtual QString getTempFilePath(const QString& fileName);
 
     // Writes a DOM node as a UTF-8 XML file whose attributes keep the order that they have in the file being
@@ -275,6 +276,7 @@ private:
 
     bool checkFolder(const QString& folder, const QString& operation);
     QString getHiddenPath(const QString& path);
+    QString getTemporaryFolder() const;
 
     ILogInterface* mLog = nullptr;
     RetryPauses mPauses;

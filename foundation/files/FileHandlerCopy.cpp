@@ -2,6 +2,7 @@
 #include "foundation/files/FileHandler.h"
 #include "foundation/files/FileSystem.h"
 #include "foundation/files/FolderEntries.h"
+#include "foundation/system/GSystemError.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,7 +16,7 @@ namespace
 {
 QString getReason(const FileSystem::Error& error)
 {
-    const QString reason = QString::fromLocal8Bit(error.message().c_str());
+    const QString reason = GetReasonText(error);
     return reason.isEmpty() ? QStringLiteral("unknown error") : reason;
 }
 

@@ -1,5 +1,8 @@
+#include "foundation/core/GException.h"
 #include "foundation/files/FileHandler.h"
 #include "foundation/files/FileSystem.h"
+#include "foundation/system/GFileSystemBase.h"
+#include "foundation/system/GSpecialPaths.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -38,11 +41,6 @@ std::mt19937 makeGenerator()
     return std::mt19937(time ^ thread);
 }
 
-QString getTemporaryFolder()
-{
-    return QDir::tempPath();
-}
-
 // Name and suffix apart, so that a unique mark can stand between them: "a.tar.gz" is "a.tar" and ".gz".
 struct SplitName
 {
@@ -56,6 +54,17 @@ struct SplitName
     QString extension;
 };
 }  // namespace
+
+// Empty, with an error line, when there is none.
+QString FileHandler::getTemporaryFolder() const
+{
+    try {
+        return GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary).GetPortablePath();
+    } catch (const GException& error) {
+        LogError(QStringLiteral("FileHandler::createTempItem"), error.GetDescription());
+        return {};
+    }
+}
 
 QString FileHandler::createUniqueName(const QString& base, const QString& folder)
 {
@@ -86,6 +95,8 @@ QString FileHandler::getHiddenPath(const QString& path)
 QString FileHandler::createTempItem(const QString& name, const QString& folder, bool makeFolder)
 {
     const QString place = folder.isEmpty() ? getTemporaryFolder() : ConvertPath(folder);
+    if (place.isEmpty())
+        return {};
     const std::lock_guard<std::mutex> guard(mTempItemMutex);
     // Another process may take the name between the look and the making: then it is the next one.
     for (int attempt = 0; attempt < cFolderAttempts; ++attempt) {
@@ -110,8 +121,9 @@ QString FileHandler::getTempFilePath(const QString& fileName)
     const SplitName name(QFileInfo(fileName).fileName());
     QString path;
     do {
-        path = createTempItem(name.base, QString(), false) + name.extension;
-    } while (FileSystem::getItemKind(path) != FileSystem::ItemKind::None);
+        const QString base = createTempItem(name.base, QString(), false);
+        path = base.isEmpty() ? QString() : base + name.extension;
+    } while (!path.isEmpty() && FileSystem::getItemKind(path) != FileSystem::ItemKind::None);
     return path;
 }
 

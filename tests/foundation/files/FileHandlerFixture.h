@@ -71,12 +71,21 @@ protected:
     }
 
     // Everything below the sandbox, hidden entries too, as one sorted text: "a b/c".
-    QString Tree() const
+    std::string Tree() const
     {
         QStringList paths;
         Collect(mSandbox.GetPath(), QString(), &paths);
         paths.sort();
-        return paths.join(QLatin1Char(' '));
+        return paths.join(QLatin1Char(' ')).toStdString();
+    }
+
+    // The error lines since the last call, each as "source|message", with paths relative to the sandbox.
+    std::string Errors()
+    {
+        return mLog.TakeErrors()
+            .join(QLatin1Char('\n'))
+            .remove(mSandbox.GetPath() + QLatin1Char('/'))
+            .toStdString();
     }
 
     Sandbox mSandbox;

@@ -32,7 +32,7 @@ TEST_F(FileHandlerTest, LinksOutOfAFolderAreNeverFollowed)
     EXPECT_TRUE(mHandler.setRWPermissions(At("folder")));
     EXPECT_TRUE(mHandler.cleanupFolder(At("folder")));
     EXPECT_TRUE(mHandler.removeFolder(At("copy")));
-    EXPECT_EQ(Tree(), QStringLiteral("folder/ outside/kept"));
+    EXPECT_EQ(Tree(), "folder/ outside/kept");
     EXPECT_EQ(Read(At("outside/kept")), "kept");
 }
 
@@ -42,9 +42,9 @@ TEST_F(FileHandlerTest, PipeInAFolderFailsTheCopyInsteadOfHangingIt)
     ASSERT_EQ(::mkfifo(QFile::encodeName(At("folder/pipe")).constData(), 0600), 0);
     EXPECT_FALSE(mHandler.copyFolder(At("folder"), At("copy")));
     EXPECT_FALSE(mHandler.copyFile(At("folder/pipe"), At("copy")));
-    EXPECT_EQ(Tree(), QStringLiteral("folder/a folder/pipe"));
+    EXPECT_EQ(Tree(), "folder/a folder/pipe");
     EXPECT_TRUE(mHandler.removeFolder(At("folder")));
-    EXPECT_EQ(Tree(), QString());
+    EXPECT_EQ(Tree(), "");
 }
 
 TEST_F(FileHandlerTest, RenameWaitsForWhoeverHoldsTheFolder)

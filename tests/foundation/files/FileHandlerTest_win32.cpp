@@ -21,7 +21,7 @@ TEST_F(FileHandlerTest, SharingViolationIsOutlasted)
     holder.setFileName(Make("folder/held"));
     ASSERT_TRUE(holder.open(QIODevice::ReadOnly));
     EXPECT_TRUE(mHandler.removeFolder(At("folder")));
-    EXPECT_EQ(Tree(), QString());
+    EXPECT_EQ(Tree(), "");
 }
 
 TEST_F(FileHandlerTest, ReadOnlyFileIsRemovedAndKeepsItsMarkWhileItIsHeld)
@@ -36,7 +36,7 @@ TEST_F(FileHandlerTest, ReadOnlyFileIsRemovedAndKeepsItsMarkWhileItIsHeld)
     EXPECT_NE(::GetFileAttributesW(native.c_str()) & FILE_ATTRIBUTE_READONLY, 0U);
     holder.close();
     EXPECT_TRUE(mHandler.removeFile(path));
-    EXPECT_EQ(Tree(), QString());
+    EXPECT_EQ(Tree(), "");
 }
 
 TEST_F(FileHandlerTest, FolderIsHeldWhileItIsLocked)
@@ -91,5 +91,5 @@ TEST_F(FileHandlerTest, LongFormsAreTakenBack)
         EXPECT_EQ(mHandler.ConvertPath(QString::fromLatin1(entry.path)).toStdString(), entry.plain);
     Make("file");
     EXPECT_TRUE(mHandler.removeFile(mHandler.longFileName(At("file"))));
-    EXPECT_EQ(Tree(), QString());
+    EXPECT_EQ(Tree(), "");
 }

@@ -85,11 +85,12 @@ TEST_F(FileHandlerTest, TemporaryItemsAreNewAndInTheirPlace)
         << folder.toStdString();
     EXPECT_TRUE(QFileInfo(folder).isDir());
     EXPECT_EQ(mHandler.createTempItem(QStringLiteral("work"), At("missing"), true), QString());
-    EXPECT_EQ(mLog.TakeErrors().size(), 1);
+    EXPECT_EQ(Errors(), "FileHandler::createTempItem|Can't create directory: missing");
 
     const QString path = mHandler.getTempFilePath(QStringLiteral("a.tar.gz"));
     EXPECT_TRUE(QRegularExpression(QStringLiteral("/a\\.tar_[0-9a-f]{5}\\.gz$")).match(path).hasMatch());
     EXPECT_FALSE(QFile::exists(path));
+    EXPECT_TRUE(path.startsWith(At("Temp/")));
     const QString forFile = mHandler.createTempFolderForFile(QStringLiteral("/some/where/name.pdf"));
     EXPECT_TRUE(QFileInfo(forFile).isDir());
     EXPECT_TRUE(QFileInfo(forFile).fileName().startsWith(QLatin1String("name_")));

@@ -8,7 +8,7 @@ TEST_F(FileHandlerTest, RenamedFileTakesItsCompanionAlong)
         Make("from/._x.pdf", "meta");
         QDir().mkpath(At("to"));
         EXPECT_TRUE(mHandler.renameFile(At("from/x.pdf"), At("to/y.pdf")));
-        EXPECT_EQ(Tree(), QStringLiteral("from/ to/._y.pdf to/y.pdf"));
+        EXPECT_EQ(Tree(), "from/ to/._y.pdf to/y.pdf");
         EXPECT_EQ(Read(At("to/y.pdf")) + Read(At("to/._y.pdf")), "datameta");
         EXPECT_TRUE(mHandler.cleanupFolder(At("to")));
     }
@@ -29,17 +29,14 @@ TEST_F(FileHandlerTest, RenameReplacesNothing)
         Make("._c", "._c");
         Make("folder/x");
         EXPECT_FALSE(mHandler.rename(At(entry.source), At(entry.destination))) << entry.destination;
-        EXPECT_EQ(Tree(), QStringLiteral("._a ._c a b folder/x")) << entry.destination;
-        EXPECT_EQ(mLog.TakeErrors(),
-                  QStringList(
-                      QLatin1String(
-                          "FileHandler::renameFile|Can't rename file, a file with the same name existed: ") +
-                      At(entry.taken)));
+        EXPECT_EQ(Tree(), "._a ._c a b folder/x") << entry.destination;
+        EXPECT_EQ(Errors(), "FileHandler::renameFile|Can't rename file, a file with the same name existed: " +
+                                std::string(entry.taken));
     }
     EXPECT_FALSE(mHandler.rename(At("folder"), At("b")));
-    EXPECT_EQ(mLog.TakeErrors(),
-              QStringList(QLatin1String("FileHandler::renameFolder|Destination directory already exists: ") +
-                          At("b")));
+    EXPECT_EQ(Errors(),
+              "FileHandler::renameFolder|Destination directory already exists: "
+              "b");
     EXPECT_FALSE(mHandler.renameFile(At("missing"), At("new")));
     EXPECT_EQ(mHandler.attempts, 0);
 }
@@ -49,9 +46,9 @@ TEST_F(FileHandlerTest, RenameToAnotherCaseAndToItselfWork)
     Make("name.PDF");
     Make("._name.PDF");
     EXPECT_TRUE(mHandler.renameFile(At("name.PDF"), At("name.pdf")));
-    EXPECT_EQ(Tree(), QStringLiteral("._name.pdf name.pdf"));
+    EXPECT_EQ(Tree(), "._name.pdf name.pdf");
     EXPECT_TRUE(mHandler.renameFile(At("name.pdf"), At("name.pdf")));
-    EXPECT_EQ(Tree(), QStringLiteral("._name.pdf name.pdf"));
+    EXPECT_EQ(Tree(), "._name.pdf name.pdf");
 }
 
 TEST_F(FileHandlerTest, FileMayTakeItsCompanionsPlace)
@@ -59,7 +56,7 @@ TEST_F(FileHandlerTest, FileMayTakeItsCompanionsPlace)
     Make("x", "data");
     Make("._x", "meta");
     EXPECT_TRUE(mHandler.renameFile(At("x"), At("._x")));
-    EXPECT_EQ(Tree(), QStringLiteral("._x"));
+    EXPECT_EQ(Tree(), "._x");
     EXPECT_EQ(Read(At("._x")), "data");
 }
 
@@ -100,10 +97,10 @@ TEST_F(FileHandlerTest, FolderGoesToAnotherVolumeWholeOrNotAtAll)
     Make("from/a/x", "x");
     Make("from/._x");
     EXPECT_TRUE(mHandler.renameFolder(At("from"), At("other/to")));
-    EXPECT_EQ(Tree(), QStringLiteral("other/to/._x other/to/a/x"));
+    EXPECT_EQ(Tree(), "other/to/._x other/to/a/x");
     Make("taken/y");
     EXPECT_FALSE(mHandler.renameFolder(At("other/to"), At("taken")));
-    EXPECT_EQ(Tree(), QStringLiteral("other/to/._x other/to/a/x taken/y"));
+    EXPECT_EQ(Tree(), "other/to/._x other/to/a/x taken/y");
 }
 
 TEST_F(FileHandlerTest, RenameThatKeepsTheOldNameIsNoticed)
@@ -121,12 +118,11 @@ TEST_F(FileHandlerTest, RenameThatKeepsTheOldNameIsNoticed)
     Forgetful handler;
     handler.setLogInterface(&mLog);
     EXPECT_FALSE(handler.renameFE(At("b"), At("c")));
-    EXPECT_EQ(
-        mLog.TakeErrors(),
-        QStringList(QLatin1String("FileHandler::renameFE|File still exists after successful renaming: ") +
-                    At("b")));
+    EXPECT_EQ(Errors(),
+              "FileHandler::renameFE|File still exists after successful renaming: "
+              "b");
     EXPECT_TRUE(mHandler.renameAddPrefix(At("b"), QStringLiteral("old ")));
-    EXPECT_EQ(Tree(), QStringLiteral("c old b"));
+    EXPECT_EQ(Tree(), "c old b");
 }
 
 TEST_F(FileHandlerTest, MovedContentLeavesWhatIsTakenThere)
@@ -137,10 +133,10 @@ TEST_F(FileHandlerTest, MovedContentLeavesWhatIsTakenThere)
     Make("from/sub/c");
     Make("to/a", "old");
     EXPECT_FALSE(mHandler.moveFolderContent(At("from"), At("to")));
-    EXPECT_EQ(Tree(), QStringLiteral("from/._a from/a to/a to/b to/sub/c"));
+    EXPECT_EQ(Tree(), "from/._a from/a to/a to/b to/sub/c");
     EXPECT_EQ(Read(At("to/a")), "old");
     EXPECT_TRUE(mHandler.moveFolderContent(At("from"), At("deep/new")));
-    EXPECT_EQ(Tree(), QStringLiteral("deep/new/._a deep/new/a from/ to/a to/b to/sub/c"));
+    EXPECT_EQ(Tree(), "deep/new/._a deep/new/a from/ to/a to/b to/sub/c");
     EXPECT_FALSE(mHandler.moveFolderContent(At("to"), At("to/sub")));
     EXPECT_TRUE(mHandler.moveFile(At("to/b"), At("made/for/b")));
     EXPECT_TRUE(QFile::exists(At("made/for/b")));
@@ -153,9 +149,9 @@ TEST_F(FileHandlerTest, MovedFolderMergesIntoTheOneThatIsThere)
     Make("from/other/c");
     Make("to/sub/a", "old");
     EXPECT_FALSE(mHandler.moveFolderData(At("from"), At("to")));
-    EXPECT_EQ(Tree(), QStringLiteral("from/sub/a to/other/c to/sub/a to/sub/b"));
+    EXPECT_EQ(Tree(), "from/sub/a to/other/c to/sub/a to/sub/b");
     EXPECT_TRUE(mHandler.removeFile(At("to/sub/a")));
     EXPECT_TRUE(mHandler.moveFolderData(At("from"), At("to")));
-    EXPECT_EQ(Tree(), QStringLiteral("to/other/c to/sub/a to/sub/b"));
+    EXPECT_EQ(Tree(), "to/other/c to/sub/a to/sub/b");
     EXPECT_EQ(Read(At("to/sub/a")), "new");
 }

@@ -29,8 +29,6 @@ TEST_F(FileHandlerTest, XmlThatCannotBeSavedLeavesTheOldFile)
     const QString path = Make("old.xml", "not < xml");
     EXPECT_FALSE(mHandler.saveXmlNodeKeepingAttributesOrder(QDomNode(), path));
     EXPECT_EQ(Read(path), "not < xml");
-    EXPECT_EQ(mLog.TakeErrors(),
-              QStringList(QLatin1String("FileHandler::saveXmlNodeKeepingAttributesOrder|Can't "
-                                        "create destination file: ") +
-                          path));
+    EXPECT_EQ(Errors(),
+              "FileHandler::saveXmlNodeKeepingAttributesOrder|Can't create destination file: old.xml");
 }
