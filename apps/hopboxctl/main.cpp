@@ -1,4 +1,5 @@
 #include "apps/hopboxctl/Command.h"
+#include "apps/hopboxctl/MacTypeCommand.h"
 
 #include <QCoreApplication>
 
@@ -10,7 +11,7 @@ namespace
 // Every command, in the order of the usage text. A command lives in a file of its own.
 const std::vector<Command>& GetCommands()
 {
-    static const std::vector<Command> commands = {};
+    static const std::vector<Command> commands = {cMacTypeCommand};
     return commands;
 }
 
