@@ -1,0 +1,56 @@
+#include "hopbox/HopboxJobTicket.h"
+
+#include "foundation/core/GStringSupport.h"
+#include "foundation/prefs/GDictBufferReader.h"
+#include "foundation/prefs/GOrderedDictWriter.h"
+
+namespace
+{
+// The names of the values, and their order in the text.
+const GString cUserName = QStringLiteral("UserName");
+const GString cJobPath = QStringLiteral("JobPath");
+const GString cPrinterName = QStringLiteral("PrinterName");
+const GString cPortName = QStringLiteral("PortName");
+const GString cCopyCount = QStringLiteral("CopyCount");
+const GString cPrinterID = QStringLiteral("PrinterID");
+
+void TakeText(const GDict<GString, GString>& values, const GString& key, GString& target)
+{
+    if (const GString* value = values.Find(key))
+        target = *value;
+}
+}  // namespace
+
+bool HopboxJobTicket::IsValid() const
+{
+    return !userName.isEmpty() && !jobPath.isEmpty() && !printerName.isEmpty() && !portName.isEmpty() &&
+           copyCount >= 1;
+}
+
+GString HopboxJobTicket::ToText() const
+{
+    GOrderedDictWriter writer;
+    writer.Add(cUserName, userName);
+    writer.Add(cJobPath, jobPath);
+    writer.Add(cPrinterName, printerName);
+    writer.Add(cPortName, portName);
+    writer.Add(cCopyCount, GStringSupport::FromInt32(copyCount));
+    writer.Add(cPrinterID, printerID);
+    return writer.Finish();
+}
+
+bool HopboxJobTicket::FromText(const GString& text)
+{
+    GDictBufferReader<GString, GString> reader;
+    GDict<GString, GString> values;
+    if (!reader.ReadText(text, values))
+        return false;
+    TakeText(values, cUserName, userName);
+    TakeText(values, cJobPath, jobPath);
+    TakeText(values, cPrinterName, printerName);
+    TakeText(values, cPortName, portName);
+    if (const GString* count = values.Find(cCopyCount))
+        copyCount = GStringSupport::ToInt32(*count);
+    TakeText(values, cPrinterID, printerID);
+    return true;
+}

@@ -1,0 +1,97 @@
+#include "hopbox/StartShortcut.h"
+
+#include "tests/support/Sandbox.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <objbase.h>
+#include <shlobj.h>
+
+namespace
+{
+// What a shell link says, read by the shell.
+struct Link
+{
+    QString target, arguments, description, icon, folder;
+    int iconIndex = -1;
+    int showCommand = -1;
+};
+
+QString GetText(const wchar_t* text)
+{
+    return QString::fromWCharArray(text);
+}
+
+Link Describe(IShellLinkW& shellLink)
+{
+    Link link;
+    wchar_t text[INFOTIPSIZE];
+    EXPECT_TRUE(SUCCEEDED(shellLink.GetPath(text, MAX_PATH, nullptr, SLGP_RAWPATH)));
+    link.target = GetText(text);
+    EXPECT_TRUE(SUCCEEDED(shellLink.GetArguments(text, INFOTIPSIZE)));
+    link.arguments = GetText(text);
+    EXPECT_TRUE(SUCCEEDED(shellLink.GetDescription(text, INFOTIPSIZE)));
+    link.description = GetText(text);
+    EXPECT_TRUE(SUCCEEDED(shellLink.GetIconLocation(text, MAX_PATH, &link.iconIndex)));
+    link.icon = GetText(text);
+    EXPECT_TRUE(SUCCEEDED(shellLink.GetWorkingDirectory(text, MAX_PATH)));
+    link.folder = GetText(text);
+    EXPECT_TRUE(SUCCEEDED(shellLink.GetShowCmd(&link.showCommand)));
+    return link;
+}
+
+Link ReadLink(const QString& path)
+{
+    EXPECT_TRUE(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)));
+    Link link;
+    IShellLinkW* shellLink = nullptr;
+    IPersistFile* file = nullptr;
+    EXPECT_TRUE(SUCCEEDED(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW,
+                                           reinterpret_cast<void**>(&shellLink))));
+    EXPECT_TRUE(SUCCEEDED(shellLink->QueryInterface(IID_IPersistFile, reinterpret_cast<void**>(&file))));
+    const QString nativePath = QDir::toNativeSeparators(path);
+    if (SUCCEEDED(file->Load(reinterpret_cast<const wchar_t*>(nativePath.utf16()), STGM_READ)))
+        link = Describe(*shellLink);
+    else
+        ADD_FAILURE() << "The shell can't read the link.";
+    file->Release();
+    shellLink->Release();
+    CoUninitialize();
+    return link;
+}
+
+QString GetInterpreter()
+{
+    wchar_t folder[MAX_PATH];
+    GetSystemDirectoryW(folder, MAX_PATH);
+    return GetText(folder) + QLatin1String("\\cmd.exe");
+}
+}  // namespace
+
+TEST(StartShortcut, TheShellReadsBackEveryField)
+{
+    const Sandbox sandbox;
+    const QString path = sandbox.GetPath(QStringLiteral("\u65E5.lnk"));
+    ASSERT_TRUE(MakeStartShortcut(QStringLiteral("Gr\u00F6\u00DFe 1"),
+                                  GPathName(QStringLiteral("C:/Jobs/\u65E5 b")), GPathName(path)));
+    const Link link = ReadLink(path);
+    EXPECT_EQ(link.target.toLower(), GetInterpreter().toLower());
+    EXPECT_EQ(link.arguments, QStringLiteral("/C cd C:\\Jobs\\\u65E5 b && start Gr\u00F6\u00DFe 1.exe"));
+    EXPECT_EQ(link.description, QStringLiteral("Gr\u00F6\u00DFe 1"));
+    EXPECT_EQ(link.icon, QStringLiteral("C:\\Jobs\\\u65E5 b\\Gr\u00F6\u00DFe 1.exe"));
+    EXPECT_EQ(link.iconIndex, 0);
+    EXPECT_EQ(link.showCommand, SW_SHOWMINNOACTIVE);
+    EXPECT_EQ(link.folder, QStringLiteral("C:\\Jobs\\\u65E5 b"));
+}
+
+TEST(StartShortcut, AFolderThatIsNotThereTakesNoShortcut)
+{
+    const Sandbox sandbox;
+    const GPathName shortcut(sandbox.GetPath(QStringLiteral("none/a.lnk")));
+    EXPECT_FALSE(MakeStartShortcut(QStringLiteral("a"), GPathName(sandbox.GetPath()), shortcut));
+}
