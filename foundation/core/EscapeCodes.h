@@ -2,13 +2,9 @@
 
 #include "foundation/core/GString.h"
 
-// The escapes of the settings files, for texts of 8-bit and of 16-bit units: Text is GBuffer or GString, Unit
-// char or QChar.
+// The escapes of the settings files, for texts of 8-bit and of 16-bit units: Unit is char or QChar.
 namespace EscapeCodes
 {
-// What stands for a line break in text that was unescaped, on every platform.
-constexpr char cLineBreak[] = {'\r', '\n'};
-
 inline ushort GetNumber(char unit)
 {
     return static_cast<uchar>(unit);
@@ -17,35 +13,12 @@ inline ushort GetNumber(QChar unit)
 {
     return unit.unicode();
 }
-inline void Append(GBuffer& target, char ascii)
-{
-    target.append(ascii);
-}
-inline void Append(GString& target, char ascii)
-{
-    target.append(QLatin1Char(ascii));
-}
-
-inline void AppendRun(GBuffer& target, const char* begin, int count)
-{
-    target.append(begin, count);
-}
-inline void AppendRun(GString& target, const QChar* begin, int count)
-{
-    target.append(begin, count);
-}
-// Bytes of a name: their numbers are their characters'.
-inline void AppendRun(GString& target, const char* begin, int count)
-{
-    target.append(QLatin1String(begin, count));
-}
 
 // The letter behind the backslash in the escape of a character; NUL for one that stands in a quoted string as
 // it is.
-template <typename Unit>
-char GetLetter(Unit unit)
+inline char GetLetter(ushort unit)
 {
-    switch (GetNumber(unit)) {
+    switch (unit) {
         case '\t':
             return 't';
         case '\n':
@@ -61,50 +34,49 @@ char GetLetter(Unit unit)
 }
 
 // True when the two units are the halves of one line break: CR LF or LF CR.
-template <typename Unit>
-bool IsOneLineBreak(Unit first, Unit second)
+inline bool IsOneLineBreak(ushort first, ushort second)
 {
     return GetLetter(first) == 'n' && GetLetter(second) == 'n' && first != second;
 }
 
-// Appends [begin, end) to the target, escaped. CR LF and LF CR are one line break.
-template <typename Text, typename Unit>
-void AppendEscaped(Text& target, const Unit* begin, const Unit* end)
+// Writes [begin, end) to `target` with the escapes and gives the end of what it wrote: at most twice as many
+// units. CR LF and LF CR are one line break. A target wider than the source holds each unit's number.
+template <typename Unit, typename Target>
+Target* WriteEscaped(const Unit* begin, const Unit* end, Target* target)
 {
-    const Unit* plain = begin;  // what comes before the next special character goes over in one piece
     for (const Unit* at = begin; at != end; ++at) {
-        const char letter = GetLetter(*at);
-        if (letter == '\0')
+        const ushort number = GetNumber(*at);
+        const bool isPlain = number > '"' && number != '\\';  // decides for nearly all without a look-up
+        const char letter = isPlain ? '\0' : GetLetter(number);
+        if (letter == '\0') {
+            *target++ = static_cast<Target>(number);
             continue;
-        AppendRun(target, plain, static_cast<int>(at - plain));
-        Append(target, '\\');
-        Append(target, letter);
-        if (at + 1 != end && IsOneLineBreak(*at, at[1]))
+        }
+        *target++ = '\\';
+        *target++ = letter;
+        if (at + 1 != end && IsOneLineBreak(number, GetNumber(at[1])))
             ++at;
-        plain = at + 1;
     }
-    AppendRun(target, plain, static_cast<int>(end - plain));
+    return target;
 }
 
-// Appends what the letter behind a lead stands for; false when it stands for nothing.
-template <typename Text, typename Unit>
-bool AppendMeaning(Text& target, Unit letter)
+// What the letter behind a lead stands for, in ASCII; empty when it stands for nothing. A line break is CR LF
+// on every platform.
+inline QLatin1String GetMeaning(ushort letter)
 {
-    switch (GetNumber(letter)) {
+    switch (letter) {
         case '"':
+            return QLatin1String("\"", 1);
         case '\'':
+            return QLatin1String("'", 1);
         case '\\':
-            target.append(letter);
-            return true;
+            return QLatin1String("\\", 1);
         case 't':
-            Append(target, '\t');
-            return true;
+            return QLatin1String("\t", 1);
         case 'n':
-            for (const char unit : cLineBreak)
-                Append(target, unit);
-            return true;
+            return QLatin1String("\r\n", 2);
         default:
-            return false;
+            return QLatin1String();
     }
 }
 }  // namespace EscapeCodes

@@ -12,6 +12,16 @@ bool IsLead(Unit unit)
     return number == '\\' || number == 0x80 || number == 0xA5;
 }
 
+void Append(GBuffer& target, QLatin1String text)
+{
+    target.append(text.data(), text.size());
+}
+
+void Append(GString& target, QLatin1String text)
+{
+    target.append(text);
+}
+
 template <typename Text>
 void ReplaceEscapeCodes(Text& text)
 {
@@ -19,11 +29,15 @@ void ReplaceEscapeCodes(Text& text)
     result.reserve(text.size());
     const auto end = text.cend();
     for (auto at = text.cbegin(); at != end; ++at) {
-        const bool isEscape = IsLead(*at) && at + 1 != end && EscapeCodes::AppendMeaning(result, *(at + 1));
-        if (isEscape)
-            ++at;
-        else
+        const bool isLead = IsLead(*at) && at + 1 != end;
+        const QLatin1String meaning =
+            isLead ? EscapeCodes::GetMeaning(EscapeCodes::GetNumber(at[1])) : QLatin1String();
+        if (meaning.isEmpty()) {
             result.append(*at);
+        } else {
+            Append(result, meaning);
+            ++at;
+        }
     }
     text = result;
 }
@@ -31,10 +45,9 @@ void ReplaceEscapeCodes(Text& text)
 
 void GBufferSupport::ASCIIReplaceSpecialChars(GBuffer& text)
 {
-    GBuffer result;
-    result.reserve(text.size());
-    EscapeCodes::AppendEscaped(result, text.cbegin(), text.cend());
-    text = result;
+    GBuffer escaped(2 * text.size(), Qt::Uninitialized);
+    const char* const end = EscapeCodes::WriteEscaped(text.cbegin(), text.cend(), escaped.data());
+    text = GBuffer(escaped.constData(), static_cast<int>(end - escaped.constData()));
 }
 
 void GBufferSupport::ASCIIReplaceEscapeCodes(GBuffer& text)
@@ -62,11 +75,4 @@ GBuffer GBufferSupport::GetNameFromText(const GString& text)
         *target++ = static_cast<char>(character.unicode());
     }
     return name;
-}
-
-void GBufferSupport::AppendQuotedName(GString& target, const GBuffer& name)
-{
-    target.append(QLatin1Char('"'));
-    EscapeCodes::AppendEscaped(target, name.cbegin(), name.cend());
-    target.append(QLatin1Char('"'));
 }

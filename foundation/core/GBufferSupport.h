@@ -23,7 +23,4 @@ void UniReplaceEscapeCodes(GString& text);
 // U+00A0 to U+00FF.
 GString GetNameText(const GBuffer& name);
 GBuffer GetNameFromText(const GString& text);
-
-// Appends the text of the name to the target, escaped and between quotes.
-void AppendQuotedName(GString& target, const GBuffer& name);
 }  // namespace GBufferSupport

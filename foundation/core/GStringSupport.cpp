@@ -70,25 +70,16 @@ GString WithAllCharacters(const GString& plain)
 
 void GStringSupport::ReplaceSpecialChars(GString& text)
 {
-    GString result;
-    result.reserve(text.size());
-    EscapeCodes::AppendEscaped(result, text.cbegin(), text.cend());
-    text = result;
+    GString escaped(2 * text.size(), Qt::Uninitialized);
+    const auto begin = reinterpret_cast<ushort*>(escaped.data());
+    const ushort* const end = EscapeCodes::WriteEscaped(text.cbegin(), text.cend(), begin);
+    text = GString(escaped.constData(), static_cast<int>(end - begin));
 }
 
 void GStringSupport::QuoteString(GString& text)
 {
-    GString result;
-    result.reserve(text.size() + 2);
-    AppendQuotedString(result, text);
-    text = result;
-}
-
-void GStringSupport::AppendQuotedString(GString& target, const GString& text)
-{
-    target.append(QLatin1Char('"'));
-    EscapeCodes::AppendEscaped(target, text.cbegin(), text.cend());
-    target.append(QLatin1Char('"'));
+    ReplaceSpecialChars(text);
+    text = QLatin1Char('"') + text + QLatin1Char('"');
 }
 
 void GStringSupport::SetSpecialCharacters(GString& text)

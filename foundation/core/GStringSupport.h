@@ -15,9 +15,6 @@ void ReplaceSpecialChars(GString& text);
 // Escapes, and puts the text between quotes.
 void QuoteString(GString& text);
 
-// Appends the text to the target, escaped and between quotes.
-void AppendQuotedString(GString& target, const GString& text);
-
 // Takes typed escapes back: see GBufferSupport::UniReplaceEscapeCodes. This is not quite the reverse of
 // ReplaceSpecialChars: a line break comes back as CR LF, and two more characters than the backslash lead an
 // escape.

@@ -4,7 +4,7 @@
 
 bool OpenSharedForReading(QFile& file, GString& reason)
 {
-    const bool isOpen = file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    const bool isOpen = file.open(QIODevice::ReadOnly);
     if (!isOpen)
         reason = file.errorString();
     return isOpen;

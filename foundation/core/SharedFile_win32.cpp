@@ -26,7 +26,7 @@ bool OpenSharedForReading(QFile& file, GString& reason)
         ::CloseHandle(handle);
         return false;
     }
-    if (file.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered, QFile::AutoCloseHandle))
+    if (file.open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle))
         return true;
     reason = file.errorString();
     ::_close(descriptor);

@@ -7,110 +7,34 @@
 #include <algorithm>
 #include <bitset>
 #include <cstring>
+#include <functional>
+#include <numeric>
 
 namespace
 {
 constexpr int cChunk = 256;  // characters that are looked at at a time
-constexpr int cKeptBytes = 4096;
 
 constexpr char cMarkLittleEndian[] = {'\xFF', '\xFE'};
 constexpr char cMarkBigEndian[] = {'\xFE', '\xFF'};
 constexpr char cMarkUTF8[] = {'\xEF', '\xBB', '\xBF'};
 
-// Collects 8-bit text: the bytes first, so that a character in several of them is decoded whole wherever the
-// chunks ended.
-class ByteCollector
-{
-public:
-    ByteCollector(GString& text, GBuffer& bytes, const GEncoding& encoding)
-        : mText(text), mBytes(bytes), mEncoding(encoding)
-    {
-        mBytes.reserve(cChunk);  // also makes the buffer keep its memory when it is emptied
-        mBytes.resize(0);
-    }
-    ~ByteCollector()
-    {
-        if (mBytes.capacity() > cKeptBytes)
-            mBytes = GBuffer();
-    }
-    ByteCollector(const ByteCollector&) = delete;
-    ByteCollector& operator=(const ByteCollector&) = delete;
-
-    using Unit = char;
-    static Unit GetUnit(ushort number) { return static_cast<char>(number); }
-    GBuffer& GetTarget() { return mBytes; }
-    void AppendRun(const char* begin, int count)
-    {
-        mBytes.append(begin, count);
-        mIsASCII = mIsASCII && std::none_of(begin, begin + count, [](char byte) { return byte < 0; });
-    }
-    void Finish()
-    {
-        mText = mIsASCII ? GString::fromLatin1(mBytes.constData(), mBytes.size()) : mEncoding.Decode(mBytes);
-    }
-
-private:
-    GString& mText;
-    GBuffer& mBytes;
-    const GEncoding& mEncoding;
-    bool mIsASCII = true;
-};
-
-// Collects UTF-16 of either order, straight into the text.
-template <typename Units>
-class UnitCollector
-{
-public:
-    UnitCollector(GString& text, GBuffer&, const GEncoding&) : mText(text) { mText.resize(0); }
-
-    using Unit = QChar;
-    static Unit GetUnit(ushort number) { return QChar(number); }
-    GString& GetTarget() { return mText; }
-    void AppendRun(const char* begin, int count)
-    {
-        const int length = mText.size();
-        if (length == 0 && mText.capacity() < count)
-            mText = GString(count, Qt::Uninitialized);  // resize would leave room to grow
-        else
-            mText.resize(length + count);
-        Units::Copy(mText.data() + length, begin, count);
-    }
-    void Finish() {}
-
-private:
-    GString& mText;
-};
-
 // How the characters of the data lie in it.
 struct ByteUnits
 {
-    using Collector = ByteCollector;
     static constexpr int cWidth = 1;
     static ushort Get(const char* at) { return static_cast<uchar>(*at); }
 };
 
 struct LittleEndianUnits
 {
-    using Collector = UnitCollector<LittleEndianUnits>;
     static constexpr int cWidth = 2;
     static ushort Get(const char* at) { return qFromLittleEndian<quint16>(at); }
-    static void Copy(QChar* target, const char* begin, int count)
-    {
-        for (int index = 0; index < count; ++index)
-            target[index] = QChar(Get(begin + index * cWidth));
-    }
 };
 
 struct BigEndianUnits
 {
-    using Collector = UnitCollector<BigEndianUnits>;
     static constexpr int cWidth = 2;
     static ushort Get(const char* at) { return qFromBigEndian<quint16>(at); }
-    static void Copy(QChar* target, const char* begin, int count)
-    {
-        for (int index = 0; index < count; ++index)
-            target[index] = QChar(Get(begin + index * cWidth));
-    }
 };
 
 bool IsLineEnd(ushort unit)
@@ -242,18 +166,23 @@ bool GBin2TextStream::HasUnit()
     return mSource.LookAhead(Units::cWidth) >= Units::cWidth;
 }
 
-// Appends characters up to the first at which `isEnd` is true, which stays. False when the data ends before.
-template <typename Units, typename Collector, typename IsEnd>
-static bool CollectTill(GBufferedInputStream& source, Collector& collector, IsEnd isEnd)
+// Collects characters up to the first at which `isEnd` is true, which stays. False when the data ends before.
+template <typename Units, typename IsEnd>
+bool GBin2TextStream::CollectTill(IsEnd isEnd)
 {
-    while (collector.GetTarget().size() < GBin2TextStream::cLongestText) {
-        const int count = std::min(source.LookAhead(Units::cWidth) / Units::cWidth, cChunk);
-        const char* const chunk = source.GetAhead();
+    while (mCollected.GetLength() < cLongestText) {
+        const int count = std::min(mSource.LookAhead(Units::cWidth) / Units::cWidth, cChunk);
+        const char* const chunk = mSource.GetAhead();
+        char16_t* const target = mCollected.MakeRoom(static_cast<size_t>(count));
         int length = 0;
-        while (length < count && !isEnd(Units::Get(chunk + length * Units::cWidth)))
-            ++length;
-        collector.AppendRun(chunk, length);
-        source.Skip(length * Units::cWidth);
+        for (; length < count; ++length) {
+            const ushort unit = Units::Get(chunk + length * Units::cWidth);
+            if (isEnd(unit))
+                break;
+            target[length] = unit;
+        }
+        mCollected.Add(static_cast<size_t>(length));
+        mSource.Skip(length * Units::cWidth);
         if (length < count)
             return true;
         if (count == 0)
@@ -265,10 +194,33 @@ static bool CollectTill(GBufferedInputStream& source, Collector& collector, IsEn
 template <typename Units, typename IsEnd>
 bool GBin2TextStream::Collect(GString& text, IsEnd isEnd)
 {
-    typename Units::Collector collector(text, mBytes, *mEncoding);
-    const bool hasEnd = CollectTill<Units>(mSource, collector, isEnd);
-    collector.Finish();
+    mCollected.Clear();
+    const bool hasEnd = CollectTill<Units>(isEnd);
+    TakeCollected<Units>(text);
     return hasEnd;
+}
+
+// Makes the text of what was collected.
+template <typename Units>
+void GBin2TextStream::TakeCollected(GString& text)
+{
+    const char16_t* const units = mCollected.GetUnits();
+    const int length = mCollected.GetLength();
+    char16_t all = 0;
+    if (Units::cWidth == 1)
+        all = std::accumulate(units, units + length, all, std::bit_or<char16_t>());
+    const bool isText = all < 0x80;  // ASCII, or UTF-16
+    if (!isText) {
+        GBuffer bytes(length, Qt::Uninitialized);
+        std::transform(units, units + length, bytes.data(),
+                       [](char16_t unit) { return static_cast<char>(unit); });
+        text = mEncoding->Decode(bytes);
+    } else if (text.capacity() >= length) {
+        text.resize(length);
+        std::copy(units, units + length, reinterpret_cast<char16_t*>(text.data()));
+    } else {
+        text = GString(reinterpret_cast<const QChar*>(units), length);
+    }
 }
 
 template <typename Units, typename IsSkipped>
@@ -351,36 +303,30 @@ bool GBin2TextStream::ReadQuotedUnits(GString& text)
     if (!HasUnit<Units>() || Units::Get(mSource.GetAhead()) != '"')
         return false;
     mSource.Skip(Units::cWidth);
-    typename Units::Collector collector(text, mBytes, *mEncoding);
+    mCollected.Clear();
     bool isClosed = false;
-    bool goesOn = true;
-    while (goesOn) {
-        goesOn =
-            CollectTill<Units>(mSource, collector, [](ushort unit) { return unit == '"' || unit == '\\'; });
-        if (!goesOn)
-            break;
+    while (!isClosed && CollectTill<Units>([](ushort unit) { return unit == '"' || unit == '\\'; })) {
         isClosed = Units::Get(mSource.GetAhead()) == '"';
         mSource.Skip(Units::cWidth);
-        goesOn = !isClosed && ReadEscape<Units>(collector);
+        if (!isClosed)
+            CollectEscape<Units>();
     }
-    collector.Finish();
+    TakeCollected<Units>(text);
     return isClosed;
 }
 
-// Appends what the escape behind a `\` stands for; false when the data ends there.
-template <typename Units, typename Collector>
-bool GBin2TextStream::ReadEscape(Collector& collector)
+// Collects what the escape behind a `\` stands for. What is no escape follows as any other character.
+template <typename Units>
+void GBin2TextStream::CollectEscape()
 {
-    if (!HasUnit<Units>()) {
-        EscapeCodes::Append(collector.GetTarget(), '\\');
-        return false;
-    }
-    const auto letter = Collector::GetUnit(Units::Get(mSource.GetAhead()));
-    if (EscapeCodes::AppendMeaning(collector.GetTarget(), letter))
+    const ushort letter = HasUnit<Units>() ? Units::Get(mSource.GetAhead()) : ushort{0};
+    const QLatin1String meaning = EscapeCodes::GetMeaning(letter);
+    if (meaning.isEmpty()) {
+        mCollected.Add(QLatin1String("\\", 1));
+    } else {
+        mCollected.Add(meaning);
         mSource.Skip(Units::cWidth);
-    else
-        EscapeCodes::Append(collector.GetTarget(), '\\');  // the letter follows as any other character
-    return true;
+    }
 }
 
 bool GBin2TextStream::Read(int count, GString& text)

@@ -2,6 +2,7 @@
 
 #include "foundation/core/GBufferedInputStream.h"
 #include "foundation/core/GEncoding.h"
+#include "foundation/prefs/CollectedText.h"
 
 // Reads text from bytes: tokens, lines, quoted strings. Looks at no more of the source than its buffer and
 // what the text in hand needs.
@@ -87,6 +88,8 @@ private:
     template <typename Units>
     bool HasUnit();
     template <typename Units, typename IsEnd>
+    bool CollectTill(IsEnd isEnd);
+    template <typename Units, typename IsEnd>
     bool Collect(GString& text, IsEnd isEnd);
     template <typename Units, typename IsSkipped>
     int Skip(IsSkipped isSkipped);
@@ -94,13 +97,15 @@ private:
     void SkipLineEnd();
     template <typename Units>
     bool ReadQuotedUnits(GString& text);
-    template <typename Units, typename Collector>
-    bool ReadEscape(Collector& collector);
+    template <typename Units>
+    void CollectEscape();
+    template <typename Units>
+    void TakeCollected(GString& text);
 
     std::unique_ptr<GBufferedInputStream> mOwned;
     GBufferedInputStream& mSource;
     GEncodingRef mGivenEncoding;  // null: find it
     GEncodingRef mEncoding;
     Layout mLayout = Layout::cBytes;
-    GBuffer mBytes;  // the encoded text in hand; kept for its memory
+    CollectedText mCollected;  // 8-bit text byte by byte: it is decoded whole, wherever chunks ended
 };

@@ -10,5 +10,6 @@ GOrderedDictWriter::GOrderedDictWriter() : mBlock(mText)
 GString GOrderedDictWriter::Finish()
 {
     mBlock.AddMarker(PrefMarkers::cEndDict);
+    mBlock.Flush();
     return mText;
 }

@@ -10,6 +10,12 @@ template <typename Key>
 void AddDict(PrefBlockText& block, const GDict<Key, GString>& dict)
 {
     block.AddMarker(PrefMarkers::cBeginDict);
+    // Slot order jumps about in memory: a look at every entry fetches many at a time, writing only one by
+    // one.
+    size_t length = 0;
+    for (const auto& entry : dict)
+        length += static_cast<size_t>(entry.key.size()) + static_cast<size_t>(entry.value.size());
+    block.Reserve(length);
     for (const auto& entry : dict)
         block.AddEntry(entry.key, entry.value);
     block.AddMarker(PrefMarkers::cEndDict);
@@ -68,4 +74,5 @@ void GPrefWriter::AppendList(GString& text, const QStringList& list)
     for (const GString& element : list)
         block.AddLine(element);
     block.AddMarker(PrefMarkers::cEndList);
+    block.Flush();
 }

@@ -1,22 +1,23 @@
 #include "foundation/prefs/PrefBlockText.h"
 
-#include "foundation/core/GBufferSupport.h"
+#include "foundation/core/EscapeCodes.h"
 #include "foundation/core/GDictUtil.h"
-#include "foundation/core/GStringSupport.h"
 #include "foundation/prefs/GText2BinStream.h"
 
-static constexpr int cPiece = 4096;
+static constexpr int cPiece = 8192;  // characters
 
-PrefBlockText::PrefBlockText(GText2BinStream& stream) : mStream(&stream), mText(mOwnText)
+PrefBlockText::PrefBlockText(GText2BinStream& stream) : mStream(&stream) {}
+
+PrefBlockText::PrefBlockText(GString& text) : mText(&text) {}
+
+void PrefBlockText::Reserve(size_t length)
 {
-    mOwnText.reserve(2 * cPiece);
+    mCollected.MakeRoom(std::min<size_t>(length, 2 * cPiece));
 }
-
-PrefBlockText::PrefBlockText(GString& text) : mStream(nullptr), mText(text) {}
 
 void PrefBlockText::AddMarker(QLatin1String marker)
 {
-    mText.append(marker);
+    mCollected.Add(marker);
     EndLine();
 }
 
@@ -25,48 +26,51 @@ void PrefBlockText::AddEmptyLine()
     EndLine();
 }
 
-void PrefBlockText::AddLine(const GBuffer& name)
+template <typename Text>
+void PrefBlockText::AddLine(const Text& text)
 {
-    GBufferSupport::AppendQuotedName(mText, name);
+    AddQuoted(text);
     EndLine();
 }
 
-void PrefBlockText::AddLine(const GString& element)
+template <typename Key>
+void PrefBlockText::AddEntry(const Key& key, const GString& value)
 {
-    GStringSupport::AppendQuotedString(mText, element);
+    AddQuoted(key);
+    mCollected.Add(QLatin1String(" ", 1));
+    AddQuoted(value);
     EndLine();
 }
 
-void PrefBlockText::AddEntry(const GBuffer& key, const GString& value)
+template <typename Text>
+void PrefBlockText::AddQuoted(const Text& text)
 {
-    GBufferSupport::AppendQuotedName(mText, key);
-    AddValue(value);
-}
-
-void PrefBlockText::AddEntry(const GString& key, const GString& value)
-{
-    GStringSupport::AppendQuotedString(mText, key);
-    AddValue(value);
-}
-
-void PrefBlockText::AddValue(const GString& value)
-{
-    mText.append(QLatin1Char(' '));
-    GStringSupport::AppendQuotedString(mText, value);
-    EndLine();
+    char16_t* const begin = mCollected.MakeRoom(2 * static_cast<size_t>(text.size()) + 2);
+    *begin = '"';
+    char16_t* const end = EscapeCodes::WriteEscaped(text.cbegin(), text.cend(), begin + 1);
+    *end = '"';
+    mCollected.Add(static_cast<size_t>(end + 1 - begin));
 }
 
 void PrefBlockText::EndLine()
 {
-    mText.append(GDictUtil::GetEOLString());
-    if (mStream != nullptr && mText.size() >= cPiece)
+    static const GBuffer end = GDictUtil::GetEOLString().toLatin1();
+    mCollected.Add(QLatin1String(end));
+    if (mCollected.GetLength() >= cPiece)
         Flush();
 }
 
 void PrefBlockText::Flush()
 {
-    if (mStream == nullptr)
-        return;
-    mStream->Write(mText);
-    mText.resize(0);
+    const auto units = reinterpret_cast<const QChar*>(mCollected.GetUnits());
+    if (mStream != nullptr)
+        mStream->Write(GString::fromRawData(units, mCollected.GetLength()));
+    else
+        mText->append(units, mCollected.GetLength());
+    mCollected.Clear();
 }
+
+template void PrefBlockText::AddLine(const GBuffer& text);
+template void PrefBlockText::AddLine(const GString& text);
+template void PrefBlockText::AddEntry(const GBuffer& key, const GString& value);
+template void PrefBlockText::AddEntry(const GString& key, const GString& value);

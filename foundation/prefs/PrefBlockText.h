@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/core/GString.h"
+#include "foundation/prefs/CollectedText.h"
 
 class GText2BinStream;
 
@@ -15,26 +16,36 @@ public:
     PrefBlockText(const PrefBlockText&) = delete;
     PrefBlockText& operator=(const PrefBlockText&) = delete;
 
+    // Says that about so many characters will come.
+    void Reserve(size_t length);
+
     // A line that holds a marker, or nothing.
     void AddMarker(QLatin1String marker);
     void AddEmptyLine();
 
-    // A line that holds a group's name or an element of a list.
-    void AddLine(const GBuffer& name);
-    void AddLine(const GString& element);
+    // A line that holds a group's name or an element of a list. Text is GBuffer, whose bytes stand for the
+    // characters of their numbers, or GString.
+    template <typename Text>
+    void AddLine(const Text& text);
 
     // A line that holds a key and its value.
-    void AddEntry(const GBuffer& key, const GString& value);
-    void AddEntry(const GString& key, const GString& value);
+    template <typename Key>
+    void AddEntry(const Key& key, const GString& value);
 
     // Hands on what is still here. Call it last.
     void Flush();
 
 private:
-    void AddValue(const GString& value);
+    template <typename Text>
+    void AddQuoted(const Text& text);
     void EndLine();
 
-    GString mOwnText;  // what the stream has not got yet
-    GText2BinStream* mStream;
-    GString& mText;
+    CollectedText mCollected;  // what was not handed on yet
+    GText2BinStream* mStream = nullptr;
+    GString* mText = nullptr;
 };
+
+extern template void PrefBlockText::AddLine(const GBuffer& text);
+extern template void PrefBlockText::AddLine(const GString& text);
+extern template void PrefBlockText::AddEntry(const GBuffer& key, const GString& value);
+extern template void PrefBlockText::AddEntry(const GString& key, const GString& value);
