@@ -1,0 +1,104 @@
+#pragma once
+
+#include "archive/ZipLog.h"
+
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+class QFile;
+class QFileInfo;
+
+namespace Morvane
+{
+// Whether an archive is made anew, in place of one that may be there, or added to.
+enum class ZipStart
+{
+    Create,
+    Append
+};
+
+// How the names of entries are written. In both forms this layer reads every name back exactly.
+enum class ZipNames
+{
+    NameField,  // in the OEM code page, "_" for what it lacks, beside the name field with the exact name.
+                // Some tools stumble over the field: docs/formats/zip-name-field.md tells which
+    Plain       // in UTF-8 and marked so; for archives that are meant for other tools
+};
+
+// A zip archive being written.
+//
+// It is written beside its place, and put there whole by FinishWriting(). Whatever fails before, and the end
+// of the object's life without FinishWriting(), leaves what was there before and nothing else.
+//
+// No operation throws; each gives whether it succeeded, and reports its failure to the log. Once an entry has
+// failed in the middle of its content, the archive can't be finished any more. Sources that can't be opened
+// are told before anything is written for them, and the archive can go on without them. An object belongs to
+// one thread at a time.
+class ZipArchiver
+{
+public:
+    // The writer's own level, see StartWriting().
+    static constexpr int cStartLevel = -1;
+
+    explicit ZipArchiver(const QString& path);
+    ~ZipArchiver();
+    ZipArchiver(const ZipArchiver&) = delete;
+    ZipArchiver& operator=(const ZipArchiver&) = delete;
+
+    // Begins to write. The password (empty for none) is that of every entry that is added without one of its
+    // own; the level, 0 (stored) to 9, that of every entry added with cStartLevel. Appending to an archive
+    // that is not there creates it.
+    bool StartWriting(ZipStart start, const QString& password, int level);
+
+    // Adds a file, or a folder without its contents, under a name with '/' or '\' between its parts. A name
+    // that the archive has already is refused. The entry gets the file's date and rights, the content of what
+    // a link leads to, and no name field when it has about 4 GiB or more, or lies that far into the archive:
+    // the field would hide the sizes from every reader.
+    bool AddFile(const QString& sourcePath, const QString& nameInArchive, int level, ZipNames names,
+                 const QString& password);
+
+    // Adds a file under its path relative to the base folder.
+    bool AddFileWithIerarchy(const QString& sourcePath, const QString& baseFolder, int level, ZipNames names);
+
+    // Ends the archive and puts it in its place.
+    bool FinishWriting();
+
+    // Whether a path is that of the archive, or of the file that it is written to until it is finished: what
+    // goes through a folder leaves both out.
+    bool isOwnFile(const QString& path) const;
+
+    // Where failures are reported; null for the process-wide trace.
+    void setLogInterface(ILogInterface* log) { mLog = ZipLog(log); }
+
+    // The text of the last failure; empty before there was one.
+    const QString& GetLastError() const { return mLastError; }
+
+private:
+    struct Entry;
+    struct Closer
+    {
+        void operator()(void* handle) const;
+    };
+
+    bool openArchive(ZipStart start);
+    bool copyOldArchive();
+    bool prepareEntry(const QFileInfo& source, const QString& nameInArchive, ZipNames names, Entry& entry);
+    bool openEntry(const Entry& entry);
+    bool addContent(QFile& source, const Entry& entry);
+    bool closeEntry(const Entry& entry);
+    bool giveUp(const QString& text);
+    bool fail(const char* source, const QString& text);
+
+    const QString mPath;
+    std::unique_ptr<QFile> mFile;           // what is written until the archive is finished
+    std::unique_ptr<void, Closer> mHandle;  // before the file, which it writes to
+    QSet<QString> mNames;
+    QString mPassword;
+    int mLevel = 0;
+    ZipLog mLog;
+    QString mLastError;
+};
+}  // namespace Morvane

@@ -1,0 +1,98 @@
+#pragma once
+
+#include "archive/ZipFolder.h"
+
+#include <QStringList>
+
+#include <map>
+#include <vector>
+
+namespace Morvane
+{
+// The folder that entries are extracted into, and the guard that nothing is written outside it: below it no
+// link is followed, and a file that this object has written is not written again for another entry, under
+// whatever name the file system takes for the same.
+//
+// Missing folders are made, the destination itself included. Parts are the names on the way from the
+// destination to a file or folder; none of them is "..", empty, or holds a separator.
+class ZipDestination
+{
+public:
+    // An absolute or relative path; the folder need not be there.
+    explicit ZipDestination(const QString& path);
+    ~ZipDestination();
+
+    // The absolute path of a file or folder, with '/' separators.
+    QString getPath(const QStringList& parts) const;
+
+    // Makes a folder and all that is missing on the way to it, and adds the mode bits to it. False when that
+    // can't be, or when a link or a file stands in the way.
+    bool makeFolder(const QStringList& parts, int mode = 0);
+
+    // Takes back the folders that makeFolder() and beginFile() have made since the last call of this, as far
+    // as they are empty.
+    void removeMadeFolders();
+
+    // Removes a file or an empty folder. True when it was there and is gone.
+    bool remove(const QStringList& parts);
+
+    // Forgets which files were written, and closes the folders that are kept open between calls.
+    void startAnew();
+    void closeFolders();
+
+private:
+    friend class ZipTarget;
+
+    struct Level
+    {
+        QString name;
+        std::unique_ptr<ZipFolder> folder;
+    };
+
+    bool goTo(const QStringList& parts, bool isMaking);
+    bool openRoot(bool isMaking);
+    bool descend(const QString& name, bool isMaking);
+
+    const QString mPath;
+    std::vector<Level> mLevels;  // the open folders from the destination down to the one used last
+    std::map<FileIdentity, int> mWritten;
+    std::vector<QStringList> mMadeFolders;
+};
+
+// One file on its way into a destination. A file that is there already is replaced only when the new one is
+// complete; what is not committed leaves no trace.
+class ZipTarget
+{
+public:
+    enum class Result
+    {
+        Done,
+        CannotMake,
+        TakenByOther  // another entry of the same archive has been written to this file
+    };
+
+    // The folder of the file has been made with makeFolder() just before.
+    explicit ZipTarget(ZipDestination& destination);
+    ~ZipTarget();
+    ZipTarget(const ZipTarget&) = delete;
+    ZipTarget& operator=(const ZipTarget&) = delete;
+
+    // Begins the file of that name for the entry of that number.
+    Result begin(const QString& name, int entryIndex);
+
+    ZipFile& getFile() { return *mFile; }
+
+    // Closes the file and puts it in its place. False when that fails, and nothing is left.
+    bool commit();
+
+private:
+    ZipFolder& getFolder() const;
+    bool beginBeside();
+
+    ZipDestination& mDestination;
+    std::unique_ptr<ZipFile> mFile;
+    QString mName;
+    QString mWrittenName;  // the same, or a temporary one beside a file that is to be replaced
+    int mEntryIndex = 0;
+};
+}  // namespace Morvane

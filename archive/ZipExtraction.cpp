@@ -1,0 +1,147 @@
+#include "archive/ZipExtraction.h"
+
+#include "archive/ZipDestination.h"
+#include "archive/ZipEntryPath.h"
+#include "archive/ZipReader.h"
+
+#include <algorithm>
+
+namespace Morvane
+{
+namespace
+{
+using Step = ZipOutcome::Step;
+
+constexpr int cGroupAndOthersWrite = 022;
+constexpr int cMemoryChunkSize = 64 * 1024;
+constexpr qint64 cFirstMemory = 1024 * 1024;
+constexpr qint64 cMostMemory = 1024 * 1024 * 1024;  // what one byte array can be trusted to hold
+
+QString explain(ZipReader::OpenResult result)
+{
+    switch (result) {
+        case ZipReader::OpenResult::NeedsPassword:
+            return QStringLiteral("it is encrypted and needs a password");
+        case ZipReader::OpenResult::WrongPassword:
+            return QStringLiteral("the password is wrong");
+        case ZipReader::OpenResult::Unsupported:
+            return QStringLiteral("its compression or encryption is not supported");
+        case ZipReader::OpenResult::Done:
+        case ZipReader::OpenResult::Damaged:
+            break;
+    }
+    return {};
+}
+
+int getRights(const ZipEntry& entry, const ZipExtractionOptions& options)
+{
+    return (entry.getMode() & ~cGroupAndOthersWrite) | options.mode;
+}
+
+// Copies the content of the open entry to the file.
+Step copyContent(ZipReader& reader, ZipFile& file, const ZipExtractionOptions& options)
+{
+    QByteArray chunk(options.chunkSize, Qt::Uninitialized);
+    for (;;) {
+        const int count = reader.readEntry(chunk.data(), chunk.size());
+        if (count < 0)
+            return Step::ReadEntry;
+        if (count == 0)
+            return Step::Done;
+        if (!file.write(chunk.constData(), count))
+            return Step::WriteFile;
+        if (options.onWritten && !options.onWritten(count))
+            return Step::GivenUp;
+    }
+}
+
+Step fillFile(ZipReader& reader, ZipFile& file, const ZipExtractionOptions& options)
+{
+    const ZipEntry& entry = reader.getEntry();
+    const Step step = copyContent(reader, file, options);
+    const bool isWhole = reader.closeEntry();
+    if (step != Step::Done)
+        return step;
+    if (!isWhole)
+        return Step::CloseEntry;
+    const QDateTime modified = entry.getModified();
+    const bool isDated = !options.keepsDates || !modified.isValid() || file.setModified(modified);
+    return isDated && file.addMode(getRights(entry, options)) ? Step::Done : Step::WriteFile;
+}
+
+ZipOutcome extractFile(ZipReader& reader, int entryIndex, ZipDestination& destination,
+                       const QStringList& parts, const ZipExtractionOptions& options)
+{
+    const QString path = destination.getPath(parts);
+    const QStringList folder = parts.mid(0, parts.size() - 1);
+    if (!destination.makeFolder(folder))
+        return {Step::MakeFolder, destination.getPath(folder), {}};
+    const ZipReader::OpenResult opened = reader.openEntry(options.password);
+    if (opened != ZipReader::OpenResult::Done)
+        return {Step::OpenEntry, path, explain(opened)};
+    ZipTarget target(destination);
+    const ZipTarget::Result begun = target.begin(parts.last(), entryIndex);
+    if (begun != ZipTarget::Result::Done) {
+        reader.closeEntry();
+        if (begun == ZipTarget::Result::TakenByOther)
+            return {Step::CheckEntry, path, QStringLiteral("another entry has the same name")};
+        return {Step::MakeFile, path, {}};
+    }
+    const Step step = fillFile(reader, target.getFile(), options);
+    if (step != Step::Done)
+        return {step, path, {}};
+    return {target.commit() ? Step::Done : Step::WriteFile, path, {}};
+}
+}  // namespace
+
+ZipOutcome extractEntry(ZipReader& reader, int entryIndex, ZipDestination& destination,
+                        const ZipExtractionOptions& options)
+{
+    const ZipEntry& entry = reader.getEntry();
+    const ZipEntryPath path(entry.name);
+    if (!path.isSafe())
+        return {Step::CheckEntry, {}, path.refusal};
+    if (entry.isLink())
+        return {Step::CheckEntry, {}, QStringLiteral("it is a symbolic link")};
+    const QStringList parts = findTarget(entry, options.isFlat);
+    if (entry.isFolder()) {
+        const bool isMade = options.isFlat || destination.makeFolder(parts, getRights(entry, options));
+        return {isMade ? Step::Done : Step::MakeFolder, destination.getPath(parts), {}};
+    }
+    if (parts.isEmpty())
+        return {Step::CheckEntry, {}, QStringLiteral("it has no name")};
+    return extractFile(reader, entryIndex, destination, parts, options);
+}
+
+QStringList findTarget(const ZipEntry& entry, bool isFlat)
+{
+    const ZipEntryPath path(entry.name);
+    if (!path.isSafe() || (isFlat && entry.isFolder()))
+        return {};
+    return isFlat ? QStringList(path.parts.mid(path.parts.size() - 1)) : path.parts;
+}
+
+ZipOutcome readEntryContent(ZipReader& reader, const QByteArray& password, qint64 limit, QByteArray& content)
+{
+    const ZipEntry entry = reader.getEntry();
+    if (entry.size > std::min(limit, cMostMemory))
+        return {Step::CheckEntry, {}, QStringLiteral("it is larger than the limit")};
+    const ZipReader::OpenResult opened = reader.openEntry(password);
+    if (opened != ZipReader::OpenResult::Done)
+        return {Step::OpenEntry, {}, explain(opened)};
+    // What the archive declares sets aside little memory; the rest follows what really comes.
+    QByteArray bytes;
+    bytes.reserve(static_cast<int>(std::min<qint64>(entry.size, cFirstMemory)) + cMemoryChunkSize);
+    int count = 0;
+    do {
+        const int size = bytes.size();
+        bytes.resize(size + cMemoryChunkSize);
+        count = reader.readEntry(bytes.data() + size, cMemoryChunkSize);
+        bytes.resize(size + std::max(count, 0));
+    } while (count > 0);
+    if (!reader.closeEntry())
+        return {count < 0 ? Step::ReadEntry : Step::CloseEntry, {}, {}};
+    content = bytes;
+    return {};
+}
+}  // namespace Morvane

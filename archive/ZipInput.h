@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QByteArray>
+
+#include <array>
+
+class QIODevice;
+
+namespace Morvane
+{
+// What the zip library reads an archive through: a device with a cache of two blocks. The library asks for
+// the directory of an archive a byte at a time and jumps between the directory and the data; with one block
+// for each, both stay cheap.
+class ZipInput
+{
+public:
+    // Reads from an open device that can seek and outlives this object.
+    explicit ZipInput(QIODevice& device);
+
+    // The library's handle on the archive; null when the device holds no zip archive. The handle reads
+    // through this object.
+    void* open();
+
+    // Reads up to `size` bytes at an offset, without moving the library's position. Gives how many there
+    // were.
+    int readAt(qint64 offset, char* bytes, int size);
+
+    qint64 getSize() const { return mSize; }
+
+private:
+    struct Block
+    {
+        qint64 offset = -1;
+        QByteArray bytes;
+    };
+
+    static unsigned long readNext(void* self, void* stream, void* bytes, unsigned long size);
+    static int seek(void* self, void* stream, unsigned long long offset, int origin);
+
+    const Block& getBlock(qint64 offset);
+
+    QIODevice& mDevice;
+    const qint64 mSize;
+    qint64 mPosition = 0;
+    std::array<Block, 2> mBlocks;
+    size_t mLastUsed = 0;
+};
+}  // namespace Morvane

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <limits>
+
+namespace Morvane
+{
+// How much an archive may put on the disk. The sizes that the archive declares count: extraction never writes
+// more than an entry declares, so an archive within its limits by its own word stays within them.
+struct ZipLimits
+{
+    static constexpr qint64 cNone = std::numeric_limits<qint64>::max();
+
+    qint64 entryBytes = cNone;  // of one entry
+    qint64 totalBytes = cNone;  // of all that one run extracts
+    qint64 entryCount = cNone;  // entries that one run extracts
+};
+
+// What one run has taken of its limits.
+class ZipBudget
+{
+public:
+    explicit ZipBudget(const ZipLimits& limits) : mLimits(limits) {}
+
+    bool canTake(qint64 bytes) const
+    {
+        return bytes <= mLimits.entryBytes && bytes <= mLimits.totalBytes - mBytes &&
+               mEntries < mLimits.entryCount;
+    }
+
+    void take(qint64 bytes)
+    {
+        mBytes += bytes;
+        ++mEntries;
+    }
+
+private:
+    ZipLimits mLimits;
+    qint64 mBytes = 0;
+    qint64 mEntries = 0;
+};
+}  // namespace Morvane

@@ -1,0 +1,159 @@
+#include "archive/ZipReader.h"
+
+#include "archive/ZipCrypto.h"
+#include "archive/ZipInput.h"
+#include "archive/ZipName.h"
+
+#include <QFile>
+
+#include <quazip/unzip.h>
+
+#include <algorithm>
+#include <limits>
+
+namespace Morvane
+{
+static constexpr int cMethodStored = 0;
+static constexpr int cMethodDeflated = 8;
+static constexpr uint16_t cFlagStrongEncryption = 0x0040;
+static constexpr int cDirectoryRecordSize = 46;  // the least that an entry takes in the directory
+static constexpr int cEndRecordSize = 22;
+static const char cEndRecordStart[] = "PK\5\6\0\0\0\0\0\0\0\0";  // the mark, and no disk and no entry
+
+ZipReader::ZipReader(const QString& path) : ZipReader(std::make_unique<QFile>(path)) {}
+
+ZipReader::ZipReader(std::unique_ptr<QIODevice> device) : mDevice(std::move(device)) {}
+
+ZipReader::~ZipReader() = default;
+
+void ZipReader::Closer::operator()(void* handle) const
+{
+    unzClose(handle);
+}
+
+bool ZipReader::open()
+{
+    if (!mIsOpen)
+        mIsOpen = openHandle();
+    return mIsOpen;
+}
+
+bool ZipReader::openHandle()
+{
+    if (!mDevice->isOpen() && !mDevice->open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        return false;
+    mInput = std::make_unique<ZipInput>(*mDevice);
+    if (isEmptyArchive())
+        return true;
+    mHandle.reset(mInput->open());
+    unz_global_info64 info{};
+    if (mHandle == nullptr || unzGetGlobalInfo64(mHandle.get(), &info) != UNZ_OK)
+        return false;
+    const qint64 possible = mInput->getSize() / cDirectoryRecordSize;
+    if (info.number_entry > static_cast<ZPOS64_T>(std::min<qint64>(possible, INT_MAX)))
+        return false;
+    mEntryCount = static_cast<int>(info.number_entry);
+    return true;
+}
+
+// The library looks for the end record behind the first byte only, and so takes an archive that consists of
+// nothing else for no archive.
+bool ZipReader::isEmptyArchive()
+{
+    QByteArray record(cEndRecordSize, '\0');
+    const int size = mInput->readAt(0, record.data(), record.size());
+    return size == cEndRecordSize &&
+           record.startsWith(QByteArray::fromRawData(cEndRecordStart, sizeof cEndRecordStart - 1));
+}
+
+bool ZipReader::goToFirst()
+{
+    mError = mHandle != nullptr ? unzGoToFirstFile(mHandle.get()) : UNZ_END_OF_LIST_OF_FILE;
+    return mError == UNZ_OK && readDescription();
+}
+
+bool ZipReader::goToNext()
+{
+    mError = mHandle != nullptr ? unzGoToNextFile(mHandle.get()) : UNZ_END_OF_LIST_OF_FILE;
+    return mError == UNZ_OK && readDescription();
+}
+
+bool ZipReader::readDescription()
+{
+    mNameBuffer.resize(ZipName::cMaximumSize);
+    mExtraBuffer.resize(ZipName::cMaximumSize);
+    mEntry = ZipEntry();
+    unz_file_info64 info{};
+    mError = unzGetCurrentFileInfo64(mHandle.get(), &info, mNameBuffer.data(),
+                                     static_cast<uLong>(mNameBuffer.size()), mExtraBuffer.data(),
+                                     static_cast<uLong>(mExtraBuffer.size()), nullptr, 0);
+    constexpr ZPOS64_T cMaximumFileSize = std::numeric_limits<qint64>::max();
+    if (mError == UNZ_OK &&
+        (info.uncompressed_size > cMaximumFileSize || info.compressed_size > cMaximumFileSize))
+        mError = UNZ_BADZIPFILE;
+    if (mError != UNZ_OK)
+        return false;
+    if (info.size_filename <= ZipName::cMaximumSize && info.size_file_extra <= ZipName::cMaximumSize)
+        mEntry.name = ZipName::decodeZipName(mNameBuffer.left(static_cast<int>(info.size_filename)),
+                                             mExtraBuffer.left(static_cast<int>(info.size_file_extra)));
+    mEntry.size = static_cast<qint64>(info.uncompressed_size);
+    mEntry.packedSize = static_cast<qint64>(info.compressed_size);
+    mEntry.crc = static_cast<uint32_t>(info.crc);
+    mEntry.flags = static_cast<uint16_t>(info.flag);
+    mEntry.method = static_cast<uint16_t>(info.compression_method);
+    mEntry.madeBy = static_cast<uint16_t>(info.version);
+    mEntry.attributes = static_cast<uint32_t>(info.external_fa);
+    mEntry.dosTime = static_cast<uint32_t>(info.dosDate);
+    return true;
+}
+
+ZipReader::OpenResult ZipReader::openEntry(const QByteArray& password)
+{
+    const bool isReadable = mEntry.method == cMethodStored || mEntry.method == cMethodDeflated;
+    if (!isReadable || (mEntry.flags & cFlagStrongEncryption) != 0)
+        return OpenResult::Unsupported;
+    if (mEntry.isEncrypted() && password.isEmpty())
+        return OpenResult::NeedsPassword;
+    const int error = mEntry.isEncrypted() ? unzOpenCurrentFilePassword(mHandle.get(), password.constData())
+                                           : unzOpenCurrentFile(mHandle.get());
+    if (error != UNZ_OK) {
+        unzCloseCurrentFile(mHandle.get());
+        return OpenResult::Damaged;
+    }
+    mRest = mEntry.size;
+    mIsDamaged = false;
+    if (!mEntry.isEncrypted() || fitsPassword(password))
+        return OpenResult::Done;
+    unzCloseCurrentFile(mHandle.get());
+    return OpenResult::WrongPassword;
+}
+
+// The library believes any password. The last byte before the content tells a wrong one in all but a few of
+// 256 cases; the checksum tells the others.
+bool ZipReader::fitsPassword(const QByteArray& password)
+{
+    char header[ZipCrypto::cHeaderSize];
+    const qint64 content = static_cast<qint64>(unzGetCurrentFileZStreamPos64(mHandle.get()));
+    const int size = mInput->readAt(content - ZipCrypto::cHeaderSize, header, ZipCrypto::cHeaderSize);
+    if (size != ZipCrypto::cHeaderSize)
+        return false;
+    const uint8_t check = ZipCrypto::decryptCheckByte(header, password);
+    return check == mEntry.crc >> 24 || check == (mEntry.dosTime >> 8 & 0xff);
+}
+
+int ZipReader::readEntry(char* bytes, int size)
+{
+    const int count = unzReadCurrentFile(mHandle.get(), bytes, static_cast<unsigned>(size));
+    if (count < 0 || count > mRest || (count == 0 && mRest > 0)) {
+        mIsDamaged = true;
+        return -1;
+    }
+    mRest -= count;
+    return count;
+}
+
+bool ZipReader::closeEntry()
+{
+    return unzCloseCurrentFile(mHandle.get()) == UNZ_OK && mRest == 0 && !mIsDamaged;
+}
+}  // namespace Morvane

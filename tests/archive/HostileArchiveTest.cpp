@@ -1,0 +1,223 @@
+#include "archive/ZipHelper.h"
+
+#include "ZipSamples.h"
+#include "archive/ZipArchive.h"
+#include "tests/support/Sandbox.h"
+
+#include <QBuffer>
+#include <QDir>
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+using namespace Morvane;
+
+namespace
+{
+constexpr uint32_t cUnixLink = 0120777u << 16;
+constexpr int cMadeByUnix = 3 << 8 | 20;
+
+class HostileArchiveTest : public testing::Test
+{
+protected:
+    QString GetArchive() const { return mSandbox.GetPath(QStringLiteral("archive.zip")); }
+    QString GetTarget() const { return mSandbox.GetPath(QStringLiteral("target")); }
+
+    bool Extract(const QVector<RawEntry>& entries, const ZipLimits& limits = {},
+                 ZipOnError onError = ZipOnError::GoOn)
+    {
+        WriteFile(GetArchive(), BuildArchive(entries));
+        ZipRun run;
+        run.log = &mLog;
+        run.limits = limits;
+        return ZipHelper::extractFiles(GetArchive(), GetTarget(), ZipPaths::Keep, QString(), onError, 0, run);
+    }
+
+    // Everything in the sandbox but the archive.
+    QStringList GetAllNames() const
+    {
+        QStringList names = ReadTree(mSandbox.GetPath()).keys();
+        names.removeOne(QStringLiteral("archive.zip"));
+        return names;
+    }
+
+    Sandbox mSandbox;
+    LogKeeper mLog;
+};
+
+const QStringList cOnlyGood = {QStringLiteral("target/"), QStringLiteral("target/good.txt")};
+}  // namespace
+
+TEST_F(HostileArchiveTest, UnsafeNamesAreRefusedByNameAndTheRestGoesOn)
+{
+    const QByteArray names[] = {"../evil.txt",
+                                "a/../../evil.txt",
+                                "a/../evil.txt",
+                                "..",
+                                "..\\evil.txt",
+                                "a\\..\\..\\evil.txt",
+                                "/evil.txt",
+                                "\\evil.txt",
+                                "C:/evil.txt",
+                                "C:\\evil.txt",
+                                "c:evil.txt",
+                                "//server/share/evil.txt",
+                                "\\\\server\\share\\evil.txt",
+                                "\\\\?\\C:\\evil.txt",
+                                "\\\\.\\evil",
+                                QByteArray("evil\0.txt", 9),
+                                "NUL",
+                                "con.txt",
+                                "a/Aux.tar.gz",
+                                "com1",
+                                "LPT9.x",
+                                "COM\xC2\xB9",
+                                "nul .txt",
+                                "NUL:stream",
+                                "CONIN$",
+                                ""};
+    for (const QByteArray& name : names) {
+        mLog.mErrors.clear();
+        EXPECT_FALSE(Extract({{name, "evil"}, {"good.txt", "good"}})) << name.constData();
+        EXPECT_EQ(cOnlyGood, GetAllNames()) << name.constData();
+        const QString shown = QString::fromUtf8(name).replace(QLatin1Char('\\'), QLatin1Char('/'));
+        ASSERT_EQ(1, mLog.mErrors.size()) << name.constData();
+        EXPECT_TRUE(mLog.mErrors.first().contains(QLatin1String("Can't extract ") + shown))
+            << name.constData();
+    }
+}
+
+TEST_F(HostileArchiveTest, TheCallerMayStopAtTheFirstRefusal)
+{
+    EXPECT_FALSE(
+        Extract({{"first.txt", "1"}, {"../evil.txt", "2"}, {"last.txt", "3"}}, {}, ZipOnError::Stop));
+    EXPECT_EQ((QStringList{QStringLiteral("target/"), QStringLiteral("target/first.txt")}), GetAllNames());
+}
+
+TEST_F(HostileArchiveTest, HarmlessNamesAreTaken)
+{
+    EXPECT_TRUE(Extract({{"./a//b.txt", "1"}, {"nullable", "2"}, {"com", "3"}, {"a..b/..c", "4"}}));
+    const QStringList names = {QStringLiteral("a..b/"), QStringLiteral("a..b/..c"),
+                               QStringLiteral("a/"),    QStringLiteral("a/b.txt"),
+                               QStringLiteral("com"),   QStringLiteral("nullable")};
+    EXPECT_EQ(names, ReadTree(GetTarget()).keys());
+}
+
+TEST_F(HostileArchiveTest, LinksAreNeitherMadeNorFollowed)
+{
+    QDir().mkpath(mSandbox.GetPath(QStringLiteral("outside")));
+    const RawEntry link = {"link", "../outside", 0, 0, cMadeByUnix, cUnixLink};
+    EXPECT_FALSE(Extract({link, {"link/evil.txt", "evil"}}));
+    EXPECT_TRUE(ReadTree(mSandbox.GetPath(QStringLiteral("outside"))).isEmpty());
+    EXPECT_TRUE(mLog.mErrors.first().contains(QLatin1String("link from"))) << "named";
+    if (!QFile::link(mSandbox.GetPath(QStringLiteral("outside")), GetTarget() + QStringLiteral("/old")) ||
+        !QFileInfo(GetTarget() + QStringLiteral("/old")).isSymLink())
+        return;  // a system on which a test can't make links
+    // One that was there before, to a folder and to a file.
+    WriteFile(mSandbox.GetPath(QStringLiteral("victim.txt")), "victim");
+    ASSERT_TRUE(
+        QFile::link(mSandbox.GetPath(QStringLiteral("victim.txt")), GetTarget() + QStringLiteral("/file")));
+    EXPECT_FALSE(Extract({{"old/evil.txt", "evil"}, {"file", "new"}}));
+    EXPECT_TRUE(ReadTree(mSandbox.GetPath(QStringLiteral("outside"))).isEmpty());
+    EXPECT_EQ("victim", ReadFile(mSandbox.GetPath(QStringLiteral("victim.txt"))));
+    EXPECT_EQ("new", ReadFile(GetTarget() + QStringLiteral("/file"))) << "the link itself is replaced";
+}
+
+TEST_F(HostileArchiveTest, OneNameIsTakenOnce)
+{
+    EXPECT_FALSE(Extract({{"a", "file"},
+                          {"a/b", "below a file"},
+                          {"c/", ""},
+                          {"c", "a folder's name"},
+                          {"same.txt", "first"},
+                          {"./same.txt", "second"}}));
+    EXPECT_EQ((QMap<QString, QByteArray>{{QStringLiteral("a"), "file"},
+                                         {QStringLiteral("c/"), ""},
+                                         {QStringLiteral("same.txt"), "first"}}),
+              ReadTree(GetTarget()));
+    EXPECT_TRUE(mLog.mErrors.last().contains(QLatin1String("./same.txt"))) << "named";
+}
+
+TEST_F(HostileArchiveTest, NamesThatTheFileSystemTakesForTheSameAreToldApart)
+{
+    const bool isGood = Extract({{"Name.txt", "first"}, {"nAME.txt", "second"}});
+    const QMap<QString, QByteArray> tree = ReadTree(GetTarget());
+    EXPECT_EQ("first", tree.value(QStringLiteral("Name.txt")));
+    EXPECT_EQ(isGood, tree.size() == 2);
+    EXPECT_EQ(isGood, mLog.mErrors.isEmpty());
+}
+
+TEST_F(HostileArchiveTest, BeyondTheLimitsTheDiskStaysAsItWas)
+{
+    const RawEntry bomb = MakeDeflated("d/bomb", QByteArray(5000000, '\0'));
+    RawEntry liar = bomb;
+    liar.declaredSize = 100;
+    ZipLimits limits;
+    const QVector<RawEntry> entries = {{"good.txt", "good"}, bomb};
+    limits.entryBytes = 4999999;
+    EXPECT_FALSE(Extract(entries, limits));
+    limits = {};
+    limits.totalBytes = 5000003;
+    EXPECT_FALSE(Extract(entries, limits));
+    limits = {};
+    limits.entryCount = 1;
+    EXPECT_FALSE(Extract(entries, limits));
+    EXPECT_EQ(QStringList(), GetAllNames());
+    for (const QString& line : mLog.mErrors)
+        EXPECT_TRUE(line.contains(QLatin1String("d/bomb"))) << line.toStdString();
+
+    limits = {};
+    limits.entryBytes = 1000;
+    EXPECT_FALSE(Extract({liar}, limits)) << "declares less than it has";
+    EXPECT_EQ((QStringList{QStringLiteral("target/"), QStringLiteral("target/d/")}), GetAllNames());
+}
+
+TEST_F(HostileArchiveTest, ExtractionEntryByEntryKeepsToTheLimits)
+{
+    WriteFile(GetArchive(), BuildArchive({{"a", "12345"}, {"deep/b", "12345"}, {"c", "1"}}));
+    ZipArchive archive(GetArchive());
+    ZipLimits limits;
+    limits.totalBytes = 9;
+    archive.SetLimits(limits);
+    archive.SetMemoryLimit(4);
+    QStringList failed;
+    for (archive.StartIterate(); !archive.AtEnd(); archive.Next()) {
+        if (!archive.ExtractCurrentFile(GetTarget(), QString(), 0))
+            failed.append(archive.GetCurrentFileName());
+    }
+    EXPECT_EQ(QStringList(QStringLiteral("deep/b")), failed);
+    EXPECT_EQ((QStringList{QStringLiteral("a"), QStringLiteral("c")}), ReadTree(GetTarget()).keys());
+    EXPECT_TRUE(archive.ExtractToMemory(QStringLiteral("a"), QString()).isNull());
+    EXPECT_TRUE(archive.GetLastError().contains(QLatin1String("limit")));
+    EXPECT_EQ("1", archive.ExtractToMemory(QStringLiteral("c"), QString()));
+}
+
+// Whatever is done to the bytes: no crash, nothing outside the target, and every file that is there is whole.
+TEST_F(HostileArchiveTest, DamageNeverLeavesAPartialFile)
+{
+    const QByteArray text = QByteArray(3000, 'a') + QByteArray(3000, 'b');
+    const QByteArray whole = BuildArchive({{"one.txt", text}, MakeDeflated("d/two.txt", text)});
+    std::mt19937 random(7);
+    for (int round = 0; round < 400; ++round) {
+        QByteArray bytes = whole;
+        const int position = static_cast<int>(random() % static_cast<unsigned>(whole.size()));
+        if (round % 4 == 0)
+            bytes.truncate(position);
+        else if (round % 4 == 1)
+            bytes = whole.mid(position) + whole.left(position);
+        else
+            bytes[round % 4 == 2 ? position : whole.size() - 1 - position % 150] =
+                static_cast<char>(random());
+        QDir(GetTarget()).removeRecursively();
+        auto device = std::make_unique<QBuffer>();
+        device->setData(bytes);
+        ZipArchive archive(std::move(device), QStringLiteral("damaged.zip"));
+        for (archive.StartIterate(); !archive.AtEnd(); archive.Next())
+            archive.ExtractCurrentFile(GetTarget(), QString(), 0);
+        for (const QByteArray& content : ReadTree(GetTarget()))
+            ASSERT_TRUE(content.isEmpty() || content == text) << round;
+        for (const QString& name : GetAllNames())
+            ASSERT_TRUE(name.startsWith(QLatin1String("target/"))) << round;
+    }
+}

@@ -1,0 +1,105 @@
+#include "archive/ZipArchive.h"
+#include "archive/ZipArchiver.h"
+#include "archive/ZipReader.h"
+
+#include "ZipSamples.h"
+#include "tests/support/Sandbox.h"
+
+#include <QProcess>
+#include <QSysInfo>
+
+#include <gtest/gtest.h>
+
+using namespace Morvane;
+
+namespace
+{
+// What 7z says of an archive. Where it does not run, nothing.
+QByteArray AskSevenZip(const QStringList& arguments)
+{
+    if (QSysInfo::productType() == QLatin1String("windows"))
+        return {};
+    QProcess process;
+    process.start(QStringLiteral("7z"), arguments);
+    EXPECT_TRUE(process.waitForFinished(200000)) << process.errorString().toStdString();
+    EXPECT_EQ(0, process.exitCode());
+    return process.readAll();
+}
+
+// The content of the current entry is mostly zeros; gives where the first other byte stands, and checks that
+// all of it comes and fits the checksum.
+qint64 FindMark(ZipReader& reader)
+{
+    EXPECT_EQ(ZipReader::OpenResult::Done, reader.openEntry(QByteArray()));
+    QByteArray chunk(1 << 20, '\0');
+    const QByteArray zeros = chunk;
+    qint64 position = 0;
+    qint64 mark = -1;
+    int count = 0;
+    while ((count = reader.readEntry(chunk.data(), chunk.size())) > 0) {
+        for (int index = 0; mark < 0 && chunk != zeros && index < count; ++index) {
+            if (chunk.at(index) != 0)
+                mark = position + index;
+        }
+        position += count;
+    }
+    EXPECT_TRUE(reader.closeEntry());
+    EXPECT_EQ(position, reader.getEntry().size);
+    return mark;
+}
+}  // namespace
+
+// Packed well, so that the disk does not have to take it all.
+TEST(LargeArchiveTest, AnEntryOver4GiB)
+{
+    constexpr qint64 cMark = (qint64(4) << 30) + 12345;
+    const Sandbox sandbox;
+    const QString large = sandbox.GetPath(QStringLiteral("large"));
+    const QString small = sandbox.GetPath(QStringLiteral("small"));
+    const QString path = sandbox.GetPath(QStringLiteral("archive.zip"));
+    QFile sparse(large);
+    ASSERT_TRUE(sparse.open(QIODevice::WriteOnly) && sparse.seek(cMark) && sparse.write("mark") == 4);
+    sparse.close();
+    WriteFile(small, "small");
+    const QStringList names = {QStringLiteral("gro\u00DF \u65E5"), QStringLiteral("klein \u65E5")};
+    ZipArchiver archiver(path);
+    ASSERT_TRUE(archiver.StartWriting(ZipStart::Create, QString(), 0));
+    ASSERT_TRUE(archiver.AddFile(large, names[0], 1, ZipNames::NameField, QString()));
+    ASSERT_TRUE(archiver.AddFile(small, names[1], 0, ZipNames::NameField, QString()));
+    ASSERT_TRUE(archiver.FinishWriting());
+    sparse.remove();
+
+    ZipArchive archive(path);
+    EXPECT_EQ(names, archive.GetFileList());
+    EXPECT_EQ("small", archive.ExtractToMemory(names[1], QString()));
+    ZipReader reader(path);
+    ASSERT_TRUE(reader.open() && reader.goToFirst());
+    EXPECT_EQ(cMark, FindMark(reader));
+    AskSevenZip({QStringLiteral("t"), path});
+}
+
+TEST(LargeArchiveTest, Over65535Entries)
+{
+    constexpr int cCount = 65600;
+    const Sandbox sandbox;
+    const QString path = sandbox.GetPath(QStringLiteral("archive.zip"));
+    const QString source = sandbox.GetPath(QStringLiteral("source"));
+    WriteFile(source, "content");
+    ZipArchiver archiver(path);
+    ASSERT_TRUE(archiver.StartWriting(ZipStart::Create, QString(), 0));
+    for (int number = 0; number < cCount; ++number)
+        ASSERT_TRUE(archiver.AddFile(source, QString::number(number), 0, ZipNames::Plain, QString()));
+    ASSERT_TRUE(archiver.FinishWriting());
+
+    ZipArchive archive(path);
+    ASSERT_EQ(cCount, archive.StartIterate());
+    int number = 0;
+    for (; !archive.AtEnd(); archive.Next()) {
+        ASSERT_EQ(QString::number(number++), archive.GetCurrentFileName());
+        ASSERT_EQ("content", archive.ExtractCurrentToMemory(QString()));
+    }
+    EXPECT_EQ(cCount, number);
+    EXPECT_FALSE(archive.HasFailed());
+    const QByteArray report = AskSevenZip({QStringLiteral("t"), path});
+    EXPECT_TRUE(report.isEmpty() || report.contains("Files: 65600")) << report.constData();
+}

@@ -1,0 +1,40 @@
+#include "archive/UnzipThread.h"
+
+#include "ZipSamples.h"
+#include "tests/support/Sandbox.h"
+
+#include <QDir>
+#include <QEventLoop>
+
+#include <gtest/gtest.h>
+
+using namespace Morvane;
+
+// The way of a program with a window: signals are queued to the thread of the interface, and the handler
+// answers there.
+TEST(UnzipSignalTest, TheHandlerAnswersOnTheThreadOfTheInterface)
+{
+    Sandbox sandbox;
+    const QString target = sandbox.GetPath(QStringLiteral("target"));
+    WriteFile(sandbox.GetPath(QStringLiteral("archive.zip")), BuildArchive({{"blocked", "1"}, {"b", "2"}}));
+    QDir().mkpath(target + QStringLiteral("/blocked"));
+    UnzipThread thread(sandbox.GetPath(QStringLiteral("archive.zip")), target, 0);
+    QThread* const interfaceThread = QThread::currentThread();
+    int questions = 0;
+    thread.setErrorHandler([&](const QString& text) {
+        EXPECT_EQ(interfaceThread, QThread::currentThread());
+        EXPECT_EQ(QStringLiteral("Can't write in %1/blocked.").arg(target), text);
+        return ++questions == 1 ? ActionOnError::Retry : ActionOnError::Skip;
+    });
+    QStringList names;
+    QEventLoop loop;
+    QObject::connect(&thread, &UnzipThread::Progress, &loop,
+                     [&](int, const QString& name) { names.append(name); });
+    QObject::connect(&thread, &QThread::finished, &loop, &QEventLoop::quit);
+    thread.start();
+    loop.exec();
+    EXPECT_EQ(2, questions);
+    EXPECT_EQ((QStringList{QStringLiteral("blocked"), QStringLiteral("blocked"), QStringLiteral("b")}),
+              names);
+    EXPECT_EQ(QStringList(QStringLiteral("b")), thread.getExtractedFiles());
+}

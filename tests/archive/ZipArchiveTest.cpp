@@ -1,0 +1,291 @@
+#include "archive/ZipArchive.h"
+
+#include "ZipSamples.h"
+#include "archive/ZipHelper.h"
+#include "archive/ZipSourceAttributes.h"
+#include "tests/support/Sandbox.h"
+
+#include <QDateTime>
+#include <QDir>
+
+#include <gtest/gtest.h>
+
+using namespace Morvane;
+
+namespace
+{
+constexpr int cMadeByUnix = 3 << 8 | 20;
+const QStringList cABC = {QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")};
+
+class ZipArchiveTest : public testing::Test
+{
+protected:
+    QString GetArchive() const { return mSandbox.GetPath(QStringLiteral("archive.zip")); }
+    QString GetTarget() const { return mSandbox.GetPath(QStringLiteral("target")); }
+    QString GetTarget(const char* name) const
+    {
+        return GetTarget() + QLatin1Char('/') + QString::fromUtf8(name);
+    }
+
+    void Build(const QVector<RawEntry>& entries) const { WriteFile(GetArchive(), BuildArchive(entries)); }
+
+    // Writes an archive of one encrypted file.
+    void Encrypt(const QByteArray& content) const
+    {
+        WriteFile(mSandbox.GetPath(QStringLiteral("secret.txt")), content);
+        ASSERT_TRUE(ZipHelper::compressItem(mSandbox.GetPath(QStringLiteral("secret.txt")), GetArchive(),
+                                            ZipStart::Create, QStringLiteral("p\u00E4ss"), 6, QString(),
+                                            ZipNames::NameField));
+    }
+
+    Sandbox mSandbox;
+};
+}  // namespace
+
+TEST_F(ZipArchiveTest, IterationStandsOnEachEntryOnce)
+{
+    Build({{"a", "1"}, {"b", "2"}, {"c", "3"}});
+    ZipArchive archive(GetArchive());
+    EXPECT_EQ(QStringLiteral("No last error, the user should not get this message."), archive.GetLastError());
+    EXPECT_EQ(3, archive.StartIterate());
+    EXPECT_TRUE(archive.Next());
+    EXPECT_EQ(cABC, archive.GetFileList());
+    EXPECT_EQ(1, archive.GetCurrentIndex());
+    EXPECT_EQ("2", archive.ExtractCurrentToMemory(QString())) << "listing leaves the place";
+    EXPECT_TRUE(archive.Next());
+    EXPECT_FALSE(archive.Next());
+    EXPECT_TRUE(archive.AtEnd());
+    EXPECT_FALSE(archive.Next());
+    EXPECT_FALSE(archive.HasFailed());
+    EXPECT_FALSE(archive.ExtractCurrentFile(GetTarget(), QString(), 0));
+    EXPECT_EQ(3, archive.StartIterate());
+    archive.SetAtEnd();
+    EXPECT_TRUE(archive.AtEnd());
+}
+
+TEST_F(ZipArchiveTest, AnEmptyArchiveIsNoError)
+{
+    Build({});
+    ZipArchive archive(GetArchive());
+    EXPECT_EQ(0, archive.StartIterate());
+    EXPECT_TRUE(archive.AtEnd());
+    EXPECT_FALSE(archive.HasFailed());
+    for (const QByteArray& bytes : {QByteArray(), QByteArray("PK\5\6"), QByteArray(5000, 'x')}) {
+        WriteFile(GetArchive(), bytes);
+        ZipArchive none(GetArchive());
+        EXPECT_EQ(0, none.StartIterate());
+        EXPECT_TRUE(none.AtEnd() && none.HasFailed());
+        EXPECT_EQ(QLatin1String("Can't open zip archive: ") + GetArchive(), none.GetLastError());
+    }
+}
+
+TEST_F(ZipArchiveTest, ADirectoryThatEndsEarlyEndsTheIterationWithAnError)
+{
+    QByteArray bytes = BuildArchive({{"a", "1"}, {"b", "2"}});
+    bytes[bytes.size() - 22 + 8] = 3;  // entries on this disk, and in all
+    bytes[bytes.size() - 22 + 10] = 3;
+    WriteFile(GetArchive(), bytes);
+    ZipArchive archive(GetArchive());
+    EXPECT_EQ(3, archive.StartIterate());
+    EXPECT_TRUE(archive.Next());
+    EXPECT_FALSE(archive.Next());
+    EXPECT_TRUE(archive.AtEnd() && archive.HasFailed());
+    EXPECT_EQ(2, archive.GetFileList().size());
+}
+
+TEST_F(ZipArchiveTest, EachFailureHasItsTextAndLeavesNoFile)
+{
+    RawEntry encrypted = {"e", "0123456789abcdef", 0, 1};
+    RawEntry wrongCrc = {"sum", "content", 0, 0, 20, 0, {}, 0, -1, 1};
+    RawEntry torn = MakeDeflated("torn", QByteArray(100000, 'x'));
+    torn.content[torn.content.size() / 2] = '\xff';
+    RawEntry shortened = MakeDeflated("short", "content");
+    shortened.declaredSize = 8;
+    const struct
+    {
+        RawEntry entry;
+        QString text;
+    } cases[] = {
+        {encrypted, QStringLiteral("Can't read file e from %1: it is encrypted and needs a password.")},
+        {{"m", "content", 99},
+         QStringLiteral("Can't read file m from %1: its compression or encryption is not supported.")},
+        {wrongCrc, QStringLiteral("Can't close current file sum.")},
+        {torn, QStringLiteral("Can't read from %1")},
+        {shortened, QStringLiteral("Can't read from %1")},
+    };
+    for (const auto& test : cases) {
+        Build({test.entry});
+        ZipArchive archive(GetArchive());
+        EXPECT_EQ(1, archive.StartIterate());
+        EXPECT_FALSE(archive.ExtractCurrentFile(GetTarget(), QString(), 0));
+        EXPECT_EQ(QString(test.text).replace(QLatin1String("%1"), GetArchive()), archive.GetLastError());
+        EXPECT_TRUE(ReadTree(GetTarget()).isEmpty());
+        EXPECT_TRUE(archive.ExtractCurrentToMemory(QString()).isNull());
+    }
+    QByteArray bytes = BuildArchive({{"a", "1"}});
+    bytes[0] = 'Q';
+    WriteFile(GetArchive(), bytes);
+    ZipArchive archive(GetArchive());
+    archive.StartIterate();
+    EXPECT_FALSE(archive.ExtractCurrentFile(GetTarget(), QString(), 0));
+    EXPECT_EQ(QStringLiteral("Can't read file a from %1. %1 is probably corrupt.").arg(GetArchive()),
+              archive.GetLastError());
+}
+
+TEST_F(ZipArchiveTest, WhatStandsInTheWayIsNamed)
+{
+    Build({{"a", "1"}, {"d/b", "2"}, {"d/", ""}});
+    ASSERT_TRUE(QDir().mkpath(GetTarget("a")));
+    WriteFile(GetTarget("d"), "a file");
+    ZipArchive archive(GetArchive());
+    const QString texts[] = {QStringLiteral("Can't write in %1.").arg(GetTarget("a")),
+                             QStringLiteral("Can't create folder %1.").arg(GetTarget("d")),
+                             QStringLiteral("Can't create folder %1.").arg(GetTarget("d"))};
+    archive.StartIterate();
+    for (const QString& text : texts) {
+        EXPECT_FALSE(archive.ExtractCurrentFile(GetTarget(), QString(), 0));
+        EXPECT_EQ(text, archive.GetLastError());
+        archive.Next();
+    }
+}
+
+TEST_F(ZipArchiveTest, AnOldFileIsReplacedByAWholeOneOnly)
+{
+    Build({{"a", "new", 0, 0, 20, 0, {}, 0, -1, 1}});
+    WriteFile(GetTarget("a"), "old");
+    ZipArchive damaged(GetArchive());
+    damaged.StartIterate();
+    EXPECT_FALSE(damaged.ExtractCurrentFile(GetTarget(), QString(), 0));
+    EXPECT_EQ((QMap<QString, QByteArray>{{QStringLiteral("a"), "old"}}), ReadTree(GetTarget()));
+
+    Build({{"a", "new"}});
+    QFile::setPermissions(GetTarget("a"), QFile::ReadOwner);
+    ZipArchive archive(GetArchive());
+    archive.StartIterate();
+    EXPECT_FALSE(archive.ExtractCurrentFile(GetTarget(), QString(), 0));
+    EXPECT_EQ(QStringLiteral("Can't write in %1.").arg(GetTarget("a")), archive.GetLastError());
+    QFile::setPermissions(GetTarget("a"), QFile::ReadOwner | QFile::WriteOwner);
+    EXPECT_TRUE(archive.ExtractCurrentFile(GetTarget(), QString(), 0));
+    EXPECT_TRUE(archive.ExtractCurrentFile(GetTarget(), QString(), 0)) << "the same entry again";
+    EXPECT_EQ((QMap<QString, QByteArray>{{QStringLiteral("a"), "new"}}), ReadTree(GetTarget()));
+}
+
+TEST_F(ZipArchiveTest, PasswordsAreCheckedBeforeAnythingIsWritten)
+{
+    for (const QByteArray& content : {QByteArray("content"), QByteArray()}) {
+        Encrypt(content);
+        ZipArchive archive(GetArchive());
+        EXPECT_EQ(content,
+                  archive.ExtractToMemory(QStringLiteral("secret\\.txt"), QStringLiteral("p\u00E4ss")));
+        EXPECT_FALSE(archive.ExtractCurrentFile(GetTarget(), QStringLiteral("other"), 0));
+        EXPECT_EQ(
+            QStringLiteral("Can't read file secret.txt from %1: the password is wrong.").arg(GetArchive()),
+            archive.GetLastError());
+        EXPECT_TRUE(ReadTree(GetTarget()).isEmpty());
+    }
+    Build({{"plain", "not encrypted"}});
+    EXPECT_EQ("not encrypted",
+              ZipArchive(GetArchive()).ExtractToMemory(QStringLiteral("plain"), QStringLiteral("any")));
+}
+
+TEST_F(ZipArchiveTest, MemoryExtractionTakesTheFirstFileWhoseWholeNameMatches)
+{
+    Build({{"PrinterFiles/", ""},
+           {"xPrinterFiles/a", "0"},
+           {"PrinterFiles/a", "1"},
+           {"PrinterFiles/b", "2"},
+           {"empty", ""}});
+    ZipArchive archive(GetArchive());
+    EXPECT_EQ("1", archive.ExtractToMemory(QStringLiteral("PrinterFiles/.*"), QString()));
+    EXPECT_EQ(2, archive.GetCurrentIndex());
+    EXPECT_EQ("2", archive.ExtractToMemory(QStringLiteral("x|PrinterFiles/b|y"), QString()));
+    EXPECT_TRUE(archive.ExtractToMemory(QStringLiteral("rinterFiles"), QString()).isNull());
+    EXPECT_TRUE(archive.ExtractToMemory(QStringLiteral("(["), QString()).isNull());
+    const QByteArray empty = archive.ExtractToMemory(QStringLiteral("empty"), QString());
+    EXPECT_TRUE(empty.isEmpty() && !empty.isNull());
+}
+
+TEST_F(ZipArchiveTest, FoldersAreKnownByNameOrByAttribute)
+{
+    Build({{"one\\", ""}, {"two/", ""}, {"three", "", 0, 0, 20, 0x10}, {"deep\\er\\file", "1"}});
+    EXPECT_TRUE(
+        ZipHelper::extractFiles(GetArchive(), GetTarget(), ZipPaths::Keep, QString(), ZipOnError::Stop, 0));
+    const QStringList names = {QStringLiteral("deep/"),        QStringLiteral("deep/er/"),
+                               QStringLiteral("deep/er/file"), QStringLiteral("one/"),
+                               QStringLiteral("three/"),       QStringLiteral("two/")};
+    EXPECT_EQ(names, ReadTree(GetTarget()).keys());
+}
+
+TEST_F(ZipArchiveTest, WithoutPathsEveryFileGoesIntoTheDestination)
+{
+    Build({{"a/", ""}, {"a/x", "1"}, {"b/y", "2"}, {"c/x", "3"}, {"d/z", "4"}});
+    EXPECT_FALSE(
+        ZipHelper::extractFiles(GetArchive(), GetTarget(), ZipPaths::Drop, QString(), ZipOnError::GoOn, 0))
+        << "two files of one name";
+    EXPECT_EQ((QMap<QString, QByteArray>{
+                  {QStringLiteral("x"), "1"}, {QStringLiteral("y"), "2"}, {QStringLiteral("z"), "4"}}),
+              ReadTree(GetTarget()));
+}
+
+TEST_F(ZipArchiveTest, OnlyListedEntriesAreExtractedAndAMissingOneIsToldFirst)
+{
+    Build({{"a", "1"}, {"b", "2"}, {"c", "3"}});
+    LogKeeper log;
+    ZipRun run;
+    run.log = &log;
+    EXPECT_FALSE(ZipHelper::extractFiles(GetArchive(), {QStringLiteral("a"), QStringLiteral("none")},
+                                         GetTarget(), ZipPaths::Keep, QString(), 0, run));
+    EXPECT_EQ(QStringLiteral("ZipHelper::doExtract: Can't find none in %1.").arg(GetArchive()),
+              log.mErrors.value(0));
+    EXPECT_FALSE(QDir(GetTarget()).exists());
+    EXPECT_TRUE(ZipHelper::extractFiles(GetArchive(), {QStringLiteral("c"), QStringLiteral("a")}, GetTarget(),
+                                        ZipPaths::Keep, QString(), 0, run));
+    EXPECT_EQ((QStringList{QStringLiteral("a"), QStringLiteral("c")}), ReadTree(GetTarget()).keys());
+}
+
+TEST_F(ZipArchiveTest, DatesComeFromTheEntriesAndRightsAreAdded)
+{
+    const QDateTime moment(QDate(2007, 8, 9), QTime(10, 11, 12));
+    RawEntry script = {"script", "#!", 0, 0, cMadeByUnix, 0104777u << 16};
+    script.dosTime = makeDosTime(moment);
+    Build({script, {"dateless", "1", 0, 0, 20, 0x01, {}, 0}});
+    EXPECT_TRUE(
+        ZipHelper::extractFiles(GetArchive(), GetTarget(), ZipPaths::Keep, QString(), ZipOnError::Stop, 0));
+    EXPECT_EQ(moment, QFileInfo(GetTarget("script")).lastModified());
+    EXPECT_TRUE(QFileInfo(GetTarget("dateless")).isWritable());
+    EXPECT_GT(60, QFileInfo(GetTarget("dateless")).lastModified().secsTo(QDateTime::currentDateTime()));
+    if (getMadeBy() == 0)
+        return;  // a system without such rights
+    const int rights = QFile::permissions(GetTarget("script"));
+    EXPECT_TRUE((rights & QFile::ExeOther) != 0);
+    EXPECT_EQ(0, rights & (QFile::WriteGroup | QFile::WriteOther))
+        << "an archive does not open files to others";
+    EXPECT_TRUE(ZipHelper::extractFiles(GetArchive(), GetTarget(), ZipPaths::Keep, QString(),
+                                        ZipOnError::Stop, 0020));
+    EXPECT_TRUE((QFile::permissions(GetTarget("dateless")) & QFile::WriteGroup) != 0);
+}
+
+TEST_F(ZipArchiveTest, DosTimesKeepTheMomentToTwoSeconds)
+{
+    const QDateTime first(QDate(1980, 1, 1), QTime(0, 0));
+    const QDateTime last(QDate(2107, 12, 31), QTime(23, 59, 58));
+    const QDateTime cases[][2] = {
+        {QDateTime(QDate(2024, 2, 29), QTime(23, 59, 59)), QDateTime(QDate(2024, 2, 29), QTime(23, 59, 58))},
+        {QDateTime(QDate(1970, 1, 1), QTime(0, 0)), first},
+        {QDateTime(QDate(2200, 1, 1), QTime(0, 0)), last}};
+    ZipEntry entry;
+    for (const auto& moments : cases) {
+        entry.dosTime = makeDosTime(moments[0]);
+        EXPECT_EQ(moments[1], entry.getModified());
+    }
+}
+
+TEST_F(ZipArchiveTest, ARunCanBeGivenUp)
+{
+    Build({{"a", QByteArray(100000, 'a')}, {"b", QByteArray(100000, 'b')}});
+    ZipRun run;
+    run.progress = [](qint64 done, qint64 total) { return total == 200000 && done < 150000; };
+    EXPECT_FALSE(ZipHelper::extractFiles(GetArchive(), GetTarget(), ZipPaths::Keep, QString(),
+                                         ZipOnError::GoOn, 0, run));
+    EXPECT_EQ(QStringList(QStringLiteral("a")), ReadTree(GetTarget()).keys());
+}

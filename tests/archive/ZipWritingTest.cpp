@@ -1,0 +1,213 @@
+#include "archive/ZipHelper.h"
+
+#include "ZipSamples.h"
+#include "tests/support/Sandbox.h"
+
+#include <QDateTime>
+#include <QDir>
+
+#include <gtest/gtest.h>
+
+using namespace Morvane;
+
+namespace
+{
+const QString cLongName = QString(120, QLatin1Char('n'));
+
+class ZipWritingTest : public testing::Test
+{
+protected:
+    ZipWritingTest()
+    {
+        mTree = {{QStringLiteral("empty"), ""},
+                 {QStringLiteral("read-only.txt"), "1"},
+                 {QStringLiteral("hollow/"), ""},
+                 {QStringLiteral("folder/"), ""},
+                 {QStringLiteral("folder/.hidden"), QByteArray(70000, 'h')},
+                 {QStringLiteral("folder/\u65E5\u672C \u0141\u00F3d\u017A.txt"), "outside the code page"},
+                 {QStringLiteral("folder/\u00FCber.txt"), "inside"}};
+        // Far beyond the 260 characters that old calls of Windows take.
+        QString path;
+        for (int depth = 0; depth < 4; ++depth)
+            mTree[path += cLongName + QLatin1Char('/')] = QByteArray();
+        mTree[path + QStringLiteral("deep.txt")] = "deep";
+        WriteTree(GetSource(), mTree);
+        QFile::setPermissions(GetSource() + QStringLiteral("/read-only.txt"), QFile::ReadOwner);
+    }
+
+    ~ZipWritingTest() override
+    {
+        QFile::setPermissions(GetSource() + QStringLiteral("/read-only.txt"),
+                              QFile::ReadOwner | QFile::WriteOwner);
+    }
+
+    QString GetSource() const { return mSandbox.GetPath(QStringLiteral("source")); }
+    QString GetArchive() const { return mSandbox.GetPath(QStringLiteral("archive.zip")); }
+    QString GetTarget() const { return mSandbox.GetPath(QStringLiteral("target")); }
+    QStringList GetTopNames() const
+    {
+        return QDir(mSandbox.GetPath()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    }
+
+    QStringList GetNames() const
+    {
+        QVector<ZipEntry> entries;
+        EXPECT_TRUE(ZipHelper::getEntryList(GetArchive(), entries));
+        QStringList names;
+        for (const ZipEntry& entry : entries)
+            names.append(entry.name);
+        return names;
+    }
+
+    bool Compress(ZipStart start = ZipStart::Create) const
+    {
+        return ZipHelper::compressItem(GetSource() + QStringLiteral("/folder"), GetArchive(), start,
+                                       QString(), 6, QString(), ZipNames::NameField);
+    }
+
+    Sandbox mSandbox;
+    QMap<QString, QByteArray> mTree;
+};
+}  // namespace
+
+TEST_F(ZipWritingTest, WhatIsWrittenReadsBackEqual)
+{
+    for (const ZipNames names : {ZipNames::NameField, ZipNames::Plain}) {
+        for (const QString& password : {QString(), QStringLiteral("gehe\u00EFm")}) {
+            for (const int level : {0, 9}) {
+                ASSERT_TRUE(ZipHelper::compressFolderContents(GetSource(), GetArchive(), ZipStart::Create,
+                                                              password, level, names));
+                QDir(GetTarget()).removeRecursively();
+                ASSERT_TRUE(ZipHelper::extractFiles(GetArchive(), GetTarget(), ZipPaths::Keep, password,
+                                                    ZipOnError::Stop, 0));
+                EXPECT_EQ(mTree.keys(), ReadTree(GetTarget()).keys());
+                EXPECT_TRUE(mTree == ReadTree(GetTarget()));
+            }
+        }
+    }
+    const qint64 apart = QFileInfo(GetSource() + QStringLiteral("/empty"))
+                             .lastModified()
+                             .secsTo(QFileInfo(GetTarget() + QStringLiteral("/empty")).lastModified());
+    EXPECT_LE(std::abs(apart), 2);
+}
+
+TEST_F(ZipWritingTest, HeadersAreAsOtherReadersOfTheNameFieldExpect)
+{
+    const QString name = QStringLiteral("1\u65E5");
+    const QByteArray field(
+        "\xD3\xD7\0\0\0\x07\xEF\xBB\xBF"
+        "1\xE6\x97\xA5",
+        13);
+    WriteFile(mSandbox.GetPath(name), "content");
+    ZipArchiver archiver(GetArchive());
+    ASSERT_TRUE(archiver.StartWriting(ZipStart::Create, QString(), 6));
+    ASSERT_TRUE(archiver.AddFile(mSandbox.GetPath(name), name, 6, ZipNames::NameField, QString()));
+    ASSERT_TRUE(archiver.FinishWriting());
+    const QByteArray named = ReadFile(GetArchive());
+    EXPECT_EQ(0, named.indexOf(QByteArray("PK\3\4\x2d\0\0\0\x08\0", 10))) << "zip64, no flags, deflated";
+    EXPECT_EQ(30, named.indexOf("1_" + field + QByteArray("\1\0\x10\0", 4)))
+        << "with a zip64 record behind it";
+    EXPECT_NE(-1, named.indexOf("1_" + field + "PK\5\6")) << "and in the directory";
+
+    ASSERT_TRUE(archiver.StartWriting(ZipStart::Create, QString(), 6));
+    ASSERT_TRUE(archiver.AddFile(mSandbox.GetPath(name), name, 0, ZipNames::Plain, QString()));
+    ASSERT_TRUE(archiver.FinishWriting());
+    const QByteArray plain = ReadFile(GetArchive());
+    EXPECT_EQ(6, plain.indexOf(QByteArray("\0\x08\0\0", 4))) << "UTF-8 names, stored";
+    EXPECT_EQ(30, plain.indexOf("1\xE6\x97\xA5"
+                                "content"));
+}
+
+TEST_F(ZipWritingTest, NamesAreRelativeToTheBaseFolder)
+{
+    ASSERT_TRUE(Compress());
+    EXPECT_EQ(QStringLiteral("folder/"), GetNames().value(0));
+    EXPECT_TRUE(GetNames().contains(QStringLiteral("folder/.hidden")));
+    ASSERT_TRUE(ZipHelper::compressItem(GetSource() + QStringLiteral("/folder/.hidden"), GetArchive(),
+                                        ZipStart::Create, QString(), 6, mSandbox.GetPath(), ZipNames::Plain));
+    EXPECT_EQ(QStringList(QStringLiteral("source/folder/.hidden")), GetNames());
+    EXPECT_FALSE(ZipHelper::compressItem(GetSource(), GetArchive(), ZipStart::Create, QString(), 6,
+                                         GetSource() + QStringLiteral("/folder"), ZipNames::Plain))
+        << "outside the base folder";
+    EXPECT_EQ(QStringList(QStringLiteral("source/folder/.hidden")), GetNames()) << "the old one stays";
+}
+
+TEST_F(ZipWritingTest, AppendingKeepsWhatIsThere)
+{
+    ASSERT_TRUE(Compress(ZipStart::Append)) << "makes one that is not there";
+    const int count = GetNames().size();
+    ASSERT_TRUE(ZipHelper::compressItem(GetSource() + QStringLiteral("/empty"), GetArchive(),
+                                        ZipStart::Append, QStringLiteral("secret"), 6, QString(),
+                                        ZipNames::Plain));
+    EXPECT_EQ(count + 1, GetNames().size());
+    const QByteArray before = ReadFile(GetArchive());
+    EXPECT_FALSE(Compress(ZipStart::Append)) << "names that it has";
+    EXPECT_EQ(before, ReadFile(GetArchive()));
+    WriteFile(GetArchive(), "no archive");
+    EXPECT_FALSE(Compress(ZipStart::Append));
+    EXPECT_EQ("no archive", ReadFile(GetArchive()));
+}
+
+TEST_F(ZipWritingTest, AFailureLeavesWhatWasThereAndNothingElse)
+{
+    LogKeeper log;
+    ZipRun run;
+    run.log = &log;
+    const QString missing = mSandbox.GetPath(QStringLiteral("missing"));
+    const QStringList names = GetTopNames();
+    EXPECT_FALSE(ZipHelper::compressItem(missing, GetArchive(), ZipStart::Create, QString(), 6, QString(),
+                                         ZipNames::Plain, run));
+    EXPECT_FALSE(ZipHelper::compressFolderContents(missing, GetArchive(), ZipStart::Create, QString(), 6,
+                                                   ZipNames::Plain, run));
+    {
+        ZipArchiver archiver(GetArchive());
+        archiver.setLogInterface(&log);
+        EXPECT_TRUE(archiver.StartWriting(ZipStart::Create, QString(), 6));
+        EXPECT_FALSE(archiver.AddFile(missing, QStringLiteral("a"), 6, ZipNames::Plain, QString()));
+        for (const char* name : {"../a", "/a", "", ".", "a/../../b"})
+            EXPECT_FALSE(
+                archiver.AddFile(GetSource(), QString::fromLatin1(name), 6, ZipNames::Plain, QString()));
+        EXPECT_FALSE(archiver.AddFile(GetSource() + QStringLiteral("/empty"), QStringLiteral("b"), 6,
+                                      ZipNames::Plain, QStringLiteral("\u65E5")))
+            << "a password that other passwords would open";
+        EXPECT_TRUE(archiver.AddFile(GetSource() + QStringLiteral("/empty"), QStringLiteral("c"), 6,
+                                     ZipNames::Plain, QString()));
+    }  // never finished
+    EXPECT_EQ(names, GetTopNames());
+    ZipArchiver nowhere(missing + QStringLiteral("/archive.zip"));
+    nowhere.setLogInterface(&log);
+    EXPECT_FALSE(nowhere.StartWriting(ZipStart::Create, QString(), 6));
+    EXPECT_FALSE(nowhere.FinishWriting());
+    const QStringList errors = {
+        QLatin1String("ZipHelper::compressItem: Item doesn't exist: ") + missing,
+        QLatin1String("ZipHelper::compressFolderContents: Folder doesn't exist: ") + missing,
+        QLatin1String("ZipArchiver::AddFile: Error in opening file for reading: ") + missing};
+    EXPECT_EQ(errors, log.mErrors.mid(0, 3));
+    EXPECT_EQ(QStringLiteral("ZipArchiver::StartWriting: Error opening file: %1/archive.zip").arg(missing),
+              log.mErrors.value(log.mErrors.size() - 2));
+}
+
+TEST_F(ZipWritingTest, AnArchiveInsideItsFolderLeavesItselfOut)
+{
+    const QString inside = GetSource() + QStringLiteral("/self.zip");
+    for (int round = 0; round < 2; ++round) {
+        ASSERT_TRUE(ZipHelper::compressFolderContents(GetSource(), inside, ZipStart::Create, QString(), 6,
+                                                      ZipNames::Plain));
+        QVector<ZipEntry> entries;
+        EXPECT_TRUE(ZipHelper::getEntryList(inside, entries));
+        EXPECT_EQ(mTree.size(), entries.size());
+    }
+}
+
+TEST_F(ZipWritingTest, LinksToFoldersAreNotFollowedAndBrokenOnesAreErrors)
+{
+    const QString link = GetSource() + QStringLiteral("/folder/link");
+    if (!QFile::link(GetSource(), link) || !QFileInfo(link).isSymLink())
+        GTEST_SKIP() << "A system on which a test can't make links.";
+    EXPECT_TRUE(Compress());
+    EXPECT_FALSE(GetNames().contains(QStringLiteral("folder/link/")));
+    EXPECT_EQ(qint64(21 + 6), ZipHelper::getDirSize(GetSource() + QStringLiteral("/folder")));
+    QFile::remove(link);
+    ASSERT_TRUE(QFile::link(GetSource() + QStringLiteral("/gone"), link));
+    EXPECT_FALSE(Compress());
+}
