@@ -46,10 +46,9 @@ GPathName GetApplicationData(const GPathName& root)
     return root.IsEmpty() ? GSystemFolders::GetApplicationData() : root.GetChild(QStringLiteral("AppData"));
 }
 
-GPathName GetCommonApplicationData(const GPathName& root)
+GString GetPreferencesLeaf()
 {
-    return root.IsEmpty() ? GSystemFolders::GetCommonApplicationData()
-                          : root.GetChild(QStringLiteral("CommonAppData"));
+    return QStringLiteral("Morvane Prefs Folder");
 }
 
 // Whoever uses the folder finds out, with a reason of its own, when it could not be made.
@@ -67,6 +66,14 @@ GPathName GetTemporaryFolder(const GPathName& root)
 {
     return root.IsEmpty() ? GPathName(QDir::tempPath())
                           : MakeWhenMissing(root.GetChild(QStringLiteral("Temp")));
+}
+
+// All users' folder is the administrator's to make: made here, it would be for this user only.
+GPathName GetGlobalPreferences(const GPathName& root)
+{
+    if (root.IsEmpty())
+        return GSystemFolders::GetCommonApplicationData().GetChild(GetPreferencesLeaf());
+    return MakeWhenMissing(root.GetChild(QStringLiteral("CommonAppData")).GetChild(GetPreferencesLeaf()));
 }
 
 // Tries names until one can be made. `make` gives false when it failed, with the reason to be read.
@@ -92,16 +99,15 @@ GPathName GFileSystemBase::GetSpecialPath(int32_t number)
     const GPathName registered = GetRegisteredPath(number);
     if (!registered.IsEmpty())
         return registered;
-    const GString preferencesFolder = QStringLiteral("Morvane Prefs Folder");
     switch (number) {
         case GSpecialPath::cTemporary:
             return GetTemporaryFolder(GetRoot());
         case GSpecialPath::cHostSettingsParent:
             return GetApplicationData(GetRoot());
         case GSpecialPath::cGlobalPreferences:
-            return GetCommonApplicationData(GetRoot()).GetChild(preferencesFolder);
+            return GetGlobalPreferences(GetRoot());
         case GSpecialPath::cUserPreferences:
-            return MakeWhenMissing(GetApplicationData(GetRoot()).GetChild(preferencesFolder));
+            return MakeWhenMissing(GetApplicationData(GetRoot()).GetChild(GetPreferencesLeaf()));
         case GSpecialPath::cHopboxCacheRoot:
             return GetApplicationData(GetRoot()).GetChild(QStringLiteral("Morvane"));
         default:

@@ -12,9 +12,9 @@ public:
     // A folder by its number (GSpecialPath); the empty path for a number that names none.
     //
     // A registered folder comes first. Otherwise -2 is the system's temporary folder; -8, 35 and 53 lie in
-    // this user's application data and 33 in all users'. The user's preference folder (35) and, below a root
-    // of its own, the temporary folder are made when they are missing, for the owner only; the others are not
-    // made.
+    // this user's application data and 33 in all users'. The user's preference folder (35) is made when it is
+    // missing, for the owner only; below a root of its own, so are the temporary folder (-2) and that of all
+    // users (33).
     //
     // Where the environment variable MORVANE_ROOT names a folder, the temporary folder is its "Temp", and the
     // user's and all users' application data are its "AppData" and "CommonAppData". The variable is read at

@@ -51,7 +51,7 @@ TEST(GFileSystemBase, RootPutsEveryFolderUnderItself)
     } cases[] = {
         {-2, "Temp", true},
         {-8, "AppData", false},
-        {33, "CommonAppData/Morvane Prefs Folder", false},
+        {33, "CommonAppData/Morvane Prefs Folder", true},
         {53, "AppData/Morvane", false},
         {35, "AppData/Morvane Prefs Folder", true},
     };

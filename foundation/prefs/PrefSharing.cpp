@@ -1,0 +1,7 @@
+#include "foundation/prefs/PrefSharing.h"
+
+const GBuffer& PrefSharing::GetGroup()
+{
+    static const GBuffer group = QByteArrayLiteral("PrefSharing");
+    return group;
+}

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QString>
+
+// Faults of the disk for the role of a second process, on POSIX. Both give false where that can't be done.
+
+// Mounts an empty file system of so many bytes on the folder; only this process and its children see it, and
+// it goes with them. Needs the right to mount.
+bool MountSmallDisk(const QString& folder, int bytes);
+
+// From now on, no file of this process grows beyond so many bytes: a write that would fails.
+bool LimitFileSize(int bytes);

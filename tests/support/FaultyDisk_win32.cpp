@@ -1,0 +1,11 @@
+#include "tests/support/FaultyDisk.h"
+
+bool MountSmallDisk(const QString&, int)
+{
+    return false;
+}
+
+bool LimitFileSize(int)
+{
+    return false;
+}
