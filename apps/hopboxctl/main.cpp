@@ -1,5 +1,6 @@
 #include "apps/hopboxctl/Command.h"
 #include "apps/hopboxctl/MacTypeCommand.h"
+#include "apps/hopboxctl/PrefsCommand.h"
 
 #include <QCoreApplication>
 
@@ -11,7 +12,7 @@ namespace
 // Every command, in the order of the usage text. A command lives in a file of its own.
 const std::vector<Command>& GetCommands()
 {
-    static const std::vector<Command> commands = {cMacTypeCommand};
+    static const std::vector<Command> commands = {cMacTypeCommand, cPrefsCommand};
     return commands;
 }
 

@@ -1,0 +1,148 @@
+#include "foundation/core/GEncoding.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace
+{
+struct Answer
+{
+    int status;
+    std::string output;
+    std::string error;
+};
+
+std::string ToText(QByteArray bytes)
+{
+    return bytes.replace("\r\n", "\n").toStdString();
+}
+
+class PrefsCommandTest : public testing::Test
+{
+protected:
+    void WriteFile(const QString& text, const GEncodingRef& encoding) const
+    {
+        QFile file(GetPath());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(encoding->Encode(text));
+    }
+
+    // Runs the real program; "FILE" stands for the file's path. Messages show it as FILE, too.
+    Answer Run(const std::vector<const char*>& arguments) const
+    {
+        QStringList all = {QStringLiteral("prefs")};
+        for (const char* argument : arguments)
+            all.append(qstrcmp(argument, "FILE") == 0 ? GetPath() : QString::fromUtf8(argument));
+        QProcess process;
+        process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/../bin/hopboxctl"), all);
+        EXPECT_TRUE(process.waitForFinished());
+        return {process.exitCode(), ToText(process.readAllStandardOutput()),
+                ToText(process.readAllStandardError().replace(GetPath().toUtf8(), "FILE"))};
+    }
+
+    QString GetPath() const { return mFolder.filePath(QStringLiteral("M\u00FCller.prefs")); }
+
+private:
+    QTemporaryDir mFolder;
+};
+
+const QString cDocument = QStringLiteral(
+    R"(#BEGINPREFS
+"B)"
+    "\u00E9"
+    R"(" #BEGINDICT
+"Path" "C:\\x\n\t"
+"Dict" "#BEGINDICT\n\"List\" \"#BEGINTABLE\\n\\\"1\\\"\\n\\\"2\\\"\\n\"\n#ENDDICT\n"
+"Text" "#BEGINDICT is no block"
+#ENDDICT
+"A" #BEGINDICT
+"On" "true"
+#ENDDICT
+#ENDPREFS
+)");
+}  // namespace
+
+TEST_F(PrefsCommandTest, PrintsWithBlocksUnfolded)
+{
+    WriteFile(QChar(QChar::ByteOrderMark) + cDocument, GEncoding::GetUTF16BigEndian());
+    const Answer text = Run({"FILE"});
+    EXPECT_EQ(text.error, "");
+    EXPECT_EQ(text.output,
+              "[A]\nOn = true\n[B\xC3\xA9]\nDict = {\n    List = [\n        - 1\n        - 2\n    ]\n}\n"
+              "Path = C:\\x\\x0d\\x0a\\x09\nText = #BEGINDICT is no block\n");
+    const Answer json = Run({"--json", "FILE"});
+    EXPECT_EQ(json.error, "");
+    EXPECT_EQ(QByteArray::fromStdString(json.output).replace(" ", "").replace("\n", ""),
+              "{\"A\":{\"On\":\"true\"},\"B\xC3\xA9\":{\"Dict\":{\"List\":[\"1\",\"2\"]},"
+              "\"Path\":\"C:\\\\x\\r\\n\\t\",\"Text\":\"#BEGINDICTisnoblock\"}}");
+}
+
+TEST_F(PrefsCommandTest, SaysWhereReadingStopped)
+{
+    const QString document = QStringLiteral(
+        "#BEGINPREFS\r\n\"A\" #BEGINDICT\r\n\"k\" \"v\"\r\n#ENDDICT\r\n\"B\" #BEGINDICT\r\n\"k\"\r\n");
+    WriteFile(document, GEncoding::GetUTF8());
+    const std::string message = "hopboxctl: FILE: reading stopped at line 6 (byte 64)\n";
+    EXPECT_EQ(Run({"FILE"}).output, "[A]\nk = v\n");
+    EXPECT_EQ(Run({"FILE"}).status, 1);
+    EXPECT_EQ(Run({"FILE"}).error, message);
+    EXPECT_EQ(Run({"FILE", "--get", "A", "k"}).output, "v\n");
+    EXPECT_EQ(Run({"FILE", "--get", "A", "k"}).error, message);
+    for (const std::vector<const char*>& set : {std::vector<const char*>{"FILE", "--set", "A", "k", "w"},
+                                                {"--shared", "FILE", "--set", "A", "k", "w"}}) {
+        EXPECT_EQ(Run(set).status, 1);
+        EXPECT_EQ(Run({"FILE"}).output, "[A]\nk = v\n") << "a damaged file stays as it is";
+    }
+    WriteFile(QStringLiteral("nonsense"), GEncoding::GetUTF8());
+    EXPECT_EQ(Run({"FILE"}).error, "hopboxctl: FILE: reading stopped at line 1 (byte 0)\n");
+    EXPECT_EQ(Run({"FILE.missing"}).status, 1);
+}
+
+TEST_F(PrefsCommandTest, SetsWhatGetGives)
+{
+    const struct
+    {
+        std::vector<const char*> access;
+        const char* key;
+        const char* value;
+    } cases[] = {
+        {{}, "Path", "--json"},
+        {{}, "New\xC3\xA9", "\xE4\xB8\xAD \"x\""},
+        {{"--shared"}, "Path", "shared"},
+        {{"--shared"}, "Dict", ""},
+    };
+    WriteFile(cDocument, GEncoding::GetPlatform8Bit());
+    for (const auto& each : cases) {
+        std::vector<const char*> set = each.access;
+        set.insert(set.end(), {"FILE", "--set", "B\xC3\xA9", each.key, each.value});
+        EXPECT_EQ(Run(set).error, "");
+        EXPECT_EQ(Run({"FILE", "--get", "B\xC3\xA9", each.key}).output, std::string(each.value) + '\n');
+    }
+    EXPECT_EQ(Run({"FILE"}).output,
+              "[A]\nOn = true\n[B\xC3\xA9]\nDict = \nNew\xC3\xA9 = \xE4\xB8\xAD \"x\"\nPath = shared\n"
+              "Text = #BEGINDICT is no block\n");
+    EXPECT_TRUE(QFile::exists(GetPath() + QStringLiteral("lock")));
+}
+
+TEST_F(PrefsCommandTest, WrongCallsAndMissingKeysFail)
+{
+    WriteFile(cDocument, GEncoding::GetPlatform8Bit());
+    EXPECT_EQ(Run({"FILE", "--get", "A", "Off"}).error, "hopboxctl: there is no 'Off' in group 'A'\n");
+    for (const std::vector<const char*>& call : {std::vector<const char*>{},
+                                                 {"FILE", "other"},
+                                                 {"FILE", "--get", "A"},
+                                                 {"FILE", "--set", "A", "On"},
+                                                 {"FILE", "--shared"},
+                                                 {"FILE", "--json", "--get", "A", "On"},
+                                                 {"FILE", "--other"}}) {
+        const Answer answer = Run(call);
+        EXPECT_EQ(answer.status, 2);
+        EXPECT_NE(answer.error.find("prefs FILE --get GROUP KEY"), std::string::npos);
+    }
+}
