@@ -22,7 +22,6 @@ namespace Morvane
 static constexpr int cChunkSize = 64 * 1024;
 static constexpr int cMethodStored = 0;
 static constexpr int cMethodDeflated = 8;
-static constexpr int cBestLevel = 9;
 static constexpr int cWindowBits = -15;
 static constexpr int cMemoryLevel = 8;
 static constexpr int cMaximumFieldSize = 65535;

@@ -43,6 +43,8 @@ public:
     // The writer's own level, see StartWriting().
     static constexpr int cStartLevel = -1;
 
+    static constexpr int cBestLevel = 9;
+
     explicit ZipArchiver(const QString& path);
     ~ZipArchiver();
     ZipArchiver(const ZipArchiver&) = delete;

@@ -1,5 +1,6 @@
 #include "apps/hopboxctl/MacTypeCommand.h"
 
+#include "apps/hopboxctl/ErrorPrinter.h"
 #include "archive/mac/AppleDouble.h"
 #include "archive/mac/FileExtensionManager.h"
 #include "archive/mac/PcExchange.h"
@@ -19,23 +20,6 @@ using Morvane::PcExchange;
 
 namespace
 {
-// Shows what the Mac layer reports to the trace.
-class ErrorPrinter : public Morvane::ILogInterface
-{
-public:
-    void log(Morvane::LogLevel level, const QString&, const QString& message) noexcept override
-    {
-        if (level == Morvane::LogLevel::Debug)
-            return;
-        mHasErrors = true;
-        PrintError(message);
-    }
-    bool hasErrors() const { return mHasErrors; }
-
-private:
-    bool mHasErrors = false;
-};
-
 struct Call
 {
     QString file;

@@ -1,6 +1,7 @@
 #include "apps/hopboxctl/Command.h"
 #include "apps/hopboxctl/MacTypeCommand.h"
 #include "apps/hopboxctl/PrefsCommand.h"
+#include "apps/hopboxctl/ZipCommand.h"
 
 #include <QCoreApplication>
 
@@ -12,7 +13,7 @@ namespace
 // Every command, in the order of the usage text. A command lives in a file of its own.
 const std::vector<Command>& GetCommands()
 {
-    static const std::vector<Command> commands = {cMacTypeCommand, cPrefsCommand};
+    static const std::vector<Command> commands = {cMacTypeCommand, cPrefsCommand, cZipCommand};
     return commands;
 }
 

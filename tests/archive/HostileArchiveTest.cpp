@@ -2,6 +2,7 @@
 
 #include "ZipSamples.h"
 #include "archive/ZipArchive.h"
+#include "tests/support/LogRecorder.h"
 #include "tests/support/Sandbox.h"
 
 #include <QBuffer>
@@ -43,7 +44,7 @@ protected:
     }
 
     Sandbox mSandbox;
-    LogKeeper mLog;
+    LogRecorder mLog;
 };
 
 const QStringList cOnlyGood = {QStringLiteral("target/"), QStringLiteral("target/good.txt")};
@@ -78,13 +79,12 @@ TEST_F(HostileArchiveTest, UnsafeNamesAreRefusedByNameAndTheRestGoesOn)
                                 "CONIN$",
                                 ""};
     for (const QByteArray& name : names) {
-        mLog.mErrors.clear();
         EXPECT_FALSE(Extract({{name, "evil"}, {"good.txt", "good"}})) << name.constData();
         EXPECT_EQ(cOnlyGood, GetAllNames()) << name.constData();
         const QString shown = QString::fromUtf8(name).replace(QLatin1Char('\\'), QLatin1Char('/'));
-        ASSERT_EQ(1, mLog.mErrors.size()) << name.constData();
-        EXPECT_TRUE(mLog.mErrors.first().contains(QLatin1String("Can't extract ") + shown))
-            << name.constData();
+        const QStringList errors = mLog.TakeErrors();
+        ASSERT_EQ(1, errors.size()) << name.constData();
+        EXPECT_TRUE(errors.first().contains(QLatin1String("Can't extract ") + shown)) << name.constData();
     }
 }
 
@@ -110,7 +110,7 @@ TEST_F(HostileArchiveTest, LinksAreNeitherMadeNorFollowed)
     const RawEntry link = {"link", "../outside", 0, 0, cMadeByUnix, cUnixLink};
     EXPECT_FALSE(Extract({link, {"link/evil.txt", "evil"}}));
     EXPECT_TRUE(ReadTree(mSandbox.GetPath(QStringLiteral("outside"))).isEmpty());
-    EXPECT_TRUE(mLog.mErrors.first().contains(QLatin1String("link from"))) << "named";
+    EXPECT_TRUE(mLog.TakeErrors().value(0).contains(QLatin1String("link from"))) << "named";
     if (!QFile::link(mSandbox.GetPath(QStringLiteral("outside")), GetTarget() + QStringLiteral("/old")) ||
         !QFileInfo(GetTarget() + QStringLiteral("/old")).isSymLink())
         return;  // a system on which a test can't make links
@@ -136,7 +136,7 @@ TEST_F(HostileArchiveTest, OneNameIsTakenOnce)
                                          {QStringLiteral("c/"), ""},
                                          {QStringLiteral("same.txt"), "first"}}),
               ReadTree(GetTarget()));
-    EXPECT_TRUE(mLog.mErrors.last().contains(QLatin1String("./same.txt"))) << "named";
+    EXPECT_TRUE(mLog.TakeErrors().last().contains(QLatin1String("./same.txt"))) << "named";
 }
 
 TEST_F(HostileArchiveTest, NamesThatTheFileSystemTakesForTheSameAreToldApart)
@@ -145,7 +145,7 @@ TEST_F(HostileArchiveTest, NamesThatTheFileSystemTakesForTheSameAreToldApart)
     const QMap<QString, QByteArray> tree = ReadTree(GetTarget());
     EXPECT_EQ("first", tree.value(QStringLiteral("Name.txt")));
     EXPECT_EQ(isGood, tree.size() == 2);
-    EXPECT_EQ(isGood, mLog.mErrors.isEmpty());
+    EXPECT_EQ(isGood, mLog.TakeErrors().isEmpty());
 }
 
 TEST_F(HostileArchiveTest, BeyondTheLimitsTheDiskStaysAsItWas)
@@ -164,7 +164,7 @@ TEST_F(HostileArchiveTest, BeyondTheLimitsTheDiskStaysAsItWas)
     limits.entryCount = 1;
     EXPECT_FALSE(Extract(entries, limits));
     EXPECT_EQ(QStringList(), GetAllNames());
-    for (const QString& line : mLog.mErrors)
+    for (const QString& line : mLog.TakeErrors())
         EXPECT_TRUE(line.contains(QLatin1String("d/bomb"))) << line.toStdString();
 
     limits = {};

@@ -1,6 +1,7 @@
 #include "archive/ZipHelper.h"
 
 #include "ZipSamples.h"
+#include "tests/support/LogRecorder.h"
 #include "tests/support/Sandbox.h"
 
 #include <QDir>
@@ -113,12 +114,12 @@ TEST_F(OtherToolsTest, WhatTheyWriteReadsBackEqual)
         QFile::remove(GetArchive());
         RunShell(GetSource(), line);
         const QString target = GetTarget();
-        LogKeeper log;
+        LogRecorder log;
         ZipRun run;
         run.log = &log;
         EXPECT_TRUE(ZipHelper::extractFiles(GetArchive(), target, ZipPaths::Keep, QStringLiteral("secret"),
                                             ZipOnError::GoOn, 0, run));
-        EXPECT_EQ(QStringList(), log.mErrors);
+        EXPECT_EQ(QStringList(), log.TakeErrors());
         EXPECT_EQ(MakeTree().keys(), ReadTree(target).keys());
         EXPECT_TRUE(MakeTree() == ReadTree(target));
     }

@@ -3,6 +3,7 @@
 #include "ZipSamples.h"
 #include "archive/ZipHelper.h"
 #include "archive/ZipSourceAttributes.h"
+#include "tests/support/LogRecorder.h"
 #include "tests/support/Sandbox.h"
 
 #include <QDateTime>
@@ -230,13 +231,13 @@ TEST_F(ZipArchiveTest, WithoutPathsEveryFileGoesIntoTheDestination)
 TEST_F(ZipArchiveTest, OnlyListedEntriesAreExtractedAndAMissingOneIsToldFirst)
 {
     Build({{"a", "1"}, {"b", "2"}, {"c", "3"}});
-    LogKeeper log;
+    LogRecorder log;
     ZipRun run;
     run.log = &log;
     EXPECT_FALSE(ZipHelper::extractFiles(GetArchive(), {QStringLiteral("a"), QStringLiteral("none")},
                                          GetTarget(), ZipPaths::Keep, QString(), 0, run));
-    EXPECT_EQ(QStringLiteral("ZipHelper::doExtract: Can't find none in %1.").arg(GetArchive()),
-              log.mErrors.value(0));
+    EXPECT_EQ(QStringLiteral("ZipHelper::doExtract|Can't find none in %1.").arg(GetArchive()),
+              log.TakeErrors().value(0));
     EXPECT_FALSE(QDir(GetTarget()).exists());
     EXPECT_TRUE(ZipHelper::extractFiles(GetArchive(), {QStringLiteral("c"), QStringLiteral("a")}, GetTarget(),
                                         ZipPaths::Keep, QString(), 0, run));

@@ -99,9 +99,3 @@ void WriteTree(const QString& folder, const QMap<QString, QByteArray>& tree)
             WriteFile(path, item.value());
     }
 }
-
-void LogKeeper::log(Morvane::LogLevel level, const QString& source, const QString& message) noexcept
-{
-    if (level == Morvane::LogLevel::Error)
-        mErrors.append(source + QLatin1String(": ") + message);
-}

@@ -1,11 +1,8 @@
 #pragma once
 
-#include "foundation/trace/ILogInterface.h"
-
 #include <QByteArray>
 #include <QMap>
 #include <QString>
-#include <QStringList>
 #include <QVector>
 
 #include <cstdint>
@@ -44,13 +41,3 @@ QByteArray ReadFile(const QString& path);
 // Every file below a folder with its content, and every folder with a '/' at its end, by relative path.
 QMap<QString, QByteArray> ReadTree(const QString& folder);
 void WriteTree(const QString& folder, const QMap<QString, QByteArray>& tree);
-
-// A log that keeps its lines.
-class LogKeeper : public Morvane::ILogInterface
-{
-public:
-    void log(Morvane::LogLevel level, const QString& source, const QString& message) noexcept override;
-
-    // The lines of errors, "source: message".
-    QStringList mErrors;
-};

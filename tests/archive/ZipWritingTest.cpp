@@ -1,6 +1,7 @@
 #include "archive/ZipHelper.h"
 
 #include "ZipSamples.h"
+#include "tests/support/LogRecorder.h"
 #include "tests/support/Sandbox.h"
 
 #include <QDateTime>
@@ -150,7 +151,7 @@ TEST_F(ZipWritingTest, AppendingKeepsWhatIsThere)
 
 TEST_F(ZipWritingTest, AFailureLeavesWhatWasThereAndNothingElse)
 {
-    LogKeeper log;
+    LogRecorder log;
     ZipRun run;
     run.log = &log;
     const QString missing = mSandbox.GetPath(QStringLiteral("missing"));
@@ -179,12 +180,13 @@ TEST_F(ZipWritingTest, AFailureLeavesWhatWasThereAndNothingElse)
     EXPECT_FALSE(nowhere.StartWriting(ZipStart::Create, QString(), 6));
     EXPECT_FALSE(nowhere.FinishWriting());
     const QStringList errors = {
-        QLatin1String("ZipHelper::compressItem: Item doesn't exist: ") + missing,
-        QLatin1String("ZipHelper::compressFolderContents: Folder doesn't exist: ") + missing,
-        QLatin1String("ZipArchiver::AddFile: Error in opening file for reading: ") + missing};
-    EXPECT_EQ(errors, log.mErrors.mid(0, 3));
-    EXPECT_EQ(QStringLiteral("ZipArchiver::StartWriting: Error opening file: %1/archive.zip").arg(missing),
-              log.mErrors.value(log.mErrors.size() - 2));
+        QLatin1String("ZipHelper::compressItem|Item doesn't exist: ") + missing,
+        QLatin1String("ZipHelper::compressFolderContents|Folder doesn't exist: ") + missing,
+        QLatin1String("ZipArchiver::AddFile|Error in opening file for reading: ") + missing};
+    const QStringList told = log.TakeErrors();
+    EXPECT_EQ(errors, told.mid(0, 3));
+    EXPECT_EQ(QStringLiteral("ZipArchiver::StartWriting|Error opening file: %1/archive.zip").arg(missing),
+              told.value(told.size() - 2));
 }
 
 TEST_F(ZipWritingTest, AnArchiveInsideItsFolderLeavesItselfOut)

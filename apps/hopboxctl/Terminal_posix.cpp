@@ -1,0 +1,8 @@
+#include "apps/hopboxctl/Terminal.h"
+
+#include <unistd.h>
+
+bool IsErrorTerminal()
+{
+    return isatty(STDERR_FILENO) == 1;
+}

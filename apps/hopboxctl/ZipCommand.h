@@ -1,0 +1,6 @@
+#pragma once
+
+#include "apps/hopboxctl/Command.h"
+
+// "zip": lists, extracts and creates archives.
+extern const Command cZipCommand;
