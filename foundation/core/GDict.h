@@ -76,7 +76,8 @@ private:
     static constexpr uint32_t cNone = 0xFFFFFFFF;
 
     Slot* GetEnd() const { return mSlots ? mSlots.get() + mCapacity.Get() : nullptr; }
-    uint32_t FindSlot(const Key& key, uint32_t hash) const;
+    Slot* FindSlot(const Key& key, uint32_t hash) const;
+    Slot* FindFromHome(const Key& key, uint32_t hash, uint32_t home) const;
     uint32_t Occupy(uint32_t hash, Key&& key, Value&& value);
     Value& Add(uint32_t hash, Key&& key, Value&& value);
     GDict MakeGrown() const;
@@ -200,67 +201,77 @@ void GDict<Key, Value>::Swap(GDict& other) noexcept
     std::swap(mSlots, other.mSlots);
 }
 
+// The slot that holds the key; null when none does. The first look is inline: a key that isn't there mostly
+// has an empty home.
 template <typename Key, typename Value>
-uint32_t GDict<Key, Value>::FindSlot(const Key& key, uint32_t hash) const
+typename GDict<Key, Value>::Slot* GDict<Key, Value>::FindSlot(const Key& key, uint32_t hash) const
 {
     if (!mSlots)
-        return cNone;
+        return nullptr;
     const uint32_t home = mCapacity.GetHomeSlot(hash);
-    uint32_t notMet = mSlots[home].homeCount;
-    for (uint32_t index = home; notMet != 0; index = mCapacity.GetNextSlot(index)) {
-        const Slot& slot = mSlots[index];
-        if (!slot.isOccupied)
-            continue;
-        if (slot.hash == hash && slot.entry.key == key)
-            return index;
-        if (mCapacity.GetHomeSlot(slot.hash) == home)
+    return mSlots[home].homeCount == 0 ? nullptr : FindFromHome(key, hash, home);
+}
+
+template <typename Key, typename Value>
+typename GDict<Key, Value>::Slot* GDict<Key, Value>::FindFromHome(const Key& key, uint32_t hash,
+                                                                  uint32_t home) const
+{
+    Slot* slot = &mSlots[home];
+    uint32_t notMet = slot->homeCount;
+    for (;;) {
+        if (slot->hash == hash && slot->isOccupied && slot->entry.key == key)
+            return slot;
+        if (slot->isOccupied && mCapacity.GetHomeSlot(slot->hash) == home)
             --notMet;
+        if (notMet == 0)
+            return nullptr;
+        if (++slot == GetEnd())
+            slot = mSlots.get();
     }
-    return cNone;
 }
 
 template <typename Key, typename Value>
 Value* GDict<Key, Value>::Find(const Key& key)
 {
-    const uint32_t index = FindSlot(key, GDictHash(key));
-    return index == cNone ? nullptr : &mSlots[index].entry.value;
+    Slot* const slot = FindSlot(key, GDictHash(key));
+    return slot == nullptr ? nullptr : &slot->entry.value;
 }
 
 template <typename Key, typename Value>
 const Value* GDict<Key, Value>::Find(const Key& key) const
 {
-    const uint32_t index = FindSlot(key, GDictHash(key));
-    return index == cNone ? nullptr : &mSlots[index].entry.value;
+    const Slot* const slot = FindSlot(key, GDictHash(key));
+    return slot == nullptr ? nullptr : &slot->entry.value;
 }
 
 template <typename Key, typename Value>
 Value& GDict<Key, Value>::Insert(Key key, Value value)
 {
     const uint32_t hash = GDictHash(key);
-    const uint32_t index = FindSlot(key, hash);
-    if (index == cNone)
+    Slot* const slot = FindSlot(key, hash);
+    if (slot == nullptr)
         return Add(hash, std::move(key), std::move(value));
-    return mSlots[index].entry.value = std::move(value);
+    return slot->entry.value = std::move(value);
 }
 
 template <typename Key, typename Value>
 Value& GDict<Key, Value>::FindOrInsert(const Key& key)
 {
     const uint32_t hash = GDictHash(key);
-    const uint32_t index = FindSlot(key, hash);
-    return index == cNone ? Add(hash, Key(key), Value()) : mSlots[index].entry.value;
+    Slot* const slot = FindSlot(key, hash);
+    return slot == nullptr ? Add(hash, Key(key), Value()) : slot->entry.value;
 }
 
 template <typename Key, typename Value>
 bool GDict<Key, Value>::Remove(const Key& key)
 {
     const uint32_t hash = GDictHash(key);
-    const uint32_t index = FindSlot(key, hash);
-    if (index == cNone)
+    Slot* const slot = FindSlot(key, hash);
+    if (slot == nullptr)
         return false;
     --mSlots[mCapacity.GetHomeSlot(hash)].homeCount;
     --mCount;
-    mSlots[index].Empty();  // last: `key` may be the entry's own
+    slot->Empty();  // last: `key` may be the entry's own
     return true;
 }
 

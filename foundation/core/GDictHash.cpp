@@ -6,11 +6,12 @@ namespace
 {
 __extension__ using uint128 = unsigned __int128;
 
-constexpr uint64_t cMultiplier = 0x9E3779B97F4A7C15;
+constexpr uint64_t cLengthFactor = 0x9E3779B97F4A7C15;
+constexpr uint64_t cSecondFactor = 0xD6E8FEB86659FD93;
 
-uint64_t Fold(uint64_t value)
+uint64_t Fold(uint64_t first, uint64_t second)
 {
-    const uint128 product = static_cast<uint128>(value) * cMultiplier;
+    const uint128 product = static_cast<uint128>(first) * second;
     return static_cast<uint64_t>(product >> 64) ^ static_cast<uint64_t>(product);
 }
 
@@ -20,29 +21,25 @@ uint64_t Read(const uchar* bytes)
     return qFromLittleEndian<Number>(bytes);
 }
 
-// The last `count` (1 to 7) bytes before `end` as a number. Overlapping reads within the `total` bytes of the
-// text take the place of a loop over bytes.
-uint64_t ReadRest(const uchar* end, size_t count, size_t total)
-{
-    if (total >= 8)
-        return Read<quint64>(end - 8) >> (8 * (8 - count));
-    const uchar* begin = end - count;
-    if (count >= 4)
-        return Read<quint32>(begin) | Read<quint32>(end - 4) << (8 * (count - 4));
-    const size_t middle = count / 2;
-    return uint64_t(begin[0]) | uint64_t(begin[middle]) << (8 * middle) |
-           uint64_t(end[-1]) << (8 * (count - 1));
-}
-
 uint32_t HashBytes(const uchar* bytes, size_t total)
 {
-    uint64_t hash = total * cMultiplier;
-    const uchar* const end = bytes + total;
-    size_t left = total;
-    for (; left >= 8; left -= 8, bytes += 8)
-        hash = Fold(hash ^ Read<quint64>(bytes));
-    if (left != 0)
-        hash = Fold(hash ^ ReadRest(end, left, total));
+    uint64_t hash = total * cLengthFactor;
+    uint64_t first = 0;
+    uint64_t second = 0;
+    if (total >= 8) {
+        size_t left = total;
+        for (; left > 16; left -= 16, bytes += 16)
+            hash = Fold(hash ^ Read<quint64>(bytes), cSecondFactor ^ Read<quint64>(bytes + 8));
+        const uchar* const end = bytes + left;
+        first = Read<quint64>(total >= 16 ? end - 16 : bytes);
+        second = Read<quint64>(end - 8);
+    } else if (total >= 4) {
+        first = Read<quint32>(bytes);
+        second = Read<quint32>(bytes + total - 4);
+    } else if (total != 0) {
+        first = uint64_t(bytes[0]) | uint64_t(bytes[total / 2]) << 8 | uint64_t(bytes[total - 1]) << 16;
+    }
+    hash = Fold(hash ^ first, cSecondFactor ^ second);
     return static_cast<uint32_t>(hash >> 32) ^ static_cast<uint32_t>(hash);
 }
 }  // namespace

@@ -8,14 +8,19 @@
 // content gives the same number in every process, on every machine, in every version. It is not secret, so
 // whoever makes up the keys can make them meet; see GDict for what that costs.
 //
-// Text hashes as a row of bytes: a GBuffer's own, a GString's UTF-16 units each with its low byte first. With
+// Text hashes as a row of n bytes: a GBuffer's own, a GString's UTF-16 units each with its low byte first.
+// Numbers of several bytes are read with the low byte first, and
 //   fold(a, b) = the high 64 bits of the product a * b, exclusive-or its low 64 bits
-//   K = 0x9E3779B97F4A7C15
-// the number of n bytes is made so:
-//   h = n * K, cut to 64 bits
-//   for each 8 bytes from the front, w = these as a little-endian number:       h = fold(h ^ w, K)
-//   for the 1 to 7 bytes that may be left, w = these as a little-endian number: h = fold(h ^ w, K)
-//   the hash is the exclusive-or of h's high and low 32 bits.
+//   K = 0x9E3779B97F4A7C15, L = 0xD6E8FEB86659FD93
+// The hash begins as h = n * K, cut to 64 bits. From the front, while more than 16 bytes are left, the next 8
+// are a and the 8 after them b, and h becomes fold(h ^ a, L ^ b). Then once more, with a and b out of what
+// the text ends with:
+//   n >= 16        the last 16 bytes, taken before or not: a their first 8, b their last 8
+//   8 <= n < 16    a the first 8 bytes, b the last 8
+//   4 <= n < 8     a the first 4 bytes, b the last 4
+//   1 <= n < 4     a the number of the three bytes at 0, n / 2 and n - 1, b 0
+//   n = 0          a and b 0
+// The result is the exclusive-or of h's high and low 32 bits.
 //
 // A number hashes to the middle 32 bits of its 64-bit product with K: codes that follow each other are spread
 // evenly, whatever the capacity.
