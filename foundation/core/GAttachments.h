@@ -1,0 +1,74 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+// Objects to be called in the order in which they were attached, where a call may attach and detach any of
+// them and begin another round of calls. One that is attached during a round is first called in the next; one
+// that is detached is not called any more. Owns none of them. For one thread at a time; the list itself must
+// outlive a round.
+template <typename Object>
+class GAttachments
+{
+public:
+    // An object that is attached already stays where it is.
+    void Attach(Object& object)
+    {
+        if (std::find(mObjects.begin(), mObjects.end(), &object) == mObjects.end())
+            mObjects.push_back(&object);
+    }
+
+    void Detach(const Object& object)
+    {
+        const auto found = std::find(mObjects.begin(), mObjects.end(), &object);
+        if (found == mObjects.end())
+            return;
+        *found = nullptr;
+        RemoveDetached();
+    }
+
+    void DetachAll()
+    {
+        std::fill(mObjects.begin(), mObjects.end(), nullptr);
+        RemoveDetached();
+    }
+
+    template <typename Call>
+    void CallEach(Call&& call)
+    {
+        const Round round(*this);
+        const size_t count = mObjects.size();
+        for (size_t place = 0; place < count; ++place) {
+            if (mObjects[place] != nullptr)
+                call(*mObjects[place]);
+        }
+    }
+
+private:
+    // Places don't move while a round goes on, whatever way it ends.
+    class Round
+    {
+    public:
+        explicit Round(GAttachments& attachments) : mAttachments(attachments) { ++mAttachments.mRounds; }
+        ~Round()
+        {
+            --mAttachments.mRounds;
+            mAttachments.RemoveDetached();
+        }
+        Round(const Round&) = delete;
+        Round& operator=(const Round&) = delete;
+
+    private:
+        GAttachments& mAttachments;
+    };
+
+    void RemoveDetached()
+    {
+        if (mRounds == 0)
+            mObjects.erase(std::remove(mObjects.begin(), mObjects.end(), nullptr), mObjects.end());
+    }
+
+    std::vector<Object*> mObjects;  // null: detached during a round
+    int mRounds = 0;
+};

@@ -1,0 +1,100 @@
+#include "foundation/core/GDateTime.h"
+#include "foundation/core/GUniqueID.h"
+#include "foundation/core/GUnitSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <QDateTime>
+#include <QSet>
+
+TEST(GUniqueID, FreshOnesDifferAndComeBackFromTheirText)
+{
+    QSet<GString> seen;
+    for (int count = 0; count < 1000; ++count) {
+        const GUniqueID id = GUniqueID::Create();
+        const GString text = id.GetHexText();
+        ASSERT_FALSE(id.IsNull());
+        ASSERT_EQ(text.size(), 32);
+        ASSERT_EQ(GUniqueID::FromHexText(text), id);
+        ASSERT_EQ(GUniqueID::FromHexText(text.toLower()).GetHexText(), text);
+        seen.insert(text);
+    }
+    EXPECT_EQ(seen.size(), 1000);
+}
+
+TEST(GUniqueID, AnyOtherTextIsTheNullOne)
+{
+    const GString good = QStringLiteral("00112233445566778899AABBCCDDEEFF");
+    ASSERT_EQ(GUniqueID::FromHexText(good).GetHexText(), good);
+    const GString bad[] = {GString(),
+                           good.left(31),
+                           good + QLatin1Char('0'),
+                           good.left(31) + QLatin1Char('G'),
+                           QLatin1Char(' ') + good.left(31),
+                           good.left(31) + QChar(0xFF11)};
+    for (const GString& text : bad)
+        EXPECT_TRUE(GUniqueID::FromHexText(text).IsNull()) << text.toStdString();
+}
+
+TEST(GDateTime, TextHoldsTheMomentToTheMillisecond)
+{
+    const struct
+    {
+        int64_t milliseconds;
+        const char* text;
+    } cases[] = {
+        {0, "1970-01-01T00:00:00.000Z"},
+        {-1, "1969-12-31T23:59:59.999Z"},
+        {1795250712345, "2026-11-21T08:45:12.345Z"},
+        {951782400007, "2000-02-29T00:00:00.007Z"},
+        {-62135596800000, "0001-01-01T00:00:00.000Z"},
+        {253402300799999, "9999-12-31T23:59:59.999Z"},
+    };
+    for (const auto& testCase : cases) {
+        const GDateTime moment = GDateTime::FromMilliseconds(testCase.milliseconds);
+        EXPECT_EQ(moment.GetText(), QString::fromLatin1(testCase.text));
+        EXPECT_EQ(GDateTime::FromText(moment.GetText()).GetMilliseconds(), testCase.milliseconds);
+    }
+    const QDateTime elsewhere(QDate(2026, 11, 21), QTime(9, 45, 12, 345), Qt::OffsetFromUTC, 3600);
+    EXPECT_EQ(GDateTime::FromQDateTime(elsewhere).GetMilliseconds(), 1795250712345);
+}
+
+// A hand-written or damaged value must not be taken for another moment.
+TEST(GDateTime, AnyOtherTextIsNoMoment)
+{
+    const char* const cases[] = {"",
+                                 "2026-11-21",
+                                 "2026-11-21T08:45:12Z",
+                                 "2026-11-21T08:45:12.345",
+                                 "2026-11-21T08:45:12.345+",
+                                 "2026-11-21 08:45:12.345Z",
+                                 "2026-02-29T08:45:12.345Z",
+                                 "2026-11-21T24:45:12.345Z",
+                                 "0000-01-01T00:00:00.000Z",
+                                 " 026-11-21T08:45:12.345Z"};
+    for (const char* text : cases)
+        EXPECT_FALSE(GDateTime::FromText(QString::fromLatin1(text)).IsValid()) << text;
+    EXPECT_FALSE(GDateTime::FromMilliseconds(-62135596800001).IsValid());
+    EXPECT_FALSE(GDateTime::FromMilliseconds(253402300800000).IsValid());
+    EXPECT_FALSE(GDateTime::FromQDateTime(QDateTime()).IsValid());
+    EXPECT_EQ(GDateTime().GetText(), GString());
+}
+
+TEST(GUnitSupport, LengthsByUnitCode)
+{
+    const struct
+    {
+        int32_t code;
+        double length;  // of 720 points
+        const char* abbreviation;
+        int32_t codeAsDefault;
+    } cases[] = {{0, 720, "pt", 0}, {1, 60, "p", 1},   {2, 10, "in", 2},  {3, 25.4, "cm", 3},
+                 {4, 254, "mm", 4}, {5, 720, "pt", 0}, {-1, 720, "pt", 0}};
+    for (const auto& testCase : cases) {
+        EXPECT_DOUBLE_EQ(GUnitSupport::FromPoints(720, testCase.code), testCase.length) << testCase.code;
+        EXPECT_DOUBLE_EQ(GUnitSupport::ToPoints(testCase.length, testCase.code), 720) << testCase.code;
+        EXPECT_EQ(GUnitSupport::GetAbbreviation(testCase.code), QString::fromLatin1(testCase.abbreviation));
+        GUnitSupport::SetDefaultUnitCode(testCase.code);
+        EXPECT_EQ(GUnitSupport::GetDefaultUnitCode(), testCase.codeAsDefault);
+    }
+}
