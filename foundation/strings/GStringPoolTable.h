@@ -1,0 +1,33 @@
+#pragma once
+
+#include "foundation/core/GDict.h"
+#include "foundation/core/GEncoding.h"
+
+// The texts of one language, by code. Used by one thread.
+class GStringPoolTable
+{
+public:
+    struct Entry
+    {
+        GString text;
+        GEncodingRef encoding;  // in which the text came in
+    };
+
+    // Sets the text of a code, in the place of the one that is there.
+    void SetString(uint32_t code, const GString& text, const GEncodingRef& encoding);
+
+    // Sets the text of a code that has none; a text that is there stays.
+    void SetDefaultString(uint32_t code, const GString& text, const GEncodingRef& encoding);
+
+    // The text of a code, null when there is none; valid until the next change of the table.
+    const GString* FindStringForID(uint32_t code) const
+    {
+        const Entry* entry = mEntries.Find(code);
+        return entry == nullptr ? nullptr : &entry->text;
+    }
+
+    const GDict<uint32_t, Entry>& GetAllStrings() const { return mEntries; }
+
+private:
+    GDict<uint32_t, Entry> mEntries;
+};

@@ -1,0 +1,195 @@
+#include "foundation/core/GException.h"
+#include "foundation/strings/GLngString.h"
+#include "foundation/strings/GStringPool.h"
+#include "foundation/strings/GStringPoolSupport.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace
+{
+const GString cGerman = QStringLiteral("deDE");
+const GString cFrench = QStringLiteral("frFR");
+const GString cWinAnsi = QStringLiteral("WinAnsiEncoding");
+
+class StringPool : public testing::Test
+{
+protected:
+    void SetUp() override { GStringPool::Initialize(); }
+    void TearDown() override { GStringPool::Finalize(); }
+
+    static void Set(const GString& language, uint32_t code, const char* text)
+    {
+        GStringPool::GetTable(language).SetString(code, QString::fromUtf8(text), GEncoding::GetUTF8());
+    }
+
+    void WriteFile(const char* name, const QByteArray& content) const
+    {
+        QFile file(QDir(mFolder.path()).filePath(QString::fromUtf8(name)));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+
+    void UseFolder(const GString& prefix = QStringLiteral("CSP")) const
+    {
+        GStringPoolSupport::ReadStringFiles(GPathName(mFolder.path()), prefix, 0, 0, 0);
+    }
+
+    static std::string Get(uint32_t code) { return GStringPool::GetString(code).toStdString(); }
+
+    QTemporaryDir mFolder;
+};
+}  // namespace
+
+TEST_F(StringPool, TheNeutralTableWinsThenTheCurrentLanguageThenEnglish)
+{
+    Set(GStringPool::cEnglish, 1, "english");
+    Set(GStringPool::cEnglish, 2, "english");
+    Set(GStringPool::cEnglish, 3, "english");
+    Set(cGerman, 2, "deutsch");
+    Set(cGerman, 3, "deutsch");
+    Set(GStringPool::cNeutral, 3, "neutral");
+    ASSERT_TRUE(GStringPool::SetLanguage(cGerman));
+
+    EXPECT_EQ(Get(1), "english");
+    EXPECT_EQ(Get(2), "deutsch");
+    EXPECT_EQ(Get(3), "neutral");
+    EXPECT_EQ(Get(4), "");
+
+    GString text = QStringLiteral("before");
+    EXPECT_FALSE(GStringPool::GetString(4, text));
+    EXPECT_TRUE(text.isEmpty());
+    EXPECT_FALSE(GStringPool::GetString(cGerman, 1, text)) << "one language alone has no fallback";
+    EXPECT_TRUE(GStringPool::GetString(GStringPool::cEnglish, 2, text));
+    EXPECT_EQ(text, QLatin1String("english"));
+}
+
+TEST_F(StringPool, StaticTablesCountOnFromMarkedRowsAndNeverOverwrite)
+{
+    const GStringPoolDataStruct first[] = {
+        {30060000, "a\nb"}, {0xFFFFFFFF, "\x80 sign"}, {0xFFFFFFFF, "third"}};
+    const GStringPoolDataStruct second[] = {{0xFFFFFFFF, "zero"}, {30060000, "late"}, {7, "4469E9"}};
+    GStringPoolSupport::AddStringPoolData(cFrench, cWinAnsi, first, 3);
+    GStringPoolSupport::AddStringPoolData(cFrench, cWinAnsi, second, 2);
+    GStringPoolSupport::AddStringPoolData(cFrench, cWinAnsi, second + 2, 1, true);
+    ASSERT_TRUE(GStringPool::SetLanguage(cFrench));
+
+    EXPECT_EQ(Get(30060000), "a\r\nb");
+    EXPECT_EQ(Get(30060001), "\u20AC sign");
+    EXPECT_EQ(Get(30060002), "third");
+    EXPECT_EQ(Get(0), "zero");
+    EXPECT_EQ(Get(7), "Di\u00E9");
+    QStringList languages;
+    GStringPool::GetAvailableLanguages(languages);
+    EXPECT_EQ(languages, QStringList({GStringPool::cEnglish, cFrench}));
+    EXPECT_THROW(GStringPoolSupport::AddStringPoolData(cFrench, QStringLiteral("NoSuch"), first, 1),
+                 GException);
+}
+
+TEST_F(StringPool, AListEndsAtTheFirstCodeThatIsMissing)
+{
+    for (const uint32_t code : {10u, 11u, 12u, 14u, 0xFFFFFFFFu})
+        Set(GStringPool::cEnglish, code, "text");
+    QStringList texts;
+    GStringPool::GetStringList(10, texts);
+    EXPECT_EQ(texts.size(), 3);
+    GStringPool::GetStringList(13, texts);
+    EXPECT_TRUE(texts.isEmpty());
+    GStringPool::GetStringList(0xFFFFFFFF, texts);
+    EXPECT_EQ(texts.size(), 1) << "the codes must not start over at 0";
+}
+
+TEST_F(StringPool, AFileNameDecidesWhetherItHoldsALanguage)
+{
+    struct Case
+    {
+        const char* name;
+        const char* prefix;
+        int lowest;
+        int highest;
+        int length;
+        bool isOne;
+    };
+    const Case cases[] = {
+        {"CSP01ENUS.lng", "CSP", 0, 0, 0, true},    {"CSP_enUS.LNG", "CSP", 0, 0, 0, true},
+        {"csp_x_enus_y.Lng", "csp", 0, 0, 0, true}, {"CSP_enUS.txt", "CSP", 0, 0, 0, false},
+        {"XCSP_enUS.lng", "CSP", 0, 0, 0, false},   {"CSP_deDE.lng", "CSP", 0, 0, 0, false},
+        {"CSP05enUS.lng", "CSP", 4, 6, 2, true},    {"CSP03enUS.lng", "CSP", 4, 6, 2, false},
+        {"CSP07enUS.lng", "CSP", 4, 6, 2, false},   {"CSPxxenUS.lng", "CSP", 1, 6, 2, false},
+        {"CSPenUS.lng", "CSP", 0, 99, 2, false},    {"CSP.enUS", "CSP", 0, 0, 0, false},
+    };
+    for (const Case& one : cases) {
+        EXPECT_EQ(GStringPoolSupport::IsStringFile(GPathName(QString::fromUtf8(one.name)),
+                                                   QString::fromUtf8(one.prefix), one.lowest, one.highest,
+                                                   one.length, GStringPool::cEnglish),
+                  one.isOne)
+            << one.name;
+    }
+}
+
+TEST_F(StringPool, AStringFileMakesALanguageAndReplacesBuiltInTexts)
+{
+    const GStringPoolDataStruct rows[] = {{1, "built in"}, {2, "built in"}};
+    GStringPoolSupport::AddStringPoolData(GStringPool::cEnglish, cWinAnsi, rows, 2);
+    WriteFile("CSP_deDE.lng", "1 \"Datei\"\n");
+    WriteFile("CSP_enUS.lng", "1 \"from the file\"\n");
+    WriteFile("CSP_xxXX.lng", "# nothing\n");
+    UseFolder();
+
+    EXPECT_TRUE(GStringPool::SetLanguage(cGerman));
+    EXPECT_EQ(Get(1), "Datei");
+    EXPECT_EQ(Get(2), "built in");
+    EXPECT_FALSE(GStringPool::SetLanguage(QStringLiteral("xxXX"))) << "a file without entries is no language";
+    EXPECT_EQ(Get(1), "from the file");
+    GString language;
+    GStringPool::GetLanguage(language);
+    EXPECT_EQ(language, GStringPool::cEnglish);
+}
+
+TEST_F(StringPool, FilesAreLookedForOnceUntilOtherParametersAreGiven)
+{
+    UseFolder();
+    EXPECT_FALSE(GStringPool::SetLanguage(cGerman));
+    WriteFile("CSP_deDE.lng", "1 \"Datei\"\n");
+    EXPECT_FALSE(GStringPool::SetLanguage(cGerman));
+    UseFolder();
+    EXPECT_TRUE(GStringPool::SetLanguage(cGerman));
+    EXPECT_TRUE(GStringPool::DeleteLanguage(cGerman));
+    EXPECT_FALSE(GStringPool::SetLanguage(cGerman)) << "a deleted language is not read again";
+    EXPECT_FALSE(GStringPool::DeleteLanguage(cGerman));
+    EXPECT_FALSE(GStringPool::DeleteLanguage(GStringPool::cEnglish));
+}
+
+TEST_F(StringPool, AForcedLanguageEndsWithItsScope)
+{
+    Set(cGerman, 1, "deutsch");
+    Set(GStringPool::cEnglish, 1, "english");
+    {
+        const GStringPool::TempLanguageForcer forcer(cGerman);
+        EXPECT_TRUE(forcer.WasForced());
+        EXPECT_EQ(Get(1), "deutsch");
+        const GStringPool::TempLanguageForcer unknown(QStringLiteral("xxXX"));
+        EXPECT_EQ(Get(1), "english");
+    }
+    EXPECT_EQ(Get(1), "english");
+    EXPECT_FALSE(GStringPool::TempLanguageForcer(QStringLiteral("xxXX")).WasForced());
+}
+
+TEST_F(StringPool, ParametersStandInTheirPlacesAndAreNotReadAgain)
+{
+    Set(GStringPool::cEnglish, 1, "Plug-in Error: %1");
+    Set(GStringPool::cEnglish, 2, "100 % of %1 (%2)");
+    Set(GStringPool::cEnglish, 3, "%2 %1 %12 %0 %3 %");
+
+    GLngString frame(1);
+    frame.AddStringID(2);
+    EXPECT_EQ(frame.GetReadableString().toStdString(), "Plug-in Error: 100 % of %1 (%2)");
+    GLngString swapped(3);
+    swapped.AddString(QStringLiteral("%2"));
+    swapped.AddStringID(99);
+    EXPECT_EQ(swapped.GetReadableString().toStdString(), " %2 %22 %0 %3 %");
+    EXPECT_TRUE(GLngString(98).GetReadableString().isEmpty());
+}
