@@ -1,0 +1,221 @@
+#include "hopbox/HopboxProject.h"
+
+#include "archive/ZipArchive.h"
+#include "archive/ZipArchiver.h"
+#include "archive/ZipExtraction.h"
+#include "foundation/core/GErrorCodes.h"
+#include "foundation/core/GException.h"
+#include "foundation/core/GFileOutputStream.h"
+#include "foundation/core/GMemoryInputStream.h"
+#include "foundation/core/GStringSupport.h"
+#include "foundation/prefs/GDictListReader.h"
+#include "foundation/prefs/GPrefMemoryModule.h"
+#include "hopbox/TemporaryFolder.h"
+
+using Morvane::ZipArchive;
+using Morvane::ZipArchiver;
+using Morvane::ZipLimits;
+using Morvane::ZipNames;
+using Morvane::ZipStart;
+
+namespace
+{
+const QLatin1String cSettingsEntry("Project/Project.prefs");
+const QLatin1String cJobOptionsFolder("PrinterFiles/");
+
+// What WriteSettings carries over from one archive to the next at most.
+constexpr qint64 cMaximumArchiveSize = 1 << 30;  // bytes
+constexpr int cCompressionLevel = 6;
+
+// The archives' password in clear, for as long as it is in use.
+GString GetPassword()
+{
+    return GStringSupport::DeScramble(QStringLiteral("EIEYhAVA-KI5E_[eV6H6&=q1j@TmR"));
+}
+
+bool IsSettings(const ZipArchive& archive)
+{
+    return archive.GetCurrentFileName() == cSettingsEntry;
+}
+
+bool IsJobOptions(const ZipArchive& archive)
+{
+    return !archive.GetCurrentEntry().isFolder() && archive.GetCurrentFileName().contains(cJobOptionsFolder);
+}
+
+// Where the current entry of an archive comes to lie below a folder.
+GPathName GetExtractedPath(const ZipArchive& archive, const GPathName& folder)
+{
+    const QStringList parts = Morvane::findTarget(archive.GetCurrentEntry(), false);
+    return folder.GetChild(parts.join(QLatin1Char('/')));
+}
+
+// Extracts the current entry below a folder. Raises when it is refused.
+GPathName Extract(ZipArchive& archive, const GPathName& folder)
+{
+    if (!archive.ExtractCurrentFile(folder.GetPortablePath(), GetPassword(), 0))
+        throw GCustomException(GErrorCode::cFile, archive.GetLastError());
+    return GetExtractedPath(archive, folder);
+}
+
+// Whether anything of a settings document can be read.
+bool IsDocument(const GBuffer& bytes)
+{
+    GMemoryInputStream stream(bytes);
+    GDictListReader<GBuffer, GBuffer, GString> reader;
+    GPrefGroups groups;
+    return reader.Read(stream, GEncoding::GetUTF16LittleEndian(), groups) || groups.GetCount() > 0;
+}
+
+GPathName WriteSettingsFile(const GPrefModule& settings, const GPathName& folder)
+{
+    const GPathName path = folder.GetChild(QStringLiteral("Project.prefs"));
+    GFileOutputStream stream(path.GetNativePath());
+    settings.GetPrefsDataToStream(stream, GEncoding::GetUTF16LittleEndian());
+    stream.Close();
+    return path;
+}
+
+// A project archive on its way. Every step raises when it fails, and the old archive then stays.
+class ProjectWriter
+{
+public:
+    explicit ProjectWriter(const GPathName& archive) : mArchiver(archive.GetPortablePath())
+    {
+        Check(mArchiver.StartWriting(ZipStart::Create, GetPassword(), cCompressionLevel));
+    }
+
+    void AddFile(const GPathName& source, const GString& name)
+    {
+        Check(mArchiver.AddFile(source.GetPortablePath(), name, ZipArchiver::cStartLevel, ZipNames::NameField,
+                                GString()));
+    }
+
+    void Finish() { Check(mArchiver.FinishWriting()); }
+
+private:
+    void Check(bool isDone) const
+    {
+        if (!isDone)
+            throw GCustomException(GErrorCode::cFile, mArchiver.GetLastError());
+    }
+
+    ZipArchiver mArchiver;
+};
+
+// Carries the files of an archive over to another, but for the settings.
+void CopyOtherFiles(ZipArchive& archive, const GPathName& folder, ProjectWriter& writer)
+{
+    ZipLimits limits;
+    limits.totalBytes = cMaximumArchiveSize;
+    archive.SetLimits(limits);
+    for (archive.StartIterate(); !archive.AtEnd(); archive.Next()) {
+        if (archive.GetCurrentEntry().isFolder() || IsSettings(archive))
+            continue;
+        const GString number = GString::number(archive.GetCurrentIndex());
+        writer.AddFile(Extract(archive, folder.GetChild(number)), archive.GetCurrentFileName());
+    }
+    if (archive.HasFailed())
+        throw GCustomException(GErrorCode::cFile, archive.GetLastError());
+}
+}  // namespace
+
+const GBuffer& HopboxProject::GetPlugInGroup()
+{
+    static const GBuffer group = QByteArrayLiteral("PluginSettings");
+    return group;
+}
+
+HopboxProject::HopboxProject(const GPathName& archive) : mPath(archive) {}
+
+bool HopboxProject::ExtractJobOptions(const GPathName& folder, GPathName& jobOptions)
+{
+    ZipArchive archive(mPath.GetPortablePath());
+    ZipLimits limits;
+    limits.entryBytes = cMaximumJobOptionsSize;
+    archive.SetLimits(limits);
+    if (!FindJobOptions(archive))
+        return false;
+    try {
+        jobOptions = Extract(archive, folder);
+        return true;
+    } catch (const GException& error) {
+        archive.removeMadeFolders(folder.GetPortablePath());
+        return Fail(error.GetDescription());
+    }
+}
+
+bool HopboxProject::ReadSettings(GPrefModule& settings)
+{
+    ZipArchive archive(mPath.GetPortablePath());
+    archive.SetMemoryLimit(cMaximumSettingsSize);
+    GBuffer text;
+    if (!FindJobOptions(archive) || !FindSettings(archive, text))
+        return false;
+    if (!IsDocument(text))
+        return Fail(QStringLiteral("The project settings in %1 can't be read.").arg(mPath.GetNativePath()));
+    settings.UpdateWith(GPrefMemoryModule(text, GEncoding::GetUTF16LittleEndian()));
+    return true;
+}
+
+bool HopboxProject::WriteSettings(const GPrefModule& settings)
+{
+    ZipArchive archive(mPath.GetPortablePath());
+    if (!FindJobOptions(archive))
+        return false;
+    try {
+        const TemporaryFolder folder;
+        ProjectWriter writer(mPath);
+        writer.AddFile(WriteSettingsFile(settings, folder.GetPathName()), cSettingsEntry);
+        CopyOtherFiles(archive, folder.GetPathName(), writer);
+        writer.Finish();
+        return true;
+    } catch (const GException& error) {
+        return Fail(error.GetDescription());
+    }
+}
+
+bool HopboxProject::Create(const GPathName& jobOptions, const GPrefModule& settings)
+{
+    try {
+        const TemporaryFolder folder;
+        ProjectWriter writer(mPath);
+        writer.AddFile(WriteSettingsFile(settings, folder.GetPathName()), cSettingsEntry);
+        writer.AddFile(jobOptions, cJobOptionsFolder + jobOptions.GetLeaf());
+        writer.Finish();
+        return true;
+    } catch (const GException& error) {
+        return Fail(error.GetDescription());
+    }
+}
+
+// Leaves the archive on the job options.
+bool HopboxProject::FindJobOptions(ZipArchive& archive)
+{
+    for (archive.StartIterate(); !archive.AtEnd(); archive.Next()) {
+        if (IsJobOptions(archive))
+            return true;
+    }
+    if (archive.HasFailed())
+        return Fail(archive.GetLastError());
+    return Fail(QStringLiteral("There are no job options in %1.").arg(mPath.GetNativePath()));
+}
+
+bool HopboxProject::FindSettings(ZipArchive& archive, GBuffer& text)
+{
+    for (archive.StartIterate(); !archive.AtEnd(); archive.Next()) {
+        if (!IsSettings(archive))
+            continue;
+        text = archive.ExtractCurrentToMemory(GetPassword());
+        return !text.isNull() || Fail(archive.GetLastError());
+    }
+    if (archive.HasFailed())
+        return Fail(archive.GetLastError());
+    return Fail(QStringLiteral("There are no project settings in %1.").arg(mPath.GetNativePath()));
+}
+
+bool HopboxProject::Fail(const GString& text)
+{
+    mLastError = text;
+    return false;
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "foundation/core/GPathName.h"
+
+class GPrefModule;
+
+namespace Morvane
+{
+class ZipArchive;
+}
+
+// The project archive that each Hopbox carries: a zip archive, protected by a password that only this class
+// knows, with the Hopbox's settings and its job options. docs/formats/registry.md has the layout.
+//
+// The archive is taken as hostile: nothing is written outside the folder that the caller names, and neither
+// settings nor job options may be larger than cMaximumSettingsSize and cMaximumJobOptionsSize. Folder entries
+// are passed over, so that an archive from any zip tool serves.
+//
+// Operations never raise; they give whether they succeeded, and a failure leaves its text in GetLastError.
+// Each opens the archive anew. An object is used by one thread.
+class HopboxProject
+{
+public:
+    static constexpr int64_t cMaximumSettingsSize = 16 << 20;     // bytes
+    static constexpr int64_t cMaximumJobOptionsSize = 256 << 20;  // bytes
+
+    // The group of the settings in which the plug-in finds what it needs of a Hopbox.
+    static const GBuffer& GetPlugInGroup();
+
+    explicit HopboxProject(const GPathName& archive);
+
+    const GPathName& GetPathName() const { return mPath; }
+
+    // Extracts the job options, the first file whose name holds "PrinterFiles/", below a folder, which is
+    // made when it is missing, and gives the path of the file there. A failure leaves nothing in it.
+    bool ExtractJobOptions(const GPathName& folder, GPathName& jobOptions);
+
+    // Reads the settings and puts them over those that the module holds. Fails, with the module unchanged,
+    // also when the archive has no job options.
+    bool ReadSettings(GPrefModule& settings);
+
+    // Puts these settings in the place of the archive's, which must have job options. The archive is replaced
+    // whole, with its other files as they were; a failure leaves it as it was. Of two writers at once, the
+    // last one's settings stay.
+    bool WriteSettings(const GPrefModule& settings);
+
+    // Makes the archive from settings and a job options file, in place of one that is there. Its folder must
+    // be there.
+    bool Create(const GPathName& jobOptions, const GPrefModule& settings);
+
+    // The text of the last failure, for the user; empty before there was one.
+    const GString& GetLastError() const { return mLastError; }
+
+private:
+    bool FindJobOptions(Morvane::ZipArchive& archive);
+    bool FindSettings(Morvane::ZipArchive& archive, GBuffer& text);
+    bool Fail(const GString& text);
+
+    GPathName mPath;
+    GString mLastError;
+};

@@ -1,0 +1,114 @@
+#pragma once
+
+#include "foundation/core/GPathName.h"
+#include "hopbox/HopboxRegistryEntry.h"
+
+#include <QDateTime>
+#include <QStringList>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+
+class GPrefModule;
+class GPrefSharedFileModule;
+
+// The registry in which every Hopbox application of a user enters itself: one shared settings file.
+//
+// A handle reads the file when it is made and then answers from memory; make a new one for each task, and
+// close it with the task. What changes the registry takes the file's lock, reads it again, changes that and
+// writes it back, so that changes of several processes all count; afterwards the handle answers from what was
+// written.
+//
+// An entry is addressed by its key, the identifier that was made when it was added, or by its actor name: the
+// first entry, in the order of the file, whose key or else whose actor name is the given text. Both are
+// compared exactly. Several entries may bear one actor name. A record that can't be read is found only by its
+// key, and then only to be replaced or removed.
+//
+// A missing file is an empty registry. Failures of the file and its lock raise a GException. A handle is used
+// by one thread at a time.
+class HopboxRegistry
+{
+public:
+    // Opens the user's registry, and makes its folder when it is missing.
+    HopboxRegistry();
+    ~HopboxRegistry();
+    HopboxRegistry(const HopboxRegistry&) = delete;
+    HopboxRegistry& operator=(const HopboxRegistry&) = delete;
+
+    // Where the registry of this user is.
+    static GPathName GetPathName();
+
+    // Adds an entry under a fresh key, also when there is one of that actor name. Gives the key where asked
+    // for.
+    bool AddEntry(const GString& actorName, const HopboxRegistryEntry& entry, GString* key = nullptr);
+
+    // The others give whether the entry was found.
+    bool RemoveEntry(const GString& name);
+
+    // Replaces an entry under its key. One that is addressed by its key keeps its actor name.
+    bool UpdateEntry(const GString& name, const HopboxRegistryEntry& entry);
+
+    // Lets `change` work on the entry as the file holds it now, with nobody else's change between reading and
+    // writing. It is not called when the entry isn't found or can't be read.
+    bool ChangeEntry(const GString& name, const std::function<void(HopboxRegistryEntry&)>& change);
+
+    bool GetEntry(const GString& name, HopboxRegistryEntry& entry) const;
+
+    // The first entry whose context file path is the given one.
+    bool FindByContextFile(const GPathName& contextFilePath, GString& actorName,
+                           HopboxRegistryEntry& entry) const;
+
+    // The actor names of all entries that can be read, one for each entry, in the order of the file.
+    QStringList GetActorNames() const;
+
+    // The key of the entry that is addressed so; empty when there is none.
+    GString FindKey(const GString& name) const;
+
+    // The keys of all entries, those that can't be read included, in the order of the file.
+    QStringList GetKeys() const;
+
+    // The entry of that key with its actor name; none when there is no such key or its record can't be read.
+    std::optional<HopboxRecord> GetRecord(const GString& key) const;
+
+    // The group of the plug-in's settings that belongs to the entry of that key: its actor name, or its key
+    // where that is empty or is the name of a group that the plug-in keeps for itself. Empty when the entry
+    // can't be read.
+    GString GetPreferenceGroup(const GString& key) const;
+
+    // Removes all entries. The allowed origins stay.
+    void Clear();
+
+    // The origins whose requests the Hopboxes' web service allows.
+    QStringList GetAllowedOrigins() const;
+    void SetAllowedOrigins(const QStringList& origins);
+
+    // When the registry's file was last changed; `time` stays as it is when there is none. Tells that another
+    // process changed the registry.
+    void GetModificationTime(QDateTime& time) const;
+
+    // The folder of the Hopbox applications; each lies in a sub-folder whose name is a number. And the folder
+    // of their settings below it, with a sub-folder for each settings name, which is computed once per
+    // process.
+    static GPathName GetCacheFolder();
+    static const GPathName& GetSettingsFolder();
+
+    // The number of the sub-folder of the cache folder in which the path lies, at any depth: it tells which
+    // build of the Hopbox application that is. 0 for a path elsewhere and for a sub-folder whose name is no
+    // number.
+    static int32_t GetCacheEntryNumber(const GPathName& path) noexcept;
+
+    // The settings name of a path: the sub-folder of the settings folder in which it lies. False, with an
+    // empty name, for a path elsewhere.
+    static bool GetSettingsName(const GPathName& path, GString& name) noexcept;
+
+    // Puts another settings name into a path. True when the path has a settings name that differs from the
+    // new one. A new name that can't be the name of a folder changes nothing.
+    static bool RenameSettingsInPath(const GString& newName, GPathName& path) noexcept;
+
+private:
+    bool ChangeFound(const GString& name, const std::function<bool(GPrefModule&, const GBuffer&)>& change);
+
+    std::unique_ptr<GPrefSharedFileModule> mModule;
+};
