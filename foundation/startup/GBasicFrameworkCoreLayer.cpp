@@ -1,0 +1,141 @@
+#include "foundation/startup/GBasicFrameworkCoreLayer.h"
+
+#include "foundation/core/GErrorCodes.h"
+#include "foundation/core/GException.h"
+#include "foundation/core/GMessageLoop.h"
+#include "foundation/prefs/GMorvaneGeneralPrefs.h"
+#include "foundation/prefs/GPreferences.h"
+#include "foundation/startup/FoundationMessages.h"
+#include "foundation/strings/GStringPool.h"
+#include "foundation/system/GFileSystemBase.h"
+#include "foundation/trace/FileLogger.h"
+#include "foundation/trace/GTrace.h"
+#include "foundation/trace/QtLogger.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+
+namespace
+{
+const GBuffer cPrefIDLogToFile = QByteArrayLiteral("LogToFile");
+
+int useCount = 0;
+
+// The logger that this layer installed; null when somebody else's serves.
+std::shared_ptr<Morvane::ILogInterface> ownLogger;
+
+bool IsOwnLoggerInstalled()
+{
+    return ownLogger != nullptr && GTrace::GetLogger() == ownLogger;
+}
+
+void InstallLogger(std::shared_ptr<Morvane::ILogInterface> logger)
+{
+    ownLogger = std::move(logger);
+    GTrace::SetLogger(ownLogger);
+}
+
+void BringUp()
+{
+    if (GTrace::GetLogger() == nullptr)
+        InstallLogger(std::make_shared<Morvane::QtLogger>());
+    if (QCoreApplication::instance() != nullptr)
+        GMessageLoop::Start();
+    GPreferences::Initialize();
+    GBasicFrameworkCoreLayer::InitializeStrings();
+}
+
+void FinalizePreferences() noexcept
+{
+    try {
+        GPreferences::Finalize();
+    } catch (const std::exception& error) {
+        GTrace::Error(QStringLiteral("GBasicFrameworkCoreLayer::Release"),
+                      QStringLiteral("Settings are lost: %1").arg(GString::fromUtf8(error.what())));
+    }
+}
+
+// Undoes what BringUp did, however far it came.
+void TakeDown() noexcept
+{
+    GStringPool::Finalize();
+    FinalizePreferences();
+    GMessageLoop::Stop();
+    if (IsOwnLoggerInstalled())
+        GTrace::SetLogger(nullptr);
+    ownLogger.reset();
+}
+
+void LogToFile()
+{
+    const GPathName folder = GFileSystemBase::GetSpecialPath(GSpecialPath::cUserPreferences);
+    const GString path = folder.GetChild(QStringLiteral("Morvane.log")).GetNativePath();
+    auto logger = std::make_shared<Morvane::FileLogger>(path);
+    if (!logger->isOpen())
+        throw GCustomException(GErrorCode::cFile, QStringLiteral("%1 can't be opened.").arg(path));
+    InstallLogger(std::move(logger));
+}
+}  // namespace
+
+void GBasicFrameworkCoreLayer::Initialize()
+{
+    if (useCount == 0) {
+        try {
+            BringUp();
+        } catch (...) {
+            TakeDown();
+            throw;
+        }
+    }
+    ++useCount;
+}
+
+void GBasicFrameworkCoreLayer::Release() noexcept
+{
+    if (useCount == 0) {
+        GTrace::Assert(QStringLiteral("GBasicFrameworkCoreLayer::Release"),
+                       QStringLiteral("Released more often than initialised."));
+        return;
+    }
+    if (--useCount == 0)
+        TakeDown();
+}
+
+bool GBasicFrameworkCoreLayer::IsInitialized()
+{
+    return useCount > 0;
+}
+
+void GBasicFrameworkCoreLayer::InitializeStrings()
+{
+    GStringPool::Initialize();
+    RegisterFoundationMessages();
+}
+
+void GBasicFrameworkCoreLayer::ApplySettings()
+{
+    GStringPool::SetLanguage(GetLanguage());
+    const bool isWanted = GPreferences::GetBool(GMorvaneGeneralPrefs::cGroupIDGeneralPrefs, cPrefIDLogToFile);
+    if (!isWanted || !IsOwnLoggerInstalled())
+        return;
+    try {
+        LogToFile();
+    } catch (const GException& error) {
+        GTrace::Error(QStringLiteral("GBasicFrameworkCoreLayer::ApplySettings"), error.GetDescription());
+    }
+}
+
+GString GBasicFrameworkCoreLayer::GetLanguage()
+{
+    const GString language =
+        GPreferences::Get(GMorvaneGeneralPrefs::cGroupIDGeneralPrefs, GMorvaneGeneralPrefs::cPrefIDLanguage);
+    return language.isEmpty() ? GetLanguageOf(QLocale::system()) : language;
+}
+
+GString GBasicFrameworkCoreLayer::GetLanguageOf(const QLocale& locale)
+{
+    if (locale.language() == QLocale::C)
+        return GStringPool::cEnglish;
+    const QLocale main(locale.language(), locale.script(), QLocale::AnyCountry);
+    return main.name().remove(QLatin1Char('_'));
+}
