@@ -153,14 +153,23 @@ void GStringFileReader::Parse(const GBuffer& content, const GString& name, const
     if (content.startsWith("\xEF\xBB\xBF"))
         at += 3;
     int badLines = 0;
-    for (int number = 1; at != end; ++number) {
+    int entries = 0;
+    const Take takeAndCount = [&](uint32_t code, const GString& text) {
+        ++entries;
+        take(code, text);
+    };
+    for (int number = 1; at != end && entries < cMostEntries; ++number) {
         const char* lineEnd = at;
         while (lineEnd != end && *lineEnd != '\n' && *lineEnd != '\r')
             ++lineEnd;
-        if (!ReadLine(at, static_cast<int>(lineEnd - at), take) && ++badLines <= cMostBadLines)
+        if (!ReadLine(at, static_cast<int>(lineEnd - at), takeAndCount) && ++badLines <= cMostBadLines)
             LogBadLine(name, number);
         const bool isCRLF = end - lineEnd >= 2 && lineEnd[0] == '\r' && lineEnd[1] == '\n';
         at = lineEnd == end ? end : lineEnd + (isCRLF ? 2 : 1);
+    }
+    if (at != end) {
+        GTrace::Error(QStringLiteral("GStringFileReader::Parse"),
+                      QStringLiteral("%1: only the first %2 entries are read.").arg(name).arg(cMostEntries));
     }
     if (badLines > cMostBadLines) {
         GTrace::Error(

@@ -13,6 +13,10 @@ public:
     // A file larger than this is refused: no translation is.
     static constexpr int cLargestFile = 16 * 1024 * 1024;
 
+    // The entries of one file that are read; the rest is passed over, with a line in the log. It bounds what
+    // codes that were chosen to meet in the table can cost.
+    static constexpr int cMostEntries = 20000;
+
     using Take = std::function<void(uint32_t code, const GString& text)>;
 
     // Reads a file into the language's table of the string pool; each entry replaces the text that is there.

@@ -74,6 +74,18 @@ TEST(GStringFileReader, AFileOfRubbishDoesNotFloodTheLog)
     EXPECT_LT(reading.log.size(), 30);
 }
 
+// More entries than any translation has are there to fill the memory or to slow the table down.
+TEST(GStringFileReader, AFileOfTooManyEntriesIsReadAsFarAsTheBound)
+{
+    QByteArray content;
+    for (int code = 0; code <= GStringFileReader::cMostEntries; ++code)
+        content += QByteArray::number(code) + " \"\"\n";
+    const Reading reading = Read(content);
+    EXPECT_EQ(reading.texts.size(), static_cast<size_t>(GStringFileReader::cMostEntries));
+    EXPECT_EQ(reading.log.size(), 1);
+    EXPECT_TRUE(Read(content.mid(content.indexOf('\n') + 1)).log.isEmpty());
+}
+
 TEST(GStringFileReader, WhatIsNoReadableFileIsRefused)
 {
     const QTemporaryDir folder;
