@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/core/GDateTime.h"
 #include "foundation/core/GEncoding.h"
 #include "foundation/core/GPathName.h"
 #include "foundation/prefs/GVariableSubstitution.h"
@@ -8,7 +9,6 @@
 #include <utility>
 #include <vector>
 
-class GDateTime;
 class GPrefModule;
 
 // The process-wide store of settings: a stack of modules, each under a number, asked from the highest number
@@ -19,7 +19,8 @@ class GPrefModule;
 // there is no module -2, a shared group stays where it is.
 //
 // Values are texts; the typed operations convert to and from them. Booleans are "true" and "false", and any
-// other text is false. A text that is no number reads as 0, one that is no path as the empty path.
+// other text is false. A text that is no number reads as 0, one that is no path as the empty path, one that
+// is no moment as none.
 //
 // Used by one thread. What a module raises comes through; see the modules.
 class GPreferences
@@ -99,6 +100,8 @@ public:
     static double GetReal(int32_t id, const GBuffer& group, const GBuffer& key);
     static GPathName GetPathName(const GBuffer& group, const GBuffer& key);
     static GPathName GetPathName(int32_t id, const GBuffer& group, const GBuffer& key);
+    static GDateTime GetDateTime(const GBuffer& group, const GBuffer& key);
+    static GDateTime GetDateTime(int32_t id, const GBuffer& group, const GBuffer& key);
 
     // Give whether a value was found; without one the target becomes empty, 0 or false.
     static bool Get(const GBuffer& group, const GBuffer& key, GString& value);
@@ -106,6 +109,7 @@ public:
     static bool Get(const GBuffer& group, const GBuffer& key, bool& value);
     static bool Get(const GBuffer& group, const GBuffer& key, double& value);
     static bool Get(const GBuffer& group, const GBuffer& key, GPathName& value);
+    static bool Get(const GBuffer& group, const GBuffer& key, GDateTime& value);
 
     // The value without regard to module -2.
     static GString GetNonSharedPref(const GBuffer& group, const GBuffer& key);
@@ -121,6 +125,7 @@ public:
     static void Set(int32_t id, const GBuffer& group, const GBuffer& key, double value);
     static void Set(int32_t id, const GBuffer& group, const GBuffer& key, const char* utf8Text);
     static void Set(int32_t id, const GBuffer& group, const GBuffer& key, const GPathName& value);
+    static void Set(int32_t id, const GBuffer& group, const GBuffer& key, const GDateTime& value);
 
     // The same, but the value outlasts a temporary use that is taken back.
     static void SetIgnoreTemp(int32_t id, const GBuffer& group, const GBuffer& key, const GString& value);

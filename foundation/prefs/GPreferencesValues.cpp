@@ -52,6 +52,16 @@ GPathName GPreferences::GetPathName(int32_t id, const GBuffer& group, const GBuf
     return LoadPathName(Find(id, group, key));
 }
 
+GDateTime GPreferences::GetDateTime(const GBuffer& group, const GBuffer& key)
+{
+    return GDateTime::FromText(Get(group, key));
+}
+
+GDateTime GPreferences::GetDateTime(int32_t id, const GBuffer& group, const GBuffer& key)
+{
+    return GDateTime::FromText(Get(id, group, key));
+}
+
 bool GPreferences::Get(const GBuffer& group, const GBuffer& key, GString& value)
 {
     const GString* stored = Find(group, key);
@@ -90,6 +100,14 @@ bool GPreferences::Get(const GBuffer& group, const GBuffer& key, GPathName& valu
     return stored != nullptr;
 }
 
+bool GPreferences::Get(const GBuffer& group, const GBuffer& key, GDateTime& value)
+{
+    GString text;
+    const bool isFound = Get(group, key, text);
+    value = GDateTime::FromText(text);
+    return isFound;
+}
+
 GString GPreferences::GetNonSharedPref(const GBuffer& group, const GBuffer& key)
 {
     return Load(Kind::cString, FindNonShared(group, key));
@@ -125,6 +143,11 @@ void GPreferences::Set(int32_t id, const GBuffer& group, const GBuffer& key, con
 {
     if (GPrefModule* module = GetTarget(id, group))
         module->Set(group, key, Store(Kind::cPathName, value.GetNativePath()));
+}
+
+void GPreferences::Set(int32_t id, const GBuffer& group, const GBuffer& key, const GDateTime& value)
+{
+    Set(id, group, key, value.GetText());
 }
 
 void GPreferences::SetIgnoreTemp(int32_t id, const GBuffer& group, const GBuffer& key, const GString& value)

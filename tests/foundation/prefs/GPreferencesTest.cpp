@@ -168,6 +168,12 @@ TEST_F(GPreferencesTest, TextsReadAsTheTypeThatIsAskedFor)
     EXPECT_TRUE(text.isEmpty());
     GPreferences::Set(-3, "G", "K", 0.1);
     EXPECT_EQ(GPreferences::GetReal("G", "K"), 0.1);
+    GDateTime time = GDateTime::GetNow();
+    EXPECT_TRUE(GPreferences::Get("G", "K", time));
+    EXPECT_FALSE(time.IsValid()) << "It holds a number.";
+    EXPECT_FALSE(GPreferences::Get("G", "none", time));
+    GPreferences::Set(-3, "G", "K", GDateTime::FromMilliseconds(1234567890123));
+    EXPECT_EQ(GPreferences::GetDateTime("G", "K"), GDateTime::FromMilliseconds(1234567890123));
 }
 
 TEST_F(GPreferencesTest, StoredPathsFollowTheirFolder)
