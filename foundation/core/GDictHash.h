@@ -22,8 +22,7 @@
 //   n = 0          a and b 0
 // The result is the exclusive-or of h's high and low 32 bits.
 //
-// A number hashes to the middle 32 bits of its 64-bit product with K: codes that follow each other are spread
-// evenly, whatever the capacity.
+// A number hashes to itself: codes that follow each other lie side by side.
 //
 // A key type of one's own gets a GDictHash beside it, in its namespace.
 uint32_t GDictHash(const GBuffer& key);
@@ -31,5 +30,5 @@ uint32_t GDictHash(const GString& key);
 
 inline uint32_t GDictHash(uint32_t key)
 {
-    return static_cast<uint32_t>((key * 0x9E3779B97F4A7C15) >> 16);
+    return key;
 }

@@ -15,6 +15,8 @@ GStringPoolTable* GStringPool::sCurrentLanguageTable = nullptr;
 GStringPoolTable* GStringPool::sEnglishTable = nullptr;
 GStringPoolTable* GStringPool::sNeutralTable = nullptr;
 
+static const GString cUnknown;
+
 void GStringPool::Initialize()
 {
     if (sEnglishTable != nullptr)
@@ -34,21 +36,24 @@ void GStringPool::Finalize()
     GStringPoolSupport::ForgetStringFiles();
 }
 
+static const GString* FindIn(const GStringPoolTable* table, uint32_t code)
+{
+    return table == nullptr ? nullptr : table->FindStringForID(code);
+}
+
 const GString* GStringPool::FindString(uint32_t code)
 {
-    for (const GStringPoolTable* table : {sNeutralTable, sCurrentLanguageTable, sEnglishTable}) {
-        const GString* text = table == nullptr ? nullptr : table->FindStringForID(code);
-        if (text != nullptr)
-            return text;
-    }
-    return nullptr;
+    if (const GString* text = FindIn(sNeutralTable, code))
+        return text;
+    if (const GString* text = FindIn(sCurrentLanguageTable, code))
+        return text;
+    return FindIn(sEnglishTable, code);
 }
 
 const GString& GStringPool::GetString(uint32_t code)
 {
-    static const GString unknown;
     const GString* text = FindString(code);
-    return text == nullptr ? unknown : *text;
+    return text == nullptr ? cUnknown : *text;
 }
 
 bool GStringPool::GetString(uint32_t code, GString& text)

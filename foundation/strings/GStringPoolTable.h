@@ -22,6 +22,9 @@ public:
     // The text of a code, null when there is none; valid until the next change of the table.
     const GString* FindStringForID(uint32_t code) const
     {
+        // Most codes that a table lacks lie outside its range: another module's.
+        if (code - mLowest > mHighest - mLowest)
+            return nullptr;
         const Entry* entry = mEntries.Find(code);
         return entry == nullptr ? nullptr : &entry->text;
     }
@@ -30,4 +33,6 @@ public:
 
 private:
     GDict<uint32_t, Entry> mEntries;
+    uint32_t mLowest = 0;  // the range of the codes; while there is none, the code 0 alone
+    uint32_t mHighest = 0;
 };

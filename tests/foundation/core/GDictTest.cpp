@@ -74,7 +74,7 @@ TEST(GDictHash, IsTheDocumentedOneForEveryLength)
         EXPECT_EQ(GDictHash(testCase.text), testCase.bytes) << testCase.text.constData();
         EXPECT_EQ(GDictHash(GString::fromUtf8(testCase.text)), testCase.units) << testCase.text.constData();
     }
-    EXPECT_EQ(GDictHash(30060000u), 0x9896B498u);
+    EXPECT_EQ(GDictHash(30060000u), 30060000u);
 }
 
 TEST(GDictUtil, AllocationsAreTheListedPrimesThenDoubled)
