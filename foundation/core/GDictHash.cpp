@@ -12,7 +12,7 @@ constexpr uint64_t cSecondFactor = 0xD6E8FEB86659FD93;
 uint64_t Fold(uint64_t first, uint64_t second)
 {
     const uint128 product = static_cast<uint128>(first) * second;
-    return static_cast<uint64_t>(product >> 64) ^ static_cast<uint64_t>(product);
+    return static_cast<uint64_t>(product >> 64) ^ static_cast<uint64_t>(product) ^ first ^ second;
 }
 
 template <typename Number>

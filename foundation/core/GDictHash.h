@@ -10,7 +10,8 @@
 //
 // Text hashes as a row of n bytes: a GBuffer's own, a GString's UTF-16 units each with its low byte first.
 // Numbers of several bytes are read with the low byte first, and
-//   fold(a, b) = the high 64 bits of the product a * b, exclusive-or its low 64 bits
+//   fold(a, b) = the exclusive-or of the high 64 bits of the product a * b, its low 64 bits, a and b
+//                (without a and b, a factor of 0 would give 0 whatever the other is)
 //   K = 0x9E3779B97F4A7C15, L = 0xD6E8FEB86659FD93
 // The hash begins as h = n * K, cut to 64 bits. From the front, while more than 16 bytes are left, the next 8
 // are a and the 8 after them b, and h becomes fold(h ^ a, L ^ b). Then once more, with a and b out of what
