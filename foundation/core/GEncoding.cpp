@@ -53,7 +53,8 @@ public:
         // Qt takes marks at the start for no part of the text.
         static const GBuffer mark("\xEF\xBB\xBF");
         int markEnd = 0;
-        while (std::strncmp(bytes.constData() + markEnd, mark.constData(), 3) == 0)
+        while (bytes.size() - markEnd >= mark.size() &&
+               std::memcmp(bytes.constData() + markEnd, mark.constData(), 3) == 0)
             markEnd += mark.size();
         const GString text = GString::fromUtf8(bytes.constData() + markEnd, bytes.size() - markEnd);
         return markEnd == 0 ? text : GString(markEnd / mark.size(), QChar::ByteOrderMark) + text;
