@@ -1,6 +1,7 @@
 #include "foundation/core/SharedFile.h"
 
-#include <QDir>
+#include "foundation/core/GPathNameRules.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -12,7 +13,8 @@
 // file wait for its readers.
 bool OpenSharedForReading(QFile& file, GString& reason)
 {
-    const QString path = QDir::toNativeSeparators(QFileInfo(file.fileName()).absoluteFilePath());
+    const QString path =
+        GPathNameRules::ToSystem(GPathNameRules::ToPortable(QFileInfo(file.fileName()).absoluteFilePath()));
     const HANDLE handle = ::CreateFileW(reinterpret_cast<const wchar_t*>(path.utf16()), GENERIC_READ,
                                         FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                         OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);

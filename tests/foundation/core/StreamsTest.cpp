@@ -5,6 +5,7 @@
 #include "foundation/core/GFileOutputStream.h"
 #include "foundation/core/GMemoryInputStream.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -87,7 +88,11 @@ TEST(StreamsTest, RollBackGoesBackAcrossManyBuffers)
 TEST(StreamsTest, FilesComeBackAndCanBeReplacedWhileTheyAreRead)
 {
     QTemporaryDir folder;
-    const GString path = folder.filePath(QStringLiteral("\u00E4 file"));
+    // Longer than the 260 characters that Windows' calls take without a prefix.
+    const GString deep =
+        folder.filePath(GString(200, QLatin1Char('d')) + QLatin1Char('/') + GString(100, QLatin1Char('e')));
+    ASSERT_TRUE(QDir().mkpath(deep));
+    const GString path = deep + QStringLiteral("/\u00E4 file");
     const GBuffer bytes = MakeBytes(70000);
     GFileOutputStream output(path);
     output.WriteBuffer(bytes.left(100));
