@@ -102,8 +102,9 @@ bool GFileCalls::RenameFile(const GPathName& from, const GPathName& to, bool isR
     // A second name is never made over one that is there, on any file system that knows them.
     if (link(fromPath.constData(), toPath.constData()) == 0)
         return unlink(fromPath.constData()) == 0;
+    // File systems without second names say so in various ways.
     constexpr unsigned cNoReplace = 1;
-    return errno == EPERM &&
+    return errno != EEXIST &&
            renameat2(AT_FDCWD, fromPath.constData(), AT_FDCWD, toPath.constData(), cNoReplace) == 0;
 }
 
