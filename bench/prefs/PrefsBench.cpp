@@ -1,11 +1,10 @@
+#include "Content.h"
 #include "KeyFile.h"
+#include "MemoryReport.h"
 #include "Ratios.h"
 
-#include "foundation/core/GFileInputStream.h"
-#include "foundation/core/GFileOutputStream.h"
-#include "foundation/prefs/GDictListReader.h"
-#include "foundation/prefs/GPrefWriter.h"
-#include "foundation/prefs/GText2BinStream.h"
+#include "foundation/prefs/GPrefFileModule.h"
+#include "foundation/prefs/GPreferences.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -14,132 +13,103 @@
 
 #include <benchmark/benchmark.h>
 
-#include <functional>
-#include <vector>
-
-// The settings store beside QSettings (ini) and GLib's GKeyFile: each loads, saves, reads and changes the
-// same content.
+// The settings store beside QSettings (ini) and GLib's GKeyFile: each loads, saves, gets and sets the same
+// content. All three replace the file whole and flush it to disk when they save; with TMPDIR on a file system
+// in memory the disk is out of the picture.
 namespace
 {
-constexpr int cGroups = 200;
-constexpr int cEntries = 500;
+using Content::cEntries;
+using Content::cGroups;
+using Content::Place;
 
-GString GetGroupName(int group)
-{
-    return QStringLiteral("Group of settings %1").arg(group);
-}
+constexpr int32_t cModule = 0;  // the place of our module in the store
 
-GString GetKeyName(int entry)
-{
-    return QStringLiteral("SettingsEntry%1").arg(entry);
-}
-
-// What settings hold: booleans, numbers, names, paths, and now and then a list.
-GString GetValue(int group, int entry)
-{
-    switch (entry % 5) {
-        case 0:
-            return entry % 2 == 0 ? QStringLiteral("true") : QStringLiteral("false");
-        case 1:
-            return GString::number(group * 1000 + entry);
-        case 2:
-            return QStringLiteral("Gr\u00F6\u00DFe \u4E2D %1").arg(entry);
-        case 3:
-            return QStringLiteral("C:\\Users\\Someone\\Documents\\Job %1\\Print file %2.pdf")
-                .arg(group)
-                .arg(entry);
-        default:
-            return QStringLiteral("#BEGINTABLE\r\n\"one of %1\"\r\n\"two of %2\"\r\n#ENDTABLE\r\n")
-                .arg(group)
-                .arg(entry);
-    }
-}
-
-using EntryOperation = std::function<void(int group, int entry)>;
-
-void ForEachEntry(int groups, int entries, const EntryOperation& operation)
-{
-    for (int group = 0; group < groups; ++group) {
-        for (int entry = 0; entry < entries; ++entry)
-            operation(group, entry);
-    }
-}
-
-GString GetPath(const char* name)
+QString GetPath(const QString& name)
 {
     static const QTemporaryDir folder;
-    return folder.filePath(QString::fromLatin1(name));
+    return folder.filePath(name);
 }
 
 // --- ours ---
 
-GPrefGroups MakeGroups(int groupCount, int entryCount)
+using Module = std::unique_ptr<GPrefFileModule>;
+
+Module OpenOurs(const QString& name)
 {
-    GPrefGroups groups;
-    ForEachEntry(groupCount, entryCount, [&groups](int group, int entry) {
-        groups.FindOrInsert(GetGroupName(group).toLatin1())
-            .Insert(GetKeyName(entry).toLatin1(), GetValue(group, entry));
-    });
-    return groups;
+    return std::make_unique<GPrefFileModule>(GPathName(GetPath(name)), GEncoding::GetUTF16());
 }
 
-void Save(const GPrefGroups& groups, const GString& path)
+// Makes a file of the content, once for each size; gives its name.
+QString MakeOurs(int groups, int entries)
 {
-    GFileOutputStream file(path);
-    GText2BinStream stream(file, GEncoding::GetUTF16());
-    GPrefWriter::WriteDocument(stream, groups);
-    file.Close();
-}
-
-void Load(const GString& path, GPrefGroups& groups)
-{
-    GFileInputStream file(path);
-    GDictListReader<GBuffer, GBuffer, GString> reader;
-    reader.Read(file, GEncoding::GetUTF16(), groups);
+    const QString name = QStringLiteral("ours-%1-%2.prefs").arg(groups).arg(entries);
+    if (!QFile::exists(GetPath(name))) {
+        const Module module = OpenOurs(name);
+        Content::ForEach(groups, entries,
+                         [&module](const Place& place) { module->Set(place.group, place.key, place.value); });
+        module->FlushPrefs();
+    }
+    return name;
 }
 
 void LoadOurs(benchmark::State& state)
 {
-    const GString path = GetPath("ours.prefs");
-    Save(MakeGroups(static_cast<int>(state.range(0)), static_cast<int>(state.range(1))), path);
+    const QString name = MakeOurs(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
     for (auto _ : state) {
-        auto groups = std::make_unique<GPrefGroups>();
-        Load(path, *groups);
+        Module module = OpenOurs(name);
         state.PauseTiming();
-        groups.reset();
+        module.reset();
         state.ResumeTiming();
     }
 }
 
 void SaveOurs(benchmark::State& state)
 {
-    const GString path = GetPath("ours.prefs");
-    GPrefGroups groups = MakeGroups(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
-    for (auto _ : state)
-        Save(groups, path);
+    const Module module =
+        OpenOurs(MakeOurs(static_cast<int>(state.range(0)), static_cast<int>(state.range(1))));
+    for (auto _ : state) {
+        module->SetDirty(true);
+        module->FlushPrefs();
+    }
+}
+
+void GetOurs(benchmark::State& state)
+{
+    GPreferences::SetPrefModule(cModule, OpenOurs(MakeOurs(cGroups, cEntries)));
+    for (auto _ : state) {
+        for (const Place& place : Content::GetSample())
+            benchmark::DoNotOptimize(GPreferences::Get(place.group, place.key).size());
+    }
+    GPreferences::RemovePrefModule(cModule);
+}
+
+void SetOurs(benchmark::State& state)
+{
+    GPreferences::SetPrefModule(cModule, OpenOurs(MakeOurs(cGroups, cEntries)));
+    for (auto _ : state) {
+        for (const Place& place : Content::GetSample())
+            GPreferences::Set(cModule, place.group, place.key, place.value);
+    }
+    GPreferences::RemovePrefModule(cModule);
 }
 
 // --- QSettings ---
 
-std::unique_ptr<QSettings> OpenSettings()
+using Settings = std::unique_ptr<QSettings>;
+
+Settings OpenSettings()
 {
-    auto settings = std::make_unique<QSettings>(GetPath("peer.ini"), QSettings::IniFormat);
+    auto settings = std::make_unique<QSettings>(GetPath(QStringLiteral("peer.ini")), QSettings::IniFormat);
     settings->setIniCodec("UTF-8");
     return settings;
 }
 
-GString GetSettingsKey(int group, int entry)
+Settings MakeSettings()
 {
-    return GetGroupName(group) + QLatin1Char('/') + GetKeyName(entry);
-}
-
-std::unique_ptr<QSettings> MakeSettings()
-{
-    QFile::remove(GetPath("peer.ini"));
-    auto settings = OpenSettings();
-    ForEachEntry(cGroups, cEntries, [&settings](int group, int entry) {
-        settings->setValue(GetSettingsKey(group, entry), GetValue(group, entry));
-    });
+    Settings settings = OpenSettings();
+    settings->clear();
+    Content::ForEach(cGroups, cEntries,
+                     [&settings](const Place& place) { settings->setValue(place.path, place.value); });
     settings->sync();
     return settings;
 }
@@ -149,7 +119,7 @@ void TouchSettings()
 {
     static QDateTime time = QDateTime::currentDateTime();
     time = time.addSecs(1);
-    QFile file(GetPath("peer.ini"));
+    QFile file(GetPath(QStringLiteral("peer.ini")));
     file.open(QIODevice::ReadWrite);
     file.setFileTime(time, QFileDevice::FileModificationTime);
 }
@@ -161,9 +131,9 @@ void LoadSettings(benchmark::State& state)
         state.PauseTiming();
         TouchSettings();
         state.ResumeTiming();
-        auto settings = OpenSettings();
+        Settings settings = OpenSettings();
         for (int group = 0; group < cGroups; ++group)  // a group is parsed when it is first asked
-            benchmark::DoNotOptimize(settings->contains(GetSettingsKey(group, 0)));
+            benchmark::DoNotOptimize(settings->contains(Content::MakePlace(group, 0).path));
         state.PauseTiming();
         settings.reset();
         state.ResumeTiming();
@@ -172,32 +142,54 @@ void LoadSettings(benchmark::State& state)
 
 void SaveSettings(benchmark::State& state)
 {
-    const auto settings = MakeSettings();
+    const Settings settings = MakeSettings();
+    const QString path = Content::MakePlace(0, 0).path;
     int count = 0;
     for (auto _ : state) {
-        settings->setValue(GetSettingsKey(0, 0), ++count);
+        settings->setValue(path, ++count);
         settings->sync();
+    }
+}
+
+void GetSettings(benchmark::State& state)
+{
+    const Settings settings = MakeSettings();
+    for (auto _ : state) {
+        for (const Place& place : Content::GetSample())
+            benchmark::DoNotOptimize(settings->value(place.path).toString().size());
+    }
+}
+
+void SetSettings(benchmark::State& state)
+{
+    const Settings settings = MakeSettings();
+    for (auto _ : state) {
+        for (const Place& place : Content::GetSample())
+            settings->setValue(place.path, place.value);
     }
 }
 
 // --- GKeyFile ---
 
-void FillKeyFile(KeyFile& file)
+QByteArray GetKeyFilePath()
 {
-    ForEachEntry(cGroups, cEntries, [&file](int group, int entry) {
-        file.Set(GetGroupName(group).toUtf8(), GetKeyName(entry).toUtf8(), GetValue(group, entry).toUtf8());
-    });
+    return GetPath(QStringLiteral("peer.key")).toUtf8();
+}
+
+void Fill(KeyFile& file)
+{
+    Content::ForEach(cGroups, cEntries,
+                     [&file](const Place& place) { file.Set(place.group, place.key, place.value.toUtf8()); });
 }
 
 void LoadKeyFile(benchmark::State& state)
 {
-    const GBuffer path = GetPath("peer.key").toUtf8();
     KeyFile saved;
-    FillKeyFile(saved);
-    saved.Save(path);
+    Fill(saved);
+    saved.Save(GetKeyFilePath());
     for (auto _ : state) {
         auto file = std::make_unique<KeyFile>();
-        if (!file->Load(path))
+        if (!file->Load(GetKeyFilePath()))
             state.SkipWithError("not loaded");
         state.PauseTiming();
         file.reset();
@@ -207,37 +199,78 @@ void LoadKeyFile(benchmark::State& state)
 
 void SaveKeyFile(benchmark::State& state)
 {
-    const GBuffer path = GetPath("peer.key").toUtf8();
     KeyFile file;
-    FillKeyFile(file);
+    Fill(file);
     for (auto _ : state) {
-        if (!file.Save(path))
+        if (!file.Save(GetKeyFilePath()))
             state.SkipWithError("not saved");
     }
 }
 
-BENCHMARK(LoadOurs)
-    ->Args({cGroups, cEntries})
-    ->Args({cGroups * 10, cEntries})
-    ->Args({cGroups, cEntries * 10})
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK(SaveOurs)->Args({cGroups, cEntries})->Unit(benchmark::kMillisecond);
+void GetKeyFile(benchmark::State& state)
+{
+    KeyFile file;
+    Fill(file);
+    for (auto _ : state) {
+        for (const Place& place : Content::GetSample())
+            benchmark::DoNotOptimize(file.GetLength(place.group, place.key));
+    }
+}
+
+void SetKeyFile(benchmark::State& state)
+{
+    KeyFile file;
+    Fill(file);
+    std::vector<QByteArray> values;
+    for (const Place& place : Content::GetSample())
+        values.push_back(place.value.toUtf8());
+    for (auto _ : state) {
+        auto value = values.begin();
+        for (const Place& place : Content::GetSample())
+            file.Set(place.group, place.key, *value++);
+    }
+}
+
+void AddOurs(const char* name, void (*function)(benchmark::State&))
+{
+    benchmark::RegisterBenchmark(name, function)
+        ->Args({cGroups, cEntries})
+        ->Args({cGroups * 10, cEntries})
+        ->Args({cGroups, cEntries * 10})
+        ->Unit(benchmark::kMillisecond);
+}
+
 BENCHMARK(LoadSettings)->Unit(benchmark::kMillisecond);
-BENCHMARK(SaveSettings)->Unit(benchmark::kMillisecond);
 BENCHMARK(LoadKeyFile)->Unit(benchmark::kMillisecond);
+BENCHMARK(SaveSettings)->Unit(benchmark::kMillisecond);
 BENCHMARK(SaveKeyFile)->Unit(benchmark::kMillisecond);
+BENCHMARK(GetOurs);
+BENCHMARK(GetSettings);
+BENCHMARK(GetKeyFile);
+BENCHMARK(SetOurs);
+BENCHMARK(SetSettings);
+BENCHMARK(SetKeyFile);
 }  // namespace
 
 int main(int argc, char** argv)
 {
-    return RunBenchmarks(
-        argc, argv,
-        {
-            {"LoadOurs/200/500", "LoadSettings", "load beside QSettings"},
-            {"LoadOurs/200/500", "LoadKeyFile", "load beside GKeyFile"},
-            {"LoadOurs/2000/500", "LoadOurs/200/500", "load ten times the groups"},
-            {"LoadOurs/200/5000", "LoadOurs/200/500", "load ten times the entries in each group"},
-            {"SaveOurs/200/500", "SaveSettings", "save beside QSettings"},
-            {"SaveOurs/200/500", "SaveKeyFile", "save beside GKeyFile"},
-        });
+    const QString name = MakeOurs(cGroups, cEntries);
+    ReportMemory("memory while loading", [&name] { return OpenOurs(name).release(); });
+    AddOurs("LoadOurs", LoadOurs);
+    AddOurs("SaveOurs", SaveOurs);
+    return RunBenchmarks(argc, argv,
+                         {
+                             {"LoadOurs/200/500", "LoadSettings", "load beside QSettings"},
+                             {"LoadOurs/200/500", "LoadKeyFile", "load beside GKeyFile"},
+                             {"SaveOurs/200/500", "SaveSettings", "save beside QSettings"},
+                             {"SaveOurs/200/500", "SaveKeyFile", "save beside GKeyFile"},
+                             {"GetOurs", "GetSettings", "get beside QSettings"},
+                             {"GetOurs", "GetKeyFile", "get beside GKeyFile"},
+                             {"SetOurs", "SetSettings", "set beside QSettings"},
+                             {"SetOurs", "SetKeyFile", "set beside GKeyFile"},
+                             {"LoadOurs/2000/500", "LoadOurs/200/500", "load ten times the groups"},
+                             {"LoadOurs/200/5000", "LoadOurs/200/500", "load ten times the entries a group"},
+                             {"SaveOurs/2000/500", "SaveOurs/200/500", "save ten times the groups"},
+                             {"SaveOurs/200/5000", "SaveOurs/200/500", "save ten times the entries a group"},
+                         });
 }

@@ -2,7 +2,6 @@
 
 #include "foundation/core/GMemoryInputStream.h"
 #include "foundation/prefs/GBin2TextStream.h"
-#include "foundation/prefs/PrefKey.h"
 #include "foundation/prefs/PrefMarkers.h"
 
 template <typename Key, typename Value>
@@ -59,7 +58,7 @@ bool GDictBufferReader<Key, Value>::ReadEnd(GBin2TextStream& stream) const
 template <typename Key, typename Value>
 Key GDictBufferReader<Key, Value>::ConvertKey(const GString& text) const
 {
-    return PrefKey::FromText<Key>(text);
+    return mKeys.FromText(text);
 }
 
 template <typename Key, typename Value>

@@ -6,18 +6,27 @@
 
 namespace
 {
+constexpr int cLookAhead = 64;  // entries
+
 template <typename Key>
 void AddDict(PrefBlockText& block, const GDict<Key, GString>& dict)
 {
     block.AddMarker(PrefMarkers::cBeginDict);
-    // Slot order jumps about in memory: a look at every entry fetches many at a time, writing only one by
-    // one.
-    size_t length = 0;
-    for (const auto& entry : dict)
-        length += static_cast<size_t>(entry.key.size()) + static_cast<size_t>(entry.value.size());
-    block.Reserve(length);
-    for (const auto& entry : dict)
+    // Slot order jumps about in memory. A look at the next entries brings many of them into the cache at
+    // once, where writing each would wait for it.
+    auto ahead = dict.begin();
+    int lookedAt = 0;
+    for (const auto& entry : dict) {
+        if (lookedAt == 0) {
+            size_t length = 0;
+            for (; lookedAt < cLookAhead && ahead != dict.end(); ++lookedAt, ++ahead)
+                length +=
+                    static_cast<size_t>((*ahead).key.size()) + static_cast<size_t>((*ahead).value.size());
+            block.Reserve(length);
+        }
+        --lookedAt;
         block.AddEntry(entry.key, entry.value);
+    }
     block.AddMarker(PrefMarkers::cEndDict);
 }
 
