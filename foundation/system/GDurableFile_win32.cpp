@@ -53,11 +53,20 @@ bool RenameOver(const std::wstring& temporary, const std::wstring& target)
     return MoveFileExW(temporary.c_str(), target.c_str(), cFlags) != 0;
 }
 
-// Bears with readers that share deletion, but takes two steps inside the system.
+// Bears with readers that share deletion, but takes two steps inside the system: the old file goes to a name
+// that we give it, so that it can be brought back when the second step fails.
 bool Replace(const std::wstring& temporary, const std::wstring& target)
 {
-    return ReplaceFileW(target.c_str(), temporary.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr,
-                        nullptr) != 0;
+    const std::wstring backup = temporary + L".old";
+    const bool isReplaced = ReplaceFileW(target.c_str(), temporary.c_str(), backup.c_str(),
+                                         REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr) != 0;
+    const DWORD error = GetLastError();
+    if (isReplaced || GetFileAttributesW(target.c_str()) != INVALID_FILE_ATTRIBUTES)
+        DeleteFileW(backup.c_str());
+    else
+        MoveFileExW(backup.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH);
+    SetLastError(error);
+    return isReplaced;
 }
 }  // namespace
 

@@ -26,6 +26,14 @@ GLockFile::Result JudgeFailure(const GPathName& path, DWORD error)
             RaiseLockError(path, GetReasonText(GetLastSystemError()));
     }
 }
+// Other files that the system marks in the same way, such as those of a cloud folder, are files.
+bool IsLink(HANDLE file)
+{
+    FILE_ATTRIBUTE_TAG_INFO information = {};
+    return GetFileInformationByHandleEx(file, FileAttributeTagInfo, &information, sizeof information) &&
+           (information.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+           IsReparseTagNameSurrogate(information.ReparseTag);
+}
 }  // namespace
 
 GLockFile::Result GLockFile::TryLock(GLockType type)
@@ -42,9 +50,7 @@ GLockFile::Result GLockFile::TryLock(GLockType type)
     if (file == INVALID_HANDLE_VALUE)
         return JudgeFailure(mPath, GetLastError());
     PFileHandle handle(reinterpret_cast<intptr_t>(file));
-    BY_HANDLE_FILE_INFORMATION information = {};
-    if (GetFileInformationByHandle(file, &information) &&
-        (information.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0)
+    if (IsLink(file))
         RaiseLockError(mPath, QStringLiteral("it is a link"));
     mHandle = std::move(handle);
     return Result::cLocked;

@@ -20,9 +20,16 @@ namespace
 {
 constexpr int cEntries = 60;
 
-// In memory, where the system has room there: a killed process is the same on every disk, and the disk's own
-// flushing would take most of the time.
-const bool cIsInMemory = QDir(QStringLiteral("/dev/shm")).exists() && qputenv("TMPDIR", "/dev/shm");
+// Puts the files into memory, where the system has a folder there: a killed process is the same on every
+// disk, and the disk's own flushing would take most of the time.
+bool UseMemory()
+{
+    const QDir memory(QStringLiteral("/dev/shm"));
+    const QByteArray path = QDir::toNativeSeparators(memory.absolutePath()).toLocal8Bit();
+    return memory.exists() && qputenv("TMPDIR", path) && qputenv("TMP", path);
+}
+
+const bool cIsInMemory = UseMemory();
 
 std::unique_ptr<GPrefFileModule> Open(const QString& kind, const QString& path)
 {

@@ -1,5 +1,6 @@
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/core/GException.h"
+#include "foundation/core/GFileInputStream.h"
 #include "foundation/system/GDurableFile.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Sandbox.h"
@@ -121,6 +122,29 @@ TEST(GDurableFile, FailureRaisesWithItsReasonAndLeavesTheOldFileAlone)
     EXPECT_EQ(second.WaitForExit(), GErrorCode::cFile % 100) << "The file is read-only.";
     EXPECT_EQ(Read(path), "old");
     EXPECT_EQ(List(sandbox.GetPath()), QStringList{QStringLiteral("a.prefs")});
+}
+
+TEST(GDurableFile, OnWindowsWhoeverHoldsTheFileOpenOrReadOnlyKeepsIt)
+{
+    if (QDir::separator() == QLatin1Char('/'))
+        GTEST_SKIP() << "An open file is replaced like any other here.";
+    const Sandbox sandbox;
+    const QString path = sandbox.GetPath(QStringLiteral("a.prefs"));
+    Write(path, "old");
+    QFile holder(path);
+    ASSERT_TRUE(holder.open(QIODevice::ReadOnly));
+    EXPECT_THROW(Write(path, "new"), GCustomException);
+    holder.close();
+    {
+        const GFileInputStream sharing(path);
+        Write(path, "with a sharing reader");
+        Write(path, "old");
+    }
+    QFile::setPermissions(path, QFileDevice::ReadOwner);
+    EXPECT_THROW(Write(path, "new"), GCustomException);
+    EXPECT_EQ(Read(path), "old");
+    EXPECT_EQ(List(sandbox.GetPath()), QStringList{QStringLiteral("a.prefs")});
+    QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
 }
 
 TEST(GDurableFile, LeftoversOfTheDeadGoWithTheNextWrite)
