@@ -59,6 +59,7 @@ ChildProcess::ChildProcess(const QString& role, const QStringList& arguments)
                    QStringList{QStringLiteral("--child"), role} + arguments);
     if (!mProcess.waitForStarted(cLineTimeout))
         ADD_FAILURE() << "The child process could not be started: " << mProcess.errorString().toStdString();
+    mProcessID = mProcess.processId();
 }
 
 ChildProcess::~ChildProcess()

@@ -52,8 +52,11 @@ public:
     int WaitForExit();
 
     bool IsRunning();
-    qint64 GetProcessID() const { return mProcess.processId(); }
+
+    // Also when the child has ended.
+    qint64 GetProcessID() const { return mProcessID; }
 
 private:
     QProcess mProcess;
+    qint64 mProcessID = 0;
 };
