@@ -1,0 +1,36 @@
+#include "foundation/core/GErrorCodes.h"
+#include "foundation/ipc/GInterProcessSemaphore.h"
+#include "foundation/ipc/PNamedObject.h"
+
+#include <limits>
+
+struct GInterProcessSemaphore::Handle
+{
+    Handle(const GString& name, int initialCount)
+        : object(::CreateSemaphoreW(POwnerSecurity().Get(), initialCount, std::numeric_limits<LONG>::max(),
+                                    name.toStdWString().c_str()))
+    {
+    }
+    PNamedObject object;
+};
+
+GInterProcessSemaphore::GInterProcessSemaphore(const GString& name, int initialCount)
+    : mHandle(std::make_unique<Handle>(name, initialCount))
+{
+}
+
+GInterProcessSemaphore::~GInterProcessSemaphore() = default;
+
+bool GInterProcessSemaphore::Acquire(std::chrono::milliseconds timeout)
+{
+    return mHandle->object.Wait(timeout) != WAIT_TIMEOUT;
+}
+
+void GInterProcessSemaphore::Release()
+{
+    if (!::ReleaseSemaphore(mHandle->object.Get(), 1, nullptr))
+        PNamedObject::RaiseLastError(GErrorCode::cUnlockSemaphore,
+                                     QStringLiteral("The semaphore can't be let go: %1"));
+}
+
+void GInterProcessSemaphore::Remove(const GString&) {}

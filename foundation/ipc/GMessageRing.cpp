@@ -1,0 +1,142 @@
+#include "foundation/ipc/GMessageRing.h"
+
+#include "foundation/core/GErrorCodes.h"
+#include "foundation/core/GException.h"
+
+#include <QtGlobal>
+
+#include <algorithm>
+#include <atomic>
+#include <cstring>
+#include <limits>
+
+namespace
+{
+constexpr uint32_t cMagic = 0x5150564D;
+constexpr uint32_t cVersion = 1;
+
+// The header as it lies in memory. The atomics keep the order of stores: a process that dies at any moment
+// leaves a position that was raised only when the bytes before it were there.
+struct Header
+{
+    std::atomic<uint32_t> magic;
+    uint32_t version;
+    uint32_t processID;
+    std::atomic<uint32_t> isClosed;
+    uint64_t startTime;
+    uint32_t capacity;
+    uint32_t reserved;
+    std::atomic<uint64_t> readPosition;
+    std::atomic<uint64_t> writePosition;
+    uint8_t rest[16];
+};
+static_assert(sizeof(Header) == GMessageRing::cHeaderSize, "the header's layout is fixed");
+static_assert(std::atomic<uint64_t>::is_always_lock_free, "positions are shared between processes");
+static_assert(Q_BYTE_ORDER == Q_LITTLE_ENDIAN, "the layout is little-endian");
+
+Header& GetHeader(uint8_t* data)
+{
+    return *reinterpret_cast<Header*>(data);
+}
+}  // namespace
+
+GMessageRing GMessageRing::Make(uint8_t* data, size_t size, const Owner& owner)
+{
+    constexpr size_t cMostCapacity = std::numeric_limits<uint32_t>::max();
+    const size_t capacity = std::min(size - cHeaderSize, cMostCapacity);
+    Header& header = GetHeader(data);
+    header.magic.store(0, std::memory_order_release);
+    std::fill_n(data + sizeof header.magic, cHeaderSize - sizeof header.magic, uint8_t(0));
+    header.version = cVersion;
+    header.processID = owner.processID;
+    header.startTime = owner.startTime;
+    header.capacity = static_cast<uint32_t>(capacity);
+    header.magic.store(cMagic, std::memory_order_release);
+    return GMessageRing(data, capacity);
+}
+
+GMessageRing GMessageRing::Open(uint8_t* data, size_t size)
+{
+    const bool hasHeader = size >= cHeaderSize + cLeastCapacity;
+    const Header& header = GetHeader(data);
+    const size_t capacity = hasHeader ? header.capacity : 0;
+    if (!hasHeader || header.magic.load(std::memory_order_acquire) != cMagic || header.version != cVersion ||
+        capacity < cLeastCapacity || capacity > size - cHeaderSize)
+        throw GSimpleException(GErrorCode::cSegmentHeader,
+                               QStringLiteral("The header of a message queue is damaged."));
+    return GMessageRing(data, capacity);
+}
+
+GMessageRing::PutResult GMessageRing::Put(const GBuffer& message)
+{
+    Header& header = GetHeader(mData);
+    const uint64_t write = header.writePosition.load(std::memory_order_relaxed);
+    const uint64_t held = write - header.readPosition.load(std::memory_order_relaxed);
+    const uint32_t length = static_cast<uint32_t>(message.size());
+    const uint64_t needed = cEntryHeaderSize + static_cast<uint64_t>(length);
+    if (header.isClosed.load(std::memory_order_relaxed) != 0)
+        return PutResult::Closed;
+    if (needed > mCapacity)
+        return PutResult::TooLarge;
+    if (held > mCapacity)
+        return PutResult::Damaged;
+    if (needed > mCapacity - held)
+        return PutResult::Full;
+    CopyIn(write, &length, sizeof length);
+    CopyIn(write + cEntryHeaderSize, message.constData(), length);
+    header.writePosition.store(write + needed, std::memory_order_release);
+    return PutResult::Done;
+}
+
+std::vector<GBuffer> GMessageRing::TakeAll(bool* isDamaged)
+{
+    Header& header = GetHeader(mData);
+    const uint64_t write = header.writePosition.load(std::memory_order_acquire);
+    uint64_t read = header.readPosition.load(std::memory_order_relaxed);
+    std::vector<GBuffer> messages;
+    *isDamaged = write - read > mCapacity;
+    while (!*isDamaged && read != write) {
+        uint32_t length = 0;
+        const uint64_t held = write - read;
+        if (held >= cEntryHeaderSize)
+            CopyOut(read, &length, sizeof length);
+        *isDamaged = held < cEntryHeaderSize || length > held - cEntryHeaderSize;
+        if (*isDamaged)
+            break;
+        GBuffer message(static_cast<int>(length), Qt::Uninitialized);
+        CopyOut(read + cEntryHeaderSize, message.data(), length);
+        messages.push_back(message);
+        read += cEntryHeaderSize + length;
+    }
+    header.readPosition.store(write, std::memory_order_release);
+    return messages;
+}
+
+void GMessageRing::Close()
+{
+    GetHeader(mData).isClosed.store(1, std::memory_order_release);
+}
+
+GMessageRing::Owner GMessageRing::GetOwner() const
+{
+    const Header& header = GetHeader(mData);
+    return {header.processID, header.startTime};
+}
+
+void GMessageRing::CopyIn(uint64_t position, const void* bytes, size_t length)
+{
+    const size_t begin = static_cast<size_t>(position % mCapacity);
+    const size_t first = std::min(length, static_cast<size_t>(mCapacity) - begin);
+    uint8_t* const ring = mData + cHeaderSize;
+    std::memcpy(ring + begin, bytes, first);
+    std::memcpy(ring, static_cast<const uint8_t*>(bytes) + first, length - first);
+}
+
+void GMessageRing::CopyOut(uint64_t position, void* bytes, size_t length) const
+{
+    const size_t begin = static_cast<size_t>(position % mCapacity);
+    const size_t first = std::min(length, static_cast<size_t>(mCapacity) - begin);
+    const uint8_t* const ring = mData + cHeaderSize;
+    std::memcpy(bytes, ring + begin, first);
+    std::memcpy(static_cast<uint8_t*>(bytes) + first, ring, length - first);
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "foundation/core/GString.h"
+
+#include <cstdint>
+
+// One message of the Printer Processor channel. Its bytes are described in docs/formats/channel.md.
+struct GPPIPCMessage
+{
+    static constexpr uint32_t cThroughGlobalChannel = 1;
+
+    uint32_t session = 0;   // of the sender
+    uint32_t process = 0;   // of the sender
+    uint32_t receiver = 0;  // the one that it was posted to
+    int32_t kind = 0;
+    uint32_t flag = 0;
+    GBuffer payload;
+
+    GBuffer Encode() const;
+
+    // False, with `message` unchanged, for bytes that are no message.
+    static bool Decode(const GBuffer& bytes, GPPIPCMessage* message);
+};

@@ -1,0 +1,179 @@
+#include "foundation/ipc/GMessageRing.h"
+#include "foundation/ipc/GPPIPCDirectory.h"
+#include "foundation/ipc/GSharedSegment.h"
+
+#include "IpcFixture.h"
+
+namespace
+{
+class ChannelTest : public IpcTest
+{
+protected:
+    // What the channel's directory says, for tests that damage it.
+    std::unique_ptr<GSharedSegment> OpenDirectory() const
+    {
+        return std::make_unique<GSharedSegment>(GetChannelName(), GPPIPCDirectory::cSize,
+                                                GSharedSegment::Mode::Open);
+    }
+
+    std::vector<GBuffer> mPayloads;
+    const GPPIPCReceiver::Handler mKeep = [this](const GPPIPCMessage& message) {
+        mPayloads.push_back(message.payload);
+    };
+    const uint32_t mOwnID = GProcessInfo::GetOwnProcessID();
+};
+}  // namespace
+
+TEST_F(ChannelTest, EveryRunningReceiverGetsTheMessageAndADeadOneStopsNothing)
+{
+    const auto manager = GPPIPCManager::Get();
+    ReceivingChild dead;
+    ReceivingChild first;
+    ReceivingChild second;
+    dead.Kill();
+    ChildProcess idle(QStringLiteral("Idle"), {});
+    ASSERT_EQ(idle.ReadLine(), "ready");
+
+    const GBuffer payload = QStringLiteral("Gr\u00F6\u00DFe \u65E5").toUtf8();
+    for (ReceivingChild* child : {&first, &second}) {
+        EXPECT_EQ(manager->GetReceiverState(child->GetID()), GPPIPCState::Reachable);
+        manager->Post(child->GetID(), 145, payload);
+        EXPECT_EQ(child->ReadLine(), QByteArray::number(mOwnID) + " 145 " + payload);
+    }
+    EXPECT_EQ(manager->GetReceiverState(dead.GetID()), GPPIPCState::Unreachable);
+    EXPECT_EQ(manager->GetReceiverState(static_cast<uint32_t>(idle.GetProcessID())), GPPIPCState::NoReceiver);
+    for (const uint32_t process : {dead.GetID(), static_cast<uint32_t>(idle.GetProcessID())})
+        EXPECT_EQ(GetRaisedCode([&] { manager->Post(process, 145, payload); }), GErrorCode::cPostMessage);
+
+    // A receiver that ends is no receiver any more; the next one that comes removes what the dead one left.
+    manager->Post(first.GetID(), 0, "end");
+    EXPECT_EQ(first.WaitForExit(), 0);
+    EXPECT_EQ(manager->GetReceiverState(first.GetID()), GPPIPCState::NoReceiver);
+    ReceivingChild third;
+    EXPECT_EQ(manager->GetReceiverState(dead.GetID()), GPPIPCState::NoReceiver);
+}
+
+TEST_F(ChannelTest, ReusedProcessNumberIsNotTakenForTheDeadOne)
+{
+    const auto manager = GPPIPCManager::Get();
+    ChildProcess other(QStringLiteral("Idle"), {});
+    ASSERT_EQ(other.ReadLine(), "ready");
+    const uint32_t process = static_cast<uint32_t>(other.GetProcessID());
+    // What a process of the same number left when it died.
+    const GSharedSegment queue(GetQueueName(process, 1), 1000, GSharedSegment::Mode::CreateNew);
+    GMessageRing::Make(queue.GetData(), 1000, {process, GProcessInfo::GetStartTime(process) + 1});
+    const GInterProcessMutex lock(GetQueueName(process, 1) + QLatin1String("_L"));
+    GPPIPCDirectory(OpenDirectory()->GetData()).Add({process, 1});
+
+    EXPECT_EQ(manager->GetReceiverState(process), GPPIPCState::Unreachable);
+    EXPECT_EQ(GetRaisedCode([&] { manager->Post(process, 145, "x"); }), GErrorCode::cPostMessage);
+    const GPPIPCReceiver receiver(mKeep);
+    EXPECT_EQ(manager->GetReceiverState(process), GPPIPCState::NoReceiver);
+}
+
+TEST_F(ChannelTest, PosterThatDiesWithALockBlocksNobody)
+{
+    const auto manager = GPPIPCManager::Get();
+    GPPIPCReceiver receiver(mKeep);
+    manager->Post(mOwnID, 1, "first");
+    const uint32_t number = GPPIPCDirectory(OpenDirectory()->GetData()).GetPairs().front().receiver;
+    for (const GString& name : {GetChannelName(), GetQueueName(mOwnID, number)}) {
+        ChildProcess poster(QStringLiteral("HoldLock"), {name + QLatin1String("_L")});
+        ASSERT_EQ(poster.ReadLine(), "held");
+        poster.Kill();
+        manager->Post(mOwnID, 1, "next");
+    }
+    receiver.TakeUp();
+    EXPECT_EQ(mPayloads, std::vector<GBuffer>({"first", "next", "next"}));
+}
+
+TEST_F(ChannelTest, BusyQueueIsRetriedAndThenReported)
+{
+    using std::chrono::milliseconds;
+    const auto manager = GPPIPCManager::Get();
+    manager->SetPostPolicy({milliseconds(1), milliseconds(10)});
+    GPPIPCReceiver receiver(mKeep);
+    EXPECT_EQ(GetRaisedCode([&] { manager->Post(mOwnID, 1, GBuffer(300000, 'x')); }),
+              GErrorCode::cPostMessage);
+    size_t posted = 0;
+    while (GetRaisedCode([&] { manager->Post(mOwnID, 1, GBuffer(10000, 'x')); }) == 0)
+        ++posted;
+    EXPECT_EQ(posted, 26U);  // of 10,028 bytes in 262,144
+    receiver.TakeUp();
+    EXPECT_EQ(mPayloads.size(), posted);
+
+    const uint32_t number = GPPIPCDirectory(OpenDirectory()->GetData()).GetPairs().front().receiver;
+    ChildProcess holder(QStringLiteral("HoldLock"), {GetQueueName(mOwnID, number) + QLatin1String("_L")});
+    ASSERT_EQ(holder.ReadLine(), "held");
+    EXPECT_EQ(GetRaisedCode([&] { manager->Post(mOwnID, 1, "x"); }), GErrorCode::cPostMessage);
+    manager->SetPostPolicy({milliseconds(1), milliseconds(30000)});
+    holder.Say("let go");
+    manager->Post(mOwnID, 1, "after");
+    receiver.TakeUp();
+    EXPECT_EQ(mPayloads.back(), "after");
+}
+
+TEST_F(ChannelTest, DamagedDirectoryIsAnErrorAndGarbagePairsAreNone)
+{
+    const auto manager = GPPIPCManager::Get();
+    GPPIPCReceiver receiver(mKeep);
+    const auto directory = OpenDirectory();
+    uint32_t* const words = reinterpret_cast<uint32_t*>(directory->GetData());
+    for (uint32_t index = words[2]; index < GPPIPCDirectory::cMostPairs; ++index) {
+        words[3 + 2 * index] = index * 2654435761U;
+        words[4 + 2 * index] = index % 5 == 0 ? 0xFFFFFFFF : index;
+    }
+    words[2] = GPPIPCDirectory::cMostPairs;
+    manager->Post(mOwnID, 1, "past the garbage");
+    const GPPIPCReceiver second(mKeep);
+    EXPECT_LT(words[2], 10U);
+    receiver.TakeUp();
+    EXPECT_EQ(mPayloads, std::vector<GBuffer>({"past the garbage"}));
+
+    const uint32_t count = words[2];
+    words[2] = GPPIPCDirectory::cMostPairs + 1;
+    EXPECT_EQ(GetRaisedCode([&] { manager->GetReceiverState(mOwnID); }), GErrorCode::cSegmentHeader);
+    EXPECT_EQ(GetRaisedCode([&] { manager->Post(mOwnID, 1, "x"); }), GErrorCode::cSegmentHeader);
+    EXPECT_EQ(GetRaisedCode([&] { GPPIPCReceiver third(mKeep); }), GErrorCode::cSegmentHeader);
+    EXPECT_EQ(GetRaisedCode([&] { GPPIPCChannel channel(GetChannelName()); }), GErrorCode::cSegmentHeader);
+    words[2] = count;
+}
+
+TEST_F(ChannelTest, ReceiverHandsOverWhatIsThereWhenItEnds)
+{
+    const auto manager = GPPIPCManager::Get();
+    {
+        const GPPIPCReceiver receiver(mKeep);
+        manager->Post(mOwnID, 1, "late");
+    }
+    EXPECT_EQ(mPayloads, std::vector<GBuffer>({"late"}));
+    EXPECT_EQ(manager->GetReceiverState(mOwnID), GPPIPCState::NoReceiver);
+}
+
+TEST_F(ChannelTest, OneBadMessageOrHandlerCostsNoOther)
+{
+    const auto manager = GPPIPCManager::Get();
+    GPPIPCReceiver* inner = nullptr;
+    GPPIPCReceiver receiver([&](const GPPIPCMessage& message) {
+        mPayloads.push_back(message.payload);
+        inner->TakeUp();  // as an event loop in the handler would
+        if (message.payload == "bad")
+            throw GSimpleException(1, QStringLiteral("bad"));
+    });
+    inner = &receiver;
+    const uint32_t number = GPPIPCDirectory(OpenDirectory()->GetData()).GetPairs().front().receiver;
+    GMessageQueue::Open(GetQueueName(mOwnID, number))->Post("no message");
+    for (const char* payload : {"bad", "good", "last"})
+        manager->Post(mOwnID, 1, payload);
+    receiver.TakeUp();
+    EXPECT_EQ(mPayloads, std::vector<GBuffer>({"bad", "good", "last"}));
+}
+
+TEST_F(ChannelTest, ProcessHasOneManagerWhileSomebodyHasIt)
+{
+    std::weak_ptr<GPPIPCManager> first = GPPIPCManager::Get();
+    EXPECT_TRUE(first.expired());
+    const auto manager = GPPIPCManager::Get();
+    EXPECT_EQ(GPPIPCManager::Get(), manager);
+    EXPECT_NE(GPPIPCManager::Get(GPPIPCChannelKind::Second), manager);
+}

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "foundation/core/GErrorCodes.h"
+#include "foundation/core/GException.h"
+#include "foundation/ipc/GPPIPCManager.h"
+#include "foundation/ipc/GPPIPCReceiver.h"
+#include "foundation/system/GProcessInfo.h"
+#include "foundation/system/GSessionInfo.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/Sandbox.h"
+
+#include <QDir>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+// The code of the exception that the operation raises; 0 when it raises none.
+inline int32_t GetRaisedCode(const std::function<void()>& operation)
+{
+    try {
+        operation();
+    } catch (const GException& error) {
+        return error.GetCode();
+    }
+    return 0;
+}
+
+// Names of its own for every shared object.
+class IpcTest : public testing::Test
+{
+protected:
+    // What killed processes left is removed by what the POSIX systems show of it; on Windows it is gone.
+    ~IpcTest() override
+    {
+        QDir objects(QStringLiteral("/dev/shm"));
+        for (const QString& name : objects.entryList({GetName("*").mid(1)}, QDir::Files))
+            objects.remove(name);
+    }
+
+    static GString GetName(const char* name)
+    {
+        return GSessionInfo::GetObjectNamePrefix() + QLatin1String(name);
+    }
+    static GString GetChannelName() { return GetName("201_PP"); }
+    static GString GetQueueName(uint32_t process, uint32_t receiver)
+    {
+        return QStringLiteral("%1_%2_%3")
+            .arg(GetChannelName(), QString::number(process), QString::number(receiver));
+    }
+
+    Sandbox mSandbox;
+};
+
+// A child that has a receiver and says a line for each message: sender, kind, payload.
+class ReceivingChild : public ChildProcess
+{
+public:
+    ReceivingChild() : ChildProcess(QStringLiteral("Receive"), {}) { EXPECT_EQ(ReadLine(), "ready"); }
+
+    uint32_t GetID() const { return static_cast<uint32_t>(GetProcessID()); }
+};

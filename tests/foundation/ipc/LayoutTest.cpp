@@ -1,0 +1,177 @@
+#include "foundation/ipc/GMessageRing.h"
+#include "foundation/ipc/GPPIPCDirectory.h"
+#include "foundation/ipc/GPPIPCMessage.h"
+
+#include "IpcFixture.h"
+
+#include <QtEndian>
+
+#include <cstring>
+
+namespace
+{
+// Memory for a queue of 100 bytes, as an array of numbers so that it is aligned.
+struct RingMemory
+{
+    static constexpr size_t cSize = GMessageRing::cHeaderSize + 100;
+
+    uint8_t* Get() { return reinterpret_cast<uint8_t*>(words); }
+    void Set32(size_t offset, uint32_t number) { qToLittleEndian(number, Get() + offset); }
+    void Set64(size_t offset, uint64_t number) { qToLittleEndian(number, Get() + offset); }
+
+    uint64_t words[(cSize + 7) / 8] = {};
+};
+
+using Put = GMessageRing::PutResult;
+}  // namespace
+
+TEST(GMessageRing, MessagesComeOutWholeAndInOrderAcrossTheEnd)
+{
+    RingMemory memory;
+    GMessageRing ring = GMessageRing::Make(memory.Get(), RingMemory::cSize, {7, 8});
+    bool isDamaged = true;
+    for (int round = 0; round < 300; ++round) {
+        const GBuffer first(round % 40, 'a');
+        const GBuffer second(53 - round % 40, 'b');
+        ASSERT_EQ(ring.Put(first), Put::Done);
+        ASSERT_EQ(ring.Put(second), Put::Done);
+        ASSERT_EQ(ring.Put(GBuffer(36, 'c')), Put::Full);
+        ASSERT_EQ(ring.Put(GBuffer(35, 'd')), Put::Done);
+        const std::vector<GBuffer> messages = ring.TakeAll(&isDamaged);
+        ASSERT_EQ(messages, std::vector<GBuffer>({first, second, GBuffer(35, 'd')}));
+        ASSERT_FALSE(isDamaged);
+    }
+    EXPECT_TRUE(ring.TakeAll(&isDamaged).empty());
+    EXPECT_EQ(ring.Put(GBuffer(97, 'x')), Put::TooLarge);
+    EXPECT_EQ(ring.Put(GBuffer(96, 'x')), Put::Done);
+    ring.Close();
+    EXPECT_EQ(ring.Put(GBuffer()), Put::Closed);
+    EXPECT_EQ(ring.TakeAll(&isDamaged).size(), 1U);
+}
+
+// The other side is written from the documentation.
+TEST(GMessageRing, LayoutIsAsDocumented)
+{
+    RingMemory memory;
+    GMessageRing ring = GMessageRing::Make(memory.Get(), RingMemory::cSize, {0x01020304, 0x1122334455667788});
+    ring.Put("abc");
+    const QByteArray bytes(reinterpret_cast<const char*>(memory.Get()), 72);
+    EXPECT_EQ(bytes.toHex(),
+              "4d565051"
+              "01000000"
+              "04030201"
+              "00000000"
+              "8877665544332211"
+              "64000000"
+              "00000000"
+              "0000000000000000"
+              "0700000000000000"
+              "00000000000000000000000000000000"
+              "03000000"
+              "61626300");
+}
+
+TEST(GMessageRing, DamagedHeaderIsRefused)
+{
+    struct Case
+    {
+        size_t offset;
+        uint32_t number;
+    };
+    for (const Case& entry : {Case{0, 0}, Case{4, 2}, Case{24, 101}, Case{24, 63}, Case{24, 0xFFFFFFFF}}) {
+        RingMemory memory;
+        GMessageRing::Make(memory.Get(), RingMemory::cSize, {7, 8});
+        memory.Set32(entry.offset, entry.number);
+        EXPECT_EQ(GetRaisedCode([&] { GMessageRing::Open(memory.Get(), RingMemory::cSize); }),
+                  GErrorCode::cSegmentHeader)
+            << entry.offset;
+    }
+    RingMemory memory;
+    EXPECT_EQ(GetRaisedCode([&] { GMessageRing::Open(memory.Get(), 63); }), GErrorCode::cSegmentHeader);
+}
+
+TEST(GMessageRing, FalsePositionOrLengthCostsTheQueueItsContentOnly)
+{
+    struct Case
+    {
+        uint64_t readPosition;
+        uint64_t writePosition;
+        uint32_t length;
+        size_t taken;
+    };
+    for (const Case& entry : {Case{0, 14, 3, 2}, Case{0, 14, 11, 0}, Case{0, 14, 0xFFFFFFFF, 0},
+                              Case{0, 101, 3, 0}, Case{20, 14, 3, 0}, Case{11, 14, 3, 0}}) {
+        RingMemory memory;
+        GMessageRing ring = GMessageRing::Make(memory.Get(), RingMemory::cSize, {7, 8});
+        ring.Put("abc");
+        ring.Put("def");
+        memory.Set64(32, entry.readPosition);
+        memory.Set64(40, entry.writePosition);
+        memory.Set32(64, entry.length);
+        bool isDamaged = false;
+        EXPECT_EQ(ring.TakeAll(&isDamaged).size(), entry.taken);
+        EXPECT_EQ(isDamaged, entry.taken == 0);
+        EXPECT_EQ(ring.Put("new"), Put::Done);
+        EXPECT_EQ(ring.TakeAll(&isDamaged), std::vector<GBuffer>({"new"}));
+    }
+}
+
+TEST(GPPIPCDirectory, HoldsPairsAndRefusesDamage)
+{
+    uint32_t words[GPPIPCDirectory::cSize / 4] = {};
+    uint8_t* const data = reinterpret_cast<uint8_t*>(words);
+    GPPIPCDirectory directory(data);
+    EXPECT_EQ(GetRaisedCode([&] { directory.GetPairs(); }), GErrorCode::cSegmentHeader);
+    GPPIPCDirectory::Prepare(data);
+    for (uint32_t number = 1; number <= GPPIPCDirectory::cMostPairs; ++number)
+        EXPECT_TRUE(directory.Add({number, 1}));
+    EXPECT_FALSE(directory.Add({1, 2}));
+    EXPECT_TRUE(directory.Add({5, 1}));
+    directory.Remove({5, 1});
+    directory.Remove({5, 1});
+    EXPECT_EQ(directory.GetPairs().size(), 383U);
+    EXPECT_TRUE(directory.Add({1, 2}));
+    EXPECT_EQ(qFromLittleEndian<uint32_t>(data), 0x4450564DU);
+    EXPECT_EQ(qFromLittleEndian<uint32_t>(data + 8), 384U);
+    EXPECT_EQ(qFromLittleEndian<uint32_t>(data + 12), 1U);
+
+    // A pair that stands twice is one; a pair of nothing is none.
+    words[3] = words[5] = 9;
+    words[4] = words[6] = 3;
+    words[7] = 0;
+    EXPECT_EQ(directory.GetPairs().size(), 382U);
+    directory.Remove({9, 3});
+    EXPECT_EQ(directory.GetPairs().size(), 381U);
+
+    for (const size_t word : {size_t(0), size_t(1), size_t(2)}) {
+        const uint32_t kept = words[word];
+        words[word] = 385;
+        EXPECT_EQ(GetRaisedCode([&] { directory.Add({1, 1}); }), GErrorCode::cSegmentHeader) << word;
+        words[word] = kept;
+    }
+}
+
+TEST(GPPIPCMessage, LayoutIsAsDocumentedAndOtherLengthsAreRefused)
+{
+    GPPIPCMessage message;
+    message.session = 1;
+    message.process = 0x01020304;
+    message.receiver = 2;
+    message.kind = -2;
+    message.flag = GPPIPCMessage::cThroughGlobalChannel;
+    message.payload = "ab";
+    const GBuffer bytes = message.Encode();
+    EXPECT_EQ(bytes.toHex(),
+              "01000000"
+              "04030201"
+              "02000000"
+              "feffffff"
+              "01000000"
+              "02000000"
+              "6162");
+    GPPIPCMessage read;
+    EXPECT_TRUE(GPPIPCMessage::Decode(bytes, &read));
+    EXPECT_EQ(read.Encode(), bytes);
+    for (const GBuffer& damaged : {GBuffer(), bytes.left(23), bytes.left(25), bytes + "c"})
+        EXPECT_FALSE(GPPIPCMessage::Decode(damaged, &read));
+}

@@ -1,0 +1,86 @@
+#include "foundation/ipc/GInterProcessMutex.h"
+#include "foundation/ipc/GInterProcessSemaphore.h"
+#include "foundation/ipc/GSharedSegment.h"
+
+#include "IpcFixture.h"
+
+#include <thread>
+
+using std::chrono::milliseconds;
+
+TEST_F(IpcTest, LockKeepsOthersOut)
+{
+    const GString name = GetName("lock");
+    GInterProcessMutex mutex(name);
+    {
+        ChildProcess holder(QStringLiteral("HoldLock"), {name});
+        ASSERT_EQ(holder.ReadLine(), "held");
+        EXPECT_FALSE(mutex.Lock(milliseconds(20)));
+        EXPECT_EQ(GetRaisedCode([&] { GInterProcessLock(mutex, milliseconds(1)); }),
+                  GErrorCode::cLockSemaphore);
+        EXPECT_EQ(GetRaisedCode([&] { mutex.Unlock(); }), GErrorCode::cUnlockSemaphore);
+        holder.Say("let go");
+        EXPECT_EQ(holder.WaitForExit(), 0);
+    }
+    EXPECT_TRUE(mutex.Lock(milliseconds(0)));
+    EXPECT_FALSE(mutex.WasAbandoned());
+    mutex.Unlock();
+    GInterProcessMutex::Remove(name);
+    GInterProcessMutex::Remove(name);
+}
+
+TEST_F(IpcTest, LockOfADeadOwnerIsHadAtOnceAndStaysGood)
+{
+    const GString name = GetName("lock");
+    GInterProcessMutex mutex(name);
+    for (int round = 0; round < 2; ++round) {
+        ChildProcess holder(QStringLiteral("HoldLock"), {name});
+        ASSERT_EQ(holder.ReadLine(), "held");
+        // The waiter is there before the owner dies.
+        std::thread waiter([&mutex] {
+            EXPECT_TRUE(mutex.Lock(milliseconds(30000)));
+            EXPECT_TRUE(mutex.WasAbandoned());
+            mutex.Unlock();
+        });
+        std::this_thread::sleep_for(milliseconds(20));
+        holder.Kill();
+        waiter.join();
+        EXPECT_TRUE(mutex.Lock(milliseconds(0)));
+        EXPECT_FALSE(mutex.WasAbandoned());
+        mutex.Unlock();
+    }
+    GInterProcessMutex::Remove(name);
+}
+
+TEST_F(IpcTest, SemaphoreCountsBetweenProcesses)
+{
+    const GString name = GetName("semaphore");
+    GInterProcessSemaphore semaphore(name, 1);
+    EXPECT_TRUE(semaphore.Acquire(milliseconds(0)));
+    EXPECT_FALSE(semaphore.Acquire(milliseconds(5)));
+    EXPECT_EQ(ChildProcess(QStringLiteral("ReleaseSemaphore"), {name}).WaitForExit(), 0);
+    EXPECT_TRUE(semaphore.Acquire(milliseconds(0)));
+}
+
+TEST_F(IpcTest, WhatCannotBeMadeRaisesItsCode)
+{
+    const GString name = GSessionInfo::GetObjectNamePrefix() + QLatin1String("no/such\\name");
+    EXPECT_EQ(GetRaisedCode([&] { GInterProcessMutex mutex(name); }), GErrorCode::cCreateSemaphore);
+    EXPECT_EQ(GetRaisedCode([&] { GInterProcessSemaphore semaphore(name, 0); }),
+              GErrorCode::cCreateSemaphore);
+    EXPECT_EQ(GetRaisedCode([&] { GSharedSegment(name, 64, GSharedSegment::Mode::OpenOrCreate); }),
+              GErrorCode::cSegmentHeader);
+    EXPECT_EQ(GetRaisedCode([&] { GSharedSegment(GetName("missing"), 64, GSharedSegment::Mode::Open); }),
+              GErrorCode::cSegmentHeader);
+}
+
+TEST_F(IpcTest, SegmentIsSharedAndASmallerOneRefused)
+{
+    const GString name = GetName("segment");
+    const GSharedSegment segment(name, 3000, GSharedSegment::Mode::OpenOrCreate);
+    EXPECT_EQ(segment.GetData()[2999], 0);
+    segment.GetData()[2999] = 7;
+    EXPECT_EQ(GSharedSegment(name, 3000, GSharedSegment::Mode::Open).GetData()[2999], 7);
+    EXPECT_EQ(GetRaisedCode([&] { GSharedSegment(name, 100000, GSharedSegment::Mode::Open); }),
+              GErrorCode::cSegmentHeader);
+}
