@@ -27,15 +27,21 @@ bool HopboxJobTicket::IsValid() const
            copyCount >= 1;
 }
 
+std::vector<std::pair<GString, GString>> HopboxJobTicket::GetValues() const
+{
+    return {{cUserName, userName},
+            {cJobPath, jobPath},
+            {cPrinterName, printerName},
+            {cPortName, portName},
+            {cCopyCount, GStringSupport::FromInt32(copyCount)},
+            {cPrinterID, printerID}};
+}
+
 GString HopboxJobTicket::ToText() const
 {
     GOrderedDictWriter writer;
-    writer.Add(cUserName, userName);
-    writer.Add(cJobPath, jobPath);
-    writer.Add(cPrinterName, printerName);
-    writer.Add(cPortName, portName);
-    writer.Add(cCopyCount, GStringSupport::FromInt32(copyCount));
-    writer.Add(cPrinterID, printerID);
+    for (const auto& value : GetValues())
+        writer.Add(value.first, value.second);
     return writer.Finish();
 }
 

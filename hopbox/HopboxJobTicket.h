@@ -3,6 +3,8 @@
 #include "foundation/core/GString.h"
 
 #include <cstdint>
+#include <utility>
+#include <vector>
 
 // A job that is handed to a Hopbox.
 struct HopboxJobTicket
@@ -20,6 +22,9 @@ struct HopboxJobTicket
     // Whether a Hopbox can do anything with it: everything is there but the printer identifier, which may be
     // empty, and at least one copy is asked for.
     bool IsValid() const;
+
+    // The text of each value with its name, in the order of the text.
+    std::vector<std::pair<GString, GString>> GetValues() const;
 
     // The text that is sent; docs/formats/registry.md has the form. Line breaks within a value come back as
     // CR LF.

@@ -10,7 +10,10 @@
 #include "foundation/core/GStringSupport.h"
 #include "foundation/prefs/GDictListReader.h"
 #include "foundation/prefs/GPrefMemoryModule.h"
+#include "hopbox/HopboxFolder.h"
 #include "hopbox/TemporaryFolder.h"
+
+#include <QFileInfo>
 
 using Morvane::ZipArchive;
 using Morvane::ZipArchiver;
@@ -177,11 +180,13 @@ bool HopboxProject::WriteSettings(const GPrefModule& settings)
 
 bool HopboxProject::Create(const GPathName& jobOptions, const GPrefModule& settings)
 {
+    if (QFileInfo(jobOptions.GetNativePath()).size() > cMaximumJobOptionsSize)
+        return Fail(QStringLiteral("The job options %1 are too large.").arg(jobOptions.GetNativePath()));
     try {
         const TemporaryFolder folder;
         ProjectWriter writer(mPath);
         writer.AddFile(WriteSettingsFile(settings, folder.GetPathName()), cSettingsEntry);
-        writer.AddFile(jobOptions, cJobOptionsFolder + jobOptions.GetLeaf());
+        writer.AddFile(jobOptions, cJobOptionsFolder + HopboxFolder::MakeName(jobOptions.GetLeaf()));
         writer.Finish();
         return true;
     } catch (const GException& error) {

@@ -3,13 +3,13 @@
 #include "foundation/core/GBufferSupport.h"
 #include "foundation/core/GException.h"
 #include "foundation/core/GStringSupport.h"
+#include "foundation/core/GUniqueID.h"
 #include "foundation/prefs/GListReader.h"
 #include "foundation/prefs/GPrefSharedFileModule.h"
 #include "foundation/prefs/GPrefWriter.h"
 #include "foundation/system/GFileSystemBase.h"
 
 #include <QFileInfo>
-#include <QUuid>
 
 #include <algorithm>
 
@@ -99,7 +99,7 @@ GBuffer MakeFreshKey(const GPrefModule& module)
 {
     GBuffer key;
     do {
-        key = QUuid::createUuid().toRfc4122().toHex().toUpper();
+        key = GUniqueID::Create().GetHexText().toLatin1();
     } while (module.Has(cEntries, key));
     return key;
 }

@@ -1,0 +1,3 @@
+#include "hopbox/HopboxMessages.h"
+
+const GString HopboxMessage::cProcessImage = QStringLiteral("PrinterProcessorWin.exe");
