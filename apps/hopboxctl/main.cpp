@@ -1,4 +1,5 @@
 #include "apps/hopboxctl/Command.h"
+#include "apps/hopboxctl/HopboxCommands.h"
 #include "apps/hopboxctl/MacTypeCommand.h"
 #include "apps/hopboxctl/PrefsCommand.h"
 #include "apps/hopboxctl/ZipCommand.h"
@@ -13,7 +14,9 @@ namespace
 // Every command, in the order of the usage text. A command lives in a file of its own.
 const std::vector<Command>& GetCommands()
 {
-    static const std::vector<Command> commands = {cMacTypeCommand, cPrefsCommand, cZipCommand};
+    static const std::vector<Command> commands = {
+        cCreateCommand,  cListCommand,   cShowCommand,   cSetCommand,     cRemoveCommand, cCheckCommand,
+        cOriginsCommand, cSubmitCommand, cNotifyCommand, cMacTypeCommand, cPrefsCommand,  cZipCommand};
     return commands;
 }
 

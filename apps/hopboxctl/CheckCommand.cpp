@@ -1,0 +1,141 @@
+#include "apps/hopboxctl/Arguments.h"
+#include "apps/hopboxctl/HopboxCommands.h"
+#include "apps/hopboxctl/HopboxOutput.h"
+#include "apps/hopboxctl/PlugInSettings.h"
+#include "foundation/prefs/GPrefMemoryModule.h"
+#include "hopbox/HopboxProject.h"
+#include "hopbox/HopboxRegistry.h"
+#include "hopbox/TemporaryFolder.h"
+
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonObject>
+
+namespace
+{
+// What was found out about a Hopbox.
+struct Findings
+{
+    GPathName archive;
+    QJsonObject settings;
+    QString jobOptionsName;
+    qint64 jobOptionsSize = 0;
+    int build = 0;
+    QStringList problems;  // the Hopbox can't be used
+    QStringList notes;     // it can
+};
+
+bool IsThere(const GPathName& file)
+{
+    return QFileInfo(file.GetNativePath()).isFile();
+}
+
+void CheckSettings(HopboxProject& project, Findings& findings)
+{
+    GPrefMemoryModule settings;
+    if (project.ReadSettings(settings))
+        findings.settings = PlugInSettings::GetJson(settings);
+    else
+        findings.problems.append(project.GetLastError());
+}
+
+void CheckJobOptions(HopboxProject& project, Findings& findings)
+{
+    const TemporaryFolder folder;
+    GPathName jobOptions;
+    if (!project.ExtractJobOptions(folder.GetPathName(), jobOptions)) {
+        if (!findings.problems.contains(project.GetLastError()))
+            findings.problems.append(project.GetLastError());
+        return;
+    }
+    findings.jobOptionsName = jobOptions.GetLeaf();
+    findings.jobOptionsSize = QFileInfo(jobOptions.GetNativePath()).size();
+    if (findings.jobOptionsSize == 0)
+        findings.problems.append(
+            QStringLiteral("The job options \"%1\" are empty.").arg(findings.jobOptionsName));
+}
+
+void CheckArchive(Findings& findings)
+{
+    if (!IsThere(findings.archive)) {
+        findings.problems.append(
+            QStringLiteral("There is no project archive \"%1\".").arg(findings.archive.GetNativePath()));
+        return;
+    }
+    HopboxProject project(findings.archive);
+    CheckSettings(project, findings);
+    CheckJobOptions(project, findings);
+}
+
+Findings Check(const HopboxRegistryEntry& entry)
+{
+    Findings findings;
+    findings.archive = entry.contextFilePath;
+    findings.build = HopboxRegistry::GetCacheEntryNumber(entry.applicationPath);
+    CheckArchive(findings);
+    if (!entry.hopboxIconPath.IsEmpty() && !IsThere(entry.hopboxIconPath)) {
+        findings.problems.append(
+            QStringLiteral("There is no icon \"%1\".").arg(entry.hopboxIconPath.GetNativePath()));
+    }
+    if (!IsThere(entry.applicationPath)) {
+        findings.notes.append(
+            QStringLiteral("There is no application \"%1\".").arg(entry.applicationPath.GetNativePath()));
+    }
+    if (!entry.isPlugin)
+        findings.notes.append(QStringLiteral("The Hopbox does not offer itself to the plug-in."));
+    return findings;
+}
+
+void PrintAsJson(const QString& key, const Findings& findings)
+{
+    QJsonObject jobOptions;
+    if (!findings.jobOptionsName.isEmpty()) {
+        jobOptions.insert(QStringLiteral("Name"), findings.jobOptionsName);
+        jobOptions.insert(QStringLiteral("Size"), findings.jobOptionsSize);
+    }
+    HopboxOutput::PrintJson(
+        QJsonObject{{QStringLiteral("Key"), key},
+                    {QStringLiteral("Archive"), findings.archive.GetNativePath()},
+                    {QStringLiteral("Settings"), findings.settings},
+                    {QStringLiteral("JobOptions"), jobOptions},
+                    {QStringLiteral("Build"), findings.build},
+                    {QStringLiteral("Problems"), QJsonArray::fromStringList(findings.problems)},
+                    {QStringLiteral("Notes"), QJsonArray::fromStringList(findings.notes)}});
+}
+
+void PrintAsText(const Findings& findings)
+{
+    QVector<QStringList> rows = {{QStringLiteral("Archive"), findings.archive.GetNativePath()}};
+    for (auto setting = findings.settings.begin(); setting != findings.settings.end(); ++setting)
+        rows.append(
+            {QStringLiteral("Setting"), setting.key() + QLatin1Char('=') + setting.value().toString()});
+    if (!findings.jobOptionsName.isEmpty()) {
+        rows.append(
+            {QStringLiteral("Job options"),
+             QStringLiteral("%1, %2 bytes").arg(findings.jobOptionsName).arg(findings.jobOptionsSize)});
+    }
+    rows.append({QStringLiteral("Build"), QString::number(findings.build)});
+    for (const QString& note : findings.notes)
+        rows.append({QStringLiteral("Note"), note});
+    HopboxOutput::PrintTable(rows);
+}
+
+int Run(const QStringList& texts)
+{
+    const Arguments arguments(texts, {QStringLiteral("json")});
+    if (!arguments.AreValid() || arguments.GetRest().size() != 1)
+        return cExitUsage;
+    QString key;
+    const std::optional<HopboxRecord> record =
+        HopboxOutput::FindOrFail(HopboxRegistry(), arguments.GetRest().first(), key);
+    if (!record)
+        return cExitFailed;
+    const Findings findings = Check(record->entry);
+    arguments.Has("json") ? PrintAsJson(key, findings) : PrintAsText(findings);
+    for (const QString& problem : findings.problems)
+        PrintError(HopboxOutput::GetShown(problem));
+    return findings.problems.isEmpty() ? cExitDone : cExitFailed;
+}
+}  // namespace
+
+const Command cCheckCommand = {"check", "check NAME [--json]", Run};

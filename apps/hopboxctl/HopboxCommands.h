@@ -1,0 +1,14 @@
+#pragma once
+
+#include "apps/hopboxctl/Command.h"
+
+// The commands about Hopboxes. Each is in a file of its own name; Command.h says what they take and give.
+extern const Command cCreateCommand;
+extern const Command cListCommand;
+extern const Command cShowCommand;
+extern const Command cSetCommand;
+extern const Command cRemoveCommand;
+extern const Command cCheckCommand;
+extern const Command cOriginsCommand;
+extern const Command cSubmitCommand;
+extern const Command cNotifyCommand;

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "foundation/core/GPathName.h"
+
+#include <vector>
+
+// Where hopboxctl puts the Hopboxes that it makes.
+namespace ProjectPlace
+{
+// The build of the Hopbox application that these Hopboxes are for: one that takes a file package by its URL.
+constexpr int cBuild = 700000;
+
+// Where the application of that build is, when no other is named.
+GPathName GetDefaultApplication();
+
+// Whether a project archive lies where this program puts them: under the fixed name, in a folder of its own
+// below the settings folder.
+bool IsOurs(const GPathName& archive);
+
+// Removes an archive of ours, and its folder when nothing else is in it. False when something that should
+// have gone is still there.
+bool Remove(const GPathName& archive);
+
+// A folder for a new project, made with the folders above it that were missing. Unless it is kept, all of
+// them go again with this object, whatever was put into the new one included.
+class NewFolder
+{
+public:
+    // Raises when the folder can't be made.
+    explicit NewFolder(const QString& hopboxName);
+    ~NewFolder();
+    NewFolder(const NewFolder&) = delete;
+    NewFolder& operator=(const NewFolder&) = delete;
+
+    // The path for the project archive in it.
+    GPathName GetArchivePath() const;
+
+    void Keep() { mIsKept = true; }
+
+private:
+    std::vector<GPathName> mMissing;  // the folders above that were not there, the lowest first
+    GPathName mPath;
+    bool mIsKept = false;
+};
+}  // namespace ProjectPlace
