@@ -24,7 +24,7 @@
 // for Clear. An empty dictionary owns no memory.
 //
 // Keys of one home slot cost a step each, so n keys chosen to meet take n * n steps to put in: a reader of
-// files from elsewhere bounds how many it takes.
+// files from elsewhere looks at IsCrowded as it goes.
 //
 // References to values and iterations end with an Insert, FindOrInsert or Clear. Remove moves no entry: the
 // one under an iteration may be removed. As the standard containers, for one thread at a time.
@@ -65,6 +65,10 @@ public:
     bool IsEmpty() const { return mCount == 0; }
     int GetCapacity() const { return static_cast<int>(mCapacity.Get()); }
 
+    // Whether the entries were put so far from their home slots as only keys that are chosen for it are: 32
+    // slots on average, where two are usual. True for as long as the capacity stays.
+    bool IsCrowded() const { return mDistance > 32 * uint64_t(mCapacity.Get()) + 10000; }
+
     // In slot order. What an iterator gives has the members `key` and `value`, references to the entry's own;
     // it is taken by value or as a const reference: for (const auto& entry : dict).
     iterator begin() { return {mSlots.get(), GetEnd()}; }
@@ -86,6 +90,7 @@ private:
 
     GDictCapacity mCapacity{7};
     uint32_t mCount = 0;
+    uint64_t mDistance = 0;          // slots from home, of all entries put in since the capacity changed
     std::unique_ptr<Slot[]> mSlots;  // none before the first entry
 };
 
@@ -173,7 +178,8 @@ private:
 
 // The copy has each entry in the same slot.
 template <typename Key, typename Value>
-GDict<Key, Value>::GDict(const GDict& other) : mCapacity(other.mCapacity), mCount(other.mCount)
+GDict<Key, Value>::GDict(const GDict& other)
+    : mCapacity(other.mCapacity), mCount(other.mCount), mDistance(other.mDistance)
 {
     if (other.IsEmpty())
         return;
@@ -198,6 +204,7 @@ void GDict<Key, Value>::Swap(GDict& other) noexcept
 {
     std::swap(mCapacity, other.mCapacity);
     std::swap(mCount, other.mCount);
+    std::swap(mDistance, other.mDistance);
     std::swap(mSlots, other.mSlots);
 }
 
@@ -279,10 +286,12 @@ bool GDict<Key, Value>::Remove(const Key& key)
 template <typename Key, typename Value>
 uint32_t GDict<Key, Value>::Occupy(uint32_t hash, Key&& key, Value&& value)
 {
-    uint32_t index = mCapacity.GetHomeSlot(hash);
-    ++mSlots[index].homeCount;
+    const uint32_t home = mCapacity.GetHomeSlot(hash);
+    ++mSlots[home].homeCount;
+    uint32_t index = home;
     while (mSlots[index].isOccupied)
         index = mCapacity.GetNextSlot(index);
+    mDistance += index >= home ? index - home : index + mCapacity.Get() - home;
     mSlots[index].Fill(hash, std::move(key), std::move(value));
     ++mCount;
     return index;

@@ -232,6 +232,21 @@ TEST(GDict, KeysOfOneHomeSlotStayRight)
     EXPECT_FALSE(dict.Has({cCount, 0xFFFFFFFF}));
 }
 
+TEST(GDict, OnlyChosenKeysCrowdIt)
+{
+    GDict<uint32_t, int> usual;
+    GDict<ChosenKey, int> oneHome;
+    GDict<ChosenKey, int> homesSideBySide;
+    for (int id = 0; id < 4000; ++id) {
+        usual.Insert(static_cast<uint32_t>(id), id);
+        ASSERT_FALSE(usual.IsCrowded()) << id;
+        oneHome.Insert({id, 7}, id);
+        homesSideBySide.Insert({id, static_cast<uint32_t>(id / 4)}, id);
+    }
+    EXPECT_TRUE(oneHome.IsCrowded());
+    EXPECT_TRUE(homesSideBySide.IsCrowded());
+}
+
 TEST(GDict, AgreesWithAModelThroughRandomChanges)
 {
     std::mt19937 random(1);
