@@ -42,6 +42,8 @@ bool GDictBufferReader<Key, Value>::ReadEntries(GBin2TextStream& stream, GDict<K
             return false;
         stream.SkipLine();
         dict.Insert(ConvertKey(keyText), std::move(value));
+        if (dict.IsCrowded())
+            return false;
     }
 }
 

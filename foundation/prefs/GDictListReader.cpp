@@ -36,6 +36,10 @@ bool GDictListReader<GroupKey, EntryKey, Value>::ReadGroups(GBin2TextStream& str
             mStopPosition = blockReader.GetStopPosition();
             return true;
         }
+        if (groups.IsCrowded()) {
+            mStopPosition = stream.GetPosition();
+            return true;
+        }
     }
 }
 

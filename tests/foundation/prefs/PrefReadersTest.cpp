@@ -91,6 +91,25 @@ TEST(PrefReadersTest, ListsAreReadAsFarAsTheyMakeSense)
     }
 }
 
+TEST(PrefReadersTest, KeysThatMeetEndTheReading)
+{
+    // Found by trying: keys that are at home in one slot of a dictionary that is large enough to hold them
+    // all.
+    constexpr uint32_t cCapacity = 937;
+    SortedGroups groups;
+    for (int number = 0; groups["B"].size() < 600; ++number) {
+        const GBuffer key = GBuffer::number(number);
+        if (GDictHash(key) % cCapacity == 0)
+            groups["B"][key] = QStringLiteral("v");
+    }
+    const GBuffer begin = "#BEGINPREFS\r\n";
+    const GBuffer document = begin + cGroupA + WriteDocument(groups, GEncoding::GetUTF8()).mid(begin.size());
+    const ReadDocument read = ParseDocument(document, GEncoding::GetUTF8());
+    EXPECT_EQ(read.groups, cOnlyA);
+    EXPECT_GT(read.stopPosition, document.size() / 3);
+    EXPECT_LT(read.stopPosition, 2 * document.size() / 3);
+}
+
 TEST(PrefReadersTest, WrittenBytesAreExact)
 {
     GString list;
