@@ -124,11 +124,3 @@ TEST(GPathName, OnlyWhatIsStrictlyInsideIsBelow)
         }
     }
 }
-
-TEST(GPathName, ExtensionIsReplacedAddedAndTaken)
-{
-    EXPECT_EQ(Path("/a.d/Morvane.uprefs").WithExtension(QStringLiteral("uprefslock")),
-              Path("/a.d/Morvane.uprefslock"));
-    EXPECT_EQ(Path("/a.d/b").WithExtension(QStringLiteral("lock")), Path("/a.d/b.lock"));
-    EXPECT_EQ(Path("/a.d/b.c").WithExtension(GString()), Path("/a.d/b"));
-}

@@ -3,9 +3,9 @@
 #include "foundation/prefs/GPrefMemoryModule.h"
 #include "foundation/prefs/GPrefSharedFileModule.h"
 #include "tests/support/Sandbox.h"
+#include "tests/support/TestFiles.h"
 
 #include <QDir>
-#include <QFile>
 
 #include <gtest/gtest.h>
 
@@ -15,19 +15,6 @@ namespace
 {
 const GString cOne = QStringLiteral("one");
 const GString cTwo = QStringLiteral("two");
-
-QByteArray ReadFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void WriteFile(const QString& path, const QByteArray& content)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(content);
-}
 }  // namespace
 
 TEST(GPrefFileModule, FileComesWithTheFirstFlushAfterAChangeAndIsLeftAloneOtherwise)
@@ -56,18 +43,6 @@ TEST(GPrefFileModule, FileComesWithTheFirstFlushAfterAChangeAndIsLeftAloneOtherw
     module.Refresh();
     EXPECT_EQ(module.Get("G", "K"), QStringLiteral("\u00E4\r\n"));
     EXPECT_FALSE(module.IsDirty());
-}
-
-TEST(GPrefFileModule, DamagedFileGivesWhatCanBeRead)
-{
-    const Sandbox sandbox;
-    const QString path = sandbox.GetPath(QStringLiteral("a.uprefs"));
-    WriteFile(path, "#BEGINPREFS\n\"G\"\n#BEGINDICT\n\"K\" \"one\"\n#ENDDICT\n\"H\"\nnonsense\n\"I\"\n");
-    const GPrefFileModule module(GPathName(path), GEncoding::GetUTF8());
-    std::vector<GBuffer> names;
-    module.GetGroupNames(names);
-    EXPECT_EQ(names, std::vector<GBuffer>{"G"});
-    EXPECT_EQ(module.Get("G", "K"), cOne);
 }
 
 TEST(GPrefFileModule, WhatCouldNotBeReadIsNotOverwritten)

@@ -110,10 +110,6 @@ TEST_F(GPreferencesTest, CopyingSharedGroupsFillsGapsFromTheFirstModule)
     EXPECT_EQ(GPreferences::Get(-2, "G", "system"), cOne);
     EXPECT_EQ(GPreferences::Get(-2, "G", "kept"), cOne);
     EXPECT_FALSE(GPreferences::Has(-2, "other", "K"));
-    GPreferences::FlushPrefs();
-    GPreferences::GetPrefModule(-2)->RemoveGroup("G");
-    GPreferences::Refresh();
-    EXPECT_EQ(GPreferences::GetInt32("G", "K"), -3);
 }
 
 TEST_F(GPreferencesTest, DefaultsNeverOverwrite)

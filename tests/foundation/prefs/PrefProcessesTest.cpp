@@ -5,9 +5,9 @@
 #include "tests/support/FaultyDisk.h"
 #include "tests/support/Sandbox.h"
 #include "tests/support/SecondUser.h"
+#include "tests/support/TestFiles.h"
 
 #include <QDir>
-#include <QFile>
 
 #include <gtest/gtest.h>
 
@@ -54,12 +54,6 @@ bool IsWhole(const GPrefModule& module)
             return false;
     }
     return !first.isEmpty();
-}
-
-QByteArray ReadFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 // Flushes; gives 0, or the last two digits of the code of what it raised.
@@ -210,8 +204,11 @@ TEST(FailedFlush, WithoutTheRightToWriteTheOldFileStays)
     const struct
     {
         const char* kind;
+        int folderRights, fileRights;
         int32_t code;
-    } cases[] = {{"plain", GErrorCode::cFile}, {"shared", GErrorCode::cLockFile}};
+    } cases[] = {{"plain", 0x7755, 0x6666, GErrorCode::cFile},
+                 {"plain", 0x7777, 0x4444, GErrorCode::cFile},
+                 {"shared", 0x7755, 0x6666, GErrorCode::cLockFile}};
     for (const auto& test : cases) {
         const Sandbox sandbox;
         const QString path = sandbox.GetPath(QStringLiteral("a.uprefs"));
@@ -219,8 +216,8 @@ TEST(FailedFlush, WithoutTheRightToWriteTheOldFileStays)
         Fill(*module, 1);
         module->FlushPrefs();
         const QByteArray before = ReadFile(path);
-        QFile::setPermissions(sandbox.GetPath(), QFileDevice::Permissions(0x7755));
-        QFile::setPermissions(path, QFileDevice::Permissions(0x6666));
+        QFile::setPermissions(sandbox.GetPath(), QFileDevice::Permissions(test.folderRights));
+        QFile::setPermissions(path, QFileDevice::Permissions(test.fileRights));
         ChildProcess child(QStringLiteral("FlushAsSecondUser"), {QString::fromLatin1(test.kind), path});
         EXPECT_EQ(child.WaitForExit(), test.code % 100);
         EXPECT_EQ(ReadFile(path), before);

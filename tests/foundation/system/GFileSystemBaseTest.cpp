@@ -2,6 +2,7 @@
 #include "foundation/core/GException.h"
 #include "foundation/system/GFileSystemBase.h"
 #include "tests/support/Sandbox.h"
+#include "tests/support/TestFiles.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -20,19 +21,6 @@
 namespace
 {
 const bool cIsWindows = QDir::separator() == QLatin1Char('\\');
-
-void WriteFile(const QString& path, const QByteArray& content)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(content);
-}
-
-QByteArray ReadFile(const GPathName& path)
-{
-    QFile file(path.GetNativePath());
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("none");
-}
 
 std::string Text(const GPathName& path)
 {
@@ -92,15 +80,13 @@ TEST(GFileSystemBase, RegisteredFolderComesFirstUntilItIsTakenBack)
 {
     const Sandbox sandbox;
     const GPathName folder(sandbox.GetPath(QStringLiteral("Resources/Strings")));
-    EXPECT_TRUE(GFileSystemBase::GetSpecialPath(22).IsEmpty());
-    GFileSystemBase::RegisterSpecialPath(22, folder);
-    GFileSystemBase::RegisterSpecialPath(35, folder);
-    EXPECT_EQ(GFileSystemBase::GetSpecialPath(22), folder);
-    EXPECT_EQ(GFileSystemBase::GetSpecialPath(35), folder);
-    GFileSystemBase::RegisterSpecialPath(22, GPathName());
-    GFileSystemBase::RegisterSpecialPath(35, GPathName());
-    EXPECT_TRUE(GFileSystemBase::GetSpecialPath(22).IsEmpty());
-    EXPECT_NE(GFileSystemBase::GetSpecialPath(35), folder);
+    for (const int32_t number : {22, 35}) {
+        const GPathName before = GFileSystemBase::GetSpecialPath(number);
+        GFileSystemBase::RegisterSpecialPath(number, folder);
+        EXPECT_EQ(GFileSystemBase::GetSpecialPath(number), folder);
+        GFileSystemBase::RegisterSpecialPath(number, GPathName());
+        EXPECT_EQ(GFileSystemBase::GetSpecialPath(number), before);
+    }
 }
 
 TEST(GFileSystemBase, ModuleFindsItsOwnFileNotTheProgram)
@@ -173,7 +159,7 @@ TEST(GFileSystemBase, CopyObeysItsFlagsAndAppearsWholeOrNotAtAll)
             GFileSystemBase::CopyAndRenameFile(source, target, flags);
         else
             EXPECT_THROW(GFileSystemBase::CopyAndRenameFile(source, target, flags), GCustomException);
-        EXPECT_EQ(ReadFile(target), isReplacing ? "new" : "old");
+        EXPECT_EQ(ReadFile(target.GetNativePath()), isReplacing ? "new" : "old");
         EXPECT_EQ(QFileInfo(target.GetNativePath()).permissions().testFlag(QFileDevice::WriteOwner),
                   isReplacing);
         EXPECT_TRUE(GFileSystemBase::TryToRemoveFile(target));
@@ -192,10 +178,11 @@ TEST(GFileSystemBase, FolderGoesWithAllItHoldsButNotWithWhatLinksLeadTo)
     const Sandbox sandbox;
     const GPathName folder(sandbox.GetPath(QStringLiteral("work")));
     const GPathName outside(sandbox.GetPath(QStringLiteral("outside")));
+    const QString kept = sandbox.GetPath(QStringLiteral("outside/keep"));
     const auto make = [&] {
         QDir(sandbox.GetPath()).mkpath(QStringLiteral("work/read-only/b"));
         QDir(sandbox.GetPath()).mkpath(QStringLiteral("outside"));
-        WriteFile(sandbox.GetPath(QStringLiteral("outside/keep")), "keep");
+        WriteFile(kept, "keep");
         WriteFile(sandbox.GetPath(QStringLiteral("work/read-only/b/file")), "x");
         QFile::setPermissions(sandbox.GetPath(QStringLiteral("work/read-only/b/file")),
                               QFileDevice::ReadOwner);
@@ -211,15 +198,15 @@ TEST(GFileSystemBase, FolderGoesWithAllItHoldsButNotWithWhatLinksLeadTo)
     EXPECT_FALSE(GFileSystemBase::TryToRemoveFile(folder));
     EXPECT_TRUE(GFileSystemBase::TryToRemoveFolder(folder, -1, 10));
     EXPECT_FALSE(QFileInfo::exists(folder.GetNativePath()));
-    EXPECT_EQ(ReadFile(outside.GetChild(QStringLiteral("keep"))), "keep");
+    EXPECT_EQ(ReadFile(kept), "keep");
     EXPECT_TRUE(GFileSystemBase::TryToRemoveFolder(folder)) << "What is gone counts as removed.";
-    EXPECT_FALSE(GFileSystemBase::TryToRemoveFolder(outside.GetChild(QStringLiteral("keep"))));
+    EXPECT_FALSE(GFileSystemBase::TryToRemoveFolder(GPathName(kept)));
     EXPECT_FALSE(GFileSystemBase::TryToRemoveFolder(GPathName()));
     if (!cIsWindows) {
         ASSERT_TRUE(QFile::link(outside.GetNativePath(), folder.GetNativePath()));
         EXPECT_TRUE(GFileSystemBase::TryToRemoveFolder(folder));
         EXPECT_FALSE(QFileInfo(folder.GetNativePath()).isSymLink());
     }
-    EXPECT_EQ(ReadFile(outside.GetChild(QStringLiteral("keep"))), "keep");
-    EXPECT_TRUE(GFileSystemBase::TryToRemoveFile(outside.GetChild(QStringLiteral("keep"))));
+    EXPECT_EQ(ReadFile(kept), "keep");
+    EXPECT_TRUE(GFileSystemBase::TryToRemoveFile(GPathName(kept)));
 }

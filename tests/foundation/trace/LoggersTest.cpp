@@ -2,6 +2,7 @@
 #include "foundation/trace/QtLogger.h"
 
 #include "tests/support/Sandbox.h"
+#include "tests/support/TestFiles.h"
 
 #include <QLoggingCategory>
 #include <QRegularExpression>
@@ -13,12 +14,6 @@
 #include <vector>
 
 using Morvane::LogLevel;
-
-static QByteArray ReadFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 TEST(FileLogger, TextCanNotForgeALine)
 {
