@@ -81,7 +81,8 @@ private:
 
     Slot* GetEnd() const { return mSlots ? mSlots.get() + mCapacity.Get() : nullptr; }
     Slot* FindSlot(const Key& key, uint32_t hash) const;
-    Slot* FindFromHome(const Key& key, uint32_t hash, uint32_t home) const;
+    // Not to be merged into FindSlot, whose short way would then pay for the registers of this one.
+    Q_NEVER_INLINE Slot* FindFromHome(const Key& key, uint32_t hash, uint32_t home) const;
     uint32_t Occupy(uint32_t hash, Key&& key, Value&& value);
     Value& Add(uint32_t hash, Key&& key, Value&& value);
     GDict MakeGrown() const;
@@ -106,7 +107,7 @@ struct GDict<Key, Value>::Slot
         Value value;
     };
 
-    Slot() : isOccupied(0), homeCount(0), hash(0) {}
+    Slot() : homeMarks(0), isOccupied(0), homeCount(0), hash(0) {}
     ~Slot()
     {
         if (isOccupied)
@@ -114,6 +115,22 @@ struct GDict<Key, Value>::Slot
     }
     Slot(const Slot&) = delete;
     Slot& operator=(const Slot&) = delete;
+
+    // An entry that is at home here came or went, wherever it lies.
+    void AddToHome(uint32_t keyHash)
+    {
+        homeMarks |= 1u << (keyHash >> 29);
+        ++homeCount;
+    }
+    void RemoveFromHome()
+    {
+        --homeCount;
+        if (homeCount == 0)
+            homeMarks = 0;
+    }
+
+    // Whether an entry of this hash may be at home here: false for most that are not.
+    bool MayBeHomeOf(uint32_t keyHash) const { return (homeMarks >> (keyHash >> 29) & 1) != 0; }
 
     void Fill(uint32_t keyHash, Key&& key, Value&& value) noexcept
     {
@@ -128,9 +145,12 @@ struct GDict<Key, Value>::Slot
         entry.~Entry();
     }
 
+    // Of the entries whose home slot this is, wherever they lie: a bit for each value of the upper three bits
+    // of their hashes, and their number. Eight million that meet in one slot would take hours to put in.
+    uint32_t homeMarks : 8;
     uint32_t isOccupied : 1;
-    uint32_t homeCount : 31;  // the entries, wherever they are, whose home slot this is
-    uint32_t hash;            // of the entry's key, while occupied
+    uint32_t homeCount : 23;
+    uint32_t hash;  // of the entry's key, while occupied
     union {
         Entry entry;  // alive while occupied
     };
@@ -186,6 +206,7 @@ GDict<Key, Value>::GDict(const GDict& other)
     mSlots.reset(new Slot[mCapacity.Get()]);
     for (uint32_t index = 0; index < mCapacity.Get(); ++index) {
         const Slot& source = other.mSlots[index];
+        mSlots[index].homeMarks = source.homeMarks;
         mSlots[index].homeCount = source.homeCount;
         if (source.isOccupied)
             mSlots[index].Fill(source.hash, Key(source.entry.key), Value(source.entry.value));
@@ -208,15 +229,19 @@ void GDict<Key, Value>::Swap(GDict& other) noexcept
     std::swap(mSlots, other.mSlots);
 }
 
-// The slot that holds the key; null when none does. The first look is inline: a key that isn't there mostly
-// has an empty home.
+// The slot that holds the key; null when none does. What mostly decides is inline: the home slot has no entry
+// of such a hash, or it holds the key itself.
 template <typename Key, typename Value>
-typename GDict<Key, Value>::Slot* GDict<Key, Value>::FindSlot(const Key& key, uint32_t hash) const
+inline typename GDict<Key, Value>::Slot* GDict<Key, Value>::FindSlot(const Key& key, uint32_t hash) const
 {
     if (!mSlots)
         return nullptr;
     const uint32_t home = mCapacity.GetHomeSlot(hash);
-    return mSlots[home].homeCount == 0 ? nullptr : FindFromHome(key, hash, home);
+    Slot& slot = mSlots[home];
+    if (!slot.MayBeHomeOf(hash))
+        return nullptr;
+    const bool isHere = slot.hash == hash && slot.isOccupied && slot.entry.key == key;
+    return isHere ? &slot : FindFromHome(key, hash, home);
 }
 
 template <typename Key, typename Value>
@@ -276,7 +301,7 @@ bool GDict<Key, Value>::Remove(const Key& key)
     Slot* const slot = FindSlot(key, hash);
     if (slot == nullptr)
         return false;
-    --mSlots[mCapacity.GetHomeSlot(hash)].homeCount;
+    mSlots[mCapacity.GetHomeSlot(hash)].RemoveFromHome();
     --mCount;
     slot->Empty();  // last: `key` may be the entry's own
     return true;
@@ -287,7 +312,7 @@ template <typename Key, typename Value>
 uint32_t GDict<Key, Value>::Occupy(uint32_t hash, Key&& key, Value&& value)
 {
     const uint32_t home = mCapacity.GetHomeSlot(hash);
-    ++mSlots[home].homeCount;
+    mSlots[home].AddToHome(hash);
     uint32_t index = home;
     while (mSlots[index].isOccupied)
         index = mCapacity.GetNextSlot(index);

@@ -26,13 +26,15 @@ uint32_t HashBytes(const uchar* bytes, size_t total)
     uint64_t hash = total * cLengthFactor;
     uint64_t first = 0;
     uint64_t second = 0;
-    if (total >= 8) {
-        size_t left = total;
-        for (; left > 16; left -= 16, bytes += 16)
+    if (total >= 16) {
+        const uchar* const last = bytes + total - 16;
+        for (; bytes < last; bytes += 16)
             hash = Fold(hash ^ Read<quint64>(bytes), cSecondFactor ^ Read<quint64>(bytes + 8));
-        const uchar* const end = bytes + left;
-        first = Read<quint64>(total >= 16 ? end - 16 : bytes);
-        second = Read<quint64>(end - 8);
+        first = Read<quint64>(last);
+        second = Read<quint64>(last + 8);
+    } else if (total >= 8) {
+        first = Read<quint64>(bytes);
+        second = Read<quint64>(bytes + total - 8);
     } else if (total >= 4) {
         first = Read<quint32>(bytes);
         second = Read<quint32>(bytes + total - 4);
