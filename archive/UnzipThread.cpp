@@ -19,12 +19,20 @@ UnzipThread::~UnzipThread()
     mArchive.cancel();
     mAnswered.notify_all();
     wait();
+    // What the thread has written last is seen here: it took this lock as it ended.
+    const std::lock_guard<std::mutex> lock(mMutex);
 }
 
 QStringList UnzipThread::getExtractedFiles() const
 {
     const std::lock_guard<std::mutex> lock(mMutex);
     return mExtractedFiles;
+}
+
+QString UnzipThread::getOpenError() const
+{
+    const std::lock_guard<std::mutex> lock(mMutex);
+    return mOpenError;
 }
 
 void UnzipThread::answer(ActionOnError action)
@@ -44,14 +52,16 @@ void UnzipThread::HandleError(const QString& text)
 
 void UnzipThread::run()
 {
+    const int count = mArchive.StartIterate();
     {
         const std::lock_guard<std::mutex> lock(mMutex);
         mExtractedFiles.clear();
+        mOpenError = mArchive.HasFailed() ? mArchive.GetLastError() : QString();
     }
-    emit InitProgress(mArchive.StartIterate());
-    mOpenError = mArchive.HasFailed() ? mArchive.GetLastError() : QString();
+    emit InitProgress(count);
     extractEntries();
     emit DoneProgress();
+    const std::lock_guard<std::mutex> lock(mMutex);
 }
 
 void UnzipThread::extractEntries()

@@ -51,8 +51,8 @@ public:
     // ActionOnError::StopAndRemove it still tells what had been extracted.
     QStringList getExtractedFiles() const;
 
-    // Why the archive could not be opened; empty when it could. Once the thread has ended.
-    QString getOpenError() const { return mOpenError; }
+    // Why the archive could not be opened; empty when it could, and before InitProgress.
+    QString getOpenError() const;
 
     // The answer to the last NotifyError, from any thread, from a slot that is connected directly as well. An
     // answer that comes before its question is forgotten.
@@ -87,11 +87,11 @@ private:
     const QString mDestinationFolder;
     const int mMode;
     ErrorHandler mErrorHandler;
-    QString mOpenError;
 
     mutable std::mutex mMutex;  // guards what follows
     std::condition_variable mAnswered;
     QStringList mExtractedFiles;
+    QString mOpenError;
     std::optional<ActionOnError> mAnswer;
     bool mIsEnding = false;
 };

@@ -54,9 +54,32 @@ uLong ZipInput::readNext(void* self, void*, void* bytes, uLong size)
 {
     ZipInput& input = *static_cast<ZipInput*>(self);
     const int wanted = static_cast<int>(std::min<uLong>(size, INT_MAX));
-    const int count = input.readAt(input.mPosition, static_cast<char*>(bytes), wanted);
+    char* const target = static_cast<char*>(bytes);
+    const int count = input.mCipher.has_value() ? input.readDecrypted(target, wanted)
+                                                : input.readAt(input.mPosition, target, wanted);
     input.mPosition += count;
     return static_cast<uLong>(count);
+}
+
+std::optional<uint8_t> ZipInput::beginDecryption(qint64 offset, const QByteArray& password)
+{
+    char header[ZipCipher::cHeaderSize];
+    if (readAt(offset, header, sizeof header) != sizeof header)
+        return std::nullopt;
+    mCipher.emplace(password);
+    mCipher->decrypt(header, sizeof header);
+    mDecryptedUpTo = offset;
+    return static_cast<uint8_t>(header[sizeof header - 1]);
+}
+
+int ZipInput::readDecrypted(char* bytes, int size)
+{
+    if (mPosition != mDecryptedUpTo)
+        return 0;
+    const int count = readAt(mPosition + ZipCipher::cHeaderSize, bytes, size);
+    mCipher->decrypt(bytes, count);
+    mDecryptedUpTo += count;
+    return count;
 }
 
 // An archive's own offsets end up here. A position behind the end is taken, as a file takes it: walking the

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "archive/ZipCipher.h"
+
 #include <QByteArray>
 
 #include <array>
+#include <optional>
 
 class QIODevice;
 
@@ -27,6 +30,12 @@ public:
 
     qint64 getSize() const { return mSize; }
 
+    // From here on the library reads the encrypted content that begins at the offset decrypted, and without
+    // the bytes that the encryption has put before it. It has to read it once and in order. Gives the check
+    // byte, by which the password can be told; nothing when there is no content.
+    std::optional<uint8_t> beginDecryption(qint64 offset, const QByteArray& password);
+    void endDecryption() { mCipher.reset(); }
+
 private:
     struct Block
     {
@@ -37,6 +46,7 @@ private:
     static unsigned long readNext(void* self, void* stream, void* bytes, unsigned long size);
     static int seek(void* self, void* stream, unsigned long long offset, int origin);
 
+    int readDecrypted(char* bytes, int size);
     const Block& getBlock(qint64 offset);
 
     QIODevice& mDevice;
@@ -44,5 +54,7 @@ private:
     qint64 mPosition = 0;
     std::array<Block, 2> mBlocks;
     size_t mLastUsed = 0;
+    std::optional<ZipCipher> mCipher;
+    qint64 mDecryptedUpTo = 0;
 };
 }  // namespace Morvane

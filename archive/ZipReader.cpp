@@ -1,6 +1,5 @@
 #include "archive/ZipReader.h"
 
-#include "archive/ZipCrypto.h"
 #include "archive/ZipInput.h"
 #include "archive/ZipName.h"
 
@@ -114,31 +113,30 @@ ZipReader::OpenResult ZipReader::openEntry(const QByteArray& password)
         return OpenResult::Unsupported;
     if (mEntry.isEncrypted() && password.isEmpty())
         return OpenResult::NeedsPassword;
-    const int error = mEntry.isEncrypted() ? unzOpenCurrentFilePassword(mHandle.get(), password.constData())
-                                           : unzOpenCurrentFile(mHandle.get());
-    if (error != UNZ_OK) {
-        unzCloseCurrentFile(mHandle.get());
+    if (unzOpenCurrentFile(mHandle.get()) != UNZ_OK) {
+        endContent();
         return OpenResult::Damaged;
     }
     mRest = mEntry.size;
     mIsDamaged = false;
-    if (!mEntry.isEncrypted() || fitsPassword(password))
+    if (!mEntry.isEncrypted() || beginDecryption(password))
         return OpenResult::Done;
-    unzCloseCurrentFile(mHandle.get());
+    endContent();
     return OpenResult::WrongPassword;
 }
 
-// The library believes any password. The last byte before the content tells a wrong one in all but a few of
-// 256 cases; the checksum tells the others.
-bool ZipReader::fitsPassword(const QByteArray& password)
+// The check byte tells a wrong password in all but two of 256 cases; the checksum tells the others.
+bool ZipReader::beginDecryption(const QByteArray& password)
 {
-    char header[ZipCrypto::cHeaderSize];
     const qint64 content = static_cast<qint64>(unzGetCurrentFileZStreamPos64(mHandle.get()));
-    const int size = mInput->readAt(content - ZipCrypto::cHeaderSize, header, ZipCrypto::cHeaderSize);
-    if (size != ZipCrypto::cHeaderSize)
-        return false;
-    const uint8_t check = ZipCrypto::decryptCheckByte(header, password);
-    return check == mEntry.crc >> 24 || check == (mEntry.dosTime >> 8 & 0xff);
+    const std::optional<uint8_t> check = mInput->beginDecryption(content, password);
+    return check.has_value() && (*check == mEntry.crc >> 24 || *check == (mEntry.dosTime >> 8 & 0xff));
+}
+
+bool ZipReader::endContent()
+{
+    mInput->endDecryption();
+    return unzCloseCurrentFile(mHandle.get()) == UNZ_OK;
 }
 
 int ZipReader::readEntry(char* bytes, int size)
@@ -154,6 +152,6 @@ int ZipReader::readEntry(char* bytes, int size)
 
 bool ZipReader::closeEntry()
 {
-    return unzCloseCurrentFile(mHandle.get()) == UNZ_OK && mRest == 0 && !mIsDamaged;
+    return endContent() && mRest == 0 && !mIsDamaged;
 }
 }  // namespace Morvane

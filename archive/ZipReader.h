@@ -66,7 +66,8 @@ private:
     bool openHandle();
     bool isEmptyArchive();
     bool readDescription();
-    bool fitsPassword(const QByteArray& password);
+    bool beginDecryption(const QByteArray& password);
+    bool endContent();
 
     std::unique_ptr<QIODevice> mDevice;
     std::unique_ptr<ZipInput> mInput;

@@ -9,6 +9,14 @@
 
 using namespace Morvane;
 
+// Read by the thread sanitizer. QThread waits for its end with a condition of Qt's, which the sanitizer does
+// not see, and the condition's own end then looks like a race. Nothing else is passed over.
+extern "C" Q_DECL_EXPORT const char* __tsan_default_suppressions();
+const char* __tsan_default_suppressions()
+{
+    return "race:QWaitCondition::~QWaitCondition";
+}
+
 namespace
 {
 // What a test hears of the thread. The signals arrive on the thread that emits them, so that no event loop is
@@ -53,6 +61,12 @@ protected:
         mNoted.notify_all();
     }
 
+    QStringList GetLines()
+    {
+        const std::lock_guard<std::mutex> lock(mMutex);
+        return mLines;
+    }
+
     // Waits until the thread has failed that many times.
     void WaitForErrors(int count)
     {
@@ -87,7 +101,7 @@ TEST_F(UnzipThreadTest, SkipGoesOnWithTheNextEntry)
     EXPECT_EQ((QStringList{QStringLiteral("init 4"), QStringLiteral("0 d/"), QStringLiteral("1 d/a"),
                            QStringLiteral("2 blocked"), GetError(), QStringLiteral("3 e/f/b"),
                            QStringLiteral("done")}),
-              mLines);
+              GetLines());
     EXPECT_EQ((QStringList{cD, cA, cB}), mThread->getExtractedFiles());
     EXPECT_EQ("3", ReadFile(GetTarget() + QLatin1Char('/') + cB));
 }
@@ -96,7 +110,7 @@ TEST_F(UnzipThreadTest, StopKeepsWhatWasExtracted)
 {
     RunWithAnswer(ActionOnError::Stop);
     EXPECT_EQ((QStringList{QStringLiteral("blocked/"), cD, cA}), ReadTree(GetTarget()).keys());
-    EXPECT_EQ(QStringLiteral("done"), mLines.last());
+    EXPECT_EQ(QStringLiteral("done"), GetLines().last());
 }
 
 TEST_F(UnzipThreadTest, StopAndRemoveTakesBackWhatWasExtracted)
@@ -107,7 +121,7 @@ TEST_F(UnzipThreadTest, StopAndRemoveTakesBackWhatWasExtracted)
               ReadTree(GetTarget()).keys());
     EXPECT_EQ(
         (QStringList{GetError(), QStringLiteral("1 d/a"), QStringLiteral("0 d/"), QStringLiteral("done")}),
-        mLines.mid(mLines.size() - 4));
+        GetLines().mid(GetLines().size() - 4));
 }
 
 TEST_F(UnzipThreadTest, AnyOtherAnswerTriesTheSameEntryAgain)
@@ -147,7 +161,7 @@ TEST_F(UnzipThreadTest, DestroyingItWhileItWaitsEndsIt)
     mThread->start();
     WaitForErrors(1);
     mThread.reset();
-    EXPECT_EQ(QStringLiteral("done"), mLines.last());
+    EXPECT_EQ(QStringLiteral("done"), GetLines().last());
     EXPECT_EQ((QStringList{QStringLiteral("blocked/"), cD, cA}), ReadTree(GetTarget()).keys());
 }
 
@@ -183,7 +197,7 @@ TEST_F(UnzipThreadTest, ArchivesWithoutEntriesEndAtOnce)
             Qt::DirectConnection);
         thread.start();
         thread.wait();
-        EXPECT_EQ((QStringList{QStringLiteral("0"), QStringLiteral("done")}), mLines);
+        EXPECT_EQ((QStringList{QStringLiteral("0"), QStringLiteral("done")}), GetLines());
         EXPECT_EQ(bytes == BuildArchive({}), thread.getOpenError().isEmpty());
     }
 }
