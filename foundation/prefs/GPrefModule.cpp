@@ -199,11 +199,11 @@ void GPrefModule::NoteWritten()
     mWasDirty = mBackup != nullptr;  // the backup is no longer what the storage holds
 }
 
-void GPrefModule::TakeStorageAsBackup()
+void GPrefModule::RebaseTempUse()
 {
     if (mBackup != nullptr)
         *mBackup = mGroups;
-    mWasDirty = false;
+    mWasDirty = IsDirty();
 }
 
 void GPrefModule::NoteSharingMarks()

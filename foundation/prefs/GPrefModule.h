@@ -92,8 +92,12 @@ protected:
     // Tells that the storage holds the groups as they are now.
     void NoteWritten();
 
-    // Makes the groups as they are now, which the storage holds, those to which a temporary use comes back.
-    void TakeStorageAsBackup();
+    // The groups as they are, and as they will be when a temporary use is taken back.
+    const GPrefGroups& GetGroups() const { return mGroups; }
+    const GPrefGroups& GetLastingGroups() const { return mBackup != nullptr ? *mBackup : mGroups; }
+
+    // Makes the groups as they are those to which a temporary use comes back.
+    void RebaseTempUse();
 
 private:
     void SetIn(GPrefGroups& groups, const GBuffer& group, const GBuffer& key, const GString& value);

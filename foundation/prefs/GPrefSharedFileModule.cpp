@@ -1,6 +1,9 @@
 #include "foundation/prefs/GPrefSharedFileModule.h"
 
+#include "foundation/core/GException.h"
+#include "foundation/prefs/PrefChanges.h"
 #include "foundation/system/GLockByFile.h"
+#include "foundation/trace/GTrace.h"
 
 GPrefSharedFileModule::GPrefSharedFileModule(const GPathName& path, const GEncodingRef& encoding)
     : GPrefFileModule(path, encoding, Unread())
@@ -11,11 +14,11 @@ GPrefSharedFileModule::GPrefSharedFileModule(const GPathName& path, const GEncod
 void GPrefSharedFileModule::ReadDict()
 {
     if (!FileExists()) {
-        ReadFile(nullptr);
+        ReadShared();
         return;
     }
     const GLockByFile lock(GetLockPathName(), GLockType::cRead, GLockWait::cUntilFree);
-    ReadFile(nullptr);
+    ReadShared();
 }
 
 void GPrefSharedFileModule::WriteDict()
@@ -23,23 +26,51 @@ void GPrefSharedFileModule::WriteDict()
     if (!IsDirty())
         return;
     const GLockByFile lock(GetLockPathName(), GLockType::cWrite, GLockWait::cUntilFree);
-    WriteFile();
+    WriteShared();
 }
 
 void GPrefSharedFileModule::ChangeUnderLock(const std::function<void(GPrefModule&)>& change)
 {
     const GLockByFile lock(GetLockPathName(), GLockType::cWrite, GLockWait::cUntilFree);
-    ReadFile(nullptr);
+    const PrefChanges unflushed(mKnown, GetLastingGroups());
+    const PrefChanges temporary(GetLastingGroups(), GetGroups());
     try {
+        ReadShared();
+        unflushed.ApplyTo(*this);
         change(*this);
         if (IsDirty())
-            WriteFile();
+            WriteShared();
     } catch (...) {
-        ReadFile(nullptr);
-        TakeStorageAsBackup();
+        ReadAgain(unflushed);
+        temporary.ApplyTo(*this);
         throw;
     }
-    TakeStorageAsBackup();
+    RebaseTempUse();
+    temporary.ApplyTo(*this);
+}
+
+void GPrefSharedFileModule::ReadAgain(const PrefChanges& unflushed)
+{
+    try {
+        ReadShared();
+    } catch (const GException& error) {
+        GTrace::Error(QStringLiteral("GPrefSharedFileModule::ChangeUnderLock"), error.GetDescription());
+    }
+    unflushed.ApplyTo(*this);
+    RebaseTempUse();
+}
+
+void GPrefSharedFileModule::ReadShared()
+{
+    mKnown.Clear();
+    ReadFile(nullptr);
+    mKnown = GetGroups();
+}
+
+void GPrefSharedFileModule::WriteShared()
+{
+    WriteFile();
+    mKnown = GetGroups();
 }
 
 GPathName GPrefSharedFileModule::GetLockPathName() const

@@ -2,6 +2,8 @@
 
 #include "foundation/prefs/GPrefFileModule.h"
 
+class PrefChanges;
+
 // Settings in a file that several processes of one user share. A lock file beside it, with "lock" added to
 // the extension, guards each whole read and each whole write: readers go together, a writer alone, and
 // whoever has to wait waits. The file is read in the encoding that its byte order mark tells and written in
@@ -19,13 +21,21 @@ public:
     void ReadDict() override;
     void WriteDict() override;
 
-    // Makes a change to the file as it is now: takes the write lock, reads the file, calls `change`, writes
-    // what that has changed, and lets go of the lock. No other process's change is lost this way.
+    // Makes a change to the file as it is now: takes the write lock, reads the file, puts what this module
+    // has not flushed yet on top, calls `change`, writes the file if anything is different, and lets go of
+    // the lock. No process's change is lost this way.
     //
-    // Changes of this module that were not flushed are lost, as with Refresh. What `change` raises comes
-    // through, as does a failure to read or write; the file is then as it was, and the module holds what it
-    // reads of it. A temporary use goes on from the changed file: its end does not take the change back.
+    // What `change` raises comes through, as does a failure to read or write; the file is then as it was, and
+    // the module holds it with its unflushed changes. In a temporary use the change lasts, and what was set
+    // temporarily stays out of the file.
     void ChangeUnderLock(const std::function<void(GPrefModule&)>& change);
 
     GPathName GetLockPathName() const;
+
+private:
+    void ReadShared();
+    void WriteShared();
+    void ReadAgain(const PrefChanges& unflushed);
+
+    GPrefGroups mKnown;  // the file's content when it was last read or written
 };

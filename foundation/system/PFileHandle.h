@@ -11,6 +11,8 @@ public:
     PFileHandle() = default;
     explicit PFileHandle(intptr_t handle) : mHandle(handle) {}
     ~PFileHandle() { Close(); }
+    PFileHandle(const PFileHandle&) = delete;
+    PFileHandle& operator=(const PFileHandle&) = delete;
     PFileHandle(PFileHandle&& other) noexcept : mHandle(other.Release()) {}
     PFileHandle& operator=(PFileHandle&& other) noexcept
     {

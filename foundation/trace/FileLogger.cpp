@@ -9,7 +9,7 @@
 
 namespace
 {
-constexpr qint64 cLargestSize = 8 * 1024 * 1024;
+constexpr qint64 cLargestSize = qint64(8) << 20;
 
 // Threads are numbered in the order in which they first log: short, and the same on every system.
 int GetThreadNumber()

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace
@@ -101,21 +102,34 @@ TEST(GPrefSharedFileModule, ChangeUnderLockWorksOnTheFileAsItIs)
     const GPathName path(sandbox.GetPath(QStringLiteral("Morvane.uprefs")));
     GPrefSharedFileModule first(path, GEncoding::GetUTF16());
     GPrefSharedFileModule second(path, GEncoding::GetUTF16());
-    second.StartUsingTempModule();
     first.ChangeUnderLock([](GPrefModule& module) { module.Set("G", "first", cOne); });
     second.ChangeUnderLock([](GPrefModule& module) { module.Set("G", "second", cTwo); });
-    second.EndUsingTempModule(false);
-    EXPECT_FALSE(second.IsDirty());
-    EXPECT_TRUE(second.Has("G", "first") && second.Has("G", "second"));
+    first.Set("G", "unflushed", cOne);
+    first.Remove("G", "first");
+    first.StartUsingTempModule();
+    first.Set("G", "temporary", cOne);
+    first.ChangeUnderLock([](GPrefModule& module) { module.Set("G", "third", cOne); });
+    EXPECT_EQ(first.Get("G", "temporary"), cOne);
+    first.EndUsingTempModule(false);
+    EXPECT_FALSE(first.IsDirty());
+    second.Refresh();
+    for (const GPrefModule* module : {&first, &second}) {
+        std::vector<GBuffer> keys;
+        module->GetGroupPreferences("G", keys);
+        std::sort(keys.begin(), keys.end());
+        EXPECT_EQ(keys, (std::vector<GBuffer>{"second", "third", "unflushed"}));
+    }
 
     const QByteArray before = ReadFile(path.GetNativePath());
+    first.Set("G", "unflushed", cTwo);
     EXPECT_THROW(first.ChangeUnderLock([](GPrefModule& module) {
         module.RemoveGroup("G");
         throw std::runtime_error("changed its mind");
     }),
                  std::runtime_error);
     EXPECT_TRUE(first.Has("G", "second"));
-    EXPECT_FALSE(first.IsDirty());
+    EXPECT_EQ(first.Get("G", "unflushed"), cTwo);
+    EXPECT_TRUE(first.IsDirty());
     EXPECT_EQ(ReadFile(path.GetNativePath()), before);
 }
 
