@@ -18,6 +18,13 @@ GPPIPCReceiver::GPPIPCReceiver(Handler handler, GPPIPCChannelKind kind)
         Deregister();
         throw;
     }
+    GMessageLoop::GetTickSignal().Attach(*this);
+}
+
+void GPPIPCReceiver::Receive(int32_t message, const GTick&)
+{
+    if (message == GMessageLoop::cTickMessage)
+        TakeUp();
 }
 
 void GPPIPCReceiver::Register(GPPIPCChannel* channel)
@@ -27,6 +34,7 @@ void GPPIPCReceiver::Register(GPPIPCChannel* channel)
 
 GPPIPCReceiver::~GPPIPCReceiver()
 {
+    GMessageLoop::GetTickSignal().Detach(*this);
     for (const Entry& entry : mEntries) {
         try {
             entry.queue->Close();

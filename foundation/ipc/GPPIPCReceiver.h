@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/core/GMessageLoop.h"
 #include "foundation/ipc/GPPIPCManager.h"
 #include "foundation/ipc/GPPIPCMessage.h"
 
@@ -16,7 +17,7 @@ class GMessageQueue;
 // Lives on one thread, the one that runs the tick. What the handler throws is logged and costs only that
 // message. A handler may run an event loop: what comes meanwhile waits until it returns. It must not destroy
 // the receiver.
-class GPPIPCReceiver
+class GPPIPCReceiver : private GReceiver<GTick>
 {
 public:
     using Handler = std::function<void(const GPPIPCMessage& message)>;
@@ -26,11 +27,11 @@ public:
     explicit GPPIPCReceiver(Handler handler, GPPIPCChannelKind kind = GPPIPCChannelKind::PrinterProcessor);
 
     // Takes no more messages, hands over those that are there, whose senders count on it, and deregisters.
-    ~GPPIPCReceiver();
+    ~GPPIPCReceiver() override;
     GPPIPCReceiver(const GPPIPCReceiver&) = delete;
     GPPIPCReceiver& operator=(const GPPIPCReceiver&) = delete;
 
-    // What the tick does: hands over everything that is there now.
+    // What each tick does: hands over everything that is there now.
     void TakeUp();
 
 private:
@@ -40,6 +41,7 @@ private:
         std::unique_ptr<GMessageQueue> queue;
     };
 
+    void Receive(int32_t message, const GTick& tick) override;
     void Register(GPPIPCChannel* channel);
     void Deregister();
     void Collect(GMessageQueue* queue);

@@ -4,6 +4,8 @@
 
 #include "IpcFixture.h"
 
+#include <QEventLoop>
+
 namespace
 {
 class ChannelTest : public IpcTest
@@ -167,6 +169,21 @@ TEST_F(ChannelTest, OneBadMessageOrHandlerCostsNoOther)
         manager->Post(mOwnID, 1, payload);
     receiver.TakeUp();
     EXPECT_EQ(mPayloads, std::vector<GBuffer>({"bad", "good", "last"}));
+}
+
+TEST_F(ChannelTest, MessagesAreTakenUpOnTheTick)
+{
+    const auto manager = GPPIPCManager::Get();
+    QEventLoop loop;
+    const GPPIPCReceiver receiver([&](const GPPIPCMessage& message) {
+        mPayloads.push_back(message.payload);
+        loop.quit();
+    });
+    GMessageLoop::Start(1);
+    manager->Post(mOwnID, 1, "on the tick");
+    loop.exec();
+    GMessageLoop::Stop();
+    EXPECT_EQ(mPayloads, std::vector<GBuffer>({"on the tick"}));
 }
 
 TEST_F(ChannelTest, ProcessHasOneManagerWhileSomebodyHasIt)
