@@ -1,0 +1,7 @@
+#include "plugin/host/CActionComponent.h"
+
+CActionComponent::~CActionComponent() = default;
+
+void CActionComponent::DoAction(IActiveContext*, ActionID, IHostObject*) {}
+
+void CActionComponent::UpdateActionStates(IActiveContext*, IActionStateList&) {}

@@ -1,0 +1,93 @@
+#pragma once
+
+#include "plugin/host/HostIdentifiers.h"
+#include "plugin/host/HostPtr.h"
+#include "plugin/host/IBook.h"
+#include "plugin/host/IDocument.h"
+
+// The yes/no settings of a package, in the order of the command's interface. The first seven are the order of
+// the host's public scripting call for packaging. The eighth is the one choice that the host's own package
+// window offers about the content beyond those: it is written together with the fourth and the fifth, the
+// other two choices of that kind.
+enum class PackageSetting
+{
+    Fonts,                   // copy the fonts
+    Links,                   // copy the linked graphics
+    Profiles,                // copy the colour profiles
+    UpdateGraphics,          // let the links of the copy lead to the copied graphics
+    HiddenLayers,            // take fonts and links of hidden and non-printing content too
+    IgnorePreflightErrors,   // go on where the host's check finds faults
+    Report,                  // write the report that the host makes on its own
+    DocumentHyphenationOnly  // hyphenate the copy by the document's own exceptions alone
+};
+
+constexpr int cPackageSettingCount = 8;
+
+// Collects a document or a book, with what it needs, in a folder.
+class IPackageCommand : public IHostObject
+{
+public:
+    // The folder is made by the command; it does not exist before. Host: the set of the target folder.
+    virtual void SetTargetFolder(const IDFile& folder) = 0;
+
+    // Host: the setting at that place of the command's interface.
+    virtual void SetSetting(PackageSetting setting, bool isOn) = 0;
+
+    // Makes the package. Zero on success. What a failure leaves behind is the host's. Host: the execution of
+    // the command.
+    virtual ErrorCode Execute() = 0;
+
+protected:
+    ~IPackageCommand() = default;
+};
+
+class IDocumentPackageCommand : public IPackageCommand
+{
+public:
+    // Host: the set of the document, on interface 80393.
+    virtual void SetDocument(const IDocument& document) = 0;
+
+protected:
+    ~IDocumentPackageCommand() = default;
+};
+
+class IBookPackageCommand : public IPackageCommand
+{
+public:
+    // Host: the set of the book, on interface 80401.
+    virtual void SetBook(const IBook& book) = 0;
+
+protected:
+    ~IBookPackageCommand() = default;
+};
+
+// Writes the report of a package into the package's folder.
+class IPackageReportCommand : public IHostObject
+{
+public:
+    static constexpr int32_t cReportWritten = 1;
+
+    // Succeeds exactly when it gives cReportWritten. Host: the run on the package command, its two further
+    // arguments empty, the last one true (no window).
+    virtual int32_t CreateReport(const IDocumentPackageCommand& package) = 0;
+
+protected:
+    ~IPackageReportCommand() = default;
+};
+
+// Where the host's packaging objects come from.
+class IObjectModel : public IHostObject
+{
+public:
+    // Host: CreateObject(80393, 80393, object model).
+    virtual HostPtr<IDocumentPackageCommand> CreatePackageCommand() const = 0;
+
+    // Host: CreateObject(80395, 80396, object model).
+    virtual HostPtr<IPackageReportCommand> CreatePackageReportCommand() const = 0;
+
+    // Host: CreateObject(80400, 80401, object model).
+    virtual HostPtr<IBookPackageCommand> CreateBookPackageCommand() const = 0;
+
+protected:
+    ~IObjectModel() = default;
+};
