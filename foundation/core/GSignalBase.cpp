@@ -29,6 +29,16 @@ void GReceiverBase::DetachFromAll()
     }
 }
 
+void GReceiverBase::Forget(const std::shared_ptr<GSignalLink>& link)
+{
+    const auto isSameOrGone = [&](const std::weak_ptr<GSignalLink>& weak) {
+        const auto held = weak.lock();
+        return held == nullptr || held == link;
+    };
+    const std::lock_guard<std::mutex> lock(mMutex);
+    mLinks.erase(std::remove_if(mLinks.begin(), mLinks.end(), isSameOrGone), mLinks.end());
+}
+
 GSignalBase::GSignalBase() : mLink(std::make_shared<GSignalLink>()) {}
 
 GSignalBase::~GSignalBase()
@@ -45,33 +55,20 @@ void GSignalBase::SetDelayed(bool isDelayed)
     mLink->isDelayed = isDelayed;
 }
 
-static bool IsSameOrGone(const std::weak_ptr<GSignalLink>& weak, const std::shared_ptr<GSignalLink>& link)
-{
-    const auto held = weak.lock();
-    return held == nullptr || held == link;
-}
-
 void GSignalBase::AttachReceiver(GReceiverBase& receiver)
 {
     const Lock lock(mLink->mutex);
     mLink->receivers.Attach(receiver);
+    receiver.Forget(mLink);
     const std::lock_guard<std::mutex> receiverLock(receiver.mMutex);
-    auto& links = receiver.mLinks;
-    links.erase(std::remove_if(links.begin(), links.end(),
-                               [&](const auto& weak) { return IsSameOrGone(weak, mLink); }),
-                links.end());
-    links.push_back(mLink);
+    receiver.mLinks.push_back(mLink);
 }
 
 void GSignalBase::DetachReceiver(GReceiverBase& receiver)
 {
     const Lock lock(mLink->mutex);
     mLink->receivers.Detach(receiver);
-    const std::lock_guard<std::mutex> receiverLock(receiver.mMutex);
-    auto& links = receiver.mLinks;
-    links.erase(std::remove_if(links.begin(), links.end(),
-                               [&](const auto& weak) { return IsSameOrGone(weak, mLink); }),
-                links.end());
+    receiver.Forget(mLink);
 }
 
 void GSignalBase::EmitTo(const Delivery& deliver, const MakeDelayedMessage& makeMessage)

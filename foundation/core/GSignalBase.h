@@ -42,6 +42,8 @@ public:
 private:
     friend class GSignalBase;
 
+    void Forget(const std::shared_ptr<GSignalLink>& link);
+
     std::mutex mMutex;  // over mLinks; held for nothing else
     std::vector<std::weak_ptr<GSignalLink>> mLinks;
 };
