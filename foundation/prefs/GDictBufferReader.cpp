@@ -2,6 +2,7 @@
 
 #include "foundation/core/GMemoryInputStream.h"
 #include "foundation/prefs/GBin2TextStream.h"
+#include "foundation/prefs/PrefKey.h"
 #include "foundation/prefs/PrefMarkers.h"
 
 template <typename Key, typename Value>
@@ -60,7 +61,7 @@ bool GDictBufferReader<Key, Value>::ReadEnd(GBin2TextStream& stream) const
 template <typename Key, typename Value>
 Key GDictBufferReader<Key, Value>::ConvertKey(const GString& text) const
 {
-    return mKeys.FromText(text);
+    return PrefKey::FromText<Key>(text);
 }
 
 template <typename Key, typename Value>

@@ -2,7 +2,6 @@
 
 #include "foundation/core/GDict.h"
 #include "foundation/core/GString.h"
-#include "foundation/prefs/PrefKey.h"
 
 class GBin2TextStream;
 
@@ -40,7 +39,6 @@ private:
     bool ReadEntries(GBin2TextStream& stream, GDict<Key, Value>& dict);
 
     int64_t mStopPosition = 0;
-    mutable PrefKey::Pool<Key> mKeys;
 };
 
 extern template class GDictBufferReader<GBuffer, GString>;
