@@ -1,0 +1,151 @@
+#include "PrinterProcessor.h"
+
+#include "foundation/ipc/GPPIPCManager.h"
+#include "hopbox/HopboxHandOff.h"
+#include "hopbox/HopboxJobTicket.h"
+
+#include <QDir>
+#include <QFile>
+#include <QUrl>
+
+#include <gtest/gtest.h>
+
+namespace
+{
+void WriteFile(const QString& path, const QByteArray& content)
+{
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(path).absolutePath()));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(content);
+}
+
+QByteArray ReadFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
+}
+
+// A receiver with an inbox in a sandbox of its own.
+class JobsTest : public testing::Test
+{
+protected:
+    JobsTest() : mReceiver(mSandbox, {QStringLiteral("--inbox"), GetPath("in box")}) {}
+
+    QString GetPath(const char* relative) const { return mSandbox.GetPath(QString::fromUtf8(relative)); }
+    QStringList ListInbox() const
+    {
+        return QDir(GetPath("in box")).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    }
+
+    // Submits a job; gives where it was saved, or the empty path with the error that the receiver told of.
+    QString Submit(const QString& location)
+    {
+        EXPECT_TRUE(HopboxHandOff::SubmitJob(QStringLiteral("Press"), location));
+        return ReadSaved();
+    }
+
+    // Posts bytes as a message, past everything that makes tickets.
+    QString Post(int32_t kind, const QByteArray& payload)
+    {
+        GPPIPCManager::Get()->Post(mReceiver.GetProcessID(), kind, payload);
+        return ReadSaved();
+    }
+
+    QString ReadSaved()
+    {
+        const QJsonObject line = mReceiver.ReadLine();
+        EXPECT_FALSE(line.isEmpty()) << "The receiver is gone.";
+        mError = line.value(QStringLiteral("error")).toString();
+        return line.value(QStringLiteral("saved")).toString();
+    }
+
+    const Sandbox mSandbox;
+    PrinterProcessor mReceiver;
+    QString mError;
+};
+}  // namespace
+
+TEST_F(JobsTest, FilesAreCopiedUnderFreshNames)
+{
+    const QString job = GetPath("\u65E5\u672C 1.pdf");
+    const QString native = QDir::toNativeSeparators(job);
+    const QString inboxName = QStringLiteral("in box/\u65E5\u672C 1.pdf");
+    WriteFile(job, QByteArray(600000, 'a'));
+    const QString first = Submit(native);
+    EXPECT_EQ(QDir::fromNativeSeparators(first), mSandbox.GetPath(inboxName));
+    EXPECT_EQ(ReadFile(first), QByteArray(600000, 'a'));
+    WriteFile(job, "");
+    const QString second = Submit(native);
+    const QString third = Submit(QString::fromLatin1(QUrl::fromLocalFile(job).toEncoded()));
+    EXPECT_EQ(ListInbox().size(), 3);
+    EXPECT_NE(second, third);
+    EXPECT_EQ(ReadFile(first).size(), 600000);
+    EXPECT_EQ(ReadFile(second), "");
+    EXPECT_EQ(ReadFile(third), "");
+}
+
+TEST_F(JobsTest, FoldersAreCopiedWithoutLinks)
+{
+    WriteFile(GetPath("package/a/\u00E4.txt"), "1");
+    WriteFile(GetPath("package/.hidden"), "2");
+    ASSERT_TRUE(QDir().mkpath(GetPath("package/empty")));
+    QFile::link(GetPath("package"), GetPath("package/loop.lnk"));
+    QUrl url = QUrl::fromLocalFile(GetPath("package"));
+    url.setQuery(QStringLiteral("isinddpkg=true"));
+    for (const QString& location :
+         {QDir::toNativeSeparators(GetPath("package")), QString::fromLatin1(url.toEncoded())}) {
+        const QString saved = Submit(location);
+        EXPECT_EQ(mError, QString());
+        EXPECT_EQ(ReadFile(saved + QStringLiteral("/a/\u00E4.txt")), "1");
+        EXPECT_EQ(ReadFile(saved + QStringLiteral("/.hidden")), "2");
+        EXPECT_EQ(QDir(saved).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), 3);
+    }
+    EXPECT_EQ(ListInbox().size(), 2);
+}
+
+TEST_F(JobsTest, OddTicketsAreToldOfAndHurtNothing)
+{
+    WriteFile(GetPath("a.pdf"), "1");
+    const QString root = GetPath(".");
+    for (const QString& location : {QStringLiteral("a.pdf"),
+                                    QStringLiteral("../a.pdf"),
+                                    QStringLiteral("/"),
+                                    QStringLiteral("C:\\"),
+                                    QStringLiteral("C:a.pdf"),
+                                    GetPath("none.pdf"),
+                                    root,
+                                    GetPath("in box"),
+                                    QStringLiteral("/dev/zero"),
+                                    QStringLiteral("/proc/self/mem/x"),
+                                    QStringLiteral("\\\\.\\pipe\\x"),
+                                    QString(5000, QLatin1Char('/')) + root,
+                                    GetPath("a.pdf") + QString(5000, QLatin1Char('x')),
+                                    GetPath("a.pdf") + QChar(0) + QStringLiteral("b"),
+                                    QStringLiteral("file:"),
+                                    QStringLiteral("file://host.example/a.pdf"),
+                                    QStringLiteral("file:///"),
+                                    QStringLiteral("file:///tmp/%00a"),
+                                    QStringLiteral("file:a.pdf"),
+                                    QStringLiteral("http://host.example/a"),
+                                    QStringLiteral("file:///%zz"),
+                                    QStringLiteral("\n"),
+                                    QStringLiteral("-rf")}) {
+        EXPECT_EQ(Submit(location), QString()) << location.left(100).toStdString();
+        EXPECT_FALSE(mError.isEmpty()) << location.left(100).toStdString();
+    }
+    HopboxJobTicket ticket;
+    ticket.userName = ticket.printerName = ticket.portName = QStringLiteral("x");
+    ticket.jobPath = GetPath("a.pdf");
+    const QByteArray invalid = ticket.ToText().toUtf8();
+    for (const QByteArray& payload :
+         {QByteArray(), QByteArray("\xFF\xFE\0\0", 4), QByteArray(50000, '"'), invalid, invalid.left(50)}) {
+        EXPECT_EQ(Post(145, payload), QString());
+        EXPECT_FALSE(mError.isEmpty());
+    }
+    for (const int32_t kind : {0, -1, 146, 147})
+        EXPECT_EQ(Post(kind, "{\"saved\":\"x\"}"), QString());
+    EXPECT_EQ(ListInbox(), QStringList());
+    EXPECT_NE(Submit(GetPath("a.pdf")), QString());
+    EXPECT_EQ(ListInbox(), QStringList(QStringLiteral("a.pdf")));
+}

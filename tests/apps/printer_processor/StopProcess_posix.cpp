@@ -1,0 +1,10 @@
+#include "PrinterProcessor.h"
+
+#include <csignal>
+
+void StopProcess(uint32_t processID, StopKind kind)
+{
+    kill(static_cast<pid_t>(processID), kind == StopKind::Terminate ? SIGTERM : SIGINT);
+}
+
+void PrepareForStop(QProcess&) {}
