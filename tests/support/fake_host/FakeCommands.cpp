@@ -1,0 +1,241 @@
+#include "tests/support/fake_host/FakeCommands.h"
+
+#include "tests/support/fake_host/FakeDocuments.h"
+#include "tests/support/fake_host/SmallPdf.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace
+{
+QString GetPath(const IDFile& file)
+{
+    return FileUtils::SysFileToPMString(file).GetString();
+}
+
+bool WriteFile(const QString& path, const QByteArray& content)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+}
+
+class FakePreferences : public FakeObject<IPDFExportPreferences>
+{
+public:
+    FakePreferences(FakeHost& host, std::shared_ptr<FakeCommandRecord> record)
+        : FakeObject(host, "IPDFExportPreferences"), mRecord(std::move(record))
+    {
+    }
+
+    ErrorCode ReadJobOptions(const IDFile& file) override
+    {
+        QFile source(GetPath(file));
+        if (mHost.Ask(HostOperation::ReadJobOptions) != HostAnswer::Works ||
+            !source.open(QIODevice::ReadOnly))
+            return cFailure;
+        mRecord->jobOptionsPath = GetPath(file);
+        mRecord->jobOptions = source.readAll();
+        return cSuccess;
+    }
+
+    void SetSwitch(PDFSwitch setting, bool isOn) override { mRecord->switches[setting] = isOn; }
+    void SetLength(PDFLength setting, double points) override { mRecord->lengths[setting] = points; }
+    int32_t GetReaderSpreads() const override { return mRecord->readerSpreads; }
+    void SetReaderSpreads(int32_t spreads) override { mRecord->readerSpreads = spreads; }
+
+private:
+    std::shared_ptr<FakeCommandRecord> mRecord;
+};
+
+class FakeFileData : public FakeObject<ISystemFileData>
+{
+public:
+    FakeFileData(FakeHost& host, std::shared_ptr<FakeCommandRecord> record)
+        : FakeObject(host, "ISystemFileData"), mRecord(std::move(record))
+    {
+    }
+
+    void SetFile(const IDFile& file) override { mRecord->outputPath = GetPath(file); }
+
+private:
+    std::shared_ptr<FakeCommandRecord> mRecord;
+};
+
+class FakeOutputPages : public FakeObject<IOutputPages>
+{
+public:
+    FakeOutputPages(FakeHost& host, std::shared_ptr<FakeCommandRecord> record)
+        : FakeObject(host, "IOutputPages"), mRecord(std::move(record))
+    {
+    }
+
+    void SetPages(const UIDList& pages, bool isSpreads) override
+    {
+        mRecord->pages.clear();
+        for (int i = 0; i < pages.Length(); ++i)
+            mRecord->pages.push_back(pages[i]);
+        mRecord->isSpreads = isSpreads;
+    }
+
+    void SetName(const PMString& name) override { mRecord->name = name.GetString(); }
+
+private:
+    std::shared_ptr<FakeCommandRecord> mRecord;
+};
+
+class FakeBookExportData : public FakeObject<IBookExportData>
+{
+public:
+    FakeBookExportData(FakeHost& host, std::shared_ptr<FakeCommandRecord> record)
+        : FakeObject(host, "IBookExportData"), mRecord(std::move(record))
+    {
+    }
+
+    void SetBook(const IBook& book) override { mRecord->bookPath = GetRecord(book).path; }
+    void SetDocuments(const IBookContent& documents) override
+    {
+        mRecord->documentCount = documents.GetDocumentCount();
+    }
+    void SetOutputFile(const IDFile& file) override { mRecord->outputPath = GetPath(file); }
+
+private:
+    std::shared_ptr<FakeCommandRecord> mRecord;
+};
+
+template <class Interface>
+class FakePackage : public FakeObject<Interface>
+{
+public:
+    explicit FakePackage(FakeHost& host)
+        : FakeObject<Interface>(host, "IPackageCommand"), mRecord(std::make_shared<FakePackageRecord>())
+    {
+        host.packages.push_back(mRecord);
+    }
+
+    void SetTargetFolder(const IDFile& folder) override { mRecord->folder = GetPath(folder); }
+    void SetSetting(PackageSetting setting, bool isOn) override { mRecord->settings[setting] = isOn; }
+
+    // Copies the document or book into the folder, where it is a real file.
+    ErrorCode Execute() override
+    {
+        if (this->mHost.onRun)
+            this->mHost.onRun();
+        if (this->mHost.Ask(HostOperation::ExecutePackage) != HostAnswer::Works)
+            return cFailure;
+        mRecord->hasRun = QDir().mkpath(mRecord->folder);
+        const QString copy = QDir(mRecord->folder).filePath(QFileInfo(mRecord->sourcePath).fileName());
+        QFile::copy(mRecord->sourcePath, copy);
+        return mRecord->hasRun ? cSuccess : cFailure;
+    }
+
+    std::shared_ptr<FakePackageRecord> mRecord;
+};
+
+class FakeDocumentPackage : public FakePackage<IDocumentPackageCommand>
+{
+public:
+    using FakePackage::FakePackage;
+    void SetDocument(const IDocument& document) override { mRecord->sourcePath = GetRecord(document).path; }
+};
+
+class FakeBookPackage : public FakePackage<IBookPackageCommand>
+{
+public:
+    using FakePackage::FakePackage;
+    void SetBook(const IBook& book) override { mRecord->sourcePath = GetRecord(book).path; }
+};
+
+class FakeReport : public FakeObject<IPackageReportCommand>
+{
+public:
+    explicit FakeReport(FakeHost& host) : FakeObject(host, "IPackageReportCommand") {}
+
+    int32_t CreateReport(const IDocumentPackageCommand& package) override
+    {
+        if (mHost.Ask(HostOperation::CreateReport) != HostAnswer::Works)
+            return 0;
+        const QDir folder(static_cast<const FakeDocumentPackage&>(package).mRecord->folder);
+        const bool isWritten = WriteFile(folder.filePath(QStringLiteral("Instructions.txt")), "Report");
+        return isWritten ? cReportWritten : 0;
+    }
+};
+
+HostOperation GetRunOperation(ClassID commandClass)
+{
+    switch (commandClass) {
+        case HostClassID::cPDFExportCommand:
+            return HostOperation::RunPDFExport;
+        case HostClassID::cBookExportCommand:
+            return HostOperation::RunBookExport;
+        default:
+            return HostOperation::RunPDFPreferences;
+    }
+}
+}  // namespace
+
+FakeCommand::FakeCommand(FakeHost& host, ClassID commandClass)
+    : FakeObject(host, "ICommand"), mRecord(std::make_shared<FakeCommandRecord>())
+{
+    mRecord->commandClass = commandClass;
+    host.commands.push_back(mRecord);
+}
+
+HostPtr<IPDFExportPreferences> FakeCommand::QueryPDFExportPreferences()
+{
+    if (mRecord->commandClass == HostClassID::cBookExportCommand)
+        return {};
+    return HandOut<FakePreferences>(mHost, HostOperation::QueryPDFExportPreferences, mRecord);
+}
+
+HostPtr<ISystemFileData> FakeCommand::QuerySystemFileData()
+{
+    if (mRecord->commandClass != HostClassID::cPDFExportCommand)
+        return {};
+    return HandOut<FakeFileData>(mHost, HostOperation::QuerySystemFileData, mRecord);
+}
+
+HostPtr<IOutputPages> FakeCommand::QueryOutputPages()
+{
+    if (mRecord->commandClass != HostClassID::cPDFExportCommand)
+        return {};
+    return HandOut<FakeOutputPages>(mHost, HostOperation::QueryOutputPages, mRecord);
+}
+
+HostPtr<IBookExportData> FakeCommand::QueryBookExportData()
+{
+    if (mRecord->commandClass != HostClassID::cBookExportCommand)
+        return {};
+    return HandOut<FakeBookExportData>(mHost, HostOperation::QueryBookExportData, mRecord);
+}
+
+ErrorCode FakeCommand::Run()
+{
+    if (mHost.onRun)
+        mHost.onRun();
+    const HostOperation operation = GetRunOperation(mRecord->commandClass);
+    if (mHost.Ask(operation) != HostAnswer::Works)
+        return cFailure;
+    mRecord->hasRun = true;
+    if (operation == HostOperation::RunPDFPreferences)
+        return cSuccess;
+    const int pageCount = std::max(static_cast<int>(mRecord->pages.size()), mRecord->documentCount);
+    return WriteFile(mRecord->outputPath, MakeSmallPdf(std::max(pageCount, 1))) ? cSuccess : cFailure;
+}
+
+HostPtr<IDocumentPackageCommand> FakeObjectModel::CreatePackageCommand() const
+{
+    return HandOut<FakeDocumentPackage>(mHost, HostOperation::CreatePackageCommand);
+}
+
+HostPtr<IPackageReportCommand> FakeObjectModel::CreatePackageReportCommand() const
+{
+    return HandOut<FakeReport>(mHost, HostOperation::CreatePackageReportCommand);
+}
+
+HostPtr<IBookPackageCommand> FakeObjectModel::CreateBookPackageCommand() const
+{
+    return HandOut<FakeBookPackage>(mHost, HostOperation::CreateBookPackageCommand);
+}

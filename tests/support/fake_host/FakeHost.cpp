@@ -1,0 +1,197 @@
+#include "tests/support/fake_host/FakeHost.h"
+
+#include "plugin/host/HostCalls.h"
+#include "tests/support/fake_host/FakeCommands.h"
+#include "tests/support/fake_host/FakeDocuments.h"
+
+#include <algorithm>
+
+namespace
+{
+class FakeMenuManager : public FakeObject<IMenuManager>
+{
+public:
+    explicit FakeMenuManager(FakeHost& host) : FakeObject(host, "IMenuManager") {}
+
+    void AddMenuItem(ActionID action, const PMString& menuPath, double position,
+                     const MenuItemFlags&) override
+    {
+        mHost.menuItems.push_back({action, menuPath.GetString(), position});
+    }
+};
+
+class FakeActionManager : public FakeObject<IActionManager>
+{
+public:
+    explicit FakeActionManager(FakeHost& host) : FakeObject(host, "IActionManager") {}
+
+    bool IsActionKnown(ActionID action) const override
+    {
+        return std::any_of(mHost.actions.begin(), mHost.actions.end(),
+                           [&](const FakeAction& known) { return known.action == action; });
+    }
+
+    void AddAction(ClassID owner, ActionID action, const PMString& name, const PMString& area,
+                   const ActionFlags& flags) override
+    {
+        mHost.actions.push_back({owner, action, name.GetString(), area.GetString(), flags});
+    }
+
+    HostPtr<IMenuManager> QueryMenuManager() const override
+    {
+        return HandOut<FakeMenuManager>(mHost, HostOperation::QueryMenuManager);
+    }
+};
+
+class FakeApplication : public FakeObject<IApplication>
+{
+public:
+    explicit FakeApplication(FakeHost& host) : FakeObject(host, "IApplication") {}
+
+    HostPtr<IActionManager> QueryActionManager() const override
+    {
+        return HandOut<FakeActionManager>(mHost, HostOperation::QueryActionManager);
+    }
+};
+
+class FakeSession : public FakeObject<ISession>
+{
+public:
+    explicit FakeSession(FakeHost& host) : FakeObject(host, "ISession") {}
+
+    HostPtr<IApplication> QueryApplication() const override
+    {
+        return HandOut<FakeApplication>(mHost, HostOperation::QueryApplication);
+    }
+
+    HostPtr<IBookManager> QueryBookManager() const override
+    {
+        return HandOut<FakeBookManager>(mHost, HostOperation::QueryBookManager);
+    }
+};
+
+class FakeUnits : public FakeObject<IUnitOfMeasureSettings>
+{
+public:
+    explicit FakeUnits(FakeHost& host) : FakeObject(host, "IUnitOfMeasureSettings") {}
+    ClassID GetHorizontalUnit() const override { return mHost.unit; }
+};
+
+class FakeModalUtils : public FakeObject<IModalUtils>
+{
+public:
+    explicit FakeModalUtils(FakeHost& host) : FakeObject(host, "IModalUtils") {}
+
+    ModalToken AcquireModalToken() override
+    {
+        if (mHost.Ask(HostOperation::AcquireModalToken) != HostAnswer::Works)
+            return cNoModalToken;
+        static ModalToken lastToken = 0;
+        mHost.modalTokens.push_back(++lastToken);
+        return lastToken;
+    }
+
+    void HandBackModalToken(ModalToken token) override
+    {
+        auto& tokens = mHost.modalTokens;
+        tokens.erase(std::remove(tokens.begin(), tokens.end(), token), tokens.end());
+    }
+};
+}  // namespace
+
+FakeHost::FakeHost()
+{
+    HostServices::Set(this);
+}
+
+FakeHost::~FakeHost()
+{
+    HostServices::Set(nullptr);
+}
+
+void FakeHost::Make(HostOperation operation, HostAnswer answer, int fromCall)
+{
+    mOrders[operation] = {answer, fromCall};
+}
+
+HostAnswer FakeHost::Ask(HostOperation operation)
+{
+    mAsked.push_back(operation);
+    const auto order = mOrders.find(operation);
+    if (order == mOrders.end() || CountAsked(operation) < order->second.fromCall)
+        return HostAnswer::Works;
+    return order->second.answer;
+}
+
+int FakeHost::CountAsked(HostOperation operation) const
+{
+    return static_cast<int>(std::count(mAsked.begin(), mAsked.end(), operation));
+}
+
+void FakeHost::CancelByUser()
+{
+    if (mCancelObserver != nullptr)
+        mCancelObserver->OnCommandCancelled();
+}
+
+HostPtr<ISession> FakeHost::QuerySession()
+{
+    return HandOut<FakeSession>(*this, HostOperation::QuerySession);
+}
+
+HostPtr<IUnitOfMeasureSettings> FakeHost::QueryUnitPreferences(IActiveContext*)
+{
+    return HandOut<FakeUnits>(*this, HostOperation::QueryUnitPreferences);
+}
+
+HostPtr<ILayoutUtils> FakeHost::QueryLayoutUtils()
+{
+    return HandOut<FakeLayoutUtils>(*this, HostOperation::QueryLayoutUtils);
+}
+
+HostPtr<IDocumentUtils> FakeHost::QueryDocumentUtils()
+{
+    return HandOut<FakeDocumentUtils>(*this, HostOperation::QueryDocumentUtils);
+}
+
+HostPtr<IModalUtils> FakeHost::QueryModalUtils()
+{
+    return HandOut<FakeModalUtils>(*this, HostOperation::QueryModalUtils);
+}
+
+HostPtr<ICommand> FakeHost::CreateCommand(ClassID command)
+{
+    switch (command) {
+        case HostClassID::cPDFExportCommand:
+            return HandOut<FakeCommand>(*this, HostOperation::CreatePDFExportCommand, command);
+        case HostClassID::cPDFPreferencesCommand:
+            return HandOut<FakeCommand>(*this, HostOperation::CreatePDFPreferencesCommand, command);
+        case HostClassID::cBookExportCommand:
+            return HandOut<FakeCommand>(*this, HostOperation::CreateBookExportCommand, command);
+        default:
+            return {};
+    }
+}
+
+ErrorCode FakeHost::ProcessCommand(ICommand& command)
+{
+    return static_cast<FakeCommand&>(command).Run();
+}
+
+HostPtr<IObjectModel> FakeHost::QueryObjectModel()
+{
+    return HandOut<FakeObjectModel>(*this, HostOperation::QueryObjectModel);
+}
+
+int32_t FakeHost::ModalAlert(const PMString& text, const PMString& button1, const PMString& button2,
+                             const PMString& button3, int32_t, int32_t)
+{
+    if (Ask(HostOperation::ModalAlert) != HostAnswer::Works)
+        return 0;
+    QStringList alert = {text.GetString()};
+    for (const PMString* button : {&button1, &button2, &button3})
+        if (!button->IsEmpty())
+            alert.append(button->GetString());
+    alerts.append(alert.join(QLatin1Char('|')));
+    return pressedButton;
+}

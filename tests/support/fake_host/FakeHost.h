@@ -1,0 +1,84 @@
+#pragma once
+
+#include "plugin/host/IHostServices.h"
+#include "tests/support/fake_host/FakeRecords.h"
+#include "tests/support/fake_host/HostOperation.h"
+
+#include <functional>
+#include <memory>
+
+// A host for tests: documents, books, commands and menus that are plain values.
+//
+// Every query and command works unless the test makes it absent or failing. The host keeps the order in which
+// it was asked and what it was told, counts the references that were not given back, writes a small valid
+// PDF when its PDF command runs and a folder when its package command does. While it lives it is the host of
+// the fronts in HostCalls.h.
+class FakeHost final : public IHostServices
+{
+public:
+    FakeHost();
+    ~FakeHost();
+    FakeHost(const FakeHost&) = delete;
+    FakeHost& operator=(const FakeHost&) = delete;
+
+    // What the host holds. The first open document is the front one, the first book the active one.
+    std::vector<FakeDocument> documents;
+    std::vector<FakeBook> books;
+    ClassID unit = HostUnitID::cPoints;
+    int32_t version = cVersion;
+
+    // What it was told.
+    std::vector<std::shared_ptr<FakeCommandRecord>> commands;
+    std::vector<std::shared_ptr<FakePackageRecord>> packages;
+    std::vector<FakeAction> actions;
+    std::vector<FakeMenuItem> menuItems;
+    QStringList alerts;                   // the texts, with the buttons behind them, joined by '|'
+    std::vector<ModalToken> modalTokens;  // handed out and not handed back
+    int32_t pressedButton = 1;            // how alerts are answered
+
+    // Runs inside each command, before it has done anything.
+    std::function<void()> onRun;
+
+    // From the call of that number on, counted from 1, the operation answers like this.
+    void Make(HostOperation operation, HostAnswer answer, int fromCall = 1);
+
+    // The operations in the order in which they were asked for.
+    const std::vector<HostOperation>& GetAsked() const { return mAsked; }
+    int CountAsked(HostOperation operation) const;
+
+    // The user presses Cancel while a command runs; for use in onRun.
+    void CancelByUser();
+
+    // The objects with references that were not given back, by name, one name a reference.
+    QStringList GetUnreleased() const { return mUnreleased; }
+
+    int32_t GetVersion() const override { return version; }
+    HostPtr<ISession> QuerySession() override;
+    HostPtr<IUnitOfMeasureSettings> QueryUnitPreferences(IActiveContext* context) override;
+    HostPtr<ILayoutUtils> QueryLayoutUtils() override;
+    HostPtr<IDocumentUtils> QueryDocumentUtils() override;
+    HostPtr<IModalUtils> QueryModalUtils() override;
+    HostPtr<ICommand> CreateCommand(ClassID command) override;
+    ErrorCode ProcessCommand(ICommand& command) override;
+    void SetCancelObserver(ICancelObserver* observer) override { mCancelObserver = observer; }
+    HostPtr<IObjectModel> QueryObjectModel() override;
+    int32_t ModalAlert(const PMString& text, const PMString& button1, const PMString& button2,
+                       const PMString& button3, int32_t defaultButton, int32_t cancelButton) override;
+
+    // For the host's own objects.
+    HostAnswer Ask(HostOperation operation);
+    void NoteReference(const QString& name) { mUnreleased.append(name); }
+    void NoteRelease(const QString& name) { mUnreleased.removeOne(name); }
+
+private:
+    struct Order
+    {
+        HostAnswer answer;
+        int fromCall;
+    };
+
+    std::map<HostOperation, Order> mOrders;
+    std::vector<HostOperation> mAsked;
+    QStringList mUnreleased;
+    ICancelObserver* mCancelObserver = nullptr;
+};
