@@ -76,13 +76,25 @@ GPathName GetGlobalPreferences(const GPathName& root)
     return MakeWhenMissing(root.GetChild(QStringLiteral("CommonAppData")).GetChild(GetPreferencesLeaf()));
 }
 
+bool IsVisiblyTaken(const GPathName& path)
+{
+    const QFileInfo file(path.GetNativePath());
+    return file.exists() || file.isSymLink();
+}
+
 // Tries names until one can be made. `make` gives false when it failed, with the reason to be read.
 template <typename NextName, typename Make>
-GPathName MakeUnique(const GPathName& folder, NextName nextName, Make make)
+GPathName MakeUnique(const GPathName& folder, const GFileSystemBase::Announce& announce, NextName nextName,
+                     Make make)
 {
-    boost::system::error_code reason;
+    boost::system::error_code reason = boost::system::errc::make_error_code(boost::system::errc::file_exists);
     for (int attempt = 0; attempt < cMostNames; ++attempt) {
         const GPathName path = folder.GetChild(nextName(attempt));
+        if (announce) {
+            if (IsVisiblyTaken(path))
+                continue;
+            announce(path);
+        }
         if (make(path))
             return path;
         reason = GetLastSystemError();
@@ -158,7 +170,8 @@ void GFileSystemBase::CreateFolder(const GPathName& path)
         RaiseFileError(QStringLiteral("The folder \"%1\" can't be created"), path, reason);
 }
 
-GPathName GFileSystemBase::CreateUniqueFile(const GPathName& folder, const GString& wantedName)
+GPathName GFileSystemBase::CreateUniqueFile(const GPathName& folder, const GString& wantedName,
+                                            const Announce& announce)
 {
     const GPathName wanted(wantedName);
     const auto nextName = [&](int attempt) {
@@ -171,11 +184,12 @@ GPathName GFileSystemBase::CreateUniqueFile(const GPathName& folder, const GStri
     if (wanted.GetLeaf() != wantedName)
         throw GCustomException(GErrorCode::cIllegalPath,
                                QStringLiteral("\"%1\" is not a file name.").arg(wantedName));
-    return MakeUnique(folder, nextName,
+    return MakeUnique(folder, announce, nextName,
                       [](const GPathName& path) { return GFileCalls::CreateNewFile(path).IsOpen(); });
 }
 
-GPathName GFileSystemBase::CreateUniqueFolder(const GPathName& parent, const GString& nameTemplate)
+GPathName GFileSystemBase::CreateUniqueFolder(const GPathName& parent, const GString& nameTemplate,
+                                              const Announce& announce)
 {
     const auto nextName = [&](int) {
         GString name = nameTemplate;
@@ -186,7 +200,7 @@ GPathName GFileSystemBase::CreateUniqueFolder(const GPathName& parent, const GSt
         }
         return name;
     };
-    return MakeUnique(parent, nextName, GSystemFolders::MakeFolder);
+    return MakeUnique(parent, announce, nextName, GSystemFolders::MakeFolder);
 }
 
 bool GFileSystemBase::TryToRemoveFile(const GPathName& path) noexcept

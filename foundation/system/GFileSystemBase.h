@@ -3,6 +3,8 @@
 #include "foundation/core/GPathName.h"
 #include "foundation/system/GSpecialPaths.h"
 
+#include <functional>
+
 // The file system as the system's parts see it: well-known folders by number, unique names, copying and
 // removing. Every operation may be called from any thread. Failures raise a GCustomException with
 // GErrorCode::cFile and the system's reason, unless the operation is one that tries.
@@ -36,14 +38,21 @@ public:
     // it is.
     static void CreateFolder(const GPathName& path);
 
+    // Is told each path just before it is tried; one that is visibly taken is not tried then. Who keeps a
+    // note of what was told last finds the file or folder again, even when this process is killed right after
+    // it made it.
+    using Announce = std::function<void(const GPathName& path)>;
+
     // Makes an empty file, for the owner only, that did not exist before, and gives its path: the wanted name
     // in the folder, or, where that is taken, the name with "_" and five random characters before its
     // extension. The making itself reserves the name: no two callers ever get the same.
-    static GPathName CreateUniqueFile(const GPathName& folder, const GString& wantedName);
+    static GPathName CreateUniqueFile(const GPathName& folder, const GString& wantedName,
+                                      const Announce& announce = nullptr);
 
     // Makes a folder, for the owner only, that did not exist before, and gives its path. Each 'X' of the name
     // template, such as "XXXXX", is replaced by a random digit or small letter.
-    static GPathName CreateUniqueFolder(const GPathName& parent, const GString& nameTemplate);
+    static GPathName CreateUniqueFolder(const GPathName& parent, const GString& nameTemplate,
+                                        const Announce& announce = nullptr);
 
     // How CopyAndRenameFile takes what it finds. Both may be set.
     enum CopyFlag : uint32_t
