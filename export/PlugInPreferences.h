@@ -1,0 +1,37 @@
+#pragma once
+
+#include "foundation/core/GString.h"
+
+#include <QStringList>
+
+// What the plug-in remembers between two runs, in its own settings file (the store's module -3). A missing or
+// damaged file reads as nothing remembered. For the main thread.
+namespace PlugInPreferences
+{
+// The name of the file in the plug-in's own folder; it is opened as a PlugInPrefModule.
+extern const GString cFileName;
+
+// Counted: the first initialisation and the last release sweep what earlier runs, and this one, have left
+// (SmartFileList::Sweep). The settings must be in the store by then, and still. A release too many does
+// nothing.
+void Initialize();
+void Release();
+
+// The registry key of the Hopbox that was selected last; empty when none was.
+GString GetLastSelection();
+void SetLastSelection(const GString& registryKey);
+
+// Whether the user wanted a file package from a Hopbox the last time. The group is what the registry gives
+// for the Hopbox (HopboxRegistry::GetPreferenceGroup); an empty one remembers nothing.
+bool HasPackageChoice(const GString& group);
+bool GetPackageChoice(const GString& group);
+void SetPackageChoice(const GString& group, bool isWanted);
+
+// The groups of the Hopboxes that offer themselves to the plug-in and whose entries can be read. Raises what
+// the registry raises.
+QStringList GetListedGroups();
+
+// Forgets the package choices of all Hopboxes but these, each with its whole group, and writes the file. A
+// file that can't be written is logged.
+void Prune(const QStringList& groups);
+}  // namespace PlugInPreferences

@@ -1,0 +1,238 @@
+#include "export/SmartFileList.h"
+
+#include "export/JobOptionsFolder.h"
+#include "export/PlugInPrefModule.h"
+#include "foundation/core/GException.h"
+#include "foundation/core/GStringSupport.h"
+#include "foundation/files/FileSystem.h"
+#include "foundation/prefs/GPreferences.h"
+#include "foundation/system/GFileSystemBase.h"
+#include "foundation/system/GProcessInfo.h"
+#include "foundation/trace/GTrace.h"
+
+#include <QFileInfo>
+#include <QStringList>
+
+#include <algorithm>
+#include <limits>
+
+namespace
+{
+const GBuffer cGroup = QByteArrayLiteral("SmartFileList");
+const GBuffer cMaximum = QByteArrayLiteral("MaxCount");
+const GBuffer cPathPrefix = QByteArrayLiteral("FilePathName_");
+const GBuffer cOwnerPrefix = QByteArrayLiteral("FileOwner_");  // "process start-time", both decimal
+
+struct ListedPath
+{
+    int32_t number;
+    GString path;
+    bool isInOtherHands;  // another living process owns it
+};
+
+GBuffer GetPathKey(int32_t number)
+{
+    return cPathPrefix + GBuffer::number(number);
+}
+
+GBuffer GetOwnerKey(int32_t number)
+{
+    return cOwnerPrefix + GBuffer::number(number);
+}
+
+GString GetOwnerText(uint32_t process)
+{
+    return QStringLiteral("%1 %2").arg(process).arg(GProcessInfo::GetStartTime(process));
+}
+
+const GString& GetOwnOwnerText()
+{
+    static const GString text = GetOwnerText(GProcessInfo::GetOwnProcessID());
+    return text;
+}
+
+// Whether the owner is a process that runs, other than this one.
+bool IsInOtherHands(const GString& owner)
+{
+    if (owner.isEmpty() || owner == GetOwnOwnerText())
+        return false;
+    bool isNumber = false;
+    const uint32_t process = owner.section(QLatin1Char(' '), 0, 0).toUInt(&isNumber);
+    return isNumber && GProcessInfo::IsAlive(process) && owner == GetOwnerText(process);
+}
+
+// Changes the plug-in's settings and has them written. False, with a line in the log, when that can't be
+// done.
+bool ChangeList(const char* operation, const std::function<void(GPrefModule&)>& change)
+{
+    try {
+        GPrefModule* module = GPreferences::GetPrefModule(GPreferences::cUserFileModule);
+        if (module == nullptr) {
+            GTrace::Error(QString::fromLatin1(operation), QStringLiteral("there are no plug-in settings"));
+            return false;
+        }
+        if (auto* file = dynamic_cast<PlugInPrefModule*>(module)) {
+            file->Change(change);
+        } else {
+            change(*module);
+            module->FlushPrefs();
+        }
+        return true;
+    } catch (const std::exception& error) {
+        GTrace::Error(QString::fromLatin1(operation), QString::fromUtf8(error.what()));
+        return false;
+    }
+}
+
+int32_t GetMaximum(const GPrefModule& module)
+{
+    return GStringSupport::ToInt32(module.Get(cGroup, cMaximum));
+}
+
+void SetMaximum(GPrefModule& module, int32_t maximum)
+{
+    module.Set(cGroup, cMaximum, GStringSupport::FromInt32(maximum));
+}
+
+// The number after the highest one handed out, past those that are taken for whatever reason.
+int32_t GetNextNumber(const GPrefModule& module)
+{
+    int32_t number = std::max(GetMaximum(module), 0);
+    do
+        number = number < std::numeric_limits<int32_t>::max() ? number + 1 : 1;
+    while (module.Has(cGroup, GetPathKey(number)));
+    return number;
+}
+
+// The numbers of the group's keys that begin with a prefix, up to the highest number handed out. The keys are
+// walked, not the numbers: a file may say that there are two thousand million.
+std::vector<int32_t> GetNumbers(const GPrefModule& module, const GBuffer& prefix)
+{
+    const int32_t maximum = GetMaximum(module);
+    std::vector<GBuffer> keys;
+    module.GetGroupPreferences(cGroup, keys);
+    std::vector<int32_t> numbers;
+    for (const GBuffer& key : keys) {
+        const int32_t number = key.startsWith(prefix) ? key.mid(prefix.size()).toInt() : 0;
+        if (number >= 1 && number <= maximum && key == prefix + GBuffer::number(number))
+            numbers.push_back(number);
+    }
+    std::sort(numbers.begin(), numbers.end());
+    return numbers;
+}
+
+std::vector<ListedPath> GetListedPaths(const GPrefModule& module)
+{
+    std::vector<ListedPath> listed;
+    for (const int32_t number : GetNumbers(module, cPathPrefix))
+        listed.push_back({number, module.Get(cGroup, GetPathKey(number)),
+                          IsInOtherHands(module.Get(cGroup, GetOwnerKey(number)))});
+    return listed;
+}
+
+// Whether the path lies in the temporary folder, and really there: no folder on the way is a link.
+bool IsInTemporaryFolder(const GPathName& path)
+{
+    const GPathName temporary = GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary);
+    if (!path.IsBelow(temporary))
+        return false;
+    using Morvane::FileSystem::ItemKind;
+    for (GPathName folder = path.GetParent(); folder != temporary; folder = folder.GetParent()) {
+        const ItemKind kind = Morvane::FileSystem::getItemKind(folder.GetPortablePath());
+        if (kind != ItemKind::Folder && kind != ItemKind::None)
+            return false;
+    }
+    return true;
+}
+
+void SweepItem(const GString& text)
+{
+    const GString source = QStringLiteral("SmartFileList::Sweep");
+    try {
+        const GPathName path(text);
+        if (JobOptionsFolder::IsPlacedFile(path))
+            JobOptionsFolder::RemovePlacedFile(path);
+        else if (IsInTemporaryFolder(path))
+            SmartFileList::RemoveItem(path);
+        else if (!path.IsEmpty())
+            GTrace::Error(source,
+                          QStringLiteral("\"%1\" is none of the plug-in's files and stays").arg(text));
+    } catch (const GException& error) {
+        GTrace::Error(source, error.GetDescription());
+    }
+}
+
+void SweepList(GPrefModule& module)
+{
+    if (!module.Has(cGroup, cMaximum))
+        return;
+    const std::vector<ListedPath> listed = GetListedPaths(module);
+    QStringList kept;
+    int32_t maximum = 0;
+    for (const ListedPath& item : listed) {
+        if (item.isInOtherHands) {
+            kept.append(item.path);
+            maximum = item.number;
+        }
+    }
+    for (const ListedPath& item : listed) {
+        if (item.isInOtherHands)
+            continue;
+        if (!kept.contains(item.path))
+            SweepItem(item.path);
+        module.Remove(cGroup, GetPathKey(item.number));
+    }
+    for (const int32_t number : GetNumbers(module, cOwnerPrefix)) {
+        if (!module.Has(cGroup, GetPathKey(number)))
+            module.Remove(cGroup, GetOwnerKey(number));
+    }
+    if (module.Get(cGroup, cMaximum) != GStringSupport::FromInt32(maximum))
+        SetMaximum(module, maximum);
+}
+}  // namespace
+
+int32_t SmartFileList::Add(const GPathName& path)
+{
+    int32_t number = 0;
+    const bool isListed = ChangeList("SmartFileList::Add", [&](GPrefModule& module) {
+        number = GetNextNumber(module);
+        module.Set(cGroup, GetPathKey(number), path.GetNativePath());
+        module.Set(cGroup, GetOwnerKey(number), GetOwnOwnerText());
+        SetMaximum(module, number);
+    });
+    return isListed ? number : 0;
+}
+
+bool SmartFileList::Replace(int32_t number, const GPathName& path)
+{
+    bool isListed = false;
+    ChangeList("SmartFileList::Replace", [&](GPrefModule& module) {
+        isListed = module.Has(cGroup, GetPathKey(number));
+        if (isListed)
+            module.Set(cGroup, GetPathKey(number), path.GetNativePath());
+    });
+    return isListed;
+}
+
+void SmartFileList::Remove(int32_t number)
+{
+    ChangeList("SmartFileList::Remove", [&](GPrefModule& module) {
+        module.Remove(cGroup, GetPathKey(number));
+        module.Remove(cGroup, GetOwnerKey(number));
+    });
+}
+
+void SmartFileList::RemoveItem(const GPathName& path)
+{
+    constexpr int32_t cReadOnlyToo = -1;
+    constexpr int32_t cAttempts = 10;
+    if (QFileInfo(path.GetNativePath()).isDir())
+        GFileSystemBase::TryToRemoveFolder(path, cReadOnlyToo, cAttempts);
+    else
+        GFileSystemBase::TryToRemoveFile(path);
+}
+
+void SmartFileList::Sweep()
+{
+    ChangeList("SmartFileList::Sweep", SweepList);
+}

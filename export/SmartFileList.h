@@ -1,0 +1,34 @@
+#pragma once
+
+#include "foundation/core/GPathName.h"
+
+// The list, in the plug-in's settings, of the temporary files and folders that the plug-in has made and not
+// removed yet. It outlives a crash of the host: the next start sweeps what is still listed.
+//
+// Each path has its owner beside it, the process that listed it. Every change goes through the settings
+// file's lock and a fresh read of it, so that two hosts at once lose nothing. Where there are no settings of
+// the plug-in, or they can't be written, nothing is listed; that is logged. For the main thread; never
+// raises.
+namespace SmartFileList
+{
+// Lists a path; gives its number, or 0 when it could not be listed.
+int32_t Add(const GPathName& path);
+
+// Puts another path under a number. False, with nothing changed, when the list has no such number any more.
+bool Replace(int32_t number, const GPathName& path);
+
+// Takes a number out of the list, if it is there.
+void Remove(int32_t number);
+
+// Removes a listed file, or folder with all that it holds, whatever it is. Failures are ignored.
+void RemoveItem(const GPathName& path);
+
+// Removes what is listed, and empties the list. For the plug-in's start and end, when this process has no
+// temporary file in use.
+//
+// The list is taken as hostile. What a path names is removed only when it lies in the temporary folder, with
+// no link among the folders between, or is a placed job options file; another path is taken from the list and
+// logged. What another living process lists is left, in the list too. The numbers begin anew after the
+// highest that is left.
+void Sweep();
+}  // namespace SmartFileList

@@ -1,0 +1,264 @@
+#include "ExportFixture.h"
+#include "export/GCPTSmartPathName.h"
+#include "export/JobOptionsFolder.h"
+#include "export/PlacedJobOptions.h"
+#include "export/SmartFileList.h"
+#include "foundation/core/GException.h"
+#include "foundation/system/GProcessInfo.h"
+#include "tests/support/ChildProcess.h"
+
+static const GBuffer cGroup = "SmartFileList";
+
+// The settings file as another host would read it now.
+static GPrefGroup ReadList()
+{
+    GPrefGroup list;
+    PlugInPrefModule(PlugInStore::GetFile()).GetGroupPreferences(cGroup, list);
+    return list;
+}
+
+static GString GetValue(const GPrefGroup& group, const GBuffer& key)
+{
+    const GString* value = group.Find(key);
+    return value != nullptr ? *value : QStringLiteral("(none)");
+}
+
+class SmartPathTest : public ExportFixture
+{
+protected:
+    GPathName MakeFile(const GPathName& path)
+    {
+        GFileSystemBase::CreateFolder(path.GetParent());
+        EXPECT_TRUE(WriteFile(path.GetNativePath(), "x"));
+        return path;
+    }
+
+    static void SetListed(const GBuffer& key, const GString& value)
+    {
+        GPreferences::Set(GPreferences::cUserFileModule, cGroup, key, value);
+    }
+
+    static bool Exists(const GPathName& path)
+    {
+        const QFileInfo file(path.GetNativePath());
+        return file.exists() || file.isSymLink();
+    }
+};
+
+TEST_F(SmartPathTest, ListsItsPathBeforeItMakesItAndGoesWithIt)
+{
+    const GPathName kept = MakeFile(GetTemporary().GetChild(QStringLiteral("kept")));
+    {
+        GCPTSmartPathName folder = GCPTSmartPathName::MakeFolder(GetTemporary(), QStringLiteral("XXXXX"));
+        MakeFile(folder.GetPathName().GetChild(QStringLiteral("a/b")));
+        GCPTSmartPathName file = GCPTSmartPathName::MakeFile(GetTemporary(), QStringLiteral("kept"));
+        EXPECT_NE(file.GetPathName(), kept);
+        EXPECT_EQ(GetValue(ReadList(), "MaxCount"), QStringLiteral("2"));
+        EXPECT_EQ(GetValue(ReadList(), "FilePathName_1"), folder.GetPathName().GetNativePath());
+
+        const GPathName old = file.GetPathName();
+        file.Reassign(MakeFile(GetTemporary().GetChild(QStringLiteral("other"))));
+        EXPECT_FALSE(Exists(old));
+        EXPECT_EQ(GetValue(ReadList(), "FilePathName_2"), file.GetPathName().GetNativePath());
+        EXPECT_EQ(GetValue(ReadList(), "MaxCount"), QStringLiteral("2"));
+
+        GCPTSmartPathName moved = std::move(file);
+        EXPECT_EQ(GCPTSmartPathName(kept).Keep(), kept);
+        EXPECT_FALSE(ReadList().Has("FilePathName_3"));
+    }
+    EXPECT_EQ(List(GetTemporary()), QStringList{QStringLiteral("kept")});
+    EXPECT_EQ(ReadList().GetCount(), 1);  // numbers go on until a sweep
+    EXPECT_EQ(GetValue(ReadList(), "MaxCount"), QStringLiteral("3"));
+    EXPECT_THROW(
+        GCPTSmartPathName::MakeFile(GetTemporary().GetChild(QStringLiteral("no")), QStringLiteral("a")),
+        GException);
+    EXPECT_EQ(ReadList().GetCount(), 1);
+}
+
+TEST_F(SmartPathTest, SweepTakesTheNumbersUpToTheCount)
+{
+    struct Case
+    {
+        const char* maximum;
+        QList<int> listed;
+        QList<int> left;  // files
+        const char* newMaximum;
+    };
+    const Case cases[] = {{"5", {2, 4}, {}, "0"},       {"3", {2, 4}, {4}, "0"},
+                          {"0", {1}, {1}, "0"},         {"-7", {1}, {1}, "0"},
+                          {"2147483647", {9}, {}, "0"}, {"99999999999999", {1}, {1}, "0"},
+                          {"", {1}, {1}, "0"}};
+    for (const Case& row : cases) {
+        SCOPED_TRACE(row.maximum);
+        GPreferences::Remove(GPreferences::cUserFileModule, cGroup);
+        for (const int number : row.listed) {
+            const GPathName file = MakeFile(GetTemporary().GetChild(QString::number(number)));
+            SetListed("FilePathName_" + GBuffer::number(number), file.GetNativePath());
+        }
+        SetListed("MaxCount", QString::fromLatin1(row.maximum));
+        SmartFileList::Sweep();
+        QStringList left;
+        for (const int number : row.left)
+            left.append(QString::number(number));
+        EXPECT_EQ(List(GetTemporary()), left);
+        EXPECT_EQ(GetValue(ReadList(), "MaxCount"), QString::fromLatin1(row.newMaximum));
+        for (const QString& name : left)
+            EXPECT_TRUE(GFileSystemBase::TryToRemoveFile(GetTemporary().GetChild(name)));
+    }
+    GPreferences::Remove(GPreferences::cUserFileModule, cGroup);
+    SmartFileList::Sweep();
+    EXPECT_TRUE(ReadList().IsEmpty());
+}
+
+TEST_F(SmartPathTest, SweepOfAHostileListRemovesNothingButThePlugInsOwn)
+{
+    const GPathName home(GetSandbox().GetPath(QStringLiteral("Home")));
+    const GPathName settings = JobOptionsFolder::GetPath();
+    const GPathName victim = MakeFile(home.GetChild(QStringLiteral("a/victim")));
+    const GPathName temporary = GetTemporary();
+    const GPathName link = temporary.GetChild(QStringLiteral("link"));
+    const bool hasLinks = QFile::link(home.GetNativePath(), link.GetNativePath()) &&
+                          QFileInfo(link.GetNativePath()).isSymLink();
+    const auto placed = [&](const char* name) {
+        return MakeFile(settings.GetChild(QString::fromLatin1(name)));
+    };
+    struct Case
+    {
+        GString path;
+        GPathName item;
+        bool isRemoved;
+    };
+    const GPathName plain = MakeFile(temporary.GetChild(QStringLiteral("sub/plain")));
+    std::vector<Case> cases = {
+        {plain.GetNativePath(), plain, true},
+        {victim.GetNativePath(), victim, false},
+        {home.GetNativePath(), victim, false},
+        {temporary.GetPortablePath() + QStringLiteral("/../Home"), victim, false},
+        {temporary.GetPortablePath() + QStringLiteral("/x/../../Home/a/victim"), victim, false},
+        {temporary.GetNativePath(), MakeFile(temporary.GetChild(QStringLiteral("stays"))), false},
+        {QStringLiteral("stays"), temporary.GetChild(QStringLiteral("stays")), false},
+        {QStringLiteral("/"), victim, false},
+        {QStringLiteral("%MorvaneUserPreferences%"), PlugInStore::GetFile().GetParent(), false},
+        {QString(QChar(0)) + victim.GetNativePath(), victim, false},
+        {placed("Morvane_Hopbox_PDF.joboptions").GetNativePath(),
+         settings.GetChild(QStringLiteral("Morvane_Hopbox_PDF.joboptions")), true},
+        {QString(), placed("Morvane_Hopbox_PDF.joboptions_abcde.new"), true},
+        {placed("Morvane_Hopbox_PDF_0a1b2.joboptions").GetNativePath(),
+         settings.GetChild(QStringLiteral("Morvane_Hopbox_PDF_0a1b2.joboptions")), true},
+        {QString(), placed("Morvane_Hopbox_PDF_mine1.joboptions"), false},
+        {placed("Press.joboptions").GetNativePath(), settings.GetChild(QStringLiteral("Press.joboptions")),
+         false},
+        {placed("Morvane_Hopbox_PDF_Draft.joboptions").GetNativePath(),
+         settings.GetChild(QStringLiteral("Morvane_Hopbox_PDF_Draft.joboptions")), false},
+        {settings.GetNativePath(), settings, false}};
+    if (hasLinks) {
+        cases.push_back({link.GetNativePath() + QStringLiteral("/a/victim"), victim, false});
+        cases.push_back({link.GetNativePath(), link, true});
+    }
+    int number = 0;
+    for (const Case& row : cases)
+        SetListed("FilePathName_" + GBuffer::number(++number), row.path);
+    SetListed("MaxCount", QString::number(number));
+    SetListed("FilePathName_007", victim.GetNativePath());
+    SmartFileList::Sweep();
+    for (const Case& row : cases)
+        EXPECT_EQ(Exists(row.item), !row.isRemoved) << row.path.toStdString();
+    EXPECT_TRUE(Exists(victim));
+    EXPECT_FALSE(ReadList().Has("FilePathName_1"));
+    EXPECT_EQ(GetValue(ReadList(), "MaxCount"), QStringLiteral("0"));
+}
+
+// Keeps a file of its own for as long as the test wants.
+CHILD_ROLE(OwnPath)
+{
+    const PlugInStore store;
+    const GCPTSmartPathName path = GCPTSmartPathName::MakeFile(
+        GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary), QStringLiteral("owned"));
+    SayToParent(path.GetPathName().GetNativePath().toUtf8());
+    HearFromParent();
+    return 0;
+}
+
+TEST_F(SmartPathTest, SweepLeavesWhatAnotherLivingProcessOwns)
+{
+    ChildProcess owner(QStringLiteral("OwnPath"), {});
+    const GPathName owned(QString::fromUtf8(owner.ReadLine()));
+    const GPathName left = MakeFile(GetTemporary().GetChild(QStringLiteral("left")));
+    const auto list = [&](int number, const GPathName& path, const GString& process) {
+        SetListed("FilePathName_" + GBuffer::number(number), path.GetNativePath());
+        SetListed("FileOwner_" + GBuffer::number(number), process);
+        SetListed("MaxCount", QString::number(number));
+    };
+    // A process that lives now is not the one of that number that died; and a dead one may list what lives.
+    const QString reused = QStringLiteral("%1 12345").arg(owner.GetProcessID());
+    list(5, left, reused);
+    list(6, owned, reused);
+    GPreferences::FlushPrefs();
+    SmartFileList::Sweep();
+    EXPECT_TRUE(Exists(owned));
+    EXPECT_FALSE(Exists(left));
+    EXPECT_EQ(GetValue(ReadList(), "FilePathName_1"), owned.GetNativePath());
+    EXPECT_EQ(GetValue(ReadList(), "MaxCount"), QStringLiteral("1"));
+    EXPECT_EQ(ReadList().GetCount(), 3);
+    owner.Kill();
+    SmartFileList::Sweep();
+    EXPECT_FALSE(Exists(owned));
+    EXPECT_EQ(ReadList().GetCount(), 1);
+}
+
+// Makes and drops temporary files as fast as it can, and remembers a choice.
+CHILD_ROLE(MakePaths)
+{
+    const PlugInStore store;
+    PlugInPreferences::SetPackageChoice(arguments.at(0), true);
+    for (int round = 0; round < 15; ++round) {
+        const GCPTSmartPathName path = GCPTSmartPathName::MakeFolder(
+            GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary), QStringLiteral("XXXXX"));
+        if (round % 5 == 0)
+            SmartFileList::Sweep();
+        if (!QFileInfo(path.GetPathName().GetNativePath()).isDir() && round % 5 != 0)
+            return 1;
+    }
+    GCPTSmartPathName(GPathName(arguments.at(1))).Keep();
+    SmartFileList::Add(GPathName(arguments.at(1)));
+    SayToParent("listed");
+    HearFromParent();
+    return 0;
+}
+
+TEST_F(SmartPathTest, TwoHostsLoseNothingOfEachOther)
+{
+    const auto path = [&](const char* name) { return GetTemporary().GetChild(QString::fromLatin1(name)); };
+    ChildProcess one(QStringLiteral("MakePaths"), {QStringLiteral("One"), path("one").GetNativePath()});
+    ChildProcess other(QStringLiteral("MakePaths"), {QStringLiteral("Two"), path("two").GetNativePath()});
+    EXPECT_EQ(one.ReadLine(), QByteArray("listed"));
+    EXPECT_EQ(other.ReadLine(), QByteArray("listed"));
+    const PlugInPrefModule file(PlugInStore::GetFile());
+    EXPECT_EQ(file.Get("One", "IncludeFilePackageChecked"), QStringLiteral("true"));
+    EXPECT_EQ(file.Get("Two", "IncludeFilePackageChecked"), QStringLiteral("true"));
+    QStringList listed;
+    for (const auto& entry : ReadList())
+        listed.append(entry.value);
+    EXPECT_TRUE(listed.contains(path("one").GetNativePath()));
+    EXPECT_TRUE(listed.contains(path("two").GetNativePath()));
+    EXPECT_TRUE(List(GetTemporary()).isEmpty());
+}
+
+TEST_F(SmartPathTest, PlacedJobOptionsAreAReadOnlyCopyThatGoes)
+{
+    const GPathName source = MakeFile(GetTemporary().GetChild(QStringLiteral("a.joboptions")));
+    {
+        const PlacedJobOptions one(source);
+        const PlacedJobOptions other(source);
+        EXPECT_EQ(one.GetSettingsName(), QStringLiteral("[Morvane_Hopbox_PDF]"));
+        EXPECT_NE(other.GetPathName(), one.GetPathName());
+        EXPECT_EQ(ReadFile(other.GetPathName().GetNativePath()), QByteArray("x"));
+        EXPECT_FALSE(QFile::permissions(one.GetPathName().GetNativePath()) & QFile::WriteOwner);
+        EXPECT_EQ(List(JobOptionsFolder::GetPath()).size(), 2);
+    }
+    EXPECT_TRUE(List(JobOptionsFolder::GetPath()).isEmpty());
+    const PlacedJobOptions missing(GetTemporary().GetChild(QStringLiteral("none")));
+    EXPECT_FALSE(missing.IsPlaced());
+    EXPECT_FALSE(missing.GetError().isEmpty());
+    EXPECT_TRUE(List(JobOptionsFolder::GetPath()).isEmpty());
+}
