@@ -6,17 +6,12 @@
 
 #include <algorithm>
 #include <bitset>
-#include <cstring>
 #include <functional>
 #include <numeric>
 
 namespace
 {
 constexpr int cChunk = 256;  // characters that are looked at at a time
-
-constexpr char cMarkLittleEndian[] = {'\xFF', '\xFE'};
-constexpr char cMarkBigEndian[] = {'\xFE', '\xFF'};
-constexpr char cMarkUTF8[] = {'\xEF', '\xBB', '\xBF'};
 
 // How the characters of the data lie in it.
 struct ByteUnits
@@ -72,13 +67,13 @@ private:
 GBin2TextStream::GBin2TextStream(GBufferedInputStream& source, const GEncodingRef& encoding)
     : mSource(source), mGivenEncoding(encoding)
 {
-    InitializeEncoding(encoding);
+    InitializeEncoding();
 }
 
 GBin2TextStream::GBin2TextStream(std::unique_ptr<GBufferedInputStream> source, const GEncodingRef& encoding)
     : mOwned(std::move(source)), mSource(*mOwned), mGivenEncoding(encoding)
 {
-    InitializeEncoding(encoding);
+    InitializeEncoding();
 }
 
 GBin2TextStream::GBin2TextStream(const GBin2TextStream& other, std::unique_ptr<GBufferedInputStream> source)
@@ -86,75 +81,52 @@ GBin2TextStream::GBin2TextStream(const GBin2TextStream& other, std::unique_ptr<G
       mSource(*mOwned),
       mGivenEncoding(other.mGivenEncoding),
       mEncoding(other.mEncoding),
-      mLayout(other.mLayout)
+      mByteOrder(other.mByteOrder)
 {
 }
 
-void GBin2TextStream::InitializeEncoding(const GEncodingRef& encoding)
+// Passes over a mark that fits the encoding that was given, or any where none was; it decides about the
+// encoding.
+void GBin2TextStream::InitializeEncoding()
 {
-    if (!encoding) {
-        DetectEncoding();
-        return;
+    for (const GEncodingRef& marked :
+         {GEncoding::GetUTF16LittleEndian(), GEncoding::GetUTF16BigEndian(), GEncoding::GetUTF8()}) {
+        const bool isSought = !mGivenEncoding || mGivenEncoding == marked ||
+                              (mGivenEncoding->GetCharWidth() == 2 && marked->GetCharWidth() == 2);
+        if (isSought && SkipBytes(marked->Encode(GString(QChar::ByteOrderMark)))) {
+            SetEncoding(marked);
+            return;
+        }
     }
-    SetEncoding(encoding);
-    if (encoding->GetCharWidth() == 2) {
-        if (SkipMark(cMarkLittleEndian, 2))
-            SetEncoding(GEncoding::GetUTF16LittleEndian());
-        else if (SkipMark(cMarkBigEndian, 2))
-            SetEncoding(GEncoding::GetUTF16BigEndian());
-    } else if (encoding == GEncoding::GetUTF8()) {
-        SkipMark(cMarkUTF8, 3);
-    }
+    SetEncoding(mGivenEncoding ? mGivenEncoding : GEncoding::GetPlatform8Bit());
 }
 
-void GBin2TextStream::DetectEncoding()
+// Passes over the bytes if they are what comes next.
+bool GBin2TextStream::SkipBytes(const GBuffer& bytes)
 {
-    if (SkipMark(cMarkLittleEndian, 2))
-        SetEncoding(GEncoding::GetUTF16LittleEndian());
-    else if (SkipMark(cMarkBigEndian, 2))
-        SetEncoding(GEncoding::GetUTF16BigEndian());
-    else if (SkipMark(cMarkUTF8, 3))
-        SetEncoding(GEncoding::GetUTF8());
-    else
-        SetEncoding(GEncoding::GetPlatform8Bit());
-}
-
-bool GBin2TextStream::SkipMark(const char* mark, int count)
-{
-    const bool isThere = mSource.LookAhead(count) >= count &&
-                         std::memcmp(mSource.GetAhead(), mark, static_cast<size_t>(count)) == 0;
-    if (isThere)
-        mSource.Skip(count);
-    return isThere;
+    const bool isNext = mSource.LookAhead(bytes.size()) >= bytes.size() &&
+                        GBuffer::fromRawData(mSource.GetAhead(), bytes.size()) == bytes;
+    if (isNext)
+        mSource.Skip(bytes.size());
+    return isNext;
 }
 
 void GBin2TextStream::SetEncoding(const GEncodingRef& encoding)
 {
     mEncoding = encoding;
-    switch (encoding->GetByteOrder()) {
-        case GEncoding::ByteOrder::cNone:
-            mLayout = Layout::cBytes;
-            break;
-        case GEncoding::ByteOrder::cLittleEndian:
-            mLayout = Layout::cLittleEndian;
-            break;
-        case GEncoding::ByteOrder::cBigEndian:
-            mLayout = Layout::cBigEndian;
-            break;
-    }
+    mByteOrder = encoding->GetByteOrder();
 }
 
-// Calls the operation with the units of the data's layout: one decision for a whole text, none for its
-// characters.
+// Calls the operation with the units of the data: one decision for a whole text, none for its characters.
 template <typename Operation>
 auto GBin2TextStream::WithUnits(Operation operation)
 {
-    switch (mLayout) {
-        case Layout::cLittleEndian:
+    switch (mByteOrder) {
+        case GEncoding::ByteOrder::cLittleEndian:
             return operation(LittleEndianUnits());
-        case Layout::cBigEndian:
+        case GEncoding::ByteOrder::cBigEndian:
             return operation(BigEndianUnits());
-        case Layout::cBytes:
+        case GEncoding::ByteOrder::cNone:
             break;
     }
     return operation(ByteUnits());
@@ -224,9 +196,9 @@ void GBin2TextStream::TakeCollected(GString& text)
 }
 
 template <typename Units, typename IsSkipped>
-int GBin2TextStream::Skip(IsSkipped isSkipped)
+int64_t GBin2TextStream::Skip(IsSkipped isSkipped)
 {
-    int count = 0;
+    int64_t count = 0;
     while (HasUnit<Units>() && isSkipped(Units::Get(mSource.GetAhead()))) {
         mSource.Skip(Units::cWidth);
         ++count;
@@ -234,14 +206,14 @@ int GBin2TextStream::Skip(IsSkipped isSkipped)
     return count;
 }
 
-int GBin2TextStream::SkipWhitespace(bool withLineEnds)
+int64_t GBin2TextStream::SkipWhitespace(bool withLineEnds)
 {
     return WithUnits([this, withLineEnds](auto units) {
         return withLineEnds ? Skip<decltype(units)>(IsWhitespace) : Skip<decltype(units)>(IsInlineWhitespace);
     });
 }
 
-int GBin2TextStream::SkipChars(const GString& set)
+int64_t GBin2TextStream::SkipChars(const GString& set)
 {
     return WithUnits([this, &set](auto units) { return Skip<decltype(units)>(ASCIISet(set)); });
 }
@@ -367,7 +339,7 @@ int GBin2TextStream::Read(char* bytes, int count)
 void GBin2TextStream::Reset()
 {
     mSource.Reset();
-    InitializeEncoding(mGivenEncoding);
+    InitializeEncoding();
 }
 
 std::unique_ptr<GInputStream> GBin2TextStream::CreateClone() const

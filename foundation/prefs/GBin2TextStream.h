@@ -25,9 +25,9 @@ public:
     const GEncodingRef& GetEncoding() const { return mEncoding; }
 
     // Skips blanks and TABs, and line ends too where asked for; gives the count skipped.
-    int SkipWhitespace(bool withLineEnds);
+    int64_t SkipWhitespace(bool withLineEnds);
 
-    int SkipChars(const GString& set);
+    int64_t SkipChars(const GString& set);
 
     // Skips all whitespace, then reads up to the next whitespace. False at the end of the data.
     bool ReadString(GString& token);
@@ -78,9 +78,8 @@ private:
     // A clone of the other over a clone of its source.
     GBin2TextStream(const GBin2TextStream& other, std::unique_ptr<GBufferedInputStream> source);
 
-    void InitializeEncoding(const GEncodingRef& encoding);
-    void DetectEncoding();
-    bool SkipMark(const char* mark, int count);
+    void InitializeEncoding();
+    bool SkipBytes(const GBuffer& bytes);
     void SetEncoding(const GEncodingRef& encoding);
 
     template <typename Operation>
@@ -92,7 +91,7 @@ private:
     template <typename Units, typename IsEnd>
     bool Collect(GString& text, IsEnd isEnd);
     template <typename Units, typename IsSkipped>
-    int Skip(IsSkipped isSkipped);
+    int64_t Skip(IsSkipped isSkipped);
     template <typename Units>
     void SkipLineEnd();
     template <typename Units>
@@ -106,6 +105,6 @@ private:
     GBufferedInputStream& mSource;
     GEncodingRef mGivenEncoding;  // null: find it
     GEncodingRef mEncoding;
-    Layout mLayout = Layout::cBytes;
+    GEncoding::ByteOrder mByteOrder = GEncoding::ByteOrder::cNone;  // the encoding's, close at hand
     CollectedText mCollected;  // 8-bit text byte by byte: it is decoded whole, wherever chunks ended
 };
