@@ -191,11 +191,11 @@ std::string Register(const Contestant& contestant, const Case& test)
     benchmark::RegisterBenchmark(
         name.c_str(), [test, contestant](benchmark::State& state) { Measure(state, test, contestant.work); })
         ->Iterations(1)
-        ->Repetitions(5)
+        ->Repetitions(3)
         ->ReportAggregatesOnly()
         ->UseManualTime()
         ->Unit(benchmark::kMillisecond);
-    return name + "/iterations:1/repeats:5/manual_time";
+    return name + "/iterations:1/repeats:3/manual_time";
 }
 }  // namespace
 

@@ -22,8 +22,8 @@ constexpr int cMadeByUnix = 3 << 8 | 20;
 class HostileArchiveTest : public testing::Test
 {
 protected:
-    QString GetArchive() const { return mSandbox.GetPath(QStringLiteral("archive.zip")); }
-    QString GetTarget() const { return mSandbox.GetPath(QStringLiteral("target")); }
+    QString GetArchive() const { return mSandbox.GetPath("archive.zip"_q); }
+    QString GetTarget() const { return mSandbox.GetPath("target"_q); }
 
     bool Extract(const QVector<RawEntry>& entries, const ZipLimits& limits = {},
                  ZipOnError onError = ZipOnError::GoOn)
@@ -39,7 +39,7 @@ protected:
     QStringList GetAllNames() const
     {
         QStringList names = ReadTree(mSandbox.GetPath()).keys();
-        names.removeOne(QStringLiteral("archive.zip"));
+        names.removeOne("archive.zip"_q);
         return names;
     }
 
@@ -47,38 +47,17 @@ protected:
     LogRecorder mLog;
 };
 
-const QStringList cOnlyGood = {QStringLiteral("target/"), QStringLiteral("target/good.txt")};
+const QStringList cOnlyGood = "target/|target/good.txt"_list;
 }  // namespace
 
 TEST_F(HostileArchiveTest, UnsafeNamesAreRefusedByNameAndTheRestGoesOn)
 {
-    const QByteArray names[] = {"../evil.txt",
-                                "a/../../evil.txt",
-                                "a/../evil.txt",
-                                "..",
-                                "..\\evil.txt",
-                                "a\\..\\..\\evil.txt",
-                                "/evil.txt",
-                                "\\evil.txt",
-                                "C:/evil.txt",
-                                "C:\\evil.txt",
-                                "c:evil.txt",
-                                "//server/share/evil.txt",
-                                "\\\\server\\share\\evil.txt",
-                                "\\\\?\\C:\\evil.txt",
-                                "\\\\.\\evil",
-                                QByteArray("evil\0.txt", 9),
-                                "NUL",
-                                "con.txt",
-                                "a/Aux.tar.gz",
-                                "com1",
-                                "LPT9.x",
-                                "COM\xC2\xB9",
-                                "nul .txt",
-                                "NUL:stream",
-                                "CONIN$",
-                                ""};
-    for (const QByteArray& name : names) {
+    const QByteArray names(
+        "../evil|a/../../evil|a/../evil|..|..\\evil|a\\..\\..\\evil|/evil|\\evil|C:/evil|C:\\evil|c:evil|"
+        "//server/share/evil|\\\\server\\share\\evil|\\\\?\\C:\\evil|\\\\.\\evil|evil\0.txt|"
+        "NUL|con.txt|a/Aux.tar.gz|com1|LPT9.x|COM\xC2\xB9|nul .txt|NUL:stream|CONIN$|",
+        231);
+    for (const QByteArray& name : names.split('|')) {
         EXPECT_FALSE(Extract({{name, "evil"}, {"good.txt", "good"}})) << name.constData();
         EXPECT_EQ(cOnlyGood, GetAllNames()) << name.constData();
         const QString shown = QString::fromUtf8(name).replace(QLatin1Char('\\'), QLatin1Char('/'));
@@ -92,36 +71,33 @@ TEST_F(HostileArchiveTest, TheCallerMayStopAtTheFirstRefusal)
 {
     EXPECT_FALSE(
         Extract({{"first.txt", "1"}, {"../evil.txt", "2"}, {"last.txt", "3"}}, {}, ZipOnError::Stop));
-    EXPECT_EQ((QStringList{QStringLiteral("target/"), QStringLiteral("target/first.txt")}), GetAllNames());
+    EXPECT_EQ("target/|target/first.txt"_list, GetAllNames());
 }
 
 TEST_F(HostileArchiveTest, HarmlessNamesAreTaken)
 {
     EXPECT_TRUE(Extract({{"./a//b.txt", "1"}, {"nullable", "2"}, {"com", "3"}, {"a..b/..c", "4"}}));
-    const QStringList names = {QStringLiteral("a..b/"), QStringLiteral("a..b/..c"),
-                               QStringLiteral("a/"),    QStringLiteral("a/b.txt"),
-                               QStringLiteral("com"),   QStringLiteral("nullable")};
+    const QStringList names = "a..b/|a..b/..c|a/|a/b.txt|com|nullable"_list;
     EXPECT_EQ(names, ReadTree(GetTarget()).keys());
 }
 
 TEST_F(HostileArchiveTest, LinksAreNeitherMadeNorFollowed)
 {
-    QDir().mkpath(mSandbox.GetPath(QStringLiteral("outside")));
+    QDir().mkpath(mSandbox.GetPath("outside"_q));
     const RawEntry link = {"link", "../outside", 0, 0, cMadeByUnix, cUnixLink};
     EXPECT_FALSE(Extract({link, {"link/evil.txt", "evil"}}));
-    EXPECT_TRUE(ReadTree(mSandbox.GetPath(QStringLiteral("outside"))).isEmpty());
+    EXPECT_TRUE(ReadTree(mSandbox.GetPath("outside"_q)).isEmpty());
     EXPECT_TRUE(mLog.TakeErrors().value(0).contains(QLatin1String("link from"))) << "named";
-    if (!QFile::link(mSandbox.GetPath(QStringLiteral("outside")), GetTarget() + QStringLiteral("/old")) ||
-        !QFileInfo(GetTarget() + QStringLiteral("/old")).isSymLink())
+    if (!QFile::link(mSandbox.GetPath("outside"_q), GetTarget() + "/old"_q) ||
+        !QFileInfo(GetTarget() + "/old"_q).isSymLink())
         return;  // a system on which a test can't make links
     // One that was there before, to a folder and to a file.
-    WriteFile(mSandbox.GetPath(QStringLiteral("victim.txt")), "victim");
-    ASSERT_TRUE(
-        QFile::link(mSandbox.GetPath(QStringLiteral("victim.txt")), GetTarget() + QStringLiteral("/file")));
+    WriteFile(mSandbox.GetPath("victim.txt"_q), "victim");
+    ASSERT_TRUE(QFile::link(mSandbox.GetPath("victim.txt"_q), GetTarget() + "/file"_q));
     EXPECT_FALSE(Extract({{"old/evil.txt", "evil"}, {"file", "new"}}));
-    EXPECT_TRUE(ReadTree(mSandbox.GetPath(QStringLiteral("outside"))).isEmpty());
-    EXPECT_EQ("victim", ReadFile(mSandbox.GetPath(QStringLiteral("victim.txt"))));
-    EXPECT_EQ("new", ReadFile(GetTarget() + QStringLiteral("/file"))) << "the link itself is replaced";
+    EXPECT_TRUE(ReadTree(mSandbox.GetPath("outside"_q)).isEmpty());
+    EXPECT_EQ("victim", ReadFile(mSandbox.GetPath("victim.txt"_q)));
+    EXPECT_EQ("new", ReadFile(GetTarget() + "/file"_q)) << "the link itself is replaced";
 }
 
 TEST_F(HostileArchiveTest, OneNameIsTakenOnce)
@@ -132,9 +108,7 @@ TEST_F(HostileArchiveTest, OneNameIsTakenOnce)
                           {"c", "a folder's name"},
                           {"same.txt", "first"},
                           {"./same.txt", "second"}}));
-    EXPECT_EQ((QMap<QString, QByteArray>{{QStringLiteral("a"), "file"},
-                                         {QStringLiteral("c/"), ""},
-                                         {QStringLiteral("same.txt"), "first"}}),
+    EXPECT_EQ((QMap<QString, QByteArray>{{"a"_q, "file"}, {"c/"_q, ""}, {"same.txt"_q, "first"}}),
               ReadTree(GetTarget()));
     EXPECT_TRUE(mLog.TakeErrors().last().contains(QLatin1String("./same.txt"))) << "named";
 }
@@ -143,7 +117,7 @@ TEST_F(HostileArchiveTest, NamesThatTheFileSystemTakesForTheSameAreToldApart)
 {
     const bool isGood = Extract({{"Name.txt", "first"}, {"nAME.txt", "second"}});
     const QMap<QString, QByteArray> tree = ReadTree(GetTarget());
-    EXPECT_EQ("first", tree.value(QStringLiteral("Name.txt")));
+    EXPECT_EQ("first", tree.value("Name.txt"_q));
     EXPECT_EQ(isGood, tree.size() == 2);
     EXPECT_EQ(isGood, mLog.TakeErrors().isEmpty());
 }
@@ -170,7 +144,7 @@ TEST_F(HostileArchiveTest, BeyondTheLimitsTheDiskStaysAsItWas)
     limits = {};
     limits.entryBytes = 1000;
     EXPECT_FALSE(Extract({liar}, limits)) << "declares less than it has";
-    EXPECT_EQ((QStringList{QStringLiteral("target/"), QStringLiteral("target/d/")}), GetAllNames());
+    EXPECT_EQ("target/|target/d/"_list, GetAllNames());
 }
 
 TEST_F(HostileArchiveTest, ExtractionEntryByEntryKeepsToTheLimits)
@@ -186,11 +160,11 @@ TEST_F(HostileArchiveTest, ExtractionEntryByEntryKeepsToTheLimits)
         if (!archive.ExtractCurrentFile(GetTarget(), QString(), 0))
             failed.append(archive.GetCurrentFileName());
     }
-    EXPECT_EQ(QStringList(QStringLiteral("deep/b")), failed);
-    EXPECT_EQ((QStringList{QStringLiteral("a"), QStringLiteral("c")}), ReadTree(GetTarget()).keys());
-    EXPECT_TRUE(archive.ExtractToMemory(QStringLiteral("a"), QString()).isNull());
+    EXPECT_EQ("deep/b"_list, failed);
+    EXPECT_EQ("a|c"_list, ReadTree(GetTarget()).keys());
+    EXPECT_TRUE(archive.ExtractToMemory("a"_q, QString()).isNull());
     EXPECT_TRUE(archive.GetLastError().contains(QLatin1String("limit")));
-    EXPECT_EQ("1", archive.ExtractToMemory(QStringLiteral("c"), QString()));
+    EXPECT_EQ("1", archive.ExtractToMemory("c"_q, QString()));
 }
 
 // Whatever is done to the bytes: no crash, nothing outside the target, and every file that is there is whole.
@@ -212,7 +186,7 @@ TEST_F(HostileArchiveTest, DamageNeverLeavesAPartialFile)
         QDir(GetTarget()).removeRecursively();
         auto device = std::make_unique<QBuffer>();
         device->setData(bytes);
-        ZipArchive archive(std::move(device), QStringLiteral("damaged.zip"));
+        ZipArchive archive(std::move(device), "damaged.zip"_q);
         for (archive.StartIterate(); !archive.AtEnd(); archive.Next())
             archive.ExtractCurrentFile(GetTarget(), QString(), 0);
         for (const QByteArray& content : ReadTree(GetTarget()))

@@ -20,32 +20,10 @@ QByteArray AskSevenZip(const QStringList& arguments)
     if (QSysInfo::productType() == QLatin1String("windows"))
         return {};
     QProcess process;
-    process.start(QStringLiteral("7z"), arguments);
+    process.start("7z"_q, arguments);
     EXPECT_TRUE(process.waitForFinished(200000)) << process.errorString().toStdString();
     EXPECT_EQ(0, process.exitCode());
     return process.readAll();
-}
-
-// The content of the current entry is mostly zeros; gives where the first other byte stands, and checks that
-// all of it comes and fits the checksum.
-qint64 FindMark(ZipReader& reader)
-{
-    EXPECT_EQ(ZipReader::OpenResult::Done, reader.openEntry(QByteArray()));
-    QByteArray chunk(1 << 20, '\0');
-    const QByteArray zeros = chunk;
-    qint64 position = 0;
-    qint64 mark = -1;
-    int count = 0;
-    while ((count = reader.readEntry(chunk.data(), chunk.size())) > 0) {
-        for (int index = 0; mark < 0 && chunk != zeros && index < count; ++index) {
-            if (chunk.at(index) != 0)
-                mark = position + index;
-        }
-        position += count;
-    }
-    EXPECT_TRUE(reader.closeEntry());
-    EXPECT_EQ(position, reader.getEntry().size);
-    return mark;
 }
 }  // namespace
 
@@ -54,14 +32,14 @@ TEST(LargeArchiveTest, AnEntryOver4GiB)
 {
     constexpr qint64 cMark = (qint64(4) << 30) + 12345;
     const Sandbox sandbox;
-    const QString large = sandbox.GetPath(QStringLiteral("large"));
-    const QString small = sandbox.GetPath(QStringLiteral("small"));
-    const QString path = sandbox.GetPath(QStringLiteral("archive.zip"));
+    const QString large = sandbox.GetPath("large"_q);
+    const QString small = sandbox.GetPath("small"_q);
+    const QString path = sandbox.GetPath("archive.zip"_q);
     QFile sparse(large);
     ASSERT_TRUE(sparse.open(QIODevice::WriteOnly) && sparse.seek(cMark) && sparse.write("mark") == 4);
     sparse.close();
     WriteFile(small, "small");
-    const QStringList names = {QStringLiteral("gro\u00DF \u65E5"), QStringLiteral("klein \u65E5")};
+    const QStringList names = "gro\u00DF \u65E5|klein \u65E5"_list;
     ZipArchiver archiver(path);
     ASSERT_TRUE(archiver.StartWriting(ZipStart::Create, QString(), 0));
     ASSERT_TRUE(archiver.AddFile(large, names[0], 1, ZipNames::NameField, QString()));
@@ -72,18 +50,25 @@ TEST(LargeArchiveTest, AnEntryOver4GiB)
     ZipArchive archive(path);
     EXPECT_EQ(names, archive.GetFileList());
     EXPECT_EQ("small", archive.ExtractToMemory(names[1], QString()));
+    // The checksum tells whether all of it comes back.
     ZipReader reader(path);
     ASSERT_TRUE(reader.open() && reader.goToFirst());
-    EXPECT_EQ(cMark, FindMark(reader));
-    AskSevenZip({QStringLiteral("t"), path});
+    EXPECT_EQ(ZipReader::OpenResult::Done, reader.openEntry(QByteArray()));
+    QByteArray chunk(1 << 20, '\0');
+    qint64 size = 0;
+    for (int count = 1; count > 0; size += count)
+        count = reader.readEntry(chunk.data(), chunk.size());
+    EXPECT_EQ(cMark + 4, size);
+    EXPECT_TRUE(reader.closeEntry());
+    AskSevenZip({"t"_q, path});
 }
 
 TEST(LargeArchiveTest, Over65535Entries)
 {
     constexpr int cCount = 65600;
     const Sandbox sandbox;
-    const QString path = sandbox.GetPath(QStringLiteral("archive.zip"));
-    const QString source = sandbox.GetPath(QStringLiteral("source"));
+    const QString path = sandbox.GetPath("archive.zip"_q);
+    const QString source = sandbox.GetPath("source"_q);
     WriteFile(source, "content");
     ZipArchiver archiver(path);
     ASSERT_TRUE(archiver.StartWriting(ZipStart::Create, QString(), 0));
@@ -100,6 +85,6 @@ TEST(LargeArchiveTest, Over65535Entries)
     }
     EXPECT_EQ(cCount, number);
     EXPECT_FALSE(archive.HasFailed());
-    const QByteArray report = AskSevenZip({QStringLiteral("t"), path});
+    const QByteArray report = AskSevenZip({"t"_q, path});
     EXPECT_TRUE(report.isEmpty() || report.contains("Files: 65600")) << report.constData();
 }

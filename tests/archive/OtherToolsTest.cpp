@@ -21,9 +21,9 @@ QByteArray RunShell(const QString& folder, const QString& line)
     process.setWorkingDirectory(folder);
     process.setProcessChannelMode(QProcess::MergedChannels);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    environment.insert("LC_ALL"_q, "C.UTF-8"_q);
     process.setProcessEnvironment(environment);
-    process.start(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), line});
+    process.start("/bin/sh"_q, {"-c"_q, line});
     process.waitForFinished(60000);
     const QByteArray output = process.readAll();
     EXPECT_EQ(0, process.exitCode()) << line.toStdString() << '\n' << output.constData();
@@ -35,13 +35,13 @@ QMap<QString, QByteArray> MakeTree()
     QByteArray noise;
     for (uint number = 1; noise.size() < 100000; number = number * 1103515245 + 12345)
         noise += static_cast<char>(number >> 16);
-    return {{QStringLiteral("empty.txt"), ""},
-            {QStringLiteral("text.txt"), QByteArray(200000, 'x') + "end"},
-            {QStringLiteral("noise.bin"), noise},
-            {QStringLiteral("hollow/"), ""},
-            {QStringLiteral("folder/"), ""},
-            {QStringLiteral("folder/.hidden"), "hidden"},
-            {QStringLiteral("folder/\u00DCbergr\u00F6\u00DFe \u65E5\u672C.txt"), "names"}};
+    return {{"empty.txt"_q, ""},
+            {"text.txt"_q, QByteArray(200000, 'x') + "end"},
+            {"noise.bin"_q, noise},
+            {"hollow/"_q, ""},
+            {"folder/"_q, ""},
+            {"folder/.hidden"_q, "hidden"},
+            {"folder/\u00DCbergr\u00F6\u00DFe \u65E5\u672C.txt"_q, "names"}};
 }
 
 class OtherToolsTest : public testing::Test
@@ -49,13 +49,13 @@ class OtherToolsTest : public testing::Test
 protected:
     OtherToolsTest() { WriteTree(GetSource(), MakeTree()); }
 
-    QString GetSource() const { return mSandbox.GetPath(QStringLiteral("source")); }
-    QString GetArchive() const { return mSandbox.GetPath(QStringLiteral("archive.zip")); }
+    QString GetSource() const { return mSandbox.GetPath("source"_q); }
+    QString GetArchive() const { return mSandbox.GetPath("archive.zip"_q); }
 
     // A folder that is empty at first.
     QString GetTarget() const
     {
-        const QString path = mSandbox.GetPath(QStringLiteral("target"));
+        const QString path = mSandbox.GetPath("target"_q);
         QDir(path).removeRecursively();
         QDir().mkpath(path);
         return path;
@@ -78,8 +78,7 @@ TEST_F(OtherToolsTest, WhatTheyWriteReadsBackEqual)
         "with z.ZipFile('../archive.zip','w',%1) as a:\n"
         " for f,ds,ns in os.walk('.'):\n"
         "  for n in ds+ns: a.write(os.path.join(f,n))%2\"";
-    const QString pythonDeflated =
-        QString::fromLatin1(python).arg(QStringLiteral("z.ZIP_DEFLATED"), QString());
+    const QString pythonDeflated = QString::fromLatin1(python).arg("z.ZIP_DEFLATED"_q, QString());
     const QString pythonZip64 = QString::fromLatin1(
         "python3 -c \"import os,zipfile as z\n"
         "with z.ZipFile('../archive.zip','w') as a:\n"
@@ -89,21 +88,21 @@ TEST_F(OtherToolsTest, WhatTheyWriteReadsBackEqual)
         "   with a.open(os.path.join(f,n)[2:],'w',force_zip64=True) as o: "
         "o.write(open(os.path.join(f,n),'rb').read())\"");
     const QStringList lines = {
-        QStringLiteral("zip -qr ../archive.zip ."),
-        QStringLiteral("zip -qr0 ../archive.zip ."),
-        QStringLiteral("zip -qr -UN=UTF8 ../archive.zip ."),
-        QStringLiteral("zip -qr -fz ../archive.zip ."),
-        QStringLiteral("zip -qr - . | cat >../archive.zip"),
-        QStringLiteral("zip -qrP secret ../archive.zip ."),
-        QStringLiteral("zip -qrP secret - . | cat >../archive.zip"),
-        QStringLiteral("zip -qr ../archive.zip . && echo comment | zip -qz ../archive.zip"),
-        QStringLiteral("zip -qr ../plain.zip . && (echo before; cat ../plain.zip) >../archive.zip"),
+        "zip -qr ../archive.zip ."_q,
+        "zip -qr0 ../archive.zip ."_q,
+        "zip -qr -UN=UTF8 ../archive.zip ."_q,
+        "zip -qr -fz ../archive.zip ."_q,
+        "zip -qr - . | cat >../archive.zip"_q,
+        "zip -qrP secret ../archive.zip ."_q,
+        "zip -qrP secret - . | cat >../archive.zip"_q,
+        "zip -qr ../archive.zip . && echo comment | zip -qz ../archive.zip"_q,
+        "zip -qr ../plain.zip . && (echo before; cat ../plain.zip) >../archive.zip"_q,
         QStringLiteral("zip -qr ../plain.zip . && (echo before; cat ../plain.zip) >../archive.zip && "
                        "zip -qA ../archive.zip"),
-        QStringLiteral("7z a -tzip -bso0 ../archive.zip ."),
-        QStringLiteral("7z a -tzip -bso0 -mcu=on -psecret ../archive.zip ."),
-        QStringLiteral("bsdtar -cf ../archive.zip --format zip --options zip:hdrcharset=UTF-8 ."),
-        QStringLiteral("bsdtar -cf - --format zip --options zip:hdrcharset=UTF-8 . | cat >../archive.zip"),
+        "7z a -tzip -bso0 ../archive.zip ."_q,
+        "7z a -tzip -bso0 -mcu=on -psecret ../archive.zip ."_q,
+        "bsdtar -cf ../archive.zip --format zip --options zip:hdrcharset=UTF-8 ."_q,
+        "bsdtar -cf - --format zip --options zip:hdrcharset=UTF-8 . | cat >../archive.zip"_q,
         QStringLiteral("bsdtar -cf ../archive.zip --format zip "
                        "--options zip:hdrcharset=UTF-8,zip:encryption=zipcrypt --passphrase secret ."),
         pythonDeflated,
@@ -117,7 +116,7 @@ TEST_F(OtherToolsTest, WhatTheyWriteReadsBackEqual)
         LogRecorder log;
         ZipRun run;
         run.log = &log;
-        EXPECT_TRUE(ZipHelper::extractFiles(GetArchive(), target, ZipPaths::Keep, QStringLiteral("secret"),
+        EXPECT_TRUE(ZipHelper::extractFiles(GetArchive(), target, ZipPaths::Keep, "secret"_q,
                                             ZipOnError::GoOn, 0, run));
         EXPECT_EQ(QStringList(), log.TakeErrors());
         EXPECT_EQ(MakeTree().keys(), ReadTree(target).keys());
@@ -128,9 +127,8 @@ TEST_F(OtherToolsTest, WhatTheyWriteReadsBackEqual)
 TEST_F(OtherToolsTest, TheyReadBackWhatPlainModeWrites)
 {
     const QStringList readers = {
-        QStringLiteral("unzip -q -P secret ../archive.zip"),
-        QStringLiteral("7z x -bso0 -psecret ../archive.zip"),
-        QStringLiteral("bsdtar --passphrase secret -xf ../archive.zip"),
+        "unzip -q -P secret ../archive.zip"_q, "7z x -bso0 -psecret ../archive.zip"_q,
+        "bsdtar --passphrase secret -xf ../archive.zip"_q,
         QStringLiteral("python3 -c \"import zipfile; "
                        "zipfile.ZipFile('../archive.zip').extractall(pwd=b'secret')\"")};
     for (const char* password : {"", "secret"}) {
@@ -153,21 +151,18 @@ TEST_F(OtherToolsTest, TheyReadBackWhatPlainModeWrites)
 // A tool that knows nothing of the name field sees "_" for what the code page lacks.
 TEST_F(OtherToolsTest, SevenZipReadsArchivesWithTheNameField)
 {
-    const QMap<QString, QByteArray> tree = {{QStringLiteral("folder/"), ""},
-                                            {QStringLiteral("folder/1\u65E5\u672C.txt"), "first"},
-                                            {QStringLiteral("text.txt"), QByteArray(50000, 'x')}};
-    const QMap<QString, QByteArray> seen = {{QStringLiteral("folder/"), ""},
-                                            {QStringLiteral("folder/1__.txt"), "first"},
-                                            {QStringLiteral("text.txt"), QByteArray(50000, 'x')}};
-    WriteTree(mSandbox.GetPath(QStringLiteral("named")), tree);
-    ASSERT_TRUE(ZipHelper::compressFolderContents(mSandbox.GetPath(QStringLiteral("named")), GetArchive(),
-                                                  ZipStart::Create, QStringLiteral("secret"), 6,
-                                                  ZipNames::NameField));
+    const QMap<QString, QByteArray> tree = {
+        {"folder/"_q, ""}, {"folder/1\u65E5\u672C.txt"_q, "first"}, {"text.txt"_q, QByteArray(50000, 'x')}};
+    const QMap<QString, QByteArray> seen = {
+        {"folder/"_q, ""}, {"folder/1__.txt"_q, "first"}, {"text.txt"_q, QByteArray(50000, 'x')}};
+    WriteTree(mSandbox.GetPath("named"_q), tree);
+    ASSERT_TRUE(ZipHelper::compressFolderContents(mSandbox.GetPath("named"_q), GetArchive(), ZipStart::Create,
+                                                  "secret"_q, 6, ZipNames::NameField));
     QString target = GetTarget();
-    RunShell(target, QStringLiteral("7z x -bso0 -bsp0 -psecret ../archive.zip"));
+    RunShell(target, "7z x -bso0 -bsp0 -psecret ../archive.zip"_q);
     EXPECT_EQ(seen, ReadTree(target));
     target = GetTarget();
-    EXPECT_TRUE(ZipHelper::extractFiles(GetArchive(), target, ZipPaths::Keep, QStringLiteral("secret"),
-                                        ZipOnError::Stop, 0));
+    EXPECT_TRUE(
+        ZipHelper::extractFiles(GetArchive(), target, ZipPaths::Keep, "secret"_q, ZipOnError::Stop, 0));
     EXPECT_EQ(tree, ReadTree(target));
 }

@@ -15,15 +15,15 @@ using namespace Morvane;
 TEST(UnzipSignalTest, TheHandlerAnswersOnTheThreadOfTheInterface)
 {
     Sandbox sandbox;
-    const QString target = sandbox.GetPath(QStringLiteral("target"));
-    WriteFile(sandbox.GetPath(QStringLiteral("archive.zip")), BuildArchive({{"blocked", "1"}, {"b", "2"}}));
-    QDir().mkpath(target + QStringLiteral("/blocked"));
-    UnzipThread thread(sandbox.GetPath(QStringLiteral("archive.zip")), target, 0);
+    const QString target = sandbox.GetPath("target"_q);
+    WriteFile(sandbox.GetPath("archive.zip"_q), BuildArchive({{"blocked", "1"}, {"b", "2"}}));
+    QDir().mkpath(target + "/blocked"_q);
+    UnzipThread thread(sandbox.GetPath("archive.zip"_q), target, 0);
     QThread* const interfaceThread = QThread::currentThread();
     int questions = 0;
     thread.setErrorHandler([&](const QString& text) {
         EXPECT_EQ(interfaceThread, QThread::currentThread());
-        EXPECT_EQ(QStringLiteral("Can't write in %1/blocked.").arg(target), text);
+        EXPECT_EQ("Can't write in %1/blocked."_q.arg(target), text);
         return ++questions == 1 ? ActionOnError::Retry : ActionOnError::Skip;
     });
     QStringList names;
@@ -34,7 +34,6 @@ TEST(UnzipSignalTest, TheHandlerAnswersOnTheThreadOfTheInterface)
     thread.start();
     loop.exec();
     EXPECT_EQ(2, questions);
-    EXPECT_EQ((QStringList{QStringLiteral("blocked"), QStringLiteral("blocked"), QStringLiteral("b")}),
-              names);
-    EXPECT_EQ(QStringList(QStringLiteral("b")), thread.getExtractedFiles());
+    EXPECT_EQ("blocked|blocked|b"_list, names);
+    EXPECT_EQ("b"_list, thread.getExtractedFiles());
 }

@@ -16,13 +16,13 @@ using namespace Morvane;
 namespace
 {
 constexpr int cMadeByUnix = 3 << 8 | 20;
-const QStringList cABC = {QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")};
+const QStringList cABC = "a|b|c"_list;
 
 class ZipArchiveTest : public testing::Test
 {
 protected:
-    QString GetArchive() const { return mSandbox.GetPath(QStringLiteral("archive.zip")); }
-    QString GetTarget() const { return mSandbox.GetPath(QStringLiteral("target")); }
+    QString GetArchive() const { return mSandbox.GetPath("archive.zip"_q); }
+    QString GetTarget() const { return mSandbox.GetPath("target"_q); }
     QString GetTarget(const char* name) const
     {
         return GetTarget() + QLatin1Char('/') + QString::fromUtf8(name);
@@ -33,10 +33,9 @@ protected:
     // Writes an archive of one encrypted file.
     void Encrypt(const QByteArray& content) const
     {
-        WriteFile(mSandbox.GetPath(QStringLiteral("secret.txt")), content);
-        ASSERT_TRUE(ZipHelper::compressItem(mSandbox.GetPath(QStringLiteral("secret.txt")), GetArchive(),
-                                            ZipStart::Create, QStringLiteral("p\u00E4ss"), 6, QString(),
-                                            ZipNames::NameField));
+        WriteFile(mSandbox.GetPath("secret.txt"_q), content);
+        ASSERT_TRUE(ZipHelper::compressItem(mSandbox.GetPath("secret.txt"_q), GetArchive(), ZipStart::Create,
+                                            "p\u00E4ss"_q, 6, QString(), ZipNames::NameField));
     }
 
     Sandbox mSandbox;
@@ -47,7 +46,7 @@ TEST_F(ZipArchiveTest, IterationStandsOnEachEntryOnce)
 {
     Build({{"a", "1"}, {"b", "2"}, {"c", "3"}});
     ZipArchive archive(GetArchive());
-    EXPECT_EQ(QStringLiteral("No last error, the user should not get this message."), archive.GetLastError());
+    EXPECT_EQ("No last error, the user should not get this message."_q, archive.GetLastError());
     EXPECT_EQ(3, archive.StartIterate());
     EXPECT_TRUE(archive.Next());
     EXPECT_EQ(cABC, archive.GetFileList());
@@ -107,12 +106,12 @@ TEST_F(ZipArchiveTest, EachFailureHasItsTextAndLeavesNoFile)
         RawEntry entry;
         QString text;
     } cases[] = {
-        {encrypted, QStringLiteral("Can't read file e from %1: it is encrypted and needs a password.")},
+        {encrypted, "Can't read file e from %1: it is encrypted and needs a password."_q},
         {{"m", "content", 99},
-         QStringLiteral("Can't read file m from %1: its compression or encryption is not supported.")},
-        {wrongCrc, QStringLiteral("Can't close current file sum.")},
-        {torn, QStringLiteral("Can't read from %1")},
-        {shortened, QStringLiteral("Can't read from %1")},
+         "Can't read file m from %1: its compression or encryption is not supported."_q},
+        {wrongCrc, "Can't close current file sum."_q},
+        {torn, "Can't read from %1"_q},
+        {shortened, "Can't read from %1"_q},
     };
     for (const auto& test : cases) {
         Build({test.entry});
@@ -129,7 +128,7 @@ TEST_F(ZipArchiveTest, EachFailureHasItsTextAndLeavesNoFile)
     ZipArchive archive(GetArchive());
     archive.StartIterate();
     EXPECT_FALSE(archive.ExtractCurrentFile(GetTarget(), QString(), 0));
-    EXPECT_EQ(QStringLiteral("Can't read file a from %1. %1 is probably corrupt.").arg(GetArchive()),
+    EXPECT_EQ("Can't read file a from %1. %1 is probably corrupt."_q.arg(GetArchive()),
               archive.GetLastError());
 }
 
@@ -139,9 +138,9 @@ TEST_F(ZipArchiveTest, WhatStandsInTheWayIsNamed)
     ASSERT_TRUE(QDir().mkpath(GetTarget("a")));
     WriteFile(GetTarget("d"), "a file");
     ZipArchive archive(GetArchive());
-    const QString texts[] = {QStringLiteral("Can't write in %1.").arg(GetTarget("a")),
-                             QStringLiteral("Can't create folder %1.").arg(GetTarget("d")),
-                             QStringLiteral("Can't create folder %1.").arg(GetTarget("d"))};
+    const QString texts[] = {"Can't write in %1."_q.arg(GetTarget("a")),
+                             "Can't create folder %1."_q.arg(GetTarget("d")),
+                             "Can't create folder %1."_q.arg(GetTarget("d"))};
     archive.StartIterate();
     for (const QString& text : texts) {
         EXPECT_FALSE(archive.ExtractCurrentFile(GetTarget(), QString(), 0));
@@ -157,18 +156,18 @@ TEST_F(ZipArchiveTest, AnOldFileIsReplacedByAWholeOneOnly)
     ZipArchive damaged(GetArchive());
     damaged.StartIterate();
     EXPECT_FALSE(damaged.ExtractCurrentFile(GetTarget(), QString(), 0));
-    EXPECT_EQ((QMap<QString, QByteArray>{{QStringLiteral("a"), "old"}}), ReadTree(GetTarget()));
+    EXPECT_EQ((QMap<QString, QByteArray>{{"a"_q, "old"}}), ReadTree(GetTarget()));
 
     Build({{"a", "new"}});
     QFile::setPermissions(GetTarget("a"), QFile::ReadOwner);
     ZipArchive archive(GetArchive());
     archive.StartIterate();
     EXPECT_FALSE(archive.ExtractCurrentFile(GetTarget(), QString(), 0));
-    EXPECT_EQ(QStringLiteral("Can't write in %1.").arg(GetTarget("a")), archive.GetLastError());
+    EXPECT_EQ("Can't write in %1."_q.arg(GetTarget("a")), archive.GetLastError());
     QFile::setPermissions(GetTarget("a"), QFile::ReadOwner | QFile::WriteOwner);
     EXPECT_TRUE(archive.ExtractCurrentFile(GetTarget(), QString(), 0));
     EXPECT_TRUE(archive.ExtractCurrentFile(GetTarget(), QString(), 0)) << "the same entry again";
-    EXPECT_EQ((QMap<QString, QByteArray>{{QStringLiteral("a"), "new"}}), ReadTree(GetTarget()));
+    EXPECT_EQ((QMap<QString, QByteArray>{{"a"_q, "new"}}), ReadTree(GetTarget()));
 }
 
 TEST_F(ZipArchiveTest, PasswordsAreCheckedBeforeAnythingIsWritten)
@@ -176,17 +175,14 @@ TEST_F(ZipArchiveTest, PasswordsAreCheckedBeforeAnythingIsWritten)
     for (const QByteArray& content : {QByteArray("content"), QByteArray()}) {
         Encrypt(content);
         ZipArchive archive(GetArchive());
-        EXPECT_EQ(content,
-                  archive.ExtractToMemory(QStringLiteral("secret\\.txt"), QStringLiteral("p\u00E4ss")));
-        EXPECT_FALSE(archive.ExtractCurrentFile(GetTarget(), QStringLiteral("other"), 0));
-        EXPECT_EQ(
-            QStringLiteral("Can't read file secret.txt from %1: the password is wrong.").arg(GetArchive()),
-            archive.GetLastError());
+        EXPECT_EQ(content, archive.ExtractToMemory("secret\\.txt"_q, "p\u00E4ss"_q));
+        EXPECT_FALSE(archive.ExtractCurrentFile(GetTarget(), "other"_q, 0));
+        EXPECT_EQ("Can't read file secret.txt from %1: the password is wrong."_q.arg(GetArchive()),
+                  archive.GetLastError());
         EXPECT_TRUE(ReadTree(GetTarget()).isEmpty());
     }
     Build({{"plain", "not encrypted"}});
-    EXPECT_EQ("not encrypted",
-              ZipArchive(GetArchive()).ExtractToMemory(QStringLiteral("plain"), QStringLiteral("any")));
+    EXPECT_EQ("not encrypted", ZipArchive(GetArchive()).ExtractToMemory("plain"_q, "any"_q));
 }
 
 TEST_F(ZipArchiveTest, MemoryExtractionTakesTheFirstFileWhoseWholeNameMatches)
@@ -197,12 +193,12 @@ TEST_F(ZipArchiveTest, MemoryExtractionTakesTheFirstFileWhoseWholeNameMatches)
            {"PrinterFiles/b", "2"},
            {"empty", ""}});
     ZipArchive archive(GetArchive());
-    EXPECT_EQ("1", archive.ExtractToMemory(QStringLiteral("PrinterFiles/.*"), QString()));
+    EXPECT_EQ("1", archive.ExtractToMemory("PrinterFiles/.*"_q, QString()));
     EXPECT_EQ(2, archive.GetCurrentIndex());
-    EXPECT_EQ("2", archive.ExtractToMemory(QStringLiteral("x|PrinterFiles/b|y"), QString()));
-    EXPECT_TRUE(archive.ExtractToMemory(QStringLiteral("rinterFiles"), QString()).isNull());
-    EXPECT_TRUE(archive.ExtractToMemory(QStringLiteral("(["), QString()).isNull());
-    const QByteArray empty = archive.ExtractToMemory(QStringLiteral("empty"), QString());
+    EXPECT_EQ("2", archive.ExtractToMemory("x|PrinterFiles/b|y"_q, QString()));
+    EXPECT_TRUE(archive.ExtractToMemory("rinterFiles"_q, QString()).isNull());
+    EXPECT_TRUE(archive.ExtractToMemory("(["_q, QString()).isNull());
+    const QByteArray empty = archive.ExtractToMemory("empty"_q, QString());
     EXPECT_TRUE(empty.isEmpty() && !empty.isNull());
 }
 
@@ -211,9 +207,7 @@ TEST_F(ZipArchiveTest, FoldersAreKnownByNameOrByAttribute)
     Build({{"one\\", ""}, {"two/", ""}, {"three", "", 0, 0, 20, 0x10}, {"deep\\er\\file", "1"}});
     EXPECT_TRUE(
         ZipHelper::extractFiles(GetArchive(), GetTarget(), ZipPaths::Keep, QString(), ZipOnError::Stop, 0));
-    const QStringList names = {QStringLiteral("deep/"),        QStringLiteral("deep/er/"),
-                               QStringLiteral("deep/er/file"), QStringLiteral("one/"),
-                               QStringLiteral("three/"),       QStringLiteral("two/")};
+    const QStringList names = "deep/|deep/er/|deep/er/file|one/|three/|two/"_list;
     EXPECT_EQ(names, ReadTree(GetTarget()).keys());
 }
 
@@ -223,9 +217,7 @@ TEST_F(ZipArchiveTest, WithoutPathsEveryFileGoesIntoTheDestination)
     EXPECT_FALSE(
         ZipHelper::extractFiles(GetArchive(), GetTarget(), ZipPaths::Drop, QString(), ZipOnError::GoOn, 0))
         << "two files of one name";
-    EXPECT_EQ((QMap<QString, QByteArray>{
-                  {QStringLiteral("x"), "1"}, {QStringLiteral("y"), "2"}, {QStringLiteral("z"), "4"}}),
-              ReadTree(GetTarget()));
+    EXPECT_EQ((QMap<QString, QByteArray>{{"x"_q, "1"}, {"y"_q, "2"}, {"z"_q, "4"}}), ReadTree(GetTarget()));
 }
 
 TEST_F(ZipArchiveTest, OnlyListedEntriesAreExtractedAndAMissingOneIsToldFirst)
@@ -234,14 +226,13 @@ TEST_F(ZipArchiveTest, OnlyListedEntriesAreExtractedAndAMissingOneIsToldFirst)
     LogRecorder log;
     ZipRun run;
     run.log = &log;
-    EXPECT_FALSE(ZipHelper::extractFiles(GetArchive(), {QStringLiteral("a"), QStringLiteral("none")},
-                                         GetTarget(), ZipPaths::Keep, QString(), 0, run));
-    EXPECT_EQ(QStringLiteral("ZipHelper::doExtract|Can't find none in %1.").arg(GetArchive()),
-              log.TakeErrors().value(0));
+    EXPECT_FALSE(ZipHelper::extractFiles(GetArchive(), {"a"_q, "none"_q}, GetTarget(), ZipPaths::Keep,
+                                         QString(), 0, run));
+    EXPECT_EQ("ZipHelper::doExtract|Can't find none in %1."_q.arg(GetArchive()), log.TakeErrors().value(0));
     EXPECT_FALSE(QDir(GetTarget()).exists());
-    EXPECT_TRUE(ZipHelper::extractFiles(GetArchive(), {QStringLiteral("c"), QStringLiteral("a")}, GetTarget(),
-                                        ZipPaths::Keep, QString(), 0, run));
-    EXPECT_EQ((QStringList{QStringLiteral("a"), QStringLiteral("c")}), ReadTree(GetTarget()).keys());
+    EXPECT_TRUE(ZipHelper::extractFiles(GetArchive(), {"c"_q, "a"_q}, GetTarget(), ZipPaths::Keep, QString(),
+                                        0, run));
+    EXPECT_EQ("a|c"_list, ReadTree(GetTarget()).keys());
 }
 
 TEST_F(ZipArchiveTest, DatesComeFromTheEntriesAndRightsAreAdded)
@@ -288,5 +279,5 @@ TEST_F(ZipArchiveTest, ARunCanBeGivenUp)
     run.progress = [](qint64 done, qint64 total) { return total == 200000 && done < 150000; };
     EXPECT_FALSE(ZipHelper::extractFiles(GetArchive(), GetTarget(), ZipPaths::Keep, QString(),
                                          ZipOnError::GoOn, 0, run));
-    EXPECT_EQ(QStringList(QStringLiteral("a")), ReadTree(GetTarget()).keys());
+    EXPECT_EQ("a"_list, ReadTree(GetTarget()).keys());
 }

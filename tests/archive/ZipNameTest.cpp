@@ -1,5 +1,7 @@
 #include "archive/ZipName.h"
 
+#include "ZipSamples.h"
+
 #include <gtest/gtest.h>
 
 using namespace Morvane;
@@ -8,7 +10,7 @@ namespace
 {
 // Not UTF-8; 0x84 is an "a" with two dots in code pages 437 and 850 alike.
 const QByteArray cOemName = QByteArrayLiteral("B\x84r");
-const QString cOemText = QStringLiteral("B\u00E4r");
+const QString cOemText = "B\u00E4r"_q;
 
 QByteArray Record(const char* id, int length, const QByteArray& data)
 {
@@ -26,16 +28,16 @@ TEST(ZipNameTest, NameFieldHasItsOwnLayout)
     EXPECT_EQ(QByteArray("\xD3\xD7\0\0\0\x07\xEF\xBB\xBF"
                          "\xC3\xA4/b",
                          13),
-              ZipName::createExtraField(QStringLiteral("\u00E4\\b")));
+              ZipName::createExtraField("\u00E4\\b"_q));
     const QString longName(300, QChar(0x65E5));
     EXPECT_EQ(longName, ZipName::parseExtraField(ZipName::createExtraField(longName)));
 }
 
 TEST(ZipNameTest, RawNameHasAnUnderscoreForWhatTheCodePageLacks)
 {
-    EXPECT_EQ(cOemName + "/_.txt", ZipName::encodeZipName(cOemText + QStringLiteral("\\\u65E5.txt")));
-    EXPECT_EQ("_", ZipName::encodeZipName(QStringLiteral("\U0001F600"))) << "one for a pair";
-    EXPECT_EQ("_", ZipName::encodeZipName(QStringLiteral("\u0141"))) << "never a similar letter";
+    EXPECT_EQ(cOemName + "/_.txt", ZipName::encodeZipName(cOemText + "\\\u65E5.txt"_q));
+    EXPECT_EQ("_", ZipName::encodeZipName("\U0001F600"_q)) << "one for a pair";
+    EXPECT_EQ("_", ZipName::encodeZipName("\u0141"_q)) << "never a similar letter";
 }
 
 TEST(ZipNameTest, NameComesFromTheFirstGoodRecordElseFromTheRawName)
@@ -47,26 +49,23 @@ TEST(ZipNameTest, NameComesFromTheFirstGoodRecordElseFromTheRawName)
         QByteArray extraField;
         QString name;
     } cases[] = {
-        {"the field", "raw", Record("\xD3\xD7", 8, cNamed), QStringLiteral("exact")},
-        {"behind other records", "raw", Record("ab", 2, "xy") + Record("\xD3\xD7", 8, cNamed),
-         QStringLiteral("exact")},
-        {"behind an empty record", "raw", Record("ab", 0, "") + Record("\xD3\xD7", 8, cNamed),
-         QStringLiteral("exact")},
+        {"the field", "raw", Record("\xD3\xD7", 8, cNamed), "exact"_q},
+        {"behind other records", "raw", Record("ab", 2, "xy") + Record("\xD3\xD7", 8, cNamed), "exact"_q},
+        {"behind an empty record", "raw", Record("ab", 0, "") + Record("\xD3\xD7", 8, cNamed), "exact"_q},
         {"the first of two", "raw",
-         Record("\xD3\xD7", 8, cNamed) + Record("\xD3\xD7", 8, "\xEF\xBB\xBFother"), QStringLiteral("exact")},
-        {"no mark", "raw", Record("\xD3\xD7", 5, "exact"), QStringLiteral("raw")},
+         Record("\xD3\xD7", 8, cNamed) + Record("\xD3\xD7", 8, "\xEF\xBB\xBFother"), "exact"_q},
+        {"no mark", "raw", Record("\xD3\xD7", 5, "exact"), "raw"_q},
         {"no mark, then a mark", "raw", Record("\xD3\xD7", 5, "wrong") + Record("\xD3\xD7", 8, cNamed),
-         QStringLiteral("exact")},
-        {"empty name", "raw", Record("\xD3\xD7", 3, "\xEF\xBB\xBF"), QStringLiteral("raw")},
-        {"length beyond the field", "raw", Record("\xD3\xD7", 80, cNamed), QStringLiteral("raw")},
-        {"length one beyond the data", "raw", Record("\xD3\xD7", 9, cNamed), QStringLiteral("raw")},
-        {"negative length", "raw", Record("ab", -1, "") + Record("\xD3\xD7", 8, cNamed),
-         QStringLiteral("raw")},
-        {"cut in the header", "raw", QByteArray("\xD3\xD7\0\0", 4), QStringLiteral("raw")},
-        {"records of the zip format", "raw", QByteArray("UT\5\0\3abcd", 9), QStringLiteral("raw")},
+         "exact"_q},
+        {"empty name", "raw", Record("\xD3\xD7", 3, "\xEF\xBB\xBF"), "raw"_q},
+        {"length beyond the field", "raw", Record("\xD3\xD7", 80, cNamed), "raw"_q},
+        {"length one beyond the data", "raw", Record("\xD3\xD7", 9, cNamed), "raw"_q},
+        {"negative length", "raw", Record("ab", -1, "") + Record("\xD3\xD7", 8, cNamed), "raw"_q},
+        {"cut in the header", "raw", QByteArray("\xD3\xD7\0\0", 4), "raw"_q},
+        {"records of the zip format", "raw", QByteArray("UT\5\0\3abcd", 9), "raw"_q},
         {"raw UTF-8", "B\xC3\xA4r", "", cOemText},
         {"raw OEM", cOemName, "", cOemText},
-        {"backslashes", "a\\b\\", "", QStringLiteral("a/b/")},
+        {"backslashes", "a\\b\\", "", "a/b/"_q},
         {"a NUL stays, to be refused", QByteArray("a\0b", 3), "", QString::fromLatin1("a\0b", 3)},
     };
     for (const auto& test : cases)

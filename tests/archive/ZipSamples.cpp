@@ -34,6 +34,16 @@ QByteArray Describe(const RawEntry& entry)
 }
 }  // namespace
 
+QString operator""_q(const char* text, size_t size)
+{
+    return QString::fromUtf8(text, static_cast<int>(size));
+}
+
+QStringList operator""_list(const char* text, size_t size)
+{
+    return QString::fromUtf8(text, static_cast<int>(size)).split(QLatin1Char('|'));
+}
+
 QByteArray BuildArchive(const QVector<RawEntry>& entries)
 {
     QByteArray archive;
@@ -83,7 +93,7 @@ QMap<QString, QByteArray> ReadTree(const QString& folder)
     while (items.hasNext()) {
         const QString path = items.next();
         const bool isFolder = items.fileInfo().isDir() && !items.fileInfo().isSymLink();
-        tree[root.relativeFilePath(path) + (isFolder ? QStringLiteral("/") : QString())] =
+        tree[root.relativeFilePath(path) + (isFolder ? "/"_q : QString())] =
             isFolder ? QByteArray() : ReadFile(path);
     }
     return tree;

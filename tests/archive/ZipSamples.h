@@ -3,16 +3,14 @@
 #include <QByteArray>
 #include <QMap>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 #include <cstdint>
-#include <ostream>
 
-// How a text shows in the message of a failed test.
-inline void PrintTo(const QString& text, std::ostream* stream)
-{
-    *stream << '"' << text.toStdString() << '"';
-}
+// A text in UTF-8, and a list of texts with '|' between them.
+QString operator""_q(const char* text, size_t size);
+QStringList operator""_list(const char* text, size_t size);
 
 // One entry of an archive that a test builds byte by byte, with whatever lies the test wants in it.
 struct RawEntry

@@ -20,31 +20,30 @@ class ZipWritingTest : public testing::Test
 protected:
     ZipWritingTest()
     {
-        mTree = {{QStringLiteral("empty"), ""},
-                 {QStringLiteral("read-only.txt"), "1"},
-                 {QStringLiteral("hollow/"), ""},
-                 {QStringLiteral("folder/"), ""},
-                 {QStringLiteral("folder/.hidden"), QByteArray(70000, 'h')},
-                 {QStringLiteral("folder/\u65E5\u672C \u0141\u00F3d\u017A.txt"), "outside the code page"},
-                 {QStringLiteral("folder/\u00FCber.txt"), "inside"}};
+        mTree = {{"empty"_q, ""},
+                 {"read-only.txt"_q, "1"},
+                 {"hollow/"_q, ""},
+                 {"folder/"_q, ""},
+                 {"folder/.hidden"_q, QByteArray(70000, 'h')},
+                 {"folder/\u65E5\u672C \u0141\u00F3d\u017A.txt"_q, "outside the code page"},
+                 {"folder/\u00FCber.txt"_q, "inside"}};
         // Far beyond the 260 characters that old calls of Windows take.
         QString path;
         for (int depth = 0; depth < 4; ++depth)
             mTree[path += cLongName + QLatin1Char('/')] = QByteArray();
-        mTree[path + QStringLiteral("deep.txt")] = "deep";
+        mTree[path + "deep.txt"_q] = "deep";
         WriteTree(GetSource(), mTree);
-        QFile::setPermissions(GetSource() + QStringLiteral("/read-only.txt"), QFile::ReadOwner);
+        QFile::setPermissions(GetSource() + "/read-only.txt"_q, QFile::ReadOwner);
     }
 
     ~ZipWritingTest() override
     {
-        QFile::setPermissions(GetSource() + QStringLiteral("/read-only.txt"),
-                              QFile::ReadOwner | QFile::WriteOwner);
+        QFile::setPermissions(GetSource() + "/read-only.txt"_q, QFile::ReadOwner | QFile::WriteOwner);
     }
 
-    QString GetSource() const { return mSandbox.GetPath(QStringLiteral("source")); }
-    QString GetArchive() const { return mSandbox.GetPath(QStringLiteral("archive.zip")); }
-    QString GetTarget() const { return mSandbox.GetPath(QStringLiteral("target")); }
+    QString GetSource() const { return mSandbox.GetPath("source"_q); }
+    QString GetArchive() const { return mSandbox.GetPath("archive.zip"_q); }
+    QString GetTarget() const { return mSandbox.GetPath("target"_q); }
     QStringList GetTopNames() const
     {
         return QDir(mSandbox.GetPath()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
@@ -62,8 +61,8 @@ protected:
 
     bool Compress(ZipStart start = ZipStart::Create) const
     {
-        return ZipHelper::compressItem(GetSource() + QStringLiteral("/folder"), GetArchive(), start,
-                                       QString(), 6, QString(), ZipNames::NameField);
+        return ZipHelper::compressItem(GetSource() + "/folder"_q, GetArchive(), start, QString(), 6,
+                                       QString(), ZipNames::NameField);
     }
 
     Sandbox mSandbox;
@@ -74,7 +73,7 @@ protected:
 TEST_F(ZipWritingTest, WhatIsWrittenReadsBackEqual)
 {
     for (const ZipNames names : {ZipNames::NameField, ZipNames::Plain}) {
-        for (const QString& password : {QString(), QStringLiteral("gehe\u00EFm")}) {
+        for (const QString& password : {QString(), "gehe\u00EFm"_q}) {
             for (const int level : {0, 9}) {
                 ASSERT_TRUE(ZipHelper::compressFolderContents(GetSource(), GetArchive(), ZipStart::Create,
                                                               password, level, names));
@@ -86,15 +85,15 @@ TEST_F(ZipWritingTest, WhatIsWrittenReadsBackEqual)
             }
         }
     }
-    const qint64 apart = QFileInfo(GetSource() + QStringLiteral("/empty"))
+    const qint64 apart = QFileInfo(GetSource() + "/empty"_q)
                              .lastModified()
-                             .secsTo(QFileInfo(GetTarget() + QStringLiteral("/empty")).lastModified());
+                             .secsTo(QFileInfo(GetTarget() + "/empty"_q).lastModified());
     EXPECT_LE(std::abs(apart), 2);
 }
 
 TEST_F(ZipWritingTest, HeadersAreAsOtherReadersOfTheNameFieldExpect)
 {
-    const QString name = QStringLiteral("1\u65E5");
+    const QString name = "1\u65E5"_q;
     const QByteArray field(
         "\xD3\xD7\0\0\0\x07\xEF\xBB\xBF"
         "1\xE6\x97\xA5",
@@ -122,24 +121,23 @@ TEST_F(ZipWritingTest, HeadersAreAsOtherReadersOfTheNameFieldExpect)
 TEST_F(ZipWritingTest, NamesAreRelativeToTheBaseFolder)
 {
     ASSERT_TRUE(Compress());
-    EXPECT_EQ(QStringLiteral("folder/"), GetNames().value(0));
-    EXPECT_TRUE(GetNames().contains(QStringLiteral("folder/.hidden")));
-    ASSERT_TRUE(ZipHelper::compressItem(GetSource() + QStringLiteral("/folder/.hidden"), GetArchive(),
-                                        ZipStart::Create, QString(), 6, mSandbox.GetPath(), ZipNames::Plain));
-    EXPECT_EQ(QStringList(QStringLiteral("source/folder/.hidden")), GetNames());
+    EXPECT_EQ("folder/"_q, GetNames().value(0));
+    EXPECT_TRUE(GetNames().contains("folder/.hidden"_q));
+    ASSERT_TRUE(ZipHelper::compressItem(GetSource() + "/folder/.hidden"_q, GetArchive(), ZipStart::Create,
+                                        QString(), 6, mSandbox.GetPath(), ZipNames::Plain));
+    EXPECT_EQ("source/folder/.hidden"_list, GetNames());
     EXPECT_FALSE(ZipHelper::compressItem(GetSource(), GetArchive(), ZipStart::Create, QString(), 6,
-                                         GetSource() + QStringLiteral("/folder"), ZipNames::Plain))
+                                         GetSource() + "/folder"_q, ZipNames::Plain))
         << "outside the base folder";
-    EXPECT_EQ(QStringList(QStringLiteral("source/folder/.hidden")), GetNames()) << "the old one stays";
+    EXPECT_EQ("source/folder/.hidden"_list, GetNames()) << "the old one stays";
 }
 
 TEST_F(ZipWritingTest, AppendingKeepsWhatIsThere)
 {
     ASSERT_TRUE(Compress(ZipStart::Append)) << "makes one that is not there";
     const int count = GetNames().size();
-    ASSERT_TRUE(ZipHelper::compressItem(GetSource() + QStringLiteral("/empty"), GetArchive(),
-                                        ZipStart::Append, QStringLiteral("secret"), 6, QString(),
-                                        ZipNames::Plain));
+    ASSERT_TRUE(ZipHelper::compressItem(GetSource() + "/empty"_q, GetArchive(), ZipStart::Append, "secret"_q,
+                                        6, QString(), ZipNames::Plain));
     EXPECT_EQ(count + 1, GetNames().size());
     const QByteArray before = ReadFile(GetArchive());
     EXPECT_FALSE(Compress(ZipStart::Append)) << "names that it has";
@@ -154,7 +152,7 @@ TEST_F(ZipWritingTest, AFailureLeavesWhatWasThereAndNothingElse)
     LogRecorder log;
     ZipRun run;
     run.log = &log;
-    const QString missing = mSandbox.GetPath(QStringLiteral("missing"));
+    const QString missing = mSandbox.GetPath("missing"_q);
     const QStringList names = GetTopNames();
     EXPECT_FALSE(ZipHelper::compressItem(missing, GetArchive(), ZipStart::Create, QString(), 6, QString(),
                                          ZipNames::Plain, run));
@@ -164,18 +162,16 @@ TEST_F(ZipWritingTest, AFailureLeavesWhatWasThereAndNothingElse)
         ZipArchiver archiver(GetArchive());
         archiver.setLogInterface(&log);
         EXPECT_TRUE(archiver.StartWriting(ZipStart::Create, QString(), 6));
-        EXPECT_FALSE(archiver.AddFile(missing, QStringLiteral("a"), 6, ZipNames::Plain, QString()));
+        EXPECT_FALSE(archiver.AddFile(missing, "a"_q, 6, ZipNames::Plain, QString()));
         for (const char* name : {"../a", "/a", "", ".", "a/../../b"})
             EXPECT_FALSE(
                 archiver.AddFile(GetSource(), QString::fromLatin1(name), 6, ZipNames::Plain, QString()));
-        EXPECT_FALSE(archiver.AddFile(GetSource() + QStringLiteral("/empty"), QStringLiteral("b"), 6,
-                                      ZipNames::Plain, QStringLiteral("\u65E5")))
+        EXPECT_FALSE(archiver.AddFile(GetSource() + "/empty"_q, "b"_q, 6, ZipNames::Plain, "\u65E5"_q))
             << "a password that other passwords would open";
-        EXPECT_TRUE(archiver.AddFile(GetSource() + QStringLiteral("/empty"), QStringLiteral("c"), 6,
-                                     ZipNames::Plain, QString()));
+        EXPECT_TRUE(archiver.AddFile(GetSource() + "/empty"_q, "c"_q, 6, ZipNames::Plain, QString()));
     }  // never finished
     EXPECT_EQ(names, GetTopNames());
-    ZipArchiver nowhere(missing + QStringLiteral("/archive.zip"));
+    ZipArchiver nowhere(missing + "/archive.zip"_q);
     nowhere.setLogInterface(&log);
     EXPECT_FALSE(nowhere.StartWriting(ZipStart::Create, QString(), 6));
     EXPECT_FALSE(nowhere.FinishWriting());
@@ -185,13 +181,13 @@ TEST_F(ZipWritingTest, AFailureLeavesWhatWasThereAndNothingElse)
         QLatin1String("ZipArchiver::AddFile|Error in opening file for reading: ") + missing};
     const QStringList told = log.TakeErrors();
     EXPECT_EQ(errors, told.mid(0, 3));
-    EXPECT_EQ(QStringLiteral("ZipArchiver::StartWriting|Error opening file: %1/archive.zip").arg(missing),
+    EXPECT_EQ("ZipArchiver::StartWriting|Error opening file: %1/archive.zip"_q.arg(missing),
               told.value(told.size() - 2));
 }
 
 TEST_F(ZipWritingTest, AnArchiveInsideItsFolderLeavesItselfOut)
 {
-    const QString inside = GetSource() + QStringLiteral("/self.zip");
+    const QString inside = GetSource() + "/self.zip"_q;
     for (int round = 0; round < 2; ++round) {
         ASSERT_TRUE(ZipHelper::compressFolderContents(GetSource(), inside, ZipStart::Create, QString(), 6,
                                                       ZipNames::Plain));
@@ -203,13 +199,13 @@ TEST_F(ZipWritingTest, AnArchiveInsideItsFolderLeavesItselfOut)
 
 TEST_F(ZipWritingTest, LinksToFoldersAreNotFollowedAndBrokenOnesAreErrors)
 {
-    const QString link = GetSource() + QStringLiteral("/folder/link");
+    const QString link = GetSource() + "/folder/link"_q;
     if (!QFile::link(GetSource(), link) || !QFileInfo(link).isSymLink())
         GTEST_SKIP() << "A system on which a test can't make links.";
     EXPECT_TRUE(Compress());
-    EXPECT_FALSE(GetNames().contains(QStringLiteral("folder/link/")));
-    EXPECT_EQ(qint64(21 + 6), ZipHelper::getDirSize(GetSource() + QStringLiteral("/folder")));
+    EXPECT_FALSE(GetNames().contains("folder/link/"_q));
+    EXPECT_EQ(qint64(21 + 6), ZipHelper::getDirSize(GetSource() + "/folder"_q));
     QFile::remove(link);
-    ASSERT_TRUE(QFile::link(GetSource() + QStringLiteral("/gone"), link));
+    ASSERT_TRUE(QFile::link(GetSource() + "/gone"_q, link));
     EXPECT_FALSE(Compress());
 }

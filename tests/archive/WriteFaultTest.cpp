@@ -1,0 +1,63 @@
+#include "archive/ZipHelper.h"
+
+#include "ZipSamples.h"
+#include "archive/ZipArchive.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/FaultyDisk.h"
+#include "tests/support/Sandbox.h"
+
+#include <QDir>
+
+#include <gtest/gtest.h>
+
+using namespace Morvane;
+
+namespace
+{
+constexpr int cRoom = 100000;  // bytes that a file may have in the child
+constexpr int cCannotLimit = 9;
+}  // namespace
+
+// Extracts from one archive and makes another, on a disk that takes no more.
+CHILD_ROLE(PackWithoutRoom)
+{
+    const QString root = arguments.first();
+    if (!LimitFileSize(cRoom))
+        return cCannotLimit;
+    ZipArchive archive(root + "/archive.zip"_q);
+    archive.StartIterate();
+    SayToParent(archive.ExtractCurrentFile(root + "/target"_q, QString(), 0) ? "extracted" : "failed");
+    SayToParent(archive.GetLastError().toUtf8());
+    for (const int level : {0, 6}) {
+        const bool isMade = ZipHelper::compressFolderContents(
+            root + "/source"_q, root + "/made.zip"_q, ZipStart::Create, QString(), level, ZipNames::Plain);
+        SayToParent(isMade ? "made" : "failed");
+    }
+    return 0;
+}
+
+TEST(WriteFaultTest, ADiskThatIsFullLeavesNoPartOfAFile)
+{
+    const Sandbox sandbox;
+    WriteFile(sandbox.GetPath("archive.zip"_q),
+              BuildArchive({MakeDeflated("large", QByteArray(2 * cRoom, 'x'))}));
+    WriteFile(sandbox.GetPath("made.zip"_q), "old");
+    // Stored, the first file is too much; packed, the directory at the end is.
+    WriteFile(sandbox.GetPath("source/large"_q), QByteArray(2 * cRoom, 'x'));
+    for (int number = 0; number < 1200; ++number)
+        WriteFile(sandbox.GetPath("source/%1"_q.arg(number)), "");
+    ChildProcess child("PackWithoutRoom"_q, {sandbox.GetPath()});
+    const QByteArray first = child.ReadLine();
+    if (first.isEmpty() && child.WaitForExit() == cCannotLimit)
+        GTEST_SKIP() << "A system on which a test can't limit files.";
+    EXPECT_EQ("failed", first);
+    EXPECT_EQ("Can't write to " + sandbox.GetPath("target/large"_q).toUtf8() + ".", child.ReadLine());
+    EXPECT_EQ("failed", child.ReadLine());
+    EXPECT_EQ("failed", child.ReadLine());
+    EXPECT_EQ(0, child.WaitForExit());
+    const QStringList names = "archive.zip|made.zip|source|target"_list;
+    EXPECT_EQ(names,
+              QDir(sandbox.GetPath()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+    EXPECT_EQ("old", ReadFile(sandbox.GetPath("made.zip"_q)));
+    EXPECT_TRUE(ReadTree(sandbox.GetPath("target"_q)).isEmpty());
+}
