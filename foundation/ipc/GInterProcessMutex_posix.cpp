@@ -87,6 +87,8 @@ GInterProcessMutex::~GInterProcessMutex() = default;
 bool GInterProcessMutex::Lock(std::chrono::milliseconds timeout)
 {
     int error = ::pthread_mutex_trylock(mHandle->Get());
+    if (error == EBUSY && timeout.count() == 0)
+        return false;
     if (error == EBUSY) {
         const struct timespec deadline = GetDeadline(timeout);
         error = ::pthread_mutex_timedlock(mHandle->Get(), &deadline);

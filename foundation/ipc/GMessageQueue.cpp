@@ -60,6 +60,9 @@ GMessageQueue::GMessageQueue(const GString& name, std::unique_ptr<GSharedSegment
 
 void GMessageQueue::Post(const GBuffer& message, const GPostPolicy& policy)
 {
+    // The usual case, without a look at the clock.
+    if (TryPost(message, std::chrono::milliseconds(0)))
+        return;
     const Clock::time_point deadline = Clock::now() + policy.limit;
     while (true) {
         const Clock::time_point next = std::min(Clock::now() + policy.interval, deadline);

@@ -82,8 +82,8 @@ GMessageRing::PutResult GMessageRing::Put(const GBuffer& message)
         return PutResult::Damaged;
     if (needed > mCapacity - held)
         return PutResult::Full;
-    CopyIn(write, &length, sizeof length);
-    CopyIn(write + cEntryHeaderSize, message.constData(), length);
+    const size_t place = CopyIn(static_cast<size_t>(write % mCapacity), &length, sizeof length);
+    CopyIn(place, message.constData(), length);
     header.writePosition.store(write + needed, std::memory_order_release);
     return PutResult::Done;
 }
@@ -94,18 +94,18 @@ std::vector<GBuffer> GMessageRing::TakeAll(bool* isDamaged)
     const uint64_t write = header.writePosition.load(std::memory_order_acquire);
     uint64_t read = header.readPosition.load(std::memory_order_relaxed);
     std::vector<GBuffer> messages;
+    size_t place = static_cast<size_t>(read % mCapacity);
     *isDamaged = write - read > mCapacity;
     while (!*isDamaged && read != write) {
         uint32_t length = 0;
         const uint64_t held = write - read;
         if (held >= cEntryHeaderSize)
-            CopyOut(read, &length, sizeof length);
+            place = CopyOut(place, &length, sizeof length);
         *isDamaged = held < cEntryHeaderSize || length > held - cEntryHeaderSize;
         if (*isDamaged)
             break;
-        GBuffer message(static_cast<int>(length), Qt::Uninitialized);
-        CopyOut(read + cEntryHeaderSize, message.data(), length);
-        messages.push_back(message);
+        messages.emplace_back(static_cast<int>(length), Qt::Uninitialized);
+        place = CopyOut(place, messages.back().data(), length);
         read += cEntryHeaderSize + length;
     }
     header.readPosition.store(write, std::memory_order_release);
@@ -123,20 +123,20 @@ GMessageRing::Owner GMessageRing::GetOwner() const
     return {header.processID, header.startTime};
 }
 
-void GMessageRing::CopyIn(uint64_t position, const void* bytes, size_t length)
+size_t GMessageRing::CopyIn(size_t place, const void* bytes, size_t length)
 {
-    const size_t begin = static_cast<size_t>(position % mCapacity);
-    const size_t first = std::min(length, static_cast<size_t>(mCapacity) - begin);
+    const size_t first = std::min(length, mCapacity - place);
     uint8_t* const ring = mData + cHeaderSize;
-    std::memcpy(ring + begin, bytes, first);
+    std::memcpy(ring + place, bytes, first);
     std::memcpy(ring, static_cast<const uint8_t*>(bytes) + first, length - first);
+    return first < mCapacity - place ? place + length : length - first;
 }
 
-void GMessageRing::CopyOut(uint64_t position, void* bytes, size_t length) const
+size_t GMessageRing::CopyOut(size_t place, void* bytes, size_t length) const
 {
-    const size_t begin = static_cast<size_t>(position % mCapacity);
-    const size_t first = std::min(length, static_cast<size_t>(mCapacity) - begin);
+    const size_t first = std::min(length, mCapacity - place);
     const uint8_t* const ring = mData + cHeaderSize;
-    std::memcpy(bytes, ring + begin, first);
+    std::memcpy(bytes, ring + place, first);
     std::memcpy(static_cast<uint8_t*>(bytes) + first, ring, length - first);
+    return first < mCapacity - place ? place + length : length - first;
 }

@@ -55,9 +55,10 @@ public:
 private:
     GMessageRing(uint8_t* data, size_t capacity) : mData(data), mCapacity(capacity) {}
 
-    void CopyIn(uint64_t position, const void* bytes, size_t length);
-    void CopyOut(uint64_t position, void* bytes, size_t length) const;
+    // Copy to and from a place of the ring, over its end where need be; give the place behind.
+    size_t CopyIn(size_t place, const void* bytes, size_t length);
+    size_t CopyOut(size_t place, void* bytes, size_t length) const;
 
     uint8_t* mData;
-    uint64_t mCapacity;  // as it was when the header was checked; what the header says later does not count
+    size_t mCapacity;  // as it was when the header was checked; what the header says later does not count
 };
