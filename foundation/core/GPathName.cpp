@@ -46,11 +46,10 @@ void AppendName(QStringList& names, const GString& name, bool isAbsolute)
 {
     if (name.isEmpty() || name == cHere)
         return;
-    if (name != cUp)
-        names.append(name);
-    else if (!names.isEmpty() && names.last() != cUp)
+    const bool hasNameBefore = !names.isEmpty() && names.last() != cUp;
+    if (name == cUp && hasNameBefore)
         names.removeLast();
-    else if (!isAbsolute)
+    else if (name != cUp || !isAbsolute)
         names.append(name);
 }
 

@@ -40,21 +40,28 @@ void GDurableFile::Commit()
 
 GPathName GDurableFile::MakeTemporaryName() const
 {
-    const GString process = QString::number(GProcessInfo::GetOwnProcessID());
-    return GPathName(mTarget.GetPortablePath() +
-                     QStringLiteral(".%1-%2.new").arg(process, MakeRandomName(6)));
+    const uint32_t process = GProcessInfo::GetOwnProcessID();
+    static const uint64_t startTime = GProcessInfo::GetStartTime(process);
+    const GString suffix =
+        QStringLiteral(".%1-%2-%3.new")
+            .arg(QString::number(process), QString::number(startTime, 16), MakeRandomName(6));
+    return GPathName(mTarget.GetPortablePath() + suffix);
 }
 
 void GDurableFile::RemoveLeftovers() const
 {
-    static const QRegularExpression cSuffix(QStringLiteral("^\\.([0-9]+)-[0-9a-z]{6}\\.new$"));
+    static const QRegularExpression cSuffix(QStringLiteral("^\\.([0-9]+)-([0-9a-f]+)-[0-9a-z]{6}\\.new$"));
     const GString leaf = mTarget.GetLeaf();
     const QDir folder(QFileInfo(mTarget.GetNativePath()).absolutePath());
     for (const GString& name : folder.entryList({QStringLiteral("*.new")}, QDir::Files | QDir::Hidden)) {
         if (!name.startsWith(leaf))
             continue;
         const QRegularExpressionMatch match = cSuffix.match(name.mid(leaf.size()));
-        if (match.hasMatch() && !GProcessInfo::IsAlive(match.captured(1).toUInt()))
+        if (!match.hasMatch())
+            continue;
+        // The identifier alone would not do: this very process may bear that of the one that was killed.
+        const uint64_t startTime = match.captured(2).toULongLong(nullptr, 16);
+        if (GProcessInfo::GetStartTime(match.captured(1).toUInt()) != startTime)
             GFileSystemBase::TryToRemoveFile(GPathName(folder.absoluteFilePath(name)));
     }
 }

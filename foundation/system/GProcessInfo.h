@@ -22,6 +22,6 @@ public:
 
     // A number that differs between two processes that bear the same identifier one after the other, also
     // when the machine was started anew between them. The same at every call while the process runs; 0 when
-    // there is no such process or the system does not tell. Only good to be compared for equality.
+    // it does not, or the system does not tell. Only good to be compared for equality.
     static uint64_t GetStartTime(uint32_t processID);
 };

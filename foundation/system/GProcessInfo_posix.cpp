@@ -35,6 +35,11 @@ Status GetStatus(uint32_t processID)
     return {fields.at(cStateField).at(0), fields.at(cStartField).toULongLong()};
 }
 
+bool IsRunning(const Status& status)
+{
+    return status.state != 0 && status.state != 'Z' && status.state != 'X' && status.state != 'x';
+}
+
 // Different after each start of the machine.
 uint64_t GetBootNumber()
 {
@@ -79,12 +84,11 @@ uint32_t GProcessInfo::GetOwnProcessID()
 
 bool GProcessInfo::IsAlive(uint32_t processID)
 {
-    const char state = GetStatus(processID).state;
-    return state != 0 && state != 'Z' && state != 'X' && state != 'x';
+    return IsRunning(GetStatus(processID));
 }
 
 uint64_t GProcessInfo::GetStartTime(uint32_t processID)
 {
     const Status status = GetStatus(processID);
-    return status.state == 0 ? 0 : GetBootNumber() << 40 | status.startTicks;
+    return IsRunning(status) ? GetBootNumber() << 40 | status.startTicks : 0;
 }

@@ -55,7 +55,8 @@ uint64_t GProcessInfo::GetStartTime(uint32_t processID)
 {
     const PFileHandle process = OpenOther(processID, PROCESS_QUERY_LIMITED_INFORMATION);
     FILETIME created = {}, ended = {}, kernel = {}, user = {};
-    if (!process.IsOpen() || !GetProcessTimes(GetHandle(process), &created, &ended, &kernel, &user))
+    if (!process.IsOpen() || !IsAlive(processID) ||
+        !GetProcessTimes(GetHandle(process), &created, &ended, &kernel, &user))
         return 0;
     return static_cast<uint64_t>(created.dwHighDateTime) << 32 | created.dwLowDateTime;
 }

@@ -2,11 +2,11 @@
 #include "foundation/core/GException.h"
 #include "foundation/core/GFileInputStream.h"
 #include "foundation/system/GDurableFile.h"
+#include "foundation/system/GProcessInfo.h"
 #include "tests/support/Sandbox.h"
 #include "tests/support/SecondUser.h"
 #include "tests/support/TestFiles.h"
 
-#include <QCoreApplication>
 #include <QDir>
 
 #include <gtest/gtest.h>
@@ -119,10 +119,15 @@ TEST(GDurableFile, LeftoversOfTheDeadGoWithTheNextWrite)
 {
     const Sandbox sandbox;
     const QString path = sandbox.GetPath(QStringLiteral("a.prefs"));
-    const QStringList kept = {QStringLiteral("a.prefs.%1-aaaaaa.new").arg(QCoreApplication::applicationPid()),
-                              QStringLiteral("a.prefs.4294967280-.new"),
-                              QStringLiteral("b.prefs.4294967280-aaaaaa.new")};
-    for (const QString& name : kept + QStringList{QStringLiteral("a.prefs.4294967280-aaaaaa.new")})
+    const uint32_t process = GProcessInfo::GetOwnProcessID();
+    const auto makeName = [process](const char* leaf, uint64_t startTime) {
+        return QStringLiteral("%1.%2-%3-aaaaaa.new")
+            .arg(QString::fromLatin1(leaf), QString::number(process), QString::number(startTime, 16));
+    };
+    const uint64_t startTime = GProcessInfo::GetStartTime(process);
+    const QStringList kept = {makeName("a.prefs", startTime), makeName("b.prefs", startTime + 1),
+                              QStringLiteral("a.prefs.new")};
+    for (const QString& name : kept + QStringList{makeName("a.prefs", startTime + 1)})
         Write(sandbox.GetPath(name), "left");
     Write(path, "1");
     QStringList expected = kept + QStringList{QStringLiteral("a.prefs")};

@@ -44,6 +44,7 @@ TEST(GProcessInfo, ProcessIsFoundByItsImageUntilItIsKilled)
     EXPECT_TRUE(GProcessInfo::IsAlive(processID));
     child.Kill();
     EXPECT_FALSE(GProcessInfo::IsAlive(processID));
+    EXPECT_EQ(GProcessInfo::GetStartTime(processID), 0u);
     EXPECT_FALSE(IsListed(image, processID));
 }
 
