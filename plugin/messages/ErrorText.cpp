@@ -1,0 +1,27 @@
+#include "plugin/messages/ErrorText.h"
+
+#include "foundation/strings/GLngString.h"
+#include "plugin/messages/MessageCodes.h"
+
+GString ErrorText::Compose(uint32_t code, const GString& detail)
+{
+    GLngString text(PlugInMessage::cFrame);
+    text.AddStringID(code);
+    return text.GetReadableString() + detail;
+}
+
+GString ErrorText::GetMissingFontDetail(const QStringList& fonts)
+{
+    const QChar lineBreak = QLatin1Char('\n');
+    GString detail = lineBreak;
+    for (int i = 0; i < fonts.size(); ++i)
+        detail += QStringLiteral("    %1. ").arg(i + 1) + fonts[i] + lineBreak;
+    return detail;
+}
+
+GString ErrorText::GetSettingNotFound(const GString& setting)
+{
+    GLngString text(PlugInMessage::cSettingNotFound);
+    text.AddString(setting);
+    return text.GetReadableString();
+}

@@ -1,0 +1,92 @@
+#include "foundation/strings/GStringPool.h"
+#include "foundation/strings/GStringPoolSupport.h"
+#include "foundation/strings/GStringPoolTable.h"
+#include "foundation/trace/GTrace.h"
+#include "plugin/messages/ErrorText.h"
+#include "plugin/messages/MessageCodes.h"
+#include "plugin/messages/MessageTable.h"
+#include "tests/support/LogRecorder.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+class Messages : public testing::Test
+{
+protected:
+    Messages()
+    {
+        GStringPool::Initialize();
+        RegisterPlugInMessages();
+    }
+    ~Messages() override { GStringPool::Finalize(); }
+
+    static bool Speak(const QString& language)
+    {
+        const GPathName folder(QStringLiteral(HOPBOX_STRING_FILES));
+        GStringPoolSupport::ReadStringFiles(folder, QStringLiteral("CSP"), 0, 0, 0);
+        return GStringPool::SetLanguage(language);
+    }
+};
+
+int CountParameters(const QString& text)
+{
+    return text.count(QStringLiteral("%1"));
+}
+}  // namespace
+
+// A code that a translation lacks, a parameter that it lost, or a line of the file that makes no sense.
+TEST_F(Messages, EveryLanguageHasEveryTextWithItsParameters)
+{
+    const auto log = std::make_shared<LogRecorder>();
+    GTrace::SetLogger(log);
+    int englishCount = 0;
+    for (const auto& entry : GStringPool::GetTable(GStringPool::cEnglish).GetAllStrings()) {
+        ++englishCount;
+        for (const char* language : {"deDE", "frFR"}) {
+            const QString name = QString::fromLatin1(language);
+            ASSERT_TRUE(Speak(name));
+            GString text;
+            ASSERT_TRUE(GStringPool::GetString(name, entry.key, text)) << language << " " << entry.key;
+            EXPECT_NE(text, entry.value.text) << language << " " << entry.key;
+            EXPECT_EQ(CountParameters(text), CountParameters(entry.value.text))
+                << language << " " << entry.key;
+        }
+    }
+    EXPECT_EQ(englishCount, 25);
+    EXPECT_EQ(log->TakeErrors(), QStringList());
+    GTrace::SetLogger(nullptr);
+}
+
+TEST_F(Messages, ErrorTexts)
+{
+    const GString two =
+        ErrorText::GetMissingFontDetail({QStringLiteral("Arial"), QStringLiteral("%1 Times")});
+    const GString one = ErrorText::GetMissingFontDetail({QStringLiteral("Arial")});
+    const struct
+    {
+        GString text;
+        const char* expected;
+    } cases[] = {
+        {ErrorText::Compose(PlugInMessage::cNoDocument), "Plug-in Error: No current document"},
+        {ErrorText::Compose(PlugInMessage::cNoPages),
+         "Plug-in Error: The page range names no page of the document."},
+        {ErrorText::Compose(PlugInMessage::cFontMissing, one),
+         "Plug-in Error: Font is Missing! Correct the following font and try again:\n    1. Arial\n"},
+        {ErrorText::Compose(PlugInMessage::cFontsMissing, two),
+         "Plug-in Error: Fonts are Missing! Correct the following fonts and try again:\n    1. Arial\n"
+         "    2. %1 Times\n"},
+        {ErrorText::Compose(4711), "Plug-in Error: "},
+        {ErrorText::GetSettingNotFound(QStringLiteral("Press")), "Unable to retrieve PDF setting: Press"},
+        {ErrorText::GetSettingNotFound(QStringLiteral("%1")), "Unable to retrieve PDF setting: %1"},
+    };
+    for (const auto& entry : cases)
+        EXPECT_EQ(entry.text, QString::fromUtf8(entry.expected));
+}
+
+TEST_F(Messages, TheFrameIsTranslatedWithItsText)
+{
+    ASSERT_TRUE(Speak(QStringLiteral("deDE")));
+    EXPECT_EQ(ErrorText::Compose(PlugInMessage::cNoBook),
+              QStringLiteral("Plug-in-Fehler: Kein aktuelles Buch."));
+}
