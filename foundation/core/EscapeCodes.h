@@ -52,8 +52,8 @@ Target* WriteEscaped(const Unit* begin, const Unit* end, Target* target)
             *target++ = static_cast<Target>(number);
             continue;
         }
-        *target++ = '\\';
-        *target++ = letter;
+        *target++ = static_cast<Target>('\\');
+        *target++ = static_cast<Target>(static_cast<uchar>(letter));
         if (at + 1 != end && IsOneLineBreak(number, GetNumber(at[1])))
             ++at;
     }

@@ -38,7 +38,7 @@ public:
     }
 
 private:
-    static constexpr size_t cKept = 64 * 1024;
+    static constexpr size_t cKept = 65536;
 
     std::vector<char16_t> mUnits;  // the text, then room
     size_t mLength = 0;

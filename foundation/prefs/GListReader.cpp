@@ -17,7 +17,7 @@ bool GListReader::Read(GBin2TextStream& stream, QStringList& list)
         if (!stream.ReadQuotedString(element))
             break;
         stream.SkipLine();
-        list.append(std::move(element));
+        list.append(element);
     }
     if (stream.ReadString(token) && token == PrefMarkers::cEndList)
         stream.SkipLine();

@@ -4,7 +4,7 @@
 #include "foundation/core/GDictUtil.h"
 #include "foundation/prefs/GText2BinStream.h"
 
-static constexpr int cPiece = 8192;  // characters
+static constexpr size_t cPiece = 8192;  // characters
 
 PrefBlockText::PrefBlockText(GText2BinStream& stream) : mStream(&stream) {}
 
@@ -12,7 +12,7 @@ PrefBlockText::PrefBlockText(GString& text) : mText(&text) {}
 
 void PrefBlockText::Reserve(size_t length)
 {
-    mCollected.MakeRoom(std::min<size_t>(length, 2 * cPiece));
+    mCollected.MakeRoom(std::min(length, 2 * cPiece));
 }
 
 void PrefBlockText::AddMarker(QLatin1String marker)
@@ -56,7 +56,7 @@ void PrefBlockText::EndLine()
 {
     static const GBuffer end = GDictUtil::GetEOLString().toLatin1();
     mCollected.Add(QLatin1String(end));
-    if (mCollected.GetLength() >= cPiece)
+    if (static_cast<size_t>(mCollected.GetLength()) >= cPiece)
         Flush();
 }
 
