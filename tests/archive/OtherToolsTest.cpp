@@ -1,8 +1,4 @@
-#include "archive/ZipHelper.h"
-
 #include "ZipSamples.h"
-#include "tests/support/LogRecorder.h"
-#include "tests/support/Sandbox.h"
 
 #include <QDir>
 #include <QProcess>
@@ -44,30 +40,18 @@ QMap<QString, QByteArray> MakeTree()
             {"folder/\u00DCbergr\u00F6\u00DFe \u65E5\u672C.txt"_q, "names"}};
 }
 
-class OtherToolsTest : public testing::Test
+class OtherToolsTest : public ArchiveTest
 {
 protected:
     OtherToolsTest() { WriteTree(GetSource(), MakeTree()); }
 
     QString GetSource() const { return mSandbox.GetPath("source"_q); }
-    QString GetArchive() const { return mSandbox.GetPath("archive.zip"_q); }
 
-    // A folder that is empty at first.
-    QString GetTarget() const
+    void EmptyTarget() const
     {
-        const QString path = mSandbox.GetPath("target"_q);
-        QDir(path).removeRecursively();
-        QDir().mkpath(path);
-        return path;
+        QDir(mTarget).removeRecursively();
+        QDir().mkpath(mTarget);
     }
-
-    Sandbox mSandbox;
-};
-
-struct Tool
-{
-    const char* line;  // of the shell, in the folder to pack or to fill
-    bool hasFolders = true;
 };
 }  // namespace
 
@@ -110,17 +94,13 @@ TEST_F(OtherToolsTest, WhatTheyWriteReadsBackEqual)
     };
     for (const QString& line : lines) {
         SCOPED_TRACE(line.toStdString());
-        QFile::remove(GetArchive());
+        QFile::remove(mArchive);
         RunShell(GetSource(), line);
-        const QString target = GetTarget();
-        LogRecorder log;
-        ZipRun run;
-        run.log = &log;
-        EXPECT_TRUE(ZipHelper::extractFiles(GetArchive(), target, ZipPaths::Keep, "secret"_q,
-                                            ZipOnError::GoOn, 0, run));
-        EXPECT_EQ(QStringList(), log.TakeErrors());
-        EXPECT_EQ(MakeTree().keys(), ReadTree(target).keys());
-        EXPECT_TRUE(MakeTree() == ReadTree(target));
+        EmptyTarget();
+        EXPECT_TRUE(Extract(ZipOnError::Stop, ZipPaths::Keep, 0, "secret"_q));
+        EXPECT_EQ(QStringList(), mLog.TakeErrors());
+        EXPECT_EQ(MakeTree().keys(), ReadTree(mTarget).keys());
+        EXPECT_TRUE(MakeTree() == ReadTree(mTarget));
     }
 }
 
@@ -133,16 +113,16 @@ TEST_F(OtherToolsTest, TheyReadBackWhatPlainModeWrites)
                        "zipfile.ZipFile('../archive.zip').extractall(pwd=b'secret')\"")};
     for (const char* password : {"", "secret"}) {
         for (const int level : {0, 6}) {
-            ASSERT_TRUE(ZipHelper::compressFolderContents(GetSource(), GetArchive(), ZipStart::Create,
+            ASSERT_TRUE(ZipHelper::compressFolderContents(GetSource(), mArchive, ZipStart::Create,
                                                           QString::fromLatin1(password), level,
                                                           ZipNames::Plain));
             for (const QString& reader : readers) {
                 SCOPED_TRACE(reader.toStdString() + " " + password + " " + std::to_string(level));
-                const QString target = GetTarget();
-                const QByteArray output = RunShell(target, reader);
+                EmptyTarget();
+                const QByteArray output = RunShell(mTarget, reader);
                 EXPECT_FALSE(output.toLower().contains("warning")) << output.constData();
-                EXPECT_EQ(MakeTree().keys(), ReadTree(target).keys());
-                EXPECT_TRUE(MakeTree() == ReadTree(target));
+                EXPECT_EQ(MakeTree().keys(), ReadTree(mTarget).keys());
+                EXPECT_TRUE(MakeTree() == ReadTree(mTarget));
             }
         }
     }
@@ -156,13 +136,12 @@ TEST_F(OtherToolsTest, SevenZipReadsArchivesWithTheNameField)
     const QMap<QString, QByteArray> seen = {
         {"folder/"_q, ""}, {"folder/1__.txt"_q, "first"}, {"text.txt"_q, QByteArray(50000, 'x')}};
     WriteTree(mSandbox.GetPath("named"_q), tree);
-    ASSERT_TRUE(ZipHelper::compressFolderContents(mSandbox.GetPath("named"_q), GetArchive(), ZipStart::Create,
+    ASSERT_TRUE(ZipHelper::compressFolderContents(mSandbox.GetPath("named"_q), mArchive, ZipStart::Create,
                                                   "secret"_q, 6, ZipNames::NameField));
-    QString target = GetTarget();
-    RunShell(target, "7z x -bso0 -bsp0 -psecret ../archive.zip"_q);
-    EXPECT_EQ(seen, ReadTree(target));
-    target = GetTarget();
-    EXPECT_TRUE(
-        ZipHelper::extractFiles(GetArchive(), target, ZipPaths::Keep, "secret"_q, ZipOnError::Stop, 0));
-    EXPECT_EQ(tree, ReadTree(target));
+    EmptyTarget();
+    RunShell(mTarget, "7z x -bso0 -bsp0 -psecret ../archive.zip"_q);
+    EXPECT_EQ(seen, ReadTree(mTarget));
+    EmptyTarget();
+    EXPECT_TRUE(Extract(ZipOnError::Stop, ZipPaths::Keep, 0, "secret"_q));
+    EXPECT_EQ(tree, ReadTree(mTarget));
 }

@@ -1,10 +1,16 @@
 #pragma once
 
+#include "archive/ZipHelper.h"
+#include "tests/support/LogRecorder.h"
+#include "tests/support/Sandbox.h"
+
 #include <QByteArray>
 #include <QMap>
 #include <QString>
 #include <QStringList>
 #include <QVector>
+
+#include <gtest/gtest.h>
 
 #include <cstdint>
 
@@ -39,3 +45,25 @@ QByteArray ReadFile(const QString& path);
 // Every file below a folder with its content, and every folder with a '/' at its end, by relative path.
 QMap<QString, QByteArray> ReadTree(const QString& folder);
 void WriteTree(const QString& folder, const QMap<QString, QByteArray>& tree);
+
+// An archive, the folder that it is extracted into, and the errors that are told.
+class ArchiveTest : public testing::Test
+{
+protected:
+    ArchiveTest() { mRun.log = &mLog; }
+
+    void Build(const QVector<RawEntry>& entries) const { WriteFile(mArchive, BuildArchive(entries)); }
+    QString GetTarget(const char* name) const { return mTarget + QLatin1Char('/') + QString::fromUtf8(name); }
+
+    bool Extract(ZipOnError onError = ZipOnError::GoOn, ZipPaths paths = ZipPaths::Keep, int mode = 0,
+                 const QString& password = {})
+    {
+        return ZipHelper::extractFiles(mArchive, mTarget, paths, password, onError, mode, mRun);
+    }
+
+    Sandbox mSandbox;
+    const QString mArchive = mSandbox.GetPath("archive.zip"_q);
+    const QString mTarget = mSandbox.GetPath("target"_q);
+    LogRecorder mLog;
+    ZipRun mRun;
+};

@@ -1,8 +1,4 @@
-#include "archive/ZipHelper.h"
-
 #include "ZipSamples.h"
-#include "tests/support/LogRecorder.h"
-#include "tests/support/Sandbox.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -15,7 +11,7 @@ namespace
 {
 const QString cLongName = QString(120, QLatin1Char('n'));
 
-class ZipWritingTest : public testing::Test
+class ZipWritingTest : public ArchiveTest
 {
 protected:
     ZipWritingTest()
@@ -42,8 +38,6 @@ protected:
     }
 
     QString GetSource() const { return mSandbox.GetPath("source"_q); }
-    QString GetArchive() const { return mSandbox.GetPath("archive.zip"_q); }
-    QString GetTarget() const { return mSandbox.GetPath("target"_q); }
     QStringList GetTopNames() const
     {
         return QDir(mSandbox.GetPath()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
@@ -52,7 +46,7 @@ protected:
     QStringList GetNames() const
     {
         QVector<ZipEntry> entries;
-        EXPECT_TRUE(ZipHelper::getEntryList(GetArchive(), entries));
+        EXPECT_TRUE(ZipHelper::getEntryList(mArchive, entries));
         QStringList names;
         for (const ZipEntry& entry : entries)
             names.append(entry.name);
@@ -61,11 +55,10 @@ protected:
 
     bool Compress(ZipStart start = ZipStart::Create) const
     {
-        return ZipHelper::compressItem(GetSource() + "/folder"_q, GetArchive(), start, QString(), 6,
-                                       QString(), ZipNames::NameField);
+        return ZipHelper::compressItem(GetSource() + "/folder"_q, mArchive, start, QString(), 6, QString(),
+                                       ZipNames::NameField);
     }
 
-    Sandbox mSandbox;
     QMap<QString, QByteArray> mTree;
 };
 }  // namespace
@@ -75,19 +68,18 @@ TEST_F(ZipWritingTest, WhatIsWrittenReadsBackEqual)
     for (const ZipNames names : {ZipNames::NameField, ZipNames::Plain}) {
         for (const QString& password : {QString(), "gehe\u00EFm"_q}) {
             for (const int level : {0, 9}) {
-                ASSERT_TRUE(ZipHelper::compressFolderContents(GetSource(), GetArchive(), ZipStart::Create,
+                ASSERT_TRUE(ZipHelper::compressFolderContents(GetSource(), mArchive, ZipStart::Create,
                                                               password, level, names));
-                QDir(GetTarget()).removeRecursively();
-                ASSERT_TRUE(ZipHelper::extractFiles(GetArchive(), GetTarget(), ZipPaths::Keep, password,
-                                                    ZipOnError::Stop, 0));
-                EXPECT_EQ(mTree.keys(), ReadTree(GetTarget()).keys());
-                EXPECT_TRUE(mTree == ReadTree(GetTarget()));
+                QDir(mTarget).removeRecursively();
+                ASSERT_TRUE(Extract(ZipOnError::Stop, ZipPaths::Keep, 0, password));
+                EXPECT_EQ(mTree.keys(), ReadTree(mTarget).keys());
+                EXPECT_TRUE(mTree == ReadTree(mTarget));
             }
         }
     }
     const qint64 apart = QFileInfo(GetSource() + "/empty"_q)
                              .lastModified()
-                             .secsTo(QFileInfo(GetTarget() + "/empty"_q).lastModified());
+                             .secsTo(QFileInfo(mTarget + "/empty"_q).lastModified());
     EXPECT_LE(std::abs(apart), 2);
 }
 
@@ -99,11 +91,11 @@ TEST_F(ZipWritingTest, HeadersAreAsOtherReadersOfTheNameFieldExpect)
         "1\xE6\x97\xA5",
         13);
     WriteFile(mSandbox.GetPath(name), "content");
-    ZipArchiver archiver(GetArchive());
+    ZipArchiver archiver(mArchive);
     ASSERT_TRUE(archiver.StartWriting(ZipStart::Create, QString(), 6));
     ASSERT_TRUE(archiver.AddFile(mSandbox.GetPath(name), name, 6, ZipNames::NameField, QString()));
     ASSERT_TRUE(archiver.FinishWriting());
-    const QByteArray named = ReadFile(GetArchive());
+    const QByteArray named = ReadFile(mArchive);
     EXPECT_EQ(0, named.indexOf(QByteArray("PK\3\4\x2d\0\0\0\x08\0", 10))) << "zip64, no flags, deflated";
     EXPECT_EQ(30, named.indexOf("1_" + field + QByteArray("\1\0\x10\0", 4)))
         << "with a zip64 record behind it";
@@ -112,7 +104,7 @@ TEST_F(ZipWritingTest, HeadersAreAsOtherReadersOfTheNameFieldExpect)
     ASSERT_TRUE(archiver.StartWriting(ZipStart::Create, QString(), 6));
     ASSERT_TRUE(archiver.AddFile(mSandbox.GetPath(name), name, 0, ZipNames::Plain, QString()));
     ASSERT_TRUE(archiver.FinishWriting());
-    const QByteArray plain = ReadFile(GetArchive());
+    const QByteArray plain = ReadFile(mArchive);
     EXPECT_EQ(6, plain.indexOf(QByteArray("\0\x08\0\0", 4))) << "UTF-8 names, stored";
     EXPECT_EQ(30, plain.indexOf("1\xE6\x97\xA5"
                                 "content"));
@@ -123,10 +115,10 @@ TEST_F(ZipWritingTest, NamesAreRelativeToTheBaseFolder)
     ASSERT_TRUE(Compress());
     EXPECT_EQ("folder/"_q, GetNames().value(0));
     EXPECT_TRUE(GetNames().contains("folder/.hidden"_q));
-    ASSERT_TRUE(ZipHelper::compressItem(GetSource() + "/folder/.hidden"_q, GetArchive(), ZipStart::Create,
+    ASSERT_TRUE(ZipHelper::compressItem(GetSource() + "/folder/.hidden"_q, mArchive, ZipStart::Create,
                                         QString(), 6, mSandbox.GetPath(), ZipNames::Plain));
     EXPECT_EQ("source/folder/.hidden"_list, GetNames());
-    EXPECT_FALSE(ZipHelper::compressItem(GetSource(), GetArchive(), ZipStart::Create, QString(), 6,
+    EXPECT_FALSE(ZipHelper::compressItem(GetSource(), mArchive, ZipStart::Create, QString(), 6,
                                          GetSource() + "/folder"_q, ZipNames::Plain))
         << "outside the base folder";
     EXPECT_EQ("source/folder/.hidden"_list, GetNames()) << "the old one stays";
@@ -136,31 +128,28 @@ TEST_F(ZipWritingTest, AppendingKeepsWhatIsThere)
 {
     ASSERT_TRUE(Compress(ZipStart::Append)) << "makes one that is not there";
     const int count = GetNames().size();
-    ASSERT_TRUE(ZipHelper::compressItem(GetSource() + "/empty"_q, GetArchive(), ZipStart::Append, "secret"_q,
-                                        6, QString(), ZipNames::Plain));
+    ASSERT_TRUE(ZipHelper::compressItem(GetSource() + "/empty"_q, mArchive, ZipStart::Append, "secret"_q, 6,
+                                        QString(), ZipNames::Plain));
     EXPECT_EQ(count + 1, GetNames().size());
-    const QByteArray before = ReadFile(GetArchive());
+    const QByteArray before = ReadFile(mArchive);
     EXPECT_FALSE(Compress(ZipStart::Append)) << "names that it has";
-    EXPECT_EQ(before, ReadFile(GetArchive()));
-    WriteFile(GetArchive(), "no archive");
+    EXPECT_EQ(before, ReadFile(mArchive));
+    WriteFile(mArchive, "no archive");
     EXPECT_FALSE(Compress(ZipStart::Append));
-    EXPECT_EQ("no archive", ReadFile(GetArchive()));
+    EXPECT_EQ("no archive", ReadFile(mArchive));
 }
 
 TEST_F(ZipWritingTest, AFailureLeavesWhatWasThereAndNothingElse)
 {
-    LogRecorder log;
-    ZipRun run;
-    run.log = &log;
     const QString missing = mSandbox.GetPath("missing"_q);
     const QStringList names = GetTopNames();
-    EXPECT_FALSE(ZipHelper::compressItem(missing, GetArchive(), ZipStart::Create, QString(), 6, QString(),
-                                         ZipNames::Plain, run));
-    EXPECT_FALSE(ZipHelper::compressFolderContents(missing, GetArchive(), ZipStart::Create, QString(), 6,
-                                                   ZipNames::Plain, run));
+    EXPECT_FALSE(ZipHelper::compressItem(missing, mArchive, ZipStart::Create, QString(), 6, QString(),
+                                         ZipNames::Plain, mRun));
+    EXPECT_FALSE(ZipHelper::compressFolderContents(missing, mArchive, ZipStart::Create, QString(), 6,
+                                                   ZipNames::Plain, mRun));
     {
-        ZipArchiver archiver(GetArchive());
-        archiver.setLogInterface(&log);
+        ZipArchiver archiver(mArchive);
+        archiver.setLogInterface(&mLog);
         EXPECT_TRUE(archiver.StartWriting(ZipStart::Create, QString(), 6));
         EXPECT_FALSE(archiver.AddFile(missing, "a"_q, 6, ZipNames::Plain, QString()));
         for (const char* name : {"../a", "/a", "", ".", "a/../../b"})
@@ -172,14 +161,14 @@ TEST_F(ZipWritingTest, AFailureLeavesWhatWasThereAndNothingElse)
     }  // never finished
     EXPECT_EQ(names, GetTopNames());
     ZipArchiver nowhere(missing + "/archive.zip"_q);
-    nowhere.setLogInterface(&log);
+    nowhere.setLogInterface(&mLog);
     EXPECT_FALSE(nowhere.StartWriting(ZipStart::Create, QString(), 6));
     EXPECT_FALSE(nowhere.FinishWriting());
     const QStringList errors = {
         QLatin1String("ZipHelper::compressItem|Item doesn't exist: ") + missing,
         QLatin1String("ZipHelper::compressFolderContents|Folder doesn't exist: ") + missing,
         QLatin1String("ZipArchiver::AddFile|Error in opening file for reading: ") + missing};
-    const QStringList told = log.TakeErrors();
+    const QStringList told = mLog.TakeErrors();
     EXPECT_EQ(errors, told.mid(0, 3));
     EXPECT_EQ("ZipArchiver::StartWriting|Error opening file: %1/archive.zip"_q.arg(missing),
               told.value(told.size() - 2));
