@@ -10,6 +10,7 @@
 #include "foundation/system/GFileSystemBase.h"
 
 #include <QFileInfo>
+#include <QStringMatcher>
 
 #include <algorithm>
 
@@ -76,12 +77,12 @@ private:
     {
         const GString* text = module.Find(cEntries, key);
         HopboxRecord record;
-        return text != nullptr && text->contains(mStretch) && record.FromText(*text) &&
+        return text != nullptr && mStretch.indexIn(*text) >= 0 && record.FromText(*text) &&
                record.actorName == mName;
     }
 
     GString mName;
-    GString mStretch;
+    QStringMatcher mStretch;
 };
 
 // The key of the first entry that is addressed by the name; a null buffer when there is none.
