@@ -1,32 +1,13 @@
 #include "archive/mac/AppleDouble.h"
 
-#include "foundation/trace/GTrace.h"
-#include "tests/support/LogRecorder.h"
-#include "tests/support/Sandbox.h"
-
-#include "AppleDoubleFile.h"
+#include "MacFixture.h"
 
 #include <QDir>
 
 using Morvane::AppleDouble;
 using Morvane::MacFileInfo;
 
-namespace
-{
-class AppleDoubleTest : public testing::Test
-{
-protected:
-    void SetUp() override { GTrace::SetLogger(mLog); }
-    void TearDown() override { GTrace::SetLogger(nullptr); }
-
-    QString At(const char* relative) const { return mSandbox.GetPath(QString::fromUtf8(relative)); }
-
-    Sandbox mSandbox;
-    std::shared_ptr<LogRecorder> mLog = std::make_shared<LogRecorder>();
-};
-}  // namespace
-
-TEST_F(AppleDoubleTest, TypeAndCreatorEndAtTheFirstZeroByte)
+TEST_F(MacTest, TypeAndCreatorEndAtTheFirstZeroByte)
 {
     struct Case
     {
@@ -45,15 +26,14 @@ TEST_F(AppleDoubleTest, TypeAndCreatorEndAtTheFirstZeroByte)
                                    "CARO"},
                               Case{QByteArray("TEXTttx", 7), "", ""}, Case{QByteArray(), "", ""}}) {
         MacFileInfo info;
-        EXPECT_TRUE(
-            AppleDouble::getMacFileType(WriteFile(At("._x"), MakeAppleDouble(entry.finderInfo)), &info));
+        EXPECT_TRUE(AppleDouble::getMacFileType(Write("._x", MakeAppleDouble(entry.finderInfo)), &info));
         EXPECT_EQ(info.type.toStdString(), entry.type);
         EXPECT_EQ(info.creator.toStdString(), entry.creator);
         EXPECT_EQ(info.finderInfo, entry.finderInfo.size() < 8 ? QByteArray() : entry.finderInfo);
     }
 }
 
-TEST_F(AppleDoubleTest, EachDamageHasItsText)
+TEST_F(MacTest, EachDamageHasItsText)
 {
     struct Case
     {
@@ -73,17 +53,16 @@ TEST_F(AppleDoubleTest, EachDamageHasItsText)
           Case{good.left(49), "Can't read version number of the entry"}}) {
         MacFileInfo info;
         info.type = QStringLiteral("kept");
-        EXPECT_FALSE(AppleDouble::getMacFileType(WriteFile(At("._x"), entry.bytes), &info));
+        EXPECT_FALSE(AppleDouble::getMacFileType(Write("._x", entry.bytes), &info));
         EXPECT_EQ(info.type, QStringLiteral("kept"));
-        EXPECT_EQ(mLog->TakeErrors(), QStringList(QLatin1String("Morvane::AppleDouble::getMacFileType|") +
-                                                  QLatin1String(entry.text)));
+        EXPECT_EQ(TakeErrors(), std::string("Morvane::AppleDouble::getMacFileType|") + entry.text);
     }
     MacFileInfo info;
     EXPECT_FALSE(AppleDouble::getMacFileType(At("missing"), &info));
-    EXPECT_TRUE(mLog->TakeErrors().first().endsWith(QLatin1String("|Can't open file for reading")));
+    EXPECT_EQ(TakeErrors(), "Morvane::AppleDouble::getMacFileType|Can't open file for reading");
 }
 
-TEST_F(AppleDoubleTest, AnnouncedLengthsAndOffsetsAreNotBelieved)
+TEST_F(MacTest, AnnouncedLengthsAndOffsetsAreNotBelieved)
 {
     struct Case
     {
@@ -95,17 +74,17 @@ TEST_F(AppleDoubleTest, AnnouncedLengthsAndOffsetsAreNotBelieved)
         QByteArray bytes = MakeAppleDouble("PDF CAROmore");
         bytes.replace(42, 8, BigEndian32(entry.offset) + BigEndian32(entry.length));
         MacFileInfo info;
-        EXPECT_TRUE(AppleDouble::getMacFileType(WriteFile(At("._x"), bytes), &info));
+        EXPECT_TRUE(AppleDouble::getMacFileType(Write("._x", bytes), &info));
         EXPECT_EQ(info.finderInfo.size(), entry.read) << entry.offset;
     }
 }
 
-TEST_F(AppleDoubleTest, DataFileAndCompanionFindEachOther)
+TEST_F(MacTest, DataFileAndCompanionFindEachOther)
 {
     for (const char* folder : {"zip/__MACOSX/sub", "zip/sub", "plain"})
         QDir().mkpath(At(folder));
     for (const char* name : {"zip/sub/a", "zip/__MACOSX/sub/._a", "plain/b", "plain/._b", "plain/._alone"})
-        WriteFile(At(name), "x");
+        Write(name, "x");
     EXPECT_EQ(AppleDouble::getDataFile(At("zip/__MACOSX/sub/._a")), At("zip/sub/a"));
     EXPECT_EQ(AppleDouble::getDataFile(At("plain/._b")), At("plain/b"));
     EXPECT_EQ(AppleDouble::getAppleDouble(At("zip/sub/a")), At("zip/__MACOSX/sub/._a"));

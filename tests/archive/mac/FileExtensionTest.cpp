@@ -1,11 +1,8 @@
 #include "archive/mac/AppleDouble.h"
 #include "archive/mac/FileExtensionManager.h"
 #include "archive/mac/PcExchange.h"
-#include "foundation/trace/GTrace.h"
-#include "tests/support/LogRecorder.h"
-#include "tests/support/Sandbox.h"
 
-#include "AppleDoubleFile.h"
+#include "MacFixture.h"
 
 #include <QSet>
 
@@ -15,21 +12,14 @@ using Morvane::PcExchangeRecord;
 
 namespace
 {
-class FileExtensionTest : public testing::Test
+using Adjusted = std::pair<const char*, const char*>;
+
+class FileExtensionTest : public MacTest
 {
 protected:
-    void SetUp() override { GTrace::SetLogger(mLog); }
-    void TearDown() override
-    {
-        PcExchange::release();
-        GTrace::SetLogger(nullptr);
-    }
+    ~FileExtensionTest() override { PcExchange::release(); }
 
-    QString At(const char* relative) const { return mSandbox.GetPath(QString::fromUtf8(relative)); }
-    QString Table(const QByteArray& bytes) const { return WriteFile(At("table.xml"), bytes); }
-
-    Sandbox mSandbox;
-    std::shared_ptr<LogRecorder> mLog = std::make_shared<LogRecorder>();
+    QString Table(const QByteArray& bytes) const { return Write("table.xml", bytes); }
 };
 
 const char* const cRecords =
@@ -71,15 +61,15 @@ TEST_F(FileExtensionTest, DamagedTableIsEmptyAndLogged)
     for (const QByteArray& bytes : {QByteArray(), QByteArray("<t/>"), records.left(records.size() - 4),
                                     "\xFF\xFE" + records, "<!DOCTYPE t [<!ENTITY a \"b\">]>" + records}) {
         EXPECT_TRUE(PcExchange(Table(bytes)).getAllEntries().empty()) << bytes.constData();
-        EXPECT_EQ(mLog->TakeErrors(),
-                  QStringList(QStringLiteral("Morvane::PcExchange::PcExchange|Can't read mac "
-                                             "file types / extension correspondance table")));
+        EXPECT_EQ(TakeErrors(),
+                  "Morvane::PcExchange::PcExchange|Can't read mac file types / extension "
+                  "correspondance table");
     }
 }
 
 TEST_F(FileExtensionTest, ProcessHasOneTable)
 {
-    const QString source = QStringLiteral("Morvane::PcExchange::createPcExchange|");
+    const std::string source = "Morvane::PcExchange::createPcExchange|";
     EXPECT_FALSE(PcExchange::createPcExchange(At("missing")));
     EXPECT_EQ(PcExchange::instance(), nullptr);
     EXPECT_TRUE(PcExchange::createPcExchange(Table(cRecords)));
@@ -88,47 +78,41 @@ TEST_F(FileExtensionTest, ProcessHasOneTable)
     EXPECT_EQ(PcExchange::instance(), table);
     PcExchange::release();
     EXPECT_EQ(PcExchange::instance(), nullptr);
-    EXPECT_EQ(
-        mLog->TakeErrors(),
-        QStringList({source + QStringLiteral("Cannot initialize Mac file type correspondence table: invalid "
-                                             "file path '%1'")
-                                  .arg(At("missing")),
-                     source + QStringLiteral("Mac file type correspondence table is already initialized")}));
+    EXPECT_EQ(TakeErrors(), source +
+                                "Cannot initialize Mac file type correspondence table: invalid file path '" +
+                                At("missing").toStdString() + "'\n" + source +
+                                "Mac file type correspondence table is already initialized");
 }
 
 TEST_F(FileExtensionTest, FileIsWhatItsNameOrItsMacTypeSays)
 {
-    const QString file = WriteFile(At("Report"), "x");
+    const QString file = Write("Report", "x");
     EXPECT_EQ(FileExtensionManager::getExtension(file), QString());
-    EXPECT_EQ(
-        mLog->TakeErrors(),
-        QStringList(QStringLiteral("Morvane::FileExtensionManager::getExtension|Mac file type correspondence "
-                                   "table in not initialized; cannot find extension for the file: ") +
-                    file));
+    EXPECT_EQ(TakeErrors(),
+              "Morvane::FileExtensionManager::getExtension|Mac file type correspondence table in not "
+              "initialized; cannot find extension for the file: " +
+                  file.toStdString());
     PcExchange::createPcExchange(Table(cRecords));
     EXPECT_EQ(FileExtensionManager::getExtension(file), QString());
-    WriteFile(At("._Report"), MakeAppleDouble("PDF CARO"));
+    Write("._Report", MakeAppleDouble("PDF CARO"));
     EXPECT_EQ(FileExtensionManager::getExtension(file), QStringLiteral("pdf"));
     EXPECT_EQ(FileExtensionManager::getExtension(At("._Report")), QStringLiteral("pdf"));
     EXPECT_TRUE(FileExtensionManager::isType(file, QStringLiteral("PDF")));
     EXPECT_FALSE(FileExtensionManager::isType(file, QStringLiteral("doc")));
     EXPECT_TRUE(FileExtensionManager::isType(QStringLiteral("a.b.Doc"), QStringLiteral("doc")));
-    EXPECT_TRUE(mLog->TakeErrors().isEmpty());
+    EXPECT_EQ(TakeErrors(), "");
 
     Morvane::MacFileInfo info;
     EXPECT_FALSE(FileExtensionManager::getFileInfo(QString(), &info));
     EXPECT_FALSE(FileExtensionManager::isType(QString(), QStringLiteral("pdf")));
-    EXPECT_EQ(mLog->TakeErrors().size(), 2);
+    EXPECT_EQ(TakeErrors(),
+              "Morvane::FileExtensionManager::getFileInfo|Cannot get file info for the empty file path\n"
+              "Morvane::FileExtensionManager::isType|Cannot check file type for the empty file path");
 
-    struct Case
-    {
-        const char* name;
-        const char* adjusted;
-    };
-    for (const Case& entry : {Case{"a", "a.pdf"}, Case{"a.PDF", "a.PDF"}, Case{"a.b", "a.b.pdf"}})
-        EXPECT_EQ(
-            FileExtensionManager::adjustNameWithExtension(QLatin1String(entry.name), QStringLiteral("pdf")),
-            QLatin1String(entry.adjusted));
+    for (const auto& [name, adjusted] :
+         {Adjusted{"a", "a.pdf"}, Adjusted{"a.PDF", "a.PDF"}, Adjusted{"a.b", "a.b.pdf"}})
+        EXPECT_EQ(FileExtensionManager::adjustNameWithExtension(QLatin1String(name), QStringLiteral("pdf")),
+                  QLatin1String(adjusted));
 }
 
 TEST_F(FileExtensionTest, DeliveredTableIsSound)

@@ -53,9 +53,7 @@ TEST_F(FileHandlerTest, CopyThatCannotBeLeavesNothingBehind)
 TEST_F(FileHandlerTest, CopiedFolderIsWholeOrAbsent)
 {
     Make("from/a/b/x", "x");
-    Make("from/y");
-    Make("from/._y");
-    Make("from/._alone");
+    MakeAll({"from/y", "from/._y", "from/._alone"});
     QDir().mkpath(At("from/empty"));
     EXPECT_TRUE(mHandler.copyFolder(At("from"), At("new/to")));
     EXPECT_EQ(Tree(),
@@ -104,6 +102,5 @@ TEST_F(FileHandlerTest, OwnerGetsRightsOnEverythingInside)
     EXPECT_FALSE(mHandler.setRWPermissions(At("missing")));
     EXPECT_EQ(Errors(),
               "FileHandler::setRWPermissions|Failed to set permissions for the file or "
-              "folder: "
-              "missing");
+              "folder: missing");
 }

@@ -12,6 +12,10 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <utility>
+#include <vector>
+
+using Texts = std::pair<const char*, const char*>;
 
 // A handler that counts the failed attempts and lets a test do something after a certain one.
 class WatchedHandler : public Morvane::FileHandler
@@ -62,6 +66,12 @@ protected:
         EXPECT_TRUE(file.open(QIODevice::WriteOnly)) << relative;
         file.write(content);
         return path;
+    }
+
+    void MakeAll(const std::vector<const char*>& relatives) const
+    {
+        for (const char* relative : relatives)
+            Make(relative);
     }
 
     static QByteArray Read(const QString& path)

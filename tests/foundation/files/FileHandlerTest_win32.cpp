@@ -52,8 +52,7 @@ TEST_F(FileHandlerTest, FolderIsHeldWhileItIsLocked)
 
 TEST_F(FileHandlerTest, CreationDateIsCopied)
 {
-    Make("a");
-    Make("b");
+    MakeAll({"a", "b"});
     const QDateTime date(QDate(2003, 2, 1), QTime(1, 2, 3), Qt::UTC);
     QFile file(At("a"));
     ASSERT_TRUE(file.open(QIODevice::ReadWrite));
@@ -81,14 +80,10 @@ TEST_F(FileHandlerTest, PathTooLongForTheRecycleBinIsDeleted)
 
 TEST_F(FileHandlerTest, LongFormsAreTakenBack)
 {
-    struct Case
-    {
-        const char* path;
-        const char* plain;
-    };
-    for (const Case& entry : {Case{"\\\\?\\C:\\a\\..\\b", "C:/b"},
-                              Case{"\\\\?\\UNC\\srv\\share\\a", "//srv/share/a"}, Case{"C:\\a\\", "C:/a"}})
-        EXPECT_EQ(mHandler.ConvertPath(QString::fromLatin1(entry.path)).toStdString(), entry.plain);
+    for (const auto& [path, plain] :
+         {Texts{"\\\\?\\C:\\a\\..\\b", "C:/b"}, Texts{"\\\\?\\UNC\\srv\\share\\a", "//srv/share/a"},
+          Texts{"C:\\a\\", "C:/a"}})
+        EXPECT_EQ(mHandler.ConvertPath(QString::fromLatin1(path)).toStdString(), plain);
     Make("file");
     EXPECT_TRUE(mHandler.removeFile(mHandler.longFileName(At("file"))));
     EXPECT_EQ(Tree(), "");

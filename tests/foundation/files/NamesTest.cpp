@@ -43,17 +43,12 @@ TEST_F(FileHandlerTest, LongFormsOfPaths)
 
 TEST_F(FileHandlerTest, SlashesAtTheEndGoButARootStays)
 {
-    struct Case
-    {
-        const char* path;
-        const char* rest;
-    };
-    for (const Case& entry : {Case{"a/b//", "a/b"}, Case{"a", "a"}, Case{"/", "/"}, Case{"///", "/"},
-                              Case{"C:/", "C:/"}, Case{"C:/a/", "C:/a"}, Case{"", ""}}) {
-        QString path = QString::fromLatin1(entry.path);
-        EXPECT_EQ(mHandler.splitOffSlashesFromPath(&path), qstrcmp(entry.path, entry.rest) != 0)
-            << entry.path;
-        EXPECT_EQ(path.toStdString(), entry.rest);
+    for (const auto& [text, rest] :
+         {Texts{"a/b//", "a/b"}, Texts{"a", "a"}, Texts{"/", "/"}, Texts{"///", "/"}, Texts{"C:/", "C:/"},
+          Texts{"C:/a/", "C:/a"}, Texts{"", ""}}) {
+        QString path = QString::fromLatin1(text);
+        EXPECT_EQ(mHandler.splitOffSlashesFromPath(&path), qstrcmp(text, rest) != 0) << text;
+        EXPECT_EQ(path.toStdString(), rest);
     }
 }
 
@@ -62,8 +57,7 @@ TEST_F(FileHandlerTest, VersionNamesCountUp)
     QString path;
     EXPECT_TRUE(mHandler.getVersionName(At("x.pdf"), &path));
     EXPECT_EQ(path, At("x.pdf"));
-    Make("x.pdf");
-    Make("x_2.pdf");
+    MakeAll({"x.pdf", "x_2.pdf"});
     EXPECT_TRUE(mHandler.getVersionName(At("x.pdf"), &path));
     EXPECT_EQ(path, At("x_3.pdf"));
 

@@ -8,8 +8,7 @@ TEST_F(FileHandlerTest, RetryLoopsLastAsLongAsPromised)
 {
     using Clock = std::chrono::steady_clock;
     using std::chrono::milliseconds;
-    Make("folder/inside");
-    Make("file");
+    MakeAll({"folder/inside", "file"});
     WatchedHandler removing;
     WatchedHandler renaming;
     WatchedHandler renamingFolder;

@@ -6,10 +6,7 @@
 
 TEST_F(FileHandlerTest, RemovedFileTakesOnlyItsOwnCompanionAlong)
 {
-    Make("x.pdf");
-    Make("._x.pdf");
-    Make("._._x.pdf");
-    Make("x.pdf.txt");
+    MakeAll({"x.pdf", "._x.pdf", "._._x.pdf", "x.pdf.txt"});
     EXPECT_TRUE(mHandler.removeFile(At("x.pdf")));
     EXPECT_EQ(Tree(), "._._x.pdf x.pdf.txt");
     Make("._x.pdf");
@@ -29,9 +26,7 @@ TEST_F(FileHandlerTest, FileThatStaysFailsAfterTwentyAttempts)
         QLatin1String("FileHandler::removeFile|Failed to delete file. Will try again after an interval. ( "
                       "Attempt number 20) : ") +
             At("stays") + QLatin1String(". "));
-    EXPECT_EQ(Errors(),
-              "FileHandler::removeFile|Failed to remove file: "
-              "stays");
+    EXPECT_EQ(Errors(), "FileHandler::removeFile|Failed to remove file: stays");
 }
 
 TEST_F(FileHandlerTest, FileThatSomebodyElseRemovesCountsAsRemoved)
@@ -49,10 +44,7 @@ TEST_F(FileHandlerTest, FileThatSomebodyElseRemovesCountsAsRemoved)
 
 TEST_F(FileHandlerTest, FolderIsRemovedWithEverythingInIt)
 {
-    Make("top/a/b/c/file");
-    Make("top/._file");
-    Make("top/.hidden/x");
-    Make("top/\u65E5\u672C \u00FC/y");
+    MakeAll({"top/a/b/c/file", "top/._file", "top/.hidden/x", "top/\u65E5\u672C \u00FC/y"});
     QDir().mkpath(At("top/empty"));
     QFile::setPermissions(Make("top/read only"), QFile::ReadOwner);
     Make("beside");
@@ -64,9 +56,7 @@ TEST_F(FileHandlerTest, FolderIsRemovedWithEverythingInIt)
 
 TEST_F(FileHandlerTest, FolderWhoseContentResistsIsGoneFromItsName)
 {
-    Make("folder name/sub/stuck");
-    Make("folder name/sub/other");
-    Make("folder name/more");
+    MakeAll({"folder name/sub/stuck", "folder name/sub/other", "folder name/more"});
     mHandler.stuckName = QStringLiteral("stuck");
     EXPECT_FALSE(mHandler.removeFolder(At("folder name")));
     EXPECT_TRUE(std::regex_match(Tree(), std::regex("\\.~#~ name_del__[0-9a-f]{5}/sub/stuck"))) << Tree();
@@ -88,9 +78,7 @@ TEST_F(FileHandlerTest, FolderUnderAHiddenNameGetsNoSecondMark)
 
 TEST_F(FileHandlerTest, CleanupKeepsTheFolderAndNamesWhatStays)
 {
-    Make("work/a/b");
-    Make("work/.hidden");
-    Make("work/stuck");
+    MakeAll({"work/a/b", "work/.hidden", "work/stuck"});
     mHandler.stuckName = QStringLiteral("stuck");
     EXPECT_FALSE(mHandler.cleanupFolder(At("work")));
     EXPECT_EQ(Tree(), "work/stuck");
@@ -101,9 +89,7 @@ TEST_F(FileHandlerTest, CleanupKeepsTheFolderAndNamesWhatStays)
     EXPECT_TRUE(mHandler.cleanupFolder(At("work")));
     EXPECT_EQ(Tree(), "work/");
     EXPECT_FALSE(mHandler.cleanupFolder(At("missing")));
-    EXPECT_EQ(Errors(),
-              "FileHandler::cleanupFolder|Can't find folder: "
-              "missing");
+    EXPECT_EQ(Errors(), "FileHandler::cleanupFolder|Can't find folder: missing");
 }
 
 TEST_F(FileHandlerTest, CleanupBySelectionLeavesTheRest)

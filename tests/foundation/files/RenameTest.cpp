@@ -34,17 +34,14 @@ TEST_F(FileHandlerTest, RenameReplacesNothing)
                                 std::string(entry.taken));
     }
     EXPECT_FALSE(mHandler.rename(At("folder"), At("b")));
-    EXPECT_EQ(Errors(),
-              "FileHandler::renameFolder|Destination directory already exists: "
-              "b");
+    EXPECT_EQ(Errors(), "FileHandler::renameFolder|Destination directory already exists: b");
     EXPECT_FALSE(mHandler.renameFile(At("missing"), At("new")));
     EXPECT_EQ(mHandler.attempts, 0);
 }
 
 TEST_F(FileHandlerTest, RenameToAnotherCaseAndToItselfWork)
 {
-    Make("name.PDF");
-    Make("._name.PDF");
+    MakeAll({"name.PDF", "._name.PDF"});
     EXPECT_TRUE(mHandler.renameFile(At("name.PDF"), At("name.pdf")));
     EXPECT_EQ(Tree(), "._name.pdf name.pdf");
     EXPECT_TRUE(mHandler.renameFile(At("name.pdf"), At("name.pdf")));
@@ -62,22 +59,17 @@ TEST_F(FileHandlerTest, FileMayTakeItsCompanionsPlace)
 
 TEST_F(FileHandlerTest, RenameOutlastsWhatPasses)
 {
-    struct Case
-    {
-        const char* source;
-        const char* line;
-    };
-    for (const Case& entry : {Case{"file", "FileHandler::renameFile|Failed to rename file."},
-                              Case{"folder", "FileHandler::renameFolder|Failed to rename folder."}}) {
-        Make("file");
-        Make("folder/inside");
+    for (const auto& [source, line] :
+         {Texts{"file", "FileHandler::renameFile|Failed to rename file."},
+          Texts{"folder", "FileHandler::renameFolder|Failed to rename folder."}}) {
+        MakeAll({"file", "folder/inside"});
         mHandler.attempts = 0;
         mHandler.afterAttempt = nullptr;
-        EXPECT_FALSE(mHandler.rename(At(entry.source), At("later/new")));
+        EXPECT_FALSE(mHandler.rename(At(source), At("later/new")));
         EXPECT_EQ(mHandler.attempts, 20);
         EXPECT_TRUE(mHandler.lastAttempt.startsWith(
-            QLatin1String(entry.line) +
-            QLatin1String(" Will try again after an interval. ( Attempt number 20) : ") + At(entry.source)))
+            QLatin1String(line) +
+            QLatin1String(" Will try again after an interval. ( Attempt number 20) : ") + At(source)))
             << mHandler.lastAttempt.toStdString();
 
         mHandler.attempts = 0;
@@ -85,7 +77,7 @@ TEST_F(FileHandlerTest, RenameOutlastsWhatPasses)
             if (attempt == 4)
                 QDir().mkpath(At("later"));
         };
-        EXPECT_TRUE(mHandler.rename(At(entry.source), At("later/new")));
+        EXPECT_TRUE(mHandler.rename(At(source), At("later/new")));
         EXPECT_EQ(mHandler.attempts, 4);
         EXPECT_TRUE(mHandler.removeFolder(At("later")));
     }
@@ -118,9 +110,7 @@ TEST_F(FileHandlerTest, RenameThatKeepsTheOldNameIsNoticed)
     Forgetful handler;
     handler.setLogInterface(&mLog);
     EXPECT_FALSE(handler.renameFE(At("b"), At("c")));
-    EXPECT_EQ(Errors(),
-              "FileHandler::renameFE|File still exists after successful renaming: "
-              "b");
+    EXPECT_EQ(Errors(), "FileHandler::renameFE|File still exists after successful renaming: b");
     EXPECT_TRUE(mHandler.renameAddPrefix(At("b"), QStringLiteral("old ")));
     EXPECT_EQ(Tree(), "c old b");
 }
@@ -129,8 +119,7 @@ TEST_F(FileHandlerTest, MovedContentLeavesWhatIsTakenThere)
 {
     Make("from/a", "new");
     Make("from/._a", "new");
-    Make("from/b");
-    Make("from/sub/c");
+    MakeAll({"from/b", "from/sub/c"});
     Make("to/a", "old");
     EXPECT_FALSE(mHandler.moveFolderContent(At("from"), At("to")));
     EXPECT_EQ(Tree(), "from/._a from/a to/a to/b to/sub/c");
@@ -145,8 +134,7 @@ TEST_F(FileHandlerTest, MovedContentLeavesWhatIsTakenThere)
 TEST_F(FileHandlerTest, MovedFolderMergesIntoTheOneThatIsThere)
 {
     Make("from/sub/a", "new");
-    Make("from/sub/b");
-    Make("from/other/c");
+    MakeAll({"from/sub/b", "from/other/c"});
     Make("to/sub/a", "old");
     EXPECT_FALSE(mHandler.moveFolderData(At("from"), At("to")));
     EXPECT_EQ(Tree(), "from/sub/a to/other/c to/sub/a to/sub/b");

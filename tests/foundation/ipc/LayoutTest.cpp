@@ -57,18 +57,8 @@ TEST(GMessageRing, LayoutIsAsDocumented)
     ring.Put("abc");
     const QByteArray bytes(reinterpret_cast<const char*>(memory.Get()), 72);
     EXPECT_EQ(bytes.toHex(),
-              "4d565051"
-              "01000000"
-              "04030201"
-              "00000000"
-              "8877665544332211"
-              "64000000"
-              "00000000"
-              "0000000000000000"
-              "0700000000000000"
-              "00000000000000000000000000000000"
-              "03000000"
-              "61626300");
+              "4d56505101000000040302010000000088776655443322116400000000000000000000000000000007000000000000"
+              "00000000000000000000000000000000000300000061626300");
 }
 
 TEST(GMessageRing, DamagedHeaderIsRefused)
@@ -161,14 +151,7 @@ TEST(GPPIPCMessage, LayoutIsAsDocumentedAndOtherLengthsAreRefused)
     message.flag = GPPIPCMessage::cThroughGlobalChannel;
     message.payload = "ab";
     const GBuffer bytes = message.Encode();
-    EXPECT_EQ(bytes.toHex(),
-              "01000000"
-              "04030201"
-              "02000000"
-              "feffffff"
-              "01000000"
-              "02000000"
-              "6162");
+    EXPECT_EQ(bytes.toHex(), "010000000403020102000000feffffff01000000020000006162");
     GPPIPCMessage read;
     EXPECT_TRUE(GPPIPCMessage::Decode(bytes, &read));
     EXPECT_EQ(read.Encode(), bytes);
