@@ -20,6 +20,7 @@ class ILogInterface;
 namespace FileSystem
 {
 class FolderLock;
+enum class ItemKind;
 struct DateTimes;
 }  // namespace FileSystem
 
@@ -261,8 +262,7 @@ private:
                      const QString& what);
     bool renameOnce(const QString& source, const QString& destination);
     bool changeCase(const QString& source, const QString& destination);
-    bool moveFileAcrossVolumes(const QString& source, const QString& destination);
-    bool moveFolderAcrossVolumes(const QString& source, const QString& destination);
+    bool moveAcrossVolumes(const QString& source, const QString& destination, FileSystem::ItemKind kind);
     bool isRenameTargetFree(const QString& source, const QString& destination);
 
     bool removeFolderContent(QDir* folder);
@@ -275,6 +275,7 @@ private:
     bool setOwnerRights(const QString& path, const QString& message);
 
     bool checkFolder(const QString& folder, const QString& operation);
+    bool checkItem(const QString& item, const QString& operation, qint64* count);
     QString getHiddenPath(const QString& path);
     QString getTemporaryFolder() const;
 

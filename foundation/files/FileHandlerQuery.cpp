@@ -26,6 +26,21 @@ qint64 getOwnSize(const QString& path)
     return FileSystem::getItemKind(path) == ItemKind::File ? QFileInfo(path).size() : 0;
 }
 
+// Adds up the wanted files in a folder, or, where the item is none, the size of the one file.
+bool sumBytes(const QString& item, const QString& file, const std::function<bool(const QString&)>& isWanted,
+              qint64* bytes)
+{
+    if (!isFolder(item)) {
+        *bytes = getOwnSize(file);
+        return true;
+    }
+    visitFiles(item, [&](const QString& path) {
+        if (isWanted(path))
+            *bytes += getOwnSize(path);
+    });
+    return true;
+}
+
 enum class Order
 {
     FilesFirst,
@@ -159,41 +174,27 @@ bool FileHandler::getFileList(const QString& folder, QStringList* files)
 
 bool FileHandler::getByteCount(const QString& path, qint64* bytes)
 {
-    *bytes = 0;
     const QString item = ConvertPath(path);
-    switch (FileSystem::getItemKind(item)) {
-        case ItemKind::None:
-            LogError(QStringLiteral("FileHandler::getByteCount"),
-                     QLatin1String("File or folder does not exists: ") + item);
-            return false;
-        case ItemKind::Folder:
-            visitFiles(item, [bytes](const QString& file) { *bytes += getOwnSize(file); });
-            return true;
-        default:
-            *bytes = getOwnSize(item);
-            return true;
-    }
+    return checkItem(item, QStringLiteral("FileHandler::getByteCount"), bytes) &&
+           sumBytes(
+               item, item, [](const QString&) { return true; }, bytes);
 }
 
 bool FileHandler::getDotUnderscoreByteCount(const QString& path, qint64* bytes)
 {
-    *bytes = 0;
     const QString item = ConvertPath(path);
-    switch (FileSystem::getItemKind(item)) {
-        case ItemKind::None:
-            LogError(QStringLiteral("FileHandler::getDotUnderscoreByteCount"),
-                     QLatin1String("File or folder does not exists: ") + item);
-            return false;
-        case ItemKind::Folder:
-            visitFiles(item, [bytes](const QString& file) {
-                if (isCompanion(file))
-                    *bytes += getOwnSize(file);
-            });
-            return true;
-        default:
-            *bytes = getOwnSize(getCompanionPath(item));
-            return true;
-    }
+    return checkItem(item, QStringLiteral("FileHandler::getDotUnderscoreByteCount"), bytes) &&
+           sumBytes(item, getCompanionPath(item), isCompanion, bytes);
+}
+
+// The counterpart of checkFolder for what may be a file too; the count begins at 0.
+bool FileHandler::checkItem(const QString& item, const QString& operation, qint64* count)
+{
+    *count = 0;
+    if (FileSystem::getItemKind(item) != ItemKind::None)
+        return true;
+    LogError(operation, QLatin1String("File or folder does not exists: ") + item);
+    return false;
 }
 
 bool FileHandler::getFreeSpace(const QString& path, qint64* bytes)

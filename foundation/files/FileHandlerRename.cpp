@@ -49,7 +49,7 @@ bool FileHandler::renameFile(const QString& source, const QString& destination)
         return false;
     }
     if (getFolder(from) != getFolder(to) && !checkSameVolume(from, to))
-        return moveFileAcrossVolumes(from, to);
+        return moveAcrossVolumes(from, to, FileSystem::getItemKind(from));
 
     const QString companion = getCompanionPath(from);
     if (QFileInfo(to).absoluteFilePath() == QFileInfo(companion).absoluteFilePath() && !companion.isEmpty())
@@ -80,15 +80,22 @@ bool FileHandler::isRenameTargetFree(const QString& source, const QString& desti
     return false;
 }
 
-bool FileHandler::moveFileAcrossVolumes(const QString& source, const QString& destination)
+bool FileHandler::moveAcrossVolumes(const QString& source, const QString& destination, ItemKind kind)
 {
-    const QString operation = QStringLiteral("FileHandler::renameFile");
-    if (!copyFile(source, destination)) {
-        LogError(operation, QLatin1String("Failed to copy file: ") + source);
+    const bool isFolder = kind == ItemKind::Folder;
+    const QString operation =
+        isFolder ? QStringLiteral("FileHandler::renameFolder") : QStringLiteral("FileHandler::renameFile");
+    const QString what = isFolder ? QStringLiteral("folder") : QStringLiteral("file");
+    // A link stays one, where copyFile would make a file of it.
+    const bool isCopied = isFolder                 ? copyFolder(source, destination)
+                          : kind == ItemKind::Link ? copyEntry(source, destination)
+                                                   : copyFile(source, destination);
+    if (!isCopied) {
+        LogError(operation, QStringLiteral("Failed to copy %1: %2").arg(what, source));
         return false;
     }
-    if (!removeFile(source)) {
-        LogError(operation, QLatin1String("Failed to remove file: ") + source);
+    if (!(isFolder ? removeFolder(source) : removeFile(source))) {
+        LogError(operation, QStringLiteral("Failed to remove %1: %2").arg(what, source));
         return false;
     }
     return true;
@@ -143,26 +150,12 @@ bool FileHandler::renameFolder(const QString& source, const QString& destination
     if (!checkFolder(from, operation))
         return false;
     if (getFolder(from) != getFolder(to) && !checkSameVolume(from, to))
-        return moveFolderAcrossVolumes(from, to);
+        return moveAcrossVolumes(from, to, ItemKind::Folder);
     if (exists(to) && !isSameItem(from, to)) {
         LogError(operation, QLatin1String("Destination directory already exists: ") + to);
         return false;
     }
     return retryRename(from, to, operation, QStringLiteral("folder"));
-}
-
-bool FileHandler::moveFolderAcrossVolumes(const QString& source, const QString& destination)
-{
-    const QString operation = QStringLiteral("FileHandler::renameFolder");
-    if (!copyFolder(source, destination)) {
-        LogError(operation, QLatin1String("Failed to copy folder: ") + source);
-        return false;
-    }
-    if (!removeFolder(source)) {
-        LogError(operation, QLatin1String("Failed to remove folder: ") + source);
-        return false;
-    }
-    return true;
 }
 
 bool FileHandler::renameAddPrefix(const QString& path, const QString& prefix)

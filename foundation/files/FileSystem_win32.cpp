@@ -106,6 +106,15 @@ Error readTimes(const QString& path, FileTimes* times)
     return result(::GetFileTime(handle.get(), &times->created, &times->accessed, &times->modified));
 }
 
+Error writeTimes(const QString& path, const FILETIME* created, const FILETIME* accessed,
+                 const FILETIME* modified)
+{
+    const AttributeHandle handle(path, FILE_WRITE_ATTRIBUTES);
+    if (!handle.isOpen())
+        return lastError();
+    return result(::SetFileTime(handle.get(), created, accessed, modified));
+}
+
 QDateTime toDateTime(const FILETIME& time)
 {
     constexpr qint64 cTicksPerMillisecond = 10000;
@@ -278,23 +287,15 @@ Error getDateTimes(const QString& path, DateTimes* times)
 Error copyDateTimes(const QString& source, const QString& destination)
 {
     FileTimes times = {};
-    if (const Error error = readTimes(source, &times))
-        return error;
-    const AttributeHandle handle(destination, FILE_WRITE_ATTRIBUTES);
-    if (!handle.isOpen())
-        return lastError();
-    return result(::SetFileTime(handle.get(), &times.created, &times.accessed, &times.modified));
+    const Error error = readTimes(source, &times);
+    return error ? error : writeTimes(destination, &times.created, &times.accessed, &times.modified);
 }
 
 Error copyCreationDateTime(const QString& source, const QString& destination)
 {
     FileTimes times = {};
-    if (const Error error = readTimes(source, &times))
-        return error;
-    const AttributeHandle handle(destination, FILE_WRITE_ATTRIBUTES);
-    if (!handle.isOpen())
-        return lastError();
-    return result(::SetFileTime(handle.get(), &times.created, nullptr, nullptr));
+    const Error error = readTimes(source, &times);
+    return error ? error : writeTimes(destination, &times.created, nullptr, nullptr);
 }
 
 // A path that is too long for the shell can't go to the recycle bin and is deleted for good: whoever asked

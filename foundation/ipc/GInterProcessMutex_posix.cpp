@@ -1,28 +1,16 @@
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/core/GException.h"
 #include "foundation/ipc/GInterProcessMutex.h"
-#include "foundation/ipc/GSharedSegment.h"
+#include "foundation/ipc/PSharedObject.h"
 #include "foundation/ipc/PTimeout.h"
 #include "foundation/system/GSystemError.h"
 
 #include <pthread.h>
 #include <cerrno>
-#include <cstring>
 
 namespace
 {
-// What the lock's segment holds.
-struct Content
-{
-    uint32_t magic;
-    uint32_t version;
-    pthread_mutex_t mutex;
-};
-
-constexpr size_t cSegmentSize = 64;
 constexpr uint32_t cMagic = 0x4B4C564D;
-constexpr uint32_t cVersion = 1;
-static_assert(sizeof(Content) <= cSegmentSize, "the mutex must fit into its segment");
 
 [[noreturn]] void Raise(int32_t code, const GString& what, int error)
 {
@@ -47,57 +35,36 @@ void MakeMutex(pthread_mutex_t* mutex)
     if (error != 0)
         Raise(GErrorCode::cCreateSemaphore, QStringLiteral("The lock can't be made: %1"), error);
 }
-
-void PrepareContent(uint8_t* data)
-{
-    Content* const content = reinterpret_cast<Content*>(data);
-    if (content->magic == 0) {
-        MakeMutex(&content->mutex);
-        content->version = cVersion;
-        content->magic = cMagic;
-    }
-    if (content->magic != cMagic || content->version != cVersion)
-        throw GSimpleException(GErrorCode::cCreateSemaphore,
-                               QStringLiteral("The lock's segment is damaged."));
-}
 }  // namespace
 
 struct GInterProcessMutex::Handle
 {
-    Handle(const GString& name, GSharedSegment::Mode mode) : segment(name, cSegmentSize, mode, PrepareContent)
-    {
-    }
-    pthread_mutex_t* Get() { return &reinterpret_cast<Content*>(segment.GetData())->mutex; }
-
-    GSharedSegment segment;
+    PSharedObject<pthread_mutex_t> object;
 };
 
 GInterProcessMutex::GInterProcessMutex(const GString& name, Mode mode)
+    : mHandle(new Handle{
+          {name, mode == Mode::Open ? GSharedSegment::Mode::Open : GSharedSegment::Mode::OpenOrCreate, cMagic,
+           MakeMutex}})
 {
-    try {
-        mHandle = std::make_unique<Handle>(
-            name, mode == Mode::Open ? GSharedSegment::Mode::Open : GSharedSegment::Mode::OpenOrCreate);
-    } catch (const GException& error) {
-        throw GCustomException(GErrorCode::cCreateSemaphore, error.GetDescription());
-    }
 }
 
 GInterProcessMutex::~GInterProcessMutex() = default;
 
 bool GInterProcessMutex::Lock(std::chrono::milliseconds timeout)
 {
-    int error = ::pthread_mutex_trylock(mHandle->Get());
+    int error = ::pthread_mutex_trylock(mHandle->object.Get());
     if (error == EBUSY && timeout.count() == 0)
         return false;
     if (error == EBUSY) {
         const struct timespec deadline = GetDeadline(timeout);
-        error = ::pthread_mutex_timedlock(mHandle->Get(), &deadline);
+        error = ::pthread_mutex_timedlock(mHandle->object.Get(), &deadline);
     }
     if (error == ETIMEDOUT)
         return false;
     const bool wasAbandoned = error == EOWNERDEAD;
     if (wasAbandoned)
-        error = ::pthread_mutex_consistent(mHandle->Get());
+        error = ::pthread_mutex_consistent(mHandle->object.Get());
     if (error != 0)
         Raise(GErrorCode::cLockSemaphore, QStringLiteral("The lock can't be had: %1"), error);
     mWasAbandoned = wasAbandoned;
@@ -106,7 +73,7 @@ bool GInterProcessMutex::Lock(std::chrono::milliseconds timeout)
 
 void GInterProcessMutex::Unlock()
 {
-    const int error = ::pthread_mutex_unlock(mHandle->Get());
+    const int error = ::pthread_mutex_unlock(mHandle->object.Get());
     if (error != 0)
         Raise(GErrorCode::cUnlockSemaphore, QStringLiteral("The lock can't be let go: %1"), error);
 }

@@ -1,7 +1,7 @@
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/core/GException.h"
 #include "foundation/ipc/GInterProcessSemaphore.h"
-#include "foundation/ipc/GSharedSegment.h"
+#include "foundation/ipc/PSharedObject.h"
 #include "foundation/ipc/PTimeout.h"
 #include "foundation/system/GSystemError.h"
 
@@ -10,58 +10,29 @@
 
 namespace
 {
-// What the semaphore's segment holds.
-struct Content
-{
-    uint32_t magic;
-    uint32_t version;
-    sem_t semaphore;
-};
-
-constexpr size_t cSegmentSize = 64;
 constexpr uint32_t cMagic = 0x5353564D;
-constexpr uint32_t cVersion = 1;
-static_assert(sizeof(Content) <= cSegmentSize, "the semaphore must fit into its segment");
 
 [[noreturn]] void RaiseLastError(int32_t code, const GString& what)
 {
     throw GCustomException(code, what.arg(GetReasonText(GetLastSystemError())));
 }
 
-void PrepareContent(uint8_t* data, int initialCount)
+void MakeSemaphore(sem_t* semaphore, int initialCount)
 {
-    Content* const content = reinterpret_cast<Content*>(data);
-    if (content->magic == 0) {
-        if (::sem_init(&content->semaphore, 1, static_cast<unsigned>(initialCount)) != 0)
-            RaiseLastError(GErrorCode::cCreateSemaphore, QStringLiteral("The semaphore can't be made: %1"));
-        content->version = cVersion;
-        content->magic = cMagic;
-    }
-    if (content->magic != cMagic || content->version != cVersion)
-        throw GSimpleException(GErrorCode::cCreateSemaphore,
-                               QStringLiteral("The semaphore's segment is damaged."));
+    if (::sem_init(semaphore, 1, static_cast<unsigned>(initialCount)) != 0)
+        RaiseLastError(GErrorCode::cCreateSemaphore, QStringLiteral("The semaphore can't be made: %1"));
 }
 }  // namespace
 
 struct GInterProcessSemaphore::Handle
 {
-    Handle(const GString& name, int initialCount)
-        : segment(name, cSegmentSize, GSharedSegment::Mode::OpenOrCreate,
-                  [initialCount](uint8_t* data) { PrepareContent(data, initialCount); })
-    {
-    }
-    sem_t* Get() { return &reinterpret_cast<Content*>(segment.GetData())->semaphore; }
-
-    GSharedSegment segment;
+    PSharedObject<sem_t> object;
 };
 
 GInterProcessSemaphore::GInterProcessSemaphore(const GString& name, int initialCount)
+    : mHandle(new Handle{{name, GSharedSegment::Mode::OpenOrCreate, cMagic,
+                          [initialCount](sem_t* semaphore) { MakeSemaphore(semaphore, initialCount); }}})
 {
-    try {
-        mHandle = std::make_unique<Handle>(name, initialCount);
-    } catch (const GException& error) {
-        throw GCustomException(GErrorCode::cCreateSemaphore, error.GetDescription());
-    }
 }
 
 GInterProcessSemaphore::~GInterProcessSemaphore() = default;
@@ -71,7 +42,7 @@ bool GInterProcessSemaphore::Acquire(std::chrono::milliseconds timeout)
     const struct timespec deadline = GetDeadline(timeout);
     int status = 0;
     do {
-        status = ::sem_timedwait(mHandle->Get(), &deadline);
+        status = ::sem_timedwait(mHandle->object.Get(), &deadline);
     } while (status != 0 && errno == EINTR);
     if (status != 0 && errno != ETIMEDOUT)
         RaiseLastError(GErrorCode::cLockSemaphore, QStringLiteral("The semaphore can't be had: %1"));
@@ -80,7 +51,7 @@ bool GInterProcessSemaphore::Acquire(std::chrono::milliseconds timeout)
 
 void GInterProcessSemaphore::Release()
 {
-    if (::sem_post(mHandle->Get()) != 0)
+    if (::sem_post(mHandle->object.Get()) != 0)
         RaiseLastError(GErrorCode::cUnlockSemaphore, QStringLiteral("The semaphore can't be let go: %1"));
 }
 

@@ -27,6 +27,11 @@ TEST_F(FileHandlerTest, LinksOutOfAFolderAreNeverFollowed)
         EXPECT_EQ(getItemKind(At(link)), ItemKind::Link) << link;
     EXPECT_EQ(QFile::symLinkTarget(At("copy/to folder")), At("outside"));
 
+    mHandler.isOneVolume = false;
+    QDir().mkpath(At("elsewhere"));
+    EXPECT_TRUE(mHandler.renameFile(At("copy/to file"), At("elsewhere/link")));
+    EXPECT_EQ(getItemKind(At("elsewhere/link")), ItemKind::Link);
+    EXPECT_TRUE(mHandler.removeFolder(At("elsewhere")));
     EXPECT_TRUE(mHandler.removeFolder(At("alias/")));
     EXPECT_TRUE(QFile::exists(At("folder/own")));
     EXPECT_TRUE(mHandler.setRWPermissions(At("folder")));
