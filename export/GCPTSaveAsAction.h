@@ -1,0 +1,73 @@
+#pragma once
+
+#include "export/GCPTAbstractAction.h"
+#include "export/GCPTSaveAsProperties.h"
+#include "foundation/core/GSignal.h"
+#include "foundation/core/GSubject.h"
+
+#include <mutex>
+
+// The export of what the user has in front to a Hopbox, but for the steps that only the host can do, which a
+// derived class brings.
+//
+// A run is synchronous, within Receive. A step gives whether it succeeded; the first that fails has set the
+// error text and ends the run. What the foundation raises within a step becomes the error text. The result is
+// told to the observers. For the main thread.
+class GCPTSaveAsAction : public GCPTAbstractAction, public GReceiver<GCPTSaveAsProperties>, public GSubject
+{
+public:
+    // Notifications to the observers, at the end of each run.
+    static constexpr int32_t cSucceeded = 11;
+    static constexpr int32_t cFailed = 12;
+    static constexpr int32_t cCancelled = 13;  // failed after a cancel request
+
+    ~GCPTSaveAsAction() override;
+
+    // Runs the export or asks the running one to end: see GCPTSaveAsProperties. Without a Hopbox's name
+    // nothing runs and nothing is told. A run that is asked for while one is under way is left out.
+    void Receive(int32_t message, const GCPTSaveAsProperties& properties) override;
+
+    // Runs the steps with the properties that were received last; gives whether they succeeded. Fails without
+    // an error text when the action is not active.
+    bool Execute();
+
+    // Why the last run failed; empty when it did not, or when there is nothing to say about it.
+    const GString& GetErrorText() const { return mErrorText; }
+
+    // What the last run has produced; empty paths for what it has not. The output path is the last of them:
+    // the package folder when there is one.
+    const GPathName& GetPDFPath() const { return mPDFPath; }
+    const GPathName& GetPackagePath() const { return mPackagePath; }
+    const GPathName& GetOutputPath() const { return mPackagePath.IsEmpty() ? mPDFPath : mPackagePath; }
+
+protected:
+    // Exports a PDF with the properties' job options below the work folder, which need not be there yet, and
+    // sets the PDF's path.
+    virtual bool ExportPDF(const GCPTSaveAsProperties& properties, const GPathName& workFolder) = 0;
+
+    // Makes the file package in a folder and sets the package's path. An action that does not bring it has no
+    // command for it, and the export fails with that message.
+    virtual bool CreatePackage(const GPathName& folder);
+
+    // Set the error text, framed, from a code and what follows its text; give false, the result of the step.
+    bool Fail(uint32_t code, const GString& detail = GString());
+    bool FailWith(const GString& text);
+
+    void SetPDFPath(const GPathName& path) { mPDFPath = path; }
+    void SetPackagePath(const GPathName& path) { mPackagePath = path; }
+
+private:
+    void Run();
+    bool RunSteps(GCPTSaveAsProperties& properties);
+    bool ObtainJobOptions(const GCPTSaveAsProperties& properties, const GPathName& folder,
+                          GPathName& jobOptions);
+
+    // The properties come by a signal, and a cancel request may come while a run is under way on this thread.
+    std::recursive_mutex mLock;
+    GCPTSaveAsProperties mProperties;
+    bool mIsRunning = false;
+    bool mIsCancelRequested = false;
+    GString mErrorText;
+    GPathName mPDFPath;
+    GPathName mPackagePath;
+};
