@@ -15,6 +15,7 @@
 #include <quazip/zip.h>
 #include <zlib.h>
 
+#include <algorithm>
 #include <atomic>
 
 namespace Morvane
@@ -249,20 +250,23 @@ bool ZipArchiver::openEntry(const Entry& entry)
 
 bool ZipArchiver::addContent(QFile& source, const Entry& entry)
 {
-    QByteArray chunk(cChunkSize, Qt::Uninitialized);
-    qint64 size = 0;
+    // Made once, and behind the library's own memory: that is then kept from one entry to the next, too.
+    mChunk.resize(cChunkSize);
+    qint64 rest = entry.size;
     uLong crc = 0;
-    qint64 count = 0;
-    while ((count = source.read(chunk.data(), chunk.size())) > 0) {
-        if (zipWriteInFileInZip(mHandle.get(), chunk.constData(), static_cast<unsigned>(count)) != ZIP_OK)
+    while (rest > 0) {
+        const qint64 count = source.read(mChunk.data(), std::min<qint64>(rest, mChunk.size()));
+        if (count <= 0)
+            break;
+        if (zipWriteInFileInZip(mHandle.get(), mChunk.constData(), static_cast<unsigned>(count)) != ZIP_OK)
             return giveUp(QLatin1String("Error in writing file in the zipfile: ") + entry.sourcePath);
-        size += count;
+        rest -= count;
         if (!entry.password.isEmpty())
-            crc = crc32(crc, reinterpret_cast<const Bytef*>(chunk.constData()), static_cast<uInt>(count));
+            crc = crc32(crc, reinterpret_cast<const Bytef*>(mChunk.constData()), static_cast<uInt>(count));
     }
     // The sizes and the check byte are those of the first pass: a file that has changed since does not fit.
-    const bool isSame = size == entry.size && (entry.password.isEmpty() || crc == entry.crc);
-    return (count == 0 && isSame) || giveUp(QLatin1String("Error in reading file: ") + entry.sourcePath);
+    const bool isSame = rest == 0 && (entry.password.isEmpty() || crc == entry.crc);
+    return isSame || giveUp(QLatin1String("Error in reading file: ") + entry.sourcePath);
 }
 
 bool ZipArchiver::closeEntry(const Entry& entry)

@@ -2,6 +2,7 @@
 
 #include "archive/ZipLog.h"
 
+#include <QByteArray>
 #include <QSet>
 #include <QString>
 #include <QStringList>
@@ -98,6 +99,7 @@ private:
     std::unique_ptr<QFile> mFile;           // what is written until the archive is finished
     std::unique_ptr<void, Closer> mHandle;  // before the file, which it writes to
     QSet<QString> mNames;
+    QByteArray mChunk;
     QString mPassword;
     int mLevel = 0;
     ZipLog mLog;

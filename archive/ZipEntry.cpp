@@ -9,6 +9,8 @@ static constexpr int cMadeByDarwin = 19;
 static constexpr uint32_t cTypeMask = 0170000;
 static constexpr uint32_t cTypeLink = 0120000;
 static constexpr int cRightsMask = 0777;
+static constexpr int cFirstYear = 1980;
+static constexpr int cLastYear = 2107;
 
 static bool isMadeByUnix(const ZipEntry& entry)
 {
@@ -40,7 +42,7 @@ QDateTime ZipEntry::getModified() const
 {
     const int day = dosTime >> 16 & 0x1f;
     const int month = dosTime >> 21 & 0x0f;
-    const int year = static_cast<int>(dosTime >> 25) + 1980;
+    const int year = static_cast<int>(dosTime >> 25) + cFirstYear;
     const int second = static_cast<int>(dosTime & 0x1f) * 2;
     const int minute = dosTime >> 5 & 0x3f;
     const int hour = dosTime >> 11 & 0x1f;
@@ -51,12 +53,17 @@ QDateTime ZipEntry::getModified() const
 
 uint32_t makeDosTime(const QDateTime& moment)
 {
-    const QDateTime first(QDate(1980, 1, 1), QTime(0, 0, 0));
-    const QDateTime last(QDate(2107, 12, 31), QTime(23, 59, 58));
-    const QDateTime local = qBound(first, moment.toLocalTime(), last);
-    const QDate date = local.date();
-    const QTime time = local.time();
-    return static_cast<uint32_t>((date.year() - 1980) << 25 | date.month() << 21 | date.day() << 16 |
+    const QDateTime local = moment.toLocalTime();
+    QDate date = local.date();
+    QTime time = local.time();
+    if (date.year() < cFirstYear) {
+        date = QDate(cFirstYear, 1, 1);
+        time = QTime(0, 0);
+    } else if (date.year() > cLastYear) {
+        date = QDate(cLastYear, 12, 31);
+        time = QTime(23, 59, 58);
+    }
+    return static_cast<uint32_t>((date.year() - cFirstYear) << 25 | date.month() << 21 | date.day() << 16 |
                                  time.hour() << 11 | time.minute() << 5 | time.second() / 2);
 }
 }  // namespace Morvane

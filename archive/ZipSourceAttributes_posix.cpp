@@ -1,5 +1,6 @@
 #include "archive/ZipSourceAttributes.h"
 
+#include <QFile>
 #include <QFileInfo>
 
 #include <sys/stat.h>
@@ -15,9 +16,10 @@ uint16_t getMadeBy()
 
 uint32_t getUnixAttributes(const QFileInfo& source)
 {
-    const int permissions = source.permissions();
-    const int rights = (permissions >> 6 & 0700) | (permissions >> 1 & 070) | (permissions & 07);
-    const uint32_t mode = (source.isDir() ? S_IFDIR : S_IFREG) | static_cast<uint32_t>(rights);
-    return mode << 16;
+    struct stat status
+    {
+    };
+    const bool isThere = ::stat(QFile::encodeName(source.filePath()).constData(), &status) == 0;
+    return isThere ? static_cast<uint32_t>(status.st_mode & (S_IFMT | 0777)) << 16 : 0;
 }
 }  // namespace Morvane
