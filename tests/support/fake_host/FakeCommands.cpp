@@ -22,13 +22,14 @@ bool WriteFile(const QString& path, const QByteArray& content)
     return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
-class FakePreferences : public FakeObject<IPDFExportPreferences>
+// A part of a command, over the command's record.
+template <class Interface>
+using CommandPart = FakeRecordObject<Interface, std::shared_ptr<FakeCommandRecord>>;
+
+class FakePreferences : public CommandPart<IPDFExportPreferences>
 {
 public:
-    FakePreferences(FakeHost& host, std::shared_ptr<FakeCommandRecord> record)
-        : FakeObject(host, "IPDFExportPreferences"), mRecord(std::move(record))
-    {
-    }
+    using FakeRecordObject::FakeRecordObject;
 
     ErrorCode ReadJobOptions(const IDFile& file) override
     {
@@ -45,32 +46,20 @@ public:
     void SetLength(PDFLength setting, double points) override { mRecord->lengths[setting] = points; }
     int32_t GetReaderSpreads() const override { return mRecord->readerSpreads; }
     void SetReaderSpreads(int32_t spreads) override { mRecord->readerSpreads = spreads; }
-
-private:
-    std::shared_ptr<FakeCommandRecord> mRecord;
 };
 
-class FakeFileData : public FakeObject<ISystemFileData>
+class FakeFileData : public CommandPart<ISystemFileData>
 {
 public:
-    FakeFileData(FakeHost& host, std::shared_ptr<FakeCommandRecord> record)
-        : FakeObject(host, "ISystemFileData"), mRecord(std::move(record))
-    {
-    }
+    using FakeRecordObject::FakeRecordObject;
 
     void SetFile(const IDFile& file) override { mRecord->outputPath = GetPath(file); }
-
-private:
-    std::shared_ptr<FakeCommandRecord> mRecord;
 };
 
-class FakeOutputPages : public FakeObject<IOutputPages>
+class FakeOutputPages : public CommandPart<IOutputPages>
 {
 public:
-    FakeOutputPages(FakeHost& host, std::shared_ptr<FakeCommandRecord> record)
-        : FakeObject(host, "IOutputPages"), mRecord(std::move(record))
-    {
-    }
+    using FakeRecordObject::FakeRecordObject;
 
     void SetPages(const UIDList& pages, bool isSpreads) override
     {
@@ -81,18 +70,12 @@ public:
     }
 
     void SetName(const PMString& name) override { mRecord->name = name.GetString(); }
-
-private:
-    std::shared_ptr<FakeCommandRecord> mRecord;
 };
 
-class FakeBookExportData : public FakeObject<IBookExportData>
+class FakeBookExportData : public CommandPart<IBookExportData>
 {
 public:
-    FakeBookExportData(FakeHost& host, std::shared_ptr<FakeCommandRecord> record)
-        : FakeObject(host, "IBookExportData"), mRecord(std::move(record))
-    {
-    }
+    using FakeRecordObject::FakeRecordObject;
 
     void SetBook(const IBook& book) override { mRecord->bookPath = GetRecord(book).path; }
     void SetDocuments(const IBookContent& documents) override
@@ -100,9 +83,6 @@ public:
         mRecord->documentCount = documents.GetDocumentCount();
     }
     void SetOutputFile(const IDFile& file) override { mRecord->outputPath = GetPath(file); }
-
-private:
-    std::shared_ptr<FakeCommandRecord> mRecord;
 };
 
 template <class Interface>
@@ -187,28 +167,29 @@ HostPtr<IPDFExportPreferences> FakeCommand::QueryPDFExportPreferences()
 {
     if (mRecord->commandClass == HostClassID::cBookExportCommand)
         return {};
-    return HandOut<FakePreferences>(mHost, HostOperation::QueryPDFExportPreferences, mRecord);
+    return HandOut<FakePreferences>(mHost, HostOperation::QueryPDFExportPreferences, "IPDFExportPreferences",
+                                    mRecord);
 }
 
 HostPtr<ISystemFileData> FakeCommand::QuerySystemFileData()
 {
     if (mRecord->commandClass != HostClassID::cPDFExportCommand)
         return {};
-    return HandOut<FakeFileData>(mHost, HostOperation::QuerySystemFileData, mRecord);
+    return HandOut<FakeFileData>(mHost, HostOperation::QuerySystemFileData, "ISystemFileData", mRecord);
 }
 
 HostPtr<IOutputPages> FakeCommand::QueryOutputPages()
 {
     if (mRecord->commandClass != HostClassID::cPDFExportCommand)
         return {};
-    return HandOut<FakeOutputPages>(mHost, HostOperation::QueryOutputPages, mRecord);
+    return HandOut<FakeOutputPages>(mHost, HostOperation::QueryOutputPages, "IOutputPages", mRecord);
 }
 
 HostPtr<IBookExportData> FakeCommand::QueryBookExportData()
 {
     if (mRecord->commandClass != HostClassID::cBookExportCommand)
         return {};
-    return HandOut<FakeBookExportData>(mHost, HostOperation::QueryBookExportData, mRecord);
+    return HandOut<FakeBookExportData>(mHost, HostOperation::QueryBookExportData, "IBookExportData", mRecord);
 }
 
 ErrorCode FakeCommand::Run()

@@ -14,12 +14,10 @@ IDFile MakeFile(FakeHost& host, HostOperation operation, const QString& path)
     return host.Ask(operation) == HostAnswer::Works ? IDFile(PMString(path)) : IDFile();
 }
 
-class FakePageList : public FakeObject<IPageList>
+class FakePageList : public FakeRecordObject<IPageList, const FakeDocument&>
 {
 public:
-    FakePageList(FakeHost& host, const FakeDocument& record) : FakeObject(host, "IPageList"), mRecord(record)
-    {
-    }
+    using FakeRecordObject::FakeRecordObject;
 
     int32_t GetPageCount() const override { return mRecord.pageCount; }
 
@@ -44,17 +42,12 @@ public:
         }
         return cSuccess;
     }
-
-private:
-    const FakeDocument& mRecord;
 };
 
-class FakeFontList : public FakeObject<IFontList>
+class FakeFontList : public FakeRecordObject<IFontList, const FakeDocument&>
 {
 public:
-    FakeFontList(FakeHost& host, const FakeDocument& record) : FakeObject(host, "IFontList"), mRecord(record)
-    {
-    }
+    using FakeRecordObject::FakeRecordObject;
 
     // Knows of no font before it took stock.
     void Update() override { mMissing = mRecord.missingFonts; }
@@ -62,16 +55,13 @@ public:
     PMString GetNthMissingFontName(int32_t index) const override { return MakeName(mMissing.value(index)); }
 
 private:
-    const FakeDocument& mRecord;
     QStringList mMissing;
 };
 
-class FakeDocumentObject : public FakeObject<IDocument>
+class FakeDocumentObject : public FakeRecordObject<IDocument, FakeDocument&>
 {
 public:
-    FakeDocumentObject(FakeHost& host, FakeDocument& record) : FakeObject(host, "IDocument"), mRecord(record)
-    {
-    }
+    using FakeRecordObject::FakeRecordObject;
 
     bool IsSaved() const override { return mRecord.isSaved; }
     IDFile GetFile() const override { return MakeFile(mHost, HostOperation::GetDocumentFile, mRecord.path); }
@@ -80,24 +70,19 @@ public:
 
     HostPtr<IPageList> QueryPageList() const override
     {
-        return HandOut<FakePageList>(mHost, HostOperation::QueryPageList, mRecord);
+        return HandOut<FakePageList>(mHost, HostOperation::QueryPageList, "IPageList", mRecord);
     }
 
     HostPtr<IFontList> QueryFontList() const override
     {
-        return HandOut<FakeFontList>(mHost, HostOperation::QueryFontList, mRecord);
+        return HandOut<FakeFontList>(mHost, HostOperation::QueryFontList, "IFontList", mRecord);
     }
-
-    FakeDocument& mRecord;
 };
 
-class FakeBookContent : public FakeObject<IBookContent>
+class FakeBookContent : public FakeRecordObject<IBookContent, const FakeBook&>
 {
 public:
-    FakeBookContent(FakeHost& host, const FakeBook& record)
-        : FakeObject(host, "IBookContent"), mRecord(record)
-    {
-    }
+    using FakeRecordObject::FakeRecordObject;
 
     int32_t GetDocumentCount() const override { return mRecord.documentPaths.size(); }
 
@@ -105,15 +90,12 @@ public:
     {
         return MakeFile(mHost, HostOperation::GetNthDocumentFile, mRecord.documentPaths.value(index));
     }
-
-private:
-    const FakeBook& mRecord;
 };
 
-class FakeBookObject : public FakeObject<IBook>
+class FakeBookObject : public FakeRecordObject<IBook, FakeBook&>
 {
 public:
-    FakeBookObject(FakeHost& host, FakeBook& record) : FakeObject(host, "IBook"), mRecord(record) {}
+    using FakeRecordObject::FakeRecordObject;
 
     IDFile GetFile() const override { return MakeFile(mHost, HostOperation::GetBookFile, mRecord.path); }
     bool IsModified() const override { return mRecord.isModified; }
@@ -128,10 +110,8 @@ public:
 
     HostPtr<IBookContent> QueryContent() const override
     {
-        return HandOut<FakeBookContent>(mHost, HostOperation::QueryBookContent, mRecord);
+        return HandOut<FakeBookContent>(mHost, HostOperation::QueryBookContent, "IBookContent", mRecord);
     }
-
-    FakeBook& mRecord;
 };
 }  // namespace
 
@@ -151,7 +131,7 @@ HostPtr<IDocument> FakeLayoutUtils::QueryFrontDocument() const
                                     [](const FakeDocument& document) { return document.isOpen; });
     if (front == mHost.documents.end())
         return {};
-    return HandOut<FakeDocumentObject>(mHost, HostOperation::QueryFrontDocument, *front);
+    return HandOut<FakeDocumentObject>(mHost, HostOperation::QueryFrontDocument, "IDocument", *front);
 }
 
 ErrorCode FakeDocumentUtils::SaveDocument(IDocument& document)
@@ -175,7 +155,7 @@ HostPtr<IDocument> FakeDocumentUtils::FindOpenDocument(const IDFile& file) const
     FakeDocument* record = Find(file);
     if (record == nullptr || !record->isOpen)
         return {};
-    return HandOut<FakeDocumentObject>(mHost, HostOperation::FindOpenDocument, *record);
+    return HandOut<FakeDocumentObject>(mHost, HostOperation::FindOpenDocument, "IDocument", *record);
 }
 
 ErrorCode FakeDocumentUtils::OpenDocument(const IDFile& file, HostPtr<IDocument>& document)
@@ -186,7 +166,7 @@ ErrorCode FakeDocumentUtils::OpenDocument(const IDFile& file, HostPtr<IDocument>
         return cFailure;
     record->isOpen = true;
     if (answer == HostAnswer::Works)
-        document = HostPtr<FakeDocumentObject>::Adopt(new FakeDocumentObject(mHost, *record));
+        document = HostPtr<FakeDocumentObject>::Adopt(new FakeDocumentObject(mHost, "IDocument", *record));
     return cSuccess;
 }
 
@@ -202,5 +182,5 @@ HostPtr<IBook> FakeBookManager::QueryActiveBook() const
 {
     if (mHost.books.empty())
         return {};
-    return HandOut<FakeBookObject>(mHost, HostOperation::QueryActiveBook, mHost.books.front());
+    return HandOut<FakeBookObject>(mHost, HostOperation::QueryActiveBook, "IBook", mHost.books.front());
 }

@@ -36,6 +36,19 @@ private:
     mutable int mReferences = 1;
 };
 
+// An object that stands for a record, which it holds by value or by reference.
+template <class Interface, class Record>
+class FakeRecordObject : public FakeObject<Interface>
+{
+public:
+    FakeRecordObject(FakeHost& host, const char* name, Record record)
+        : FakeObject<Interface>(host, name), mRecord(record)
+    {
+    }
+
+    Record mRecord;
+};
+
 // Hands out an object, unless the operation is not to work.
 template <class Object, class... Arguments>
 HostPtr<Object> HandOut(FakeHost& host, HostOperation operation, Arguments&&... arguments)
