@@ -1,0 +1,21 @@
+#pragma once
+
+#include <memory>
+
+class QApplication;
+
+// The QApplication that the plug-in's windows need, while one of these lives. A host that has one keeps its
+// own; where there is none, this makes one and takes it down again.
+class ApplicationUse
+{
+public:
+    // Raises a GCustomException where windows can't be shown: without a display, and in a Qt program that has
+    // chosen to do without windows.
+    ApplicationUse();
+    ~ApplicationUse();
+    ApplicationUse(const ApplicationUse&) = delete;
+    ApplicationUse& operator=(const ApplicationUse&) = delete;
+
+private:
+    std::unique_ptr<QApplication> mOwn;
+};

@@ -1,0 +1,91 @@
+#include "plugin/shell/GIDCSPActionComponent.h"
+
+#include "export/GCPTSaveAsTool.h"
+#include "foundation/strings/GStringPool.h"
+#include "foundation/strings/GUserMessage.h"
+#include "foundation/trace/GTrace.h"
+#include "plugin/host/HostCalls.h"
+#include "plugin/messages/MessageCodes.h"
+#include "plugin/shell/DefaultUnit.h"
+
+#include <exception>
+
+namespace
+{
+const GString cAboutText =
+    QStringLiteral("Export to Hopbox 18, \u00A9 2026 the Hopbox plug-in authors. All rights reserved.");
+
+// The page range keeps its default.
+const DialogOptions cDocumentOptions = {{DialogOption::cSlugArea, true},
+                                        {DialogOption::cSpreads, true},
+                                        {DialogOption::cBleedMark, true},
+                                        {DialogOption::cMarkWeight, true},
+                                        {DialogOption::cFilePackage, true}};
+
+void ShowError(const GString& text)
+{
+    GTrace::Error(QStringLiteral("GIDCSPActionComponent"), text);
+    if (GUserMessage* message = GUserMessage::GetInstance())
+        message->ShowErrorMessage(GStringPool::GetString(PlugInMessage::cExportErrorTitle), text);
+}
+
+bool HasFrontDocument()
+{
+    const HostPtr<ILayoutUtils> layout = UtilsBoss::QueryUtils<ILayoutUtils>();
+    return layout && layout->QueryFrontDocument();
+}
+
+void SetState(IActionStateList& states, int32_t index, bool isEnabled, const GString& name,
+              const GString& shortcut)
+{
+    states.SetNthActionEnabled(index, isEnabled);
+    states.SetNthActionName(index, PMString::Untranslated(name));
+    states.SetNthActionShortcut(index, PMString::Untranslated(shortcut));
+}
+}  // namespace
+
+GIDCSPActionComponent::GIDCSPActionComponent(DialogRunner runDialog) : mRunDialog(std::move(runDialog))
+{
+    mDocumentAction.SetActive(false);
+}
+
+GIDCSPActionComponent::~GIDCSPActionComponent() = default;
+
+void GIDCSPActionComponent::DoAction(IActiveContext* context, ActionID action, IHostObject*)
+{
+    try {
+        if (action == PlugInID::cAboutAction)
+            ShowAbout();
+        else if (action == PlugInID::cDocumentAction)
+            ExportDocument(context);
+    } catch (const std::exception& error) {
+        ShowError(GString::fromUtf8(error.what()));
+    }
+}
+
+void GIDCSPActionComponent::UpdateActionStates(IActiveContext*, IActionStateList& states)
+{
+    for (int32_t index = 0; index < states.Length(); ++index)
+        if (states.GetNthAction(index) == PlugInID::cDocumentAction)
+            SetState(states, index, HasFrontDocument(), mDocumentAction.GetMenuName(),
+                     QStringLiteral("Alt+Shift+E"));
+}
+
+void GIDCSPActionComponent::ShowAbout() const
+{
+    constexpr int32_t cOK = 1;
+    CAlert::ModalAlert(PMString::Untranslated(cAboutText), PMString::Untranslated(QStringLiteral("OK")),
+                       PMString(), PMString(), cOK, cOK);
+}
+
+void GIDCSPActionComponent::ExportDocument(IActiveContext* context)
+{
+    if (!mRunDialog) {
+        ShowError(QStringLiteral("The dialog for the export is not installed."));
+        return;
+    }
+    mDocumentAction.SetActive(true);
+    TakeDefaultUnit(context);
+    GCPTSaveAsTool tool(mDocumentAction, cDocumentOptions);
+    mRunDialog(mDocumentAction.GetTitle(), tool);
+}

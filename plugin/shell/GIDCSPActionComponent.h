@@ -1,0 +1,34 @@
+#pragma once
+
+#include "export/GIDCSPSaveAsAction.h"
+#include "plugin/host/CActionComponent.h"
+#include "plugin/shell/ShellServices.h"
+
+#include <functional>
+
+class GCPTSaveAsTool;
+
+// The owner of the plug-in's actions: brings up what they stand on, and answers the host's menu choices and
+// its questions about menu entries. Nothing that goes wrong in here leaves it: the user sees an alert.
+class GIDCSPActionComponent : public CActionComponent
+{
+public:
+    // Runs the selection dialog, modally, under a title and on an export tool, and returns when it is closed.
+    using DialogRunner = std::function<void(const GString& title, GCPTSaveAsTool& tool)>;
+
+    // Raises what the services raise (ShellServices). Without a runner, a choice of an export action is
+    // answered with an alert.
+    explicit GIDCSPActionComponent(DialogRunner runDialog);
+    ~GIDCSPActionComponent() override;
+
+    void DoAction(IActiveContext* context, ActionID action, IHostObject* widget) override;
+    void UpdateActionStates(IActiveContext* context, IActionStateList& states) override;
+
+private:
+    void ShowAbout() const;
+    void ExportDocument(IActiveContext* context);
+
+    ShellServices mServices;
+    DialogRunner mRunDialog;
+    GIDCSPSaveAsAction mDocumentAction;
+};

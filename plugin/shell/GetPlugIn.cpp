@@ -1,0 +1,14 @@
+#include "plugin/shell/PlugIn.h"
+
+#include <qglobal.h>
+
+// The module's one exported entry.
+extern "C" Q_DECL_EXPORT IPlugIn* GetPlugIn();
+
+IPlugIn* GetPlugIn()
+{
+    // Never destroyed: a host may end without unloading, and then nothing of Qt's is there any more at the
+    // process's end.
+    static PlugIn& plugIn = *new PlugIn;
+    return &plugIn;
+}

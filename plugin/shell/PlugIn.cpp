@@ -1,0 +1,74 @@
+#include "plugin/shell/PlugIn.h"
+
+#include "plugin/host/HostCalls.h"
+#include "plugin/shell/GIDCSPActionComponent.h"
+#include "plugin/shell/ModuleResidence.h"
+
+#include <exception>
+
+// Why the services can't be taken; empty when they can.
+static GString GetRefusal(const IHostServices* services)
+{
+    if (HostServices::Get() != nullptr)
+        return QStringLiteral("The plug-in is loaded already.");
+    if (services == nullptr)
+        return QStringLiteral("The host gave the plug-in no services.");
+    if (services->GetVersion() != IHostServices::cVersion)
+        return QStringLiteral("The plug-in needs version %1 of the host interface; this host has version %2.")
+            .arg(IHostServices::cVersion)
+            .arg(services->GetVersion());
+    return {};
+}
+
+PlugIn::PlugIn() = default;
+
+PlugIn::~PlugIn() = default;
+
+int32_t PlugIn::GetInterfaceVersion() const
+{
+    return IHostServices::cVersion;
+}
+
+bool PlugIn::Load(IHostServices* services, PMString& error)
+{
+    error = PMString::Untranslated(GetRefusal(services));
+    if (!error.IsEmpty())
+        return false;
+    KeepModuleLoaded();
+    HostServices::Set(services);
+    return true;
+}
+
+void PlugIn::Unload()
+{
+    ReleaseActionComponent();
+    HostServices::Set(nullptr);
+}
+
+IStartupShutdownService* PlugIn::GetStartupShutdownService()
+{
+    return HostServices::Get() == nullptr ? nullptr : &mStartupShutdown;
+}
+
+IActionComponent* PlugIn::CreateActionComponent(PMString& error)
+{
+    error = PMString();
+    if (HostServices::Get() == nullptr)
+        error = PMString::Untranslated(QStringLiteral("The plug-in is not loaded."));
+    else if (mActionComponent)
+        error = PMString::Untranslated(QStringLiteral("The plug-in's actions are in use already."));
+    if (!error.IsEmpty())
+        return nullptr;
+    try {
+        // The selection dialog is not part of this build yet; choosing the action says so.
+        mActionComponent = std::make_unique<GIDCSPActionComponent>(GIDCSPActionComponent::DialogRunner());
+    } catch (const std::exception& exception) {
+        error = PMString::Untranslated(GString::fromUtf8(exception.what()));
+    }
+    return mActionComponent.get();
+}
+
+void PlugIn::ReleaseActionComponent()
+{
+    mActionComponent.reset();
+}

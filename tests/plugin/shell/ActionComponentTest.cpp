@@ -1,0 +1,181 @@
+#include "plugin/shell/GIDCSPActionComponent.h"
+
+#include "FakeStateList.h"
+#include "export/GCPTSaveAsTool.h"
+#include "foundation/core/GUnitSupport.h"
+#include "foundation/startup/GBasicFrameworkCoreLayer.h"
+#include "foundation/strings/GUserMessage.h"
+#include "foundation/system/GFileSystemBase.h"
+#include "plugin/shell/GIDCSPStartupShutdown.h"
+#include "plugin/shell/PlugInServices.h"
+#include "tests/support/Sandbox.h"
+#include "tests/support/fake_host/FakeHost.h"
+#include "widgets/GCUSModal.h"
+
+#include <QFileInfo>
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+namespace
+{
+constexpr ActionID cAbout = 1674240;
+constexpr ActionID cDocument = 1674244;
+constexpr ActionID cBook = 1674246;
+
+// Alerts that a test reads instead of closing.
+class RecordedMessages : public GUserMessage
+{
+public:
+    explicit RecordedMessages(QStringList& errors) : mErrors(errors) {}
+    void ShowInfoMessage(const GString&, const GString&) override {}
+    void ShowErrorMessage(const GString& title, const GString& text) override
+    {
+        mErrors.append(title + QLatin1Char('|') + text);
+    }
+    bool ShowWarningMessage(const GString&, const GString&) override { return false; }
+
+private:
+    QStringList& mErrors;
+};
+
+class ActionComponent : public testing::Test
+{
+protected:
+    ~ActionComponent() override { EXPECT_EQ(host.GetUnreleased(), QStringList()); }
+
+    // A component whose dialog is a function of the test's.
+    void Start(GIDCSPActionComponent::DialogRunner runDialog)
+    {
+        component = std::make_unique<GIDCSPActionComponent>(std::move(runDialog));
+        GUserMessage::SetInstance(std::make_unique<RecordedMessages>(errors));
+    }
+
+    Sandbox sandbox;
+    FakeHost host;
+    QStringList errors;
+    std::unique_ptr<GIDCSPActionComponent> component;
+};
+}  // namespace
+
+TEST_F(ActionComponent, BringsItsServicesUpAndReleasesThem)
+{
+    {
+        const GIDCSPActionComponent first({});
+        const GPathName folder = GFileSystemBase::GetSpecialPath(GSpecialPath::cPlugInPreferences);
+        EXPECT_EQ(folder.GetParent(), GFileSystemBase::GetSpecialPath(GSpecialPath::cUserPreferences));
+        EXPECT_EQ(folder.GetLeaf(), QStringLiteral("Junctra_CC2019_64_InDesign"));
+        EXPECT_TRUE(QFileInfo(folder.GetNativePath()).isDir());
+        EXPECT_NE(GUserMessage::GetInstance(), nullptr);
+    }
+    EXPECT_EQ(GUserMessage::GetInstance(), nullptr);
+    EXPECT_FALSE(GBasicFrameworkCoreLayer::IsInitialized());
+
+    PlugInServices::Release();  // one too many leaves the count where it was
+    const GIDCSPActionComponent second({});
+    EXPECT_NE(GUserMessage::GetInstance(), nullptr);
+}
+
+TEST_F(ActionComponent, DispatchesByActionID)
+{
+    int dialogCount = 0;
+    Start([&](const GString& title, GCPTSaveAsTool& tool) {
+        ++dialogCount;
+        EXPECT_EQ(title, QStringLiteral("Export to Hopbox"));
+        for (const int32_t option : {0, 1, 2, 3, 4, 5})
+            EXPECT_TRUE(tool.GetOption(static_cast<DialogOption>(option))) << option;
+    });
+    component->DoAction(nullptr, cDocument, nullptr);
+    EXPECT_EQ(dialogCount, 1);
+    component->DoAction(nullptr, cBook, nullptr);
+    component->DoAction(nullptr, 4711, nullptr);
+    EXPECT_EQ(dialogCount, 1);
+    EXPECT_TRUE(host.alerts.isEmpty());
+    component->DoAction(nullptr, cAbout, nullptr);
+    ASSERT_EQ(host.alerts.size(), 1);
+    EXPECT_TRUE(host.alerts.front().contains(QStringLiteral("Hopbox 18")));
+    EXPECT_TRUE(host.alerts.front().endsWith(QStringLiteral("|OK")));
+    EXPECT_TRUE(errors.isEmpty());
+}
+
+TEST_F(ActionComponent, WhatGoesWrongInADialogIsShown)
+{
+    Start({});
+    component->DoAction(nullptr, cDocument, nullptr);
+    EXPECT_EQ(errors.size(), 1);
+    Start([](const GString&, GCPTSaveAsTool&) { throw std::runtime_error("No memory"); });
+    component->DoAction(nullptr, cDocument, nullptr);
+    ASSERT_EQ(errors.size(), 2);
+    EXPECT_EQ(errors.back(), QStringLiteral("Export to Hopbox error|No memory"));
+}
+
+TEST_F(ActionComponent, TheDefaultUnitIsTheHosts)
+{
+    Start([](const GString&, GCPTSaveAsTool&) {});
+    const struct
+    {
+        ClassID unit;
+        int32_t code;
+    } cases[] = {{4609, 0}, {4610, 1}, {4611, 2}, {4612, 2}, {4613, 4}, {4614, 3}, {4608, 0}, {4615, 0}};
+    for (const auto& entry : cases) {
+        host.unit = entry.unit;
+        component->DoAction(nullptr, cDocument, nullptr);
+        EXPECT_EQ(GUnitSupport::GetDefaultUnitCode(), entry.code) << entry.unit;
+    }
+    host.unit = 4614;
+    host.Make(HostOperation::QueryUnitPreferences, HostAnswer::Absent);
+    component->DoAction(nullptr, cDocument, nullptr);
+    EXPECT_EQ(GUnitSupport::GetDefaultUnitCode(), 0);
+}
+
+TEST_F(ActionComponent, TheDocumentEntryIsEnabledWithAFrontDocument)
+{
+    Start({});
+    const auto getState = [&] {
+        FakeStateList list({cAbout, cDocument, 4711});
+        component->UpdateActionStates(nullptr, list);
+        for (const size_t other : {0U, 2U})
+            EXPECT_EQ(list.states[other].isEnabled, -1);
+        EXPECT_EQ(list.states[1].name, QStringLiteral("Export to Hopbox..."));
+        EXPECT_EQ(list.states[1].shortcut, QStringLiteral("Alt+Shift+E"));
+        return list.states[1].isEnabled;
+    };
+    EXPECT_EQ(getState(), 0);
+    host.documents.push_back({});
+    EXPECT_EQ(getState(), 1);
+    host.Make(HostOperation::QueryLayoutUtils, HostAnswer::Absent);
+    EXPECT_EQ(getState(), 0);
+}
+
+TEST_F(ActionComponent, TheHostRestsWhileAWindowIsModal)
+{
+    Start({});
+    {
+        const GCUSModal::Scope modal;
+        EXPECT_EQ(host.modalTokens.size(), 1U);
+    }
+    EXPECT_EQ(host.modalTokens.size(), 0U);
+    component.reset();
+    const GCUSModal::Scope modal;
+    EXPECT_EQ(host.modalTokens.size(), 0U);
+}
+
+TEST_F(ActionComponent, NoOperationOfTheHostIsTakenForGranted)
+{
+    Start([](const GString&, GCPTSaveAsTool&) { const GCUSModal::Scope modal; });
+    host.documents.push_back({});
+    for (const HostOperationInfo& info : GetHostOperations()) {
+        host.Make(info.operation, info.canFail ? HostAnswer::Fails : HostAnswer::Absent);
+        host.actions.clear();
+        GIDCSPStartupShutdown().Startup();
+        FakeStateList list({cAbout, cDocument, cBook});
+        component->UpdateActionStates(nullptr, list);
+        for (const ActionID action : {cAbout, cDocument, cBook})
+            component->DoAction(nullptr, action, nullptr);
+        EXPECT_EQ(host.GetUnreleased(), QStringList()) << info.name;
+        EXPECT_EQ(host.modalTokens.size(), 0U) << info.name;
+        host.Make(info.operation, HostAnswer::Works);
+    }
+    EXPECT_TRUE(errors.isEmpty());
+}

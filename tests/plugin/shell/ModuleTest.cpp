@@ -1,0 +1,156 @@
+#include "FakeStateList.h"
+#include "plugin/host/CActionComponent.h"
+#include "plugin/host/IPlugIn.h"
+#include "tests/support/Sandbox.h"
+#include "tests/support/fake_host/FakeHost.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QLibrary>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace
+{
+constexpr ActionID cDocument = 1674244;
+
+// The module as a host has it: loaded at run time, and known by its entry alone.
+class Module : public testing::Test
+{
+protected:
+    Module() : library(QStringLiteral(HOPBOX_MODULE)) { plugIn = Load(); }
+
+    ~Module() override
+    {
+        plugIn->Unload();
+        EXPECT_EQ(host.GetUnreleased(), QStringList());
+        library.unload();
+    }
+
+    IPlugIn* Load()
+    {
+        const auto getPlugIn = reinterpret_cast<GetPlugInFunction>(library.resolve(cGetPlugInName));
+        EXPECT_NE(getPlugIn, nullptr) << library.errorString().toStdString();
+        return getPlugIn();
+    }
+
+    // What the plug-in says against the services; empty when it takes them.
+    QString GiveServices(IHostServices* services)
+    {
+        PMString reason;
+        const bool isTaken = plugIn->Load(services, reason);
+        EXPECT_EQ(isTaken, reason.IsEmpty());
+        return reason.GetString();
+    }
+
+    // Sets `error` to what the plug-in says against it.
+    IActionComponent* Create()
+    {
+        PMString text;
+        IActionComponent* component = plugIn->CreateActionComponent(text);
+        error = text.GetString();
+        return component;
+    }
+
+    Sandbox sandbox;
+    QLibrary library;
+    FakeHost host;
+    IPlugIn* plugIn;
+    QString error;
+};
+}  // namespace
+
+TEST_F(Module, RegistersItsMenusAnswersStatesAndIsReleased)
+{
+    ASSERT_EQ(plugIn->GetInterfaceVersion(), IHostServices::cVersion);
+    EXPECT_EQ(plugIn->GetStartupShutdownService(), nullptr);
+    ASSERT_EQ(GiveServices(&host), QString());
+    IActionComponent* component = Create();
+    ASSERT_NE(component, nullptr) << error.toStdString();
+    plugIn->GetStartupShutdownService()->Startup();
+    EXPECT_EQ(host.actions.size(), 1U);
+    EXPECT_EQ(host.menuItems.size(), 1U);
+
+    FakeStateList list({cDocument});
+    component->UpdateActionStates(nullptr, list);
+    EXPECT_EQ(list.states[0].isEnabled, 0);
+    host.documents.push_back({});
+    component->UpdateActionStates(nullptr, list);
+    EXPECT_EQ(list.states[0].isEnabled, 1);
+
+    plugIn->GetStartupShutdownService()->Shutdown();
+    plugIn->Unload();
+    EXPECT_EQ(plugIn->GetStartupShutdownService(), nullptr);
+}
+
+TEST_F(Module, SaysWhatIsWrongWithTheServices)
+{
+    EXPECT_FALSE(GiveServices(nullptr).isEmpty());
+    host.version = IHostServices::cVersion + 1;
+    EXPECT_TRUE(GiveServices(&host).contains(QString::number(host.version)));
+    EXPECT_EQ(Create(), nullptr);
+    EXPECT_FALSE(error.isEmpty());
+
+    host.version = IHostServices::cVersion;
+    ASSERT_EQ(GiveServices(&host), QString());
+    EXPECT_FALSE(GiveServices(&host).isEmpty());
+    IActionComponent* component = Create();
+    ASSERT_NE(component, nullptr) << error.toStdString();
+    EXPECT_EQ(Create(), nullptr);
+    EXPECT_FALSE(error.isEmpty());
+    component->DoAction(nullptr, 1674240, nullptr);  // the first one still answers
+    EXPECT_EQ(host.alerts.size(), 1);
+}
+
+// Twice each: what one run leaves behind meets the next.
+TEST_F(Module, MakesTheApplicationThatIsMissingAndNoOther)
+{
+    const struct
+    {
+        const char* name;
+        std::function<std::unique_ptr<QCoreApplication>(int&, char**)> make;
+        bool isUsable;
+    } cases[] = {
+        {"none", [](int&, char**) { return nullptr; }, true},
+        {"with windows", [](int& count, char** list) { return std::make_unique<QApplication>(count, list); },
+         true},
+        {"without windows",
+         [](int& count, char** list) { return std::make_unique<QCoreApplication>(count, list); }, false},
+    };
+    for (const auto& entry : {cases[0], cases[1], cases[2], cases[0], cases[1]}) {
+        int count = 1;
+        char name[] = "host";
+        char* list[] = {name, nullptr};
+        const std::unique_ptr<QCoreApplication> own = entry.make(count, list);
+        ASSERT_EQ(GiveServices(&host), QString());
+        EXPECT_EQ(Create() != nullptr, entry.isUsable) << entry.name << error.toStdString();
+        EXPECT_EQ(error.isEmpty(), entry.isUsable) << entry.name;
+        EXPECT_EQ(QCoreApplication::instance() != nullptr, own || entry.isUsable) << entry.name;
+        plugIn->Unload();
+        EXPECT_EQ(QCoreApplication::instance(), own.get()) << entry.name;
+    }
+}
+
+TEST_F(Module, UnloadedAndLoadedAgainItIsTheSame)
+{
+    ASSERT_EQ(GiveServices(&host), QString());
+    ASSERT_NE(Create(), nullptr) << error.toStdString();
+    QLibrary second(QStringLiteral(HOPBOX_MODULE));
+    EXPECT_EQ(reinterpret_cast<GetPlugInFunction>(second.resolve(cGetPlugInName))(), plugIn);
+    second.unload();
+    plugIn->Unload();
+    library.unload();
+    EXPECT_EQ(Load(), plugIn);
+    ASSERT_EQ(GiveServices(&host), QString());
+    EXPECT_NE(Create(), nullptr) << error.toStdString();
+}
+
+TEST_F(Module, HasItsResourcesBesideIt)
+{
+    ResourceFileInfo info;
+    ASSERT_TRUE(plugIn->GetResourceAccess().GetResourceFile(info));
+    const QString folder = info.file.GetPathName().GetNativePath();
+    EXPECT_TRUE(QFileInfo(folder + QStringLiteral("/Strings/CSP_deDE.LNG")).exists()) << folder.toStdString();
+}
