@@ -2,6 +2,8 @@
 
 #include <qglobal.h>
 
+#include <new>
+
 // The module's one exported entry.
 extern "C" Q_DECL_EXPORT IPlugIn* GetPlugIn();
 
@@ -9,6 +11,7 @@ IPlugIn* GetPlugIn()
 {
     // Never destroyed: a host may end without unloading, and then nothing of Qt's is there any more at the
     // process's end.
-    static PlugIn& plugIn = *new PlugIn;
-    return &plugIn;
+    alignas(PlugIn) static unsigned char storage[sizeof(PlugIn)];
+    static PlugIn* const plugIn = new (storage) PlugIn;
+    return plugIn;
 }
