@@ -6,8 +6,6 @@
 #include "foundation/prefs/GPrefWriter.h"
 #include "foundation/prefs/GText2BinStream.h"
 
-#include <QRegularExpression>
-
 GBuffer WriteDocument(const SortedGroups& groups, const GEncodingRef& encoding)
 {
     GPrefGroups written;
@@ -36,10 +34,4 @@ ReadDocument ParseDocument(const GBuffer& bytes, const GEncodingRef& encoding)
             entries[entry.key] = entry.value;
     }
     return result;
-}
-
-GString WithFileLineBreaks(const GString& value)
-{
-    static const QRegularExpression lineBreak(QStringLiteral("\r\n|\n\r|\r|\n"));
-    return GString(value).replace(lineBreak, QStringLiteral("\r\n"));
 }

@@ -17,6 +17,3 @@ struct ReadDocument
 
 GBuffer WriteDocument(const SortedGroups& groups, const GEncodingRef& encoding);
 ReadDocument ParseDocument(const GBuffer& bytes, const GEncodingRef& encoding);
-
-// What a value is after it was in a file: each of its line breaks is CR LF.
-GString WithFileLineBreaks(const GString& value);

