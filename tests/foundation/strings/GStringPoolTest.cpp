@@ -2,9 +2,9 @@
 #include "foundation/strings/GLngString.h"
 #include "foundation/strings/GStringPool.h"
 #include "foundation/strings/GStringPoolSupport.h"
+#include "tests/support/TestFiles.h"
 
 #include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -26,16 +26,14 @@ protected:
         GStringPool::GetTable(language).SetString(code, QString::fromUtf8(text), GEncoding::GetUTF8());
     }
 
-    void WriteFile(const char* name, const QByteArray& content) const
+    void WriteStrings(const char* name, const QByteArray& content) const
     {
-        QFile file(QDir(mFolder.path()).filePath(QString::fromUtf8(name)));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
+        ASSERT_TRUE(WriteFile(QDir(mFolder.path()).filePath(QString::fromUtf8(name)), content));
     }
 
-    void UseFolder(const GString& prefix = QStringLiteral("CSP")) const
+    void UseFolder() const
     {
-        GStringPoolSupport::ReadStringFiles(GPathName(mFolder.path()), prefix, 0, 0, 0);
+        GStringPoolSupport::ReadStringFiles(GPathName(mFolder.path()), QStringLiteral("CSP"), 0, 0, 0);
     }
 
     static std::string Get(uint32_t code) { return GStringPool::GetString(code).toStdString(); }
@@ -46,9 +44,8 @@ protected:
 
 TEST_F(StringPool, TheNeutralTableWinsThenTheCurrentLanguageThenEnglish)
 {
-    Set(GStringPool::cEnglish, 1, "english");
-    Set(GStringPool::cEnglish, 2, "english");
-    Set(GStringPool::cEnglish, 3, "english");
+    for (const uint32_t code : {1u, 2u, 3u})
+        Set(GStringPool::cEnglish, code, "english");
     Set(cGerman, 2, "deutsch");
     Set(cGerman, 3, "deutsch");
     Set(GStringPool::cNeutral, 3, "neutral");
@@ -65,6 +62,15 @@ TEST_F(StringPool, TheNeutralTableWinsThenTheCurrentLanguageThenEnglish)
     EXPECT_FALSE(GStringPool::GetString(cGerman, 1, text)) << "one language alone has no fallback";
     EXPECT_TRUE(GStringPool::GetString(GStringPool::cEnglish, 2, text));
     EXPECT_EQ(text, QLatin1String("english"));
+    {
+        const GStringPool::TempLanguageForcer unknown(QStringLiteral("xxXX"));
+        EXPECT_EQ(Get(2), "english");
+        const GStringPool::TempLanguageForcer forcer(cGerman);
+        EXPECT_TRUE(forcer.WasForced());
+        EXPECT_EQ(Get(2), "deutsch");
+    }
+    EXPECT_FALSE(GStringPool::TempLanguageForcer(cGerman).WasForced());
+    EXPECT_EQ(Get(2), "deutsch");
 }
 
 TEST_F(StringPool, StaticTablesCountOnFromMarkedRowsAndNeverOverwrite)
@@ -104,29 +110,22 @@ TEST_F(StringPool, AListEndsAtTheFirstCodeThatIsMissing)
 
 TEST_F(StringPool, AFileNameDecidesWhetherItHoldsALanguage)
 {
-    struct Case
+    const struct
     {
         const char* name;
-        const char* prefix;
-        int lowest;
-        int highest;
-        int length;
+        int lowest, highest, length;
         bool isOne;
-    };
-    const Case cases[] = {
-        {"CSP01ENUS.lng", "CSP", 0, 0, 0, true},    {"CSP_enUS.LNG", "CSP", 0, 0, 0, true},
-        {"csp_x_enus_y.Lng", "csp", 0, 0, 0, true}, {"CSP_enUS.txt", "CSP", 0, 0, 0, false},
-        {"XCSP_enUS.lng", "CSP", 0, 0, 0, false},   {"CSP_deDE.lng", "CSP", 0, 0, 0, false},
-        {"CSP05enUS.lng", "CSP", 4, 6, 2, true},    {"CSP03enUS.lng", "CSP", 4, 6, 2, false},
-        {"CSP07enUS.lng", "CSP", 4, 6, 2, false},   {"CSPxxenUS.lng", "CSP", 1, 6, 2, false},
-        {"CSPenUS.lng", "CSP", 0, 99, 2, false},    {"CSP.enUS", "CSP", 0, 0, 0, false},
-    };
-    for (const Case& one : cases) {
-        EXPECT_EQ(GStringPoolSupport::IsStringFile(GPathName(QString::fromUtf8(one.name)),
-                                                   QString::fromUtf8(one.prefix), one.lowest, one.highest,
-                                                   one.length, GStringPool::cEnglish),
-                  one.isOne)
-            << one.name;
+    } cases[] = {{"CSP01ENUS.lng", 0, 0, 0, true},    {"CSP_enUS.LNG", 0, 0, 0, true},
+                 {"CSP_x_enus_y.Lng", 0, 0, 0, true}, {"CSP_enUS.txt", 0, 0, 0, false},
+                 {"XCSP_enUS.lng", 0, 0, 0, false},   {"CSP_deDE.lng", 0, 0, 0, false},
+                 {"CSP05enUS.lng", 4, 6, 2, true},    {"CSP03enUS.lng", 4, 6, 2, false},
+                 {"CSP07enUS.lng", 4, 6, 2, false},   {"CSPxxenUS.lng", 1, 6, 2, false},
+                 {"CSPenUS.lng", 0, 99, 2, false},    {"CSP.enUS", 0, 0, 0, false}};
+    for (const auto& each : cases) {
+        const bool isOne =
+            GStringPoolSupport::IsStringFile(GPathName(QString::fromUtf8(each.name)), QStringLiteral("CSP"),
+                                             each.lowest, each.highest, each.length, GStringPool::cEnglish);
+        EXPECT_EQ(isOne, each.isOne) << each.name;
     }
 }
 
@@ -134,9 +133,9 @@ TEST_F(StringPool, AStringFileMakesALanguageAndReplacesBuiltInTexts)
 {
     const GStringPoolDataStruct rows[] = {{1, "built in"}, {2, "built in"}};
     GStringPoolSupport::AddStringPoolData(GStringPool::cEnglish, cWinAnsi, rows, 2);
-    WriteFile("CSP_deDE.lng", "1 \"Datei\"\n");
-    WriteFile("CSP_enUS.lng", "1 \"from the file\"\n");
-    WriteFile("CSP_xxXX.lng", "# nothing\n");
+    WriteStrings("CSP_deDE.lng", "1 \"Datei\"\n");
+    WriteStrings("CSP_enUS.lng", "1 \"from the file\"\n");
+    WriteStrings("CSP_xxXX.lng", "# nothing\n");
     UseFolder();
 
     EXPECT_TRUE(GStringPool::SetLanguage(cGerman));
@@ -153,7 +152,7 @@ TEST_F(StringPool, FilesAreLookedForOnceUntilOtherParametersAreGiven)
 {
     UseFolder();
     EXPECT_FALSE(GStringPool::SetLanguage(cGerman));
-    WriteFile("CSP_deDE.lng", "1 \"Datei\"\n");
+    WriteStrings("CSP_deDE.lng", "1 \"Datei\"\n");
     EXPECT_FALSE(GStringPool::SetLanguage(cGerman));
     UseFolder();
     EXPECT_TRUE(GStringPool::SetLanguage(cGerman));
@@ -161,21 +160,6 @@ TEST_F(StringPool, FilesAreLookedForOnceUntilOtherParametersAreGiven)
     EXPECT_FALSE(GStringPool::SetLanguage(cGerman)) << "a deleted language is not read again";
     EXPECT_FALSE(GStringPool::DeleteLanguage(cGerman));
     EXPECT_FALSE(GStringPool::DeleteLanguage(GStringPool::cEnglish));
-}
-
-TEST_F(StringPool, AForcedLanguageEndsWithItsScope)
-{
-    Set(cGerman, 1, "deutsch");
-    Set(GStringPool::cEnglish, 1, "english");
-    {
-        const GStringPool::TempLanguageForcer forcer(cGerman);
-        EXPECT_TRUE(forcer.WasForced());
-        EXPECT_EQ(Get(1), "deutsch");
-        const GStringPool::TempLanguageForcer unknown(QStringLiteral("xxXX"));
-        EXPECT_EQ(Get(1), "english");
-    }
-    EXPECT_EQ(Get(1), "english");
-    EXPECT_FALSE(GStringPool::TempLanguageForcer(QStringLiteral("xxXX")).WasForced());
 }
 
 TEST_F(StringPool, ParametersStandInTheirPlacesAndAreNotReadAgain)

@@ -46,19 +46,15 @@ TEST(FileLogger, ThreadsAndLaterLoggersAddWholeLines)
         for (std::thread& thread : threads)
             thread.join();
     }
-    const QList<QByteArray> lines = ReadFile(path).split('\n');
-    ASSERT_EQ(lines.size(), 401);
-    for (int i = 0; i < 400; ++i)
-        EXPECT_TRUE(lines.at(i).endsWith(" DEBUG A: " + message.toLatin1()));
+    const QRegularExpression whole(QStringLiteral("^([^ ]+ \\d+/\\d+ DEBUG A: x{200}\n){400}$"));
+    EXPECT_TRUE(whole.match(QString::fromUtf8(ReadFile(path))).hasMatch());
 }
 
 TEST(FileLogger, LargeFileIsSetAsideAndAMissingFolderTakesNoLines)
 {
     const Sandbox sandbox;
     const QString path = sandbox.GetPath(QStringLiteral("a.log"));
-    QFile large(path);
-    ASSERT_TRUE(large.open(QIODevice::WriteOnly) && large.resize(9 * 1024 * 1024));
-    large.close();
+    ASSERT_TRUE(WriteFile(path, QByteArray(9 * 1024 * 1024, 'x')));
     Morvane::FileLogger(path).log(LogLevel::Debug, QStringLiteral("A"), QStringLiteral("b"));
     EXPECT_LT(QFile(path).size(), 200);
     EXPECT_EQ(QFile(path + QStringLiteral(".old")).size(), 9 * 1024 * 1024);
@@ -74,13 +70,10 @@ QStringList sMessages;
 
 void KeepMessage(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
-    sMessages
-        << QStringLiteral("%1 %2 %3").arg(QString::number(type), QString::fromLatin1(context.category), text);
-}
-
-void ThrowMessage(QtMsgType, const QMessageLogContext&, const QString&)
-{
-    throw std::runtime_error("handler");
+    const QString category = QString::fromLatin1(context.category);
+    sMessages << QStringLiteral("%1 %2 %3").arg(QString::number(type), category, text);
+    if (type == QtCriticalMsg)
+        throw std::runtime_error("handler");
 }
 }  // namespace
 
@@ -94,12 +87,7 @@ TEST(QtLogger, LevelsFollowTheCategoryAndAThrowingHandlerIsStopped)
     QLoggingCategory::setFilterRules(QString());
     logger.log(LogLevel::Error, QStringLiteral("A::b"), QStringLiteral("e"));
     logger.log(LogLevel::Assert, QStringLiteral("A::b"), QStringLiteral("a"));
-    qInstallMessageHandler(ThrowMessage);
-    logger.log(LogLevel::Error, QStringLiteral("A::b"), QStringLiteral("lost"));
     qInstallMessageHandler(previous);
-    const auto line = [](QtMsgType type, const char* text) {
-        return QStringLiteral("%1 morvane A::b: %2").arg(QString::number(type), QString::fromLatin1(text));
-    };
-    EXPECT_EQ(sMessages,
-              QStringList({line(QtDebugMsg, "%n 100%"), line(QtWarningMsg, "e"), line(QtCriticalMsg, "a")}));
+    EXPECT_EQ(sMessages.join(QLatin1Char('|')),
+              QStringLiteral("0 morvane A::b: %n 100%|1 morvane A::b: e|2 morvane A::b: a"));
 }
