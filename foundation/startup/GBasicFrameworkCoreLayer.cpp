@@ -3,6 +3,7 @@
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/core/GException.h"
 #include "foundation/core/GMessageLoop.h"
+#include "foundation/core/GUseCount.h"
 #include "foundation/prefs/GMorvaneGeneralPrefs.h"
 #include "foundation/prefs/GPreferences.h"
 #include "foundation/startup/FoundationMessages.h"
@@ -19,7 +20,7 @@ namespace
 {
 const GBuffer cPrefIDLogToFile = QByteArrayLiteral("LogToFile");
 
-int useCount = 0;
+GUseCount uses;
 
 // The logger that this layer installed; null when somebody else's serves.
 std::shared_ptr<Morvane::ILogInterface> ownLogger;
@@ -79,31 +80,19 @@ void LogToFile()
 
 void GBasicFrameworkCoreLayer::Initialize()
 {
-    if (useCount == 0) {
-        try {
-            BringUp();
-        } catch (...) {
-            TakeDown();
-            throw;
-        }
-    }
-    ++useCount;
+    uses.Add(BringUp, TakeDown);
 }
 
 void GBasicFrameworkCoreLayer::Release() noexcept
 {
-    if (useCount == 0) {
+    if (!uses.Remove(TakeDown))
         GTrace::Assert(QStringLiteral("GBasicFrameworkCoreLayer::Release"),
                        QStringLiteral("Released more often than initialised."));
-        return;
-    }
-    if (--useCount == 0)
-        TakeDown();
 }
 
 bool GBasicFrameworkCoreLayer::IsInitialized()
 {
-    return useCount > 0;
+    return uses.IsUsed();
 }
 
 void GBasicFrameworkCoreLayer::InitializeStrings()

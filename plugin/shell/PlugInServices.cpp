@@ -2,6 +2,7 @@
 
 #include "export/PlugInPreferences.h"
 #include "foundation/core/GPathName.h"
+#include "foundation/core/GUseCount.h"
 #include "foundation/startup/GBasicFrameworkCoreLayer.h"
 #include "foundation/strings/GStringPoolSupport.h"
 #include "foundation/strings/GUserMessage.h"
@@ -13,7 +14,7 @@
 
 namespace
 {
-int useCount = 0;
+GUseCount uses;
 
 // A language without files keeps the English texts.
 void LoadTranslations()
@@ -49,22 +50,12 @@ void TakeDown()
 
 void PlugInServices::Initialize()
 {
-    if (useCount == 0) {
-        try {
-            BringUp();
-        } catch (...) {
-            TakeDown();
-            throw;
-        }
-    }
-    ++useCount;
+    uses.Add(BringUp, TakeDown);
 }
 
 void PlugInServices::Release() noexcept
 {
-    if (useCount == 0)
+    if (!uses.Remove(TakeDown))
         GTrace::Assert(QStringLiteral("PlugInServices::Release"),
                        QStringLiteral("Released more often than initialised."));
-    else if (--useCount == 0)
-        TakeDown();
 }
