@@ -263,38 +263,47 @@ TEST_F(ExportTest, WhateverThingsAreCalledThePDFEndsInTheWorkFolder)
     }
 }
 
-// Exports the same document again and again, while another does.
-CHILD_ROLE(ExportOften)
+// Reserves a name for each document that it is told of, exports it, and says where both are.
+CHILD_ROLE(ExportDocuments)
 {
     const PlugInStore store;
     PlugInPreferences::Initialize();
     ExportParty party;
-    for (int round = 0; round < 3; ++round) {
+    for (GBuffer name = HearFromParent(); !name.isEmpty(); name = HearFromParent()) {
+        ReservedOutput output(WorkFolder::GetPath(QStringLiteral("Reserved")), QString::fromUtf8(name));
+        SayToParent(output.GetPathName().GetNativePath().toUtf8());
+        output.Keep();
+        party.host.documents.front().path = QStringLiteral("/") + QString::fromUtf8(name);
         party.Export(arguments.at(0));
         SayToParent(party.action.GetPDFPath().GetNativePath().toUtf8());
     }
     PlugInPreferences::Release();
-    HearFromParent();
     return 0;
 }
 
-TEST_F(ExportTest, TwoHostsThatExportTheSameDocumentOverwriteNothing)
+TEST_F(ExportTest, TwoHostsThatExportTheSameDocumentAtOnceOverwriteNothing)
 {
     const GString key = MakeHopbox(QStringLiteral("Press"));
-    ChildProcess one(QStringLiteral("ExportOften"), {key});
-    ChildProcess other(QStringLiteral("ExportOften"), {key});
-    QStringList files;
-    for (int round = 0; round < 3; ++round)
-        files << QString::fromUtf8(one.ReadLine()) << QString::fromUtf8(other.ReadLine());
+    WorkFolder::Make(WorkFolder::GetPath(QStringLiteral("Reserved")));
+    ChildProcess one(QStringLiteral("ExportDocuments"), {key});
+    ChildProcess other(QStringLiteral("ExportDocuments"), {key});
+    for (const QString& name :
+         {QStringLiteral("a"), QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}) {
+        one.Say(name.toUtf8());
+        other.Say(name.toUtf8());
+        EXPECT_NE(one.ReadLine(), other.ReadLine());
+        for (ChildProcess* host : {&one, &other}) {
+            const QString file = QString::fromUtf8(host->ReadLine());
+            EXPECT_EQ(QFileInfo(file).fileName(), name + QStringLiteral(".pdf"));
+            EXPECT_TRUE(ReadFile(file).startsWith("%PDF"));
+        }
+    }
+    one.Say("");
+    other.Say("");
     EXPECT_EQ(one.WaitForExit(), 0);
     EXPECT_EQ(other.WaitForExit(), 0);
-    EXPECT_EQ(files.removeDuplicates(), 0);
-    for (const QString& file : files) {
-        EXPECT_EQ(QFileInfo(file).fileName(), QStringLiteral("Gr\u00F6\u00DFe v1.2.pdf"));
-        EXPECT_TRUE(ReadFile(file).startsWith("%PDF"));
-    }
-    QStringList listed = List(GetUserFolder().GetChild(QStringLiteral("Press")));
-    EXPECT_EQ(listed.size(), 6 + 5);  // each but the first in a folder of its own
+    EXPECT_EQ(List(GetUserFolder().GetChild(QStringLiteral("Press"))).filter(QStringLiteral(".pdf")).size(),
+              8);
     ExpectNothingTemporaryLeft();
 }
 
