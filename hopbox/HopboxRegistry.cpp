@@ -9,6 +9,7 @@
 #include "foundation/prefs/GPrefWriter.h"
 #include "foundation/system/GFileSystemBase.h"
 
+#include <QDateTime>
 #include <QFileInfo>
 #include <QStringMatcher>
 
@@ -270,11 +271,11 @@ void HopboxRegistry::SetAllowedOrigins(const QStringList& origins)
         [&](GPrefModule& module) { module.Set(cServerSettings, cAllowedOrigins, text); });
 }
 
-void HopboxRegistry::GetModificationTime(QDateTime& time) const
+void HopboxRegistry::GetModificationTime(GDateTime& time) const
 {
     const QFileInfo file(mModule->GetPathName().GetNativePath());
     if (file.exists())
-        time = file.lastModified();
+        time = GDateTime::FromQDateTime(file.lastModified());
 }
 
 GPathName HopboxRegistry::GetCacheFolder()

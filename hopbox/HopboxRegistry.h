@@ -1,9 +1,9 @@
 #pragma once
 
+#include "foundation/core/GDateTime.h"
 #include "foundation/core/GPathName.h"
 #include "hopbox/HopboxRegistryEntry.h"
 
-#include <QDateTime>
 #include <QStringList>
 
 #include <cstdint>
@@ -86,7 +86,7 @@ public:
 
     // When the registry's file was last changed; `time` stays as it is when there is none. Tells that another
     // process changed the registry.
-    void GetModificationTime(QDateTime& time) const;
+    void GetModificationTime(GDateTime& time) const;
 
     // The folder of the Hopbox applications; each lies in a sub-folder whose name is a number. And the folder
     // of their settings below it, with a sub-folder for each settings name, which is computed once per

@@ -52,9 +52,9 @@ TEST(HopboxRegistry, EntriesComeBackFromTheFileWithAnyText)
 {
     const Sandbox sandbox;
     HopboxRegistryEntry entry;
-    QDateTime time;
+    GDateTime time;
     HopboxRegistry().GetModificationTime(time);
-    EXPECT_FALSE(time.isValid());
+    EXPECT_FALSE(time.IsValid());
     EXPECT_FALSE(HopboxRegistry().GetEntry(cOddName, entry));
 
     const GString key = AddEntry(cOddName, cOddName);
@@ -69,7 +69,7 @@ TEST(HopboxRegistry, EntriesComeBackFromTheFileWithAnyText)
     EXPECT_EQ(registry.GetKeys(), QStringList(key));
     EXPECT_EQ(registry.GetActorNames(), QStringList(cOddName));
     registry.GetModificationTime(time);
-    EXPECT_TRUE(time.isValid());
+    EXPECT_TRUE(time.IsValid());
     GString actorName;
     EXPECT_TRUE(registry.FindByContextFile(entry.contextFilePath, actorName, entry));
     EXPECT_EQ(actorName, cOddName);

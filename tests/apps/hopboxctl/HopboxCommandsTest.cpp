@@ -184,7 +184,7 @@ TEST_F(HopboxCommands, AHopboxOfAnyNameIsMadeInAFolderOfItsOwnAndGoesWithIt)
         EXPECT_EQ(Run({QStringLiteral("remove"), name}), 0);
     EXPECT_EQ(QDir(settings).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
               QStringList());
-    EXPECT_EQ(ListFiles().filter(QStringLiteral("/Temp/")), QStringList());
+    EXPECT_EQ(ListFiles().filter(GetPath("Temp/")), QStringList());
     EXPECT_TRUE(ListFiles().contains(before.first()));
 }
 

@@ -59,44 +59,51 @@ TEST(HandOff, WhoCanNotBeReachedIsPassedOver)
     EXPECT_FALSE(HopboxHandOff::NotifyHopboxProcesses(OwnProcess::cInclude));
 }
 
-TEST(PrinterProcessor, DeregistersOnEveryWayOut)
+static GPPIPCState GetState(const PrinterProcessor& receiver)
+{
+    return GPPIPCManager::Get()->GetReceiverState(receiver.GetProcessID());
+}
+
+TEST(PrinterProcessor, DeregistersWhenItsTimeIsUpOrItsCountIsReached)
 {
     const Sandbox sandbox;
-    const auto getState = [](const PrinterProcessor& receiver) {
-        return GPPIPCManager::Get()->GetReceiverState(receiver.GetProcessID());
-    };
     const struct
     {
         QStringList arguments;
-        void (*end)(PrinterProcessor& receiver);
+        bool isSent;
         int status;
     } cases[] = {
-        {{},
-         [](PrinterProcessor& receiver) { StopProcess(receiver.GetProcessID(), StopKind::Terminate); },
-         0},
-        {{},
-         [](PrinterProcessor& receiver) { StopProcess(receiver.GetProcessID(), StopKind::Interrupt); },
-         0},
-        {{QStringLiteral("--count"), QStringLiteral("1")},
-         [](PrinterProcessor&) { EXPECT_TRUE(Submit()); },
-         0},
-        {{QStringLiteral("--timeout"), QStringLiteral("0.5")}, [](PrinterProcessor&) {}, 0},
+        {{QStringLiteral("--count"), QStringLiteral("1")}, true, 0},
+        {{QStringLiteral("--timeout"), QStringLiteral("0.5")}, false, 0},
         {{QStringLiteral("--timeout"), QStringLiteral("0.5"), QStringLiteral("--count"), QStringLiteral("9")},
-         [](PrinterProcessor&) {},
+         false,
          1},
     };
     for (const auto& test : cases) {
-        SCOPED_TRACE(&test - cases);
+        SCOPED_TRACE(test.arguments.join(QLatin1Char(' ')).toStdString());
         PrinterProcessor receiver(sandbox, test.arguments);
-        EXPECT_EQ(getState(receiver), GPPIPCState::Reachable);
-        test.end(receiver);
+        EXPECT_EQ(test.isSent && Submit(), test.isSent);
         EXPECT_EQ(receiver.WaitForExit(), test.status);
-        EXPECT_EQ(getState(receiver), GPPIPCState::NoReceiver);
+        EXPECT_EQ(GetState(receiver), GPPIPCState::NoReceiver);
+    }
+}
+
+TEST(PrinterProcessor, DeregistersWhenItIsStoppedOrUnheard)
+{
+    if (!CanStopProcesses())
+        GTEST_SKIP();
+    const Sandbox sandbox;
+    for (const StopKind kind : {StopKind::Terminate, StopKind::Interrupt}) {
+        PrinterProcessor receiver(sandbox, {});
+        EXPECT_EQ(GetState(receiver), GPPIPCState::Reachable);
+        StopProcess(receiver.GetProcessID(), kind);
+        EXPECT_EQ(receiver.WaitForExit(), 0);
+        EXPECT_EQ(GetState(receiver), GPPIPCState::NoReceiver);
     }
     PrinterProcessor unheard(sandbox, {}, PrinterProcessor::Output::Lost);
     EXPECT_TRUE(Submit());
     EXPECT_EQ(unheard.WaitForExit(), 1);
-    EXPECT_EQ(getState(unheard), GPPIPCState::NoReceiver);
+    EXPECT_EQ(GetState(unheard), GPPIPCState::NoReceiver);
 }
 
 TEST(PrinterProcessor, WrongCallsAndUnusableInboxesEndAtOnce)

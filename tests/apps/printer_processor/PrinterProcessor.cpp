@@ -27,7 +27,6 @@ PrinterProcessor::PrinterProcessor(const Sandbox& sandbox, const QStringList& ar
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("MORVANE_ROOT"), sandbox.GetPath());
     mProcess.setProcessEnvironment(environment);
-    PrepareForStop(mProcess);
     if (output == Output::Lost)
         mProcess.setStandardOutputProcess(&mReader);
     mProcess.start(GetPrinterProcessorPath(), arguments);

@@ -48,5 +48,6 @@ enum class StopKind
 };
 void StopProcess(uint32_t processID, StopKind kind);
 
-// What must be set up for a process that StopProcess is to reach.
-void PrepareForStop(QProcess& process);
+// Whether the tests can stop a process so here, and take its output away: under Wine there is no console to
+// do it from, and a pipe whose reader has ended still takes what is written.
+bool CanStopProcesses();

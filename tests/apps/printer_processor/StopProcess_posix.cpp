@@ -7,4 +7,7 @@ void StopProcess(uint32_t processID, StopKind kind)
     kill(static_cast<pid_t>(processID), kind == StopKind::Terminate ? SIGTERM : SIGINT);
 }
 
-void PrepareForStop(QProcess&) {}
+bool CanStopProcesses()
+{
+    return true;
+}
