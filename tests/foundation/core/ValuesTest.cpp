@@ -24,13 +24,8 @@ TEST(GUniqueID, FreshOnesDifferAndOnlyTheirTextsNameThem)
     const GString good = QStringLiteral("00112233445566778899AABBCCDDEEFF");
     ASSERT_EQ(GUniqueID::FromHexText(good).GetHexText(), good);
     const GString start = good.left(31);
-    const GString bad[] = {QString(),
-                           start,
-                           good + QLatin1Char('0'),
-                           start + QLatin1Char('G'),
-                           QLatin1Char(' ') + start,
-                           start + QChar(0xFF11)};
-    for (const GString& text : bad)
+    for (const GString& text : {start, good + QLatin1Char('0'), start + QLatin1Char('G'),
+                                QLatin1Char(' ') + start, start + QChar(0xFF11)})
         EXPECT_TRUE(GUniqueID::FromHexText(text).IsNull()) << text.toStdString();
 }
 
