@@ -1,4 +1,6 @@
 #include "FakeStateList.h"
+#include "export/PlugInPrefModule.h"
+#include "foundation/system/GFileSystemBase.h"
 #include "plugin/host/CActionComponent.h"
 #include "plugin/host/IPlugIn.h"
 #include "tests/support/Sandbox.h"
@@ -7,6 +9,8 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QLibrary>
+#include <QTimer>
+#include <QWidget>
 
 #include <gtest/gtest.h>
 
@@ -153,4 +157,26 @@ TEST_F(Module, HasItsResourcesBesideIt)
     ASSERT_TRUE(plugIn->GetResourceAccess().GetResourceFile(info));
     const QString folder = info.file.GetPathName().GetNativePath();
     EXPECT_TRUE(QFileInfo(folder + QStringLiteral("/Strings/CSP_deDE.LNG")).exists()) << folder.toStdString();
+}
+
+// The string files beside the module, the settings file and the alerts have found each other.
+TEST_F(Module, SpeaksTheLanguageOfItsSettings)
+{
+    const GPathName folder = GFileSystemBase::GetSpecialPath(GSpecialPath::cUserPreferences)
+                                 .GetChild(QStringLiteral("Junctra_CC2019_64_InDesign"));
+    GFileSystemBase::CreateFolder(folder);
+    PlugInPrefModule settings(folder.GetChild(QStringLiteral("JunctraPlugins.pref")));
+    settings.Set("General", "Language", QStringLiteral("deDE"));
+    settings.FlushPrefs();
+
+    ASSERT_EQ(GiveServices(&host), QString());
+    IActionComponent* component = Create();
+    ASSERT_NE(component, nullptr) << error.toStdString();
+    QString title;
+    QTimer::singleShot(0, QCoreApplication::instance(), [&] {
+        title = QApplication::activeModalWidget()->windowTitle();
+        QApplication::activeModalWidget()->close();
+    });
+    component->DoAction(nullptr, cDocument, nullptr);
+    EXPECT_EQ(title, QStringLiteral("Fehler beim Export an Hopbox"));
 }
