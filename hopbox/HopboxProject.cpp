@@ -106,9 +106,11 @@ private:
     ZipArchiver mArchiver;
 };
 
-// Carries the files of an archive over to another, but for the settings.
-void CopyOtherFiles(ZipArchive& archive, const GPathName& folder, ProjectWriter& writer)
+// Carries the files of an archive over to another, but for the settings. The old archive is closed again
+// then: on Windows it could not be replaced otherwise.
+void CopyOtherFiles(const GPathName& archivePath, const GPathName& folder, ProjectWriter& writer)
 {
+    ZipArchive archive(archivePath.GetPortablePath());
     ZipLimits limits;
     limits.totalBytes = cMaximumArchiveSize;
     archive.SetLimits(limits);
@@ -163,14 +165,13 @@ bool HopboxProject::ReadSettings(GPrefModule& settings)
 
 bool HopboxProject::WriteSettings(const GPrefModule& settings)
 {
-    ZipArchive archive(mPath.GetPortablePath());
-    if (!FindJobOptions(archive))
+    if (!HasJobOptions())
         return false;
     try {
         const TemporaryFolder folder;
         ProjectWriter writer(mPath);
         writer.AddFile(WriteSettingsFile(settings, folder.GetPathName()), cSettingsEntry);
-        CopyOtherFiles(archive, folder.GetPathName(), writer);
+        CopyOtherFiles(mPath, folder.GetPathName(), writer);
         writer.Finish();
         return true;
     } catch (const GException& error) {
@@ -192,6 +193,12 @@ bool HopboxProject::Create(const GPathName& jobOptions, const GPrefModule& setti
     } catch (const GException& error) {
         return Fail(error.GetDescription());
     }
+}
+
+bool HopboxProject::HasJobOptions()
+{
+    ZipArchive archive(mPath.GetPortablePath());
+    return FindJobOptions(archive);
 }
 
 // Leaves the archive on the job options.

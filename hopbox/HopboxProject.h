@@ -52,6 +52,7 @@ public:
     const GString& GetLastError() const { return mLastError; }
 
 private:
+    bool HasJobOptions();
     bool FindJobOptions(Morvane::ZipArchive& archive);
     bool FindSettings(Morvane::ZipArchive& archive, GBuffer& text);
     bool Fail(const GString& text);
