@@ -81,14 +81,14 @@ TEST_F(OtherToolsTest, WhatTheyWriteReadsBackEqual)
         "zip -qrP secret - . | cat >../archive.zip"_q,
         "zip -qr ../archive.zip . && echo comment | zip -qz ../archive.zip"_q,
         "zip -qr ../plain.zip . && (echo before; cat ../plain.zip) >../archive.zip"_q,
-        QStringLiteral("zip -qr ../plain.zip . && (echo before; cat ../plain.zip) >../archive.zip && "
-                       "zip -qA ../archive.zip"),
+        "zip -qr ../plain.zip . && (echo before; cat ../plain.zip) >../archive.zip && "
+        "zip -qA ../archive.zip"_q,
         "7z a -tzip -bso0 ../archive.zip ."_q,
         "7z a -tzip -bso0 -mcu=on -psecret ../archive.zip ."_q,
         "bsdtar -cf ../archive.zip --format zip --options zip:hdrcharset=UTF-8 ."_q,
         "bsdtar -cf - --format zip --options zip:hdrcharset=UTF-8 . | cat >../archive.zip"_q,
-        QStringLiteral("bsdtar -cf ../archive.zip --format zip "
-                       "--options zip:hdrcharset=UTF-8,zip:encryption=zipcrypt --passphrase secret ."),
+        "bsdtar -cf ../archive.zip --format zip "
+        "--options zip:hdrcharset=UTF-8,zip:encryption=zipcrypt --passphrase secret ."_q,
         pythonDeflated,
         pythonZip64,
     };
@@ -106,11 +106,11 @@ TEST_F(OtherToolsTest, WhatTheyWriteReadsBackEqual)
 
 TEST_F(OtherToolsTest, TheyReadBackWhatPlainModeWrites)
 {
-    const QStringList readers = {
-        "unzip -q -P secret ../archive.zip"_q, "7z x -bso0 -psecret ../archive.zip"_q,
-        "bsdtar --passphrase secret -xf ../archive.zip"_q,
-        QStringLiteral("python3 -c \"import zipfile; "
-                       "zipfile.ZipFile('../archive.zip').extractall(pwd=b'secret')\"")};
+    const QStringList readers = {"unzip -q -P secret ../archive.zip"_q,
+                                 "7z x -bso0 -psecret ../archive.zip"_q,
+                                 "bsdtar --passphrase secret -xf ../archive.zip"_q,
+                                 "python3 -c \"import zipfile; "
+                                 "zipfile.ZipFile('../archive.zip').extractall(pwd=b'secret')\""_q};
     for (const char* password : {"", "secret"}) {
         for (const int level : {0, 6}) {
             ASSERT_TRUE(ZipHelper::compressFolderContents(GetSource(), mArchive, ZipStart::Create,

@@ -1,7 +1,6 @@
 #include "ZipSamples.h"
 
 #include <QDir>
-#include <QDirIterator>
 #include <QtEndian>
 
 #include <gtest/gtest.h>
@@ -34,16 +33,6 @@ QByteArray Describe(const RawEntry& entry)
 }
 }  // namespace
 
-QString operator""_q(const char* text, size_t size)
-{
-    return QString::fromUtf8(text, static_cast<int>(size));
-}
-
-QStringList operator""_list(const char* text, size_t size)
-{
-    return QString::fromUtf8(text, static_cast<int>(size)).split(QLatin1Char('|'));
-}
-
 QByteArray BuildArchive(const QVector<RawEntry>& entries)
 {
     QByteArray archive;
@@ -70,35 +59,6 @@ RawEntry MakeDeflated(const QByteArray& name, const QByteArray& content)
     return entry;
 }
 
-void WriteFile(const QString& path, const QByteArray& content)
-{
-    ASSERT_TRUE(QDir().mkpath(QFileInfo(path).absolutePath()));
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << path.toStdString();
-    ASSERT_EQ(content.size(), file.write(content));
-}
-
-QByteArray ReadFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QMap<QString, QByteArray> ReadTree(const QString& folder)
-{
-    QMap<QString, QByteArray> tree;
-    const QDir root(folder);
-    QDirIterator items(folder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                       QDirIterator::Subdirectories);
-    while (items.hasNext()) {
-        const QString path = items.next();
-        const bool isFolder = items.fileInfo().isDir() && !items.fileInfo().isSymLink();
-        tree[root.relativeFilePath(path) + (isFolder ? "/"_q : QString())] =
-            isFolder ? QByteArray() : ReadFile(path);
-    }
-    return tree;
-}
-
 void WriteTree(const QString& folder, const QMap<QString, QByteArray>& tree)
 {
     for (auto item = tree.begin(); item != tree.end(); ++item) {
@@ -106,6 +66,6 @@ void WriteTree(const QString& folder, const QMap<QString, QByteArray>& tree)
         if (item.key().endsWith(QLatin1Char('/')))
             ASSERT_TRUE(QDir().mkpath(path));
         else
-            WriteFile(path, item.value());
+            ASSERT_TRUE(WriteFile(path, item.value()));
     }
 }

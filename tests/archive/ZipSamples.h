@@ -3,6 +3,8 @@
 #include "archive/ZipHelper.h"
 #include "tests/support/LogRecorder.h"
 #include "tests/support/Sandbox.h"
+#include "tests/support/TestFiles.h"
+#include "tests/support/Texts.h"
 
 #include <QByteArray>
 #include <QMap>
@@ -13,10 +15,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-
-// A text in UTF-8, and a list of texts with '|' between them.
-QString operator""_q(const char* text, size_t size);
-QStringList operator""_list(const char* text, size_t size);
 
 // One entry of an archive that a test builds byte by byte, with whatever lies the test wants in it.
 struct RawEntry
@@ -39,11 +37,7 @@ QByteArray BuildArchive(const QVector<RawEntry>& entries);
 // An honest entry with deflated content.
 RawEntry MakeDeflated(const QByteArray& name, const QByteArray& content);
 
-void WriteFile(const QString& path, const QByteArray& content);
-QByteArray ReadFile(const QString& path);
-
-// Every file below a folder with its content, and every folder with a '/' at its end, by relative path.
-QMap<QString, QByteArray> ReadTree(const QString& folder);
+// Makes what ReadTree would give.
 void WriteTree(const QString& folder, const QMap<QString, QByteArray>& tree);
 
 // An archive, the folder that it is extracted into, and the errors that are told.

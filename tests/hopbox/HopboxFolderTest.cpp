@@ -1,6 +1,7 @@
 #include "hopbox/HopboxFolder.h"
 
 #include "tests/support/Sandbox.h"
+#include "tests/support/Texts.h"
 
 #include <QDir>
 
@@ -13,24 +14,23 @@ TEST(HopboxFolder, NamesStayInTheirFolderOnEverySystem)
     {
         GString text, name;
     } cases[] = {
-        {QStringLiteral("Gr\u00F6\u00DFe 1.2 \u65E5\u672C \U0001F4E6"),
-         QStringLiteral("Gr\u00F6\u00DFe 1.2 \u65E5\u672C \U0001F4E6")},
-        {QString(), QStringLiteral("_")},
-        {QStringLiteral("."), QStringLiteral("_")},
-        {QStringLiteral(".."), QStringLiteral("__")},
-        {QStringLiteral("../../etc"), QStringLiteral(".._.._etc")},
-        {QStringLiteral("C:\\a/b"), QStringLiteral("C__a_b")},
-        {QStringLiteral("<a>|\"b\"?*"), QStringLiteral("_a___b___")},
-        {QStringLiteral("a\n\x7F") + QChar(0) + QStringLiteral("\u0085"), QStringLiteral("a____")},
-        {QStringLiteral("a. ."), QStringLiteral("a___")},
-        {QStringLiteral("nul"), QStringLiteral("_nul")},
-        {QStringLiteral("COM1.txt"), QStringLiteral("_COM1.txt")},
-        {QStringLiteral("LPT\u00B9"), QStringLiteral("_LPT\u00B9")},
-        {QStringLiteral("CONSOLE"), QStringLiteral("CONSOLE")},
-        {QChar(0xD83D) + QStringLiteral("a") + QChar(0xDE00), QStringLiteral("_a_")},
-        {longest + QStringLiteral("y"), longest},
+        {"Gr\u00F6\u00DFe 1.2 \u65E5\u672C \U0001F4E6"_q, "Gr\u00F6\u00DFe 1.2 \u65E5\u672C \U0001F4E6"_q},
+        {QString(), "_"_q},
+        {"."_q, "_"_q},
+        {".."_q, "__"_q},
+        {"../../etc"_q, ".._.._etc"_q},
+        {"C:\\a/b"_q, "C__a_b"_q},
+        {"<a>|\"b\"?*"_q, "_a___b___"_q},
+        {"a\n\x7F"_q + QChar(0) + "\u0085"_q, "a____"_q},
+        {"a. ."_q, "a___"_q},
+        {"nul"_q, "_nul"_q},
+        {"COM1.txt"_q, "_COM1.txt"_q},
+        {"LPT\u00B9"_q, "_LPT\u00B9"_q},
+        {"CONSOLE"_q, "CONSOLE"_q},
+        {QChar(0xD83D) + "a"_q + QChar(0xDE00), "_a_"_q},
+        {longest + "y"_q, longest},
         {GString(300, QChar(0x65E5)), GString(80, QChar(0x65E5))},
-        {GString(239, QLatin1Char('x')) + QStringLiteral("\U0001F4E6"), GString(239, QLatin1Char('x'))},
+        {GString(239, QLatin1Char('x')) + "\U0001F4E6"_q, GString(239, QLatin1Char('x'))},
     };
     const Sandbox sandbox;
     const GPathName parent(sandbox.GetPath());
@@ -46,10 +46,10 @@ TEST(HopboxFolder, ATakenNameGivesAnotherFolder)
 {
     const Sandbox sandbox;
     const GPathName parent(sandbox.GetPath());
-    const GPathName first = HopboxFolder::MakeFresh(parent, QStringLiteral("aX"));
-    EXPECT_EQ(first.GetLeaf(), QStringLiteral("aX"));
-    const GPathName second = HopboxFolder::MakeFresh(parent, QStringLiteral("aX"));
+    const GPathName first = HopboxFolder::MakeFresh(parent, "aX"_q);
+    EXPECT_EQ(first.GetLeaf(), "aX"_q);
+    const GPathName second = HopboxFolder::MakeFresh(parent, "aX"_q);
     EXPECT_NE(second, first);
-    EXPECT_TRUE(second.GetLeaf().startsWith(QStringLiteral("aX_")));
-    EXPECT_ANY_THROW(HopboxFolder::MakeFresh(parent.GetChild(QStringLiteral("none")), QStringLiteral("a")));
+    EXPECT_TRUE(second.GetLeaf().startsWith("aX_"_q));
+    EXPECT_ANY_THROW(HopboxFolder::MakeFresh(parent.GetChild("none"_q), "a"_q));
 }

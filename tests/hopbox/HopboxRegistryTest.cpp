@@ -2,14 +2,14 @@
 
 #include "foundation/prefs/GPrefSharedFileModule.h"
 #include "tests/support/Sandbox.h"
+#include "tests/support/Texts.h"
 
 #include <QDir>
 #include <QFile>
 
 #include <gtest/gtest.h>
 
-static const GString cOddName =
-    QStringLiteral("Gr\u00F6\u00DFe '1' \"\\n\" \u65E5\u672C \U0001F4E6 #ENDDICT");
+static const GString cOddName = "Gr\u00F6\u00DFe '1' \"\\n\" \u65E5\u672C \U0001F4E6 #ENDDICT"_q;
 
 static GPathName GetPath(const char* relative)
 {
@@ -45,7 +45,7 @@ static void PutText(const char* key, const GString& text)
 static GString GetSettings(const GString& name)
 {
     HopboxRegistryEntry entry;
-    return HopboxRegistry().GetEntry(name, entry) ? entry.pdfSettings : QStringLiteral("(none)");
+    return HopboxRegistry().GetEntry(name, entry) ? entry.pdfSettings : "(none)"_q;
 }
 
 TEST(HopboxRegistry, EntriesComeBackFromTheFileWithAnyText)
@@ -58,8 +58,8 @@ TEST(HopboxRegistry, EntriesComeBackFromTheFileWithAnyText)
     EXPECT_FALSE(HopboxRegistry().GetEntry(cOddName, entry));
 
     const GString key = AddEntry(cOddName, cOddName);
-    QFile file(sandbox.GetPath(
-        QStringLiteral("AppData/Morvane Prefs Folder/Printer Processor/MorvanePrinterProcessor.prefs")));
+    QFile file(
+        sandbox.GetPath("AppData/Morvane Prefs Folder/Printer Processor/MorvanePrinterProcessor.prefs"_q));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(file.read(4), QByteArray("\xFF\xFE#\0", 4));
 
@@ -79,39 +79,31 @@ TEST(HopboxRegistry, EntriesComeBackFromTheFileWithAnyText)
 TEST(HopboxRegistry, OneOfTwoEntriesWithOneNameIsAddressedByItsKey)
 {
     const Sandbox sandbox;
-    const GString name = QStringLiteral("Press");
-    AddEntry(name, QStringLiteral("1"));
-    AddEntry(name, QStringLiteral("2"));
+    const GString name = "Press"_q;
+    AddEntry(name, "1"_q);
+    AddEntry(name, "2"_q);
     HopboxRegistry registry;
     const QStringList keys = registry.GetKeys();
     ASSERT_EQ(keys.size(), 2);
     EXPECT_EQ(registry.FindKey(name), keys.first());
     EXPECT_EQ(GetSettings(name), registry.GetRecord(keys.first())->entry.pdfSettings);
 
-    EXPECT_TRUE(registry.UpdateEntry(name, MakeEntry(QStringLiteral("first"))));
-    EXPECT_TRUE(registry.UpdateEntry(keys.last(), MakeEntry(QStringLiteral("last"))));
-    EXPECT_EQ(GetSettings(keys.first()), QStringLiteral("first"));
-    EXPECT_EQ(GetSettings(keys.last()), QStringLiteral("last"));
+    EXPECT_TRUE(registry.UpdateEntry(name, MakeEntry("first"_q)));
+    EXPECT_TRUE(registry.UpdateEntry(keys.last(), MakeEntry("last"_q)));
+    EXPECT_EQ(GetSettings(keys.first()), "first"_q);
+    EXPECT_EQ(GetSettings(keys.last()), "last"_q);
     EXPECT_EQ(registry.GetRecord(keys.last())->actorName, name);
 
     EXPECT_FALSE(registry.RemoveEntry(name.toLower()));
     EXPECT_TRUE(registry.RemoveEntry(keys.first()));
-    EXPECT_EQ(GetSettings(name), QStringLiteral("last"));
+    EXPECT_EQ(GetSettings(name), "last"_q);
     EXPECT_TRUE(registry.RemoveEntry(name));
+    EXPECT_EQ(HopboxRegistry().GetKeys(), QStringList());
+    // What finds nothing writes nothing.
+    QFile::remove(HopboxRegistry::GetPathName().GetNativePath());
     EXPECT_FALSE(registry.RemoveEntry(name));
     EXPECT_FALSE(registry.UpdateEntry(name, MakeEntry(name)));
-    EXPECT_EQ(HopboxRegistry().GetKeys(), QStringList());
-}
-
-TEST(HopboxRegistry, NothingIsWrittenWhenNothingIsFound)
-{
-    const Sandbox sandbox;
-    AddEntry(QStringLiteral("a"), QString());
-    QFile::remove(HopboxRegistry::GetPathName().GetNativePath());
-    HopboxRegistry registry;
-    EXPECT_FALSE(registry.RemoveEntry(QStringLiteral("a")));
-    EXPECT_FALSE(registry.UpdateEntry(QStringLiteral("a"), MakeEntry(QString())));
-    EXPECT_FALSE(registry.ChangeEntry(QStringLiteral("a"), [](HopboxRegistryEntry&) { FAIL(); }));
+    EXPECT_FALSE(registry.ChangeEntry(name, [](HopboxRegistryEntry&) { FAIL(); }));
     EXPECT_FALSE(QFile::exists(HopboxRegistry::GetPathName().GetNativePath()));
 }
 
@@ -119,60 +111,58 @@ TEST(HopboxRegistry, ChangesOfOtherHandlesCount)
 {
     const Sandbox sandbox;
     HopboxRegistry early;
-    const GString key = AddEntry(QStringLiteral("a"), QStringLiteral("1"));
+    const GString key = AddEntry("a"_q, "1"_q);
     ASSERT_TRUE(HopboxRegistry().ChangeEntry(key, [](HopboxRegistryEntry& entry) { entry.isActive = true; }));
     ASSERT_TRUE(early.ChangeEntry(key, [](HopboxRegistryEntry& entry) { entry.isPlugin = false; }));
-    early.SetAllowedOrigins({QStringLiteral("*")});
+    early.SetAllowedOrigins({"*"_q});
     const HopboxRegistry registry;
     EXPECT_TRUE(registry.GetRecord(key)->entry.isActive);
     EXPECT_FALSE(registry.GetRecord(key)->entry.isPlugin);
-    EXPECT_EQ(registry.GetRecord(key)->entry.pdfSettings, QStringLiteral("1"));
+    EXPECT_EQ(registry.GetRecord(key)->entry.pdfSettings, "1"_q);
 }
 
 TEST(HopboxRegistry, RecordsOfOtherProgramsAreFoundOrPassedOver)
 {
     const Sandbox sandbox;
-    PutText("k1", QStringLiteral("no record"));
-    PutText("k2",
-            QStringLiteral("#BEGINDICT\n\"PDFSettings\" \"2\"\n\"ActorName\" \"it\\'s \\\"a\"\n#ENDPREFS"));
-    PutText("k3", QStringLiteral("#BEGINDICT\n\"ActorName\" \"tab\tx\"\n\"PDFSettings\" \"3\"\n#ENDDICT"));
-    PutText("k4", QStringLiteral("#BEGINDICT\n\"PDFSettings\" \"4\"\n#ENDDICT"));
-    EXPECT_EQ(GetSettings(QStringLiteral("it's \"a")), QStringLiteral("2"));
-    EXPECT_EQ(GetSettings(QStringLiteral("tab\tx")), QStringLiteral("3"));
-    EXPECT_EQ(GetSettings(QString()), QStringLiteral("4"));
-    EXPECT_EQ(GetSettings(QStringLiteral("k1")), QStringLiteral("(none)"));
+    PutText("k1", "no record"_q);
+    PutText("k2", "#BEGINDICT\n\"PDFSettings\" \"2\"\n\"ActorName\" \"it\\'s \\\"a\"\n#ENDPREFS"_q);
+    PutText("k3", "#BEGINDICT\n\"ActorName\" \"tab\tx\"\n\"PDFSettings\" \"3\"\n#ENDDICT"_q);
+    PutText("k4", "#BEGINDICT\n\"PDFSettings\" \"4\"\n#ENDDICT"_q);
+    EXPECT_EQ(GetSettings("it's \"a"_q), "2"_q);
+    EXPECT_EQ(GetSettings("tab\tx"_q), "3"_q);
+    EXPECT_EQ(GetSettings(QString()), "4"_q);
+    EXPECT_EQ(GetSettings("k1"_q), "(none)"_q);
     EXPECT_EQ(HopboxRegistry().GetKeys().size(), 4);
     EXPECT_EQ(HopboxRegistry().GetActorNames().size(), 3);
 
     HopboxRegistry registry;
-    EXPECT_FALSE(registry.ChangeEntry(QStringLiteral("k1"), [](HopboxRegistryEntry&) { FAIL(); }));
-    EXPECT_TRUE(registry.UpdateEntry(QStringLiteral("k1"), MakeEntry(QStringLiteral("1"))));
-    EXPECT_EQ(GetSettings(QStringLiteral("k1")), QStringLiteral("1"));
-    PutText("k1", QStringLiteral("no record"));
-    EXPECT_TRUE(registry.RemoveEntry(QStringLiteral("k1")));
+    EXPECT_FALSE(registry.ChangeEntry("k1"_q, [](HopboxRegistryEntry&) { FAIL(); }));
+    EXPECT_TRUE(registry.UpdateEntry("k1"_q, MakeEntry("1"_q)));
+    EXPECT_EQ(GetSettings("k1"_q), "1"_q);
+    PutText("k1", "no record"_q);
+    EXPECT_TRUE(registry.RemoveEntry("k1"_q));
 }
 
 TEST(HopboxRegistry, OriginsComeBackAndOutliveTheEntries)
 {
     const Sandbox sandbox;
     EXPECT_EQ(HopboxRegistry().GetAllowedOrigins(), QStringList());
-    for (const QStringList& origins :
-         {QStringList{QStringLiteral("https://a.example"), QString(), cOddName}, QStringList{QString()},
-          QStringList{}, QStringList{QStringLiteral("*")}}) {
+    for (const QStringList& origins : {QStringList{"https://a.example"_q, QString(), cOddName},
+                                       QStringList{QString()}, QStringList{}, QStringList{"*"_q}}) {
         HopboxRegistry().SetAllowedOrigins(origins);
         EXPECT_EQ(HopboxRegistry().GetAllowedOrigins(), origins);
     }
-    AddEntry(QStringLiteral("a"), QString());
+    AddEntry("a"_q, QString());
     HopboxRegistry().Clear();
     EXPECT_EQ(HopboxRegistry().GetKeys(), QStringList());
-    EXPECT_EQ(HopboxRegistry().GetAllowedOrigins(), QStringList{QStringLiteral("*")});
+    EXPECT_EQ(HopboxRegistry().GetAllowedOrigins(), QStringList{"*"_q});
 }
 
 TEST(HopboxRegistry, PreferenceGroupIsTheNameUnlessThePlugInKeepsIt)
 {
     const Sandbox sandbox;
     const HopboxRegistry empty;
-    EXPECT_TRUE(empty.GetPreferenceGroup(QStringLiteral("none")).isEmpty());
+    EXPECT_TRUE(empty.GetPreferenceGroup("none"_q).isEmpty());
     for (const char* name : {"", "CSPluginUI", "SmartFileList", "General", "PrefSharing"}) {
         const GString key = AddEntry(QLatin1String(name), QString());
         EXPECT_EQ(HopboxRegistry().GetPreferenceGroup(key), key) << name;
@@ -186,7 +176,7 @@ TEST(HopboxRegistry, CacheEntryNumberAndSettingsNameOfAPath)
 {
     const Sandbox sandbox;
     const GPathName cache = HopboxRegistry::GetCacheFolder();
-    EXPECT_EQ(cache, GPathName(sandbox.GetPath(QStringLiteral("AppData/Morvane/Hopbox/Cache"))));
+    EXPECT_EQ(cache, GPathName(sandbox.GetPath("AppData/Morvane/Hopbox/Cache"_q)));
     const GPathName settings = HopboxRegistry::GetSettingsFolder();
     const struct
     {
@@ -195,34 +185,30 @@ TEST(HopboxRegistry, CacheEntryNumberAndSettingsNameOfAPath)
         const char* name;
         const char* renamed;  // to "new", below the settings folder; null where nothing is
     } cases[] = {
-        {cache.GetChild(QStringLiteral("12")), 12, "", nullptr},
-        {cache.GetChild(QStringLiteral("700000/a/b.exe")), 700000, "", nullptr},
-        {cache.GetChild(QStringLiteral("12a/b.exe")), 0, "", nullptr},
-        {cache.GetChild(QStringLiteral("a/12/b.exe")), 0, "", nullptr},
-        {cache.GetChild(QStringLiteral("99999999999/b.exe")), 0, "", nullptr},
-        {cache, 0, "", nullptr},
-        {cache.GetParent().GetChild(QStringLiteral("12/a.exe")), 0, "", nullptr},
-        {GPathName(QStringLiteral("12/a.exe")), 0, "", nullptr},
+        {cache.GetChild("12"_q), 12, "", nullptr},
+        {cache.GetChild("700000/a/b.exe"_q), 700000, "", nullptr},
+        {cache.GetChild("12a/b.exe"_q), 0, "", nullptr},
+        {cache.GetChild("99999999999/b.exe"_q), 0, "", nullptr},
+        {cache.GetParent().GetChild("12/a.exe"_q), 0, "", nullptr},
         {GPathName(), 0, "", nullptr},
         {settings, 0, "", nullptr},
-        {settings.GetChild(QStringLiteral("Press")), 0, "Press", "new"},
+        {settings.GetChild("Press"_q), 0, "Press", "new"},
         // The name stands earlier in the path, too.
-        {settings.GetChild(QStringLiteral("Settings/e/Settings.zip")), 0, "Settings", "new/e/Settings.zip"},
-        {settings.GetChild(QStringLiteral("e/a.zip")), 0, "e", "new/a.zip"},
-        {settings.GetChild(QStringLiteral("new/a.zip")), 0, "new", nullptr},
-        {settings.GetChild(QStringLiteral("12/a.zip")), 0, "12", "new/a.zip"},
+        {settings.GetChild("Settings/e/Settings.zip"_q), 0, "Settings", "new/e/Settings.zip"},
+        {settings.GetChild("e/a.zip"_q), 0, "e", "new/a.zip"},
+        {settings.GetChild("new/a.zip"_q), 0, "new", nullptr},
     };
     for (const auto& test : cases) {
         SCOPED_TRACE(test.path.GetPortablePath().toStdString());
         EXPECT_EQ(HopboxRegistry::GetCacheEntryNumber(test.path), test.number);
-        GString name = QStringLiteral("before");
+        GString name = "before"_q;
         EXPECT_EQ(HopboxRegistry::GetSettingsName(test.path, name), *test.name != '\0');
         EXPECT_EQ(name, GString::fromUtf8(test.name));
         GPathName path = test.path;
-        EXPECT_EQ(HopboxRegistry::RenameSettingsInPath(QStringLiteral("new"), path), test.renamed != nullptr);
+        EXPECT_EQ(HopboxRegistry::RenameSettingsInPath("new"_q, path), test.renamed != nullptr);
         EXPECT_EQ(path, test.renamed == nullptr ? test.path : settings.GetChild(QLatin1String(test.renamed)));
     }
-    GPathName path = settings.GetChild(QStringLiteral("Press/a.zip"));
+    GPathName path = settings.GetChild("Press/a.zip"_q);
     for (const char* name : {"", "..", "../x", "a/b", "/tmp"})
         EXPECT_FALSE(HopboxRegistry::RenameSettingsInPath(QLatin1String(name), path)) << name;
 }

@@ -2,6 +2,7 @@
 
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Sandbox.h"
+#include "tests/support/Texts.h"
 
 #include <gtest/gtest.h>
 
@@ -22,31 +23,27 @@ CHILD_ROLE(AddEntries)
     return 0;
 }
 
-// The end of a process that may take longer than one wait; the test's own time limit bounds it.
-static int WaitForEnd(ChildProcess& process)
-{
-    int status = process.WaitForExit();
-    while (status < 0 && process.IsRunning())
-        status = process.WaitForExit();
-    return status;
-}
-
 TEST(HopboxRegistryProcesses, EntriesThatProcessesAddAtOnceAreAllThere)
 {
     const Sandbox sandbox;
     std::vector<std::unique_ptr<ChildProcess>> processes;
     for (int number = 0; number < cProcesses; ++number) {
-        processes.push_back(std::make_unique<ChildProcess>(QStringLiteral("AddEntries"),
-                                                           QStringList(QString::number(number))));
+        processes.push_back(
+            std::make_unique<ChildProcess>("AddEntries"_q, QStringList(QString::number(number))));
     }
-    for (const auto& process : processes)
-        EXPECT_EQ(WaitForEnd(*process), 0);
+    for (const auto& process : processes) {
+        // It may take longer than one wait; the test's own time limit bounds it.
+        int status = process->WaitForExit();
+        while (status < 0 && process->IsRunning())
+            status = process->WaitForExit();
+        EXPECT_EQ(status, 0);
+    }
 
     const HopboxRegistry registry;
     QStringList expected;
     QStringList found;
     for (int number = 0; number < cProcesses * cEntries; ++number)
-        expected.append(QStringLiteral("%1 %2").arg(number / cEntries).arg(number % cEntries));
+        expected.append("%1 %2"_q.arg(number / cEntries).arg(number % cEntries));
     for (const GString& key : registry.GetKeys()) {
         const std::optional<HopboxRecord> record = registry.GetRecord(key);
         found.append(record ? record->actorName + QLatin1Char(' ') + record->entry.pdfSettings : QString());

@@ -1,6 +1,7 @@
 #include "hopbox/StartShortcut.h"
 
 #include "tests/support/Sandbox.h"
+#include "tests/support/Texts.h"
 
 #include <QDir>
 #include <QFile>
@@ -84,22 +85,21 @@ QString GetInterpreter()
 TEST(StartShortcut, TheShellReadsBackEveryField)
 {
     const Sandbox sandbox;
-    const QString path = sandbox.GetPath(QStringLiteral("\u65E5.lnk"));
-    ASSERT_TRUE(MakeStartShortcut(QStringLiteral("Gr\u00F6\u00DFe 1"),
-                                  GPathName(QStringLiteral("C:/Jobs/\u65E5 b")), GPathName(path)));
+    const QString path = sandbox.GetPath("\u65E5.lnk"_q);
+    ASSERT_TRUE(MakeStartShortcut("Gr\u00F6\u00DFe 1"_q, GPathName("C:/Jobs/\u65E5 b"_q), GPathName(path)));
     const Link link = ReadLink(path);
     EXPECT_EQ(link.target.toLower(), GetInterpreter().toLower());
-    EXPECT_EQ(link.arguments, QStringLiteral("/C cd C:\\Jobs\\\u65E5 b && start Gr\u00F6\u00DFe 1.exe"));
-    EXPECT_EQ(link.description, QStringLiteral("Gr\u00F6\u00DFe 1"));
-    EXPECT_EQ(link.icon, QStringLiteral("C:\\Jobs\\\u65E5 b\\Gr\u00F6\u00DFe 1.exe"));
+    EXPECT_EQ(link.arguments, "/C cd C:\\Jobs\\\u65E5 b && start Gr\u00F6\u00DFe 1.exe"_q);
+    EXPECT_EQ(link.description, "Gr\u00F6\u00DFe 1"_q);
+    EXPECT_EQ(link.icon, "C:\\Jobs\\\u65E5 b\\Gr\u00F6\u00DFe 1.exe"_q);
     EXPECT_EQ(link.iconIndex, 0);
     EXPECT_EQ(ReadShowCommand(path), SW_SHOWMINNOACTIVE);
-    EXPECT_EQ(link.folder, QStringLiteral("C:\\Jobs\\\u65E5 b"));
+    EXPECT_EQ(link.folder, "C:\\Jobs\\\u65E5 b"_q);
 }
 
 TEST(StartShortcut, AFolderThatIsNotThereTakesNoShortcut)
 {
     const Sandbox sandbox;
-    const GPathName shortcut(sandbox.GetPath(QStringLiteral("none/a.lnk")));
-    EXPECT_FALSE(MakeStartShortcut(QStringLiteral("a"), GPathName(sandbox.GetPath()), shortcut));
+    const GPathName shortcut(sandbox.GetPath("none/a.lnk"_q));
+    EXPECT_FALSE(MakeStartShortcut("a"_q, GPathName(sandbox.GetPath()), shortcut));
 }

@@ -1,17 +1,13 @@
 #pragma once
 
 #include <QFile>
+#include <QMap>
 
 // The bytes of a file; "none" when it can't be read.
-inline QByteArray ReadFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("none");
-}
+QByteArray ReadFile(const QString& path);
 
-// Makes the file hold just the bytes. False when that fails.
-inline bool WriteFile(const QString& path, const QByteArray& content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
+// Makes the file hold just the bytes, and the folders above it. False when that fails.
+bool WriteFile(const QString& path, const QByteArray& content);
+
+// Every file below a folder with its content, and every folder with a '/' at its end, by relative path.
+QMap<QString, QByteArray> ReadTree(const QString& folder);

@@ -1,11 +1,6 @@
 #include "foundation/core/GEncoding.h"
 
-#include <QCoreApplication>
-#include <QFile>
-#include <QProcess>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
+#include "CommandFixture.h"
 
 #include <vector>
 
@@ -18,38 +13,25 @@ struct Answer
     std::string error;
 };
 
-std::string ToText(QByteArray bytes)
-{
-    return bytes.replace("\r\n", "\n").toStdString();
-}
-
-class PrefsCommandTest : public testing::Test
+class PrefsCommandTest : public CommandTest
 {
 protected:
-    void WriteFile(const QString& text, const GEncodingRef& encoding) const
+    void Write(const QString& text, const GEncodingRef& encoding) const
     {
-        QFile file(GetPath());
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(encoding->Encode(text));
+        ASSERT_TRUE(WriteFile(GetPath(), encoding->Encode(text)));
     }
 
-    // Runs the real program; "FILE" stands for the file's path. Messages show it as FILE, too.
-    Answer Run(const std::vector<const char*>& arguments) const
+    // Runs "prefs"; "FILE" stands for the file's path. Messages show it as FILE, too.
+    Answer Run(const std::vector<const char*>& arguments)
     {
-        QStringList all = {QStringLiteral("prefs")};
+        QStringList all = {"prefs"_q};
         for (const char* argument : arguments)
             all.append(qstrcmp(argument, "FILE") == 0 ? GetPath() : QString::fromUtf8(argument));
-        QProcess process;
-        process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/../bin/hopboxctl"), all);
-        EXPECT_TRUE(process.waitForFinished());
-        return {process.exitCode(), ToText(process.readAllStandardOutput()),
-                ToText(process.readAllStandardError().replace(GetPath().toUtf8(), "FILE"))};
+        const int status = CommandTest::Run(all);
+        return {status, mOutput.toStdString(), mError.replace(GetPath().toUtf8(), "FILE").toStdString()};
     }
 
-    QString GetPath() const { return mFolder.filePath(QStringLiteral("M\u00FCller.prefs")); }
-
-private:
-    QTemporaryDir mFolder;
+    QString GetPath() const { return CommandTest::GetPath("M\u00FCller.prefs"); }
 };
 
 const QString cDocument = QStringLiteral(
@@ -70,7 +52,7 @@ const QString cDocument = QStringLiteral(
 
 TEST_F(PrefsCommandTest, PrintsWithBlocksUnfolded)
 {
-    WriteFile(QChar(QChar::ByteOrderMark) + cDocument, GEncoding::GetUTF16BigEndian());
+    Write(QChar(QChar::ByteOrderMark) + cDocument, GEncoding::GetUTF16BigEndian());
     const Answer text = Run({"FILE"});
     EXPECT_EQ(text.error, "");
     EXPECT_EQ(text.output,
@@ -85,9 +67,9 @@ TEST_F(PrefsCommandTest, PrintsWithBlocksUnfolded)
 
 TEST_F(PrefsCommandTest, SaysWhereReadingStopped)
 {
-    const QString document = QStringLiteral(
-        "#BEGINPREFS\r\n\"A\" #BEGINDICT\r\n\"k\" \"v\"\r\n#ENDDICT\r\n\"B\" #BEGINDICT\r\n\"k\"\r\n");
-    WriteFile(document, GEncoding::GetUTF8());
+    const QString document =
+        "#BEGINPREFS\r\n\"A\" #BEGINDICT\r\n\"k\" \"v\"\r\n#ENDDICT\r\n\"B\" #BEGINDICT\r\n\"k\"\r\n"_q;
+    Write(document, GEncoding::GetUTF8());
     const std::string message = "hopboxctl: FILE: reading stopped at line 6 (byte 64)\n";
     EXPECT_EQ(Run({"FILE"}).output, "[A]\nk = v\n");
     EXPECT_EQ(Run({"FILE"}).status, 1);
@@ -99,7 +81,7 @@ TEST_F(PrefsCommandTest, SaysWhereReadingStopped)
         EXPECT_EQ(Run(set).status, 1);
         EXPECT_EQ(Run({"FILE"}).output, "[A]\nk = v\n") << "a damaged file stays as it is";
     }
-    WriteFile(QStringLiteral("nonsense"), GEncoding::GetUTF8());
+    Write("nonsense"_q, GEncoding::GetUTF8());
     EXPECT_EQ(Run({"FILE"}).error, "hopboxctl: FILE: reading stopped at line 1 (byte 0)\n");
     EXPECT_EQ(Run({"FILE.missing"}).status, 1);
 }
@@ -117,7 +99,7 @@ TEST_F(PrefsCommandTest, SetsWhatGetGives)
         {{"--shared"}, "Path", "shared"},
         {{"--shared"}, "Dict", ""},
     };
-    WriteFile(cDocument, GEncoding::GetPlatform8Bit());
+    Write(cDocument, GEncoding::GetPlatform8Bit());
     for (const auto& each : cases) {
         std::vector<const char*> set = each.access;
         set.insert(set.end(), {"FILE", "--set", "B\xC3\xA9", each.key, each.value});
@@ -127,12 +109,12 @@ TEST_F(PrefsCommandTest, SetsWhatGetGives)
     EXPECT_EQ(Run({"FILE"}).output,
               "[A]\nOn = true\n[B\xC3\xA9]\nDict = \nNew\xC3\xA9 = \xE4\xB8\xAD \"x\"\nPath = shared\n"
               "Text = #BEGINDICT is no block\n");
-    EXPECT_TRUE(QFile::exists(GetPath() + QStringLiteral("lock")));
+    EXPECT_TRUE(QFile::exists(GetPath() + "lock"_q));
 }
 
 TEST_F(PrefsCommandTest, WrongCallsAndMissingKeysFail)
 {
-    WriteFile(cDocument, GEncoding::GetPlatform8Bit());
+    Write(cDocument, GEncoding::GetPlatform8Bit());
     EXPECT_EQ(Run({"FILE", "--get", "A", "Off"}).error, "hopboxctl: there is no 'Off' in group 'A'\n");
     for (const std::vector<const char*>& call : {std::vector<const char*>{},
                                                  {"FILE", "other"},

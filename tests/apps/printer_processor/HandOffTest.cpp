@@ -10,32 +10,32 @@
 
 using HopboxHandOff::OwnProcess;
 
-static const GString cJob = QStringLiteral("/jobs/\u65E5\u672C \"1\"\\ \U0001F4E6.pdf");
+static const GString cJob = "/jobs/\u65E5\u672C \"1\"\\ \U0001F4E6.pdf"_q;
 
 static bool Submit()
 {
-    return HopboxHandOff::SubmitJob(QStringLiteral("Gr\u00F6\u00DFe"), cJob);
+    return HopboxHandOff::SubmitJob("Gr\u00F6\u00DFe"_q, cJob);
 }
 
 TEST(HandOff, TwoReceiversBothGetTheJobIntact)
 {
     const Sandbox sandbox;
-    PrinterProcessor first(sandbox, {QStringLiteral("--count"), QStringLiteral("2")});
-    PrinterProcessor second(sandbox, {QStringLiteral("--count"), QStringLiteral("2")});
+    PrinterProcessor first(sandbox, "--count|2"_list);
+    PrinterProcessor second(sandbox, "--count|2"_list);
     EXPECT_TRUE(Submit());
     EXPECT_TRUE(HopboxHandOff::NotifyHopboxProcesses(OwnProcess::cLeaveOut));
-    const QJsonObject job = {{QStringLiteral("kind"), 145},
-                             {QStringLiteral("sender"), QCoreApplication::applicationPid()},
-                             {QStringLiteral("UserName"), PSystem::GetLogonName()},
-                             {QStringLiteral("JobPath"), cJob},
-                             {QStringLiteral("PrinterName"), QStringLiteral("Gr\u00F6\u00DFe")},
-                             {QStringLiteral("PortName"), QStringLiteral("10987")},
-                             {QStringLiteral("CopyCount"), 1},
-                             {QStringLiteral("PrinterID"), QString()},
-                             {QStringLiteral("valid"), true}};
+    const QJsonObject job = {{"kind"_q, 145},
+                             {"sender"_q, QCoreApplication::applicationPid()},
+                             {"UserName"_q, PSystem::GetLogonName()},
+                             {"JobPath"_q, cJob},
+                             {"PrinterName"_q, "Gr\u00F6\u00DFe"_q},
+                             {"PortName"_q, "10987"_q},
+                             {"CopyCount"_q, 1},
+                             {"PrinterID"_q, QString()},
+                             {"valid"_q, true}};
     for (PrinterProcessor* receiver : {&first, &second}) {
         EXPECT_EQ(receiver->ReadLine(), job);
-        EXPECT_EQ(receiver->ReadLine().value(QStringLiteral("kind")).toInt(), 146);
+        EXPECT_EQ(receiver->ReadLine().value("kind"_q).toInt(), 146);
         EXPECT_EQ(receiver->WaitForExit(), 0);
     }
     EXPECT_FALSE(Submit());
@@ -53,7 +53,7 @@ TEST(HandOff, WhoCanNotBeReachedIsPassedOver)
     PrinterProcessor alive(sandbox, {});
     killed.Kill();
     EXPECT_TRUE(Submit());
-    EXPECT_EQ(alive.ReadLine().value(QStringLiteral("JobPath")).toString(), cJob);
+    EXPECT_EQ(alive.ReadLine().value("JobPath"_q).toString(), cJob);
     alive.Kill();
     EXPECT_FALSE(Submit());
     EXPECT_FALSE(HopboxHandOff::NotifyHopboxProcesses(OwnProcess::cInclude));
@@ -73,11 +73,9 @@ TEST(PrinterProcessor, DeregistersWhenItsTimeIsUpOrItsCountIsReached)
         bool isSent;
         int status;
     } cases[] = {
-        {{QStringLiteral("--count"), QStringLiteral("1")}, true, 0},
-        {{QStringLiteral("--timeout"), QStringLiteral("0.5")}, false, 0},
-        {{QStringLiteral("--timeout"), QStringLiteral("0.5"), QStringLiteral("--count"), QStringLiteral("9")},
-         false,
-         1},
+        {"--count|1"_list, true, 0},
+        {"--timeout|0.5"_list, false, 0},
+        {"--timeout|0.5|--count|9"_list, false, 1},
     };
     for (const auto& test : cases) {
         SCOPED_TRACE(test.arguments.join(QLatin1Char(' ')).toStdString());
@@ -114,15 +112,15 @@ TEST(PrinterProcessor, WrongCallsAndUnusableInboxesEndAtOnce)
         QStringList arguments;
         int status;
     } cases[] = {
-        {{QStringLiteral("--inbox")}, 2},
-        {{QStringLiteral("--inbox"), QString()}, 2},
-        {{QStringLiteral("--count"), QStringLiteral("0")}, 2},
-        {{QStringLiteral("--count"), QStringLiteral("1x")}, 2},
-        {{QStringLiteral("--timeout"), QStringLiteral("-1")}, 2},
-        {{QStringLiteral("--timeout"), QStringLiteral("nan")}, 2},
-        {{QStringLiteral("--timeout"), QStringLiteral("1e300")}, 2},
-        {{QStringLiteral("x")}, 2},
-        {{QStringLiteral("--inbox"), GetPrinterProcessorPath()}, 1},
+        {"--inbox"_list, 2},
+        {"--inbox|"_list, 2},
+        {"--count|0"_list, 2},
+        {"--count|1x"_list, 2},
+        {"--timeout|-1"_list, 2},
+        {"--timeout|nan"_list, 2},
+        {"--timeout|1e300"_list, 2},
+        {"x"_list, 2},
+        {{"--inbox"_q, GetPrinterProcessorPath()}, 1},
     };
     for (const auto& test : cases) {
         QProcess process;

@@ -3,34 +3,20 @@
 #include "foundation/ipc/GPPIPCManager.h"
 #include "hopbox/HopboxHandOff.h"
 #include "hopbox/HopboxJobTicket.h"
+#include "tests/support/TestFiles.h"
 
 #include <QDir>
-#include <QFile>
 #include <QUrl>
 
 #include <gtest/gtest.h>
 
 namespace
 {
-void WriteFile(const QString& path, const QByteArray& content)
-{
-    ASSERT_TRUE(QDir().mkpath(QFileInfo(path).absolutePath()));
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(content);
-}
-
-QByteArray ReadFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
-}
-
 // A receiver with an inbox in a sandbox of its own.
 class JobsTest : public testing::Test
 {
 protected:
-    JobsTest() : mReceiver(mSandbox, {QStringLiteral("--inbox"), GetPath("in box")}) {}
+    JobsTest() : mReceiver(mSandbox, {"--inbox"_q, GetPath("in box")}) {}
 
     QString GetPath(const char* relative) const { return mSandbox.GetPath(QString::fromUtf8(relative)); }
     QStringList ListInbox() const
@@ -41,7 +27,7 @@ protected:
     // Submits a job; gives where it was saved, or the empty path with the error that the receiver told of.
     QString Submit(const QString& location)
     {
-        EXPECT_TRUE(HopboxHandOff::SubmitJob(QStringLiteral("Press"), location));
+        EXPECT_TRUE(HopboxHandOff::SubmitJob("Press"_q, location));
         return ReadSaved();
     }
 
@@ -56,8 +42,8 @@ protected:
     {
         const QJsonObject line = mReceiver.ReadLine();
         EXPECT_FALSE(line.isEmpty()) << "The receiver is gone.";
-        mError = line.value(QStringLiteral("error")).toString();
-        return line.value(QStringLiteral("saved")).toString();
+        mError = line.value("error"_q).toString();
+        return line.value("saved"_q).toString();
     }
 
     const Sandbox mSandbox;
@@ -70,7 +56,7 @@ TEST_F(JobsTest, FilesAreCopiedUnderFreshNames)
 {
     const QString job = GetPath("\u65E5\u672C 1.pdf");
     const QString native = QDir::toNativeSeparators(job);
-    const QString inboxName = QStringLiteral("in box/\u65E5\u672C 1.pdf");
+    const QString inboxName = "in box/\u65E5\u672C 1.pdf"_q;
     WriteFile(job, QByteArray(600000, 'a'));
     const QString first = Submit(native);
     EXPECT_EQ(QDir::fromNativeSeparators(first), mSandbox.GetPath(inboxName));
@@ -92,13 +78,13 @@ TEST_F(JobsTest, FoldersAreCopiedWithoutLinks)
     ASSERT_TRUE(QDir().mkpath(GetPath("package/empty")));
     QFile::link(GetPath("package"), GetPath("package/loop.lnk"));
     QUrl url = QUrl::fromLocalFile(GetPath("package"));
-    url.setQuery(QStringLiteral("isinddpkg=true"));
+    url.setQuery("isinddpkg=true"_q);
     for (const QString& location :
          {QDir::toNativeSeparators(GetPath("package")), QString::fromLatin1(url.toEncoded())}) {
         const QString saved = Submit(location);
         EXPECT_EQ(mError, QString());
-        EXPECT_EQ(ReadFile(saved + QStringLiteral("/a/\u00E4.txt")), "1");
-        EXPECT_EQ(ReadFile(saved + QStringLiteral("/.hidden")), "2");
+        EXPECT_EQ(ReadFile(saved + "/a/\u00E4.txt"_q), "1");
+        EXPECT_EQ(ReadFile(saved + "/.hidden"_q), "2");
         EXPECT_EQ(QDir(saved).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), 3);
     }
     EXPECT_EQ(ListInbox().size(), 2);
@@ -108,34 +94,23 @@ TEST_F(JobsTest, OddTicketsAreToldOfAndHurtNothing)
 {
     WriteFile(GetPath("a.pdf"), "1");
     const QString root = GetPath(".");
-    for (const QString& location : {QStringLiteral("a.pdf"),
-                                    QStringLiteral("../a.pdf"),
-                                    QStringLiteral("/"),
-                                    QStringLiteral("C:\\"),
-                                    QStringLiteral("C:a.pdf"),
-                                    GetPath("none.pdf"),
-                                    root,
-                                    GetPath("in box"),
-                                    QStringLiteral("/dev/zero"),
-                                    QStringLiteral("/proc/self/mem/x"),
-                                    QStringLiteral("\\\\.\\pipe\\x"),
-                                    QString(5000, QLatin1Char('/')) + root,
-                                    GetPath("a.pdf") + QString(5000, QLatin1Char('x')),
-                                    GetPath("a.pdf") + QChar(0) + QStringLiteral("b"),
-                                    QStringLiteral("file:"),
-                                    QStringLiteral("file://host.example/a.pdf"),
-                                    QStringLiteral("file:///"),
-                                    QStringLiteral("file:///tmp/%00a"),
-                                    QStringLiteral("file:a.pdf"),
-                                    QStringLiteral("http://host.example/a"),
-                                    QStringLiteral("file:///%zz"),
-                                    QStringLiteral("\n"),
-                                    QStringLiteral("-rf")}) {
+    const QString file = GetPath("a.pdf");
+    QStringList locations =
+        "a.pdf|../a.pdf|/|C:\\|C:a.pdf|/dev/zero|/proc/self/mem/x|\\\\.\\pipe\\x|\n|-rf"_list;
+    locations += "file:|file://host.example/a.pdf|file:///|file:///tmp/%00a|file:a.pdf|file:///%zz"_list;
+    locations += {"http://host.example/a"_q,
+                  GetPath("none.pdf"),
+                  root,
+                  GetPath("in box"),
+                  QString(5000, QLatin1Char('/')) + root,
+                  file + QString(5000, QLatin1Char('x')),
+                  file + QChar(0) + "b"_q};
+    for (const QString& location : locations) {
         EXPECT_EQ(Submit(location), QString()) << location.left(100).toStdString();
         EXPECT_FALSE(mError.isEmpty()) << location.left(100).toStdString();
     }
     HopboxJobTicket ticket;
-    ticket.userName = ticket.printerName = ticket.portName = QStringLiteral("x");
+    ticket.userName = ticket.printerName = ticket.portName = "x"_q;
     ticket.jobPath = GetPath("a.pdf");
     const QByteArray invalid = ticket.ToText().toUtf8();
     for (const QByteArray& payload :
@@ -147,5 +122,5 @@ TEST_F(JobsTest, OddTicketsAreToldOfAndHurtNothing)
         EXPECT_EQ(Post(kind, "{\"saved\":\"x\"}"), QString());
     EXPECT_EQ(ListInbox(), QStringList());
     EXPECT_NE(Submit(GetPath("a.pdf")), QString());
-    EXPECT_EQ(ListInbox(), QStringList(QStringLiteral("a.pdf")));
+    EXPECT_EQ(ListInbox(), QStringList("a.pdf"_q));
 }

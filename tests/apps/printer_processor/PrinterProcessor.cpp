@@ -9,7 +9,7 @@ static constexpr int cPatience = 30000;  // milliseconds
 
 QString GetPrinterProcessorPath()
 {
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/../bin/PrinterProcessorWin.exe");
+    return QCoreApplication::applicationDirPath() + "/../bin/PrinterProcessorWin.exe"_q;
 }
 
 // The next line of the current read channel.
@@ -25,13 +25,13 @@ static QByteArray ReadRawLine(QProcess& process)
 PrinterProcessor::PrinterProcessor(const Sandbox& sandbox, const QStringList& arguments, Output output)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("MORVANE_ROOT"), sandbox.GetPath());
+    environment.insert("MORVANE_ROOT"_q, sandbox.GetPath());
     mProcess.setProcessEnvironment(environment);
     if (output == Output::Lost)
         mProcess.setStandardOutputProcess(&mReader);
     mProcess.start(GetPrinterProcessorPath(), arguments);
     if (output == Output::Lost) {
-        mReader.start(GetPrinterProcessorPath(), {QStringLiteral("wrong call")});
+        mReader.start(GetPrinterProcessorPath(), {"wrong call"_q});
         EXPECT_TRUE(mReader.waitForFinished(cPatience));
     }
     mProcess.setReadChannel(QProcess::StandardError);

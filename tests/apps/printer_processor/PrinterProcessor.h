@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/support/Sandbox.h"
+#include "tests/support/Texts.h"
 
 #include <QJsonObject>
 #include <QProcess>

@@ -2,8 +2,6 @@
 
 #include "MacFixture.h"
 
-#include <QDir>
-
 using Morvane::AppleDouble;
 using Morvane::MacFileInfo;
 
@@ -52,9 +50,9 @@ TEST_F(MacTest, EachDamageHasItsText)
           Case{good.left(33), "Can't read offset of the entry"},
           Case{good.left(49), "Can't read version number of the entry"}}) {
         MacFileInfo info;
-        info.type = QStringLiteral("kept");
+        info.type = "kept"_q;
         EXPECT_FALSE(AppleDouble::getMacFileType(Write("._x", entry.bytes), &info));
-        EXPECT_EQ(info.type, QStringLiteral("kept"));
+        EXPECT_EQ(info.type, "kept"_q);
         EXPECT_EQ(TakeErrors(), std::string("Morvane::AppleDouble::getMacFileType|") + entry.text);
     }
     MacFileInfo info;
@@ -81,8 +79,6 @@ TEST_F(MacTest, AnnouncedLengthsAndOffsetsAreNotBelieved)
 
 TEST_F(MacTest, DataFileAndCompanionFindEachOther)
 {
-    for (const char* folder : {"zip/__MACOSX/sub", "zip/sub", "plain"})
-        QDir().mkpath(At(folder));
     for (const char* name : {"zip/sub/a", "zip/__MACOSX/sub/._a", "plain/b", "plain/._b", "plain/._alone"})
         Write(name, "x");
     EXPECT_EQ(AppleDouble::getDataFile(At("zip/__MACOSX/sub/._a")), At("zip/sub/a"));
@@ -93,6 +89,6 @@ TEST_F(MacTest, DataFileAndCompanionFindEachOther)
         EXPECT_EQ(AppleDouble::getDataFile(At(name)), QString()) << name;
     for (const char* name : {"plain/._b", "plain/alone2"})
         EXPECT_EQ(AppleDouble::getAppleDouble(At(name)), QString()) << name;
-    EXPECT_TRUE(AppleDouble::isInMacOsxFolder(QStringLiteral("a/__MACOSX/._b")));
-    EXPECT_FALSE(AppleDouble::isInMacOsxFolder(QStringLiteral("a/__MACOSX2/._b")));
+    EXPECT_TRUE(AppleDouble::isInMacOsxFolder("a/__MACOSX/._b"_q));
+    EXPECT_FALSE(AppleDouble::isInMacOsxFolder("a/__MACOSX2/._b"_q));
 }

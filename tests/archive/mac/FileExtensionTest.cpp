@@ -50,9 +50,9 @@ TEST_F(FileExtensionTest, ExactRecordGoesBeforeTheWildcardWhereverItStands)
     }
     QString type;
     QString creator;
-    EXPECT_TRUE(table.findFileTypeAndCreator(QStringLiteral("DOC"), &type, &creator));
-    EXPECT_EQ(type + creator, QStringLiteral("TEXTMSWD"));
-    EXPECT_FALSE(table.findFileTypeAndCreator(QStringLiteral("xyz"), &type, &creator));
+    EXPECT_TRUE(table.findFileTypeAndCreator("DOC"_q, &type, &creator));
+    EXPECT_EQ(type + creator, "TEXTMSWD"_q);
+    EXPECT_FALSE(table.findFileTypeAndCreator("xyz"_q, &type, &creator));
 }
 
 TEST_F(FileExtensionTest, DamagedTableIsEmptyAndLogged)
@@ -95,23 +95,23 @@ TEST_F(FileExtensionTest, FileIsWhatItsNameOrItsMacTypeSays)
     PcExchange::createPcExchange(Table(cRecords));
     EXPECT_EQ(FileExtensionManager::getExtension(file), QString());
     Write("._Report", MakeAppleDouble("PDF CARO"));
-    EXPECT_EQ(FileExtensionManager::getExtension(file), QStringLiteral("pdf"));
-    EXPECT_EQ(FileExtensionManager::getExtension(At("._Report")), QStringLiteral("pdf"));
-    EXPECT_TRUE(FileExtensionManager::isType(file, QStringLiteral("PDF")));
-    EXPECT_FALSE(FileExtensionManager::isType(file, QStringLiteral("doc")));
-    EXPECT_TRUE(FileExtensionManager::isType(QStringLiteral("a.b.Doc"), QStringLiteral("doc")));
+    EXPECT_EQ(FileExtensionManager::getExtension(file), "pdf"_q);
+    EXPECT_EQ(FileExtensionManager::getExtension(At("._Report")), "pdf"_q);
+    EXPECT_TRUE(FileExtensionManager::isType(file, "PDF"_q));
+    EXPECT_FALSE(FileExtensionManager::isType(file, "doc"_q));
+    EXPECT_TRUE(FileExtensionManager::isType("a.b.Doc"_q, "doc"_q));
     EXPECT_EQ(TakeErrors(), "");
 
     Morvane::MacFileInfo info;
     EXPECT_FALSE(FileExtensionManager::getFileInfo(QString(), &info));
-    EXPECT_FALSE(FileExtensionManager::isType(QString(), QStringLiteral("pdf")));
+    EXPECT_FALSE(FileExtensionManager::isType(QString(), "pdf"_q));
     EXPECT_EQ(TakeErrors(),
               "Morvane::FileExtensionManager::getFileInfo|Cannot get file info for the empty file path\n"
               "Morvane::FileExtensionManager::isType|Cannot check file type for the empty file path");
 
     for (const auto& [name, adjusted] :
          {Adjusted{"a", "a.pdf"}, Adjusted{"a.PDF", "a.PDF"}, Adjusted{"a.b", "a.b.pdf"}})
-        EXPECT_EQ(FileExtensionManager::adjustNameWithExtension(QLatin1String(name), QStringLiteral("pdf")),
+        EXPECT_EQ(FileExtensionManager::adjustNameWithExtension(QLatin1String(name), "pdf"_q),
                   QLatin1String(adjusted));
 }
 

@@ -3,8 +3,9 @@
 #include "foundation/trace/GTrace.h"
 #include "tests/support/LogRecorder.h"
 #include "tests/support/Sandbox.h"
+#include "tests/support/TestFiles.h"
+#include "tests/support/Texts.h"
 
-#include <QFile>
 #include <QtEndian>
 
 #include <gtest/gtest.h>
@@ -38,10 +39,8 @@ protected:
 
     QString Write(const char* relative, const QByteArray& bytes) const
     {
-        QFile file(At(relative));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly)) << relative;
-        file.write(bytes);
-        return file.fileName();
+        EXPECT_TRUE(WriteFile(At(relative), bytes)) << relative;
+        return At(relative);
     }
 
     std::string TakeErrors() { return mLog->TakeErrors().join(QLatin1Char('\n')).toStdString(); }

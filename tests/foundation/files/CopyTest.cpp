@@ -12,7 +12,7 @@ TEST_F(FileHandlerTest, CopyHasContentDateAndCompanion)
     Make("._x", "meta");
     EXPECT_TRUE(mHandler.copyFile(At("x"), At("y")));
     EXPECT_EQ(Tree(), "._x ._y x y");
-    EXPECT_EQ(Read(At("y")), QByteArray(300000, 'x'));
+    EXPECT_EQ(ReadFile(At("y")), QByteArray(300000, 'x'));
     DateTimes times;
     EXPECT_TRUE(mHandler.GetDateTimeInfo(At("y"), &times));
     EXPECT_EQ(times.modified, date);
@@ -88,7 +88,7 @@ TEST_F(FileHandlerTest, PathsBeyondTheOldLimitWork)
     qint64 count = 0;
     EXPECT_TRUE(mHandler.getFileCount(At("to"), &count));
     EXPECT_EQ(count, 2);
-    EXPECT_EQ(Read(At((QByteArray(deep).replace("from", "to") + "/other").constData())), "deep");
+    EXPECT_EQ(ReadFile(At((QByteArray(deep).replace("from", "to") + "/other").constData())), "deep");
     EXPECT_TRUE(mHandler.removeFolder(At("from")));
     EXPECT_TRUE(mHandler.cleanupFolder(At("to")));
     EXPECT_EQ(Tree(), "to/");

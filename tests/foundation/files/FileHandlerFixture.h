@@ -4,6 +4,8 @@
 #include "foundation/files/FileSystem.h"
 #include "tests/support/LogRecorder.h"
 #include "tests/support/Sandbox.h"
+#include "tests/support/TestFiles.h"
+#include "tests/support/Texts.h"
 
 #include <QDir>
 #include <QFile>
@@ -61,10 +63,7 @@ protected:
     QString Make(const char* relative, const QByteArray& content = "content") const
     {
         const QString path = At(relative);
-        EXPECT_TRUE(QDir().mkpath(QFileInfo(path).absolutePath()));
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly)) << relative;
-        file.write(content);
+        EXPECT_TRUE(WriteFile(path, content)) << relative;
         return path;
     }
 
@@ -72,12 +71,6 @@ protected:
     {
         for (const char* relative : relatives)
             Make(relative);
-    }
-
-    static QByteArray Read(const QString& path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(missing)");
     }
 
     // Everything below the sandbox, hidden entries too, as one sorted text: "a b/c".
@@ -115,7 +108,7 @@ private:
             if (isFolder)
                 Collect(path, prefix + name + QLatin1Char('/'), paths);
             if (paths->size() == before)
-                paths->append(prefix + name + (isFolder ? QStringLiteral("/") : QString()));
+                paths->append(prefix + name + (isFolder ? "/"_q : QString()));
         }
     }
 };

@@ -38,7 +38,7 @@ TEST_F(FileHandlerTest, LinksOutOfAFolderAreNeverFollowed)
     EXPECT_TRUE(mHandler.cleanupFolder(At("folder")));
     EXPECT_TRUE(mHandler.removeFolder(At("copy")));
     EXPECT_EQ(Tree(), "folder/ outside/kept");
-    EXPECT_EQ(Read(At("outside/kept")), "kept");
+    EXPECT_EQ(ReadFile(At("outside/kept")), "kept");
 }
 
 TEST_F(FileHandlerTest, PipeInAFolderFailsTheCopyInsteadOfHangingIt)
@@ -81,7 +81,7 @@ TEST_F(FileHandlerTest, RecycleBinIsTheDesktopsTrash)
     EXPECT_FALSE(mHandler.moveToRecycleBin(At("missing")));
     qunsetenv("XDG_DATA_HOME");
     EXPECT_FALSE(QFile::exists(At("gone")));
-    EXPECT_EQ(Read(At("data/Trash/files/gone")), "gone");
+    EXPECT_EQ(ReadFile(At("data/Trash/files/gone")), "gone");
     EXPECT_TRUE(QFile::exists(At("data/Trash/files/folder/inside")));
-    EXPECT_TRUE(Read(At("data/Trash/info/gone.trashinfo")).contains("Path="));
+    EXPECT_TRUE(ReadFile(At("data/Trash/info/gone.trashinfo")).contains("Path="));
 }

@@ -38,7 +38,7 @@ TEST_F(FileHandlerTest, LongFormsOfPaths)
         EXPECT_EQ(mHandler.longFileName(QString::fromLatin1(entry.path)).toStdString(), entry.longForm);
         EXPECT_EQ(mHandler.isUncPath(QString::fromLatin1(entry.path)), entry.isUnc) << entry.path;
     }
-    EXPECT_EQ(mHandler.ConvertPath(QStringLiteral("a//b/./c/")), QStringLiteral("a/b/c"));
+    EXPECT_EQ(mHandler.ConvertPath("a//b/./c/"_q), "a/b/c"_q);
 }
 
 TEST_F(FileHandlerTest, SlashesAtTheEndGoButARootStays)
@@ -68,24 +68,23 @@ TEST_F(FileHandlerTest, VersionNamesCountUp)
     EXPECT_TRUE(mHandler.UpdateFileDestination(At("x.pdf"), &destination));
     EXPECT_EQ(destination, At("folder/x_2.pdf"));
     destination = mSandbox.GetPath();
-    EXPECT_TRUE(mHandler.UpdateFolderDestination(QStringLiteral("elsewhere/folder"), &destination));
+    EXPECT_TRUE(mHandler.UpdateFolderDestination("elsewhere/folder"_q, &destination));
     EXPECT_EQ(destination, At("folder_2"));
 }
 
 TEST_F(FileHandlerTest, TemporaryItemsAreNewAndInTheirPlace)
 {
-    const QString folder = mHandler.createTempItem(QStringLiteral("work"), At(""), true);
-    EXPECT_TRUE(QRegularExpression(QStringLiteral("/work_[0-9a-f]{5}$")).match(folder).hasMatch())
-        << folder.toStdString();
+    const QString folder = mHandler.createTempItem("work"_q, At(""), true);
+    EXPECT_TRUE(QRegularExpression("/work_[0-9a-f]{5}$"_q).match(folder).hasMatch()) << folder.toStdString();
     EXPECT_TRUE(QFileInfo(folder).isDir());
-    EXPECT_EQ(mHandler.createTempItem(QStringLiteral("work"), At("missing"), true), QString());
+    EXPECT_EQ(mHandler.createTempItem("work"_q, At("missing"), true), QString());
     EXPECT_EQ(Errors(), "FileHandler::createTempItem|Can't create directory: missing");
 
-    const QString path = mHandler.getTempFilePath(QStringLiteral("a.tar.gz"));
-    EXPECT_TRUE(QRegularExpression(QStringLiteral("/a\\.tar_[0-9a-f]{5}\\.gz$")).match(path).hasMatch());
+    const QString path = mHandler.getTempFilePath("a.tar.gz"_q);
+    EXPECT_TRUE(QRegularExpression("/a\\.tar_[0-9a-f]{5}\\.gz$"_q).match(path).hasMatch());
     EXPECT_FALSE(QFile::exists(path));
     EXPECT_TRUE(path.startsWith(At("Temp/")));
-    const QString forFile = mHandler.createTempFolderForFile(QStringLiteral("/some/where/name.pdf"));
+    const QString forFile = mHandler.createTempFolderForFile("/some/where/name.pdf"_q);
     EXPECT_TRUE(QFileInfo(forFile).isDir());
     EXPECT_TRUE(QFileInfo(forFile).fileName().startsWith(QLatin1String("name_")));
     EXPECT_TRUE(mHandler.removeFolder(forFile));

@@ -44,22 +44,22 @@ TEST_F(FileHandlerQueryTest, CountsAndSizes)
 TEST_F(FileHandlerQueryTest, FindsTheNearestOrTheDeepest)
 {
     QString found;
-    EXPECT_TRUE(mHandler.findFile(At("top"), QStringLiteral("target.pdf"), &found));
+    EXPECT_TRUE(mHandler.findFile(At("top"), "target.pdf"_q, &found));
     EXPECT_EQ(found, At("top/target.pdf"));
-    EXPECT_TRUE(mHandler.findFileDepthFirst(At("top"), QStringLiteral("target.pdf"), &found));
+    EXPECT_TRUE(mHandler.findFileDepthFirst(At("top"), "target.pdf"_q, &found));
     EXPECT_EQ(found, At("top/a/target.pdf"));
-    EXPECT_TRUE(mHandler.findFileByWildcard(At("top"), QStringLiteral("on*.pdf"), &found));
+    EXPECT_TRUE(mHandler.findFileByWildcard(At("top"), "on*.pdf"_q, &found));
     EXPECT_EQ(found, At("top/a/deep/only.PDF"));
-    EXPECT_FALSE(mHandler.findFile(At("top"), QStringLiteral("deep"), &found));
+    EXPECT_FALSE(mHandler.findFile(At("top"), "deep"_q, &found));
     EXPECT_TRUE(found.isEmpty());
 
     QStringList all;
-    EXPECT_TRUE(mHandler.findFilesByWildcard(At("top"), QStringLiteral("*.?df"), &all));
+    EXPECT_TRUE(mHandler.findFilesByWildcard(At("top"), "*.?df"_q, &all));
     EXPECT_EQ(all, QStringList({At("top/a/deep/only.PDF"), At("top/a/target.pdf"), At("top/target.pdf"),
                                 At("top/z/target.pdf")}));
-    EXPECT_TRUE(mHandler.findFilesByWildcard(At("top"), QStringLiteral("*.txt"), &all));
+    EXPECT_TRUE(mHandler.findFilesByWildcard(At("top"), "*.txt"_q, &all));
     EXPECT_EQ(all, QStringList(At("top/b.txt")));
-    EXPECT_TRUE(mHandler.findFilesByWildcard(At("top"), QStringLiteral("._*"), &all));
+    EXPECT_TRUE(mHandler.findFilesByWildcard(At("top"), "._*"_q, &all));
     EXPECT_EQ(all, QStringList(At("top/._b.txt")));
 }
 
@@ -71,7 +71,7 @@ TEST_F(FileHandlerQueryTest, AccessIsTriedAndLeavesNoTrace)
     EXPECT_FALSE(mHandler.checkAccess(At("top/missing")));
     EXPECT_FALSE(mHandler.checkAccess(At("top/missing"), QIODevice::WriteOnly));
     EXPECT_EQ(Tree(), before);
-    EXPECT_EQ(Read(At("top/b.txt")), "12345");
+    EXPECT_EQ(ReadFile(At("top/b.txt")), "12345");
 }
 
 TEST_F(FileHandlerQueryTest, ReadsWholeFilesAndSaysWhatIsMissing)
@@ -100,7 +100,7 @@ TEST_F(FileHandlerQueryTest, ExtensionOfALinksTarget)
     ASSERT_TRUE(QFile::link(At("top/a/target.pdf"), link));
     QString extension;
     EXPECT_TRUE(mHandler.getExtensionFromLink(link, &extension));
-    EXPECT_EQ(extension, QStringLiteral("pdf"));
+    EXPECT_EQ(extension, "pdf"_q);
     EXPECT_FALSE(mHandler.getExtensionFromLink(At("top/b.txt"), &extension));
     EXPECT_TRUE(extension.isEmpty());
 }

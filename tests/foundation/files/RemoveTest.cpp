@@ -55,7 +55,7 @@ TEST_F(FileHandlerTest, FolderIsRemovedWithEverythingInIt)
 TEST_F(FileHandlerTest, FolderWhoseContentResistsIsGoneFromItsName)
 {
     MakeAll({"folder name/sub/stuck", "folder name/sub/other", "folder name/more"});
-    mHandler.stuckName = QStringLiteral("stuck");
+    mHandler.stuckName = "stuck"_q;
     EXPECT_FALSE(mHandler.removeFolder(At("folder name")));
     EXPECT_TRUE(QRegularExpression(QStringLiteral("^\\.~#~ name_del__[0-9a-f]{5}/sub/stuck$"))
                     .match(QString::fromStdString(Tree()))
@@ -71,16 +71,15 @@ TEST_F(FileHandlerTest, FolderWhoseContentResistsIsGoneFromItsName)
 TEST_F(FileHandlerTest, FolderUnderAHiddenNameGetsNoSecondMark)
 {
     const QString hidden = mHandler.createNameForDelete(At(".~#~abc_del__12345"));
-    EXPECT_TRUE(QRegularExpression(QStringLiteral("^\\.~#~12345_del__[0-9a-f]{5}$"))
-                    .match(QFileInfo(hidden).fileName())
-                    .hasMatch())
+    EXPECT_TRUE(
+        QRegularExpression("^\\.~#~12345_del__[0-9a-f]{5}$"_q).match(QFileInfo(hidden).fileName()).hasMatch())
         << hidden.toStdString();
 }
 
 TEST_F(FileHandlerTest, CleanupKeepsTheFolderAndNamesWhatStays)
 {
     MakeAll({"work/a/b", "work/.hidden", "work/stuck"});
-    mHandler.stuckName = QStringLiteral("stuck");
+    mHandler.stuckName = "stuck"_q;
     EXPECT_FALSE(mHandler.cleanupFolder(At("work")));
     EXPECT_EQ(Tree(), "work/stuck");
     EXPECT_EQ(Errors(),
@@ -97,6 +96,6 @@ TEST_F(FileHandlerTest, CleanupBySelectionLeavesTheRest)
 {
     for (const char* name : {"work/a.PDF", "work/b.pdf", "work/c.txt", "work/d.pdf/inside", "work/sub/e.pdf"})
         Make(name);
-    EXPECT_TRUE(mHandler.cleanupFolder(At("work"), {QStringLiteral("*.pdf")}));
+    EXPECT_TRUE(mHandler.cleanupFolder(At("work"), {"*.pdf"_q}));
     EXPECT_EQ(Tree(), "work/c.txt work/sub/e.pdf");
 }

@@ -9,7 +9,7 @@ TEST_F(FileHandlerTest, RenamedFileTakesItsCompanionAlong)
         QDir().mkpath(At("to"));
         EXPECT_TRUE(mHandler.renameFile(At("from/x.pdf"), At("to/y.pdf")));
         EXPECT_EQ(Tree(), "from/ to/._y.pdf to/y.pdf");
-        EXPECT_EQ(Read(At("to/y.pdf")) + Read(At("to/._y.pdf")), "datameta");
+        EXPECT_EQ(ReadFile(At("to/y.pdf")) + ReadFile(At("to/._y.pdf")), "datameta");
         EXPECT_TRUE(mHandler.cleanupFolder(At("to")));
     }
 }
@@ -54,7 +54,7 @@ TEST_F(FileHandlerTest, FileMayTakeItsCompanionsPlace)
     Make("._x", "meta");
     EXPECT_TRUE(mHandler.renameFile(At("x"), At("._x")));
     EXPECT_EQ(Tree(), "._x");
-    EXPECT_EQ(Read(At("._x")), "data");
+    EXPECT_EQ(ReadFile(At("._x")), "data");
 }
 
 TEST_F(FileHandlerTest, RenameOutlastsWhatPasses)
@@ -111,7 +111,7 @@ TEST_F(FileHandlerTest, RenameThatKeepsTheOldNameIsNoticed)
     handler.setLogInterface(&mLog);
     EXPECT_FALSE(handler.renameFE(At("b"), At("c")));
     EXPECT_EQ(Errors(), "FileHandler::renameFE|File still exists after successful renaming: b");
-    EXPECT_TRUE(mHandler.renameAddPrefix(At("b"), QStringLiteral("old ")));
+    EXPECT_TRUE(mHandler.renameAddPrefix(At("b"), "old "_q));
     EXPECT_EQ(Tree(), "c old b");
 }
 
@@ -123,7 +123,7 @@ TEST_F(FileHandlerTest, MovedContentLeavesWhatIsTakenThere)
     Make("to/a", "old");
     EXPECT_FALSE(mHandler.moveFolderContent(At("from"), At("to")));
     EXPECT_EQ(Tree(), "from/._a from/a to/a to/b to/sub/c");
-    EXPECT_EQ(Read(At("to/a")), "old");
+    EXPECT_EQ(ReadFile(At("to/a")), "old");
     EXPECT_TRUE(mHandler.moveFolderContent(At("from"), At("deep/new")));
     EXPECT_EQ(Tree(), "deep/new/._a deep/new/a from/ to/a to/b to/sub/c");
     EXPECT_FALSE(mHandler.moveFolderContent(At("to"), At("to/sub")));
@@ -141,5 +141,5 @@ TEST_F(FileHandlerTest, MovedFolderMergesIntoTheOneThatIsThere)
     EXPECT_TRUE(mHandler.removeFile(At("to/sub/a")));
     EXPECT_TRUE(mHandler.moveFolderData(At("from"), At("to")));
     EXPECT_EQ(Tree(), "to/other/c to/sub/a to/sub/b");
-    EXPECT_EQ(Read(At("to/sub/a")), "new");
+    EXPECT_EQ(ReadFile(At("to/sub/a")), "new");
 }

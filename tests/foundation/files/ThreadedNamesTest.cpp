@@ -13,7 +13,7 @@ TEST_F(FileHandlerTest, ThreadsThatShareAHandlerNeverGetOneName)
     for (QStringList& names : made) {
         threads.emplace_back([this, &names, &place] {
             for (int item = 0; item < cItems; ++item)
-                names.append(mHandler.createTempItem(QStringLiteral("item"), place, true));
+                names.append(mHandler.createTempItem("item"_q, place, true));
         });
     }
     for (std::thread& thread : threads)
@@ -32,12 +32,12 @@ TEST_F(FileHandlerTest, ThreadsRenameInOneFolderAtOnce)
     std::vector<std::thread> threads;
     for (int number = 0; number < cThreads; ++number) {
         threads.emplace_back([this, number] {
-            const QString name = QStringLiteral("file %1").arg(number);
+            const QString name = "file %1"_q.arg(number);
             QFile file(mSandbox.GetPath(name));
             EXPECT_TRUE(file.open(QIODevice::WriteOnly));
             file.close();
             for (int round = 0; round < 50; ++round) {
-                EXPECT_TRUE(mHandler.renameAddPrefix(mSandbox.GetPath(name), QStringLiteral("x")));
+                EXPECT_TRUE(mHandler.renameAddPrefix(mSandbox.GetPath(name), "x"_q));
                 EXPECT_TRUE(
                     mHandler.renameFile(mSandbox.GetPath(QLatin1Char('x') + name), mSandbox.GetPath(name)));
             }

@@ -12,23 +12,24 @@ TEST_F(FileHandlerTest, SavedXmlKeepsTheOrderOfAttributes)
     QDomDocument document;
     ASSERT_TRUE(document.setContent(original));
     EXPECT_TRUE(mHandler.saveXmlNodeKeepingAttributesOrder(document, path));
-    EXPECT_EQ(Read(path).trimmed().toStdString(),
+    EXPECT_EQ(ReadFile(path).trimmed().toStdString(),
               QByteArray(original).replace("&#xfc;", "\xC3\xBC").trimmed().toStdString());
 
     // What is new comes after what was there, by name; what is gone is gone.
     QDomElement row = document.documentElement().lastChildElement();
-    row.setAttribute(QStringLiteral("n"), 1);
-    row.setAttribute(QStringLiteral("d"), 2);
-    row.removeAttribute(QStringLiteral("y"));
+    row.setAttribute("n"_q, 1);
+    row.setAttribute("d"_q, 2);
+    row.removeAttribute("y"_q);
     EXPECT_TRUE(mHandler.saveXmlNodeKeepingAttributesOrder(document, path));
-    EXPECT_TRUE(Read(path).contains("\" a=\"5\" d=\"2\" n=\"1\">text</row>")) << Read(path).toStdString();
+    EXPECT_TRUE(ReadFile(path).contains("\" a=\"5\" d=\"2\" n=\"1\">text</row>"))
+        << ReadFile(path).toStdString();
 }
 
 TEST_F(FileHandlerTest, XmlThatCannotBeSavedLeavesTheOldFile)
 {
     const QString path = Make("old.xml", "not < xml");
     EXPECT_FALSE(mHandler.saveXmlNodeKeepingAttributesOrder(QDomNode(), path));
-    EXPECT_EQ(Read(path), "not < xml");
+    EXPECT_EQ(ReadFile(path), "not < xml");
     EXPECT_EQ(Errors(),
               "FileHandler::saveXmlNodeKeepingAttributesOrder|Can't create destination file: old.xml");
 }

@@ -33,10 +33,10 @@ TEST_F(ChannelTest, EveryRunningReceiverGetsTheMessageAndADeadOneStopsNothing)
     ReceivingChild first;
     ReceivingChild second;
     dead.Kill();
-    ChildProcess idle(QStringLiteral("Idle"), {});
+    ChildProcess idle("Idle"_q, {});
     ASSERT_EQ(idle.ReadLine(), "ready");
 
-    const GBuffer payload = QStringLiteral("Gr\u00F6\u00DFe \u65E5").toUtf8();
+    const GBuffer payload = "Gr\u00F6\u00DFe \u65E5"_q.toUtf8();
     for (ReceivingChild* child : {&first, &second}) {
         EXPECT_EQ(manager->GetReceiverState(child->GetID()), GPPIPCState::Reachable);
         manager->Post(child->GetID(), 145, payload);
@@ -58,7 +58,7 @@ TEST_F(ChannelTest, EveryRunningReceiverGetsTheMessageAndADeadOneStopsNothing)
 TEST_F(ChannelTest, ReusedProcessNumberIsNotTakenForTheDeadOne)
 {
     const auto manager = GPPIPCManager::Get();
-    ChildProcess other(QStringLiteral("Idle"), {});
+    ChildProcess other("Idle"_q, {});
     ASSERT_EQ(other.ReadLine(), "ready");
     const uint32_t process = static_cast<uint32_t>(other.GetProcessID());
     // What a process of the same number left when it died.
@@ -80,7 +80,7 @@ TEST_F(ChannelTest, PosterThatDiesWithALockBlocksNobody)
     manager->Post(mOwnID, 1, "first");
     const uint32_t number = GPPIPCDirectory(OpenDirectory()->GetData()).GetPairs().front().receiver;
     for (const GString& name : {GetChannelName(), GetQueueName(mOwnID, number)}) {
-        ChildProcess poster(QStringLiteral("HoldLock"), {name + QLatin1String("_L")});
+        ChildProcess poster("HoldLock"_q, {name + QLatin1String("_L")});
         ASSERT_EQ(poster.ReadLine(), "held");
         poster.Kill();
         manager->Post(mOwnID, 1, "next");
@@ -105,7 +105,7 @@ TEST_F(ChannelTest, BusyQueueIsRetriedAndThenReported)
     EXPECT_EQ(mPayloads.size(), posted);
 
     const uint32_t number = GPPIPCDirectory(OpenDirectory()->GetData()).GetPairs().front().receiver;
-    ChildProcess holder(QStringLiteral("HoldLock"), {GetQueueName(mOwnID, number) + QLatin1String("_L")});
+    ChildProcess holder("HoldLock"_q, {GetQueueName(mOwnID, number) + QLatin1String("_L")});
     ASSERT_EQ(holder.ReadLine(), "held");
     EXPECT_EQ(GetRaisedCode([&] { manager->Post(mOwnID, 1, "x"); }), GErrorCode::cPostMessage);
     manager->SetPostPolicy({milliseconds(1), milliseconds(30000)});
@@ -160,7 +160,7 @@ TEST_F(ChannelTest, OneBadMessageOrHandlerCostsNoOther)
         mPayloads.push_back(message.payload);
         inner->TakeUp();  // as an event loop in the handler would
         if (message.payload == "bad")
-            throw GSimpleException(1, QStringLiteral("bad"));
+            throw GSimpleException(1, "bad"_q);
     });
     inner = &receiver;
     const uint32_t number = GPPIPCDirectory(OpenDirectory()->GetData()).GetPairs().front().receiver;

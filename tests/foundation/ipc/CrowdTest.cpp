@@ -21,7 +21,7 @@ QStringList GetPosterArguments(uint32_t target, int count)
 
 std::unique_ptr<ChildProcess> StartPoster(uint32_t target, int count)
 {
-    return std::make_unique<ChildProcess>(QStringLiteral("Post"), GetPosterArguments(target, count));
+    return std::make_unique<ChildProcess>("Post"_q, GetPosterArguments(target, count));
 }
 
 class CrowdTest : public IpcTest
@@ -81,9 +81,9 @@ TEST_F(CrowdTest, ChannelOutlivesTheKillingOfAnybodyAtAnyTime)
     for (int round = 0; round < rounds; ++round) {
         const size_t index = random() % 2;
         if (!receivers[index] || random() % 2 == 0)
-            receivers[index] = std::make_unique<KilledParty>(QStringLiteral("Receive"), QStringList());
+            receivers[index] = std::make_unique<KilledParty>("Receive"_q, QStringList());
         posters[index] = std::make_unique<KilledParty>(
-            QStringLiteral("Post"), GetPosterArguments(receivers[index]->GetID(), 1000000000));
+            "Post"_q, GetPosterArguments(receivers[index]->GetID(), 1000000000));
         std::this_thread::sleep_for(std::chrono::microseconds(random() % 5000));
     }
     for (size_t index : {size_t(0), size_t(1)}) {

@@ -8,6 +8,7 @@
 #include "foundation/system/GSessionInfo.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Sandbox.h"
+#include "tests/support/Texts.h"
 
 #include <QDir>
 
@@ -33,7 +34,7 @@ protected:
     // What killed processes left is removed by what the POSIX systems show of it; on Windows it is gone.
     ~IpcTest() override
     {
-        QDir objects(QStringLiteral("/dev/shm"));
+        QDir objects("/dev/shm"_q);
         for (const QString& name : objects.entryList({GetName("*").mid(1)}, QDir::Files))
             objects.remove(name);
     }
@@ -45,8 +46,7 @@ protected:
     static GString GetChannelName() { return GetName("201_PP"); }
     static GString GetQueueName(uint32_t process, uint32_t receiver)
     {
-        return QStringLiteral("%1_%2_%3")
-            .arg(GetChannelName(), QString::number(process), QString::number(receiver));
+        return "%1_%2_%3"_q.arg(GetChannelName(), QString::number(process), QString::number(receiver));
     }
 
     Sandbox mSandbox;
@@ -56,7 +56,7 @@ protected:
 class ReceivingChild : public ChildProcess
 {
 public:
-    ReceivingChild() : ChildProcess(QStringLiteral("Receive"), {}) { EXPECT_EQ(ReadLine(), "ready"); }
+    ReceivingChild() : ChildProcess("Receive"_q, {}) { EXPECT_EQ(ReadLine(), "ready"); }
 
     uint32_t GetID() const { return static_cast<uint32_t>(GetProcessID()); }
 };

@@ -13,7 +13,7 @@ TEST_F(IpcTest, LockKeepsOthersOut)
     const GString name = GetName("lock");
     GInterProcessMutex mutex(name);
     {
-        ChildProcess holder(QStringLiteral("HoldLock"), {name});
+        ChildProcess holder("HoldLock"_q, {name});
         ASSERT_EQ(holder.ReadLine(), "held");
         EXPECT_FALSE(mutex.Lock(milliseconds(20)));
         EXPECT_EQ(GetRaisedCode([&] { GInterProcessLock(mutex, milliseconds(1)); }),
@@ -34,7 +34,7 @@ TEST_F(IpcTest, LockOfADeadOwnerIsHadAtOnceAndStaysGood)
     const GString name = GetName("lock");
     GInterProcessMutex mutex(name);
     for (int round = 0; round < 2; ++round) {
-        ChildProcess holder(QStringLiteral("HoldLock"), {name});
+        ChildProcess holder("HoldLock"_q, {name});
         ASSERT_EQ(holder.ReadLine(), "held");
         // The waiter is there before the owner dies.
         std::thread waiter([&mutex] {
@@ -58,7 +58,7 @@ TEST_F(IpcTest, SemaphoreCountsBetweenProcesses)
     GInterProcessSemaphore semaphore(name, 1);
     EXPECT_TRUE(semaphore.Acquire(milliseconds(0)));
     EXPECT_FALSE(semaphore.Acquire(milliseconds(5)));
-    EXPECT_EQ(ChildProcess(QStringLiteral("ReleaseSemaphore"), {name}).WaitForExit(), 0);
+    EXPECT_EQ(ChildProcess("ReleaseSemaphore"_q, {name}).WaitForExit(), 0);
     EXPECT_TRUE(semaphore.Acquire(milliseconds(0)));
 }
 

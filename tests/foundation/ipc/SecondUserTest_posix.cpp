@@ -39,7 +39,7 @@ TEST_F(IpcTest, SegmentsOfAnotherUserAreRefusedAndOursAreClosed)
         GTEST_SKIP() << "Only root can act as a second user.";
     const GString lock = GetName("lock");
     const GInterProcessMutex mutex(lock);
-    ASSERT_EQ(ChildProcess(QStringLiteral("BeSomebodyElse"), {GetChannelName(), lock}).WaitForExit(), 0);
+    ASSERT_EQ(ChildProcess("BeSomebodyElse"_q, {GetChannelName(), lock}).WaitForExit(), 0);
     EXPECT_EQ(GetRaisedCode([] { GPPIPCManager::Get(); }), GErrorCode::cSegmentHeader);
     EXPECT_EQ(GetRaisedCode([&] { GSharedSegment(GetChannelName(), 10, GSharedSegment::Mode::Open); }),
               GErrorCode::cSegmentHeader);

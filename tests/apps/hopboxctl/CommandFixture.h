@@ -1,0 +1,33 @@
+#pragma once
+
+#include "tests/support/Sandbox.h"
+#include "tests/support/TestFiles.h"
+#include "tests/support/Texts.h"
+
+#include <QCoreApplication>
+#include <QProcess>
+
+#include <gtest/gtest.h>
+
+// Runs the real hopboxctl in a sandbox of its own, and keeps what it says with LF at the ends of lines.
+class CommandTest : public testing::Test
+{
+protected:
+    QString GetPath(const char* name) const { return mSandbox.GetPath(QString::fromUtf8(name)); }
+
+    // Gives the exit status; -1 after a crash.
+    int Run(const QStringList& arguments)
+    {
+        QProcess process;
+        process.setWorkingDirectory(mSandbox.GetPath());
+        process.start(QCoreApplication::applicationDirPath() + "/../bin/hopboxctl"_q, arguments);
+        EXPECT_TRUE(process.waitForFinished());
+        mOutput = process.readAllStandardOutput().replace("\r\n", "\n");
+        mError = process.readAllStandardError().replace("\r\n", "\n");
+        return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    }
+
+    Sandbox mSandbox;
+    QByteArray mOutput;
+    QByteArray mError;
+};

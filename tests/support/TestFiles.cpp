@@ -1,0 +1,33 @@
+#include "TestFiles.h"
+
+#include <QDir>
+#include <QDirIterator>
+
+QByteArray ReadFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("none");
+}
+
+bool WriteFile(const QString& path, const QByteArray& content)
+{
+    QFile file(path);
+    return QDir().mkpath(QFileInfo(path).absolutePath()) && file.open(QIODevice::WriteOnly) &&
+           file.write(content) == content.size();
+}
+
+QMap<QString, QByteArray> ReadTree(const QString& folder)
+{
+    QMap<QString, QByteArray> tree;
+    const QDir root(folder);
+    QDirIterator items(folder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                       QDirIterator::Subdirectories);
+    while (items.hasNext()) {
+        const QString name = root.relativeFilePath(items.next());
+        if (items.fileInfo().isDir() && !items.fileInfo().isSymLink())
+            tree[name + QLatin1Char('/')] = QByteArray();
+        else
+            tree[name] = ReadFile(items.filePath());
+    }
+    return tree;
+}
