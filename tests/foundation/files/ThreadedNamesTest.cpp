@@ -33,9 +33,7 @@ TEST_F(FileHandlerTest, ThreadsRenameInOneFolderAtOnce)
     for (int number = 0; number < cThreads; ++number) {
         threads.emplace_back([this, number] {
             const QString name = "file %1"_q.arg(number);
-            QFile file(mSandbox.GetPath(name));
-            EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-            file.close();
+            EXPECT_TRUE(WriteFile(mSandbox.GetPath(name), ""));
             for (int round = 0; round < 50; ++round) {
                 EXPECT_TRUE(mHandler.renameAddPrefix(mSandbox.GetPath(name), "x"_q));
                 EXPECT_TRUE(

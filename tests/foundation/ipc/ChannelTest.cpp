@@ -18,6 +18,12 @@ protected:
                                                 GSharedSegment::Mode::Open);
     }
 
+    // Where the first receiver of this process is posted to.
+    GString GetOwnQueueName() const
+    {
+        return GetQueueName(mOwnID, GPPIPCDirectory(OpenDirectory()->GetData()).GetPairs().front().receiver);
+    }
+
     std::vector<GBuffer> mPayloads;
     const GPPIPCReceiver::Handler mKeep = [this](const GPPIPCMessage& message) {
         mPayloads.push_back(message.payload);
@@ -45,7 +51,7 @@ TEST_F(ChannelTest, EveryRunningReceiverGetsTheMessageAndADeadOneStopsNothing)
     EXPECT_EQ(manager->GetReceiverState(dead.GetID()), GPPIPCState::Unreachable);
     EXPECT_EQ(manager->GetReceiverState(static_cast<uint32_t>(idle.GetProcessID())), GPPIPCState::NoReceiver);
     for (const uint32_t process : {dead.GetID(), static_cast<uint32_t>(idle.GetProcessID())})
-        EXPECT_EQ(GetRaisedCode([&] { manager->Post(process, 145, payload); }), GErrorCode::cPostMessage);
+        EXPECT_EQ(GetErrorCode([&] { manager->Post(process, 145, payload); }), GErrorCode::cPostMessage);
 
     // A receiver that ends is no receiver any more; the next one that comes removes what the dead one left.
     manager->Post(first.GetID(), 0, "end");
@@ -68,7 +74,7 @@ TEST_F(ChannelTest, ReusedProcessNumberIsNotTakenForTheDeadOne)
     GPPIPCDirectory(OpenDirectory()->GetData()).Add({process, 1});
 
     EXPECT_EQ(manager->GetReceiverState(process), GPPIPCState::Unreachable);
-    EXPECT_EQ(GetRaisedCode([&] { manager->Post(process, 145, "x"); }), GErrorCode::cPostMessage);
+    EXPECT_EQ(GetErrorCode([&] { manager->Post(process, 145, "x"); }), GErrorCode::cPostMessage);
     const GPPIPCReceiver receiver(mKeep);
     EXPECT_EQ(manager->GetReceiverState(process), GPPIPCState::NoReceiver);
 }
@@ -78,8 +84,7 @@ TEST_F(ChannelTest, PosterThatDiesWithALockBlocksNobody)
     const auto manager = GPPIPCManager::Get();
     GPPIPCReceiver receiver(mKeep);
     manager->Post(mOwnID, 1, "first");
-    const uint32_t number = GPPIPCDirectory(OpenDirectory()->GetData()).GetPairs().front().receiver;
-    for (const GString& name : {GetChannelName(), GetQueueName(mOwnID, number)}) {
+    for (const GString& name : {GetChannelName(), GetOwnQueueName()}) {
         ChildProcess poster("HoldLock"_q, {name + QLatin1String("_L")});
         ASSERT_EQ(poster.ReadLine(), "held");
         poster.Kill();
@@ -95,19 +100,18 @@ TEST_F(ChannelTest, BusyQueueIsRetriedAndThenReported)
     const auto manager = GPPIPCManager::Get();
     manager->SetPostPolicy({milliseconds(1), milliseconds(10)});
     GPPIPCReceiver receiver(mKeep);
-    EXPECT_EQ(GetRaisedCode([&] { manager->Post(mOwnID, 1, GBuffer(300000, 'x')); }),
+    EXPECT_EQ(GetErrorCode([&] { manager->Post(mOwnID, 1, GBuffer(300000, 'x')); }),
               GErrorCode::cPostMessage);
     size_t posted = 0;
-    while (GetRaisedCode([&] { manager->Post(mOwnID, 1, GBuffer(10000, 'x')); }) == 0)
+    while (GetErrorCode([&] { manager->Post(mOwnID, 1, GBuffer(10000, 'x')); }) == 0)
         ++posted;
     EXPECT_EQ(posted, 26U);  // of 10,028 bytes in 262,144
     receiver.TakeUp();
     EXPECT_EQ(mPayloads.size(), posted);
 
-    const uint32_t number = GPPIPCDirectory(OpenDirectory()->GetData()).GetPairs().front().receiver;
-    ChildProcess holder("HoldLock"_q, {GetQueueName(mOwnID, number) + QLatin1String("_L")});
+    ChildProcess holder("HoldLock"_q, {GetOwnQueueName() + QLatin1String("_L")});
     ASSERT_EQ(holder.ReadLine(), "held");
-    EXPECT_EQ(GetRaisedCode([&] { manager->Post(mOwnID, 1, "x"); }), GErrorCode::cPostMessage);
+    EXPECT_EQ(GetErrorCode([&] { manager->Post(mOwnID, 1, "x"); }), GErrorCode::cPostMessage);
     manager->SetPostPolicy({milliseconds(1), milliseconds(30000)});
     holder.Say("let go");
     manager->Post(mOwnID, 1, "after");
@@ -134,10 +138,10 @@ TEST_F(ChannelTest, DamagedDirectoryIsAnErrorAndGarbagePairsAreNone)
 
     const uint32_t count = words[2];
     words[2] = GPPIPCDirectory::cMostPairs + 1;
-    EXPECT_EQ(GetRaisedCode([&] { manager->GetReceiverState(mOwnID); }), GErrorCode::cSegmentHeader);
-    EXPECT_EQ(GetRaisedCode([&] { manager->Post(mOwnID, 1, "x"); }), GErrorCode::cSegmentHeader);
-    EXPECT_EQ(GetRaisedCode([&] { GPPIPCReceiver third(mKeep); }), GErrorCode::cSegmentHeader);
-    EXPECT_EQ(GetRaisedCode([&] { GPPIPCChannel channel(GetChannelName()); }), GErrorCode::cSegmentHeader);
+    EXPECT_EQ(GetErrorCode([&] { manager->GetReceiverState(mOwnID); }), GErrorCode::cSegmentHeader);
+    EXPECT_EQ(GetErrorCode([&] { manager->Post(mOwnID, 1, "x"); }), GErrorCode::cSegmentHeader);
+    EXPECT_EQ(GetErrorCode([&] { GPPIPCReceiver third(mKeep); }), GErrorCode::cSegmentHeader);
+    EXPECT_EQ(GetErrorCode([&] { GPPIPCChannel channel(GetChannelName()); }), GErrorCode::cSegmentHeader);
     words[2] = count;
 }
 
@@ -163,8 +167,7 @@ TEST_F(ChannelTest, OneBadMessageOrHandlerCostsNoOther)
             throw GSimpleException(1, "bad"_q);
     });
     inner = &receiver;
-    const uint32_t number = GPPIPCDirectory(OpenDirectory()->GetData()).GetPairs().front().receiver;
-    GMessageQueue::Open(GetQueueName(mOwnID, number))->Post("no message");
+    GMessageQueue::Open(GetOwnQueueName())->Post("no message");
     for (const char* payload : {"bad", "good", "last"})
         manager->Post(mOwnID, 1, payload);
     receiver.TakeUp();

@@ -36,7 +36,7 @@ CHILD_ROLE(Post)
     for (int number = 0; number < count; ++number) {
         const QByteArray text = QByteArray::number(number);
         const int32_t code =
-            GetRaisedCode([&] { manager->Post(target, 145, text + QByteArray(size - text.size(), '.')); });
+            GetErrorCode([&] { manager->Post(target, 145, text + QByteArray(size - text.size(), '.')); });
         if (code == GErrorCode::cPostMessage)
             failed += ' ' + text;
         else if (code != 0)

@@ -1,31 +1,18 @@
 #pragma once
 
 #include "foundation/core/GErrorCodes.h"
-#include "foundation/core/GException.h"
 #include "foundation/ipc/GPPIPCManager.h"
 #include "foundation/ipc/GPPIPCReceiver.h"
 #include "foundation/system/GProcessInfo.h"
 #include "foundation/system/GSessionInfo.h"
 #include "tests/support/ChildProcess.h"
+#include "tests/support/ErrorCode.h"
 #include "tests/support/Sandbox.h"
 #include "tests/support/Texts.h"
 
 #include <QDir>
 
 #include <gtest/gtest.h>
-
-#include <functional>
-
-// The code of the exception that the operation raises; 0 when it raises none.
-inline int32_t GetRaisedCode(const std::function<void()>& operation)
-{
-    try {
-        operation();
-    } catch (const GException& error) {
-        return error.GetCode();
-    }
-    return 0;
-}
 
 // Names of its own for every shared object.
 class IpcTest : public testing::Test

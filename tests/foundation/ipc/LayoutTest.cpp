@@ -72,12 +72,12 @@ TEST(GMessageRing, DamagedHeaderIsRefused)
         RingMemory memory;
         GMessageRing::Make(memory.Get(), RingMemory::cSize, {7, 8});
         memory.Set32(entry.offset, entry.number);
-        EXPECT_EQ(GetRaisedCode([&] { GMessageRing::Open(memory.Get(), RingMemory::cSize); }),
+        EXPECT_EQ(GetErrorCode([&] { GMessageRing::Open(memory.Get(), RingMemory::cSize); }),
                   GErrorCode::cSegmentHeader)
             << entry.offset;
     }
     RingMemory memory;
-    EXPECT_EQ(GetRaisedCode([&] { GMessageRing::Open(memory.Get(), 63); }), GErrorCode::cSegmentHeader);
+    EXPECT_EQ(GetErrorCode([&] { GMessageRing::Open(memory.Get(), 63); }), GErrorCode::cSegmentHeader);
 }
 
 TEST(GMessageRing, FalsePositionOrLengthCostsTheQueueItsContentOnly)
@@ -111,7 +111,7 @@ TEST(GPPIPCDirectory, HoldsPairsAndRefusesDamage)
     uint32_t words[GPPIPCDirectory::cSize / 4] = {};
     uint8_t* const data = reinterpret_cast<uint8_t*>(words);
     GPPIPCDirectory directory(data);
-    EXPECT_EQ(GetRaisedCode([&] { directory.GetPairs(); }), GErrorCode::cSegmentHeader);
+    EXPECT_EQ(GetErrorCode([&] { directory.GetPairs(); }), GErrorCode::cSegmentHeader);
     GPPIPCDirectory::Prepare(data);
     for (uint32_t number = 1; number <= GPPIPCDirectory::cMostPairs; ++number)
         EXPECT_TRUE(directory.Add({number, 1}));
@@ -136,7 +136,7 @@ TEST(GPPIPCDirectory, HoldsPairsAndRefusesDamage)
     for (const size_t word : {size_t(0), size_t(1), size_t(2)}) {
         const uint32_t kept = words[word];
         words[word] = 385;
-        EXPECT_EQ(GetRaisedCode([&] { directory.Add({1, 1}); }), GErrorCode::cSegmentHeader) << word;
+        EXPECT_EQ(GetErrorCode([&] { directory.Add({1, 1}); }), GErrorCode::cSegmentHeader) << word;
         words[word] = kept;
     }
 }

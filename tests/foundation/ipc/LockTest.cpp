@@ -16,9 +16,9 @@ TEST_F(IpcTest, LockKeepsOthersOut)
         ChildProcess holder("HoldLock"_q, {name});
         ASSERT_EQ(holder.ReadLine(), "held");
         EXPECT_FALSE(mutex.Lock(milliseconds(20)));
-        EXPECT_EQ(GetRaisedCode([&] { GInterProcessLock(mutex, milliseconds(1)); }),
+        EXPECT_EQ(GetErrorCode([&] { GInterProcessLock(mutex, milliseconds(1)); }),
                   GErrorCode::cLockSemaphore);
-        EXPECT_EQ(GetRaisedCode([&] { mutex.Unlock(); }), GErrorCode::cUnlockSemaphore);
+        EXPECT_EQ(GetErrorCode([&] { mutex.Unlock(); }), GErrorCode::cUnlockSemaphore);
         holder.Say("let go");
         EXPECT_EQ(holder.WaitForExit(), 0);
     }
@@ -65,12 +65,11 @@ TEST_F(IpcTest, SemaphoreCountsBetweenProcesses)
 TEST_F(IpcTest, WhatCannotBeMadeRaisesItsCode)
 {
     const GString name = GSessionInfo::GetObjectNamePrefix() + QLatin1String("no/such\\name");
-    EXPECT_EQ(GetRaisedCode([&] { GInterProcessMutex mutex(name); }), GErrorCode::cCreateSemaphore);
-    EXPECT_EQ(GetRaisedCode([&] { GInterProcessSemaphore semaphore(name, 0); }),
-              GErrorCode::cCreateSemaphore);
-    EXPECT_EQ(GetRaisedCode([&] { GSharedSegment(name, 64, GSharedSegment::Mode::OpenOrCreate); }),
+    EXPECT_EQ(GetErrorCode([&] { GInterProcessMutex mutex(name); }), GErrorCode::cCreateSemaphore);
+    EXPECT_EQ(GetErrorCode([&] { GInterProcessSemaphore semaphore(name, 0); }), GErrorCode::cCreateSemaphore);
+    EXPECT_EQ(GetErrorCode([&] { GSharedSegment(name, 64, GSharedSegment::Mode::OpenOrCreate); }),
               GErrorCode::cSegmentHeader);
-    EXPECT_EQ(GetRaisedCode([&] { GSharedSegment(GetName("missing"), 64, GSharedSegment::Mode::Open); }),
+    EXPECT_EQ(GetErrorCode([&] { GSharedSegment(GetName("missing"), 64, GSharedSegment::Mode::Open); }),
               GErrorCode::cSegmentHeader);
 }
 
@@ -81,6 +80,6 @@ TEST_F(IpcTest, SegmentIsSharedAndASmallerOneRefused)
     EXPECT_EQ(segment.GetData()[2999], 0);
     segment.GetData()[2999] = 7;
     EXPECT_EQ(GSharedSegment(name, 3000, GSharedSegment::Mode::Open).GetData()[2999], 7);
-    EXPECT_EQ(GetRaisedCode([&] { GSharedSegment(name, 100000, GSharedSegment::Mode::Open); }),
+    EXPECT_EQ(GetErrorCode([&] { GSharedSegment(name, 100000, GSharedSegment::Mode::Open); }),
               GErrorCode::cSegmentHeader);
 }

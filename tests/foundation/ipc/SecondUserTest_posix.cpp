@@ -26,9 +26,9 @@ CHILD_ROLE(BeSomebodyElse)
     if (descriptor < 0 || ::ftruncate(descriptor, 100000) != 0)
         return 2;
     const GString lock = arguments.at(1);
-    if (GetRaisedCode([&] { GInterProcessMutex mutex(lock); }) != GErrorCode::cCreateSemaphore)
+    if (GetErrorCode([&] { GInterProcessMutex mutex(lock); }) != GErrorCode::cCreateSemaphore)
         return 3;
-    if (GetRaisedCode([&] { GInterProcessMutex::Remove(lock); }) != GErrorCode::cUnlinkSemaphore)
+    if (GetErrorCode([&] { GInterProcessMutex::Remove(lock); }) != GErrorCode::cUnlinkSemaphore)
         return 4;
     return 0;
 }
@@ -40,8 +40,8 @@ TEST_F(IpcTest, SegmentsOfAnotherUserAreRefusedAndOursAreClosed)
     const GString lock = GetName("lock");
     const GInterProcessMutex mutex(lock);
     ASSERT_EQ(ChildProcess("BeSomebodyElse"_q, {GetChannelName(), lock}).WaitForExit(), 0);
-    EXPECT_EQ(GetRaisedCode([] { GPPIPCManager::Get(); }), GErrorCode::cSegmentHeader);
-    EXPECT_EQ(GetRaisedCode([&] { GSharedSegment(GetChannelName(), 10, GSharedSegment::Mode::Open); }),
+    EXPECT_EQ(GetErrorCode([] { GPPIPCManager::Get(); }), GErrorCode::cSegmentHeader);
+    EXPECT_EQ(GetErrorCode([&] { GSharedSegment(GetChannelName(), 10, GSharedSegment::Mode::Open); }),
               GErrorCode::cSegmentHeader);
     GInterProcessMutex::Remove(lock);
 }
@@ -52,8 +52,8 @@ TEST_F(IpcTest, SegmentThatOthersMayOpenIsRefused)
     const int descriptor = ::shm_open(name.constData(), O_RDWR | O_CREAT | O_EXCL, 0600);
     ASSERT_EQ(::ftruncate(descriptor, 3084), 0);
     ASSERT_EQ(::fchmod(descriptor, 0640), 0);
-    EXPECT_EQ(GetRaisedCode([] { GPPIPCManager::Get(); }), GErrorCode::cSegmentHeader);
+    EXPECT_EQ(GetErrorCode([] { GPPIPCManager::Get(); }), GErrorCode::cSegmentHeader);
     ASSERT_EQ(::fchmod(descriptor, 0600), 0);
-    EXPECT_EQ(GetRaisedCode([] { GPPIPCManager::Get(); }), 0);
+    EXPECT_EQ(GetErrorCode([] { GPPIPCManager::Get(); }), 0);
     ::close(descriptor);
 }
