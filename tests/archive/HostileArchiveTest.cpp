@@ -55,13 +55,9 @@ TEST_F(HostileArchiveTest, UnsafeNamesAreRefusedByNameAndTheRestGoesOn)
         ASSERT_EQ(1, errors.size()) << name.constData();
         EXPECT_TRUE(errors.first().contains(QLatin1String("Can't extract ") + shown)) << name.constData();
     }
-}
-
-TEST_F(HostileArchiveTest, TheCallerMayStopAtTheFirstRefusal)
-{
-    Build({{"first.txt", "1"}, {"../evil.txt", "2"}, {"last.txt", "3"}});
+    Build({{"../evil", "evil"}, {"last.txt", "3"}});
     EXPECT_FALSE(ArchiveTest::Extract(ZipOnError::Stop));
-    EXPECT_EQ("target/|target/first.txt"_list, GetAllNames());
+    EXPECT_EQ(cOnlyGood, GetAllNames()) << "the caller may stop at the first refusal";
 }
 
 TEST_F(HostileArchiveTest, HarmlessNamesAreTaken)
@@ -78,16 +74,16 @@ TEST_F(HostileArchiveTest, LinksAreNeitherMadeNorFollowed)
     EXPECT_FALSE(Extract({link, {"link/evil.txt", "evil"}}));
     EXPECT_TRUE(ReadTree(mSandbox.GetPath("outside"_q)).isEmpty());
     EXPECT_TRUE(mLog.TakeErrors().value(0).contains(QLatin1String("link from"))) << "named";
-    if (!QFile::link(mSandbox.GetPath("outside"_q), mTarget + "/old"_q) ||
-        !QFileInfo(mTarget + "/old"_q).isSymLink())
+    if (!QFile::link(mSandbox.GetPath("outside"_q), GetTarget("old")) ||
+        !QFileInfo(GetTarget("old")).isSymLink())
         return;  // a system on which a test can't make links
     // One that was there before, to a folder and to a file.
     WriteFile(mSandbox.GetPath("victim.txt"_q), "victim");
-    ASSERT_TRUE(QFile::link(mSandbox.GetPath("victim.txt"_q), mTarget + "/file"_q));
+    ASSERT_TRUE(QFile::link(mSandbox.GetPath("victim.txt"_q), GetTarget("file")));
     EXPECT_FALSE(Extract({{"old/evil.txt", "evil"}, {"file", "new"}}));
     EXPECT_TRUE(ReadTree(mSandbox.GetPath("outside"_q)).isEmpty());
     EXPECT_EQ("victim", ReadFile(mSandbox.GetPath("victim.txt"_q)));
-    EXPECT_EQ("new", ReadFile(mTarget + "/file"_q)) << "the link itself is replaced";
+    EXPECT_EQ("new", ReadFile(GetTarget("file"))) << "the link itself is replaced";
 }
 
 TEST_F(HostileArchiveTest, OneNameIsTakenOnce)
@@ -139,7 +135,7 @@ TEST_F(HostileArchiveTest, BeyondTheLimitsTheDiskStaysAsItWas)
 
 TEST_F(HostileArchiveTest, ExtractionEntryByEntryKeepsToTheLimits)
 {
-    WriteFile(mArchive, BuildArchive({{"a", "12345"}, {"deep/b", "12345"}, {"c", "1"}}));
+    Build({{"a", "12345"}, {"deep/b", "12345"}, {"c", "1"}});
     ZipArchive archive(mArchive);
     ZipLimits limits;
     limits.totalBytes = 9;

@@ -3,7 +3,6 @@
 #include "archive/ZipReader.h"
 
 #include "ZipSamples.h"
-#include "tests/support/Sandbox.h"
 
 #include <QProcess>
 #include <QSysInfo>
@@ -28,30 +27,28 @@ QByteArray AskSevenZip(const QStringList& arguments)
 }  // namespace
 
 // Packed well, so that the disk does not have to take it all.
-TEST(LargeArchiveTest, AnEntryOver4GiB)
+TEST_F(ArchiveTest, AnEntryOver4GiB)
 {
     constexpr qint64 cMark = (qint64(4) << 30) + 12345;
-    const Sandbox sandbox;
-    const QString large = sandbox.GetPath("large"_q);
-    const QString small = sandbox.GetPath("small"_q);
-    const QString path = sandbox.GetPath("archive.zip"_q);
+    const QString large = mSandbox.GetPath("large"_q);
+    const QString small = mSandbox.GetPath("small"_q);
     QFile sparse(large);
     ASSERT_TRUE(sparse.open(QIODevice::WriteOnly) && sparse.seek(cMark) && sparse.write("mark") == 4);
     sparse.close();
     WriteFile(small, "small");
     const QStringList names = "gro\u00DF \u65E5|klein \u65E5"_list;
-    ZipArchiver archiver(path);
+    ZipArchiver archiver(mArchive);
     ASSERT_TRUE(archiver.StartWriting(ZipStart::Create, QString(), 0));
     ASSERT_TRUE(archiver.AddFile(large, names[0], 1, ZipNames::NameField, QString()));
     ASSERT_TRUE(archiver.AddFile(small, names[1], 0, ZipNames::NameField, QString()));
     ASSERT_TRUE(archiver.FinishWriting());
     sparse.remove();
 
-    ZipArchive archive(path);
+    ZipArchive archive(mArchive);
     EXPECT_EQ(names, archive.GetFileList());
     EXPECT_EQ("small", archive.ExtractToMemory(names[1], QString()));
     // The checksum tells whether all of it comes back.
-    ZipReader reader(path);
+    ZipReader reader(mArchive);
     ASSERT_TRUE(reader.open() && reader.goToFirst());
     EXPECT_EQ(ZipReader::OpenResult::Done, reader.openEntry(QByteArray()));
     QByteArray chunk(1 << 20, '\0');
@@ -60,23 +57,21 @@ TEST(LargeArchiveTest, AnEntryOver4GiB)
         count = reader.readEntry(chunk.data(), chunk.size());
     EXPECT_EQ(cMark + 4, size);
     EXPECT_TRUE(reader.closeEntry());
-    AskSevenZip({"t"_q, path});
+    AskSevenZip({"t"_q, mArchive});
 }
 
-TEST(LargeArchiveTest, Over65535Entries)
+TEST_F(ArchiveTest, Over65535Entries)
 {
     constexpr int cCount = 65600;
-    const Sandbox sandbox;
-    const QString path = sandbox.GetPath("archive.zip"_q);
-    const QString source = sandbox.GetPath("source"_q);
+    const QString source = mSandbox.GetPath("source"_q);
     WriteFile(source, "content");
-    ZipArchiver archiver(path);
+    ZipArchiver archiver(mArchive);
     ASSERT_TRUE(archiver.StartWriting(ZipStart::Create, QString(), 0));
     for (int number = 0; number < cCount; ++number)
         ASSERT_TRUE(archiver.AddFile(source, QString::number(number), 0, ZipNames::Plain, QString()));
     ASSERT_TRUE(archiver.FinishWriting());
 
-    ZipArchive archive(path);
+    ZipArchive archive(mArchive);
     ASSERT_EQ(cCount, archive.StartIterate());
     int number = 0;
     for (; !archive.AtEnd(); archive.Next()) {
@@ -85,6 +80,6 @@ TEST(LargeArchiveTest, Over65535Entries)
     }
     EXPECT_EQ(cCount, number);
     EXPECT_FALSE(archive.HasFailed());
-    const QByteArray report = AskSevenZip({"t"_q, path});
+    const QByteArray report = AskSevenZip({"t"_q, mArchive});
     EXPECT_TRUE(report.isEmpty() || report.contains("Files: 65600")) << report.constData();
 }

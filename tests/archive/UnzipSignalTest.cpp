@@ -1,7 +1,6 @@
 #include "archive/UnzipThread.h"
 
 #include "ZipSamples.h"
-#include "tests/support/Sandbox.h"
 
 #include <QDir>
 #include <QEventLoop>
@@ -12,18 +11,16 @@ using namespace Morvane;
 
 // The way of a program with a window: signals are queued to the thread of the interface, and the handler
 // answers there.
-TEST(UnzipSignalTest, TheHandlerAnswersOnTheThreadOfTheInterface)
+TEST_F(ArchiveTest, TheHandlerAnswersOnTheThreadOfTheInterface)
 {
-    Sandbox sandbox;
-    const QString target = sandbox.GetPath("target"_q);
-    WriteFile(sandbox.GetPath("archive.zip"_q), BuildArchive({{"blocked", "1"}, {"b", "2"}}));
-    QDir().mkpath(target + "/blocked"_q);
-    UnzipThread thread(sandbox.GetPath("archive.zip"_q), target, 0);
+    Build({{"blocked", "1"}, {"b", "2"}});
+    QDir().mkpath(GetTarget("blocked"));
+    UnzipThread thread(mArchive, mTarget, 0);
     QThread* const interfaceThread = QThread::currentThread();
     int questions = 0;
     thread.setErrorHandler([&](const QString& text) {
         EXPECT_EQ(interfaceThread, QThread::currentThread());
-        EXPECT_EQ("Can't write in %1/blocked."_q.arg(target), text);
+        EXPECT_EQ("Can't write in %1/blocked."_q.arg(mTarget), text);
         return ++questions == 1 ? ActionOnError::Retry : ActionOnError::Skip;
     });
     QStringList names;

@@ -1,7 +1,6 @@
 #include "archive/UnzipThread.h"
 
 #include "ZipSamples.h"
-#include "tests/support/Sandbox.h"
 
 #include <QDir>
 
@@ -21,15 +20,15 @@ namespace
 {
 // What a test hears of the thread. The signals arrive on the thread that emits them, so that no event loop is
 // needed and the thread sanitizer sees every step.
-class UnzipThreadTest : public testing::Test
+class UnzipThreadTest : public ArchiveTest
 {
 protected:
     // An entry "blocked" fails as long as a folder stands at its place.
     void Make(const QByteArray& archive)
     {
-        WriteFile(mSandbox.GetPath("archive.zip"_q), archive);
+        WriteFile(mArchive, archive);
         QDir().mkpath(mBlock);
-        mThread = std::make_unique<UnzipThread>(mSandbox.GetPath("archive.zip"_q), mTarget, 0);
+        mThread = std::make_unique<UnzipThread>(mArchive, mTarget, 0);
         Hear(&UnzipThread::InitProgress, [](int count) { return "init %1"_q.arg(count); });
         Hear(&UnzipThread::Progress,
              [](int index, const QString& name) { return "%1 %2"_q.arg(index).arg(name); });
@@ -74,9 +73,7 @@ protected:
         mThread->wait();
     }
 
-    Sandbox mSandbox;
-    const QString mTarget = mSandbox.GetPath("target"_q);
-    const QString mBlock = mTarget + "/blocked"_q;
+    const QString mBlock = GetTarget("blocked");
     const QString mError = "Can't write in %1."_q.arg(mBlock);
     std::mutex mMutex;
     std::condition_variable mNoted;
@@ -91,7 +88,7 @@ TEST_F(UnzipThreadTest, SkipGoesOnWithTheNextEntry)
     RunWithAnswer(ActionOnError::Skip);
     EXPECT_EQ("init 5|0 d/|1 d/a|2 e/f/b|3 blocked"_list + QStringList(mError) + "4 c|done"_list, GetLines());
     EXPECT_EQ("d/|d/a|e/f/b|c"_list, mThread->getExtractedFiles());
-    EXPECT_EQ("4", ReadFile(mTarget + "/c"_q));
+    EXPECT_EQ("4", ReadFile(GetTarget("c")));
 }
 
 TEST_F(UnzipThreadTest, StopKeepsWhatWasExtracted)
@@ -106,7 +103,7 @@ TEST_F(UnzipThreadTest, StopKeepsWhatWasExtracted)
 TEST_F(UnzipThreadTest, StopAndRemoveTakesBackWhatWasExtracted)
 {
     MakeUsual();
-    WriteFile(mTarget + "/foreign"_q, "stays");
+    WriteFile(GetTarget("foreign"), "stays");
     RunWithAnswer(ActionOnError::StopAndRemove);
     EXPECT_EQ("blocked/|foreign"_list, ReadTree(mTarget).keys());
     EXPECT_EQ("2 e/f/b|1 d/a|0 d/|done"_list, GetLines().mid(6));
