@@ -10,7 +10,6 @@
 #include "hopbox/HopboxProject.h"
 #include "hopbox/HopboxRegistry.h"
 #include "plugin/messages/ErrorText.h"
-#include "plugin/messages/MessageCodes.h"
 
 namespace
 {
@@ -110,16 +109,6 @@ bool GCPTSaveAsAction::ObtainJobOptions(const GCPTSaveAsProperties& properties, 
     }
     GTrace::Error(QStringLiteral("GCPTSaveAsAction::ObtainJobOptions"), reason);
     return FailWith(ErrorText::GetSettingNotFound(properties.hopboxName));
-}
-
-bool GCPTSaveAsAction::CreatePackage(const GPathName&)
-{
-    return Fail(PlugInMessage::cPackageCommandNotFound);
-}
-
-bool GCPTSaveAsAction::Fail(uint32_t code, const GString& detail)
-{
-    return FailWith(ErrorText::Compose(code, detail));
 }
 
 bool GCPTSaveAsAction::FailWith(const GString& text)

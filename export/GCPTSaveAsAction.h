@@ -45,12 +45,10 @@ protected:
     // sets the PDF's path.
     virtual bool ExportPDF(const GCPTSaveAsProperties& properties, const GPathName& workFolder) = 0;
 
-    // Makes the file package in a folder and sets the package's path. An action that does not bring it has no
-    // command for it, and the export fails with that message.
-    virtual bool CreatePackage(const GPathName& folder);
+    // Makes the file package in a folder, which need not be there yet, and sets the package's path.
+    virtual bool CreatePackage(const GPathName& folder) = 0;
 
-    // Set the error text, framed, from a code and what follows its text; give false, the result of the step.
-    bool Fail(uint32_t code, const GString& detail = GString());
+    // Sets the error text; gives false, the result of the step.
     bool FailWith(const GString& text);
 
     void SetPDFPath(const GPathName& path) { mPDFPath = path; }

@@ -2,6 +2,8 @@
 
 #include "export/GCPTSaveAsAction.h"
 
+class ExportStep;
+
 // The export of the document in front, with the host's commands (plugin/host). For the host's main thread.
 class GIDCSPSaveAsAction : public GCPTSaveAsAction
 {
@@ -10,4 +12,16 @@ protected:
     // and one with missing fonts is not exported. The PDF bears the document's name; one that is there
     // already is left, and the new one goes into a fresh folder beside it. A failure leaves no PDF.
     bool ExportPDF(const GCPTSaveAsProperties& properties, const GPathName& workFolder) override;
+
+    // Has the host collect the document with its fonts, links and profiles, and write a report, into a folder
+    // that bears the document's name with " Folder" behind. One that is there already is left, as with the
+    // PDF. Where only the report fails, the package stays and its path is set.
+    bool CreatePackage(const GPathName& folder) override;
+
+    // Run a step; set the PDF's or the package's path, and the error text.
+    bool RunPDFStep(ExportStep& step);
+    bool RunPackageStep(ExportStep& step);
+
+private:
+    bool RunStep(ExportStep& step);
 };

@@ -27,7 +27,8 @@ constexpr int cPackageSettingCount = 8;
 class IPackageCommand : public IHostObject
 {
 public:
-    // The folder is made by the command; it does not exist before. Host: the set of the target folder.
+    // The folder that becomes the package. It is there, and empty: the plug-in has made it, so that no other
+    // process takes its name. Host: the set of the target folder.
     virtual void SetTargetFolder(const IDFile& folder) = 0;
 
     // Host: the setting at that place of the command's interface.

@@ -47,18 +47,6 @@ public:
 private:
     QProcess mProcess;
 };
-
-// Makes packages as a plain copy of the PDF's name.
-class PackagingAction : public GIDCSPSaveAsAction
-{
-protected:
-    bool CreatePackage(const GPathName& folder) override
-    {
-        SetPackagePath(folder.GetChild(QStringLiteral("A & B Folder")));
-        GFileSystemBase::CreateFolder(GetPackagePath());
-        return WriteFile(GetPackagePath().GetChild(QStringLiteral("a.indd")).GetNativePath(), "indd");
-    }
-};
 }  // namespace
 
 class ExportTest : public ExportFixture
@@ -108,9 +96,8 @@ TEST_F(ExportTest, FromAHopboxOfTheCommandLineToTheInboxOfARealReceiver)
     const QString inbox = GetSandbox().GetPath(QStringLiteral("Inbox"));
     Receiver receiver(inbox, 2);
     ExportParty party;
-    PackagingAction action;
     {
-        GCPTSaveAsTool tool(action, {});
+        GCPTSaveAsTool tool(party.action, {});
         ASSERT_TRUE(tool.SelectPDFSetting(key));
         tool.SetPageRange(QStringLiteral("3,1-2,3"));
         tool.Submit();
@@ -131,9 +118,10 @@ TEST_F(ExportTest, FromAHopboxOfTheCommandLineToTheInboxOfARealReceiver)
 
     const GPathName folder = GetUserFolder().GetChild(name);
     const GPathName pdf = folder.GetChild(QStringLiteral("Gr\u00F6\u00DFe v1.2.pdf"));
-    EXPECT_EQ(action.GetPDFPath(), pdf);
-    EXPECT_EQ(List(folder), (QStringList{QStringLiteral("A & B Folder/"),
-                                         QStringLiteral("A & B Folder/a.indd"), pdf.GetLeaf()}));
+    EXPECT_EQ(party.action.GetPDFPath(), pdf);
+    const QString report = QStringLiteral("Gr\u00F6\u00DFe v1.2 Folder/Instructions.txt");
+    EXPECT_EQ(List(folder),
+              (QStringList{QStringLiteral("Gr\u00F6\u00DFe v1.2 Folder/"), report, pdf.GetLeaf()}));
     ExpectNothingTemporaryLeft();
 
     const QList<QJsonObject> jobs = receiver.GetJobs();
@@ -152,9 +140,9 @@ TEST_F(ExportTest, FromAHopboxOfTheCommandLineToTheInboxOfARealReceiver)
     EXPECT_TRUE(ReadFile(pdf.GetNativePath()).startsWith("%PDF"));
     const QString package = jobs.at(1).value(QStringLiteral("JobPath")).toString();
     EXPECT_TRUE(package.startsWith(QLatin1String("file:///")) &&
-                package.endsWith(QLatin1String("/A%20&%20B%20Folder?isinddpkg=true")))
+                package.endsWith(QLatin1String("/Gr%C3%B6%C3%9Fe%20v1.2%20Folder?isinddpkg=true")))
         << package.toStdString();
-    EXPECT_TRUE(List(GPathName(inbox)).contains(QStringLiteral("A & B Folder/a.indd")));
+    EXPECT_TRUE(List(GPathName(inbox)).contains(report));
 }
 
 TEST_F(ExportTest, AFilePackageIsAURLForTheBuildsThatTakeIt)
@@ -270,7 +258,8 @@ CHILD_ROLE(ExportDocuments)
     PlugInPreferences::Initialize();
     ExportParty party;
     for (GBuffer name = HearFromParent(); !name.isEmpty(); name = HearFromParent()) {
-        ReservedOutput output(WorkFolder::GetPath(QStringLiteral("Reserved")), QString::fromUtf8(name));
+        ReservedOutput output(WorkFolder::GetPath(QStringLiteral("Reserved")), QString::fromUtf8(name),
+                              ReservedOutput::Kind::File);
         SayToParent(output.GetPathName().GetNativePath().toUtf8());
         output.Keep();
         party.host.documents.front().path = QStringLiteral("/") + QString::fromUtf8(name);
@@ -341,8 +330,8 @@ TEST_F(ExportTest, ARunIsAskedForByItsMessageAndEndsWithOneNotification)
     EXPECT_FALSE(party.action.GetErrorText().isEmpty());
     party.host.Make(HostOperation::RunPDFExport, HostAnswer::Works);
     properties.includesFilePackage = true;
+    party.host.Make(HostOperation::CreateReport, HostAnswer::Fails);
     EXPECT_EQ(send(106), QList<int>{12});
-    EXPECT_EQ(party.action.GetErrorText(), QStringLiteral("Plug-in Error: Create Package command not found"));
     properties.includesFilePackage = false;
     EXPECT_EQ(send(106), QList<int>{11});
     EXPECT_TRUE(party.action.GetErrorText().isEmpty());

@@ -98,16 +98,17 @@ public:
     void SetTargetFolder(const IDFile& folder) override { mRecord->folder = GetPath(folder); }
     void SetSetting(PackageSetting setting, bool isOn) override { mRecord->settings[setting] = isOn; }
 
-    // Copies the document or book into the folder, where it is a real file.
+    // Copies the document or book, where it is a real file, into the folder, which must be there and empty.
     ErrorCode Execute() override
     {
         if (this->mHost.onRun)
             this->mHost.onRun();
         if (this->mHost.Ask(HostOperation::ExecutePackage) != HostAnswer::Works)
             return cFailure;
-        mRecord->hasRun = QDir().mkpath(mRecord->folder);
-        const QString copy = QDir(mRecord->folder).filePath(QFileInfo(mRecord->sourcePath).fileName());
-        QFile::copy(mRecord->sourcePath, copy);
+        const QDir folder(mRecord->folder);
+        mRecord->hasRun = folder.exists() && folder.isEmpty();
+        if (mRecord->hasRun)
+            QFile::copy(mRecord->sourcePath, folder.filePath(QFileInfo(mRecord->sourcePath).fileName()));
         return mRecord->hasRun ? cSuccess : cFailure;
     }
 

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "plugin/host/HostPtr.h"
+#include "plugin/host/IHostUtils.h"
+
+// A document of a book, while it is looked at: the one that the user has open, which stays as it is, or one
+// that is opened for the time of this object. For the host's main thread.
+class BookDocument
+{
+public:
+    explicit BookDocument(const IDFile& file);
+    ~BookDocument();
+    BookDocument(const BookDocument&) = delete;
+    BookDocument& operator=(const BookDocument&) = delete;
+
+    // The code of the message that says why there is no document; 0 when there is one.
+    uint32_t GetError() const { return mError; }
+
+    const IDocument& Get() const { return *mDocument; }
+
+private:
+    void Open(const IDFile& file);
+
+    HostPtr<IDocumentUtils> mUtils;
+    HostPtr<IDocument> mDocument;
+    bool mIsToBeClosed = false;
+    uint32_t mError = 0;
+};

@@ -1,0 +1,84 @@
+#include "export/BookExport.h"
+
+#include "export/BookDocument.h"
+#include "export/HostBooks.h"
+#include "export/HostDocuments.h"
+#include "plugin/host/HostCalls.h"
+#include "plugin/messages/ErrorText.h"
+#include "plugin/messages/MessageCodes.h"
+
+BookExport::BookExport(const GCPTSaveAsProperties& properties, const GPathName& workFolder)
+    : PDFStep(properties, workFolder)
+{
+}
+
+BookExport::~BookExport() = default;
+
+bool BookExport::Execute()
+{
+    return FindBook() && CheckDocuments() && SaveBook() && SetPreferences() && RunExport();
+}
+
+bool BookExport::FindBook()
+{
+    if (const uint32_t code = HostBooks::FindActive(mBook))
+        return Fail(code);
+    mContent = mBook->QueryContent();
+    return mContent || Fail(PlugInMessage::cBookInvalid);
+}
+
+bool BookExport::CheckDocuments()
+{
+    for (int32_t index = 0; index < mContent->GetDocumentCount(); ++index)
+        if (!CountMissingFonts(mContent->GetNthDocumentFile(index)))
+            return false;
+    return CheckMissingFonts(mMissingFontCount, mFontDetail);
+}
+
+bool BookExport::CountMissingFonts(const IDFile& file)
+{
+    const BookDocument document(file);
+    if (document.GetError() != 0)
+        return Fail(document.GetError());
+    const QStringList missing = HostDocuments::GetMissingFonts(document.Get()).value_or(QStringList());
+    if (missing.isEmpty())
+        return true;
+    mMissingFontCount += missing.size();
+    mFontDetail += QLatin1Char('\n') + file.GetFileName().GetString() + QStringLiteral(" : ") +
+                   ErrorText::GetMissingFontDetail(missing);
+    return true;
+}
+
+// A package of the book is made from its file, so a book that can't be written ends the export. There is no
+// message for it.
+bool BookExport::SaveBook()
+{
+    return !mBook->IsModified() || mBook->Save() == cSuccess;
+}
+
+// The book's command has no preferences of its own: it takes those of the application, which this command
+// sets.
+bool BookExport::SetPreferences()
+{
+    const HostPtr<ICommand> command = CmdUtils::CreateCommand(HostClassID::cPDFPreferencesCommand);
+    if (!command)
+        return Fail(PlugInMessage::cPDFPreferencesNotFound);
+    return ApplyJobOptions(*command) && CmdUtils::ProcessCommand(*command) == cSuccess;
+}
+
+bool BookExport::RunExport()
+{
+    const IDFile file = ReservePDF(HostBooks::GetOutputName(*mBook));
+    const HostPtr<ICommand> command = CmdUtils::CreateCommand(HostClassID::cBookExportCommand);
+    const HostPtr<IBookExportData> data =
+        command ? command->QueryBookExportData() : HostPtr<IBookExportData>();
+    if (!data)
+        return Fail(PlugInMessage::cPDFExportCommandNotFound);
+    data->SetBook(*mBook);
+    data->SetDocuments(*mContent);
+    data->SetOutputFile(file);
+    if (CmdUtils::ProcessCommand(*command) != cSuccess)
+        return Fail(PlugInMessage::cPDFExportCommandNotFound);
+    KeepOutput();
+    return true;
+}

@@ -1,0 +1,19 @@
+#include "export/BookPackage.h"
+
+#include "export/HostBooks.h"
+#include "plugin/host/HostCalls.h"
+#include "plugin/messages/MessageCodes.h"
+
+bool BookPackage::Execute()
+{
+    const HostPtr<IObjectModel> objectModel = GetObjectModelInstance();
+    const HostPtr<IBookPackageCommand> command =
+        objectModel ? objectModel->CreateBookPackageCommand() : HostPtr<IBookPackageCommand>();
+    if (!command)
+        return Fail(PlugInMessage::cPackageCommandNotFound);
+    HostPtr<IBook> book;
+    if (const uint32_t code = HostBooks::FindActive(book))
+        return Fail(code);
+    command->SetBook(*book);
+    return MakePackage(*command, HostBooks::GetOutputName(*book));
+}

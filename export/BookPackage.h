@@ -1,0 +1,13 @@
+#pragma once
+
+#include "export/PackageStep.h"
+
+// One file package of the active book. The host writes no report for a book.
+class BookPackage : public PackageStep
+{
+public:
+    // The folder outlives this object.
+    explicit BookPackage(const GPathName& folder) : PackageStep(folder) {}
+
+    bool Execute() override;
+};

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "export/PackageStep.h"
+#include "plugin/host/HostPtr.h"
+
+class IDocumentPackageCommand;
+class IObjectModel;
+
+// One file package of the document in front, with the host's report in it.
+class DocumentPackage : public PackageStep
+{
+public:
+    // The folder outlives this object.
+    explicit DocumentPackage(const GPathName& folder);
+    ~DocumentPackage() override;
+
+    bool Execute() override;
+
+private:
+    bool CreateCommand();
+    bool MakeDocumentPackage();
+    bool WriteReport();
+
+    HostPtr<IObjectModel> mObjectModel;
+    HostPtr<IDocumentPackageCommand> mCommand;
+};

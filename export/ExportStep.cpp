@@ -1,0 +1,29 @@
+#include "export/ExportStep.h"
+
+#include "plugin/messages/ErrorText.h"
+
+ExportStep::~ExportStep() = default;
+
+bool ExportStep::Fail(uint32_t code, const GString& detail)
+{
+    return FailWith(ErrorText::Compose(code, detail));
+}
+
+bool ExportStep::FailWith(const GString& text)
+{
+    mErrorText = text;
+    return false;
+}
+
+IDFile ExportStep::ReserveOutput(const GString& name, ReservedOutput::Kind kind)
+{
+    WorkFolder::Make(mFolder);
+    mReserved.emplace(mFolder, name, kind);
+    return IDFile(mReserved->GetPathName());
+}
+
+void ExportStep::KeepOutput()
+{
+    mOutputPath = mReserved->GetPathName();
+    mReserved->Keep();
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "export/WorkFolder.h"
+#include "plugin/host/IDFile.h"
+
+#include <optional>
+
+// One step of an export, which the host does with a command: what it makes in a folder, and why it failed. A
+// step gives the host's objects back with itself, whatever happens. Used once, on the host's main thread.
+class ExportStep
+{
+public:
+    virtual ~ExportStep();
+    ExportStep(const ExportStep&) = delete;
+    ExportStep& operator=(const ExportStep&) = delete;
+
+    // Does what is to be done, in order; the first failure ends it, with the error text if there is one for
+    // it. Raises what the foundation raises.
+    virtual bool Execute() = 0;
+
+    const GString& GetErrorText() const { return mErrorText; }
+
+    // What the step has made; empty when it has made nothing. A step may fail after it has.
+    const GPathName& GetOutputPath() const { return mOutputPath; }
+
+protected:
+    // The folder, which need not be there yet, outlives the step.
+    explicit ExportStep(const GPathName& folder) : mFolder(folder) {}
+
+    // Gives false, with the error text of a code and what follows it.
+    bool Fail(uint32_t code, const GString& detail = GString());
+
+    // Gives false, with an error text as it stands.
+    bool FailWith(const GString& text);
+
+    // Reserves what the step makes, in the folder. It goes with the step unless it is kept.
+    IDFile ReserveOutput(const GString& name, ReservedOutput::Kind kind);
+
+    // What is reserved has become the output.
+    void KeepOutput();
+
+private:
+    const GPathName& mFolder;
+    GString mErrorText;
+    GPathName mOutputPath;
+    std::optional<ReservedOutput> mReserved;
+};

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "foundation/core/GString.h"
+#include "plugin/host/HostPtr.h"
+
+#include <cstdint>
+
+class IBook;
+
+// What the steps of an export, and the menus, ask of the host's books.
+namespace HostBooks
+{
+// The book whose panel is in front; empty when there is none.
+HostPtr<IBook> QueryActive();
+
+// The same for a step: gives 0 and the book, or the code of the message with which the step fails. The book
+// is looked up twice, for a host may still name one that is just being closed.
+uint32_t FindActive(HostPtr<IBook>& book);
+
+// Whether the book lists any document.
+bool HasDocuments(const IBook& book);
+
+// What exports of a book are named after, safe as a file's name: its file without the extension.
+GString GetOutputName(const IBook& book);
+}  // namespace HostBooks

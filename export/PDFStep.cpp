@@ -1,0 +1,37 @@
+#include "export/PDFStep.h"
+
+#include "export/OutputSettings.h"
+#include "plugin/host/ICommand.h"
+#include "plugin/messages/MessageCodes.h"
+
+PDFStep::PDFStep(const GCPTSaveAsProperties& properties, const GPathName& workFolder)
+    : ExportStep(workFolder), mProperties(properties)
+{
+}
+
+PDFStep::~PDFStep() = default;
+
+bool PDFStep::ApplyJobOptions(ICommand& command)
+{
+    mPreferences = command.QueryPDFExportPreferences();
+    if (!mPreferences)
+        return Fail(PlugInMessage::cPDFPreferencesNotFound);
+    mJobOptions.emplace(mProperties.jobOptions);
+    if (!mJobOptions->IsPlaced())
+        return FailWith(mJobOptions->GetError());
+    if (mPreferences->ReadJobOptions(IDFile(mJobOptions->GetPathName())) != cSuccess)
+        return Fail(PlugInMessage::cJobOptionsUnreadable);
+    ApplyOutputSettings(mProperties.outputSettings, *mPreferences);
+    return true;
+}
+
+bool PDFStep::CheckMissingFonts(int count, const GString& detail)
+{
+    return count == 0 ||
+           Fail(count == 1 ? PlugInMessage::cFontMissing : PlugInMessage::cFontsMissing, detail);
+}
+
+IDFile PDFStep::ReservePDF(const GString& name)
+{
+    return ReserveOutput(name + QStringLiteral(".pdf"), ReservedOutput::Kind::File);
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "export/ExportStep.h"
+#include "export/GCPTSaveAsProperties.h"
+#include "export/PlacedJobOptions.h"
+#include "plugin/host/HostPtr.h"
+
+class ICommand;
+class IPDFExportPreferences;
+class IDocument;
+
+// What the exports of a document and of a book as PDF have in common.
+class PDFStep : public ExportStep
+{
+public:
+    ~PDFStep() override;
+
+protected:
+    // Both outlive the step.
+    PDFStep(const GCPTSaveAsProperties& properties, const GPathName& workFolder);
+
+    // Places the job options among the host's settings, until the end of the step, and puts them and the
+    // Hopbox's output settings into the preferences of a command.
+    bool ApplyJobOptions(ICommand& command);
+
+    // Gives false, with the message for so many missing fonts, if there are any.
+    bool CheckMissingFonts(int count, const GString& detail);
+
+    IDFile ReservePDF(const GString& name);
+
+    const GCPTSaveAsProperties& GetProperties() const { return mProperties; }
+
+    // Those that the job options were put into.
+    const IPDFExportPreferences& GetPreferences() const { return *mPreferences; }
+
+private:
+    const GCPTSaveAsProperties& mProperties;
+    std::optional<PlacedJobOptions> mJobOptions;
+    HostPtr<IPDFExportPreferences> mPreferences;
+};
