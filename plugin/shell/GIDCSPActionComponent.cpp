@@ -1,6 +1,7 @@
 #include "plugin/shell/GIDCSPActionComponent.h"
 
-#include "export/GCPTSaveAsTool.h"
+#include "export/HostBooks.h"
+#include "export/HostDocuments.h"
 #include "foundation/strings/GStringPool.h"
 #include "foundation/strings/GUserMessage.h"
 #include "foundation/trace/GTrace.h"
@@ -15,12 +16,15 @@ namespace
 const GString cAboutText =
     QStringLiteral("Export to Hopbox 18, \u00A9 2026 the Hopbox plug-in authors. All rights reserved.");
 
-// The page range keeps its default.
+// A document's page range keeps its default; a book has none.
 const DialogOptions cDocumentOptions = {{DialogOption::cSlugArea, true},
                                         {DialogOption::cSpreads, true},
                                         {DialogOption::cBleedMark, true},
                                         {DialogOption::cMarkWeight, true},
                                         {DialogOption::cFilePackage, true}};
+const DialogOptions cBookOptions = {{DialogOption::cSlugArea, true},    {DialogOption::cSpreads, true},
+                                    {DialogOption::cBleedMark, true},   {DialogOption::cMarkWeight, true},
+                                    {DialogOption::cFilePackage, true}, {DialogOption::cPageRange, false}};
 
 void ShowError(const GString& text)
 {
@@ -31,8 +35,13 @@ void ShowError(const GString& text)
 
 bool HasFrontDocument()
 {
-    const HostPtr<ILayoutUtils> layout = UtilsBoss::QueryUtils<ILayoutUtils>();
-    return layout && layout->QueryFrontDocument();
+    return static_cast<bool>(HostDocuments::QueryFront());
+}
+
+bool HasActiveBook()
+{
+    const HostPtr<IBook> book = HostBooks::QueryActive();
+    return book && HostBooks::HasDocuments(*book);
 }
 
 void SetState(IActionStateList& states, int32_t index, bool isEnabled, const GString& name,
@@ -47,6 +56,7 @@ void SetState(IActionStateList& states, int32_t index, bool isEnabled, const GSt
 GIDCSPActionComponent::GIDCSPActionComponent(DialogRunner runDialog) : mRunDialog(std::move(runDialog))
 {
     mDocumentAction.SetActive(false);
+    mBookAction.SetActive(false);
 }
 
 GIDCSPActionComponent::~GIDCSPActionComponent() = default;
@@ -57,7 +67,9 @@ void GIDCSPActionComponent::DoAction(IActiveContext* context, ActionID action, I
         if (action == PlugInID::cAboutAction)
             ShowAbout();
         else if (action == PlugInID::cDocumentAction)
-            ExportDocument(context);
+            Export(context, mDocumentAction, cDocumentOptions);
+        else if (action == PlugInID::cBookAction)
+            Export(context, mBookAction, cBookOptions);
     } catch (const std::exception& error) {
         ShowError(GString::fromUtf8(error.what()));
     }
@@ -65,10 +77,16 @@ void GIDCSPActionComponent::DoAction(IActiveContext* context, ActionID action, I
 
 void GIDCSPActionComponent::UpdateActionStates(IActiveContext*, IActionStateList& states)
 {
-    for (int32_t index = 0; index < states.Length(); ++index)
-        if (states.GetNthAction(index) == PlugInID::cDocumentAction)
+    for (int32_t index = 0; index < states.Length(); ++index) {
+        const ActionID action = states.GetNthAction(index);
+        if (action == PlugInID::cDocumentAction) {
             SetState(states, index, HasFrontDocument(), mDocumentAction.GetMenuName(),
                      QStringLiteral("Alt+Shift+E"));
+        } else if (action == PlugInID::cBookAction) {
+            SetState(states, index, HasActiveBook(), mBookAction.GetMenuName(),
+                     QStringLiteral("Alt+Shift+B"));
+        }
+    }
 }
 
 void GIDCSPActionComponent::ShowAbout() const
@@ -78,14 +96,15 @@ void GIDCSPActionComponent::ShowAbout() const
                        PMString(), PMString(), cOK, cOK);
 }
 
-void GIDCSPActionComponent::ExportDocument(IActiveContext* context)
+void GIDCSPActionComponent::Export(IActiveContext* context, GCPTSaveAsAction& action,
+                                   const DialogOptions& options)
 {
     if (!mRunDialog) {
         ShowError(QStringLiteral("The dialog for the export is not installed."));
         return;
     }
-    mDocumentAction.SetActive(true);
+    action.SetActive(true);
     TakeDefaultUnit(context);
-    GCPTSaveAsTool tool(mDocumentAction, cDocumentOptions);
-    mRunDialog(mDocumentAction.GetTitle(), tool);
+    GCPTSaveAsTool tool(action, options);
+    mRunDialog(action.GetTitle(), tool);
 }

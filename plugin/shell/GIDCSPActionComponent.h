@@ -1,12 +1,11 @@
 #pragma once
 
-#include "export/GIDCSPSaveAsAction.h"
+#include "export/GCPTSaveAsTool.h"
+#include "export/GIDCSPExportBookAction.h"
 #include "plugin/host/CActionComponent.h"
 #include "plugin/shell/ShellServices.h"
 
 #include <functional>
-
-class GCPTSaveAsTool;
 
 // The owner of the plug-in's actions: brings up what they stand on, and answers the host's menu choices and
 // its questions about menu entries. Nothing that goes wrong in here leaves it: the user sees an alert.
@@ -26,9 +25,10 @@ public:
 
 private:
     void ShowAbout() const;
-    void ExportDocument(IActiveContext* context);
+    void Export(IActiveContext* context, GCPTSaveAsAction& action, const DialogOptions& options);
 
     ShellServices mServices;
     DialogRunner mRunDialog;
     GIDCSPSaveAsAction mDocumentAction;
+    GIDCSPExportBookAction mBookAction;
 };

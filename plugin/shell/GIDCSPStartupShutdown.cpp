@@ -15,6 +15,7 @@ struct MenuEntry
 
 const MenuEntry cEntries[] = {
     {PlugInID::cDocumentAction, "KBSCE File menu", "Main:&File", 1301.0},
+    {PlugInID::cBookAction, "KBSCE Palette Menus: Book: ", "BookPanelPopup", 1101.0},
 };
 
 // Keys of the host's, and a name that the plug-in gives when menus are shown.

@@ -79,18 +79,17 @@ TEST_F(ActionComponent, BringsItsServicesUpAndReleasesThem)
 
 TEST_F(ActionComponent, DispatchesByActionID)
 {
-    int dialogCount = 0;
+    QList<bool> offersPageRange;  // of each dialog
     Start([&](const GString& title, GCPTSaveAsTool& tool) {
-        ++dialogCount;
         EXPECT_EQ(title, QStringLiteral("Export to Hopbox"));
-        for (const int32_t option : {0, 1, 2, 3, 4, 5})
+        for (const int32_t option : {0, 1, 2, 3, 4})
             EXPECT_TRUE(tool.GetOption(static_cast<DialogOption>(option))) << option;
+        offersPageRange.append(tool.GetOption(DialogOption::cPageRange));
     });
     component->DoAction(nullptr, cDocument, nullptr);
-    EXPECT_EQ(dialogCount, 1);
     component->DoAction(nullptr, cBook, nullptr);
     component->DoAction(nullptr, 4711, nullptr);
-    EXPECT_EQ(dialogCount, 1);
+    EXPECT_EQ(offersPageRange, (QList<bool>{true, false}));
     EXPECT_TRUE(host.alerts.isEmpty());
     component->DoAction(nullptr, cAbout, nullptr);
     ASSERT_EQ(host.alerts.size(), 1);
@@ -129,23 +128,38 @@ TEST_F(ActionComponent, TheDefaultUnitIsTheHosts)
     EXPECT_EQ(GUnitSupport::GetDefaultUnitCode(), 0);
 }
 
-TEST_F(ActionComponent, TheDocumentEntryIsEnabledWithAFrontDocument)
+TEST_F(ActionComponent, AnEntryIsEnabledWhenThereIsSomethingToExport)
 {
     Start({});
-    const auto getState = [&] {
-        FakeStateList list({cAbout, cDocument, 4711});
+    const auto getStates = [&] {
+        FakeStateList list({cAbout, cDocument, cBook, 4711});
         component->UpdateActionStates(nullptr, list);
-        for (const size_t other : {0U, 2U})
+        for (const size_t other : {0U, 3U})
             EXPECT_EQ(list.states[other].isEnabled, -1);
-        EXPECT_EQ(list.states[1].name, QStringLiteral("Export to Hopbox..."));
+        for (const size_t entry : {1U, 2U})
+            EXPECT_EQ(list.states[entry].name, QStringLiteral("Export to Hopbox..."));
         EXPECT_EQ(list.states[1].shortcut, QStringLiteral("Alt+Shift+E"));
-        return list.states[1].isEnabled;
+        EXPECT_EQ(list.states[2].shortcut, QStringLiteral("Alt+Shift+B"));
+        return QList<int>{list.states[1].isEnabled, list.states[2].isEnabled};
     };
-    EXPECT_EQ(getState(), 0);
+    EXPECT_EQ(getStates(), (QList<int>{0, 0}));
     host.documents.push_back({});
-    EXPECT_EQ(getState(), 1);
-    host.Make(HostOperation::QueryLayoutUtils, HostAnswer::Absent);
-    EXPECT_EQ(getState(), 0);
+    host.books.push_back({});
+    EXPECT_EQ(getStates(), (QList<int>{1, 0}));
+    host.books.front().documentPaths = QStringList{QStringLiteral("/a.indd")};
+    EXPECT_EQ(getStates(), (QList<int>{1, 1}));
+    const struct
+    {
+        HostOperation absent;
+        QList<int> states;
+    } cases[] = {{HostOperation::QueryLayoutUtils, {0, 1}}, {HostOperation::QueryFrontDocument, {0, 1}},
+                 {HostOperation::QuerySession, {1, 0}},     {HostOperation::QueryBookManager, {1, 0}},
+                 {HostOperation::QueryActiveBook, {1, 0}},  {HostOperation::QueryBookContent, {1, 0}}};
+    for (const auto& test : cases) {
+        host.Make(test.absent, HostAnswer::Absent);
+        EXPECT_EQ(getStates(), test.states) << GetName(test.absent).toStdString();
+        host.Make(test.absent, HostAnswer::Works);
+    }
 }
 
 TEST_F(ActionComponent, TheHostRestsWhileAWindowIsModal)

@@ -74,8 +74,8 @@ TEST_F(Module, RegistersItsMenusAnswersStatesAndIsReleased)
     IActionComponent* component = Create();
     ASSERT_NE(component, nullptr) << error.toStdString();
     plugIn->GetStartupShutdownService()->Startup();
-    EXPECT_EQ(host.actions.size(), 1U);
-    EXPECT_EQ(host.menuItems.size(), 1U);
+    EXPECT_EQ(host.actions.size(), 2U);
+    EXPECT_EQ(host.menuItems.size(), 2U);
 
     FakeStateList list({cDocument});
     component->UpdateActionStates(nullptr, list);
