@@ -52,28 +52,28 @@ bool GCPTSaveAsTool::GetOption(DialogOption option) const
 
 bool GCPTSaveAsTool::SelectPDFSetting(const GString& registryKey)
 {
-    mProperties.hopboxKey = registryKey;
-    mProperties.hopboxName = registryKey;
-    mProperties.buildNumber = 0;
-    mSettings = std::make_unique<GPrefMemoryModule>();
-    GPathName project;
-    return ReadEntry(registryKey, project) && HopboxProject(project).ReadSettings(*mSettings);
+    try {
+        if (const std::optional<HopboxRecord> record = HopboxRegistry().GetRecord(registryKey))
+            return SelectPDFSetting(registryKey, *record);
+    } catch (const GException& error) {
+        GTrace::Error(QStringLiteral("GCPTSaveAsTool::SelectPDFSetting"), error.GetDescription());
+    }
+    Take(registryKey, HopboxRecord());
+    return false;
 }
 
-bool GCPTSaveAsTool::ReadEntry(const GString& registryKey, GPathName& project)
+bool GCPTSaveAsTool::SelectPDFSetting(const GString& registryKey, const HopboxRecord& record)
 {
-    try {
-        const std::optional<HopboxRecord> record = HopboxRegistry().GetRecord(registryKey);
-        if (!record)
-            return false;
-        mProperties.hopboxName = record->GetName(registryKey);
-        mProperties.buildNumber = HopboxRegistry::GetCacheEntryNumber(record->entry.applicationPath);
-        project = record->entry.contextFilePath;
-        return true;
-    } catch (const GException& error) {
-        GTrace::Error(QStringLiteral("GCPTSaveAsTool::ReadEntry"), error.GetDescription());
-        return false;
-    }
+    Take(registryKey, record);
+    return HopboxProject(record.entry.contextFilePath).ReadSettings(*mSettings);
+}
+
+void GCPTSaveAsTool::Take(const GString& registryKey, const HopboxRecord& record)
+{
+    mProperties.hopboxKey = registryKey;
+    mProperties.hopboxName = record.GetName(registryKey);
+    mProperties.buildNumber = HopboxRegistry::GetCacheEntryNumber(record.entry.applicationPath);
+    mSettings = std::make_unique<GPrefMemoryModule>();
 }
 
 void GCPTSaveAsTool::SetPageRange(const GString& range)

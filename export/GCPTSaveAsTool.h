@@ -10,6 +10,7 @@
 
 class GCPTSaveAsAction;
 class GPrefMemoryModule;
+struct HopboxRecord;
 
 // What the dialog offers for an export.
 enum class DialogOption : int32_t
@@ -43,6 +44,9 @@ public:
     // project can't be read; what could be read is taken all the same, and submitting it fails with an alert.
     bool SelectPDFSetting(const GString& registryKey);
 
+    // The same with what the caller has read of the registry.
+    bool SelectPDFSetting(const GString& registryKey, const HopboxRecord& record);
+
     // The settings of the selected Hopbox's project, which the dialog changes for this export.
     GPrefMemoryModule& GetSettings() { return *mSettings; }
 
@@ -62,7 +66,7 @@ public:
 
 private:
     void OnCommandCancelled() override { Cancel(); }
-    bool ReadEntry(const GString& registryKey, GPathName& project);
+    void Take(const GString& registryKey, const HopboxRecord& record);
     void HandOff() const;
     void ShowFailure() const;
 

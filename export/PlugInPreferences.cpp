@@ -7,6 +7,8 @@
 #include "foundation/trace/GTrace.h"
 #include "hopbox/HopboxRegistry.h"
 
+#include <set>
+
 namespace
 {
 constexpr int32_t cModule = GPreferences::cUserFileModule;
@@ -74,17 +76,18 @@ QStringList PlugInPreferences::GetListedGroups()
     for (const GString& key : registry.GetKeys()) {
         const std::optional<HopboxRecord> record = registry.GetRecord(key);
         if (record && record->entry.isPlugin)
-            groups.append(registry.GetPreferenceGroup(key));
+            groups.append(record->GetPreferenceGroup(key));
     }
     return groups;
 }
 
 void PlugInPreferences::Prune(const QStringList& groups)
 {
+    const std::set<GString> kept(groups.begin(), groups.end());
     std::vector<GBuffer> names;
     GPreferences::GetGroupNames(cModule, names);
     for (const GBuffer& name : names) {
-        if (GPreferences::Has(cModule, name, cPackageChoice) && !groups.contains(GString::fromUtf8(name)))
+        if (GPreferences::Has(cModule, name, cPackageChoice) && kept.count(GString::fromUtf8(name)) == 0)
             GPreferences::Remove(cModule, name);
     }
     Flush();

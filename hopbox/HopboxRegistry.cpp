@@ -13,18 +13,11 @@
 #include <QFileInfo>
 #include <QStringMatcher>
 
-#include <algorithm>
-
 namespace
 {
 const GBuffer cEntries = QByteArrayLiteral("PrinterProcessorRegistry");
 const GBuffer cServerSettings = QByteArrayLiteral("HTTPServerSettings");
 const GBuffer cAllowedOrigins = QByteArrayLiteral("AllowedOriginRequest");
-
-// Groups of the plug-in's settings that are not a Hopbox's: the plug-in's own and those of the settings
-// store.
-const QLatin1String cReservedGroups[] = {QLatin1String("CSPluginUI"), QLatin1String("SmartFileList"),
-                                         QLatin1String("General"), QLatin1String("PrefSharing")};
 
 std::vector<GBuffer> ListKeys(const GPrefModule& module)
 {
@@ -243,12 +236,7 @@ std::optional<HopboxRecord> HopboxRegistry::GetRecord(const GString& key) const
 GString HopboxRegistry::GetPreferenceGroup(const GString& key) const
 {
     const std::optional<HopboxRecord> record = GetRecord(key);
-    if (!record)
-        return {};
-    const GString& name = record->GetName(key);
-    const bool isReserved =
-        std::find(std::begin(cReservedGroups), std::end(cReservedGroups), name) != std::end(cReservedGroups);
-    return isReserved ? key : name;
+    return record ? record->GetPreferenceGroup(key) : GString();
 }
 
 void HopboxRegistry::Clear()

@@ -5,6 +5,8 @@
 #include "foundation/prefs/GDictBufferReader.h"
 #include "foundation/prefs/GOrderedDictWriter.h"
 
+#include <algorithm>
+#include <iterator>
 #include <tuple>
 
 const GString HopboxRecordKey::cActorName = QStringLiteral("ActorName");
@@ -20,6 +22,11 @@ const GString HopboxRecordKey::cIsActive = QStringLiteral("IsActive");
 namespace
 {
 using Values = GDict<GString, GString>;
+
+// Groups of the plug-in's settings that are not a Hopbox's: the plug-in's own and those of the settings
+// store.
+const QLatin1String cReservedGroups[] = {QLatin1String("CSPluginUI"), QLatin1String("SmartFileList"),
+                                         QLatin1String("General"), QLatin1String("PrefSharing")};
 
 GString GetText(const Values& values, const GString& key)
 {
@@ -98,4 +105,12 @@ bool HopboxRecord::FromText(const GString& text)
     } catch (const GException&) {
         return false;  // a path of another system, or garbage
     }
+}
+
+const GString& HopboxRecord::GetPreferenceGroup(const GString& key) const
+{
+    const GString& name = GetName(key);
+    const bool isReserved =
+        std::find(std::begin(cReservedGroups), std::end(cReservedGroups), name) != std::end(cReservedGroups);
+    return isReserved ? key : name;
 }

@@ -52,4 +52,8 @@ struct HopboxRecord
 
     // The actor name, or the key under which the registry holds the record where that is empty.
     const GString& GetName(const GString& key) const { return actorName.isEmpty() ? key : actorName; }
+
+    // The group of the plug-in's settings that belongs to the record under that key: its name, or the key
+    // where the name is that of a group that the plug-in keeps for itself.
+    const GString& GetPreferenceGroup(const GString& key) const;
 };
