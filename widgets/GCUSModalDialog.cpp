@@ -1,27 +1,24 @@
 #include "widgets/GCUSModalDialog.h"
 
-#include "widgets/GCUSModal.h"
-
 #include <QDialog>
 #include <QWindow>
 
-#include <memory>
-
-namespace
-{
-// Makes a dialog a window of the parent window while it runs.
-class ParentWindowLink
+// Makes a dialog a window of the parent window while it is modal.
+class GCUSModalTime::ParentWindowLink
 {
 public:
     explicit ParentWindowLink(QDialog& dialog) : mDialog(dialog)
     {
+        if (mDialog.parentWidget() != nullptr)
+            return;
         if (QWindow* parent = FindParent())
             GetWindow()->setTransientParent(parent);
     }
 
     ~ParentWindowLink()
     {
-        if (QWindow* window = mDialog.windowHandle())
+        QWindow* window = mDialog.windowHandle();
+        if (window != nullptr && mDialog.parentWidget() == nullptr)
             window->setTransientParent(nullptr);
     }
 
@@ -49,11 +46,13 @@ private:
     QDialog& mDialog;
     std::unique_ptr<QWindow> mForeign;
 };
-}  // namespace
+
+GCUSModalTime::GCUSModalTime(QDialog& dialog) : mLink(std::make_unique<ParentWindowLink>(dialog)) {}
+
+GCUSModalTime::~GCUSModalTime() = default;
 
 int RunModally(QDialog& dialog)
 {
-    const ParentWindowLink link(dialog);
-    const GCUSModal::Scope modal;
+    const GCUSModalTime modal(dialog);
     return dialog.exec();
 }

@@ -1,0 +1,266 @@
+#include "widgets/GCUSPDFSettingsAdjWdt.h"
+
+#include "widgets/GQUIChainButton.h"
+#include "widgets/GQUIUnitSpinBox.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QSignalBlocker>
+#include <QStyle>
+
+#include <algorithm>
+
+using AdjustmentValues::cBleedCount;
+using AdjustmentValues::cBleedMark;
+using AdjustmentValues::cMarkCount;
+
+namespace
+{
+// The offset counts above 0 only.
+constexpr double cLeastOffset = 0.01;
+constexpr double cMostOffset = 72;
+constexpr double cMostBleed = 432;
+
+// The columns of the panel: two of marks, a gap, three of bleed, and what the panel is too wide.
+enum Column
+{
+    cMarkLabel,
+    cMarkField,
+    cGap,
+    cBleedLabel,
+    cBleedField,
+    cChain,
+    cRest
+};
+
+// A check box that leaves what the job options say can be brought back to that.
+void ShowState(QCheckBox& box, Qt::CheckState state)
+{
+    box.setTristate(state == Qt::PartiallyChecked);
+    box.setCheckState(state);
+}
+
+void ShowLength(GQUIUnitSpinBox& field, const std::optional<double>& points)
+{
+    if (points && field.IsInRange(*points))
+        field.SetPoints(*points);
+    else
+        field.SetBlank();
+}
+
+// The length in the field, with what is being typed; empty when it is blank.
+std::optional<double> ReadLength(GQUIUnitSpinBox& field)
+{
+    field.interpretText();
+    return field.IsBlank() ? std::nullopt : std::make_optional(field.GetPoints());
+}
+}  // namespace
+
+GCUSPDFSettingsAdjWdt::GCUSPDFSettingsAdjWdt(QWidget* parent) : QWidget(parent)
+{
+    auto* grid = new QGridLayout(this);
+    grid->setContentsMargins(0, 0, 0, 0);
+    AddMarks(*grid);
+    AddMarkLines(*grid);
+    AddBleed(*grid);
+    AddBleedFields(*grid);
+    grid->setColumnMinimumWidth(cGap, fontMetrics().averageCharWidth() * 4);
+    grid->setColumnStretch(cRest, 1);
+    ConnectSignals();
+    Load({});
+}
+
+void GCUSPDFSettingsAdjWdt::AddMarks(QGridLayout& grid)
+{
+    mAllMarks = new QCheckBox(tr("All Printer's &Marks"));
+    grid.addWidget(mAllMarks, 0, cMarkLabel, 1, 2);
+    const QString texts[] = {tr("&Crop"), tr("&Bleed"), tr("Re&gistration"), tr("Co&lor Bars"),
+                             tr("Page &Information")};
+    auto* marks = new QGridLayout;
+    const int indent = style()->pixelMetric(QStyle::PM_IndicatorWidth) +
+                       style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing);
+    marks->setContentsMargins(indent, 0, 0, 0);
+    for (int mark = 0; mark < cMarkCount; ++mark) {
+        mMarks.at(mark) = new QCheckBox(texts[mark]);
+        marks->addWidget(mMarks.at(mark), mark, 0);
+    }
+    grid.addLayout(marks, 1, cMarkLabel, cMarkCount, 2);
+}
+
+void GCUSPDFSettingsAdjWdt::AddMarkLines(QGridLayout& grid)
+{
+    mWeightLabel = new QLabel(tr("&Weight:"));
+    mWeight = new QComboBox;
+    for (const double points : {0.125, 0.25, 0.5})
+        mWeight->addItem(tr("%1 pt").arg(locale().toString(points, 'f', points < 0.25 ? 3 : 2)));
+    mWeightLabel->setBuddy(mWeight);
+    grid.addWidget(mWeightLabel, cMarkCount + 1, cMarkLabel);
+    grid.addWidget(mWeight, cMarkCount + 1, cMarkField);
+
+    auto* offsetLabel = new QLabel(tr("Offse&t:"));
+    mOffset = new GQUIUnitSpinBox;
+    mOffset->SetRangePoints(cLeastOffset, cMostOffset);
+    offsetLabel->setBuddy(mOffset);
+    grid.addWidget(offsetLabel, cMarkCount + 2, cMarkLabel);
+    grid.addWidget(mOffset, cMarkCount + 2, cMarkField);
+}
+
+void GCUSPDFSettingsAdjWdt::AddBleed(QGridLayout& grid)
+{
+    grid.addWidget(new QLabel(tr("Bleed:")), 0, cBleedLabel, 1, 3);
+    mDocumentBleed = new QCheckBox(tr("&Use Document Bleed Settings"));
+    grid.addWidget(mDocumentBleed, 1, cBleedLabel, 1, 4);
+}
+
+void GCUSPDFSettingsAdjWdt::AddBleedFields(QGridLayout& grid)
+{
+    const QString texts[] = {tr("Top:"), tr("Bottom:"), tr("Inside:"), tr("Outside:")};
+    const QString names[] = {tr("Bleed at the top"), tr("Bleed at the bottom"), tr("Bleed on the inside"),
+                             tr("Bleed on the outside")};
+    for (int bleed = 0; bleed < cBleedCount; ++bleed) {
+        auto* field = new GQUIUnitSpinBox;
+        field->SetRangePoints(0, cMostBleed);
+        field->setAccessibleName(names[bleed]);
+        mBleeds.at(bleed) = field;
+        grid.addWidget(new QLabel(texts[bleed]), 2 + bleed, cBleedLabel);
+        grid.addWidget(field, 2 + bleed, cBleedField);
+    }
+    mChain = new GQUIChainButton;
+    mChain->setToolTip(tr("Make all settings the same"));
+    mChain->setAccessibleName(mChain->toolTip());
+    grid.addWidget(mChain, 2, cChain, cBleedCount, 1, Qt::AlignVCenter);
+
+    mSlug = new QCheckBox(tr("Include &Slug Area (For Bleed)"));
+    grid.addWidget(mSlug, cMarkCount + 1, cBleedLabel, 1, 4);
+    mSpreads = new QCheckBox(tr("Pri&nt Spreads"));
+    grid.addWidget(mSpreads, cMarkCount + 2, cBleedLabel, 1, 4);
+}
+
+void GCUSPDFSettingsAdjWdt::ConnectSignals()
+{
+    connect(mAllMarks, &QCheckBox::clicked, this, &GCUSPDFSettingsAdjWdt::OnAllMarksClicked);
+    for (QCheckBox* mark : mMarks)
+        connect(mark, &QCheckBox::stateChanged, this, &GCUSPDFSettingsAdjWdt::ShowAllMarks);
+    connect(mDocumentBleed, &QCheckBox::stateChanged, this, &GCUSPDFSettingsAdjWdt::ShowBleedChoice);
+    connect(mChain, &GQUIChainButton::clicked, this, &GCUSPDFSettingsAdjWdt::OnChainClicked);
+    for (GQUIUnitSpinBox* field : mBleeds)
+        connect(field, &GQUIUnitSpinBox::PointsChanged, this, &GCUSPDFSettingsAdjWdt::OnBleedChanged);
+}
+
+void GCUSPDFSettingsAdjWdt::Load(const Values& values)
+{
+    for (int mark = 0; mark < cMarkCount; ++mark)
+        ShowState(*mMarks.at(mark), AdjustmentValues::GetMark(values, mark));
+    ShowAllMarks();
+    mWeight->setCurrentIndex(AdjustmentValues::GetMarkWeight(values).value_or(-1));
+    ShowLength(*mOffset, AdjustmentValues::GetMarkOffset(values));
+
+    for (int bleed = 0; bleed < cBleedCount; ++bleed) {
+        const QSignalBlocker blocker(mBleeds.at(bleed));
+        ShowLength(*mBleeds.at(bleed), AdjustmentValues::GetBleed(values, bleed));
+    }
+    mChain->setChecked(std::all_of(mBleeds.begin(), mBleeds.end(), [this](const GQUIUnitSpinBox* field) {
+        return field->value() == mBleeds.front()->value();
+    }));
+    ShowState(*mDocumentBleed, AdjustmentValues::GetDocumentBleed(values));
+    ShowBleedChoice();
+    mSlug->setChecked(AdjustmentValues::IsSlugIncluded(values));
+    mSpreads->setChecked(AdjustmentValues::AreSpreadsPrinted(values));
+}
+
+void GCUSPDFSettingsAdjWdt::Store(Values& values) const
+{
+    std::array<Qt::CheckState, cMarkCount> marks{};
+    std::transform(mMarks.begin(), mMarks.end(), marks.begin(),
+                   [](const QCheckBox* mark) { return mark->checkState(); });
+    AdjustmentValues::SetMarks(values, marks);
+    if (mWeight->currentIndex() >= 0)
+        AdjustmentValues::SetMarkWeight(values, mWeight->currentIndex());
+    if (const std::optional<double> points = ReadLength(*mOffset))
+        AdjustmentValues::SetMarkOffset(values, *points);
+
+    for (int bleed = 0; bleed < cBleedCount; ++bleed)
+        if (const std::optional<double> points = ReadLength(*mBleeds.at(bleed)))
+            AdjustmentValues::SetBleed(values, bleed, *points);
+    AdjustmentValues::SetDocumentBleed(values, mDocumentBleed->checkState());
+    AdjustmentValues::SetSlugIncluded(values, mSlug->isChecked());
+    AdjustmentValues::SetSpreadsPrinted(values, mSpreads->isChecked());
+}
+
+void GCUSPDFSettingsAdjWdt::SetShown(Control control, bool isShown)
+{
+    switch (control) {
+        case Control::cBleedMark:
+            mMarks.at(cBleedMark)->setVisible(isShown);
+            ShowAllMarks();
+            break;
+        case Control::cMarkWeight:
+            mWeightLabel->setVisible(isShown);
+            mWeight->setVisible(isShown);
+            break;
+        case Control::cSlugArea:
+            mSlug->setVisible(isShown);
+            break;
+        case Control::cSpreads:
+            mSpreads->setVisible(isShown);
+            break;
+    }
+}
+
+void GCUSPDFSettingsAdjWdt::OnAllMarksClicked()
+{
+    const bool areOn = mAllMarks->checkState() != Qt::Unchecked;
+    for (QCheckBox* mark : mMarks)
+        if (mark->isVisibleTo(this))
+            mark->setChecked(areOn);
+    ShowAllMarks();
+}
+
+void GCUSPDFSettingsAdjWdt::ShowAllMarks()
+{
+    const auto isOn = [](const QCheckBox* mark) { return mark->checkState() == Qt::Checked; };
+    const auto isOff = [](const QCheckBox* mark) { return mark->checkState() == Qt::Unchecked; };
+    std::vector<const QCheckBox*> shown;
+    for (const QCheckBox* mark : mMarks)
+        if (mark->isVisibleTo(this))
+            shown.push_back(mark);
+    const bool areOn = std::all_of(shown.begin(), shown.end(), isOn);
+    const bool areOff = std::all_of(shown.begin(), shown.end(), isOff);
+    mAllMarks->setCheckState(areOn ? Qt::Checked : (areOff ? Qt::Unchecked : Qt::PartiallyChecked));
+}
+
+void GCUSPDFSettingsAdjWdt::OnChainClicked()
+{
+    if (!mChain->isChecked())
+        return;
+    for (const GQUIUnitSpinBox* field : mBleeds)
+        if (!field->IsBlank()) {
+            SetAllBleeds(field->GetPoints());
+            return;
+        }
+}
+
+void GCUSPDFSettingsAdjWdt::OnBleedChanged(double points)
+{
+    mDocumentBleed->setChecked(false);  // the own lengths count no other way
+    if (mChain->isChecked())
+        SetAllBleeds(points);
+}
+
+void GCUSPDFSettingsAdjWdt::ShowBleedChoice()
+{
+    const bool isOwn = mDocumentBleed->checkState() != Qt::Checked;
+    for (GQUIUnitSpinBox* field : mBleeds)
+        field->setEnabled(isOwn);
+    mChain->setEnabled(isOwn);
+}
+
+void GCUSPDFSettingsAdjWdt::SetAllBleeds(double points)
+{
+    for (GQUIUnitSpinBox* field : mBleeds) {
+        const QSignalBlocker blocker(field);
+        field->SetPoints(points);
+    }
+}

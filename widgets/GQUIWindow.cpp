@@ -1,0 +1,15 @@
+#include "widgets/GQUIWindow.h"
+
+#include "widgets/GCUSModalDialog.h"
+
+GQUIWindow::GQUIWindow(QWidget* parent, Qt::WindowFlags flags) : QDialog(parent, flags)
+{
+    if (flags == Qt::WindowFlags())
+        setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+}
+
+int GQUIWindow::exec()
+{
+    const GCUSModalTime modal(*this);
+    return QDialog::exec();
+}
