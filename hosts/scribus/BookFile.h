@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+// A book: documents in an order of their own, kept in a small JSON file,
+//
+//     { "format": "layout-host book", "version": 1, "documents": ["cover.sla", "text/chapter 1.sla"] }
+//
+// A relative path starts at the book's folder. A document may stand in a book twice, and need not exist. For
+// the main thread.
+class BookFile
+{
+public:
+    // The name's ending by which a book is told from a document.
+    static constexpr const char* cExtension = "slabook";
+
+    // Reads a book. Null, with the reason, when the file can't be read or is no book.
+    static std::unique_ptr<BookFile> Read(const QString& path, QString& reason);
+
+    // An empty book that has no file content yet; Save writes it.
+    explicit BookFile(const QString& path);
+
+    // The absolute path of the book's file.
+    const QString& GetPath() const { return mPath; }
+
+    // The absolute paths of its documents, in order.
+    const QStringList& GetDocuments() const { return mDocuments; }
+
+    // Sets the documents, by absolute paths. The book is modified when they are others.
+    void SetDocuments(const QStringList& paths);
+
+    // Whether the file lacks something that the book holds.
+    bool IsModified() const { return mIsModified; }
+
+    // Writes the book to its file, whole or not at all; paths below the book's folder become relative. False,
+    // with the reason, when that fails.
+    bool Save(QString& reason);
+
+private:
+    QString mPath;
+    QStringList mDocuments;
+    bool mIsModified = true;
+};

@@ -1,0 +1,3 @@
+#include "hosts/scribus/IHostFrontend.h"
+
+IHostFrontend::~IHostFrontend() = default;

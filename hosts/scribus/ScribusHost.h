@@ -1,0 +1,104 @@
+#pragma once
+
+#include "hosts/scribus/BookFile.h"
+#include "hosts/scribus/ScribusDocument.h"
+#include "hosts/scribus/ScribusRunner.h"
+#include "plugin/host/IHostServices.h"
+
+#include <memory>
+#include <vector>
+
+class IHostFrontend;
+struct PdfSettings;
+
+// The layout application that a plug-in sees: documents and books that are open, menus, and the commands that
+// Scribus and qpdf carry out. What it offers a plug-in is IHostServices; the rest is for the window or the
+// command line around it.
+//
+// For the main thread. While a command runs, the frontend may handle events, but must open and close nothing.
+class ScribusHost final : public IHostServices
+{
+public:
+    using DocumentPtr = std::shared_ptr<ScribusDocument>;
+    using BookPtr = std::shared_ptr<BookFile>;
+
+    explicit ScribusHost(const ScribusSetup& setup = ScribusSetup());
+    ~ScribusHost();
+    ScribusHost(const ScribusHost&) = delete;
+    ScribusHost& operator=(const ScribusHost&) = delete;
+
+    // Who shows progress and alerts; null for nobody. Nothing is owned.
+    void SetFrontend(IHostFrontend* frontend);
+
+    // Opens a document, asks Scribus about it, and makes it the active one; one that is open already is only
+    // made active. Null, with the reason, when there is no such file or Scribus can't read it.
+    DocumentPtr OpenDocument(const QString& path, QString& reason);
+
+    // Opens an untitled document with the content of another file, and makes it the active one.
+    DocumentPtr NewDocument(const QString& templatePath, QString& reason);
+
+    // Closes a document as it stands, without a question.
+    void CloseDocument(const DocumentPtr& document);
+
+    // The user's documents in the order in which they were opened. Those that a command opens are not here.
+    const std::vector<DocumentPtr>& GetDocuments() const { return mDocuments; }
+
+    // The document in front; null when none is open.
+    DocumentPtr GetActiveDocument() const { return mActiveDocument; }
+    void SetActiveDocument(const DocumentPtr& document) { mActiveDocument = document; }
+
+    // The same for books. OpenBook does not look at the book's documents.
+    BookPtr OpenBook(const QString& path, QString& reason);
+    BookPtr NewBook(const QString& path);
+    void CloseBook(const BookPtr& book);
+    const std::vector<BookPtr>& GetBooks() const { return mBooks; }
+    BookPtr GetActiveBook() const { return mActiveBook; }
+    void SetActiveBook(const BookPtr& book) { mActiveBook = book; }
+
+    // Where plug-ins register their actions and menu entries; without one, the host has no menus. Nothing is
+    // owned.
+    void SetActionManager(IActionManager* manager) { mActionManager = manager; }
+
+    // The unit in which lengths are shown (HostUnitID); points until set.
+    ClassID GetUnit() const { return mUnit; }
+    void SetUnit(ClassID unit) { mUnit = unit; }
+
+    // Whether a plug-in's window is modal: menus and panels are to rest then.
+    bool IsModal() const { return !mModalTokens.empty(); }
+
+    // Why the last command failed, as it stands in the log; empty after one that succeeded.
+    const QString& GetLastFailure() const { return mLastFailure; }
+
+    int32_t GetVersion() const override { return cVersion; }
+    HostPtr<ISession> QuerySession() override;
+    HostPtr<IUnitOfMeasureSettings> QueryUnitPreferences(IActiveContext* context) override;
+    HostPtr<ILayoutUtils> QueryLayoutUtils() override;
+    HostPtr<IDocumentUtils> QueryDocumentUtils() override;
+    HostPtr<IModalUtils> QueryModalUtils() override;
+    HostPtr<ICommand> CreateCommand(ClassID command) override;
+    ErrorCode ProcessCommand(ICommand& command) override;
+    void SetCancelObserver(ICancelObserver* observer) override { mCancelObserver = observer; }
+    HostPtr<IObjectModel> QueryObjectModel() override;
+    int32_t ModalAlert(const PMString& text, const PMString& button1, const PMString& button2,
+                       const PMString& button3, int32_t defaultButton, int32_t cancelButton) override;
+
+private:
+    // The objects that the host hands out stand for parts of it.
+    friend class HostAccess;
+
+    ScribusRunner mRunner;
+    IHostFrontend* mFrontend = nullptr;
+    ICancelObserver* mCancelObserver = nullptr;
+    std::vector<DocumentPtr> mDocuments;
+    std::vector<DocumentPtr> mHiddenDocuments;  // opened by a plug-in
+    DocumentPtr mActiveDocument;
+    std::vector<BookPtr> mBooks;
+    BookPtr mActiveBook;
+    IActionManager* mActionManager = nullptr;
+    ClassID mUnit = HostUnitID::cPoints;
+    std::vector<ModalToken> mModalTokens;
+    ModalToken mLastModalToken = cNoModalToken;
+    int mUntitledCount = 0;
+    std::unique_ptr<PdfSettings> mPdfSettings;  // those of the last PDF preferences command
+    QString mLastFailure;
+};
