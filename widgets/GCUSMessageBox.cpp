@@ -1,6 +1,7 @@
 #include "widgets/GCUSMessageBox.h"
 
 #include "widgets/GCUSModalDialog.h"
+#include "widgets/GCUSTranslation.h"
 
 #include <QMessageBox>
 #include <QPushButton>
@@ -28,12 +29,22 @@ void Prepare(QMessageBox& box, const GString& title, const GString& text)
     box.setText(text);
 }
 
+void AddOK(QMessageBox& box)
+{
+    box.addButton(QMessageBox::Ok)->setText(GCUSTranslation::Translate("GCUSMessageBox", "OK"));
+}
+
+void AddCancel(QMessageBox& box)
+{
+    box.addButton(QMessageBox::Cancel)->setText(GCUSTranslation::Translate("GCUSMessageBox", "Cancel"));
+}
+
 void ShowWithOK(QMessageBox::Icon icon, const GString& title, const GString& text)
 {
     QMessageBox box;
     Prepare(box, title, text);
     box.setIcon(icon);
-    box.setStandardButtons(QMessageBox::Ok);
+    AddOK(box);
     RunModally(box);
 }
 }  // namespace
@@ -53,6 +64,7 @@ bool GCUSMessageBox::ConfirmWarning(const GString& title, const GString& text)
     BoxWithoutDefault box;
     Prepare(box, title, text);
     box.setIcon(QMessageBox::Warning);
-    box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
+    AddOK(box);
+    AddCancel(box);
     return RunModally(box) == QMessageBox::Ok;
 }

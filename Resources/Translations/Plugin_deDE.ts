@@ -1,0 +1,221 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE" sourcelanguage="en">
+<context>
+    <name>GCPTAbstractAction</name>
+    <message>
+        <source>Export to Hopbox...</source>
+        <translation>An Hopbox exportieren...</translation>
+    </message>
+    <message>
+        <source>Export to Hopbox</source>
+        <translation>An Hopbox exportieren</translation>
+    </message>
+</context>
+<context>
+    <name>GCSPUSaveAsStamplexPDFDialog</name>
+    <message>
+        <source>Export to Hopbox</source>
+        <translation>An Hopbox exportieren</translation>
+    </message>
+    <message>
+        <source>&amp;PDF Settings:</source>
+        <translation>&amp;PDF-Einstellungen:</translation>
+    </message>
+    <message>
+        <source>Include &amp;File Package</source>
+        <translation>&amp;Dateipaket einschließen</translation>
+    </message>
+    <message>
+        <source>Check this option to deliver an InDesign file Package.</source>
+        <translation>Aktivieren Sie diese Option, um ein InDesign-Dateipaket mitzuliefern.</translation>
+    </message>
+    <message>
+        <source>Pages:</source>
+        <translation>Seiten:</translation>
+    </message>
+    <message>
+        <source>&amp;All</source>
+        <translation>&amp;Alle</translation>
+    </message>
+    <message>
+        <source>&amp;Range:</source>
+        <translation>&amp;Bereich:</translation>
+    </message>
+    <message>
+        <source>e.g. 1-5,8,11-13</source>
+        <translation>z. B. 1-5,8,11-13</translation>
+    </message>
+    <message>
+        <source>Page range</source>
+        <translation>Seitenbereich</translation>
+    </message>
+    <message>
+        <source>&amp;Options</source>
+        <translation>&amp;Optionen</translation>
+    </message>
+    <message>
+        <source>Hold down the &quot;Alt&quot; key to remove a Hopbox from the list.</source>
+        <translation>Halten Sie die Taste „Alt“ gedrückt, um eine Hopbox aus der Liste zu entfernen.</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>No PDF Settings found</source>
+        <translation>Keine PDF-Einstellungen gefunden</translation>
+    </message>
+    <message>
+        <source>Export as Stamplex PDF Error</source>
+        <translation>Fehler beim Export als Stamplex-PDF</translation>
+    </message>
+    <message>
+        <source>PDF settings are missing for %1. Launch the Hopbox manually and try again.</source>
+        <translation>Für %1 fehlen die PDF-Einstellungen. Starten Sie die Hopbox von Hand und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Export as Stamplex PDF error</source>
+        <translation>Fehler beim Export als Stamplex-PDF</translation>
+    </message>
+    <message>
+        <source>Unable to remove selected PDF setting.</source>
+        <translation>Die ausgewählte PDF-Einstellung konnte nicht entfernt werden.</translation>
+    </message>
+</context>
+<context>
+    <name>GCUSMessageBox</name>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>GCUSPDFSettingsAdjWdt</name>
+    <message>
+        <source>All Printer&apos;s &amp;Marks</source>
+        <translation>Alle Druckermar&amp;ken</translation>
+    </message>
+    <message>
+        <source>&amp;Crop</source>
+        <translation>&amp;Schnittmarken</translation>
+    </message>
+    <message>
+        <source>&amp;Bleed</source>
+        <translation>A&amp;nschnittmarken</translation>
+    </message>
+    <message>
+        <source>Re&amp;gistration</source>
+        <translation>Passer&amp;marken</translation>
+    </message>
+    <message>
+        <source>Co&amp;lor Bars</source>
+        <translation>&amp;Farbkontrollstreifen</translation>
+    </message>
+    <message>
+        <source>Page &amp;Information</source>
+        <translation>Seiten&amp;informationen</translation>
+    </message>
+    <message>
+        <source>&amp;Weight:</source>
+        <translation>S&amp;tärke:</translation>
+    </message>
+    <message>
+        <source>%1 pt</source>
+        <translation>%1 pt</translation>
+    </message>
+    <message>
+        <source>Offse&amp;t:</source>
+        <translation>&amp;Versatz:</translation>
+    </message>
+    <message>
+        <source>Bleed:</source>
+        <translation>Anschnitt:</translation>
+    </message>
+    <message>
+        <source>&amp;Use Document Bleed Settings</source>
+        <translation>Anschnitteinstell&amp;ungen des Dokuments verwenden</translation>
+    </message>
+    <message>
+        <source>Top:</source>
+        <translation>Oben:</translation>
+    </message>
+    <message>
+        <source>Bottom:</source>
+        <translation>Unten:</translation>
+    </message>
+    <message>
+        <source>Inside:</source>
+        <translation>Innen:</translation>
+    </message>
+    <message>
+        <source>Outside:</source>
+        <translation>Außen:</translation>
+    </message>
+    <message>
+        <source>Bleed at the top</source>
+        <translation>Anschnitt oben</translation>
+    </message>
+    <message>
+        <source>Bleed at the bottom</source>
+        <translation>Anschnitt unten</translation>
+    </message>
+    <message>
+        <source>Bleed on the inside</source>
+        <translation>Anschnitt innen</translation>
+    </message>
+    <message>
+        <source>Bleed on the outside</source>
+        <translation>Anschnitt außen</translation>
+    </message>
+    <message>
+        <source>Make all settings the same</source>
+        <translation>Alle Einstellungen gleichsetzen</translation>
+    </message>
+    <message>
+        <source>Include &amp;Slug Area (For Bleed)</source>
+        <translation>Infobereich &amp;einschließen (für Anschnitt)</translation>
+    </message>
+    <message>
+        <source>Pri&amp;nt Spreads</source>
+        <translation>Druckbögen aus&amp;geben</translation>
+    </message>
+</context>
+<context>
+    <name>GQUICollapsibleFrame</name>
+    <message>
+        <source>Collapsed</source>
+        <translation>Zugeklappt</translation>
+    </message>
+    <message>
+        <source>Expanded</source>
+        <translation>Aufgeklappt</translation>
+    </message>
+</context>
+<context>
+    <name>GQUIProgressWindow</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>GQUIUnitSpinBox</name>
+    <message>
+        <source>From %1 to %2, in any unit: 3 mm, 0.125 in, 1p6, 9 pt</source>
+        <translation>Von %1 bis %2, in jeder Einheit: 3 mm, 0,125 in, 1p6, 9 pt</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,221 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fr_FR" sourcelanguage="en">
+<context>
+    <name>GCPTAbstractAction</name>
+    <message>
+        <source>Export to Hopbox...</source>
+        <translation>Exporter vers Hopbox...</translation>
+    </message>
+    <message>
+        <source>Export to Hopbox</source>
+        <translation>Exporter vers Hopbox</translation>
+    </message>
+</context>
+<context>
+    <name>GCSPUSaveAsStamplexPDFDialog</name>
+    <message>
+        <source>Export to Hopbox</source>
+        <translation>Exporter vers Hopbox</translation>
+    </message>
+    <message>
+        <source>&amp;PDF Settings:</source>
+        <translation>Réglages &amp;PDF&#xa0;:</translation>
+    </message>
+    <message>
+        <source>Include &amp;File Package</source>
+        <translation>Inclure l&apos;a&amp;ssemblage de fichiers</translation>
+    </message>
+    <message>
+        <source>Check this option to deliver an InDesign file Package.</source>
+        <translation>Cochez cette option pour livrer un assemblage de fichiers InDesign.</translation>
+    </message>
+    <message>
+        <source>Pages:</source>
+        <translation>Pages&#xa0;:</translation>
+    </message>
+    <message>
+        <source>&amp;All</source>
+        <translation>&amp;Toutes</translation>
+    </message>
+    <message>
+        <source>&amp;Range:</source>
+        <translation>Pla&amp;ge&#xa0;:</translation>
+    </message>
+    <message>
+        <source>e.g. 1-5,8,11-13</source>
+        <translation>p. ex. 1-5,8,11-13</translation>
+    </message>
+    <message>
+        <source>Page range</source>
+        <translation>Plage de pages</translation>
+    </message>
+    <message>
+        <source>&amp;Options</source>
+        <translation>&amp;Options</translation>
+    </message>
+    <message>
+        <source>Hold down the &quot;Alt&quot; key to remove a Hopbox from the list.</source>
+        <translation>Maintenez la touche «&#xa0;Alt&#xa0;» enfoncée pour retirer une Hopbox de la liste.</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Retirer</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>No PDF Settings found</source>
+        <translation>Aucun réglage PDF trouvé</translation>
+    </message>
+    <message>
+        <source>Export as Stamplex PDF Error</source>
+        <translation>Erreur lors de l&apos;exportation en PDF Stamplex</translation>
+    </message>
+    <message>
+        <source>PDF settings are missing for %1. Launch the Hopbox manually and try again.</source>
+        <translation>Réglages PDF manquants pour %1. Lancez la Hopbox manuellement, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Export as Stamplex PDF error</source>
+        <translation>Erreur lors de l&apos;exportation en PDF Stamplex</translation>
+    </message>
+    <message>
+        <source>Unable to remove selected PDF setting.</source>
+        <translation>Impossible de retirer le réglage PDF sélectionné.</translation>
+    </message>
+</context>
+<context>
+    <name>GCUSMessageBox</name>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+</context>
+<context>
+    <name>GCUSPDFSettingsAdjWdt</name>
+    <message>
+        <source>All Printer&apos;s &amp;Marks</source>
+        <translation>Tous les repères d&apos;i&amp;mpression</translation>
+    </message>
+    <message>
+        <source>&amp;Crop</source>
+        <translation>Traits de &amp;coupe</translation>
+    </message>
+    <message>
+        <source>&amp;Bleed</source>
+        <translation>Repères de &amp;fond perdu</translation>
+    </message>
+    <message>
+        <source>Re&amp;gistration</source>
+        <translation>&amp;Repères de montage</translation>
+    </message>
+    <message>
+        <source>Co&amp;lor Bars</source>
+        <translation>Gamme de cou&amp;leurs</translation>
+    </message>
+    <message>
+        <source>Page &amp;Information</source>
+        <translation>&amp;Informations sur la page</translation>
+    </message>
+    <message>
+        <source>&amp;Weight:</source>
+        <translation>Épaisse&amp;ur&#xa0;:</translation>
+    </message>
+    <message>
+        <source>%1 pt</source>
+        <translation>%1 pt</translation>
+    </message>
+    <message>
+        <source>Offse&amp;t:</source>
+        <translation>&amp;Décalage&#xa0;:</translation>
+    </message>
+    <message>
+        <source>Bleed:</source>
+        <translation>Fond perdu&#xa0;:</translation>
+    </message>
+    <message>
+        <source>&amp;Use Document Bleed Settings</source>
+        <translation>Utiliser les paramètres de fond perdu du docume&amp;nt</translation>
+    </message>
+    <message>
+        <source>Top:</source>
+        <translation>Haut&#xa0;:</translation>
+    </message>
+    <message>
+        <source>Bottom:</source>
+        <translation>Bas&#xa0;:</translation>
+    </message>
+    <message>
+        <source>Inside:</source>
+        <translation>Intérieur&#xa0;:</translation>
+    </message>
+    <message>
+        <source>Outside:</source>
+        <translation>Extérieur&#xa0;:</translation>
+    </message>
+    <message>
+        <source>Bleed at the top</source>
+        <translation>Fond perdu en haut</translation>
+    </message>
+    <message>
+        <source>Bleed at the bottom</source>
+        <translation>Fond perdu en bas</translation>
+    </message>
+    <message>
+        <source>Bleed on the inside</source>
+        <translation>Fond perdu à l&apos;intérieur</translation>
+    </message>
+    <message>
+        <source>Bleed on the outside</source>
+        <translation>Fond perdu à l&apos;extérieur</translation>
+    </message>
+    <message>
+        <source>Make all settings the same</source>
+        <translation>Uniformiser tous les paramètres</translation>
+    </message>
+    <message>
+        <source>Include &amp;Slug Area (For Bleed)</source>
+        <translation>Inclure la &amp;zone de ligne-bloc (pour le fond perdu)</translation>
+    </message>
+    <message>
+        <source>Pri&amp;nt Spreads</source>
+        <translation>Imprimer les planc&amp;hes</translation>
+    </message>
+</context>
+<context>
+    <name>GQUICollapsibleFrame</name>
+    <message>
+        <source>Collapsed</source>
+        <translation>Réduit</translation>
+    </message>
+    <message>
+        <source>Expanded</source>
+        <translation>Développé</translation>
+    </message>
+</context>
+<context>
+    <name>GQUIProgressWindow</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+</context>
+<context>
+    <name>GQUIUnitSpinBox</name>
+    <message>
+        <source>From %1 to %2, in any unit: 3 mm, 0.125 in, 1p6, 9 pt</source>
+        <translation>De %1 à %2, dans toute unité&#xa0;: 3 mm, 0,125 in, 1p6, 9 pt</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,14 @@
+# The target `translations` builds Plugin_deDE.qm and its like into the folder `translations` of the build.
+find_program(LRELEASE_PROGRAM NAMES lrelease-qt5 lrelease HINTS /usr/lib/qt5/bin REQUIRED)
+set(translations_folder "${CMAKE_BINARY_DIR}/translations")
+file(MAKE_DIRECTORY "${translations_folder}")
+set(compiled_translations)
+foreach(language deDE frFR)
+  set(source "${CMAKE_SOURCE_DIR}/Resources/Translations/Plugin_${language}.ts")
+  set(compiled "${translations_folder}/Plugin_${language}.qm")
+  add_custom_command(OUTPUT "${compiled}"
+    COMMAND "${LRELEASE_PROGRAM}" -silent "${source}" -qm "${compiled}"
+    DEPENDS "${source}" VERBATIM)
+  list(APPEND compiled_translations "${compiled}")
+endforeach()
+add_custom_target(translations DEPENDS ${compiled_translations})
