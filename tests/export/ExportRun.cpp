@@ -61,7 +61,8 @@ void ExportParty::Export(const GString& key, const std::function<void(GCPTSaveAs
 
 GString MakeHopbox(const GString& name, const QStringList& settings)
 {
-    const GPathName folder(HopboxRegistry::GetSettingsFolder().GetChild(QString::number(qHash(name))));
+    const GPathName folder(
+        HopboxRegistry::GetCacheFolder().GetChild(QStringLiteral("Settings/%1").arg(qHash(name))));
     GFileSystemBase::CreateFolder(folder);
     const GPathName jobOptions = folder.GetChild(QStringLiteral("a.joboptions"));
     EXPECT_TRUE(WriteFile(jobOptions.GetNativePath(), "<< /A 1 >>"));

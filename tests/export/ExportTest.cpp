@@ -1,4 +1,5 @@
 #include "ExportRun.h"
+#include "Receiver.h"
 #include "export/JobOptionsFolder.h"
 #include "export/WorkFolder.h"
 #include "foundation/system/PSystem.h"
@@ -6,48 +7,9 @@
 #include "hopbox/HopboxRegistry.h"
 #include "tests/support/ChildProcess.h"
 
-#include <QCoreApplication>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
-
-namespace
-{
-QString GetProgram(const char* name)
-{
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/../bin/") + QString::fromLatin1(name);
-}
-
-// A receiving process that takes so many jobs up and ends.
-class Receiver
-{
-public:
-    Receiver(const QString& inbox, int count)
-    {
-        mProcess.start(GetProgram("PrinterProcessorWin.exe"),
-                       {QStringLiteral("--inbox"), inbox, QStringLiteral("--count"), QString::number(count),
-                        QStringLiteral("--timeout"), QStringLiteral("60")});
-        mProcess.setReadChannel(QProcess::StandardError);
-        while (!mProcess.canReadLine() && mProcess.waitForReadyRead())
-            ;
-        EXPECT_TRUE(mProcess.readLine().contains("ready"));
-        mProcess.setReadChannel(QProcess::StandardOutput);
-    }
-
-    // What it says of each job, when it has ended.
-    QList<QJsonObject> GetJobs()
-    {
-        EXPECT_TRUE(mProcess.waitForFinished(60000));
-        QList<QJsonObject> jobs;
-        for (const QByteArray& line : mProcess.readAll().trimmed().split('\n'))
-            jobs.append(QJsonDocument::fromJson(line).object());
-        return jobs;
-    }
-
-private:
-    QProcess mProcess;
-};
-}  // namespace
 
 class ExportTest : public ExportFixture
 {
