@@ -1,5 +1,6 @@
 #include "plugin/shell/PlugIn.h"
 
+#include "export/dialog/RunExportDialog.h"
 #include "plugin/host/HostCalls.h"
 #include "plugin/shell/GIDCSPActionComponent.h"
 #include "plugin/shell/ModuleResidence.h"
@@ -60,8 +61,7 @@ IActionComponent* PlugIn::CreateActionComponent(PMString& error)
     if (!error.IsEmpty())
         return nullptr;
     try {
-        // The selection dialog is not part of this build yet; choosing the action says so.
-        mActionComponent = std::make_unique<GIDCSPActionComponent>(GIDCSPActionComponent::DialogRunner());
+        mActionComponent = std::make_unique<GIDCSPActionComponent>(RunExportDialog);
     } catch (const std::exception& exception) {
         error = PMString::Untranslated(GString::fromUtf8(exception.what()));
     }

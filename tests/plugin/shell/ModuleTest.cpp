@@ -1,24 +1,23 @@
+#include "ExportRun.h"
 #include "FakeStateList.h"
-#include "export/PlugInPrefModule.h"
-#include "foundation/system/GFileSystemBase.h"
+#include "Receiver.h"
+#include "hopbox/HopboxRegistry.h"
 #include "plugin/host/CActionComponent.h"
 #include "plugin/host/IPlugIn.h"
-#include "tests/support/Sandbox.h"
-#include "tests/support/fake_host/FakeHost.h"
+#include "tests/support/WindowDriver.h"
 
 #include <QApplication>
 #include <QFileInfo>
 #include <QLibrary>
-#include <QTimer>
-#include <QWidget>
-
-#include <gtest/gtest.h>
+#include <QRadioButton>
+#include <QTest>
 
 #include <functional>
 
 namespace
 {
 constexpr ActionID cDocument = 1674244;
+constexpr ActionID cBook = 1674246;
 
 // The module as a host has it: loaded at run time, and known by its entry alone.
 class Module : public testing::Test
@@ -56,6 +55,20 @@ protected:
         IActionComponent* component = plugIn->CreateActionComponent(text);
         error = text.GetString();
         return component;
+    }
+
+    // One document of three pages in front, which is also the book.
+    void MakeDocumentAndBook()
+    {
+        FakeDocument document;
+        document.name = QStringLiteral("Report.indd");
+        document.path = sandbox.GetPath(document.name);
+        document.pageCount = 3;
+        host.documents = {document};
+        FakeBook book;
+        book.path = sandbox.GetPath(QStringLiteral("Year.indb"));
+        book.documentPaths = QStringList{document.path};
+        host.books = {book};
     }
 
     Sandbox sandbox;
@@ -169,14 +182,76 @@ TEST_F(Module, SpeaksTheLanguageOfItsSettings)
     settings.Set("General", "Language", QStringLiteral("deDE"));
     settings.FlushPrefs();
 
+    MakeHopbox(QStringLiteral("Press"));
+    HopboxRegistry().ChangeEntry(QStringLiteral("Press"), [](HopboxRegistryEntry& entry) {
+        entry.contextFilePath = GPathName();  // its export fails
+    });
     ASSERT_EQ(GiveServices(&host), QString());
     IActionComponent* component = Create();
     ASSERT_NE(component, nullptr) << error.toStdString();
-    QString title;
-    QTimer::singleShot(0, QCoreApplication::instance(), [&] {
-        title = QApplication::activeModalWidget()->windowTitle();
-        QApplication::activeModalWidget()->close();
-    });
+    WindowDriver driver({[](QWidget& dialog) {
+                             EXPECT_EQ(dialog.windowTitle(), QStringLiteral("An Hopbox exportieren"));
+                             FindWithText(dialog, "Dateipaket einschlie\u00DFen");
+                             WindowDriver::Click(Qt::Key_Return);
+                         },
+                         [](QWidget& alert) {
+                             EXPECT_EQ(alert.windowTitle(), QStringLiteral("Fehler beim Export an Hopbox"));
+                             WindowDriver::Click(Qt::Key_Escape);
+                         }});
     component->DoAction(nullptr, cDocument, nullptr);
-    EXPECT_EQ(title, QStringLiteral("Fehler beim Export an Hopbox"));
+}
+
+// From the menu choice to the ticket that a running Hopbox process takes up, with no hand on the mouse: the
+// second Hopbox of the list, pages 2 and 3.
+TEST_F(Module, ExportsThroughItsDialogByKeysAlone)
+{
+    struct Case
+    {
+        const char* name;
+        bool isQtProgram;
+        ActionID action;
+    };
+    for (const Case& entry : {Case{"document, Qt program", true, cDocument},
+                              {"document, other program", false, cDocument},
+                              {"book, other program", false, cBook}}) {
+        SCOPED_TRACE(entry.name);
+        int count = 1;
+        char name[] = "host";
+        char* list[] = {name, nullptr};
+        const auto own = entry.isQtProgram ? std::make_unique<QApplication>(count, list) : nullptr;
+        HopboxRegistry().Clear();
+        MakeHopbox(QStringLiteral("A"));
+        MakeHopbox(QStringLiteral("B"), {QStringLiteral("UserSettings=true")});
+        for (const char* actor : {"A", "B"})
+            HopboxRegistry().ChangeEntry(QLatin1String(actor), [&](HopboxRegistryEntry& record) {
+                record.pdfSettings = QStringLiteral("Settings ") + QLatin1String(actor);
+            });
+        MakeDocumentAndBook();
+        ASSERT_EQ(GiveServices(&host), QString());
+        IActionComponent* component = Create();
+        ASSERT_NE(component, nullptr) << error.toStdString();
+        Receiver receiver(sandbox.GetPath(QStringLiteral("Inbox")), 1);
+        {
+            WindowDriver driver({[&](QWidget& dialog) {
+                WindowDriver::Click(Qt::Key_Down);
+                if (entry.action == cDocument) {
+                    WindowDriver::Click(Qt::Key_R, Qt::AltModifier);
+                    const auto* range = qobject_cast<QRadioButton*>(FindWithText(dialog, "Range:"));
+                    EXPECT_TRUE(QTest::qWaitFor([&] { return range->isChecked(); }));
+                    WindowDriver::Click(Qt::Key_Tab);
+                    WindowDriver::Type(QStringLiteral("2-3"));
+                }
+                WindowDriver::Click(Qt::Key_Return);
+            }});
+            component->DoAction(nullptr, entry.action, nullptr);
+        }
+        const QList<QJsonObject> jobs = receiver.GetJobs();
+        ASSERT_EQ(jobs.size(), 1);
+        EXPECT_EQ(jobs.front().value(QStringLiteral("PrinterName")).toString(), QStringLiteral("B"));
+        EXPECT_TRUE(ReadFile(jobs.front().value(QStringLiteral("saved")).toString()).startsWith("%PDF"));
+        if (entry.action == cDocument) {
+            EXPECT_EQ(host.commands.back()->pages, (std::vector<UID>{GetPageUID(2), GetPageUID(3)}));
+        }
+        plugIn->Unload();
+    }
 }

@@ -1,0 +1,105 @@
+#pragma once
+
+#include "export/dialog/HopboxList.h"
+#include "widgets/GQUIWindow.h"
+
+#include <QPointer>
+
+class GCPTSaveAsTool;
+class GCUSPDFSettingsAdjWdt;
+class GQUICollapsibleFrame;
+class QBoxLayout;
+class QCheckBox;
+class QComboBox;
+class QDialogButtonBox;
+class QGridLayout;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QRadioButton;
+
+// The dialog in which the user chooses a Hopbox for an export, under the name of its PDF settings, and what
+// the export is to hold. OK closes it and runs the export of the tool. What is offered beside the list is up
+// to the tool's options and to the chosen Hopbox's settings.
+//
+// While the Alt key is down, the OK button reads "Remove" and withdraws the selected Hopbox from the list;
+// the dialog stays open.
+//
+// The last choice, and for each Hopbox whether its file package was wanted, are kept in PlugInPreferences.
+// For the main thread.
+class GCSPUSaveAsStamplexPDFDialog : public GQUIWindow
+{
+    Q_OBJECT
+
+public:
+    // Lists the Hopboxes; alerts about those that can't be read come before the dialog is seen. The tool
+    // outlives the dialog.
+    GCSPUSaveAsStamplexPDFDialog(QWidget* parent, GCPTSaveAsTool& tool);
+    ~GCSPUSaveAsStamplexPDFDialog() override;
+
+protected:
+    bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
+
+private slots:
+    void OkOrRemoveClicked();
+    void OnPDFSettingsSelectionChanged(int index);
+    void OnRadioGroupClicked(int id);
+    void OnCollapsibleButtonClicked();
+    void OnIncludeFilePackageToggled(bool isChecked);
+    void OnExit();
+
+private:
+    // What the OK button does.
+    enum class OkMode
+    {
+        cOK = 0,
+        cRemove = 1
+    };
+
+    void CreateWidgets();
+    void CreatePageRange();
+    void CreateOptions();
+    void CreateButtons();
+    QGridLayout* MakeGrid();
+    QBoxLayout* MakeButtonRow();
+    void SetTabOrder();
+    void ConnectSignals();
+
+    void FillPDFSettings();
+    void ReadHopboxes();
+    void ShowMissing();
+    const HopboxList::Item* GetItem(int index) const;  // null for -1
+    bool ChoosePackage(const HopboxList::Item& item, bool isUserChoice, bool isDefault);
+    void UpdateOkButton();
+
+    void RemoveSelected();
+    void Submit();
+    void StoreChoices();
+
+    void SetMode(OkMode mode);
+    void TakeFocus();
+    void GiveFocusBack();
+
+    GCPTSaveAsTool& mTool;
+    HopboxList mHopboxes;  // in the order of the combo box
+    OkMode mMode = OkMode::cOK;
+    QPointer<QWidget> mFocusBeforeAlt;
+
+    QLabel* mPDFSettingsLabel;
+    QComboBox* mPDFSettings;
+    QLabel* mPagesLabel;
+    QRadioButton* mAllPages;
+    QRadioButton* mRange;
+    QLineEdit* mPageRange;
+    QCheckBox* mIncludePackage;
+    GQUICollapsibleFrame* mOptions;
+    GCUSPDFSettingsAdjWdt* mAdjustment;
+    QLabel* mMessage;
+    QLabel* mAltHint;
+    QDialogButtonBox* mButtons;
+    QPushButton* mOkButton;
+};

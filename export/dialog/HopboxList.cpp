@@ -1,0 +1,43 @@
+#include "export/dialog/HopboxList.h"
+
+#include "foundation/core/GException.h"
+#include "foundation/trace/GTrace.h"
+#include "hopbox/HopboxRegistry.h"
+
+#include <algorithm>
+
+HopboxList HopboxList::Read()
+{
+    HopboxList list;
+    const HopboxRegistry registry;
+    for (const GString& key : registry.GetKeys()) {
+        std::optional<HopboxRecord> record = registry.GetRecord(key);
+        if (!record) {
+            list.mUnreadableKeys.append(key);
+        } else if (record->entry.isPlugin) {
+            const GString text = record->entry.pdfSettings.isEmpty() ? key : record->entry.pdfSettings;
+            list.mItems.push_back({key, text, std::move(*record)});
+        }
+    }
+    std::stable_sort(list.mItems.begin(), list.mItems.end(),
+                     [](const Item& left, const Item& right) { return left.text < right.text; });
+    return list;
+}
+
+int HopboxList::FindKey(const GString& key) const
+{
+    const auto found =
+        std::find_if(mItems.begin(), mItems.end(), [&](const Item& item) { return item.key == key; });
+    return found == mItems.end() ? -1 : static_cast<int>(found - mItems.begin());
+}
+
+bool HopboxList::Withdraw(const GString& key)
+{
+    try {
+        return !key.isEmpty() &&
+               HopboxRegistry().ChangeEntry(key, [](HopboxRegistryEntry& entry) { entry.isPlugin = false; });
+    } catch (const GException& error) {
+        GTrace::Error(QStringLiteral("HopboxList::Withdraw"), error.GetDescription());
+        return false;
+    }
+}

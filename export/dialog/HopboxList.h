@@ -1,0 +1,45 @@
+#pragma once
+
+#include "hopbox/HopboxRegistryEntry.h"
+
+#include <QStringList>
+
+#include <vector>
+
+// The Hopboxes that offer themselves to the plug-in, as the registry held them at one moment. For the main
+// thread.
+class HopboxList
+{
+public:
+    struct Item
+    {
+        GString key;   // in the registry
+        GString text;  // what the user sees: the name of the PDF settings, or the key where that is empty
+        HopboxRecord record;
+    };
+
+    // No Hopbox.
+    HopboxList() = default;
+
+    // Reads the registry, and each of its records, once. Raises what the registry raises.
+    static HopboxList Read();
+
+    // In ascending order of their texts; those of one text in the registry's order.
+    const std::vector<Item>& GetItems() const { return mItems; }
+
+    // The keys of the records that can't be read, in the registry's order. Whether they would offer
+    // themselves is not known.
+    const QStringList& GetUnreadableKeys() const { return mUnreadableKeys; }
+
+    // The position of a key among the items; -1 when it is not there.
+    int FindKey(const GString& key) const;
+
+    // Makes a Hopbox offer itself no longer; its entry stays in the registry. The entry is changed as it
+    // stands by now, so that what another process did to it, or to others, is kept. False when there is no
+    // such entry or the registry can't be written.
+    static bool Withdraw(const GString& key);
+
+private:
+    std::vector<Item> mItems;
+    QStringList mUnreadableKeys;
+};

@@ -1,0 +1,76 @@
+#include "WindowDriver.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDialog>
+#include <QLabel>
+#include <QTest>
+#include <QWindow>
+
+#include <gtest/gtest.h>
+
+WindowDriver::WindowDriver(std::deque<Step> steps) : mSteps(std::move(steps))
+{
+    QObject::connect(&mTimer, &QTimer::timeout, [this] { LookAtWindows(); });
+    mTimer.start(1);
+}
+
+WindowDriver::~WindowDriver()
+{
+    EXPECT_EQ(mSteps.size(), 0U) << "windows that never came";
+}
+
+void WindowDriver::LookAtWindows()
+{
+    const QPointer<QWidget> window = QApplication::activeModalWidget();
+    if (window == nullptr || mSeen.contains(window) || !window->isActiveWindow())
+        return;
+    mSeen.append(window);
+    if (mSteps.empty()) {
+        ADD_FAILURE() << "a window that nobody expects: " << window->windowTitle().toStdString();
+        window->close();
+        return;
+    }
+    const Step step = mSteps.front();
+    mSteps.pop_front();
+    step(*window);
+}
+
+void WindowDriver::Click(Qt::Key key, Qt::KeyboardModifiers modifiers)
+{
+    Press(key, modifiers);
+    Release(key, modifiers);
+}
+
+void WindowDriver::Press(Qt::Key key, Qt::KeyboardModifiers modifiers)
+{
+    if (QWindow* window = QGuiApplication::focusWindow())
+        QTest::keyPress(window, key, modifiers);
+}
+
+void WindowDriver::Release(Qt::Key key, Qt::KeyboardModifiers modifiers)
+{
+    if (QWindow* window = QGuiApplication::focusWindow())
+        QTest::keyRelease(window, key, modifiers);
+}
+
+void WindowDriver::Type(const QString& text)
+{
+    for (const QChar character : text)
+        if (QWindow* window = QGuiApplication::focusWindow())
+            QTest::keyClick(window, character.toLatin1());
+}
+
+QWidget* FindWithText(const QWidget& window, const char* text)
+{
+    const QString wanted = QString::fromUtf8(text);
+    const auto isWanted = [&](QString shown) { return shown.remove(QLatin1Char('&')) == wanted; };
+    for (QAbstractButton* button : window.findChildren<QAbstractButton*>())
+        if (isWanted(button->text()))
+            return button;
+    for (QLabel* label : window.findChildren<QLabel*>())
+        if (isWanted(label->text()))
+            return label;
+    ADD_FAILURE() << "no " << text;
+    return nullptr;
+}
