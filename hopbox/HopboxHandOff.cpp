@@ -17,6 +17,8 @@ namespace
 {
 constexpr int32_t cPort = 10987;
 
+const GString cSource = QStringLiteral("HopboxHandOff::Deliver");
+
 const GString& GetPortName()
 {
     static const GString name = GStringSupport::FromInt32(cPort);
@@ -57,9 +59,10 @@ bool Deliver(int32_t kind, const GBuffer& payload, OwnProcess ownProcess)
                 continue;
             manager->Post(process, kind, payload);
             isSent = true;
+            GTrace::Debug(cSource, QStringLiteral("Process %1 was sent message %2.").arg(process).arg(kind));
         }
     } catch (const std::exception& error) {
-        GTrace::Error(QStringLiteral("HopboxHandOff::Deliver"), GString::fromUtf8(error.what()));
+        GTrace::Error(cSource, GString::fromUtf8(error.what()));
     }
     return isSent;
 }
