@@ -1,4 +1,4 @@
-#include "PrinterProcessor.h"
+#include "tests/support/PrinterProcessor.h"
 
 #include <QCoreApplication>
 #include <QJsonDocument>

@@ -1,8 +1,8 @@
-#include "PrinterProcessor.h"
-
+#include "StopProcess.h"
 #include "foundation/ipc/GPPIPCManager.h"
 #include "foundation/system/PSystem.h"
 #include "hopbox/HopboxHandOff.h"
+#include "tests/support/PrinterProcessor.h"
 
 #include <QCoreApplication>
 

@@ -1,8 +1,7 @@
-#include "PrinterProcessor.h"
-
 #include "foundation/ipc/GPPIPCManager.h"
 #include "hopbox/HopboxHandOff.h"
 #include "hopbox/HopboxJobTicket.h"
+#include "tests/support/PrinterProcessor.h"
 #include "tests/support/TestFiles.h"
 
 #include <QDir>

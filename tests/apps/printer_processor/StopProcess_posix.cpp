@@ -1,4 +1,4 @@
-#include "PrinterProcessor.h"
+#include "StopProcess.h"
 
 #include <csignal>
 

@@ -1,4 +1,4 @@
-#include "PrinterProcessor.h"
+#include "StopProcess.h"
 
 void StopProcess(uint32_t, StopKind) {}
 

@@ -4,10 +4,10 @@
 #include "export/GCPTSaveAsTool.h"
 #include "foundation/core/GUnitSupport.h"
 #include "foundation/startup/GBasicFrameworkCoreLayer.h"
-#include "foundation/strings/GUserMessage.h"
 #include "foundation/system/GFileSystemBase.h"
 #include "plugin/shell/GIDCSPStartupShutdown.h"
 #include "plugin/shell/PlugInServices.h"
+#include "tests/support/AlertRecorder.h"
 #include "tests/support/Sandbox.h"
 #include "tests/support/fake_host/FakeHost.h"
 #include "widgets/GCUSModal.h"
@@ -24,22 +24,6 @@ constexpr ActionID cAbout = 1674240;
 constexpr ActionID cDocument = 1674244;
 constexpr ActionID cBook = 1674246;
 
-// Alerts that a test reads instead of closing.
-class RecordedMessages : public GUserMessage
-{
-public:
-    explicit RecordedMessages(QStringList& errors) : mErrors(errors) {}
-    void ShowInfoMessage(const GString&, const GString&) override {}
-    void ShowErrorMessage(const GString& title, const GString& text) override
-    {
-        mErrors.append(title + QLatin1Char('|') + text);
-    }
-    bool ShowWarningMessage(const GString&, const GString&) override { return false; }
-
-private:
-    QStringList& mErrors;
-};
-
 class ActionComponent : public testing::Test
 {
 protected:
@@ -49,7 +33,7 @@ protected:
     void Start(GIDCSPActionComponent::DialogRunner runDialog)
     {
         component = std::make_unique<GIDCSPActionComponent>(std::move(runDialog));
-        GUserMessage::SetInstance(std::make_unique<RecordedMessages>(errors));
+        GUserMessage::SetInstance(std::make_unique<AlertRecorder>(errors));
     }
 
     Sandbox sandbox;
