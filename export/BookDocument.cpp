@@ -4,9 +4,11 @@
 #include "plugin/host/HostCalls.h"
 #include "plugin/messages/MessageCodes.h"
 
-BookDocument::BookDocument(const IDFile& file) : mUtils(UtilsBoss::QueryUtils<IDocumentUtils>())
+BookDocument::BookDocument(const IDFile& file)
 {
-    if (mUtils && !file.IsEmpty())
+    if (!file.IsEmpty())
+        mUtils = UtilsBoss::QueryUtils<IDocumentUtils>();
+    if (mUtils)
         mDocument = mUtils->FindOpenDocument(file);
     if (!mDocument)
         Open(file);
@@ -20,7 +22,7 @@ BookDocument::~BookDocument()
 
 void BookDocument::Open(const IDFile& file)
 {
-    if (!mUtils || file.IsEmpty() || mUtils->OpenDocument(file, mDocument) != cSuccess)
+    if (!mUtils || mUtils->OpenDocument(file, mDocument) != cSuccess)
         mError = PlugInMessage::cDocumentNotOpened;
     else if (!mDocument)
         mError = PlugInMessage::cDocumentInvalid;

@@ -26,10 +26,9 @@ TEST_F(CrashTest, TheNextStartSweepsWhatAKilledExportLeftAndNothingElse)
 {
     constexpr int cKills = 50;
     constexpr unsigned long cLongestExport = 60000;  // microseconds
-    const GString key = MakeHopbox(QStringLiteral("Press"));
-    const GPathName own =
-        JobOptionsFolder::GetPath().GetChild(QStringLiteral("Morvane_Hopbox_PDF.joboptions"));
-    const GPathName stranger = GetTemporary().GetChild(QStringLiteral("abcde"));
+    const GString key = MakeHopbox("Press"_q);
+    const GPathName own = JobOptionsFolder::GetPath().GetChild("Morvane_Hopbox_PDF.joboptions"_q);
+    const GPathName stranger = GetTemporary().GetChild("abcde"_q);
     GFileSystemBase::CreateFolder(own.GetParent());
     ASSERT_TRUE(WriteFile(own.GetNativePath(), "the user's own"));
     GFileSystemBase::CreateFolder(stranger);
@@ -37,21 +36,20 @@ TEST_F(CrashTest, TheNextStartSweepsWhatAKilledExportLeftAndNothingElse)
     int leftovers = 0;
     for (int kill = 0; kill < cKills; ++kill) {
         {
-            ChildProcess child(QStringLiteral("ExportForever"), {key});
+            ChildProcess child("ExportForever"_q, {key});
             ASSERT_EQ(child.ReadLine(), QByteArray("exporting"));
             QThread::usleep(random() % cLongestExport);
             child.Kill();
         }
         leftovers +=
             QDir(GetTemporary().GetNativePath()).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size() - 2;
-        GPreferences::SetPrefModule(GPreferences::cUserFileModule,
-                                    std::make_unique<PlugInPrefModule>(PlugInStore::GetFile()));
+        store.Reopen();
         PlugInPreferences::Initialize();
         PlugInPreferences::Release();
 
         EXPECT_EQ(List(JobOptionsFolder::GetPath()), QStringList{own.GetLeaf()});
         const QStringList files = List(GetTemporary());
-        EXPECT_TRUE(files.contains(QStringLiteral("abcde/")));
+        EXPECT_TRUE(files.contains("abcde/"_q));
         int folders = 0;
         for (const QString& file : files) {
             const bool isFolder = file.endsWith(QLatin1Char('/'));
@@ -61,11 +59,9 @@ TEST_F(CrashTest, TheNextStartSweepsWhatAKilledExportLeftAndNothingElse)
                 << file.toStdString();
         }
         EXPECT_EQ(folders, 2) << files.join(QLatin1Char(' ')).toStdString();
-        std::vector<GBuffer> keys;
-        PlugInPrefModule(PlugInStore::GetFile()).GetGroupPreferences("SmartFileList", keys);
-        EXPECT_EQ(keys.size(), 1u);
+        EXPECT_EQ(PlugInStore::ReadList().GetCount(), 1);
     }
     EXPECT_GT(leftovers, 0);  // else no export was caught in the middle
     EXPECT_EQ(ReadFile(own.GetNativePath()), QByteArray("the user's own"));
-    EXPECT_EQ(List(PlugInStore::GetFile().GetParent()).filter(QStringLiteral(".new")).size(), 0);
+    EXPECT_EQ(List(PlugInStore::GetFile().GetParent()).filter(".new"_q).size(), 0);
 }

@@ -1,180 +1,257 @@
 #include "ExportRun.h"
 #include "export/JobOptionsFolder.h"
-#include "export/WorkFolder.h"
-#include "foundation/core/GException.h"
 #include "hopbox/HopboxRegistry.h"
 
 #include <algorithm>
 
-// No Hopbox process runs in these tests, so an export that succeeds ends with this.
-static const QString cNobodyTakesIt =
-    QStringLiteral("Unable to automatically launch Hopbox. Launch the Hopbox manually and try again.");
-
+// No Hopbox process runs in these tests, so an export that succeeds ends with the alert that says so. Every
+// export is to make a file package too.
 class ExportFailuresTest : public ExportFixture
 {
 protected:
-    ExportFailuresTest()
-    {
-        GFileSystemBase::TryToRemoveFile(HopboxRegistry::GetPathName());
-        key = MakeHopbox(cName);
-    }
+    ExportFailuresTest() : key(MakeHopbox("Press"_q, "IncludeFilePackage=true"_list)) {}
 
-    // What must hold after every export, whatever came of it: nothing of the plug-in's is left but the PDF.
-    void CheckNothingIsLeft(const ExportParty& party) const
+    // What must hold after every export, whatever came of it: nothing of the plug-in's is left but what the
+    // host has made, and the action knows of that.
+    void CheckWhatIsLeft(const ExportParty& party) const
     {
-        EXPECT_TRUE(party.host.GetUnreleased().isEmpty())
-            << party.host.GetUnreleased().join(QLatin1Char(' ')).toStdString();
+        EXPECT_EQ(party.host.GetUnreleased(), QStringList());
         EXPECT_TRUE(List(JobOptionsFolder::GetPath()).isEmpty());
-        QStringList files = List(GetTemporary());
-        files.erase(std::remove_if(files.begin(), files.end(),
-                                   [](const QString& name) { return name.endsWith(QLatin1Char('/')); }),
-                    files.end());
-        EXPECT_EQ(files.size(), party.action.GetPDFPath().IsEmpty() ? 0 : 1)
-            << files.join(QLatin1Char(' ')).toStdString();
-        EXPECT_LE(List(GetTemporary()).size() - files.size(), 2);  // the user's folder and the Hopbox's
-        std::vector<GBuffer> keys;
-        PlugInPrefModule(PlugInStore::GetFile()).GetGroupPreferences("SmartFileList", keys);
-        EXPECT_EQ(keys.size(), 1u);
+        EXPECT_EQ(PlugInStore::ReadList().GetCount(), 1);
+        const auto& commands = party.host.commands;
+        const auto& packages = party.host.packages;
+        const bool hasPDF =
+            std::any_of(commands.begin(), commands.end(), [](const std::shared_ptr<FakeCommandRecord>& run) {
+                return run->hasRun && run->commandClass != HostClassID::cPDFPreferencesCommand;
+            });
+        const bool hasPackage = !packages.empty() && packages.back()->hasRun;
+        EXPECT_EQ(QFileInfo(party.action.GetPDFPath().GetNativePath()).isFile(), hasPDF);
+        EXPECT_EQ(QFileInfo(party.action.GetPackagePath().GetNativePath()).isDir(), hasPackage);
+        QStringList items = List(GetTemporary());
+        items.removeOne(items.filter("/Instructions.txt"_q).value(0));
+        EXPECT_LE(items.size(), 2 + hasPDF + hasPackage) << items.join(QLatin1Char(' ')).toStdString();
     }
 
-    static const QString cName;
+    static void CheckDocumentsAreAsTheyWere(const ExportParty& party)
+    {
+        for (const FakeDocument& document : party.host.documents)
+            EXPECT_EQ(document.isOpen, document.pageCount > 1) << document.name.toStdString();
+    }
+
     GString key;
 };
 
-const QString ExportFailuresTest::cName = QStringLiteral("Press");
+namespace
+{
+const char* const cGoesOn = nullptr;
+
+// How an operation of the host that does not work ends the exports of a document and of a book.
+struct Row
+{
+    HostOperation operation;
+    const char* document;
+    const char* book;
+    int fromCall = 1;
+    HostAnswer answer = HostAnswer::Works;  // here: the one that the operation can give
+};
+
+using Op = HostOperation;
+const char* const cNoDocument = "No current document";
+const char* const cNotSaved = "Unable to save current document. Save the document and try again.";
+const char* const cNotOpened = "Unable to open document.";
+const char* const cNoPages = "The page range names no page of the document.";
+const char* const cNoPreferences = "Unable to retrieve PDF Export preferences";
+const char* const cNoJobOptions =
+    "Unable to read job options. Reselect the job options setting under the Printer tab and recreate the "
+    "Hopbox again.";
+const char* const cNoCommand = "PDF Export command not found";
+const char* const cFailed = "Unable to execute PDF Export command";
+const char* const cInvalidBook = "Book is either empty or invalid.";
+const char* const cNoBook = "No current book.";
+const char* const cNoPackage = "Create Package command not found";
+const char* const cPackageFailed = "Unable to execute Create Package command";
+
+const Row cRows[] = {{Op::CreatePDFExportCommand, cNoCommand, cGoesOn},
+                     {Op::QueryPDFExportPreferences, cNoPreferences, cNoPreferences},
+                     {Op::ReadJobOptions, cNoJobOptions, cNoJobOptions},
+                     {Op::QuerySystemFileData, "Unable to retrieve system file data", cGoesOn},
+                     {Op::QueryLayoutUtils, cNoDocument, cGoesOn},
+                     {Op::QueryFrontDocument, cNoDocument, cGoesOn},
+                     {Op::QueryDocumentUtils, cNotSaved, cNotOpened},
+                     {Op::SaveDocument, cNotSaved, cGoesOn},
+                     {Op::QueryPageList, cNoPages, cGoesOn},
+                     {Op::GetNthPage, cNoPages, cGoesOn},
+                     {Op::QueryOutputPages, cFailed, cGoesOn},
+                     {Op::QueryFontList, "Can't retrieve all fonts used in the document.", cGoesOn},
+                     {Op::RunPDFExport, cFailed, cGoesOn},
+                     {Op::QuerySession, cGoesOn, cInvalidBook},
+                     {Op::QueryBookManager, cGoesOn, cInvalidBook},
+                     {Op::QueryActiveBook, cGoesOn, cInvalidBook},
+                     {Op::QueryActiveBook, cGoesOn, cNoBook, 2},
+                     {Op::QueryBookContent, cGoesOn, cInvalidBook},
+                     {Op::GetNthDocumentFile, cGoesOn, cNotOpened},
+                     {Op::OpenDocument, cGoesOn, "Invalid document."},
+                     {Op::OpenDocument, cGoesOn, cNotOpened, 1, HostAnswer::Fails},
+                     {Op::OpenDocument, cGoesOn, cNotOpened, 2, HostAnswer::Fails},
+                     {Op::SaveBook, cGoesOn, cFailed},
+                     {Op::CreatePDFPreferencesCommand, cGoesOn, cNoPreferences},
+                     {Op::RunPDFPreferences, cGoesOn, cFailed},
+                     {Op::CreateBookExportCommand, cGoesOn, cNoCommand},
+                     {Op::QueryBookExportData, cGoesOn, cNoCommand},
+                     {Op::RunBookExport, cGoesOn, cNoCommand},
+                     {Op::QueryObjectModel, cNoPackage, cNoPackage},
+                     {Op::CreatePackageCommand, cNoPackage, cGoesOn},
+                     {Op::CreateBookPackageCommand, cGoesOn, cNoPackage},
+                     {Op::QueryFrontDocument, cNoDocument, cGoesOn, 2},
+                     {Op::QueryActiveBook, cGoesOn, cInvalidBook, 3},
+                     {Op::QueryActiveBook, cGoesOn, cNoBook, 4},
+                     {Op::ExecutePackage, cPackageFailed, cPackageFailed},
+                     {Op::CreatePackageReportCommand, "Create Package Report command not found", cGoesOn},
+                     {Op::CreateReport, "Unable to execute Create Package Report command", cGoesOn}};
+
+// The rows, and one that goes on for each other operation.
+std::vector<Row> CompleteRows()
+{
+    std::vector<Row> rows;
+    for (const HostOperationInfo& info : GetHostOperations()) {
+        const HostAnswer usual = info.canBeAbsent ? HostAnswer::Absent : HostAnswer::Fails;
+        const size_t count = rows.size();
+        for (Row row : cRows) {
+            if (row.operation != info.operation)
+                continue;
+            row.answer = row.answer == HostAnswer::Works ? usual : row.answer;
+            rows.push_back(row);
+        }
+        if (rows.size() == count)
+            rows.push_back({info.operation, cGoesOn, cGoesOn, 1, usual});
+    }
+    return rows;
+}
+}  // namespace
 
 TEST_F(ExportFailuresTest, EachHostOperationThatIsAbsentOrFailsEndsTheExportWithItsAlert)
 {
-    const char* const noPages = "The page range names no page of the document.";
-    const char* const noCommand = "Unable to execute PDF Export command";
-    const std::map<HostOperation, const char*> texts = {
-        {HostOperation::CreatePDFExportCommand, "PDF Export command not found"},
-        {HostOperation::QueryPDFExportPreferences, "Unable to retrieve PDF Export preferences"},
-        {HostOperation::ReadJobOptions,
-         "Unable to read job options. Reselect the job options setting under the Printer tab and recreate "
-         "the "
-         "Hopbox again."},
-        {HostOperation::QuerySystemFileData, "Unable to retrieve system file data"},
-        {HostOperation::QueryLayoutUtils, "No current document"},
-        {HostOperation::QueryFrontDocument, "No current document"},
-        {HostOperation::QueryDocumentUtils,
-         "Unable to save current document. Save the document and try again."},
-        {HostOperation::SaveDocument, "Unable to save current document. Save the document and try again."},
-        {HostOperation::QueryPageList, noPages},
-        {HostOperation::GetNthPage, noPages},
-        {HostOperation::QueryOutputPages, noCommand},
-        {HostOperation::QueryFontList, "Can't retrieve all fonts used in the document."},
-        {HostOperation::RunPDFExport, noCommand}};
-    size_t met = 0;
-    for (const HostOperationInfo& info : GetHostOperations()) {
-        for (const HostAnswer answer : {HostAnswer::Absent, HostAnswer::Fails}) {
-            if (!(answer == HostAnswer::Absent ? info.canBeAbsent : info.canFail))
-                continue;
-            SCOPED_TRACE(info.name);
+    for (const ExportKind kind : {ExportKind::Document, ExportKind::Book}) {
+        const auto run = [&](ExportParty& party, const Row& row) {
             GFileSystemBase::TryToRemoveFolder(GetTemporary());
-            ExportParty party;
             party.host.documents.front().isSaved = false;
-            party.host.Make(info.operation, answer);
+            party.host.books.front().isModified = true;
+            party.host.Make(row.operation, row.answer, row.fromCall);
             party.Export(key);
-            const auto text = texts.find(info.operation);
-            if (text != texts.end()) {
-                ++met;
-                EXPECT_EQ(party.alerts, QStringList{MakeFramedAlert(text->second)});
-                EXPECT_EQ(party.host.GetAsked().back(), info.operation);
-                EXPECT_TRUE(party.action.GetOutputPath().IsEmpty());
+        };
+        std::vector<Op> asked;  // when everything works
+        {
+            ExportParty party(kind);
+            run(party, {Op::QueryModalUtils, cGoesOn, cGoesOn});
+            asked = party.host.GetAsked();
+        }
+        for (const Row& row : CompleteRows()) {
+            SCOPED_TRACE(GetName(row.operation).toStdString() + " from call " + std::to_string(row.fromCall));
+            const char* const text = kind == ExportKind::Document ? row.document : row.book;
+            if (text == cGoesOn && std::count(asked.begin(), asked.end(), row.operation) == 0)
+                continue;
+            ExportParty party(kind);
+            run(party, row);
+            if (text != cGoesOn) {
+                EXPECT_EQ(party.alerts, QStringList{MakeFramedAlert(text)});
+                EXPECT_EQ(party.host.GetAsked().back(), row.operation);
             } else {
                 EXPECT_EQ(party.alerts, QStringList{MakeAlert(cNobodyTakesIt)});
+                EXPECT_FALSE(party.action.GetPackagePath().IsEmpty());
             }
-            CheckNothingIsLeft(party);
+            CheckWhatIsLeft(party);
+            if (row.operation != Op::CloseDocument && row.operation != Op::FindOpenDocument)
+                CheckDocumentsAreAsTheyWere(party);
         }
     }
-    EXPECT_EQ(met, texts.size());
 }
 
 TEST_F(ExportFailuresTest, EachOtherFailureHasItsAlertAndEndsTheExport)
 {
+    using Prepare = std::function<void(ExportParty&)>;
     struct Case
     {
         const char* name;
-        std::function<void(ExportParty&)> prepare;
-        std::function<void(GCPTSaveAsTool&)> choose;
+        ExportKind kind;
+        Prepare prepare;
         QStringList alerts;
-        bool asksHost;
-        bool runsCommand;
+        const char* range = nullptr;
     };
+    constexpr ExportKind document = ExportKind::Document;
+    constexpr ExportKind book = ExportKind::Book;
+    const auto framed = [](const char* text) { return QStringList{MakeFramedAlert(text)}; };
     const auto none = [](ExportParty&) {};
-    const auto plain = [](GCPTSaveAsTool&) {};
-    const auto range = [](const char* text) {
-        return [text](GCPTSaveAsTool& tool) { tool.SetPageRange(QString::fromLatin1(text)); };
-    };
-    const auto miss = [](const QStringList& fonts) {
-        return [fonts](ExportParty& party) { party.host.documents.front().missingFonts = fonts; };
-    };
-    const auto cancel = [](bool fails) {
-        return [fails](ExportParty& party) {
-            party.host.onRun = [&party] { party.host.CancelByUser(); };
-            if (fails)
-                party.host.Make(HostOperation::RunPDFExport, HostAnswer::Fails);
+    const auto miss = [](const QStringList& fonts, size_t first, size_t last) -> Prepare {
+        return [=](ExportParty& party) {
+            for (size_t at = first; at <= last; ++at)
+                party.host.documents[at].missingFonts = fonts;
         };
     };
-    const QStringList noPages = {MakeFramedAlert("The page range names no page of the document.")};
-    const QStringList noSetting = {MakeAlert(QStringLiteral("Unable to retrieve PDF setting: Press"))};
+    const auto cancel = [](std::optional<Op> failure) -> Prepare {
+        return [failure](ExportParty& party) {
+            party.host.onRun = [&party] { party.host.CancelByUser(); };
+            if (failure)
+                party.host.Make(*failure, HostAnswer::Fails);
+        };
+    };
+    const auto list = [](const QStringList& names) -> Prepare {
+        return [names](ExportParty& party) {
+            QStringList& paths = party.host.books.front().documentPaths;
+            paths = names;
+            paths.replaceInStrings("*"_q, party.host.documents.at(1).path);
+        };
+    };
+    const QStringList noSetting = {MakeAlert("Unable to retrieve PDF setting: Press"_q)};
     const QStringList taken = {MakeAlert(cNobodyTakesIt)};
-    const GPathName archive = HopboxRegistry::GetSettingsFolder().GetChild(QString::number(qHash(cName)) +
-                                                                           QStringLiteral("/Project.hopbox"));
+    const QString archive = HopboxRegistry::GetSettingsFolder()
+                                .GetChild(QString::number(qHash("Press"_q)) + "/Project.hopbox"_q)
+                                .GetNativePath();
     const Case cases[] = {
-        {"a range outside the document", none, range("1-2,4"), noPages, true, false},
-        {"a range that is none", none, range(""), noPages, true, false},
-        {"no pages", [](ExportParty& party) { party.host.documents.front().pageCount = 0; }, plain, noPages,
-         true, false},
-        {"one font",
-         miss({QStringLiteral("Arial")}),
-         plain,
-         {MakeFramedAlert("Font is Missing! Correct the following font and try again:\n    1. Arial\n")},
-         true,
-         false},
-        {"three fonts",
-         miss({QStringLiteral("Arial"), QStringLiteral("%1"), QStringLiteral("Times")}),
-         plain,
-         {MakeFramedAlert("Fonts are Missing! Correct the following fonts and try again:\n    1. Arial\n"
-                          "    2. %1\n    3. Times\n")},
-         true,
-         false},
-        {"no document",
-         [](ExportParty& party) { party.host.documents.clear(); },
-         plain,
-         {MakeFramedAlert("No current document")},
-         true,
-         false},
-        {"cancelled", cancel(true), plain, {}, true, false},
-        {"cancelled too late", cancel(false), plain, taken, true, true},
-        {"an action that is not active",
-         [](ExportParty& party) { party.action.SetActive(false); },
-         plain,
-         {MakeFramedAlert("Unable to execute PDF Export command")},
-         false,
-         false},
-        {"no archive", [&](ExportParty&) { QFile::remove(archive.GetNativePath()); }, plain, noSetting, false,
-         false},
-        {"an archive that is none", [&](ExportParty&) { WriteFile(archive.GetNativePath(), "zip"); }, plain,
-         noSetting, false, false},
+        {"a range outside the document", document, none, framed(cNoPages), "1-2,4"},
+        {"a range that is none", document, none, framed(cNoPages), ""},
+        {"no pages", document, [](ExportParty& party) { party.host.documents.front().pageCount = 0; },
+         framed(cNoPages)},
+        {"one font", document, miss("Arial"_list, 0, 0),
+         framed("Font is Missing! Correct the following font and try again:\n    1. Arial\n")},
+        {"three fonts", document, miss("Arial|%1|Times"_list, 0, 0),
+         framed("Fonts are Missing! Correct the following fonts and try again:\n    1. Arial\n"
+                "    2. %1\n    3. Times\n")},
+        {"no document", document, [](ExportParty& party) { party.host.documents.clear(); },
+         framed(cNoDocument)},
+        {"a font in a book", book, miss("Arial"_list, 2, 2),
+         framed("Font is Missing! Correct the following font and try again:\nc.indd : \n    1. Arial\n")},
+        {"a font in each of two documents", book, miss("Arial"_list, 1, 2),
+         framed("Fonts are Missing! Correct the following fonts and try again:\nb.indd : \n    1. Arial\n"
+                "\nc.indd : \n    1. Arial\n")},
+        {"a document that is not there", book, list("*|none.indd"_list), framed(cNotOpened)},
+        {"a document listed twice", book, list("*|*"_list), taken},
+        {"an empty book", book, list({}), taken},
+        {"no book", book, [](ExportParty& party) { party.host.books.clear(); }, framed(cInvalidBook)},
+        {"cancelled", document, cancel(Op::RunPDFExport), {}},
+        {"a package cancelled", document, cancel(Op::ExecutePackage), {}},
+        {"a book cancelled", book, cancel(Op::RunBookExport), {}},
+        {"cancelled too late", document, cancel(std::nullopt), taken},
+        {"an action that is not active", document, [](ExportParty& party) { party.action.SetActive(false); },
+         framed(cFailed)},
+        {"no archive", document, [&](ExportParty&) { QFile::remove(archive); }, noSetting},
+        {"an archive that is none", document, [&](ExportParty&) { WriteFile(archive, "zip"); }, noSetting},
         {"no entry",
+         document,
          [&](ExportParty&) { HopboxRegistry().RemoveEntry(key); },
-         [](GCPTSaveAsTool&) {},
-         {MakeAlert(QStringLiteral("Unable to retrieve PDF setting: ") + key)},
-         false,
-         false}};
+         {MakeAlert("Unable to retrieve PDF setting: "_q + key)}}};
     for (const Case& row : cases) {
         SCOPED_TRACE(row.name);
         GFileSystemBase::TryToRemoveFolder(GetTemporary());
-        ExportParty party;
+        ExportParty party(row.kind);
         row.prepare(party);
-        party.Export(key, row.choose);
+        party.Export(key, [&](GCPTSaveAsTool& tool) {
+            if (row.range != nullptr)
+                tool.SetPageRange(QString::fromLatin1(row.range));
+        });
         EXPECT_EQ(party.alerts, row.alerts);
-        EXPECT_EQ(!party.host.GetAsked().empty(), row.asksHost);
-        EXPECT_EQ(
-            party.host.CountAsked(HostOperation::RunPDFExport) > 0 && !party.action.GetPDFPath().IsEmpty(),
-            row.runsCommand);
-        CheckNothingIsLeft(party);
+        EXPECT_EQ(!party.action.GetPackagePath().IsEmpty(), row.alerts == taken);
+        CheckWhatIsLeft(party);
+        if (row.kind == book)
+            CheckDocumentsAreAsTheyWere(party);
     }
 }

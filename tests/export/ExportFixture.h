@@ -6,9 +6,9 @@
 #include "foundation/system/GFileSystemBase.h"
 #include "tests/support/Sandbox.h"
 #include "tests/support/TestFiles.h"
+#include "tests/support/Texts.h"
 
 #include <QDir>
-#include <QDirIterator>
 
 #include <gtest/gtest.h>
 
@@ -20,20 +20,33 @@ public:
     static GPathName GetFile()
     {
         return GFileSystemBase::GetSpecialPath(GSpecialPath::cUserPreferences)
-            .GetChild(QStringLiteral("Junctra_CC2019_64_InDesign"))
+            .GetChild("Junctra_CC2019_64_InDesign"_q)
             .GetChild(PlugInPreferences::cFileName);
+    }
+
+    // The list of temporary files as another host would read it now.
+    static GPrefGroup ReadList()
+    {
+        GPrefGroup list;
+        PlugInPrefModule(GetFile()).GetGroupPreferences("SmartFileList", list);
+        return list;
     }
 
     PlugInStore()
     {
         GPreferences::Initialize();
         GFileSystemBase::CreateFolder(GetFile().GetParent());
-        GPreferences::SetPrefModule(GPreferences::cUserFileModule,
-                                    std::make_unique<PlugInPrefModule>(GetFile()));
+        Reopen();
     }
     ~PlugInStore() { GPreferences::Finalize(); }
     PlugInStore(const PlugInStore&) = delete;
     PlugInStore& operator=(const PlugInStore&) = delete;
+
+    void Reopen() const
+    {
+        GPreferences::SetPrefModule(GPreferences::cUserFileModule,
+                                    std::make_unique<PlugInPrefModule>(GetFile()));
+    }
 };
 
 // An empty root with the plug-in's settings open. Some folders are computed once per process, so all tests of
@@ -50,20 +63,7 @@ protected:
     static GPathName GetTemporary() { return GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary); }
 
     // What lies in a folder, at any depth, as relative paths in order. Folders end in "/".
-    static QStringList List(const GPathName& folder)
-    {
-        QStringList names;
-        QDirIterator files(folder.GetNativePath(),
-                           QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                           QDirIterator::Subdirectories);
-        while (files.hasNext()) {
-            const QString name = QDir(folder.GetNativePath()).relativeFilePath(files.next());
-            names.append(files.fileInfo().isDir() && !files.fileInfo().isSymLink() ? name + QLatin1Char('/')
-                                                                                   : name);
-        }
-        names.sort();
-        return names;
-    }
+    static QStringList List(const GPathName& folder) { return ReadTree(folder.GetNativePath()).keys(); }
 
 private:
     // Before the store: first of the members.

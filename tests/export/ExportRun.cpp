@@ -5,38 +5,36 @@
 #include "hopbox/HopboxProject.h"
 #include "hopbox/HopboxRegistry.h"
 #include "plugin/messages/MessageTable.h"
+#include "tests/support/AlertRecorder.h"
 
-namespace
+const QString cNobodyTakesIt =
+    "Unable to automatically launch Hopbox. Launch the Hopbox manually and try again."_q;
+
+static FakeDocument MakeDocument(const QString& name, bool isOpen, int pageCount)
 {
-class AlertRecorder : public GUserMessage
-{
-public:
-    explicit AlertRecorder(QStringList& alerts) : mAlerts(alerts) {}
-    void ShowInfoMessage(const GString&, const GString&) override {}
-    void ShowErrorMessage(const GString& title, const GString& text) override
-    {
-        mAlerts.append(title + QLatin1Char('|') + text);
-    }
-    bool ShowWarningMessage(const GString&, const GString&) override { return false; }
+    FakeDocument document;
+    document.path = GFileSystemBase::GetRoot().GetChild(name).GetNativePath();
+    document.name = name;
+    document.isOpen = isOpen;
+    document.pageCount = pageCount;
+    return document;
+}
 
-private:
-    QStringList& mAlerts;
-};
-}  // namespace
-
-ExportParty::ExportParty()
+ExportParty::ExportParty(ExportKind kind)
+    : mAction(kind == ExportKind::Document ? std::make_unique<GIDCSPSaveAsAction>()
+                                           : std::make_unique<GIDCSPExportBookAction>()),
+      action(*mAction)
 {
     GStringPool::Initialize();
     RegisterPlugInMessages();
     GUserMessage::SetInstance(std::make_unique<AlertRecorder>(alerts));
-    FakeDocument document;
-    document.path = GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary)
-                        .GetParent()
-                        .GetChild(QStringLiteral("Gr\u00F6\u00DFe v1.2.indd"))
-                        .GetNativePath();
-    document.name = QStringLiteral("Gr\u00F6\u00DFe v1.2.indd");
-    document.pageCount = 3;
-    host.documents = {document};
+    host.documents = {MakeDocument("Gr\u00F6\u00DFe v1.2.indd"_q, true, 3),
+                      MakeDocument("b.indd"_q, false, 1), MakeDocument("c.indd"_q, false, 1)};
+    FakeBook book;
+    book.path = GFileSystemBase::GetRoot().GetChild("50% #1 \u65E5.indb"_q).GetNativePath();
+    for (const FakeDocument& document : host.documents)
+        book.documentPaths.append(document.path);
+    host.books = {book};
 }
 
 ExportParty::~ExportParty()
@@ -59,23 +57,25 @@ void ExportParty::Export(const GString& key, const std::function<void(GCPTSaveAs
     tool.Submit();
 }
 
-GString MakeHopbox(const GString& name, const QStringList& settings)
+GString MakeHopbox(const GString& name, const QStringList& settings, int32_t build)
 {
     const GPathName folder(
         HopboxRegistry::GetCacheFolder().GetChild(QStringLiteral("Settings/%1").arg(qHash(name))));
     GFileSystemBase::CreateFolder(folder);
-    const GPathName jobOptions = folder.GetChild(QStringLiteral("a.joboptions"));
+    const GPathName jobOptions = folder.GetChild("a.joboptions"_q);
     EXPECT_TRUE(WriteFile(jobOptions.GetNativePath(), "<< /A 1 >>"));
     GPrefMemoryModule module;
-    module.Set("Other", "Key", QStringLiteral("value"));
+    module.Set("Other", "Key", "value"_q);
     for (const QString& setting : settings) {
         module.Set(HopboxProject::GetPlugInGroup(), setting.section(QLatin1Char('='), 0, 0).toUtf8(),
                    setting.section(QLatin1Char('='), 1));
     }
-    HopboxProject project(folder.GetChild(QStringLiteral("Project.hopbox")));
+    HopboxProject project(folder.GetChild("Project.hopbox"_q));
     EXPECT_TRUE(project.Create(jobOptions, module)) << project.GetLastError().toStdString();
     HopboxRegistryEntry entry;
     entry.contextFilePath = project.GetPathName();
+    entry.applicationPath =
+        HopboxRegistry::GetCacheFolder().GetChild(QString::number(build) + "/Hopbox.exe"_q);
     entry.isPlugin = true;
     GString key;
     HopboxRegistry().AddEntry(name, entry, &key);
@@ -84,10 +84,10 @@ GString MakeHopbox(const GString& name, const QStringList& settings)
 
 QString MakeAlert(const QString& text)
 {
-    return QStringLiteral("Export to Hopbox error|") + text;
+    return "Export to Hopbox error|"_q + text;
 }
 
 QString MakeFramedAlert(const char* text)
 {
-    return MakeAlert(QStringLiteral("Plug-in Error: ") + QString::fromUtf8(text));
+    return MakeAlert("Plug-in Error: "_q + QString::fromUtf8(text));
 }

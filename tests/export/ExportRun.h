@@ -2,35 +2,47 @@
 
 #include "ExportFixture.h"
 #include "export/GCPTSaveAsTool.h"
-#include "export/GIDCSPSaveAsAction.h"
-#include "foundation/strings/GUserMessage.h"
+#include "export/GIDCSPExportBookAction.h"
 #include "tests/support/fake_host/FakeHost.h"
 
-// Everything that an export needs in this process: the texts, an alert service that keeps what it is told as
-// "title|text", a host with one document in front, and the action.
+enum class ExportKind
+{
+    Document,
+    Book
+};
+
+// Everything that an export needs in this process: the texts, an alert service, a host, and the action. The
+// host has one document in front, and one book of that document and two that are closed; nothing has changed
+// since it was saved.
 class ExportParty
 {
 public:
-    ExportParty();
+    explicit ExportParty(ExportKind kind = ExportKind::Document);
     ~ExportParty();
     ExportParty(const ExportParty&) = delete;
     ExportParty& operator=(const ExportParty&) = delete;
 
-    // Runs an export of the Hopbox of a registry key.
+    // Runs an export of the Hopbox of a registry key, after what the test does to the tool.
     void Export(const GString& key);
-
-    // The same with what the test does to the tool before.
     void Export(const GString& key, const std::function<void(GCPTSaveAsTool&)>& prepare);
 
     FakeHost host;
-    GIDCSPSaveAsAction action;
     QStringList alerts;
+
+private:
+    std::unique_ptr<GCPTSaveAsAction> mAction;
+
+public:
+    GCPTSaveAsAction& action;
 };
 
-// Registers a Hopbox with a project archive of its own, without the command-line tool; gives its key. Its
-// output settings are texts KEY=VALUE.
-GString MakeHopbox(const GString& name, const QStringList& settings = {});
+// Registers a Hopbox of a build with a project archive of its own, without the command-line tool; gives its
+// key. Its settings are texts KEY=VALUE.
+GString MakeHopbox(const GString& name, const QStringList& settings = {}, int32_t build = 0);
 
 // An alert of a failed export as ExportParty keeps it, and the text in its frame.
 QString MakeAlert(const QString& text);
 QString MakeFramedAlert(const char* text);
+
+// What comes when no Hopbox process runs.
+extern const QString cNobodyTakesIt;

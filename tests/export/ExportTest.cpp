@@ -1,34 +1,36 @@
 #include "ExportRun.h"
-#include "Receiver.h"
 #include "export/JobOptionsFolder.h"
 #include "export/WorkFolder.h"
 #include "foundation/system/PSystem.h"
+#include "foundation/trace/GTrace.h"
 #include "hopbox/HopboxFolder.h"
 #include "hopbox/HopboxRegistry.h"
 #include "tests/support/ChildProcess.h"
+#include "tests/support/LogRecorder.h"
+#include "tests/support/PrinterProcessor.h"
 
+#include <QCoreApplication>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <QProcess>
+#include <QUrl>
+
+static const QStringList cWithPackage = "IncludeFilePackage=true"_list;
 
 class ExportTest : public ExportFixture
 {
 protected:
-    ExportTest() { GFileSystemBase::TryToRemoveFile(HopboxRegistry::GetPathName()); }
-
     // Makes a Hopbox as its owner does; gives its key.
     GString CreateHopbox(const QString& name, const QStringList& settings)
     {
-        const QString jobOptions = GetSandbox().GetPath(QStringLiteral("a.joboptions"));
+        const QString jobOptions = GetSandbox().GetPath("a.joboptions"_q);
         EXPECT_TRUE(WriteFile(jobOptions, "<< /A 1 >>"));
-        QStringList arguments = {QStringLiteral("create"), name, QStringLiteral("--job-options"), jobOptions,
-                                 QStringLiteral("--json")};
+        QStringList arguments = {"create"_q, name, "--job-options"_q, jobOptions, "--json"_q};
         for (const QString& setting : settings)
-            arguments << QStringLiteral("--setting") << setting;
+            arguments << "--setting"_q << setting;
         QProcess process;
-        process.start(GetProgram("hopboxctl"), arguments);
+        process.start(QCoreApplication::applicationDirPath() + "/../bin/hopboxctl"_q, arguments);
         EXPECT_TRUE(process.waitForFinished());
-        return QJsonDocument::fromJson(process.readAll()).object().value(QStringLiteral("Key")).toString();
+        return QJsonDocument::fromJson(process.readAll()).object().value("Key"_q).toString();
     }
 
     static GPathName GetUserFolder()
@@ -41,31 +43,21 @@ protected:
         EXPECT_TRUE(List(JobOptionsFolder::GetPath()).isEmpty());
         EXPECT_EQ(QDir(GetTemporary().GetNativePath()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
                   QStringList{GetUserFolder().GetLeaf()});
-        std::vector<GBuffer> keys;
-        PlugInPrefModule(PlugInStore::GetFile()).GetGroupPreferences("SmartFileList", keys);
-        EXPECT_EQ(keys.size(), 1u);
+        EXPECT_EQ(PlugInStore::ReadList().GetCount(), 1);
     }
 };
 
 TEST_F(ExportTest, FromAHopboxOfTheCommandLineToTheInboxOfARealReceiver)
 {
-    const QString name = QStringLiteral("Gr\u00F6\u00DFe 100% \u65E5\u672C");
+    const QString name = "Gr\u00F6\u00DFe 100% \u65E5\u672C"_q;
     const GString key =
-        CreateHopbox(name, {QStringLiteral("BleedChoice=1"), QStringLiteral("BleedTopValue=8.5"),
-                            QStringLiteral("Trim=true"), QStringLiteral("PrintSpreads=true"),
-                            QStringLiteral("IncludeFilePackage=true")});
+        CreateHopbox(name, "BleedChoice=1|BleedTopValue=8.5|Trim=true|PrintSpreads=true"_list);
     ASSERT_FALSE(key.isEmpty());
-    const QString inbox = GetSandbox().GetPath(QStringLiteral("Inbox"));
-    Receiver receiver(inbox, 2);
+    PrinterProcessor receiver(GetSandbox(), {"--inbox"_q, GetSandbox().GetPath("Inbox"_q)});
     ExportParty party;
-    {
-        GCPTSaveAsTool tool(party.action, {});
-        ASSERT_TRUE(tool.SelectPDFSetting(key));
-        tool.SetPageRange(QStringLiteral("3,1-2,3"));
-        tool.Submit();
-    }
-    EXPECT_TRUE(party.alerts.isEmpty()) << party.alerts.join(QLatin1Char(' ')).toStdString();
-    EXPECT_TRUE(party.host.GetUnreleased().isEmpty());
+    party.Export(key, [](GCPTSaveAsTool& tool) { tool.SetPageRange("3,1-2,3"_q); });
+    EXPECT_EQ(party.alerts, QStringList());
+    EXPECT_EQ(party.host.GetUnreleased(), QStringList());
 
     ASSERT_EQ(party.host.commands.size(), 1u);
     const FakeCommandRecord& command = *party.host.commands.front();
@@ -78,46 +70,126 @@ TEST_F(ExportTest, FromAHopboxOfTheCommandLineToTheInboxOfARealReceiver)
     EXPECT_EQ(command.switches, (std::map<PDFSwitch, bool>{{PDFSwitch::UseDocumentBleed, false},
                                                            {PDFSwitch::CropMarks, true}}));
 
-    const GPathName folder = GetUserFolder().GetChild(name);
-    const GPathName pdf = folder.GetChild(QStringLiteral("Gr\u00F6\u00DFe v1.2.pdf"));
-    EXPECT_EQ(party.action.GetPDFPath(), pdf);
-    const QString report = QStringLiteral("Gr\u00F6\u00DFe v1.2 Folder/Instructions.txt");
-    EXPECT_EQ(List(folder),
-              (QStringList{QStringLiteral("Gr\u00F6\u00DFe v1.2 Folder/"), report, pdf.GetLeaf()}));
+    const GPathName pdf = GetUserFolder().GetChild(name).GetChild("Gr\u00F6\u00DFe v1.2.pdf"_q);
+    EXPECT_EQ(party.action.GetOutputPath(), pdf);
     ExpectNothingTemporaryLeft();
-
-    const QList<QJsonObject> jobs = receiver.GetJobs();
-    ASSERT_EQ(jobs.size(), 2);
-    const QJsonObject ticket = {{QStringLiteral("UserName"), PSystem::GetLogonName()},
-                                {QStringLiteral("JobPath"), pdf.GetNativePath()},
-                                {QStringLiteral("PrinterName"), name},
-                                {QStringLiteral("PortName"), QStringLiteral("10987")},
-                                {QStringLiteral("CopyCount"), 1},
-                                {QStringLiteral("PrinterID"), QString()},
-                                {QStringLiteral("kind"), 145},
-                                {QStringLiteral("valid"), true}};
+    const QJsonObject job = receiver.ReadLine();
+    const QJsonObject ticket = {{"UserName"_q, PSystem::GetLogonName()},
+                                {"JobPath"_q, pdf.GetNativePath()},
+                                {"PrinterName"_q, name},
+                                {"PortName"_q, "10987"_q},
+                                {"CopyCount"_q, 1},
+                                {"PrinterID"_q, QString()},
+                                {"kind"_q, 145},
+                                {"valid"_q, true}};
     for (const QString& field : ticket.keys())
-        EXPECT_EQ(jobs.at(0).value(field), ticket.value(field)) << field.toStdString();
-    EXPECT_EQ(ReadFile(jobs.at(0).value(QStringLiteral("saved")).toString()), ReadFile(pdf.GetNativePath()));
+        EXPECT_EQ(job.value(field), ticket.value(field)) << field.toStdString();
+    EXPECT_EQ(ReadFile(job.value("saved"_q).toString()), ReadFile(pdf.GetNativePath()));
     EXPECT_TRUE(ReadFile(pdf.GetNativePath()).startsWith("%PDF"));
-    const QString package = jobs.at(1).value(QStringLiteral("JobPath")).toString();
-    EXPECT_TRUE(package.startsWith(QLatin1String("file:///")) &&
-                package.endsWith(QLatin1String("/Gr%C3%B6%C3%9Fe%20v1.2%20Folder?isinddpkg=true")))
-        << package.toStdString();
-    EXPECT_TRUE(List(GPathName(inbox)).contains(report));
 }
 
-TEST_F(ExportTest, AFilePackageIsAURLForTheBuildsThatTakeIt)
+TEST_F(ExportTest, ThePackageFollowsThePDFAsThePathOrURLThatTheBuildTakes)
 {
-    const GPathName package = GetTemporary().GetChild(QStringLiteral("50% #1 & \u65E5 Folder"));
-    const GString path = package.GetNativePath();
-    for (const int32_t build : {637640, 666, 2147483647}) {
-        const GString url = GCPTSaveAsTool::GetPackageLocation(package, build);
-        EXPECT_TRUE(url.endsWith(QLatin1String("/50%25%20%231%20&%20%E6%97%A5%20Folder?isinddpkg=true")))
-            << url.toStdString();
+    PrinterProcessor receiver(GetSandbox(), {"--inbox"_q, GetSandbox().GetPath("In box"_q)});
+    const struct
+    {
+        int32_t build;
+        bool takesURL;
+    } cases[] = {{637639, false}, {637640, true}, {666, true},       {665, false},
+                 {667, false},    {0, false},     {2147483647, true}};
+    for (const ExportKind kind : {ExportKind::Document, ExportKind::Book}) {
+        for (const auto& test : cases) {
+            SCOPED_TRACE(test.build);
+            ExportParty party(kind);
+            FakeDocument& document = party.host.documents.front();
+            document.path = GetSandbox().GetPath("50% #1 \u65E5.indd"_q);
+            party.host.books.front().documentPaths.clear();
+            EXPECT_TRUE(WriteFile(document.path, "indd"));
+            EXPECT_TRUE(WriteFile(party.host.books.front().path, "indb"));
+            party.Export(MakeHopbox("20% #2 \u672C"_q, cWithPackage, test.build));
+            EXPECT_EQ(party.alerts, QStringList());
+            EXPECT_EQ(party.host.GetUnreleased(), QStringList());
+
+            const GPathName& package = party.action.GetPackagePath();
+            EXPECT_EQ(party.action.GetOutputPath(), package);
+            EXPECT_EQ(package.GetLeaf(), "50% #1 \u65E5 Folder"_q);
+            EXPECT_EQ(party.action.GetPDFPath(), package.GetParent().GetChild("50% #1 \u65E5.pdf"_q));
+            EXPECT_EQ(party.host.packages.back()->settings,
+                      (std::map<PackageSetting, bool>{{PackageSetting::Fonts, true},
+                                                      {PackageSetting::Links, true},
+                                                      {PackageSetting::Profiles, true},
+                                                      {PackageSetting::UpdateGraphics, false},
+                                                      {PackageSetting::HiddenLayers, false},
+                                                      {PackageSetting::IgnorePreflightErrors, true},
+                                                      {PackageSetting::Report, false},
+                                                      {PackageSetting::DocumentHyphenationOnly, false}}));
+            EXPECT_EQ(receiver.ReadLine().value("JobPath"_q).toString(),
+                      party.action.GetPDFPath().GetNativePath());
+            const QJsonObject job = receiver.ReadLine();
+            const QString location = job.value("JobPath"_q).toString();
+            if (test.takesURL) {
+                EXPECT_TRUE(location.startsWith("file:///"_q)) << location.toStdString();
+                EXPECT_TRUE(location.endsWith("/50%25%20%231%20%E6%97%A5%20Folder?isinddpkg=true"_q));
+            } else {
+                EXPECT_EQ(location, package.GetNativePath());
+            }
+            const auto copy = ReadTree(job.value("saved"_q).toString());
+            EXPECT_EQ(copy, ReadTree(package.GetNativePath()));
+            EXPECT_EQ(copy.size(), kind == ExportKind::Document ? 2 : 1);
+        }
     }
-    for (const int32_t build : {637639, 667, 665, 0, -1})
-        EXPECT_EQ(GCPTSaveAsTool::GetPackageLocation(package, build), path) << build;
+    EXPECT_EQ(QDir(GetSandbox().GetPath("In box"_q)).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), 14);
+}
+
+TEST_F(ExportTest, ABookBecomesOnePDFOfItsDocumentsWithTheHopboxsSettings)
+{
+    ExportParty party(ExportKind::Book);
+    party.host.books.front().isModified = true;
+    party.Export(MakeHopbox("Press"_q, "Trim=true"_list));
+    ASSERT_EQ(party.host.commands.size(), 2u);
+    const FakeCommandRecord& preferences = *party.host.commands.front();
+    EXPECT_EQ(preferences.commandClass, 9479);
+    EXPECT_TRUE(preferences.hasRun);
+    EXPECT_EQ(preferences.jobOptions, QByteArray("<< /A 1 >>"));
+    EXPECT_EQ(preferences.switches, (std::map<PDFSwitch, bool>{{PDFSwitch::CropMarks, true}}));
+    const FakeCommandRecord& command = *party.host.commands.back();
+    EXPECT_EQ(command.commandClass, 65563);
+    EXPECT_EQ(command.bookPath, party.host.books.front().path);
+    EXPECT_EQ(command.documentCount, 3);
+    EXPECT_EQ(command.outputPath, party.action.GetPDFPath().GetNativePath());
+    EXPECT_FALSE(party.host.books.front().isModified);
+    EXPECT_TRUE(party.host.packages.empty());
+}
+
+// Ends when the receiver has been sent the first of two jobs.
+class ReceiverEnd : public LogRecorder
+{
+public:
+    explicit ReceiverEnd(PrinterProcessor& receiver) : mReceiver(receiver) {}
+
+    void log(Morvane::LogLevel, const QString& source, const QString&) noexcept override
+    {
+        if (source == "HopboxHandOff::Deliver"_q) {
+            EXPECT_EQ(mReceiver.WaitForExit(), 0);
+        }
+    }
+
+private:
+    PrinterProcessor& mReceiver;
+};
+
+TEST_F(ExportTest, AReceiverThatGoesBetweenTheTwoHandOffsIsToldOfAndBothResultsStay)
+{
+    PrinterProcessor receiver(GetSandbox(), "--count|1"_list);
+    GTrace::SetLogger(std::make_shared<ReceiverEnd>(receiver));
+    ExportParty party;
+    party.Export(MakeHopbox("Press"_q, cWithPackage));
+    GTrace::SetLogger(nullptr);
+    EXPECT_EQ(receiver.ReadLine().value("JobPath"_q).toString(), party.action.GetPDFPath().GetNativePath());
+    EXPECT_EQ(party.alerts, QStringList{MakeAlert(cNobodyTakesIt)});
+    EXPECT_TRUE(ReadFile(party.action.GetPDFPath().GetNativePath()).startsWith("%PDF"));
+    EXPECT_EQ(List(party.action.GetPackagePath()), "Instructions.txt"_list);
+    ExpectNothingTemporaryLeft();
 }
 
 TEST_F(ExportTest, OutputSettingsGoOverTheJobOptions)
@@ -181,52 +253,47 @@ TEST_F(ExportTest, OutputSettingsGoOverTheJobOptions)
 
 TEST_F(ExportTest, WhateverThingsAreCalledThePDFEndsInTheWorkFolder)
 {
-    const QStringList names = {QStringLiteral("../../../evil"),
-                               QStringLiteral(".."),
-                               QStringLiteral("."),
-                               QStringLiteral("..\\..\\evil"),
-                               QStringLiteral("/etc/evil"),
-                               QStringLiteral("C:\\evil"),
-                               QStringLiteral("CON"),
-                               QStringLiteral("nul.indd"),
-                               QStringLiteral("a. . "),
-                               QStringLiteral("a:b*?<>|\"c"),
-                               QStringLiteral("\u202Efdp.exe\u0007\t"),
-                               QString(300, QLatin1Char('x')),
-                               QString(300, QChar(0x65E5)),
-                               QStringLiteral("half \xD83D pair"),
-                               QStringLiteral("\U0001F4E6 \u0627\u0644")};
+    QStringList names =
+        "../../../evil|..|.|..\\..\\evil|/etc/evil|C:\\evil|CON|nul.indd|a. . |a:b*?<>\"c|\u202Efdp.exe\u0007\t"_list;
+    names += {"pipe|d"_q, QString(300, QLatin1Char('x')), QString(300, QChar(0x65E5)),
+              QStringLiteral("half \xD83D pair"), "\U0001F4E6 \u0627\u0644"_q};
     for (const QString& name : names) {
         SCOPED_TRACE(name.toStdString());
         GFileSystemBase::TryToRemoveFolder(GetTemporary());
         ExportParty party;
         FakeDocument& document = party.host.documents.front();
         document.name = name;
-        document.path = GetSandbox().GetPath(QStringLiteral("x/")) + name;
-        party.Export(MakeHopbox(name));
+        document.path = GetSandbox().GetPath("x/"_q) + name;
+        party.Export(MakeHopbox(name, cWithPackage));
         const GPathName pdf = party.action.GetPDFPath();
         ASSERT_FALSE(pdf.IsEmpty()) << party.alerts.join(QLatin1Char(' ')).toStdString();
         EXPECT_EQ(pdf.GetParent().GetParent(), GetUserFolder());
-        EXPECT_EQ(List(GetTemporary()).size(), 3);
+        EXPECT_EQ(party.action.GetPackagePath().GetParent(), pdf.GetParent());
+        EXPECT_EQ(List(GetTemporary()).size(), 5);  // two folders, the PDF, the package and its report
         EXPECT_TRUE(ReadFile(pdf.GetNativePath()).startsWith("%PDF"));
         ExpectNothingTemporaryLeft();
     }
 }
 
-// Reserves a name for each document that it is told of, exports it, and says where both are.
+// Reserves a file and a folder of each name that it is told of, exports a document of that name, and says
+// where everything is.
 CHILD_ROLE(ExportDocuments)
 {
     const PlugInStore store;
     PlugInPreferences::Initialize();
     ExportParty party;
+    const auto say = [](const GPathName& path) { SayToParent(path.GetNativePath().toUtf8()); };
     for (GBuffer name = HearFromParent(); !name.isEmpty(); name = HearFromParent()) {
-        ReservedOutput output(WorkFolder::GetPath(QStringLiteral("Reserved")), QString::fromUtf8(name),
-                              ReservedOutput::Kind::File);
-        SayToParent(output.GetPathName().GetNativePath().toUtf8());
-        output.Keep();
-        party.host.documents.front().path = QStringLiteral("/") + QString::fromUtf8(name);
+        for (const auto kind : {ReservedOutput::Kind::File, ReservedOutput::Kind::Folder}) {
+            const GString leaf = QString::fromUtf8(name) + QString::number(static_cast<int>(kind));
+            ReservedOutput output(WorkFolder::GetPath("Reserved"_q), leaf, kind);
+            say(output.GetPathName());
+            output.Keep();
+        }
+        party.host.documents.front().path = "/"_q + QString::fromUtf8(name);
         party.Export(arguments.at(0));
-        SayToParent(party.action.GetPDFPath().GetNativePath().toUtf8());
+        say(party.action.GetPDFPath());
+        say(party.action.GetPackagePath());
     }
     PlugInPreferences::Release();
     return 0;
@@ -234,28 +301,50 @@ CHILD_ROLE(ExportDocuments)
 
 TEST_F(ExportTest, TwoHostsThatExportTheSameDocumentAtOnceOverwriteNothing)
 {
-    const GString key = MakeHopbox(QStringLiteral("Press"));
-    WorkFolder::Make(WorkFolder::GetPath(QStringLiteral("Reserved")));
-    ChildProcess one(QStringLiteral("ExportDocuments"), {key});
-    ChildProcess other(QStringLiteral("ExportDocuments"), {key});
-    for (const QString& name :
-         {QStringLiteral("a"), QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}) {
+    const GString key = MakeHopbox("Press"_q, cWithPackage);
+    WorkFolder::Make(WorkFolder::GetPath("Reserved"_q));
+    ChildProcess one("ExportDocuments"_q, {key});
+    ChildProcess other("ExportDocuments"_q, {key});
+    for (const QString& name : "a|a|b|c"_list) {
         one.Say(name.toUtf8());
         other.Say(name.toUtf8());
         EXPECT_NE(one.ReadLine(), other.ReadLine());
+        EXPECT_NE(one.ReadLine(), other.ReadLine());
         for (ChildProcess* host : {&one, &other}) {
-            const QString file = QString::fromUtf8(host->ReadLine());
-            EXPECT_EQ(QFileInfo(file).fileName(), name + QStringLiteral(".pdf"));
-            EXPECT_TRUE(ReadFile(file).startsWith("%PDF"));
+            const QFileInfo pdf(QString::fromUtf8(host->ReadLine()));
+            const QFileInfo package(QString::fromUtf8(host->ReadLine()));
+            EXPECT_EQ(pdf.fileName(), name + ".pdf"_q);
+            EXPECT_TRUE(ReadFile(pdf.filePath()).startsWith("%PDF"));
+            EXPECT_EQ(package.fileName(), name + " Folder"_q);
+            EXPECT_EQ(package.path(), pdf.path());
+            EXPECT_EQ(ReadTree(package.filePath()).keys(), "Instructions.txt"_list);
         }
     }
     one.Say("");
     other.Say("");
     EXPECT_EQ(one.WaitForExit(), 0);
     EXPECT_EQ(other.WaitForExit(), 0);
-    EXPECT_EQ(List(GetUserFolder().GetChild(QStringLiteral("Press"))).filter(QStringLiteral(".pdf")).size(),
-              8);
+    const QStringList items = List(GetUserFolder().GetChild("Press"_q));
+    EXPECT_EQ(items.filter(".pdf"_q).size(), 8);
+    EXPECT_EQ(items.filter("Instructions.txt"_q).size(), 8);
     ExpectNothingTemporaryLeft();
+}
+
+TEST_F(ExportTest, AnOlderPackageIsLeftAsItIs)
+{
+    const GString key = MakeHopbox("Press"_q, cWithPackage);
+    ExportParty party;
+    party.Export(key);
+    const GPathName first = party.action.GetPackagePath();
+    EXPECT_TRUE(GFileSystemBase::TryToRemoveFile(party.action.GetPDFPath()));
+    EXPECT_TRUE(WriteFile(first.GetChild("Instructions.txt"_q).GetNativePath(), "first"));
+    party.Export(key);
+    const GPathName second = party.action.GetPackagePath();
+    EXPECT_EQ(party.action.GetPDFPath().GetParent(), first.GetParent());
+    EXPECT_EQ(second.GetParent().GetParent(), first.GetParent());
+    EXPECT_EQ(second.GetLeaf(), first.GetLeaf());
+    EXPECT_EQ(ReadTree(first.GetNativePath()).value("Instructions.txt"_q), QByteArray("first"));
+    EXPECT_EQ(ReadTree(second.GetNativePath()).value("Instructions.txt"_q), QByteArray("Report"));
 }
 
 TEST_F(ExportTest, ARunIsAskedForByItsMessageAndEndsWithOneNotification)
@@ -274,8 +363,8 @@ TEST_F(ExportTest, ARunIsAskedForByItsMessageAndEndsWithOneNotification)
         return std::exchange(notes.notes, QList<int>());
     };
     EXPECT_TRUE(send(106).isEmpty());
-    properties.hopboxKey = MakeHopbox(QStringLiteral("Press"));
-    properties.hopboxName = QStringLiteral("Press");
+    properties.hopboxKey = MakeHopbox("Press"_q);
+    properties.hopboxName = "Press"_q;
     EXPECT_TRUE(send(107).isEmpty());
     EXPECT_TRUE(send(105).isEmpty());
     EXPECT_EQ(send(106), QList<int>{11});
@@ -291,10 +380,6 @@ TEST_F(ExportTest, ARunIsAskedForByItsMessageAndEndsWithOneNotification)
     EXPECT_EQ(send(106), QList<int>{12});
     EXPECT_FALSE(party.action.GetErrorText().isEmpty());
     party.host.Make(HostOperation::RunPDFExport, HostAnswer::Works);
-    properties.includesFilePackage = true;
-    party.host.Make(HostOperation::CreateReport, HostAnswer::Fails);
-    EXPECT_EQ(send(106), QList<int>{12});
-    properties.includesFilePackage = false;
     EXPECT_EQ(send(106), QList<int>{11});
     EXPECT_TRUE(party.action.GetErrorText().isEmpty());
     party.action.Detach(notes);

@@ -10,23 +10,19 @@ class PlugInPreferencesTest : public ExportFixture
 
 TEST_F(PlugInPreferencesTest, ChoicesOutliveTheProcessAndReadAsNothingWhereTheFileIsDamaged)
 {
-    PlugInPreferences::SetLastSelection(QStringLiteral("key"));
-    PlugInPreferences::SetPackageChoice(QStringLiteral("Gr\u00F6\u00DFe"), true);
+    PlugInPreferences::SetLastSelection("key"_q);
+    PlugInPreferences::SetPackageChoice("Gr\u00F6\u00DFe"_q, true);
     PlugInPreferences::SetPackageChoice(QString(), true);
     GPreferences::FlushPrefs();
-    const auto reopen = [] {
-        GPreferences::SetPrefModule(GPreferences::cUserFileModule,
-                                    std::make_unique<PlugInPrefModule>(PlugInStore::GetFile()));
-    };
-    reopen();
-    EXPECT_EQ(PlugInPreferences::GetLastSelection(), QStringLiteral("key"));
-    EXPECT_TRUE(PlugInPreferences::HasPackageChoice(QStringLiteral("Gr\u00F6\u00DFe")));
-    EXPECT_TRUE(PlugInPreferences::GetPackageChoice(QStringLiteral("Gr\u00F6\u00DFe")));
+    store.Reopen();
+    EXPECT_EQ(PlugInPreferences::GetLastSelection(), "key"_q);
+    EXPECT_TRUE(PlugInPreferences::HasPackageChoice("Gr\u00F6\u00DFe"_q));
+    EXPECT_TRUE(PlugInPreferences::GetPackageChoice("Gr\u00F6\u00DFe"_q));
     EXPECT_FALSE(PlugInPreferences::HasPackageChoice(QString()));
     ASSERT_TRUE(WriteFile(PlugInStore::GetFile().GetNativePath(), "\xFF\xFE no settings"));
-    reopen();
+    store.Reopen();
     EXPECT_TRUE(PlugInPreferences::GetLastSelection().isEmpty());
-    EXPECT_FALSE(PlugInPreferences::HasPackageChoice(QStringLiteral("Gr\u00F6\u00DFe")));
+    EXPECT_FALSE(PlugInPreferences::HasPackageChoice("Gr\u00F6\u00DFe"_q));
 }
 
 TEST_F(PlugInPreferencesTest, PruningForgetsTheChoicesOfHopboxesThatAreNotListed)
@@ -35,16 +31,15 @@ TEST_F(PlugInPreferencesTest, PruningForgetsTheChoicesOfHopboxesThatAreNotListed
     HopboxRegistryEntry entry;
     entry.isPlugin = true;
     GString unnamed;
-    registry.AddEntry(QStringLiteral("Listed"), entry);
+    registry.AddEntry("Listed"_q, entry);
     registry.AddEntry(QString(), entry, &unnamed);
     entry.isPlugin = false;
-    registry.AddEntry(QStringLiteral("Withdrawn"), entry);
-    for (const QString& group : {QStringLiteral("Listed"), unnamed, QStringLiteral("Withdrawn"),
-                                 QStringLiteral("Gone \u65E5\u672C")})
+    registry.AddEntry("Withdrawn"_q, entry);
+    for (const QString& group : {"Listed"_q, unnamed, "Withdrawn"_q, "Gone \u65E5\u672C"_q})
         PlugInPreferences::SetPackageChoice(group, true);
     GPreferences::Set(GPreferences::cUserFileModule, "Withdrawn", "More", true);
     GPreferences::Set(GPreferences::cUserFileModule, "Foreign", "Key", true);
-    PlugInPreferences::SetLastSelection(QStringLiteral("Withdrawn"));
+    PlugInPreferences::SetLastSelection("Withdrawn"_q);
 
     PlugInPreferences::Prune(PlugInPreferences::GetListedGroups());
 
@@ -52,9 +47,9 @@ TEST_F(PlugInPreferencesTest, PruningForgetsTheChoicesOfHopboxesThatAreNotListed
     EXPECT_TRUE(file.Has("Listed", cChoice));
     EXPECT_TRUE(file.Has(unnamed.toUtf8(), cChoice));
     EXPECT_FALSE(file.Has("Withdrawn", "More"));
-    EXPECT_FALSE(file.Has(QStringLiteral("Gone \u65E5\u672C").toUtf8(), cChoice));
+    EXPECT_FALSE(file.Has("Gone \u65E5\u672C"_q.toUtf8(), cChoice));
     EXPECT_TRUE(file.Has("Foreign", "Key"));
-    EXPECT_EQ(PlugInPreferences::GetLastSelection(), QStringLiteral("Withdrawn"));
+    EXPECT_EQ(PlugInPreferences::GetLastSelection(), "Withdrawn"_q);
 }
 
 TEST_F(PlugInPreferencesTest, AFlushKeepsWhatAnotherHostHasWrittenMeanwhile)
@@ -73,7 +68,7 @@ TEST_F(PlugInPreferencesTest, AFlushKeepsWhatAnotherHostHasWrittenMeanwhile)
     set(other, "old", "2");
     other.FlushPrefs();
     one.FlushPrefs();
-    EXPECT_EQ(one.Get("G", "other"), QStringLiteral("2"));
+    EXPECT_EQ(one.Get("G", "other"), "2"_q);
 
     // A change that can't be made leaves what was not flushed to the next flush.
     set(one, "late", "3");
@@ -85,14 +80,14 @@ TEST_F(PlugInPreferencesTest, AFlushKeepsWhatAnotherHostHasWrittenMeanwhile)
     GPrefGroup group;
     file.GetGroupPreferences("G", group);
     EXPECT_EQ(group.GetCount(), 4);
-    EXPECT_EQ(file.Get("G", "old"), QStringLiteral("2"));
-    EXPECT_EQ(file.Get("G", "late"), QStringLiteral("3"));
+    EXPECT_EQ(file.Get("G", "old"), "2"_q);
+    EXPECT_EQ(file.Get("G", "late"), "3"_q);
     EXPECT_FALSE(file.Has("G", "gone"));
 }
 
 TEST_F(PlugInPreferencesTest, OnlyTheFirstStartAndTheLastEndSweep)
 {
-    const GPathName path = GetTemporary().GetChild(QStringLiteral("left"));
+    const GPathName path = GetTemporary().GetChild("left"_q);
     const auto isSwept = [&](void (*step)()) {
         EXPECT_TRUE(WriteFile(path.GetNativePath(), "x"));
         SmartFileList::Add(path);

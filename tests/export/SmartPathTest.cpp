@@ -9,18 +9,10 @@
 
 static const GBuffer cGroup = "SmartFileList";
 
-// The settings file as another host would read it now.
-static GPrefGroup ReadList()
-{
-    GPrefGroup list;
-    PlugInPrefModule(PlugInStore::GetFile()).GetGroupPreferences(cGroup, list);
-    return list;
-}
-
 static GString GetValue(const GPrefGroup& group, const GBuffer& key)
 {
     const GString* value = group.Find(key);
-    return value != nullptr ? *value : QStringLiteral("(none)");
+    return value != nullptr ? *value : "(none)"_q;
 }
 
 class SmartPathTest : public ExportFixture
@@ -47,32 +39,30 @@ protected:
 
 TEST_F(SmartPathTest, ListsItsPathBeforeItMakesItAndGoesWithIt)
 {
-    const GPathName kept = MakeFile(GetTemporary().GetChild(QStringLiteral("kept")));
+    const GPathName kept = MakeFile(GetTemporary().GetChild("kept"_q));
     {
-        GCPTSmartPathName folder = GCPTSmartPathName::MakeFolder(GetTemporary(), QStringLiteral("XXXXX"));
-        MakeFile(folder.GetPathName().GetChild(QStringLiteral("a/b")));
-        GCPTSmartPathName file = GCPTSmartPathName::MakeFile(GetTemporary(), QStringLiteral("kept"));
+        GCPTSmartPathName folder = GCPTSmartPathName::MakeFolder(GetTemporary(), "XXXXX"_q);
+        MakeFile(folder.GetPathName().GetChild("a/b"_q));
+        GCPTSmartPathName file = GCPTSmartPathName::MakeFile(GetTemporary(), "kept"_q);
         EXPECT_NE(file.GetPathName(), kept);
-        EXPECT_EQ(GetValue(ReadList(), "MaxCount"), QStringLiteral("2"));
-        EXPECT_EQ(GetValue(ReadList(), "FilePathName_1"), folder.GetPathName().GetNativePath());
+        EXPECT_EQ(GetValue(PlugInStore::ReadList(), "MaxCount"), "2"_q);
+        EXPECT_EQ(GetValue(PlugInStore::ReadList(), "FilePathName_1"), folder.GetPathName().GetNativePath());
 
         const GPathName old = file.GetPathName();
-        file.Reassign(MakeFile(GetTemporary().GetChild(QStringLiteral("other"))));
+        file.Reassign(MakeFile(GetTemporary().GetChild("other"_q)));
         EXPECT_FALSE(Exists(old));
-        EXPECT_EQ(GetValue(ReadList(), "FilePathName_2"), file.GetPathName().GetNativePath());
-        EXPECT_EQ(GetValue(ReadList(), "MaxCount"), QStringLiteral("2"));
+        EXPECT_EQ(GetValue(PlugInStore::ReadList(), "FilePathName_2"), file.GetPathName().GetNativePath());
+        EXPECT_EQ(GetValue(PlugInStore::ReadList(), "MaxCount"), "2"_q);
 
         GCPTSmartPathName moved = std::move(file);
         EXPECT_EQ(GCPTSmartPathName(kept).Keep(), kept);
-        EXPECT_FALSE(ReadList().Has("FilePathName_3"));
+        EXPECT_FALSE(PlugInStore::ReadList().Has("FilePathName_3"));
     }
-    EXPECT_EQ(List(GetTemporary()), QStringList{QStringLiteral("kept")});
-    EXPECT_EQ(ReadList().GetCount(), 1);  // numbers go on until a sweep
-    EXPECT_EQ(GetValue(ReadList(), "MaxCount"), QStringLiteral("3"));
-    EXPECT_THROW(
-        GCPTSmartPathName::MakeFile(GetTemporary().GetChild(QStringLiteral("no")), QStringLiteral("a")),
-        GException);
-    EXPECT_EQ(ReadList().GetCount(), 1);
+    EXPECT_EQ(List(GetTemporary()), "kept"_list);
+    EXPECT_EQ(PlugInStore::ReadList().GetCount(), 1);  // numbers go on until a sweep
+    EXPECT_EQ(GetValue(PlugInStore::ReadList(), "MaxCount"), "3"_q);
+    EXPECT_THROW(GCPTSmartPathName::MakeFile(GetTemporary().GetChild("no"_q), "a"_q), GException);
+    EXPECT_EQ(PlugInStore::ReadList().GetCount(), 1);
 }
 
 TEST_F(SmartPathTest, SweepTakesTheNumbersUpToTheCount)
@@ -101,22 +91,22 @@ TEST_F(SmartPathTest, SweepTakesTheNumbersUpToTheCount)
         for (const int number : row.left)
             left.append(QString::number(number));
         EXPECT_EQ(List(GetTemporary()), left);
-        EXPECT_EQ(GetValue(ReadList(), "MaxCount"), QString::fromLatin1(row.newMaximum));
+        EXPECT_EQ(GetValue(PlugInStore::ReadList(), "MaxCount"), QString::fromLatin1(row.newMaximum));
         for (const QString& name : left)
             EXPECT_TRUE(GFileSystemBase::TryToRemoveFile(GetTemporary().GetChild(name)));
     }
     GPreferences::Remove(GPreferences::cUserFileModule, cGroup);
     SmartFileList::Sweep();
-    EXPECT_TRUE(ReadList().IsEmpty());
+    EXPECT_TRUE(PlugInStore::ReadList().IsEmpty());
 }
 
 TEST_F(SmartPathTest, SweepOfAHostileListRemovesNothingButThePlugInsOwn)
 {
-    const GPathName home(GetSandbox().GetPath(QStringLiteral("Home")));
+    const GPathName home(GetSandbox().GetPath("Home"_q));
     const GPathName settings = JobOptionsFolder::GetPath();
-    const GPathName victim = MakeFile(home.GetChild(QStringLiteral("a/victim")));
+    const GPathName victim = MakeFile(home.GetChild("a/victim"_q));
     const GPathName temporary = GetTemporary();
-    const GPathName link = temporary.GetChild(QStringLiteral("link"));
+    const GPathName link = temporary.GetChild("link"_q);
     const bool hasLinks = QFile::link(home.GetNativePath(), link.GetNativePath()) &&
                           QFileInfo(link.GetNativePath()).isSymLink();
     const auto placed = [&](const char* name) {
@@ -128,31 +118,30 @@ TEST_F(SmartPathTest, SweepOfAHostileListRemovesNothingButThePlugInsOwn)
         GPathName item;
         bool isRemoved;
     };
-    const GPathName plain = MakeFile(temporary.GetChild(QStringLiteral("sub/plain")));
+    const GPathName plain = MakeFile(temporary.GetChild("sub/plain"_q));
     std::vector<Case> cases = {
         {plain.GetNativePath(), plain, true},
         {victim.GetNativePath(), victim, false},
         {home.GetNativePath(), victim, false},
-        {temporary.GetPortablePath() + QStringLiteral("/../Home"), victim, false},
-        {temporary.GetPortablePath() + QStringLiteral("/x/../../Home/a/victim"), victim, false},
-        {temporary.GetNativePath(), MakeFile(temporary.GetChild(QStringLiteral("stays"))), false},
-        {QStringLiteral("stays"), temporary.GetChild(QStringLiteral("stays")), false},
-        {QStringLiteral("/"), victim, false},
-        {QStringLiteral("%MorvaneUserPreferences%"), PlugInStore::GetFile().GetParent(), false},
+        {temporary.GetPortablePath() + "/../Home"_q, victim, false},
+        {temporary.GetPortablePath() + "/x/../../Home/a/victim"_q, victim, false},
+        {temporary.GetNativePath(), MakeFile(temporary.GetChild("stays"_q)), false},
+        {"stays"_q, temporary.GetChild("stays"_q), false},
+        {"/"_q, victim, false},
+        {"%MorvaneUserPreferences%"_q, PlugInStore::GetFile().GetParent(), false},
         {QString(QChar(0)) + victim.GetNativePath(), victim, false},
         {placed("Morvane_Hopbox_PDF.joboptions").GetNativePath(),
-         settings.GetChild(QStringLiteral("Morvane_Hopbox_PDF.joboptions")), true},
+         settings.GetChild("Morvane_Hopbox_PDF.joboptions"_q), true},
         {QString(), placed("Morvane_Hopbox_PDF.joboptions_abcde.new"), true},
         {placed("Morvane_Hopbox_PDF_0a1b2.joboptions").GetNativePath(),
-         settings.GetChild(QStringLiteral("Morvane_Hopbox_PDF_0a1b2.joboptions")), true},
+         settings.GetChild("Morvane_Hopbox_PDF_0a1b2.joboptions"_q), true},
         {QString(), placed("Morvane_Hopbox_PDF_mine1.joboptions"), false},
-        {placed("Press.joboptions").GetNativePath(), settings.GetChild(QStringLiteral("Press.joboptions")),
-         false},
+        {placed("Press.joboptions").GetNativePath(), settings.GetChild("Press.joboptions"_q), false},
         {placed("Morvane_Hopbox_PDF_Draft.joboptions").GetNativePath(),
-         settings.GetChild(QStringLiteral("Morvane_Hopbox_PDF_Draft.joboptions")), false},
+         settings.GetChild("Morvane_Hopbox_PDF_Draft.joboptions"_q), false},
         {settings.GetNativePath(), settings, false}};
     if (hasLinks) {
-        cases.push_back({link.GetNativePath() + QStringLiteral("/a/victim"), victim, false});
+        cases.push_back({link.GetNativePath() + "/a/victim"_q, victim, false});
         cases.push_back({link.GetNativePath(), link, true});
     }
     int number = 0;
@@ -164,16 +153,16 @@ TEST_F(SmartPathTest, SweepOfAHostileListRemovesNothingButThePlugInsOwn)
     for (const Case& row : cases)
         EXPECT_EQ(Exists(row.item), !row.isRemoved) << row.path.toStdString();
     EXPECT_TRUE(Exists(victim));
-    EXPECT_FALSE(ReadList().Has("FilePathName_1"));
-    EXPECT_EQ(GetValue(ReadList(), "MaxCount"), QStringLiteral("0"));
+    EXPECT_FALSE(PlugInStore::ReadList().Has("FilePathName_1"));
+    EXPECT_EQ(GetValue(PlugInStore::ReadList(), "MaxCount"), "0"_q);
 }
 
 // Keeps a file of its own for as long as the test wants.
 CHILD_ROLE(OwnPath)
 {
     const PlugInStore store;
-    const GCPTSmartPathName path = GCPTSmartPathName::MakeFile(
-        GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary), QStringLiteral("owned"));
+    const GCPTSmartPathName path =
+        GCPTSmartPathName::MakeFile(GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary), "owned"_q);
     SayToParent(path.GetPathName().GetNativePath().toUtf8());
     HearFromParent();
     return 0;
@@ -181,29 +170,29 @@ CHILD_ROLE(OwnPath)
 
 TEST_F(SmartPathTest, SweepLeavesWhatAnotherLivingProcessOwns)
 {
-    ChildProcess owner(QStringLiteral("OwnPath"), {});
+    ChildProcess owner("OwnPath"_q, {});
     const GPathName owned(QString::fromUtf8(owner.ReadLine()));
-    const GPathName left = MakeFile(GetTemporary().GetChild(QStringLiteral("left")));
+    const GPathName left = MakeFile(GetTemporary().GetChild("left"_q));
     const auto list = [&](int number, const GPathName& path, const GString& process) {
         SetListed("FilePathName_" + GBuffer::number(number), path.GetNativePath());
         SetListed("FileOwner_" + GBuffer::number(number), process);
         SetListed("MaxCount", QString::number(number));
     };
     // A process that lives now is not the one of that number that died; and a dead one may list what lives.
-    const QString reused = QStringLiteral("%1 12345").arg(owner.GetProcessID());
+    const QString reused = "%1 12345"_q.arg(owner.GetProcessID());
     list(5, left, reused);
     list(6, owned, reused);
     GPreferences::FlushPrefs();
     SmartFileList::Sweep();
     EXPECT_TRUE(Exists(owned));
     EXPECT_FALSE(Exists(left));
-    EXPECT_EQ(GetValue(ReadList(), "FilePathName_1"), owned.GetNativePath());
-    EXPECT_EQ(GetValue(ReadList(), "MaxCount"), QStringLiteral("1"));
-    EXPECT_EQ(ReadList().GetCount(), 3);
+    EXPECT_EQ(GetValue(PlugInStore::ReadList(), "FilePathName_1"), owned.GetNativePath());
+    EXPECT_EQ(GetValue(PlugInStore::ReadList(), "MaxCount"), "1"_q);
+    EXPECT_EQ(PlugInStore::ReadList().GetCount(), 3);
     owner.Kill();
     SmartFileList::Sweep();
     EXPECT_FALSE(Exists(owned));
-    EXPECT_EQ(ReadList().GetCount(), 1);
+    EXPECT_EQ(PlugInStore::ReadList().GetCount(), 1);
 }
 
 // Makes and drops temporary files as fast as it can, and remembers a choice.
@@ -213,7 +202,7 @@ CHILD_ROLE(MakePaths)
     PlugInPreferences::SetPackageChoice(arguments.at(0), true);
     for (int round = 0; round < 15; ++round) {
         const GCPTSmartPathName path = GCPTSmartPathName::MakeFolder(
-            GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary), QStringLiteral("XXXXX"));
+            GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary), "XXXXX"_q);
         if (round % 5 == 0)
             SmartFileList::Sweep();
         if (!QFileInfo(path.GetPathName().GetNativePath()).isDir() && round % 5 != 0)
@@ -229,15 +218,15 @@ CHILD_ROLE(MakePaths)
 TEST_F(SmartPathTest, TwoHostsLoseNothingOfEachOther)
 {
     const auto path = [&](const char* name) { return GetTemporary().GetChild(QString::fromLatin1(name)); };
-    ChildProcess one(QStringLiteral("MakePaths"), {QStringLiteral("One"), path("one").GetNativePath()});
-    ChildProcess other(QStringLiteral("MakePaths"), {QStringLiteral("Two"), path("two").GetNativePath()});
+    ChildProcess one("MakePaths"_q, {"One"_q, path("one").GetNativePath()});
+    ChildProcess other("MakePaths"_q, {"Two"_q, path("two").GetNativePath()});
     EXPECT_EQ(one.ReadLine(), QByteArray("listed"));
     EXPECT_EQ(other.ReadLine(), QByteArray("listed"));
     const PlugInPrefModule file(PlugInStore::GetFile());
-    EXPECT_EQ(file.Get("One", "IncludeFilePackageChecked"), QStringLiteral("true"));
-    EXPECT_EQ(file.Get("Two", "IncludeFilePackageChecked"), QStringLiteral("true"));
+    EXPECT_EQ(file.Get("One", "IncludeFilePackageChecked"), "true"_q);
+    EXPECT_EQ(file.Get("Two", "IncludeFilePackageChecked"), "true"_q);
     QStringList listed;
-    for (const auto& entry : ReadList())
+    for (const auto& entry : PlugInStore::ReadList())
         listed.append(entry.value);
     EXPECT_TRUE(listed.contains(path("one").GetNativePath()));
     EXPECT_TRUE(listed.contains(path("two").GetNativePath()));
@@ -246,18 +235,18 @@ TEST_F(SmartPathTest, TwoHostsLoseNothingOfEachOther)
 
 TEST_F(SmartPathTest, PlacedJobOptionsAreAReadOnlyCopyThatGoes)
 {
-    const GPathName source = MakeFile(GetTemporary().GetChild(QStringLiteral("a.joboptions")));
+    const GPathName source = MakeFile(GetTemporary().GetChild("a.joboptions"_q));
     {
         const PlacedJobOptions one(source);
         const PlacedJobOptions other(source);
-        EXPECT_EQ(one.GetSettingsName(), QStringLiteral("[Morvane_Hopbox_PDF]"));
+        EXPECT_EQ(one.GetSettingsName(), "[Morvane_Hopbox_PDF]"_q);
         EXPECT_NE(other.GetPathName(), one.GetPathName());
         EXPECT_EQ(ReadFile(other.GetPathName().GetNativePath()), QByteArray("x"));
         EXPECT_FALSE(QFile::permissions(one.GetPathName().GetNativePath()) & QFile::WriteOwner);
         EXPECT_EQ(List(JobOptionsFolder::GetPath()).size(), 2);
     }
     EXPECT_TRUE(List(JobOptionsFolder::GetPath()).isEmpty());
-    const PlacedJobOptions missing(GetTemporary().GetChild(QStringLiteral("none")));
+    const PlacedJobOptions missing(GetTemporary().GetChild("none"_q));
     EXPECT_FALSE(missing.IsPlaced());
     EXPECT_FALSE(missing.GetError().isEmpty());
     EXPECT_TRUE(List(JobOptionsFolder::GetPath()).isEmpty());

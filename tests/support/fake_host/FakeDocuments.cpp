@@ -164,8 +164,8 @@ ErrorCode FakeDocumentUtils::OpenDocument(const IDFile& file, HostPtr<IDocument>
     FakeDocument* record = Find(file);
     if (answer == HostAnswer::Fails || record == nullptr)
         return cFailure;
-    record->isOpen = true;
-    if (answer == HostAnswer::Works)
+    record->isOpen = answer == HostAnswer::Works;
+    if (record->isOpen)
         document = HostPtr<FakeDocumentObject>::Adopt(new FakeDocumentObject(mHost, "IDocument", *record));
     return cSuccess;
 }
