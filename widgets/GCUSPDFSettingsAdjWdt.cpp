@@ -23,16 +23,28 @@ constexpr double cLeastOffset = 0.01;
 constexpr double cMostOffset = 72;
 constexpr double cMostBleed = 432;
 
-// The columns of the panel: two of marks, a gap, three of bleed, and what the panel is too wide.
+// The columns of the panel: two of marks, a gap, three of bleed, and the rest of the width.
 enum Column
 {
     cMarkLabel,
     cMarkField,
-    cGap,
+    cColumnGap,
     cBleedLabel,
     cBleedField,
     cChain,
     cRest
+};
+
+// Its rows: both sides have a head and five more, then, after a gap, two.
+enum Row
+{
+    cHeadRow,
+    cFirstRow,
+    cRowGap = cFirstRow + cMarkCount,
+    cWeightRow,
+    cOffsetRow,
+    cSlugRow = cWeightRow,
+    cSpreadsRow = cOffsetRow
 };
 
 // A check box that leaves what the job options say can be brought back to that.
@@ -66,8 +78,10 @@ GCUSPDFSettingsAdjWdt::GCUSPDFSettingsAdjWdt(QWidget* parent) : QWidget(parent)
     AddMarkLines(*grid);
     AddBleed(*grid);
     AddBleedFields(*grid);
-    grid->setColumnMinimumWidth(cGap, fontMetrics().averageCharWidth() * 4);
-    grid->setColumnStretch(cRest, 1);
+    grid->setColumnMinimumWidth(cColumnGap, fontMetrics().averageCharWidth() * 4);
+    grid->setRowMinimumHeight(cRowGap, fontMetrics().height() / 2);
+    grid->setColumnStretch(cMarkField, 1);
+    grid->setColumnStretch(cRest, 1000);  // what the panel is too wide
     ConnectSignals();
     Load({});
 }
@@ -75,7 +89,7 @@ GCUSPDFSettingsAdjWdt::GCUSPDFSettingsAdjWdt(QWidget* parent) : QWidget(parent)
 void GCUSPDFSettingsAdjWdt::AddMarks(QGridLayout& grid)
 {
     mAllMarks = new QCheckBox(tr("All Printer's &Marks"));
-    grid.addWidget(mAllMarks, 0, cMarkLabel, 1, 2);
+    grid.addWidget(mAllMarks, cHeadRow, cMarkLabel, 1, 2);
     const QString texts[] = {tr("&Crop"), tr("&Bleed"), tr("Re&gistration"), tr("Co&lor Bars"),
                              tr("Page &Information")};
     auto* marks = new QGridLayout;
@@ -86,7 +100,7 @@ void GCUSPDFSettingsAdjWdt::AddMarks(QGridLayout& grid)
         mMarks.at(mark) = new QCheckBox(texts[mark]);
         marks->addWidget(mMarks.at(mark), mark, 0);
     }
-    grid.addLayout(marks, 1, cMarkLabel, cMarkCount, 2);
+    grid.addLayout(marks, cFirstRow, cMarkLabel, cMarkCount, 2);
 }
 
 void GCUSPDFSettingsAdjWdt::AddMarkLines(QGridLayout& grid)
@@ -96,22 +110,22 @@ void GCUSPDFSettingsAdjWdt::AddMarkLines(QGridLayout& grid)
     for (const double points : {0.125, 0.25, 0.5})
         mWeight->addItem(tr("%1 pt").arg(locale().toString(points, 'f', points < 0.25 ? 3 : 2)));
     mWeightLabel->setBuddy(mWeight);
-    grid.addWidget(mWeightLabel, cMarkCount + 1, cMarkLabel);
-    grid.addWidget(mWeight, cMarkCount + 1, cMarkField);
+    grid.addWidget(mWeightLabel, cWeightRow, cMarkLabel);
+    grid.addWidget(mWeight, cWeightRow, cMarkField);
 
     auto* offsetLabel = new QLabel(tr("Offse&t:"));
     mOffset = new GQUIUnitSpinBox;
     mOffset->SetRangePoints(cLeastOffset, cMostOffset);
     offsetLabel->setBuddy(mOffset);
-    grid.addWidget(offsetLabel, cMarkCount + 2, cMarkLabel);
-    grid.addWidget(mOffset, cMarkCount + 2, cMarkField);
+    grid.addWidget(offsetLabel, cOffsetRow, cMarkLabel);
+    grid.addWidget(mOffset, cOffsetRow, cMarkField);
 }
 
 void GCUSPDFSettingsAdjWdt::AddBleed(QGridLayout& grid)
 {
-    grid.addWidget(new QLabel(tr("Bleed:")), 0, cBleedLabel, 1, 3);
+    grid.addWidget(new QLabel(tr("Bleed:")), cHeadRow, cBleedLabel, 1, 3);
     mDocumentBleed = new QCheckBox(tr("&Use Document Bleed Settings"));
-    grid.addWidget(mDocumentBleed, 1, cBleedLabel, 1, 4);
+    grid.addWidget(mDocumentBleed, cFirstRow, cBleedLabel, 1, 4);
 }
 
 void GCUSPDFSettingsAdjWdt::AddBleedFields(QGridLayout& grid)
@@ -124,18 +138,18 @@ void GCUSPDFSettingsAdjWdt::AddBleedFields(QGridLayout& grid)
         field->SetRangePoints(0, cMostBleed);
         field->setAccessibleName(names[bleed]);
         mBleeds.at(bleed) = field;
-        grid.addWidget(new QLabel(texts[bleed]), 2 + bleed, cBleedLabel);
-        grid.addWidget(field, 2 + bleed, cBleedField);
+        grid.addWidget(new QLabel(texts[bleed]), cFirstRow + 1 + bleed, cBleedLabel);
+        grid.addWidget(field, cFirstRow + 1 + bleed, cBleedField);
     }
     mChain = new GQUIChainButton;
     mChain->setToolTip(tr("Make all settings the same"));
     mChain->setAccessibleName(mChain->toolTip());
-    grid.addWidget(mChain, 2, cChain, cBleedCount, 1, Qt::AlignVCenter);
+    grid.addWidget(mChain, cFirstRow + 1, cChain, cBleedCount, 1, Qt::AlignVCenter);
 
     mSlug = new QCheckBox(tr("Include &Slug Area (For Bleed)"));
-    grid.addWidget(mSlug, cMarkCount + 1, cBleedLabel, 1, 4);
+    grid.addWidget(mSlug, cSlugRow, cBleedLabel, 1, 4);
     mSpreads = new QCheckBox(tr("Pri&nt Spreads"));
-    grid.addWidget(mSpreads, cMarkCount + 2, cBleedLabel, 1, 4);
+    grid.addWidget(mSpreads, cSpreadsRow, cBleedLabel, 1, 4);
 }
 
 void GCUSPDFSettingsAdjWdt::ConnectSignals()

@@ -23,11 +23,7 @@ void GQUIChainButton::paintEvent(QPaintEvent*)
     QStyleOptionToolButton option;
     option.initFrom(this);
     option.subControls = QStyle::SC_ToolButton;
-    option.state |= QStyle::State_AutoRaise;
-    if (isDown() || isChecked())
-        option.state |= QStyle::State_On;
-    if (underMouse() && isEnabled())
-        option.state |= QStyle::State_Raised;
+    option.state |= isDown() ? QStyle::State_Sunken : (isChecked() ? QStyle::State_On : QStyle::State_Raised);
     style()->drawComplexControl(QStyle::CC_ToolButton, &option, &painter, this);
 
     // Two links, one above the other; their middle bar is what the open chain lacks.

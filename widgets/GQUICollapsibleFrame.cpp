@@ -1,11 +1,33 @@
 #include "widgets/GQUICollapsibleFrame.h"
 
 #include <QHBoxLayout>
+#include <QStyleOptionToolButton>
+#include <QStylePainter>
 #include <QToolButton>
 #include <QVBoxLayout>
 
+namespace
+{
+// Checked while the frame is open, which screen readers tell; the arrow shows it, so that the button need not
+// look pressed.
+class DisclosureButton : public QToolButton
+{
+public:
+    using QToolButton::QToolButton;
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QStyleOptionToolButton option;
+        initStyleOption(&option);
+        option.state &= ~QStyle::State_On;
+        QStylePainter(this).drawComplexControl(QStyle::CC_ToolButton, option);
+    }
+};
+}  // namespace
+
 GQUICollapsibleFrame::GQUICollapsibleFrame(const QString& title, QWidget* parent)
-    : QFrame(parent), mButton(new QToolButton(this)), mHeader(new QHBoxLayout)
+    : QFrame(parent), mButton(new DisclosureButton(this)), mHeader(new QHBoxLayout)
 {
     mButton->setText(title);
     mButton->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);

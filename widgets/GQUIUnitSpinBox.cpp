@@ -46,7 +46,7 @@ double GQUIUnitSpinBox::GetPoints() const
 
 void GQUIUnitSpinBox::SetPoints(double points)
 {
-    setValue(qBound(mMinimum, points, maximum()));
+    setValue(GetNearest(points));
     setMinimum(mMinimum);
 }
 
@@ -87,6 +87,8 @@ QString GQUIUnitSpinBox::textFromValue(double value) const
 
 double GQUIUnitSpinBox::valueFromText(const QString& text) const
 {
+    if (text == GetText(value()))
+        return value();  // the text is rounded, the length is not
     return GQUILengthText::ToPoints(text, GUnitSupport::GetDefaultUnitCode()).value_or(value());
 }
 
@@ -94,7 +96,7 @@ QValidator::State GQUIUnitSpinBox::validate(QString& text, int&) const
 {
     switch (GQUILengthText::GetForm(text)) {
         case GQUILengthText::Form::cLength:
-            return IsInRange(valueFromText(text)) ? QValidator::Acceptable : QValidator::Intermediate;
+            return IsShownInRange(valueFromText(text)) ? QValidator::Acceptable : QValidator::Intermediate;
         case GQUILengthText::Form::cPartial:
             return text.isEmpty() && IsBlank() ? QValidator::Acceptable : QValidator::Intermediate;
         default:
@@ -105,7 +107,7 @@ QValidator::State GQUIUnitSpinBox::validate(QString& text, int&) const
 void GQUIUnitSpinBox::fixup(QString& text) const
 {
     if (GQUILengthText::GetForm(text) == GQUILengthText::Form::cLength)
-        text = GetText(qBound(mMinimum, valueFromText(text), maximum()));
+        text = GetText(GetNearest(valueFromText(text)));
 }
 
 void GQUIUnitSpinBox::stepBy(int steps)
@@ -118,6 +120,17 @@ void GQUIUnitSpinBox::stepBy(int steps)
     const double next = steps > 0 ? std::floor(position + cSlack) : std::ceil(position - cSlack);
     SetPoints(GUnitSupport::ToPoints((next + steps) * step, unit));
     selectAll();
+}
+
+double GQUIUnitSpinBox::GetNearest(double points) const
+{
+    return qBound(mMinimum, points, maximum());
+}
+
+// A limit's own text, which is rounded, may be a little beyond the limit.
+bool GQUIUnitSpinBox::IsShownInRange(double points) const
+{
+    return IsInRange(points) || GetText(points) == GetText(GetNearest(points));
 }
 
 QChar GQUIUnitSpinBox::GetDecimalSign() const

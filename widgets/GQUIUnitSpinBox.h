@@ -43,6 +43,8 @@ protected:
     void stepBy(int steps) override;
 
 private:
+    double GetNearest(double points) const;
+    bool IsShownInRange(double points) const;
     QChar GetDecimalSign() const;
     QString GetText(double points) const;
     void DescribeRange();

@@ -1,0 +1,232 @@
+#include "foundation/core/GUnitSupport.h"
+#include "tests/support/Texts.h"
+#include "widgets/GCUSPDFSettingsAdjWdt.h"
+#include "widgets/GCUSTranslation.h"
+#include "widgets/GQUIUnitSpinBox.h"
+
+#include <QAccessible>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QSet>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace
+{
+using Panel = GCUSPDFSettingsAdjWdt;
+
+// "Trim=true MarkWeight=1"
+Panel::Values ToValues(const QString& text)
+{
+    Panel::Values values;
+    if (text.isEmpty())
+        return values;
+    for (const QString& entry : text.split(QLatin1Char(' ')))
+        values.Insert(entry.section(QLatin1Char('='), 0, 0).toLatin1(), entry.section(QLatin1Char('='), 1));
+    return values;
+}
+
+QString ToText(const Panel::Values& values)
+{
+    QStringList entries;
+    for (const auto& entry : values)
+        entries << QString::fromLatin1(entry.key) + QLatin1Char('=') + entry.value;
+    entries.sort();
+    return entries.join(QLatin1Char(' '));
+}
+
+void Click(QWidget* panel, const char* text)
+{
+    for (QCheckBox* box : panel->findChildren<QCheckBox*>())
+        if (box->text().remove(QLatin1Char('&')) == QString::fromUtf8(text))
+            return QTest::mouseClick(box, Qt::LeftButton, {}, {8, box->height() / 2});
+    FAIL() << "no check box " << text;
+}
+
+// The fields in the order on screen: offset, then top, bottom, inside, outside.
+GQUIUnitSpinBox* GetField(QWidget* panel, int number)
+{
+    return panel->findChildren<GQUIUnitSpinBox*>().at(number);
+}
+
+void Type(QWidget* panel, int number, const char* text)
+{
+    GetField(panel, number)->setFocus();
+    GetField(panel, number)->selectAll();
+    QTest::keyClicks(GetField(panel, number), QString::fromUtf8(text));
+}
+
+void ClickChain(QWidget* panel)
+{
+    for (QAbstractButton* button : panel->findChildren<QAbstractButton*>())
+        if (button->text().isEmpty() && button->isCheckable())
+            QTest::mouseClick(button, Qt::LeftButton);
+}
+
+constexpr char cMarksOff[] = "Bleed=false ColorBars=false PageInfo=false PrinterRegistration=false ";
+constexpr char cEqualBleeds[] =
+    "BleedBottomValue=5 BleedChoice=1 BleedInsideValue=5 BleedOutsideValue=5 BleedTopValue=5";
+}  // namespace
+
+TEST(AdjustmentPanel, ChangesNoValueThatTheUserLeavesAlone)
+{
+    const QString cases[] = {
+        QString(),
+        "PrinterMarks=true"_q,
+        "Other=1 PrinterMarks=true Trim=false"_q,
+        "PrinterMarks=yes Trim=TRUE"_q,
+        "BleedChoice=0 BleedTopValue=-1"_q,
+        "BleedChoice=2 BleedInsideValue=8.503937007874017 BleedTopValue=nan"_q,
+        "BleedBottomValue=1e9 BleedChoice=x BleedTopValue=0"_q,
+        "BleedSlugArea=false PrintSpreads=maybe"_q,
+        "MarkOffset=0 MarkWeight=7"_q,
+        "MarkOffset=0.001 MarkWeight=x"_q,
+        "MarkOffset=5000 MarkWeight=0"_q,
+    };
+    for (const int32_t unit : {GUnitSupport::cPicas, GUnitSupport::cMillimetres}) {
+        GUnitSupport::SetDefaultUnitCode(unit);
+        Panel panel;
+        for (const QString& text : cases) {
+            Panel::Values values = ToValues(text);
+            panel.Load(values);
+            panel.Store(values);
+            EXPECT_EQ(ToText(values), text);
+        }
+    }
+    GUnitSupport::SetDefaultUnitCode(GUnitSupport::cPoints);
+}
+
+TEST(AdjustmentPanel, StoresWhatTheUserChanges)
+{
+    struct Case
+    {
+        QString before;
+        std::function<void(QWidget*)> action;
+        QString after;
+    };
+    const auto click = [](const char* text) { return [text](QWidget* panel) { Click(panel, text); }; };
+    const auto type = [](int field, const char* text) {
+        return [field, text](QWidget* panel) { Type(panel, field, text); };
+    };
+    const QString marksOff = QString::fromLatin1(cMarksOff);
+    const QString equalBleeds = QString::fromLatin1(cEqualBleeds);
+    const Case cases[] = {
+        // A mark that nothing is known about is first turned on, and nothing is said about the others.
+        {{}, click("Crop"), "Trim=true"_q},
+        {"Trim=true"_q, click("Crop"), "Trim=false"_q},
+        {"PrinterMarks=true"_q, click("Crop"),
+         "Bleed=true ColorBars=true PageInfo=true PrinterMarks=false PrinterRegistration=true Trim=false"_q},
+        {"PrinterMarks=false "_q + marksOff + "Trim=true"_q, click("All Printer's Marks"),
+         "Bleed=true ColorBars=true PageInfo=true PrinterMarks=true PrinterRegistration=true Trim=true"_q},
+        {"PrinterMarks=true"_q, click("All Printer's Marks"),
+         "Bleed=false ColorBars=false PageInfo=false PrinterMarks=false PrinterRegistration=false Trim=false"_q},
+        {{},
+         [](QWidget* panel) { QTest::keyClick(panel->findChild<QComboBox*>(), Qt::Key_End); },
+         "MarkWeight=2"_q},
+        {"MarkOffset=6"_q, type(0, "12"), "MarkOffset=12"_q},
+        {"MarkOffset=6"_q, type(0, "0"), "MarkOffset=0.01"_q},
+        // Own lengths count under the own choice only.
+        {{}, type(1, "5"), equalBleeds},
+        {"BleedChoice=1 BleedTopValue=1"_q, type(2, "5"),
+         "BleedBottomValue=5 BleedChoice=1 BleedTopValue=1"_q},
+        {"BleedChoice=1 BleedTopValue=5"_q, ClickChain, equalBleeds},
+        {equalBleeds,
+         [](QWidget* panel) {
+             ClickChain(panel);
+             Type(panel, 3, "6pt");
+         },
+         QString(equalBleeds).replace("InsideValue=5"_q, "InsideValue=6"_q)},
+        {"BleedChoice=1 BleedTopValue=1"_q, click("Use Document Bleed Settings"),
+         "BleedChoice=2 BleedTopValue=1"_q},
+        {"BleedChoice=2 BleedTopValue=1"_q,
+         [](QWidget* panel) {
+             Type(panel, 1, "5");  // not open to the user
+             Click(panel, "Use Document Bleed Settings");
+             EXPECT_TRUE(GetField(panel, 1)->isEnabled());
+         },
+         "BleedChoice=1 BleedTopValue=1"_q},
+        {{}, click("Include Slug Area (For Bleed)"), "BleedSlugArea=true"_q},
+        {"PrintSpreads=true"_q, click("Print Spreads"), "PrintSpreads=false"_q},
+    };
+    int number = 0;
+    for (const Case& test : cases) {
+        SCOPED_TRACE(number++);
+        Panel panel;
+        panel.show();
+        Panel::Values values = ToValues(test.before);
+        panel.Load(values);
+        test.action(&panel);
+        panel.Store(values);
+        EXPECT_EQ(ToText(values), test.after);
+        panel.Load(values);
+        Panel::Values again = ToValues(test.before);
+        panel.Store(again);
+        EXPECT_EQ(ToText(again), test.after) << "not all of it is shown again";
+    }
+}
+
+TEST(AdjustmentPanel, LeavesTheBleedMarkAloneWhereItIsNotOffered)
+{
+    Panel panel;
+    panel.SetShown(Panel::Control::cBleedMark, false);
+    panel.show();
+    const QString before = QString::fromLatin1(cMarksOff) + "Trim=false"_q;
+    Panel::Values values = ToValues(before);
+    panel.Load(values);
+    Click(&panel, "All Printer's Marks");
+    auto* all = panel.findChild<QCheckBox*>();
+    EXPECT_EQ(all->checkState(), Qt::Checked);
+    panel.Store(values);
+    EXPECT_EQ(ToText(values),
+              "Bleed=false ColorBars=true PageInfo=true PrinterRegistration=true Trim=true"_q);
+    Click(&panel, "All Printer's Marks");
+    panel.Store(values);
+    EXPECT_EQ(ToText(values), before);
+}
+
+// In each language: nothing is cut, each mnemonic leads to one control, each control tells its name, and the
+// tab key goes down the left side, then the right.
+TEST(AdjustmentPanel, IsReadableAndOpenToTheKeyboardInEachLanguage)
+{
+    const std::pair<const char*, const char*> languages[] = {
+        {"", "Crop"}, {"deDE", "Schnittmarken"}, {"frFR", "Traits de coupe"}};
+    for (const auto& [language, crop] : languages) {
+        SCOPED_TRACE(language);
+        const QString file = QStringLiteral(HOPBOX_TRANSLATIONS "/Plugin_%1.qm").arg(QLatin1String(language));
+        EXPECT_EQ(GCUSTranslation::Load(GPathName(file)), *language != '\0');
+        Panel panel;
+        panel.Load(ToValues("BleedChoice=1"_q));
+        panel.show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&panel));
+        Click(&panel, crop);
+
+        QSet<QString> mnemonics;
+        for (QWidget* widget : panel.findChildren<QWidget*>()) {
+            const QString text = widget->property("text").toString();
+            if (!text.isEmpty()) {
+                EXPECT_GE(widget->width(), widget->minimumSizeHint().width()) << text.toStdString();
+            }
+            if (widget->focusPolicy() != Qt::NoFocus && widget->parentWidget() == &panel) {
+                EXPECT_NE(QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name), QString());
+            }
+            const QString key = QKeySequence::mnemonic(text).toString();
+            EXPECT_FALSE(mnemonics.contains(key)) << text.toStdString();
+            if (!key.isEmpty())
+                mnemonics << key;
+        }
+        EXPECT_EQ(mnemonics.size(), 11);
+
+        QPoint last(0, -1);
+        panel.findChild<QCheckBox*>()->setFocus();
+        for (int step = 0; step < 16; ++step) {
+            const QWidget* widget = panel.focusWidget();
+            const QPoint place = widget->mapTo(&panel, widget->rect().center());
+            EXPECT_TRUE(place.y() > last.y() || place.x() > last.x()) << step;
+            last = place;
+            QTest::keyClick(panel.focusWidget(), Qt::Key_Tab);
+        }
+        GCUSTranslation::Unload();
+    }
+}
