@@ -15,11 +15,13 @@ GQUIProgressWindow::GQUIProgressWindow(const QString& title, QWidget* parent)
     setWindowTitle(title);
     mText->setTextFormat(Qt::PlainText);
     mText->setWordWrap(true);
-    mText->setMinimumWidth(fontMetrics().averageCharWidth() * 56);
+    // Room for two lines, so that a longer text moves nothing.
+    mText->setMinimumSize(fontMetrics().averageCharWidth() * 56, fontMetrics().lineSpacing() * 2);
     mBar->setTextVisible(false);
     SetProgress(0, 0);
     auto* buttons = new QDialogButtonBox;
     mCancel = buttons->addButton(tr("Cancel"), QDialogButtonBox::RejectRole);
+    mCancel->setAutoDefault(false);  // a stray Return cancels nothing
 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(mText);

@@ -78,6 +78,7 @@ TEST_F(ModalTime, LastsWhileATaskGoesOn)
         window.SetText("Page 1 of 4 & more"_q);
         window.SetProgress(1, 4);
         EXPECT_EQ(std::make_pair(bar->value(), bar->maximum()), std::make_pair(1, 4));
+        QTest::keyClick(&window, Qt::Key_Return);
         EXPECT_FALSE(window.WasCancelled());
         EXPECT_EQ(depth, 1);
         cancel();
