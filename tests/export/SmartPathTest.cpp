@@ -9,16 +9,20 @@
 
 static const GBuffer cGroup = "SmartFileList";
 
-static GString GetValue(const GPrefGroup& group, const GBuffer& key)
+// What another host would read now.
+static GString GetListed(const GBuffer& key)
 {
-    const GString* value = group.Find(key);
+    const GPrefGroup list = PlugInStore::ReadList();
+    const GString* value = list.Find(key);
     return value != nullptr ? *value : "(none)"_q;
 }
 
 class SmartPathTest : public ExportFixture
 {
 protected:
-    GPathName MakeFile(const GPathName& path)
+    static GPathName GetPath(const char* name) { return GetTemporary().GetChild(QString::fromUtf8(name)); }
+
+    static GPathName MakeFile(const GPathName& path)
     {
         GFileSystemBase::CreateFolder(path.GetParent());
         EXPECT_TRUE(WriteFile(path.GetNativePath(), "x"));
@@ -39,20 +43,20 @@ protected:
 
 TEST_F(SmartPathTest, ListsItsPathBeforeItMakesItAndGoesWithIt)
 {
-    const GPathName kept = MakeFile(GetTemporary().GetChild("kept"_q));
+    const GPathName kept = MakeFile(GetPath("kept"));
     {
         GCPTSmartPathName folder = GCPTSmartPathName::MakeFolder(GetTemporary(), "XXXXX"_q);
         MakeFile(folder.GetPathName().GetChild("a/b"_q));
         GCPTSmartPathName file = GCPTSmartPathName::MakeFile(GetTemporary(), "kept"_q);
         EXPECT_NE(file.GetPathName(), kept);
-        EXPECT_EQ(GetValue(PlugInStore::ReadList(), "MaxCount"), "2"_q);
-        EXPECT_EQ(GetValue(PlugInStore::ReadList(), "FilePathName_1"), folder.GetPathName().GetNativePath());
+        EXPECT_EQ(GetListed("MaxCount"), "2"_q);
+        EXPECT_EQ(GetListed("FilePathName_1"), folder.GetPathName().GetNativePath());
 
         const GPathName old = file.GetPathName();
-        file.Reassign(MakeFile(GetTemporary().GetChild("other"_q)));
+        file.Reassign(MakeFile(GetPath("other")));
         EXPECT_FALSE(Exists(old));
-        EXPECT_EQ(GetValue(PlugInStore::ReadList(), "FilePathName_2"), file.GetPathName().GetNativePath());
-        EXPECT_EQ(GetValue(PlugInStore::ReadList(), "MaxCount"), "2"_q);
+        EXPECT_EQ(GetListed("FilePathName_2"), file.GetPathName().GetNativePath());
+        EXPECT_EQ(GetListed("MaxCount"), "2"_q);
 
         GCPTSmartPathName moved = std::move(file);
         EXPECT_EQ(GCPTSmartPathName(kept).Keep(), kept);
@@ -60,40 +64,32 @@ TEST_F(SmartPathTest, ListsItsPathBeforeItMakesItAndGoesWithIt)
     }
     EXPECT_EQ(List(GetTemporary()), "kept"_list);
     EXPECT_EQ(PlugInStore::ReadList().GetCount(), 1);  // numbers go on until a sweep
-    EXPECT_EQ(GetValue(PlugInStore::ReadList(), "MaxCount"), "3"_q);
-    EXPECT_THROW(GCPTSmartPathName::MakeFile(GetTemporary().GetChild("no"_q), "a"_q), GException);
+    EXPECT_EQ(GetListed("MaxCount"), "3"_q);
+    EXPECT_THROW(GCPTSmartPathName::MakeFile(GetPath("no"), "a"_q), GException);
     EXPECT_EQ(PlugInStore::ReadList().GetCount(), 1);
 }
 
 TEST_F(SmartPathTest, SweepTakesTheNumbersUpToTheCount)
 {
-    struct Case
+    const struct
     {
         const char* maximum;
-        QList<int> listed;
-        QList<int> left;  // files
-        const char* newMaximum;
-    };
-    const Case cases[] = {{"5", {2, 4}, {}, "0"},       {"3", {2, 4}, {4}, "0"},
-                          {"0", {1}, {1}, "0"},         {"-7", {1}, {1}, "0"},
-                          {"2147483647", {9}, {}, "0"}, {"99999999999999", {1}, {1}, "0"},
-                          {"", {1}, {1}, "0"}};
-    for (const Case& row : cases) {
-        SCOPED_TRACE(row.maximum);
+        QStringList listed;
+        QStringList left;
+    } cases[] = {{"5", "2|4"_list, {}},        {"3", "2|4"_list, "4"_list},
+                 {"0", "1"_list, "1"_list},    {"-7", "1"_list, "1"_list},
+                 {"2147483647", "9"_list, {}}, {"99999999999999", "1"_list, "1"_list},
+                 {"", "1"_list, "1"_list}};
+    for (const auto& row : cases) {
+        GFileSystemBase::TryToRemoveFolder(GetTemporary());
         GPreferences::Remove(GPreferences::cUserFileModule, cGroup);
-        for (const int number : row.listed) {
-            const GPathName file = MakeFile(GetTemporary().GetChild(QString::number(number)));
-            SetListed("FilePathName_" + GBuffer::number(number), file.GetNativePath());
-        }
+        for (const QString& number : row.listed)
+            SetListed("FilePathName_" + number.toLatin1(),
+                      MakeFile(GetTemporary().GetChild(number)).GetNativePath());
         SetListed("MaxCount", QString::fromLatin1(row.maximum));
         SmartFileList::Sweep();
-        QStringList left;
-        for (const int number : row.left)
-            left.append(QString::number(number));
-        EXPECT_EQ(List(GetTemporary()), left);
-        EXPECT_EQ(GetValue(PlugInStore::ReadList(), "MaxCount"), QString::fromLatin1(row.newMaximum));
-        for (const QString& name : left)
-            EXPECT_TRUE(GFileSystemBase::TryToRemoveFile(GetTemporary().GetChild(name)));
+        EXPECT_EQ(List(GetTemporary()), row.left) << row.maximum;
+        EXPECT_EQ(GetListed("MaxCount"), "0"_q) << row.maximum;
     }
     GPreferences::Remove(GPreferences::cUserFileModule, cGroup);
     SmartFileList::Sweep();
@@ -106,43 +102,41 @@ TEST_F(SmartPathTest, SweepOfAHostileListRemovesNothingButThePlugInsOwn)
     const GPathName settings = JobOptionsFolder::GetPath();
     const GPathName victim = MakeFile(home.GetChild("a/victim"_q));
     const GPathName temporary = GetTemporary();
-    const GPathName link = temporary.GetChild("link"_q);
+    const GPathName link = GetPath("link");
     const bool hasLinks = QFile::link(home.GetNativePath(), link.GetNativePath()) &&
                           QFileInfo(link.GetNativePath()).isSymLink();
-    const auto placed = [&](const char* name) {
-        return MakeFile(settings.GetChild(QString::fromLatin1(name)));
-    };
     struct Case
     {
         GString path;
         GPathName item;
         bool isRemoved;
     };
-    const GPathName plain = MakeFile(temporary.GetChild("sub/plain"_q));
-    std::vector<Case> cases = {
-        {plain.GetNativePath(), plain, true},
-        {victim.GetNativePath(), victim, false},
-        {home.GetNativePath(), victim, false},
-        {temporary.GetPortablePath() + "/../Home"_q, victim, false},
-        {temporary.GetPortablePath() + "/x/../../Home/a/victim"_q, victim, false},
-        {temporary.GetNativePath(), MakeFile(temporary.GetChild("stays"_q)), false},
-        {"stays"_q, temporary.GetChild("stays"_q), false},
-        {"/"_q, victim, false},
-        {"%MorvaneUserPreferences%"_q, PlugInStore::GetFile().GetParent(), false},
-        {QString(QChar(0)) + victim.GetNativePath(), victim, false},
-        {placed("Morvane_Hopbox_PDF.joboptions").GetNativePath(),
-         settings.GetChild("Morvane_Hopbox_PDF.joboptions"_q), true},
-        {QString(), placed("Morvane_Hopbox_PDF.joboptions_abcde.new"), true},
-        {placed("Morvane_Hopbox_PDF_0a1b2.joboptions").GetNativePath(),
-         settings.GetChild("Morvane_Hopbox_PDF_0a1b2.joboptions"_q), true},
-        {QString(), placed("Morvane_Hopbox_PDF_mine1.joboptions"), false},
-        {placed("Press.joboptions").GetNativePath(), settings.GetChild("Press.joboptions"_q), false},
-        {placed("Morvane_Hopbox_PDF_Draft.joboptions").GetNativePath(),
-         settings.GetChild("Morvane_Hopbox_PDF_Draft.joboptions"_q), false},
-        {settings.GetNativePath(), settings, false}};
+    const auto itself = [](const GPathName& item, bool isRemoved) {
+        return Case{item.GetNativePath(), item, isRemoved};
+    };
+    const auto placed = [&](const char* name) {
+        return MakeFile(settings.GetChild(QString::fromLatin1(name)));
+    };
+    std::vector<Case> cases = {itself(MakeFile(GetPath("sub/plain")), true),
+                               itself(victim, false),
+                               {home.GetNativePath(), victim, false},
+                               {temporary.GetPortablePath() + "/../Home"_q, victim, false},
+                               {temporary.GetPortablePath() + "/x/../../Home/a/victim"_q, victim, false},
+                               {temporary.GetNativePath(), MakeFile(GetPath("stays")), false},
+                               {"stays"_q, GetPath("stays"), false},
+                               {"/"_q, victim, false},
+                               {"%MorvaneUserPreferences%"_q, PlugInStore::GetFile().GetParent(), false},
+                               {QString(QChar(0)) + victim.GetNativePath(), victim, false},
+                               itself(placed("Morvane_Hopbox_PDF.joboptions"), true),
+                               {QString(), placed("Morvane_Hopbox_PDF.joboptions_abcde.new"), true},
+                               itself(placed("Morvane_Hopbox_PDF_0a1b2.joboptions"), true),
+                               {QString(), placed("Morvane_Hopbox_PDF_mine1.joboptions"), false},
+                               itself(placed("Press.joboptions"), false),
+                               itself(placed("Morvane_Hopbox_PDF_Draft.joboptions"), false),
+                               itself(settings, false)};
     if (hasLinks) {
         cases.push_back({link.GetNativePath() + "/a/victim"_q, victim, false});
-        cases.push_back({link.GetNativePath(), link, true});
+        cases.push_back(itself(link, true));
     }
     int number = 0;
     for (const Case& row : cases)
@@ -154,7 +148,7 @@ TEST_F(SmartPathTest, SweepOfAHostileListRemovesNothingButThePlugInsOwn)
         EXPECT_EQ(Exists(row.item), !row.isRemoved) << row.path.toStdString();
     EXPECT_TRUE(Exists(victim));
     EXPECT_FALSE(PlugInStore::ReadList().Has("FilePathName_1"));
-    EXPECT_EQ(GetValue(PlugInStore::ReadList(), "MaxCount"), "0"_q);
+    EXPECT_EQ(GetListed("MaxCount"), "0"_q);
 }
 
 // Keeps a file of its own for as long as the test wants.
@@ -172,7 +166,7 @@ TEST_F(SmartPathTest, SweepLeavesWhatAnotherLivingProcessOwns)
 {
     ChildProcess owner("OwnPath"_q, {});
     const GPathName owned(QString::fromUtf8(owner.ReadLine()));
-    const GPathName left = MakeFile(GetTemporary().GetChild("left"_q));
+    const GPathName left = MakeFile(GetPath("left"));
     const auto list = [&](int number, const GPathName& path, const GString& process) {
         SetListed("FilePathName_" + GBuffer::number(number), path.GetNativePath());
         SetListed("FileOwner_" + GBuffer::number(number), process);
@@ -186,8 +180,8 @@ TEST_F(SmartPathTest, SweepLeavesWhatAnotherLivingProcessOwns)
     SmartFileList::Sweep();
     EXPECT_TRUE(Exists(owned));
     EXPECT_FALSE(Exists(left));
-    EXPECT_EQ(GetValue(PlugInStore::ReadList(), "FilePathName_1"), owned.GetNativePath());
-    EXPECT_EQ(GetValue(PlugInStore::ReadList(), "MaxCount"), "1"_q);
+    EXPECT_EQ(GetListed("FilePathName_1"), owned.GetNativePath());
+    EXPECT_EQ(GetListed("MaxCount"), "1"_q);
     EXPECT_EQ(PlugInStore::ReadList().GetCount(), 3);
     owner.Kill();
     SmartFileList::Sweep();
@@ -235,7 +229,7 @@ TEST_F(SmartPathTest, TwoHostsLoseNothingOfEachOther)
 
 TEST_F(SmartPathTest, PlacedJobOptionsAreAReadOnlyCopyThatGoes)
 {
-    const GPathName source = MakeFile(GetTemporary().GetChild("a.joboptions"_q));
+    const GPathName source = MakeFile(GetPath("a.joboptions"));
     {
         const PlacedJobOptions one(source);
         const PlacedJobOptions other(source);
@@ -246,7 +240,7 @@ TEST_F(SmartPathTest, PlacedJobOptionsAreAReadOnlyCopyThatGoes)
         EXPECT_EQ(List(JobOptionsFolder::GetPath()).size(), 2);
     }
     EXPECT_TRUE(List(JobOptionsFolder::GetPath()).isEmpty());
-    const PlacedJobOptions missing(GetTemporary().GetChild("none"_q));
+    const PlacedJobOptions missing(GetPath("none"));
     EXPECT_FALSE(missing.IsPlaced());
     EXPECT_FALSE(missing.GetError().isEmpty());
     EXPECT_TRUE(List(JobOptionsFolder::GetPath()).isEmpty());
