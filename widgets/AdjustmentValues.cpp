@@ -8,7 +8,14 @@
 
 namespace
 {
+using AdjustmentValues::cBleedCount;
+using AdjustmentValues::cMarkCount;
 using AdjustmentValues::Values;
+
+constexpr std::array<const char*, cMarkCount> cMarkKeys = {"Trim", "Bleed", "PrinterRegistration",
+                                                           "ColorBars", "PageInfo"};
+constexpr std::array<const char*, cBleedCount> cBleedKeys = {"BleedTopValue", "BleedBottomValue",
+                                                             "BleedInsideValue", "BleedOutsideValue"};
 
 constexpr int32_t cMediumWeight = 1;
 constexpr int32_t cThickWeight = 2;
@@ -52,20 +59,12 @@ bool IsSameLength(const std::optional<double>& stored, double points)
 }
 }  // namespace
 
-const std::array<const char*, AdjustmentValues::cMarkCount> AdjustmentValues::cMarkKeys = {
-    "Trim", "Bleed", "PrinterRegistration", "ColorBars", "PageInfo"};
-
-const std::array<const char*, AdjustmentValues::cBleedCount> AdjustmentValues::cBleedKeys = {
-    "BleedTopValue", "BleedBottomValue", "BleedInsideValue", "BleedOutsideValue"};
-
-Qt::CheckState AdjustmentValues::GetMark(const Values& values, int mark)
+std::optional<bool> AdjustmentValues::GetMark(const Values& values, int mark)
 {
     const GString* value = Find(values, cMarkKeys.at(mark));
     if (value == nullptr)
         value = Find(values, "PrinterMarks");
-    if (value == nullptr)
-        return Qt::PartiallyChecked;
-    return GStringSupport::ToBool(*value) ? Qt::Checked : Qt::Unchecked;
+    return value != nullptr ? std::make_optional(GStringSupport::ToBool(*value)) : std::nullopt;
 }
 
 std::optional<int> AdjustmentValues::GetMarkWeight(const Values& values)
@@ -87,13 +86,12 @@ std::optional<double> AdjustmentValues::GetBleed(const Values& values, int bleed
     return GetLength(values, cBleedKeys.at(bleed), 0);
 }
 
-Qt::CheckState AdjustmentValues::GetDocumentBleed(const Values& values)
+std::optional<bool> AdjustmentValues::UsesDocumentBleed(const Values& values)
 {
     const GString* value = Find(values, "BleedChoice");
     const int32_t choice = value != nullptr ? GStringSupport::ToInt32(*value, 0) : 0;
-    if (choice != cOwnBleed && choice != cDocumentBleed)
-        return Qt::PartiallyChecked;
-    return choice == cDocumentBleed ? Qt::Checked : Qt::Unchecked;
+    const bool isKnown = choice == cOwnBleed || choice == cDocumentBleed;
+    return isKnown ? std::make_optional(choice == cDocumentBleed) : std::nullopt;
 }
 
 bool AdjustmentValues::IsSlugIncluded(const Values& values)
@@ -106,21 +104,19 @@ bool AdjustmentValues::AreSpreadsPrinted(const Values& values)
     return IsOn(values, "PrintSpreads");
 }
 
-void AdjustmentValues::SetMarks(Values& values, const std::array<Qt::CheckState, cMarkCount>& marks)
+void AdjustmentValues::SetMarks(Values& values, const std::array<std::optional<bool>, cMarkCount>& marks)
 {
     bool isChanged = false;
     for (int mark = 0; mark < cMarkCount; ++mark)
-        isChanged =
-            isChanged || (marks.at(mark) != Qt::PartiallyChecked && marks.at(mark) != GetMark(values, mark));
+        isChanged = isChanged || (marks.at(mark) && marks.at(mark) != GetMark(values, mark));
     if (!isChanged)
         return;
     for (int mark = 0; mark < cMarkCount; ++mark)
-        if (marks.at(mark) != Qt::PartiallyChecked)
-            Set(values, cMarkKeys.at(mark), GStringSupport::FromBool(marks.at(mark) == Qt::Checked));
+        if (marks.at(mark))
+            Set(values, cMarkKeys.at(mark), GStringSupport::FromBool(*marks.at(mark)));
+    const bool areAllOn = std::all_of(marks.begin(), marks.end(), [](auto isOn) { return isOn == true; });
     if (Find(values, "PrinterMarks") != nullptr)
-        Set(values, "PrinterMarks",
-            GStringSupport::FromBool(std::all_of(marks.begin(), marks.end(),
-                                                 [](Qt::CheckState state) { return state == Qt::Checked; })));
+        Set(values, "PrinterMarks", GStringSupport::FromBool(areAllOn));
 }
 
 void AdjustmentValues::SetMarkWeight(Values& values, int weight)
@@ -135,11 +131,10 @@ void AdjustmentValues::SetMarkOffset(Values& values, double points)
         Set(values, "MarkOffset", GStringSupport::FromReal(points));
 }
 
-void AdjustmentValues::SetDocumentBleed(Values& values, Qt::CheckState state)
+void AdjustmentValues::SetDocumentBleed(Values& values, std::optional<bool> isUsed)
 {
-    if (state != Qt::PartiallyChecked && state != GetDocumentBleed(values))
-        Set(values, "BleedChoice",
-            GStringSupport::FromInt32(state == Qt::Checked ? cDocumentBleed : cOwnBleed));
+    if (isUsed && isUsed != UsesDocumentBleed(values))
+        Set(values, "BleedChoice", GStringSupport::FromInt32(*isUsed ? cDocumentBleed : cOwnBleed));
 }
 
 void AdjustmentValues::SetBleed(Values& values, int bleed, double points)

@@ -3,8 +3,6 @@
 #include "foundation/core/GDict.h"
 #include "foundation/core/GString.h"
 
-#include <QtCore/qnamespace.h>
-
 #include <array>
 #include <optional>
 
@@ -14,33 +12,33 @@ namespace AdjustmentValues
 {
 using Values = GDict<GBuffer, GString>;
 
+// Marks and bleeds are numbered in the order above.
 constexpr int cMarkCount = 5;
-extern const std::array<const char*, cMarkCount> cMarkKeys;
-constexpr int cBleedMark = 1;  // among the five
-
+constexpr int cBleedMark = 1;
 constexpr int cBleedCount = 4;
-extern const std::array<const char*, cBleedCount> cBleedKeys;
 
-Qt::CheckState GetMark(const Values& values, int mark);
+// Whether the mark is set, by its own value or that of all marks.
+std::optional<bool> GetMark(const Values& values, int mark);
 
-// 0, 1 or 2.
+// 0, 1 or 2, and the points of each.
 std::optional<int> GetMarkWeight(const Values& values);
+constexpr std::array<double, 3> cWeightPoints = {0.125, 0.25, 0.5};
 
 std::optional<double> GetMarkOffset(const Values& values);
 std::optional<double> GetBleed(const Values& values, int bleed);
 
-// Checked for the document's bleed, unchecked for the own one.
-Qt::CheckState GetDocumentBleed(const Values& values);
+// Whether the document's bleed is used instead of the own lengths.
+std::optional<bool> UsesDocumentBleed(const Values& values);
 
 bool IsSlugIncluded(const Values& values);
 bool AreSpreadsPrinted(const Values& values);
 
-// Each sets what is different from the values, and nothing for a state that leaves what the job options say.
-// All five marks are written where one is different, so that "PrinterMarks" can go along.
-void SetMarks(Values& values, const std::array<Qt::CheckState, cMarkCount>& marks);
+// Each sets what is different from what the values say, and nothing for an empty state. Where one mark is
+// different, all of them are written, so that "PrinterMarks" can go along.
+void SetMarks(Values& values, const std::array<std::optional<bool>, cMarkCount>& marks);
 void SetMarkWeight(Values& values, int weight);
 void SetMarkOffset(Values& values, double points);
-void SetDocumentBleed(Values& values, Qt::CheckState state);
+void SetDocumentBleed(Values& values, std::optional<bool> isUsed);
 void SetBleed(Values& values, int bleed, double points);
 void SetSlugIncluded(Values& values, bool isIncluded);
 void SetSpreadsPrinted(Values& values, bool arePrinted);

@@ -48,10 +48,16 @@ enum Row
 };
 
 // A check box that leaves what the job options say can be brought back to that.
-void ShowState(QCheckBox& box, Qt::CheckState state)
+void ShowState(QCheckBox& box, std::optional<bool> isOn)
 {
-    box.setTristate(state == Qt::PartiallyChecked);
-    box.setCheckState(state);
+    box.setTristate(!isOn);
+    box.setCheckState(!isOn ? Qt::PartiallyChecked : (*isOn ? Qt::Checked : Qt::Unchecked));
+}
+
+std::optional<bool> ReadState(const QCheckBox& box)
+{
+    const Qt::CheckState state = box.checkState();
+    return state == Qt::PartiallyChecked ? std::nullopt : std::make_optional(state == Qt::Checked);
 }
 
 void ShowLength(GQUIUnitSpinBox& field, const std::optional<double>& points)
@@ -107,7 +113,7 @@ void GCUSPDFSettingsAdjWdt::AddMarkLines(QGridLayout& grid)
 {
     mWeightLabel = new QLabel(tr("&Weight:"));
     mWeight = new QComboBox;
-    for (const double points : {0.125, 0.25, 0.5})
+    for (const double points : AdjustmentValues::cWeightPoints)
         mWeight->addItem(tr("%1 pt").arg(locale().toString(points, 'f', points < 0.25 ? 3 : 2)));
     mWeightLabel->setBuddy(mWeight);
     grid.addWidget(mWeightLabel, cWeightRow, cMarkLabel);
@@ -178,7 +184,7 @@ void GCUSPDFSettingsAdjWdt::Load(const Values& values)
     mChain->setChecked(std::all_of(mBleeds.begin(), mBleeds.end(), [this](const GQUIUnitSpinBox* field) {
         return field->value() == mBleeds.front()->value();
     }));
-    ShowState(*mDocumentBleed, AdjustmentValues::GetDocumentBleed(values));
+    ShowState(*mDocumentBleed, AdjustmentValues::UsesDocumentBleed(values));
     ShowBleedChoice();
     mSlug->setChecked(AdjustmentValues::IsSlugIncluded(values));
     mSpreads->setChecked(AdjustmentValues::AreSpreadsPrinted(values));
@@ -186,9 +192,9 @@ void GCUSPDFSettingsAdjWdt::Load(const Values& values)
 
 void GCUSPDFSettingsAdjWdt::Store(Values& values) const
 {
-    std::array<Qt::CheckState, cMarkCount> marks{};
+    std::array<std::optional<bool>, cMarkCount> marks;
     std::transform(mMarks.begin(), mMarks.end(), marks.begin(),
-                   [](const QCheckBox* mark) { return mark->checkState(); });
+                   [](const QCheckBox* mark) { return ReadState(*mark); });
     AdjustmentValues::SetMarks(values, marks);
     if (mWeight->currentIndex() >= 0)
         AdjustmentValues::SetMarkWeight(values, mWeight->currentIndex());
@@ -198,7 +204,7 @@ void GCUSPDFSettingsAdjWdt::Store(Values& values) const
     for (int bleed = 0; bleed < cBleedCount; ++bleed)
         if (const std::optional<double> points = ReadLength(*mBleeds.at(bleed)))
             AdjustmentValues::SetBleed(values, bleed, *points);
-    AdjustmentValues::SetDocumentBleed(values, mDocumentBleed->checkState());
+    AdjustmentValues::SetDocumentBleed(values, ReadState(*mDocumentBleed));
     AdjustmentValues::SetSlugIncluded(values, mSlug->isChecked());
     AdjustmentValues::SetSpreadsPrinted(values, mSpreads->isChecked());
 }
@@ -234,15 +240,13 @@ void GCUSPDFSettingsAdjWdt::OnAllMarksClicked()
 
 void GCUSPDFSettingsAdjWdt::ShowAllMarks()
 {
-    const auto isOn = [](const QCheckBox* mark) { return mark->checkState() == Qt::Checked; };
-    const auto isOff = [](const QCheckBox* mark) { return mark->checkState() == Qt::Unchecked; };
-    std::vector<const QCheckBox*> shown;
-    for (const QCheckBox* mark : mMarks)
-        if (mark->isVisibleTo(this))
-            shown.push_back(mark);
-    const bool areOn = std::all_of(shown.begin(), shown.end(), isOn);
-    const bool areOff = std::all_of(shown.begin(), shown.end(), isOff);
-    mAllMarks->setCheckState(areOn ? Qt::Checked : (areOff ? Qt::Unchecked : Qt::PartiallyChecked));
+    const auto areAll = [this](Qt::CheckState state) {
+        return std::all_of(mMarks.begin(), mMarks.end(), [this, state](const QCheckBox* mark) {
+            return !mark->isVisibleTo(this) || mark->checkState() == state;
+        });
+    };
+    mAllMarks->setCheckState(
+        areAll(Qt::Checked) ? Qt::Checked : (areAll(Qt::Unchecked) ? Qt::Unchecked : Qt::PartiallyChecked));
 }
 
 void GCUSPDFSettingsAdjWdt::OnChainClicked()
@@ -251,7 +255,7 @@ void GCUSPDFSettingsAdjWdt::OnChainClicked()
         return;
     for (const GQUIUnitSpinBox* field : mBleeds)
         if (!field->IsBlank()) {
-            SetAllBleeds(field->GetPoints());
+            OnBleedChanged(field->GetPoints());
             return;
         }
 }
@@ -259,8 +263,12 @@ void GCUSPDFSettingsAdjWdt::OnChainClicked()
 void GCUSPDFSettingsAdjWdt::OnBleedChanged(double points)
 {
     mDocumentBleed->setChecked(false);  // the own lengths count no other way
-    if (mChain->isChecked())
-        SetAllBleeds(points);
+    if (!mChain->isChecked())
+        return;
+    for (GQUIUnitSpinBox* field : mBleeds) {
+        const QSignalBlocker blocker(field);
+        field->SetPoints(points);
+    }
 }
 
 void GCUSPDFSettingsAdjWdt::ShowBleedChoice()
@@ -269,12 +277,4 @@ void GCUSPDFSettingsAdjWdt::ShowBleedChoice()
     for (GQUIUnitSpinBox* field : mBleeds)
         field->setEnabled(isOwn);
     mChain->setEnabled(isOwn);
-}
-
-void GCUSPDFSettingsAdjWdt::SetAllBleeds(double points)
-{
-    for (GQUIUnitSpinBox* field : mBleeds) {
-        const QSignalBlocker blocker(field);
-        field->SetPoints(points);
-    }
 }

@@ -13,16 +13,9 @@ class QLabel;
 
 // The panel on which the user adjusts a PDF setting: printer's marks on the left, bleed on the right.
 //
-// It edits the values that an export puts over the job options:
-//   "PrinterMarks", "Trim", "Bleed", "PrinterRegistration", "ColorBars", "PageInfo"   "true" or "false"
-//   "MarkWeight"                     0, 1, 2 for 0.125, 0.25, 0.5 points; anything else is 0.25
-//   "MarkOffset"                     points, above 0
-//   "BleedChoice"                    1 the four own values, 2 the document's bleed
-//   "BleedTopValue", "BleedBottomValue", "BleedInsideValue", "BleedOutsideValue"      points
-//   "BleedSlugArea", "PrintSpreads"  "true" turns it on; nothing turns it off
-// A value that is absent, or says nothing, leaves what the job options say: its check box is partially
-// checked then, its field blank. A length beyond what a field takes (72 points of offset, 432 of bleed) is
-// blank too.
+// A value that leaves what the job options say (AdjustmentValues) is shown as a check box that is partially
+// checked, or a blank field. A length beyond what a field takes (72 points of offset, 432 of bleed) is blank
+// too.
 class GCUSPDFSettingsAdjWdt : public QWidget
 {
     Q_OBJECT
@@ -64,7 +57,6 @@ private:
     void OnBleedChanged(double points);
     void ShowAllMarks();
     void ShowBleedChoice();
-    void SetAllBleeds(double points);
 
     QCheckBox* mAllMarks;
     Marks mMarks;
