@@ -33,7 +33,7 @@ enum class PageSide
 
 struct DocumentPage
 {
-    QString number;  // as the user sees it, by the document's sections; empty where a section shows none
+    QString number;  // as the user sees it, by the document's sections; the place where they give none
     PageSide side = PageSide::Single;
     double width = 0;
     double height = 0;

@@ -19,6 +19,9 @@ class ScribusDocument
 public:
     // Over a file that exists; nothing is read yet.
     ScribusDocument(ScribusRunner& runner, const QString& path);
+    ~ScribusDocument();
+    ScribusDocument(const ScribusDocument&) = delete;
+    ScribusDocument& operator=(const ScribusDocument&) = delete;
 
     // A new document with the content of the template; its name is "Untitled" with the number. Null, with the
     // reason, when the template can't be read.
@@ -47,6 +50,10 @@ public:
     // there is no file or Scribus can't read it. Valid until the next call.
     const DocumentInfo* GetInfo();
 
+    // The same document in Scribus's present form, as it stood when GetInfo last described it: a file of the
+    // host's own, with the document's links. Empty where there is no description.
+    const QString& GetPresentForm() const { return mPresentForm; }
+
     // The stamp of the file that GetInfo last described.
     const FileStamp& GetStamp() const { return mStamp; }
     const QString& GetError() const { return mError; }
@@ -63,6 +70,7 @@ private:
         QImage image;
     };
 
+    void Forget();
     bool AskScribus();
     QImage RenderPreview(int pageIndex, int dotsPerInch);
 
@@ -70,6 +78,7 @@ private:
     QString mPath;
     QString mContentPath;
     QString mUntitledName;
+    QString mPresentForm;
     FileStamp mStamp;
     QString mError;
     std::unique_ptr<DocumentInfo> mInfo;

@@ -1,19 +1,21 @@
 #pragma once
 
 #include "hosts/scribus/BookFile.h"
+#include "hosts/scribus/CommandResult.h"
+#include "hosts/scribus/PdfSettings.h"
 #include "hosts/scribus/ScribusDocument.h"
 #include "hosts/scribus/ScribusRunner.h"
 #include "plugin/host/IHostServices.h"
 
+#include <functional>
 #include <memory>
 #include <vector>
 
 class IHostFrontend;
-struct PdfSettings;
 
-// The layout application that a plug-in sees: documents and books that are open, menus, and the commands that
+// The layout application that a plug-in sees: documents and books that are open, and the commands that
 // Scribus and qpdf carry out. What it offers a plug-in is IHostServices; the rest is for the window or the
-// command line around it.
+// command line around it, and for the objects that it hands out.
 //
 // For the main thread. While a command runs, the frontend may handle events, but must open and close nothing.
 class ScribusHost final : public IHostServices
@@ -58,6 +60,7 @@ public:
     // Where plug-ins register their actions and menu entries; without one, the host has no menus. Nothing is
     // owned.
     void SetActionManager(IActionManager* manager) { mActionManager = manager; }
+    IActionManager* GetActionManager() const { return mActionManager; }
 
     // The unit in which lengths are shown (HostUnitID); points until set.
     ClassID GetUnit() const { return mUnit; }
@@ -65,9 +68,38 @@ public:
 
     // Whether a plug-in's window is modal: menus and panels are to rest then.
     bool IsModal() const { return !mModalTokens.empty(); }
+    ModalToken AcquireModalToken();
+    void HandBackModalToken(ModalToken token);
 
     // Why the last command failed, as it stands in the log; empty after one that succeeded.
     const QString& GetLastFailure() const { return mLastFailure; }
+
+    // For the host's objects.
+
+    ScribusRunner& GetRunner() { return mRunner; }
+
+    // A document by its file, wherever the host has it: one that is open, one that was lately, or a new one.
+    DocumentPtr TakeDocument(const QString& path);
+
+    // The documents that a plug-in has opened and not closed.
+    std::vector<DocumentPtr>& GetHiddenDocuments() { return mHiddenDocuments; }
+
+    // An open document by its file, or by the database of its pages; null for none.
+    DocumentPtr FindDocument(const QString& path) const;
+    DocumentPtr FindDocument(const IDataBase* database) const;
+
+    // Saves a document to its own file; the frontend is asked for the file of an untitled one.
+    bool SaveDocument(ScribusDocument& document);
+
+    // The settings of the last PDF preferences command.
+    const PdfSettings& GetPdfSettings() const { return mPdfSettings; }
+    void SetPdfSettings(const PdfSettings& settings) { mPdfSettings = settings; }
+
+    // Carries out a command with progress and a log line for its failure, and tells the plug-in when the user
+    // has cancelled. `step` begins a step.
+    using BeginStep = std::function<void(const QString& text)>;
+    using Work = std::function<CommandResult(const BeginStep& step)>;
+    ErrorCode RunCommand(const QString& title, int steps, const Work& work);
 
     int32_t GetVersion() const override { return cVersion; }
     HostPtr<ISession> QuerySession() override;
@@ -83,22 +115,22 @@ public:
                        const PMString& button3, int32_t defaultButton, int32_t cancelButton) override;
 
 private:
-    // The objects that the host hands out stand for parts of it.
-    friend class HostAccess;
+    void KeepForLater(const DocumentPtr& document);
 
     ScribusRunner mRunner;
     IHostFrontend* mFrontend = nullptr;
     ICancelObserver* mCancelObserver = nullptr;
+    IActionManager* mActionManager = nullptr;
     std::vector<DocumentPtr> mDocuments;
-    std::vector<DocumentPtr> mHiddenDocuments;  // opened by a plug-in
+    std::vector<DocumentPtr> mHiddenDocuments;
+    std::vector<DocumentPtr> mRecentDocuments;  // closed, with what Scribus said of them
     DocumentPtr mActiveDocument;
     std::vector<BookPtr> mBooks;
     BookPtr mActiveBook;
-    IActionManager* mActionManager = nullptr;
     ClassID mUnit = HostUnitID::cPoints;
     std::vector<ModalToken> mModalTokens;
     ModalToken mLastModalToken = cNoModalToken;
     int mUntitledCount = 0;
-    std::unique_ptr<PdfSettings> mPdfSettings;  // those of the last PDF preferences command
+    PdfSettings mPdfSettings;
     QString mLastFailure;
 };

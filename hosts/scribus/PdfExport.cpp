@@ -1,0 +1,178 @@
+#include "hosts/scribus/PdfExport.h"
+
+#include "foundation/core/GException.h"
+#include "foundation/system/GFileCalls.h"
+#include "foundation/system/GSystemError.h"
+#include "hosts/scribus/ScribusDocument.h"
+#include "hosts/scribus/ScribusRunner.h"
+#include "hosts/scribus/SlaFile.h"
+#include "hosts/scribus/SlaScanner.h"
+
+#include <QFile>
+#include <QJsonArray>
+
+#include <algorithm>
+
+// The name under which a PDF is made, beside the one that it will have.
+static QString GetPartPath(const QString& output)
+{
+    return output + QStringLiteral(".part");
+}
+
+// The PDF element of a document in Scribus's present form, which holds the settings of its last export.
+static bool FindPdfElement(SlaScanner& scanner)
+{
+    while (scanner.Next()) {
+        if (scanner.GetName() == "PDF" && scanner.Has("PrintP") && scanner.Has("InfoString"))
+            return true;
+    }
+    return false;
+}
+
+CommandResult PdfExport::Check(ScribusDocument& document, const QVector<int>& pages) const
+{
+    const QString fault = mSettings.FindFault();
+    if (!fault.isEmpty())
+        return CommandResult::Failure(QStringLiteral("The PDF settings can't be used: %1.").arg(fault));
+    const DocumentInfo* info = document.GetInfo();
+    if (info == nullptr)
+        return CommandResult::Failure(document.GetError());
+    const QStringList missing = info->GetMissingFonts();
+    if (!missing.isEmpty())
+        return CommandResult::Failure(QStringLiteral("Fonts of \"%1\" are missing: %2.")
+                                          .arg(document.GetName(), missing.join(QStringLiteral(", "))));
+    const bool areThere = std::all_of(pages.begin(), pages.end(),
+                                      [info](int page) { return page >= 0 && page < info->pages.size(); });
+    if (pages.isEmpty() || !areThere)
+        return CommandResult::Failure(
+            QStringLiteral("\"%1\" does not have the pages to be exported.").arg(document.GetName()));
+    return CommandResult::Success();
+}
+
+CommandResult PdfExport::CheckForX(ScribusDocument& document, const QString& profile) const
+{
+    const bool isFlat = mSettings.kind != PdfSettings::Kind::X4;
+    if (isFlat && document.GetInfo()->hasTransparency)
+        return CommandResult::Failure(
+            QStringLiteral("\"%1\" has transparent objects, which PDF/X-1a and PDF/X-3 don't allow.")
+                .arg(document.GetName()));
+    QStringList installed;
+    for (const ColorProfile& candidate : mRunner.GetProfiles()) {
+        if (candidate.isCmykOutput && candidate.name == profile)
+            return CommandResult::Success();
+        if (candidate.isCmykOutput)
+            installed.append(candidate.name);
+    }
+    return CommandResult::Failure(
+        QStringLiteral("PDF/X needs the colour profile of a press. \"%1\" is none that is installed (%2).")
+            .arg(profile, installed.join(QStringLiteral(", "))));
+}
+
+// A copy of the document that names the output profile: Scribus takes it from the document alone.
+CommandResult PdfExport::MakeSourceForX(ScribusDocument& document, QString& source) const
+{
+    QByteArray text;
+    QString reason;
+    bool isPacked = false;
+    if (!SlaFile::Read(document.GetPresentForm(), text, isPacked, reason))
+        return CommandResult::Failure(reason);
+    SlaScanner scanner({text.constData(), static_cast<size_t>(text.size())});
+    if (!FindPdfElement(scanner))
+        return CommandResult::Failure(QStringLiteral("Scribus wrote no PDF settings into its document."));
+    const QString profile =
+        mSettings.outputProfile.isEmpty() ? scanner.GetText("PrintP") : mSettings.outputProfile;
+    const QString condition = mSettings.outputCondition.isEmpty() ? profile : mSettings.outputCondition;
+    const CommandResult check = CheckForX(document, profile);
+    if (!check.HasSucceeded())
+        return check;
+    SlaEdit edit(text);
+    const SlaScanner::Place profilePlace = scanner.GetPlace("PrintP");
+    const SlaScanner::Place conditionPlace = scanner.GetPlace("InfoString");
+    const bool isProfileFirst = profilePlace.offset < conditionPlace.offset;
+    edit.Replace(isProfileFirst ? profilePlace : conditionPlace, isProfileFirst ? profile : condition);
+    edit.Replace(isProfileFirst ? conditionPlace : profilePlace, isProfileFirst ? condition : profile);
+    // Beside the present form, so that its links stay good.
+    source = mRunner.MakeScratchPath(QStringLiteral("sla"));
+    if (!SlaFile::Write(source, edit.Finish(), false, reason))
+        return CommandResult::Failure(reason);
+    return CommandResult::Success();
+}
+
+CommandResult PdfExport::ExportPages(ScribusDocument& document, const QVector<int>& pages,
+                                     const QString& output)
+{
+    CommandResult result = Check(document, pages);
+    QString source = document.GetContentPath();
+    if (result.HasSucceeded() && mSettings.IsX())
+        result = MakeSourceForX(document, source);
+    if (!result.HasSucceeded())
+        return result;
+
+    const FileStamp stamp = document.GetStamp();
+    QJsonArray numbers;
+    for (const int page : pages)
+        numbers.append(page + 1);
+    const QString part = GetPartPath(output);
+    result = mRunner.RunScript(QStringLiteral("pdf"), {{QStringLiteral("document"), source},
+                                                       {QStringLiteral("output"), part},
+                                                       {QStringLiteral("pages"), numbers},
+                                                       {QStringLiteral("options"), mSettings.MakeOptions()},
+                                                       {QStringLiteral("subset"), mSettings.subsetsFonts}});
+    if (source != document.GetContentPath())
+        QFile::remove(source);
+    if (result.HasSucceeded() && FileStamp::Take(document.GetContentPath()) != stamp)
+        result = CommandResult::Failure(
+            QStringLiteral("\"%1\" was changed while it was exported.").arg(document.GetName()));
+    if (result.HasSucceeded())
+        result = CheckPdf(part, pages.size());
+    return Finish(result, part, output);
+}
+
+CommandResult PdfExport::Join(const QStringList& parts, const QString& output)
+{
+    // The first one's document information, where the mark of PDF/X stands, is that of the whole; without it,
+    // the book bears none, as its documents have titles of their own.
+    QStringList arguments{mSettings.IsX() && !parts.isEmpty() ? parts.first() : QStringLiteral("--empty"),
+                          QStringLiteral("--deterministic-id"), QStringLiteral("--pages")};
+    arguments += parts;
+    const QString part = GetPartPath(output);
+    arguments << QStringLiteral("--") << part;
+    CommandResult result = mRunner.RunQpdf(arguments);
+    if (result.HasSucceeded())
+        result = mRunner.RunQpdf({QStringLiteral("--check"), part});
+    return Finish(result, part, output);
+}
+
+CommandResult PdfExport::CheckPdf(const QString& path, int pageCount) const
+{
+    const ScribusAnswer check =
+        mRunner.RunQpdf({QStringLiteral("--check"), QStringLiteral("--show-npages"), path});
+    if (!check.HasSucceeded())
+        return check;
+    const int counted = check.output.trimmed().split('\n').last().toInt();
+    if (counted != pageCount)
+        return CommandResult::Failure(
+            QStringLiteral("Scribus made a PDF of %1 pages in the place of %2.").arg(counted).arg(pageCount));
+    QFile file(path);
+    if (mSettings.IsX() && (!file.open(QIODevice::ReadOnly) || !file.readAll().contains("/GTS_PDFXVersion")))
+        return CommandResult::Failure(
+            QStringLiteral("Scribus made a PDF that does not bear the mark of PDF/X."));
+    return CommandResult::Success();
+}
+
+CommandResult PdfExport::Finish(const CommandResult& result, const QString& part, const QString& output) const
+{
+    CommandResult finished = result;
+    if (result.HasSucceeded()) {
+        try {
+            if (!GFileCalls::RenameFile(GPathName(part), GPathName(output), true))
+                finished = CommandResult::Failure(QStringLiteral("\"%1\" can't be put in place: %2.")
+                                                      .arg(output, GetReasonText(GetLastSystemError())));
+        } catch (const GException& error) {
+            finished = CommandResult::Failure(error.GetDescription());
+        }
+    }
+    if (!finished.HasSucceeded())
+        QFile::remove(part);
+    return finished;
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+// A document's file, as bytes of XML: with or without compression by gzip, which is told by the content, not
+// by the name.
+namespace SlaFile
+{
+// No document is larger, unpacked; one that claims to be is refused, whatever it is packed as.
+constexpr qint64 cMostBytes = 256 * 1024 * 1024;
+
+// False, with the reason, when the file can't be read, unpacks to more than the limit, or its content does
+// not begin as a document does. `isPacked` says whether it was compressed.
+bool Read(const QString& path, QByteArray& text, bool& isPacked, QString& reason);
+
+// Writes a file whole or not at all; one that is there is replaced. False, with the reason, when that fails.
+bool Write(const QString& path, const QByteArray& text, bool isPacked, QString& reason);
+}  // namespace SlaFile
