@@ -1,0 +1,165 @@
+#include "EngineFixture.h"
+
+#include "foundation/trace/GTrace.h"
+#include "tests/support/TestFiles.h"
+#include "tests/support/Texts.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QRectF>
+#include <QRegularExpression>
+
+static void ApplySettings(PackageSetting last, IPackageCommand& package)
+{
+    const bool settings[] = {true, true, true, false, false, true, false, false};
+    for (int i = 0; i <= static_cast<int>(last); ++i)
+        package.SetSetting(static_cast<PackageSetting>(i), settings[i]);
+}
+
+PdfFacts PdfFacts::Read(const QString& path)
+{
+    QProcess process;
+    process.start(QStringLiteral("pdfinfo"), {QStringLiteral("-box"), path});
+    process.waitForFinished();
+    PdfFacts facts;
+    const QString text = QString::fromUtf8(process.readAllStandardOutput());
+    for (const QString& line : text.split(QLatin1Char('\n'))) {
+        const QString key = line.section(QLatin1Char(':'), 0, 0);
+        const QString value = line.section(QLatin1Char(':'), 1).simplified();
+        const QStringList numbers = value.split(QLatin1Char(' '));
+        if (key == QLatin1String("Pages"))
+            facts.pageCount = value.toInt();
+        else if (key == QLatin1String("PDF version"))
+            facts.version = value;
+        else if (key.endsWith(QLatin1String("Box")) && numbers.size() == 4)
+            facts.boxes[key] = QRectF(QPointF(numbers[0].toDouble(), numbers[1].toDouble()),
+                                      QPointF(numbers[2].toDouble(), numbers[3].toDouble()));
+    }
+    return facts;
+}
+
+ScribusSetup EngineFixture::GetSetup()
+{
+    ScribusSetup setup;
+    setup.home = QDir::tempPath() + QStringLiteral("/layout-host-tests-home");
+    return setup;
+}
+
+EngineFixture::EngineFixture() : mLog(std::make_shared<LogRecorder>())
+{
+    GTrace::SetLogger(mLog);
+    QDir().mkpath(mSandbox.GetPath(QStringLiteral("out")));
+    mHost = std::make_unique<ScribusHost>(GetSetup());
+    mHost->SetFrontend(&mFrontend);
+}
+
+EngineFixture::~EngineFixture()
+{
+    mHost.reset();
+    GTrace::SetLogger(nullptr);
+}
+
+QString EngineFixture::MakeDocument(const QString& name, int pageCount, const QString& objects)
+{
+    QString pages;
+    for (int i = 0; i < pageCount; ++i)
+        pages += QStringLiteral(
+                     "<PAGE NUM=\"%1\" PAGEXPOS=\"100\" PAGEYPOS=\"%2\" PAGEWIDTH=\"400\" "
+                     "PAGEHEIGHT=\"300\" MNAM=\"Normal\" Size=\"Custom\" LEFT=\"0\"/>\n")
+                     .arg(i)
+                     .arg(20 + 340 * i);
+    const QString text =
+        QStringLiteral(
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<SCRIBUSUTF8NEW Version=\"1.5.8\">\n"
+            "<DOCUMENT ANZPAGES=\"%1\" PAGEWIDTH=\"400\" PAGEHEIGHT=\"300\" UNITS=\"0\" BOOK=\"0\" "
+            "BleedTop=\"5\" BleedLeft=\"6\" BleedRight=\"7\" BleedBottom=\"8\" FIRSTNUM=\"1\" "
+            "DFONT=\"DejaVu Sans Book\" DSIZE=\"12\" ALAYER=\"0\" TITLE=\"A title\" "
+            "ScratchLeft=\"100\" ScratchTop=\"20\" GapVertical=\"40\">\n"
+            "<COLOR NAME=\"Black\" SPACE=\"CMYK\" C=\"0\" M=\"0\" Y=\"0\" K=\"100\"/>\n"
+            "<LAYERS NUMMER=\"0\" LEVEL=\"0\" NAME=\"Background\" SICHTBAR=\"1\" DRUCKEN=\"1\" "
+            "EDIT=\"1\" TRANS=\"1\" BLEND=\"0\"/>\n"
+            "<MASTERPAGE NUM=\"0\" PAGEXPOS=\"100\" PAGEYPOS=\"20\" PAGEWIDTH=\"400\" "
+            "PAGEHEIGHT=\"300\" NAM=\"Normal\" MNAM=\"\" Size=\"Custom\" LEFT=\"0\"/>\n%2%3"
+            "</DOCUMENT>\n</SCRIBUSUTF8NEW>\n")
+            .arg(pageCount)
+            .arg(pages, objects);
+    const QString path = mSandbox.GetPath(name);
+    EXPECT_TRUE(WriteFile(path, text.toUtf8()));
+    return path;
+}
+
+QString EngineFixture::MakeJobOptions(const QByteArray& settings)
+{
+    const QString path = mSandbox.GetPath(QStringLiteral("test.joboptions"));
+    EXPECT_TRUE(WriteFile(path, "<< " + settings + " >> setdistillerparams"));
+    return path;
+}
+
+ErrorCode EngineFixture::Export(const QString& output, const QByteArray& settings, const QString& range,
+                                const Adjust& adjust)
+{
+    const HostPtr<ICommand> command = mHost->CreateCommand(HostClassID::cPDFExportCommand);
+    const HostPtr<IPDFExportPreferences> preferences = command->QueryPDFExportPreferences();
+    EXPECT_EQ(preferences->ReadJobOptions(IDFile(PMString(MakeJobOptions(settings)))), cSuccess);
+    if (adjust)
+        adjust(*preferences);
+    const HostPtr<IDocument> document = mHost->QueryLayoutUtils()->QueryFrontDocument();
+    const HostPtr<IPageList> list = document->QueryPageList();
+    UIDList pages(document->GetDataBase());
+    for (int i = 0; range.isEmpty() && i < list->GetPageCount(); ++i)
+        pages.Append(list->GetNthPage(i));
+    if (!range.isEmpty() && list->GetPageUIDs(PMString(range), pages) != cSuccess)
+        return cFailure;
+    command->QuerySystemFileData()->SetFile(IDFile(PMString(output)));
+    command->QueryOutputPages()->SetPages(pages, false);
+    return mHost->ProcessCommand(*command);
+}
+
+ErrorCode EngineFixture::ExportBook(const QString& output, const QByteArray& settings)
+{
+    const HostPtr<ICommand> preferences = mHost->CreateCommand(HostClassID::cPDFPreferencesCommand);
+    EXPECT_EQ(
+        preferences->QueryPDFExportPreferences()->ReadJobOptions(IDFile(PMString(MakeJobOptions(settings)))),
+        cSuccess);
+    EXPECT_EQ(mHost->ProcessCommand(*preferences), cSuccess);
+    const HostPtr<IBook> book = mHost->QuerySession()->QueryBookManager()->QueryActiveBook();
+    const HostPtr<ICommand> command = mHost->CreateCommand(HostClassID::cBookExportCommand);
+    const HostPtr<IBookExportData> data = command->QueryBookExportData();
+    data->SetBook(*book);
+    data->SetDocuments(*book->QueryContent());
+    data->SetOutputFile(IDFile(PMString(output)));
+    return mHost->ProcessCommand(*command);
+}
+
+ErrorCode EngineFixture::PackageDocument(const QString& folder)
+{
+    const HostPtr<IObjectModel> model = mHost->QueryObjectModel();
+    const HostPtr<IDocumentPackageCommand> package = model->CreatePackageCommand();
+    package->SetDocument(*mHost->QueryLayoutUtils()->QueryFrontDocument());
+    package->SetTargetFolder(IDFile(PMString(folder)));
+    ApplySettings(PackageSetting::DocumentHyphenationOnly, *package);
+    if (package->Execute() != cSuccess)
+        return cFailure;
+    const int32_t report = model->CreatePackageReportCommand()->CreateReport(*package);
+    return report == IPackageReportCommand::cReportWritten ? cSuccess : cFailure;
+}
+
+ErrorCode EngineFixture::PackageBook(const QString& folder)
+{
+    const HostPtr<IBookPackageCommand> package = mHost->QueryObjectModel()->CreateBookPackageCommand();
+    package->SetBook(*mHost->QuerySession()->QueryBookManager()->QueryActiveBook());
+    package->SetTargetFolder(IDFile(PMString(folder)));
+    ApplySettings(PackageSetting::DocumentHyphenationOnly, *package);
+    return package->Execute();
+}
+
+void EngineFixture::Open(const QString& path)
+{
+    QString reason;
+    ASSERT_NE(mHost->OpenDocument(path, reason), nullptr) << reason.toStdString();
+}
+
+QStringList EngineFixture::ListOutput() const
+{
+    return QDir(mSandbox.GetPath(QStringLiteral("out"))).entryList(QDir::NoDotAndDotDot | QDir::AllEntries);
+}
