@@ -6,8 +6,18 @@
 #include <array>
 #include <optional>
 
-// The adjustable values of a PDF setting, as they are understood by an export. A state of PartiallyChecked,
-// and an empty length or choice, stand for a value that leaves what the job options say.
+// The adjustable values of a PDF setting: what they mean to the panel that edits them, and to the export that
+// puts them over the job options.
+//
+//   "PrinterMarks"   all marks: "true" or "false"
+//   "Trim", "Bleed", "PrinterRegistration", "ColorBars", "PageInfo"   one mark each, before "PrinterMarks"
+//   "MarkWeight"     0, 1, 2 for lines of 0.125, 0.25, 0.5 points; anything else is 0.25
+//   "MarkOffset"     points, above 0
+//   "BleedChoice"    1 the four own lengths, 2 the document's bleed
+//   "BleedTopValue", "BleedBottomValue", "BleedInsideValue", "BleedOutsideValue"   points
+//   "BleedSlugArea", "PrintSpreads"   "true" turns it on; nothing turns it off
+//
+// A value that is absent, or says nothing, leaves what the job options say; it reads as empty.
 namespace AdjustmentValues
 {
 using Values = GDict<GBuffer, GString>;
