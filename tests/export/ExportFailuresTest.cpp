@@ -220,6 +220,9 @@ TEST_F(ExportFailuresTest, EachOtherFailureHasItsAlertAndEndsTheExport)
          framed(cNoDocument)},
         {"a font in a book", book, miss("Arial"_list, 2, 2),
          framed("Font is Missing! Correct the following font and try again:\nc.indd : \n    1. Arial\n")},
+        {"two fonts in a book", book, miss("Arial|Times"_list, 2, 2),
+         framed("Fonts are Missing! Correct the following fonts and try again:\nc.indd : \n    1. Arial\n"
+                "    2. Times\n")},
         {"a font in each of two documents", book, miss("Arial"_list, 1, 2),
          framed("Fonts are Missing! Correct the following fonts and try again:\nb.indd : \n    1. Arial\n"
                 "\nc.indd : \n    1. Arial\n")},

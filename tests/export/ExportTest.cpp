@@ -249,25 +249,29 @@ TEST_F(ExportTest, WhateverThingsAreCalledThePDFEndsInTheWorkFolder)
     }
 }
 
-// Reserves a file and a folder of each name that it is told of, exports a document of that name, and says
-// where everything is.
+// Does what each line says and answers with paths: reserves a file "F…" or a folder "D…", or exports the
+// document of that name.
 CHILD_ROLE(ExportDocuments)
 {
     const PlugInStore store;
     PlugInPreferences::Initialize();
     ExportParty party;
-    const auto say = [](const GPathName& path) { SayToParent(path.GetNativePath().toUtf8()); };
-    for (GBuffer name = HearFromParent(); !name.isEmpty(); name = HearFromParent()) {
-        for (const auto kind : {ReservedOutput::Kind::File, ReservedOutput::Kind::Folder}) {
-            const GString leaf = QString::fromUtf8(name) + QString::number(static_cast<int>(kind));
-            ReservedOutput output(WorkFolder::GetPath("Reserved"_q), leaf, kind);
-            say(output.GetPathName());
+    for (GBuffer line = HearFromParent(); !line.isEmpty(); line = HearFromParent()) {
+        const GString name = QString::fromUtf8(line);
+        GString answer;
+        if (line.startsWith('F') || line.startsWith('D')) {
+            ReservedOutput output(
+                WorkFolder::GetPath("Reserved"_q), name,
+                line.startsWith('F') ? ReservedOutput::Kind::File : ReservedOutput::Kind::Folder);
+            answer = output.GetPathName().GetNativePath();
             output.Keep();
+        } else {
+            party.host.documents.front().path = "/"_q + name;
+            party.Export(arguments.at(0));
+            answer = party.action.GetPDFPath().GetNativePath() + "|"_q +
+                     party.action.GetPackagePath().GetNativePath();
         }
-        party.host.documents.front().path = "/"_q + QString::fromUtf8(name);
-        party.Export(arguments.at(0));
-        say(party.action.GetPDFPath());
-        say(party.action.GetPackagePath());
+        SayToParent(answer.toUtf8());
     }
     PlugInPreferences::Release();
     return 0;
@@ -279,18 +283,20 @@ TEST_F(ExportTest, TwoHostsThatExportTheSameDocumentAtOnceOverwriteNothing)
     WorkFolder::Make(WorkFolder::GetPath("Reserved"_q));
     ChildProcess one("ExportDocuments"_q, {key});
     ChildProcess other("ExportDocuments"_q, {key});
-    for (const QString& name : "a|a|b|c"_list) {
-        one.Say(name.toUtf8());
-        other.Say(name.toUtf8());
-        EXPECT_NE(one.ReadLine(), other.ReadLine());
-        EXPECT_NE(one.ReadLine(), other.ReadLine());
-        for (ChildProcess* host : {&one, &other}) {
-            const QFileInfo pdf(QString::fromUtf8(host->ReadLine()));
-            const QFileInfo package(QString::fromUtf8(host->ReadLine()));
-            EXPECT_EQ(pdf.fileName(), name + ".pdf"_q);
+    for (const QString& line : "F1|D1|F2|D2|F3|D3|a|a|b|c"_list) {
+        one.Say(line.toUtf8());
+        other.Say(line.toUtf8());
+        const QString answer = QString::fromUtf8(one.ReadLine());
+        const QString otherAnswer = QString::fromUtf8(other.ReadLine());
+        EXPECT_NE(answer, otherAnswer);
+        if (line.size() > 1)
+            continue;
+        for (const QString& paths : {answer, otherAnswer}) {
+            const QFileInfo pdf(paths.section(QLatin1Char('|'), 0, 0));
+            const QFileInfo package(paths.section(QLatin1Char('|'), 1));
+            EXPECT_EQ(pdf.fileName(), line + ".pdf"_q);
             EXPECT_TRUE(ReadFile(pdf.filePath()).startsWith("%PDF"));
-            EXPECT_EQ(package.fileName(), name + " Folder"_q);
-            EXPECT_EQ(package.path(), pdf.path());
+            EXPECT_EQ(package.filePath(), pdf.path() + "/"_q + line + " Folder"_q);
             EXPECT_EQ(ReadTree(package.filePath()).keys(), "Instructions.txt"_list);
         }
     }
@@ -298,9 +304,7 @@ TEST_F(ExportTest, TwoHostsThatExportTheSameDocumentAtOnceOverwriteNothing)
     other.Say("");
     EXPECT_EQ(one.WaitForExit(), 0);
     EXPECT_EQ(other.WaitForExit(), 0);
-    const QStringList items = List(GetUserFolder().GetChild("Press"_q));
-    EXPECT_EQ(items.filter(".pdf"_q).size(), 8);
-    EXPECT_EQ(items.filter("Instructions.txt"_q).size(), 8);
+    EXPECT_EQ(List(GetUserFolder().GetChild("Press"_q)).filter("Instructions.txt"_q).size(), 8);
     ExpectNothingTemporaryLeft();
 }
 
