@@ -71,9 +71,10 @@ private:
     {
         EmptyRoot()
         {
-            QDir root(GetSandbox().GetPath());
-            for (const QString& name : root.entryList(QDir::Dirs | QDir::NoDotAndDotDot))
-                GFileSystemBase::TryToRemoveFolder(GPathName(root.filePath(name)));
+            const QDir root(GetSandbox().GetPath());
+            for (const QString& name : root.entryList(QDir::AllEntries | QDir::NoDotAndDotDot))
+                if (!QFile::remove(root.filePath(name)))
+                    GFileSystemBase::TryToRemoveFolder(GPathName(root.filePath(name)));
         }
     };
     EmptyRoot mEmptyRoot;
