@@ -78,6 +78,9 @@ void GTrace::Assert(const GString& source, const GString& message) noexcept
                 callback(source, message);
             } catch (const std::exception& error) {
                 Error(QStringLiteral("GTrace::Assert"), QString::fromUtf8(error.what()));
+            } catch (...) {
+                Error(QStringLiteral("GTrace::Assert"),
+                      QStringLiteral("a callback threw something that is no exception"));
             }
         }
     } catch (...) {

@@ -46,6 +46,7 @@ TEST(GTraceTest, EveryAssertCallbackIsCalledThoughOneThrowsOrRemovesItself)
     GTrace::SetLogger(logger);
     int calls = 0, second = 0;
     const int first = GTrace::AddAssertCallback([](auto&, auto&) { throw std::runtime_error("no"); });
+    const int next = GTrace::AddAssertCallback([](auto&, auto&) { throw 1; });
     second = GTrace::AddAssertCallback([&](auto&, auto&) {
         GTrace::RemoveAssertCallback(second);
         ++calls;
@@ -53,8 +54,8 @@ TEST(GTraceTest, EveryAssertCallbackIsCalledThoughOneThrowsOrRemovesItself)
     const int third = GTrace::AddAssertCallback([&](auto&, auto&) { ++calls; });
     for (int i = 0; i < 2; ++i)
         GTrace::Assert(QStringLiteral("A::b"), QStringLiteral("gone"));
-    GTrace::RemoveAssertCallback(first);
-    GTrace::RemoveAssertCallback(third);
+    for (const int number : {first, next, third})
+        GTrace::RemoveAssertCallback(number);
     GTrace::Assert(QStringLiteral("A::b"), QStringLiteral("last"));
     EXPECT_EQ(calls, 3);
     EXPECT_EQ(GTrace::SetLogger(nullptr), logger);
