@@ -5,6 +5,8 @@
 
 #include <QLocale>
 
+#include <algorithm>
+
 namespace
 {
 constexpr ushort cFirstPlain = 0x20;
@@ -52,15 +54,20 @@ GString WithPlainCharactersOnly(const GString& text)
     return plain;
 }
 
+bool IsHexDigit(QChar character)
+{
+    return QStringLiteral("0123456789ABCDEFabcdef").contains(character);
+}
+
 GString WithAllCharacters(const GString& plain)
 {
     GString text;
     text.reserve(plain.size());
     for (int index = 0; index < plain.size(); ++index) {
         const QStringRef digits = plain.midRef(index + 1, cScrambleDigits);
-        bool isUnit = plain.at(index) == cScrambleEscape && digits.size() == cScrambleDigits;
-        const ushort unit = isUnit ? digits.toUShort(&isUnit, 16) : ushort{0};
-        text += isUnit ? QChar(unit) : plain.at(index);
+        const bool isUnit = plain.at(index) == cScrambleEscape && digits.size() == cScrambleDigits &&
+                            std::all_of(digits.begin(), digits.end(), IsHexDigit);
+        text += isUnit ? QChar(digits.toUShort(nullptr, 16)) : plain.at(index);
         if (isUnit)
             index += cScrambleDigits;
     }

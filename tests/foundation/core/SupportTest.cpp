@@ -74,9 +74,14 @@ TEST(SupportTest, ScrambledTextComesBackAndIsPlain)
     EXPECT_EQ(GStringSupport::Scramble(password).size(), password.size());
     // Files hold scrambled values: the scheme never changes.
     EXPECT_EQ(GStringSupport::Scramble(QStringLiteral("key \u00E9")), QStringLiteral("a9W(0*%/["));
-    // Nor does damage keep it from being read.
-    for (const char* damaged : {"~", "~00", "\x01\xFF~zzzz"})
-        GStringSupport::DeScramble(QString::fromLatin1(damaged));
+    // Nor does damage keep it from being read: what is no escape stays.
+    for (const char* damaged : {"~", "~00", "~zzzz", "~0x1F", "~ +41"}) {
+        GString scrambled = QString::fromLatin1(damaged);
+        const GString steps = GStringSupport::Scramble(GString(scrambled.size(), QLatin1Char(' ')));
+        for (int at = 0; at < steps.size(); ++at)
+            scrambled[at] = QChar(' ' + (scrambled[at].unicode() + steps[at].unicode() - 2 * ' ') % 95);
+        EXPECT_EQ(GStringSupport::DeScramble(scrambled), QString::fromLatin1(damaged));
+    }
 }
 
 TEST(SupportTest, NumbersReadBackAsTheyWereWritten)
