@@ -9,7 +9,9 @@ class PCodePageEncoding : public GEncoding
 {
 public:
     explicit PCodePageEncoding(UINT codePage)
-        : GEncoding(QStringLiteral("CP%1").arg(codePage), ByteOrder::cNone), mCodePage(codePage)
+        : GEncoding(QStringLiteral("CP%1").arg(codePage), ByteOrder::cNone),
+          mCodePage(codePage),
+          mIsComplete(HasEveryCharacter(codePage))
     {
     }
 
@@ -50,22 +52,31 @@ private:
     GBuffer Convert(const QChar* text, int count, char replacement, bool& isComplete) const
     {
         const auto source = reinterpret_cast<const wchar_t*>(text);
-        const DWORD flags = WC_NO_BEST_FIT_CHARS;
         BOOL isReplaced = FALSE;
-        const int length =
-            ::WideCharToMultiByte(mCodePage, flags, source, count, nullptr, 0, &replacement, &isReplaced);
-        GBuffer bytes(length, Qt::Uninitialized);
-        ::WideCharToMultiByte(mCodePage, flags, source, count, bytes.data(), length, &replacement,
-                              &isReplaced);
+        const char* const fallback = mIsComplete ? nullptr : &replacement;
+        BOOL* const usesFallback = mIsComplete ? nullptr : &isReplaced;
+        const auto convert = [&](char* target, int size) {
+            return ::WideCharToMultiByte(mCodePage, mIsComplete ? 0 : WC_NO_BEST_FIT_CHARS, source, count,
+                                         target, size, fallback, usesFallback);
+        };
+        GBuffer bytes(convert(nullptr, 0), Qt::Uninitialized);
+        convert(bytes.data(), bytes.size());
         isComplete = isReplaced == FALSE;
         return bytes;
     }
 
+    // Windows refuses to be told about replacements for the code pages that have every character.
+    static bool HasEveryCharacter(UINT codePage)
+    {
+        constexpr UINT cGB18030 = 54936;
+        return codePage == CP_UTF7 || codePage == cGB18030;
+    }
+
     UINT mCodePage;
+    bool mIsComplete;
 };
 
-// Windows refuses a replacement character for UTF-8, which needs none, and leaves holes in its code page
-// 1252.
+// UTF-8 is the same everywhere, and Windows leaves holes in its code page 1252.
 GEncodingRef MakeEncoding(UINT codePage)
 {
     if (codePage == CP_UTF8)
