@@ -94,5 +94,8 @@ void GPPIPCReceiver::HandOver(const GPPIPCMessage& message)
         mHandler(message);
     } catch (const std::exception& error) {
         GTrace::Error(QStringLiteral("GPPIPCReceiver::HandOver"), QString::fromUtf8(error.what()));
+    } catch (...) {
+        GTrace::Error(QStringLiteral("GPPIPCReceiver::HandOver"),
+                      QStringLiteral("The handler threw something that is no exception."));
     }
 }

@@ -165,13 +165,15 @@ TEST_F(ChannelTest, OneBadMessageOrHandlerCostsNoOther)
         inner->TakeUp();  // as an event loop in the handler would
         if (message.payload == "bad")
             throw GSimpleException(1, "bad"_q);
+        if (message.payload == "worse")
+            throw 1;
     });
     inner = &receiver;
     GMessageQueue::Open(GetOwnQueueName())->Post("no message");
-    for (const char* payload : {"bad", "good", "last"})
+    for (const char* payload : {"bad", "worse", "last"})
         manager->Post(mOwnID, 1, payload);
     receiver.TakeUp();
-    EXPECT_EQ(mPayloads, std::vector<GBuffer>({"bad", "good", "last"}));
+    EXPECT_EQ(mPayloads, std::vector<GBuffer>({"bad", "worse", "last"}));
 }
 
 TEST_F(ChannelTest, MessagesAreTakenUpOnTheTick)
