@@ -48,9 +48,10 @@ enum Row
 };
 
 // A check box that leaves what the job options say can be brought back to that.
-void ShowState(QCheckBox& box, std::optional<bool> isOn)
+void ShowState(QCheckBox& box, std::optional<bool> isOn, const QString& textOfUnknown)
 {
     box.setTristate(!isOn);
+    box.setToolTip(isOn ? QString() : textOfUnknown);
     box.setCheckState(!isOn ? Qt::PartiallyChecked : (*isOn ? Qt::Checked : Qt::Unchecked));
 }
 
@@ -171,8 +172,9 @@ void GCUSPDFSettingsAdjWdt::ConnectSignals()
 
 void GCUSPDFSettingsAdjWdt::Load(const Values& values)
 {
+    const QString unknown = tr("Partially checked: as the PDF settings say");
     for (int mark = 0; mark < cMarkCount; ++mark)
-        ShowState(*mMarks.at(mark), AdjustmentValues::GetMark(values, mark));
+        ShowState(*mMarks.at(mark), AdjustmentValues::GetMark(values, mark), unknown);
     ShowAllMarks();
     mWeight->setCurrentIndex(AdjustmentValues::GetMarkWeight(values).value_or(-1));
     ShowLength(*mOffset, AdjustmentValues::GetMarkOffset(values));
@@ -184,7 +186,7 @@ void GCUSPDFSettingsAdjWdt::Load(const Values& values)
     mChain->setChecked(std::all_of(mBleeds.begin(), mBleeds.end(), [this](const GQUIUnitSpinBox* field) {
         return field->value() == mBleeds.front()->value();
     }));
-    ShowState(*mDocumentBleed, AdjustmentValues::UsesDocumentBleed(values));
+    ShowState(*mDocumentBleed, AdjustmentValues::UsesDocumentBleed(values), unknown);
     ShowBleedChoice();
     mSlug->setChecked(AdjustmentValues::IsSlugIncluded(values));
     mSpreads->setChecked(AdjustmentValues::AreSpreadsPrinted(values));

@@ -4,6 +4,8 @@
 #include "widgets/GQUILengthText.h"
 
 #include <QFontMetrics>
+#include <QLineEdit>
+#include <QToolTip>
 
 #include <cmath>
 
@@ -37,6 +39,7 @@ GQUIUnitSpinBox::GQUIUnitSpinBox(QWidget* parent) : QDoubleSpinBox(parent)
         if (!IsBlank())
             emit PointsChanged(GetPoints());
     });
+    connect(lineEdit(), &QLineEdit::textEdited, this, &GQUIUnitSpinBox::OnTextEdited);
 }
 
 double GQUIUnitSpinBox::GetPoints() const
@@ -120,6 +123,13 @@ void GQUIUnitSpinBox::stepBy(int steps)
     const double next = steps > 0 ? std::floor(position + cSlack) : std::ceil(position - cSlack);
     SetPoints(GUnitSupport::ToPoints((next + steps) * step, unit));
     selectAll();
+}
+
+void GQUIUnitSpinBox::OnTextEdited(const QString& text)
+{
+    const bool isBeyond = GQUILengthText::GetForm(text) == GQUILengthText::Form::cLength &&
+                          !IsShownInRange(valueFromText(text));
+    QToolTip::showText(mapToGlobal(rect().bottomLeft()), isBeyond ? toolTip() : QString(), this);
 }
 
 double GQUIUnitSpinBox::GetNearest(double points) const

@@ -7,6 +7,7 @@
 // A spin box of lengths. It holds points, shows them in the default unit (GUnitSupport) and takes any unit
 // typed in: "3 mm", "1p6", "0.125in". A text is taken when Return is pressed or the box loses the focus: one
 // beyond the range becomes the nearest length within it, one that is no length goes back to what was there.
+// While a text beyond the range is typed, the range is shown.
 //
 // The box may also be blank, for a length that is not known; it takes the place of no length after that.
 class GQUIUnitSpinBox : public QDoubleSpinBox
@@ -43,6 +44,7 @@ protected:
     void stepBy(int steps) override;
 
 private:
+    void OnTextEdited(const QString& text);
     double GetNearest(double points) const;
     bool IsShownInRange(double points) const;
     QChar GetDecimalSign() const;

@@ -192,6 +192,10 @@
         <source>Pri&amp;nt Spreads</source>
         <translation>Druckbögen aus&amp;geben</translation>
     </message>
+    <message>
+        <source>Partially checked: as the PDF settings say</source>
+        <translation>Halb angekreuzt: wie in den PDF-Einstellungen</translation>
+    </message>
 </context>
 <context>
     <name>GQUICollapsibleFrame</name>

@@ -192,6 +192,10 @@
         <source>Pri&amp;nt Spreads</source>
         <translation>Imprimer les planc&amp;hes</translation>
     </message>
+    <message>
+        <source>Partially checked: as the PDF settings say</source>
+        <translation>À moitié coché&#xa0;: selon les réglages PDF</translation>
+    </message>
 </context>
 <context>
     <name>GQUICollapsibleFrame</name>

@@ -4,6 +4,7 @@
 
 #include <QSignalSpy>
 #include <QTest>
+#include <QToolTip>
 
 #include <gtest/gtest.h>
 
@@ -93,6 +94,15 @@ TEST_F(UnitSpinBox, ReadsBackWhatItShowsInALocaleWithACommaAndKeepsTheLengthUnto
         EXPECT_NEAR(box.GetPoints(), 1234.567891, 0.02) << box.text().toStdString();
     }
     EXPECT_EQ(box.text(), "435,528 mm"_q);
+}
+
+TEST_F(UnitSpinBox, ShowsTheRangeWhileATextBeyondItIsTyped)
+{
+    box.selectAll();
+    QTest::keyClicks(&box, "1440"_q);
+    EXPECT_EQ(QToolTip::text(), QString());
+    QTest::keyClicks(&box, "0"_q);
+    EXPECT_TRUE(QToolTip::text().contains("0 pt to 1440 pt"_q)) << QToolTip::text().toStdString();
 }
 
 TEST_F(UnitSpinBox, StepsToWholeStepsOfTheUnit)
