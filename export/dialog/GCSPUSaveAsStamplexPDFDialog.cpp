@@ -25,6 +25,7 @@
 #include <QRadioButton>
 #include <QRegularExpressionValidator>
 #include <QSignalBlocker>
+#include <QStyle>
 
 namespace
 {
@@ -191,6 +192,11 @@ QGridLayout* GCSPUSaveAsStamplexPDFDialog::MakeGrid()
     grid->addItem(new QSpacerItem(0, cRowGap), 4, 0);
     grid->addWidget(mIncludePackage, 5, 0, 1, 4);
     grid->addWidget(mOptions, 6, 0, 1, 4);
+    // The gaps are part of the columns: a gap before the last column, which is empty, would show as a margin.
+    const int gap = style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing);
+    grid->setHorizontalSpacing(0);
+    grid->setColumnMinimumWidth(0, mPDFSettingsLabel->sizeHint().width() + gap);
+    grid->setColumnMinimumWidth(1, mRange->sizeHint().width() + gap);
     grid->setColumnStretch(2, 1);
     return grid;
 }
@@ -198,6 +204,7 @@ QGridLayout* GCSPUSaveAsStamplexPDFDialog::MakeGrid()
 QBoxLayout* GCSPUSaveAsStamplexPDFDialog::MakeButtonRow()
 {
     auto* row = new QHBoxLayout;
+    row->setContentsMargins(0, cRowGap, 0, 0);
     row->addWidget(mAltHint);
     row->addSpacing(cButtonGap);
     row->addWidget(mButtons);
