@@ -1,1 +1,302 @@
-#include <gtest/gtest.h>
+#include "DialogFixture.h"
+#include "Receiver.h"
+#include "archive/ZipArchiver.h"
+#include "foundation/prefs/GPrefSharedFileModule.h"
+
+#include <QClipboard>
+
+namespace
+{
+using DialogTest = DialogFixture;
+
+void WriteRecord(const char* key, const QString& text)
+{
+    GPrefSharedFileModule module(HopboxRegistry::GetPathName(), GEncoding::GetUTF16LittleEndian());
+    module.Set("PrinterProcessorRegistry", key, text);
+    module.FlushPrefs();
+}
+
+QString ToText(bool value)
+{
+    return value ? "true"_q : "false"_q;
+}
+}  // namespace
+
+TEST_F(DialogTest, ListsWhatOffersItselfByTextAndSelectsTheLastChoice)
+{
+    const GString beta = Add("b", "Beta");
+    Add("a", "Alpha");
+    const GString unnamed = Add("c", "");
+    HopboxRegistry().ChangeEntry(Add("d", "Delta"),
+                                 [](HopboxRegistryEntry& entry) { entry.isPlugin = false; });
+    WriteRecord("x1", "garbage"_q);
+    WriteRecord("x2", "#DICT"_q);
+    const struct
+    {
+        GString remembered;
+        GString selected;
+    } cases[] = {{beta, "Beta"_q}, {unnamed, unnamed}, {"Beta"_q, {}}, {{}, {}}};
+    for (const auto& entry : cases) {
+        PlugInPreferences::SetLastSelection(entry.remembered);
+        party.alerts.clear();
+        Open();
+        const QString missing = HopboxRegistry().GetKeys().filter("x"_q).join(", "_q);
+        EXPECT_EQ(party.alerts, QStringList{"Export as Stamplex PDF Error|PDF settings are missing for %1. "
+                                            "Launch the Hopbox manually and try again."_q.arg(missing)});
+        QStringList texts = {"Alpha"_q, "Beta"_q, unnamed};
+        texts.sort();
+        const GString selected = entry.selected.isEmpty() ? texts.front() : entry.selected;
+        texts[texts.indexOf(selected)] = QStringLiteral("[%1]").arg(selected);
+        EXPECT_EQ(GetList(), texts.join(QLatin1Char(' ')));
+        EXPECT_EQ(PlugInPreferences::GetLastSelection(), list->currentData().toString());
+    }
+    list->setFocus();
+    WindowDriver::Click(Qt::Key_End);
+    Open();
+    EXPECT_EQ(list->currentIndex(), 2);
+}
+
+TEST_F(DialogTest, WithoutHopboxesOnlyCancelIsLeft)
+{
+    PlugInPreferences::SetLastSelection("gone"_q);
+    Open();
+    EXPECT_TRUE(Find<QLabel>("No PDF Settings found").isVisible());
+    EXPECT_FALSE(ok->isEnabled());
+    EXPECT_FALSE(Find("Options").isVisible());
+    EXPECT_FALSE(Find("Include File Package").isVisible());
+    EXPECT_EQ(PlugInPreferences::GetLastSelection(), GString());
+    WindowDriver::Press(Qt::Key_Alt, Qt::AltModifier);
+    WindowDriver::Click(Qt::Key_Return, Qt::AltModifier);
+    EXPECT_TRUE(mDialog->isVisible());
+    WindowDriver::Release(Qt::Key_Alt);
+    WindowDriver::Click(Qt::Key_Escape);
+    EXPECT_FALSE(mDialog->isVisible());
+    EXPECT_TRUE(party.host.GetAsked().empty());
+}
+
+TEST_F(DialogTest, ThePackageIsTheUsersChoiceWhereTheSettingLeavesIt)
+{
+    const struct
+    {
+        bool isOffered;
+        const char* settings;
+        const char* remembered;
+        bool isShown;
+        bool isChecked;
+        const char* stored;
+    } cases[] = {
+        {true, "UserSettings=true IncludeFilePackage=true", "", true, true, "true"},
+        {true, "UserSettings=true", "", true, false, "false"},
+        {true, "UserSettings=true IncludeFilePackage=true", "false", true, false, "false"},
+        {true, "UserSettings=true IncludeFilePackage=false", "true", true, true, "true"},
+        {true, "UserSettings=True IncludeFilePackage=true", "false", false, true, "false"},
+        {true, "IncludeFilePackage=true", "", false, true, ""},
+        {true, "UserSettings=false IncludeFilePackage=false", "true", false, false, "true"},
+        {false, "UserSettings=true IncludeFilePackage=true", "true", false, false, "true"},
+    };
+    for (const auto& entry : cases) {
+        SCOPED_TRACE(entry.settings);
+        HopboxRegistry().Clear();
+        PlugInPreferences::Prune({});
+        Add("Press", "Press", entry.settings);
+        if (*entry.remembered != '\0')
+            PlugInPreferences::SetPackageChoice("Press"_q, QByteArray(entry.remembered) == "true");
+        DialogOptions options = GetAllOptions();
+        options[DialogOption::cFilePackage] = entry.isOffered;
+        Open(options);
+        EXPECT_EQ(Find("Include File Package").isVisible(), entry.isShown);
+        EXPECT_EQ(Find("Include File Package").isChecked(), entry.isChecked);
+        EXPECT_EQ(Find("Options").isVisible(), QByteArray(entry.settings).contains("UserSettings=true"));
+        EXPECT_EQ(GPreferences::Get("Press", "IncludeFilePackageChecked"), QString::fromLatin1(entry.stored));
+        if (entry.isShown) {
+            WindowDriver::Click(Qt::Key_F, Qt::AltModifier);
+            EXPECT_TRUE(QTest::qWaitFor([&] {
+                return GPreferences::Get("Press", "IncludeFilePackageChecked") == ToText(!entry.isChecked);
+            }));
+        }
+        party.host.packages.clear();
+        WindowDriver::Click(Qt::Key_Return);
+        EXPECT_EQ(party.host.packages.size() == 1, entry.isChecked != entry.isShown);
+    }
+}
+
+TEST_F(DialogTest, ClosingForgetsThePackageChoicesOfHopboxesThatAreGone)
+{
+    Add("Stays", "S");
+    Add("Goes", "G");
+    for (const char* group : {"Stays", "Goes", "Gone before"})
+        PlugInPreferences::SetPackageChoice(QLatin1String(group), true);
+    GPreferences::Set(GPreferences::cUserFileModule, "Other", "Key", "value"_q);
+    Open();
+    ASSERT_EQ(GetList(), "[G] S"_q);
+    ClickOKWithAlt();
+    EXPECT_EQ(GetList(), "[S]"_q);
+    EXPECT_TRUE(PlugInPreferences::HasPackageChoice("Goes"_q));
+    WindowDriver::Click(Qt::Key_Escape);
+    PlugInPrefModule written(PlugInStore::GetFile());
+    for (const char* group : {"Goes", "Gone before"})
+        EXPECT_FALSE(written.Has(group, "IncludeFilePackageChecked")) << group;
+    EXPECT_TRUE(written.Has("Stays", "IncludeFilePackageChecked"));
+    EXPECT_EQ(written.Get("Other", "Key"), "value"_q);
+}
+
+TEST_F(DialogTest, APageRangeIsWholeOrKeepsOKFromBeingPressed)
+{
+    Add("Press", "Press");
+    Open();
+    EXPECT_TRUE(Find("All").isChecked());
+    EXPECT_FALSE(range->isEnabled());
+    QTest::mouseClick(&Find("Range:"), Qt::LeftButton);
+    EXPECT_TRUE(range->isEnabled());
+    const struct
+    {
+        const char* pasted;
+        const char* taken;
+        bool isWhole;
+    } cases[] = {{"1-5,8,11-13", "1-5,8,11-13", true},
+                 {"1,", "1,", false},
+                 {"1-", "1-", false},
+                 {"2,3-", "2,3-", false},
+                 {"1 - 5", "", true},
+                 {",3", "", true},
+                 {"1-2-3", "", true},
+                 {"1\n2", "", true},
+                 {"a", "", true}};
+    for (const auto& entry : cases) {
+        range->clear();
+        QGuiApplication::clipboard()->setText(QString::fromLatin1(entry.pasted));
+        range->paste();
+        EXPECT_EQ(range->text(), QString::fromLatin1(entry.taken)) << entry.pasted;
+        EXPECT_EQ(ok->isEnabled(), entry.isWhole) << entry.pasted;
+    }
+    range->setFocus();
+    WindowDriver::Type("1 a,"_q);
+    EXPECT_EQ(range->text(), "1,"_q);
+    WindowDriver::Click(Qt::Key_Return);
+    EXPECT_TRUE(mDialog->isVisible());
+    WindowDriver::Press(Qt::Key_Alt, Qt::AltModifier);
+    EXPECT_TRUE(ok->isEnabled());
+    WindowDriver::Release(Qt::Key_Alt);
+    EXPECT_FALSE(ok->isEnabled());
+    QTest::mouseClick(&Find("All"), Qt::LeftButton, Qt::NoModifier, QPoint(8, 8));
+    EXPECT_TRUE(ok->isEnabled());
+}
+
+TEST_F(DialogTest, OKExportsWhatIsChosen)
+{
+    const std::vector<UID> all = {GetPageUID(1), GetPageUID(2), GetPageUID(3)};
+    const struct
+    {
+        const char* settings;
+        const char* range;  // null for all pages
+        std::vector<UID> pages;
+        bool hasCropMarks;
+        QString alert;
+    } cases[] = {
+        {"UserSettings=true Trim=false", nullptr, all, true, MakeAlert(cNobodyTakesIt)},
+        {"UserSettings=false Trim=false", nullptr, all, false, MakeAlert(cNobodyTakesIt)},
+        {"UserSettings=true Trim=false",
+         "3,2",
+         {GetPageUID(3), GetPageUID(2)},
+         true,
+         MakeAlert(cNobodyTakesIt)},
+        {"UserSettings=true Trim=false",
+         "",
+         {},
+         true,
+         MakeFramedAlert("The page range names no page of the document.")},
+    };
+    for (const auto& entry : cases) {
+        HopboxRegistry().Clear();
+        party.host.commands.clear();
+        party.alerts.clear();
+        Add("Press", "Press", entry.settings);
+        Open();
+        Find("Crop").click();
+        if (entry.range != nullptr) {
+            Find("Range:").click();
+            range->setText(QString::fromLatin1(entry.range));
+        }
+        WindowDriver::Click(Qt::Key_Return);
+        EXPECT_FALSE(mDialog->isVisible());
+        EXPECT_EQ(party.alerts, QStringList{entry.alert});
+        ASSERT_EQ(party.host.commands.size(), 1u);
+        EXPECT_EQ(party.host.commands.front()->pages, entry.pages);
+        EXPECT_EQ(party.host.commands.front()->switches.at(PDFSwitch::CropMarks), entry.hasCropMarks);
+    }
+}
+
+TEST_F(DialogTest, AHopboxWithoutAReadableProjectIsListedAndFailsWhenChosen)
+{
+    const auto hurt = [](const GString& key, const std::function<void(const QString&)>& change) {
+        HopboxRegistryEntry entry;
+        HopboxRegistry().GetEntry(key, entry);
+        change(entry.contextFilePath.GetNativePath());
+    };
+    hurt(Add("Missing", "1"), [](const QString& path) { QFile::remove(path); });
+    hurt(Add("Damaged", "2"), [](const QString& path) { WriteFile(path, ReadFile(path).left(200)); });
+    hurt(Add("Locked", "3"), [](const QString& path) {
+        const QString source = QFileInfo(path).path() + "/a.joboptions"_q;
+        Morvane::ZipArchiver archive(path);
+        EXPECT_TRUE(archive.StartWriting(Morvane::ZipStart::Create, "another password"_q, 6));
+        for (const char* name : {"PrinterFiles/a.joboptions", "Project/Project.prefs"})
+            EXPECT_TRUE(archive.AddFile(source, QLatin1String(name), Morvane::ZipArchiver::cStartLevel,
+                                        Morvane::ZipNames::NameField, QString()));
+        EXPECT_TRUE(archive.FinishWriting());
+    });
+    for (const char* name : {"Missing", "Damaged", "Locked"}) {
+        Open();
+        EXPECT_EQ(list->count(), 3);
+        EXPECT_FALSE(Find("Options").isVisible());
+        party.alerts.clear();
+        WindowDriver::Click(Qt::Key_Return);
+        EXPECT_EQ(party.alerts,
+                  QStringList{MakeAlert("Unable to retrieve PDF setting: "_q + QLatin1String(name))});
+        Open();
+        WindowDriver::Click(Qt::Key_Down);
+    }
+}
+
+TEST_F(DialogTest, WhatCannotBeRemovedStaysWithAnAlert)
+{
+    const GString key = Add("Press", "Press");
+    const std::function<void()> faults[] = {[&] { WriteRecord(key.toLatin1().constData(), "garbage"_q); },
+                                            [&] { HopboxRegistry().RemoveEntry(key); }};
+    Open();
+    for (const auto& fault : faults) {
+        fault();
+        party.alerts.clear();
+        ClickOKWithAlt();
+        EXPECT_EQ(party.alerts,
+                  QStringList{"Export as Stamplex PDF error|Unable to remove selected PDF setting."_q});
+        EXPECT_EQ(GetList(), "[Press]"_q);
+        EXPECT_TRUE(mDialog->isVisible());
+    }
+}
+
+// Other processes register Hopboxes while the user removes one after the other.
+TEST_F(DialogTest, RemovingAndAddingAtOnceLosesNothing)
+{
+    constexpr int cCount = 6;
+    for (int number = 0; number < cCount; ++number)
+        Add(QByteArray::number(number).constData(), "Old");
+    const QString jobOptions = GetSandbox().GetPath("a.joboptions"_q);
+    ASSERT_TRUE(WriteFile(jobOptions, "<< /A 1 >>"));
+    Open();
+    QProcess adders[3];
+    for (QProcess& adder : adders)
+        adder.start(GetProgram("hopboxctl"), {"create"_q, "New"_q, "--job-options"_q, jobOptions});
+    for (int number = 0; number < cCount; ++number) {
+        while (list->currentText() != "Old"_q)  // a new one may come to the top
+            WindowDriver::Click(Qt::Key_End);
+        ClickOKWithAlt();
+    }
+    for (QProcess& adder : adders)
+        EXPECT_TRUE(adder.waitForFinished() && adder.exitCode() == 0) << adder.readAll().toStdString();
+    EXPECT_EQ(party.alerts, QStringList());
+    int left = 0;
+    for (const GString& key : HopboxRegistry().GetKeys())
+        left += HopboxRegistry().GetRecord(key)->entry.isPlugin ? 1 : 0;
+    EXPECT_EQ(left, 3);
+    EXPECT_EQ(HopboxRegistry().GetKeys().size(), cCount + 3);
+}

@@ -1,0 +1,196 @@
+#include "DialogFixture.h"
+#include "widgets/GCUSTranslation.h"
+
+#include <QAccessible>
+#include <QDialogButtonBox>
+#include <QToolButton>
+
+#include <set>
+
+namespace
+{
+class KeyboardTest : public DialogFixture
+{
+protected:
+    // The texts with a mnemonic, and all others, of what is on the screen.
+    QStringList GetVisibleTexts() const
+    {
+        QStringList texts;
+        for (const auto* button : mDialog->findChildren<QAbstractButton*>())
+            texts.append(button->isVisible() ? button->text() : QString());
+        for (const auto* label : mDialog->findChildren<QLabel*>())
+            texts.append(label->isVisible() ? label->text() : QString());
+        texts.removeAll(QString());
+        return texts;
+    }
+
+    QList<QWidget*> GetFocusStops() const
+    {
+        QList<QWidget*> stops;
+        for (int count = 0; count < 100 && !stops.contains(mDialog->focusWidget()); ++count) {
+            stops.append(mDialog->focusWidget());
+            WindowDriver::Click(Qt::Key_Tab);
+        }
+        return stops;
+    }
+
+    void SendAlt(QEvent::Type type, bool isRepeated)
+    {
+        QKeyEvent event(type, Qt::Key_Alt, Qt::AltModifier, QString(), isRepeated);
+        QApplication::sendEvent(mDialog->focusWidget(), &event);
+    }
+};
+}  // namespace
+
+TEST_F(KeyboardTest, AltTurnsOKIntoRemoveAndGivesTheFocusBack)
+{
+    Add("Press", "Press");
+    Open();
+    Find("Options").click();
+    Find("Range:").click();
+    for (QWidget* widget : GetFocusStops()) {
+        widget->setFocus();
+        SendAlt(QEvent::KeyPress, true);
+        EXPECT_EQ(ok->text(), "OK"_q);
+        WindowDriver::Press(Qt::Key_Alt, Qt::AltModifier);
+        EXPECT_EQ(ok->text(), "Remove"_q) << widget->metaObject()->className();
+        EXPECT_EQ(mDialog->focusWidget(), mDialog.get());
+        SendAlt(QEvent::KeyRelease, true);
+        EXPECT_EQ(ok->text(), "Remove"_q);
+        WindowDriver::Release(Qt::Key_Alt);
+        EXPECT_EQ(ok->text(), "OK"_q) << widget->metaObject()->className();
+        EXPECT_EQ(mDialog->focusWidget(), widget);
+    }
+    list->setFocus();
+    WindowDriver::Click(Qt::Key_Return);
+    EXPECT_EQ(party.host.commands.size(), 1u);
+}
+
+TEST_F(KeyboardTest, AltIsLeftToMnemonicsAndLists)
+{
+    Add("Press", "Press");
+    Open();
+    range->setFocus();
+    WindowDriver::Press(Qt::Key_Alt, Qt::AltModifier);
+    WindowDriver::Click(Qt::Key_P, Qt::AltModifier);
+    WindowDriver::Release(Qt::Key_Alt);
+    EXPECT_TRUE(list->hasFocus());
+
+    WindowDriver::Press(Qt::Key_Alt, Qt::AltModifier);
+    WindowDriver::Click(Qt::Key_Down, Qt::AltModifier);
+    EXPECT_NE(QApplication::activePopupWidget(), nullptr);
+    WindowDriver::Release(Qt::Key_Alt);
+    EXPECT_EQ(ok->text(), "OK"_q);
+    WindowDriver::Click(Qt::Key_Escape);
+    EXPECT_TRUE(mDialog->isVisible());
+
+    WindowDriver::Press(Qt::Key_Alt, Qt::AltModifier);
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
+    EXPECT_EQ(ok->text(), "OK"_q);
+}
+
+TEST_F(KeyboardTest, AltWithEnterRemoves)
+{
+    Add("a", "A");
+    Add("b", "B");
+    Open();
+    WindowDriver::Press(Qt::Key_Alt, Qt::AltModifier);
+    WindowDriver::Click(Qt::Key_Return, Qt::AltModifier);
+    EXPECT_EQ(GetList(), "[B]"_q);
+    WindowDriver::Click(Qt::Key_Enter, Qt::AltModifier);
+    EXPECT_EQ(GetList(), QString());
+    EXPECT_FALSE(ok->isEnabled());
+    EXPECT_TRUE(mDialog->isVisible());
+    EXPECT_TRUE(party.host.commands.empty());
+}
+
+TEST_F(KeyboardTest, TheTabKeyGoesDownTheScreenAndEveryStopHasAName)
+{
+    Add("Press", "Press");
+    Open();
+    Find("Options").click();
+    Find("Range:").click();
+    list->setFocus();
+    const QList<QWidget*> stops = GetFocusStops();
+    EXPECT_GT(stops.size(), 10);
+    QPoint last;
+    for (QWidget* widget : stops) {
+        const QString name = QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name);
+        EXPECT_FALSE(name.isEmpty()) << widget->metaObject()->className();
+        if (!widget->parentWidget()->inherits("GCUSPDFSettingsAdjWdt")) {
+            const QPoint place = widget->mapTo(mDialog.get(), QPoint(0, 0));
+            EXPECT_TRUE(place.y() > last.y() + 5 || place.x() > last.x()) << name.toStdString();
+            last = place;
+        }
+    }
+}
+
+TEST_F(KeyboardTest, InEachLanguageNothingIsCutOrJumpsAndMnemonicsAreUnique)
+{
+    for (const char* language : {"", "deDE", "frFR"}) {
+        SCOPED_TRACE(language);
+        GCUSTranslation::Load(
+            GPathName(QStringLiteral(HOPBOX_TRANSLATIONS "/Plugin_%1.qm").arg(QLatin1String(language))));
+        HopboxRegistry().Clear();
+        Add("Press", "A text that is longer than the list of the dialog can show at once, by far, by far");
+        Open();
+        const QSize closed = mDialog->size();
+        mDialog->findChild<QToolButton*>()->click();
+        QTest::qWait(0);
+        EXPECT_EQ(mDialog->width(), closed.width());
+        EXPECT_GT(mDialog->height(), closed.height());
+        std::set<QChar> mnemonics;
+        for (const QString& text : GetVisibleTexts()) {
+            const int mark = text.indexOf(QLatin1Char('&'));
+            EXPECT_TRUE(mark < 0 || mnemonics.insert(text.at(mark + 1).toLower()).second)
+                << text.toStdString();
+        }
+        for (const QWidget* widget : mDialog->findChildren<QWidget*>()) {
+            const bool hasText =
+                qobject_cast<const QLabel*>(widget) || qobject_cast<const QAbstractButton*>(widget);
+            EXPECT_TRUE(!hasText || !widget->isVisible() || widget->width() >= widget->sizeHint().width())
+                << widget->metaObject()->className();
+        }
+        const int width = mDialog->width();
+        WindowDriver::Press(Qt::Key_Alt, Qt::AltModifier);
+        QTest::qWait(0);
+        EXPECT_EQ(mDialog->width(), width);
+        WindowDriver::Release(Qt::Key_Alt);
+    }
+    GCUSTranslation::Unload();
+}
+
+TEST_F(KeyboardTest, TheCallersOptionsDecideWhatIsOffered)
+{
+    Add("Press", "Press");
+    const struct
+    {
+        DialogOption option;
+        const char* text;
+    } controls[] = {{DialogOption::cSlugArea, "Include Slug Area (For Bleed)"},
+                    {DialogOption::cSpreads, "Print Spreads"},
+                    {DialogOption::cBleedMark, "Bleed"},
+                    {DialogOption::cMarkWeight, "Weight:"},
+                    {DialogOption::cFilePackage, "Include File Package"}};
+    for (const auto& left : controls) {
+        DialogOptions options = GetAllOptions();
+        options[left.option] = false;
+        Open(options);
+        Find("Options").click();
+        for (const auto& control : controls)
+            EXPECT_EQ(Find<QWidget>(control.text).isVisible(), control.option != left.option) << control.text;
+    }
+    Open({});
+    Find("Options").click();
+    for (const auto& control : controls)
+        EXPECT_FALSE(Find<QWidget>(control.text).isVisible()) << control.text;
+    EXPECT_TRUE(Find("Range:").isEnabled());
+    Open({{DialogOption::cPageRange, false}});
+    for (const char* text : {"All", "Range:"})
+        EXPECT_FALSE(Find(text).isEnabled()) << text;
+    EXPECT_TRUE(Find("All").isChecked());
+    EXPECT_FALSE(range->isEnabled());
+}
