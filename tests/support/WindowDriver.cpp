@@ -31,9 +31,10 @@ void WindowDriver::LookAtWindows()
         window->close();
         return;
     }
-    const Step step = mSteps.front();
+    // Not within this timer's event: the timer would rest while the step waits for the next window.
+    QMetaObject::invokeMethod(
+        &mTimer, [step = mSteps.front(), window] { step(*window); }, Qt::QueuedConnection);
     mSteps.pop_front();
-    step(*window);
 }
 
 void WindowDriver::Click(Qt::Key key, Qt::KeyboardModifiers modifiers)
