@@ -178,7 +178,7 @@ bool PostScriptReader::ReadToken(int depth, PostScriptValue& value, QByteArray& 
 
 bool PostScriptReader::ReadItems(int depth, Mark end, std::vector<PostScriptValue>& items)
 {
-    const int start = mPosition;
+    const int start = mPosition - 1;  // the last of the beginning
     if (depth == cDeepest)
         return FailAt(start, QStringLiteral("values nested too deeply"));
     while (SkipToToken()) {

@@ -4,7 +4,10 @@
 #include "tests/support/TestFiles.h"
 #include "tests/support/Texts.h"
 
+#include <QColor>
 #include <QDir>
+#include <QFileInfo>
+#include <QImage>
 #include <QProcess>
 #include <QRectF>
 #include <QRegularExpression>
@@ -49,8 +52,7 @@ EngineFixture::EngineFixture() : mLog(std::make_shared<LogRecorder>())
 {
     GTrace::SetLogger(mLog);
     QDir().mkpath(mSandbox.GetPath(QStringLiteral("out")));
-    mHost = std::make_unique<ScribusHost>(GetSetup());
-    mHost->SetFrontend(&mFrontend);
+    RestartHost(GetSetup());
 }
 
 EngineFixture::~EngineFixture()
@@ -59,7 +61,7 @@ EngineFixture::~EngineFixture()
     GTrace::SetLogger(nullptr);
 }
 
-QString EngineFixture::MakeDocument(const QString& name, int pageCount, const QString& objects)
+QString EngineFixture::MakeDocument(const QString& name, int pageCount, const QString& objects, int width)
 {
     QString pages;
     for (int i = 0; i < pageCount; ++i)
@@ -84,8 +86,36 @@ QString EngineFixture::MakeDocument(const QString& name, int pageCount, const QS
             .arg(pageCount)
             .arg(pages, objects);
     const QString path = mSandbox.GetPath(name);
-    EXPECT_TRUE(WriteFile(path, text.toUtf8()));
+    const QByteArray pageWidth = "PAGEWIDTH=\"" + QByteArray::number(width) + '"';
+    EXPECT_TRUE(WriteFile(path, text.toUtf8().replace("PAGEWIDTH=\"400\"", pageWidth)));
     return path;
+}
+
+QString EngineFixture::MakeImageFrame(const QString& link, const QString& attributes)
+{
+    return QStringLiteral(
+               "<PAGEOBJECT XPOS=\"110\" YPOS=\"30\" OwnPage=\"0\" ItemID=\"7\" PTYPE=\"2\" "
+               "WIDTH=\"100\" HEIGHT=\"100\" FRTYPE=\"0\" CLIPEDIT=\"0\" PWIDTH=\"0\" PCOLOR=\"None\" "
+               "PCOLOR2=\"None\" LOCALSCX=\"1\" LOCALSCY=\"1\" PICART=\"1\" SCALETYPE=\"0\" RATIO=\"1\" "
+               "LAYER=\"0\" NUMO=\"0\" %2 PFILE=\"%1\"/>\n")
+        .arg(link.toHtmlEscaped(), attributes);
+}
+
+QString EngineFixture::MakeImage(const QString& name, int width, int height)
+{
+    QImage image(width, height, QImage::Format_RGB32);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            image.setPixelColor(x, y, QColor((x * 37 + y) % 256, (y * 11) % 256, (x ^ y) % 256));
+    const QString path = mSandbox.GetPath(name);
+    EXPECT_TRUE(QDir().mkpath(QFileInfo(path).path()) && image.save(path));
+    return path;
+}
+
+void EngineFixture::RestartHost(const ScribusSetup& setup)
+{
+    mHost = std::make_unique<ScribusHost>(setup);
+    mHost->SetFrontend(&mFrontend);
 }
 
 QString EngineFixture::MakeJobOptions(const QByteArray& settings)

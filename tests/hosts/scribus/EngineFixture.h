@@ -54,9 +54,16 @@ protected:
     // The setup that all tests use: one home, so that the fonts are looked at once.
     static ScribusSetup GetSetup();
 
-    // Makes the file `name` in the sandbox: a document of pages of 400 by 300 points, with what an XML text
+    // Makes the file `name` in the sandbox: a document of pages of 300 points height, with what an XML text
     // adds behind the pages.
-    QString MakeDocument(const QString& name, int pageCount, const QString& objects = QString());
+    QString MakeDocument(const QString& name, int pageCount, const QString& objects = QString(),
+                         int width = 400);
+
+    // An element that shows the image file; the text is for MakeDocument. `attributes` are more of its own.
+    static QString MakeImageFrame(const QString& link, const QString& attributes = QString());
+
+    // Writes a PNG of the size in the sandbox.
+    QString MakeImage(const QString& name, int width, int height);
 
     // Writes job options that hold the settings.
     QString MakeJobOptions(const QByteArray& settings);
@@ -71,6 +78,9 @@ protected:
     ErrorCode ExportBook(const QString& output, const QByteArray& settings = QByteArray());
     ErrorCode PackageDocument(const QString& folder);
     ErrorCode PackageBook(const QString& folder);
+
+    // A host in the place of the first one, with another setup.
+    void RestartHost(const ScribusSetup& setup);
 
     void Open(const QString& path);
     QStringList ListOutput() const;  // the names in the output folder

@@ -4,10 +4,24 @@
 
 #include <QFile>
 #include <QProcess>
-#include <QRectF>
 
 namespace
 {
+// The dots per inch and the coding of the images of a PDF, as "72 jpeg".
+QStringList GetImages(const QString& path)
+{
+    QProcess process;
+    process.start("pdfimages"_q, {"-list"_q, path});
+    process.waitForFinished();
+    QStringList images;
+    for (const QString& line : QString::fromUtf8(process.readAllStandardOutput()).split(QLatin1Char('\n'))) {
+        const QStringList columns = line.simplified().split(QLatin1Char(' '));
+        if (columns.value(2) == "image"_q)
+            images.append(columns.value(12) + QLatin1Char(' ') + columns.value(8));
+    }
+    return images;
+}
+
 class ExportTest : public EngineFixture
 {
 };
@@ -24,5 +38,114 @@ TEST_F(ExportTest, PagesComeInTheOrderOfTheRange)
     EXPECT_EQ(PdfFacts::Read(some).version, "1.3"_q);
     EXPECT_EQ(Export(all, "", "3-4"_q), cFailure);
     EXPECT_EQ(ListOutput(), "all.pdf|some #%20.pdf"_list);
+    EXPECT_EQ(mFrontend.events, "begin Export PDF|end|begin Export PDF|end"_list);
+}
+
+TEST_F(ExportTest, BoxesShowTheBleedAndTheRoomForMarks)
+{
+    struct Case
+    {
+        bool hasDocumentBleed;
+        bool hasCropMarks;
+        bool hasBleedMarks;
+        double markOffset;
+        double bleed[4];    // top, bottom, inside, outside
+        double margins[4];  // of the trim box in the media box: left, bottom, right, top
+        double bleedOf[4];  // the bleed box around the trim box, in that order
+    };
+    const Case cases[] = {
+        {false, false, false, 0, {0, 0, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 0}},
+        {false, false, false, 0, {9, 10, 11.5, 12.25}, {11.5, 10, 12.25, 9}, {11.5, 10, 12.25, 9}},
+        {true, false, false, 0, {99, 99, 99, 99}, {6, 8, 7, 5}, {6, 8, 7, 5}},
+        {false, true, false, 7.5, {9, 9, 9, 9}, {36.5, 36.5, 36.5, 36.5}, {9, 9, 9, 9}},
+        {true, false, true, 3, {0, 0, 0, 0}, {29, 31, 30, 28}, {6, 8, 7, 5}},
+    };
+    Open(MakeDocument("a.sla"_q, 1));
+    for (const Case& item : cases) {
+        const QString output = GetOutput("boxes.pdf"_q);
+        ASSERT_EQ(Export(output, "/OtherNamespaces [<</AddCropMarks true /MarksOffset 99>>]", {},
+                         [&](IPDFExportPreferences& preferences) {
+                             preferences.SetSwitch(PDFSwitch::UseDocumentBleed, item.hasDocumentBleed);
+                             preferences.SetSwitch(PDFSwitch::CropMarks, item.hasCropMarks);
+                             preferences.SetSwitch(PDFSwitch::BleedMarks, item.hasBleedMarks);
+                             preferences.SetLength(PDFLength::MarkOffset, item.markOffset);
+                             preferences.SetLength(PDFLength::BleedTop, item.bleed[0]);
+                             preferences.SetLength(PDFLength::BleedBottom, item.bleed[1]);
+                             preferences.SetLength(PDFLength::BleedInside, item.bleed[2]);
+                             preferences.SetLength(PDFLength::BleedOutside, item.bleed[3]);
+                         }),
+                  cSuccess)
+            << mHost->GetLastFailure().toStdString();
+        const PdfFacts facts = PdfFacts::Read(output);
+        const QRectF trim = facts.boxes["TrimBox"_q];
+        const auto expectAround = [&](const char* box, const double(&margins)[4]) {
+            const QRectF outer = facts.boxes[QLatin1String(box)];
+            EXPECT_NEAR(trim.left() - outer.left(), margins[0], 0.1) << box;
+            EXPECT_NEAR(trim.top() - outer.top(), margins[1], 0.1) << box;
+            EXPECT_NEAR(outer.right() - trim.right(), margins[2], 0.1) << box;
+            EXPECT_NEAR(outer.bottom() - trim.bottom(), margins[3], 0.1) << box;
+        };
+        EXPECT_NEAR(trim.width(), 400, 0.1);
+        EXPECT_NEAR(trim.height(), 300, 0.1);
+        expectAround("MediaBox", item.margins);
+        expectAround("BleedBox", item.bleedOf);
+    }
+}
+
+TEST_F(ExportTest, TwoJobOptionsMakeTwoDifferentFiles)
+{
+    MakeImage("image.png"_q, 600, 600);
+    Open(MakeDocument("a.sla"_q, 1, MakeImageFrame("image.png"_q)));
+    const QString proof = GetOutput("proof.pdf"_q);
+    const QString fine = GetOutput("fine.pdf"_q);
+    ASSERT_EQ(Export(proof, "/CompatibilityLevel 1.4 /ColorImageResolution 72 /ColorImageFilter /DCTEncode"),
+              cSuccess);
+    ASSERT_EQ(
+        Export(fine, "/CompatibilityLevel 1.5 /ColorImageResolution 300 /ColorImageFilter /FlateEncode"),
+        cSuccess);
+    EXPECT_EQ(PdfFacts::Read(proof).version, "1.4"_q);
+    EXPECT_EQ(PdfFacts::Read(fine).version, "1.5"_q);
+    EXPECT_EQ(GetImages(proof), "72 jpeg"_list);
+    EXPECT_EQ(GetImages(fine), "300 image"_list);
+}
+
+TEST_F(ExportTest, PdfXIsMadeOnlyWhereTheDocumentCanBeOne)
+{
+    const struct
+    {
+        QByteArray kind;
+        const char* profile;
+        const char* reason;  // a part of it; null for success
+    } cases[] = {
+        {"/PDFX3:2003", "ISO Coated v2 300% (basICColor)", nullptr},
+        {"/PDFX1a:2001", "ISO Coated v2 300% (basICColor)", nullptr},
+        {"/PDFX4:2010", "ISO Coated v2 300% (basICColor)", nullptr},
+        {"/PDFX3:2003", "No such profile", "\"No such profile\" is none that is installed"},
+        {"/PDFX3:2003", "sRGB display profile (ICC v2.2)", "is none that is installed"},
+        {"/PDFX3:2003", "", "\"The document's own\" is none that is installed"},
+    };
+    MakeImage("image.png"_q, 100, 100);
+    Open(MakeDocument(
+        "a.sla"_q, 1,
+        "<PDF Version='14' PrintP=\"The document's own\" InfoString=''/>"_q + MakeImageFrame("image.png"_q)));
+    for (const auto& item : cases) {
+        const QByteArray settings = "/CheckCompliance [" + item.kind + "] /PDFXOutputIntentProfile <" +
+                                    QByteArray(item.profile).toHex() + ">";
+        const QString output = GetOutput("x.pdf"_q);
+        const bool isMade = Export(output, settings) == cSuccess;
+        EXPECT_EQ(isMade, item.reason == nullptr) << mHost->GetLastFailure().toStdString();
+        EXPECT_EQ(QFile::exists(output), isMade);
+        EXPECT_EQ(ReadFile(output).contains("/GTS_PDFX"), isMade);
+        EXPECT_TRUE(mHost->GetLastFailure().contains(QLatin1String(isMade ? "" : item.reason)));
+        EXPECT_EQ(mLog->TakeErrors().isEmpty(), isMade);
+        QFile::remove(output);
+    }
+    Open(MakeDocument("transparent.sla"_q, 1, MakeImageFrame("image.png"_q, "TransValue=\"0.5\""_q)));
+    EXPECT_EQ(Export(GetOutput("x.pdf"_q),
+                     "/CheckCompliance [/PDFX3:2003] /PDFXOutputIntentProfile (ISO Coated v2 "
+                     "300% \\(basICColor\\))"),
+              cFailure);
+    EXPECT_TRUE(mHost->GetLastFailure().contains("transparent"_q)) << mHost->GetLastFailure().toStdString();
+    EXPECT_EQ(ListOutput(), QStringList());
 }
 }  // namespace

@@ -1,0 +1,168 @@
+#include "EngineFixture.h"
+#include "foundation/trace/GTrace.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/FaultyDisk.h"
+#include "tests/support/TestFiles.h"
+#include "tests/support/Texts.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <unistd.h>
+#include <csignal>
+
+namespace
+{
+// The processes that this one has started and that run.
+QList<QByteArray> GetChildren()
+{
+    const QString own = QString::number(::getpid());
+    return ReadFile("/proc/%1/task/%1/children"_q.arg(own)).simplified().split(' ');
+}
+
+class ExportFaultsTest : public EngineFixture
+{
+protected:
+    // Exports must fail for a reason of which this is a part, and leave nothing behind.
+    void ExpectFailure(const char* reason, const Adjust& adjust = nullptr)
+    {
+        EXPECT_EQ(Export(GetOutput("a.pdf"_q), "", {}, adjust), cFailure) << reason;
+        EXPECT_TRUE(mHost->GetLastFailure().contains(QLatin1String(reason)))
+            << reason << ": " << mHost->GetLastFailure().toStdString();
+        EXPECT_FALSE(mLog->TakeErrors().isEmpty());
+        EXPECT_EQ(ListOutput(), QStringList()) << reason;
+    }
+
+    // A program that does what the Python text says with a request for a PDF, as `request`, and leaves others
+    // to Scribus.
+    ScribusSetup MakeFaultyScribus(const QByteArray& python)
+    {
+        const QString path = mSandbox.GetPath("scribus"_q);
+        WriteFile(path,
+                  "#!/usr/bin/python3\n"
+                  "import json, os, signal, sys, time\n"
+                  "request = json.loads(sys.argv[-1])\n"
+                  "if request['operation'] != 'pdf': os.execv('/usr/bin/scribus', sys.argv)\n"
+                  "output = open(request['output'], 'w')\n"
+                  "def answer(): open(request['answer'], 'w').write('{}')\n" +
+                      python + "\n");
+        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        ScribusSetup setup = GetSetup();
+        setup.scribus = path;
+        return setup;
+    }
+};
+
+struct CancelCounter final : ICancelObserver
+{
+    void OnCommandCancelled() override { ++count; }
+    int count = 0;
+};
+
+TEST_F(ExportFaultsTest, ADocumentThatChangesOrGoesIsNotExported)
+{
+    const QString path = MakeDocument("a.sla"_q, 2);
+    const QByteArray content = ReadFile(path);
+    Open(path);
+    mFrontend.onWait = [&] {
+        WriteFile(path, content + " ");
+        return false;
+    };
+    ExpectFailure("was changed while it was exported");
+    mFrontend.onWait = nullptr;
+    EXPECT_EQ(mHost->GetActiveDocument()->GetInfo()->pages.size(), 2);
+    ExpectFailure("is no top bleed",
+                  [](IPDFExportPreferences& preferences) { preferences.SetLength(PDFLength::BleedTop, -3); });
+    MakeDocument("a.sla"_q, 3);
+    EXPECT_EQ(mHost->GetActiveDocument()->GetInfo()->pages.size(), 3);
+    QFile::remove(path);
+    ExpectFailure("There is no file");
+    EXPECT_EQ(mHost->QueryLayoutUtils()->QueryFrontDocument()->QueryFontList().Get(), nullptr);
+    WriteFile(path, content.left(content.size() / 2));
+    EXPECT_EQ(mHost->GetActiveDocument()->GetInfo(), nullptr);
+}
+
+TEST_F(ExportFaultsTest, AScribusThatIsKilledOrCancelledLeavesNothing)
+{
+    CancelCounter observer;
+    mHost->SetCancelObserver(&observer);
+    Open(MakeDocument("a.sla"_q, 2));
+    mFrontend.onWait = [] {
+        for (const QByteArray& child : GetChildren())
+            ::kill(child.toInt(), child.isEmpty() ? 0 : SIGKILL);
+        return false;
+    };
+    ExpectFailure("was killed or crashed");
+    EXPECT_EQ(observer.count, 0);
+    mFrontend.onWait = [] { return true; };
+    ExpectFailure("The user cancelled");
+    EXPECT_EQ(observer.count, 1);
+    EXPECT_EQ(GetChildren(), QList<QByteArray>{QByteArray()});
+}
+
+TEST_F(ExportFaultsTest, AScribusThatFailsOrLiesIsFoundOut)
+{
+    const struct
+    {
+        QByteArray python;
+        const char* reason;
+    } cases[] = {
+        {"output.write('%PDF-1.4'); output.flush(); os.kill(os.getpid(), signal.SIGSEGV)",
+         "was killed or crashed"},
+        {"print('the last line'); sys.exit(0)", "it said last: the last line"},
+        {"output.write('%PDF-1.4 a part'); output.close(); answer()", "qpdf failed"},
+        {"os.remove(request['output']); answer()", "qpdf failed"},
+        {"open(request['answer'], 'w').write('{\"error\": \"no room\"}')", "Scribus says: no room"},
+        {"open(request['answer'], 'w').write('{\"half')", "failed"},
+        {"time.sleep(100)", "took more than 2 s"},
+    };
+    const QString path = MakeDocument("a.sla"_q, 1);
+    for (const auto& item : cases) {
+        ScribusSetup setup = MakeFaultyScribus(item.python);
+        setup.timeLimitSeconds = item.python.contains("sleep") ? 2 : setup.timeLimitSeconds;
+        RestartHost(setup);
+        Open(path);
+        ExpectFailure(item.reason);
+    }
+    ScribusSetup missing = GetSetup();
+    missing.scribus = "/nowhere/scribus"_q;
+    RestartHost(missing);
+    QString reason;
+    EXPECT_EQ(mHost->OpenDocument(path, reason), nullptr);
+    EXPECT_EQ(reason, "/nowhere/scribus can't be started."_q);
+}
+
+// Exports onto a disk of a few KB. The status is 0 when that failed and left nothing there.
+CHILD_ROLE(ExportToSmallDisk)
+{
+    const QString folder = arguments[1];
+    if (!MountSmallDisk(folder, 8192))
+        return 77;
+    ScribusSetup setup;
+    setup.home = arguments[2];
+    ScribusHost host(setup);
+    QString reason;
+    const auto document = host.OpenDocument(arguments[0], reason);
+    if (document == nullptr)
+        return 2;
+    const HostPtr<ICommand> command = host.CreateCommand(HostClassID::cPDFExportCommand);
+    UIDList pages(host.QueryLayoutUtils()->QueryFrontDocument()->GetDataBase());
+    for (UID page = 1; page <= 40; ++page)
+        pages.Append(page);
+    command->QuerySystemFileData()->SetFile(IDFile(PMString(folder + "/a.pdf"_q)));
+    command->QueryOutputPages()->SetPages(pages, false);
+    if (host.ProcessCommand(*command) == cSuccess)
+        return 3;
+    return QDir(folder).entryList(QDir::Files).isEmpty() ? 0 : 4;
+}
+
+TEST_F(ExportFaultsTest, AFullDiskLeavesNothing)
+{
+    const QString path = MakeDocument("a.sla"_q, 40);
+    ChildProcess child("ExportToSmallDisk"_q, {path, mSandbox.GetPath("out"_q), GetSetup().home});
+    const int status = child.WaitForExit();
+    if (status == 77)
+        GTEST_SKIP() << "no right to mount";
+    EXPECT_EQ(status, 0);
+}
+}  // namespace
