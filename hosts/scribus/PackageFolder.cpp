@@ -47,10 +47,10 @@ PackageFolder::~PackageFolder()
 
 CommandResult PackageFolder::Make()
 {
-    const QFileInfo info(mFolder);
-    mIsMade = !mFolder.isEmpty() && QDir().mkpath(info.path()) && QDir(info.path()).mkdir(info.fileName());
+    mIsMade = !mFolder.isEmpty() && QDir().mkpath(mFolder) && QDir(mFolder).isEmpty();
     return mIsMade ? CommandResult::Success()
-                   : CommandResult::Failure(QStringLiteral("The folder \"%1\" can't be made.").arg(mFolder));
+                   : CommandResult::Failure(
+                         QStringLiteral("The folder \"%1\" can't be made, or is not empty.").arg(mFolder));
 }
 
 QString PackageFolder::ReserveName(const QString& subfolder, const QString& wantedName)

@@ -34,7 +34,7 @@ public:
     PackageFolder(const PackageFolder&) = delete;
     PackageFolder& operator=(const PackageFolder&) = delete;
 
-    // Makes the folder, which must not be there.
+    // Takes the folder, which is empty, or makes it where it is not there.
     CommandResult Make();
 
     // Copies a document with what it needs. The same document may be added twice: it gets in once.
