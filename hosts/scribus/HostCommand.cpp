@@ -280,7 +280,7 @@ ErrorCode HostCommand::ExportDocument()
         return pdf.ExportPages(document, mOrders->pages, mOrders->output);
     };
     LogUnavailable();
-    return mHost.RunCommand(QStringLiteral("Export PDF"), 1, work);
+    return Finish(mHost.RunCommand(QStringLiteral("Export PDF"), 1, work));
 }
 
 ErrorCode HostCommand::ExportBook()
@@ -300,5 +300,13 @@ ErrorCode HostCommand::ExportBook()
         return pdf.Join(parts.GetList(), mOrders->output);
     };
     LogUnavailable();
-    return mHost.RunCommand(QStringLiteral("Export Book to PDF"), mOrders->bookDocuments.size() + 1, work);
+    return Finish(
+        mHost.RunCommand(QStringLiteral("Export Book to PDF"), mOrders->bookDocuments.size() + 1, work));
+}
+
+ErrorCode HostCommand::Finish(ErrorCode result) const
+{
+    if (result == cSuccess)
+        mHost.SetLastPDF(mOrders->output);
+    return result;
 }

@@ -31,6 +31,7 @@ public:
 private:
     ErrorCode ExportDocument();
     ErrorCode ExportBook();
+    ErrorCode Finish(ErrorCode result) const;
     void LogUnavailable() const;
 
     ScribusHost& mHost;

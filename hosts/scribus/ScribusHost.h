@@ -74,6 +74,11 @@ public:
     // Why the last command failed, as it stands in the log; empty after one that succeeded.
     const QString& GetLastFailure() const { return mLastFailure; }
 
+    // What the last commands that succeeded have made: a PDF, and the folder of a package. Empty where none
+    // has.
+    const QString& GetLastPDF() const { return mLastPDF; }
+    const QString& GetLastPackage() const { return mLastPackage; }
+
     // For the host's objects.
 
     ScribusRunner& GetRunner() { return mRunner; }
@@ -94,6 +99,9 @@ public:
     // The settings of the last PDF preferences command.
     const PdfSettings& GetPdfSettings() const { return mPdfSettings; }
     void SetPdfSettings(const PdfSettings& settings) { mPdfSettings = settings; }
+
+    void SetLastPDF(const QString& path) { mLastPDF = path; }
+    void SetLastPackage(const QString& folder) { mLastPackage = folder; }
 
     // Carries out a command with progress and a log line for its failure, and tells the plug-in when the user
     // has cancelled. `step` begins a step.
@@ -133,4 +141,6 @@ private:
     int mUntitledCount = 0;
     PdfSettings mPdfSettings;
     QString mLastFailure;
+    QString mLastPDF;
+    QString mLastPackage;
 };
