@@ -1,0 +1,63 @@
+#pragma once
+
+#include "hosts/scribus/PositionedMenu.h"
+#include "hosts/scribus/ScribusHost.h"
+
+#include <QWidget>
+
+#include <functional>
+
+class QComboBox;
+class QListWidget;
+class QMenu;
+
+// The open books: the active one's documents in their order, and a popup menu for what can be done with it.
+class BookPanel : public QWidget
+{
+public:
+    // The host outlives this.
+    BookPanel(ScribusHost& host, QWidget* parent);
+    ~BookPanel() override;
+
+    // Is told which document of the book the user wants to open.
+    void SetOpener(const std::function<void(const QString& path)>& open) { mOpen = open; }
+
+    QMenu& GetPopupMenu() { return *mPopup; }
+    PositionedMenu& GetEntries() { return mEntries; }
+
+    // Opens a book and makes it the active one, or says why that is not possible.
+    void OpenBook(const QString& path);
+
+    // Closes all books; false when the user wants to keep one.
+    bool CloseAll();
+
+    // Shows the books anew.
+    void Refresh();
+
+private:
+    void AddOwnEntries();
+    QAction* AddEntry(double position, const QString& name, void (BookPanel::*choose)());
+    void CreateBook();
+    void OpenBooks();
+    void AddDocuments();
+    void RemoveDocument();
+    void MoveUp() { Move(-1); }
+    void MoveDown() { Move(1); }
+    void Move(int step);
+    void SaveBook();
+    void CloseBook();
+    bool Save(const ScribusHost::BookPtr& book);
+    bool Close(const ScribusHost::BookPtr& book);
+    void ShowDocuments();
+    void ChangeDocuments(const QStringList& documents, int row);
+    void UpdateEntries();
+
+    ScribusHost& mHost;
+    std::function<void(const QString&)> mOpen;
+    QComboBox* mBooks;
+    QListWidget* mDocuments;
+    QMenu* mPopup;
+    PositionedMenu mEntries;
+    QList<QAction*> mBookEntries;      // those that need a book
+    QList<QAction*> mDocumentEntries;  // those that need a document chosen in it
+};

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+#include <QVector>
+#include <QWidget>
+
+class QLabel;
+class QTreeWidget;
+
+// One row of a list of names.
+struct NameRow
+{
+    QString name;
+    QString detail;          // shown as the row's tool tip
+    bool isMissing = false;  // marked, and moved to the top
+};
+
+// A titled list of names, such as a document's fonts, with the missing ones marked and counted.
+class NameList : public QWidget
+{
+public:
+    NameList(const QString& title, QWidget* parent);
+    ~NameList() override;
+
+    void Show(const QVector<NameRow>& rows);
+
+private:
+    QString mTitle;
+    QLabel* mHeading;
+    QTreeWidget* mRows;
+};

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QLibrary>
+#include <QString>
+
+class IActionComponent;
+class IHostServices;
+class IPlugIn;
+
+// The plug-in as this host has it: a module that is loaded at run time and known by its one entry. Goes
+// through the plug-in's life in the order that it asks for, and back when this goes out of scope; the
+// services outlive it. For the main thread.
+class PlugInModule
+{
+public:
+    PlugInModule() = default;
+    ~PlugInModule();
+    PlugInModule(const PlugInModule&) = delete;
+    PlugInModule& operator=(const PlugInModule&) = delete;
+
+    // Where the module lies: HOPBOX_PLUGIN names the file, else it is in the folder "plugin" beside the
+    // program's own folder, or beside the program.
+    static QString FindFile();
+
+    // Loads the module, gives it the services and starts it: its actions and menu entries are registered when
+    // this returns true. False, with a text for the user in GetError, leaves nothing of it in use. Once.
+    bool Load(const QString& file, IHostServices& services);
+
+    const QString& GetError() const { return mError; }
+
+    // What answers menu choices; null until the module is loaded.
+    IActionComponent* GetActions() const { return mActions; }
+
+private:
+    bool FindEntry();
+    bool CheckVersion();
+    bool GiveServices(IHostServices& services);
+    bool StartUp();
+    bool Fail(const QString& text);
+
+    QLibrary mLibrary;
+    QString mError;
+    IPlugIn* mPlugIn = nullptr;
+    IActionComponent* mActions = nullptr;
+    bool mHasServices = false;
+};

@@ -1,0 +1,286 @@
+#include "tests/support/PrinterProcessor.h"
+#include "tests/support/TestFiles.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QDirIterator>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+// The program as a person or a script has it: real Scribus, the real plug-in with its dialog, a real
+// receiver.
+
+namespace
+{
+const QString cTemplates = "/usr/share/scribus/templates/"_q;
+const QString cNewsletter = cTemplates + "nl2/nl2.sla.gz"_q;  // 4 pages, every font there
+const QString cCard = cTemplates + "buscard1/buscard1.sla.gz"_q;
+
+QString GetProgramPath(const char* name)
+{
+    return QCoreApplication::applicationDirPath() + "/../bin/"_q + QString::fromLatin1(name);
+}
+
+// A running program of this build, or another.
+class Program
+{
+public:
+    Program(const QString& path, const QStringList& arguments,
+            const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment())
+    {
+        mProcess.setProcessEnvironment(environment);
+        mProcess.start(path, arguments);
+        EXPECT_TRUE(mProcess.waitForStarted());
+    }
+
+    ~Program()
+    {
+        mProcess.kill();
+        mProcess.waitForFinished();
+    }
+
+    // Waits for its end; -1 after a crash.
+    int GetStatus()
+    {
+        EXPECT_TRUE(mProcess.waitForFinished(120000)) << mProcess.program().toStdString();
+        return mProcess.exitStatus() == QProcess::NormalExit ? mProcess.exitCode() : -1;
+    }
+
+    QByteArray GetOutput() { return mProcess.readAllStandardOutput(); }
+
+    void Stop() { ::kill(static_cast<pid_t>(mProcess.processId()), SIGTERM); }
+
+private:
+    QProcess mProcess;
+};
+
+int CountPages(const QString& pdf)
+{
+    Program qpdf("qpdf"_q, {"--show-npages"_q, pdf});
+    EXPECT_EQ(qpdf.GetStatus(), 0) << pdf.toStdString();
+    return qpdf.GetOutput().trimmed().toInt();
+}
+
+class LayoutHost : public testing::Test
+{
+protected:
+    LayoutHost()
+    {
+        const QString options = mSandbox.GetPath("Press.joboptions"_q);
+        EXPECT_TRUE(WriteFile(options, "<< /CompatibilityLevel 1.4 >> setdistillerparams\n"));
+        Program create(GetProgramPath("hopboxctl"), {"create"_q, "Press"_q, "--job-options"_q, options,
+                                                     "--setting"_q, "UserSettings=true"_q});
+        EXPECT_EQ(create.GetStatus(), 0);
+    }
+
+    // The arguments of an export to that Hopbox.
+    static QStringList MakeCall(const QString& document, const QStringList& more = {})
+    {
+        return QStringList{"--export"_q, document, "--hopbox"_q, "Press"_q} + more;
+    }
+
+    // Runs an export; what it prints, with its exit status as "status".
+    static QJsonObject Export(const QStringList& arguments)
+    {
+        Program program(GetProgramPath("layout-host"), arguments);
+        return GetReport(program);
+    }
+
+    static QJsonObject GetReport(Program& program)
+    {
+        const int status = program.GetStatus();
+        QJsonObject report = QJsonDocument::fromJson(program.GetOutput()).object();
+        report.insert("status"_q, status);
+        return report;
+    }
+
+    QStringList FindPDFs() const
+    {
+        QStringList found;
+        QDirIterator files(mSandbox.GetPath(), {"*.pdf"_q}, QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext())
+            found.append(files.next());
+        return found;
+    }
+
+    QString MakeBook(const QStringList& documents) const
+    {
+        const QString path = mSandbox.GetPath("Three.slabook"_q);
+        EXPECT_TRUE(WriteFile(path, R"({"format": "layout-host book", "version": 1, "documents": [")" +
+                                        documents.join("\", \""_q).toUtf8() + "\"]}"));
+        return path;
+    }
+
+    Sandbox mSandbox;
+};
+}  // namespace
+
+TEST_F(LayoutHost, SendsPagesAndAPackageToTheReceiver)
+{
+    PrinterProcessor receiver(mSandbox, {"--inbox"_q, mSandbox.GetPath("inbox"_q), "--count"_q, "2"_q});
+    const QJsonObject report = Export(MakeCall(cNewsletter, "--pages|4,1-2|--package|--options|open"_list));
+    EXPECT_EQ(report.value("result"_q), "success"_q) << report.value("alert"_q).toString().toStdString();
+    EXPECT_EQ(report.value("status"_q), 0);
+
+    const QJsonObject pdf = receiver.ReadLine();
+    EXPECT_EQ(pdf.value("JobPath"_q), report.value("pdf"_q));
+    EXPECT_EQ(CountPages(pdf.value("saved"_q).toString()), 3);
+    const QDir package(receiver.ReadLine().value("saved"_q).toString());
+    EXPECT_FALSE(report.value("package"_q).toString().isEmpty());
+    EXPECT_FALSE(package.entryList({"*.sla"_q, "*.sla.gz"_q}, QDir::Files).isEmpty());
+    EXPECT_EQ(receiver.WaitForExit(), 0);
+}
+
+TEST_F(LayoutHost, SendsABookOfThreeInItsOrder)
+{
+    PrinterProcessor receiver(mSandbox, {"--inbox"_q, mSandbox.GetPath("inbox"_q), "--count"_q, "1"_q});
+    const QString book = MakeBook({cCard, cNewsletter, cCard});
+    const QJsonObject report = Export({"--export-book"_q, book, "--hopbox"_q, "Press"_q});
+    EXPECT_EQ(report.value("result"_q), "success"_q) << report.value("alert"_q).toString().toStdString();
+    EXPECT_EQ(CountPages(receiver.ReadLine().value("saved"_q).toString()), 6);
+}
+
+TEST_F(LayoutHost, TwoAtOnceMixNothing)
+{
+    PrinterProcessor receiver(mSandbox, {"--inbox"_q, mSandbox.GetPath("inbox"_q), "--count"_q, "2"_q});
+    Program first(GetProgramPath("layout-host"), MakeCall(cNewsletter));
+    Program second(GetProgramPath("layout-host"), MakeCall(cNewsletter, "--pages|2"_list));
+    const QString one = GetReport(first).value("pdf"_q).toString();
+    const QString other = GetReport(second).value("pdf"_q).toString();
+    EXPECT_NE(one, other);
+    EXPECT_EQ(CountPages(one), 4);
+    EXPECT_EQ(CountPages(other), 1);
+    EXPECT_EQ(receiver.WaitForExit(), 0);
+}
+
+TEST_F(LayoutHost, TellsWhyItSentNothing)
+{
+    const QString title = "Export to Hopbox error"_q;
+    const struct
+    {
+        QStringList arguments;
+        const char* result;
+        QString title;
+        QString alert;
+        QString error;
+    } cases[] = {
+        {MakeCall(cNewsletter, "--pages|3-9"_list),
+         "alert",
+         title,
+         "Plug-in Error: The page range names no page of the document."_q,
+         {}},
+        {MakeCall(cTemplates + "cover1/cover1.sla.gz"_q),
+         "alert",
+         title,
+         "Plug-in Error: Font is Missing! Correct the following font and try again:\n    1. Nimbus Sans L Regular\n"_q,
+         {}},
+        {MakeCall(cTemplates + "br1/br1.sla.gz"_q),
+         "alert",
+         title,
+         "Plug-in Error: Fonts are Missing! Correct the following fonts and try again:\n"
+         "    1. Bitstream Charter Bold Italic\n    2. Bitstream Charter Regular\n"
+         "    3. URW Bookman L Demi Bold Italic\n"_q,
+         {}},
+        {{"--export-book"_q, MakeBook({cCard, cTemplates + "none.sla"_q}), "--hopbox"_q, "Press"_q},
+         "alert",
+         title,
+         "Plug-in Error: Unable to open document."_q,
+         {}},
+        {MakeCall(cNewsletter),
+         "alert",
+         title,
+         "Unable to automatically launch Hopbox. Launch the Hopbox manually and try again."_q,
+         {}},
+        {MakeCall(cNewsletter, "--hopbox|Other"_list),
+         "failed",
+         {},
+         {},
+         "The dialog lists no Hopbox \"Other\", but \"Press\"."_q},
+        {MakeCall(cNewsletter, "--pages|1,"_list),
+         "failed",
+         {},
+         {},
+         "The dialog does not let OK be pressed."_q},
+    };
+    for (const auto& entry : cases) {
+        SCOPED_TRACE(entry.arguments.join(QLatin1Char(' ')).toStdString());
+        const QJsonObject report = Export(entry.arguments);
+        EXPECT_EQ(report.value("status"_q), 1);
+        EXPECT_EQ(report.value("result"_q), QString::fromLatin1(entry.result));
+        EXPECT_EQ(report.value("title"_q).toString(), entry.title);
+        EXPECT_EQ(report.value("alert"_q).toString(), entry.alert);
+        EXPECT_EQ(report.value("error"_q).toString(), entry.error);
+    }
+    // What nobody took is still there to be sent again; nothing else was made.
+    EXPECT_EQ(FindPDFs().size(), 1);
+}
+
+TEST_F(LayoutHost, RefusesACallThatIsNone)
+{
+    const QStringList calls[] = {
+        "--export|a.sla"_list,
+        "--hopbox|Press"_list,
+        "--export|a.sla|--export-book|b.slabook|--hopbox|Press"_list,
+        "--export|a.sla|--hopbox|Press|b.sla"_list,
+        "--export-book|b.slabook|--hopbox|Press|--pages|1"_list,
+        "--export|a.sla|--hopbox|Press|--options|shut"_list,
+        "--export|a.sla|--hopbox|Press|--timeout|0"_list,
+        "--export|a.sla|--hopbox|Press|--pages"_list,
+        "--export|a.sla|--hopbox|Press|--unknown"_list,
+    };
+    for (const QStringList& call : calls) {
+        Program program(GetProgramPath("layout-host"), call);
+        EXPECT_EQ(program.GetStatus(), 2) << call.join(QLatin1Char(' ')).toStdString();
+        EXPECT_EQ(program.GetOutput(), QByteArray());
+    }
+}
+
+// A Scribus that gets stuck in the export, once the document is open.
+class StuckScribus : public LayoutHost
+{
+protected:
+    StuckScribus()
+    {
+        const QString script = mSandbox.GetPath("scribus.sh"_q);
+        mMarker = mSandbox.GetPath("started"_q);
+        EXPECT_TRUE(WriteFile(script, QStringLiteral("#!/bin/sh\n"
+                                                     "case \"$*\" in\n"
+                                                     "*'\"operation\":\"pdf\"'*) : > '%1'; exec sleep 600;;\n"
+                                                     "esac\n"
+                                                     "exec /usr/bin/scribus \"$@\"\n")
+                                          .arg(mMarker)
+                                          .toUtf8()));
+        QFile::setPermissions(script, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        mEnvironment.insert("LAYOUT_HOST_SCRIBUS"_q, script);
+    }
+
+    QProcessEnvironment mEnvironment = QProcessEnvironment::systemEnvironment();
+    QString mMarker;
+};
+
+TEST_F(StuckScribus, IsCancelledWithoutAnAlert)
+{
+    Program program(GetProgramPath("layout-host"), MakeCall(cNewsletter), mEnvironment);
+    for (int wait = 0; wait < 600 && !QFileInfo::exists(mMarker); ++wait)
+        QThread::msleep(100);
+    program.Stop();
+    const QJsonObject report = GetReport(program);
+    EXPECT_EQ(report.value("status"_q), 1);
+    EXPECT_EQ(report.value("result"_q), "cancelled"_q);
+    EXPECT_TRUE(report.value("alert"_q).isNull()) << report.value("alert"_q).toString().toStdString();
+    EXPECT_EQ(FindPDFs(), QStringList());
+}
+
+TEST_F(StuckScribus, EndsWhenTheTimeIsUp)
+{
+    Program program(GetProgramPath("layout-host"), MakeCall(cNewsletter, "--timeout|8"_list), mEnvironment);
+    const QJsonObject report = GetReport(program);
+    EXPECT_EQ(report.value("status"_q), 1);
+    EXPECT_EQ(report.value("result"_q), "failed"_q);
+    EXPECT_TRUE(report.value("error"_q).toString().contains("8 s"_q));
+}
