@@ -283,20 +283,25 @@ TEST_F(DialogTest, RemovingAndAddingAtOnceLosesNothing)
     const QString jobOptions = GetSandbox().GetPath("a.joboptions"_q);
     ASSERT_TRUE(WriteFile(jobOptions, "<< /A 1 >>"));
     Open();
-    QProcess adders[3];
-    for (QProcess& adder : adders)
-        adder.start(GetProgram("hopboxctl"), {"create"_q, "New"_q, "--job-options"_q, jobOptions});
+    constexpr int cAdded = 3;
+    QProcess adders[cAdded];
+    for (int number = 0; number < cAdded; ++number)
+        adders[number].start(GetProgram("hopboxctl"), {"create"_q, QStringLiteral("New %1").arg(number),
+                                                       "--job-options"_q, jobOptions});
     for (int number = 0; number < cCount; ++number) {
-        while (list->currentText() != "Old"_q)  // a new one may come to the top
-            WindowDriver::Click(Qt::Key_End);
+        list->setFocus();
+        WindowDriver::Click(Qt::Key_End);  // a new one may have come to the top
+        ASSERT_EQ(list->currentText(), "Old"_q);
         ClickOKWithAlt();
     }
-    for (QProcess& adder : adders)
-        EXPECT_TRUE(adder.waitForFinished() && adder.exitCode() == 0) << adder.readAll().toStdString();
+    for (QProcess& adder : adders) {
+        EXPECT_TRUE(adder.state() == QProcess::NotRunning || adder.waitForFinished());
+        EXPECT_EQ(adder.exitCode(), 0) << adder.readAllStandardError().toStdString();
+    }
     EXPECT_EQ(party.alerts, QStringList());
     int left = 0;
     for (const GString& key : HopboxRegistry().GetKeys())
         left += HopboxRegistry().GetRecord(key)->entry.isPlugin ? 1 : 0;
-    EXPECT_EQ(left, 3);
-    EXPECT_EQ(HopboxRegistry().GetKeys().size(), cCount + 3);
+    EXPECT_EQ(left, cAdded);
+    EXPECT_EQ(HopboxRegistry().GetKeys().size(), cCount + cAdded);
 }
