@@ -9,7 +9,8 @@
 // beyond the range becomes the nearest length within it, one that is no length goes back to what was there.
 // While a text beyond the range is typed, the range is shown.
 //
-// The box may also be blank, for a length that is not known; it takes the place of no length after that.
+// The box may also be blank, for a length that is not known; once it has a length, it can no longer be
+// emptied.
 class GQUIUnitSpinBox : public QDoubleSpinBox
 {
     Q_OBJECT
