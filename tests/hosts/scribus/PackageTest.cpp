@@ -109,7 +109,7 @@ protected:
         QStringList widths;
         for (const QString& line :
              QString::fromUtf8(process.readAllStandardOutput()).split(QLatin1Char('\n'))) {
-            if (line.contains(" size: "_q))
+            if (line.startsWith("Page "_q) && line.contains(" size: "_q))
                 widths.append(line.simplified().section(QLatin1Char(' '), 3, 3));
         }
         return widths;
