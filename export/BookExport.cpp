@@ -1,8 +1,8 @@
 #include "export/BookExport.h"
 
 #include "export/BookDocument.h"
-#include "export/HostBooks.h"
-#include "export/HostDocuments.h"
+#include "export/BookSource.h"
+#include "export/DocumentSource.h"
 #include "plugin/host/HostCalls.h"
 #include "plugin/messages/ErrorText.h"
 #include "plugin/messages/MessageCodes.h"
@@ -21,7 +21,7 @@ bool BookExport::Execute()
 
 bool BookExport::FindBook()
 {
-    if (const uint32_t code = HostBooks::FindActive(mBook))
+    if (const uint32_t code = BookSource::FindActive(mBook))
         return Fail(code);
     mContent = mBook->QueryContent();
     return mContent || Fail(PlugInMessage::cBookInvalid);
@@ -40,7 +40,7 @@ bool BookExport::CountMissingFonts(const IDFile& file)
     const BookDocument document(file);
     if (document.GetError() != 0)
         return Fail(document.GetError());
-    const QStringList missing = HostDocuments::GetMissingFonts(document.Get()).value_or(QStringList());
+    const QStringList missing = DocumentSource::GetMissingFonts(document.Get()).value_or(QStringList());
     if (missing.isEmpty())
         return true;
     mMissingFontCount += missing.size();
@@ -68,7 +68,7 @@ bool BookExport::SetPreferences()
 
 bool BookExport::RunExport()
 {
-    const IDFile file = ReservePDF(HostBooks::GetOutputName(*mBook));
+    const IDFile file = ReservePDF(BookSource::GetOutputName(*mBook));
     const HostPtr<ICommand> command = CmdUtils::CreateCommand(HostClassID::cBookExportCommand);
     const HostPtr<IBookExportData> data =
         command ? command->QueryBookExportData() : HostPtr<IBookExportData>();

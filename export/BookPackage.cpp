@@ -1,6 +1,6 @@
 #include "export/BookPackage.h"
 
-#include "export/HostBooks.h"
+#include "export/BookSource.h"
 #include "plugin/host/HostCalls.h"
 #include "plugin/messages/MessageCodes.h"
 
@@ -12,8 +12,8 @@ bool BookPackage::Execute()
     if (!command)
         return Fail(PlugInMessage::cPackageCommandNotFound);
     HostPtr<IBook> book;
-    if (const uint32_t code = HostBooks::FindActive(book))
+    if (const uint32_t code = BookSource::FindActive(book))
         return Fail(code);
     command->SetBook(*book);
-    return MakePackage(*command, HostBooks::GetOutputName(*book));
+    return MakePackage(*command, BookSource::GetOutputName(*book));
 }

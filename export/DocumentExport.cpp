@@ -1,6 +1,6 @@
 #include "export/DocumentExport.h"
 
-#include "export/HostDocuments.h"
+#include "export/DocumentSource.h"
 #include "plugin/host/HostCalls.h"
 #include "plugin/messages/ErrorText.h"
 #include "plugin/messages/MessageCodes.h"
@@ -57,7 +57,7 @@ bool DocumentExport::TakeOutputFileData()
 
 bool DocumentExport::TakeDocument()
 {
-    mDocument = HostDocuments::QueryFront();
+    mDocument = DocumentSource::QueryFront();
     return mDocument || Fail(PlugInMessage::cNoDocument);
 }
 
@@ -72,7 +72,7 @@ bool DocumentExport::SaveDocument()
 
 bool DocumentExport::SetOutputFile()
 {
-    mFileData->SetFile(ReservePDF(HostDocuments::GetOutputName(*mDocument)));
+    mFileData->SetFile(ReservePDF(DocumentSource::GetOutputName(*mDocument)));
     return true;
 }
 
@@ -91,7 +91,7 @@ bool DocumentExport::SetPages()
 
 bool DocumentExport::CheckFonts()
 {
-    const std::optional<QStringList> missing = HostDocuments::GetMissingFonts(*mDocument);
+    const std::optional<QStringList> missing = DocumentSource::GetMissingFonts(*mDocument);
     if (!missing)
         return Fail(PlugInMessage::cFontListNotFound);
     return CheckMissingFonts(missing->size(), ErrorText::GetMissingFontDetail(*missing));

@@ -1,6 +1,6 @@
 #include "export/DocumentPackage.h"
 
-#include "export/HostDocuments.h"
+#include "export/DocumentSource.h"
 #include "plugin/host/HostCalls.h"
 #include "plugin/messages/MessageCodes.h"
 
@@ -23,11 +23,11 @@ bool DocumentPackage::CreateCommand()
 
 bool DocumentPackage::MakeDocumentPackage()
 {
-    const HostPtr<IDocument> document = HostDocuments::QueryFront();
+    const HostPtr<IDocument> document = DocumentSource::QueryFront();
     if (!document)
         return Fail(PlugInMessage::cNoDocument);
     mCommand->SetDocument(*document);
-    return MakePackage(*mCommand, HostDocuments::GetOutputName(*document));
+    return MakePackage(*mCommand, DocumentSource::GetOutputName(*document));
 }
 
 bool DocumentPackage::WriteReport()

@@ -1,7 +1,7 @@
 #include "plugin/shell/GIDCSPActionComponent.h"
 
-#include "export/HostBooks.h"
-#include "export/HostDocuments.h"
+#include "export/BookSource.h"
+#include "export/DocumentSource.h"
 #include "foundation/strings/GStringPool.h"
 #include "foundation/strings/GUserMessage.h"
 #include "foundation/trace/GTrace.h"
@@ -35,13 +35,13 @@ void ShowError(const GString& text)
 
 bool HasFrontDocument()
 {
-    return static_cast<bool>(HostDocuments::QueryFront());
+    return static_cast<bool>(DocumentSource::QueryFront());
 }
 
 bool HasActiveBook()
 {
-    const HostPtr<IBook> book = HostBooks::QueryActive();
-    return book && HostBooks::HasDocuments(*book);
+    const HostPtr<IBook> book = BookSource::QueryActive();
+    return book && BookSource::HasDocuments(*book);
 }
 
 void SetState(IActionStateList& states, int32_t index, bool isEnabled, const GString& name,

@@ -1,17 +1,17 @@
-#include "export/HostBooks.h"
+#include "export/BookSource.h"
 
-#include "export/HostDocuments.h"
+#include "export/DocumentSource.h"
 #include "plugin/host/HostCalls.h"
 #include "plugin/messages/MessageCodes.h"
 
-HostPtr<IBook> HostBooks::QueryActive()
+HostPtr<IBook> BookSource::QueryActive()
 {
     const HostPtr<ISession> session = GetExecutionContextSession();
     const HostPtr<IBookManager> books = session ? session->QueryBookManager() : HostPtr<IBookManager>();
     return books && books->GetBookCount() > 0 ? books->QueryActiveBook() : HostPtr<IBook>();
 }
 
-uint32_t HostBooks::FindActive(HostPtr<IBook>& book)
+uint32_t BookSource::FindActive(HostPtr<IBook>& book)
 {
     if (!QueryActive())
         return PlugInMessage::cBookInvalid;
@@ -19,13 +19,13 @@ uint32_t HostBooks::FindActive(HostPtr<IBook>& book)
     return book ? 0 : PlugInMessage::cNoBook;
 }
 
-bool HostBooks::HasDocuments(const IBook& book)
+bool BookSource::HasDocuments(const IBook& book)
 {
     const HostPtr<IBookContent> content = book.QueryContent();
     return content && content->GetDocumentCount() > 0;
 }
 
-GString HostBooks::GetOutputName(const IBook& book)
+GString BookSource::GetOutputName(const IBook& book)
 {
-    return HostDocuments::GetOutputName(book.GetFile().GetFileName().GetString());
+    return DocumentSource::GetOutputName(book.GetFile().GetFileName().GetString());
 }

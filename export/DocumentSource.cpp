@@ -1,15 +1,15 @@
-#include "export/HostDocuments.h"
+#include "export/DocumentSource.h"
 
 #include "hopbox/HopboxFolder.h"
 #include "plugin/host/HostCalls.h"
 
-HostPtr<IDocument> HostDocuments::QueryFront()
+HostPtr<IDocument> DocumentSource::QueryFront()
 {
     const HostPtr<ILayoutUtils> layout = UtilsBoss::QueryUtils<ILayoutUtils>();
     return layout ? layout->QueryFrontDocument() : HostPtr<IDocument>();
 }
 
-std::optional<QStringList> HostDocuments::GetMissingFonts(const IDocument& document)
+std::optional<QStringList> DocumentSource::GetMissingFonts(const IDocument& document)
 {
     const HostPtr<IFontList> fonts = document.QueryFontList();
     if (!fonts)
@@ -21,13 +21,13 @@ std::optional<QStringList> HostDocuments::GetMissingFonts(const IDocument& docum
     return names;
 }
 
-GString HostDocuments::GetOutputName(const IDocument& document)
+GString DocumentSource::GetOutputName(const IDocument& document)
 {
     const PMString file = document.GetFile().GetFileName();
     return GetOutputName((file.IsEmpty() ? document.GetName() : file).GetString());
 }
 
-GString HostDocuments::GetOutputName(const GString& fileName)
+GString DocumentSource::GetOutputName(const GString& fileName)
 {
     const int dot = fileName.lastIndexOf(QLatin1Char('.'));
     return HopboxFolder::MakeName(dot > 0 ? fileName.left(dot) : fileName);

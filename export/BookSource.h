@@ -8,7 +8,7 @@
 class IBook;
 
 // What the steps of an export, and the menus, ask of the host's books.
-namespace HostBooks
+namespace BookSource
 {
 // The book whose panel is in front; empty when there is none.
 HostPtr<IBook> QueryActive();
@@ -22,4 +22,4 @@ bool HasDocuments(const IBook& book);
 
 // What exports of a book are named after, safe as a file's name: its file without the extension.
 GString GetOutputName(const IBook& book);
-}  // namespace HostBooks
+}  // namespace BookSource

@@ -10,7 +10,7 @@
 class IDocument;
 
 // What the steps of an export, and the menus, ask of the host's documents.
-namespace HostDocuments
+namespace DocumentSource
 {
 // The document in front; empty when there is none.
 HostPtr<IDocument> QueryFront();
@@ -24,4 +24,4 @@ GString GetOutputName(const IDocument& document);
 
 // The same for the name of a file.
 GString GetOutputName(const GString& fileName);
-}  // namespace HostDocuments
+}  // namespace DocumentSource
