@@ -1,9 +1,9 @@
 #include "ExportRun.h"
 #include "FakeStateList.h"
-#include "Receiver.h"
 #include "hopbox/HopboxRegistry.h"
 #include "plugin/host/CActionComponent.h"
 #include "plugin/host/IPlugIn.h"
+#include "tests/support/PrinterProcessor.h"
 #include "tests/support/WindowDriver.h"
 
 #include <QApplication>
@@ -230,7 +230,8 @@ TEST_F(Module, ExportsThroughItsDialogByKeysAlone)
         ASSERT_EQ(GiveServices(&host), QString());
         IActionComponent* component = Create();
         ASSERT_NE(component, nullptr) << error.toStdString();
-        Receiver receiver(sandbox.GetPath(QStringLiteral("Inbox")), 1);
+        PrinterProcessor receiver(sandbox,
+                                  {QStringLiteral("--inbox"), sandbox.GetPath(QStringLiteral("Inbox"))});
         {
             WindowDriver driver({[&](QWidget& dialog) {
                 WindowDriver::Click(Qt::Key_Down);
@@ -245,10 +246,9 @@ TEST_F(Module, ExportsThroughItsDialogByKeysAlone)
             }});
             component->DoAction(nullptr, entry.action, nullptr);
         }
-        const QList<QJsonObject> jobs = receiver.GetJobs();
-        ASSERT_EQ(jobs.size(), 1);
-        EXPECT_EQ(jobs.front().value(QStringLiteral("PrinterName")).toString(), QStringLiteral("B"));
-        EXPECT_TRUE(ReadFile(jobs.front().value(QStringLiteral("saved")).toString()).startsWith("%PDF"));
+        const QJsonObject job = receiver.ReadLine();
+        EXPECT_EQ(job.value(QStringLiteral("PrinterName")).toString(), QStringLiteral("B"));
+        EXPECT_TRUE(ReadFile(job.value(QStringLiteral("saved")).toString()).startsWith("%PDF"));
         if (entry.action == cDocument) {
             EXPECT_EQ(host.commands.back()->pages, (std::vector<UID>{GetPageUID(2), GetPageUID(3)}));
         }

@@ -170,9 +170,10 @@ ErrorCode FakeDocumentUtils::OpenDocument(const IDFile& file, HostPtr<IDocument>
     return cSuccess;
 }
 
-ErrorCode FakeDocumentUtils::CloseDocument(IDocument& document, const CloseFlags&)
+ErrorCode FakeDocumentUtils::CloseDocument(IDocument& document, const CloseFlags& flags)
 {
-    if (mHost.Ask(HostOperation::CloseDocument) != HostAnswer::Works)
+    const bool isQuiet = flags.dialogs == 0 && flags.mayCancel && flags.isAtOnce;
+    if (mHost.Ask(HostOperation::CloseDocument) != HostAnswer::Works || !isQuiet)
         return cFailure;
     GetRecord(document).isOpen = false;
     return cSuccess;
