@@ -9,7 +9,6 @@
 #include "tests/support/LogRecorder.h"
 #include "tests/support/PrinterProcessor.h"
 
-#include <QCoreApplication>
 #include <QJsonDocument>
 #include <QProcess>
 
@@ -42,7 +41,7 @@ protected:
         for (const QString& setting : settings)
             arguments << "--setting"_q << setting;
         QProcess process;
-        process.start(QCoreApplication::applicationDirPath() + "/../bin/hopboxctl"_q, arguments);
+        process.start(GetProgramPath("hopboxctl"), arguments);
         EXPECT_TRUE(process.waitForFinished());
         return QJsonDocument::fromJson(process.readAll()).object().value("Key"_q).toString();
     }

@@ -1,16 +1,14 @@
 #include "tests/support/PrinterProcessor.h"
 
-#include <QCoreApplication>
+#include "tests/support/TestFiles.h"
+
 #include <QJsonDocument>
 
 #include <gtest/gtest.h>
 
 static constexpr int cPatience = 30000;  // milliseconds
 
-QString GetPrinterProcessorPath()
-{
-    return QCoreApplication::applicationDirPath() + "/../bin/PrinterProcessorWin.exe"_q;
-}
+static const char* const cProgram = "PrinterProcessorWin.exe";
 
 // The next line of the current read channel.
 static QByteArray ReadRawLine(QProcess& process)
@@ -29,9 +27,9 @@ PrinterProcessor::PrinterProcessor(const Sandbox& sandbox, const QStringList& ar
     mProcess.setProcessEnvironment(environment);
     if (output == Output::Lost)
         mProcess.setStandardOutputProcess(&mReader);
-    mProcess.start(GetPrinterProcessorPath(), arguments);
+    mProcess.start(GetProgramPath(cProgram), arguments);
     if (output == Output::Lost) {
-        mReader.start(GetPrinterProcessorPath(), {"wrong call"_q});
+        mReader.start(GetProgramPath(cProgram), {"wrong call"_q});
         EXPECT_TRUE(mReader.waitForFinished(cPatience));
     }
     mProcess.setReadChannel(QProcess::StandardError);

@@ -38,5 +38,3 @@ private:
     QProcess mProcess;
     uint32_t mProcessID = 0;
 };
-
-QString GetPrinterProcessorPath();

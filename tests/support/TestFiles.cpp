@@ -1,7 +1,13 @@
 #include "TestFiles.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QDirIterator>
+
+QString GetProgramPath(const char* name)
+{
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/../bin/") + QString::fromLatin1(name);
+}
 
 QByteArray ReadFile(const QString& path)
 {

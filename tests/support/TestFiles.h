@@ -3,6 +3,9 @@
 #include <QFile>
 #include <QMap>
 
+// The path of a program of this build, by its file's name. Needs a QCoreApplication.
+QString GetProgramPath(const char* name);
+
 // The bytes of a file; "none" when it can't be read.
 QByteArray ReadFile(const QString& path);
 

@@ -4,7 +4,6 @@
 #include "tests/support/TestFiles.h"
 #include "tests/support/Texts.h"
 
-#include <QCoreApplication>
 #include <QProcess>
 
 #include <gtest/gtest.h>
@@ -20,7 +19,7 @@ protected:
     {
         QProcess process;
         process.setWorkingDirectory(mSandbox.GetPath());
-        process.start(QCoreApplication::applicationDirPath() + "/../bin/hopboxctl"_q, arguments);
+        process.start(GetProgramPath("hopboxctl"), arguments);
         EXPECT_TRUE(process.waitForFinished());
         mOutput = process.readAllStandardOutput().replace("\r\n", "\n");
         mError = process.readAllStandardError().replace("\r\n", "\n");

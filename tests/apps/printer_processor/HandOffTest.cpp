@@ -3,6 +3,7 @@
 #include "foundation/system/PSystem.h"
 #include "hopbox/HopboxHandOff.h"
 #include "tests/support/PrinterProcessor.h"
+#include "tests/support/TestFiles.h"
 
 #include <QCoreApplication>
 
@@ -120,11 +121,11 @@ TEST(PrinterProcessor, WrongCallsAndUnusableInboxesEndAtOnce)
         {"--timeout|nan"_list, 2},
         {"--timeout|1e300"_list, 2},
         {"x"_list, 2},
-        {{"--inbox"_q, GetPrinterProcessorPath()}, 1},
+        {{"--inbox"_q, GetProgramPath("PrinterProcessorWin.exe")}, 1},
     };
     for (const auto& test : cases) {
         QProcess process;
-        process.start(GetPrinterProcessorPath(), test.arguments);
+        process.start(GetProgramPath("PrinterProcessorWin.exe"), test.arguments);
         EXPECT_TRUE(process.waitForFinished());
         EXPECT_EQ(process.exitCode(), test.status) << test.arguments.join(QLatin1Char(' ')).toStdString();
         EXPECT_FALSE(process.readAllStandardError().isEmpty());

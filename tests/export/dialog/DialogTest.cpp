@@ -1,5 +1,4 @@
 #include "DialogFixture.h"
-#include "Receiver.h"
 #include "archive/ZipArchiver.h"
 #include "foundation/prefs/GPrefSharedFileModule.h"
 
@@ -286,8 +285,8 @@ TEST_F(DialogTest, RemovingAndAddingAtOnceLosesNothing)
     constexpr int cAdded = 3;
     QProcess adders[cAdded];
     for (int number = 0; number < cAdded; ++number)
-        adders[number].start(GetProgram("hopboxctl"), {"create"_q, QStringLiteral("New %1").arg(number),
-                                                       "--job-options"_q, jobOptions});
+        adders[number].start(GetProgramPath("hopboxctl"), {"create"_q, QStringLiteral("New %1").arg(number),
+                                                           "--job-options"_q, jobOptions});
     for (int number = 0; number < cCount; ++number) {
         list->setFocus();
         WindowDriver::Click(Qt::Key_End);  // a new one may have come to the top

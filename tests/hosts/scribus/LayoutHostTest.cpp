@@ -1,7 +1,6 @@
 #include "tests/support/PrinterProcessor.h"
 #include "tests/support/TestFiles.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QDirIterator>
 #include <QFileInfo>
@@ -20,11 +19,6 @@ namespace
 const QString cTemplates = "/usr/share/scribus/templates/"_q;
 const QString cNewsletter = cTemplates + "nl2/nl2.sla.gz"_q;  // 4 pages, every font there
 const QString cCard = cTemplates + "buscard1/buscard1.sla.gz"_q;
-
-QString GetProgramPath(const char* name)
-{
-    return QCoreApplication::applicationDirPath() + "/../bin/"_q + QString::fromLatin1(name);
-}
 
 // A running program of this build, or another.
 class Program
