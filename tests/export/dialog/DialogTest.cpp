@@ -3,6 +3,7 @@
 #include "foundation/prefs/GPrefSharedFileModule.h"
 
 #include <QClipboard>
+#include <QProcess>
 
 namespace
 {
