@@ -9,6 +9,7 @@
 namespace
 {
 const QLatin1Char cSeparator('/');
+const QLatin1String cShare("//");
 const QLatin1String cHere(".");
 const QLatin1String cUp("..");
 const QLatin1String cStepUp("../");
@@ -20,7 +21,7 @@ const QLatin1String cStepUp("../");
 }
 
 // Whether the name stands for a folder known from elsewhere instead of naming it.
-bool IsSymbolic(const GString& name)
+bool IsSymbolic(const QStringRef& name)
 {
     return name == cHere || name == cUp;
 }
@@ -31,14 +32,22 @@ bool LeadsUp(const GString& relativePath)
     return relativePath == cUp || relativePath.startsWith(cStepUp);
 }
 
-void CheckNames(const GString& portable, int rootLength, const GString& original)
+// Raises on a name that no file can bear. Gives whether the path is tidy as it stands.
+bool CheckNames(const GString& portable, int rootLength, const GString& original)
 {
-    // The colon of a drive belongs to no name; a server and a share are names like any other.
-    const bool isDrive = rootLength > 0 && !portable.startsWith(cSeparator);
-    for (const GString& name : portable.mid(isDrive ? rootLength : 0).split(cSeparator)) {
-        if (!IsSymbolic(name) && !GPathNameRules::IsLegalName(name))
+    // A root of a server and a share has names that are checked like any other.
+    bool isTidy = true;
+    for (int begin = portable.startsWith(cShare) ? 0 : rootLength; begin <= portable.size();) {
+        const int separator = portable.indexOf(cSeparator, begin);
+        const int end = separator < 0 ? portable.size() : separator;
+        const QStringRef name = portable.midRef(begin, end - begin);
+        const bool isSymbolic = IsSymbolic(name);
+        if (!isSymbolic && !GPathNameRules::IsLegalName(name))
             RaiseIllegalPath(original);
+        isTidy = isTidy && !isSymbolic && !name.isEmpty();
+        begin = end + 1;
     }
+    return isTidy;
 }
 
 // Takes one name of a path into the tidy names before it.
@@ -77,7 +86,11 @@ GPathName::GPathName(const GString& nativeOrPortablePath)
     const int rootLength = GPathNameRules::GetRootLength(portable);
     if (rootLength < 0 || portable.isEmpty())
         RaiseIllegalPath(nativeOrPortablePath);
-    CheckNames(portable, rootLength, nativeOrPortablePath);
+    if (CheckNames(portable, rootLength, nativeOrPortablePath)) {
+        mPath = portable;
+        mRootLength = rootLength;
+        return;
+    }
     const GString root = GetTidyRoot(portable, rootLength);
     QStringList names;
     for (const GString& name : portable.mid(rootLength).split(cSeparator))
@@ -118,7 +131,8 @@ GString GPathName::GetExtension() const
 GPathName GPathName::WithExtension(const GString& extension) const
 {
     const GString leaf = GetLeaf();
-    if (leaf.isEmpty() || IsSymbolic(leaf) || GPathNameRules::ToPortable(extension).contains(cSeparator))
+    if (leaf.isEmpty() || IsSymbolic(QStringRef(&leaf)) ||
+        GPathNameRules::ToPortable(extension).contains(cSeparator))
         RaiseIllegalPath(mPath + QLatin1Char('.') + extension);
     GString path = mPath.left(mPath.size() - leaf.size() + GetExtensionDot(leaf));
     if (!extension.isEmpty())
@@ -129,7 +143,7 @@ GPathName GPathName::WithExtension(const GString& extension) const
 GPathName GPathName::GetParent() const
 {
     const GString leaf = GetLeaf();
-    if (leaf.isEmpty() || IsSymbolic(leaf))
+    if (leaf.isEmpty() || IsSymbolic(QStringRef(&leaf)))
         return GPathName();
     return GPathName(mPath.left(mPath.size() - leaf.size()));
 }

@@ -17,7 +17,7 @@ GString ToPortable(const GString& nativeOrPortablePath);
 int GetRootLength(const GString& portablePath);
 
 // Whether a file can bear the name; an empty one passes, as what stands between two separators.
-bool IsLegalName(const GString& name);
+bool IsLegalName(const QStringRef& name);
 
 GString ToNative(const GString& portablePath);
 

@@ -12,7 +12,7 @@ int GPathNameRules::GetRootLength(const GString& portablePath)
     return portablePath.startsWith(QLatin1Char('/')) ? 1 : 0;
 }
 
-bool GPathNameRules::IsLegalName(const GString& name)
+bool GPathNameRules::IsLegalName(const QStringRef& name)
 {
     return !name.contains(QChar(0));
 }

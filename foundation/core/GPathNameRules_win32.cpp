@@ -60,7 +60,7 @@ int GPathNameRules::GetRootLength(const GString& portablePath)
     return 0;
 }
 
-bool GPathNameRules::IsLegalName(const GString& name)
+bool GPathNameRules::IsLegalName(const QStringRef& name)
 {
     // The system drops a dot or a blank at the end and so reaches another file.
     const bool endsOpen = name.endsWith(QLatin1Char('.')) || name.endsWith(QLatin1Char(' '));
