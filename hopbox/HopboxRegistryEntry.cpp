@@ -21,43 +21,33 @@ const GString HopboxRecordKey::cIsActive = QStringLiteral("IsActive");
 
 namespace
 {
-using Values = GDict<GString, GString>;
-
 // Groups of the plug-in's settings that are not a Hopbox's: the plug-in's own and those of the settings
 // store.
 const QLatin1String cReservedGroups[] = {QLatin1String("CSPluginUI"), QLatin1String("SmartFileList"),
                                          QLatin1String("General"), QLatin1String("PrefSharing")};
 
-GString GetText(const Values& values, const GString& key)
+// Sets what the key names; another key says nothing. Raises where a path is not a legal one.
+void SetValue(HopboxRecord& record, const GString& key, GString&& value)
 {
-    const GString* value = values.Find(key);
-    return value != nullptr ? *value : GString();
-}
-
-bool GetBool(const Values& values, const GString& key)
-{
-    return GStringSupport::ToBool(GetText(values, key));
-}
-
-// Raises where the text is no legal path.
-GPathName GetPath(const Values& values, const GString& key)
-{
-    return GPathName(GetText(values, key));
-}
-
-HopboxRecord MakeRecord(const Values& values)
-{
-    HopboxRecord record;
-    record.actorName = GetText(values, HopboxRecordKey::cActorName);
-    record.entry.applicationPath = GetPath(values, HopboxRecordKey::cApplicationPath);
-    record.entry.contextFilePath = GetPath(values, HopboxRecordKey::cContextFilePath);
-    record.entry.isVirtualPrinter = GetBool(values, HopboxRecordKey::cIsVirtualPrinter);
-    record.entry.isPlugin = GetBool(values, HopboxRecordKey::cIsPlugin);
-    record.entry.pdfSettings = GetText(values, HopboxRecordKey::cPDFSettings);
-    record.entry.hopboxName = GetText(values, HopboxRecordKey::cHopboxName);
-    record.entry.hopboxIconPath = GetPath(values, HopboxRecordKey::cHopboxIconPath);
-    record.entry.isActive = GetBool(values, HopboxRecordKey::cIsActive);
-    return record;
+    HopboxRegistryEntry& entry = record.entry;
+    if (key == HopboxRecordKey::cActorName)
+        record.actorName = std::move(value);
+    else if (key == HopboxRecordKey::cApplicationPath)
+        entry.applicationPath = GPathName(value);
+    else if (key == HopboxRecordKey::cContextFilePath)
+        entry.contextFilePath = GPathName(value);
+    else if (key == HopboxRecordKey::cIsVirtualPrinter)
+        entry.isVirtualPrinter = GStringSupport::ToBool(value);
+    else if (key == HopboxRecordKey::cIsPlugin)
+        entry.isPlugin = GStringSupport::ToBool(value);
+    else if (key == HopboxRecordKey::cPDFSettings)
+        entry.pdfSettings = std::move(value);
+    else if (key == HopboxRecordKey::cHopboxName)
+        entry.hopboxName = std::move(value);
+    else if (key == HopboxRecordKey::cHopboxIconPath)
+        entry.hopboxIconPath = GPathName(value);
+    else if (key == HopboxRecordKey::cIsActive)
+        entry.isActive = GStringSupport::ToBool(value);
 }
 
 auto GetFields(const HopboxRegistryEntry& entry)
@@ -96,15 +86,16 @@ GString HopboxRecord::ToText() const
 bool HopboxRecord::FromText(const GString& text)
 {
     GDictBufferReader<GString, GString> reader;
-    Values values;
-    if (!reader.ReadText(text, values))
-        return false;
+    HopboxRecord record;
     try {
-        *this = MakeRecord(values);
-        return true;
+        if (!reader.ReadText(
+                text, [&](const GString& key, GString&& value) { SetValue(record, key, std::move(value)); }))
+            return false;
     } catch (const GException&) {
         return false;  // a path of another system, or garbage
     }
+    *this = std::move(record);
+    return true;
 }
 
 const GString& HopboxRecord::GetPreferenceGroup(const GString& key) const

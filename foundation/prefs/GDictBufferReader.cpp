@@ -5,30 +5,62 @@
 #include "foundation/prefs/PrefKey.h"
 #include "foundation/prefs/PrefMarkers.h"
 
+namespace
+{
+// Gives what `read` gives of a stream over the text.
+template <typename ReadStream>
+bool ReadFromText(const GString& text, ReadStream read)
+{
+    const auto memory = GMemoryInputStream::CreateOnText(text);
+    GBufferedInputStream buffered(*memory);
+    GBin2TextStream stream(buffered, GEncoding::GetUTF16());
+    return read(stream);
+}
+}  // namespace
+
 template <typename Key, typename Value>
 bool GDictBufferReader<Key, Value>::Read(GBin2TextStream& stream, GDict<Key, Value>& dict)
 {
     dict.Clear();
+    return ReadBegin(stream) && ReadEntries(stream, [&](const GString& key, GString&& value) {
+               dict.Insert(ConvertKey(key), std::move(value));
+               return !dict.IsCrowded();
+           });
+}
+
+template <typename Key, typename Value>
+bool GDictBufferReader<Key, Value>::ReadText(const GString& text, GDict<Key, Value>& dict)
+{
+    return ReadFromText(text, [&](GBin2TextStream& stream) { return Read(stream, dict); });
+}
+
+template <typename Key, typename Value>
+bool GDictBufferReader<Key, Value>::ReadText(const GString& text, const Take& take)
+{
+    return ReadFromText(text, [&](GBin2TextStream& stream) {
+        return ReadBegin(stream) && ReadEntries(stream, [&](const GString& key, GString&& value) {
+                   take(key, std::move(value));
+                   return true;
+               });
+    });
+}
+
+template <typename Key, typename Value>
+bool GDictBufferReader<Key, Value>::ReadBegin(GBin2TextStream& stream)
+{
     stream.SkipWhitespace(true);
     mStopPosition = stream.GetPosition();
     GString token;
     if (!stream.ReadString(token) || !IsBeginMarker(token))
         return false;
     stream.SkipWhitespace(true);
-    return ReadEntries(stream, dict);
+    return true;
 }
 
+// Ends, as damage, with an entry that `takeEntry` refuses.
 template <typename Key, typename Value>
-bool GDictBufferReader<Key, Value>::ReadText(const GString& text, GDict<Key, Value>& dict)
-{
-    const auto memory = GMemoryInputStream::CreateOnText(text);
-    GBufferedInputStream buffered(*memory);
-    GBin2TextStream stream(buffered, GEncoding::GetUTF16());
-    return Read(stream, dict);
-}
-
-template <typename Key, typename Value>
-bool GDictBufferReader<Key, Value>::ReadEntries(GBin2TextStream& stream, GDict<Key, Value>& dict)
+template <typename TakeEntry>
+bool GDictBufferReader<Key, Value>::ReadEntries(GBin2TextStream& stream, TakeEntry takeEntry)
 {
     GString keyText;
     keyText.reserve(64);  // most keys fit; the memory serves all of them
@@ -42,8 +74,7 @@ bool GDictBufferReader<Key, Value>::ReadEntries(GBin2TextStream& stream, GDict<K
         if (!stream.ReadQuotedString(value))
             return false;
         stream.SkipLine();
-        dict.Insert(ConvertKey(keyText), std::move(value));
-        if (dict.IsCrowded())
+        if (!takeEntry(keyText, std::move(value)))
             return false;
     }
 }

@@ -3,6 +3,8 @@
 #include "foundation/core/GDict.h"
 #include "foundation/core/GString.h"
 
+#include <functional>
+
 class GBin2TextStream;
 
 // Reads one dictionary block into a dictionary. A key that comes again replaces the earlier value. What
@@ -24,6 +26,11 @@ public:
     // Reads a block that is the value of an entry. What stands behind the block is ignored.
     bool ReadText(const GString& text, GDict<Key, Value>& dict);
 
+    // The same, but each entry goes to `take` as it is read, which may use the value's memory; nothing of
+    // what came twice is left out.
+    using Take = std::function<void(const GString& key, GString&& value)>;
+    bool ReadText(const GString& text, const Take& take);
+
     // The byte of the source where what could not be read begins, after a Read that gave false.
     int64_t GetStopPosition() const { return mStopPosition; }
 
@@ -36,7 +43,9 @@ protected:
 
 private:
     bool ReadEnd(GBin2TextStream& stream) const;
-    bool ReadEntries(GBin2TextStream& stream, GDict<Key, Value>& dict);
+    bool ReadBegin(GBin2TextStream& stream);
+    template <typename TakeEntry>
+    bool ReadEntries(GBin2TextStream& stream, TakeEntry takeEntry);
 
     int64_t mStopPosition = 0;
 };
