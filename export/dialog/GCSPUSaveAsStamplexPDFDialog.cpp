@@ -40,7 +40,7 @@ constexpr int cRowGap = 10;
 constexpr int cButtonGap = 20;
 constexpr int cOptionsIndent = 15;
 
-constexpr int cShownCharacters = 30;  // of a Hopbox's text; longer ones are cut, with the whole as tool tip
+constexpr int cShownCharacters = 30;  // of a Hopbox's text at least, however long the longest is
 
 void ShowError(const GString& title, const GString& text)
 {
@@ -246,10 +246,8 @@ void GCSPUSaveAsStamplexPDFDialog::FillPDFSettings()
         const QSignalBlocker blocker(mPDFSettings);
         mPDFSettings->clear();
         ReadHopboxes();
-        for (const HopboxList::Item& item : mHopboxes.GetItems()) {
+        for (const HopboxList::Item& item : mHopboxes.GetItems())
             mPDFSettings->addItem(item.text, item.key);
-            mPDFSettings->setItemData(mPDFSettings->count() - 1, item.text, Qt::ToolTipRole);
-        }
         if (mPDFSettings->count() > 0)
             mPDFSettings->setCurrentIndex(
                 std::max(0, mHopboxes.FindKey(PlugInPreferences::GetLastSelection())));
@@ -291,6 +289,7 @@ void GCSPUSaveAsStamplexPDFDialog::OnPDFSettingsSelectionChanged(int index)
     const QSignalBlocker blocker(mIncludePackage);
     const HopboxList::Item* item = GetItem(index);
     PlugInPreferences::SetLastSelection(item == nullptr ? GString() : item->key);
+    mPDFSettings->setToolTip(mPDFSettings->currentText());  // the list may be too narrow for it
     if (item == nullptr) {
         mOptions->hide();
         mIncludePackage->hide();
