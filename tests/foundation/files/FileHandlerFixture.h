@@ -1,7 +1,6 @@
 #pragma once
 
 #include "foundation/files/FileHandler.h"
-#include "foundation/files/FileSystem.h"
 #include "tests/support/LogRecorder.h"
 #include "tests/support/Sandbox.h"
 #include "tests/support/TestFiles.h"
@@ -10,12 +9,12 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <utility>
-#include <vector>
 
 using Texts = std::pair<const char*, const char*>;
 
@@ -36,16 +35,20 @@ public:
     {
         return isOneVolume && FileHandler::checkSameVolume(one, other);
     }
+    // A file of the name "stuck" can neither be removed nor copied.
     bool removeFile(const QString& path) override
     {
-        return !(path.endsWith(stuckName) && !stuckName.isEmpty()) && FileHandler::removeFile(path);
+        return !path.endsWith(QLatin1String("/stuck")) && FileHandler::removeFile(path);
+    }
+    bool copyFile(const QString& source, const QString& destination) override
+    {
+        return !source.endsWith(QLatin1String("/stuck")) && FileHandler::copyFile(source, destination);
     }
 
     mutable int attempts = 0;
     mutable QString lastAttempt;
     std::function<void(int)> afterAttempt;
     bool isOneVolume = true;
-    QString stuckName;
 };
 
 class FileHandlerTest : public testing::Test
@@ -59,56 +62,58 @@ protected:
 
     QString At(const char* relative) const { return mSandbox.GetPath(QString::fromUtf8(relative)); }
 
-    // Makes a file with the content, and the folders above it.
-    QString Make(const char* relative, const QByteArray& content = "content") const
+    // Makes a file with the content, its own name if none is given, and the folders above it.
+    QString Make(const QByteArray& relative, const QByteArray& content = QByteArray()) const
     {
-        const QString path = At(relative);
-        EXPECT_TRUE(WriteFile(path, content)) << relative;
+        const QString path = At(relative.constData());
+        EXPECT_TRUE(WriteFile(path, content.isNull() ? relative : content)) << relative.constData();
         return path;
     }
 
-    void MakeAll(const std::vector<const char*>& relatives) const
+    // Makes files with their names as content, and folders where a name ends with a slash: "a/b c/".
+    void MakeAll(const char* relatives) const
     {
-        for (const char* relative : relatives)
-            Make(relative);
+        for (const QByteArray& relative : QByteArray(relatives).split(' ')) {
+            if (relative.endsWith('/'))
+                QDir().mkpath(At(relative.constData()));
+            else if (!relative.isEmpty())
+                Make(relative);
+        }
     }
 
-    // Everything below the sandbox, hidden entries too, as one sorted text: "a b/c".
+    // Everything below the sandbox, hidden entries too, as one sorted text: "a/b c/"; with a file's content
+    // where that is not its own name: "copy=original".
     std::string Tree() const
     {
-        QStringList paths;
-        Collect(mSandbox.GetPath(), QString(), &paths);
-        paths.sort();
-        return paths.join(QLatin1Char(' ')).toStdString();
+        const QMap<QString, QByteArray> tree = ReadTree(mSandbox.GetPath());
+        QStringList entries;
+        for (auto entry = tree.begin(); entry != tree.end(); ++entry) {
+            const auto next = std::next(entry);
+            const bool isFolder = entry.key().endsWith(QLatin1Char('/'));
+            if (!isFolder && entry.value() != entry.key().toUtf8())
+                entries += entry.key() + QLatin1Char('=') + QString::fromUtf8(entry.value());
+            else if (!isFolder || next == tree.end() || !next.key().startsWith(entry.key()))
+                entries += entry.key();
+        }
+        return WithoutRandom(entries.join(QLatin1Char(' ')));
     }
 
-    // The error lines since the last call, each as "source|message", with paths relative to the sandbox.
+    // The error lines since the last call, each as "operation|message", with paths relative to the sandbox.
     std::string Errors()
     {
-        return mLog.TakeErrors()
-            .join(QLatin1Char('\n'))
-            .remove(mSandbox.GetPath() + QLatin1Char('/'))
-            .toStdString();
+        return WithoutRandom(mLog.TakeErrors()
+                                 .join(QLatin1Char('\n'))
+                                 .remove(mSandbox.GetPath() + QLatin1Char('/'))
+                                 .remove(QLatin1String("FileHandler::")));
+    }
+
+    // The text with "#####" for the random part of each name that was made.
+    static std::string WithoutRandom(QString text)
+    {
+        return text.replace(QRegularExpression("_[0-9a-f]{5}\\b"_q), "_#####"_q).toStdString();
     }
 
     Sandbox mSandbox;
     LogRecorder mLog;
     WatchedHandler mHandler;
-
-private:
-    static void Collect(const QString& folder, const QString& prefix, QStringList* paths)
-    {
-        const QDir::Filters all =
-            QDir::Files | QDir::AllDirs | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
-        for (const QString& name : QDir(folder).entryList(all)) {
-            const QString path = QDir(folder).filePath(name);
-            const bool isFolder =
-                Morvane::FileSystem::getItemKind(path) == Morvane::FileSystem::ItemKind::Folder;
-            const int before = paths->size();
-            if (isFolder)
-                Collect(path, prefix + name + QLatin1Char('/'), paths);
-            if (paths->size() == before)
-                paths->append(prefix + name + (isFolder ? "/"_q : QString()));
-        }
-    }
 };

@@ -1,4 +1,5 @@
 #include "FileHandlerFixture.h"
+#include "foundation/files/FileSystem.h"
 
 #include <windows.h>
 
@@ -52,7 +53,7 @@ TEST_F(FileHandlerTest, FolderIsHeldWhileItIsLocked)
 
 TEST_F(FileHandlerTest, CreationDateIsCopied)
 {
-    MakeAll({"a", "b"});
+    MakeAll("a b");
     const QDateTime date(QDate(2003, 2, 1), QTime(1, 2, 3), Qt::UTC);
     QFile file(At("a"));
     ASSERT_TRUE(file.open(QIODevice::ReadWrite));

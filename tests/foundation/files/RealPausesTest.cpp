@@ -1,34 +1,27 @@
 #include "FileHandlerFixture.h"
 
-#include <thread>
+#include <future>
 
 // The pauses that others rely on: a lock of 9 s is outlasted by a removal, one of 19 s by a rename. The three
 // loops run beside each other; waits can only be longer than asked, so a lower bound holds on any machine.
 TEST_F(FileHandlerTest, RetryLoopsLastAsLongAsPromised)
 {
-    using Clock = std::chrono::steady_clock;
-    using std::chrono::milliseconds;
-    MakeAll({"folder/inside", "file"});
-    WatchedHandler removing;
-    WatchedHandler renaming;
-    WatchedHandler renamingFolder;
-    const auto measure = [](const std::function<bool()>& operation, milliseconds* time) {
-        const Clock::time_point start = Clock::now();
-        EXPECT_FALSE(operation());
-        *time = std::chrono::duration_cast<milliseconds>(Clock::now() - start);
+    using std::chrono::seconds;
+    MakeAll("folder/inside file");
+    const auto start = [](const std::function<bool(WatchedHandler&)>& operation) {
+        return std::async(std::launch::async, [operation] {
+            WatchedHandler handler;
+            const auto before = std::chrono::steady_clock::now();
+            EXPECT_FALSE(operation(handler));
+            EXPECT_EQ(handler.attempts, 20);
+            return std::chrono::steady_clock::now() - before;
+        });
     };
-    milliseconds removal{0};
-    milliseconds rename{0};
-    milliseconds folderRename{0};
-    std::thread first([&] { measure([&] { return removing.removeFile(At("folder")); }, &removal); });
-    std::thread second(
-        [&] { measure([&] { return renaming.renameFile(At("file"), At("missing/a")); }, &rename); });
-    measure([&] { return renamingFolder.renameFolder(At("folder"), At("missing/b")); }, &folderRename);
-    first.join();
-    second.join();
-    EXPECT_GE(removal, milliseconds(10000));
-    EXPECT_GE(rename, milliseconds(20000));
-    EXPECT_GE(folderRename, milliseconds(20000));
-    for (const WatchedHandler* handler : {&removing, &renaming, &renamingFolder})
-        EXPECT_EQ(handler->attempts, 20);
+    auto removal = start([&](auto& handler) { return handler.removeFile(At("folder")); });
+    auto rename = start([&](auto& handler) { return handler.renameFile(At("file"), At("missing/a")); });
+    auto folderRename =
+        start([&](auto& handler) { return handler.renameFolder(At("folder"), At("missing/b")); });
+    EXPECT_GE(removal.get(), seconds(10));
+    EXPECT_GE(rename.get(), seconds(20));
+    EXPECT_GE(folderRename.get(), seconds(20));
 }

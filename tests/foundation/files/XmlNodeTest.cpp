@@ -30,6 +30,5 @@ TEST_F(FileHandlerTest, XmlThatCannotBeSavedLeavesTheOldFile)
     const QString path = Make("old.xml", "not < xml");
     EXPECT_FALSE(mHandler.saveXmlNodeKeepingAttributesOrder(QDomNode(), path));
     EXPECT_EQ(ReadFile(path), "not < xml");
-    EXPECT_EQ(Errors(),
-              "FileHandler::saveXmlNodeKeepingAttributesOrder|Can't create destination file: old.xml");
+    EXPECT_EQ(Errors(), "saveXmlNodeKeepingAttributesOrder|Can't create destination file: old.xml");
 }
