@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QSignalBlocker>
 #include <QStyle>
+#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -85,8 +86,8 @@ GCUSPDFSettingsAdjWdt::GCUSPDFSettingsAdjWdt(QWidget* parent) : QWidget(parent)
     AddMarkLines(*grid);
     AddBleed(*grid);
     AddBleedFields(*grid);
+    AlignRows(*grid);
     grid->setColumnMinimumWidth(cColumnGap, fontMetrics().averageCharWidth() * 4);
-    grid->setRowMinimumHeight(cRowGap, fontMetrics().height() / 2);
     grid->setColumnStretch(cMarkField, 1);
     grid->setColumnStretch(cRest, 1000);  // what the panel is too wide
     ConnectSignals();
@@ -99,14 +100,16 @@ void GCUSPDFSettingsAdjWdt::AddMarks(QGridLayout& grid)
     grid.addWidget(mAllMarks, cHeadRow, cMarkLabel, 1, 2);
     const QString texts[] = {tr("&Crop"), tr("&Bleed"), tr("Re&gistration"), tr("Co&lor Bars"),
                              tr("Page &Information")};
-    auto* marks = new QGridLayout;
+    auto* marks = new QVBoxLayout;
+    marks->setSpacing(grid.verticalSpacing());
     const int indent = style()->pixelMetric(QStyle::PM_IndicatorWidth) +
                        style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing);
     marks->setContentsMargins(indent, 0, 0, 0);
     for (int mark = 0; mark < cMarkCount; ++mark) {
         mMarks.at(mark) = new QCheckBox(texts[mark]);
-        marks->addWidget(mMarks.at(mark), mark, 0);
+        marks->addWidget(mMarks.at(mark));
     }
+    marks->addStretch();
     grid.addLayout(marks, cFirstRow, cMarkLabel, cMarkCount, 2);
 }
 
@@ -157,6 +160,17 @@ void GCUSPDFSettingsAdjWdt::AddBleedFields(QGridLayout& grid)
     grid.addWidget(mSlug, cSlugRow, cBleedLabel, 1, 4);
     mSpreads = new QCheckBox(tr("Pri&nt Spreads"));
     grid.addWidget(mSpreads, cSpreadsRow, cBleedLabel, 1, 4);
+}
+
+// The rows of both sides stand side by side. What is not offered leaves no hole.
+void GCUSPDFSettingsAdjWdt::AlignRows(QGridLayout& grid)
+{
+    const int height = mOffset->sizeHint().height();
+    for (int row = cHeadRow; row < cRowGap; ++row)
+        grid.setRowMinimumHeight(row, height);
+    grid.setRowMinimumHeight(cRowGap, fontMetrics().height() / 2);
+    for (QCheckBox* mark : mMarks)
+        mark->setMinimumHeight(height);
 }
 
 void GCUSPDFSettingsAdjWdt::ConnectSignals()

@@ -50,6 +50,7 @@ private:
     void AddMarkLines(QGridLayout& grid);
     void AddBleed(QGridLayout& grid);
     void AddBleedFields(QGridLayout& grid);
+    void AlignRows(QGridLayout& grid);
     void ConnectSignals();
 
     void OnAllMarksClicked();
