@@ -33,15 +33,14 @@ class ExportTest : public ExportFixture
 {
 protected:
     // Makes a Hopbox as its owner does; gives its key.
-    GString CreateHopbox(const QString& name, const QStringList& settings)
+    GString CreateHopbox(const QString& name, const QString& settings)
     {
         const QString jobOptions = GetSandbox().GetPath("a.joboptions"_q);
         EXPECT_TRUE(WriteFile(jobOptions, "<< /A 1 >>"));
-        QStringList arguments = {"create"_q, name, "--job-options"_q, jobOptions, "--json"_q};
-        for (const QString& setting : settings)
-            arguments << "--setting"_q << setting;
         QProcess process;
-        process.start(GetProgramPath("hopboxctl"), arguments);
+        process.start(GetProgramPath("hopboxctl"),
+                      QStringList{"create"_q, name, "--job-options"_q, jobOptions, "--json"_q} +
+                          settings.split(QLatin1Char(' ')));
         EXPECT_TRUE(process.waitForFinished());
         return QJsonDocument::fromJson(process.readAll()).object().value("Key"_q).toString();
     }
@@ -63,8 +62,9 @@ protected:
 TEST_F(ExportTest, FromAHopboxOfTheCommandLineToTheInboxOfARealReceiver)
 {
     const QString name = "Gr\u00F6\u00DFe 100% \u65E5\u672C"_q;
-    const GString key =
-        CreateHopbox(name, "BleedChoice=1|BleedTopValue=8.5|Trim=true|PrintSpreads=true"_list);
+    const GString key = CreateHopbox(
+        name,
+        "--setting BleedChoice=1 --setting BleedTopValue=8.5 --setting Trim=true --setting PrintSpreads=true"_q);
     PrinterProcessor receiver(GetSandbox(), {"--inbox"_q, GetSandbox().GetPath("Inbox"_q)});
     ExportParty party;
     party.Export(key, [](GCPTSaveAsTool& tool) { tool.SetPageRange("3,1-2,3"_q); });
