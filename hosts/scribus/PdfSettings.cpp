@@ -46,10 +46,9 @@ QString PdfSettings::FindFault() const
 
 QStringList PdfSettings::GetUnavailable() const
 {
-    constexpr double cScribusMarkWeight = 0.5;
     QStringList wishes;
     const bool hasLines = cropMarks || bleedMarks || registrationMarks;
-    if (hasLines && markWeight != cScribusMarkWeight)
+    if (hasLines && markWeight != cMarkWeight)
         wishes += QStringLiteral("marks of %1 pt width").arg(markWeight);
     if (includesSlug)
         wishes += QStringLiteral("the slug area");

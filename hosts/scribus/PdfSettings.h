@@ -28,6 +28,9 @@ struct PdfSettings
     // Lengths above this are none that a page could have.
     static constexpr double cLongest = 14400;
 
+    // The width of Scribus's marks, which can't be changed.
+    static constexpr double cMarkWeight = 0.5;
+
     Kind kind = Kind::Plain;
     int version = 14;  // of a plain PDF: 13, 14 or 15 for 1.3 to 1.5
 
@@ -51,7 +54,7 @@ struct PdfSettings
     bool colorBars = false;
     bool pageInformation = false;
     double markOffset = 0;
-    double markWeight = 0.25;
+    double markWeight = cMarkWeight;
 
     bool usesDocumentBleed = true;
     double bleedTop = 0;

@@ -63,6 +63,9 @@ public:
     // Who is asked while a program runs; null for nobody. Nothing is owned.
     void SetFrontend(IHostFrontend* frontend) { mFrontend = frontend; }
 
+    // From now on, a program is ended after so many seconds.
+    void SetTimeLimit(int seconds) { mSetup.timeLimitSeconds = seconds; }
+
     // Whether the user has cancelled, for work between two programs.
     bool IsCancelled() const;
 
