@@ -1,140 +1,127 @@
+#include "PrefDocument.h"
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/prefs/GPrefMemoryModule.h"
 #include "foundation/prefs/GPrefSharedFileModule.h"
 #include "tests/support/ErrorCode.h"
 #include "tests/support/Sandbox.h"
 #include "tests/support/TestFiles.h"
+#include "tests/support/Texts.h"
 
 #include <QDir>
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <stdexcept>
 
 namespace
 {
-const GString cOne = QStringLiteral("one");
-const GString cTwo = QStringLiteral("two");
+class GPrefModules : public testing::Test
+{
+protected:
+    const Sandbox mSandbox;
+    const QString mFile = mSandbox.GetPath("a.uprefs"_q);
+    const GPathName mPath = GPathName(mFile);
+};
 }  // namespace
 
-TEST(GPrefFileModule, FileComesWithTheFirstFlushAfterAChangeAndIsLeftAloneOtherwise)
+TEST_F(GPrefModules, FileComesWithTheFirstFlushAfterAChangeAndIsLeftAloneOtherwise)
 {
-    const Sandbox sandbox;
-    const QString path = sandbox.GetPath(QStringLiteral("a.uprefs"));
-    GPrefFileModule module(GPathName(path), GEncoding::GetUTF16LittleEndian());
+    GPrefFileModule module(mPath, GEncoding::GetUTF16LittleEndian());
     module.FlushPrefs();
-    EXPECT_FALSE(QFile::exists(path));
-    module.Set("G", "K", QStringLiteral("\u00E4\n"));
+    EXPECT_FALSE(QFile::exists(mFile));
+    module.Set("G", "K", "\u00E4\n"_q);
     module.FlushPrefs();
-    EXPECT_TRUE(ReadFile(path).startsWith("\xFF\xFE#"));
-    WriteFile(path, "another's");
+    EXPECT_TRUE(ReadFile(mFile).startsWith("\xFF\xFE#"));
+    WriteFile(mFile, "another's");
     EXPECT_FALSE(module.IsDirty());
     module.FlushPrefs();
-    EXPECT_EQ(ReadFile(path), "another's");
+    EXPECT_EQ(ReadFile(mFile), "another's");
 
-    const QString second = sandbox.GetPath(QStringLiteral("b.uprefs"));
+    const GPathName second(mSandbox.GetPath("b.uprefs"_q));
     module.SetEncoding(GEncoding::GetUTF8());
-    module.SaveAs(GPathName(second));
-    EXPECT_EQ(module.GetPathName(), GPathName(second));
-    EXPECT_EQ(
-        ReadFile(second),
-        "#BEGINPREFS\r\n\r\n\"G\"\r\n#BEGINDICT\r\n\"K\" \"\xC3\xA4\\n\"\r\n#ENDDICT\r\n\r\n#ENDPREFS\r\n");
-    module.Set("G", "K", cTwo);
+    module.SaveAs(second);
+    EXPECT_EQ(module.GetPathName(), second);
+    EXPECT_TRUE(ReadFile(second.GetNativePath()).startsWith("#"));
+    module.Set("G", "K", "two"_q);
     module.Refresh();
-    EXPECT_EQ(module.Get("G", "K"), QStringLiteral("\u00E4\r\n"));
+    EXPECT_EQ(GetText(module), "G.K=\u00E4\r\n");
     EXPECT_FALSE(module.IsDirty());
 }
 
-TEST(GPrefFileModule, WhatCouldNotBeReadIsNotOverwritten)
+TEST_F(GPrefModules, WhatCouldNotBeReadIsNotOverwritten)
 {
-    const Sandbox sandbox;
-    const QString path = sandbox.GetPath(QStringLiteral("a.uprefs"));
-    QDir().mkpath(path);  // there, but no file
-    GPrefFileModule module(GPathName(path), GEncoding::GetUTF8());
-    module.Set("G", "K", cOne);
+    QDir().mkpath(mFile);  // there, but no file
+    GPrefFileModule module(mPath, GEncoding::GetUTF8());
+    module.Set("G", "K", "one"_q);
     EXPECT_THROW(module.FlushPrefs(), GCustomException);
     EXPECT_THROW(module.Refresh(), GCustomException);
-    QDir().rmdir(path);
-    WriteFile(path, "#BEGINPREFS\n\"G\"\n#BEGINDICT\n\"old\" \"one\"\n#ENDDICT\n#ENDPREFS\n");
-    module.Set("G", "K", cOne);
+    QDir().rmdir(mFile);
+    WriteFile(mFile, WriteDocument({{"G", {{"old", "one"_q}}}}, GEncoding::GetUTF8()));
+    module.Set("G", "K", "one"_q);
     EXPECT_THROW(module.FlushPrefs(), GCustomException) << "It still has not been read.";
     module.Refresh();
-    module.Set("G", "K", cTwo);
+    module.Set("G", "K", "two"_q);
     module.FlushPrefs();
-    const GPrefFileModule again(GPathName(path), GEncoding::GetUTF8());
-    EXPECT_TRUE(again.Has("G", "old") && again.Has("G", "K"));
+    EXPECT_EQ(ReadText(mFile), "G.K=two G.old=one");
 }
 
-TEST(GPrefSharedFileModule, FileIsReadInAnyEncodingAndLockedBesideIt)
+TEST_F(GPrefModules, SharedFileIsReadInAnyEncodingAndLockedBesideIt)
 {
-    const Sandbox sandbox;
-    const GPathName path(sandbox.GetPath(QStringLiteral("Morvane.uprefs")));
-    const QString lockPath = sandbox.GetPath(QStringLiteral("Morvane.uprefslock"));
     for (const GEncodingRef& encoding : {GEncoding::GetUTF16BigEndian(), GEncoding::GetPlatform8Bit()}) {
-        GPrefSharedFileModule writer(path, encoding);
-        EXPECT_EQ(writer.GetLockPathName(), GPathName(lockPath));
+        GPrefSharedFileModule writer(mPath, encoding);
         writer.Set("G", "K", encoding->GetName());
         writer.FlushPrefs();
-        EXPECT_EQ(GPrefSharedFileModule(path, GEncoding::GetUTF8()).Get("G", "K"), encoding->GetName());
+        EXPECT_EQ(GPrefSharedFileModule(mPath, GEncoding::GetUTF8()).Get("G", "K"), encoding->GetName());
     }
-    EXPECT_TRUE(QFile::exists(lockPath));
-    EXPECT_EQ(GPrefSharedFileModule(GPathName(QStringLiteral("bare")), nullptr).GetLockPathName(),
-              GPathName(QStringLiteral("bare.lock")));
+    EXPECT_TRUE(QFile::exists(mSandbox.GetPath("a.uprefslock"_q)));
+    EXPECT_EQ(GPrefSharedFileModule(GPathName("bare"_q), nullptr).GetLockPathName(),
+              GPathName("bare.lock"_q));
 
-    GPrefSharedFileModule missing(GPathName(sandbox.GetPath(QStringLiteral("none/a.prefs"))),
-                                  GEncoding::GetUTF16());
-    missing.Set("G", "K", cOne);
+    GPrefSharedFileModule missing(GPathName(mSandbox.GetPath("none/a.prefs"_q)), GEncoding::GetUTF16());
+    missing.Set("G", "K", "one"_q);
     EXPECT_EQ(GetErrorCode([&] { missing.FlushPrefs(); }), GErrorCode::cLockFile);
     EXPECT_TRUE(missing.IsDirty());
 }
 
-TEST(GPrefSharedFileModule, ChangeUnderLockWorksOnTheFileAsItIs)
+TEST_F(GPrefModules, ChangeUnderLockWorksOnTheFileAsItIs)
 {
-    const Sandbox sandbox;
-    const GPathName path(sandbox.GetPath(QStringLiteral("Morvane.uprefs")));
-    GPrefSharedFileModule first(path, GEncoding::GetUTF16());
-    GPrefSharedFileModule second(path, GEncoding::GetUTF16());
-    first.ChangeUnderLock([](GPrefModule& module) { module.Set("G", "first", cOne); });
-    second.ChangeUnderLock([](GPrefModule& module) { module.Set("G", "second", cTwo); });
-    first.Set("G", "unflushed", cOne);
+    GPrefSharedFileModule first(mPath, GEncoding::GetUTF16());
+    GPrefSharedFileModule second(mPath, GEncoding::GetUTF16());
+    const auto change = [](GPrefSharedFileModule& changed, const char* key) {
+        changed.ChangeUnderLock([key](GPrefModule& module) { module.Set("G", key, "1"_q); });
+    };
+    change(first, "first");
+    change(second, "second");
+    first.Set("G", "unflushed", "1"_q);
     first.Remove("G", "first");
     first.StartUsingTempModule();
-    first.Set("G", "temporary", cOne);
-    first.ChangeUnderLock([](GPrefModule& module) { module.Set("G", "third", cOne); });
-    EXPECT_EQ(first.Get("G", "temporary"), cOne);
+    first.Set("G", "temporary", "1"_q);
+    change(first, "third");
+    EXPECT_EQ(first.Get("G", "temporary"), "1"_q);
     first.EndUsingTempModule(false);
     EXPECT_FALSE(first.IsDirty());
-    second.Refresh();
-    for (const GPrefModule* module : {&first, &second}) {
-        std::vector<GBuffer> keys;
-        module->GetGroupPreferences("G", keys);
-        std::sort(keys.begin(), keys.end());
-        EXPECT_EQ(keys, (std::vector<GBuffer>{"second", "third", "unflushed"}));
-    }
+    EXPECT_EQ(GetText(first), "G.second=1 G.third=1 G.unflushed=1");
+    EXPECT_EQ(ReadText(mFile), GetText(first));
 
-    const QByteArray before = ReadFile(path.GetNativePath());
-    first.Set("G", "unflushed", cTwo);
-    EXPECT_THROW(first.ChangeUnderLock([](GPrefModule& module) {
+    first.Set("G", "unflushed", "2"_q);
+    const auto changeItsMind = [](GPrefModule& module) {
         module.RemoveGroup("G");
         throw std::runtime_error("changed its mind");
-    }),
-                 std::runtime_error);
-    EXPECT_TRUE(first.Has("G", "second"));
-    EXPECT_EQ(first.Get("G", "unflushed"), cTwo);
+    };
+    EXPECT_THROW(first.ChangeUnderLock(changeItsMind), std::runtime_error);
+    EXPECT_EQ(GetText(first), "G.second=1 G.third=1 G.unflushed=2");
     EXPECT_TRUE(first.IsDirty());
-    EXPECT_EQ(ReadFile(path.GetNativePath()), before);
+    EXPECT_EQ(ReadText(mFile), "G.second=1 G.third=1 G.unflushed=1");
 }
 
-TEST(GPrefMemoryModule, HoldsADocumentFromTextOrBytesAndGivesItBack)
+TEST_F(GPrefModules, MemoryHoldsADocumentFromTextOrBytesAndGivesItBack)
 {
     GPrefMemoryModule module;
-    module.Set("G", "K", QStringLiteral("a\"\u65E5"));
-    module.Set("empty", "K", cOne);
+    module.Set("G", "K", "a\"\u65E5"_q);
+    module.Set("empty", "K", "one"_q);
     module.Remove("empty", "K");
     const GString text = module.GetPrefsData();
-    EXPECT_EQ(text, QStringLiteral("#BEGINPREFS\r\n\r\n\"G\"\r\n#BEGINDICT\r\n\"K\" "
-                                   "\"a\\\"\u65E5\"\r\n#ENDDICT\r\n\r\n#ENDPREFS\r\n"));
+    EXPECT_EQ(text.toUtf8(), WriteDocument({{"G", {{"K", "a\"\u65E5"_q}}}}, GEncoding::GetUTF8()));
     EXPECT_EQ(GPrefMemoryModule(text).GetPrefsData(), text);
     const GBuffer bytes = GEncoding::GetUTF16BigEndian()->Encode(QChar(0xFEFF) + text);
     EXPECT_EQ(GPrefMemoryModule(bytes, nullptr).GetPrefsData(), text);

@@ -3,6 +3,7 @@
 #include "foundation/core/GMemoryInputStream.h"
 #include "foundation/core/GMemoryOutputStream.h"
 #include "foundation/prefs/GDictListReader.h"
+#include "foundation/prefs/GPrefFileModule.h"
 #include "foundation/prefs/GPrefWriter.h"
 #include "foundation/prefs/GText2BinStream.h"
 
@@ -34,4 +35,24 @@ ReadDocument ParseDocument(const GBuffer& bytes, const GEncodingRef& encoding)
             entries[entry.key] = entry.value;
     }
     return result;
+}
+
+std::string GetText(const GPrefModule& module)
+{
+    QStringList entries;
+    std::vector<GBuffer> names;
+    module.GetGroupNames(names);
+    for (const GBuffer& name : names) {
+        GPrefGroup group;
+        module.GetGroupPreferences(name, group);
+        for (const auto& entry : group)
+            entries += QString::fromLatin1(name + '.' + entry.key + '=') + entry.value;
+    }
+    entries.sort();
+    return entries.join(QLatin1Char(' ')).toStdString();
+}
+
+std::string ReadText(const QString& path)
+{
+    return GetText(GPrefFileModule(GPathName(path), nullptr));
 }

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "foundation/core/GEncoding.h"
-#include "foundation/prefs/GPrefGroups.h"
+#include "foundation/prefs/GPrefModule.h"
 
 #include <map>
+#include <string>
 
 // The content of a document in an order that does not depend on its dictionaries.
 using SortedGroups = std::map<GBuffer, std::map<GBuffer, GString>>;
@@ -17,3 +17,7 @@ struct ReadDocument
 
 GBuffer WriteDocument(const SortedGroups& groups, const GEncodingRef& encoding);
 ReadDocument ParseDocument(const GBuffer& bytes, const GEncodingRef& encoding);
+
+// The entries of a module, and of a settings file: "group.key=value group.other=value", sorted.
+std::string GetText(const GPrefModule& module);
+std::string ReadText(const QString& path);

@@ -6,6 +6,7 @@
 #include "tests/support/Sandbox.h"
 #include "tests/support/SecondUser.h"
 #include "tests/support/TestFiles.h"
+#include "tests/support/Texts.h"
 
 #include <QDir>
 
@@ -24,7 +25,7 @@ constexpr int cEntries = 60;
 // disk, and the disk's own flushing would take most of the time.
 bool UseMemory()
 {
-    const QDir memory(QStringLiteral("/dev/shm"));
+    const QDir memory("/dev/shm"_q);
     const QByteArray path = QDir::toNativeSeparators(memory.absolutePath()).toLocal8Bit();
     return memory.exists() && qputenv("TMPDIR", path) && qputenv("TMP", path);
 }
@@ -33,9 +34,9 @@ const bool cIsInMemory = UseMemory();
 
 std::unique_ptr<GPrefFileModule> Open(const QString& kind, const QString& path)
 {
-    if (kind == QLatin1String("shared"))
-        return std::make_unique<GPrefSharedFileModule>(GPathName(path), GEncoding::GetUTF16());
-    return std::make_unique<GPrefFileModule>(GPathName(path), GEncoding::GetUTF16());
+    const GPathName name(path);
+    return kind == "shared"_q ? std::make_unique<GPrefSharedFileModule>(name, GEncoding::GetUTF16())
+                              : std::make_unique<GPrefFileModule>(name, GEncoding::GetUTF16());
 }
 
 // Gives every entry the same value: a file that holds two values, or not all entries, is half a file.
@@ -108,7 +109,7 @@ CHILD_ROLE(FlushAsSecondUser)
 
 CHILD_ROLE(FlushToFullDisk)
 {
-    const QString path = arguments.at(1) + QStringLiteral("/a.uprefs");
+    const QString path = arguments.at(1) + "/a.uprefs"_q;
     if (!MountSmallDisk(arguments.at(1), 64 * 1024))
         return 1;
     const auto module = Open(arguments.at(0), path);
@@ -119,7 +120,7 @@ CHILD_ROLE(FlushToFullDisk)
     for (const int length : {30000, 100000}) {  // too long for the last bytes, or for the first
         module->Set("G0", "large", QString(length, QLatin1Char('x')));
         const bool isRaised = TryToFlush(*module) == GErrorCode::cFile % 100;
-        const QStringList left = QDir(arguments.at(1)).entryList({QStringLiteral("*.new")});
+        const QStringList left = QDir(arguments.at(1)).entryList({"*.new"_q});
         if (!isRaised || ReadFile(path) != before || !left.isEmpty() || !module->IsDirty())
             return 3;
     }
@@ -129,17 +130,17 @@ CHILD_ROLE(FlushToFullDisk)
 TEST(KilledWriter, LeavesTheOldFileOrTheNewOne)
 {
     const Sandbox sandbox;
-    const QString path = sandbox.GetPath(QStringLiteral("a.uprefs"));
+    const QString path = sandbox.GetPath("a.uprefs"_q);
     std::mt19937 random(20260301);
     std::uniform_int_distribution<int> microseconds(0, 4000);
     for (int kill = 0; kill < 200; ++kill) {
-        const QString kind = kill % 2 == 0 ? QStringLiteral("plain") : QStringLiteral("shared");
-        ChildProcess writer(QStringLiteral("FlushForEver"), {kind, path});
+        const QString kind = kill % 2 == 0 ? "plain"_q : "shared"_q;
+        ChildProcess writer("FlushForEver"_q, {kind, path});
         ASSERT_EQ(writer.ReadLine(), "flushing");
         std::this_thread::sleep_for(std::chrono::microseconds(microseconds(random)));
         writer.Kill();
         ASSERT_TRUE(IsWhole(*Open(kind, path))) << "after kill " << kill;
-        const QStringList left = QDir(sandbox.GetPath()).entryList({QStringLiteral("a.uprefs?*.new")});
+        const QStringList left = QDir(sandbox.GetPath()).entryList({"a.uprefs?*.new"_q});
         EXPECT_LE(left.size(), 1) << "The next writer removes what a killed one left.";
     }
 }
@@ -147,11 +148,11 @@ TEST(KilledWriter, LeavesTheOldFileOrTheNewOne)
 TEST(SharedPreferences, ReadersNeverSeeHalfAFile)
 {
     const Sandbox sandbox;
-    const QString path = sandbox.GetPath(QStringLiteral("a.uprefs"));
-    ChildProcess writer(QStringLiteral("FlushForEver"), {QStringLiteral("shared"), path});
+    const QString path = sandbox.GetPath("a.uprefs"_q);
+    ChildProcess writer("FlushForEver"_q, {"shared"_q, path});
     ASSERT_EQ(writer.ReadLine(), "flushing");
-    ChildProcess locked(QStringLiteral("ReadWholeFiles"), {QStringLiteral("shared"), path});
-    ChildProcess unlocked(QStringLiteral("ReadWholeFiles"), {QStringLiteral("plain"), path});
+    ChildProcess locked("ReadWholeFiles"_q, {"shared"_q, path});
+    ChildProcess unlocked("ReadWholeFiles"_q, {"plain"_q, path});
     EXPECT_EQ(unlocked.WaitForExit(), 0);
     EXPECT_EQ(locked.WaitForExit(), 0);
 }
@@ -159,17 +160,17 @@ TEST(SharedPreferences, ReadersNeverSeeHalfAFile)
 TEST(SharedPreferences, EightProcessesThatChangeUnderLockLoseNothing)
 {
     const Sandbox sandbox;
-    const QString path = sandbox.GetPath(QStringLiteral("a.uprefs"));
+    const QString path = sandbox.GetPath("a.uprefs"_q);
     std::vector<std::unique_ptr<ChildProcess>> processes;
     for (int i = 0; i < 8; ++i)
-        processes.push_back(std::make_unique<ChildProcess>(QStringLiteral("CountUnderLock"),
-                                                           QStringList{path, QString::number(i)}));
+        processes.push_back(
+            std::make_unique<ChildProcess>("CountUnderLock"_q, QStringList{path, QString::number(i)}));
     for (const auto& process : processes)
         EXPECT_EQ(process->WaitForExit(), 0);
     const GPrefFileModule module(GPathName(path), GEncoding::GetUTF16());
-    EXPECT_EQ(module.Get("count", "all"), QStringLiteral("1600"));
+    EXPECT_EQ(module.Get("count", "all"), "1600"_q);
     for (int i = 0; i < 8; ++i)
-        EXPECT_EQ(module.Get("count", QByteArray::number(i)), QStringLiteral("200"));
+        EXPECT_EQ(module.Get("count", QByteArray::number(i)), "200"_q);
 }
 
 TEST(FailedFlush, WithoutTheRightToWriteTheOldFileStays)
@@ -181,16 +182,16 @@ TEST(FailedFlush, WithoutTheRightToWriteTheOldFileStays)
         QString kind;
         int folderRights, fileRights;
         int32_t code;
-    } cases[] = {{QStringLiteral("plain"), 0x7755, 0x6666, GErrorCode::cFile},
-                 {QStringLiteral("plain"), 0x7777, 0x4444, GErrorCode::cFile},
-                 {QStringLiteral("shared"), 0x7755, 0x6666, GErrorCode::cLockFile}};
+    } cases[] = {{"plain"_q, 0x7755, 0x6666, GErrorCode::cFile},
+                 {"plain"_q, 0x7777, 0x4444, GErrorCode::cFile},
+                 {"shared"_q, 0x7755, 0x6666, GErrorCode::cLockFile}};
     for (const auto& test : cases) {
         const Sandbox sandbox;
-        const QString path = sandbox.GetPath(QStringLiteral("a.uprefs"));
+        const QString path = sandbox.GetPath("a.uprefs"_q);
         WriteFile(path, "#BEGINPREFS\n#ENDPREFS\n");
         QFile::setPermissions(sandbox.GetPath(), QFileDevice::Permissions(test.folderRights));
         QFile::setPermissions(path, QFileDevice::Permissions(test.fileRights));
-        ChildProcess child(QStringLiteral("FlushAsSecondUser"), {test.kind, path});
+        ChildProcess child("FlushAsSecondUser"_q, {test.kind, path});
         EXPECT_EQ(child.WaitForExit(), test.code % 100);
         EXPECT_EQ(ReadFile(path), "#BEGINPREFS\n#ENDPREFS\n");
     }
@@ -200,7 +201,7 @@ TEST(FailedFlush, OnAFullDiskTheOldFileStays)
 {
     const Sandbox sandbox;
     for (const char* kind : {"plain", "shared"}) {
-        ChildProcess child(QStringLiteral("FlushToFullDisk"), {QString::fromLatin1(kind), sandbox.GetPath()});
+        ChildProcess child("FlushToFullDisk"_q, {QString::fromLatin1(kind), sandbox.GetPath()});
         const int result = child.WaitForExit();
         if (result == 1)
             GTEST_SKIP() << "No small disk can be mounted here.";

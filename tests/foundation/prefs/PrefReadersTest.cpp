@@ -3,17 +3,14 @@
 #include "foundation/prefs/GListReader.h"
 #include "foundation/prefs/GOrderedDictWriter.h"
 #include "foundation/prefs/GPrefWriter.h"
+#include "tests/support/Texts.h"
 
 #include <gtest/gtest.h>
 
 namespace
 {
-const GBuffer cGroupA =
-    "\"A\"\n"
-    "#BEGINDICT\n"
-    "\"k\" \"v\"\n"
-    "#ENDDICT\n";
-const SortedGroups cOnlyA = {{"A", {{"k", QStringLiteral("v")}}}};
+const GBuffer cGroupA = "\"A\"\n#BEGINDICT\n\"k\" \"v\"\n#ENDDICT\n";
+const SortedGroups cOnlyA = {{"A", {{"k", "v"_q}}}};
 }  // namespace
 
 TEST(PrefReadersTest, DocumentsAreReadAsFarAsTheyMakeSense)
@@ -66,21 +63,20 @@ TEST(PrefReadersTest, ListsAreReadAsFarAsTheyMakeSense)
     {
         GString text;
         bool isRead;
-        QStringList list;
+        const char* list;  // each with a '|' behind it
     } cases[] = {
-        {QStringLiteral("#BEGINTABLE\r\n#ENDTABLE\r\n"), true, {}},
-        {QStringLiteral("\uFEFF#BEGINTABLE\r\n\"a\"\r\n\"\"\r\n\"a\" x\n#ENDTABLE"),
-         true,
-         {QStringLiteral("a"), QString(), QStringLiteral("a")}},
-        {QStringLiteral("#BEGINTABLE \"a\"\n\"b"), true, {QStringLiteral("a")}},
-        {QStringLiteral("#BEGINTABLE\n\"a\"\n\n\"b\"\n"), true, {QStringLiteral("a")}},
-        {QStringLiteral("\"a\"\n#ENDTABLE"), false, {}},
-        {QString(), false, {}},
+        {"#BEGINTABLE\r\n#ENDTABLE\r\n"_q, true, ""},
+        {"\uFEFF#BEGINTABLE\r\n\"a\"\r\n\"\"\r\n\"a\" x\n#ENDTABLE"_q, true, "a||a|"},
+        {"#BEGINTABLE \"a\"\n\"b"_q, true, "a|"},
+        {"#BEGINTABLE\n\"a\"\n\n\"b\"\n"_q, true, "a|"},
+        {"\"a\"\n#ENDTABLE"_q, false, ""},
+        {QString(), false, ""},
     };
     for (const auto& each : cases) {
-        QStringList list = {QStringLiteral("old")};
+        QStringList list = {"old"_q};
         EXPECT_EQ(GListReader::ReadText(each.text, list), each.isRead) << each.text.toStdString();
-        EXPECT_EQ(list, each.list) << each.text.toStdString();
+        list += QString();
+        EXPECT_EQ(list.join(QLatin1Char('|')).toStdString(), each.list) << each.text.toStdString();
     }
 }
 
@@ -93,7 +89,7 @@ TEST(PrefReadersTest, KeysThatMeetEndTheReading)
     for (int number = 0; groups["B"].size() < 600; ++number) {
         const GBuffer key = GBuffer::number(number);
         if (GDictHash(key) % cCapacity == 0)
-            groups["B"][key] = QStringLiteral("v");
+            groups["B"][key] = "v"_q;
     }
     const GBuffer begin = "#BEGINPREFS\r\n";
     const GBuffer document = begin + cGroupA + WriteDocument(groups, GEncoding::GetUTF8()).mid(begin.size());
@@ -105,8 +101,8 @@ TEST(PrefReadersTest, KeysThatMeetEndTheReading)
 TEST(PrefReadersTest, WrittenBytesAreExact)
 {
     GString list;
-    GPrefWriter::AppendList(list, {QStringLiteral("C:\\Jobs\\a.pdf")});
-    EXPECT_EQ(list, QStringLiteral("#BEGINTABLE\r\n\"C:\\\\Jobs\\\\a.pdf\"\r\n#ENDTABLE\r\n"));
+    GPrefWriter::AppendList(list, {"C:\\Jobs\\a.pdf"_q});
+    EXPECT_EQ(list, "#BEGINTABLE\r\n\"C:\\\\Jobs\\\\a.pdf\"\r\n#ENDTABLE\r\n"_q);
 
     const GBuffer document =
         WriteDocument({{"General", {{"Recent", list}}}, {"Left out", {}}}, GEncoding::GetUTF8());
@@ -114,26 +110,24 @@ TEST(PrefReadersTest, WrittenBytesAreExact)
               GBuffer("#BEGINPREFS\r\n\r\n\"General\"\r\n#BEGINDICT\r\n"
                       "\"Recent\" \"#BEGINTABLE\\n\\\"C:\\\\\\\\Jobs\\\\\\\\a.pdf\\\"\\n#ENDTABLE\\n\"\r\n"
                       "#ENDDICT\r\n\r\n#ENDPREFS\r\n"));
-    EXPECT_EQ(WriteDocument({}, GEncoding::GetWinAnsi()), GBuffer("#BEGINPREFS\r\n\r\n#ENDPREFS\r\n"));
 }
 
 TEST(PrefReadersTest, BlocksWithinBlocksComeBack)
 {
     GDict<GString, GString> inner;
-    inner.Insert(QStringLiteral("\u4E2D \"key\""), QStringLiteral("\\ and \"\n"));
+    inner.Insert("\u4E2D \"key\""_q, "\\ and \"\n"_q);
     GString innerText;
     GPrefWriter::AppendDict(innerText, inner);
 
     GOrderedDictWriter writer;
-    writer.Add(QStringLiteral("Z"), innerText);
-    writer.Add(GBuffer("A\xE9"), QStringLiteral("1"));
+    writer.Add("Z"_q, innerText);
+    writer.Add(GBuffer("A\xE9"), "1"_q);
     const GString outerText = writer.Finish();
-    EXPECT_LT(outerText.indexOf(QStringLiteral("\"Z\"")), outerText.indexOf(QStringLiteral("\"A\u00E9\"")));
-
+    EXPECT_LT(outerText.indexOf("\"Z\""_q), outerText.indexOf("\"A\u00E9\""_q));
     GDict<GString, GString> outer;
     GDictBufferReader<GString, GString> reader;
     ASSERT_TRUE(reader.ReadText(outerText, outer));
     EXPECT_EQ(outer.GetCount(), 2);
-    ASSERT_TRUE(reader.ReadText(*outer.Find(QStringLiteral("Z")), inner));
-    EXPECT_EQ(*inner.Find(QStringLiteral("\u4E2D \"key\"")), QStringLiteral("\\ and \"\r\n"));
+    ASSERT_TRUE(reader.ReadText(*outer.Find("Z"_q), inner));
+    EXPECT_EQ(*inner.Find("\u4E2D \"key\""_q), "\\ and \"\r\n"_q);
 }

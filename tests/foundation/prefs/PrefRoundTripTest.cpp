@@ -1,9 +1,11 @@
 #include "PrefDocument.h"
+#include "tests/support/Texts.h"
 
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <random>
 
 namespace
@@ -43,56 +45,29 @@ SortedGroups MakeDocument(unsigned seed, const GEncodingRef& encoding)
     return groups;
 }
 
-// What a text is after it was in a file: each of its line breaks is CR LF.
-GString WithFileLineBreaks(GString text)
-{
-    static const QRegularExpression lineBreak(QStringLiteral("\r\n|\n\r|\r|\n"));
-    return text.replace(lineBreak, QStringLiteral("\r\n"));
-}
-
-// The document as it is after it was in a file.
+// The document as it is after it was in a file: each line break is CR LF.
 SortedGroups AsInFile(const SortedGroups& written)
 {
-    const auto nameInFile = [](const GBuffer& name) {
-        return WithFileLineBreaks(GString::fromLatin1(name.constData(), name.size())).toLatin1();
+    const auto inFile = [](GString text) {
+        static const QRegularExpression lineBreak("\r\n|\n\r|\r|\n"_q);
+        return text.replace(lineBreak, "\r\n"_q);
+    };
+    const auto nameInFile = [&](const GBuffer& name) {
+        return inFile(GString::fromLatin1(name.constData(), name.size())).toLatin1();
     };
     SortedGroups groups;
     for (const auto& group : written) {
         for (const auto& entry : group.second)
-            groups[nameInFile(group.first)][nameInFile(entry.first)] = WithFileLineBreaks(entry.second);
+            groups[nameInFile(group.first)][nameInFile(entry.first)] = inFile(entry.second);
     }
     return groups;
 }
 
 const SortedGroups cDocument = {
-    {"First", {{"key", QStringLiteral("value")}, {"\xE9", QStringLiteral("a \"\\b\"\n")}}},
-    {"Second", {{"list", QStringLiteral("#BEGINTABLE\r\n\"\u4E2D\"\r\n#ENDTABLE\r\n")}}},
-    {"Third", {{"", QString()}, {"x", QStringLiteral("\U0001D11E")}}},
+    {"First", {{"key", "value"_q}, {"\xE9", "a \"\\b\"\n"_q}}},
+    {"Second", {{"list", "#BEGINTABLE\r\n\"\u4E2D\"\r\n#ENDTABLE\r\n"_q}}},
+    {"Third", {{"", QString()}, {"x", "\U0001D11E"_q}}},
 };
-
-// Where each group of the document begins in its bytes.
-std::map<int, GBuffer> FindGroups(const GBuffer& bytes, const GEncodingRef& encoding)
-{
-    std::map<int, GBuffer> starts;
-    for (const auto& group : cDocument)
-        starts[bytes.indexOf(encoding->Encode(QLatin1Char('"') + QString::fromLatin1(group.first)))] =
-            group.first;
-    return starts;
-}
-
-// The groups that end before the byte are there and whole.
-void ExpectGroupsBefore(int position, const std::map<int, GBuffer>& starts, const SortedGroups& whole,
-                        const SortedGroups& read)
-{
-    for (auto group = starts.begin(); group != starts.end(); ++group) {
-        const auto next = std::next(group);
-        if (next == starts.end() || next->first > position)
-            return;
-        const auto found = read.find(group->second);
-        ASSERT_TRUE(found != read.end()) << group->second.constData() << ", damage at " << position;
-        ASSERT_TRUE(found->second == whole.at(group->second)) << "damage at " << position;
-    }
-}
 }  // namespace
 
 TEST(PrefRoundTripTest, AnyDocumentComesBackInEveryEncoding)
@@ -115,17 +90,24 @@ TEST(PrefRoundTripTest, EveryPrefixAndEveryChangedByteKeepTheGroupsBeforeTheDama
     for (const GEncodingRef& encoding : {GEncoding::GetUTF16(), GEncoding::GetUTF8()}) {
         const GBuffer bytes = WriteDocument(cDocument, encoding);
         const SortedGroups whole = ParseDocument(bytes, encoding).groups;
-        const auto starts = FindGroups(bytes, encoding);
+        std::map<int, GBuffer> starts = {{INT_MAX, GBuffer()}};
+        for (const auto& group : whole)
+            starts[bytes.indexOf(encoding->Encode("\""_q + QString::fromLatin1(group.first)))] = group.first;
+        const auto expectGroupsBefore = [&](int position, const GBuffer& damaged) {
+            SortedGroups read = ParseDocument(damaged, encoding).groups;
+            for (auto group = starts.begin(); std::next(group)->first <= position; ++group)
+                ASSERT_EQ(read[group->second], whole.at(group->second)) << "damage at " << position;
+        };
         const int markEnd = encoding->GetCharWidth() == 2 ? 2 : 0;
         for (int position = 0; position < bytes.size(); ++position) {
-            ExpectGroupsBefore(position, starts, whole, ParseDocument(bytes.left(position), encoding).groups);
+            expectGroupsBefore(position, bytes.left(position));
             GBuffer values("\"\\# \n\0\xFF", position < markEnd ? 0 : 7);
             for (int bit = 0; bit < 8 && position >= markEnd; ++bit)
                 values.append(static_cast<char>(bytes.at(position) ^ (1 << bit)));
             for (const char value : values) {
                 GBuffer damaged = bytes;
                 damaged[position] = value;
-                ExpectGroupsBefore(position, starts, whole, ParseDocument(damaged, encoding).groups);
+                expectGroupsBefore(position, damaged);
             }
         }
     }

@@ -1,13 +1,10 @@
 #include "foundation/core/GMemoryInputStream.h"
-#include "foundation/core/GMemoryOutputStream.h"
 #include "foundation/prefs/GBin2TextStream.h"
-#include "foundation/prefs/GText2BinStream.h"
+#include "tests/support/Texts.h"
 
 #include <QStringList>
 
 #include <gtest/gtest.h>
-
-#include <map>
 
 namespace
 {
@@ -35,29 +32,10 @@ struct TextInput
 };
 }  // namespace
 
-TEST(TextStreamsTest, OutputBytesOfEachEncoding)
-{
-    const std::map<GEncodingRef, GBuffer> cases = {
-        {GEncoding::GetUTF16LittleEndian(), GBuffer("\xFF\xFE\"\0\xE9\0\\\0n\0\"\0\r\0\n\0x\0", 18)},
-        {GEncoding::GetUTF16BigEndian(), GBuffer("\xFE\xFF\0\"\0\xE9\0\\\0n\0\"\0\r\0\n\0x", 18)},
-        {GEncoding::GetUTF8(), GBuffer("\"\xC3\xA9\\n\"\r\nx")},
-        {GEncoding::GetWinAnsi(), GBuffer("\"\xE9\\n\"\r\nx")},
-    };
-    for (const auto& each : cases) {
-        GMemoryOutputStream memory;
-        GText2BinStream stream(memory, each.first);
-        stream.WriteQuotedString(QStringLiteral("\u00E9\n"));
-        stream.WriteEOL();
-        stream.SetEncoding(each.first, GText2BinStream::ByteOrderMark::cNone);
-        stream.Write("x");
-        EXPECT_EQ(memory.GetData(), each.second) << each.first->GetName().toStdString();
-    }
-}
-
 TEST(TextStreamsTest, TheEncodingIsFoundOrCheckedByTheMark)
 {
     const GEncodingRef little = GEncoding::GetUTF16LittleEndian(), big = GEncoding::GetUTF16BigEndian();
-    const GString text = QStringLiteral("\u00E9");
+    const GString text = "\u00E9"_q;
     const struct
     {
         GBuffer bytes;
@@ -67,15 +45,14 @@ TEST(TextStreamsTest, TheEncodingIsFoundOrCheckedByTheMark)
         {GBuffer("\xFF\xFE\xE9\0", 4), nullptr, little, text},
         {GBuffer("\xFE\xFF\0\xE9", 4), nullptr, big, text},
         {GBuffer("\xEF\xBB\xBF\xC3\xA9"), nullptr, GEncoding::GetUTF8(), text},
-        {GBuffer("a"), nullptr, GEncoding::GetPlatform8Bit(), QStringLiteral("a")},
+        {GBuffer("a"), nullptr, GEncoding::GetPlatform8Bit(), "a"_q},
         {GBuffer(), nullptr, GEncoding::GetPlatform8Bit(), QString()},
         {GBuffer("\xFE\xFF\0\xE9", 4), GEncoding::GetUTF16(), big, text},
         {GBuffer("\xFF\xFE\xE9\0", 4), big, little, text},
         {GBuffer("\0\xE9", 2), big, big, text},
         {GBuffer("\xE9\0a", 3), little, little, text},
-        {GBuffer("\xEF\xBB\xBFx"), GEncoding::GetUTF8(), GEncoding::GetUTF8(), QStringLiteral("x")},
-        {GBuffer("\xFF\xFEx"), GEncoding::GetWinAnsi(), GEncoding::GetWinAnsi(),
-         QStringLiteral("\u00FF\u00FEx")},
+        {GBuffer("\xEF\xBB\xBFx"), GEncoding::GetUTF8(), GEncoding::GetUTF8(), "x"_q},
+        {GBuffer("\xFF\xFEx"), GEncoding::GetWinAnsi(), GEncoding::GetWinAnsi(), "\u00FF\u00FEx"_q},
     };
     for (const auto& each : cases) {
         TextInput input(each.bytes, each.given, 1024);
@@ -94,16 +71,14 @@ TEST(TextStreamsTest, QuotedStringsWhereverTheChunksEnd)
         bool isRead;
         GString text, rest;
     } cases[] = {
-        {QStringLiteral("\"\"x"), true, QString(), QStringLiteral("x")},
-        {QStringLiteral("\"a b\"\"c\""), true, QStringLiteral("a b"), QStringLiteral("\"c\"")},
-        {QStringLiteral("\"\\\"\\'\\\\\\t\\n\" "), true, QStringLiteral("\"'\\\t\r\n"), QStringLiteral(" ")},
-        {QStringLiteral("\"\\x\\\u00E9\\\U0001D11E\\\\x\""), true,
-         QStringLiteral("\\x\\\u00E9\\\U0001D11E\\x"), QString()},
-        {QStringLiteral("\"\u00E9\u4E2D\U0001D11E\n\r\"!"), true,
-         QStringLiteral("\u00E9\u4E2D\U0001D11E\n\r"), QStringLiteral("!")},
-        {QStringLiteral("x\"y\""), false, QString(), QStringLiteral("x\"y\"")},
-        {QStringLiteral("\"open \u00E9"), false, QStringLiteral("open \u00E9"), QString()},
-        {QStringLiteral("\"end\\"), false, QStringLiteral("end\\"), QString()},
+        {"\"\"x"_q, true, QString(), "x"_q},
+        {"\"a b\"\"c\""_q, true, "a b"_q, "\"c\""_q},
+        {"\"\\\"\\'\\\\\\t\\n\" "_q, true, "\"'\\\t\r\n"_q, " "_q},
+        {"\"\\x\\\u00E9\\\U0001D11E\\\\x\""_q, true, "\\x\\\u00E9\\\U0001D11E\\x"_q, QString()},
+        {"\"\u00E9\u4E2D\U0001D11E\n\r\"!"_q, true, "\u00E9\u4E2D\U0001D11E\n\r"_q, "!"_q},
+        {"x\"y\""_q, false, QString(), "x\"y\""_q},
+        {"\"open \u00E9"_q, false, "open \u00E9"_q, QString()},
+        {"\"end\\"_q, false, "end\\"_q, QString()},
         {QString(), false, QString(), QString()},
     };
     for (const auto& each : cases) {
@@ -117,7 +92,7 @@ TEST(TextStreamsTest, QuotedStringsWhereverTheChunksEnd)
                     const GString source = GString(each.source).insert(isInside ? 1 : 0, lead);
                     TextInput input(encoding->Encode(source), encoding, size);
                     if (!isInside)
-                        input->SkipChars(QStringLiteral("-"));
+                        input->SkipChars("-"_q);
                     GString text;
                     ASSERT_EQ(input->ReadQuotedString(text), each.isRead) << source.toStdString();
                     ASSERT_EQ(text, isInside ? lead + each.text : each.text) << source.toStdString();
@@ -130,42 +105,40 @@ TEST(TextStreamsTest, QuotedStringsWhereverTheChunksEnd)
 
 TEST(TextStreamsTest, LinesEndInThreeWays)
 {
-    for (const GEncodingRef& encoding : cLayouts) {
-        for (const int size : {1, 2, 3, 1024}) {
-            TextInput input(encoding->Encode(QStringLiteral("a\nb\r\nc\rd\r\r\n\n\re")), encoding, size);
-            QStringList lines;
-            for (GString line; input->ReadLine(line);)
-                lines << line;
-            EXPECT_EQ(lines.join(QLatin1Char('|')), QStringLiteral("a|b|c|d||||e"));
-        }
+    for (const int size : {1, 2, 3, 1024}) {
+        TextInput input("a\nb\r\nc\rd\r\r\n\n\re", GEncoding::GetUTF8(), size);
+        QStringList lines;
+        for (GString line; input->ReadLine(line);)
+            lines << line;
+        EXPECT_EQ(lines, "a|b|c|d||||e"_list);
     }
 }
 
 TEST(TextStreamsTest, TokensSetsAndTheWayBack)
 {
     for (const GEncodingRef& encoding : cLayouts) {
-        TextInput input(encoding->Encode(QStringLiteral(" \t\r\none\u00E9 \t two;three\n")), encoding, 3);
+        TextInput input(encoding->Encode(" \t\r\none\u00E9 \t two;three\n"_q), encoding, 3);
         GString text;
         EXPECT_EQ(input->SkipWhitespace(false), 2);
         EXPECT_EQ(input->SkipWhitespace(true), 2);
         EXPECT_EQ(input->GetPosition(), 4 * encoding->GetCharWidth());
         input->SetRollBackPoint();
         EXPECT_TRUE(input->ReadString(text));
-        EXPECT_EQ(text, QStringLiteral("one\u00E9"));
+        EXPECT_EQ(text, "one\u00E9"_q);
         EXPECT_TRUE(input->RollBack());
         EXPECT_TRUE(input->Read(4, text));
-        EXPECT_EQ(text, QStringLiteral("one\u00E9")) << "a character of UTF-8 is not cut";
-        input->Unread(QStringLiteral("x\u4E2D"));
+        EXPECT_EQ(text, "one\u00E9"_q) << "a character of UTF-8 is not cut";
+        input->Unread("x\u4E2D"_q);
         EXPECT_TRUE(input->ReadString(text));
-        EXPECT_EQ(text, QStringLiteral("x\u4E2D"));
-        EXPECT_EQ(input->SkipChars(QStringLiteral("\t ")), 3);
-        EXPECT_TRUE(input->ReadTillTerminator(QStringLiteral(",;"), text));
-        EXPECT_EQ(text, QStringLiteral("two"));
+        EXPECT_EQ(text, "x\u4E2D"_q);
+        EXPECT_EQ(input->SkipChars("\t "_q), 3);
+        EXPECT_TRUE(input->ReadTillTerminator(",;"_q, text));
+        EXPECT_EQ(text, "two"_q);
         const auto clone = input->CreateClone();
         EXPECT_TRUE(static_cast<GBin2TextStream&>(*clone).ReadString(text));
-        EXPECT_EQ(text, QStringLiteral(";three"));
+        EXPECT_EQ(text, ";three"_q);
         input->SkipLine();
         EXPECT_FALSE(input->ReadString(text));
-        EXPECT_FALSE(input->ReadTillTerminator(QStringLiteral(","), text));
+        EXPECT_FALSE(input->ReadTillTerminator(","_q, text));
     }
 }
