@@ -1,5 +1,7 @@
 #include "foundation/system/GFileCalls.h"
 
+#include "foundation/system/GUniqueName.h"
+
 #include <QFile>
 
 #include <dirent.h>
@@ -49,27 +51,63 @@ FolderStream OpenFolder(int parent, const char* name, bool readOnlyToo)
     return stream;
 }
 
-bool RemoveEntry(int parent, const char* name, bool readOnlyToo);
+// One removal. A process can hold some hundred folders open, a tree can be deeper: what lies at the deepest
+// level that is walked is moved up into the tree's top, to be removed from there.
+struct Removal
+{
+    bool readOnlyToo;
+    int top = -1;
+    bool hasMoved = false;
+};
+constexpr int cDeepest = 200;
 
-void RemoveContent(DIR* folder, bool readOnlyToo)
+// What is to keep its read-only content stays where it is.
+bool MoveToTop(int parent, const char* name, Removal& removal)
+{
+    const QByteArray freshName = MakeRandomName(16).toLatin1();
+    const bool isMoved =
+        removal.readOnlyToo && renameat(parent, name, removal.top, freshName.constData()) == 0;
+    removal.hasMoved = removal.hasMoved || isMoved;
+    return isMoved;
+}
+
+bool RemoveEntry(int parent, const char* name, Removal& removal, int depth);
+
+void RemoveContent(DIR* folder, Removal& removal, int depth)
 {
     while (const dirent* entry = readdir(folder)) {
         const std::string name = entry->d_name;
         if (name != "." && name != "..")
-            RemoveEntry(dirfd(folder), name.c_str(), readOnlyToo);
+            RemoveEntry(dirfd(folder), name.c_str(), removal, depth + 1);
     }
 }
 
-bool RemoveEntry(int parent, const char* name, bool readOnlyToo)
+void RemoveContentOfTop(DIR* folder, Removal& removal)
+{
+    removal.top = dirfd(folder);
+    do {
+        removal.hasMoved = false;
+        rewinddir(folder);
+        RemoveContent(folder, removal, 0);
+    } while (removal.hasMoved);
+}
+
+bool RemoveEntry(int parent, const char* name, Removal& removal, int depth)
 {
     struct stat status = {};
     if (fstatat(parent, name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return errno == ENOENT;
-    if (!readOnlyToo && !S_ISLNK(status.st_mode) && IsReadOnly(status))
+    if (!removal.readOnlyToo && !S_ISLNK(status.st_mode) && IsReadOnly(status))
         return false;
     const bool isFolder = S_ISDIR(status.st_mode);
-    if (const FolderStream folder = isFolder ? OpenFolder(parent, name, readOnlyToo) : nullptr)
-        RemoveContent(folder.get(), readOnlyToo);
+    if (const FolderStream folder = isFolder ? OpenFolder(parent, name, removal.readOnlyToo) : nullptr) {
+        if (depth == 0)
+            RemoveContentOfTop(folder.get(), removal);
+        else if (depth == cDeepest && MoveToTop(parent, name, removal))
+            return true;
+        else
+            RemoveContent(folder.get(), removal, depth);
+    }
     return unlinkat(parent, name, isFolder ? AT_REMOVEDIR : 0) == 0 || errno == ENOENT;
 }
 
@@ -111,13 +149,15 @@ bool GFileCalls::RenameFile(const GPathName& from, const GPathName& to, bool isR
 bool GFileCalls::RemoveFile(const GPathName& path, bool readOnlyToo)
 {
     const QByteArray systemPath = QFile::encodeName(path.GetSystemPath());
-    return GetKind(systemPath) != S_IFDIR && RemoveEntry(AT_FDCWD, systemPath.constData(), readOnlyToo);
+    Removal removal{readOnlyToo};
+    return GetKind(systemPath) != S_IFDIR && RemoveEntry(AT_FDCWD, systemPath.constData(), removal, 0);
 }
 
 bool GFileCalls::RemoveTree(const GPathName& path, bool readOnlyToo)
 {
     const QByteArray systemPath = QFile::encodeName(path.GetSystemPath());
     const mode_t kind = GetKind(systemPath);
+    Removal removal{readOnlyToo};
     return (kind == 0 || kind == S_IFDIR || kind == S_IFLNK) &&
-           RemoveEntry(AT_FDCWD, systemPath.constData(), readOnlyToo);
+           RemoveEntry(AT_FDCWD, systemPath.constData(), removal, 0);
 }

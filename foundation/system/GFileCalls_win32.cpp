@@ -1,5 +1,6 @@
 #include "foundation/system/GFileCalls.h"
 
+#include "foundation/system/GUniqueName.h"
 #include "foundation/system/POwnerSecurity.h"
 
 #include <windows.h>
@@ -37,9 +38,28 @@ bool PrepareRemoval(const std::wstring& path, DWORD attributes, bool readOnlyToo
     return SetFileAttributesW(path.c_str(), attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY)) != 0;
 }
 
-bool RemoveEntry(const std::wstring& path, DWORD attributes, bool readOnlyToo);
+// One removal. A tree can be deeper than a thread's stack bears: what lies at the deepest level that is
+// walked is moved up into the tree's top, to be removed from there.
+struct Removal
+{
+    bool readOnlyToo;
+    std::wstring top;
+    bool hasMoved = false;
+};
+constexpr int cDeepest = 200;
 
-void RemoveContent(const std::wstring& folder, bool readOnlyToo)
+// What is to keep its read-only content stays where it is.
+bool MoveToTop(const std::wstring& folder, Removal& removal)
+{
+    const std::wstring place = removal.top + L"\\" + MakeRandomName(16).toStdWString();
+    const bool isMoved = removal.readOnlyToo && MoveFileExW(folder.c_str(), place.c_str(), 0) != 0;
+    removal.hasMoved = removal.hasMoved || isMoved;
+    return isMoved;
+}
+
+bool RemoveEntry(const std::wstring& path, DWORD attributes, Removal& removal, int depth);
+
+void RemoveContent(const std::wstring& folder, Removal& removal, int depth)
 {
     WIN32_FIND_DATAW entry = {};
     const HANDLE handle = FindFirstFileW((folder + L"\\*").c_str(), &entry);
@@ -49,19 +69,34 @@ void RemoveContent(const std::wstring& folder, bool readOnlyToo)
     do {
         const std::wstring name = entry.cFileName;
         if (name != L"." && name != L"..")
-            RemoveEntry(folder + L"\\" + name, entry.dwFileAttributes, readOnlyToo);
+            RemoveEntry(folder + L"\\" + name, entry.dwFileAttributes, removal, depth + 1);
     } while (FindNextFileW(handle, &entry));
 }
 
-bool RemoveEntry(const std::wstring& path, DWORD attributes, bool readOnlyToo)
+void RemoveContentOfTop(const std::wstring& folder, Removal& removal)
 {
-    if (!PrepareRemoval(path, attributes, readOnlyToo))
+    removal.top = folder;
+    do {
+        removal.hasMoved = false;
+        RemoveContent(folder, removal, 0);
+    } while (removal.hasMoved);
+}
+
+bool RemoveEntry(const std::wstring& path, DWORD attributes, Removal& removal, int depth)
+{
+    if (!PrepareRemoval(path, attributes, removal.readOnlyToo))
         return false;
     if ((attributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
         return DeleteFileW(path.c_str()) || IsGone(GetLastError());
     // A junction or a link to a folder is a folder of its own that is removed empty, as it is.
-    if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0)
-        RemoveContent(path, readOnlyToo);
+    if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
+        if (depth == 0)
+            RemoveContentOfTop(path, removal);
+        else if (depth == cDeepest && MoveToTop(path, removal))
+            return true;
+        else
+            RemoveContent(path, removal, depth);
+    }
     return RemoveDirectoryW(path.c_str()) || IsGone(GetLastError());
 }
 }  // namespace
@@ -97,7 +132,8 @@ bool GFileCalls::RemoveFile(const GPathName& path, bool readOnlyToo)
         return IsGone(GetLastError());
     constexpr DWORD cFolderLink = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
     const bool isFolder = (attributes & cFolderLink) == FILE_ATTRIBUTE_DIRECTORY;
-    return !isFolder && RemoveEntry(text, attributes, readOnlyToo);
+    Removal removal{readOnlyToo, {}};
+    return !isFolder && RemoveEntry(text, attributes, removal, 0);
 }
 
 bool GFileCalls::RemoveTree(const GPathName& path, bool readOnlyToo)
@@ -106,6 +142,7 @@ bool GFileCalls::RemoveTree(const GPathName& path, bool readOnlyToo)
     const DWORD attributes = GetFileAttributesW(text.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES)
         return IsGone(GetLastError());
+    Removal removal{readOnlyToo, {}};
     return (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) != 0 &&
-           RemoveEntry(text, attributes, readOnlyToo);
+           RemoveEntry(text, attributes, removal, 0);
 }

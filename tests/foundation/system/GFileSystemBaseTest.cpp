@@ -210,3 +210,17 @@ TEST(GFileSystemBase, FolderGoesWithAllItHoldsButNotWithWhatLinksLeadTo)
     EXPECT_EQ(ReadFile(kept), "keep");
     EXPECT_TRUE(GFileSystemBase::TryToRemoveFile(GPathName(kept)));
 }
+
+TEST(GFileSystemBase, TreeOfAnyDepthGoes)
+{
+    const Sandbox sandbox;
+    const GPathName top(sandbox.GetPath(QStringLiteral("deep")));
+    GPathName folder = top;
+    // More levels than are walked at a time.
+    for (int level = 0; level < 220; ++level)
+        folder = folder.GetChild(QStringLiteral("a"));
+    GFileSystemBase::CreateFolder(folder);
+    ASSERT_TRUE(QFileInfo(folder.GetNativePath()).isDir());
+    EXPECT_TRUE(GFileSystemBase::TryToRemoveFolder(top));
+    EXPECT_FALSE(QFileInfo::exists(top.GetNativePath()));
+}
