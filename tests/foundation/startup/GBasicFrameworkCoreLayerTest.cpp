@@ -1,3 +1,5 @@
+#include "foundation/core/GMessageLoop.h"
+#include "foundation/core/GSignal.h"
 #include "foundation/prefs/GPrefFileModule.h"
 #include "foundation/prefs/GPrefMemoryModule.h"
 #include "foundation/prefs/GPreferences.h"
@@ -10,7 +12,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QEventLoop>
 #include <QLocale>
+#include <QTimer>
 
 #include <map>
 
@@ -41,6 +45,29 @@ TEST(CoreLayer, TheFirstInitialisationBringsUpAndTheLastReleaseTakesDown)
     EXPECT_EQ(GPreferences::GetPrefModule(0), nullptr);
     EXPECT_EQ(GTrace::GetLogger(), nullptr);
     EXPECT_TRUE(ReadFile(logFile).contains("ERROR Test: to the file"));
+}
+
+TEST(CoreLayer, TicksBetweenInitialisationAndRelease)
+{
+    struct Clock : GReceiver<GTick>
+    {
+        void Receive(int32_t, const GTick&) override
+        {
+            ++ticks;
+            loop.quit();
+        }
+        QEventLoop loop;
+        int ticks = 0;
+    };
+    const Sandbox sandbox;
+    Clock clock;
+    GMessageLoop::GetTickSignal().Attach(clock);
+    GBasicFrameworkCoreLayer::Initialize();
+    clock.loop.exec();
+    GBasicFrameworkCoreLayer::Release();
+    QTimer::singleShot(2 * GMessageLoop::cTickInterval, &clock.loop, &QEventLoop::quit);
+    clock.loop.exec();
+    EXPECT_EQ(clock.ticks, 1);
 }
 
 // A release too many counts for nothing, and settings that can't be written keep nothing else from going
