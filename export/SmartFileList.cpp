@@ -1,10 +1,10 @@
 #include "export/SmartFileList.h"
 
 #include "export/JobOptionsFolder.h"
-#include "export/PlugInPrefModule.h"
 #include "foundation/core/GException.h"
 #include "foundation/core/GStringSupport.h"
 #include "foundation/files/FileSystem.h"
+#include "foundation/prefs/GPrefSharedFileModule.h"
 #include "foundation/prefs/GPreferences.h"
 #include "foundation/system/GFileSystemBase.h"
 #include "foundation/system/GProcessInfo.h"
@@ -71,8 +71,8 @@ bool ChangeList(const char* operation, const std::function<void(GPrefModule&)>& 
             GTrace::Error(QString::fromLatin1(operation), QStringLiteral("there are no plug-in settings"));
             return false;
         }
-        if (auto* file = dynamic_cast<PlugInPrefModule*>(module)) {
-            file->Change(change);
+        if (auto* file = dynamic_cast<GPrefSharedFileModule*>(module)) {
+            file->ChangeUnderLock(change);
         } else {
             change(*module);
             module->FlushPrefs();

@@ -72,7 +72,8 @@ TEST_F(PlugInPreferencesTest, AFlushKeepsWhatAnotherHostHasWrittenMeanwhile)
 
     // A change that can't be made leaves what was not flushed to the next flush.
     set(one, "late", "3");
-    EXPECT_THROW(one.Change([](GPrefModule&) { throw std::runtime_error("refused"); }), std::runtime_error);
+    EXPECT_THROW(one.ChangeUnderLock([](GPrefModule&) { throw std::runtime_error("refused"); }),
+                 std::runtime_error);
     EXPECT_TRUE(one.IsDirty());
     one.FlushPrefs();
 
