@@ -75,7 +75,9 @@ public:
     bool check()
     {
         if (!mReader.open()) {
-            mLog.error("ZipHelper::doExtract", QLatin1String("Can't open zip archive: ") + mZipPath);
+            mLog.error("ZipHelper::doExtract", mReader.isArchive()
+                                                   ? QStringLiteral("Error with zipfile in unzGetGlobalInfo")
+                                                   : QLatin1String("Can't open zip archive: ") + mZipPath);
             return false;
         }
         ZipBudget budget(mRun.limits);

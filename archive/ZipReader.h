@@ -34,9 +34,12 @@ public:
     explicit ZipReader(std::unique_ptr<QIODevice> device);
     ~ZipReader();
 
-    // Opens the archive and reads the number of its entries. False when it can't be read or is no archive. An
-    // archive without entries is one.
+    // Opens the archive and reads the number of its entries. False when it can't be read or is no archive,
+    // and when it announces more entries than it has room for. An archive without entries is one.
     bool open();
+
+    // Whether open() found an archive, be its number of entries believed or not.
+    bool isArchive() const { return mIsOpen || mHandle != nullptr; }
 
     int getEntryCount() const { return mEntryCount; }
 

@@ -57,9 +57,15 @@ TEST_F(ZipArchiveTest, AnEmptyArchiveIsNoError)
 TEST_F(ZipArchiveTest, ADirectoryThatEndsEarlyEndsTheIterationWithAnError)
 {
     QByteArray bytes = BuildArchive({{"a", "1"}, {"b", "2"}});
-    bytes[bytes.size() - 22 + 8] = 3;  // entries on this disk, and in all
-    bytes[bytes.size() - 22 + 10] = 3;
-    WriteFile(mArchive, bytes);
+    const auto announce = [&](char count) {
+        bytes[bytes.size() - 22 + 8] = count;  // entries on this disk, and in all
+        bytes[bytes.size() - 22 + 10] = count;
+        WriteFile(mArchive, bytes);
+    };
+    announce(100);  // has no room in the archive
+    EXPECT_FALSE(Extract());
+    EXPECT_EQ("ZipHelper::doExtract|Error with zipfile in unzGetGlobalInfo"_q, mLog.TakeErrors().value(0));
+    announce(3);
     ZipArchive archive(mArchive);
     EXPECT_EQ(3, archive.StartIterate());
     EXPECT_TRUE(archive.Next());
