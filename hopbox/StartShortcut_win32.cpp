@@ -1,52 +1,13 @@
 #include "hopbox/StartShortcut.h"
 
+#include "foundation/system/PCom.h"
+
 #include <windows.h>
 
-#include <objbase.h>
 #include <shlobj.h>
 
 namespace
 {
-// COM for this thread, as an apartment.
-class ComApartment
-{
-public:
-    ComApartment() : mIsUp(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {}
-    ~ComApartment()
-    {
-        if (mIsUp)
-            CoUninitialize();
-    }
-    ComApartment(const ComApartment&) = delete;
-    ComApartment& operator=(const ComApartment&) = delete;
-
-    bool IsUp() const { return mIsUp; }
-
-private:
-    bool mIsUp;
-};
-
-// A reference to an object of COM that is released with this.
-template <typename Interface>
-class ComReference
-{
-public:
-    ComReference() = default;
-    ~ComReference()
-    {
-        if (mObject != nullptr)
-            mObject->Release();
-    }
-    ComReference(const ComReference&) = delete;
-    ComReference& operator=(const ComReference&) = delete;
-
-    Interface* operator->() const { return mObject; }
-    void** GetAddress() { return reinterpret_cast<void**>(&mObject); }
-
-private:
-    Interface* mObject = nullptr;
-};
-
 const wchar_t* GetWide(const GString& text)
 {
     return reinterpret_cast<const wchar_t*>(text.utf16());
@@ -87,16 +48,16 @@ bool MakeStartShortcut(const GString& applicationName, const GPathName& folder,
     const GString interpreter = FindCommandInterpreter();
     if (interpreter.isEmpty())
         return false;
-    const ComApartment apartment;
+    const PComApartment apartment;
     if (!apartment.IsUp())
         return false;
-    ComReference<IShellLinkW> link;
+    PComReference<IShellLinkW> link;
     if (FAILED(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW,
                                 link.GetAddress())))
         return false;
-    if (!Describe(*link.operator->(), interpreter, applicationName, folder.GetNativePath()))
+    if (!Describe(*link.Get(), interpreter, applicationName, folder.GetNativePath()))
         return false;
-    ComReference<IPersistFile> file;
+    PComReference<IPersistFile> file;
     return SUCCEEDED(link->QueryInterface(IID_IPersistFile, file.GetAddress())) &&
            SUCCEEDED(file->Save(GetWide(shortcutPath.GetNativePath()), TRUE));
 }

@@ -1,6 +1,7 @@
 #include "foundation/files/FileSystem.h"
 
 #include "foundation/files/LongPath.h"
+#include "foundation/system/PCom.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -133,43 +134,6 @@ Error deleteReadOnly(const std::wstring& path, DWORD attributes)
     ::SetFileAttributesW(path.c_str(), attributes);
     return error;
 }
-
-// COM for the time of one call, on a thread that may or may not have it already.
-class ComApartment
-{
-public:
-    ComApartment() : mResult(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) {}
-    ~ComApartment()
-    {
-        if (SUCCEEDED(mResult))
-            ::CoUninitialize();
-    }
-    ComApartment(const ComApartment&) = delete;
-    ComApartment& operator=(const ComApartment&) = delete;
-
-private:
-    HRESULT mResult;
-};
-
-template <typename Interface>
-class ComPointer
-{
-public:
-    ComPointer() = default;
-    ~ComPointer()
-    {
-        if (mInterface != nullptr)
-            mInterface->Release();
-    }
-    ComPointer(const ComPointer&) = delete;
-    ComPointer& operator=(const ComPointer&) = delete;
-
-    Interface* operator->() const { return mInterface; }
-    void** getAddress() { return reinterpret_cast<void**>(&mInterface); }
-
-private:
-    Interface* mInterface = nullptr;
-};
 }  // namespace
 
 ItemKind getItemKind(const QString& path)
@@ -317,13 +281,13 @@ Error moveToTrash(const QString& path)
 
 QString readLinkTarget(const QString& path)
 {
-    const ComApartment apartment;
-    ComPointer<IShellLinkW> link;
+    const PComApartment apartment;
+    PComReference<IShellLinkW> link;
     if (FAILED(::CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW,
-                                  link.getAddress())))
+                                  link.GetAddress())))
         return {};
-    ComPointer<IPersistFile> file;
-    if (FAILED(link->QueryInterface(IID_IPersistFile, file.getAddress())))
+    PComReference<IPersistFile> file;
+    if (FAILED(link->QueryInterface(IID_IPersistFile, file.GetAddress())))
         return {};
     if (FAILED(file->Load(toWide(QDir::toNativeSeparators(path)).c_str(), STGM_READ)))
         return {};

@@ -1,5 +1,6 @@
 #include "hopbox/StartShortcut.h"
 
+#include "foundation/system/PCom.h"
 #include "tests/support/Sandbox.h"
 #include "tests/support/Texts.h"
 
@@ -11,7 +12,6 @@
 
 #include <windows.h>
 
-#include <objbase.h>
 #include <shlobj.h>
 
 namespace
@@ -47,22 +47,17 @@ Link Describe(IShellLinkW& shellLink)
 
 Link ReadLink(const QString& path)
 {
-    EXPECT_TRUE(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)));
-    Link link;
-    IShellLinkW* shellLink = nullptr;
-    IPersistFile* file = nullptr;
+    const PComApartment apartment;
+    PComReference<IShellLinkW> shellLink;
+    PComReference<IPersistFile> file;
     EXPECT_TRUE(SUCCEEDED(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW,
-                                           reinterpret_cast<void**>(&shellLink))));
-    EXPECT_TRUE(SUCCEEDED(shellLink->QueryInterface(IID_IPersistFile, reinterpret_cast<void**>(&file))));
+                                           shellLink.GetAddress())));
+    EXPECT_TRUE(SUCCEEDED(shellLink->QueryInterface(IID_IPersistFile, file.GetAddress())));
     const QString nativePath = QDir::toNativeSeparators(path);
     if (SUCCEEDED(file->Load(reinterpret_cast<const wchar_t*>(nativePath.utf16()), STGM_READ)))
-        link = Describe(*shellLink);
-    else
-        ADD_FAILURE() << "The shell can't read the link.";
-    file->Release();
-    shellLink->Release();
-    CoUninitialize();
-    return link;
+        return Describe(*shellLink.Get());
+    ADD_FAILURE() << "The shell can't read the link.";
+    return {};
 }
 
 // How the window starts, from the header of the file: not every shell that reads a link takes it over.
