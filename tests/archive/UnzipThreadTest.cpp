@@ -65,14 +65,6 @@ protected:
         mNoted.wait(lock, [&] { return mLines.count(line) >= times; });
     }
 
-    void RunWithAnswer(ActionOnError action)
-    {
-        mThread->start();
-        WaitFor(mError);
-        mThread->answer(action);
-        mThread->wait();
-    }
-
     const QString mBlock = GetTarget("blocked");
     const QString mError = "Can't write in %1."_q.arg(mBlock);
     std::mutex mMutex;
@@ -82,31 +74,31 @@ protected:
 };
 }  // namespace
 
-TEST_F(UnzipThreadTest, SkipGoesOnWithTheNextEntry)
-{
-    MakeUsual();
-    RunWithAnswer(ActionOnError::Skip);
-    EXPECT_EQ("init 5|0 d/|1 d/a|2 e/f/b|3 blocked"_list + QStringList(mError) + "4 c|done"_list, GetLines());
-    EXPECT_EQ("d/|d/a|e/f/b|c"_list, mThread->getExtractedFiles());
-    EXPECT_EQ("4", ReadFile(GetTarget("c")));
-}
-
-TEST_F(UnzipThreadTest, StopKeepsWhatWasExtracted)
-{
-    MakeUsual();
-    RunWithAnswer(ActionOnError::Stop);
-    EXPECT_EQ("blocked/|d/|d/a|e/|e/f/|e/f/b"_list, ReadTree(mTarget).keys());
-    EXPECT_EQ("done"_q, GetLines().last());
-}
-
 // Files go before their folders, and folders that no entry names go, too.
-TEST_F(UnzipThreadTest, StopAndRemoveTakesBackWhatWasExtracted)
+TEST_F(UnzipThreadTest, TheAnswerDecidesWhatBecomesOfTheRest)
 {
-    MakeUsual();
-    WriteFile(GetTarget("foreign"), "stays");
-    RunWithAnswer(ActionOnError::StopAndRemove);
-    EXPECT_EQ("blocked/|foreign"_list, ReadTree(mTarget).keys());
-    EXPECT_EQ("2 e/f/b|1 d/a|0 d/|done"_list, GetLines().mid(6));
+    const struct
+    {
+        ActionOnError answer;
+        QStringList lines, tree;
+    } cases[] = {
+        {ActionOnError::Skip, "4 c|done"_list, "blocked/|c|d/|d/a|e/|e/f/|e/f/b|foreign"_list},
+        {ActionOnError::Stop, "done"_list, "blocked/|d/|d/a|e/|e/f/|e/f/b|foreign"_list},
+        {ActionOnError::StopAndRemove, "2 e/f/b|1 d/a|0 d/|done"_list, "blocked/|foreign"_list},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(static_cast<int>(test.answer));
+        QDir(mTarget).removeRecursively();
+        mLines.clear();
+        MakeUsual();
+        WriteFile(GetTarget("foreign"), "stays");
+        mThread->start();
+        WaitFor(mError);
+        mThread->answer(test.answer);
+        mThread->wait();
+        EXPECT_EQ("init 5|0 d/|1 d/a|2 e/f/b|3 blocked"_list + QStringList(mError) + test.lines, GetLines());
+        EXPECT_EQ(test.tree, ReadTree(mTarget).keys());
+    }
 }
 
 TEST_F(UnzipThreadTest, AnyOtherAnswerTriesTheSameEntryAgain)
