@@ -1,5 +1,6 @@
 #include "foundation/core/GMessageLoop.h"
 #include "foundation/core/GSignal.h"
+#include "tests/support/Threads.h"
 
 #include <gtest/gtest.h>
 
@@ -10,31 +11,38 @@
 #include <functional>
 #include <stdexcept>
 #include <string>
-#include <thread>
-#include <vector>
+#include <utility>
 
 namespace
 {
 using Signal = GSignal<std::string>;
 
-// Writes its name, the message and the data down, then does what the test says.
-class Recorder : public GReceiver<std::string>
+// A receiver that is a function.
+template <typename Data>
+class Receiver : public GReceiver<Data>
 {
 public:
-    Recorder(std::string& record, char name) : mRecord(record), mName(name) {}
+    explicit Receiver(std::function<void(int32_t, const Data&)> function) : receive(std::move(function)) {}
+    ~Receiver() override { this->DetachFromAll(); }
+    void Receive(int32_t message, const Data& data) override { receive(message, data); }
 
-    void Receive(int32_t message, const std::string& data) override
+    const std::function<void(int32_t, const Data&)> receive;
+};
+
+// Writes its name, the message and the data down, then does what the test says, once.
+class Recorder : public Receiver<std::string>
+{
+public:
+    Recorder(std::string& record, char name)
+        : Receiver([this, &record, name](int32_t message, const std::string& data) {
+              record += name + std::to_string(message) + data + ' ';
+              if (const auto act = std::exchange(onReceive, nullptr))
+                  act();
+          })
     {
-        mRecord += mName + std::to_string(message) + data + ' ';
-        if (const auto act = onReceive)  // a copy: it may replace itself
-            act();
     }
 
     std::function<void()> onReceive;
-
-private:
-    std::string& mRecord;
-    char mName;
 };
 
 // Runs Qt's event loop until the condition holds; false after 20 s.
@@ -45,43 +53,6 @@ bool RunUntil(const std::function<bool()>& condition)
         QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
     return condition();
 }
-
-// Counts, and remembers whether two threads were ever inside at once.
-class Counter : public GReceiver<int>
-{
-public:
-    ~Counter() override { DetachFromAll(); }
-
-    void Receive(int32_t, const int&) override
-    {
-        const int inside = ++mInside;
-        if (inside != 1)
-            wereTwoInside = true;
-        ++count;
-        --mInside;
-    }
-
-    int count = 0;  // guarded by the signal's lock alone
-    std::atomic<bool> wereTwoInside{false};
-
-private:
-    std::atomic<int> mInside{0};
-};
-
-class TickCounter : public GReceiver<GTick>
-{
-public:
-    void Receive(int32_t message, const GTick& tick) override
-    {
-        messages.push_back(message);
-        numbers.push_back(tick.number);
-        if (messages.size() == 1)
-            throw std::runtime_error("The loop goes on.");
-    }
-
-    std::vector<int32_t> messages;
-    std::vector<uint64_t> numbers;
-};
 }  // namespace
 
 // Each case says what the first of the receivers a, b and c does when it gets 1; then 2 is emitted, then what
@@ -120,10 +91,7 @@ TEST(GSignal, ReceiversComeAndGoDuringAnEmission)
                 signal->Attach(**receiver);
         }
         record.clear();
-        a->onReceive = [&] {
-            a->onReceive = nullptr;
-            testCase.act();
-        };
+        a->onReceive = testCase.act;
         try {
             signal->Emit(1, "x");
         } catch (const std::runtime_error&) {
@@ -160,7 +128,6 @@ TEST(GSignal, DelayedMessagesSkipWhoEndsBeforeTheDelivery)
     ending.reset();
     b.reset();
     a.onReceive = [&] {
-        a.onReceive = nullptr;
         c.reset();
         signal.Emit(3, "next time");
     };
@@ -172,28 +139,29 @@ TEST(GSignal, DelayedMessagesSkipWhoEndsBeforeTheDelivery)
 
 TEST(GSignal, EmissionsOfManyThreadsComeOneByOne)
 {
-    constexpr int cThreads = 4;
-    constexpr int cEmissions = 2000;
     GSignal<int> signal;
     signal.SetDelayed(true);
-    Counter lasting;
+    int count = 0;  // guarded by the signal's lock alone
+    std::atomic<int> inside{0};
+    std::atomic<bool> wereTwoInside{false};
+    Receiver<int> lasting([&](int32_t, int) {
+        if (++inside != 1)
+            wereTwoInside = true;
+        ++count;
+        --inside;
+    });
     signal.Attach(lasting);
-    std::vector<std::thread> threads;
-    for (int number = 0; number < cThreads; ++number) {
-        threads.emplace_back([&] {
-            for (int emission = 0; emission < cEmissions; ++emission) {
-                Counter passing;
-                signal.Attach(passing);
-                signal.Emit(emission % 3, emission);
-                if (emission % 16 == 0)
-                    GMessageLoop::DeliverQueued();
-            }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_GE(lasting.count, cThreads * cEmissions);
-    EXPECT_FALSE(lasting.wereTwoInside);
+    RunInThreads(4, [&](int) {
+        for (int emission = 0; emission < 2000; ++emission) {
+            Receiver<int> passing([](int32_t, int) {});
+            signal.Attach(passing);
+            signal.Emit(emission % 3, emission);
+            if (emission % 16 == 0)
+                GMessageLoop::DeliverQueued();
+        }
+    });
+    EXPECT_GE(count, 4 * 2000);
+    EXPECT_FALSE(wereTwoInside);
 }
 
 // Waits on Qt's event loop, which the thread sanitizer can't see into.
@@ -204,23 +172,28 @@ TEST(GMessageLoopEvents, DeliversAndTicksWhileItRuns)
     signal.SetDelayed(true);
     Recorder receiver(record, 'a');
     signal.Attach(receiver);
-    TickCounter ticks;
-    GMessageLoop::GetTickSignal().Attach(ticks);
+    std::vector<uint64_t> ticks;
+    Receiver<GTick> counter([&](int32_t message, const GTick& tick) {
+        EXPECT_EQ(message, 101);
+        ticks.push_back(tick.number);
+        if (ticks.size() == 1)
+            throw std::runtime_error("The loop goes on.");
+    });
+    GMessageLoop::GetTickSignal().Attach(counter);
 
     signal.Emit(1, "before");
     record.clear();
     GMessageLoop::Start(1);
-    EXPECT_TRUE(RunUntil([&] { return ticks.messages.size() >= 3; }));
+    EXPECT_TRUE(RunUntil([&] { return ticks.size() >= 3; }));
     EXPECT_EQ(record, "a1before ");
-    EXPECT_EQ(ticks.messages, std::vector<int32_t>(ticks.messages.size(), 101));
-    EXPECT_EQ(ticks.numbers[2], 2u);
+    EXPECT_EQ(ticks[2], 2U);
 
     record.clear();
     std::thread([&] { signal.Emit(2, "other thread"); }).join();
     EXPECT_TRUE(RunUntil([&] { return record == "a2other thread a2other thread "; })) << record;
 
     GMessageLoop::Stop();
-    const size_t count = ticks.messages.size();
+    const size_t count = ticks.size();
     QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    EXPECT_EQ(ticks.messages.size(), count);
+    EXPECT_EQ(ticks.size(), count);
 }

@@ -4,6 +4,7 @@
 #include "foundation/core/GFileOutputStream.h"
 #include "foundation/core/GMemoryInputStream.h"
 #include "tests/support/ErrorCode.h"
+#include "tests/support/Texts.h"
 
 #include <QDir>
 #include <QFile>
@@ -72,10 +73,9 @@ TEST(StreamsTest, FilesComeBackAndCanBeReplacedWhileTheyAreRead)
 {
     QTemporaryDir folder;
     // Longer than the 260 characters that Windows' calls take without a prefix.
-    const GString deep =
-        folder.filePath(GString(200, QLatin1Char('d')) + QLatin1Char('/') + GString(100, QLatin1Char('e')));
+    const GString deep = folder.filePath("d"_q.repeated(200) + "/"_q + "e"_q.repeated(100));
     ASSERT_TRUE(QDir().mkpath(deep));
-    const GString path = deep + QStringLiteral("/\u00E4 file");
+    const GString path = deep + "/\u00E4 file"_q;
     const GBuffer bytes = MakeBytes(70000);
     GFileOutputStream output(path);
     output.WriteBuffer(bytes.left(100));
@@ -95,7 +95,7 @@ TEST(StreamsTest, FilesComeBackAndCanBeReplacedWhileTheyAreRead)
 TEST(StreamsTest, FilesThatCannotBeOpenedRaise)
 {
     QTemporaryDir folder;
-    const GString missing = folder.filePath(QStringLiteral("missing/file"));
+    const GString missing = folder.filePath("missing/file"_q);
     EXPECT_EQ(GetErrorCode([&] { GFileInputStream input(missing); }), GErrorCode::cFile);
     EXPECT_EQ(GetErrorCode([&] { GFileOutputStream output(missing); }), GErrorCode::cFile);
     EXPECT_EQ(GetErrorCode([&] { GFileInputStream input(folder.path()); }), GErrorCode::cFile);

@@ -1,5 +1,6 @@
 #include "foundation/core/GBufferSupport.h"
 #include "foundation/core/GStringSupport.h"
+#include "tests/support/Texts.h"
 
 #include <gtest/gtest.h>
 
@@ -11,10 +12,10 @@ TEST(SupportTest, SpecialCharactersAreEscaped)
 {
     const std::vector<std::pair<GString, GString>> cases = {
         {QString(), QString()},
-        {QStringLiteral("say\t\"a\\b\" 'c'"), QStringLiteral("say\\t\\\"a\\\\b\\\" 'c'")},
-        {QStringLiteral("a\r\nb\n\rc"), QStringLiteral("a\\nb\\nc")},
-        {QStringLiteral("\r\r\n\n"), QStringLiteral("\\n\\n\\n")},
-        {QStringLiteral("\u0001\u00A5\u4E2D"), QStringLiteral("\u0001\u00A5\u4E2D")},
+        {"say\t\"a\\b\" 'c'"_q, "say\\t\\\"a\\\\b\\\" 'c'"_q},
+        {"a\r\nb\n\rc"_q, "a\\nb\\nc"_q},
+        {"\r\r\n\n"_q, "\\n\\n\\n"_q},
+        {"\u0001\u00A5\u4E2D"_q, "\u0001\u00A5\u4E2D"_q},
     };
     for (const auto& each : cases) {
         GString text = each.first;
@@ -24,20 +25,20 @@ TEST(SupportTest, SpecialCharactersAreEscaped)
         GBufferSupport::ASCIIReplaceSpecialChars(bytes);
         EXPECT_EQ(bytes, each.second.toLatin1());
     }
-    GString quoted = QStringLiteral("a\"");
+    GString quoted = "a\""_q;
     GStringSupport::QuoteString(quoted);
-    EXPECT_EQ(quoted, QStringLiteral("\"a\\\"\""));
+    EXPECT_EQ(quoted, "\"a\\\"\""_q);
 }
 
 TEST(SupportTest, TypedEscapesAreTakenBack)
 {
     const std::vector<std::pair<GString, GString>> cases = {
-        {QStringLiteral("\\t\\n\\\"\\'\\\\"), QStringLiteral("\t\r\n\"'\\")},
-        {QStringLiteral("\\x\\"), QStringLiteral("\\x\\")},
-        {QStringLiteral("\\\\n"), QStringLiteral("\\n")},
-        {QStringLiteral("\u0080n\u00A5n\u00A5\\"), QStringLiteral("\r\n\r\n\\")},
-        {QStringLiteral("\u00A5x\u0080"), QStringLiteral("\u00A5x\u0080")},
-        {QStringLiteral("\u00A5\u00A5n"), QStringLiteral("\u00A5\r\n")},
+        {"\\t\\n\\\"\\'\\\\"_q, "\t\r\n\"'\\"_q},
+        {"\\x\\"_q, "\\x\\"_q},
+        {"\\\\n"_q, "\\n"_q},
+        {"\u0080n\u00A5n\u00A5\\"_q, "\r\n\r\n\\"_q},
+        {"\u00A5x\u0080"_q, "\u00A5x\u0080"_q},
+        {"\u00A5\u00A5n"_q, "\u00A5\r\n"_q},
     };
     for (const auto& each : cases) {
         GString text = each.first;
@@ -55,7 +56,7 @@ TEST(SupportTest, EveryByteOfANameComesBack)
     for (int byte = 0; byte < 256; ++byte)
         name.append(static_cast<char>(byte));
     EXPECT_EQ(GBufferSupport::GetNameFromText(GBufferSupport::GetNameText(name)), name);
-    EXPECT_EQ(GBufferSupport::GetNameFromText(QStringLiteral("\u20AC\u00E9\u4E2D")), GBuffer("\x80\xE9?"));
+    EXPECT_EQ(GBufferSupport::GetNameFromText("\u20AC\u00E9\u4E2D"_q), GBuffer("\x80\xE9?"));
 }
 
 TEST(SupportTest, ScrambledTextComesBackAndIsPlain)
@@ -63,9 +64,8 @@ TEST(SupportTest, ScrambledTextComesBackAndIsPlain)
     GString everything;
     for (int unit = 0; unit < 0x10000; unit += 1 + unit / 500)
         everything += QChar(unit);
-    const GString password = QStringLiteral("An archive's pass word, 29 ch");
-    for (const GString& text :
-         {GString(), password, everything, QStringLiteral("~0041~"), QStringLiteral("\n\r\n")}) {
+    const GString password = "An archive's pass word, 29 ch"_q;
+    for (const GString& text : {GString(), password, everything, "~0041~"_q, "\n\r\n"_q}) {
         const GString scrambled = GStringSupport::Scramble(text);
         EXPECT_EQ(GStringSupport::DeScramble(scrambled), text);
         for (const QChar character : scrambled)
@@ -73,7 +73,7 @@ TEST(SupportTest, ScrambledTextComesBackAndIsPlain)
     }
     EXPECT_EQ(GStringSupport::Scramble(password).size(), password.size());
     // Files hold scrambled values: the scheme never changes.
-    EXPECT_EQ(GStringSupport::Scramble(QStringLiteral("key \u00E9")), QStringLiteral("a9W(0*%/["));
+    EXPECT_EQ(GStringSupport::Scramble("key \u00E9"_q), "a9W(0*%/["_q);
     // Nor does damage keep it from being read: what is no escape stays.
     for (const char* damaged : {"~", "~00", "~zzzz", "~0x1F", "~ +41"}) {
         GString scrambled = QString::fromLatin1(damaged);
@@ -89,12 +89,12 @@ TEST(SupportTest, NumbersReadBackAsTheyWereWritten)
     for (const double value :
          {0.0, 0.1, -1.0 / 3, 1e300, 5e-324, 123456789.125, std::numeric_limits<double>::max()})
         EXPECT_EQ(GStringSupport::ToReal(GStringSupport::FromReal(value), -7), value);
-    EXPECT_EQ(GStringSupport::FromReal(0.1), QStringLiteral("0.1"));
+    EXPECT_EQ(GStringSupport::FromReal(0.1), "0.1"_q);
     EXPECT_TRUE(std::isinf(GStringSupport::ToReal(GStringSupport::FromReal(-HUGE_VAL))));
-    EXPECT_EQ(GStringSupport::ToReal(QStringLiteral("1,5"), -7), -7);
+    EXPECT_EQ(GStringSupport::ToReal("1,5"_q, -7), -7);
 
-    EXPECT_EQ(GStringSupport::FromInt32(std::numeric_limits<int32_t>::min()), QStringLiteral("-2147483648"));
-    EXPECT_EQ(GStringSupport::ToInt32(QStringLiteral(" -12 ")), -12);
+    EXPECT_EQ(GStringSupport::FromInt32(std::numeric_limits<int32_t>::min()), "-2147483648"_q);
+    EXPECT_EQ(GStringSupport::ToInt32(" -12 "_q), -12);
     for (const char* text : {"", "x", "1.5", "2147483648", "12x"})
         EXPECT_EQ(GStringSupport::ToInt32(QString::fromLatin1(text), -7), -7) << text;
 

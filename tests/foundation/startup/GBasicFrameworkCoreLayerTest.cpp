@@ -9,6 +9,7 @@
 #include "tests/support/LogRecorder.h"
 #include "tests/support/Sandbox.h"
 #include "tests/support/TestFiles.h"
+#include "tests/support/Texts.h"
 
 #include <gtest/gtest.h>
 
@@ -21,7 +22,7 @@
 TEST(CoreLayer, TheFirstInitialisationBringsUpAndTheLastReleaseTakesDown)
 {
     const Sandbox sandbox;
-    const QString logFile = sandbox.GetPath(QStringLiteral("AppData/Morvane Prefs Folder/Morvane.log"));
+    const QString logFile = sandbox.GetPath("AppData/Morvane Prefs Folder/Morvane.log"_q);
     GBasicFrameworkCoreLayer::Initialize();
     GBasicFrameworkCoreLayer::Initialize();
     EXPECT_EQ(GBasicFrameworkCoreLayer::GetLanguage(),
@@ -31,13 +32,13 @@ TEST(CoreLayer, TheFirstInitialisationBringsUpAndTheLastReleaseTakesDown)
     GPreferences::SetPrefModule(0, std::make_unique<GPrefMemoryModule>());
     GPreferences::Set(0, "General", "Language", "frFR");
     GPreferences::Set(0, "General", "LogToFile", "true");
-    GStringPool::GetTable(QStringLiteral("frFR"));
+    GStringPool::GetTable("frFR"_q);
     GBasicFrameworkCoreLayer::ApplySettings();
-    GTrace::Error(QStringLiteral("Test"), QStringLiteral("to the file"));
+    GTrace::Error("Test"_q, "to the file"_q);
     GBasicFrameworkCoreLayer::Release();
     GString language;
     GStringPool::GetLanguage(language);
-    EXPECT_EQ(language, QStringLiteral("frFR"));
+    EXPECT_EQ(language, "frFR"_q);
     EXPECT_EQ(GStringPool::GetString(30050003).toStdString(),
               "Named semaphore already exist but could not unlink");
     GBasicFrameworkCoreLayer::Release();
@@ -80,8 +81,8 @@ TEST(CoreLayer, WhatGoesWrongInAReleaseIsLogged)
     GBasicFrameworkCoreLayer::Release();
     EXPECT_EQ(log->TakeErrors().size(), 1);
     GBasicFrameworkCoreLayer::Initialize();
-    ASSERT_TRUE(WriteFile(sandbox.GetPath(QStringLiteral("in the way")), ""));
-    const GPathName path(sandbox.GetPath(QStringLiteral("in the way/a.pref")));
+    ASSERT_TRUE(WriteFile(sandbox.GetPath("in the way"_q), ""));
+    const GPathName path(sandbox.GetPath("in the way/a.pref"_q));
     GPreferences::SetPrefModule(0, std::make_unique<GPrefFileModule>(path, GEncoding::GetUTF16()));
     GPreferences::Set(0, "General", "Language", "frFR");
     log->TakeErrors();

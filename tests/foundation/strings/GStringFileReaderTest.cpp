@@ -1,6 +1,7 @@
 #include "foundation/strings/GStringFileReader.h"
 #include "foundation/trace/GTrace.h"
 #include "tests/support/LogRecorder.h"
+#include "tests/support/Texts.h"
 
 #include <QTemporaryDir>
 
@@ -23,9 +24,9 @@ Reading Read(const QByteArray& content)
     Reading reading;
     const auto log = std::make_shared<LogRecorder>();
     const auto previous = GTrace::SetLogger(log);
-    GStringFileReader::Parse(
-        content, QStringLiteral("CSP_deDE.lng"),
-        [&reading](uint32_t code, const GString& text) { reading.texts[code] = text.toStdString(); });
+    GStringFileReader::Parse(content, "CSP_deDE.lng"_q, [&reading](uint32_t code, const GString& text) {
+        reading.texts[code] = text.toStdString();
+    });
     GTrace::SetLogger(previous);
     reading.log = log->TakeErrors();
     return reading;
@@ -78,10 +79,9 @@ TEST(GStringFileReader, WhatIsNoReadableFileIsRefused)
 {
     const QTemporaryDir folder;
     const GPathName path(folder.path());
-    EXPECT_FALSE(GStringFileReader::ParseStringFile(path.GetChild(QStringLiteral("missing.lng")),
-                                                    QStringLiteral("deDE")));
-    QFile large(path.GetChild(QStringLiteral("large.lng")).GetNativePath());
+    EXPECT_FALSE(GStringFileReader::ParseStringFile(path.GetChild("missing.lng"_q), "deDE"_q));
+    QFile large(path.GetChild("large.lng"_q).GetNativePath());
     ASSERT_TRUE(large.open(QIODevice::WriteOnly));
     ASSERT_TRUE(large.resize(GStringFileReader::cLargestFile + 1));
-    EXPECT_FALSE(GStringFileReader::ParseStringFile(GPathName(large.fileName()), QStringLiteral("deDE")));
+    EXPECT_FALSE(GStringFileReader::ParseStringFile(GPathName(large.fileName()), "deDE"_q));
 }

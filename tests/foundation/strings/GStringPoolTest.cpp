@@ -3,6 +3,7 @@
 #include "foundation/strings/GStringPool.h"
 #include "foundation/strings/GStringPoolSupport.h"
 #include "tests/support/TestFiles.h"
+#include "tests/support/Texts.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -11,9 +12,9 @@
 
 namespace
 {
-const GString cGerman = QStringLiteral("deDE");
-const GString cFrench = QStringLiteral("frFR");
-const GString cWinAnsi = QStringLiteral("WinAnsiEncoding");
+const GString cGerman = "deDE"_q;
+const GString cFrench = "frFR"_q;
+const GString cWinAnsi = "WinAnsiEncoding"_q;
 
 class StringPool : public testing::Test
 {
@@ -33,7 +34,7 @@ protected:
 
     void UseFolder() const
     {
-        GStringPoolSupport::ReadStringFiles(GPathName(mFolder.path()), QStringLiteral("CSP"), 0, 0, 0);
+        GStringPoolSupport::ReadStringFiles(GPathName(mFolder.path()), "CSP"_q, 0, 0, 0);
     }
 
     static std::string Get(uint32_t code) { return GStringPool::GetString(code).toStdString(); }
@@ -56,14 +57,14 @@ TEST_F(StringPool, TheNeutralTableWinsThenTheCurrentLanguageThenEnglish)
     EXPECT_EQ(Get(3), "neutral");
     EXPECT_EQ(Get(4), "");
 
-    GString text = QStringLiteral("before");
+    GString text = "before"_q;
     EXPECT_FALSE(GStringPool::GetString(4, text));
     EXPECT_TRUE(text.isEmpty());
     EXPECT_FALSE(GStringPool::GetString(cGerman, 1, text)) << "one language alone has no fallback";
     EXPECT_TRUE(GStringPool::GetString(GStringPool::cEnglish, 2, text));
     EXPECT_EQ(text, QLatin1String("english"));
     {
-        const GStringPool::TempLanguageForcer unknown(QStringLiteral("xxXX"));
+        const GStringPool::TempLanguageForcer unknown("xxXX"_q);
         EXPECT_EQ(Get(2), "english");
         const GStringPool::TempLanguageForcer forcer(cGerman);
         EXPECT_TRUE(forcer.WasForced());
@@ -91,8 +92,7 @@ TEST_F(StringPool, StaticTablesCountOnFromMarkedRowsAndNeverOverwrite)
     QStringList languages;
     GStringPool::GetAvailableLanguages(languages);
     EXPECT_EQ(languages, QStringList({GStringPool::cEnglish, cFrench}));
-    EXPECT_THROW(GStringPoolSupport::AddStringPoolData(cFrench, QStringLiteral("NoSuch"), first, 1),
-                 GException);
+    EXPECT_THROW(GStringPoolSupport::AddStringPoolData(cFrench, "NoSuch"_q, first, 1), GException);
 }
 
 TEST_F(StringPool, AListEndsAtTheFirstCodeThatIsMissing)
@@ -123,8 +123,8 @@ TEST_F(StringPool, AFileNameDecidesWhetherItHoldsALanguage)
                  {"CSPenUS.lng", 0, 99, 2, false},    {"CSP.enUS", 0, 0, 0, false}};
     for (const auto& each : cases) {
         const bool isOne =
-            GStringPoolSupport::IsStringFile(GPathName(QString::fromUtf8(each.name)), QStringLiteral("CSP"),
-                                             each.lowest, each.highest, each.length, GStringPool::cEnglish);
+            GStringPoolSupport::IsStringFile(GPathName(QString::fromUtf8(each.name)), "CSP"_q, each.lowest,
+                                             each.highest, each.length, GStringPool::cEnglish);
         EXPECT_EQ(isOne, each.isOne) << each.name;
     }
 }
@@ -141,7 +141,7 @@ TEST_F(StringPool, AStringFileMakesALanguageAndReplacesBuiltInTexts)
     EXPECT_TRUE(GStringPool::SetLanguage(cGerman));
     EXPECT_EQ(Get(1), "Datei");
     EXPECT_EQ(Get(2), "built in");
-    EXPECT_FALSE(GStringPool::SetLanguage(QStringLiteral("xxXX"))) << "a file without entries is no language";
+    EXPECT_FALSE(GStringPool::SetLanguage("xxXX"_q)) << "a file without entries is no language";
     EXPECT_EQ(Get(1), "from the file");
     GString language;
     GStringPool::GetLanguage(language);
@@ -172,7 +172,7 @@ TEST_F(StringPool, ParametersStandInTheirPlacesAndAreNotReadAgain)
     frame.AddStringID(2);
     EXPECT_EQ(frame.GetReadableString().toStdString(), "Plug-in Error: 100 % of %1 (%2)");
     GLngString swapped(3);
-    swapped.AddString(QStringLiteral("%2"));
+    swapped.AddString("%2"_q);
     swapped.AddStringID(99);
     EXPECT_EQ(swapped.GetReadableString().toStdString(), " %2 %22 %0 %3 %");
     EXPECT_TRUE(GLngString(98).GetReadableString().isEmpty());

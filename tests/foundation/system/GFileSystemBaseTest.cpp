@@ -3,6 +3,8 @@
 #include "foundation/system/GFileSystemBase.h"
 #include "tests/support/Sandbox.h"
 #include "tests/support/TestFiles.h"
+#include "tests/support/Texts.h"
+#include "tests/support/Threads.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -15,8 +17,6 @@
 
 #include <algorithm>
 #include <set>
-#include <thread>
-#include <vector>
 
 namespace
 {
@@ -51,11 +51,11 @@ TEST(GFileSystemBase, RootPutsEveryFolderUnderItself)
     }
     {
         const Sandbox other;
-        EXPECT_EQ(GFileSystemBase::GetSpecialPath(-8), GPathName(other.GetPath(QStringLiteral("AppData"))));
+        EXPECT_EQ(GFileSystemBase::GetSpecialPath(-8), GPathName(other.GetPath("AppData"_q)));
         qputenv("MORVANE_ROOT", "relative/root");
         EXPECT_THROW(GFileSystemBase::GetSpecialPath(-2), GException);
     }
-    EXPECT_EQ(GFileSystemBase::GetSpecialPath(-8), GPathName(sandbox.GetPath(QStringLiteral("AppData"))));
+    EXPECT_EQ(GFileSystemBase::GetSpecialPath(-8), GPathName(sandbox.GetPath("AppData"_q)));
 }
 
 TEST(GFileSystemBase, WithoutARootTheSystemsFoldersCount)
@@ -71,7 +71,7 @@ TEST(GFileSystemBase, WithoutARootTheSystemsFoldersCount)
     qputenv("XDG_CONFIG_HOME", "/some/config");
     EXPECT_EQ(Text(GFileSystemBase::GetSpecialPath(53)), "/some/config/Morvane");
     qputenv("XDG_CONFIG_HOME", "relative");
-    EXPECT_EQ(GFileSystemBase::GetSpecialPath(-8), GPathName(QDir::homePath() + QStringLiteral("/.config")));
+    EXPECT_EQ(GFileSystemBase::GetSpecialPath(-8), GPathName(QDir::homePath() + "/.config"_q));
     before.isEmpty() ? qunsetenv("XDG_CONFIG_HOME") : qputenv("XDG_CONFIG_HOME", before);
     EXPECT_EQ(Text(GFileSystemBase::GetSpecialPath(33)), "/etc/xdg/Morvane Prefs Folder");
 }
@@ -79,7 +79,7 @@ TEST(GFileSystemBase, WithoutARootTheSystemsFoldersCount)
 TEST(GFileSystemBase, RegisteredFolderComesFirstUntilItIsTakenBack)
 {
     const Sandbox sandbox;
-    const GPathName folder(sandbox.GetPath(QStringLiteral("Resources/Strings")));
+    const GPathName folder(sandbox.GetPath("Resources/Strings"_q));
     for (const int32_t number : {22, 35}) {
         const GPathName before = GFileSystemBase::GetSpecialPath(number);
         GFileSystemBase::RegisterSpecialPath(number, folder);
@@ -93,13 +93,13 @@ TEST(GFileSystemBase, ModuleFindsItsOwnFileNotTheProgram)
 {
     const GPathName program(QFileInfo(QCoreApplication::applicationFilePath()).canonicalFilePath());
     EXPECT_EQ(GFileSystemBase::GetDllPath(), program);
-    QLibrary library(program.GetParent().GetChild(QStringLiteral("dll_path_module")).GetNativePath());
+    QLibrary library(program.GetParent().GetChild("dll_path_module"_q).GetNativePath());
     ASSERT_TRUE(library.load()) << library.errorString().toStdString();
     const auto getPath = reinterpret_cast<void (*)(QString*)>(library.resolve("GetDllPathOfModule"));
     ASSERT_NE(getPath, nullptr);
     QString path;
     getPath(&path);
-    EXPECT_EQ(GPathName(path).GetLeafWithoutExtension(), QStringLiteral("dll_path_module"));
+    EXPECT_EQ(GPathName(path).GetLeafWithoutExtension(), "dll_path_module"_q);
     EXPECT_EQ(GPathName(path).GetParent(), program.GetParent());
 }
 
@@ -108,23 +108,17 @@ TEST(GFileSystemBase, UniqueNamesAreReservedByTheirMaking)
     const Sandbox sandbox;
     const GPathName folder(sandbox.GetPath());
     std::vector<std::string> names(80);
-    std::vector<std::thread> threads;
-    for (size_t thread = 0; thread < 4; ++thread) {
-        threads.emplace_back([&names, &folder, thread] {
-            for (size_t i = 0; i < 20; ++i) {
-                const GPathName path =
-                    i % 2 == 0 ? GFileSystemBase::CreateUniqueFile(folder, QStringLiteral("a.b"))
-                               : GFileSystemBase::CreateUniqueFolder(folder, QStringLiteral("XXXXX"));
-                names[thread * 20 + i] = path.GetLeaf().toStdString();
-            }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
+    RunInThreads(4, [&](int thread) {
+        for (int i = 0; i < 20; ++i) {
+            const GPathName path = i % 2 == 0 ? GFileSystemBase::CreateUniqueFile(folder, "a.b"_q)
+                                              : GFileSystemBase::CreateUniqueFolder(folder, "XXXXX"_q);
+            names[static_cast<size_t>(thread * 20 + i)] = path.GetLeaf().toStdString();
+        }
+    });
     const std::set<std::string> distinct(names.begin(), names.end());
     EXPECT_EQ(distinct.size(), names.size());
     EXPECT_EQ(distinct.count("a.b"), 1u);
-    const QRegularExpression form(QStringLiteral("^(a(_[0-9a-z]{5})?\\.b|[0-9a-z]{5})$"));
+    const QRegularExpression form("^(a(_[0-9a-z]{5})?\\.b|[0-9a-z]{5})$"_q);
     for (const std::string& name : names)
         EXPECT_TRUE(form.match(QString::fromStdString(name)).hasMatch()) << name;
     constexpr QFileDevice::Permissions cOthers = QFileDevice::ReadGroup | QFileDevice::ReadOther;
@@ -132,17 +126,17 @@ TEST(GFileSystemBase, UniqueNamesAreReservedByTheirMaking)
          QDir(folder.GetNativePath()).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot))
         EXPECT_TRUE(cIsWindows || !(entry.permissions() & cOthers)) << entry.fileName().toStdString();
 
-    const GPathName missing = folder.GetChild(QStringLiteral("none"));
-    EXPECT_THROW(GFileSystemBase::CreateUniqueFile(missing, QStringLiteral("a")), GCustomException);
-    EXPECT_THROW(GFileSystemBase::CreateUniqueFolder(missing, QStringLiteral("XXXXX")), GCustomException);
-    EXPECT_THROW(GFileSystemBase::CreateUniqueFile(folder, QStringLiteral("../a")), GCustomException);
+    const GPathName missing = folder.GetChild("none"_q);
+    EXPECT_THROW(GFileSystemBase::CreateUniqueFile(missing, "a"_q), GCustomException);
+    EXPECT_THROW(GFileSystemBase::CreateUniqueFolder(missing, "XXXXX"_q), GCustomException);
+    EXPECT_THROW(GFileSystemBase::CreateUniqueFile(folder, "../a"_q), GCustomException);
 }
 
 TEST(GFileSystemBase, CopyObeysItsFlagsAndAppearsWholeOrNotAtAll)
 {
     const Sandbox sandbox;
-    const GPathName source(sandbox.GetPath(QStringLiteral("a")));
-    const GPathName target(sandbox.GetPath(QStringLiteral("b")));
+    const GPathName source(sandbox.GetPath("a"_q));
+    const GPathName target(sandbox.GetPath("b"_q));
     WriteFile(source.GetNativePath(), "new");
     QFile sourceFile(source.GetNativePath());
     const QDateTime time = QDateTime::fromMSecsSinceEpoch(1000000000000);
@@ -170,31 +164,30 @@ TEST(GFileSystemBase, CopyObeysItsFlagsAndAppearsWholeOrNotAtAll)
     const GPathName folder(sandbox.GetPath());
     EXPECT_THROW(GFileSystemBase::CopyAndRenameFile(folder, target, 3), GCustomException);
     EXPECT_EQ(QDir(folder.GetNativePath()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
-              QStringList{QStringLiteral("a")});
+              QStringList{"a"_q});
 }
 
 TEST(GFileSystemBase, FolderGoesWithAllItHoldsButNotWithWhatLinksLeadTo)
 {
     const Sandbox sandbox;
-    const GPathName folder(sandbox.GetPath(QStringLiteral("work")));
-    const GPathName outside(sandbox.GetPath(QStringLiteral("outside")));
-    const QString kept = sandbox.GetPath(QStringLiteral("outside/keep"));
+    const GPathName folder(sandbox.GetPath("work"_q));
+    const GPathName outside(sandbox.GetPath("outside"_q));
+    const QString kept = sandbox.GetPath("outside/keep"_q);
     const auto make = [&] {
-        QDir(sandbox.GetPath()).mkpath(QStringLiteral("work/read-only/b"));
-        QDir(sandbox.GetPath()).mkpath(QStringLiteral("outside"));
+        QDir(sandbox.GetPath()).mkpath("work/read-only/b"_q);
+        QDir(sandbox.GetPath()).mkpath("outside"_q);
         WriteFile(kept, "keep");
-        WriteFile(sandbox.GetPath(QStringLiteral("work/read-only/b/file")), "x");
-        QFile::setPermissions(sandbox.GetPath(QStringLiteral("work/read-only/b/file")),
-                              QFileDevice::ReadOwner);
+        WriteFile(sandbox.GetPath("work/read-only/b/file"_q), "x");
+        QFile::setPermissions(sandbox.GetPath("work/read-only/b/file"_q), QFileDevice::ReadOwner);
         if (!cIsWindows) {  // QFile makes shortcuts there
-            QFile::setPermissions(sandbox.GetPath(QStringLiteral("work/read-only")), QFileDevice::ReadOwner);
-            QFile::link(outside.GetNativePath(), sandbox.GetPath(QStringLiteral("work/link")));
-            QFile::link(QStringLiteral("nowhere"), sandbox.GetPath(QStringLiteral("work/dangling")));
+            QFile::setPermissions(sandbox.GetPath("work/read-only"_q), QFileDevice::ReadOwner);
+            QFile::link(outside.GetNativePath(), sandbox.GetPath("work/link"_q));
+            QFile::link("nowhere"_q, sandbox.GetPath("work/dangling"_q));
         }
     };
     make();
     EXPECT_FALSE(GFileSystemBase::TryToRemoveFolder(folder, 0, 1));
-    EXPECT_TRUE(QFileInfo::exists(sandbox.GetPath(QStringLiteral("work/read-only"))));
+    EXPECT_TRUE(QFileInfo::exists(sandbox.GetPath("work/read-only"_q)));
     EXPECT_FALSE(GFileSystemBase::TryToRemoveFile(folder));
     EXPECT_TRUE(GFileSystemBase::TryToRemoveFolder(folder, -1, 10));
     EXPECT_FALSE(QFileInfo::exists(folder.GetNativePath()));

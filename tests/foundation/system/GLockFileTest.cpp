@@ -5,6 +5,7 @@
 #include "tests/support/Sandbox.h"
 #include "tests/support/SecondUser.h"
 #include "tests/support/TestFiles.h"
+#include "tests/support/Texts.h"
 
 #include <QDir>
 
@@ -34,7 +35,7 @@ CHILD_ROLE(WaitToWrite)
     const GPathName path(arguments.at(0));
     SayToParent("waiting");
     const GLockByFile lock(path, GLockType::cWrite, GLockWait::cUntilFree);
-    const QStringList markers = QDir(path.GetParent().GetNativePath()).entryList({QStringLiteral("reader*")});
+    const QStringList markers = QDir(path.GetParent().GetNativePath()).entryList({"reader*"_q});
     SayToParent("met " + QByteArray::number(markers.size()));
     return 0;
 }
@@ -42,7 +43,7 @@ CHILD_ROLE(WaitToWrite)
 TEST(GLockFile, OnlyReadersShareWithinOneProcessToo)
 {
     const Sandbox sandbox;
-    const GPathName path(sandbox.GetPath(QStringLiteral("a.lock")));
+    const GPathName path(sandbox.GetPath("a.lock"_q));
     for (const GLockType held : {GLockType::cRead, GLockType::cWrite}) {
         for (const GLockType wanted : {GLockType::cRead, GLockType::cWrite}) {
             GLockFile holder(path);
@@ -57,14 +58,13 @@ TEST(GLockFile, OnlyReadersShareWithinOneProcessToo)
 TEST(GLockFile, WriterWaitsForBothReaders)
 {
     const Sandbox sandbox;
-    const GPathName path(sandbox.GetPath(QStringLiteral("a.lock")));
-    ChildProcess first(QStringLiteral("HoldLock"), {path.GetNativePath(), QStringLiteral("read"),
-                                                    sandbox.GetPath(QStringLiteral("reader1"))});
-    ChildProcess second(QStringLiteral("HoldLock"), {path.GetNativePath(), QStringLiteral("read"),
-                                                     sandbox.GetPath(QStringLiteral("reader2"))});
+    const GPathName path(sandbox.GetPath("a.lock"_q));
+    const QString file = path.GetNativePath();
+    ChildProcess first("HoldLock"_q, {file, "read"_q, sandbox.GetPath("reader1"_q)});
+    ChildProcess second("HoldLock"_q, {file, "read"_q, sandbox.GetPath("reader2"_q)});
     EXPECT_EQ(first.ReadLine(), "held");
     EXPECT_EQ(second.ReadLine(), "held");
-    ChildProcess writer(QStringLiteral("WaitToWrite"), {path.GetNativePath()});
+    ChildProcess writer("WaitToWrite"_q, {path.GetNativePath()});
     EXPECT_EQ(writer.ReadLine(), "waiting");
     EXPECT_FALSE(CanLock(path, GLockType::cWrite));
     EXPECT_EQ(first.WaitForExit(), 0);
@@ -77,9 +77,8 @@ TEST(GLockFile, WriterWaitsForBothReaders)
 TEST(GLockFile, KilledHolderFreesTheLock)
 {
     const Sandbox sandbox;
-    const GPathName path(sandbox.GetPath(QStringLiteral("a.lock")));
-    ChildProcess holder(QStringLiteral("HoldLock"), {path.GetNativePath(), QStringLiteral("write"),
-                                                     sandbox.GetPath(QStringLiteral("marker"))});
+    const GPathName path(sandbox.GetPath("a.lock"_q));
+    ChildProcess holder("HoldLock"_q, {path.GetNativePath(), "write"_q, sandbox.GetPath("marker"_q)});
     ASSERT_EQ(holder.ReadLine(), "held");
     EXPECT_FALSE(CanLock(path, GLockType::cRead));
     holder.Kill();
@@ -102,11 +101,11 @@ TEST(GLockFile, LockFileIsTheOwnersAndNoLinkIsFollowed)
     if (!CanBecomeSecondUser())
         GTEST_SKIP() << "Rights and links of POSIX are tried as root.";
     const Sandbox sandbox;
-    const GPathName path(sandbox.GetPath(QStringLiteral("a.lock")));
+    const GPathName path(sandbox.GetPath("a.lock"_q));
     ASSERT_TRUE(CanLock(path, GLockType::cRead));
     EXPECT_FALSE(QFile::permissions(path.GetNativePath()) &
                  (QFileDevice::ReadGroup | QFileDevice::ReadOther));
-    const QString link = sandbox.GetPath(QStringLiteral("link.lock"));
+    const QString link = sandbox.GetPath("link.lock"_q);
     ASSERT_TRUE(QFile::link(path.GetNativePath(), link));
     EXPECT_THROW(CanLock(GPathName(link), GLockType::cWrite), GCustomException);
 }

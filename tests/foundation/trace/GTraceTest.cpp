@@ -1,6 +1,8 @@
 #include "foundation/trace/GTrace.h"
 #include "foundation/trace/GTraceBlock.h"
 #include "tests/support/LogRecorder.h"
+#include "tests/support/Texts.h"
+#include "tests/support/Threads.h"
 
 #include <QRegularExpression>
 
@@ -8,8 +10,6 @@
 
 #include <atomic>
 #include <stdexcept>
-#include <thread>
-#include <vector>
 
 namespace
 {
@@ -17,7 +17,7 @@ struct KeepingLogger : public Morvane::ILogInterface
 {
     void log(Morvane::LogLevel level, const QString& source, const QString& message) noexcept override
     {
-        lines << QStringLiteral("%1 %2: %3").arg(QString::number(static_cast<int>(level)), source, message);
+        lines << "%1 %2: %3"_q.arg(QString::number(static_cast<int>(level)), source, message);
     }
 
     QStringList lines;
@@ -29,14 +29,14 @@ TEST(GTraceTest, BlockTracesItsTimeWhicheverWayItIsLeft)
     const auto logger = std::make_shared<KeepingLogger>();
     GTrace::SetLogger(logger);
     try {
-        const GTraceBlock block(QStringLiteral("A::b"));
+        const GTraceBlock block("A::b"_q);
         throw std::runtime_error("left");
     } catch (const std::runtime_error&) {
     }
     EXPECT_EQ(GTrace::SetLogger(nullptr), logger);
-    GTrace::Error(QStringLiteral("A::b"), QStringLiteral("nobody listens"));
+    GTrace::Error("A::b"_q, "nobody listens"_q);
     const GString lines = logger->lines.join(QLatin1Char('|'));
-    const QRegularExpression form(QStringLiteral("^0 A::b: enter\\|0 A::b: leave, [0-9]+\\.[0-9]{3} ms$"));
+    const QRegularExpression form("^0 A::b: enter\\|0 A::b: leave, [0-9]+\\.[0-9]{3} ms$"_q);
     EXPECT_TRUE(form.match(lines).hasMatch()) << lines.toStdString();
 }
 
@@ -53,32 +53,29 @@ TEST(GTraceTest, EveryAssertCallbackIsCalledThoughOneThrowsOrRemovesItself)
     });
     const int third = GTrace::AddAssertCallback([&](auto&, auto&) { ++calls; });
     for (int i = 0; i < 2; ++i)
-        GTrace::Assert(QStringLiteral("A::b"), QStringLiteral("gone"));
+        GTrace::Assert("A::b"_q, "gone"_q);
     for (const int number : {first, next, third})
         GTrace::RemoveAssertCallback(number);
-    GTrace::Assert(QStringLiteral("A::b"), QStringLiteral("last"));
+    GTrace::Assert("A::b"_q, "last"_q);
     EXPECT_EQ(calls, 3);
     EXPECT_EQ(GTrace::SetLogger(nullptr), logger);
-    EXPECT_EQ(logger->lines.filter(QStringLiteral("2 A::b")).size(), 3);
+    EXPECT_EQ(logger->lines.filter("2 A::b"_q).size(), 3);
 }
 
 TEST(GTraceTest, ThreadsTraceWhileLoggersAreExchanged)
 {
     std::atomic<int> asserted{0};
     const int number = GTrace::AddAssertCallback([&](auto&, auto&) { ++asserted; });
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([] {
-            for (int line = 0; line < 200; ++line) {
-                GTrace::Debug(QStringLiteral("A::b"), QStringLiteral("line"));
-                GTrace::Assert(QStringLiteral("A::b"), QStringLiteral("line"));
+    RunInThreads(5, [](int thread) {
+        for (int line = 0; line < 200; ++line) {
+            if (thread == 4) {
+                GTrace::SetLogger(line % 2 != 0 ? nullptr : std::make_shared<LogRecorder>());
+            } else {
+                GTrace::Debug("A::b"_q, "line"_q);
+                GTrace::Assert("A::b"_q, "line"_q);
             }
-        });
-    }
-    for (int i = 0; i < 200; ++i)
-        GTrace::SetLogger(i % 2 != 0 ? nullptr : std::make_shared<LogRecorder>());
-    for (std::thread& thread : threads)
-        thread.join();
+        }
+    });
     GTrace::RemoveAssertCallback(number);
     EXPECT_EQ(asserted, 800);
 }

@@ -3,6 +3,8 @@
 
 #include "tests/support/Sandbox.h"
 #include "tests/support/TestFiles.h"
+#include "tests/support/Texts.h"
+#include "tests/support/Threads.h"
 
 #include <QLoggingCategory>
 #include <QRegularExpression>
@@ -10,58 +12,51 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
-#include <thread>
-#include <vector>
 
 using Morvane::LogLevel;
 
-TEST(FileLogger, TextCanNotForgeALine)
+class FileLogger : public testing::Test
 {
+protected:
     const Sandbox sandbox;
-    const QString path = sandbox.GetPath(QStringLiteral("a.log"));
-    Morvane::FileLogger(path).log(LogLevel::Error, QStringLiteral("A::b\u00E4"),
-                                  QStringLiteral("1\r\n2\\n\t\x1B[0m"));
+    const QString path = sandbox.GetPath("a.log"_q);
+};
+
+TEST_F(FileLogger, TextCanNotForgeALine)
+{
+    Morvane::FileLogger(path).log(LogLevel::Error, "A::b\u00E4"_q, "1\r\n2\\n\t\x1B[0m"_q);
     const QByteArray text = ReadFile(path);
-    const QRegularExpression form(QStringLiteral(
-        "^\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}Z \\d+/\\d+ ERROR A::b\u00E4: (.*)\\n$"));
+    const QRegularExpression form(
+        "^\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}Z \\d+/\\d+ ERROR A::b\u00E4: (.*)\\n$"_q);
     const QRegularExpressionMatch match = form.match(QString::fromUtf8(text));
     ASSERT_TRUE(match.hasMatch()) << text.toStdString();
-    EXPECT_EQ(match.captured(1), QStringLiteral("1\\r\\n2\\\\n\\t\\x1b[0m"));
+    EXPECT_EQ(match.captured(1), "1\\r\\n2\\\\n\\t\\x1b[0m"_q);
 }
 
-TEST(FileLogger, ThreadsAndLaterLoggersAddWholeLines)
+TEST_F(FileLogger, ThreadsAndLaterLoggersAddWholeLines)
 {
-    const Sandbox sandbox;
-    const QString path = sandbox.GetPath(QStringLiteral("a.log"));
     const QString message(200, QLatin1Char('x'));
     for (int round = 0; round < 2; ++round) {
         Morvane::FileLogger logger(path);
-        std::vector<std::thread> threads;
-        for (int i = 0; i < 4; ++i) {
-            threads.emplace_back([&] {
-                for (int line = 0; line < 50; ++line)
-                    logger.log(LogLevel::Debug, QStringLiteral("A"), message);
-            });
-        }
-        for (std::thread& thread : threads)
-            thread.join();
+        RunInThreads(4, [&](int) {
+            for (int line = 0; line < 50; ++line)
+                logger.log(LogLevel::Debug, "A"_q, message);
+        });
     }
-    const QRegularExpression whole(QStringLiteral("^([^ ]+ \\d+/\\d+ DEBUG A: x{200}\n){400}$"));
+    const QRegularExpression whole("^([^ ]+ \\d+/\\d+ DEBUG A: x{200}\n){400}$"_q);
     EXPECT_TRUE(whole.match(QString::fromUtf8(ReadFile(path))).hasMatch());
 }
 
-TEST(FileLogger, LargeFileIsSetAsideAndAMissingFolderTakesNoLines)
+TEST_F(FileLogger, LargeFileIsSetAsideAndAMissingFolderTakesNoLines)
 {
-    const Sandbox sandbox;
-    const QString path = sandbox.GetPath(QStringLiteral("a.log"));
     ASSERT_TRUE(WriteFile(path, QByteArray(9 * 1024 * 1024, 'x')));
-    Morvane::FileLogger(path).log(LogLevel::Debug, QStringLiteral("A"), QStringLiteral("b"));
+    Morvane::FileLogger(path).log(LogLevel::Debug, "A"_q, "b"_q);
     EXPECT_LT(QFile(path).size(), 200);
-    EXPECT_EQ(QFile(path + QStringLiteral(".old")).size(), 9 * 1024 * 1024);
+    EXPECT_EQ(QFile(path + ".old"_q).size(), 9 * 1024 * 1024);
 
-    Morvane::FileLogger lost(sandbox.GetPath(QStringLiteral("none/a.log")));
+    Morvane::FileLogger lost(sandbox.GetPath("none/a.log"_q));
     EXPECT_FALSE(lost.isOpen());
-    lost.log(LogLevel::Debug, QStringLiteral("A"), QStringLiteral("b"));
+    lost.log(LogLevel::Debug, "A"_q, "b"_q);
 }
 
 namespace
@@ -71,7 +66,7 @@ QStringList sMessages;
 void KeepMessage(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
     const QString category = QString::fromLatin1(context.category);
-    sMessages << QStringLiteral("%1 %2 %3").arg(QString::number(type), category, text);
+    sMessages << "%1 %2 %3"_q.arg(QString::number(type), category, text);
     if (type == QtCriticalMsg)
         throw std::runtime_error("handler");
 }
@@ -81,13 +76,13 @@ TEST(QtLogger, LevelsFollowTheCategoryAndAThrowingHandlerIsStopped)
 {
     Morvane::QtLogger logger;
     const QtMessageHandler previous = qInstallMessageHandler(KeepMessage);
-    logger.log(LogLevel::Debug, QStringLiteral("A::b"), QStringLiteral("off by default"));
-    QLoggingCategory::setFilterRules(QStringLiteral("morvane.debug=true"));
-    logger.log(LogLevel::Debug, QStringLiteral("A::b"), QStringLiteral("%n 100%"));
+    logger.log(LogLevel::Debug, "A::b"_q, "off by default"_q);
+    QLoggingCategory::setFilterRules("morvane.debug=true"_q);
+    logger.log(LogLevel::Debug, "A::b"_q, "%n 100%"_q);
     QLoggingCategory::setFilterRules(QString());
-    logger.log(LogLevel::Error, QStringLiteral("A::b"), QStringLiteral("e"));
-    logger.log(LogLevel::Assert, QStringLiteral("A::b"), QStringLiteral("a"));
+    logger.log(LogLevel::Error, "A::b"_q, "e"_q);
+    logger.log(LogLevel::Assert, "A::b"_q, "a"_q);
     qInstallMessageHandler(previous);
     EXPECT_EQ(sMessages.join(QLatin1Char('|')),
-              QStringLiteral("0 morvane A::b: %n 100%|1 morvane A::b: e|2 morvane A::b: a"));
+              "0 morvane A::b: %n 100%|1 morvane A::b: e|2 morvane A::b: a"_q);
 }
