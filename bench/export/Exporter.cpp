@@ -40,7 +40,9 @@ public:
 int AlertCounter::sCount = 0;
 }  // namespace
 
-Exporter::Exporter(int hopboxes, int archiveSize)
+Exporter::Exporter(int hopboxes, int archiveSize) : Exporter(hopboxes, MakeNoise(archiveSize)) {}
+
+Exporter::Exporter(int hopboxes, const QByteArray& jobOptions)
 {
     qputenv("MORVANE_ROOT", mRoot.path().toLocal8Bit());
     GPreferences::Initialize();
@@ -53,7 +55,7 @@ Exporter::Exporter(int hopboxes, int archiveSize)
     mJobOptions = GPathName(mRoot.filePath(QStringLiteral("a.joboptions")));
     QFile file(mJobOptions.GetNativePath());
     file.open(QIODevice::WriteOnly);
-    file.write(MakeNoise(archiveSize));
+    file.write(jobOptions);
     file.close();
     mArchive = GPathName(mRoot.filePath(QStringLiteral("Project.hopbox")));
     GPrefMemoryModule values;

@@ -14,6 +14,9 @@ class Exporter
 public:
     // The archive holds job options of so many bytes that no compression makes smaller.
     Exporter(int hopboxes, int archiveSize);
+
+    // The archive holds these job options.
+    Exporter(int hopboxes, const QByteArray& jobOptions);
     ~Exporter();
     Exporter(const Exporter&) = delete;
     Exporter& operator=(const Exporter&) = delete;

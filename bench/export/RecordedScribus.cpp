@@ -1,0 +1,59 @@
+#include "RecordedScribus.h"
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+
+// The file that a request, the last argument of a start, has Scribus write.
+static QString GetOutput(const QStringList& arguments)
+{
+    const QJsonDocument request = QJsonDocument::fromJson(arguments.constLast().toUtf8());
+    return request.object().value(QStringLiteral("output")).toString();
+}
+
+RecordedScribus::RecordedScribus()
+{
+    QFile script(mFolder.filePath(QStringLiteral("scribus")));
+    script.open(QIODevice::WriteOnly);
+    script.write(QStringLiteral("#!/bin/sh\n"
+                                "env -0 > '%1/environment'\n"
+                                "printf '%s\\0' \"$@\" > '%1/arguments'\n"
+                                "exec /usr/bin/scribus \"$@\"\n")
+                     .arg(mFolder.path())
+                     .toUtf8());
+    script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+ScribusSetup RecordedScribus::GetSetup() const
+{
+    ScribusSetup setup;
+    setup.scribus = mFolder.filePath(QStringLiteral("scribus"));
+    return setup;
+}
+
+bool RecordedScribus::Repeat() const
+{
+    QProcessEnvironment environment;
+    for (const QString& variable : Read("environment"))
+        environment.insert(variable.section(QLatin1Char('='), 0, 0), variable.section(QLatin1Char('='), 1));
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    const QStringList arguments = Read("arguments");
+    const QString output = GetOutput(arguments);
+    QFile::remove(output);
+    process.start(QStringLiteral("/usr/bin/scribus"), arguments);
+    return process.waitForFinished(-1) && QFile(output).size() > 0;
+}
+
+QStringList RecordedScribus::Read(const char* name) const
+{
+    QFile file(mFolder.filePath(QString::fromLatin1(name)));
+    file.open(QIODevice::ReadOnly);
+    QStringList texts = QString::fromUtf8(file.readAll()).split(QLatin1Char('\0'));
+    texts.removeLast();  // behind the last end
+    return texts;
+}
