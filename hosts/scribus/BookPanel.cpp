@@ -82,6 +82,13 @@ QAction* BookPanel::AddEntry(double position, const QString& name, void (BookPan
     return mEntries.Add(position, name, [this, choose] { (this->*choose)(); });
 }
 
+void BookPanel::SetListeners(const std::function<void(const QString& path)>& open,
+                             const std::function<void()>& change)
+{
+    mOpen = open;
+    mChange = change;
+}
+
 void BookPanel::OpenBook(const QString& path)
 {
     QString reason;
@@ -192,6 +199,8 @@ void BookPanel::ShowDocuments()
             mDocuments->addItem(MakeItem(path, *this));
     }
     UpdateEntries();
+    if (mChange)
+        mChange();
 }
 
 void BookPanel::ChangeDocuments(const QStringList& documents, int row)

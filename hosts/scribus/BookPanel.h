@@ -19,8 +19,10 @@ public:
     BookPanel(ScribusHost& host, QWidget* parent);
     ~BookPanel() override;
 
-    // Is told which document of the book the user wants to open.
-    void SetOpener(const std::function<void(const QString& path)>& open) { mOpen = open; }
+    // `open` is told which document of a book the user wants to open, `change` that the books, or the active
+    // one's documents, are others.
+    void SetListeners(const std::function<void(const QString& path)>& open,
+                      const std::function<void()>& change);
 
     QMenu& GetPopupMenu() { return *mPopup; }
     PositionedMenu& GetEntries() { return mEntries; }
@@ -54,6 +56,7 @@ private:
 
     ScribusHost& mHost;
     std::function<void(const QString&)> mOpen;
+    std::function<void()> mChange;
     QComboBox* mBooks;
     QListWidget* mDocuments;
     QMenu* mPopup;

@@ -17,6 +17,7 @@ namespace
 constexpr double cPointsPerInch = 72;
 constexpr double cMillimetresPerInch = 25.4;
 constexpr double cPreviewPixels = 1100;  // of the longer side
+constexpr int cPatience = 100;           // milliseconds until a busy host is asked again
 
 QString FormatLength(double points)
 {
@@ -100,7 +101,8 @@ QVector<NameRow> MakeRows(const QVector<DocumentLink>& links)
 }
 }  // namespace
 
-DocumentView::DocumentView(QWidget* parent) : QWidget(parent)
+DocumentView::DocumentView(const std::function<bool()>& isBusy, QWidget* parent)
+    : QWidget(parent), mIsBusy(isBusy)
 {
     auto* splitter = new QSplitter(Qt::Horizontal, this);
     splitter->addWidget(MakePageSide());
@@ -231,6 +233,10 @@ void DocumentView::ShowPage(const DocumentInfo& info)
 
 void DocumentView::DrawPage()
 {
+    if (mIsBusy()) {
+        mDrawing.start(cPatience);
+        return;
+    }
     const DocumentInfo* info = mDocument ? mDocument->GetInfo() : nullptr;
     if (info == nullptr || mPageIndex >= info->pages.size())
         return;

@@ -5,6 +5,7 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 
 class NameList;
@@ -18,7 +19,8 @@ class QToolButton;
 class DocumentView : public QWidget
 {
 public:
-    explicit DocumentView(QWidget* parent);
+    // `isBusy` tells that nothing may be asked of the documents now.
+    DocumentView(const std::function<bool()>& isBusy, QWidget* parent);
     ~DocumentView() override;
 
     // Shows the document from its first page, or from the page that is shown when it is shown already. Null
@@ -37,6 +39,7 @@ private:
     void ShowPage(const DocumentInfo& info);
     void DrawPage();
 
+    std::function<bool()> mIsBusy;
     std::shared_ptr<ScribusDocument> mDocument;
     int mPageIndex = 0;
     PagePreview* mPreview = nullptr;

@@ -55,12 +55,14 @@ void ExportRun::Export()
         mError = QStringLiteral("The menu entry of the plug-in is disabled.");
         return;
     }
+    mActivity = QStringLiteral("the dialog");
     mDriver.Run([&] { plugIn.GetActions()->DoAction(nullptr, action, nullptr); });
     mError = mDriver.GetError();
 }
 
 bool ExportRun::OpenFile()
 {
+    mActivity = QStringLiteral("opening the file");
     const QString file = mLine.files.constFirst();
     QString reason;
     const bool isOpen =
@@ -81,7 +83,7 @@ bool ExportRun::HasToEnd()
     if (mEndReason.isEmpty() && StopRequest::IsMade())
         mEndReason = QStringLiteral("The program was told to stop.");
     else if (mEndReason.isEmpty() && mTime.elapsed() > mLine.seconds * 1000LL)
-        mEndReason = QStringLiteral("The time of %1 s is up.").arg(mLine.seconds);
+        mEndReason = QStringLiteral("The time of %1 s is up: %2.").arg(mLine.seconds).arg(mActivity);
     return !mEndReason.isEmpty();
 }
 
@@ -105,7 +107,10 @@ QJsonObject ExportRun::MakeReport() const
             {QStringLiteral("error"), MakeValue(error)}};
 }
 
-void ExportRun::BeginCommand(const QString&, int) {}
+void ExportRun::BeginCommand(const QString& title, int)
+{
+    mActivity = title;
+}
 
 void ExportRun::BeginStep(const QString&) {}
 
@@ -115,7 +120,10 @@ bool ExportRun::IsCancelled()
     return HasToEnd();
 }
 
-void ExportRun::EndCommand() {}
+void ExportRun::EndCommand()
+{
+    mActivity = QStringLiteral("the dialog");
+}
 
 int32_t ExportRun::ShowAlert(const QString& text, const QString&, const QString&, const QString&,
                              int32_t defaultButton, int32_t)

@@ -52,5 +52,6 @@ private:
     DialogDriver mDriver;
     QList<ShownAlert> mAlerts;  // the host's own
     QString mError;
+    QString mActivity;   // the command that runs, or the step of the run
     QString mEndReason;  // why the run was ended from outside; empty while it was not
 };

@@ -49,7 +49,7 @@ HostWindow::HostWindow(const ScribusSetup& setup) : mHost(setup), mFrontend(*thi
     mHost.SetFrontend(&mFrontend);
     mHost.SetActionManager(&mMenus);
     mHost.SetUnit(GetLocalUnit());
-    mView = new DocumentView(this);
+    mView = new DocumentView([this] { return mFrontend.IsBusy(); }, this);
     auto* splitter = new QSplitter(Qt::Horizontal, this);
     splitter->addWidget(MakeLists());
     splitter->addWidget(mView);
@@ -61,7 +61,8 @@ HostWindow::HostWindow(const ScribusSetup& setup) : mHost(setup), mFrontend(*thi
     resize(1120, 760);
     ShowDocuments();
 
-    mBooks->SetOpener([this](const QString& path) { OpenDocument(path); });
+    mBooks->SetListeners([this](const QString& path) { OpenDocument(path); },
+                         [this] { UpdatePlugInEntries(); });
     connect(mDocuments, &QListWidget::itemSelectionChanged, this, [this] {
         const int row = mDocuments->currentRow();
         if (row < 0 || mFrontend.IsBusy())

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScopedValueRollback>
 
 WindowFrontend::WindowFrontend(QWidget& window) : mWindow(window) {}
 
@@ -33,6 +34,7 @@ void WindowFrontend::BeginStep(const QString& text)
 
 bool WindowFrontend::IsCancelled()
 {
+    const QScopedValueRollback<bool> handling(mIsHandlingEvents, true);
     QApplication::processEvents(mProgress ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
     return mProgress && mProgress->wasCanceled();
 }

@@ -15,7 +15,7 @@ public:
     ~WindowFrontend() override;
 
     // Whether the engine is at work, so that nothing may be opened, closed or asked of it now.
-    bool IsBusy() const { return mProgress != nullptr; }
+    bool IsBusy() const { return mProgress != nullptr || mIsHandlingEvents; }
 
     void BeginCommand(const QString& title, int steps) override;
     void BeginStep(const QString& text) override;
@@ -29,4 +29,5 @@ private:
     QWidget& mWindow;
     std::unique_ptr<QProgressDialog> mProgress;
     int mStep = 0;
+    bool mIsHandlingEvents = false;  // from inside the engine
 };
