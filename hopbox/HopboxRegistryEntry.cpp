@@ -27,7 +27,7 @@ const QLatin1String cReservedGroups[] = {QLatin1String("CSPluginUI"), QLatin1Str
                                          QLatin1String("General"), QLatin1String("PrefSharing")};
 
 // Sets what the key names; another key says nothing. Raises where a path is not a legal one.
-void SetValue(HopboxRecord& record, const GString& key, GString&& value)
+void SetValue(HopboxRecord& record, const QStringRef& key, GString&& value)
 {
     HopboxRegistryEntry& entry = record.entry;
     if (key == HopboxRecordKey::cActorName)
@@ -88,8 +88,9 @@ bool HopboxRecord::FromText(const GString& text)
     GDictBufferReader<GString, GString> reader;
     HopboxRecord record;
     try {
-        if (!reader.ReadText(
-                text, [&](const GString& key, GString&& value) { SetValue(record, key, std::move(value)); }))
+        if (!reader.ReadText(text, [&](const QStringRef& key, GString&& value) {
+                SetValue(record, key, std::move(value));
+            }))
             return false;
     } catch (const GException&) {
         return false;  // a path of another system, or garbage

@@ -2,6 +2,7 @@
 
 #include "foundation/core/GMemoryInputStream.h"
 #include "foundation/prefs/GBin2TextStream.h"
+#include "foundation/prefs/PlainDictText.h"
 #include "foundation/prefs/PrefKey.h"
 #include "foundation/prefs/PrefMarkers.h"
 
@@ -37,9 +38,19 @@ bool GDictBufferReader<Key, Value>::ReadText(const GString& text, GDict<Key, Val
 template <typename Key, typename Value>
 bool GDictBufferReader<Key, Value>::ReadText(const GString& text, const Take& take)
 {
-    return ReadFromText(text, [&](GBin2TextStream& stream) {
-        return ReadBegin(stream) && ReadEntries(stream, [&](const GString& key, GString&& value) {
-                   take(key, std::move(value));
+    PlainDictText plain(text);
+    const bool isPlain = plain.ReadBegin();
+    bool hasEntries = false;
+    QStringRef key;
+    GString value;
+    for (; isPlain && plain.ReadEntry(key, value); hasEntries = true)
+        take(key, std::move(value));
+    if (isPlain && plain.IsAtEnd())
+        return true;
+    return ReadFromText(hasEntries ? plain.GetRest() : text, [&](GBin2TextStream& stream) {
+        return (hasEntries || ReadBegin(stream)) &&
+               ReadEntries(stream, [&](const GString& keyText, GString&& valueText) {
+                   take(QStringRef(&keyText), std::move(valueText));
                    return true;
                });
     });

@@ -28,7 +28,7 @@ public:
 
     // The same, but each entry goes to `take` as it is read, which may use the value's memory; nothing of
     // what came twice is left out.
-    using Take = std::function<void(const GString& key, GString&& value)>;
+    using Take = std::function<void(const QStringRef& key, GString&& value)>;
     bool ReadText(const GString& text, const Take& take);
 
     // The byte of the source where what could not be read begins, after a Read that gave false.

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 namespace
 {
 const GBuffer cGroupA = "\"A\"\n#BEGINDICT\n\"k\" \"v\"\n#ENDDICT\n";
@@ -130,4 +132,35 @@ TEST(PrefReadersTest, BlocksWithinBlocksComeBack)
     EXPECT_EQ(outer.GetCount(), 2);
     ASSERT_TRUE(reader.ReadText(*outer.Find("Z"_q), inner));
     EXPECT_EQ(*inner.Find("\u4E2D \"key\""_q), "\\ and \"\r\n"_q);
+}
+
+// Blocks that stand as they are written take a shorter way; every cut and every change of one character leads
+// to the same entries as the long one.
+TEST(PrefReadersTest, TheShortWayThroughABlockReadsWhatTheLongOneReads)
+{
+    GOrderedDictWriter writer;
+    for (const char* value : {"", "plain", "C:\\new\\table", "say \"yes\"", "a\r\nb\tc"})
+        writer.Add(QStringLiteral("key %1").arg(QLatin1String(value).size()), QString::fromLatin1(value));
+    const GString block = writer.Finish();
+    GDictBufferReader<GString, GString> reader;
+    const auto expectSame = [&](const GString& text) {
+        GDict<GString, GString> expected;
+        const bool isRead = reader.ReadText(text, expected);
+        std::map<GString, GString> entries;
+        EXPECT_EQ(reader.ReadText(text, [&](const QStringRef& key,
+                                            GString&& value) { entries[key.toString()] = std::move(value); }),
+                  isRead)
+            << text.toStdString();
+        EXPECT_EQ(entries.size(), static_cast<size_t>(expected.GetCount())) << text.toStdString();
+        for (const auto& entry : expected)
+            EXPECT_EQ(entries[entry.key], entry.value) << text.toStdString();
+    };
+    expectSame(block + QStringLiteral("more"));
+    for (int position = 0; position <= block.size(); ++position) {
+        expectSame(block.left(position));
+        for (const char change : {'"', '\\', '\r', '\n', ' ', '#', 'n'}) {
+            expectSame(GString(block).insert(position, QLatin1Char(change)));
+            expectSame(block.left(position) + QLatin1Char(change) + block.mid(position + 1));
+        }
+    }
 }

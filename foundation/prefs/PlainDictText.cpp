@@ -1,0 +1,89 @@
+#include "foundation/prefs/PlainDictText.h"
+
+#include "foundation/core/EscapeCodes.h"
+#include "foundation/prefs/PrefMarkers.h"
+
+namespace
+{
+const QLatin1Char cQuote('"');
+const QLatin1Char cEscape('\\');
+const QLatin1String cBetween("\" \"");  // from the end of a key to the begin of its value
+const QLatin1String cLineEnd("\r\n");
+
+GString TakeEscapesBack(const QStringRef& quoted)
+{
+    GString text;
+    text.reserve(quoted.size());
+    for (int position = 0; position < quoted.size(); ++position) {
+        const bool isEscape = quoted.at(position) == cEscape && position + 1 < quoted.size();
+        const QLatin1String meaning =
+            isEscape ? EscapeCodes::GetMeaning(quoted.at(position + 1).unicode()) : QLatin1String();
+        if (meaning.isEmpty()) {
+            text.append(quoted.at(position));
+        } else {
+            text.append(meaning);
+            ++position;
+        }
+    }
+    return text;
+}
+}  // namespace
+
+bool PlainDictText::ReadBegin()
+{
+    const QLatin1String marker = PrefMarkers::cBeginDict;
+    if (!IsHere(0, marker) || !IsHere(marker.size(), cLineEnd))
+        return false;
+    mPosition = marker.size() + cLineEnd.size();
+    return true;
+}
+
+bool PlainDictText::ReadEntry(QStringRef& key, GString& value)
+{
+    if (mPosition >= mText.size() || mText.at(mPosition) != cQuote)
+        return false;
+    const int keyBegin = mPosition + 1;
+    const int keyEnd = mText.indexOf(cQuote, keyBegin);
+    if (keyEnd < 0 || !IsHere(keyEnd, cBetween))
+        return false;
+    key = mText.midRef(keyBegin, keyEnd - keyBegin);
+    const int valueBegin = keyEnd + cBetween.size();
+    bool hasEscapes = false;
+    const int valueEnd = FindValueEnd(valueBegin, hasEscapes);
+    if (valueEnd < 0 || !IsHere(valueEnd + 1, cLineEnd) || key.contains(cEscape))
+        return false;
+    const QStringRef quoted = mText.midRef(valueBegin, valueEnd - valueBegin);
+    value = hasEscapes ? TakeEscapesBack(quoted) : quoted.toString();
+    mPosition = valueEnd + 1 + cLineEnd.size();
+    return true;
+}
+
+bool PlainDictText::IsAtEnd() const
+{
+    return IsHere(mPosition, QLatin1String("#", 1));
+}
+
+GString PlainDictText::GetRest() const
+{
+    return GString::fromRawData(mText.constData() + mPosition, mText.size() - mPosition);
+}
+
+bool PlainDictText::IsHere(int position, QLatin1String text) const
+{
+    return mText.midRef(position, text.size()) == text;
+}
+
+// The position of the quote that ends a value; -1 when there is none.
+int PlainDictText::FindValueEnd(int position, bool& hasEscapes) const
+{
+    for (; position < mText.size(); ++position) {
+        const QChar character = mText.at(position);
+        if (character == cQuote)
+            return position;
+        if (character == cEscape) {
+            hasEscapes = true;
+            ++position;
+        }
+    }
+    return -1;
+}
