@@ -106,7 +106,9 @@ GCSPUSaveAsStamplexPDFDialog::~GCSPUSaveAsStamplexPDFDialog() = default;
 
 void GCSPUSaveAsStamplexPDFDialog::CreateWidgets()
 {
+    mHopboxes = new HopboxListModel(this);
     mPDFSettings = new QComboBox(this);
+    mPDFSettings->setModel(mHopboxes);
     mPDFSettings->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     mPDFSettings->setMinimumContentsLength(cShownCharacters);
     if (auto* list = qobject_cast<QListView*>(mPDFSettings->view()))
@@ -244,13 +246,10 @@ void GCSPUSaveAsStamplexPDFDialog::FillPDFSettings()
 {
     {
         const QSignalBlocker blocker(mPDFSettings);
-        mPDFSettings->clear();
         ReadHopboxes();
-        for (const HopboxList::Item& item : mHopboxes.GetItems())
-            mPDFSettings->addItem(item.text, item.key);
         if (mPDFSettings->count() > 0)
             mPDFSettings->setCurrentIndex(
-                std::max(0, mHopboxes.FindKey(PlugInPreferences::GetLastSelection())));
+                std::max(0, mHopboxes->GetList().FindKey(PlugInPreferences::GetLastSelection())));
     }
     const bool isEmpty = mPDFSettings->count() == 0;
     mMessage->setText(isEmpty ? tr("No PDF Settings found") : QString());
@@ -262,26 +261,26 @@ void GCSPUSaveAsStamplexPDFDialog::FillPDFSettings()
 
 void GCSPUSaveAsStamplexPDFDialog::ReadHopboxes()
 {
-    mHopboxes = HopboxList();
+    mHopboxes->SetList({});
     try {
-        mHopboxes = HopboxList::Read();
+        mHopboxes->SetList(HopboxList::Read());
     } catch (const GException& error) {
         ShowError(tr("Export as Stamplex PDF Error"), error.GetDescription());
     }
-    if (!mHopboxes.GetUnreadableKeys().isEmpty())
-        ShowMissing();
+    if (const QStringList& keys = mHopboxes->GetList().GetUnreadableKeys(); !keys.isEmpty())
+        ShowMissing(keys);
 }
 
-void GCSPUSaveAsStamplexPDFDialog::ShowMissing()
+void GCSPUSaveAsStamplexPDFDialog::ShowMissing(const QStringList& keys)
 {
-    const GString& keys = mHopboxes.GetUnreadableKeys().join(QStringLiteral(", "));
     ShowError(tr("Export as Stamplex PDF Error"),
-              tr("PDF settings are missing for %1. Launch the Hopbox manually and try again.").arg(keys));
+              tr("PDF settings are missing for %1. Launch the Hopbox manually and try again.")
+                  .arg(keys.join(QStringLiteral(", "))));
 }
 
 const HopboxList::Item* GCSPUSaveAsStamplexPDFDialog::GetItem(int index) const
 {
-    return index < 0 ? nullptr : &mHopboxes.GetItems().at(static_cast<size_t>(index));
+    return index < 0 ? nullptr : &mHopboxes->GetList().GetItems().at(static_cast<size_t>(index));
 }
 
 void GCSPUSaveAsStamplexPDFDialog::OnPDFSettingsSelectionChanged(int index)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "export/dialog/HopboxList.h"
+#include "export/dialog/HopboxListModel.h"
 #include "widgets/GQUIWindow.h"
 
 #include <QPointer>
@@ -71,7 +71,7 @@ private:
 
     void FillPDFSettings();
     void ReadHopboxes();
-    void ShowMissing();
+    void ShowMissing(const QStringList& keys);
     const HopboxList::Item* GetItem(int index) const;  // null for -1
     bool ChoosePackage(const HopboxList::Item& item, bool isUserChoice, bool isDefault);
     void UpdateOkButton();
@@ -85,7 +85,7 @@ private:
     void GiveFocusBack();
 
     GCPTSaveAsTool& mTool;
-    HopboxList mHopboxes;  // in the order of the combo box
+    HopboxListModel* mHopboxes;
     OkMode mMode = OkMode::cOK;
     QPointer<QWidget> mFocusBeforeAlt;
 

@@ -19,9 +19,24 @@ HopboxList HopboxList::Read()
             list.mItems.push_back({key, text, std::move(*record)});
         }
     }
-    std::stable_sort(list.mItems.begin(), list.mItems.end(),
-                     [](const Item& left, const Item& right) { return left.text < right.text; });
+    list.Sort();
     return list;
+}
+
+// By way of pointers: the items themselves are large.
+void HopboxList::Sort()
+{
+    std::vector<Item*> order;
+    order.reserve(mItems.size());
+    for (Item& item : mItems)
+        order.push_back(&item);
+    std::stable_sort(order.begin(), order.end(),
+                     [](const Item* left, const Item* right) { return left->text < right->text; });
+    std::vector<Item> sorted;
+    sorted.reserve(mItems.size());
+    for (Item* item : order)
+        sorted.push_back(std::move(*item));
+    mItems.swap(sorted);
 }
 
 int HopboxList::FindKey(const GString& key) const

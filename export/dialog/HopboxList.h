@@ -40,6 +40,8 @@ public:
     static bool Withdraw(const GString& key);
 
 private:
+    void Sort();
+
     std::vector<Item> mItems;
     QStringList mUnreadableKeys;
 };
