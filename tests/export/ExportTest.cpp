@@ -248,8 +248,8 @@ TEST_F(ExportTest, WhateverThingsAreCalledThePDFEndsInTheWorkFolder)
     }
 }
 
-// Does what each line says and answers with paths: reserves a file "F…" or a folder "D…", or exports the
-// document of that name.
+// Does what each line says and answers with paths: reserves a file "file…" or a folder "folder…", or exports
+// the document of that name.
 CHILD_ROLE(ExportDocuments)
 {
     const PlugInStore store;
@@ -258,10 +258,10 @@ CHILD_ROLE(ExportDocuments)
     for (GBuffer line = HearFromParent(); !line.isEmpty(); line = HearFromParent()) {
         const GString name = QString::fromUtf8(line);
         GString answer;
-        if (line.startsWith('F') || line.startsWith('D')) {
+        if (line.startsWith("file") || line.startsWith("folder")) {
             ReservedOutput output(
                 WorkFolder::GetPath("Reserved"_q), name,
-                line.startsWith('F') ? ReservedOutput::Kind::File : ReservedOutput::Kind::Folder);
+                line.startsWith("file") ? ReservedOutput::Kind::File : ReservedOutput::Kind::Folder);
             answer = output.GetPathName().GetNativePath();
             output.Keep();
         } else {
@@ -282,7 +282,7 @@ TEST_F(ExportTest, TwoHostsThatExportTheSameDocumentAtOnceOverwriteNothing)
     WorkFolder::Make(WorkFolder::GetPath("Reserved"_q));
     ChildProcess one("ExportDocuments"_q, {key});
     ChildProcess other("ExportDocuments"_q, {key});
-    for (const QString& line : "F1|D1|F2|D2|F3|D3|a|a|b|c"_list) {
+    for (const QString& line : "file1|folder1|file2|folder2|file3|folder3|a|a|b|c"_list) {
         one.Say(line.toUtf8());
         other.Say(line.toUtf8());
         const QString answer = QString::fromUtf8(one.ReadLine());
