@@ -1,60 +1,24 @@
 #include "plugin/messages/GCSPUUserMessage.h"
+#include "tests/support/Texts.h"
+#include "tests/support/WindowDriver.h"
 #include "widgets/GCUSModal.h"
 
+#include <QAbstractButton>
 #include <QApplication>
-#include <QKeyEvent>
 #include <QMessageBox>
-#include <QPushButton>
-#include <QTimer>
 #include <QWindow>
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 namespace
 {
-const QString cTitle = QStringLiteral("Title");
-const QString cText = QStringLiteral("<b>Text</b> & more\n    1. Arial");
+const QString cTitle = "Title"_q;
+const QString cText = "<b>Text</b> & more\n    1. Arial"_q;
 
-using Act = std::function<void(QMessageBox&)>;
-
-// Runs something that shows a box, and acts on the box as soon as it is up.
-void WithBox(const std::function<void()>& show, const Act& act)
+// A step that presses a button of a box.
+WindowDriver::Step Press(QMessageBox::StandardButton button)
 {
-    bool wasShown = false;
-    QTimer::singleShot(0, qApp, [&] {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        ASSERT_NE(box, nullptr);
-        wasShown = true;
-        act(*box);
-    });
-    show();
-    EXPECT_TRUE(wasShown);
-}
-
-Act Click(QMessageBox::StandardButton button)
-{
-    return [button](QMessageBox& box) { box.button(button)->click(); };
-}
-
-Act Press(Qt::Key key)
-{
-    return [key](QMessageBox& box) {
-        QApplication::postEvent(&box, new QKeyEvent(QEvent::KeyPress, key, Qt::NoModifier));
-    };
-}
-
-// Presses Return, which does nothing, and closes the box if it is still there.
-void PressReturnThenClose(QMessageBox& box)
-{
-    for (QWidget* target : {static_cast<QWidget*>(&box), box.focusWidget()}) {
-        QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
-        if (target != nullptr)
-            QApplication::sendEvent(target, &press);
-    }
-    EXPECT_TRUE(box.isVisible());
-    box.close();
+    return [button](QWidget& box) { dynamic_cast<QMessageBox&>(box).button(button)->click(); };
 }
 }  // namespace
 
@@ -73,14 +37,16 @@ TEST(GCSPUUserMessage, BoxesHaveTheirIconTextAndButtons)
          QMessageBox::Ok | QMessageBox::Cancel},
     };
     for (const auto& entry : cases) {
-        WithBox(entry.show, [&](QMessageBox& box) {
+        const WindowDriver driver({[&](QWidget& window) {
+            auto& box = dynamic_cast<QMessageBox&>(window);
             EXPECT_EQ(box.icon(), entry.icon);
             EXPECT_EQ(box.standardButtons(), entry.buttons);
             EXPECT_EQ(box.windowTitle(), cTitle);
             EXPECT_EQ(box.text(), cText);
             EXPECT_EQ(box.textFormat(), Qt::PlainText);
-            box.button(QMessageBox::Ok)->click();
-        });
+            box.accept();
+        }});
+        entry.show();
     }
 }
 
@@ -89,47 +55,45 @@ TEST(GCSPUUserMessage, WarningIsTrueForEverythingButOK)
     const struct
     {
         const char* name;
-        Act act;
+        WindowDriver::Step act;
         bool expected;
     } cases[] = {
-        {"OK", Click(QMessageBox::Ok), false},   {"Cancel", Click(QMessageBox::Cancel), true},
-        {"escape", Press(Qt::Key_Escape), true}, {"close", [](QMessageBox& box) { box.close(); }, true},
-        {"return", PressReturnThenClose, true},
+        {"OK", Press(QMessageBox::Ok), false},
+        {"Cancel", Press(QMessageBox::Cancel), true},
+        {"Escape", [](QWidget&) { WindowDriver::Click(Qt::Key_Escape); }, true},
+        {"Return, which does nothing, then close",
+         [](QWidget& box) {
+             WindowDriver::Click(Qt::Key_Return);
+             EXPECT_TRUE(box.isVisible());
+             box.close();
+         },
+         true},
     };
-    GCSPUUserMessage message;
     for (const auto& entry : cases) {
-        bool answer = !entry.expected;
-        WithBox([&] { answer = message.ShowWarningMessage(cTitle, cText); }, entry.act);
-        EXPECT_EQ(answer, entry.expected) << entry.name;
+        const WindowDriver driver({entry.act});
+        EXPECT_EQ(GCSPUUserMessage().ShowWarningMessage(cTitle, cText), entry.expected) << entry.name;
     }
 }
 
-TEST(GCSPUUserMessage, ABoxOverADialogIsPartOfItsModalTime)
-{
-    QStringList hooks;
-    GCUSModal::SetHooks([&] { hooks.append(QStringLiteral("before")); },
-                        [&] { hooks.append(QStringLiteral("after")); });
-    GCSPUUserMessage message;
-    {
-        const GCUSModal::Scope dialog;
-        WithBox([&] { message.ShowErrorMessage(cTitle, cText); }, Click(QMessageBox::Ok));
-        EXPECT_EQ(hooks.size(), 1);
-    }
-    WithBox([&] { message.ShowInfoMessage(cTitle, cText); }, Click(QMessageBox::Ok));
-    EXPECT_EQ(hooks.join(QLatin1Char(' ')), QStringLiteral("before after before after"));
-    GCUSModal::SetHooks({}, {});
-}
-
-TEST(GCSPUUserMessage, BoxesBelongToTheParentWindow)
+TEST(GCSPUUserMessage, ABoxBelongsToTheParentWindowAndToTheModalTimeOfItsDialog)
 {
     QWidget window;
     window.show();
     GCUSModal::SetParentWindowProvider([&] { return window.winId(); });
-    GCSPUUserMessage message;
-    WithBox([&] { message.ShowErrorMessage(cTitle, cText); },
-            [&](QMessageBox& box) {
-                EXPECT_EQ(box.windowHandle()->transientParent(), window.windowHandle());
-                box.accept();
-            });
+    QStringList hooks;
+    GCUSModal::SetHooks([&] { hooks.append("before"_q); }, [&] { hooks.append("after"_q); });
+    const auto check = [&](QWidget& box) {
+        EXPECT_EQ(box.windowHandle()->transientParent(), window.windowHandle());
+        box.close();
+    };
+    const WindowDriver driver({check, check});
+    {
+        const GCUSModal::Scope dialog;
+        GCSPUUserMessage().ShowErrorMessage(cTitle, cText);
+        EXPECT_EQ(hooks.size(), 1);
+    }
+    GCSPUUserMessage().ShowInfoMessage(cTitle, cText);
+    EXPECT_EQ(hooks, "before|after|before|after"_list);
+    GCUSModal::SetHooks({}, {});
     GCUSModal::SetParentWindowProvider({});
 }

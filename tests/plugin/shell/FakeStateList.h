@@ -2,38 +2,39 @@
 
 #include "plugin/host/CActionComponent.h"
 
+#include <QStringList>
+
 #include <vector>
 
-// The states that a host asks for, with what they were set to.
+// The states that a host asks for, and what they were set to, in order: "4711 on", "4711 called Name",
+// "4711 by Ctrl+N".
 class FakeStateList final : public IActionStateList
 {
 public:
-    struct State
-    {
-        ActionID action = 0;
-        int isEnabled = -1;  // -1 while nobody has set it
-        QString name;
-        QString shortcut;
-    };
+    explicit FakeStateList(std::vector<ActionID> actions) : mActions(std::move(actions)) {}
 
-    explicit FakeStateList(const std::vector<ActionID>& actions)
+    int32_t Length() const override { return static_cast<int32_t>(mActions.size()); }
+    ActionID GetNthAction(int32_t index) const override { return mActions.at(static_cast<size_t>(index)); }
+    void SetNthActionEnabled(int32_t index, bool isEnabled) override
     {
-        for (const ActionID action : actions)
-            states.push_back({action, -1, QString(), QString()});
+        Note(index, isEnabled ? QStringLiteral("on") : QStringLiteral("off"));
     }
-
-    int32_t Length() const override { return static_cast<int32_t>(states.size()); }
-    ActionID GetNthAction(int32_t index) const override { return At(index).action; }
-    void SetNthActionEnabled(int32_t index, bool isEnabled) override { At(index).isEnabled = isEnabled; }
-    void SetNthActionName(int32_t index, const PMString& name) override { At(index).name = name.GetString(); }
+    void SetNthActionName(int32_t index, const PMString& name) override
+    {
+        Note(index, QStringLiteral("called ") + name.GetString());
+    }
     void SetNthActionShortcut(int32_t index, const PMString& shortcut) override
     {
-        At(index).shortcut = shortcut.GetString();
+        Note(index, QStringLiteral("by ") + shortcut.GetString());
     }
 
-    std::vector<State> states;
+    QStringList set;
 
 private:
-    State& At(int32_t index) { return states.at(static_cast<size_t>(index)); }
-    const State& At(int32_t index) const { return states.at(static_cast<size_t>(index)); }
+    void Note(int32_t index, const QString& what)
+    {
+        set.append(QStringLiteral("%1 %2").arg(GetNthAction(index)).arg(what));
+    }
+
+    std::vector<ActionID> mActions;
 };

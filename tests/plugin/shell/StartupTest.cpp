@@ -1,4 +1,5 @@
 #include "plugin/shell/GIDCSPStartupShutdown.h"
+#include "tests/support/Texts.h"
 #include "tests/support/fake_host/FakeHost.h"
 
 #include <gtest/gtest.h>
@@ -9,30 +10,22 @@ TEST(Startup, AddsEachActionWithItsMenuEntryOnce)
     GIDCSPStartupShutdown service;
     service.Startup();
     service.Startup();
-    const struct
-    {
-        ActionID action;
-        const char* area;
-        const char* menu;
-        double position;
-    } cases[] = {{1674244, "KBSCE File menu", "Main:&File", 1301.0},
-                 {1674246, "KBSCE Palette Menus: Book: ", "BookPanelPopup", 1101.0}};
-    ASSERT_EQ(host.actions.size(), 2U);
-    ASSERT_EQ(host.menuItems.size(), 2U);
-    for (size_t at = 0; at < 2; ++at) {
-        const FakeAction& action = host.actions[at];
-        EXPECT_EQ(action.owner, 1674240);
-        EXPECT_EQ(action.action, cases[at].action);
-        EXPECT_EQ(action.name, QString());
-        EXPECT_EQ(action.area, QString::fromLatin1(cases[at].area));
-        EXPECT_EQ(action.flags.type, 0);
-        EXPECT_EQ(action.flags.enabling, 1);
-        EXPECT_EQ(action.flags.selection, 0);
-        EXPECT_EQ(action.flags.shortcutEditor, 1);
-        EXPECT_EQ(host.menuItems[at].action, cases[at].action);
-        EXPECT_EQ(host.menuItems[at].path, QString::fromLatin1(cases[at].menu));
-        EXPECT_EQ(host.menuItems[at].position, cases[at].position);
-    }
+    QStringList added;
+    for (const FakeAction& action : host.actions)
+        added += "%1 of %2|%3|%4|%5%6%7%8"_q.arg(action.action)
+                     .arg(action.owner)
+                     .arg(action.name, action.area)
+                     .arg(action.flags.type)
+                     .arg(action.flags.enabling)
+                     .arg(action.flags.selection)
+                     .arg(action.flags.shortcutEditor);
+    for (const FakeMenuItem& item : host.menuItems)
+        added += "%1 at %2|%3"_q.arg(item.action).arg(item.path).arg(item.position);
+    EXPECT_EQ(added.join(QLatin1Char('\n')).toStdString(),
+              "1674244 of 1674240||KBSCE File menu|0101\n"
+              "1674246 of 1674240||KBSCE Palette Menus: Book: |0101\n"
+              "1674244 at Main:&File|1301\n"
+              "1674246 at BookPanelPopup|1101");
     EXPECT_EQ(host.GetUnreleased(), QStringList());
 }
 
