@@ -53,7 +53,8 @@ protected:
     void ExpectNothingTemporaryLeft() const
     {
         EXPECT_TRUE(List(JobOptionsFolder::GetPath()).isEmpty());
-        EXPECT_EQ(QDir(GetTemporary().GetNativePath()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+        EXPECT_EQ(QDir(GetTemporary().GetNativePath())
+                      .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
                   QStringList{GetUserFolder().GetLeaf()});
         EXPECT_EQ(PlugInStore::ReadList().GetCount(), 1);
     }
