@@ -10,22 +10,13 @@ TEST(Startup, AddsEachActionWithItsMenuEntryOnce)
     GIDCSPStartupShutdown service;
     service.Startup();
     service.Startup();
-    QStringList added;
-    for (const FakeAction& action : host.actions)
-        added += "%1 of %2|%3|%4|%5%6%7%8"_q.arg(action.action)
-                     .arg(action.owner)
-                     .arg(action.name, action.area)
-                     .arg(action.flags.type)
-                     .arg(action.flags.enabling)
-                     .arg(action.flags.selection)
-                     .arg(action.flags.shortcutEditor);
-    for (const FakeMenuItem& item : host.menuItems)
-        added += "%1 at %2|%3"_q.arg(item.action).arg(item.path).arg(item.position);
-    EXPECT_EQ(added.join(QLatin1Char('\n')).toStdString(),
-              "1674244 of 1674240||KBSCE File menu|0101\n"
-              "1674246 of 1674240||KBSCE Palette Menus: Book: |0101\n"
-              "1674244 at Main:&File|1301\n"
-              "1674246 at BookPanelPopup|1101");
+    const std::multimap<ActionID, QString> actions = {
+        {1674244, "|KBSCE File menu|1674240|0|1|0|1"_q},
+        {1674246, "|KBSCE Palette Menus: Book: |1674240|0|1|0|1"_q}};
+    const std::multimap<ActionID, QString> menuItems = {{1674244, "Main:&File|1301"_q},
+                                                        {1674246, "BookPanelPopup|1101"_q}};
+    EXPECT_EQ(host.actions, actions);
+    EXPECT_EQ(host.menuItems, menuItems);
     EXPECT_EQ(host.GetUnreleased(), QStringList());
 }
 

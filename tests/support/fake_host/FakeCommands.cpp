@@ -1,10 +1,9 @@
 #include "tests/support/fake_host/FakeCommands.h"
 
+#include "tests/support/TestFiles.h"
 #include "tests/support/fake_host/FakeDocuments.h"
-#include "tests/support/fake_host/SmallPdf.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -14,12 +13,6 @@ namespace
 QString GetPath(const IDFile& file)
 {
     return FileUtils::SysFileToPMString(file).GetString();
-}
-
-bool WriteFile(const QString& path, const QByteArray& content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
 // A part of a command, over the command's record.
@@ -164,33 +157,33 @@ FakeCommand::FakeCommand(FakeHost& host, ClassID commandClass)
     host.commands.push_back(mRecord);
 }
 
+template <class Part>
+HostPtr<Part> FakeCommand::Give(std::initializer_list<ClassID> owners, HostOperation operation)
+{
+    if (std::count(owners.begin(), owners.end(), mRecord->commandClass) == 0)
+        return {};
+    return HandOut<Part>(mHost, operation, "a part of a command", mRecord);
+}
+
 HostPtr<IPDFExportPreferences> FakeCommand::QueryPDFExportPreferences()
 {
-    if (mRecord->commandClass == HostClassID::cBookExportCommand)
-        return {};
-    return HandOut<FakePreferences>(mHost, HostOperation::QueryPDFExportPreferences, "IPDFExportPreferences",
-                                    mRecord);
+    return Give<FakePreferences>({HostClassID::cPDFExportCommand, HostClassID::cPDFPreferencesCommand},
+                                 HostOperation::QueryPDFExportPreferences);
 }
 
 HostPtr<ISystemFileData> FakeCommand::QuerySystemFileData()
 {
-    if (mRecord->commandClass != HostClassID::cPDFExportCommand)
-        return {};
-    return HandOut<FakeFileData>(mHost, HostOperation::QuerySystemFileData, "ISystemFileData", mRecord);
+    return Give<FakeFileData>({HostClassID::cPDFExportCommand}, HostOperation::QuerySystemFileData);
 }
 
 HostPtr<IOutputPages> FakeCommand::QueryOutputPages()
 {
-    if (mRecord->commandClass != HostClassID::cPDFExportCommand)
-        return {};
-    return HandOut<FakeOutputPages>(mHost, HostOperation::QueryOutputPages, "IOutputPages", mRecord);
+    return Give<FakeOutputPages>({HostClassID::cPDFExportCommand}, HostOperation::QueryOutputPages);
 }
 
 HostPtr<IBookExportData> FakeCommand::QueryBookExportData()
 {
-    if (mRecord->commandClass != HostClassID::cBookExportCommand)
-        return {};
-    return HandOut<FakeBookExportData>(mHost, HostOperation::QueryBookExportData, "IBookExportData", mRecord);
+    return Give<FakeBookExportData>({HostClassID::cBookExportCommand}, HostOperation::QueryBookExportData);
 }
 
 ErrorCode FakeCommand::Run()
@@ -201,10 +194,10 @@ ErrorCode FakeCommand::Run()
     if (mHost.Ask(operation) != HostAnswer::Works)
         return cFailure;
     mRecord->hasRun = true;
-    if (operation == HostOperation::RunPDFPreferences)
-        return cSuccess;
-    const int pageCount = std::max(static_cast<int>(mRecord->pages.size()), mRecord->documentCount);
-    return WriteFile(mRecord->outputPath, MakeSmallPdf(std::max(pageCount, 1))) ? cSuccess : cFailure;
+    const bool isDone = operation == HostOperation::RunPDFPreferences ||
+                        (QDir().exists(QFileInfo(mRecord->outputPath).path()) &&
+                         WriteFile(mRecord->outputPath, "%PDF-1.4\n%%EOF\n"));
+    return isDone ? cSuccess : cFailure;
 }
 
 HostPtr<IDocumentPackageCommand> FakeObjectModel::CreatePackageCommand() const

@@ -16,6 +16,10 @@ public:
     ErrorCode Run();
 
 private:
+    // A part that only commands of these classes have.
+    template <class Part>
+    HostPtr<Part> Give(std::initializer_list<ClassID> owners, HostOperation operation);
+
     std::shared_ptr<FakeCommandRecord> mRecord;
 };
 

@@ -16,7 +16,7 @@ public:
     void AddMenuItem(ActionID action, const PMString& menuPath, double position,
                      const MenuItemFlags&) override
     {
-        mHost.menuItems.push_back({action, menuPath.GetString(), position});
+        mHost.menuItems.emplace(action, QStringLiteral("%1|%2").arg(menuPath.GetString()).arg(position));
     }
 };
 
@@ -25,16 +25,15 @@ class FakeActionManager : public FakeObject<IActionManager>
 public:
     explicit FakeActionManager(FakeHost& host) : FakeObject(host, "IActionManager") {}
 
-    bool IsActionKnown(ActionID action) const override
-    {
-        return std::any_of(mHost.actions.begin(), mHost.actions.end(),
-                           [&](const FakeAction& known) { return known.action == action; });
-    }
+    bool IsActionKnown(ActionID action) const override { return mHost.actions.count(action) != 0; }
 
     void AddAction(ClassID owner, ActionID action, const PMString& name, const PMString& area,
                    const ActionFlags& flags) override
     {
-        mHost.actions.push_back({owner, action, name.GetString(), area.GetString(), flags});
+        QStringList values = {name.GetString(), area.GetString()};
+        for (const int value : {owner, flags.type, flags.enabling, flags.selection, flags.shortcutEditor})
+            values.append(QString::number(value));
+        mHost.actions.emplace(action, values.join(QLatin1Char('|')));
     }
 
     HostPtr<IMenuManager> QueryMenuManager() const override
@@ -118,14 +117,9 @@ HostAnswer FakeHost::Ask(HostOperation operation)
 {
     mAsked.push_back(operation);
     const auto order = mOrders.find(operation);
-    if (order == mOrders.end() || CountAsked(operation) < order->second.fromCall)
-        return HostAnswer::Works;
-    return order->second.answer;
-}
-
-int FakeHost::CountAsked(HostOperation operation) const
-{
-    return static_cast<int>(std::count(mAsked.begin(), mAsked.end(), operation));
+    const auto calls = std::count(mAsked.begin(), mAsked.end(), operation);
+    const bool isOrdered = order != mOrders.end() && calls >= order->second.fromCall;
+    return isOrdered ? order->second.answer : HostAnswer::Works;
 }
 
 void FakeHost::CancelByUser()
@@ -193,5 +187,5 @@ int32_t FakeHost::ModalAlert(const PMString& text, const PMString& button1, cons
         if (!button->IsEmpty())
             alert.append(button->GetString());
     alerts.append(alert.join(QLatin1Char('|')));
-    return pressedButton;
+    return 1;
 }

@@ -10,9 +10,9 @@
 // A host for tests: documents, books, commands and menus that are plain values.
 //
 // Every query and command works unless the test makes it absent or failing. The host keeps the order in which
-// it was asked and what it was told, counts the references that were not given back, writes a small valid
-// PDF when its PDF command runs and a folder when its package command does. While it lives it is the host of
-// the fronts in HostCalls.h.
+// it was asked and what it was told, counts the references that were not given back, writes something like
+// a PDF when its PDF command runs and a folder when its package command does. While it lives it is the host
+// of the fronts in HostCalls.h.
 class FakeHost final : public IHostServices
 {
 public:
@@ -30,11 +30,10 @@ public:
     // What it was told.
     std::vector<std::shared_ptr<FakeCommandRecord>> commands;
     std::vector<std::shared_ptr<FakePackageRecord>> packages;
-    std::vector<FakeAction> actions;
-    std::vector<FakeMenuItem> menuItems;
-    QStringList alerts;                   // the texts, with the buttons behind them, joined by '|'
-    std::vector<ModalToken> modalTokens;  // handed out and not handed back
-    int32_t pressedButton = 1;            // how alerts are answered
+    std::multimap<ActionID, QString> actions;    // "name|area|owner|" and the four flags
+    std::multimap<ActionID, QString> menuItems;  // "path|position"
+    QStringList alerts;                          // the texts, with the buttons behind them, joined by '|'
+    std::vector<ModalToken> modalTokens;         // handed out and not handed back
 
     // Runs inside each command, before it has done anything.
     std::function<void()> onRun;
@@ -44,7 +43,6 @@ public:
 
     // The operations in the order in which they were asked for.
     const std::vector<HostOperation>& GetAsked() const { return mAsked; }
-    int CountAsked(HostOperation operation) const;
 
     // The user presses Cancel while a command runs; for use in onRun.
     void CancelByUser();

@@ -59,19 +59,3 @@ struct FakePackageRecord
     std::map<PackageSetting, bool> settings;
     bool hasRun = false;
 };
-
-struct FakeAction
-{
-    ClassID owner = 0;
-    ActionID action = 0;
-    QString name;
-    QString area;
-    ActionFlags flags;
-};
-
-struct FakeMenuItem
-{
-    ActionID action = 0;
-    QString path;
-    double position = 0;
-};
