@@ -8,7 +8,6 @@
 #include <QApplication>
 #include <QJsonDocument>
 #include <QLoggingCategory>
-#include <QStandardPaths>
 
 #include <cstdio>
 #include <memory>
@@ -28,13 +27,12 @@ void Print(std::FILE* file, const QString& text)
     std::fflush(file);
 }
 
-// Fonts in the user's own folders serve too. Programs that lie elsewhere are named by the environment.
+// Programs that lie elsewhere are named by the environment.
 ScribusSetup MakeSetup()
 {
-    ScribusSetup setup;
+    ScribusSetup setup = ScribusSetup::MakeForUser();
     setup.scribus = qEnvironmentVariable("LAYOUT_HOST_SCRIBUS", setup.scribus);
     setup.qpdf = qEnvironmentVariable("LAYOUT_HOST_QPDF", setup.qpdf);
-    setup.fontFolders = QStandardPaths::standardLocations(QStandardPaths::FontsLocation);
     return setup;
 }
 

@@ -10,7 +10,8 @@
 #include <QImage>
 #include <QProcess>
 #include <QRectF>
-#include <QRegularExpression>
+
+#include <unistd.h>
 
 static void ApplySettings(PackageSetting last, IPackageCommand& package)
 {
@@ -44,7 +45,7 @@ PdfFacts PdfFacts::Read(const QString& path)
 ScribusSetup EngineFixture::GetSetup()
 {
     ScribusSetup setup;
-    setup.home = QDir::tempPath() + QStringLiteral("/layout-host-tests-home");
+    setup.home = QDir::tempPath() + QStringLiteral("/layout-host-tests-%1").arg(::getuid());
     return setup;
 }
 

@@ -64,8 +64,9 @@ TEST_F(ExportFaultsTest, ADocumentThatChangesOrGoesIsNotExported)
     const QString path = MakeDocument("a.sla"_q, 2);
     const QByteArray content = ReadFile(path);
     Open(path);
+    bool isChanged = false;
     mFrontend.onWait = [&] {
-        WriteFile(path, content + " ");
+        isChanged = isChanged || WriteFile(path, content + " ");  // long before Scribus reads it
         return false;
     };
     ExpectFailure("was changed while it was exported");
