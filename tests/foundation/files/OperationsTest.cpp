@@ -1,5 +1,6 @@
 #include "FileHandlerFixture.h"
 
+#include <chrono>
 #include <map>
 
 namespace
@@ -157,8 +158,12 @@ TEST_F(FileOperations, CopyIsWholeOrAbsent)
     });
 }
 
+// Others rely on the pauses: a lock of 9 s is outlasted by a removal, one of 19 s by a rename.
 TEST_F(FileOperations, RetriesOutlastWhatPasses)
 {
+    using std::chrono::milliseconds;
+    EXPECT_EQ(Morvane::FileHandler::RetryPauses().remove, milliseconds(500));
+    EXPECT_EQ(Morvane::FileHandler::RetryPauses().rename, milliseconds(1000));
     for (const auto& [call, line] :
          {Texts{"removeFile goes", "removeFile|Failed to delete file."},
           Texts{"rename file later/new", "renameFile|Failed to rename file."},
@@ -166,7 +171,11 @@ TEST_F(FileOperations, RetriesOutlastWhatPasses)
         MakeAll("goes/ ._goes file folder/inside");
         mHandler.attempts = 0;
         mHandler.afterAttempt = nullptr;
+        const bool isRemoval = QByteArray(call).startsWith("remove");
+        mHandler.setRetryPauses({milliseconds(isRemoval ? 5 : 1), milliseconds(isRemoval ? 1 : 5)});
+        const auto start = std::chrono::steady_clock::now();
         EXPECT_FALSE(Run(call));
+        EXPECT_GE(std::chrono::steady_clock::now() - start, milliseconds(20 * 5));
         EXPECT_EQ(mHandler.attempts, 20);
         const QString source = mSandbox.GetPath(QString::fromUtf8(call).section(QLatin1Char(' '), 1, 1));
         EXPECT_EQ(

@@ -10,8 +10,7 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
-#include <tuple>
+#include <utility>
 
 namespace
 {
@@ -116,19 +115,19 @@ TEST_F(GPreferencesTest, CopiesAndDefaultsOnlyFillTheGapsOfSharedGroups)
 
 TEST_F(GPreferencesTest, TextsReadAsTheTypeThatIsAskedFor)
 {
-    const std::map<const char*, std::tuple<bool, int32_t, double>> cases = {
-        {"true", {true, 0, 0}},
-        {"TRUE", {false, 0, 0}},
-        {"1", {false, 1, 1}},
-        {"2147483648", {false, 0, 2147483648.0}}};
-    for (const auto& test : cases) {
-        GPreferences::Set(-3, "G", "K", test.first);
-        std::tuple<bool, int32_t, double> read = {true, 99, 99};
-        EXPECT_TRUE(GPreferences::Get("G", "K", std::get<0>(read)) &&
-                    GPreferences::Get("G", "K", std::get<1>(read)) &&
-                    GPreferences::Get("G", "K", std::get<2>(read)));
-        EXPECT_EQ(read, test.second) << test.first;
-    }
+    const auto read = [](const char* text) {
+        GPreferences::Set(-3, "G", "K", text);
+        bool isOn = true;
+        int32_t number = 99;
+        double real = 99;
+        EXPECT_TRUE(GPreferences::Get("G", "K", isOn) && GPreferences::Get("G", "K", number) &&
+                    GPreferences::Get("G", "K", real));
+        return "%1 %2 %3"_q.arg(isOn).arg(number).arg(real).toStdString();
+    };
+    EXPECT_EQ(read("true"), "1 0 0");
+    EXPECT_EQ(read("TRUE"), "0 0 0");
+    EXPECT_EQ(read("65536"), "0 65536 65536");
+    EXPECT_EQ(read("1.5"), "0 0 1.5");
     GString text = "before"_q;
     EXPECT_FALSE(GPreferences::Get("G", "none", text));
     EXPECT_TRUE(text.isEmpty());
