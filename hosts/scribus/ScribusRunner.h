@@ -72,8 +72,8 @@ public:
     // Runs one operation of host.py. The keys of a request depend on the operation and stand in the script.
     ScribusAnswer RunScript(const QString& operation, QJsonObject request);
 
-    // Runs qpdf with the arguments. Warnings (exit status 3) are a failure where they are not expected: our
-    // own files have none.
+    // Runs qpdf with the arguments. Its warnings (exit status 3) are a failure: our own files give cause for
+    // none.
     ScribusAnswer RunQpdf(const QStringList& arguments);
 
     // The colour profiles that Scribus knows; asked once. Empty when it can't be asked.
