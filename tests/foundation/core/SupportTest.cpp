@@ -8,46 +8,39 @@
 #include <limits>
 #include <vector>
 
-TEST(SupportTest, SpecialCharactersAreEscaped)
+// What a change in place makes of each text, and of its bytes.
+template <typename ChangeText, typename ChangeBytes>
+static void Check(const std::vector<std::pair<GString, GString>>& cases, ChangeText changeText,
+                  ChangeBytes changeBytes)
 {
-    const std::vector<std::pair<GString, GString>> cases = {
-        {QString(), QString()},
-        {"say\t\"a\\b\" 'c'"_q, "say\\t\\\"a\\\\b\\\" 'c'"_q},
-        {"a\r\nb\n\rc"_q, "a\\nb\\nc"_q},
-        {"\r\r\n\n"_q, "\\n\\n\\n"_q},
-        {"\u0001\u00A5\u4E2D"_q, "\u0001\u00A5\u4E2D"_q},
-    };
-    for (const auto& each : cases) {
-        GString text = each.first;
-        GStringSupport::ReplaceSpecialChars(text);
-        EXPECT_EQ(text, each.second);
-        GBuffer bytes = each.first.toLatin1();
-        GBufferSupport::ASCIIReplaceSpecialChars(bytes);
-        EXPECT_EQ(bytes, each.second.toLatin1());
+    for (const auto& [before, after] : cases) {
+        GString text = before;
+        changeText(text);
+        EXPECT_EQ(text, after);
+        GBuffer bytes = before.toLatin1();
+        changeBytes(bytes);
+        EXPECT_EQ(bytes, after.toLatin1());
     }
+}
+
+TEST(SupportTest, SpecialCharactersAreEscapedAndTypedEscapesTakenBack)
+{
+    Check({{QString(), QString()},
+           {"say\t\"a\\b\" 'c'"_q, "say\\t\\\"a\\\\b\\\" 'c'"_q},
+           {"a\r\nb\n\rc"_q, "a\\nb\\nc"_q},
+           {"\r\r\n\n"_q, "\\n\\n\\n"_q},
+           {"\u0001\u00A5\u4E2D"_q, "\u0001\u00A5\u4E2D"_q}},
+          GStringSupport::ReplaceSpecialChars, GBufferSupport::ASCIIReplaceSpecialChars);
+    Check({{"\\t\\n\\\"\\'\\\\"_q, "\t\r\n\"'\\"_q},
+           {"\\x\\"_q, "\\x\\"_q},
+           {"\\\\n"_q, "\\n"_q},
+           {"\u0080n\u00A5n\u00A5\\"_q, "\r\n\r\n\\"_q},
+           {"\u00A5x\u0080"_q, "\u00A5x\u0080"_q},
+           {"\u00A5\u00A5n"_q, "\u00A5\r\n"_q}},
+          GStringSupport::SetSpecialCharacters, GBufferSupport::ASCIIReplaceEscapeCodes);
     GString quoted = "a\""_q;
     GStringSupport::QuoteString(quoted);
     EXPECT_EQ(quoted, "\"a\\\"\""_q);
-}
-
-TEST(SupportTest, TypedEscapesAreTakenBack)
-{
-    const std::vector<std::pair<GString, GString>> cases = {
-        {"\\t\\n\\\"\\'\\\\"_q, "\t\r\n\"'\\"_q},
-        {"\\x\\"_q, "\\x\\"_q},
-        {"\\\\n"_q, "\\n"_q},
-        {"\u0080n\u00A5n\u00A5\\"_q, "\r\n\r\n\\"_q},
-        {"\u00A5x\u0080"_q, "\u00A5x\u0080"_q},
-        {"\u00A5\u00A5n"_q, "\u00A5\r\n"_q},
-    };
-    for (const auto& each : cases) {
-        GString text = each.first;
-        GStringSupport::SetSpecialCharacters(text);
-        EXPECT_EQ(text, each.second);
-        GBuffer bytes = each.first.toLatin1();
-        GBufferSupport::ASCIIReplaceEscapeCodes(bytes);
-        EXPECT_EQ(bytes, each.second.toLatin1());
-    }
 }
 
 TEST(SupportTest, EveryByteOfANameComesBack)

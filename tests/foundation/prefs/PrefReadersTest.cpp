@@ -68,7 +68,7 @@ TEST(PrefReadersTest, ListsAreReadAsFarAsTheyMakeSense)
         const char* list;  // each with a '|' behind it
     } cases[] = {
         {"#BEGINTABLE\r\n#ENDTABLE\r\n"_q, true, ""},
-        {"\uFEFF#BEGINTABLE\r\n\"a\"\r\n\"\"\r\n\"a\" x\n#ENDTABLE"_q, true, "a||a|"},
+        {QStringLiteral("\uFEFF#BEGINTABLE\r\n\"a\"\r\n\"\"\r\n\"a\" x\n#ENDTABLE"), true, "a||a|"},
         {"#BEGINTABLE \"a\"\n\"b"_q, true, "a|"},
         {"#BEGINTABLE\n\"a\"\n\n\"b\"\n"_q, true, "a|"},
         {"\"a\"\n#ENDTABLE"_q, false, ""},

@@ -77,6 +77,8 @@ TEST(PrefRoundTripTest, AnyDocumentComesBackInEveryEncoding)
         for (unsigned seed = 0; seed < 150; ++seed) {
             const SortedGroups written = MakeDocument(seed, encoding);
             const GBuffer bytes = WriteDocument(written, encoding);
+            const GString begin = encoding->GetCharWidth() == 2 ? QStringLiteral("\uFEFF#BEGIN") : "#BEGIN"_q;
+            ASSERT_TRUE(bytes.startsWith(encoding->Encode(begin)));
             const bool isFound = encoding->GetCharWidth() == 2 && seed % 2 == 0;  // by its mark
             const ReadDocument read = ParseDocument(bytes, isFound ? nullptr : encoding);
             ASSERT_TRUE(read.isRead && read.stopPosition == -1 && read.groups == AsInFile(written))
