@@ -30,7 +30,7 @@ using Clock = std::chrono::steady_clock;
 using Seconds = std::chrono::duration<double>;
 
 // The host over Scribus, which keeps how long its commands take.
-class TimedHost : public IHostServices
+class TimedHost final : public IHostServices
 {
 public:
     explicit TimedHost(ScribusHost& host) : mHost(host) {}

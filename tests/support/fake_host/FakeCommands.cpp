@@ -1,9 +1,9 @@
 #include "tests/support/fake_host/FakeCommands.h"
 
-#include "tests/support/TestFiles.h"
 #include "tests/support/fake_host/FakeDocuments.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -13,6 +13,13 @@ namespace
 QString GetPath(const IDFile& file)
 {
     return FileUtils::SysFileToPMString(file).GetString();
+}
+
+// Into a folder that is there already, as a host would.
+bool Write(const QString& path, const QByteArray& content)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
 // A part of a command, over the command's record.
@@ -132,7 +139,7 @@ public:
         if (mHost.Ask(HostOperation::CreateReport) != HostAnswer::Works)
             return 0;
         const QDir folder(static_cast<const FakeDocumentPackage&>(package).mRecord->folder);
-        const bool isWritten = WriteFile(folder.filePath(QStringLiteral("Instructions.txt")), "Report");
+        const bool isWritten = Write(folder.filePath(QStringLiteral("Instructions.txt")), "Report");
         return isWritten ? cReportWritten : 0;
     }
 };
@@ -196,7 +203,7 @@ ErrorCode FakeCommand::Run()
     mRecord->hasRun = true;
     const bool isDone = operation == HostOperation::RunPDFPreferences ||
                         (QDir().exists(QFileInfo(mRecord->outputPath).path()) &&
-                         WriteFile(mRecord->outputPath, "%PDF-1.4\n%%EOF\n"));
+                         Write(mRecord->outputPath, "%PDF-1.4\n%%EOF\n"));
     return isDone ? cSuccess : cFailure;
 }
 
