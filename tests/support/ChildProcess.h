@@ -56,7 +56,10 @@ public:
     // Also when the child has ended.
     qint64 GetProcessID() const { return mProcessID; }
 
-private:
+protected:
+    // For other programs.
+    ChildProcess() = default;
+
     QProcess mProcess;
     qint64 mProcessID = 0;
 };

@@ -1,15 +1,14 @@
 #pragma once
 
+#include "tests/support/ChildProcess.h"
 #include "tests/support/Sandbox.h"
 #include "tests/support/Texts.h"
 
 #include <QJsonObject>
-#include <QProcess>
-#include <QStringList>
 
 // The real receiving process, running and registered below the root of a sandbox. Killed at the end of its
 // life.
-class PrinterProcessor
+class PrinterProcessor : public ChildProcess
 {
 public:
     enum class Output
@@ -19,22 +18,9 @@ public:
     };
 
     PrinterProcessor(const Sandbox& sandbox, const QStringList& arguments, Output output = Output::Read);
-    ~PrinterProcessor();
-    PrinterProcessor(const PrinterProcessor&) = delete;
-    PrinterProcessor& operator=(const PrinterProcessor&) = delete;
 
     // What its next line says; empty when it ends without one, or says nothing for 30 s.
     QJsonObject ReadLine();
 
-    void Kill();
-
-    // Its exit status; -1 when it crashed or is still running after 30 s.
-    int WaitForExit();
-
-    uint32_t GetProcessID() const { return mProcessID; }
-
-private:
-    QProcess mReader;  // of lost output
-    QProcess mProcess;
-    uint32_t mProcessID = 0;
+    uint32_t GetProcessID() const { return static_cast<uint32_t>(mProcessID); }
 };
