@@ -3,9 +3,6 @@
 #include "ZipSamples.h"
 
 #include <QBuffer>
-#include <QDir>
-
-#include <gtest/gtest.h>
 
 #include <random>
 

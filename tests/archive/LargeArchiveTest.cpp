@@ -7,8 +7,6 @@
 #include <QProcess>
 #include <QSysInfo>
 
-#include <gtest/gtest.h>
-
 using namespace Morvane;
 
 namespace

@@ -1,9 +1,6 @@
 #include "ZipSamples.h"
 
-#include <QDir>
 #include <QProcess>
-
-#include <gtest/gtest.h>
 
 using Morvane::ZipNames;
 using Morvane::ZipStart;

@@ -2,10 +2,7 @@
 
 #include "ZipSamples.h"
 
-#include <QDir>
 #include <QEventLoop>
-
-#include <gtest/gtest.h>
 
 using namespace Morvane;
 

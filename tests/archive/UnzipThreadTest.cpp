@@ -2,10 +2,6 @@
 
 #include "ZipSamples.h"
 
-#include <QDir>
-
-#include <gtest/gtest.h>
-
 using namespace Morvane;
 
 // Read by the thread sanitizer. QThread waits for its end with a condition of Qt's, which the sanitizer does

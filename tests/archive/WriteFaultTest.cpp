@@ -4,11 +4,6 @@
 #include "archive/ZipArchive.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/FaultyDisk.h"
-#include "tests/support/Sandbox.h"
-
-#include <QDir>
-
-#include <gtest/gtest.h>
 
 using namespace Morvane;
 

@@ -4,9 +4,6 @@
 #include "archive/ZipSourceAttributes.h"
 
 #include <QDateTime>
-#include <QDir>
-
-#include <gtest/gtest.h>
 
 using namespace Morvane;
 

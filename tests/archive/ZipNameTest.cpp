@@ -2,8 +2,6 @@
 
 #include "ZipSamples.h"
 
-#include <gtest/gtest.h>
-
 using namespace Morvane;
 
 namespace

@@ -1,9 +1,7 @@
 #include "ZipSamples.h"
 
-#include <QDir>
 #include <QtEndian>
 
-#include <gtest/gtest.h>
 #include <zlib.h>
 
 namespace

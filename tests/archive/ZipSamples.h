@@ -2,17 +2,9 @@
 
 #include "archive/ZipHelper.h"
 #include "tests/support/LogRecorder.h"
-#include "tests/support/Sandbox.h"
-#include "tests/support/TestFiles.h"
-#include "tests/support/Texts.h"
+#include "tests/support/Test.h"
 
-#include <QByteArray>
-#include <QMap>
-#include <QString>
-#include <QStringList>
 #include <QVector>
-
-#include <gtest/gtest.h>
 
 #include <cstdint>
 

@@ -1,9 +1,6 @@
 #include "ZipSamples.h"
 
 #include <QDateTime>
-#include <QDir>
-
-#include <gtest/gtest.h>
 
 using namespace Morvane;
 

@@ -4,13 +4,7 @@
 #include "export/PlugInPreferences.h"
 #include "foundation/prefs/GPreferences.h"
 #include "foundation/system/GFileSystemBase.h"
-#include "tests/support/Sandbox.h"
-#include "tests/support/TestFiles.h"
-#include "tests/support/Texts.h"
-
-#include <QDir>
-
-#include <gtest/gtest.h>
+#include "tests/support/Test.h"
 
 // The plug-in's settings in the store, in the root that this process has, as at the plug-in's start; and out
 // again, as at its end.

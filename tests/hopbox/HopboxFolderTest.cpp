@@ -1,11 +1,6 @@
 #include "hopbox/HopboxFolder.h"
 
-#include "tests/support/Sandbox.h"
-#include "tests/support/Texts.h"
-
-#include <QDir>
-
-#include <gtest/gtest.h>
+#include "tests/support/Test.h"
 
 TEST(HopboxFolder, NamesStayInTheirFolderOnEverySystem)
 {

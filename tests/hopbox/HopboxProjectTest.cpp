@@ -3,13 +3,7 @@
 #include "archive/ZipArchive.h"
 #include "archive/ZipArchiver.h"
 #include "foundation/prefs/GPrefMemoryModule.h"
-#include "tests/support/Sandbox.h"
-#include "tests/support/TestFiles.h"
-#include "tests/support/Texts.h"
-
-#include <QDir>
-
-#include <gtest/gtest.h>
+#include "tests/support/Test.h"
 
 using Morvane::ZipArchive;
 using Morvane::ZipArchiver;

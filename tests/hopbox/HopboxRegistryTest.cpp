@@ -1,13 +1,7 @@
 #include "hopbox/HopboxRegistry.h"
 
 #include "foundation/prefs/GPrefSharedFileModule.h"
-#include "tests/support/Sandbox.h"
-#include "tests/support/Texts.h"
-
-#include <QDir>
-#include <QFile>
-
-#include <gtest/gtest.h>
+#include "tests/support/Test.h"
 
 static const GString cOddName = "Gr\u00F6\u00DFe '1' \"\\n\" \u65E5\u672C \U0001F4E6 #ENDDICT"_q;
 

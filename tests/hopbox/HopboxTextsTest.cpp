@@ -1,11 +1,7 @@
 #include "hopbox/HopboxJobTicket.h"
 #include "hopbox/HopboxRegistryEntry.h"
 
-#include "tests/support/Texts.h"
-
-#include <QDir>
-
-#include <gtest/gtest.h>
+#include "tests/support/Test.h"
 
 // Text with everything that the escapes, the encodings and careless readers stumble over.
 static const GString cOddText =

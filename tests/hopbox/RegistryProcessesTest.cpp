@@ -1,10 +1,7 @@
 #include "hopbox/HopboxRegistry.h"
 
 #include "tests/support/ChildProcess.h"
-#include "tests/support/Sandbox.h"
-#include "tests/support/Texts.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/Test.h"
 
 #include <memory>
 #include <vector>

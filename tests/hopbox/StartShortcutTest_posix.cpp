@@ -1,16 +1,10 @@
 #include "hopbox/StartShortcut.h"
 
-#include "tests/support/Sandbox.h"
-#include "tests/support/TestFiles.h"
-#include "tests/support/Texts.h"
+#include "tests/support/Test.h"
 
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QProcess>
 #include <QThread>
-
-#include <gtest/gtest.h>
 
 static constexpr int cPatience = 20000;  // milliseconds
 

@@ -1,14 +1,9 @@
 #include "hopbox/StartShortcut.h"
 
 #include "foundation/system/PCom.h"
-#include "tests/support/Sandbox.h"
-#include "tests/support/Texts.h"
+#include "tests/support/Test.h"
 
-#include <QDir>
-#include <QFile>
 #include <QtEndian>
-
-#include <gtest/gtest.h>
 
 #include <windows.h>
 

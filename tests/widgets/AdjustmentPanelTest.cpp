@@ -1,5 +1,5 @@
 #include "foundation/core/GUnitSupport.h"
-#include "tests/support/Texts.h"
+#include "tests/support/Test.h"
 #include "widgets/GCUSPDFSettingsAdjWdt.h"
 #include "widgets/GCUSTranslation.h"
 #include "widgets/GQUIUnitSpinBox.h"
@@ -7,8 +7,6 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QTest>
-
-#include <gtest/gtest.h>
 
 namespace
 {

@@ -1,12 +1,10 @@
 #include "foundation/core/GUnitSupport.h"
-#include "tests/support/Texts.h"
+#include "tests/support/Test.h"
 #include "widgets/GQUIUnitSpinBox.h"
 
 #include <QSignalSpy>
 #include <QTest>
 #include <QToolTip>
-
-#include <gtest/gtest.h>
 
 namespace
 {

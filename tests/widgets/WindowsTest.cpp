@@ -1,4 +1,4 @@
-#include "tests/support/Texts.h"
+#include "tests/support/Test.h"
 #include "widgets/GCUSModal.h"
 #include "widgets/GQUICollapsibleFrame.h"
 #include "widgets/GQUIProgressWindow.h"
@@ -11,8 +11,6 @@
 #include <QTimer>
 #include <QToolButton>
 #include <QWindow>
-
-#include <gtest/gtest.h>
 
 namespace
 {

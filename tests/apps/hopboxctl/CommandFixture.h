@@ -1,12 +1,8 @@
 #pragma once
 
-#include "tests/support/Sandbox.h"
-#include "tests/support/TestFiles.h"
-#include "tests/support/Texts.h"
+#include "tests/support/Test.h"
 
 #include <QProcess>
-
-#include <gtest/gtest.h>
 
 // Runs the real hopboxctl in a sandbox of its own, and keeps what it says with LF at the ends of lines.
 class CommandTest : public testing::Test

@@ -1,6 +1,5 @@
 #include "CommandFixture.h"
 
-#include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>

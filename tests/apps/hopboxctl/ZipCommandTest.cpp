@@ -1,7 +1,5 @@
 #include "CommandFixture.h"
 
-#include <QDir>
-
 namespace
 {
 class ZipCommand : public CommandTest

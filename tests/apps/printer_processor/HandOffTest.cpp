@@ -3,11 +3,9 @@
 #include "foundation/system/PSystem.h"
 #include "hopbox/HopboxHandOff.h"
 #include "tests/support/PrinterProcessor.h"
-#include "tests/support/TestFiles.h"
+#include "tests/support/Test.h"
 
 #include <QCoreApplication>
-
-#include <gtest/gtest.h>
 
 using HopboxHandOff::OwnProcess;
 

@@ -2,12 +2,9 @@
 #include "hopbox/HopboxHandOff.h"
 #include "hopbox/HopboxJobTicket.h"
 #include "tests/support/PrinterProcessor.h"
-#include "tests/support/TestFiles.h"
+#include "tests/support/Test.h"
 
-#include <QDir>
 #include <QUrl>
-
-#include <gtest/gtest.h>
 
 namespace
 {

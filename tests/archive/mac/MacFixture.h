@@ -2,13 +2,9 @@
 
 #include "foundation/trace/GTrace.h"
 #include "tests/support/LogRecorder.h"
-#include "tests/support/Sandbox.h"
-#include "tests/support/TestFiles.h"
-#include "tests/support/Texts.h"
+#include "tests/support/Test.h"
 
 #include <QtEndian>
-
-#include <gtest/gtest.h>
 
 #include <memory>
 

@@ -4,13 +4,9 @@
 #include "foundation/core/GFileOutputStream.h"
 #include "foundation/core/GMemoryInputStream.h"
 #include "tests/support/ErrorCode.h"
-#include "tests/support/Texts.h"
+#include "tests/support/Test.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 #include <memory>
 

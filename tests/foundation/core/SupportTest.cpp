@@ -1,8 +1,6 @@
 #include "foundation/core/GBufferSupport.h"
 #include "foundation/core/GStringSupport.h"
-#include "tests/support/Texts.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/Test.h"
 
 #include <cmath>
 #include <limits>

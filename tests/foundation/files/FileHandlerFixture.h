@@ -2,16 +2,9 @@
 
 #include "foundation/files/FileHandler.h"
 #include "tests/support/LogRecorder.h"
-#include "tests/support/Sandbox.h"
-#include "tests/support/TestFiles.h"
-#include "tests/support/Texts.h"
+#include "tests/support/Test.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QRegularExpression>
-
-#include <gtest/gtest.h>
 
 #include <functional>
 #include <utility>

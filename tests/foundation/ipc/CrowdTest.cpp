@@ -1,7 +1,6 @@
 #include "IpcFixture.h"
 #include "KilledParty.h"
 
-#include <QMap>
 #include <QSysInfo>
 
 #include <algorithm>

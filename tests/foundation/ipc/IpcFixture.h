@@ -7,12 +7,7 @@
 #include "foundation/system/GSessionInfo.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/ErrorCode.h"
-#include "tests/support/Sandbox.h"
-#include "tests/support/Texts.h"
-
-#include <QDir>
-
-#include <gtest/gtest.h>
+#include "tests/support/Test.h"
 
 // Names of its own for every shared object.
 class IpcTest : public testing::Test

@@ -3,8 +3,6 @@
 
 #include "IpcFixture.h"
 
-#include <QFile>
-
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>

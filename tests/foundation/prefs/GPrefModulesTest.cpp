@@ -3,13 +3,7 @@
 #include "foundation/prefs/GPrefMemoryModule.h"
 #include "foundation/prefs/GPrefSharedFileModule.h"
 #include "tests/support/ErrorCode.h"
-#include "tests/support/Sandbox.h"
-#include "tests/support/TestFiles.h"
-#include "tests/support/Texts.h"
-
-#include <QDir>
-
-#include <gtest/gtest.h>
+#include "tests/support/Test.h"
 
 #include <stdexcept>
 

@@ -3,12 +3,7 @@
 #include "foundation/core/GException.h"
 #include "foundation/prefs/GPrefMemoryModule.h"
 #include "foundation/prefs/GPreferences.h"
-#include "tests/support/Sandbox.h"
-#include "tests/support/Texts.h"
-
-#include <QFile>
-
-#include <gtest/gtest.h>
+#include "tests/support/Test.h"
 
 #include <utility>
 

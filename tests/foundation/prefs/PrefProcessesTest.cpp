@@ -3,14 +3,8 @@
 #include "tests/support/ChildProcess.h"
 #include "tests/support/ErrorCode.h"
 #include "tests/support/FaultyDisk.h"
-#include "tests/support/Sandbox.h"
 #include "tests/support/SecondUser.h"
-#include "tests/support/TestFiles.h"
-#include "tests/support/Texts.h"
-
-#include <QDir>
-
-#include <gtest/gtest.h>
+#include "tests/support/Test.h"
 
 #include <memory>
 #include <random>

@@ -3,9 +3,7 @@
 #include "foundation/prefs/GListReader.h"
 #include "foundation/prefs/GOrderedDictWriter.h"
 #include "foundation/prefs/GPrefWriter.h"
-#include "tests/support/Texts.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/Test.h"
 
 #include <map>
 

@@ -1,9 +1,7 @@
 #include "PrefDocument.h"
-#include "tests/support/Texts.h"
+#include "tests/support/Test.h"
 
 #include <QRegularExpression>
-
-#include <gtest/gtest.h>
 
 #include <climits>
 #include <random>

@@ -1,10 +1,6 @@
 #include "foundation/core/GMemoryInputStream.h"
 #include "foundation/prefs/GBin2TextStream.h"
-#include "tests/support/Texts.h"
-
-#include <QStringList>
-
-#include <gtest/gtest.h>
+#include "tests/support/Test.h"
 
 namespace
 {

@@ -7,11 +7,7 @@
 #include "foundation/strings/GStringPool.h"
 #include "foundation/trace/GTrace.h"
 #include "tests/support/LogRecorder.h"
-#include "tests/support/Sandbox.h"
-#include "tests/support/TestFiles.h"
-#include "tests/support/Texts.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/Test.h"
 
 #include <QEventLoop>
 #include <QLocale>

@@ -1,11 +1,9 @@
 #include "foundation/strings/GStringFileReader.h"
 #include "foundation/trace/GTrace.h"
 #include "tests/support/LogRecorder.h"
-#include "tests/support/Texts.h"
+#include "tests/support/Test.h"
 
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 #include <map>
 

@@ -2,13 +2,9 @@
 #include "foundation/strings/GLngString.h"
 #include "foundation/strings/GStringPool.h"
 #include "foundation/strings/GStringPoolSupport.h"
-#include "tests/support/TestFiles.h"
-#include "tests/support/Texts.h"
+#include "tests/support/Test.h"
 
-#include <QDir>
 #include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 namespace
 {

@@ -3,15 +3,9 @@
 #include "foundation/system/GDurableFile.h"
 #include "foundation/system/GProcessInfo.h"
 #include "tests/support/ErrorCode.h"
-#include "tests/support/Sandbox.h"
 #include "tests/support/SecondUser.h"
-#include "tests/support/TestFiles.h"
-#include "tests/support/Texts.h"
+#include "tests/support/Test.h"
 #include "tests/support/Threads.h"
-
-#include <QDir>
-
-#include <gtest/gtest.h>
 
 namespace
 {

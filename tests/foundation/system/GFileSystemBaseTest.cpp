@@ -1,19 +1,13 @@
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/core/GException.h"
 #include "foundation/system/GFileSystemBase.h"
-#include "tests/support/Sandbox.h"
-#include "tests/support/TestFiles.h"
-#include "tests/support/Texts.h"
+#include "tests/support/Test.h"
 #include "tests/support/Threads.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
-#include <QDir>
-#include <QFileInfo>
 #include <QLibrary>
 #include <QRegularExpression>
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <set>

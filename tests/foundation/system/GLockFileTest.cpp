@@ -2,14 +2,8 @@
 #include "foundation/system/GLockByFile.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/ErrorCode.h"
-#include "tests/support/Sandbox.h"
 #include "tests/support/SecondUser.h"
-#include "tests/support/TestFiles.h"
-#include "tests/support/Texts.h"
-
-#include <QDir>
-
-#include <gtest/gtest.h>
+#include "tests/support/Test.h"
 
 static bool CanLock(const GPathName& path, GLockType type)
 {

@@ -3,12 +3,9 @@
 #include "foundation/system/GSessionInfo.h"
 #include "foundation/system/PSystem.h"
 #include "tests/support/ChildProcess.h"
-#include "tests/support/Sandbox.h"
+#include "tests/support/Test.h"
 
 #include <QCoreApplication>
-#include <QFileInfo>
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 

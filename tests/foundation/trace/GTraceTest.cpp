@@ -1,12 +1,10 @@
 #include "foundation/trace/GTrace.h"
 #include "foundation/trace/GTraceBlock.h"
 #include "tests/support/LogRecorder.h"
-#include "tests/support/Texts.h"
+#include "tests/support/Test.h"
 #include "tests/support/Threads.h"
 
 #include <QRegularExpression>
-
-#include <gtest/gtest.h>
 
 #include <atomic>
 #include <stdexcept>

@@ -1,15 +1,11 @@
 #include "foundation/trace/FileLogger.h"
 #include "foundation/trace/QtLogger.h"
 
-#include "tests/support/Sandbox.h"
-#include "tests/support/TestFiles.h"
-#include "tests/support/Texts.h"
+#include "tests/support/Test.h"
 #include "tests/support/Threads.h"
 
 #include <QLoggingCategory>
 #include <QRegularExpression>
-
-#include <gtest/gtest.h>
 
 #include <stdexcept>
 

@@ -2,11 +2,7 @@
 #include "hosts/scribus/SlaContent.h"
 #include "hosts/scribus/SlaFile.h"
 #include "hosts/scribus/SlaLinks.h"
-#include "tests/support/Sandbox.h"
-#include "tests/support/TestFiles.h"
-#include "tests/support/Texts.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/Test.h"
 
 namespace
 {

@@ -1,8 +1,5 @@
 #include "EngineFixture.h"
-#include "tests/support/TestFiles.h"
-#include "tests/support/Texts.h"
 
-#include <QFile>
 #include <QImage>
 
 namespace

@@ -1,12 +1,8 @@
 #include "EngineFixture.h"
 
 #include "foundation/trace/GTrace.h"
-#include "tests/support/TestFiles.h"
-#include "tests/support/Texts.h"
 
 #include <QColor>
-#include <QDir>
-#include <QFileInfo>
 #include <QImage>
 #include <QProcess>
 #include <QRectF>

@@ -3,13 +3,9 @@
 #include "hosts/scribus/IHostFrontend.h"
 #include "hosts/scribus/ScribusHost.h"
 #include "tests/support/LogRecorder.h"
-#include "tests/support/Sandbox.h"
+#include "tests/support/Test.h"
 
-#include <QMap>
 #include <QRectF>
-#include <QStringList>
-
-#include <gtest/gtest.h>
 
 #include <functional>
 

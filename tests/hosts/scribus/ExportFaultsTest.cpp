@@ -2,11 +2,6 @@
 #include "foundation/trace/GTrace.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/FaultyDisk.h"
-#include "tests/support/TestFiles.h"
-#include "tests/support/Texts.h"
-
-#include <QDir>
-#include <QFile>
 
 #include <unistd.h>
 #include <csignal>

@@ -1,8 +1,6 @@
 #include "hosts/scribus/JobOptions.h"
 #include "hosts/scribus/PdfSettings.h"
-#include "tests/support/Texts.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/Test.h"
 
 namespace
 {

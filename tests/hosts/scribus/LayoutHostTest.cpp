@@ -1,13 +1,9 @@
 #include "tests/support/PrinterProcessor.h"
-#include "tests/support/TestFiles.h"
+#include "tests/support/Test.h"
 
-#include <QDir>
 #include <QDirIterator>
-#include <QFileInfo>
 #include <QJsonDocument>
 #include <QThread>
-
-#include <gtest/gtest.h>
 
 #include <csignal>
 

@@ -1,9 +1,5 @@
 #include "EngineFixture.h"
-#include "tests/support/TestFiles.h"
-#include "tests/support/Texts.h"
 
-#include <QDir>
-#include <QFile>
 #include <QImage>
 #include <QProcess>
 

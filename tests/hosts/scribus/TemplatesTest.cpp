@@ -1,11 +1,8 @@
 #include "EngineFixture.h"
 #include "hosts/scribus/SlaFile.h"
 #include "hosts/scribus/SlaScanner.h"
-#include "tests/support/TestFiles.h"
-#include "tests/support/Texts.h"
 
 #include <QDirIterator>
-#include <QFile>
 #include <QProcess>
 #include <QSet>
 

@@ -2,9 +2,7 @@
 #include "hosts/scribus/HostWindow.h"
 #include "hosts/scribus/PositionedMenu.h"
 #include "hosts/scribus/WindowFrontend.h"
-#include "tests/support/Sandbox.h"
-#include "tests/support/TestFiles.h"
-#include "tests/support/Texts.h"
+#include "tests/support/Test.h"
 #include "tests/support/WindowDriver.h"
 
 #include <QAbstractButton>
@@ -12,8 +10,6 @@
 #include <QApplication>
 #include <QDialog>
 #include <QMenu>
-
-#include <gtest/gtest.h>
 
 namespace
 {

@@ -1,5 +1,5 @@
 #include "plugin/messages/GCSPUUserMessage.h"
-#include "tests/support/Texts.h"
+#include "tests/support/Test.h"
 #include "tests/support/WindowDriver.h"
 #include "widgets/GCUSModal.h"
 
@@ -7,8 +7,6 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <QWindow>
-
-#include <gtest/gtest.h>
 
 namespace
 {

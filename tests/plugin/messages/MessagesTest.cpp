@@ -6,9 +6,7 @@
 #include "plugin/messages/MessageCodes.h"
 #include "plugin/messages/MessageTable.h"
 #include "tests/support/LogRecorder.h"
-#include "tests/support/Texts.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/Test.h"
 
 namespace
 {

@@ -8,14 +8,9 @@
 #include "plugin/shell/GIDCSPStartupShutdown.h"
 #include "plugin/shell/PlugInServices.h"
 #include "tests/support/AlertRecorder.h"
-#include "tests/support/Sandbox.h"
-#include "tests/support/Texts.h"
+#include "tests/support/Test.h"
 #include "tests/support/fake_host/FakeHost.h"
 #include "widgets/GCUSModal.h"
-
-#include <QFileInfo>
-
-#include <gtest/gtest.h>
 
 #include <stdexcept>
 

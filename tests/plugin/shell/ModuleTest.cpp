@@ -7,7 +7,6 @@
 #include "tests/support/WindowDriver.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QLibrary>
 #include <QRadioButton>
 #include <QTest>

@@ -1,8 +1,6 @@
 #include "plugin/shell/GIDCSPStartupShutdown.h"
-#include "tests/support/Texts.h"
+#include "tests/support/Test.h"
 #include "tests/support/fake_host/FakeHost.h"
-
-#include <gtest/gtest.h>
 
 TEST(Startup, AddsEachActionWithItsMenuEntryOnce)
 {
