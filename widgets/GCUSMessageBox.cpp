@@ -1,6 +1,6 @@
 #include "widgets/GCUSMessageBox.h"
 
-#include "widgets/GCUSModalDialog.h"
+#include "widgets/GCUSModalTime.h"
 #include "widgets/GCUSTranslation.h"
 
 #include <QMessageBox>

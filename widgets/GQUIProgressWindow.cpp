@@ -1,6 +1,6 @@
 #include "widgets/GQUIProgressWindow.h"
 
-#include "widgets/GCUSModalDialog.h"
+#include "widgets/GCUSModalTime.h"
 
 #include <QDialogButtonBox>
 #include <QFontMetrics>

@@ -1,6 +1,6 @@
 #include "widgets/GQUIWindow.h"
 
-#include "widgets/GCUSModalDialog.h"
+#include "widgets/GCUSModalTime.h"
 
 GQUIWindow::GQUIWindow(QWidget* parent, Qt::WindowFlags flags) : QDialog(parent, flags)
 {

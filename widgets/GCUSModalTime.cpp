@@ -1,4 +1,4 @@
-#include "widgets/GCUSModalDialog.h"
+#include "widgets/GCUSModalTime.h"
 
 #include <QDialog>
 #include <QWindow>
