@@ -70,10 +70,9 @@ void ShowLength(GQUIUnitSpinBox& field, const std::optional<double>& points)
         field.SetBlank();
 }
 
-// The length in the field, with what is being typed; empty when it is blank.
-std::optional<double> ReadLength(GQUIUnitSpinBox& field)
+// The length in the field; empty when it is blank.
+std::optional<double> ReadLength(const GQUIUnitSpinBox& field)
 {
-    field.interpretText();
     return field.IsBlank() ? std::nullopt : std::make_optional(field.GetPoints());
 }
 }  // namespace
@@ -208,6 +207,9 @@ void GCUSPDFSettingsAdjWdt::Load(const Values& values)
 
 void GCUSPDFSettingsAdjWdt::Store(Values& values) const
 {
+    // What is being typed counts too, in all of the fields that are linked.
+    for (GQUIUnitSpinBox* field : {mOffset, mBleeds[0], mBleeds[1], mBleeds[2], mBleeds[3]})
+        field->interpretText();
     std::array<std::optional<bool>, cMarkCount> marks;
     std::transform(mMarks.begin(), mMarks.end(), marks.begin(),
                    [](const QCheckBox* mark) { return ReadState(*mark); });

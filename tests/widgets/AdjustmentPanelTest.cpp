@@ -126,6 +126,7 @@ TEST(AdjustmentPanel, StoresWhatTheUserChanges)
         {{}, type(1, "5"), equalBleeds},
         {"BleedChoice=1 BleedTopValue=1"_q, type(2, "5"),
          "BleedBottomValue=5 BleedChoice=1 BleedTopValue=1"_q},
+        {equalBleeds, type(3, "6"), QString(equalBleeds).replace("Value=5"_q, "Value=6"_q)},
         {"BleedTopValue=5"_q, ClickChain, equalBleeds},
         {equalBleeds,
          [](QWidget* panel) {
