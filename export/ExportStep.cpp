@@ -1,5 +1,6 @@
 #include "export/ExportStep.h"
 
+#include "export/WorkFolder.h"
 #include "plugin/messages/ErrorText.h"
 
 ExportStep::~ExportStep() = default;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "export/WorkFolder.h"
+#include "export/ReservedOutput.h"
 #include "plugin/host/IDFile.h"
 
 #include <optional>

@@ -9,9 +9,8 @@
 struct GCPTSaveAsProperties
 {
     // Messages of the signal.
-    static constexpr int32_t cRunMessage = 106;  // run the export with these properties
-    static constexpr int32_t cCancelMessage =
-        107;  // the running export is to end; the properties mean nothing
+    static constexpr int32_t cRunMessage = 106;     // run the export with these properties
+    static constexpr int32_t cCancelMessage = 107;  // end the running export; the properties mean nothing
 
     GString hopboxKey;   // in the registry
     GString hopboxName;  // what the ticket, the work folder and messages call the Hopbox

@@ -1,5 +1,6 @@
 #include "ExportRun.h"
 #include "export/JobOptionsFolder.h"
+#include "export/ReservedOutput.h"
 #include "export/WorkFolder.h"
 #include "foundation/system/PSystem.h"
 #include "foundation/trace/GTrace.h"
