@@ -5,7 +5,6 @@
 #include "foundation/prefs/GPrefModule.h"
 #include "foundation/prefs/GPreferences.h"
 #include "foundation/trace/GTrace.h"
-#include "hopbox/HopboxRegistry.h"
 
 #include <set>
 
@@ -67,18 +66,6 @@ void PlugInPreferences::SetPackageChoice(const GString& group, bool isWanted)
 {
     if (!group.isEmpty())
         GPreferences::Set(cModule, group.toUtf8(), cPackageChoice, isWanted);
-}
-
-QStringList PlugInPreferences::GetListedGroups()
-{
-    const HopboxRegistry registry;
-    QStringList groups;
-    for (const GString& key : registry.GetKeys()) {
-        const std::optional<HopboxRecord> record = registry.GetRecord(key);
-        if (record && record->entry.isPlugin)
-            groups.append(record->GetPreferenceGroup(key));
-    }
-    return groups;
 }
 
 void PlugInPreferences::Prune(const QStringList& groups)

@@ -21,15 +21,11 @@ void Release();
 GString GetLastSelection();
 void SetLastSelection(const GString& registryKey);
 
-// Whether the user wanted a file package from a Hopbox the last time. The group is what the registry gives
-// for the Hopbox (HopboxRegistry::GetPreferenceGroup); an empty one remembers nothing.
+// Whether the user wanted a file package from a Hopbox the last time. The group is that of the Hopbox's
+// record (HopboxRecord::GetPreferenceGroup); an empty one remembers nothing.
 bool HasPackageChoice(const GString& group);
 bool GetPackageChoice(const GString& group);
 void SetPackageChoice(const GString& group, bool isWanted);
-
-// The groups of the Hopboxes that offer themselves to the plug-in and whose entries can be read. Raises what
-// the registry raises.
-QStringList GetListedGroups();
 
 // Forgets the package choices of all Hopboxes but these, each with its whole group, and writes the file. A
 // file that can't be written is logged.

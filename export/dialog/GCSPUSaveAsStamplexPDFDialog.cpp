@@ -390,7 +390,7 @@ void GCSPUSaveAsStamplexPDFDialog::StoreChoices()
 void GCSPUSaveAsStamplexPDFDialog::OnExit()
 {
     try {
-        PlugInPreferences::Prune(PlugInPreferences::GetListedGroups());
+        PlugInPreferences::Prune(HopboxList::Read().GetPreferenceGroups());
     } catch (const GException& error) {
         GTrace::Error(QStringLiteral("GCSPUSaveAsStamplexPDFDialog::OnExit"), error.GetDescription());
     }

@@ -39,6 +39,14 @@ void HopboxList::Sort()
     mItems.swap(sorted);
 }
 
+QStringList HopboxList::GetPreferenceGroups() const
+{
+    QStringList groups;
+    for (const Item& item : mItems)
+        groups.append(item.record.GetPreferenceGroup(item.key));
+    return groups;
+}
+
 int HopboxList::FindKey(const GString& key) const
 {
     const auto found =

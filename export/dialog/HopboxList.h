@@ -31,6 +31,9 @@ public:
     // themselves is not known.
     const QStringList& GetUnreadableKeys() const { return mUnreadableKeys; }
 
+    // The groups of the plug-in's settings that belong to the items.
+    QStringList GetPreferenceGroups() const;
+
     // The position of a key among the items; -1 when it is not there.
     int FindKey(const GString& key) const;
 

@@ -1,6 +1,5 @@
 #include "ExportFixture.h"
 #include "export/SmartFileList.h"
-#include "hopbox/HopboxRegistry.h"
 
 static const GBuffer cChoice = "IncludeFilePackageChecked";
 
@@ -27,25 +26,16 @@ TEST_F(PlugInPreferencesTest, ChoicesOutliveTheProcessAndReadAsNothingWhereTheFi
 
 TEST_F(PlugInPreferencesTest, PruningForgetsTheChoicesOfHopboxesThatAreNotListed)
 {
-    HopboxRegistry registry;
-    HopboxRegistryEntry entry;
-    entry.isPlugin = true;
-    GString unnamed;
-    registry.AddEntry("Listed"_q, entry);
-    registry.AddEntry(QString(), entry, &unnamed);
-    entry.isPlugin = false;
-    registry.AddEntry("Withdrawn"_q, entry);
-    for (const QString& group : {"Listed"_q, unnamed, "Withdrawn"_q, "Gone \u65E5\u672C"_q})
+    for (const QString& group : {"Gr\u00F6\u00DFe"_q, "Withdrawn"_q, "Gone \u65E5\u672C"_q})
         PlugInPreferences::SetPackageChoice(group, true);
     GPreferences::Set(GPreferences::cUserFileModule, "Withdrawn", "More", true);
     GPreferences::Set(GPreferences::cUserFileModule, "Foreign", "Key", true);
     PlugInPreferences::SetLastSelection("Withdrawn"_q);
 
-    PlugInPreferences::Prune(PlugInPreferences::GetListedGroups());
+    PlugInPreferences::Prune({"Gr\u00F6\u00DFe"_q});
 
     const PlugInPrefModule file(PlugInStore::GetFile());
-    EXPECT_TRUE(file.Has("Listed", cChoice));
-    EXPECT_TRUE(file.Has(unnamed.toUtf8(), cChoice));
+    EXPECT_TRUE(file.Has("Gr\u00F6\u00DFe"_q.toUtf8(), cChoice));
     EXPECT_FALSE(file.Has("Withdrawn", "More"));
     EXPECT_FALSE(file.Has("Gone \u65E5\u672C"_q.toUtf8(), cChoice));
     EXPECT_TRUE(file.Has("Foreign", "Key"));
