@@ -54,6 +54,23 @@ bool IsAlt(const QKeyEvent& event)
     return event.key() == Qt::Key_Alt && !event.isAutoRepeat();
 }
 
+// Whether an event of the keyboard or the mouse shows that Alt is up. Its release alone would not do: with
+// Shift down, some desktops call it that of another key, and OK would go on removing.
+bool ShowsThatAltIsUp(const QEvent& event)
+{
+    switch (event.type()) {
+        case QEvent::KeyPress:
+        case QEvent::KeyRelease:
+            if (const auto& key = static_cast<const QKeyEvent&>(event); key.key() == Qt::Key_Alt)
+                return event.type() == QEvent::KeyRelease && !key.isAutoRepeat();
+            [[fallthrough]];
+        case QEvent::MouseButtonPress:
+            return !(static_cast<const QInputEvent&>(event).modifiers() & Qt::AltModifier);
+        default:
+            return false;
+    }
+}
+
 bool IsEnter(const QKeyEvent& event)
 {
     return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
@@ -403,7 +420,7 @@ void GCSPUSaveAsStamplexPDFDialog::SetMode(OkMode mode)
     mMode = mode;
     mOkButton->setText(mode == OkMode::cRemove ? tr("Remove") : tr("OK"));
     UpdateOkButton();
-    // The release of the key may go to an open list or another window of ours.
+    // What shows that the key is up may go to an open list or another window of ours.
     if (mode == OkMode::cRemove) {
         qApp->installEventFilter(this);
     } else {
@@ -436,7 +453,7 @@ bool GCSPUSaveAsStamplexPDFDialog::event(QEvent* event)
 
 bool GCSPUSaveAsStamplexPDFDialog::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::KeyRelease && IsAlt(static_cast<QKeyEvent&>(*event)))
+    if (ShowsThatAltIsUp(*event))
         SetMode(OkMode::cOK);
     return GQUIWindow::eventFilter(watched, event);
 }
