@@ -10,7 +10,9 @@ HopboxList HopboxList::Read()
 {
     HopboxList list;
     const HopboxRegistry registry;
-    for (const GString& key : registry.GetKeys()) {
+    const QStringList keys = registry.GetKeys();
+    list.mItems.reserve(static_cast<size_t>(keys.size()));
+    for (const GString& key : keys) {
         std::optional<HopboxRecord> record = registry.GetRecord(key);
         if (!record) {
             list.mUnreadableKeys.append(key);

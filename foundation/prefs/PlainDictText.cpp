@@ -3,6 +3,8 @@
 #include "foundation/core/EscapeCodes.h"
 #include "foundation/prefs/PrefMarkers.h"
 
+#include <algorithm>
+
 namespace
 {
 const QLatin1Char cQuote('"');
@@ -70,7 +72,9 @@ GString PlainDictText::GetRest() const
 
 bool PlainDictText::IsHere(int position, QLatin1String text) const
 {
-    return mText.midRef(position, text.size()) == text;
+    return mText.size() - position >= text.size() &&
+           std::equal(text.begin(), text.end(), mText.cbegin() + position,
+                      [](char expected, QChar character) { return character == QLatin1Char(expected); });
 }
 
 // The position of the quote that ends a value; -1 when there is none.

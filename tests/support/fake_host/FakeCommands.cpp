@@ -201,9 +201,8 @@ ErrorCode FakeCommand::Run()
     if (mHost.Ask(operation) != HostAnswer::Works)
         return cFailure;
     mRecord->hasRun = true;
-    const bool isDone = operation == HostOperation::RunPDFPreferences ||
-                        (QDir().exists(QFileInfo(mRecord->outputPath).path()) &&
-                         Write(mRecord->outputPath, "%PDF-1.4\n%%EOF\n"));
+    const bool isDone =
+        operation == HostOperation::RunPDFPreferences || Write(mRecord->outputPath, "%PDF-1.4\n%%EOF\n");
     return isDone ? cSuccess : cFailure;
 }
 
