@@ -305,7 +305,8 @@ void GCSPUSaveAsStamplexPDFDialog::OnPDFSettingsSelectionChanged(int index)
     const QSignalBlocker blocker(mIncludePackage);
     const HopboxList::Item* item = GetItem(index);
     PlugInPreferences::SetLastSelection(item == nullptr ? GString() : item->key);
-    mPDFSettings->setToolTip(mPDFSettings->currentText());  // the list may be too narrow for it
+    // The list may be too narrow for the text.
+    mPDFSettings->setToolTip(mPDFSettings->currentData(Qt::ToolTipRole).toString());
     if (item == nullptr) {
         mOptions->hide();
         mIncludePackage->hide();

@@ -1,5 +1,7 @@
 #include "export/dialog/HopboxListModel.h"
 
+#include <QTextDocument>
+
 void HopboxListModel::SetList(HopboxList list)
 {
     beginResetModel();
@@ -17,7 +19,14 @@ QVariant HopboxListModel::data(const QModelIndex& index, int role) const
     if (!index.isValid())
         return {};
     const HopboxList::Item& item = mList.GetItems().at(static_cast<size_t>(index.row()));
-    if (role == Qt::DisplayRole || role == Qt::ToolTipRole)
-        return item.text;
-    return role == Qt::UserRole ? item.key : QVariant();
+    switch (role) {
+        case Qt::DisplayRole:
+            return item.text;
+        case Qt::ToolTipRole:
+            return Qt::convertFromPlainText(item.text);  // a tip takes what looks like HTML for that
+        case Qt::UserRole:
+            return item.key;
+        default:
+            return {};
+    }
 }

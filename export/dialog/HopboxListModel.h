@@ -4,8 +4,8 @@
 
 #include <QAbstractListModel>
 
-// A list of Hopboxes for a combo box: the texts, and the keys as user data. The items are those of the list,
-// in its order; nothing is copied for each.
+// A list of Hopboxes for a combo box: the texts, also as tips, and the keys as user data. The items are those
+// of the list, in its order; nothing is copied for each.
 class HopboxListModel : public QAbstractListModel
 {
 public:
