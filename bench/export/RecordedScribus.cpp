@@ -53,7 +53,9 @@ QStringList RecordedScribus::Read(const char* name) const
 {
     QFile file(mFolder.filePath(QString::fromLatin1(name)));
     file.open(QIODevice::ReadOnly);
-    QStringList texts = QString::fromUtf8(file.readAll()).split(QLatin1Char('\0'));
+    QStringList texts;
+    for (const QByteArray& text : file.readAll().split('\0'))
+        texts.append(QString::fromUtf8(text));
     texts.removeLast();  // behind the last end
     return texts;
 }
