@@ -21,9 +21,28 @@ QString GetBookFilter()
     return QStringLiteral("Books (*%1)").arg(GetBookEnding());
 }
 
-QString AddEnding(const QString& path, const QString& ending)
+bool AskBeforeReplacing(QWidget& parent, const QString& path)
 {
-    return path.isEmpty() || path.endsWith(ending, Qt::CaseInsensitive) ? path : path + ending;
+    QMessageBox box(QMessageBox::Warning, QStringLiteral("Save As"),
+                    QStringLiteral("\u201C%1\u201D already exists. Replace it?").arg(path),
+                    QMessageBox::Yes | QMessageBox::No, &parent);
+    box.setTextFormat(Qt::PlainText);
+    box.setDefaultButton(QMessageBox::No);
+    return box.exec() == QMessageBox::Yes;
+}
+
+// A path with one of the endings; the first is added where there is none. The file window asks before it
+// gives a file that is there, but not about one that only the ending makes.
+QString AskForPath(QWidget& parent, const QString& title, const QString& proposal, const QString& filter,
+                   const QStringList& endings)
+{
+    const QString path = QFileDialog::getSaveFileName(&parent, title, proposal, filter);
+    for (const QString& ending : endings) {
+        if (path.isEmpty() || path.endsWith(ending, Qt::CaseInsensitive))
+            return path;
+    }
+    const QString whole = path + endings.constFirst();
+    return !QFileInfo::exists(whole) || AskBeforeReplacing(parent, whole) ? whole : QString();
 }
 }  // namespace
 
@@ -45,10 +64,8 @@ QString FileQuestions::AskForTemplate(QWidget& parent)
 
 QString FileQuestions::AskForDocumentToSave(QWidget& parent, const QString& documentName)
 {
-    const QString path =
-        QFileDialog::getSaveFileName(&parent, QStringLiteral("Save As"), documentName, cDocumentFilter);
-    return path.endsWith(QLatin1String(".gz"), Qt::CaseInsensitive) ? path
-                                                                    : AddEnding(path, QStringLiteral(".sla"));
+    return AskForPath(parent, QStringLiteral("Save As"), documentName, cDocumentFilter,
+                      {QStringLiteral(".sla"), QStringLiteral(".sla.gz")});
 }
 
 QStringList FileQuestions::AskForBooksToOpen(QWidget& parent)
@@ -58,9 +75,7 @@ QStringList FileQuestions::AskForBooksToOpen(QWidget& parent)
 
 QString FileQuestions::AskForNewBook(QWidget& parent)
 {
-    return AddEnding(
-        QFileDialog::getSaveFileName(&parent, QStringLiteral("New Book"), QString(), GetBookFilter()),
-        GetBookEnding());
+    return AskForPath(parent, QStringLiteral("New Book"), QString(), GetBookFilter(), {GetBookEnding()});
 }
 
 FileQuestions::CloseAnswer FileQuestions::AskBeforeClosing(QWidget& parent, const QString& name)

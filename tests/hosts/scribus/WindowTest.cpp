@@ -117,13 +117,16 @@ TEST(HostWindow, AsksBeforeItClosesWhatNoFileHolds)
     qputenv("HOPBOX_PLUGIN", "/nowhere");
     WindowDriver driver({press("OK"),  // that there is no plug-in
                          type("/usr/share/scribus/templates/buscard1/buscard1.sla.gz"_q), press("Cancel"),
-                         press("Save"), type(saved), type(book), press("Cancel"), press("Save")});
+                         press("Save"), type(sandbox.GetPath("Saved"_q)), press("No"), press("Save"),
+                         type(saved), press("Yes"), type(book), press("Cancel"), press("Save")});
     window.Start({});
     Choose(window, "New from Template\u2026"_q);
     EXPECT_FALSE(window.close());
-    EXPECT_FALSE(QFile::exists(saved));
+    WriteFile(saved, "another document");
     Choose(window, "Close"_q);
-    EXPECT_TRUE(QFile::exists(saved));
+    EXPECT_EQ(ReadFile(saved), "another document");
+    Choose(window, "Close"_q);
+    EXPECT_NE(ReadFile(saved), "another document");
     Choose(window, "New Book\u2026"_q);
     EXPECT_FALSE(window.close());
     EXPECT_TRUE(window.close());
