@@ -1,8 +1,10 @@
 #include "hosts/scribus/DocumentInfo.h"
 
-#include <sys/stat.h>
-
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
+
+#include <sys/stat.h>
 
 FileStamp FileStamp::Take(const QString& path)
 {
@@ -14,6 +16,21 @@ FileStamp FileStamp::Take(const QString& path)
     stamp.modified = qint64(status.st_mtim.tv_sec) * 1000000000 + status.st_mtim.tv_nsec;
     stamp.node = status.st_ino;
     return stamp;
+}
+
+QStringList DocumentFont::FindFiles() const
+{
+    if (file.isEmpty())
+        return {};
+    QStringList files{file};
+    const QFileInfo info(file);
+    for (const char* ending : {"afm", "AFM", "pfm", "PFM"}) {
+        const QString sibling =
+            info.dir().filePath(info.completeBaseName() + QLatin1Char('.') + QLatin1String(ending));
+        if (QFileInfo(sibling).isFile())
+            files.append(sibling);
+    }
+    return files;
 }
 
 QStringList DocumentInfo::GetMissingFonts() const

@@ -44,6 +44,10 @@ struct DocumentFont
     QString name;  // family and style, as Scribus shows them
     QString file;  // empty for a missing font
     bool isMissing = false;
+
+    // The file, and those beside it that belong to it: the measures of a Type 1 font. None for a missing
+    // font.
+    QStringList FindFiles() const;
 };
 
 struct DocumentLink

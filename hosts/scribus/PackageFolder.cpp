@@ -15,20 +15,6 @@ static const QString cFontFolder = QStringLiteral("fonts");
 static const QString cImageFolder = QStringLiteral("images");
 static const QString cProfileFolder = QStringLiteral("profiles");
 
-// The files that belong to a font's file: the measures of a Type 1 font.
-static QStringList GetFontFiles(const QString& file)
-{
-    QStringList files{file};
-    const QFileInfo info(file);
-    for (const char* ending : {"afm", "AFM", "pfm", "PFM"}) {
-        const QString sibling =
-            info.dir().filePath(info.completeBaseName() + QLatin1Char('.') + QLatin1String(ending));
-        if (QFileInfo(sibling).isFile())
-            files.append(sibling);
-    }
-    return files;
-}
-
 PackageFolder::PackageFolder(ScribusRunner& runner, const QString& folder, const PackageSettings& settings)
     : mRunner(runner), mFolder(QDir::cleanPath(folder)), mSettings(settings)
 {
@@ -88,9 +74,7 @@ CommandResult PackageFolder::AddFile(const QString& source, const QString& subfo
 CommandResult PackageFolder::AddFonts(const DocumentInfo& info)
 {
     for (const DocumentFont& font : info.fonts) {
-        if (font.file.isEmpty())
-            continue;
-        for (const QString& file : GetFontFiles(font.file)) {
+        for (const QString& file : font.FindFiles()) {
             const CommandResult result = AddFile(file, cFontFolder);
             if (!result.HasSucceeded())
                 return result;

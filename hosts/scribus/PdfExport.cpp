@@ -6,10 +6,14 @@
 #include "hosts/scribus/ScribusDocument.h"
 #include "hosts/scribus/ScribusRunner.h"
 #include "hosts/scribus/SlaFile.h"
+#include "hosts/scribus/SlaLinks.h"
 #include "hosts/scribus/SlaScanner.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
+#include <QTemporaryDir>
 
 #include <algorithm>
 
@@ -27,6 +31,23 @@ static bool FindPdfElement(SlaScanner& scanner)
             return true;
     }
     return false;
+}
+
+// Copies the fonts that the document has with it, to the same places below another folder: Scribus looks for
+// them in the document's folder and in some folders of certain names there.
+static bool CopyOwnFonts(ScribusDocument& document, const QDir& folder)
+{
+    const QString own = QFileInfo(document.GetContentPath()).canonicalPath() + QLatin1Char('/');
+    for (const DocumentFont& font : document.GetInfo()->fonts) {
+        for (const QString& file : font.FindFiles()) {
+            const QString path = QFileInfo(file).canonicalFilePath();
+            const QString copy = folder.filePath(path.mid(own.size()));
+            if (path.startsWith(own) && !QFileInfo::exists(copy) &&
+                !(QDir().mkpath(QFileInfo(copy).path()) && QFile::copy(path, copy)))
+                return false;
+        }
+    }
+    return true;
 }
 
 CommandResult PdfExport::Check(ScribusDocument& document, const QVector<int>& pages) const
@@ -69,13 +90,14 @@ CommandResult PdfExport::CheckForX(ScribusDocument& document, const QString& pro
 }
 
 // A copy of the document that names the output profile: Scribus takes it from the document alone.
-CommandResult PdfExport::MakeSourceForX(ScribusDocument& document, QString& source) const
+CommandResult PdfExport::MakeSourceForX(ScribusDocument& document, const QString& source) const
 {
     QByteArray text;
     QString reason;
     bool isPacked = false;
     if (!SlaFile::Read(document.GetPresentForm(), text, isPacked, reason))
         return CommandResult::Failure(reason);
+    text = SlaLinks::MakeLinksAbsolute(text, QFileInfo(document.GetPresentForm()).path());
     SlaScanner scanner({text.constData(), static_cast<size_t>(text.size())});
     if (!FindPdfElement(scanner))
         return CommandResult::Failure(QStringLiteral("Scribus wrote no PDF settings into its document."));
@@ -91,10 +113,12 @@ CommandResult PdfExport::MakeSourceForX(ScribusDocument& document, QString& sour
     const bool isProfileFirst = profilePlace.offset < conditionPlace.offset;
     edit.Replace(isProfileFirst ? profilePlace : conditionPlace, isProfileFirst ? profile : condition);
     edit.Replace(isProfileFirst ? conditionPlace : profilePlace, isProfileFirst ? condition : profile);
-    // Beside the present form, so that its links stay good.
-    source = mRunner.MakeScratchPath(QStringLiteral("sla"));
     if (!SlaFile::Write(source, edit.Finish(), false, reason))
         return CommandResult::Failure(reason);
+    const QDir folder = QFileInfo(source).dir();
+    if (!CopyOwnFonts(document, folder))
+        return CommandResult::Failure(
+            QStringLiteral("The document's fonts can't be copied to \"%1\".").arg(folder.path()));
     return CommandResult::Success();
 }
 
@@ -102,7 +126,9 @@ CommandResult PdfExport::ExportPages(ScribusDocument& document, const QVector<in
                                      const QString& output)
 {
     CommandResult result = Check(document, pages);
-    QString source = document.GetContentPath();
+    const QTemporaryDir scratch(mRunner.MakeScratchPath(QStringLiteral("x")));
+    const QString source =
+        mSettings.IsX() ? scratch.filePath(QStringLiteral("document.sla")) : document.GetContentPath();
     if (result.HasSucceeded() && mSettings.IsX())
         result = MakeSourceForX(document, source);
     if (!result.HasSucceeded())
@@ -118,8 +144,6 @@ CommandResult PdfExport::ExportPages(ScribusDocument& document, const QVector<in
                                                        {QStringLiteral("pages"), numbers},
                                                        {QStringLiteral("options"), mSettings.MakeOptions()},
                                                        {QStringLiteral("subset"), mSettings.subsetsFonts}});
-    if (source != document.GetContentPath())
-        QFile::remove(source);
     if (result.HasSucceeded() && FileStamp::Take(document.GetContentPath()) != stamp)
         result = CommandResult::Failure(
             QStringLiteral("\"%1\" was changed while it was exported.").arg(document.GetName()));

@@ -26,7 +26,7 @@ public:
 private:
     CommandResult Check(ScribusDocument& document, const QVector<int>& pages) const;
     CommandResult CheckForX(ScribusDocument& document, const QString& profile) const;
-    CommandResult MakeSourceForX(ScribusDocument& document, QString& source) const;
+    CommandResult MakeSourceForX(ScribusDocument& document, const QString& source) const;
     CommandResult CheckPdf(const QString& path, int pageCount) const;
     CommandResult Finish(const CommandResult& result, const QString& part, const QString& output) const;
 

@@ -70,6 +70,10 @@ protected:
     ErrorCode Export(const QString& output, const QByteArray& settings = QByteArray(),
                      const QString& range = QString(), const Adjust& adjust = nullptr);
 
+    // Settings for a PDF/X-3 that a document without transparency can be.
+    static constexpr const char* cForX =
+        "/CheckCompliance [/PDFX3:2003] /PDFXOutputIntentProfile (ISO Coated v2 300% \\(basICColor\\))";
+
     // Exports or packages the active book; packages the active document, with its report.
     ErrorCode ExportBook(const QString& output, const QByteArray& settings = QByteArray());
     ErrorCode PackageDocument(const QString& folder);
