@@ -166,7 +166,8 @@ const Row cRows[] = {
     {Section::Parameters, "CheckCompliance", Type::Array, TakeCompliance},
     {Section::Parameters, "PDFXOutputIntentProfile", Type::String,
      [](const PostScriptValue& value, PdfSettings& settings) {
-         settings.outputProfile = value.GetText();
+         const bool isNamed = value.GetText() != QLatin1String("None");
+         settings.outputProfile = isNamed ? value.GetText() : QString();
          return true;
      }},
     {Section::Parameters, "PDFXOutputCondition", Type::String,

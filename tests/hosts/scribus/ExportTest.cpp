@@ -119,7 +119,7 @@ TEST_F(ExportTest, PdfXIsMadeOnlyWhereTheDocumentCanBeOne)
         {"/PDFX4:2010", "ISO Coated v2 300% (basICColor)", nullptr},
         {"/PDFX3:2003", "No such profile", "\"No such profile\" is none that is installed"},
         {"/PDFX3:2003", "sRGB display profile (ICC v2.2)", "is none that is installed"},
-        {"/PDFX3:2003", "", "\"The document's own\" is none that is installed"},
+        {"/PDFX3:2003", "None", "\"The document's own\" is none that is installed"},
     };
     MakeImage("image.png"_q, 100, 100);
     Open(MakeDocument(
@@ -138,10 +138,7 @@ TEST_F(ExportTest, PdfXIsMadeOnlyWhereTheDocumentCanBeOne)
         QFile::remove(output);
     }
     Open(MakeDocument("transparent.sla"_q, 1, MakeImageFrame("image.png"_q, "TransValue=\"0.5\""_q)));
-    EXPECT_EQ(Export(GetOutput("x.pdf"_q),
-                     "/CheckCompliance [/PDFX3:2003] /PDFXOutputIntentProfile (ISO Coated v2 "
-                     "300% \\(basICColor\\))"),
-              cFailure);
+    EXPECT_EQ(Export(GetOutput("x.pdf"_q), cForX), cFailure);
     EXPECT_TRUE(mHost->GetLastFailure().contains("transparent"_q)) << mHost->GetLastFailure().toStdString();
     EXPECT_EQ(ListOutput(), QStringList());
 }
