@@ -254,7 +254,11 @@ const QVector<ColorProfile>& ScribusRunner::GetProfiles()
     if (mHasAskedForProfiles || !Prepare())
         return mProfiles;
     const Ended ended = RunProgram(mSetup.scribus, {QStringLiteral("-g"), QStringLiteral("-pi")});
-    mHasAskedForProfiles = ended.status == 0 && !ended.hasCrashed && !ended.isCancelled;
+    mHasAskedForProfiles = ended.status == 0 && !ended.hasCrashed && !ended.isCancelled && !ended.isLate;
+    if (!mHasAskedForProfiles) {
+        MakeFailure(mSetup.scribus, ended);  // for the log
+        return mProfiles;
+    }
     const QString start = QStringLiteral("Color profile ");
     const QString middle = QStringLiteral(" loaded from ");
     for (const QString& line : QString::fromUtf8(ended.output).split(QLatin1Char('\n'))) {
