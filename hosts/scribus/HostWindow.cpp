@@ -33,15 +33,15 @@ ClassID GetLocalUnit()
                                                                   : HostUnitID::cInches;
 }
 
-// While this lives, the pointer shows that Scribus is at work.
-class WaitCursor
+// Does what Scribus takes its time for, while the pointer shows that it is at work.
+template <class Work>
+ScribusHost::DocumentPtr WhileWaiting(const Work& work)
 {
-public:
-    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
-};
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const ScribusHost::DocumentPtr document = work();
+    QApplication::restoreOverrideCursor();
+    return document;
+}
 }  // namespace
 
 HostWindow::HostWindow(const ScribusSetup& setup) : mHost(setup), mFrontend(*this)
@@ -167,9 +167,8 @@ void HostWindow::NewDocument()
     const QString path = FileQuestions::AskForTemplate(*this);
     if (path.isEmpty())
         return;
-    const WaitCursor wait;
     QString reason;
-    const ScribusHost::DocumentPtr document = mHost.NewDocument(path, reason);
+    const auto document = WhileWaiting([&] { return mHost.NewDocument(path, reason); });
     TakeNew(document, reason);
 }
 
@@ -182,10 +181,9 @@ void HostWindow::OpenDocuments()
 
 void HostWindow::OpenDocument(const QString& path)
 {
-    const WaitCursor wait;
     statusBar()->showMessage(QStringLiteral("Opening %1\u2026").arg(path));
     QString reason;
-    const ScribusHost::DocumentPtr document = mHost.OpenDocument(path, reason);
+    const auto document = WhileWaiting([&] { return mHost.OpenDocument(path, reason); });
     TakeNew(document, reason);
 }
 
@@ -288,5 +286,5 @@ bool HostWindow::event(QEvent* event)
 
 void HostWindow::closeEvent(QCloseEvent* event)
 {
-    event->setAccepted(!mFrontend.IsBusy() && CloseAll());
+    event->setAccepted(!mFrontend.IsBusy() && !mHost.IsModal() && CloseAll());
 }
