@@ -162,7 +162,7 @@ QWidget* DocumentView::MakeFactSide()
     layout->addSpacing(8);
     layout->addWidget(mFonts, 1);
     layout->addWidget(mLinks, 1);
-    side->setMinimumWidth(230);
+    side->setMinimumWidth(300);  // room for the names of most fonts
     return side;
 }
 

@@ -14,7 +14,7 @@ const QColor cMissingColour(0xB0, 0x00, 0x20);
 QTreeWidgetItem* MakeItem(const NameRow& row, const QWidget& widget)
 {
     auto* item = new QTreeWidgetItem(QStringList(row.name));
-    item->setToolTip(0, row.detail);
+    item->setToolTip(0, row.detail.isEmpty() ? row.name : row.detail);
     if (row.isMissing) {
         item->setText(0, QStringLiteral("%1 (missing)").arg(row.name));
         item->setForeground(0, cMissingColour);

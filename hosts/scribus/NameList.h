@@ -11,7 +11,7 @@ class QTreeWidget;
 struct NameRow
 {
     QString name;
-    QString detail;          // shown as the row's tool tip
+    QString detail;          // the row's tool tip; the name where it is empty
     bool isMissing = false;  // marked, and moved to the top
 };
 
