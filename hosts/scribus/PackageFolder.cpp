@@ -120,6 +120,9 @@ CommandResult PackageFolder::WriteDocument(const ScribusDocument& document, cons
     bool isPacked = false;
     if (!SlaFile::Read(document.GetContentPath(), text, isPacked, reason))
         return CommandResult::Failure(reason);
+    if (FileStamp::Take(document.GetContentPath()) != document.GetStamp())
+        return CommandResult::Failure(
+            QStringLiteral("\"%1\" was changed while it was packaged.").arg(document.GetName()));
     const QDir start = QFileInfo(document.GetContentPath()).absoluteDir();
     const QByteArray copy = SlaLinks::RewriteLinks(text, [&](const QString& link) {
         const QString path = QDir::cleanPath(start.absoluteFilePath(link));
