@@ -49,11 +49,18 @@ private:
     QProcess mProcess;
 };
 
+// What pdfinfo says of a PDF under a name such as "MediaBox".
+QString GetFact(const QString& pdf, const char* name)
+{
+    Program pdfinfo("pdfinfo"_q, {"-box"_q, pdf});
+    EXPECT_EQ(pdfinfo.GetStatus(), 0) << pdf.toStdString();
+    const QString rest = QString::fromUtf8(pdfinfo.GetOutput()).section(QLatin1String(name) + ":"_q, 1);
+    return rest.section(QLatin1Char('\n'), 0, 0).simplified();
+}
+
 int CountPages(const QString& pdf)
 {
-    Program qpdf("qpdf"_q, {"--show-npages"_q, pdf});
-    EXPECT_EQ(qpdf.GetStatus(), 0) << pdf.toStdString();
-    return qpdf.GetOutput().trimmed().toInt();
+    return GetFact(pdf, "Pages").toInt();
 }
 
 class LayoutHost : public testing::Test
@@ -63,9 +70,12 @@ protected:
     {
         const QString options = mSandbox.GetPath("Press.joboptions"_q);
         EXPECT_TRUE(WriteFile(options, "<< /CompatibilityLevel 1.4 >> setdistillerparams\n"));
-        Program create(GetProgramPath("hopboxctl"), {"create"_q, "Press"_q, "--job-options"_q, options,
-                                                     "--setting"_q, "UserSettings=true"_q});
-        EXPECT_EQ(create.GetStatus(), 0);
+        QStringList create{"create"_q, "Press"_q, "--job-options"_q, options};
+        for (const QString& setting :
+             "UserSettings=true|Trim=true|MarkOffset=6|BleedChoice=1|BleedTopValue=9|"
+             "BleedBottomValue=10|BleedInsideValue=11|BleedOutsideValue=12"_list)
+            create << "--setting"_q << setting;
+        EXPECT_EQ(Program(GetProgramPath("hopboxctl"), create).GetStatus(), 0);
         // The leak sanitizer would change the exit status: Qt's offscreen platform never frees its screen.
         const QString leaks = mSandbox.GetPath("leaks"_q);
         EXPECT_TRUE(WriteFile(leaks, "leak:libqoffscreen.so\n"));
@@ -123,7 +133,11 @@ TEST_F(LayoutHost, SendsPagesAndAPackageToTheReceiver)
 
     const QJsonObject pdf = receiver.ReadLine();
     EXPECT_EQ(pdf.value("JobPath"_q), report.value("pdf"_q));
-    EXPECT_EQ(CountPages(pdf.value("saved"_q).toString()), 3);
+    const QString saved = pdf.value("saved"_q).toString();
+    EXPECT_EQ(CountPages(saved), 3);
+    EXPECT_EQ(GetFact(saved, "MediaBox"), "0.00 0.00 670.28 912.89"_q);
+    EXPECT_EQ(GetFact(saved, "TrimBox"), "38.00 36.00 633.28 877.89"_q);
+    EXPECT_EQ(GetFact(saved, "BleedBox"), "26.00 26.00 644.28 886.89"_q) << "of a left page";
     const QDir package(receiver.ReadLine().value("saved"_q).toString());
     EXPECT_FALSE(report.value("package"_q).toString().isEmpty());
     EXPECT_FALSE(package.entryList({"*.sla"_q, "*.sla.gz"_q}, QDir::Files).isEmpty());
@@ -141,14 +155,17 @@ TEST_F(LayoutHost, SendsABookOfThreeInItsOrder)
 
 TEST_F(LayoutHost, TwoAtOnceMixNothing)
 {
-    PrinterProcessor receiver(mSandbox, {"--inbox"_q, mSandbox.GetPath("inbox"_q), "--count"_q, "2"_q});
-    Program first(GetProgramPath("layout-host"), MakeCall(cNewsletter));
-    Program second(GetProgramPath("layout-host"), MakeCall(cNewsletter, "--pages|2"_list));
-    const QString one = GetReport(first).value("pdf"_q).toString();
-    const QString other = GetReport(second).value("pdf"_q).toString();
-    EXPECT_NE(one, other);
-    EXPECT_EQ(CountPages(one), 4);
-    EXPECT_EQ(CountPages(other), 1);
+    PrinterProcessor receiver(mSandbox, {"--inbox"_q, mSandbox.GetPath("inbox"_q), "--count"_q, "4"_q});
+    Program first(GetProgramPath("layout-host"), MakeCall(cNewsletter, "--package"_list));
+    Program second(GetProgramPath("layout-host"), MakeCall(cNewsletter, "--pages|2|--package"_list));
+    const QJsonObject one = GetReport(first);
+    const QJsonObject other = GetReport(second);
+    EXPECT_EQ(CountPages(one.value("pdf"_q).toString()), 4);
+    EXPECT_EQ(CountPages(other.value("pdf"_q).toString()), 1);
+    EXPECT_NE(one.value("package"_q), other.value("package"_q));
+    for (const QJsonObject& report : {one, other})
+        EXPECT_EQ(QDir(report.value("package"_q).toString()).entryList(QDir::Files),
+                  "nl2.sla.gz|Package Report.txt"_list);
     EXPECT_EQ(receiver.WaitForExit(), 0);
 }
 
