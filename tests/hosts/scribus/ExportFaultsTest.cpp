@@ -67,8 +67,10 @@ TEST_F(ExportFaultsTest, ADocumentThatChangesOrGoesIsNotExported)
     ExpectFailure("was changed while it was exported");
     mFrontend.onWait = nullptr;
     EXPECT_EQ(mHost->GetActiveDocument()->GetInfo()->pages.size(), 2);
-    ExpectFailure("is no top bleed",
-                  [](IPDFExportPreferences& preferences) { preferences.SetLength(PDFLength::BleedTop, -3); });
+    for (const double bad : {-1.0, 20000.0, qQNaN()})
+        ExpectFailure("is no top bleed", [bad](IPDFExportPreferences& preferences) {
+            preferences.SetLength(PDFLength::BleedTop, bad);
+        });
     MakeDocument("a.sla"_q, 3);
     EXPECT_EQ(mHost->GetActiveDocument()->GetInfo()->pages.size(), 3);
     QFile::remove(path);

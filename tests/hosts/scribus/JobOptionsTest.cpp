@@ -159,14 +159,4 @@ TEST(JobOptionsTest, SettingsBecomeOptionsOfTheExport)
         EXPECT_FALSE(PdfSettings::Make(options, settings, error)) << bad.constData();
     }
 }
-
-TEST(JobOptionsTest, LengthsThatNoPageCouldHaveAreAFault)
-{
-    PdfSettings settings;
-    EXPECT_EQ(settings.FindFault(), QString());
-    for (const double length : {-1.0, 20000.0, qQNaN(), qInf()}) {
-        settings.bleedInside = length;
-        EXPECT_NE(settings.FindFault(), QString()) << length;
-    }
-}
 }  // namespace
