@@ -3,8 +3,14 @@
 #include "widgets/GCUSModalTime.h"
 #include "widgets/GCUSTranslation.h"
 
+#include <QGuiApplication>
+#include <QLabel>
+#include <QLayout>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 
 namespace
 {
@@ -39,13 +45,36 @@ void AddCancel(QMessageBox& box)
     box.addButton(QMessageBox::Cancel)->setText(GCUSTranslation::Translate("GCUSMessageBox", "Cancel"));
 }
 
+// A text that is too high for the screen, such as a long list, gets scroll bars: the buttons below it would
+// be out of reach otherwise.
+void LimitHeight(QMessageBox& box)
+{
+    auto* text = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+    const QSize most = QGuiApplication::primaryScreen()->availableSize() / 2;
+    if (text == nullptr || text->sizeHint().height() <= most.height())
+        return;
+    auto* area = new QScrollArea(&box);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    delete box.layout()->replaceWidget(text, area);
+    const int width = text->sizeHint().width() + area->verticalScrollBar()->sizeHint().width();
+    area->setWidget(text);
+    area->setMinimumSize(std::min(width, most.width()), most.height());
+}
+
+int Run(QMessageBox& box)
+{
+    LimitHeight(box);
+    return RunModally(box);
+}
+
 void ShowWithOK(QMessageBox::Icon icon, const GString& title, const GString& text)
 {
     QMessageBox box;
     Prepare(box, title, text);
     box.setIcon(icon);
     AddOK(box);
-    RunModally(box);
+    Run(box);
 }
 }  // namespace
 
@@ -66,5 +95,5 @@ bool GCUSMessageBox::ConfirmWarning(const GString& title, const GString& text)
     box.setIcon(QMessageBox::Warning);
     AddOK(box);
     AddCancel(box);
-    return RunModally(box) == QMessageBox::Ok;
+    return Run(box) == QMessageBox::Ok;
 }

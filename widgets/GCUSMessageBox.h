@@ -3,7 +3,8 @@
 #include "foundation/core/GString.h"
 
 // Message boxes. Each is modal over the parent window and returns when the user has closed it. Texts are
-// shown as they stand: nothing in them is taken for a format. For the main thread, with a QApplication.
+// shown as they stand: nothing in them is taken for a format; one that the screen is too small for can be
+// scrolled. For the main thread, with a QApplication.
 namespace GCUSMessageBox
 {
 // One button, "OK".
