@@ -7,10 +7,11 @@
 #include <QLabel>
 #include <QLayout>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
-#include <QScrollArea>
-#include <QScrollBar>
+
+#include <algorithm>
 
 namespace
 {
@@ -45,21 +46,26 @@ void AddCancel(QMessageBox& box)
     box.addButton(QMessageBox::Cancel)->setText(GCUSTranslation::Translate("GCUSMessageBox", "Cancel"));
 }
 
-// A text that is too high for the screen, such as a long list, gets scroll bars: the buttons below it would
-// be out of reach otherwise.
+// Where boxes wrap their texts at most, in pixels.
+constexpr int cTextWidth = 500;
+
+// A text that is too high for the screen, such as a long list, is shown in a field of its own: the buttons
+// below it would be out of reach otherwise.
 void LimitHeight(QMessageBox& box)
 {
-    auto* text = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
-    const QSize most = QGuiApplication::primaryScreen()->availableSize() / 2;
-    if (text == nullptr || text->sizeHint().height() <= most.height())
+    auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+    if (label == nullptr)
         return;
-    auto* area = new QScrollArea(&box);
-    area->setFrameShape(QFrame::NoFrame);
-    area->setWidgetResizable(true);
-    delete box.layout()->replaceWidget(text, area);
-    const int width = text->sizeHint().width() + area->verticalScrollBar()->sizeHint().width();
-    area->setWidget(text);
-    area->setMinimumSize(std::min(width, most.width()), most.height());
+    const QSize most = QGuiApplication::primaryScreen()->availableSize() / 2;
+    const int width = std::min(cTextWidth, most.width());
+    label->setWordWrap(true);
+    if (label->heightForWidth(width) <= most.height())
+        return;
+    auto* field = new QPlainTextEdit(box.text(), &box);
+    field->setReadOnly(true);
+    field->setMinimumSize(width, most.height());
+    delete box.layout()->replaceWidget(label, field);
+    label->hide();
 }
 
 int Run(QMessageBox& box)

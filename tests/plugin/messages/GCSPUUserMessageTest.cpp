@@ -32,7 +32,7 @@ TEST(GCSPUUserMessage, BoxesHaveTheirIconTextAndButtons)
     } cases[] = {
         {[&] { message.ShowInfoMessage(cTitle, cText); }, QMessageBox::Information, QMessageBox::Ok},
         {[&] { message.ShowErrorMessage(cTitle, cText); }, QMessageBox::Critical, QMessageBox::Ok},
-        {[&] { message.ShowErrorMessage(cTitle, cText.repeated(300)); }, QMessageBox::Critical,
+        {[&] { message.ShowErrorMessage(cTitle, cText + ", Arial"_q.repeated(5000)); }, QMessageBox::Critical,
          QMessageBox::Ok},
         {[&] { message.ShowWarningMessage(cTitle, cText); }, QMessageBox::Warning,
          QMessageBox::Ok | QMessageBox::Cancel},
