@@ -1,3 +1,5 @@
+#include "FramedPicture.h"
+
 #include "hosts/scribus/HostWindow.h"
 
 #include <QAction>
@@ -12,33 +14,17 @@
 
 namespace
 {
-constexpr int cTitle = 28;
-
-// A window under a plain title bar: the offscreen platform draws none.
-QImage Draw(QWidget& window)
-{
-    const QPixmap content = window.grab();
-    QImage image(content.size() + QSize(2, cTitle + 1), QImage::Format_RGB32);
-    image.fill(window.palette().color(QPalette::Dark));
-    QPainter painter(&image);
-    painter.fillRect(1, 1, content.width(), cTitle - 2, window.palette().color(QPalette::Button));
-    painter.drawText(QRect(0, 0, content.width(), cTitle), Qt::AlignCenter,
-                     window.windowTitle() + QStringLiteral(" \u2014 Layout Host"));
-    painter.drawPixmap(1, cTitle, content);
-    return image;
-}
-
 void Save(HostWindow& window, QWidget& dialog, const QString& path)
 {
-    QImage picture = Draw(window);
+    QImage picture = DrawFramed(window, window.windowTitle() + QStringLiteral(" \u2014 Layout Host"));
     const QPixmap front = dialog.grab();
     const QPoint place(picture.width() / 2 - front.width() / 2, picture.height() / 2 - front.height() / 2);
     QPainter painter(&picture);
     painter.fillRect(QRect(place, front.size()).translated(6, 6), QColor(0, 0, 0, 70));
     QRect frame(place, front.size());
-    frame.adjust(-1, -cTitle, 0, 0);
+    frame.adjust(-1, -cTitleHeight, 0, 0);
     painter.fillRect(frame, dialog.palette().color(QPalette::Button));
-    painter.drawText(QRect(frame.topLeft(), QSize(frame.width(), cTitle)), Qt::AlignCenter,
+    painter.drawText(QRect(frame.topLeft(), QSize(frame.width(), cTitleHeight)), Qt::AlignCenter,
                      dialog.windowTitle());
     painter.drawPixmap(place, front);
     painter.setPen(QColor(0, 0, 0, 120));

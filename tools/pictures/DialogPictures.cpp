@@ -1,3 +1,5 @@
+#include "FramedPicture.h"
+
 #include "ExportRun.h"
 #include "export/dialog/GCSPUSaveAsStamplexPDFDialog.h"
 #include "foundation/core/GUnitSupport.h"
@@ -8,7 +10,6 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QKeyEvent>
-#include <QPainter>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QToolButton>
@@ -95,25 +96,6 @@ void MakeHopboxes()
     }
 }
 
-// The dialog under a plain title bar: the offscreen platform draws none.
-QImage Draw(QWidget& dialog)
-{
-    const QPixmap content = dialog.grab();
-    const qreal ratio = content.devicePixelRatio();
-    const QSize size = content.size() / ratio;
-    constexpr int cTitle = 28;
-    QImage image((size + QSize(2, cTitle + 1)) * ratio, QImage::Format_RGB32);
-    image.setDevicePixelRatio(ratio);
-    const QPalette palette = dialog.palette();
-    image.fill(palette.color(QPalette::Dark));
-    QPainter painter(&image);
-    painter.fillRect(1, 1, size.width(), cTitle - 2, palette.color(QPalette::Button));
-    painter.setPen(palette.color(QPalette::WindowText));
-    painter.drawText(QRect(0, 0, size.width(), cTitle), Qt::AlignCenter, dialog.windowTitle());
-    painter.drawPixmap(1, cTitle, content);
-    return image;
-}
-
 void SetLanguage(const QString& language)
 {
     QLocale::setDefault(QLocale(language.left(2)));
@@ -138,7 +120,8 @@ bool Save(const Picture& picture, const QString& folder)
     QApplication::processEvents();
     picture.prepare(dialog);
     QApplication::processEvents();
-    return Draw(dialog).save(QStringLiteral("%1/%2.png").arg(folder, QLatin1String(picture.name)));
+    return DrawFramed(dialog, dialog.windowTitle())
+        .save(QStringLiteral("%1/%2.png").arg(folder, QLatin1String(picture.name)));
 }
 }  // namespace
 
