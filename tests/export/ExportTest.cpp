@@ -1,7 +1,5 @@
 #include "ExportRun.h"
 #include "export/JobOptionsFolder.h"
-#include "export/ReservedOutput.h"
-#include "export/WorkFolder.h"
 #include "foundation/system/PSystem.h"
 #include "foundation/trace/GTrace.h"
 #include "hopbox/HopboxFolder.h"
@@ -69,6 +67,10 @@ TEST_F(ExportTest, FromAHopboxOfTheCommandLineToTheInboxOfARealReceiver)
         "--setting BleedChoice=1 --setting BleedTopValue=8.5 --setting Trim=true --setting PrintSpreads=true"_q);
     PrinterProcessor receiver(GetSandbox(), {"--inbox"_q, GetSandbox().GetPath("Inbox"_q)});
     ExportParty party;
+    party.host.onRun = [&] {
+        const QString placed = party.host.commands.front()->jobOptionsPath;
+        EXPECT_FALSE(QFile::permissions(placed) & QFile::WriteOwner) << placed.toStdString();
+    };
     party.Export(key, [](GCPTSaveAsTool& tool) { tool.SetPageRange("3,1-2,3"_q); });
     EXPECT_EQ(party.alerts, QStringList());
     EXPECT_EQ(party.host.GetUnreleased(), QStringList());
@@ -250,29 +252,17 @@ TEST_F(ExportTest, WhateverThingsAreCalledThePDFEndsInTheWorkFolder)
     }
 }
 
-// Does what each line says and answers with paths: reserves a file "file…" or a folder "folder…", or exports
-// the document of that name.
+// Exports the document of the name that each line says, and answers with the PDF and the package.
 CHILD_ROLE(ExportDocuments)
 {
     const PlugInStore store;
     PlugInPreferences::Initialize();
     ExportParty party;
     for (GBuffer line = HearFromParent(); !line.isEmpty(); line = HearFromParent()) {
-        const GString name = QString::fromUtf8(line);
-        GString answer;
-        if (line.startsWith("file") || line.startsWith("folder")) {
-            ReservedOutput output(
-                WorkFolder::GetPath("Reserved"_q), name,
-                line.startsWith("file") ? ReservedOutput::Kind::File : ReservedOutput::Kind::Folder);
-            answer = output.GetPathName().GetNativePath();
-            output.Keep();
-        } else {
-            party.host.documents.front().path = "/"_q + name;
-            party.Export(arguments.at(0));
-            answer = party.action.GetPDFPath().GetNativePath() + "|"_q +
-                     party.action.GetPackagePath().GetNativePath();
-        }
-        SayToParent(answer.toUtf8());
+        party.host.documents.front().path = "/"_q + QString::fromUtf8(line);
+        party.Export(arguments.at(0));
+        const GPathName& package = party.action.GetPackagePath();
+        SayToParent((party.action.GetPDFPath().GetNativePath() + "|"_q + package.GetNativePath()).toUtf8());
     }
     PlugInPreferences::Release();
     return 0;
@@ -281,17 +271,14 @@ CHILD_ROLE(ExportDocuments)
 TEST_F(ExportTest, TwoHostsThatExportTheSameDocumentAtOnceOverwriteNothing)
 {
     const GString key = MakeHopbox("Press"_q, cWithPackage);
-    WorkFolder::Make(WorkFolder::GetPath("Reserved"_q));
     ChildProcess one("ExportDocuments"_q, {key});
     ChildProcess other("ExportDocuments"_q, {key});
-    for (const QString& line : "file1|folder1|file2|folder2|file3|folder3|a|a|b|c"_list) {
+    for (const QString& line : "a|a|b|c"_list) {
         one.Say(line.toUtf8());
         other.Say(line.toUtf8());
         const QString answer = QString::fromUtf8(one.ReadLine());
         const QString otherAnswer = QString::fromUtf8(other.ReadLine());
         EXPECT_NE(answer, otherAnswer);
-        if (line.size() > 1)
-            continue;
         for (const QString& paths : {answer, otherAnswer}) {
             const QFileInfo pdf(paths.section(QLatin1Char('|'), 0, 0));
             const QFileInfo package(paths.section(QLatin1Char('|'), 1));

@@ -1,7 +1,6 @@
 #include "ExportFixture.h"
 #include "export/GCPTSmartPathName.h"
 #include "export/JobOptionsFolder.h"
-#include "export/PlacedJobOptions.h"
 #include "export/SmartFileList.h"
 #include "foundation/core/GException.h"
 #include "foundation/system/GProcessInfo.h"
@@ -187,61 +186,4 @@ TEST_F(SmartPathTest, SweepLeavesWhatAnotherLivingProcessOwns)
     SmartFileList::Sweep();
     EXPECT_FALSE(Exists(owned));
     EXPECT_EQ(PlugInStore::ReadList().GetCount(), 1);
-}
-
-// Makes and drops temporary files as fast as it can, and remembers a choice.
-CHILD_ROLE(MakePaths)
-{
-    const PlugInStore store;
-    PlugInPreferences::SetPackageChoice(arguments.at(0), true);
-    for (int round = 0; round < 15; ++round) {
-        const GCPTSmartPathName path = GCPTSmartPathName::MakeFolder(
-            GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary), "XXXXX"_q);
-        if (round % 5 == 0)
-            SmartFileList::Sweep();
-        if (!QFileInfo(path.GetPathName().GetNativePath()).isDir() && round % 5 != 0)
-            return 1;
-    }
-    GCPTSmartPathName(GPathName(arguments.at(1))).Keep();
-    SmartFileList::Add(GPathName(arguments.at(1)));
-    SayToParent("listed");
-    HearFromParent();
-    return 0;
-}
-
-TEST_F(SmartPathTest, TwoHostsLoseNothingOfEachOther)
-{
-    const auto path = [&](const char* name) { return GetTemporary().GetChild(QString::fromLatin1(name)); };
-    ChildProcess one("MakePaths"_q, {"One"_q, path("one").GetNativePath()});
-    ChildProcess other("MakePaths"_q, {"Two"_q, path("two").GetNativePath()});
-    EXPECT_EQ(one.ReadLine(), QByteArray("listed"));
-    EXPECT_EQ(other.ReadLine(), QByteArray("listed"));
-    const PlugInPrefModule file(PlugInStore::GetFile());
-    EXPECT_EQ(file.Get("One", "IncludeFilePackageChecked"), "true"_q);
-    EXPECT_EQ(file.Get("Two", "IncludeFilePackageChecked"), "true"_q);
-    QStringList listed;
-    for (const auto& entry : PlugInStore::ReadList())
-        listed.append(entry.value);
-    EXPECT_TRUE(listed.contains(path("one").GetNativePath()));
-    EXPECT_TRUE(listed.contains(path("two").GetNativePath()));
-    EXPECT_TRUE(List(GetTemporary()).isEmpty());
-}
-
-TEST_F(SmartPathTest, PlacedJobOptionsAreAReadOnlyCopyThatGoes)
-{
-    const GPathName source = MakeFile(GetPath("a.joboptions"));
-    {
-        const PlacedJobOptions one(source);
-        const PlacedJobOptions other(source);
-        EXPECT_EQ(one.GetSettingsName(), "[Morvane_Hopbox_PDF]"_q);
-        EXPECT_NE(other.GetPathName(), one.GetPathName());
-        EXPECT_EQ(ReadFile(other.GetPathName().GetNativePath()), QByteArray("x"));
-        EXPECT_FALSE(QFile::permissions(one.GetPathName().GetNativePath()) & QFile::WriteOwner);
-        EXPECT_EQ(List(JobOptionsFolder::GetPath()).size(), 2);
-    }
-    EXPECT_TRUE(List(JobOptionsFolder::GetPath()).isEmpty());
-    const PlacedJobOptions missing(GetPath("none"));
-    EXPECT_FALSE(missing.IsPlaced());
-    EXPECT_FALSE(missing.GetError().isEmpty());
-    EXPECT_TRUE(List(JobOptionsFolder::GetPath()).isEmpty());
 }

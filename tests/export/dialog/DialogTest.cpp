@@ -124,19 +124,23 @@ TEST_F(DialogTest, ClosingForgetsThePackageChoicesOfHopboxesThatAreGone)
 {
     Add("Stays", "S");
     Add("Goes", "G");
-    for (const char* group : {"Stays", "Goes", "Gone before"})
-        PlugInPreferences::SetPackageChoice(QLatin1String(group), true);
+    const GString unnamed = Add("", "U");
+    HopboxRegistry().ChangeEntry(Add("Withdrawn", "W"),
+                                 [](HopboxRegistryEntry& entry) { entry.isPlugin = false; });
+    for (const QString& group : {"Stays"_q, unnamed, "Goes"_q, "Withdrawn"_q, "Gone before \u65E5"_q})
+        PlugInPreferences::SetPackageChoice(group, true);
     GPreferences::Set(GPreferences::cUserFileModule, "Other", "Key", "value"_q);
     Open();
-    ASSERT_EQ(GetList(), "[G] S"_q);
+    ASSERT_EQ(GetList(), "[G] S U"_q);
     ClickOKWithAlt();
-    EXPECT_EQ(GetList(), "[S]"_q);
+    EXPECT_EQ(GetList(), "[S] U"_q);
     EXPECT_TRUE(PlugInPreferences::HasPackageChoice("Goes"_q));
     WindowDriver::Click(Qt::Key_Escape);
     PlugInPrefModule written(PlugInStore::GetFile());
-    for (const char* group : {"Goes", "Gone before"})
-        EXPECT_FALSE(written.Has(group, "IncludeFilePackageChecked")) << group;
-    EXPECT_TRUE(written.Has("Stays", "IncludeFilePackageChecked"));
+    for (const QString& group : {"Goes"_q, "Withdrawn"_q, "Gone before \u65E5"_q})
+        EXPECT_FALSE(written.Has(group.toUtf8(), "IncludeFilePackageChecked")) << group.toStdString();
+    for (const QString& group : {"Stays"_q, unnamed})
+        EXPECT_TRUE(written.Has(group.toUtf8(), "IncludeFilePackageChecked")) << group.toStdString();
     EXPECT_EQ(written.Get("Other", "Key"), "value"_q);
 }
 
@@ -185,32 +189,22 @@ TEST_F(DialogTest, APageRangeIsWholeOrKeepsOKFromBeingPressed)
 TEST_F(DialogTest, OKExportsWhatIsChosen)
 {
     const std::vector<UID> all = {GetPageUID(1), GetPageUID(2), GetPageUID(3)};
+    const QString done = MakeAlert(cNobodyTakesIt);
     const struct
     {
-        const char* settings;
+        bool isAdjustable;
         const char* range;  // null for all pages
         std::vector<UID> pages;
-        bool hasCropMarks;
         QString alert;
-    } cases[] = {
-        {"UserSettings=true Trim=false", nullptr, all, true, MakeAlert(cNobodyTakesIt)},
-        {"UserSettings=false Trim=false", nullptr, all, false, MakeAlert(cNobodyTakesIt)},
-        {"UserSettings=true Trim=false",
-         "3,2",
-         {GetPageUID(3), GetPageUID(2)},
-         true,
-         MakeAlert(cNobodyTakesIt)},
-        {"UserSettings=true Trim=false",
-         "",
-         {},
-         true,
-         MakeFramedAlert("The page range names no page of the document.")},
-    };
+    } cases[] = {{true, nullptr, all, done},
+                 {false, nullptr, all, done},
+                 {true, "3,2", {GetPageUID(3), GetPageUID(2)}, done},
+                 {true, "", {}, MakeFramedAlert("The page range names no page of the document.")}};
     for (const auto& entry : cases) {
         HopboxRegistry().Clear();
         party.host.commands.clear();
         party.alerts.clear();
-        Add("Press", "Press", entry.settings);
+        Add("Press", "Press", entry.isAdjustable ? "UserSettings=true Trim=false" : "Trim=false");
         Open();
         Find("Crop").click();
         if (entry.range != nullptr) {
@@ -222,7 +216,7 @@ TEST_F(DialogTest, OKExportsWhatIsChosen)
         EXPECT_EQ(party.alerts, QStringList{entry.alert});
         ASSERT_EQ(party.host.commands.size(), 1u);
         EXPECT_EQ(party.host.commands.front()->pages, entry.pages);
-        EXPECT_EQ(party.host.commands.front()->switches.at(PDFSwitch::CropMarks), entry.hasCropMarks);
+        EXPECT_EQ(party.host.commands.front()->switches.at(PDFSwitch::CropMarks), entry.isAdjustable);
     }
 }
 

@@ -167,27 +167,24 @@ TEST_F(KeyboardTest, InEachLanguageNothingIsCutOrJumpsAndMnemonicsAreUnique)
 TEST_F(KeyboardTest, TheCallersOptionsDecideWhatIsOffered)
 {
     Add("Press", "Press");
-    const struct
-    {
-        DialogOption option;
-        const char* text;
-    } controls[] = {{DialogOption::cSlugArea, "Include Slug Area (For Bleed)"},
-                    {DialogOption::cSpreads, "Print Spreads"},
-                    {DialogOption::cBleedMark, "Bleed"},
-                    {DialogOption::cMarkWeight, "Weight:"},
-                    {DialogOption::cFilePackage, "Include File Package"}};
+    const std::pair<DialogOption, const char*> controls[] = {
+        {DialogOption::cSlugArea, "Include Slug Area (For Bleed)"},
+        {DialogOption::cSpreads, "Print Spreads"},
+        {DialogOption::cBleedMark, "Bleed"},
+        {DialogOption::cMarkWeight, "Weight:"},
+        {DialogOption::cFilePackage, "Include File Package"}};
     for (const auto& left : controls) {
         DialogOptions options = GetAllOptions();
-        options[left.option] = false;
+        options[left.first] = false;
         Open(options);
         Find("Options").click();
-        for (const auto& control : controls)
-            EXPECT_EQ(Find<QWidget>(control.text).isVisible(), control.option != left.option) << control.text;
+        for (const auto& [option, text] : controls)
+            EXPECT_EQ(Find<QWidget>(text).isVisible(), option != left.first) << text;
     }
     Open({});
     Find("Options").click();
-    for (const auto& control : controls)
-        EXPECT_FALSE(Find<QWidget>(control.text).isVisible()) << control.text;
+    for (const auto& [option, text] : controls)
+        EXPECT_FALSE(Find<QWidget>(text).isVisible()) << text;
     EXPECT_TRUE(Find("Range:").isEnabled());
     Open({{DialogOption::cPageRange, false}});
     for (const char* text : {"All", "Range:"})
