@@ -36,15 +36,3 @@ TEST(HopboxFolder, NamesStayInTheirFolderOnEverySystem)
         EXPECT_TRUE(QDir(folder.GetNativePath()).exists());
     }
 }
-
-TEST(HopboxFolder, ATakenNameGivesAnotherFolder)
-{
-    const Sandbox sandbox;
-    const GPathName parent(sandbox.GetPath());
-    const GPathName first = HopboxFolder::MakeFresh(parent, "aX"_q);
-    EXPECT_EQ(first.GetLeaf(), "aX"_q);
-    const GPathName second = HopboxFolder::MakeFresh(parent, "aX"_q);
-    EXPECT_NE(second, first);
-    EXPECT_TRUE(second.GetLeaf().startsWith("aX_"_q));
-    EXPECT_ANY_THROW(HopboxFolder::MakeFresh(parent.GetChild("none"_q), "a"_q));
-}
