@@ -12,8 +12,6 @@ using Morvane::PcExchangeRecord;
 
 namespace
 {
-using Adjusted = std::pair<const char*, const char*>;
-
 class FileExtensionTest : public MacTest
 {
 protected:
@@ -35,18 +33,16 @@ TEST_F(FileExtensionTest, ExactRecordGoesBeforeTheWildcardWhereverItStands)
 {
     const PcExchange table(Table(cRecords));
     EXPECT_EQ(table.getAllEntries().size(), 5U);
-    struct Case
-    {
-        const char* type;
-        const char* creator;
-        const char* extension;
-    };
-    for (const Case& entry : {Case{"TEXT", "MSWD", "doc"}, Case{"TEXT", "ttxt", "last"},
-                              Case{"PDF ", "CARO", "pdf"}, Case{"PDF ", "prvw", ""}, Case{"DEEP", "x", ""}}) {
+    const char* const cases[][3] = {{"TEXT", "MSWD", "doc"},
+                                    {"TEXT", "ttxt", "last"},
+                                    {"PDF ", "CARO", "pdf"},
+                                    {"PDF ", "prvw", ""},
+                                    {"DEEP", "x", ""}};
+    for (const auto& [type, creator, expected] : cases) {
         QString extension;
-        EXPECT_EQ(table.findExtension(QLatin1String(entry.type), QLatin1String(entry.creator), &extension),
-                  *entry.extension != '\0');
-        EXPECT_EQ(extension, QLatin1String(entry.extension)) << entry.type << entry.creator;
+        EXPECT_EQ(table.findExtension(QLatin1String(type), QLatin1String(creator), &extension),
+                  *expected != '\0');
+        EXPECT_EQ(extension, QLatin1String(expected)) << type << creator;
     }
     QString type;
     QString creator;
@@ -67,23 +63,6 @@ TEST_F(FileExtensionTest, DamagedTableIsEmptyAndLogged)
     }
 }
 
-TEST_F(FileExtensionTest, ProcessHasOneTable)
-{
-    const std::string source = "Morvane::PcExchange::createPcExchange|";
-    EXPECT_FALSE(PcExchange::createPcExchange(At("missing")));
-    EXPECT_EQ(PcExchange::instance(), nullptr);
-    EXPECT_TRUE(PcExchange::createPcExchange(Table(cRecords)));
-    const auto table = PcExchange::instance();
-    EXPECT_FALSE(PcExchange::createPcExchange(Table(cRecords)));
-    EXPECT_EQ(PcExchange::instance(), table);
-    PcExchange::release();
-    EXPECT_EQ(PcExchange::instance(), nullptr);
-    EXPECT_EQ(TakeErrors(), source +
-                                "Cannot initialize Mac file type correspondence table: invalid file path '" +
-                                At("missing").toStdString() + "'\n" + source +
-                                "Mac file type correspondence table is already initialized");
-}
-
 TEST_F(FileExtensionTest, FileIsWhatItsNameOrItsMacTypeSays)
 {
     const QString file = Write("Report", "x");
@@ -102,15 +81,7 @@ TEST_F(FileExtensionTest, FileIsWhatItsNameOrItsMacTypeSays)
     EXPECT_TRUE(FileExtensionManager::isType("a.b.Doc"_q, "doc"_q));
     EXPECT_EQ(TakeErrors(), "");
 
-    Morvane::MacFileInfo info;
-    EXPECT_FALSE(FileExtensionManager::getFileInfo(QString(), &info));
-    EXPECT_FALSE(FileExtensionManager::isType(QString(), "pdf"_q));
-    EXPECT_EQ(TakeErrors(),
-              "Morvane::FileExtensionManager::getFileInfo|Cannot get file info for the empty file path\n"
-              "Morvane::FileExtensionManager::isType|Cannot check file type for the empty file path");
-
-    for (const auto& [name, adjusted] :
-         {Adjusted{"a", "a.pdf"}, Adjusted{"a.PDF", "a.PDF"}, Adjusted{"a.b", "a.b.pdf"}})
+    for (const auto& [name, adjusted] : {std::pair("a", "a.pdf"), {"a.PDF", "a.PDF"}, {"a.b", "a.b.pdf"}})
         EXPECT_EQ(FileExtensionManager::adjustNameWithExtension(QLatin1String(name), "pdf"_q),
                   QLatin1String(adjusted));
 }
