@@ -190,12 +190,3 @@ TEST_F(ChannelTest, MessagesAreTakenUpOnTheTick)
     GMessageLoop::Stop();
     EXPECT_EQ(mPayloads, std::vector<GBuffer>({"on the tick"}));
 }
-
-TEST_F(ChannelTest, ProcessHasOneManagerWhileSomebodyHasIt)
-{
-    std::weak_ptr<GPPIPCManager> first = GPPIPCManager::Get();
-    EXPECT_TRUE(first.expired());
-    const auto manager = GPPIPCManager::Get();
-    EXPECT_EQ(GPPIPCManager::Get(), manager);
-    EXPECT_NE(GPPIPCManager::Get(GPPIPCChannelKind::Second), manager);
-}

@@ -63,18 +63,14 @@ TEST(GMessageRing, LayoutIsAsDocumented)
 
 TEST(GMessageRing, DamagedHeaderIsRefused)
 {
-    struct Case
-    {
-        size_t offset;
-        uint32_t number;
-    };
-    for (const Case& entry : {Case{0, 0}, Case{4, 2}, Case{24, 101}, Case{24, 63}, Case{24, 0xFFFFFFFF}}) {
+    const std::pair<size_t, uint32_t> cases[] = {{0, 0}, {4, 2}, {24, 101}, {24, 63}, {24, 0xFFFFFFFF}};
+    for (const auto& [offset, number] : cases) {
         RingMemory memory;
         GMessageRing::Make(memory.Get(), RingMemory::cSize, {7, 8});
-        memory.Set32(entry.offset, entry.number);
+        memory.Set32(offset, number);
         EXPECT_EQ(GetErrorCode([&] { GMessageRing::Open(memory.Get(), RingMemory::cSize); }),
                   GErrorCode::cSegmentHeader)
-            << entry.offset;
+            << offset;
     }
     RingMemory memory;
     EXPECT_EQ(GetErrorCode([&] { GMessageRing::Open(memory.Get(), 63); }), GErrorCode::cSegmentHeader);
@@ -82,15 +78,14 @@ TEST(GMessageRing, DamagedHeaderIsRefused)
 
 TEST(GMessageRing, FalsePositionOrLengthCostsTheQueueItsContentOnly)
 {
-    struct Case
+    const struct
     {
-        uint64_t readPosition;
-        uint64_t writePosition;
+        uint64_t readPosition, writePosition;
         uint32_t length;
         size_t taken;
-    };
-    for (const Case& entry : {Case{0, 14, 3, 2}, Case{0, 14, 11, 0}, Case{0, 14, 0xFFFFFFFF, 0},
-                              Case{0, 101, 3, 0}, Case{20, 14, 3, 0}, Case{11, 14, 3, 0}}) {
+    } cases[] = {{0, 14, 3, 2},  {0, 14, 11, 0}, {0, 14, 0xFFFFFFFF, 0},
+                 {0, 101, 3, 0}, {20, 14, 3, 0}, {11, 14, 3, 0}};
+    for (const auto& entry : cases) {
         RingMemory memory;
         GMessageRing ring = GMessageRing::Make(memory.Get(), RingMemory::cSize, {7, 8});
         ring.Put("abc");

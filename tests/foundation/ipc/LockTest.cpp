@@ -29,29 +29,6 @@ TEST_F(IpcTest, LockKeepsOthersOut)
     GInterProcessMutex::Remove(name);
 }
 
-TEST_F(IpcTest, LockOfADeadOwnerIsHadAtOnceAndStaysGood)
-{
-    const GString name = GetName("lock");
-    GInterProcessMutex mutex(name);
-    for (int round = 0; round < 2; ++round) {
-        ChildProcess holder("HoldLock"_q, {name});
-        ASSERT_EQ(holder.ReadLine(), "held");
-        // The waiter is there before the owner dies.
-        std::thread waiter([&mutex] {
-            EXPECT_TRUE(mutex.Lock(milliseconds(30000)));
-            EXPECT_TRUE(mutex.WasAbandoned());
-            mutex.Unlock();
-        });
-        std::this_thread::sleep_for(milliseconds(20));
-        holder.Kill();
-        waiter.join();
-        EXPECT_TRUE(mutex.Lock(milliseconds(0)));
-        EXPECT_FALSE(mutex.WasAbandoned());
-        mutex.Unlock();
-    }
-    GInterProcessMutex::Remove(name);
-}
-
 TEST_F(IpcTest, SemaphoreCountsBetweenProcesses)
 {
     const GString name = GetName("semaphore");

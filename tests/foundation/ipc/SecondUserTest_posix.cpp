@@ -2,21 +2,17 @@
 #include "foundation/ipc/GSharedSegment.h"
 
 #include "IpcFixture.h"
+#include "tests/support/SecondUser.h"
 
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace
-{
-constexpr uid_t cNobody = 65534;
-}
-
 // As another user: makes a segment of the name, open to all, and tries to get at the other's lock.
 CHILD_ROLE(BeSomebodyElse)
 {
-    if (::setuid(cNobody) != 0)
+    if (!BecomeSecondUser())
         return 1;
     ::umask(0);
     const QByteArray name = QFile::encodeName(arguments.at(0));
@@ -33,7 +29,7 @@ CHILD_ROLE(BeSomebodyElse)
 
 TEST_F(IpcTest, SegmentsOfAnotherUserAreRefusedAndOursAreClosed)
 {
-    if (::geteuid() != 0)
+    if (!CanBecomeSecondUser())
         GTEST_SKIP() << "Only root can act as a second user.";
     const GString lock = GetName("lock");
     const GInterProcessMutex mutex(lock);
