@@ -15,11 +15,10 @@ using Texts = std::pair<const char*, const char*>;
 class WatchedHandler : public Morvane::FileHandler
 {
 public:
-    void LogDebug(const QString& source, const QString& message) const override
+    void LogDebug(const QString&, const QString& message) const override
     {
         if (message.contains(QLatin1String("Attempt number"))) {
             ++attempts;
-            lastAttempt = source + QLatin1Char('|') + message;
             if (afterAttempt)
                 afterAttempt(attempts);
         }
@@ -39,7 +38,6 @@ public:
     }
 
     mutable int attempts = 0;
-    mutable QString lastAttempt;
     std::function<void(int)> afterAttempt;
     bool isOneVolume = true;
 };

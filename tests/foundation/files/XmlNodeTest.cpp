@@ -24,11 +24,3 @@ TEST_F(FileHandlerTest, SavedXmlKeepsTheOrderOfAttributes)
     EXPECT_TRUE(ReadFile(path).contains("\" a=\"5\" d=\"2\" n=\"1\">text</row>"))
         << ReadFile(path).toStdString();
 }
-
-TEST_F(FileHandlerTest, XmlThatCannotBeSavedLeavesTheOldFile)
-{
-    const QString path = Make("old.xml", "not < xml");
-    EXPECT_FALSE(mHandler.saveXmlNodeKeepingAttributesOrder(QDomNode(), path));
-    EXPECT_EQ(ReadFile(path), "not < xml");
-    EXPECT_EQ(Errors(), "saveXmlNodeKeepingAttributesOrder|Can't create destination file: old.xml");
-}
