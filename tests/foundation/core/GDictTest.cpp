@@ -117,23 +117,6 @@ TEST(GDict, IteratesInSlotOrder)
     }
 }
 
-// A hole that a removal left must not hide what lies behind it, and is filled first.
-TEST(GDict, RemovalKeepsLookUpsRight)
-{
-    GDict<ChosenKey, int> dict;
-    const ChosenKey keys[] = {{0, 5}, {1, 5}, {2, 6}, {3, 5}, {4, 0}};
-    for (const ChosenKey& key : keys)
-        dict.Insert(key, key.id);
-    EXPECT_TRUE(dict.Remove(keys[0]));
-    EXPECT_TRUE(dict.Remove(keys[2]));
-    dict.Insert(keys[2], 2);
-    dict.Insert({5, 5}, 5);
-    EXPECT_EQ(GetOrder(dict), (std::vector<int>{2, 3, 4, 5, 1}));
-    for (const auto& entry : dict)
-        dict.Remove(entry.key);
-    EXPECT_EQ(dict.GetCount(), 0);
-}
-
 TEST(GDict, CopiesAreIndependentAndMovedFromIsEmpty)
 {
     GDict<GBuffer, GDict<GBuffer, GString>> groups;

@@ -157,15 +157,6 @@ TEST_F(GPreferencesTest, StoredPathsFollowTheirFolder)
     EXPECT_EQ(GPreferences::GetPathName("G", "beside"), beside);
 }
 
-TEST_F(GPreferencesTest, ScrambledValuesAreClearOnlyThroughTheStore)
-{
-    GPreferences::SetScramble(-3, "G", "K", "secret \u00E4"_q);
-    GPreferences::SetScramble(-3, "G", "N", -42);
-    EXPECT_EQ(Show(-3).find("secret"), std::string::npos);
-    EXPECT_EQ(GPreferences::GetUnscramble("G", "K"), "secret \u00E4"_q);
-    EXPECT_EQ(GPreferences::GetUnscrambleInt32(-3, "G", "N"), -42);
-}
-
 TEST_F(GPreferencesTest, TemporaryUseIsTakenBackUnlessOneOfTheNestedWasKept)
 {
     const std::string changed = "G.K=two G.stays=two new.K=two";

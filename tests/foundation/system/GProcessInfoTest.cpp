@@ -45,14 +45,6 @@ TEST(GProcessInfo, ProcessIsFoundByItsImageUntilItIsKilled)
     EXPECT_FALSE(IsListed(image, processID));
 }
 
-TEST(GProcessInfo, NoProcessHasNoLifeNoStartAndNoSession)
-{
-    EXPECT_FALSE(GProcessInfo::IsAlive(0xFFFFFFF0u));
-    EXPECT_EQ(GProcessInfo::GetStartTime(0xFFFFFFF0u), 0u);
-    EXPECT_EQ(GSessionInfo::GetSessionID(0xFFFFFFF0u), GSessionInfo::cUnknown);
-    EXPECT_TRUE(GProcessInfo::GetProcessIDs(GString()).empty());
-}
-
 TEST(GSessionInfo, RootsNeverShareNamedObjects)
 {
     const Sandbox sandbox;
