@@ -182,19 +182,6 @@ TEST(AdjustmentPanel, LeavesTheBleedMarkAloneWhereItIsNotOffered)
     EXPECT_EQ(ToText(values), before);
 }
 
-TEST(AdjustmentPanel, SpeaksTheUsersLanguage)
-{
-    const std::pair<const char*, const char*> languages[] = {
-        {"deDE", "Schnittmarken"}, {"frFR", "Traits de coupe"}, {"xxXX", "Crop"}};
-    for (const auto& [language, crop] : languages) {
-        GCUSTranslation::Load(
-            GPathName(QStringLiteral(HOPBOX_TRANSLATIONS "/Plugin_%1.qm").arg(QLatin1String(language))));
-        Panel panel;
-        Click(&panel, crop);
-    }
-    GCUSTranslation::Unload();
-}
-
 TEST(AdjustmentPanel, TheTabKeyGoesDownTheLeftSideAndThenTheRight)
 {
     Panel panel;

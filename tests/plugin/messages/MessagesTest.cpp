@@ -52,28 +52,6 @@ TEST_F(Messages, EveryLanguageHasEveryTextWithItsParameters)
     GTrace::SetLogger(nullptr);
 }
 
-TEST_F(Messages, ErrorTexts)
-{
-    const GString two = ErrorText::GetMissingFontDetail("Arial|%1 Times"_list);
-    const GString one = ErrorText::GetMissingFontDetail("Arial"_list);
-    const struct
-    {
-        GString text;
-        const char* expected;
-    } cases[] = {
-        {ErrorText::Compose(PlugInMessage::cNoDocument), "Plug-in Error: No current document"},
-        {ErrorText::Compose(PlugInMessage::cFontMissing, one),
-         "Plug-in Error: Font is Missing! Correct the following font and try again:\n    1. Arial\n"},
-        {ErrorText::Compose(PlugInMessage::cFontsMissing, two),
-         "Plug-in Error: Fonts are Missing! Correct the following fonts and try again:\n    1. Arial\n"
-         "    2. %1 Times\n"},
-        {ErrorText::Compose(4711), "Plug-in Error: "},
-        {ErrorText::GetSettingNotFound("%1"_q), "Unable to retrieve PDF setting: %1"},
-    };
-    for (const auto& entry : cases)
-        EXPECT_EQ(entry.text, QString::fromUtf8(entry.expected));
-}
-
 TEST_F(Messages, TheFrameIsTranslatedWithItsText)
 {
     ASSERT_TRUE(Speak("deDE"_q));

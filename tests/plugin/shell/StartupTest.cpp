@@ -17,16 +17,3 @@ TEST(Startup, AddsEachActionWithItsMenuEntryOnce)
     EXPECT_EQ(host.menuItems, menuItems);
     EXPECT_EQ(host.GetUnreleased(), QStringList());
 }
-
-TEST(Startup, WithoutOneOfTheManagersNothingIsAdded)
-{
-    for (const HostOperation operation :
-         {HostOperation::QuerySession, HostOperation::QueryApplication, HostOperation::QueryActionManager,
-          HostOperation::QueryMenuManager}) {
-        FakeHost host;
-        host.Make(operation, HostAnswer::Absent);
-        GIDCSPStartupShutdown().Startup();
-        EXPECT_EQ(host.actions.size() + host.menuItems.size(), 0U) << GetName(operation).toStdString();
-        EXPECT_EQ(host.GetUnreleased(), QStringList()) << GetName(operation).toStdString();
-    }
-}
