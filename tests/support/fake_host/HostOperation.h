@@ -7,49 +7,20 @@
 // clang-format off
 // Every operation of the host that can find nothing, fail, or both.
 #define HOST_OPERATIONS(ABSENT, FAILS, BOTH) \
-    ABSENT(QuerySession) \
-    ABSENT(QueryApplication) \
-    ABSENT(QueryActionManager) \
-    ABSENT(QueryMenuManager) \
-    ABSENT(QueryUnitPreferences) \
-    ABSENT(QueryLayoutUtils) \
-    ABSENT(QueryDocumentUtils) \
-    ABSENT(QueryModalUtils) \
-    ABSENT(AcquireModalToken) \
-    FAILS(ModalAlert) \
-    ABSENT(QueryFrontDocument) \
-    ABSENT(GetDocumentFile) \
-    ABSENT(QueryPageList) \
-    ABSENT(GetNthPage) \
-    FAILS(GetPageUIDs) \
-    ABSENT(QueryFontList) \
-    FAILS(SaveDocument) \
-    ABSENT(FindOpenDocument) \
-    BOTH(OpenDocument) \
-    FAILS(CloseDocument) \
-    ABSENT(QueryBookManager) \
-    ABSENT(QueryActiveBook) \
-    ABSENT(QueryBookContent) \
-    ABSENT(GetBookFile) \
-    ABSENT(GetNthDocumentFile) \
-    FAILS(SaveBook) \
-    ABSENT(CreatePDFExportCommand) \
-    ABSENT(CreatePDFPreferencesCommand) \
-    ABSENT(CreateBookExportCommand) \
-    ABSENT(QueryPDFExportPreferences) \
-    FAILS(ReadJobOptions) \
-    ABSENT(QuerySystemFileData) \
-    ABSENT(QueryOutputPages) \
-    ABSENT(QueryBookExportData) \
-    FAILS(RunPDFExport) \
-    FAILS(RunPDFPreferences) \
-    FAILS(RunBookExport) \
-    ABSENT(QueryObjectModel) \
-    ABSENT(CreatePackageCommand) \
-    ABSENT(CreateBookPackageCommand) \
-    FAILS(ExecutePackage) \
-    ABSENT(CreatePackageReportCommand) \
-    FAILS(CreateReport)
+    ABSENT(QuerySession) ABSENT(QueryApplication) ABSENT(QueryActionManager) ABSENT(QueryMenuManager) \
+    ABSENT(QueryUnitPreferences) ABSENT(QueryLayoutUtils) ABSENT(QueryDocumentUtils) \
+    ABSENT(QueryModalUtils) ABSENT(AcquireModalToken) FAILS(ModalAlert) \
+    ABSENT(QueryFrontDocument) ABSENT(GetDocumentFile) ABSENT(QueryPageList) ABSENT(GetNthPage) \
+    FAILS(GetPageUIDs) ABSENT(QueryFontList) \
+    FAILS(SaveDocument) ABSENT(FindOpenDocument) BOTH(OpenDocument) FAILS(CloseDocument) \
+    ABSENT(QueryBookManager) ABSENT(QueryActiveBook) ABSENT(QueryBookContent) ABSENT(GetBookFile) \
+    ABSENT(GetNthDocumentFile) FAILS(SaveBook) \
+    ABSENT(CreatePDFExportCommand) ABSENT(CreatePDFPreferencesCommand) ABSENT(CreateBookExportCommand) \
+    ABSENT(QueryPDFExportPreferences) FAILS(ReadJobOptions) ABSENT(QuerySystemFileData) \
+    ABSENT(QueryOutputPages) ABSENT(QueryBookExportData) \
+    FAILS(RunPDFExport) FAILS(RunPDFPreferences) FAILS(RunBookExport) \
+    ABSENT(QueryObjectModel) ABSENT(CreatePackageCommand) ABSENT(CreateBookPackageCommand) \
+    FAILS(ExecutePackage) ABSENT(CreatePackageReportCommand) FAILS(CreateReport)
 // clang-format on
 
 #define HOST_OPERATION_NAME(name) name,
