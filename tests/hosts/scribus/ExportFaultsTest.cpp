@@ -1,5 +1,4 @@
 #include "EngineFixture.h"
-#include "foundation/trace/GTrace.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/FaultyDisk.h"
 

@@ -42,9 +42,7 @@ TEST_F(ExportTest, BoxesShowTheBleedAndTheRoomForMarks)
 {
     struct Case
     {
-        bool hasDocumentBleed;
-        bool hasCropMarks;
-        bool hasBleedMarks;
+        bool hasDocumentBleed, hasCropMarks, hasBleedMarks;
         double markOffset;
         double bleed[4];    // top, bottom, inside, outside
         double margins[4];  // of the trim box in the media box: left, bottom, right, top

@@ -1,4 +1,3 @@
-#include "hosts/scribus/BookPanel.h"
 #include "hosts/scribus/HostWindow.h"
 #include "hosts/scribus/PositionedMenu.h"
 #include "hosts/scribus/WindowFrontend.h"
@@ -7,7 +6,6 @@
 
 #include <QAbstractButton>
 #include <QAction>
-#include <QApplication>
 #include <QDialog>
 #include <QMenu>
 
