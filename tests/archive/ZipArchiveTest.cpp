@@ -14,39 +14,6 @@ constexpr int cMadeByUnix = 3 << 8 | 20;
 using ZipArchiveTest = ArchiveTest;
 }  // namespace
 
-TEST_F(ZipArchiveTest, IterationStandsOnEachEntryOnce)
-{
-    Build({{"a", "1"}, {"b", "2"}, {"c", "3"}});
-    ZipArchive archive(mArchive);
-    EXPECT_EQ("No last error, the user should not get this message."_q, archive.GetLastError());
-    EXPECT_EQ(3, archive.StartIterate());
-    EXPECT_TRUE(archive.Next());
-    EXPECT_EQ("a|b|c"_list, archive.GetFileList());
-    EXPECT_EQ(1, archive.GetCurrentIndex());
-    EXPECT_EQ("2", archive.ExtractCurrentToMemory(QString())) << "listing leaves the place";
-    EXPECT_TRUE(archive.Next());
-    EXPECT_FALSE(archive.Next());
-    EXPECT_TRUE(archive.AtEnd());
-    EXPECT_FALSE(archive.HasFailed());
-    EXPECT_FALSE(archive.ExtractCurrentFile(mTarget, QString(), 0));
-}
-
-TEST_F(ZipArchiveTest, AnEmptyArchiveIsNoError)
-{
-    Build({});
-    ZipArchive archive(mArchive);
-    EXPECT_EQ(0, archive.StartIterate());
-    EXPECT_TRUE(archive.AtEnd());
-    EXPECT_FALSE(archive.HasFailed());
-    for (const QByteArray& bytes : {QByteArray(), QByteArray("PK\5\6"), QByteArray(5000, 'x')}) {
-        WriteFile(mArchive, bytes);
-        ZipArchive none(mArchive);
-        EXPECT_EQ(0, none.StartIterate());
-        EXPECT_TRUE(none.AtEnd() && none.HasFailed());
-        EXPECT_EQ(QLatin1String("Can't open zip archive: ") + mArchive, none.GetLastError());
-    }
-}
-
 TEST_F(ZipArchiveTest, ADirectoryThatEndsEarlyEndsTheIterationWithAnError)
 {
     QByteArray bytes = BuildArchive({{"a", "1"}, {"b", "2"}});

@@ -34,8 +34,7 @@ TEST(ZipNameTest, NameComesFromTheFirstGoodRecordElseFromTheRawName)
     const struct
     {
         const char* what;
-        QByteArray rawName;
-        QByteArray extraField;
+        QByteArray rawName, extraField;
         QString name;
     } cases[] = {
         {"the field", "raw", Record("\xD3\xD7", 8, cNamed), "exact"_q},
