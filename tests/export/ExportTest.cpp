@@ -3,7 +3,6 @@
 #include "foundation/system/PSystem.h"
 #include "foundation/trace/GTrace.h"
 #include "hopbox/HopboxFolder.h"
-#include "hopbox/HopboxRegistry.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/LogRecorder.h"
 #include "tests/support/PrinterProcessor.h"

@@ -3,7 +3,6 @@
 #include "export/JobOptionsFolder.h"
 #include "export/SmartFileList.h"
 #include "foundation/core/GException.h"
-#include "foundation/system/GProcessInfo.h"
 #include "tests/support/ChildProcess.h"
 
 static const GBuffer cGroup = "SmartFileList";
@@ -73,8 +72,7 @@ TEST_F(SmartPathTest, SweepTakesTheNumbersUpToTheCount)
     const struct
     {
         const char* maximum;
-        QStringList listed;
-        QStringList left;
+        QStringList listed, left;
     } cases[] = {{"5", "2|4"_list, {}},        {"3", "2|4"_list, "4"_list},
                  {"0", "1"_list, "1"_list},    {"-7", "1"_list, "1"_list},
                  {"2147483647", "9"_list, {}}, {"99999999999999", "1"_list, "1"_list},

@@ -1,7 +1,6 @@
 #include "foundation/core/GUnitSupport.h"
 #include "tests/support/Test.h"
 #include "widgets/GCUSPDFSettingsAdjWdt.h"
-#include "widgets/GCUSTranslation.h"
 #include "widgets/GQUIUnitSpinBox.h"
 
 #include <QCheckBox>

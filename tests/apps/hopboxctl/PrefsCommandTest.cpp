@@ -91,8 +91,7 @@ TEST_F(PrefsCommandTest, SetsWhatGetGives)
     const struct
     {
         std::vector<const char*> access;
-        const char* key;
-        const char* value;
+        const char *key, *value;
     } cases[] = {
         {{}, "Path", "--json"},
         {{}, "New\xC3\xA9", "\xE4\xB8\xAD \"x\""},

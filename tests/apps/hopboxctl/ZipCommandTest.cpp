@@ -43,8 +43,7 @@ TEST_F(ZipCommand, FailuresAreToldAndLeaveNothing)
     const QStringList before = QDir(mSandbox.GetPath()).entryList(QDir::AllEntries | QDir::Hidden);
     const struct
     {
-        const char* call;
-        const char* error;
+        const char *call, *error;
     } cases[] = {
         {"create bad.zip a.txt missing", "Error in opening file for reading: "},
         {"create none/bad.zip a.txt", "Error opening file: "},

@@ -33,8 +33,7 @@ TEST_F(DialogTest, ListsWhatOffersItselfByTextAndSelectsTheLastChoice)
     WriteRecord("x2", "#DICT"_q);
     const struct
     {
-        GString remembered;
-        GString selected;
+        GString remembered, selected;
     } cases[] = {{beta, "Beta"_q}, {unnamed, unnamed}, {"Beta"_q, {}}, {{}, {}}};
     for (const auto& entry : cases) {
         PlugInPreferences::SetLastSelection(entry.remembered);
@@ -79,10 +78,8 @@ TEST_F(DialogTest, ThePackageIsTheUsersChoiceWhereTheSettingLeavesIt)
     const struct
     {
         bool isOffered;
-        const char* settings;
-        const char* remembered;
-        bool isShown;
-        bool isChecked;
+        const char *settings, *remembered;
+        bool isShown, isChecked;
         const char* stored;
     } cases[] = {
         {true, "UserSettings=true IncludeFilePackage=true", "", true, true, "true"},
@@ -154,8 +151,7 @@ TEST_F(DialogTest, APageRangeIsWholeOrKeepsOKFromBeingPressed)
     EXPECT_TRUE(range->isEnabled());
     const struct
     {
-        const char* pasted;
-        const char* taken;
+        const char *pasted, *taken;
         bool isWhole;
     } cases[] = {{"1-5,8,11-13", "1-5,8,11-13", true},
                  {"1,", "1,", false},

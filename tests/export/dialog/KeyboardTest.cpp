@@ -2,7 +2,6 @@
 #include "widgets/GCUSTranslation.h"
 
 #include <QAccessible>
-#include <QDialogButtonBox>
 #include <QToolButton>
 
 #include <set>

@@ -66,8 +66,7 @@ TEST(GSignal, ReceiversComeAndGoDuringAnEmission)
     {
         const char* what;
         std::function<void()> act;
-        std::string record;
-        std::string delayedRecord;
+        std::string record, delayedRecord;
     } cases[] = {
         {"nothing", [] {}, "a1x b1x c1x a2y b2y c2y ", "a1x b1x c1x a2y b2y c2y "},
         {"detaches itself", [&] { signal->Detach(*a); }, "a1x b1x c1x b2y c2y ", "b1x c1x b2y c2y "},

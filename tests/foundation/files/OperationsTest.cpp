@@ -44,9 +44,7 @@ protected:
 
     struct Case
     {
-        const char* before;
-        const char* call;
-        const char* after;
+        const char *before, *call, *after;
         std::string errors = {};  // the operation gives false exactly when there are some
     };
 

@@ -4,8 +4,6 @@
 
 #include "IpcFixture.h"
 
-#include <thread>
-
 using std::chrono::milliseconds;
 
 TEST_F(IpcTest, LockKeepsOthersOut)

@@ -130,11 +130,7 @@ TEST(TextStreamsTest, TokensSetsAndTheWayBack)
         EXPECT_EQ(input->SkipChars("\t "_q), 3);
         EXPECT_TRUE(input->ReadTillTerminator(",;"_q, text));
         EXPECT_EQ(text, "two"_q);
-        const auto clone = input->CreateClone();
-        EXPECT_TRUE(static_cast<GBin2TextStream&>(*clone).ReadString(text));
-        EXPECT_EQ(text, ";three"_q);
         input->SkipLine();
         EXPECT_FALSE(input->ReadString(text));
-        EXPECT_FALSE(input->ReadTillTerminator(","_q, text));
     }
 }

@@ -1,4 +1,3 @@
-#include "foundation/core/GErrorCodes.h"
 #include "foundation/core/GException.h"
 #include "foundation/system/GFileSystemBase.h"
 #include "tests/support/Test.h"
@@ -9,7 +8,6 @@
 #include <QLibrary>
 #include <QRegularExpression>
 
-#include <algorithm>
 #include <set>
 
 namespace
@@ -68,19 +66,6 @@ TEST(GFileSystemBase, WithoutARootTheSystemsFoldersCount)
     EXPECT_EQ(GFileSystemBase::GetSpecialPath(-8), GPathName(QDir::homePath() + "/.config"_q));
     before.isEmpty() ? qunsetenv("XDG_CONFIG_HOME") : qputenv("XDG_CONFIG_HOME", before);
     EXPECT_EQ(Text(GFileSystemBase::GetSpecialPath(33)), "/etc/xdg/Morvane Prefs Folder");
-}
-
-TEST(GFileSystemBase, RegisteredFolderComesFirstUntilItIsTakenBack)
-{
-    const Sandbox sandbox;
-    const GPathName folder(sandbox.GetPath("Resources/Strings"_q));
-    for (const int32_t number : {22, 35}) {
-        const GPathName before = GFileSystemBase::GetSpecialPath(number);
-        GFileSystemBase::RegisterSpecialPath(number, folder);
-        EXPECT_EQ(GFileSystemBase::GetSpecialPath(number), folder);
-        GFileSystemBase::RegisterSpecialPath(number, GPathName());
-        EXPECT_EQ(GFileSystemBase::GetSpecialPath(number), before);
-    }
 }
 
 TEST(GFileSystemBase, ModuleFindsItsOwnFileNotTheProgram)

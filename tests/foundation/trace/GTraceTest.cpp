@@ -1,10 +1,7 @@
 #include "foundation/trace/GTrace.h"
-#include "foundation/trace/GTraceBlock.h"
 #include "tests/support/LogRecorder.h"
 #include "tests/support/Test.h"
 #include "tests/support/Threads.h"
-
-#include <QRegularExpression>
 
 #include <atomic>
 #include <stdexcept>
@@ -21,22 +18,6 @@ struct KeepingLogger : public Morvane::ILogInterface
     QStringList lines;
 };
 }  // namespace
-
-TEST(GTraceTest, BlockTracesItsTimeWhicheverWayItIsLeft)
-{
-    const auto logger = std::make_shared<KeepingLogger>();
-    GTrace::SetLogger(logger);
-    try {
-        const GTraceBlock block("A::b"_q);
-        throw std::runtime_error("left");
-    } catch (const std::runtime_error&) {
-    }
-    EXPECT_EQ(GTrace::SetLogger(nullptr), logger);
-    GTrace::Error("A::b"_q, "nobody listens"_q);
-    const GString lines = logger->lines.join(QLatin1Char('|'));
-    const QRegularExpression form("^0 A::b: enter\\|0 A::b: leave, [0-9]+\\.[0-9]{3} ms$"_q);
-    EXPECT_TRUE(form.match(lines).hasMatch()) << lines.toStdString();
-}
 
 TEST(GTraceTest, EveryAssertCallbackIsCalledThoughOneThrowsOrRemovesItself)
 {

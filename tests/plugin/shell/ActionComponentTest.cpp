@@ -3,10 +3,7 @@
 #include "FakeStateList.h"
 #include "export/GCPTSaveAsTool.h"
 #include "foundation/core/GUnitSupport.h"
-#include "foundation/startup/GBasicFrameworkCoreLayer.h"
-#include "foundation/system/GFileSystemBase.h"
 #include "plugin/shell/GIDCSPStartupShutdown.h"
-#include "plugin/shell/PlugInServices.h"
 #include "tests/support/AlertRecorder.h"
 #include "tests/support/Test.h"
 #include "tests/support/fake_host/FakeHost.h"
@@ -38,24 +35,6 @@ protected:
     std::unique_ptr<GIDCSPActionComponent> component;
 };
 }  // namespace
-
-TEST_F(ActionComponent, BringsItsServicesUpAndReleasesThem)
-{
-    {
-        const GIDCSPActionComponent first({});
-        const GPathName folder = GFileSystemBase::GetSpecialPath(GSpecialPath::cPlugInPreferences);
-        EXPECT_EQ(folder.GetParent(), GFileSystemBase::GetSpecialPath(GSpecialPath::cUserPreferences));
-        EXPECT_EQ(folder.GetLeaf(), "Junctra_CC2019_64_InDesign"_q);
-        EXPECT_TRUE(QFileInfo(folder.GetNativePath()).isDir());
-        EXPECT_NE(GUserMessage::GetInstance(), nullptr);
-    }
-    EXPECT_EQ(GUserMessage::GetInstance(), nullptr);
-    EXPECT_FALSE(GBasicFrameworkCoreLayer::IsInitialized());
-
-    PlugInServices::Release();  // one too many leaves the count where it was
-    const GIDCSPActionComponent second({});
-    EXPECT_NE(GUserMessage::GetInstance(), nullptr);
-}
 
 TEST_F(ActionComponent, DispatchesByActionID)
 {
