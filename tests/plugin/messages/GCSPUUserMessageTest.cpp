@@ -4,6 +4,7 @@
 #include "widgets/GCUSModal.h"
 
 #include <QAbstractButton>
+#include <QGuiApplication>
 #include <QMessageBox>
 #include <QScreen>
 #include <QWindow>
