@@ -1,5 +1,6 @@
 #include "hosts/scribus/NameList.h"
 
+#include <QHeaderView>
 #include <QLabel>
 #include <QStyle>
 #include <QTreeWidget>
@@ -32,7 +33,9 @@ NameList::NameList(const QString& title, QWidget* parent)
     mHeading->setFont(bold);
     mRows->setHeaderHidden(true);
     mRows->setRootIsDecorated(false);
-    mRows->setTextElideMode(Qt::ElideMiddle);
+    // A long name is scrolled to: fonts differ in the end of their names as often as in the beginning.
+    mRows->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    mRows->header()->setStretchLastSection(false);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(mHeading);
