@@ -49,12 +49,18 @@ QString MakeNumber(const QString& type, int number)
     return type == QLatin1String("Type_None") ? QString() : QString::number(number);
 }
 
+// A whole number, or the bound that it is beyond; a number such as 1e99 is in no integer's range.
+int GetBoundedNumber(const SlaScanner& element, const char* attribute, int least, int most)
+{
+    return static_cast<int>(qBound<double>(least, element.GetNumber(attribute), most));
+}
+
 // Numbers the pages of one section. Its pages are given by indexes from 0.
 void NumberPages(const SlaScanner& section, QVector<DocumentPage>& pages)
 {
-    const int from = qBound(0, static_cast<int>(section.GetNumber("From")), pages.size());
-    const int to = qBound(-1, static_cast<int>(section.GetNumber("To")), pages.size() - 1);
-    const int start = qBound(0, static_cast<int>(section.GetNumber("Start")), 1000000);
+    const int from = GetBoundedNumber(section, "From", 0, pages.size());
+    const int to = GetBoundedNumber(section, "To", -1, pages.size() - 1);
+    const int start = GetBoundedNumber(section, "Start", 0, 1000000);
     const bool isReversed = section.GetNumber("Reversed") != 0;
     if (section.GetNumber("Active") == 0)
         return;
@@ -88,7 +94,7 @@ void ReadDocumentElement(const SlaScanner& element, DocumentInfo& info)
 std::vector<std::string_view> SlaContent::GetLinkAttributes(const SlaScanner& element)
 {
     if (!element.Has("PFILE") || element.GetNumber("isInlineImage") != 0 ||
-        static_cast<int>(element.GetNumber("PTYPE")) == cRenderFrame)
+        element.GetNumber("PTYPE") == cRenderFrame)
         return {};
     return {"PFILE", "PFILE2", "PFILE3"};
 }

@@ -25,7 +25,7 @@ TEST(DocumentFilesTest, PagesBearTheNumbersOfTheirSections)
     EXPECT_EQ(GetNumbers(roman + plain, 6), "i|ii|iii|iv|1|2"_list);
     EXPECT_EQ(GetNumbers("", 2), "1|2"_list);
     EXPECT_EQ(
-        GetNumbers("<Section From='-5' To='99' Type='Type_A_B_C' Start='26' Active='1' Reversed='1'/>", 2),
+        GetNumbers("<Section From='-5' To='1e99' Type='Type_A_B_C' Start='26' Active='1' Reversed='1'/>", 2),
         "AA|Z"_list);
     EXPECT_EQ(GetNumbers("<Section From='0' To='1' Type='Type_1_2_3' Start='7' Active='0'/>", 2), "1|2"_list);
 }
