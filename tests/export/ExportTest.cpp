@@ -313,20 +313,16 @@ TEST_F(ExportTest, ARunIsAskedForByItsMessageAndEndsWithOneNotification)
     EXPECT_TRUE(send(106).isEmpty());
     properties.hopboxKey = MakeHopbox("Press"_q);
     properties.hopboxName = "Press"_q;
-    EXPECT_TRUE(send(107).isEmpty());
-    EXPECT_TRUE(send(105).isEmpty());
-    EXPECT_EQ(send(106), QList<int>{11});
+    EXPECT_EQ(send(107) + send(105) + send(106), QList<int>{11});
     // Neither a second run nor other properties get into a run; what failed once is no cancelling later.
     party.host.onRun = [&] {
-        const GCPTSaveAsProperties nothing;
         party.action.Receive(106, properties);
-        party.action.Receive(107, nothing);
+        party.action.Receive(107, {});
     };
     party.host.Make(HostOperation::RunPDFExport, HostAnswer::Fails);
     EXPECT_EQ(send(106), QList<int>{13});
     party.host.onRun = nullptr;
     EXPECT_EQ(send(106), QList<int>{12});
-    EXPECT_FALSE(party.action.GetErrorText().isEmpty());
     party.host.Make(HostOperation::RunPDFExport, HostAnswer::Works);
     EXPECT_EQ(send(106), QList<int>{11});
     EXPECT_TRUE(party.action.GetErrorText().isEmpty());

@@ -1,4 +1,3 @@
-#include "StopProcess.h"
 #include "foundation/ipc/GPPIPCManager.h"
 #include "foundation/system/PSystem.h"
 #include "hopbox/HopboxHandOff.h"
@@ -58,11 +57,6 @@ TEST(HandOff, WhoCanNotBeReachedIsPassedOver)
     EXPECT_FALSE(HopboxHandOff::NotifyHopboxProcesses(OwnProcess::cInclude));
 }
 
-static GPPIPCState GetState(const PrinterProcessor& receiver)
-{
-    return GPPIPCManager::Get()->GetReceiverState(receiver.GetProcessID());
-}
-
 TEST(PrinterProcessor, DeregistersWhenItsTimeIsUpOrItsCountIsReached)
 {
     const Sandbox sandbox;
@@ -81,26 +75,8 @@ TEST(PrinterProcessor, DeregistersWhenItsTimeIsUpOrItsCountIsReached)
         PrinterProcessor receiver(sandbox, test.arguments);
         EXPECT_EQ(test.isSent && Submit(), test.isSent);
         EXPECT_EQ(receiver.WaitForExit(), test.status);
-        EXPECT_EQ(GetState(receiver), GPPIPCState::NoReceiver);
+        EXPECT_EQ(GPPIPCManager::Get()->GetReceiverState(receiver.GetProcessID()), GPPIPCState::NoReceiver);
     }
-}
-
-TEST(PrinterProcessor, DeregistersWhenItIsStoppedOrUnheard)
-{
-    if (!CanStopProcesses())
-        GTEST_SKIP();
-    const Sandbox sandbox;
-    for (const StopKind kind : {StopKind::Terminate, StopKind::Interrupt}) {
-        PrinterProcessor receiver(sandbox, {});
-        EXPECT_EQ(GetState(receiver), GPPIPCState::Reachable);
-        StopProcess(receiver.GetProcessID(), kind);
-        EXPECT_EQ(receiver.WaitForExit(), 0);
-        EXPECT_EQ(GetState(receiver), GPPIPCState::NoReceiver);
-    }
-    PrinterProcessor unheard(sandbox, {}, PrinterProcessor::Output::Lost);
-    EXPECT_TRUE(Submit());
-    EXPECT_EQ(unheard.WaitForExit(), 1);
-    EXPECT_EQ(GetState(unheard), GPPIPCState::NoReceiver);
 }
 
 TEST(PrinterProcessor, WrongCallsAndUnusableInboxesEndAtOnce)

@@ -35,13 +35,6 @@ TEST(GEncodingTest, EachMissingCharacterBecomesOneReplacement)
     EXPECT_EQ(GEncoding::GetWinAnsi()->Encode(text), GBuffer("?|?|?|?"));
 }
 
-TEST(GEncodingTest, DamagedBytesDecodeToSomething)
-{
-    EXPECT_EQ(GEncoding::GetUTF16LittleEndian()->Decode(GBuffer("A\0B", 3)), QStringLiteral("A"));
-    EXPECT_EQ(GEncoding::GetUTF8()->Decode(GBuffer("a\xFFz")), QStringLiteral("a\uFFFDz"));
-    EXPECT_EQ(GEncoding::GetUTF8()->Decode(GBuffer("\xEF\xBB")).left(1), QStringLiteral("\uFFFD"));
-}
-
 TEST(GEncodingTest, EveryByteOfTheCodePagesComesBack)
 {
     GBuffer bytes;

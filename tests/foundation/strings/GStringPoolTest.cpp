@@ -91,19 +91,6 @@ TEST_F(StringPool, StaticTablesCountOnFromMarkedRowsAndNeverOverwrite)
     EXPECT_THROW(GStringPoolSupport::AddStringPoolData(cFrench, "NoSuch"_q, first, 1), GException);
 }
 
-TEST_F(StringPool, AListEndsAtTheFirstCodeThatIsMissing)
-{
-    for (const uint32_t code : {10u, 11u, 12u, 14u, 0xFFFFFFFFu})
-        Set(GStringPool::cEnglish, code, "text");
-    QStringList texts;
-    GStringPool::GetStringList(10, texts);
-    EXPECT_EQ(texts.size(), 3);
-    GStringPool::GetStringList(13, texts);
-    EXPECT_TRUE(texts.isEmpty());
-    GStringPool::GetStringList(0xFFFFFFFF, texts);
-    EXPECT_EQ(texts.size(), 1) << "the codes must not start over at 0";
-}
-
 TEST_F(StringPool, AFileNameDecidesWhetherItHoldsALanguage)
 {
     const struct

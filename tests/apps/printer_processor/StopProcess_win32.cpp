@@ -1,8 +1,0 @@
-#include "StopProcess.h"
-
-void StopProcess(uint32_t, StopKind) {}
-
-bool CanStopProcesses()
-{
-    return false;
-}
