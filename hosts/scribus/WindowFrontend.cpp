@@ -11,11 +11,13 @@ WindowFrontend::WindowFrontend(QWidget& window) : mWindow(window) {}
 
 WindowFrontend::~WindowFrontend() = default;
 
-// The window comes at once: a command starts another program, which takes longer than the eye.
+// The window comes at once: a command starts another program, which takes longer than the eye. A single step
+// has no part that could be shown: the bar is then one that only moves.
 void WindowFrontend::BeginCommand(const QString& title, int steps)
 {
     mStep = 0;
-    mProgress = std::make_unique<QProgressDialog>(title, QStringLiteral("Cancel"), 0, steps, &mWindow);
+    const int parts = steps > 1 ? steps : 0;
+    mProgress = std::make_unique<QProgressDialog>(title, QStringLiteral("Cancel"), 0, parts, &mWindow);
     mProgress->setWindowTitle(title);
     mProgress->setWindowModality(Qt::ApplicationModal);
     mProgress->setAutoClose(false);
