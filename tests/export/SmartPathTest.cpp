@@ -148,6 +148,19 @@ TEST_F(SmartPathTest, SweepOfAHostileListRemovesNothingButThePlugInsOwn)
     EXPECT_EQ(GetListed("MaxCount"), "0"_q);
 }
 
+TEST_F(SmartPathTest, NumbersGoOnFromWhatAnotherHostHasListedMeanwhile)
+{
+    const GCPTSmartPathName own = GCPTSmartPathName::MakeFile(GetTemporary(), "own"_q);
+    PlugInPrefModule other(PlugInStore::GetFile());
+    other.Set(cGroup, "FilePathName_2", "theirs"_q);
+    other.Set(cGroup, "MaxCount", "2"_q);
+    other.FlushPrefs();
+    const GCPTSmartPathName next = GCPTSmartPathName::MakeFile(GetTemporary(), "next"_q);
+    EXPECT_EQ(GetListed("FilePathName_1"), own.GetPathName().GetNativePath());
+    EXPECT_EQ(GetListed("FilePathName_2"), "theirs"_q);
+    EXPECT_EQ(GetListed("FilePathName_3"), next.GetPathName().GetNativePath());
+}
+
 // Keeps a file of its own for as long as the test wants.
 CHILD_ROLE(OwnPath)
 {
