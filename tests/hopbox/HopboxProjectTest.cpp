@@ -102,6 +102,11 @@ TEST_F(HopboxProjectTest, WritingSettingsKeepsTheOtherFilesAndLeavesNothingBesid
     files.sort();
     EXPECT_EQ(left, files);
     EXPECT_EQ(ReadTree(mSandbox.GetPath("Temp"_q)).keys(), QStringList());
+
+    const QByteArray half = ReadFile(archive.GetNativePath()).left(300);
+    ASSERT_TRUE(WriteFile(archive.GetNativePath(), half));
+    EXPECT_FALSE(project.WriteSettings(MakeSettings("lost")));
+    EXPECT_EQ(ReadFile(archive.GetNativePath()), half);
 }
 
 TEST_F(HopboxProjectTest, ArchivesOfAnyToolAreReadAsFarAsTheyServe)
