@@ -130,11 +130,17 @@ TEST_F(HostileArchiveTest, BeyondTheLimitsTheDiskStaysAsItWas)
     EXPECT_EQ("target/|target/d/"_list, GetAllNames());
 }
 
-TEST_F(HostileArchiveTest, ExtractionToMemoryHasALimitOfItsOwn)
+TEST_F(HostileArchiveTest, ExtractionEntryByEntryKeepsToTheLimits)
 {
-    Build({{"a", "12345"}, {"c", "1"}});
+    Build({{"a", "12345"}, {"deep/b", "12345"}, {"c", "1"}});
     ZipArchive archive(mArchive);
+    ZipLimits limits;
+    limits.totalBytes = 9;
+    archive.SetLimits(limits);
     archive.SetMemoryLimit(4);
+    for (archive.StartIterate(); !archive.AtEnd(); archive.Next())
+        archive.ExtractCurrentFile(mTarget, QString(), 0);
+    EXPECT_EQ("a|c"_list, ReadTree(mTarget).keys());
     EXPECT_TRUE(archive.ExtractToMemory("a"_q, QString()).isNull());
     EXPECT_TRUE(archive.GetLastError().contains(QLatin1String("limit")));
     EXPECT_EQ("1", archive.ExtractToMemory("c"_q, QString()));
