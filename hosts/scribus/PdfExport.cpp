@@ -16,6 +16,8 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
+#include <functional>
+#include <string_view>
 
 // The name under which a PDF is made, beside the one that it will have.
 static QString GetPartPath(const QString& output)
@@ -48,6 +50,20 @@ static bool CopyOwnFonts(ScribusDocument& document, const QDir& folder)
         }
     }
     return true;
+}
+
+// Of a file of any size.
+static bool BearsMarkOfX(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const char* const begin = reinterpret_cast<const char*>(file.map(0, file.size()));
+    if (begin == nullptr)
+        return false;
+    const char* const end = begin + file.size();
+    const std::string_view mark = "/GTS_PDFXVersion";
+    return std::search(begin, end, std::boyer_moore_horspool_searcher(mark.begin(), mark.end())) != end;
 }
 
 CommandResult PdfExport::Check(ScribusDocument& document, const QVector<int>& pages) const
@@ -176,8 +192,7 @@ CommandResult PdfExport::CheckPdf(const QString& path, int pageCount) const
     if (counted != pageCount)
         return CommandResult::Failure(
             QStringLiteral("Scribus made a PDF of %1 pages in the place of %2.").arg(counted).arg(pageCount));
-    QFile file(path);
-    if (mSettings.IsX() && (!file.open(QIODevice::ReadOnly) || !file.readAll().contains("/GTS_PDFXVersion")))
+    if (mSettings.IsX() && !BearsMarkOfX(path))
         return CommandResult::Failure(
             QStringLiteral("Scribus made a PDF that does not bear the mark of PDF/X."));
     return CommandResult::Success();
