@@ -136,9 +136,9 @@ bool TakeDeviceResolution(const PostScriptValue& value, PdfSettings& settings)
 {
     if (value.GetItems().empty() || !value.GetItems().front().Is(Type::Number))
         return false;
-    constexpr double cHighest = 4000;  // that Scribus takes
+    constexpr double cHighest = 100000;  // of any device
     const double resolution = value.GetItems().front().GetNumber();
-    settings.drawingResolution = static_cast<int>(qBound(35.0, resolution, cHighest));
+    settings.drawingResolution = static_cast<int>(qBound(1.0, resolution, cHighest));
     return resolution > 0;
 }
 

@@ -5,6 +5,10 @@
 // The length of crop and bleed marks, in points.
 constexpr int cMarkLength = 20;
 
+// The bounds of Scribus's own, in dots per inch.
+constexpr int cLowestResolution = 35;
+constexpr int cHighestResolution = 4000;
+
 // Scribus's numbers of the kinds of PDF/X.
 static int GetVersionNumber(const PdfSettings& settings)
 {
@@ -59,6 +63,9 @@ QStringList PdfSettings::GetUnavailable() const
 
 QJsonObject PdfSettings::MakeOptions() const
 {
+    const int downsample =
+        imageResolution == 0 ? 0 : qBound(cLowestResolution, imageResolution, cHighestResolution);
+    const int resolution = qBound(qMax(cLowestResolution, downsample), drawingResolution, cHighestResolution);
     const auto flag = [](bool isOn) { return isOn ? 1 : 0; };
     const bool isPrinted = isForPrinter || IsX();
     return {
@@ -66,8 +73,8 @@ QJsonObject PdfSettings::MakeOptions() const
         {QStringLiteral("compress"), flag(isCompressed)},
         {QStringLiteral("compressmtd"), static_cast<int>(imageCompression)},
         {QStringLiteral("quality"), imageQuality},
-        {QStringLiteral("downsample"), imageResolution},
-        {QStringLiteral("resolution"), drawingResolution},
+        {QStringLiteral("downsample"), downsample},
+        {QStringLiteral("resolution"), resolution},
         {QStringLiteral("fontEmbedding"), embedsFonts ? 0 : 2},
         {QStringLiteral("outdst"), flag(isPrinted)},
         {QStringLiteral("isGrayscale"), flag(isGray)},

@@ -66,7 +66,8 @@ def pdf(request):
     if missing:
         raise RuntimeError("fonts are missing: " + ", ".join(sorted(missing)))
     export = scribus.PDFfile()
-    for name, value in request["options"].items():
+    # Scribus refuses a "downsample" above the "resolution" that it has at that moment.
+    for name, value in sorted(request["options"].items(), key=lambda option: option[0] != "resolution"):
         if not hasattr(export, name):
             raise RuntimeError("this Scribus has no PDF option " + name)
         setattr(export, name, value)

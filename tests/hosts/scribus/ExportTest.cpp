@@ -104,6 +104,34 @@ TEST_F(ExportTest, TwoJobOptionsMakeTwoDifferentFiles)
     EXPECT_EQ(GetImages(fine), "300 image"_list);
 }
 
+TEST_F(ExportTest, ImagesGetAnyResolutionThatIsAskedFor)
+{
+    const struct
+    {
+        const char* settings;
+        const char* image;  // its dots per inch
+    } cases[] = {
+        {"/ColorImageResolution 9", "35"},
+        {"/ColorImageResolution 301", "301"},
+        {"/ColorImageResolution 2400", "2400"},
+        {"/ColorImageResolution 300 >> setdistillerparams << /HWResolution [72 72] >> setpagedevice <<",
+         "300"},
+        {"/DownsampleColorImages false >> setdistillerparams << /HWResolution [9999 1] >> setpagedevice <<",
+         "3600"},
+    };
+    MakeImage("image.png"_q, 600, 600);
+    QString frame = MakeImageFrame("image.png"_q);
+    frame.replace("WIDTH=\"100\" HEIGHT=\"100\""_q, "WIDTH=\"12\" HEIGHT=\"12\""_q);
+    Open(MakeDocument("a.sla"_q, 1, frame));
+    for (const auto& item : cases) {
+        const QString output = GetOutput("a.pdf"_q);
+        ASSERT_EQ(Export(output, item.settings), cSuccess)
+            << item.settings << mHost->GetLastFailure().toStdString();
+        EXPECT_EQ(GetImages(output).value(0).section(QLatin1Char(' '), 0, 0).toStdString(), item.image)
+            << item.settings;
+    }
+}
+
 TEST_F(ExportTest, PdfXIsMadeOnlyWhereTheDocumentCanBeOne)
 {
     const struct
