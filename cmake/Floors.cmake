@@ -3,6 +3,7 @@
 set(floor_1 foundation/core foundation/trace foundation/system)
 set(floor_2 widgets plugin/host foundation/prefs foundation/strings foundation/files foundation/ipc)
 set(floor_3 plugin/messages archive archive/mac foundation/startup)
+set(floor_4 hopbox joboptions)
 
 set(may_use_foundation_core)
 set(may_use_foundation_trace foundation/core)
@@ -18,14 +19,36 @@ set(may_use_foundation_ipc ${floor_1})
 set(may_use_plugin_messages ${floor_1} ${floor_2})
 set(may_use_archive ${floor_1} ${floor_2})
 set(may_use_archive_mac ${floor_1} ${floor_2})
+list(REMOVE_ITEM may_use_archive widgets)
+list(REMOVE_ITEM may_use_archive_mac widgets)
 set(may_use_foundation_startup ${floor_1} ${floor_2})
 
 set(may_use_hopbox ${floor_1} ${floor_2} ${floor_3})
-set(may_use_export ${floor_1} ${floor_2} ${floor_3} hopbox)
+list(REMOVE_ITEM may_use_hopbox widgets)
+set(may_use_joboptions ${floor_1})
+set(may_use_export ${floor_1} ${floor_2} ${floor_3} ${floor_4})
 set(may_use_export_dialog ${may_use_export} export)
 set(may_use_plugin_shell ${may_use_export_dialog} export/dialog)
-set(may_use_hosts_scribus plugin/host ${floor_1} foundation/prefs foundation/strings foundation/files
-  foundation/ipc foundation/startup)
 
-set(may_use_apps_hopboxctl ${floor_1} ${floor_2} ${floor_3} hopbox)
+# The Scribus engine, room by room: no window, no command line. Then what stands on it, each apart from the
+# others. None of them links the plug-in.
+set(engine ${floor_1} plugin/host foundation/prefs foundation/strings foundation/files foundation/ipc
+  foundation/startup)
+set(may_use_hosts_scribus_runner ${floor_1})
+set(may_use_hosts_scribus_sla ${floor_1})
+set(may_use_hosts_scribus_books ${floor_1})
+set(may_use_hosts_scribus_documents ${floor_1} hosts/scribus/runner hosts/scribus/sla)
+set(may_use_hosts_scribus_packages ${may_use_hosts_scribus_documents} hosts/scribus/documents)
+set(may_use_hosts_scribus_pdf ${may_use_hosts_scribus_packages} joboptions)
+list(APPEND engine joboptions hosts/scribus/runner hosts/scribus/sla hosts/scribus/books hosts/scribus/documents
+  hosts/scribus/packages hosts/scribus/pdf)
+set(may_use_hosts_scribus_host ${engine})
+list(APPEND engine hosts/scribus/host)
+set(may_use_hosts_scribus_panels ${engine} widgets)
+set(may_use_hosts_layout_host_window ${engine} widgets hosts/scribus/panels)
+set(may_use_hosts_layout_host_commandline ${engine} widgets)
+set(may_use_hosts_layout_host ${engine} widgets hosts/scribus/panels hosts/layout_host/window
+  hosts/layout_host/commandline)
+
+set(may_use_apps_hopboxctl ${floor_1} ${floor_2} ${floor_3} ${floor_4})
 set(may_use_apps_printer_processor ${floor_1} ${floor_2} ${floor_3} hopbox)

@@ -30,16 +30,24 @@ function(hopbox_show_headers target folder out)
   set(${out} "${root}" PARENT_SCOPE)
 endfunction()
 
-# Links a target to the folders it uses, after a look at the table of floors.
+# Links a target to the folders it uses, after a look at the table of floors: at what it names, and at what
+# it gets to see through them.
 function(hopbox_use target folder visibility)
   hopbox_target_name("${folder}" name)
+  set(seen ${ARGN})
   foreach(used IN LISTS ARGN)
+    hopbox_target_name("${used}" usedTarget)
+    target_link_libraries(${target} ${visibility} ${usedTarget})
+    get_target_property(through ${usedTarget} HOPBOX_SEES)
+    list(APPEND seen ${through})
+  endforeach()
+  list(REMOVE_DUPLICATES seen)
+  foreach(used IN LISTS seen)
     if(NOT used IN_LIST may_use_${name})
       message(FATAL_ERROR "${folder} may not use ${used}: see cmake/Floors.cmake")
     endif()
-    hopbox_target_name("${used}" usedTarget)
-    target_link_libraries(${target} ${visibility} ${usedTarget})
   endforeach()
+  set_target_properties(${target} PROPERTIES HOPBOX_SEES "${seen}")
 endfunction()
 
 # hopbox_library(FOLDER foundation/core SOURCES a.cpp… [PLATFORM Stem…] [USES folder…] [LINK target…]

@@ -2,7 +2,7 @@
 #include "Ratios.h"
 #include "RecordedScribus.h"
 
-#include "hosts/scribus/ScribusHost.h"
+#include "hosts/scribus/host/ScribusHost.h"
 #include "plugin/host/HostCalls.h"
 
 #include <QCoreApplication>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "hosts/scribus/ScribusRunner.h"
+#include "hosts/scribus/runner/ScribusRunner.h"
 
 #include <QTemporaryDir>
 

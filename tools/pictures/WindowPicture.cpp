@@ -1,6 +1,6 @@
 #include "FramedPicture.h"
 
-#include "hosts/scribus/HostWindow.h"
+#include "hosts/layout_host/window/HostWindow.h"
 
 #include <QAction>
 #include <QApplication>

@@ -1,0 +1,22 @@
+#include "hosts/scribus/pdf/PdfSettings.h"
+#include "joboptions/JobOptions.h"
+
+// A file that is refused says where; one that is taken makes settings that Scribus can be given, or says why
+// not.
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    const QByteArray text(reinterpret_cast<const char*>(data), static_cast<int>(size));
+    JobOptions options;
+    QString error;
+    if (options.Parse(text, error) != error.isEmpty())
+        __builtin_trap();
+    if (!error.isEmpty())
+        return 0;
+    PdfSettings settings;
+    if (PdfSettings::Make(options, settings, error) != error.isEmpty())
+        __builtin_trap();
+    if (error.isEmpty() && !settings.IsX() && !settings.FindFault().isEmpty())
+        __builtin_trap();
+    settings.MakeOptions();
+    return 0;
+}

@@ -1,0 +1,29 @@
+#include "hosts/scribus/sla/SlaContent.h"
+#include "hosts/scribus/sla/SlaLinks.h"
+
+// Whatever the text is, rewriting links to themselves leaves it alone, and links that were rewritten are
+// found again as they were written.
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    const QByteArray text(reinterpret_cast<const char*>(data), static_cast<int>(size));
+    const QString target = QStringLiteral("/a \"&'<>b");
+    int rewritten = 0;
+    int found = 0;
+    if (SlaLinks::RewriteLinks(text, [](const QString& link) { return link; }) != text)
+        __builtin_trap();
+    const QByteArray changed = SlaLinks::RewriteLinks(text, [&](const QString&) {
+        ++rewritten;
+        return target;
+    });
+    SlaLinks::RewriteLinks(changed, [&](const QString& link) {
+        found += link == target ? 1 : 0;
+        return link;
+    });
+    if (found != rewritten)
+        __builtin_trap();
+    DocumentInfo info;
+    info.pages.resize(3);
+    SlaContent::Read(text, QStringLiteral("/nowhere"), info);
+    info.FindPages(QString::fromUtf8(text));
+    return 0;
+}

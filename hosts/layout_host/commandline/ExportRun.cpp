@@ -1,0 +1,139 @@
+#include "hosts/layout_host/commandline/ExportRun.h"
+
+#include "hosts/layout_host/commandline/StopRequest.h"
+#include "hosts/scribus/host/PlugInModule.h"
+#include "plugin/host/CActionComponent.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+
+namespace
+{
+constexpr int cWatchInterval = 50;  // milliseconds
+
+QJsonValue MakeValue(const QString& text)
+{
+    return text.isEmpty() ? QJsonValue(QJsonValue::Null) : QJsonValue(text);
+}
+}  // namespace
+
+ExportRun::ExportRun(const CommandLine& line, const ScribusSetup& setup)
+    : mLine(line), mHost(setup), mDriver(line.choices)
+{
+    mHost.SetFrontend(this);
+    mHost.SetActionManager(&mMenus);
+}
+
+ExportRun::~ExportRun()
+{
+    mHost.SetFrontend(nullptr);
+}
+
+QJsonObject ExportRun::Run()
+{
+    mTime.start();
+    const StopRequest stopRequest;
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, [this] { WatchForEnd(); });
+    watch.start(cWatchInterval);
+    Export();
+    return MakeReport();
+}
+
+void ExportRun::Export()
+{
+    PlugInModule plugIn;
+    if (!plugIn.Load(PlugInModule::FindFile(), mHost)) {
+        mError = plugIn.GetError();
+        return;
+    }
+    if (!OpenFile())
+        return;
+    const ActionID action = mLine.isBook ? PlugInID::cBookAction : PlugInID::cDocumentAction;
+    mMenus.UpdateStates(*plugIn.GetActions());
+    if (!mMenus.IsEnabled(action)) {
+        mError = QStringLiteral("The menu entry of the plug-in is disabled.");
+        return;
+    }
+    mActivity = QStringLiteral("the dialog");
+    mDriver.Run([&] { plugIn.GetActions()->DoAction(nullptr, action, nullptr); });
+    mError = mDriver.GetError();
+}
+
+bool ExportRun::OpenFile()
+{
+    mActivity = QStringLiteral("opening the file");
+    const QString file = mLine.files.constFirst();
+    QString reason;
+    const bool isOpen =
+        mLine.isBook ? mHost.OpenBook(file, reason) != nullptr : mHost.OpenDocument(file, reason) != nullptr;
+    if (!isOpen)
+        mAlerts.append({QString(), reason});
+    return isOpen;
+}
+
+void ExportRun::WatchForEnd()
+{
+    if (HasToEnd())
+        mDriver.GiveUp(mEndReason);
+}
+
+bool ExportRun::HasToEnd()
+{
+    if (mEndReason.isEmpty() && StopRequest::IsMade())
+        mEndReason = QStringLiteral("The program was told to stop.");
+    else if (mEndReason.isEmpty() && mTime.elapsed() > mLine.seconds * 1000LL)
+        mEndReason = QStringLiteral("The time of %1 s is up: %2.").arg(mLine.seconds).arg(mActivity);
+    return !mEndReason.isEmpty();
+}
+
+QJsonObject ExportRun::MakeReport() const
+{
+    const QList<ShownAlert> alerts = mAlerts + mDriver.GetAlerts();
+    const QString& error = mEndReason.isEmpty() ? mError : mEndReason;
+    QString result = QStringLiteral("success");
+    if (!mEndReason.isEmpty() && StopRequest::IsMade())
+        result = QStringLiteral("cancelled");
+    else if (!error.isEmpty())
+        result = QStringLiteral("failed");
+    else if (!alerts.isEmpty())
+        result = QStringLiteral("alert");
+    const ShownAlert alert = alerts.value(0);
+    return {{QStringLiteral("result"), result},
+            {QStringLiteral("pdf"), MakeValue(mHost.GetLastPDF())},
+            {QStringLiteral("package"), MakeValue(mHost.GetLastPackage())},
+            {QStringLiteral("alert"), MakeValue(alert.text)},
+            {QStringLiteral("title"), MakeValue(alert.title)},
+            {QStringLiteral("error"), MakeValue(error)}};
+}
+
+void ExportRun::BeginCommand(const QString& title, int)
+{
+    mActivity = title;
+}
+
+void ExportRun::BeginStep(const QString&) {}
+
+bool ExportRun::IsCancelled()
+{
+    QCoreApplication::processEvents();
+    return HasToEnd();
+}
+
+void ExportRun::EndCommand()
+{
+    mActivity = QStringLiteral("the dialog");
+}
+
+int32_t ExportRun::ShowAlert(const QString& text, const QString&, const QString&, const QString&,
+                             int32_t defaultButton, int32_t)
+{
+    mAlerts.append({QString(), text});
+    return defaultButton;
+}
+
+// Nobody is there to be asked.
+QString ExportRun::AskForSavePath(const QString&)
+{
+    return {};
+}

@@ -1,0 +1,290 @@
+#include "hosts/layout_host/window/HostWindow.h"
+
+#include "hosts/layout_host/window/DocumentView.h"
+#include "hosts/scribus/panels/BookPanel.h"
+#include "hosts/scribus/panels/FileQuestions.h"
+#include "plugin/host/CActionComponent.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QGroupBox>
+#include <QListWidget>
+#include <QLocale>
+#include <QMenuBar>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QVBoxLayout>
+
+namespace
+{
+// Puts a widget under a title.
+QGroupBox* MakeGroup(const QString& title, QWidget* content)
+{
+    auto* group = new QGroupBox(title);
+    auto* layout = new QVBoxLayout(group);
+    layout->setContentsMargins(4, 4, 4, 4);
+    layout->addWidget(content);
+    return group;
+}
+
+ClassID GetLocalUnit()
+{
+    return QLocale().measurementSystem() == QLocale::MetricSystem ? HostUnitID::cMillimetres
+                                                                  : HostUnitID::cInches;
+}
+
+// Does what Scribus takes its time for, while the pointer shows that it is at work.
+template <class Work>
+ScribusHost::DocumentPtr WhileWaiting(const Work& work)
+{
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const ScribusHost::DocumentPtr document = work();
+    QApplication::restoreOverrideCursor();
+    return document;
+}
+}  // namespace
+
+HostWindow::HostWindow(const ScribusSetup& setup) : mHost(setup), mFrontend(*this)
+{
+    mHost.SetFrontend(&mFrontend);
+    mHost.SetActionManager(&mMenus);
+    mHost.SetUnit(GetLocalUnit());
+    mView = new DocumentView([this] { return mFrontend.IsBusy(); }, this);
+    auto* splitter = new QSplitter(Qt::Horizontal, this);
+    splitter->addWidget(MakeLists());
+    splitter->addWidget(mView);
+    splitter->setStretchFactor(1, 1);
+    splitter->setChildrenCollapsible(false);
+    setCentralWidget(splitter);
+    AddOwnEntries();
+    statusBar();
+    resize(1120, 760);
+    ShowDocuments();
+
+    mBooks->SetListeners([this](const QString& path) { OpenDocument(path); },
+                         [this] { UpdatePlugInEntries(); });
+    connect(mDocuments, &QListWidget::itemSelectionChanged, this, [this] {
+        const int row = mDocuments->currentRow();
+        if (row < 0 || mFrontend.IsBusy())
+            return;
+        mHost.SetActiveDocument(mHost.GetDocuments().at(static_cast<size_t>(row)));
+        ShowDocuments();
+    });
+}
+
+HostWindow::~HostWindow()
+{
+    mHost.SetFrontend(nullptr);
+}
+
+QWidget* HostWindow::MakeLists()
+{
+    auto* lists = new QSplitter(Qt::Vertical);
+    mDocuments = new QListWidget;
+    mBooks = new BookPanel(mHost, this);
+    lists->addWidget(MakeGroup(QStringLiteral("Documents"), mDocuments));
+    lists->addWidget(MakeGroup(QStringLiteral("Book"), mBooks));
+    lists->setChildrenCollapsible(false);
+    lists->setMinimumWidth(200);
+    return lists;
+}
+
+void HostWindow::AddOwnEntries()
+{
+    QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
+    mFileEntries = std::make_unique<PositionedMenu>(*file);
+    const auto add = [this](double position, const char* name, const QKeySequence& shortcut,
+                            void (HostWindow::*choose)()) {
+        QAction* entry = mFileEntries->Add(position, QString::fromUtf8(name), [this, choose] {
+            if (!mFrontend.IsBusy())
+                (this->*choose)();
+        });
+        entry->setShortcut(shortcut);
+        return entry;
+    };
+    add(100, "&New from Template\u2026", QKeySequence::New, &HostWindow::NewDocument);
+    add(110, "&Open\u2026", QKeySequence::Open, &HostWindow::OpenDocuments);
+    mDocumentEntries = {add(400, "&Close", QKeySequence::Close, &HostWindow::CloseDocument),
+                        add(410, "&Save", QKeySequence::Save, &HostWindow::SaveDocument),
+                        add(420, "Save &As\u2026", QKeySequence::SaveAs, &HostWindow::SaveDocumentAs)};
+    mFileEntries->Add(9000, QStringLiteral("&Quit"), [this] { close(); })
+        ->setShortcut(QKeySequence(Qt::CTRL + Qt::Key_Q));
+    menuBar()
+        ->addMenu(QStringLiteral("&Help"))
+        ->addAction(QStringLiteral("&About the Hopbox Plug-in"), this, [this] {
+            if (mPlugIn.GetActions() != nullptr)
+                RunPlugInAction(PlugInID::cAboutAction);
+        });
+    connect(file, &QMenu::aboutToShow, this, [this] { UpdatePlugInEntries(); });
+    connect(&mBooks->GetPopupMenu(), &QMenu::aboutToShow, this, [this] { UpdatePlugInEntries(); });
+}
+
+void HostWindow::Start(const QStringList& files)
+{
+    LoadPlugIn();
+    for (const QString& file : files) {
+        if (FileQuestions::IsBook(file))
+            mBooks->OpenBook(file);
+        else
+            OpenDocument(file);
+    }
+    ShowDocuments();
+}
+
+void HostWindow::LoadPlugIn()
+{
+    if (!mPlugIn.Load(PlugInModule::FindFile(), mHost))
+        FileQuestions::ShowProblem(*this, mPlugIn.GetError());
+    const auto run = [this](ActionID action) { RunPlugInAction(action); };
+    mFileEntries->Finish(mMenus.GetEntries(HostMenuPath::cFile), run);
+    mBooks->GetEntries().Finish(mMenus.GetEntries(HostMenuPath::cBookPanel), run);
+    // Shortcuts of a popup menu work through the window alone.
+    addActions(mBooks->GetPopupMenu().actions());
+    UpdatePlugInEntries();
+}
+
+void HostWindow::UpdatePlugInEntries()
+{
+    if (mPlugIn.GetActions() == nullptr)
+        return;
+    mMenus.UpdateStates(*mPlugIn.GetActions());
+    mFileEntries->UpdatePlugInEntries(mMenus.GetEntries(HostMenuPath::cFile));
+    mBooks->GetEntries().UpdatePlugInEntries(mMenus.GetEntries(HostMenuPath::cBookPanel));
+}
+
+// What the last command made is news only when there was one.
+void HostWindow::RunPlugInAction(ActionID action)
+{
+    const QString before = mHost.GetLastPDF();
+    mPlugIn.GetActions()->DoAction(nullptr, action, nullptr);
+    if (mHost.GetLastPDF() != before)
+        statusBar()->showMessage(QStringLiteral("Exported to %1").arg(mHost.GetLastPDF()));
+    ShowDocuments();
+}
+
+void HostWindow::NewDocument()
+{
+    const QString path = FileQuestions::AskForTemplate(*this);
+    if (path.isEmpty())
+        return;
+    QString reason;
+    const auto document = WhileWaiting([&] { return mHost.NewDocument(path, reason); });
+    TakeNew(document, reason);
+}
+
+void HostWindow::OpenDocuments()
+{
+    const QStringList paths = FileQuestions::AskForDocumentsToOpen(*this);
+    for (const QString& path : paths)
+        OpenDocument(path);
+}
+
+void HostWindow::OpenDocument(const QString& path)
+{
+    statusBar()->showMessage(QStringLiteral("Opening %1\u2026").arg(path));
+    QString reason;
+    const auto document = WhileWaiting([&] { return mHost.OpenDocument(path, reason); });
+    TakeNew(document, reason);
+}
+
+void HostWindow::TakeNew(const ScribusHost::DocumentPtr& document, const QString& reason)
+{
+    statusBar()->clearMessage();
+    if (!document)
+        FileQuestions::ShowProblem(*this, reason);
+    ShowDocuments();
+}
+
+void HostWindow::SaveDocument()
+{
+    Save(mHost.GetActiveDocument());
+}
+
+void HostWindow::SaveDocumentAs()
+{
+    const ScribusHost::DocumentPtr document = mHost.GetActiveDocument();
+    SaveTo(document, FileQuestions::AskForDocumentToSave(*this, document->GetName()));
+}
+
+// A document with a file holds nothing that the file lacks.
+bool HostWindow::Save(const ScribusHost::DocumentPtr& document)
+{
+    return document->IsSaved() ||
+           SaveTo(document, FileQuestions::AskForDocumentToSave(*this, document->GetName()));
+}
+
+bool HostWindow::SaveTo(const ScribusHost::DocumentPtr& document, const QString& path)
+{
+    if (path.isEmpty())
+        return false;
+    QString reason;
+    const bool isSaved = document->SaveAs(path, reason);
+    if (!isSaved)
+        FileQuestions::ShowProblem(*this, reason);
+    ShowDocuments();
+    return isSaved;
+}
+
+void HostWindow::CloseDocument()
+{
+    Close(mHost.GetActiveDocument());
+}
+
+bool HostWindow::Close(const ScribusHost::DocumentPtr& document)
+{
+    if (!document->IsSaved()) {
+        using Answer = FileQuestions::CloseAnswer;
+        const Answer answer = FileQuestions::AskBeforeClosing(*this, document->GetName());
+        if (answer == Answer::Cancel || (answer == Answer::Save && !Save(document)))
+            return false;
+    }
+    mHost.CloseDocument(document);
+    ShowDocuments();
+    return true;
+}
+
+bool HostWindow::CloseAll()
+{
+    const std::vector<ScribusHost::DocumentPtr> documents = mHost.GetDocuments();
+    for (const ScribusHost::DocumentPtr& document : documents) {
+        if (!Close(document))
+            return false;
+    }
+    return mBooks->CloseAll();
+}
+
+void HostWindow::ShowDocuments()
+{
+    const QSignalBlocker quiet(mDocuments);
+    mDocuments->clear();
+    const ScribusHost::DocumentPtr active = mHost.GetActiveDocument();
+    for (const ScribusHost::DocumentPtr& document : mHost.GetDocuments()) {
+        auto* item = new QListWidgetItem(document->IsSaved()
+                                             ? document->GetName()
+                                             : QStringLiteral("%1 (not saved)").arg(document->GetName()),
+                                         mDocuments);
+        item->setToolTip(document->GetPath());
+        if (document == active)
+            mDocuments->setCurrentItem(item);
+    }
+    for (QAction* entry : mDocumentEntries)
+        entry->setEnabled(active != nullptr);
+    setWindowTitle(active ? active->GetName() : QString());
+    mView->ShowDocument(active);
+    UpdatePlugInEntries();
+}
+
+// Documents change behind the window's back: in Scribus, for one.
+bool HostWindow::event(QEvent* event)
+{
+    if (event->type() == QEvent::WindowActivate && !mFrontend.IsBusy()) {
+        mView->Refresh();
+        UpdatePlugInEntries();
+    }
+    return QMainWindow::event(event);
+}
+
+void HostWindow::closeEvent(QCloseEvent* event)
+{
+    event->setAccepted(!mFrontend.IsBusy() && !mHost.IsModal() && CloseAll());
+}

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "hosts/scribus/host/HostMenus.h"
+#include "hosts/scribus/host/PlugInModule.h"
+#include "hosts/scribus/host/ScribusHost.h"
+#include "hosts/scribus/panels/PositionedMenu.h"
+#include "hosts/scribus/panels/WindowFrontend.h"
+
+#include <QMainWindow>
+
+#include <memory>
+
+class BookPanel;
+class DocumentView;
+class QListWidget;
+
+// The application's window: the open documents and books, a view of the document in front, and the menus,
+// with the entries of the plug-in among them.
+class HostWindow : public QMainWindow
+{
+public:
+    explicit HostWindow(const ScribusSetup& setup);
+    ~HostWindow() override;
+
+    // Loads the plug-in and opens the files, documents and books; what does not work is told to the user. For
+    // a window that is shown.
+    void Start(const QStringList& files);
+
+protected:
+    bool event(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    QWidget* MakeLists();
+    void AddOwnEntries();
+    void LoadPlugIn();
+    void UpdatePlugInEntries();
+    void RunPlugInAction(ActionID action);
+
+    void NewDocument();
+    void OpenDocuments();
+    void OpenDocument(const QString& path);
+    void SaveDocument();
+    void SaveDocumentAs();
+    void CloseDocument();
+    bool Save(const ScribusHost::DocumentPtr& document);
+    bool SaveTo(const ScribusHost::DocumentPtr& document, const QString& path);
+    bool Close(const ScribusHost::DocumentPtr& document);
+    bool CloseAll();
+    void ShowDocuments();
+    void TakeNew(const ScribusHost::DocumentPtr& document, const QString& reason);
+
+    ScribusHost mHost;
+    HostMenus mMenus;
+    WindowFrontend mFrontend;
+    QListWidget* mDocuments = nullptr;
+    BookPanel* mBooks = nullptr;
+    DocumentView* mView = nullptr;
+    std::unique_ptr<PositionedMenu> mFileEntries;
+    QList<QAction*> mDocumentEntries;  // those that need a document
+    PlugInModule mPlugIn;              // the last: it goes while all that it knows is there
+};

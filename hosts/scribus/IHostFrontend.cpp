@@ -1,3 +1,0 @@
-#include "hosts/scribus/IHostFrontend.h"
-
-IHostFrontend::~IHostFrontend() = default;

@@ -1,0 +1,167 @@
+#include "hosts/scribus/documents/ScribusDocument.h"
+
+#include "foundation/trace/GTrace.h"
+#include "hosts/scribus/runner/ScribusRunner.h"
+#include "hosts/scribus/sla/SlaContent.h"
+#include "hosts/scribus/sla/SlaFile.h"
+#include "hosts/scribus/sla/SlaLinks.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+
+constexpr int cPreviewsKept = 16;
+
+namespace
+{
+void RemoveFile(QString& path)
+{
+    if (!path.isEmpty())
+        QFile::remove(path);
+    path.clear();
+}
+
+PageSide GetSide(int scribusType, bool hasFacingPages)
+{
+    static const PageSide cSides[] = {PageSide::Left, PageSide::Middle, PageSide::Right};
+    return hasFacingPages && scribusType >= 0 && scribusType < 3 ? cSides[scribusType] : PageSide::Single;
+}
+
+void ReadAnswer(const QJsonObject& answer, DocumentInfo& info)
+{
+    for (const QJsonValue& page : answer.value(QLatin1String("pages")).toArray()) {
+        DocumentPage read;
+        read.width = page[QLatin1String("width")].toDouble();
+        read.height = page[QLatin1String("height")].toDouble();
+        info.pages.append(read);
+    }
+    for (const QJsonValue& font : answer.value(QLatin1String("fonts")).toArray()) {
+        info.fonts.append({font[QLatin1String("name")].toString(), font[QLatin1String("file")].toString(),
+                           font[QLatin1String("missing")].toBool()});
+    }
+}
+
+void ReadSides(const QJsonObject& answer, DocumentInfo& info)
+{
+    const QJsonArray pages = answer.value(QLatin1String("pages")).toArray();
+    for (int i = 0; i < info.pages.size(); ++i)
+        info.pages[i].side = GetSide(pages[i][QLatin1String("side")].toInt(), info.hasFacingPages);
+}
+}  // namespace
+
+ScribusDocument::ScribusDocument(ScribusRunner& runner, const QString& path)
+    : mRunner(runner), mPath(QDir::cleanPath(QDir().absoluteFilePath(path)))
+{
+}
+
+ScribusDocument::~ScribusDocument()
+{
+    Forget();
+    RemoveFile(mContentPath);
+}
+
+void ScribusDocument::Forget()
+{
+    mInfo.reset();
+    mPreviews.clear();
+    mError.clear();
+    RemoveFile(mPresentForm);
+}
+
+std::shared_ptr<ScribusDocument> ScribusDocument::MakeFromTemplate(ScribusRunner& runner,
+                                                                   const QString& templatePath, int number,
+                                                                   QString& reason)
+{
+    auto document = std::make_shared<ScribusDocument>(runner, templatePath);
+    const QString content = runner.MakeScratchPath(QStringLiteral("sla"));
+    if (!SlaLinks::CopyDocument(document->mPath, content, reason))
+        return nullptr;
+    document->mContentPath = content;
+    document->mPath.clear();
+    document->mUntitledName = QStringLiteral("Untitled-%1").arg(number);
+    return document;
+}
+
+QString ScribusDocument::GetName() const
+{
+    return mPath.isEmpty() ? mUntitledName : QFileInfo(mPath).fileName();
+}
+
+bool ScribusDocument::SaveAs(const QString& path, QString& reason)
+{
+    const QString target = QDir::cleanPath(QDir().absoluteFilePath(path));
+    if (target == mPath)
+        return true;
+    if (!SlaLinks::CopyDocument(GetContentPath(), target, reason))
+        return false;
+    mPath = target;
+    RemoveFile(mContentPath);
+    return true;
+}
+
+const DocumentInfo* ScribusDocument::GetInfo()
+{
+    const FileStamp stamp = FileStamp::Take(GetContentPath());
+    if (stamp == mStamp && (mInfo != nullptr || !mError.isEmpty()))
+        return mInfo.get();
+    Forget();
+    mStamp = stamp;
+    if (!stamp.Exists())
+        mError = QStringLiteral("There is no file \"%1\".").arg(GetContentPath());
+    else if (!AskScribus() || FileStamp::Take(GetContentPath()) != stamp)
+        mStamp = FileStamp();  // asked again at the next call, whatever went wrong
+    if (!mError.isEmpty())
+        GTrace::Error(QStringLiteral("ScribusDocument::GetInfo"), mError);
+    return mInfo.get();
+}
+
+bool ScribusDocument::AskScribus()
+{
+    const QString copy = mRunner.MakeScratchPath(QStringLiteral("sla"));
+    const ScribusAnswer answer =
+        mRunner.RunScript(QStringLiteral("info"),
+                          {{QStringLiteral("document"), GetContentPath()}, {QStringLiteral("copy"), copy}});
+    QByteArray text;
+    bool isPacked = false;
+    if (!answer.HasSucceeded())
+        mError = answer.reason;
+    else if (SlaFile::Read(copy, text, isPacked, mError)) {
+        mInfo = std::make_unique<DocumentInfo>();
+        ReadAnswer(answer.values, *mInfo);
+        SlaContent::Read(text, QFileInfo(copy).path(), *mInfo);
+        ReadSides(answer.values, *mInfo);
+    }
+    mPresentForm = copy;
+    return mInfo != nullptr;
+}
+
+QImage ScribusDocument::GetPreview(int pageIndex, int dotsPerInch)
+{
+    const DocumentInfo* info = GetInfo();
+    if (info == nullptr || pageIndex < 0 || pageIndex >= info->pages.size())
+        return {};
+    for (const Preview& preview : mPreviews) {
+        if (preview.pageIndex == pageIndex && preview.dotsPerInch == dotsPerInch)
+            return preview.image;
+    }
+    if (mPreviews.size() == cPreviewsKept)
+        mPreviews.removeFirst();
+    mPreviews.append({pageIndex, dotsPerInch, RenderPreview(pageIndex, dotsPerInch)});
+    return mPreviews.last().image;
+}
+
+QImage ScribusDocument::RenderPreview(int pageIndex, int dotsPerInch)
+{
+    const QString picture = mRunner.MakeScratchPath(QStringLiteral("png"));
+    const ScribusAnswer answer =
+        mRunner.RunScript(QStringLiteral("preview"), {{QStringLiteral("document"), GetContentPath()},
+                                                      {QStringLiteral("page"), pageIndex + 1},
+                                                      {QStringLiteral("dpi"), dotsPerInch},
+                                                      {QStringLiteral("output"), picture}});
+    QImage image;
+    if (answer.HasSucceeded())
+        image.load(picture);
+    QFile::remove(picture);
+    return image;
+}

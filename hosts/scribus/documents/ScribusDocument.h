@@ -1,0 +1,86 @@
+#pragma once
+
+#include "hosts/scribus/sla/DocumentInfo.h"
+
+#include <QImage>
+#include <QString>
+
+#include <memory>
+
+class ScribusRunner;
+
+// A document that is open in this host: its file, and what Scribus reports of it.
+//
+// Scribus is asked once for each state of the file; a file that was changed since is asked about again. A
+// document without a file is one made from a template and not saved yet: its content is in a folder of the
+// host's own until Save. For the main thread.
+class ScribusDocument
+{
+public:
+    // Over a file that exists; nothing is read yet.
+    ScribusDocument(ScribusRunner& runner, const QString& path);
+    ~ScribusDocument();
+    ScribusDocument(const ScribusDocument&) = delete;
+    ScribusDocument& operator=(const ScribusDocument&) = delete;
+
+    // A new document with the content of the template; its name is "Untitled" with the number. Null, with the
+    // reason, when the template can't be read.
+    static std::shared_ptr<ScribusDocument> MakeFromTemplate(ScribusRunner& runner,
+                                                             const QString& templatePath, int number,
+                                                             QString& reason);
+
+    // The file's absolute path; empty for an untitled document.
+    const QString& GetPath() const { return mPath; }
+
+    // The file's name, or "Untitled-1" and so on.
+    QString GetName() const;
+
+    // Whether the file holds the document: false only for one that was never saved. A document that somebody
+    // else changed on disk counts as saved, as the host holds nothing that the file lacks.
+    bool IsSaved() const { return !mPath.isEmpty(); }
+
+    // Writes the document to a file and makes it that document's file. Links stay good, wherever it goes. A
+    // file that is there is replaced in one step. False, with the reason, when that fails.
+    bool SaveAs(const QString& path, QString& reason);
+
+    // The file to read: the document's own, or that of an untitled document's content.
+    const QString& GetContentPath() const { return mPath.isEmpty() ? mContentPath : mPath; }
+
+    // What Scribus reports, asked anew where the file has changed. Null, with the reason in GetError, when
+    // there is no file or Scribus can't read it. Valid until the next call.
+    const DocumentInfo* GetInfo();
+
+    // The same document in Scribus's present form, as it stood when GetInfo last described it: a file of the
+    // host's own, with the document's links. Empty where there is no description.
+    const QString& GetPresentForm() const { return mPresentForm; }
+
+    // The stamp of the file that GetInfo last described.
+    const FileStamp& GetStamp() const { return mStamp; }
+    const QString& GetError() const { return mError; }
+
+    // A picture of the page at an index from 0; null when Scribus can't make one. Kept for the last few pages
+    // of the file's state.
+    QImage GetPreview(int pageIndex, int dotsPerInch);
+
+private:
+    struct Preview
+    {
+        int pageIndex;
+        int dotsPerInch;
+        QImage image;
+    };
+
+    void Forget();
+    bool AskScribus();
+    QImage RenderPreview(int pageIndex, int dotsPerInch);
+
+    ScribusRunner& mRunner;
+    QString mPath;
+    QString mContentPath;
+    QString mUntitledName;
+    QString mPresentForm;
+    FileStamp mStamp;
+    QString mError;
+    std::unique_ptr<DocumentInfo> mInfo;
+    QVector<Preview> mPreviews;
+};

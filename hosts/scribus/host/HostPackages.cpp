@@ -1,0 +1,191 @@
+#include "hosts/scribus/host/HostPackages.h"
+
+#include "foundation/core/GException.h"
+#include "foundation/system/GDurableFile.h"
+#include "foundation/trace/GTrace.h"
+#include "hosts/scribus/host/HostBooks.h"
+#include "hosts/scribus/host/HostDocuments.h"
+#include "hosts/scribus/host/HostObject.h"
+#include "hosts/scribus/host/ScribusHost.h"
+#include "hosts/scribus/packages/PackageFolder.h"
+
+#include <QFileInfo>
+
+static const QString cReportName = QStringLiteral("Package Report.txt");
+
+namespace
+{
+bool WriteText(const QString& path, const QString& text)
+{
+    try {
+        GDurableFile file{GPathName(path)};
+        const QByteArray bytes = text.toUtf8();
+        file.Write(bytes.constData(), bytes.size());
+        file.Commit();
+        return true;
+    } catch (const GException& error) {
+        GTrace::Error(QStringLiteral("IPackageReportCommand::CreateReport"), error.GetDescription());
+        return false;
+    }
+}
+
+// What both kinds of package have in common: the orders, the folder and its report.
+template <class Interface>
+class Package : public HostObject<Interface>
+{
+public:
+    explicit Package(ScribusHost& host) : mHost(host) {}
+
+    void SetTargetFolder(const IDFile& folder) override
+    {
+        mFolder = FileUtils::SysFileToPMString(folder).GetString();
+    }
+
+    // Links always lead into the package, and hidden layers are always taken along: Scribus reads them like
+    // any other, and would miss what they link. Hyphenation is a part of the document here.
+    void SetSetting(PackageSetting setting, bool isOn) override
+    {
+        if (setting == PackageSetting::Fonts)
+            mSettings.hasFonts = isOn;
+        else if (setting == PackageSetting::Links)
+            mSettings.hasLinks = isOn;
+        else if (setting == PackageSetting::Profiles)
+            mSettings.hasProfiles = isOn;
+        else if (setting == PackageSetting::IgnorePreflightErrors)
+            mSettings.goesOnWithoutLinks = isOn;
+        else if (setting == PackageSetting::Report)
+            mHasReport = isOn;
+    }
+
+    bool WriteReport() const
+    {
+        return !mReport.isEmpty() && WriteText(mFolder + QLatin1Char('/') + cReportName, mReport);
+    }
+
+protected:
+    // Fills the folder with what `fill` adds to it.
+    template <class Fill>
+    CommandResult Collect(const Fill& fill)
+    {
+        PackageFolder folder(mHost.GetRunner(), mFolder, mSettings);
+        CommandResult result = folder.Make();
+        if (result.HasSucceeded())
+            result = fill(folder);
+        mReport = result.HasSucceeded() ? folder.MakeReport() : QString();
+        if (result.HasSucceeded() && mHasReport && !WriteReport())
+            result = CommandResult::Failure(QStringLiteral("The report can't be written."));
+        if (result.HasSucceeded()) {
+            folder.Finish();
+            mHost.SetLastPackage(mFolder);
+        }
+        return result;
+    }
+
+    ScribusHost& mHost;
+    QString mFolder;
+
+private:
+    PackageSettings mSettings;
+    bool mHasReport = false;
+    QString mReport;
+};
+
+class DocumentPackage : public Package<IDocumentPackageCommand>
+{
+public:
+    using Package::Package;
+
+    void SetDocument(const IDocument& document) override { mDocument = HostDocuments::GetDocument(document); }
+
+    ErrorCode Execute() override
+    {
+        return mHost.RunCommand(QStringLiteral("Package"), 1, [this](const ScribusHost::BeginStep& step) {
+            if (mDocument == nullptr)
+                return CommandResult::Failure(QStringLiteral("The package was given no document."));
+            step(mDocument->GetName());
+            return Collect([this](PackageFolder& folder) { return folder.AddDocument(*mDocument); });
+        });
+    }
+
+private:
+    ScribusHost::DocumentPtr mDocument;
+};
+
+class BookPackage : public Package<IBookPackageCommand>
+{
+public:
+    using Package::Package;
+
+    void SetBook(const IBook& book) override
+    {
+        mBookPath = HostBooks::GetPath(book);
+        mDocuments = HostBooks::GetDocuments(book);
+    }
+
+    ErrorCode Execute() override
+    {
+        return mHost.RunCommand(QStringLiteral("Package Book"), qMax(1, mDocuments.size()),
+                                [this](const ScribusHost::BeginStep& step) {
+                                    return Collect([&](PackageFolder& folder) { return Fill(folder, step); });
+                                });
+    }
+
+private:
+    CommandResult Fill(PackageFolder& folder, const ScribusHost::BeginStep& step)
+    {
+        BookFile copy(mFolder + QLatin1Char('/') + QFileInfo(mBookPath).fileName());
+        QStringList copies;
+        for (const QString& path : mDocuments) {
+            step(path);
+            const CommandResult result = folder.AddDocument(*mHost.TakeDocument(path));
+            if (!result.HasSucceeded())
+                return result;
+            copies.append(folder.GetCopy(path));
+        }
+        copy.SetDocuments(copies);
+        QString reason;
+        return copy.Save(reason) ? CommandResult::Success() : CommandResult::Failure(reason);
+    }
+
+    QString mBookPath;
+    QStringList mDocuments;
+};
+
+class Report : public HostObject<IPackageReportCommand>
+{
+public:
+    int32_t CreateReport(const IDocumentPackageCommand& package) override
+    {
+        return static_cast<const DocumentPackage&>(package).WriteReport() ? cReportWritten : 0;
+    }
+};
+
+class ObjectModel : public HostObject<IObjectModel>
+{
+public:
+    explicit ObjectModel(ScribusHost& host) : mHost(host) {}
+
+    HostPtr<IDocumentPackageCommand> CreatePackageCommand() const override
+    {
+        return MakeHostObject<DocumentPackage, IDocumentPackageCommand>(mHost);
+    }
+
+    HostPtr<IPackageReportCommand> CreatePackageReportCommand() const override
+    {
+        return MakeHostObject<Report, IPackageReportCommand>();
+    }
+
+    HostPtr<IBookPackageCommand> CreateBookPackageCommand() const override
+    {
+        return MakeHostObject<BookPackage, IBookPackageCommand>(mHost);
+    }
+
+private:
+    ScribusHost& mHost;
+};
+}  // namespace
+
+HostPtr<IObjectModel> HostPackages::MakeObjectModel(ScribusHost& host)
+{
+    return MakeHostObject<ObjectModel, IObjectModel>(host);
+}

@@ -1,0 +1,255 @@
+#include "hosts/scribus/host/ScribusHost.h"
+
+#include "foundation/trace/GTrace.h"
+#include "hosts/scribus/host/HostCommand.h"
+#include "hosts/scribus/host/HostDocuments.h"
+#include "hosts/scribus/host/HostPackages.h"
+#include "hosts/scribus/host/HostSession.h"
+#include "hosts/scribus/runner/IHostFrontend.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <algorithm>
+
+// A book is gone over twice, each time by opening its documents; what Scribus said of them serves both times.
+constexpr size_t cRecentKept = 64;
+
+static QString MakeAbsolute(const QString& path)
+{
+    return QDir::cleanPath(QDir().absoluteFilePath(path));
+}
+
+// Takes an item out of a list, and gives the one to be active then.
+template <class Item>
+static Item TakeOut(std::vector<Item>& items, const Item& item, const Item& active)
+{
+    items.erase(std::remove(items.begin(), items.end(), item), items.end());
+    if (active != item)
+        return active;
+    return items.empty() ? Item() : items.back();
+}
+
+template <class Items>
+static auto FindByPath(const Items& items, const QString& path)
+{
+    return std::find_if(items.begin(), items.end(),
+                        [&](const auto& item) { return item->GetPath() == path; });
+}
+
+ScribusHost::ScribusHost(const ScribusSetup& setup) : mRunner(setup) {}
+
+ScribusHost::~ScribusHost() = default;
+
+void ScribusHost::SetFrontend(IHostFrontend* frontend)
+{
+    mFrontend = frontend;
+    mRunner.SetFrontend(frontend);
+}
+
+ScribusHost::DocumentPtr ScribusHost::OpenDocument(const QString& path, QString& reason)
+{
+    const QString file = MakeAbsolute(path);
+    const auto open = FindByPath(mDocuments, file);
+    if (open != mDocuments.end()) {
+        mActiveDocument = *open;
+        return mActiveDocument;
+    }
+    const DocumentPtr document = TakeDocument(file);
+    if (document->GetInfo() == nullptr) {
+        reason = document->GetError();
+        return nullptr;
+    }
+    mDocuments.push_back(document);
+    mActiveDocument = document;
+    return document;
+}
+
+ScribusHost::DocumentPtr ScribusHost::NewDocument(const QString& templatePath, QString& reason)
+{
+    const DocumentPtr document =
+        ScribusDocument::MakeFromTemplate(mRunner, templatePath, mUntitledCount + 1, reason);
+    if (document == nullptr)
+        return nullptr;
+    if (document->GetInfo() == nullptr) {
+        reason = document->GetError();
+        return nullptr;
+    }
+    ++mUntitledCount;
+    mDocuments.push_back(document);
+    mActiveDocument = document;
+    return document;
+}
+
+void ScribusHost::CloseDocument(const DocumentPtr& document)
+{
+    KeepForLater(document);
+    mActiveDocument = TakeOut(mDocuments, document, mActiveDocument);
+}
+
+ScribusHost::BookPtr ScribusHost::OpenBook(const QString& path, QString& reason)
+{
+    const auto open = FindByPath(mBooks, MakeAbsolute(path));
+    if (open != mBooks.end()) {
+        mActiveBook = *open;
+        return mActiveBook;
+    }
+    const BookPtr book = BookFile::Read(path, reason);
+    if (book == nullptr)
+        return nullptr;
+    mBooks.push_back(book);
+    mActiveBook = book;
+    return book;
+}
+
+ScribusHost::BookPtr ScribusHost::NewBook(const QString& path)
+{
+    mActiveBook = std::make_shared<BookFile>(path);
+    mBooks.push_back(mActiveBook);
+    return mActiveBook;
+}
+
+void ScribusHost::CloseBook(const BookPtr& book)
+{
+    mActiveBook = TakeOut(mBooks, book, mActiveBook);
+}
+
+ModalToken ScribusHost::AcquireModalToken()
+{
+    mModalTokens.push_back(++mLastModalToken);
+    return mLastModalToken;
+}
+
+void ScribusHost::HandBackModalToken(ModalToken token)
+{
+    mModalTokens.erase(std::remove(mModalTokens.begin(), mModalTokens.end(), token), mModalTokens.end());
+}
+
+void ScribusHost::KeepForLater(const DocumentPtr& document)
+{
+    if (!document->IsSaved())
+        return;
+    const auto known = FindByPath(mRecentDocuments, document->GetPath());
+    if (known != mRecentDocuments.end())
+        mRecentDocuments.erase(known);
+    mRecentDocuments.push_back(document);
+    if (mRecentDocuments.size() > cRecentKept)
+        mRecentDocuments.erase(mRecentDocuments.begin());
+}
+
+ScribusHost::DocumentPtr ScribusHost::TakeDocument(const QString& path)
+{
+    const QString file = MakeAbsolute(path);
+    if (const DocumentPtr open = FindDocument(file))
+        return open;
+    const auto recent = FindByPath(mRecentDocuments, file);
+    if (recent != mRecentDocuments.end())
+        return *recent;
+    const auto document = std::make_shared<ScribusDocument>(mRunner, file);
+    KeepForLater(document);
+    return document;
+}
+
+ScribusHost::DocumentPtr ScribusHost::FindDocument(const QString& path) const
+{
+    const QString file = MakeAbsolute(path);
+    for (const auto* documents : {&mDocuments, &mHiddenDocuments}) {
+        const auto found = FindByPath(*documents, file);
+        if (found != documents->end())
+            return *found;
+    }
+    return nullptr;
+}
+
+ScribusHost::DocumentPtr ScribusHost::FindDocument(const IDataBase* database) const
+{
+    for (const auto* documents : {&mDocuments, &mHiddenDocuments}) {
+        for (const DocumentPtr& document : *documents) {
+            if (HostDocuments::GetDataBase(*document) == database)
+                return document;
+        }
+    }
+    return nullptr;
+}
+
+bool ScribusHost::SaveDocument(ScribusDocument& document)
+{
+    if (document.IsSaved())
+        return true;
+    const QString path = mFrontend != nullptr ? mFrontend->AskForSavePath(document.GetName()) : QString();
+    QString reason;
+    if (path.isEmpty() || document.SaveAs(path, reason))
+        return !path.isEmpty();
+    GTrace::Error(QStringLiteral("ScribusHost::SaveDocument"), reason);
+    return false;
+}
+
+ErrorCode ScribusHost::RunCommand(const QString& title, int steps, const Work& work)
+{
+    if (mFrontend != nullptr)
+        mFrontend->BeginCommand(title, steps);
+    const CommandResult result = work([this](const QString& text) {
+        if (mFrontend != nullptr)
+            mFrontend->BeginStep(text);
+    });
+    if (mFrontend != nullptr)
+        mFrontend->EndCommand();
+    mLastFailure = result.reason;
+    if (result.HasSucceeded())
+        return cSuccess;
+    GTrace::Error(title, result.reason);
+    if (result.outcome == CommandResult::Outcome::Cancelled && mCancelObserver != nullptr)
+        mCancelObserver->OnCommandCancelled();
+    return cFailure;
+}
+
+HostPtr<ISession> ScribusHost::QuerySession()
+{
+    return HostSession::MakeSession(*this);
+}
+
+HostPtr<IUnitOfMeasureSettings> ScribusHost::QueryUnitPreferences(IActiveContext*)
+{
+    return HostSession::MakeUnits(mUnit);
+}
+
+HostPtr<ILayoutUtils> ScribusHost::QueryLayoutUtils()
+{
+    return HostDocuments::MakeLayoutUtils(*this);
+}
+
+HostPtr<IDocumentUtils> ScribusHost::QueryDocumentUtils()
+{
+    return HostDocuments::MakeDocumentUtils(*this);
+}
+
+HostPtr<IModalUtils> ScribusHost::QueryModalUtils()
+{
+    return HostSession::MakeModalUtils(*this);
+}
+
+HostPtr<ICommand> ScribusHost::CreateCommand(ClassID command)
+{
+    return HostCommand::Make(*this, command);
+}
+
+ErrorCode ScribusHost::ProcessCommand(ICommand& command)
+{
+    return static_cast<HostCommand&>(command).Run();
+}
+
+HostPtr<IObjectModel> ScribusHost::QueryObjectModel()
+{
+    return HostPackages::MakeObjectModel(*this);
+}
+
+int32_t ScribusHost::ModalAlert(const PMString& text, const PMString& button1, const PMString& button2,
+                                const PMString& button3, int32_t defaultButton, int32_t cancelButton)
+{
+    if (mFrontend == nullptr) {
+        GTrace::Error(QStringLiteral("ScribusHost::ModalAlert"), text.GetString());
+        return defaultButton;
+    }
+    return mFrontend->ShowAlert(text.GetString(), button1.GetString(), button2.GetString(),
+                                button3.GetString(), defaultButton, cancelButton);
+}

@@ -1,0 +1,73 @@
+#include "hosts/scribus/panels/WindowFrontend.h"
+
+#include "hosts/scribus/panels/FileQuestions.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScopedValueRollback>
+
+WindowFrontend::WindowFrontend(QWidget& window) : mWindow(window) {}
+
+WindowFrontend::~WindowFrontend() = default;
+
+// The window comes at once: a command starts another program, which takes longer than the eye. A single step
+// has no part that could be shown: the bar is then one that only moves.
+void WindowFrontend::BeginCommand(const QString& title, int steps)
+{
+    mStep = 0;
+    const int parts = steps > 1 ? steps : 0;
+    mProgress = std::make_unique<QProgressDialog>(title, QStringLiteral("Cancel"), 0, parts, &mWindow);
+    mProgress->setWindowTitle(title);
+    mProgress->setWindowModality(Qt::ApplicationModal);
+    mProgress->setAutoClose(false);
+    mProgress->setAutoReset(false);
+    mProgress->setMinimumWidth(380);
+    mProgress->show();
+}
+
+void WindowFrontend::BeginStep(const QString& text)
+{
+    if (!mProgress)
+        return;
+    mProgress->setLabelText(text);
+    mProgress->setValue(mStep++);
+}
+
+bool WindowFrontend::IsCancelled()
+{
+    const QScopedValueRollback<bool> handling(mIsHandlingEvents, true);
+    QApplication::processEvents(mProgress ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
+    return mProgress && mProgress->wasCanceled();
+}
+
+void WindowFrontend::EndCommand()
+{
+    mProgress.reset();
+}
+
+int32_t WindowFrontend::ShowAlert(const QString& text, const QString& button1, const QString& button2,
+                                  const QString& button3, int32_t defaultButton, int32_t cancelButton)
+{
+    QMessageBox box(&mWindow);
+    box.setTextFormat(Qt::PlainText);
+    box.setText(text);
+    int32_t number = 0;
+    QList<QAbstractButton*> buttons;
+    for (const QString& label : {button1, button2, button3}) {
+        ++number;
+        QPushButton* button = label.isEmpty() ? nullptr : box.addButton(label, QMessageBox::AcceptRole);
+        buttons.append(button);
+        if (button != nullptr && number == defaultButton)
+            box.setDefaultButton(button);
+        if (button != nullptr && number == cancelButton)
+            box.setEscapeButton(button);
+    }
+    box.exec();
+    return buttons.indexOf(box.clickedButton()) + 1;
+}
+
+QString WindowFrontend::AskForSavePath(const QString& documentName)
+{
+    return FileQuestions::AskForDocumentToSave(mWindow, documentName);
+}

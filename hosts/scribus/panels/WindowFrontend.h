@@ -1,0 +1,33 @@
+#pragma once
+
+#include "hosts/scribus/runner/IHostFrontend.h"
+
+#include <QProgressDialog>
+
+#include <memory>
+
+// Shows on behalf of a window what the engine does: a progress window with Cancel for the time of a command,
+// and message boxes. While the engine works outside of a command, the window is drawn but takes no input.
+class WindowFrontend : public IHostFrontend
+{
+public:
+    explicit WindowFrontend(QWidget& window);
+    ~WindowFrontend() override;
+
+    // Whether the engine is at work, so that nothing may be opened, closed or asked of it now.
+    bool IsBusy() const { return mProgress != nullptr || mIsHandlingEvents; }
+
+    void BeginCommand(const QString& title, int steps) override;
+    void BeginStep(const QString& text) override;
+    bool IsCancelled() override;
+    void EndCommand() override;
+    int32_t ShowAlert(const QString& text, const QString& button1, const QString& button2,
+                      const QString& button3, int32_t defaultButton, int32_t cancelButton) override;
+    QString AskForSavePath(const QString& documentName) override;
+
+private:
+    QWidget& mWindow;
+    std::unique_ptr<QProgressDialog> mProgress;
+    int mStep = 0;
+    bool mIsHandlingEvents = false;  // from inside the engine
+};

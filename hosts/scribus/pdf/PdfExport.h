@@ -1,0 +1,35 @@
+#pragma once
+
+#include "hosts/scribus/pdf/PdfSettings.h"
+#include "hosts/scribus/runner/CommandResult.h"
+
+#include <QStringList>
+#include <QVector>
+
+class ScribusDocument;
+class ScribusRunner;
+
+// Makes PDF files with one set of settings. A file appears under its name only when it is whole and was
+// checked; whatever fails, no part of it stays. For the main thread.
+class PdfExport
+{
+public:
+    PdfExport(ScribusRunner& runner, const PdfSettings& settings) : mRunner(runner), mSettings(settings) {}
+
+    // Writes the pages, by indexes from 0, in their order. Fails where a font is missing, the document is
+    // changed while it is exported, or it can't be what a PDF/X kind asks for.
+    CommandResult ExportPages(ScribusDocument& document, const QVector<int>& pages, const QString& output);
+
+    // Writes one PDF with all pages of the others, in the order of the list, in which one may stand twice.
+    CommandResult Join(const QStringList& parts, const QString& output);
+
+private:
+    CommandResult Check(ScribusDocument& document, const QVector<int>& pages) const;
+    CommandResult CheckForX(ScribusDocument& document, const QString& profile) const;
+    CommandResult MakeSourceForX(ScribusDocument& document, const QString& source) const;
+    CommandResult CheckPdf(const QString& path, int pageCount) const;
+    CommandResult Finish(const CommandResult& result, const QString& part, const QString& output) const;
+
+    ScribusRunner& mRunner;
+    PdfSettings mSettings;
+};

@@ -1,0 +1,3 @@
+#include "hosts/scribus/runner/IHostFrontend.h"
+
+IHostFrontend::~IHostFrontend() = default;

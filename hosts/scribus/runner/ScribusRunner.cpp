@@ -1,0 +1,275 @@
+#include "hosts/scribus/runner/ScribusRunner.h"
+
+#include "foundation/core/GException.h"
+#include "foundation/system/GFileSystemBase.h"
+#include "foundation/system/GSystemFolders.h"
+#include "foundation/trace/GTrace.h"
+#include "hosts/scribus/runner/HostScript.h"
+#include "hosts/scribus/runner/IHostFrontend.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QJsonDocument>
+#include <QProcess>
+#include <QStandardPaths>
+
+#include <sys/prctl.h>
+#include <csignal>
+
+// The system takes no longer argument.
+constexpr int cLongestRequest = 100 * 1024;
+
+// No answer of host.py is larger; a document of 10,000 pages has one of about 1 MB.
+constexpr qint64 cLargestAnswer = 64 * 1024 * 1024;
+
+constexpr int cOutputKept = 256 * 1024;  // of what a program prints, in bytes
+constexpr int cWaitMilliseconds = 50;    // between two looks at the frontend
+constexpr int cEndMilliseconds = 2000;   // that a program has to end when it is told to
+
+namespace
+{
+// A program that does not outlive the host, however the host ends.
+class BoundProcess : public QProcess
+{
+protected:
+    void setupChildProcess() override { ::prctl(PR_SET_PDEATHSIG, SIGKILL); }
+};
+
+bool WriteFile(const QString& path, const QByteArray& content)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
+}
+
+// Settings for the system's font library: what the system has, and the folders.
+QByteArray MakeFontSettings(const QStringList& folders)
+{
+    QString text = QStringLiteral(
+        "<?xml version=\"1.0\"?>\n<!DOCTYPE fontconfig SYSTEM \"fonts.dtd\">\n<fontconfig>\n"
+        "<include ignore_missing=\"yes\">/etc/fonts/fonts.conf</include>\n");
+    for (const QString& folder : folders)
+        text += QStringLiteral("<dir>%1</dir>\n").arg(folder.toHtmlEscaped());
+    return (text + QStringLiteral("</fontconfig>\n")).toUtf8();
+}
+
+QProcessEnvironment MakeEnvironment(const QString& home, const QString& scratch)
+{
+    QProcessEnvironment environment;
+    const auto set = [&](const char* name, const QString& value) {
+        environment.insert(QLatin1String(name), value);
+    };
+    set("PATH", QStringLiteral("/usr/bin:/bin"));
+    set("LANG", QStringLiteral("C.UTF-8"));
+    set("QT_QPA_PLATFORM", QStringLiteral("offscreen"));
+    set("HOME", home);
+    set("XDG_CONFIG_HOME", home + QStringLiteral("/.config"));
+    set("XDG_DATA_HOME", home + QStringLiteral("/.local/share"));
+    set("XDG_CACHE_HOME", home + QStringLiteral("/.cache"));
+    set("XDG_RUNTIME_DIR", scratch);
+    set("TMPDIR", scratch);
+    set("FONTCONFIG_FILE", scratch + QStringLiteral("/fonts.conf"));
+    return environment;
+}
+
+QString GetScratchTemplate()
+{
+    try {
+        return GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary).GetNativePath() +
+               QStringLiteral("/layout-host-XXXXXX");
+    } catch (const GException&) {
+        return {};
+    }
+}
+
+// The last lines of what a program printed, on one line.
+QString TakeLastLines(const QByteArray& output)
+{
+    const QStringList lines = QString::fromUtf8(output).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    constexpr int cLinesKept = 6;
+    return lines.mid(qMax(0, lines.size() - cLinesKept)).join(QStringLiteral(" / "));
+}
+}  // namespace
+
+ScribusSetup ScribusSetup::MakeForUser()
+{
+    ScribusSetup setup;
+    setup.fontFolders = QStandardPaths::standardLocations(QStandardPaths::FontsLocation);
+    try {
+        const GPathName root = GFileSystemBase::GetRoot();
+        const QString cache = root.GetNativePath().isEmpty()
+                                  ? QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation)
+                                  : root.GetNativePath() + QStringLiteral("/Cache");
+        setup.home = cache + QStringLiteral("/layout-host");
+    } catch (const GException& error) {
+        GTrace::Error(QStringLiteral("ScribusSetup::MakeForUser"), error.GetDescription());
+    }
+    return setup;
+}
+
+ScribusRunner::ScribusRunner(const ScribusSetup& setup) : mSetup(setup), mFolder(GetScratchTemplate())
+{
+    if (mSetup.home.isEmpty())
+        mSetup.home = mFolder.filePath(QStringLiteral("home"));
+}
+
+bool ScribusRunner::IsCancelled() const
+{
+    return mFrontend != nullptr && mFrontend->IsCancelled();
+}
+
+bool ScribusRunner::Prepare()
+{
+    if (!mScriptPath.isEmpty())
+        return true;
+    const QString script = mFolder.filePath(QStringLiteral("host.py"));
+    if (!mFolder.isValid() || !QDir().mkpath(mSetup.home) || !WriteFile(script, cHostScript) ||
+        !WriteFile(mFolder.filePath(QStringLiteral("fonts.conf")), MakeFontSettings(mSetup.fontFolders)))
+        return false;
+    mScriptPath = script;
+    return true;
+}
+
+QString ScribusRunner::MakeScratchPath(const QString& ending)
+{
+    return mFolder.isValid() ? mFolder.filePath(QStringLiteral("%1.%2").arg(++mScratchCount).arg(ending))
+                             : QString();
+}
+
+ScribusRunner::Ended ScribusRunner::RunProgram(const QString& program, const QStringList& arguments)
+{
+    BoundProcess process;
+    process.setProcessEnvironment(MakeEnvironment(mSetup.home, mFolder.path()));
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(program, arguments, QIODevice::ReadOnly);
+    Ended ended;
+    ended.hasStarted = process.waitForStarted();
+    QElapsedTimer timer;
+    timer.start();
+    while (process.state() != QProcess::NotRunning && !ended.isCancelled && !ended.isLate) {
+        process.waitForFinished(cWaitMilliseconds);
+        ended.output = (ended.output + process.readAll()).right(cOutputKept);
+        ended.isCancelled = IsCancelled();
+        ended.isLate = timer.hasExpired(qint64(mSetup.timeLimitSeconds) * 1000);
+    }
+    if (process.state() != QProcess::NotRunning) {
+        process.terminate();
+        if (!process.waitForFinished(cEndMilliseconds)) {
+            process.kill();
+            process.waitForFinished(cEndMilliseconds);
+        }
+    }
+    ended.output = (ended.output + process.readAll()).right(cOutputKept);
+    ended.hasCrashed = process.exitStatus() == QProcess::CrashExit;
+    ended.status = process.exitCode();
+    return ended;
+}
+
+ScribusAnswer ScribusRunner::MakeFailure(const QString& program, const Ended& ended) const
+{
+    ScribusAnswer answer;
+    if (ended.isCancelled) {
+        answer.outcome = CommandResult::Outcome::Cancelled;
+        answer.reason = QStringLiteral("The user cancelled.");
+    } else if (!ended.hasStarted) {
+        answer.reason = QStringLiteral("%1 can't be started.").arg(program);
+    } else if (ended.isLate) {
+        answer.reason = QStringLiteral("%1 took more than %2 s and was ended; it said last: %3")
+                            .arg(program)
+                            .arg(mSetup.timeLimitSeconds)
+                            .arg(TakeLastLines(ended.output));
+    } else {
+        answer.reason = QStringLiteral("%1 %2 (%3); it said last: %4")
+                            .arg(program, ended.hasCrashed ? QStringLiteral("was killed or crashed")
+                                                           : QStringLiteral("failed"))
+                            .arg(ended.status)
+                            .arg(TakeLastLines(ended.output));
+    }
+    GTrace::Error(QStringLiteral("ScribusRunner"), answer.reason);
+    return answer;
+}
+
+ScribusAnswer ScribusRunner::RunScript(const QString& operation, QJsonObject request)
+{
+    ScribusAnswer failure;
+    const QString answerPath = MakeScratchPath(QStringLiteral("json"));
+    request.insert(QStringLiteral("operation"), operation);
+    request.insert(QStringLiteral("answer"), answerPath);
+    const QByteArray argument = QJsonDocument(request).toJson(QJsonDocument::Compact);
+    if (!Prepare())
+        failure.reason = QStringLiteral("The folder %1 can't be written.").arg(mFolder.path());
+    else if (argument.size() > cLongestRequest)
+        failure.reason =
+            QStringLiteral("The request is too long for Scribus (%1 bytes).").arg(argument.size());
+    if (!failure.reason.isEmpty()) {
+        GTrace::Error(QStringLiteral("ScribusRunner::RunScript"), failure.reason);
+        return failure;
+    }
+
+    const Ended ended =
+        RunProgram(mSetup.scribus, {QStringLiteral("-g"), QStringLiteral("-ns"), QStringLiteral("-py"),
+                                    mScriptPath, QString::fromUtf8(argument)});
+    QFile file(answerPath);
+    if (ended.isCancelled || !file.open(QIODevice::ReadOnly))
+        return MakeFailure(mSetup.scribus, ended);
+    ScribusAnswer answer;
+    const QJsonDocument document = QJsonDocument::fromJson(file.read(cLargestAnswer));
+    file.remove();
+    if (!document.isObject())
+        return MakeFailure(mSetup.scribus, ended);
+    answer.values = document.object();
+    const QJsonValue error = answer.values.value(QLatin1String("error"));
+    if (!error.isUndefined()) {
+        answer.reason = QStringLiteral("Scribus says: %1; it said last: %2")
+                            .arg(error.toString(), TakeLastLines(ended.output));
+        GTrace::Error(QStringLiteral("ScribusRunner::RunScript"), answer.reason);
+        return answer;
+    }
+    answer.outcome = CommandResult::Outcome::Succeeded;
+    return answer;
+}
+
+ScribusAnswer ScribusRunner::RunQpdf(const QStringList& arguments)
+{
+    const Ended ended = Prepare() ? RunProgram(mSetup.qpdf, arguments) : Ended();
+    if (!ended.hasStarted || ended.isCancelled || ended.isLate || ended.hasCrashed || ended.status != 0)
+        return MakeFailure(mSetup.qpdf, ended);
+    ScribusAnswer answer;
+    answer.outcome = CommandResult::Outcome::Succeeded;
+    answer.output = ended.output;
+    return answer;
+}
+
+static bool IsCmykOutput(const QString& profilePath)
+{
+    // The header of a colour profile: its class at byte 12, its colour space at 16.
+    QFile file(profilePath);
+    const QByteArray header = file.open(QIODevice::ReadOnly) ? file.read(20) : QByteArray();
+    return header.mid(12, 8) == "prtrCMYK";
+}
+
+const QVector<ColorProfile>& ScribusRunner::GetProfiles()
+{
+    if (mHasAskedForProfiles || !Prepare())
+        return mProfiles;
+    const Ended ended = RunProgram(mSetup.scribus, {QStringLiteral("-g"), QStringLiteral("-pi")});
+    mHasAskedForProfiles = ended.status == 0 && !ended.hasCrashed && !ended.isCancelled && !ended.isLate;
+    if (!mHasAskedForProfiles) {
+        MakeFailure(mSetup.scribus, ended);  // for the log
+        return mProfiles;
+    }
+    const QString start = QStringLiteral("Color profile ");
+    const QString middle = QStringLiteral(" loaded from ");
+    for (const QString& line : QString::fromUtf8(ended.output).split(QLatin1Char('\n'))) {
+        const int end = line.lastIndexOf(middle);
+        if (!line.startsWith(start) || end < 0)
+            continue;
+        ColorProfile profile;
+        profile.name = line.mid(start.size(), end - start.size()).trimmed();
+        profile.path = QDir::cleanPath(line.mid(end + middle.size()).trimmed());
+        profile.isCmykOutput = IsCmykOutput(profile.path);
+        mProfiles.append(profile);
+    }
+    return mProfiles;
+}

@@ -1,0 +1,143 @@
+#include "hosts/scribus/sla/SlaContent.h"
+
+#include "hosts/scribus/sla/SlaScanner.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QMap>
+#include <QSet>
+
+namespace
+{
+constexpr int cRenderFrame = 9;  // a frame whose image is made anew from its own text
+
+QString MakeRoman(int number)
+{
+    static const struct
+    {
+        int value;
+        const char* digits;
+    } cDigits[] = {{1000, "m"}, {900, "cm"}, {500, "d"}, {400, "cd"}, {100, "c"}, {90, "xc"}, {50, "l"},
+                   {40, "xl"},  {10, "x"},   {9, "ix"},  {5, "v"},    {4, "iv"},  {1, "i"}};
+    constexpr int cLargestRoman = 100000;
+    QString text;
+    for (const auto& digit : cDigits) {
+        for (; number >= digit.value && number < cLargestRoman; number -= digit.value)
+            text += QLatin1String(digit.digits);
+    }
+    return text;
+}
+
+QString MakeLetters(int number)
+{
+    QString text;
+    for (; number > 0; number = (number - 1) / 26)
+        text.prepend(QLatin1Char(static_cast<char>('a' + (number - 1) % 26)));
+    return text;
+}
+
+QString MakeNumber(const QString& type, int number)
+{
+    if (type == QLatin1String("Type_i_ii_iii"))
+        return MakeRoman(number);
+    if (type == QLatin1String("Type_I_II_III"))
+        return MakeRoman(number).toUpper();
+    if (type == QLatin1String("Type_a_b_c"))
+        return MakeLetters(number);
+    if (type == QLatin1String("Type_A_B_C"))
+        return MakeLetters(number).toUpper();
+    return type == QLatin1String("Type_None") ? QString() : QString::number(number);
+}
+
+// A whole number, or the bound that it is beyond; a number such as 1e99 is in no integer's range.
+int GetBoundedNumber(const SlaScanner& element, const char* attribute, int least, int most)
+{
+    return static_cast<int>(qBound<double>(least, element.GetNumber(attribute), most));
+}
+
+// Numbers the pages of one section. Its pages are given by indexes from 0.
+void NumberPages(const SlaScanner& section, QVector<DocumentPage>& pages)
+{
+    const int from = GetBoundedNumber(section, "From", 0, pages.size());
+    const int to = GetBoundedNumber(section, "To", -1, pages.size() - 1);
+    const int start = GetBoundedNumber(section, "Start", 0, 1000000);
+    const bool isReversed = section.GetNumber("Reversed") != 0;
+    if (section.GetNumber("Active") == 0)
+        return;
+    for (int index = from; index <= to; ++index) {
+        const int place = isReversed ? to - index : index - from;
+        pages[index].number = MakeNumber(section.GetText("Type"), start + place);
+    }
+}
+
+bool IsTransparent(const SlaScanner& element)
+{
+    for (const char* attribute :
+         {"TransValue", "TransValueS", "TransBlend", "TransBlendS", "HASSOFTSHADOW"}) {
+        if (element.GetNumber(attribute) != 0)
+            return true;
+    }
+    const bool isStep = element.GetName() == "CSTOP" || element.GetName() == "LAYERS";
+    return isStep &&
+           ((element.Has("TRANS") && element.GetNumber("TRANS") < 1) || element.GetNumber("BLEND") != 0);
+}
+
+void ReadDocumentElement(const SlaScanner& element, DocumentInfo& info)
+{
+    info.title = element.GetText("TITLE");
+    info.hasFacingPages = element.GetNumber("BOOK") != 0;
+    info.bleed = {element.GetNumber("BleedTop"), element.GetNumber("BleedBottom"),
+                  element.GetNumber("BleedLeft"), element.GetNumber("BleedRight")};
+}
+}  // namespace
+
+std::vector<std::string_view> SlaContent::GetLinkAttributes(const SlaScanner& element)
+{
+    if (!element.Has("PFILE") || element.GetNumber("isInlineImage") != 0 ||
+        element.GetNumber("PTYPE") == cRenderFrame)
+        return {};
+    return {"PFILE", "PFILE2", "PFILE3"};
+}
+
+std::vector<std::string_view> SlaContent::GetProfileAttributes(const SlaScanner& element)
+{
+    if (element.GetName() == "DOCUMENT" && element.GetNumber("HCMS") != 0)
+        return {"DPPr", "DPIn", "DPInCMYK", "DPIn2", "DPIn3"};
+    return {};
+}
+
+void SlaContent::Read(const QByteArray& text, const QString& folder, DocumentInfo& info)
+{
+    QSet<QString> colors;
+    QSet<QString> profiles;
+    QMap<QString, bool> links;
+    SlaScanner element({text.constData(), static_cast<size_t>(text.size())});
+    while (element.Next()) {
+        const std::string_view name = element.GetName();
+        if (name == "DOCUMENT")
+            ReadDocumentElement(element, info);
+        else if (name == "COLOR")
+            colors.insert(element.GetText("NAME"));
+        else if (name == "Section")
+            NumberPages(element, info.pages);
+        for (const std::string_view attribute : GetLinkAttributes(element)) {
+            const QString path = element.GetText(attribute);
+            if (!path.isEmpty())
+                links.insert(QDir::cleanPath(QDir(folder).absoluteFilePath(path)), true);
+        }
+        for (const std::string_view attribute : GetProfileAttributes(element))
+            profiles.insert(element.GetText(attribute));
+        info.hasTransparency = info.hasTransparency || IsTransparent(element);
+    }
+    for (const QString& path : links.keys())
+        info.links.append({path, !QFileInfo(path).isFile()});
+    info.colors = colors.values();
+    info.colors.sort();
+    profiles.remove(QString());
+    info.profiles = profiles.values();
+    info.profiles.sort();
+    for (int i = 0; i < info.pages.size(); ++i) {
+        if (info.pages[i].number.isEmpty())
+            info.pages[i].number = QString::number(i + 1);
+    }
+}

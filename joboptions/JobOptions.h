@@ -1,0 +1,32 @@
+#pragma once
+
+#include "joboptions/PostScriptValue.h"
+
+// A job options file: the settings of a PDF export as a PostScript program that only states them,
+//
+//     << /CompatibilityLevel 1.4 /ColorImageResolution 300 … >> setdistillerparams
+//     << /HWResolution [2400 2400] >> setpagedevice
+class JobOptions
+{
+public:
+    // Files larger than this are refused.
+    static constexpr qint64 cMostBytes = 4 * 1024 * 1024;
+
+    // Reads a file's content. False, with what is wrong and where in `error`, when it is no job options file.
+    bool Parse(const QByteArray& text, QString& error);
+
+    // The same for a file.
+    bool Read(const QString& path, QString& error);
+
+    // The value of a setting of the distiller's parameters, or of the page device; null where the file names
+    // none. With several dictionaries of a kind, the last that names it counts.
+    const PostScriptValue* FindParameter(const char* key) const { return Find(mParameters, key); }
+    const PostScriptValue* FindDeviceSetting(const char* key) const { return Find(mDeviceSettings, key); }
+
+private:
+    static const PostScriptValue* Find(const std::vector<PostScriptValue>& dictionaries, const char* key);
+    bool Execute(const QByteArray& name, std::vector<PostScriptValue>& operands, QString& error);
+
+    std::vector<PostScriptValue> mParameters;
+    std::vector<PostScriptValue> mDeviceSettings;
+};

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "joboptions/PostScriptValue.h"
+
+// Reads the values of a PostScript text that only states data, as job options files do: numbers (also with a
+// radix, as 16#FF), names, strings between parentheses with escapes, in hexadecimal or base 85, arrays,
+// procedures, dictionaries, true, false and null, with comments between them. It executes nothing.
+//
+// Linear in the text's length; values nest to a bounded depth.
+class PostScriptReader
+{
+public:
+    explicit PostScriptReader(const QByteArray& text) : mText(text) {}
+
+    enum class Token
+    {
+        Value,     // in GetValue
+        Operator,  // a name to be executed, in GetOperator
+        End,
+        Error  // in GetError
+    };
+
+    // Goes to the next value or operator on the top level.
+    Token Next();
+
+    const PostScriptValue& GetValue() const { return mValue; }
+    const QByteArray& GetOperator() const { return mOperator; }
+
+    // What is wrong and where, as in "line 3, column 7: a string without end".
+    const QString& GetError() const { return mError; }
+
+    // Says of what was read last that it is wrong.
+    void Fail(const QString& what);
+
+private:
+    enum class Mark
+    {
+        None,
+        ArrayEnd,
+        ProcedureEnd,
+        DictionaryEnd
+    };
+
+    bool SkipToToken();
+    bool ReadToken(int depth, PostScriptValue& value, QByteArray& word, Mark& mark);
+    bool ReadItems(int depth, Mark end, std::vector<PostScriptValue>& items);
+    bool ReadDictionary(int depth, PostScriptValue& value);
+    bool ReadString(PostScriptValue& value);
+    void ReadEscape(QByteArray& bytes);
+    bool ReadHexadecimal(PostScriptValue& value);
+    bool ReadBase85(PostScriptValue& value);
+    QByteArray ReadWord();
+    char Peek(int ahead = 0) const;
+    bool FailAt(int position, const QString& what);
+
+    const QByteArray mText;
+    int mPosition = 0;
+    int mTokenStart = 0;
+    PostScriptValue mValue;
+    QByteArray mOperator;
+    QString mError;
+};

@@ -1,0 +1,132 @@
+#include "hosts/layout_host/window/HostWindow.h"
+#include "hosts/scribus/panels/PositionedMenu.h"
+#include "hosts/scribus/panels/WindowFrontend.h"
+#include "tests/support/Test.h"
+#include "tests/support/WindowDriver.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QDialog>
+#include <QMenu>
+
+namespace
+{
+// An owner of actions that answers for two of three.
+class Owner : public CActionComponent
+{
+public:
+    void UpdateActionStates(IActiveContext*, IActionStateList& states) override
+    {
+        for (int32_t index = 0; index < states.Length(); ++index) {
+            if (states.GetNthAction(index) == 3)
+                continue;
+            states.SetNthActionEnabled(index, states.GetNthAction(index) == 1);
+            states.SetNthActionName(index, PMString("Action %1"_q.arg(states.GetNthAction(index))));
+            states.SetNthActionShortcut(index, PMString("Alt+Shift+E"_q));
+        }
+    }
+};
+
+QStringList DescribeEntries(const QMenu& menu)
+{
+    QStringList entries;
+    for (const QAction* action : menu.actions())
+        entries.append(
+            action->isSeparator()
+                ? "-"_q
+                : action->text() + (action->isEnabled() ? QString() : " (greyed)"_q) +
+                      (action->shortcut().isEmpty() ? QString() : " "_q + action->shortcut().toString()));
+    return entries;
+}
+
+void Choose(const QWidget& window, const QString& entry)
+{
+    for (QAction* action : window.findChildren<QAction*>()) {
+        if (QString(action->text()).remove("&"_q) == entry)
+            action->trigger();
+    }
+}
+
+void Press(QWidget& window, const char* button)
+{
+    static_cast<QAbstractButton*>(FindWithText(window, button))->click();
+}
+}  // namespace
+
+TEST(HostWindow, PlugInEntriesStandAtTheirPositionsWithTheirStates)
+{
+    HostMenus menus;
+    const HostPtr<IMenuManager> places = menus.QueryMenuManager();
+    const PMString file(HostMenuPath::cFile);
+    for (const ActionID action : {1, 2, 3})
+        menus.AddAction(0, action, PMString("Registered"_q), PMString(), ActionFlags());
+    places->AddMenuItem(2, file, 450.5, MenuItemFlags());
+    places->AddMenuItem(1, file, 1301, MenuItemFlags());
+    places->AddMenuItem(3, file, 50, MenuItemFlags());
+    places->AddMenuItem(1, PMString(HostMenuPath::cBookPanel), 1101, MenuItemFlags());
+    Owner owner;
+    menus.UpdateStates(owner);
+
+    QMenu menu;
+    PositionedMenu entries(menu);
+    entries.Add(9000, "Quit"_q, [] {});
+    entries.Add(410, "Save"_q, [] {});
+    ActionID chosen = 0;
+    entries.Finish(menus.GetEntries(HostMenuPath::cFile), [&](ActionID action) { chosen = action; });
+    EXPECT_EQ(DescribeEntries(menu),
+              "Registered (greyed)|-|Save|Action 2 (greyed) Alt+Shift+E|-|Action 1 Alt+Shift+E|-|Quit"_list);
+    menu.actions().at(5)->trigger();
+    EXPECT_EQ(chosen, 1);
+}
+
+TEST(HostWindow, CancelStopsARunningCommand)
+{
+    QWidget window;
+    window.show();
+    WindowFrontend frontend(window);
+    frontend.BeginCommand("Export PDF"_q, 2);
+    frontend.BeginStep("Page 1"_q);
+    EXPECT_FALSE(frontend.IsCancelled());
+    Press(*window.findChild<QDialog*>(), "Cancel");
+    EXPECT_TRUE(frontend.IsCancelled());
+    frontend.EndCommand();
+    frontend.BeginCommand("Export PDF"_q, 1);
+    EXPECT_FALSE(frontend.IsCancelled());
+    frontend.EndCommand();
+}
+
+// An untitled document and a changed book, each with every answer.
+TEST(HostWindow, AsksBeforeItClosesWhatNoFileHolds)
+{
+    const Sandbox sandbox;
+    const QString saved = sandbox.GetPath("Saved.sla"_q);
+    const QString book = sandbox.GetPath("Book.slabook"_q);
+    HostWindow window((ScribusSetup()));
+    window.show();
+    const auto type = [](const QString& path) {
+        return [path](QWidget&) {
+            WindowDriver::Type(path);
+            WindowDriver::Click(Qt::Key_Return);
+        };
+    };
+    const auto press = [](const char* button) {
+        return [button](QWidget& question) { Press(question, button); };
+    };
+    qputenv("HOPBOX_PLUGIN", "/nowhere");
+    WindowDriver driver({press("OK"),  // that there is no plug-in
+                         type("/usr/share/scribus/templates/buscard1/buscard1.sla.gz"_q), press("Cancel"),
+                         press("Save"), type(sandbox.GetPath("Saved"_q)), press("No"), press("Save"),
+                         type(saved), press("Yes"), type(book), press("Cancel"), press("Save")});
+    window.Start({});
+    Choose(window, "New from Template\u2026"_q);
+    EXPECT_FALSE(window.close());
+    WriteFile(saved, "another document");
+    Choose(window, "Close"_q);
+    EXPECT_EQ(ReadFile(saved), "another document");
+    Choose(window, "Close"_q);
+    EXPECT_NE(ReadFile(saved), "another document");
+    Choose(window, "New Book\u2026"_q);
+    EXPECT_FALSE(window.close());
+    EXPECT_TRUE(window.close());
+    EXPECT_TRUE(ReadFile(book).contains("layout-host book"));
+}

@@ -1,0 +1,33 @@
+#include "hosts/scribus/books/BookFile.h"
+#include "tests/support/Test.h"
+
+namespace
+{
+TEST(BookFileTest, ABookKeepsItsDocumentsWhereverItsFolderGoes)
+{
+    const Sandbox sandbox;
+    const QStringList documents{sandbox.GetPath("book/one.sla"_q), "/elsewhere/two.sla"_q,
+                                sandbox.GetPath("book/text/three \u00e4.sla"_q),
+                                sandbox.GetPath("book/one.sla"_q)};
+    WriteFile(sandbox.GetPath("book/one.sla"_q), "");
+    BookFile book(sandbox.GetPath("book/a.slabook"_q));
+    book.SetDocuments(documents);
+    EXPECT_TRUE(book.IsModified());
+    QString reason;
+    ASSERT_TRUE(book.Save(reason)) << reason.toStdString();
+    EXPECT_FALSE(book.IsModified());
+    WriteFile(sandbox.GetPath("moved/a.slabook"_q), ReadFile(book.GetPath()));
+    const auto moved = BookFile::Read(sandbox.GetPath("moved/a.slabook"_q), reason);
+    ASSERT_NE(moved, nullptr) << reason.toStdString();
+    EXPECT_EQ(moved->GetDocuments(), QStringList({sandbox.GetPath("moved/one.sla"_q), "/elsewhere/two.sla"_q,
+                                                  sandbox.GetPath("moved/text/three \u00e4.sla"_q),
+                                                  sandbox.GetPath("moved/one.sla"_q)}));
+    moved->SetDocuments(moved->GetDocuments());
+    EXPECT_FALSE(moved->IsModified());
+    for (const char* bad : {"", "[]", "{\"format\":\"layout-host book\",\"version\":2}", "{\"version\":1}",
+                            "{\"format\":\"layout-host book\",\"version\":1,\"documents\":[1]}"}) {
+        WriteFile(sandbox.GetPath("bad.slabook"_q), bad);
+        EXPECT_EQ(BookFile::Read(sandbox.GetPath("bad.slabook"_q), reason), nullptr) << bad;
+    }
+}
+}  // namespace

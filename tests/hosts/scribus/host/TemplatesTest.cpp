@@ -1,0 +1,107 @@
+#include "EngineFixture.h"
+#include "hosts/scribus/sla/SlaFile.h"
+#include "hosts/scribus/sla/SlaScanner.h"
+
+#include <QDirIterator>
+#include <QProcess>
+#include <QSet>
+
+namespace
+{
+constexpr int cShards = 4;  // so that they run side by side
+
+QStringList FindTemplates()
+{
+    QStringList templates;
+    QDirIterator files("/usr/share/scribus"_q, "*.sla|*.sla.gz"_list, QDir::Files,
+                       QDirIterator::Subdirectories);
+    while (files.hasNext())
+        templates.append(files.next());
+    templates.sort();
+    return templates;
+}
+
+// Every font that an attribute of the document names.
+QSet<QString> GetNamedFonts(const QString& path)
+{
+    QByteArray text;
+    QString reason;
+    bool isPacked = false;
+    EXPECT_TRUE(SlaFile::Read(path, text, isPacked, reason)) << reason.toStdString();
+    QSet<QString> fonts;
+    SlaScanner element({text.constData(), static_cast<size_t>(text.size())});
+    while (element.Next()) {
+        for (const char* attribute : {"FONT", "IFONT", "DFONT", "CFONT"})
+            fonts.insert(element.GetText(attribute));
+    }
+    fonts.remove(QString());
+    return fonts;
+}
+
+class TemplatesTest : public EngineFixture, public ::testing::WithParamInterface<int>
+{
+protected:
+    // The fonts that Scribus has without any document.
+    QSet<QString> GetInstalledFonts()
+    {
+        const QString script = mSandbox.GetPath("fonts.py"_q);
+        const QString list = mSandbox.GetPath("fonts"_q);
+        WriteFile(script,
+                  "import os, scribus, sys\n"
+                  "open(sys.argv[1], 'w').write('\\n'.join(scribus.getFontNames()))\n"
+                  "os._exit(0)\n");
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("QT_QPA_PLATFORM"_q, "offscreen"_q);
+        environment.insert("HOME"_q, mSandbox.GetPath());
+        process.setProcessEnvironment(environment);
+        process.start("scribus"_q, {"-g"_q, "-ns"_q, "-py"_q, script, list});
+        process.waitForFinished(60000);
+        const QStringList names = QString::fromUtf8(ReadFile(list)).split(QLatin1Char('\n'));
+        return QSet<QString>(names.begin(), names.end());
+    }
+
+    void ExpectPages(const QString& source, const QString& range, int pageCount)
+    {
+        const QString output = GetOutput("a.pdf"_q);
+        EXPECT_EQ(Export(output, "/ColorImageResolution 100", range), cSuccess)
+            << source.toStdString() << ": " << mHost->GetLastFailure().toStdString();
+        EXPECT_EQ(PdfFacts::Read(output).pageCount, pageCount) << source.toStdString();
+        EXPECT_EQ(QProcess::execute("qpdf"_q, {"--check"_q, output}), 0) << source.toStdString();
+        QFile::remove(output);
+    }
+};
+
+// Each document of Scribus's own package is exported, or refused for just the fonts that are not there.
+TEST_P(TemplatesTest, AreExportedOrNameTheirMissingFonts)
+{
+    const QSet<QString> installed = GetInstalledFonts();
+    ASSERT_TRUE(installed.contains("DejaVu Sans Book"_q));
+    const QStringList templates = FindTemplates();
+    ASSERT_GE(templates.size(), 69);
+    int exported = 0;
+    int refused = 0;
+    for (int i = GetParam(); i < templates.size(); i += cShards) {
+        Open(templates[i]);
+        const auto document = mHost->GetActiveDocument();
+        const QStringList missing = document->GetInfo()->GetMissingFonts();
+        EXPECT_EQ(QSet<QString>(missing.begin(), missing.end()), GetNamedFonts(templates[i]) - installed)
+            << templates[i].toStdString();
+        const int pageCount = document->GetInfo()->pages.size();
+        if (missing.isEmpty()) {
+            ExpectPages(templates[i], QString(), pageCount);
+            if (pageCount > 1)
+                ExpectPages(templates[i], "%1,1-2"_q.arg(pageCount), 3);
+        } else {
+            EXPECT_EQ(Export(GetOutput("a.pdf"_q)), cFailure);
+        }
+        ++(missing.isEmpty() ? exported : refused);
+        mHost->CloseDocument(document);
+    }
+    EXPECT_GT(exported, 0);
+    EXPECT_EQ(ListOutput(), QStringList());
+    std::printf("%d documents exported, %d refused\n", exported, refused);
+}
+
+INSTANTIATE_TEST_SUITE_P(Quarters, TemplatesTest, ::testing::Range(0, cShards));
+}  // namespace

@@ -1,0 +1,90 @@
+#include "hosts/scribus/sla/SlaContent.h"
+#include "hosts/scribus/sla/SlaFile.h"
+#include "hosts/scribus/sla/SlaLinks.h"
+#include "tests/support/Test.h"
+
+namespace
+{
+QStringList GetNumbers(const QByteArray& sections, int pageCount)
+{
+    DocumentInfo info;
+    info.pages.resize(pageCount);
+    SlaContent::Read("<SCRIBUSUTF8NEW>" + sections + "</SCRIBUSUTF8NEW>", "/"_q, info);
+    QStringList numbers;
+    for (const DocumentPage& page : info.pages)
+        numbers.append(page.number);
+    return numbers;
+}
+
+TEST(DocumentFilesTest, PagesBearTheNumbersOfTheirSections)
+{
+    const QByteArray roman =
+        "<Section From='0' To='3' Type='Type_i_ii_iii' Start='1' Active='1' Reversed='0'/>";
+    const QByteArray plain = "<Section From='4' To='9' Type='Type_1_2_3' Start='1' Active='1' Reversed='0'/>";
+    EXPECT_EQ(GetNumbers(roman + plain, 6), "i|ii|iii|iv|1|2"_list);
+    EXPECT_EQ(GetNumbers("", 2), "1|2"_list);
+    EXPECT_EQ(
+        GetNumbers("<Section From='-5' To='1e99' Type='Type_A_B_C' Start='26' Active='1' Reversed='1'/>", 2),
+        "AA|Z"_list);
+    EXPECT_EQ(GetNumbers("<Section From='0' To='1' Type='Type_1_2_3' Start='7' Active='0'/>", 2), "1|2"_list);
+}
+
+TEST(DocumentFilesTest, ARangeNamesPagesByTheirNumbers)
+{
+    DocumentInfo info;
+    for (const QString& number : "i|ii|1|2|3"_list)
+        info.pages.append({number, PageSide::Single, 1, 1});
+    using Pages = QVector<int>;
+    EXPECT_EQ(info.FindPages("1-3,ii, 1"_q), Pages({2, 3, 4, 1, 2}));
+    EXPECT_EQ(info.FindPages("ii-2"_q), Pages({1, 2, 3}));
+    for (const QString& none : "|4|3-1|1-|-1|1,,2|1-2-3|x"_list)
+        EXPECT_EQ(info.FindPages(none), Pages()) << none.toStdString();
+}
+
+TEST(DocumentFilesTest, OnlyLinksAreRewritten)
+{
+    const QByteArray before =
+        "<?xml version=\"1.0\"?>\r\n<SCRIBUSUTF8 a='1'>\n<!-- <X PFILE=\"no.png\"> --><![CDATA[<X "
+        "PFILE=\"no\">]]>"
+        "<PAGEOBJECT PFILE2 = 'b&amp;c.png'  PFILE=\"a b.png\" CH=\"&#x5;\"/>"
+        "<O PFILE=\"../x&quot;.png\"  PFILE2=\"\"></O><O PFILE=\"data\" isInlineImage=\"1\"/>"
+        "<O PFILE=\"rendered.png\" PTYPE=\"9\"/></SCRIBUSUTF8>\n";
+    QStringList links;
+    const QByteArray after = SlaLinks::RewriteLinks(before, [&](const QString& link) {
+        links.append(link);
+        return link == "a b.png"_q ? link : "<\"'&>"_q;
+    });
+    EXPECT_EQ(links, "a b.png|b&c.png|../x\".png"_list);
+    QByteArray expected = before;
+    expected.replace("b&amp;c.png", "&lt;&quot;&apos;&amp;&gt;")
+        .replace("../x&quot;.png", "&lt;&quot;&apos;&amp;&gt;");
+    EXPECT_EQ(after.toStdString(), expected.toStdString());
+}
+
+TEST(DocumentFilesTest, DocumentsAreReadWhetherPackedOrNot)
+{
+    const Sandbox sandbox;
+    const QString path = sandbox.GetPath("a.sla.gz"_q);
+    const QByteArray text =
+        "<SCRIBUSUTF8NEW Version=\"1.5.8\">" + QByteArray(300000, ' ') + "</SCRIBUSUTF8NEW>";
+    QByteArray read;
+    QString reason;
+    bool isPacked = false;
+    for (const bool packs : {true, false}) {
+        ASSERT_TRUE(SlaFile::Write(path, text, packs, reason));
+        ASSERT_TRUE(SlaFile::Read(path, read, isPacked, reason));
+        EXPECT_EQ(isPacked, packs);
+        EXPECT_EQ(read, text);
+    }
+    ASSERT_TRUE(SlaFile::Write(path, text, true, reason));
+    const QByteArray packed = ReadFile(path);
+    ASSERT_LT(packed.size(), 1000);
+    ASSERT_TRUE(SlaFile::Write(path, QByteArray(SlaFile::cMostBytes + 1000, ' '), true, reason));
+    const QByteArray bomb = ReadFile(path);
+    for (const QByteArray& bad : {packed.left(packed.size() / 2), QByteArray("\x1f\x8b garbage"), bomb,
+                                  QByteArray("<html></html>"), QByteArray("<SCRIBUS"), QByteArray()}) {
+        WriteFile(path, bad);
+        EXPECT_FALSE(SlaFile::Read(path, read, isPacked, reason));
+    }
+}
+}  // namespace
