@@ -27,8 +27,10 @@ public:
     // segment: where a segment that is still all zero gets its first content.
     using Prepare = std::function<void(uint8_t* data)>;
 
-    // `size` is what is needed: a new segment gets it, one that is there and smaller is refused. Raises with
-    // GErrorCode::cSegmentHeader when the segment can't be had.
+    // `size` is what is needed: a new segment gets it, one that is there and smaller is refused, and on POSIX
+    // one above 64 MiB. All of it is claimed from the system here, so that the memory can be touched without
+    // fear. Raises with GErrorCode::cSegmentHeader when the segment can't be had, for want of space, too; a
+    // new one then leaves no name.
     GSharedSegment(const GString& name, size_t size, Mode mode, const Prepare& prepare = {});
     ~GSharedSegment();
     GSharedSegment(const GSharedSegment&) = delete;

@@ -7,8 +7,10 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <thread>
@@ -19,6 +21,7 @@ constexpr mode_t cOwnerOnly = S_IRUSR | S_IWUSR;
 constexpr mode_t cOthers = S_IRWXG | S_IRWXO;
 constexpr std::chrono::milliseconds cPrepareTime(3000);
 constexpr std::chrono::milliseconds cPreparePause(1);
+constexpr size_t cMostBytes = size_t(64) << 20;  // no layout needs more; all of it is claimed
 
 [[noreturn]] void RaiseLastError(const GString& name)
 {
@@ -70,6 +73,64 @@ void CheckOwner(int descriptor, const GString& name)
         RaiseSegmentError(QStringLiteral("The shared segment \"%1\" belongs to another user."), name);
 }
 
+// A file system without a call that claims space is made to give it by writing.
+bool FillWithZeros(int descriptor, off_t size)
+{
+    const char zeros[4096] = {};
+    for (off_t at = 0; at < size;) {
+        const size_t count = std::min(sizeof zeros, static_cast<size_t>(size - at));
+        const ssize_t written = ::pwrite(descriptor, zeros, count, at);
+        if (written <= 0 && errno != EINTR)
+            return false;
+        at += std::max<ssize_t>(written, 0);
+    }
+    return true;
+}
+
+// To grow beyond this process's own limit would be a signal, not an error.
+bool IsWithinLimit(off_t size)
+{
+    struct rlimit limit = {};
+    if (::getrlimit(RLIMIT_FSIZE, &limit) != 0 || static_cast<rlim_t>(size) <= limit.rlim_cur)
+        return true;
+    errno = EFBIG;
+    return false;
+}
+
+// Claims every byte: where memory is mapped that the file system does not have, the first touch of it kills
+// the process. What the segment holds already stays.
+bool ClaimSpace(int descriptor, off_t size, bool isNew)
+{
+    if (isNew && !IsWithinLimit(size))
+        return false;
+    int status = 0;
+    do {
+        status = ::fallocate(descriptor, 0, 0, size);
+    } while (status != 0 && errno == EINTR);
+    if (status == 0)
+        return true;
+    const bool isUnknown = errno == EOPNOTSUPP || errno == ENOSYS;
+    return isUnknown && (!isNew || FillWithZeros(descriptor, size));
+}
+
+// Claims the space of a segment, and gives its size. One that can't be had whole leaves no name.
+size_t MakeWhole(int descriptor, size_t needed, GSharedSegment::Mode mode, const GString& name)
+{
+    const size_t size = static_cast<size_t>(GetStatus(descriptor, name).st_size);
+    const bool isNew = size == 0 && mode != GSharedSegment::Mode::Open;
+    if (!isNew && size < needed)
+        RaiseSegmentError(QStringLiteral("The shared segment \"%1\" is too small."), name);
+    if (size > cMostBytes)
+        RaiseSegmentError(QStringLiteral("The shared segment \"%1\" is too large."), name);
+    if (ClaimSpace(descriptor, static_cast<off_t>(isNew ? needed : size), isNew))
+        return isNew ? needed : size;
+    const boost::system::error_code reason = GetLastSystemError();
+    if (isNew)
+        GSharedSegment::Remove(name);
+    RaiseSegmentError(
+        QStringLiteral("There is no space for the shared segment \"%1\": ") + GetReasonText(reason), name);
+}
+
 // Has the lock of the segment's file while it lives. A mapping would keep it after the descriptor is closed,
 // so it is let go of by name. Who holds it does little; whoever dies with it lets it go.
 class PrepareLock
@@ -119,12 +180,7 @@ GSharedSegment::GSharedSegment(const GString& name, size_t size, Mode mode, cons
         RaiseLastError(name);
     CheckOwner(descriptor.Get(), name);
     const PrepareLock lock(descriptor.Get(), name);
-    if (mode != Mode::Open && GetStatus(descriptor.Get(), name).st_size == 0 &&
-        ::ftruncate(descriptor.Get(), static_cast<off_t>(size)) != 0)
-        RaiseLastError(name);
-    mSize = static_cast<size_t>(GetStatus(descriptor.Get(), name).st_size);
-    if (mSize < size)
-        RaiseSegmentError(QStringLiteral("The shared segment \"%1\" is too small."), name);
+    mSize = MakeWhole(descriptor.Get(), size, mode, name);
     mHandle = std::make_unique<Handle>(descriptor.Get(), mSize);
     if (mHandle->data == MAP_FAILED)
         RaiseLastError(name);

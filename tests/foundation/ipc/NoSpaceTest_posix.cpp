@@ -1,0 +1,88 @@
+#include "foundation/ipc/GMessageQueue.h"
+#include "foundation/ipc/GSharedSegment.h"
+
+#include "IpcFixture.h"
+#include "tests/support/FaultyDisk.h"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <unistd.h>
+#include <csignal>
+
+namespace
+{
+constexpr int cNoDisk = 77;
+constexpr size_t cQueue = 262144;
+
+bool IsThere(const GString& name)
+{
+    const int descriptor = ::shm_open(QFile::encodeName(name).constData(), O_RDONLY, 0);
+    return descriptor >= 0 && ::close(descriptor) == 0;
+}
+
+// A segment that its maker has given a size and no space.
+void MakeHollow(const GString& name, off_t size)
+{
+    const int descriptor = ::shm_open(QFile::encodeName(name).constData(), O_RDWR | O_CREAT | O_EXCL, 0600);
+    EXPECT_EQ(::ftruncate(descriptor, size), 0);
+    ::close(descriptor);
+}
+
+int32_t OpenSegment(const GString& name, GSharedSegment::Mode mode)
+{
+    return GetErrorCode([&] {
+        const GSharedSegment segment(name, cQueue, mode);
+        std::fill_n(segment.GetData(), segment.GetSize(), uint8_t(1));
+    });
+}
+}  // namespace
+
+// On a disk of 16 KB, where touching memory that is not there would kill the process.
+CHILD_ROLE(FillSmallDisk)
+{
+    using Mode = GSharedSegment::Mode;
+    if (!MountSmallDisk("/dev/shm"_q, 16 * 1024))
+        return cNoDisk;
+    const GString name = arguments.at(0);
+    for (const Mode mode : {Mode::CreateNew, Mode::OpenOrCreate}) {
+        EXPECT_EQ(OpenSegment(name, mode), GErrorCode::cSegmentHeader);
+        EXPECT_FALSE(IsThere(name));
+    }
+    EXPECT_EQ(GetErrorCode([&] { GMessageQueue::Create(name, cQueue); }), GErrorCode::cSegmentHeader);
+    MakeHollow(name, cQueue);
+    for (const Mode mode : {Mode::Open, Mode::OpenOrCreate}) {
+        EXPECT_EQ(OpenSegment(name, mode), GErrorCode::cSegmentHeader);
+        EXPECT_TRUE(IsThere(name));
+    }
+    // The directory finds room, the receiver's queue does not; nothing of the receiver stays.
+    EXPECT_EQ(GetErrorCode([] { const GPPIPCReceiver receiver([](const GPPIPCMessage&) {}); }),
+              GErrorCode::cSegmentHeader);
+    EXPECT_EQ(GPPIPCManager::Get()->GetReceiverState(GProcessInfo::GetOwnProcessID()),
+              GPPIPCState::NoReceiver);
+    return testing::Test::HasFailure() ? 1 : 0;
+}
+
+CHILD_ROLE(FillUpToOwnLimit)
+{
+    if (!LimitFileSize(100000))
+        return cNoDisk;
+    std::signal(SIGXFSZ, SIG_DFL);
+    return OpenSegment(arguments.at(0), GSharedSegment::Mode::CreateNew) == GErrorCode::cSegmentHeader ? 0
+                                                                                                       : 1;
+}
+
+TEST_F(IpcTest, SpaceThatCannotBeHadIsAnErrorNotASignal)
+{
+    for (const char* role : {"FillSmallDisk", "FillUpToOwnLimit"}) {
+        const int status = ChildProcess(QString::fromLatin1(role), {GetName("segment")}).WaitForExit();
+        if (status == cNoDisk)
+            GTEST_SKIP() << "This user may not mount a disk.";
+        EXPECT_EQ(status, 0) << role;
+    }
+}
+
+TEST_F(IpcTest, SegmentOfAbsurdSizeIsRefused)
+{
+    MakeHollow(GetName("segment"), off_t(1) << 27);
+    EXPECT_EQ(OpenSegment(GetName("segment"), GSharedSegment::Mode::Open), GErrorCode::cSegmentHeader);
+}
