@@ -77,8 +77,5 @@ bool BookExport::RunExport()
     data->SetBook(*mBook);
     data->SetDocuments(*mContent);
     data->SetOutputFile(file);
-    if (CmdUtils::ProcessCommand(*command) != cSuccess)
-        return Fail(PlugInMessage::cPDFExportCommandNotFound);
-    KeepOutput();
-    return true;
+    return WritePDF(*command) || Fail(PlugInMessage::cPDFExportCommandNotFound);
 }

@@ -99,8 +99,5 @@ bool DocumentExport::CheckFonts()
 
 bool DocumentExport::RunCommand()
 {
-    if (CmdUtils::ProcessCommand(*mCommand) != cSuccess)
-        return Fail(PlugInMessage::cPDFExportFailed);
-    KeepOutput();
-    return true;
+    return WritePDF(*mCommand) || Fail(PlugInMessage::cPDFExportFailed);
 }

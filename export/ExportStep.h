@@ -36,8 +36,9 @@ protected:
     // Reserves what the step makes, in the folder. It goes with the step unless it is kept.
     IDFile ReserveOutput(const GString& name, ReservedOutput::Kind kind);
 
-    // What is reserved has become the output.
+    // What is reserved, for which the caller vouches, has become the output.
     void KeepOutput();
+    const GPathName& GetReservedPath() const { return mReserved->GetPathName(); }
 
 private:
     const GPathName& mFolder;

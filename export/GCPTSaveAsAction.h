@@ -31,6 +31,9 @@ public:
     // an error text when the action is not active.
     bool Execute();
 
+    // Whether a run is under way; a step that lets the host's events through may find it so.
+    bool IsRunning() const { return mIsRunning; }
+
     // Why the last run failed; empty when it did not, or when there is nothing to say about it.
     const GString& GetErrorText() const { return mErrorText; }
 

@@ -14,6 +14,7 @@
 #include "plugin/messages/ErrorText.h"
 #include "plugin/messages/MessageCodes.h"
 
+#include <QScopedValueRollback>
 #include <QUrl>
 #include <QUrlQuery>
 
@@ -84,9 +85,12 @@ void GCPTSaveAsTool::SetPageRange(const GString& range)
 
 void GCPTSaveAsTool::Submit()
 {
+    if (mAction.IsRunning())
+        return;
     const GBuffer& group = HopboxProject::GetPlugInGroup();
     mSettings->GetGroupPreferences(group, mProperties.outputSettings);
     mProperties.includesFilePackage = GStringSupport::ToBool(mSettings->Get(group, cIncludesPackage));
+    const QScopedValueRollback<bool> submitting(mIsSubmitting, true);
     const CmdUtils::CancelScope cancelling(*this);
     mSignal.Emit(GCPTSaveAsProperties::cRunMessage, mProperties);
 }
@@ -98,7 +102,7 @@ void GCPTSaveAsTool::Cancel()
 
 void GCPTSaveAsTool::Update(GSubject& subject, int32_t notification)
 {
-    if (&subject != &static_cast<GSubject&>(mAction))
+    if (&subject != &static_cast<GSubject&>(mAction) || !mIsSubmitting)
         return;
     if (notification == GCPTSaveAsAction::cSucceeded)
         HandOff();

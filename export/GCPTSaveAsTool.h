@@ -53,7 +53,8 @@ public:
     // Without a call, all pages are exported.
     void SetPageRange(const GString& range);
 
-    // Runs the export of the selected Hopbox; returns when it is done, with its alert.
+    // Runs the export of the selected Hopbox; returns when it is done, with its alert. Does nothing while the
+    // action runs another export. A tool answers for its own run only, also where several share an action.
     void Submit();
 
     // Asks the running export to end.
@@ -75,4 +76,5 @@ private:
     std::unique_ptr<GPrefMemoryModule> mSettings;
     GCPTSaveAsProperties mProperties;
     GSignal<GCPTSaveAsProperties> mSignal;
+    bool mIsSubmitting = false;
 };

@@ -1,7 +1,8 @@
 #include "export/PDFStep.h"
 
 #include "export/OutputSettings.h"
-#include "plugin/host/ICommand.h"
+#include "export/ProducedOutput.h"
+#include "plugin/host/HostCalls.h"
 #include "plugin/messages/MessageCodes.h"
 
 PDFStep::PDFStep(const GCPTSaveAsProperties& properties, const GPathName& workFolder)
@@ -34,4 +35,12 @@ bool PDFStep::CheckMissingFonts(int count, const GString& detail)
 IDFile PDFStep::ReservePDF(const GString& name)
 {
     return ReserveOutput(name + QStringLiteral(".pdf"), ReservedOutput::Kind::File);
+}
+
+bool PDFStep::WritePDF(ICommand& command)
+{
+    if (CmdUtils::ProcessCommand(command) != cSuccess || !ProducedOutput::IsPDF(GetReservedPath()))
+        return false;
+    KeepOutput();
+    return true;
 }

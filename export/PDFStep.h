@@ -28,6 +28,10 @@ protected:
 
     IDFile ReservePDF(const GString& name);
 
+    // Runs the command that writes the PDF that was reserved, and keeps it. False when the command fails, and
+    // when there is no PDF after it.
+    bool WritePDF(ICommand& command);
+
     const GCPTSaveAsProperties& GetProperties() const { return mProperties; }
 
     // Those that the job options were put into.

@@ -1,5 +1,6 @@
 #include "export/PackageStep.h"
 
+#include "export/ProducedOutput.h"
 #include "plugin/host/IPackage.h"
 #include "plugin/messages/MessageCodes.h"
 
@@ -22,7 +23,7 @@ bool PackageStep::MakePackage(IPackageCommand& command, const GString& name)
     command.SetTargetFolder(ReserveOutput(name + QStringLiteral(" Folder"), ReservedOutput::Kind::Folder));
     for (const auto& [setting, isOn] : cSettings)
         command.SetSetting(setting, isOn);
-    if (command.Execute() != cSuccess)
+    if (command.Execute() != cSuccess || !ProducedOutput::IsFilledFolder(GetReservedPath()))
         return Fail(PlugInMessage::cPackageFailed);
     KeepOutput();
     return true;

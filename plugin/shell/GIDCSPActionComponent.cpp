@@ -9,6 +9,10 @@
 #include "plugin/messages/MessageCodes.h"
 #include "plugin/shell/DefaultUnit.h"
 
+#include <QApplication>
+#include <QScopedValueRollback>
+#include <QWidget>
+
 #include <exception>
 
 namespace
@@ -44,6 +48,17 @@ bool HasActiveBook()
     return book && BookSource::HasDocuments(*book);
 }
 
+// While an export runs the dialog is gone from the screen, and the window may be an alert or the host's own.
+void BringModalWindowToFront()
+{
+    QWidget* window = QApplication::activeModalWidget();
+    if (window == nullptr)
+        return;
+    window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
+    window->raise();
+    window->activateWindow();
+}
+
 void SetState(IActionStateList& states, int32_t index, bool isEnabled, const GString& name,
               const GString& shortcut)
 {
@@ -63,16 +78,26 @@ GIDCSPActionComponent::~GIDCSPActionComponent() = default;
 
 void GIDCSPActionComponent::DoAction(IActiveContext* context, ActionID action, IHostObject*)
 {
+    if (mIsBusy) {
+        BringModalWindowToFront();
+        return;
+    }
+    const QScopedValueRollback<bool> busy(mIsBusy, true);
     try {
-        if (action == PlugInID::cAboutAction)
-            ShowAbout();
-        else if (action == PlugInID::cDocumentAction)
-            Export(context, mDocumentAction, cDocumentOptions);
-        else if (action == PlugInID::cBookAction)
-            Export(context, mBookAction, cBookOptions);
+        Dispatch(context, action);
     } catch (const std::exception& error) {
         ShowError(GString::fromUtf8(error.what()));
     }
+}
+
+void GIDCSPActionComponent::Dispatch(IActiveContext* context, ActionID action)
+{
+    if (action == PlugInID::cAboutAction)
+        ShowAbout();
+    else if (action == PlugInID::cDocumentAction)
+        Export(context, mDocumentAction, cDocumentOptions);
+    else if (action == PlugInID::cBookAction)
+        Export(context, mBookAction, cBookOptions);
 }
 
 void GIDCSPActionComponent::UpdateActionStates(IActiveContext*, IActionStateList& states)

@@ -9,6 +9,9 @@
 
 // The owner of the plug-in's actions: brings up what they stand on, and answers the host's menu choices and
 // its questions about menu entries. Nothing that goes wrong in here leaves it: the user sees an alert.
+//
+// One action runs at a time. A host whose menus still answer while a dialog is open, or while a command runs,
+// may call DoAction again; that brings the open window to the front and does nothing else.
 class GIDCSPActionComponent : public CActionComponent
 {
 public:
@@ -24,6 +27,7 @@ public:
     void UpdateActionStates(IActiveContext* context, IActionStateList& states) override;
 
 private:
+    void Dispatch(IActiveContext* context, ActionID action);
     void ShowAbout() const;
     void Export(IActiveContext* context, GCPTSaveAsAction& action, const DialogOptions& options);
 
@@ -31,4 +35,5 @@ private:
     DialogRunner mRunDialog;
     GIDCSPSaveAsAction mDocumentAction;
     GIDCSPExportBookAction mBookAction;
+    bool mIsBusy = false;
 };

@@ -199,6 +199,28 @@ TEST_F(ExportFailuresTest, EachOtherFailureHasItsAlertAndEndsTheExport)
             paths.replaceInStrings("*"_q, party.host.documents.at(1).path);
         };
     };
+    // What a command has made, spoilt before it says success.
+    const auto spoil = [](const char* name, const std::function<void(const QString&)>& change) -> Prepare {
+        return [=](ExportParty& party) {
+            party.host.onMade = [=](const QString& path) {
+                if (!path.endsWith(QLatin1String(name)))
+                    return;
+                QFileInfo(path).isDir() ? QDir(path).removeRecursively() : QFile::remove(path);
+                change(path);
+            };
+        };
+    };
+    const auto leaveNothing = [](const QString&) {};
+    const auto makeFolder = [](const QString& path) { QDir().mkpath(path); };
+    const auto write = [](const QByteArray& content) {
+        return [content](const QString& path) { WriteFile(path, content); };
+    };
+    const QString elsewhere = GetSandbox().GetPath("Elsewhere"_q);
+    QDir().mkpath(elsewhere);
+    WriteFile(elsewhere + "/a.pdf"_q, "%PDF-1.4");
+    const auto link = [](const QString& target) {
+        return [target](const QString& path) { QFile::link(target, path); };
+    };
     const QStringList noSetting = {MakeAlert("Unable to retrieve PDF setting: Press"_q)};
     const QStringList taken = {MakeAlert(cNobodyTakesIt)};
     const QString archive = HopboxRegistry::GetSettingsFolder()
@@ -232,6 +254,17 @@ TEST_F(ExportFailuresTest, EachOtherFailureHasItsAlertAndEndsTheExport)
         {"a package cancelled", document, cancel(Op::ExecutePackage), {}},
         {"a book cancelled", book, cancel(Op::RunBookExport), {}},
         {"cancelled too late", document, cancel(std::nullopt), taken},
+        {"no PDF", document, spoil(".pdf", leaveNothing), framed(cFailed)},
+        {"an empty PDF", document, spoil(".pdf", write("")), framed(cFailed)},
+        {"another file", document, spoil(".pdf", write("%!PS-Adobe-3.0 PDF")), framed(cFailed)},
+        {"a folder for a PDF", document, spoil(".pdf", makeFolder), framed(cFailed)},
+        {"a link for a PDF", document, spoil(".pdf", link(elsewhere + "/a.pdf"_q)), framed(cFailed)},
+        {"no PDF of a book", book, spoil(".pdf", leaveNothing), framed(cNoCommand)},
+        {"no package", document, spoil(" Folder", leaveNothing), framed(cPackageFailed)},
+        {"an empty package", document, spoil(" Folder", makeFolder), framed(cPackageFailed)},
+        {"a file for a package", document, spoil(" Folder", write("zip")), framed(cPackageFailed)},
+        {"a link for a package", document, spoil(" Folder", link(elsewhere)), framed(cPackageFailed)},
+        {"an empty package of a book", book, spoil(" Folder", makeFolder), framed(cPackageFailed)},
         {"an action that is not active", document, [](ExportParty& party) { party.action.SetActive(false); },
          framed(cFailed)},
         {"no archive", document, [&](ExportParty&) { QFile::remove(archive); }, noSetting},

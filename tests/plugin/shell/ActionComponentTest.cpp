@@ -9,6 +9,10 @@
 #include "tests/support/fake_host/FakeHost.h"
 #include "widgets/GCUSModal.h"
 
+#include <QDialog>
+#include <QTest>
+#include <QTimer>
+
 #include <stdexcept>
 
 namespace
@@ -55,6 +59,33 @@ TEST_F(ActionComponent, DispatchesByActionID)
     EXPECT_TRUE(host.alerts.front().contains("Hopbox 18"_q));
     EXPECT_TRUE(host.alerts.front().endsWith("|OK"_q));
     EXPECT_TRUE(errors.isEmpty());
+}
+
+TEST_F(ActionComponent, AChoiceWhileADialogIsOpenBringsItToTheFront)
+{
+    int dialogs = 0;
+    Start([&](const GString&, GCPTSaveAsTool&) {
+        ++dialogs;
+        QDialog dialog;
+        QTimer::singleShot(0, &dialog, [&] {
+            for (const ActionID action : {cDocument, cBook, cAbout}) {
+                dialog.showMinimized();
+                component->DoAction(nullptr, action, nullptr);
+                EXPECT_FALSE(dialog.isMinimized()) << action;
+                EXPECT_TRUE(QTest::qWaitFor([&] { return dialog.isActiveWindow(); })) << action;
+            }
+            dialog.reject();
+        });
+        dialog.exec();
+        // Without a window of ours, as while a command runs, there is nothing to bring.
+        component->DoAction(nullptr, cBook, nullptr);
+        throw std::runtime_error("Failed");
+    });
+    for (const int expected : {1, 2}) {
+        component->DoAction(nullptr, cDocument, nullptr);
+        EXPECT_EQ(dialogs, expected);
+    }
+    EXPECT_EQ(host.alerts.size(), 0);
 }
 
 TEST_F(ActionComponent, WhatGoesWrongInADialogIsShown)

@@ -98,7 +98,8 @@ public:
     void SetTargetFolder(const IDFile& folder) override { mRecord->folder = GetPath(folder); }
     void SetSetting(PackageSetting setting, bool isOn) override { mRecord->settings[setting] = isOn; }
 
-    // Copies the document or book, where it is a real file, into the folder, which must be there and empty.
+    // Puts a copy of the document or book, or "Content" where it is no real file, into the folder, which must
+    // be there and empty.
     ErrorCode Execute() override
     {
         if (this->mHost.onRun)
@@ -106,9 +107,12 @@ public:
         if (this->mHost.Ask(HostOperation::ExecutePackage) != HostAnswer::Works)
             return cFailure;
         const QDir folder(mRecord->folder);
-        mRecord->hasRun = folder.exists() && folder.isEmpty();
-        if (mRecord->hasRun)
-            QFile::copy(mRecord->sourcePath, folder.filePath(QFileInfo(mRecord->sourcePath).fileName()));
+        const QString name = QFileInfo(mRecord->sourcePath).fileName();
+        mRecord->hasRun = folder.exists() && folder.isEmpty() &&
+                          (QFile::copy(mRecord->sourcePath, folder.filePath(name)) ||
+                           Write(folder.filePath(QStringLiteral("Content")), "Document"));
+        if (mRecord->hasRun && this->mHost.onMade)
+            this->mHost.onMade(mRecord->folder);
         return mRecord->hasRun ? cSuccess : cFailure;
     }
 
@@ -201,8 +205,11 @@ ErrorCode FakeCommand::Run()
     if (mHost.Ask(operation) != HostAnswer::Works)
         return cFailure;
     mRecord->hasRun = true;
-    const bool isDone =
-        operation == HostOperation::RunPDFPreferences || Write(mRecord->outputPath, "%PDF-1.4\n%%EOF\n");
+    if (operation == HostOperation::RunPDFPreferences)
+        return cSuccess;
+    const bool isDone = Write(mRecord->outputPath, "%PDF-1.4\n%%EOF\n");
+    if (isDone && mHost.onMade)
+        mHost.onMade(mRecord->outputPath);
     return isDone ? cSuccess : cFailure;
 }
 

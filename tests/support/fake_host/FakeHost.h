@@ -38,6 +38,9 @@ public:
     // Runs inside each command, before it has done anything.
     std::function<void()> onRun;
 
+    // Runs when a command has made a PDF or a package, before it reports success; for a host that lies.
+    std::function<void(const QString& path)> onMade;
+
     // From the call of that number on, counted from 1, the operation answers like this.
     void Make(HostOperation operation, HostAnswer answer, int fromCall = 1);
 
