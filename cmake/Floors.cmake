@@ -1,7 +1,7 @@
 # Which folder may use which: the one table behind docs/architecture.md. Floor 1 is first; a folder
 # names only folders that stand above it in this list, so no two can use each other.
 set(floor_1 foundation/core foundation/trace foundation/system)
-set(floor_2 widgets plugin/host foundation/prefs foundation/strings foundation/files foundation/ipc)
+set(floor_2 widgets plugin/host foundation/cli foundation/prefs foundation/strings foundation/files foundation/ipc)
 set(floor_3 plugin/messages archive archive/mac foundation/startup)
 set(floor_4 hopbox joboptions)
 
@@ -11,6 +11,7 @@ set(may_use_foundation_system foundation/core foundation/trace)
 
 set(may_use_widgets foundation/core)
 set(may_use_plugin_host foundation/core)
+set(may_use_foundation_cli ${floor_1})
 set(may_use_foundation_prefs ${floor_1})
 set(may_use_foundation_strings ${floor_1})
 set(may_use_foundation_files ${floor_1})

@@ -62,3 +62,9 @@ const PostScriptValue* JobOptions::Find(const std::vector<PostScriptValue>& dict
     }
     return nullptr;
 }
+
+const PostScriptValue* JobOptions::FindLayoutSetting(const char* key) const
+{
+    const PostScriptValue* namespaces = FindParameter("OtherNamespaces");
+    return namespaces == nullptr ? nullptr : Find(namespaces->GetItems(), key);
+}

@@ -23,6 +23,9 @@ public:
     const PostScriptValue* FindParameter(const char* key) const { return Find(mParameters, key); }
     const PostScriptValue* FindDeviceSetting(const char* key) const { return Find(mDeviceSettings, key); }
 
+    // The same for what a layout application adds, in the dictionaries of the parameter "OtherNamespaces".
+    const PostScriptValue* FindLayoutSetting(const char* key) const;
+
 private:
     static const PostScriptValue* Find(const std::vector<PostScriptValue>& dictionaries, const char* key);
     bool Execute(const QByteArray& name, std::vector<PostScriptValue>& operands, QString& error);

@@ -1,7 +1,9 @@
 #include "apps/hopboxctl/Arguments.h"
 #include "apps/hopboxctl/HopboxCommands.h"
 #include "apps/hopboxctl/HopboxOutput.h"
+#include "apps/hopboxctl/JobOptionsCheck.h"
 #include "apps/hopboxctl/PlugInSettings.h"
+#include "apps/hopboxctl/ProjectPlace.h"
 #include "foundation/prefs/GPrefMemoryModule.h"
 #include "hopbox/HopboxProject.h"
 #include "hopbox/HopboxRegistry.h"
@@ -33,10 +35,13 @@ bool IsThere(const GPathName& file)
 void CheckSettings(HopboxProject& project, Findings& findings)
 {
     GPrefMemoryModule settings;
-    if (project.ReadSettings(settings))
-        findings.settings = PlugInSettings::GetJson(settings);
-    else
+    if (!project.ReadSettings(settings)) {
         findings.problems.append(project.GetLastError());
+        return;
+    }
+    findings.settings = PlugInSettings::GetJson(settings);
+    for (const QString& fault : PlugInSettings::FindFaults(settings))
+        findings.notes.append(QStringLiteral("The plug-in passes over a setting. ") + fault);
 }
 
 void CheckJobOptions(HopboxProject& project, Findings& findings)
@@ -50,9 +55,10 @@ void CheckJobOptions(HopboxProject& project, Findings& findings)
     }
     findings.jobOptionsName = jobOptions.GetLeaf();
     findings.jobOptionsSize = QFileInfo(jobOptions.GetNativePath()).size();
-    if (findings.jobOptionsSize == 0)
+    const QString fault = JobOptionsCheck::FindFault(jobOptions.GetNativePath());
+    if (!fault.isEmpty())
         findings.problems.append(
-            QStringLiteral("The job options \"%1\" are empty.").arg(findings.jobOptionsName));
+            QStringLiteral("The job options \"%1\" can't be used: %2.").arg(findings.jobOptionsName, fault));
 }
 
 void CheckArchive(Findings& findings)
@@ -77,7 +83,8 @@ Findings Check(const HopboxRegistryEntry& entry)
         findings.problems.append(
             QStringLiteral("There is no icon \"%1\".").arg(entry.hopboxIconPath.GetNativePath()));
     }
-    if (!IsThere(entry.applicationPath)) {
+    // Hopboxes of ours name an application for its build number only: a receiver that is running serves them.
+    if (entry.applicationPath != ProjectPlace::GetDefaultApplication() && !IsThere(entry.applicationPath)) {
         findings.notes.append(
             QStringLiteral("There is no application \"%1\".").arg(entry.applicationPath.GetNativePath()));
     }

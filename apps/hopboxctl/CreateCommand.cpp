@@ -1,6 +1,7 @@
 #include "apps/hopboxctl/Arguments.h"
 #include "apps/hopboxctl/HopboxCommands.h"
 #include "apps/hopboxctl/HopboxOutput.h"
+#include "apps/hopboxctl/JobOptionsCheck.h"
 #include "apps/hopboxctl/PlugInSettings.h"
 #include "apps/hopboxctl/ProjectPlace.h"
 #include "foundation/prefs/GPrefMemoryModule.h"
@@ -47,6 +48,18 @@ GPathName GetAbsolute(const QString& path)
     return path.isEmpty() ? GPathName() : GPathName(QDir::cleanPath(QDir::current().absoluteFilePath(path)));
 }
 
+bool AreJobOptions(const QString& path)
+{
+    if (!IsFile(QStringLiteral("--job-options"), path))
+        return false;
+    const QString fault = JobOptionsCheck::FindFault(path);
+    if (fault.isEmpty())
+        return true;
+    PrintError(QStringLiteral("--job-options: \"%1\" can't be used: %2.")
+                   .arg(HopboxOutput::GetShown(path), HopboxOutput::GetShown(fault)));
+    return false;
+}
+
 bool IsFree(const HopboxRegistry& registry, const QString& name)
 {
     if (registry.FindKey(name).isEmpty())
@@ -57,8 +70,7 @@ bool IsFree(const HopboxRegistry& registry, const QString& name)
 
 bool CheckCall(const Arguments& arguments, const QString& name)
 {
-    return IsUsable(QStringLiteral("A Hopbox's name"), name) &&
-           IsFile(QStringLiteral("--job-options"), arguments.Get("job-options")) &&
+    return IsUsable(QStringLiteral("A Hopbox's name"), name) && AreJobOptions(arguments.Get("job-options")) &&
            (!arguments.Has("icon") || IsFile(QStringLiteral("--icon"), arguments.Get("icon"))) &&
            (!arguments.Has("application") ||
             IsFile(QStringLiteral("--application"), arguments.Get("application")));
@@ -105,10 +117,16 @@ int Run(const QStringList& texts)
         texts, {QStringLiteral("json")},
         {QStringLiteral("job-options"), QStringLiteral("pdf-settings"), QStringLiteral("setting"),
          QStringLiteral("icon"), QStringLiteral("application")});
-    GPrefMemoryModule settings;
     if (!arguments.AreValid() || arguments.GetRest().size() != 1 || arguments.GetRest().first().isEmpty() ||
-        !arguments.Has("job-options") || !PlugInSettings::Take(arguments.GetAll("setting"), settings))
+        !arguments.Has("job-options"))
         return cExitUsage;
+    const QString fault = PlugInSettings::FindFault(arguments.GetAll("setting"));
+    if (!fault.isEmpty()) {
+        PrintError(fault);
+        return cExitUsage;
+    }
+    GPrefMemoryModule settings;
+    PlugInSettings::Take(arguments.GetAll("setting"), settings);
     const QString name = arguments.GetRest().first();
     return CheckCall(arguments, name) ? Create(arguments, name, settings) : cExitFailed;
 }

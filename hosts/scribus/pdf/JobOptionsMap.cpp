@@ -220,19 +220,6 @@ const Row cRows[] = {
      }},
 };
 
-const PostScriptValue* FindInNamespaces(const JobOptions& options, const char* key)
-{
-    const PostScriptValue* namespaces = options.FindParameter("OtherNamespaces");
-    const PostScriptValue* found = nullptr;
-    if (namespaces == nullptr)
-        return nullptr;
-    for (const PostScriptValue& dictionary : namespaces->GetItems()) {
-        if (const PostScriptValue* value = dictionary.Find(key))
-            found = value;
-    }
-    return found;
-}
-
 const PostScriptValue* Find(const JobOptions& options, const Row& row)
 {
     switch (row.section) {
@@ -243,7 +230,7 @@ const PostScriptValue* Find(const JobOptions& options, const Row& row)
         case Section::Marks:
             break;
     }
-    return FindInNamespaces(options, row.key);
+    return options.FindLayoutSetting(row.key);
 }
 }  // namespace
 

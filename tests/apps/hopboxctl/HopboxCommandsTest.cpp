@@ -1,3 +1,5 @@
+#include "foundation/core/GEncoding.h"
+
 #include "CommandFixture.h"
 
 #include <QJsonArray>
@@ -10,9 +12,10 @@ namespace
 class HopboxCommands : public CommandTest
 {
 protected:
-    HopboxCommands() { WriteFile(GetPath("a.joboptions"), "<< /A 1 >>"); }
+    HopboxCommands() { WriteFile(GetPath("a.joboptions"), "<< /A 1 >> setdistillerparams"); }
 
     using CommandTest::Run;
+    int Run(const QByteArray& arguments) { return Run(arguments.constData()); }
 
     // The arguments stand in a text with '|' between them.
     int Run(const char* arguments) { return Run(QString::fromUtf8(arguments).split(QLatin1Char('|'))); }
@@ -66,12 +69,14 @@ TEST_F(HopboxCommands, EveryCommandSaysWhatItDidByItsStatusAndMessage)
         {"create|Press|--job-options|a.joboptions|--application|none", 1, "",
          "--application: there is no file"},
         {"create|a\nb|--job-options|a.joboptions", 1, "", "may hold no line break: \"a\\x0ab\""},
-        {"create|Press|--job-options|a.joboptions|--setting|UserSettings=true|--setting|A=b=c", 0, "\n", ""},
+        {"create|Press|--job-options|a.joboptions|--setting|UserSettings=true|--setting|MarkWeight=2", 0,
+         "\n", ""},
         {"create|Press|--job-options|a.joboptions", 1, "", "registered as \"Press\" already"},
         {"list", 0, "  Press  Press         true     true\n", ""},
         {"show|Press", 0, "PDFSettings       Press\n", ""},
         {"check|Press", 0,
-         "Setting      A=b=c\nSetting      UserSettings=true\nJob options  a.joboptions, 10 bytes\n", ""},
+         "Setting      MarkWeight=2\nSetting      UserSettings=true\nJob options  a.joboptions, 29 bytes\n",
+         ""},
         {"set|Press|PDFSettings=x\x1b[1m|IsActive=false", 0, "", ""},
         {"list", 0, "  Press  x\\x1b[1m      true     false\n", ""},
         {"submit|Press|none", 1, "", "There is no file or folder \"none\".\n"},
@@ -105,6 +110,48 @@ TEST_F(HopboxCommands, EveryCommandSaysWhatItDidByItsStatusAndMessage)
         EXPECT_EQ(Run(call), 2) << call;
         EXPECT_TRUE(mOutput.isEmpty() && mError.contains("usage:")) << call;
     }
+}
+
+TEST_F(HopboxCommands, AHopboxThatCouldNotExportIsNotMade)
+{
+    const struct
+    {
+        const char *jobOptions, *error;
+    } files[] = {
+        {"<< /CompatibilityLevel 1.4 >>", "can't be used: at the end: a value that nothing takes."},
+        {"Dear printer,", "can't be used: line 1, column 1: \"Dear\" is nothing that job options hold."},
+        {"<< /CompatibilityLevel (x) >> setdistillerparams",
+         "can't be used: \"CompatibilityLevel\" takes a number from 1 to 2."},
+        {"", "can't be used: at the end: no \"setdistillerparams\", so it names no settings."},
+    };
+    for (const auto& test : files) {
+        WriteFile(GetPath("bad.joboptions"), test.jobOptions);
+        EXPECT_EQ(Run("create|Press|--job-options|bad.joboptions"), 1) << test.jobOptions;
+        EXPECT_TRUE(mOutput.isEmpty() && mError.contains(test.error)) << mError.toStdString();
+    }
+    const struct
+    {
+        const char *setting, *error;
+    } settings[] = {
+        {"UserSetings=true",
+         "A Hopbox has no setting \"UserSetings\". Did you mean \"UserSettings\"? The settings are "},
+        {"UserSettings=True", "It takes true or false."},
+        {"BleedChoice=banana", "\"BleedChoice\" can't be \"banana\". It takes 1 for"},
+        {"BleedChoice=0", "It takes 1 for"},
+        {"MarkWeight=3", "It takes 0, 1 or 2,"},
+        {"BleedTopValue=-1", "It takes points, from 0 to 14400."},
+        {"BleedTopValue=14401", "It takes points"},
+        {"BleedTopValue=nan", "It takes points"},
+        {"BleedTopValue=", "It takes points"},
+        {"MarkOffset=0", "It takes points, above 0"},
+        {"PrintSpreads", "\"PrintSpreads\" is no KEY=VALUE."},
+    };
+    for (const auto& test : settings) {
+        EXPECT_EQ(Run(QByteArray("create|Press|--job-options|a.joboptions|--setting|") + test.setting), 2);
+        EXPECT_TRUE(mOutput.isEmpty() && mError.contains(test.error)) << mError.toStdString();
+    }
+    EXPECT_EQ(Run("list"), 0);
+    EXPECT_EQ(mOutput, "No Hopbox is registered.\n");
 }
 
 TEST_F(HopboxCommands, AHopboxOfAnyNameIsMadeInAFolderOfItsOwnAndGoesWithIt)
@@ -167,6 +214,35 @@ TEST_F(HopboxCommands, CheckTellsWhatIsWrong)
     EXPECT_EQ(Run("check|Press"), 1);
     EXPECT_TRUE(mError.contains("There is no project archive")) << mError.toStdString();
     EXPECT_EQ(Run("remove|Press"), 0);
+}
+
+TEST_F(HopboxCommands, CheckTellsOfAHopboxThatCannotExport)
+{
+    // An archive that another program has made: only its job options and settings are odd.
+    ASSERT_TRUE(WriteFile(GetPath("PrinterFiles/Old.joboptions"), "<< /CompatibilityLevel 1.4 >>"));
+    ASSERT_TRUE(
+        WriteFile(GetPath("Project/Project.prefs"),
+                  "#BEGINPREFS\r\n\"PluginSettings\" #BEGINDICT\r\n\"Bleed\" \"on\"\r\n\"Paper\" \"A4\"\r\n"
+                  "#ENDDICT\r\n#ENDPREFS\r\n"));
+    ASSERT_EQ(Create("Press"_q), 0);
+    EXPECT_EQ(Run("check|Press"), 0);
+    EXPECT_FALSE(mOutput.contains("Note"))
+        << "nothing is odd about a Hopbox of ours: " << mOutput.toStdString();
+
+    const QString utf16 = GetPath("Project/Project.prefs");
+    WriteFile(utf16, GEncoding::GetUTF16LittleEndian()->Encode(QString::fromLatin1(ReadFile(utf16))));
+    ASSERT_EQ(Run("zip|create|odd.zip|Project|PrinterFiles"), 0) << mError.toStdString();
+    ASSERT_EQ(Run({"set"_q, "Press"_q, "ContextFilePath="_q + GetPath("odd.zip")}), 0);
+    EXPECT_EQ(Run("check|Press|--json"), 1);
+    const QJsonArray problems = GetObject().value(QLatin1String("Problems")).toArray();
+    ASSERT_EQ(problems.size(), 1);
+    EXPECT_TRUE(
+        problems.at(0).toString().startsWith("The job options \"Old.joboptions\" can't be used: at"_q));
+    EXPECT_EQ(
+        GetObject().value(QLatin1String("Notes")).toArray(),
+        (QJsonArray{
+            "The plug-in passes over a setting. A Hopbox has no setting \"Paper\"."_q,
+            "The plug-in passes over a setting. The setting \"Bleed\" can't be \"on\". It takes true or false."_q}));
 }
 
 TEST_F(HopboxCommands, AForeignArchiveStaysWhenItsHopboxIsRemoved)

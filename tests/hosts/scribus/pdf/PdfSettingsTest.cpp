@@ -1,5 +1,6 @@
 #include "hosts/scribus/pdf/PdfSettings.h"
 #include "joboptions/JobOptions.h"
+#include "joboptions/JobOptionsRules.h"
 #include "tests/support/Test.h"
 
 namespace
@@ -55,6 +56,8 @@ TEST(PdfSettingsTest, SettingsBecomeOptionsOfTheExport)
         QString error;
         ASSERT_TRUE(options.Parse("<<" + bad + ">> setdistillerparams", error));
         EXPECT_FALSE(PdfSettings::Make(options, settings, error)) << bad.constData();
+        EXPECT_FALSE(JobOptionsRules::FindFault(options).isEmpty())
+            << "no tool takes it: " << bad.constData();
     }
 }
 }  // namespace
