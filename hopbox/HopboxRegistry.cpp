@@ -259,6 +259,11 @@ void HopboxRegistry::SetAllowedOrigins(const QStringList& origins)
         [&](GPrefModule& module) { module.Set(cServerSettings, cAllowedOrigins, text); });
 }
 
+const std::optional<PrefDamage>& HopboxRegistry::GetDamage() const
+{
+    return mModule->GetDamage();
+}
+
 void HopboxRegistry::GetModificationTime(GDateTime& time) const
 {
     const QFileInfo file(mModule->GetPathName().GetNativePath());

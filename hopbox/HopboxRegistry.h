@@ -13,6 +13,7 @@
 
 class GPrefModule;
 class GPrefSharedFileModule;
+struct PrefDamage;
 
 // The registry in which every Hopbox application of a user enters itself: one shared settings file.
 //
@@ -83,6 +84,10 @@ public:
     // The origins whose requests the Hopboxes' web service allows.
     QStringList GetAllowedOrigins() const;
     void SetAllowedOrigins(const QStringList& origins);
+
+    // The damage of the file that this handle read, and once it has changed the registry, where the damaged
+    // file is kept; none when the file was read whole. Entries may be missing then.
+    const std::optional<PrefDamage>& GetDamage() const;
 
     // When the registry's file was last changed; `time` stays as it is when there is none. Tells that another
     // process changed the registry.

@@ -1,4 +1,5 @@
 #include "apps/hopboxctl/Arguments.h"
+#include "apps/hopboxctl/DamageNotice.h"
 #include "apps/hopboxctl/HopboxCommands.h"
 #include "apps/hopboxctl/HopboxOutput.h"
 #include "apps/hopboxctl/JobOptionsCheck.h"
@@ -93,21 +94,22 @@ Findings Check(const HopboxRegistryEntry& entry)
     return findings;
 }
 
-void PrintAsJson(const QString& key, const Findings& findings)
+void PrintAsJson(const HopboxRegistry& registry, const QString& key, const Findings& findings)
 {
     QJsonObject jobOptions;
     if (!findings.jobOptionsName.isEmpty()) {
         jobOptions.insert(QStringLiteral("Name"), findings.jobOptionsName);
         jobOptions.insert(QStringLiteral("Size"), findings.jobOptionsSize);
     }
-    HopboxOutput::PrintJson(
-        QJsonObject{{QStringLiteral("Key"), key},
-                    {QStringLiteral("Archive"), findings.archive.GetNativePath()},
-                    {QStringLiteral("Settings"), findings.settings},
-                    {QStringLiteral("JobOptions"), jobOptions},
-                    {QStringLiteral("Build"), findings.build},
-                    {QStringLiteral("Problems"), QJsonArray::fromStringList(findings.problems)},
-                    {QStringLiteral("Notes"), QJsonArray::fromStringList(findings.notes)}});
+    QJsonObject json{{QStringLiteral("Key"), key},
+                     {QStringLiteral("Archive"), findings.archive.GetNativePath()},
+                     {QStringLiteral("Settings"), findings.settings},
+                     {QStringLiteral("JobOptions"), jobOptions},
+                     {QStringLiteral("Build"), findings.build},
+                     {QStringLiteral("Problems"), QJsonArray::fromStringList(findings.problems)},
+                     {QStringLiteral("Notes"), QJsonArray::fromStringList(findings.notes)}};
+    DamageNotice::AddTo(json, registry);
+    HopboxOutput::PrintJson(json);
 }
 
 void PrintAsText(const Findings& findings)
@@ -132,16 +134,18 @@ int Run(const QStringList& texts)
     const Arguments arguments(texts, {QStringLiteral("json")});
     if (!arguments.AreValid() || arguments.GetRest().size() != 1)
         return cExitUsage;
+    const HopboxRegistry registry;
+    const int status = DamageNotice::Tell(registry);
     QString key;
     const std::optional<HopboxRecord> record =
-        HopboxOutput::FindOrFail(HopboxRegistry(), arguments.GetRest().first(), key);
+        HopboxOutput::FindOrFail(registry, arguments.GetRest().first(), key);
     if (!record)
         return cExitFailed;
     const Findings findings = Check(record->entry);
-    arguments.Has("json") ? PrintAsJson(key, findings) : PrintAsText(findings);
+    arguments.Has("json") ? PrintAsJson(registry, key, findings) : PrintAsText(findings);
     for (const QString& problem : findings.problems)
         PrintError(HopboxOutput::GetShown(problem));
-    return findings.problems.isEmpty() ? cExitDone : cExitFailed;
+    return findings.problems.isEmpty() ? status : cExitFailed;
 }
 }  // namespace
 

@@ -1,4 +1,5 @@
 #include "apps/hopboxctl/Arguments.h"
+#include "apps/hopboxctl/DamageNotice.h"
 #include "apps/hopboxctl/HopboxCommands.h"
 #include "apps/hopboxctl/HopboxOutput.h"
 #include "apps/hopboxctl/JobOptionsCheck.h"
@@ -90,6 +91,16 @@ HopboxRegistryEntry MakeEntry(const Arguments& arguments, const QString& name, c
     return entry;
 }
 
+void PrintKey(const HopboxRegistry& registry, const QString& key, bool isJson)
+{
+    QJsonObject json{{QStringLiteral("Key"), key}};
+    DamageNotice::AddTo(json, registry);
+    if (isJson)
+        HopboxOutput::PrintJson(json);
+    else
+        Print(key + QLatin1Char('\n'));
+}
+
 int Create(const Arguments& arguments, const QString& name, const GPrefMemoryModule& settings)
 {
     HopboxRegistry registry;
@@ -104,10 +115,8 @@ int Create(const Arguments& arguments, const QString& name, const GPrefMemoryMod
     GString key;
     registry.AddEntry(name, MakeEntry(arguments, name, project.GetPathName()), &key);
     folder.Keep();
-    if (arguments.Has("json"))
-        HopboxOutput::PrintJson(QJsonObject{{QStringLiteral("Key"), key}});
-    else
-        Print(key + QLatin1Char('\n'));
+    DamageNotice::Tell(registry);
+    PrintKey(registry, key, arguments.Has("json"));
     return cExitDone;
 }
 

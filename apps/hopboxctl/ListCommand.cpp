@@ -1,4 +1,5 @@
 #include "apps/hopboxctl/Arguments.h"
+#include "apps/hopboxctl/DamageNotice.h"
 #include "apps/hopboxctl/HopboxCommands.h"
 #include "apps/hopboxctl/HopboxOutput.h"
 #include "foundation/core/GStringSupport.h"
@@ -19,6 +20,7 @@ void PrintAsJson(const HopboxRegistry& registry)
                    : QJsonObject{{QStringLiteral("Key"), key},
                                  {QStringLiteral("Error"), QStringLiteral("The record can't be read.")}});
     }
+    DamageNotice::AddTo(list, registry);
     HopboxOutput::PrintJson(list);
 }
 
@@ -50,7 +52,7 @@ int Run(const QStringList& texts)
         return cExitUsage;
     const HopboxRegistry registry;
     arguments.Has("json") ? PrintAsJson(registry) : PrintAsTable(registry);
-    return cExitDone;
+    return DamageNotice::Tell(registry);
 }
 }  // namespace
 

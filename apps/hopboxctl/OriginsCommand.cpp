@@ -1,16 +1,21 @@
 #include "apps/hopboxctl/Arguments.h"
+#include "apps/hopboxctl/DamageNotice.h"
 #include "apps/hopboxctl/HopboxCommands.h"
 #include "apps/hopboxctl/HopboxOutput.h"
 #include "hopbox/HopboxRegistry.h"
 
 #include <QJsonArray>
+#include <QJsonObject>
 
 namespace
 {
-void PrintOrigins(const QStringList& origins, bool isJson)
+void PrintOrigins(const HopboxRegistry& registry, bool isJson)
 {
+    const QStringList origins = registry.GetAllowedOrigins();
     if (isJson) {
-        HopboxOutput::PrintJson(QJsonArray::fromStringList(origins));
+        QJsonArray json = QJsonArray::fromStringList(origins);
+        DamageNotice::AddTo(json, registry);
+        HopboxOutput::PrintJson(json);
         return;
     }
     for (const QString& origin : origins)
@@ -28,8 +33,9 @@ int Run(const QStringList& texts)
     if (isSetting)
         registry.SetAllowedOrigins(arguments.GetRest());
     else
-        PrintOrigins(registry.GetAllowedOrigins(), arguments.Has("json"));
-    return cExitDone;
+        PrintOrigins(registry, arguments.Has("json"));
+    const int status = DamageNotice::Tell(registry);
+    return isSetting ? cExitDone : status;
 }
 }  // namespace
 

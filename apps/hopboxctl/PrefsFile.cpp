@@ -4,6 +4,7 @@
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/core/GException.h"
 #include "foundation/core/GFileInputStream.h"
+#include "foundation/core/SharedFile.h"
 #include "foundation/prefs/GBin2TextStream.h"
 #include "foundation/prefs/GDictListReader.h"
 #include "foundation/prefs/GPrefFileModule.h"
@@ -13,22 +14,6 @@
 
 namespace
 {
-// The line of the file in which the byte lies, from 1 on.
-int GetLine(const QString& path, int64_t position)
-{
-    GFileInputStream file(path);
-    GBufferedInputStream buffered(file);
-    GBin2TextStream stream(buffered, nullptr);
-    int line = 0;
-    int64_t start = -1;
-    while (start != stream.GetPosition() && stream.GetPosition() <= position) {
-        start = stream.GetPosition();
-        stream.SkipLine();
-        ++line;
-    }
-    return std::max(line, 1);
-}
-
 // The name in a dictionary that is shown as `shown`; where there is none, the one that a new entry gets.
 template <typename Value>
 GBuffer FindName(const GDict<GBuffer, Value>& dict, const QString& shown)
@@ -43,7 +28,7 @@ GBuffer FindName(const GDict<GBuffer, Value>& dict, const QString& shown)
 // The groups of the file as it is now, which may not be there yet.
 GPrefGroups ReadWhole(const QString& path)
 {
-    if (!QFileInfo::exists(path))
+    if (IsFileMissing(path))
         return GPrefGroups();
     const PrefsFile file(path);
     if (file.IsDamaged())
@@ -54,7 +39,7 @@ GPrefGroups ReadWhole(const QString& path)
 
 GEncodingRef FindEncoding(const QString& path)
 {
-    if (!QFileInfo::exists(path))
+    if (IsFileMissing(path))
         return GEncoding::GetUTF16();
     GFileInputStream file(path);
     GBufferedInputStream buffered(file);
@@ -71,12 +56,27 @@ void SetValue(GPrefModule& module, const QString& path, const QString& group, co
 }
 }  // namespace
 
+int PrefsFile::GetLine(const QString& path, int64_t position)
+{
+    GFileInputStream file(path);
+    GBufferedInputStream buffered(file);
+    GBin2TextStream stream(buffered, nullptr);
+    int line = 0;
+    int64_t start = -1;
+    while (start != stream.GetPosition() && stream.GetPosition() <= position) {
+        start = stream.GetPosition();
+        stream.SkipLine();
+        ++line;
+    }
+    return std::max(line, 1);
+}
+
 PrefsFile::PrefsFile(const QString& path) : mPath(path)
 {
     GFileInputStream file(path);
     GDictListReader<GBuffer, GBuffer, GString> reader;
     reader.Read(file, nullptr, mGroups);
-    mStopPosition = reader.GetStopPosition();
+    mDamagePosition = reader.GetDamagePosition();
 }
 
 const GString* PrefsFile::Find(const QString& group, const QString& key) const
@@ -87,10 +87,10 @@ const GString* PrefsFile::Find(const QString& group, const QString& key) const
 
 QString PrefsFile::DescribeDamage() const
 {
-    return QStringLiteral("%1: reading stopped at line %2 (byte %3)")
+    return QStringLiteral("%1: damaged at line %2 (byte %3)")
         .arg(mPath)
-        .arg(GetLine(mPath, mStopPosition))
-        .arg(mStopPosition);
+        .arg(GetLine(mPath, mDamagePosition))
+        .arg(mDamagePosition);
 }
 
 void PrefsFile::Set(const QString& path, const QString& group, const QString& key, const QString& value,

@@ -24,9 +24,12 @@ public:
     // The value; null when there is none.
     const GString* Find(const QString& group, const QString& key) const;
 
-    // Whether reading stopped before the end; where, for people: file, line and byte.
-    bool IsDamaged() const { return mStopPosition >= 0; }
+    // Whether the file could not be read whole; where that begins, for people: file, line and byte.
+    bool IsDamaged() const { return mDamagePosition >= 0; }
     QString DescribeDamage() const;
+
+    // The line of a file in which the byte lies, from 1 on.
+    static int GetLine(const QString& path, int64_t position);
 
     // Sets one value and writes the file, in UTF-16; makes the file where there is none. A shared file is
     // changed under its lock. Raises a GException when the file can't be read or written, and leaves a
@@ -37,5 +40,5 @@ public:
 private:
     QString mPath;
     GPrefGroups mGroups;
-    int64_t mStopPosition = -1;
+    int64_t mDamagePosition = -1;
 };

@@ -1,4 +1,5 @@
 #include "apps/hopboxctl/Arguments.h"
+#include "apps/hopboxctl/DamageNotice.h"
 #include "apps/hopboxctl/HopboxCommands.h"
 #include "apps/hopboxctl/HopboxOutput.h"
 #include "apps/hopboxctl/ProjectPlace.h"
@@ -36,7 +37,9 @@ int Run(const QStringList& texts)
     HopboxRegistry registry;
     const QString key = registry.FindKey(name);
     const GPathName archive = GetOwnArchive(registry, key);
-    if (key.isEmpty() || !registry.RemoveEntry(key))
+    const bool isRemoved = !key.isEmpty() && registry.RemoveEntry(key);
+    DamageNotice::Tell(registry);
+    if (!isRemoved)
         return HopboxOutput::FailUnknown(name);
     return RemoveArchive(registry, archive);
 }

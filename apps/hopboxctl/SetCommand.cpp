@@ -1,4 +1,5 @@
 #include "apps/hopboxctl/Arguments.h"
+#include "apps/hopboxctl/DamageNotice.h"
 #include "apps/hopboxctl/HopboxCommands.h"
 #include "apps/hopboxctl/HopboxOutput.h"
 #include "foundation/core/GStringSupport.h"
@@ -75,6 +76,7 @@ int Run(const QStringList& texts)
         for (const Change& change : changes)
             change(entry);
     });
+    DamageNotice::Tell(registry);
     if (isChanged)
         return cExitDone;
     QString key;

@@ -1,4 +1,5 @@
 #include "apps/hopboxctl/Arguments.h"
+#include "apps/hopboxctl/DamageNotice.h"
 #include "apps/hopboxctl/HopboxCommands.h"
 #include "apps/hopboxctl/HopboxOutput.h"
 #include "hopbox/HopboxRegistry.h"
@@ -7,17 +8,18 @@
 
 namespace
 {
-int Show(const QString& key, const HopboxRecord& record, bool isJson)
+void Show(const HopboxRegistry& registry, const QString& key, const HopboxRecord& record, bool isJson)
 {
     if (isJson) {
-        HopboxOutput::PrintJson(HopboxOutput::GetJson(key, record));
-        return cExitDone;
+        QJsonObject json = HopboxOutput::GetJson(key, record);
+        DamageNotice::AddTo(json, registry);
+        HopboxOutput::PrintJson(json);
+        return;
     }
     QVector<QStringList> rows = {{QStringLiteral("Key"), key}};
     for (const auto& value : record.GetValues())
         rows.append({value.first, value.second});
     HopboxOutput::PrintTable(rows);
-    return cExitDone;
 }
 
 int Run(const QStringList& texts)
@@ -25,10 +27,15 @@ int Run(const QStringList& texts)
     const Arguments arguments(texts, {QStringLiteral("json")});
     if (!arguments.AreValid() || arguments.GetRest().size() != 1)
         return cExitUsage;
+    const HopboxRegistry registry;
+    const int status = DamageNotice::Tell(registry);
     QString key;
     const std::optional<HopboxRecord> record =
-        HopboxOutput::FindOrFail(HopboxRegistry(), arguments.GetRest().first(), key);
-    return record ? Show(key, *record, arguments.Has("json")) : cExitFailed;
+        HopboxOutput::FindOrFail(registry, arguments.GetRest().first(), key);
+    if (!record)
+        return cExitFailed;
+    Show(registry, key, *record, arguments.Has("json"));
+    return status;
 }
 }  // namespace
 

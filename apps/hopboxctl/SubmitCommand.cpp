@@ -1,4 +1,5 @@
 #include "apps/hopboxctl/Arguments.h"
+#include "apps/hopboxctl/DamageNotice.h"
 #include "apps/hopboxctl/HopboxCommands.h"
 #include "apps/hopboxctl/HopboxOutput.h"
 #include "hopbox/HopboxHandOff.h"
@@ -43,9 +44,11 @@ int Run(const QStringList& texts)
     const Arguments arguments(texts, {});
     if (!arguments.AreValid() || arguments.GetRest().size() != 2)
         return cExitUsage;
+    const HopboxRegistry registry;
+    DamageNotice::Tell(registry);
     QString key;
     const std::optional<HopboxRecord> record =
-        HopboxOutput::FindOrFail(HopboxRegistry(), arguments.GetRest().first(), key);
+        HopboxOutput::FindOrFail(registry, arguments.GetRest().first(), key);
     if (!record)
         return cExitFailed;
     const QString location = GetJobLocation(arguments.GetRest().last());

@@ -2,19 +2,35 @@
 
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/core/GException.h"
-#include "foundation/core/SharedFile.h"
 
 #include <QDir>
 #include <QFile>
 
-GFileInputStream::GFileInputStream(const GString& path) : mPath(path), mFile(std::make_unique<QFile>(path))
+GFileInputStream::GFileInputStream(const GString& path, int64_t largest)
+    : GFileInputStream(path, largest, std::make_unique<QFile>(path))
 {
     GString reason;
-    if (!OpenSharedForReading(*mFile, reason))
+    if (OpenSharedForReading(*mFile, mLargest, reason) != FileOpening::cOpen)
         Fail(reason);
 }
 
+GFileInputStream::GFileInputStream(const GString& path, int64_t largest, std::unique_ptr<QFile> file)
+    : mPath(path), mLargest(largest), mFile(std::move(file))
+{
+}
+
 GFileInputStream::~GFileInputStream() = default;
+
+std::unique_ptr<GFileInputStream> GFileInputStream::OpenIfThere(const GString& path, int64_t largest)
+{
+    std::unique_ptr<GFileInputStream> stream(
+        new GFileInputStream(path, largest, std::make_unique<QFile>(path)));
+    GString reason;
+    const FileOpening opening = OpenSharedForReading(*stream->mFile, largest, reason);
+    if (opening == FileOpening::cRefused)
+        stream->Fail(reason);
+    return opening == FileOpening::cOpen ? std::move(stream) : nullptr;
+}
 
 int GFileInputStream::Read(char* bytes, int count)
 {
@@ -36,7 +52,7 @@ void GFileInputStream::Reset()
 
 std::unique_ptr<GInputStream> GFileInputStream::CreateClone() const
 {
-    auto clone = std::make_unique<GFileInputStream>(mPath);
+    auto clone = std::make_unique<GFileInputStream>(mPath, mLargest);
     clone->Seek(mFile->pos());
     return clone;
 }

@@ -2,10 +2,81 @@
 
 #include <QFile>
 
-bool OpenSharedForReading(QFile& file, GString& reason)
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace
 {
-    const bool isOpen = file.open(QIODevice::ReadOnly);
-    if (!isOpen)
+GString GetKindReason(mode_t mode)
+{
+    switch (mode & S_IFMT) {
+        case S_IFDIR:
+            return QStringLiteral("it is a folder");
+        case S_IFIFO:
+            return QStringLiteral("it is a pipe");
+        case S_IFSOCK:
+            return QStringLiteral("it is a socket");
+        default:
+            return QStringLiteral("it is a device");
+    }
+}
+
+// Why a file is not read; empty when it is.
+GString GetRefusal(const struct stat& status, int64_t largest)
+{
+    if (!S_ISREG(status.st_mode))
+        return GetKindReason(status.st_mode);
+    return status.st_size > largest ? GetTooLargeReason(status.st_size, largest) : GString();
+}
+
+bool IsMissing(const QByteArray& path)
+{
+    struct stat status = {};
+    return lstat(path.constData(), &status) != 0 && errno == ENOENT;
+}
+
+FileOpening JudgeFailure(const QByteArray& path, GString& reason)
+{
+    const int error = errno;
+    reason = qt_error_string(error);
+    if (error != ENOENT)
+        return FileOpening::cRefused;
+    if (IsMissing(path))
+        return FileOpening::cMissing;
+    reason = QStringLiteral("it is a link that leads nowhere");
+    return FileOpening::cRefused;
+}
+}  // namespace
+
+FileOpening OpenSharedForReading(QFile& file, int64_t largest, GString& reason)
+{
+    const QByteArray path = QFile::encodeName(file.fileName());
+    struct stat status = {};
+    if (stat(path.constData(), &status) != 0)
+        return JudgeFailure(path, reason);
+    reason = GetRefusal(status, largest);
+    if (!reason.isEmpty())
+        return FileOpening::cRefused;
+    // Looked at again when it is open, and opened without waiting: something else may bear the name by now.
+    const int descriptor = open(path.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (descriptor < 0)
+        return JudgeFailure(path, reason);
+    if (fstat(descriptor, &status) != 0)
+        reason = qt_error_string(errno);
+    else
+        reason = GetRefusal(status, largest);
+    if (reason.isEmpty() && !file.open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle))
         reason = file.errorString();
-    return isOpen;
+    if (reason.isEmpty())
+        return FileOpening::cOpen;
+    close(descriptor);
+    return FileOpening::cRefused;
+}
+
+bool IsFileMissing(const GString& path)
+{
+    return IsMissing(QFile::encodeName(path));
 }

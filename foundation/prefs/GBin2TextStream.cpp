@@ -187,6 +187,7 @@ void GBin2TextStream::TakeCollected(GString& text)
         std::transform(units, units + length, bytes.data(),
                        [](char16_t unit) { return static_cast<char>(unit); });
         text = mEncoding->Decode(bytes);
+        mHasLostBytes = mHasLostBytes || mEncoding->Encode(text) != bytes;
     } else if (text.capacity() >= length) {
         text.resize(length);
         std::copy(units, units + length, reinterpret_cast<char16_t*>(text.data()));
@@ -236,11 +237,13 @@ bool GBin2TextStream::ReadLine(GString& line)
     });
 }
 
-void GBin2TextStream::SkipLine()
+bool GBin2TextStream::SkipLine()
 {
-    WithUnits([this](auto units) {
-        Skip<decltype(units)>([](ushort unit) { return !IsLineEnd(unit); });
+    return WithUnits([this](auto units) {
+        Skip<decltype(units)>(IsInlineWhitespace);
+        const bool isBlank = Skip<decltype(units)>([](ushort unit) { return !IsLineEnd(unit); }) == 0;
         SkipLineEnd<decltype(units)>();
+        return isBlank;
     });
 }
 

@@ -35,8 +35,8 @@ public:
     // Reads up to the end of the line and consumes that: LF, CR or CR LF. False at the end of the data.
     bool ReadLine(GString& line);
 
-    // Consumes what ReadLine would.
-    void SkipLine();
+    // Consumes what ReadLine would. False when that was more than blanks and TABs.
+    bool SkipLine();
 
     // Reads up to one of the terminators, which stays. False at the end of the data.
     bool ReadTillTerminator(const GString& terminators, GString& text);
@@ -66,6 +66,10 @@ public:
 
     // The bytes of the source before the next character, the byte order mark among them.
     int64_t GetPosition() const { return mSource.GetPosition(); }
+
+    // Whether any text that was read held bytes that are no character in the encoding: they can't be written
+    // back as they were.
+    bool HasLostBytes() const { return mHasLostBytes; }
 
 private:
     enum class Layout
@@ -106,5 +110,6 @@ private:
     GEncodingRef mGivenEncoding;  // null: find it
     GEncodingRef mEncoding;
     GEncoding::ByteOrder mByteOrder = GEncoding::ByteOrder::cNone;  // the encoding's, close at hand
+    bool mHasLostBytes = false;
     CollectedText mCollected;  // 8-bit text byte by byte: it is decoded whole, wherever chunks ended
 };

@@ -23,10 +23,19 @@ template <typename Key, typename Value>
 bool GDictBufferReader<Key, Value>::Read(GBin2TextStream& stream, GDict<Key, Value>& dict)
 {
     dict.Clear();
-    return ReadBegin(stream) && ReadEntries(stream, [&](const GString& key, GString&& value) {
-               dict.Insert(ConvertKey(key), std::move(value));
-               return !dict.IsCrowded();
-           });
+    mDamagePosition = -1;
+    mHasEndedDocument = false;
+    const bool isRead =
+        ReadBegin(stream) && ReadEntries(stream, [&](const GString& keyText, GString&& value) {
+            Key key = ConvertKey(keyText);
+            if (PrefKey::IsLossy(keyText, key))
+                NoteDamage();
+            dict.Insert(std::move(key), std::move(value));
+            return !dict.IsCrowded();
+        });
+    if (!isRead)
+        NoteDamage();
+    return isRead;
 }
 
 template <typename Key, typename Value>
@@ -47,7 +56,10 @@ bool GDictBufferReader<Key, Value>::ReadText(const GString& text, const Take& ta
         take(key, std::move(value));
     if (isPlain && plain.IsAtEnd())
         return true;
-    return ReadFromText(hasEntries ? plain.GetRest() : text, [&](GBin2TextStream& stream) {
+    const GString rest = hasEntries ? plain.GetRest() : text;
+    if (hasEntries && rest.startsWith(QChar(QChar::ByteOrderMark)))
+        return false;  // a stray character here; a stream would take it for the mark of its encoding
+    return ReadFromText(rest, [&](GBin2TextStream& stream) {
         return (hasEntries || ReadBegin(stream)) &&
                ReadEntries(stream, [&](const GString& keyText, GString&& valueText) {
                    take(QStringRef(&keyText), std::move(valueText));
@@ -60,7 +72,7 @@ template <typename Key, typename Value>
 bool GDictBufferReader<Key, Value>::ReadBegin(GBin2TextStream& stream)
 {
     stream.SkipWhitespace(true);
-    mStopPosition = stream.GetPosition();
+    mPosition = stream.GetPosition();
     GString token;
     if (!stream.ReadString(token) || !IsBeginMarker(token))
         return false;
@@ -77,27 +89,40 @@ bool GDictBufferReader<Key, Value>::ReadEntries(GBin2TextStream& stream, TakeEnt
     keyText.reserve(64);  // most keys fit; the memory serves all of them
     for (;;) {
         stream.SkipWhitespace(false);
-        mStopPosition = stream.GetPosition();
+        mPosition = stream.GetPosition();
         if (!stream.ReadQuotedString(keyText))
             return ReadEnd(stream);
         stream.SkipWhitespace(false);
         GString value;
         if (!stream.ReadQuotedString(value))
             return false;
-        stream.SkipLine();
+        const bool isWhole = stream.SkipLine() && !stream.HasLostBytes();
+        if (!isWhole)
+            NoteDamage();
         if (!takeEntry(keyText, std::move(value)))
             return false;
     }
 }
 
 template <typename Key, typename Value>
-bool GDictBufferReader<Key, Value>::ReadEnd(GBin2TextStream& stream) const
+bool GDictBufferReader<Key, Value>::ReadEnd(GBin2TextStream& stream)
 {
     GString token;
     const bool isEnd = stream.ReadString(token) && (IsEndMarker(token) || token.startsWith(QLatin1Char('#')));
-    if (isEnd)
-        stream.SkipLine();
-    return isEnd;
+    if (!isEnd)
+        return false;
+    mHasEndedDocument = token == PrefMarkers::cEndDocument;
+    const bool isWhole = stream.SkipLine() && (IsEndMarker(token) || mHasEndedDocument);
+    if (!isWhole)
+        NoteDamage();
+    return true;
+}
+
+template <typename Key, typename Value>
+void GDictBufferReader<Key, Value>::NoteDamage()
+{
+    if (mDamagePosition < 0)
+        mDamagePosition = mPosition;
 }
 
 template <typename Key, typename Value>

@@ -31,8 +31,13 @@ public:
     using Take = std::function<void(const QStringRef& key, GString&& value)>;
     bool ReadText(const GString& text, const Take& take);
 
-    // The byte of the source where what could not be read begins, after a Read that gave false.
-    int64_t GetStopPosition() const { return mStopPosition; }
+    // The byte of the source where the first damage begins that the last Read met; -1 when it met none. What
+    // is read over counts, too, since it would be lost in a copy: text behind a value, a wrong end marker,
+    // bytes that are no characters. After a Read that gave false there always is damage.
+    int64_t GetDamagePosition() const { return mDamagePosition; }
+
+    // Whether the last block that was read ended with the end marker of the whole document.
+    bool HasEndedDocument() const { return mHasEndedDocument; }
 
 protected:
     // Makes a key from the text that was read: for GBuffer, GBufferSupport::GetNameFromText.
@@ -42,12 +47,15 @@ protected:
     virtual bool IsEndMarker(const GString& token) const;
 
 private:
-    bool ReadEnd(GBin2TextStream& stream) const;
+    bool ReadEnd(GBin2TextStream& stream);
     bool ReadBegin(GBin2TextStream& stream);
+    void NoteDamage();
     template <typename TakeEntry>
     bool ReadEntries(GBin2TextStream& stream, TakeEntry takeEntry);
 
-    int64_t mStopPosition = 0;
+    int64_t mPosition = 0;  // where the marker or entry in hand begins
+    int64_t mDamagePosition = -1;
+    bool mHasEndedDocument = false;
 };
 
 extern template class GDictBufferReader<GBuffer, GString>;

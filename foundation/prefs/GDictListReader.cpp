@@ -9,15 +9,16 @@ bool GDictListReader<GroupKey, EntryKey, Value>::Read(GInputStream& source, cons
                                                       Groups& groups)
 {
     groups.Clear();
+    mDamagePosition = -1;
     GBufferedInputStream buffered(source);
     GBin2TextStream stream(buffered, encoding);
     stream.SkipWhitespace(true);
-    mStopPosition = stream.GetPosition();
+    const int64_t position = stream.GetPosition();
     GString token;
-    if (!stream.ReadString(token) || !IsBeginMarker(token))
-        return false;
-    mStopPosition = -1;
-    return ReadGroups(stream, groups);
+    const bool isDocument = stream.ReadString(token) && IsBeginMarker(token);
+    if (!isDocument)
+        NoteDamage(position);
+    return isDocument && ReadGroups(stream, groups);
 }
 
 template <typename GroupKey, typename EntryKey, typename Value>
@@ -25,19 +26,23 @@ bool GDictListReader<GroupKey, EntryKey, Value>::ReadGroups(GBin2TextStream& str
 {
     GDictBufferReader<EntryKey, Value> blockReader;
     GString name;
-    for (;;) {
+    for (bool hasEnded = false;; hasEnded = blockReader.HasEndedDocument()) {
         stream.SkipWhitespace(true);
         const int64_t position = stream.GetPosition();
         if (!stream.ReadQuotedString(name))
-            return ReadEnd(stream, position);
+            return ReadEnd(stream, position, hasEnded);
         const GroupKey group = ConvertKey(name);
-        if (!blockReader.Read(stream, groups.Insert(group, {}))) {
+        if (stream.HasLostBytes() || PrefKey::IsLossy(name, group))
+            NoteDamage(position);
+        const bool isRead = blockReader.Read(stream, groups.Insert(group, {}));
+        if (blockReader.GetDamagePosition() >= 0)
+            NoteDamage(blockReader.GetDamagePosition());
+        if (!isRead) {
             groups.Remove(group);
-            mStopPosition = blockReader.GetStopPosition();
             return true;
         }
         if (groups.IsCrowded()) {
-            mStopPosition = stream.GetPosition();
+            NoteDamage(stream.GetPosition());
             return true;
         }
     }
@@ -45,15 +50,28 @@ bool GDictListReader<GroupKey, EntryKey, Value>::ReadGroups(GBin2TextStream& str
 
 // Reads what stands where a group's name would: the end marker, or nothing.
 template <typename GroupKey, typename EntryKey, typename Value>
-bool GDictListReader<GroupKey, EntryKey, Value>::ReadEnd(GBin2TextStream& stream, int64_t position)
+bool GDictListReader<GroupKey, EntryKey, Value>::ReadEnd(GBin2TextStream& stream, int64_t position,
+                                                         bool hasEnded)
 {
     const bool hasUnclosedName = stream.GetPosition() != position;
     GString token;
     const bool hasToken = stream.ReadString(token);
-    const bool isEnd = !hasToken || IsEndMarker(token);
+    const bool isEnd = hasToken ? IsEndMarker(token) : hasEnded;
     if (hasUnclosedName || !isEnd)
-        mStopPosition = position;
-    return isEnd;
+        NoteDamage(position);
+    stream.SkipWhitespace(true);
+    const int64_t end = stream.GetPosition();
+    char byte = 0;
+    if (isEnd && stream.Read(&byte, 1) == 1)
+        NoteDamage(end);
+    return isEnd || !hasToken;
+}
+
+template <typename GroupKey, typename EntryKey, typename Value>
+void GDictListReader<GroupKey, EntryKey, Value>::NoteDamage(int64_t position)
+{
+    if (mDamagePosition < 0)
+        mDamagePosition = position;
 }
 
 template <typename GroupKey, typename EntryKey, typename Value>

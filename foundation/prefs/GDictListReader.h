@@ -21,12 +21,13 @@ public:
     // Reads the document in `encoding`, null to find it (see GBin2TextStream). A group that comes again
     // replaces the earlier one. False, with no group, when the source does not begin as a document; false
     // with the groups when something other than the end marker follows them. A damaged group and all that
-    // follows it are left out, which is true nevertheless; GetStopPosition tells.
+    // follows it are left out, which is true nevertheless; GetDamagePosition tells.
     bool Read(GInputStream& source, const GEncodingRef& encoding, Groups& groups);
 
-    // The byte of the source where the first thing begins that the last Read left out; -1 when it read the
-    // document to its end. A document that just lacks its end marker counts as read to its end.
-    int64_t GetStopPosition() const { return mStopPosition; }
+    // The byte of the source where the first damage begins that the last Read met: what it left out or read
+    // over, or the end of the data where the end marker is missing. -1 when there was none, so that the
+    // groups hold all that the source held.
+    int64_t GetDamagePosition() const { return mDamagePosition; }
 
 protected:
     virtual GroupKey ConvertKey(const GString& text) const;
@@ -35,9 +36,11 @@ protected:
 
 private:
     bool ReadGroups(GBin2TextStream& stream, Groups& groups);
-    bool ReadEnd(GBin2TextStream& stream, int64_t position);
+    bool ReadEnd(GBin2TextStream& stream, int64_t position, bool hasEnded);
 
-    int64_t mStopPosition = -1;
+    void NoteDamage(int64_t position);
+
+    int64_t mDamagePosition = -1;
 };
 
 extern template class GDictListReader<GBuffer, GBuffer, GString>;

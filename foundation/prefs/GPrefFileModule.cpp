@@ -3,10 +3,17 @@
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/core/GException.h"
 #include "foundation/core/GFileInputStream.h"
+#include "foundation/system/GDamagedCopies.h"
 #include "foundation/system/GDurableFile.h"
 #include "foundation/trace/GTrace.h"
 
-#include <QFileInfo>
+// Reads from the beginning again.
+static bool IsEmpty(GFileInputStream& file)
+{
+    char byte = 0;
+    file.Reset();
+    return file.Read(&byte, 1) == 0;
+}
 
 GPrefFileModule::GPrefFileModule(const GPathName& path, const GEncodingRef& encoding)
     : GPrefFileModule(path, encoding, Unread())
@@ -44,6 +51,7 @@ void GPrefFileModule::SaveAs(const GPathName& path)
 {
     mPath = path;
     mIsUnread = false;
+    mDamage.reset();
     SetDirty(true);
     WriteDict();
 }
@@ -52,11 +60,13 @@ void GPrefFileModule::ReadFile(const GEncodingRef& encoding)
 {
     ClearGroups();
     SetDirty(false);
-    mIsUnread = FileExists();
-    if (!mIsUnread)
-        return;
-    GFileInputStream file(mPath.GetNativePath());
-    ReadGroups(file, encoding, mPath.GetNativePath());
+    mDamage.reset();
+    mIsUnread = true;
+    if (const auto file = GFileInputStream::OpenIfThere(mPath.GetNativePath())) {
+        const int64_t damage = ReadGroups(*file, encoding, mPath.GetNativePath());
+        if (damage >= 0)
+            mDamage = PrefDamage{mPath, damage, IsEmpty(*file), GPathName()};
+    }
     mIsUnread = false;
 }
 
@@ -67,13 +77,26 @@ void GPrefFileModule::WriteFile()
                                QStringLiteral("The file \"%1\" could not be read and is not overwritten.")
                                    .arg(mPath.GetNativePath()));
     }
+    KeepDamaged();
     GDurableFile file(mPath);
     GetPrefsDataToStream(file, GetEncoding());
     file.Commit();
     NoteWritten();
 }
 
-bool GPrefFileModule::FileExists() const
+void GPrefFileModule::KeepDamaged()
 {
-    return QFileInfo::exists(mPath.GetNativePath());
+    if (!mDamage || !mDamage->kept.IsEmpty())
+        return;
+    mDamage->kept = GDamagedCopies::Keep(mPath);
+    if (!mDamage->kept.IsEmpty()) {
+        GTrace::Error(QStringLiteral("GPrefFileModule::WriteDict"),
+                      QStringLiteral("The damaged file \"%1\" is kept as \"%2\".")
+                          .arg(mPath.GetNativePath(), mDamage->kept.GetNativePath()));
+    }
+}
+
+bool GPrefFileModule::IsMissing() const
+{
+    return IsFileMissing(mPath.GetNativePath());
 }

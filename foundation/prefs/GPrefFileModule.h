@@ -3,14 +3,27 @@
 #include "foundation/core/GPathName.h"
 #include "foundation/prefs/GPrefModule.h"
 
+#include <cstdint>
 #include <functional>
+#include <optional>
+
+// The damage of a settings file that was read.
+struct PrefDamage
+{
+    GPathName file;
+    int64_t position;  // the byte of the file where it begins
+    bool isEmpty;      // the file holds no byte, and there is nothing to keep
+    GPathName kept;    // the copy of the damaged file, once a write has taken its place; empty before
+};
 
 // Settings in a file of their own, in the preference text format. The file is read when the module is made
 // and replaced whole and durably when it is flushed (see GDurableFile). A missing file is an empty one; it
 // comes with the first flush after a change. The file's folder has to be there by then.
 //
-// Of a file that is damaged what can be read is taken. One that is there but can't be read is not
-// overwritten: a flush raises until a Refresh has read it.
+// Of a file that is damaged what can be read is taken. Before the first write takes its place the damaged
+// file is kept beside it (see GDamagedCopies), and the log says so; a write that can't keep it raises.
+// A file that is there but can't be read is not overwritten: a flush raises until a Refresh has read it. Only
+// where the system says that there is no such file does it count as missing.
 class GPrefFileModule : public GPrefModule
 {
 public:
@@ -25,6 +38,9 @@ public:
     virtual void SaveAs(const GPathName& path);
 
     const GPathName& GetPathName() const { return mPath; }
+
+    // The damage that the last read of the file met; none when it was read whole.
+    const std::optional<PrefDamage>& GetDamage() const { return mDamage; }
 
 protected:
     // For a derived class that reads the file in its own way, with StartWith in its constructor.
@@ -43,9 +59,13 @@ protected:
     // Replaces the file; the module is not dirty then.
     void WriteFile();
 
-    bool FileExists() const;
+    // Whether the system says that there is no such file; false also where it could not look.
+    bool IsMissing() const;
 
 private:
+    void KeepDamaged();
+
     GPathName mPath;
+    std::optional<PrefDamage> mDamage;
     bool mIsUnread = false;  // the file is there, but the last attempt to read it failed
 };

@@ -175,16 +175,18 @@ void GPrefModule::GetPrefsDataToStream(GOutputStream& stream, const GEncodingRef
     GPrefWriter::WriteDocument(text, mGroups);
 }
 
-void GPrefModule::ReadGroups(GInputStream& stream, const GEncodingRef& encoding, const GString& name)
+int64_t GPrefModule::ReadGroups(GInputStream& stream, const GEncodingRef& encoding, const GString& name)
 {
     GDictListReader<GBuffer, GBuffer, GString> reader;
-    const bool isDocument = reader.Read(stream, encoding, mGroups);
+    reader.Read(stream, encoding, mGroups);
     NoteSharingMarks();
-    if (!isDocument || reader.GetStopPosition() >= 0) {
+    const int64_t damage = reader.GetDamagePosition();
+    if (damage >= 0) {
         GTrace::Error(QStringLiteral("GPrefModule::ReadDict"),
-                      QStringLiteral("\"%1\" is damaged; what follows byte %2 was left out.")
-                          .arg(name, QString::number(reader.GetStopPosition())));
+                      QStringLiteral("\"%1\" is damaged from byte %2 on; what can be read of it is used.")
+                          .arg(name, QString::number(damage)));
     }
+    return damage;
 }
 
 void GPrefModule::ClearGroups()

@@ -83,8 +83,9 @@ protected:
     explicit GPrefModule(const GEncodingRef& encoding);
 
     // Reads a document into the groups, in the encoding, null to find it. Of a damaged document what could be
-    // read is taken; `name` is for the line in the log that says so.
-    void ReadGroups(GInputStream& stream, const GEncodingRef& encoding, const GString& name);
+    // read is taken; `name` is for the line in the log that says so. Gives the byte of the stream where the
+    // damage begins, or -1.
+    int64_t ReadGroups(GInputStream& stream, const GEncodingRef& encoding, const GString& name);
 
     // Drops every group.
     void ClearGroups();

@@ -13,7 +13,7 @@ GPrefSharedFileModule::GPrefSharedFileModule(const GPathName& path, const GEncod
 
 void GPrefSharedFileModule::ReadDict()
 {
-    if (!FileExists()) {
+    if (IsMissing()) {
         ReadShared();
         return;
     }

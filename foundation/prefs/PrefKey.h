@@ -19,4 +19,15 @@ inline GString FromText<GString>(const GString& text)
 {
     return GString(text.constData(), text.size());  // a copy: the caller goes on using the text's memory
 }
+
+// Whether a key holds less than the text that it was made of: characters beyond the bytes that keys are of.
+inline bool IsLossy(const GString& text, const GBuffer& key)
+{
+    return key.contains('?') && key.count('?') != text.count(QLatin1Char('?'));
+}
+
+inline bool IsLossy(const GString&, const GString&)
+{
+    return false;
+}
 }  // namespace PrefKey

@@ -10,7 +10,8 @@
 
 static constexpr int cBufferSize = 64 * 1024;
 
-GDurableFile::GDurableFile(const GPathName& target) : mTarget(FollowLinks(target))
+GDurableFile::GDurableFile(const GPathName& target, Access access)
+    : mTarget(FollowLinks(target)), mAccess(access)
 {
     RemoveLeftovers();
     OpenTemporary();

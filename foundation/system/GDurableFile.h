@@ -14,9 +14,10 @@
 //
 // The new file has the rights of the old one, and on POSIX its owner as far as the system allows. Where the
 // target is a symbolic link, the file that it leads to is replaced and the link stays. The target's folder
-// must be there. Two writers of one target at once do each other no harm: one of the two files results.
-// A writer that is killed at the very moment of replacing can leave its temporary file, the target's name
-// with the process and ".new" added; the next writer of the target removes it.
+// must be there. A target that can't even be looked at is not replaced. Two writers of one target at once do
+// each other no harm: one of the two files results. A writer that is killed at the very moment of replacing
+// can leave its temporary file, the target's name with the process and ".new" added; the next writer of the
+// target removes it.
 //
 // On Windows whoever has the target open holds the replacement up; Commit tries again for about two seconds,
 // then it takes the system's other way, which bears with readers that share deletion but is no single step.
@@ -26,7 +27,14 @@ class GDurableFile : public GOutputStream
 public:
     // Starts to write. Raises a GCustomException with GErrorCode::cFile and the system's reason, as the other
     // operations do; after one has raised, the object is only good to be destroyed.
-    explicit GDurableFile(const GPathName& target);
+    //
+    // `access` is for a file that is not there yet: as for any new file of this user, or for its owner only.
+    enum class Access
+    {
+        cUsual,
+        cOwnerOnly
+    };
+    explicit GDurableFile(const GPathName& target, Access access = Access::cUsual);
 
     // Drops what was not committed.
     ~GDurableFile() override;
@@ -51,6 +59,7 @@ private:
     [[noreturn]] void RaiseWriteError() const;
 
     GPathName mTarget;
+    Access mAccess;
     GPathName mTemporary;  // empty while the temporary file has no name, and when there is none
     PFileHandle mHandle;
     GBuffer mBuffer;  // what has not been handed to the system yet

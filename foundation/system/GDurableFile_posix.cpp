@@ -88,6 +88,8 @@ void GDurableFile::OpenTemporary()
     const QByteArray target = GetSystemName(mTarget);
     struct stat old = {};
     const bool hasOld = stat(target.constData(), &old) == 0;
+    if (!hasOld && errno != ENOENT)
+        RaiseWriteError();
     if (hasOld && !S_ISREG(old.st_mode)) {
         errno = S_ISDIR(old.st_mode) ? EISDIR : EINVAL;
         RaiseWriteError();
@@ -96,8 +98,9 @@ void GDurableFile::OpenTemporary()
     if (hasOld && faccessat(AT_FDCWD, target.constData(), W_OK, AT_EACCESS) != 0)
         RaiseWriteError();
 
-    const mode_t mode =
-        hasOld ? S_IRUSR | S_IWUSR : S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
+    constexpr mode_t cForOwner = S_IRUSR | S_IWUSR;
+    constexpr mode_t cForAll = cForOwner | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
+    const mode_t mode = hasOld || mAccess == Access::cOwnerOnly ? cForOwner : cForAll;
     if (HasProcessFolder())
         mHandle = OpenNameless(GetFolder(mTarget), mode);
     if (!mHandle.IsOpen()) {

@@ -1,6 +1,7 @@
 #include "foundation/system/GDurableFile.h"
 
 #include "foundation/system/GSystemError.h"
+#include "foundation/system/POwnerSecurity.h"
 
 #include <windows.h>
 
@@ -93,13 +94,17 @@ void GDurableFile::OpenTemporary()
 {
     const DWORD attributes = GetFileAttributesW(GetText(mTarget).c_str());
     constexpr DWORD cUntouchable = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY;
+    if (attributes == INVALID_FILE_ATTRIBUTES && GetLastError() != ERROR_FILE_NOT_FOUND)
+        RaiseWriteError();
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & cUntouchable) != 0) {
         SetLastError(ERROR_ACCESS_DENIED);
         RaiseWriteError();
     }
     mTemporary = MakeTemporaryName();
+    POwnerSecurity security;
+    SECURITY_ATTRIBUTES* const forOwner = mAccess == Access::cOwnerOnly ? security.Get() : nullptr;
     const HANDLE file = CreateFileW(GetText(mTemporary).c_str(), GENERIC_WRITE | DELETE, FILE_SHARE_DELETE,
-                                    nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+                                    forOwner, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
         mTemporary = GPathName();
         RaiseWriteError();

@@ -65,12 +65,12 @@ TEST_F(PrefsCommandTest, PrintsWithBlocksUnfolded)
               "\"Path\":\"C:\\\\x\\r\\n\\t\",\"Text\":\"#BEGINDICTisnoblock\"}}");
 }
 
-TEST_F(PrefsCommandTest, SaysWhereReadingStopped)
+TEST_F(PrefsCommandTest, SaysWhereTheFileIsDamaged)
 {
     const QString document =
         "#BEGINPREFS\r\n\"A\" #BEGINDICT\r\n\"k\" \"v\"\r\n#ENDDICT\r\n\"B\" #BEGINDICT\r\n\"k\"\r\n"_q;
     Write(document, GEncoding::GetUTF8());
-    const std::string message = "hopboxctl: FILE: reading stopped at line 6 (byte 64)\n";
+    const std::string message = "hopboxctl: FILE: damaged at line 6 (byte 64)\n";
     EXPECT_EQ(Run({"FILE"}).output, "[A]\nk = v\n");
     EXPECT_EQ(Run({"FILE"}).status, 1);
     EXPECT_EQ(Run({"FILE"}).error, message);
@@ -82,7 +82,7 @@ TEST_F(PrefsCommandTest, SaysWhereReadingStopped)
         EXPECT_EQ(Run({"FILE"}).output, "[A]\nk = v\n") << "a damaged file stays as it is";
     }
     Write("nonsense"_q, GEncoding::GetUTF8());
-    EXPECT_EQ(Run({"FILE"}).error, "hopboxctl: FILE: reading stopped at line 1 (byte 0)\n");
+    EXPECT_EQ(Run({"FILE"}).error, "hopboxctl: FILE: damaged at line 1 (byte 0)\n");
     EXPECT_EQ(Run({"FILE.missing"}).status, 1);
 }
 

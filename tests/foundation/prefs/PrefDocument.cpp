@@ -28,7 +28,7 @@ ReadDocument ParseDocument(const GBuffer& bytes, const GEncodingRef& encoding)
     GPrefGroups groups;
     ReadDocument result;
     result.isRead = reader.Read(source, encoding, groups);
-    result.stopPosition = reader.GetStopPosition();
+    result.damagePosition = reader.GetDamagePosition();
     for (const auto& group : groups) {
         auto& entries = result.groups[group.key];
         for (const auto& entry : group.value)

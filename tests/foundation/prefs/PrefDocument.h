@@ -11,7 +11,7 @@ using SortedGroups = std::map<GBuffer, std::map<GBuffer, GString>>;
 struct ReadDocument
 {
     bool isRead;
-    int64_t stopPosition;
+    int64_t damagePosition;
     SortedGroups groups;
 };
 

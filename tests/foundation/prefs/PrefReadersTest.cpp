@@ -22,37 +22,42 @@ TEST(PrefReadersTest, DocumentsAreReadAsFarAsTheyMakeSense)
         const char* what;
         GBuffer document;
         bool isRead;
-        int stopPosition = -1;
+        int damagePosition = -1;
         SortedGroups groups = cOnlyA;
     } cases[] = {
         {"empty source", "", false, 0, none},
         {"other begin", " #BEGINDICT\n", false, 1, none},
         {"no groups", "#BEGINPREFS\r\n\r\n#ENDPREFS\r\n", true, -1, none},
         {"one group", begin + cGroupA + "#ENDPREFS\n", true},
-        {"all in one line but the ends", "#BEGINPREFS \"A\" #BEGINDICT \"k\"\"v\"\n#ENDDICT #ENDPREFS", true},
-        {"no end marker", begin + cGroupA, true},
+        {"all in one line but the ends", "#BEGINPREFS \"A\" #BEGINDICT \"k\"\"v\"\n#ENDDICT\n#ENDPREFS",
+         true},
+        {"the end hidden in a line", "#BEGINPREFS \"A\" #BEGINDICT \"k\"\"v\"\n#ENDDICT #ENDPREFS", true, 34},
+        {"no end marker", begin + cGroupA, true, 44},
+        {"something behind the end", begin + cGroupA + "#ENDPREFS\n\n x", true, 56},
         {"another end", begin + cGroupA + "#ENDPREFZ", false, 44},
         {"unclosed name", begin + cGroupA + " \"B", true, 45},
         {"#ENDPREFS for #ENDDICT", begin + "\"A\" #BEGINDICT \"k\" \"v\"\n#ENDPREFS\n", true},
-        {"any word with # for #ENDDICT", begin + "\"A\" #BEGINDICT \"k\" \"v\"\n#X y\n#ENDPREFS\n", true},
+        {"any word with # for #ENDDICT", begin + "\"A\" #BEGINDICT \"k\" \"v\"\n#X\n#ENDPREFS\n", true, 35},
         {"no block", begin + cGroupA + "\"B\" \"k\" \"v\"\n" + cGroupA, true, 48},
         {"key without value", begin + cGroupA + "\"B\" #BEGINDICT\n\"a\" \"1\"\n\"k\" v\n#ENDDICT\n", true,
          67},
         {"stray word", begin + cGroupA + "\"B\" #BEGINDICT\nx\n#ENDDICT\n" + cGroupA, true, 59},
         {"data ends in a block", begin + cGroupA + "\"B\" #BEGINDICT\n\"k\" \"v", true, 59},
-        {"text behind a value", begin + "\"A\"\n#BEGINDICT\n\"k\" \"v\" \"x\" y\n#ENDDICT z\n", true},
-        {"a key again", begin + "\"A\" #BEGINDICT\n\"k\" \"u\"\n\"k\" \"v\"\n#ENDDICT\n", true},
-        {"a group again", begin + "\"A\" #BEGINDICT\n\"j\" \"u\"\n#ENDDICT\n" + cGroupA, true},
+        {"text behind a value", begin + "\"A\"\n#BEGINDICT\n\"k\" \"v\" \"x\" y\n#ENDDICT\n#ENDPREFS", true,
+         27},
+        {"text behind a block", begin + "\"A\"\n#BEGINDICT\n\"k\" \"v\"\n#ENDDICT z\n#ENDPREFS", true, 35},
+        {"a key again", begin + "\"A\" #BEGINDICT\n\"k\" \"u\"\n\"k\" \"v\"\n#ENDDICT\n#ENDPREFS", true},
+        {"a group again", begin + "\"A\" #BEGINDICT\n\"j\" \"u\"\n#ENDDICT\n" + cGroupA + "#ENDPREFS", true},
         {"a damaged group again", begin + cGroupA + "\"A\" x", true, 48, none},
-        {"empty group", begin + "\"A\" #BEGINDICT\n\n#ENDDICT\n", true, -1, {{"A", {}}}},
+        {"empty group", begin + "\"A\" #BEGINDICT\n\n#ENDDICT\n#ENDPREFS", true, -1, {{"A", {}}}},
     };
     for (const auto& each : cases) {
         for (const GEncodingRef& encoding : {GEncoding::GetUTF8(), GEncoding::GetUTF16BigEndian()}) {
             const GBuffer bytes = encoding->Encode(QString::fromLatin1(each.document));
             const ReadDocument read = ParseDocument(bytes, encoding);
             EXPECT_TRUE(read.isRead == each.isRead && read.groups == each.groups) << each.what;
-            const int width = each.stopPosition < 0 ? 1 : encoding->GetCharWidth();
-            EXPECT_EQ(read.stopPosition, each.stopPosition * width) << each.what;
+            const int width = each.damagePosition < 0 ? 1 : encoding->GetCharWidth();
+            EXPECT_EQ(read.damagePosition, each.damagePosition * width) << each.what;
         }
     }
 }
@@ -95,7 +100,7 @@ TEST(PrefReadersTest, KeysThatMeetEndTheReading)
     const GBuffer document = begin + cGroupA + WriteDocument(groups, GEncoding::GetUTF8()).mid(begin.size());
     const ReadDocument read = ParseDocument(document, GEncoding::GetUTF8());
     EXPECT_EQ(read.groups, cOnlyA);
-    EXPECT_NEAR(read.stopPosition, document.size() / 2, document.size() / 6);
+    EXPECT_NEAR(read.damagePosition, document.size() / 2, document.size() / 6);
 }
 
 TEST(PrefReadersTest, WrittenBytesAreExact)
@@ -156,9 +161,9 @@ TEST(PrefReadersTest, TheShortWayThroughABlockReadsWhatTheLongOneReads)
     expectSame(block + QStringLiteral("more"));
     for (int position = 0; position <= block.size(); ++position) {
         expectSame(block.left(position));
-        for (const char change : {'"', '\\', '\r', '\n', ' ', '#', 'n'}) {
-            expectSame(GString(block).insert(position, QLatin1Char(change)));
-            expectSame(block.left(position) + QLatin1Char(change) + block.mid(position + 1));
+        for (const QChar change : QStringLiteral("\"\\\r\n #n\uFEFF")) {
+            expectSame(GString(block).insert(position, change));
+            expectSame(block.left(position) + change + block.mid(position + 1));
         }
     }
 }

@@ -66,6 +66,14 @@ const SortedGroups cDocument = {
     {"Second", {{"list", "#BEGINTABLE\r\n\"\u4E2D\"\r\n#ENDTABLE\r\n"_q}}},
     {"Third", {{"", QString()}, {"x", "\U0001D11E"_q}}},
 };
+
+size_t CountEntries(const SortedGroups& groups)
+{
+    size_t count = 0;
+    for (const auto& group : groups)
+        count += group.second.size();
+    return count;
+}
 }  // namespace
 
 TEST(PrefRoundTripTest, AnyDocumentComesBackInEveryEncoding)
@@ -79,7 +87,7 @@ TEST(PrefRoundTripTest, AnyDocumentComesBackInEveryEncoding)
             ASSERT_TRUE(bytes.startsWith(encoding->Encode(begin)));
             const bool isFound = encoding->GetCharWidth() == 2 && seed % 2 == 0;  // by its mark
             const ReadDocument read = ParseDocument(bytes, isFound ? nullptr : encoding);
-            ASSERT_TRUE(read.isRead && read.stopPosition == -1 && read.groups == AsInFile(written))
+            ASSERT_TRUE(read.isRead && read.damagePosition == -1 && read.groups == AsInFile(written))
                 << encoding->GetName().toStdString() << ", seed " << seed;
         }
     }
@@ -94,10 +102,17 @@ TEST(PrefRoundTripTest, EveryPrefixAndEveryChangedByteKeepTheGroupsBeforeTheDama
         for (const auto& group : whole)
             starts[bytes.indexOf(encoding->Encode("\""_q + QString::fromLatin1(group.first)))] = group.first;
         const auto expectGroupsBefore = [&](int position, const GBuffer& damaged) {
-            SortedGroups read = ParseDocument(damaged, encoding).groups;
+            const ReadDocument document = ParseDocument(damaged, encoding);
+            SortedGroups read = document.groups;
+            const bool isWhole = document.damagePosition < 0;
+            ASSERT_TRUE(!isWhole || CountEntries(read) == CountEntries(whole))
+                << "left out in silence at " << position;
             for (auto group = starts.begin(); std::next(group)->first <= position; ++group)
                 ASSERT_EQ(read[group->second], whole.at(group->second)) << "damage at " << position;
         };
+        const GBuffer end = encoding->Encode("\r\n"_q);
+        for (int length = 0; length < bytes.size() - end.size(); ++length)
+            ASSERT_GE(ParseDocument(bytes.left(length), encoding).damagePosition, 0) << "cut at " << length;
         const int markEnd = encoding->GetCharWidth() == 2 ? 2 : 0;
         for (int position = 0; position < bytes.size(); ++position) {
             expectGroupsBefore(position, bytes.left(position));

@@ -1,0 +1,79 @@
+#include "apps/hopboxctl/DamageNotice.h"
+
+#include "apps/hopboxctl/Command.h"
+#include "apps/hopboxctl/HopboxOutput.h"
+#include "apps/hopboxctl/PrefsFile.h"
+#include "foundation/prefs/GPrefFileModule.h"
+#include "foundation/system/GDamagedCopies.h"
+#include "hopbox/HopboxRegistry.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
+
+namespace
+{
+struct Notice
+{
+    QString file;
+    int64_t byte;
+    int line;
+    QString copy;  // where the damaged file is kept, or will be; empty where it holds nothing
+    bool isKept;
+};
+
+Notice Describe(const PrefDamage& damage)
+{
+    const bool isKept = !damage.kept.IsEmpty();
+    const QString file = damage.file.GetNativePath();
+    const QString damaged = isKept ? damage.kept.GetNativePath() : file;
+    if (damage.isEmpty)
+        return {file, damage.position, 1, QString(), false};
+    return {file, damage.position, PrefsFile::GetLine(damaged, damage.position),
+            GDamagedCopies::GetNewest(damage.file).GetNativePath(), isKept};
+}
+
+QString GetText(const Notice& notice)
+{
+    const QString text = QStringLiteral("\"%1\" is damaged at line %2 (byte %3); entries may be missing.")
+                             .arg(notice.file)
+                             .arg(notice.line)
+                             .arg(notice.byte);
+    if (notice.copy.isEmpty())
+        return text;
+    return text + QStringLiteral(" The damaged file %1 kept as \"%2\"%3.")
+                      .arg(notice.isKept ? QStringLiteral("is") : QStringLiteral("will be"), notice.copy,
+                           notice.isKept ? QString() : QStringLiteral(" before the first change"));
+}
+
+QJsonObject GetJson(const Notice& notice)
+{
+    return {{QStringLiteral("File"), notice.file},
+            {QStringLiteral("Line"), notice.line},
+            {QStringLiteral("Byte"), static_cast<qint64>(notice.byte)},
+            {QStringLiteral("Copy"), notice.copy},
+            {QStringLiteral("IsKept"), notice.isKept}};
+}
+}  // namespace
+
+int DamageNotice::Tell(const HopboxRegistry& registry)
+{
+    if (!registry.GetDamage())
+        return cExitDone;
+    PrintError(HopboxOutput::GetShown(GetText(Describe(*registry.GetDamage()))));
+    return cExitFailed;
+}
+
+void DamageNotice::AddTo(QJsonObject& answer, const HopboxRegistry& registry)
+{
+    if (registry.GetDamage())
+        answer.insert(QStringLiteral("Damaged"), GetJson(Describe(*registry.GetDamage())));
+}
+
+void DamageNotice::AddTo(QJsonArray& answer, const HopboxRegistry& registry)
+{
+    if (!registry.GetDamage())
+        return;
+    const Notice notice = Describe(*registry.GetDamage());
+    answer.append(QJsonObject{{QStringLiteral("Error"), GetText(notice)},
+                              {QStringLiteral("Damaged"), GetJson(notice)}});
+}

@@ -1,0 +1,96 @@
+#include "foundation/system/GDamagedCopies.h"
+
+#include "foundation/core/GFileInputStream.h"
+#include "foundation/system/GDurableFile.h"
+#include "foundation/system/GFileCalls.h"
+#include "foundation/system/GSystemError.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace
+{
+constexpr int cChunkSize = 64 * 1024;
+
+GPathName GetCopy(const GPathName& file, int age)
+{
+    const GString suffix = age == 0 ? GString() : QLatin1Char('.') + GString::number(age);
+    return GPathName(file.GetPortablePath() + QStringLiteral(".damaged") + suffix);
+}
+
+// Gives each chunk of the file to `take`, until it gives false.
+template <typename Take>
+void ReadChunks(GFileInputStream& file, Take take)
+{
+    std::vector<char> chunk(cChunkSize);
+    while (const int count = file.Read(chunk.data(), cChunkSize)) {
+        if (!take(chunk.data(), count))
+            return;
+    }
+}
+
+bool AreEqual(GFileInputStream& first, GFileInputStream& second)
+{
+    bool areEqual = true;
+    std::vector<char> other(cChunkSize);
+    ReadChunks(first, [&](const char* bytes, int count) {
+        areEqual =
+            second.Read(other.data(), count) == count && std::equal(bytes, bytes + count, other.data());
+        return areEqual;
+    });
+    return areEqual && second.Read(other.data(), 1) == 0;
+}
+
+bool IsEmpty(GFileInputStream& file)
+{
+    char byte = 0;
+    const bool isEmpty = file.Read(&byte, 1) == 0;
+    file.Reset();
+    return isEmpty;
+}
+
+// Whether the newest copy holds the same.
+bool IsKept(GFileInputStream& damaged, const GPathName& newest)
+{
+    const auto kept = GFileInputStream::OpenIfThere(newest.GetNativePath());
+    const bool isKept = kept != nullptr && AreEqual(damaged, *kept);
+    damaged.Reset();
+    return isKept;
+}
+
+// Makes room for a new copy: each of the others is one older.
+void Shift(const GPathName& file)
+{
+    for (int age = GDamagedCopies::cMostCopies - 1; age > 0; --age) {
+        const GPathName older = GetCopy(file, age);
+        if (GFileCalls::RenameFile(GetCopy(file, age - 1), older, true))
+            continue;
+        const boost::system::error_code reason = GetLastSystemError();
+        if (reason != boost::system::errc::no_such_file_or_directory)
+            RaiseFileError(QStringLiteral("The file \"%1\" can't be written"), older, reason);
+    }
+}
+}  // namespace
+
+GPathName GDamagedCopies::GetNewest(const GPathName& file)
+{
+    return GetCopy(file, 0);
+}
+
+GPathName GDamagedCopies::Keep(const GPathName& file)
+{
+    const auto damaged = GFileInputStream::OpenIfThere(file.GetNativePath());
+    if (damaged == nullptr || IsEmpty(*damaged))
+        return GPathName();
+    const GPathName newest = GetNewest(file);
+    if (IsKept(*damaged, newest))
+        return newest;
+    GDurableFile copy(newest, GDurableFile::Access::cOwnerOnly);
+    ReadChunks(*damaged, [&](const char* bytes, int count) {
+        copy.Write(bytes, count);
+        return true;
+    });
+    Shift(file);
+    copy.Commit();
+    return newest;
+}

@@ -1,0 +1,138 @@
+#include "CommandFixture.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <functional>
+
+namespace
+{
+QByteArray GetUTF16(const char* text)
+{
+    const QString units = QString::fromLatin1(text);
+    return QByteArray(reinterpret_cast<const char*>(units.utf16()), units.size() * 2);
+}
+
+QByteArray Replace(QByteArray bytes, const char* before, const char* after)
+{
+    const QByteArray wanted = GetUTF16(before);
+    return bytes.replace(bytes.indexOf(wanted), wanted.size(), GetUTF16(after));
+}
+
+// The sandbox has a registry with three Hopboxes.
+class RegistryDamage : public CommandTest
+{
+protected:
+    RegistryDamage()
+    {
+        WriteFile(GetPath("a.joboptions"), "<< /A 1 >> setdistillerparams");
+        for (const char* name : {"One", "Two", "Three"})
+            EXPECT_EQ(Create(name), 0);
+        mWhole = ReadFile(mFile);
+    }
+
+    int Create(const char* name)
+    {
+        return Run({"create"_q, QString::fromLatin1(name), "--job-options"_q, "a.joboptions"_q, "--json"_q});
+    }
+
+    bool Says(const char* what) const
+    {
+        return mError.contains(what) && mError.contains(QDir::toNativeSeparators(mFile).toUtf8());
+    }
+
+    const QString mFile =
+        GetPath("AppData/Morvane Prefs Folder/Printer Processor/MorvanePrinterProcessor.prefs");
+    const QString mCopy = mFile + ".damaged"_q;
+    QByteArray mWhole;
+};
+}  // namespace
+
+TEST_F(RegistryDamage, IsToldByWhoeverReadsAndKeptBeforeTheFirstChange)
+{
+    const struct
+    {
+        const char* what;
+        std::function<QByteArray(const QByteArray&)> damage;
+        bool isKept = true;
+    } cases[] = {
+        {"cut in half", [](const QByteArray& whole) { return whole.left(whole.size() / 2); }},
+        {"cut before the end", [](const QByteArray& whole) { return whole.left(whole.size() - 14); }},
+        {"an odd byte behind", [](const QByteArray& whole) { return whole + 'x'; }},
+        {"wrong first mark", [](const QByteArray& whole) { return Replace(whole, "#BEGINP", "#BEGIMP"); }},
+        {"wrong group", [](const QByteArray& whole) { return Replace(whole, "#BEGIND", "#BEGINE"); }},
+        {"a value that ends early", [](const QByteArray& whole) { return Replace(whole, "\\\"", "x\""); }},
+        {"wrong order of bytes",
+         [](const QByteArray& whole) { return QByteArray("\xFE\xFF") + whole.mid(2); }},
+        {"no mark of the encoding", [](const QByteArray& whole) { return whole.mid(2); }},
+        {"bytes of another encoding",
+         [](const QByteArray&) {
+             return QByteArray(
+                 "#BEGINPREFS\r\n\"G\"\r\n#BEGINDICT\r\n\"k\" \"\xE4\"\r\n#ENDDICT\r\n#ENDPREFS");
+         }},
+        {"nothing in it", [](const QByteArray&) { return QByteArray(); }, false},
+    };
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.what);
+        const QByteArray damaged = each.damage(mWhole);
+        WriteFile(mFile, damaged);
+        QFile::remove(mCopy);
+        for (const QStringList& reading : {"list"_list, "list|--json"_list, "origins"_list}) {
+            EXPECT_EQ(Run(reading), 1);
+            EXPECT_TRUE(Says(" is damaged at line ")) << mError.toStdString();
+            EXPECT_EQ(mError.contains("will be kept as"), each.isKept);
+            if (reading.size() == 2) {
+                const QJsonValue last = QJsonDocument::fromJson(mOutput).array().last();
+                EXPECT_EQ(last["Damaged"_q]["File"_q].toString(), QDir::toNativeSeparators(mFile));
+            }
+        }
+        EXPECT_EQ(ReadFile(mFile), damaged);
+
+        EXPECT_EQ(Create("New"), 0);
+        EXPECT_EQ(Says(" kept as "), each.isKept) << mError.toStdString();
+        const QJsonObject notice = QJsonDocument::fromJson(mOutput).object().value("Damaged"_q).toObject();
+        EXPECT_EQ(notice.value("IsKept"_q).toBool(), each.isKept);
+        EXPECT_EQ(ReadFile(mCopy), each.isKept ? damaged : QByteArray("none"));
+        EXPECT_TRUE(!each.isKept || QFile::permissions(mCopy) == QFile::permissions(mFile + "lock"_q))
+            << "for its owner only";
+        EXPECT_EQ(Run({"list"_q}), 0) << "It is whole again.";
+        EXPECT_TRUE(mError.isEmpty() && mOutput.contains("New"));
+        ASSERT_EQ(Run({"remove"_q, "New"_q}), 0);
+    }
+}
+
+TEST_F(RegistryDamage, IsToldByTheCommandsAboutOneHopbox)
+{
+    WriteFile(mFile, mWhole.left(mWhole.size() - 14));
+    for (const char* command : {"show", "check"}) {
+        EXPECT_EQ(Run({QString::fromLatin1(command), "Two"_q, "--json"_q}), 1);
+        EXPECT_TRUE(Says("will be kept as") && mOutput.contains("\"Damaged\":{")) << mOutput.toStdString();
+    }
+    Run({"submit"_q, "Two"_q, "a.joboptions"_q});
+    EXPECT_TRUE(Says("will be kept as"));
+    EXPECT_EQ(Run({"set"_q, "Two"_q, "IsActive=false"_q}), 0);
+    EXPECT_TRUE(Says("is kept as"));
+    WriteFile(mFile, mWhole.left(mWhole.size() - 14));
+    EXPECT_EQ(Run({"remove"_q, "Two"_q}), 0);
+    EXPECT_TRUE(Says("is kept as"));
+}
+
+TEST_F(RegistryDamage, KeepsTheNewestThreeAndChangesNothingThatItCannotKeep)
+{
+    for (const char* mark : {"1", "2", "3", "4", "4"}) {
+        WriteFile(mFile, mWhole + mark);
+        EXPECT_EQ(Run({"set"_q, "One"_q, "IsActive=false"_q}), 0);
+    }
+    EXPECT_EQ(ReadFile(mCopy), mWhole + "4") << "The same is not kept twice.";
+    EXPECT_EQ(ReadFile(mCopy + ".1"_q), mWhole + "3");
+    EXPECT_EQ(ReadFile(mCopy + ".2"_q), mWhole + "2");
+    const QString folder = QFileInfo(mFile).path();
+    EXPECT_EQ(QDir(folder).entryList({"*.damaged*"_q, "*.new"_q}).size(), 3);
+
+    QFile::remove(mCopy);
+    QDir().mkpath(mCopy + "/x"_q);
+    WriteFile(mFile, mWhole + "5");
+    EXPECT_EQ(Run({"set"_q, "One"_q, "IsActive=true"_q}), 1);
+    EXPECT_EQ(ReadFile(mFile), mWhole + "5");
+}
