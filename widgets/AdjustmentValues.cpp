@@ -33,6 +33,15 @@ void Set(Values& values, const char* key, const GString& value)
     values.Insert(GBuffer(key), value);
 }
 
+template <typename Value, typename ToText>
+void SetOrRemove(Values& values, const char* key, const std::optional<Value>& value, ToText toText)
+{
+    if (value)
+        Set(values, key, toText(*value));
+    else
+        values.Remove(GBuffer(key));
+}
+
 bool IsOn(const Values& values, const char* key)
 {
     const GString* value = Find(values, key);
@@ -50,12 +59,6 @@ std::optional<double> GetLength(const Values& values, const char* key, double le
     const GString* value = Find(values, key);
     const double points = value != nullptr ? GStringSupport::ToReal(*value, -1) : -1;
     return std::isfinite(points) && points >= least ? std::make_optional(points) : std::nullopt;
-}
-
-// Fields hold lengths to a millionth of a point: what differs by less was not changed.
-bool IsSameLength(const std::optional<double>& stored, double points)
-{
-    return stored && std::abs(*stored - points) < 1e-6;
 }
 }  // namespace
 
@@ -108,39 +111,43 @@ void AdjustmentValues::SetMarks(Values& values, const std::array<std::optional<b
 {
     bool isChanged = false;
     for (int mark = 0; mark < cMarkCount; ++mark)
-        isChanged = isChanged || (marks.at(mark) && marks.at(mark) != GetMark(values, mark));
+        isChanged = isChanged || marks.at(mark) != GetMark(values, mark);
     if (!isChanged)
         return;
     for (int mark = 0; mark < cMarkCount; ++mark)
-        if (marks.at(mark))
-            Set(values, cMarkKeys.at(mark), GStringSupport::FromBool(*marks.at(mark)));
-    const bool areAllOn = std::all_of(marks.begin(), marks.end(), [](auto isOn) { return isOn == true; });
-    if (Find(values, "PrinterMarks") != nullptr)
+        SetOrRemove(values, cMarkKeys.at(mark), marks.at(mark), GStringSupport::FromBool);
+    const bool areAllOn = std::all_of(marks.begin(), marks.end(), [](auto mark) { return mark == true; });
+    const bool areKnown = std::all_of(marks.begin(), marks.end(), [](auto mark) { return mark.has_value(); });
+    if (!areKnown)
+        values.Remove("PrinterMarks");  // it would stand for the mark that has no value
+    else if (Find(values, "PrinterMarks") != nullptr)
         Set(values, "PrinterMarks", GStringSupport::FromBool(areAllOn));
 }
 
-void AdjustmentValues::SetMarkWeight(Values& values, int weight)
+void AdjustmentValues::SetMarkWeight(Values& values, std::optional<int> weight)
 {
     if (GetMarkWeight(values) != weight)
-        Set(values, "MarkWeight", GStringSupport::FromInt32(weight));
+        SetOrRemove(values, "MarkWeight", weight, GStringSupport::FromInt32);
 }
 
-void AdjustmentValues::SetMarkOffset(Values& values, double points)
+void AdjustmentValues::SetMarkOffset(Values& values, std::optional<double> points)
 {
-    if (!IsSameLength(GetMarkOffset(values), points))
-        Set(values, "MarkOffset", GStringSupport::FromReal(points));
+    if (GetMarkOffset(values) != points)
+        SetOrRemove(values, "MarkOffset", points, GStringSupport::FromReal);
 }
 
 void AdjustmentValues::SetDocumentBleed(Values& values, std::optional<bool> isUsed)
 {
-    if (isUsed && isUsed != UsesDocumentBleed(values))
-        Set(values, "BleedChoice", GStringSupport::FromInt32(*isUsed ? cDocumentBleed : cOwnBleed));
+    if (isUsed != UsesDocumentBleed(values))
+        SetOrRemove(values, "BleedChoice", isUsed, [](bool isDocuments) {
+            return GStringSupport::FromInt32(isDocuments ? cDocumentBleed : cOwnBleed);
+        });
 }
 
-void AdjustmentValues::SetBleed(Values& values, int bleed, double points)
+void AdjustmentValues::SetBleed(Values& values, int bleed, std::optional<double> points)
 {
-    if (!IsSameLength(GetBleed(values, bleed), points))
-        Set(values, cBleedKeys.at(bleed), GStringSupport::FromReal(points));
+    if (GetBleed(values, bleed) != points)
+        SetOrRemove(values, cBleedKeys.at(bleed), points, GStringSupport::FromReal);
 }
 
 void AdjustmentValues::SetSlugIncluded(Values& values, bool isIncluded)

@@ -43,13 +43,13 @@ std::optional<bool> UsesDocumentBleed(const Values& values);
 bool IsSlugIncluded(const Values& values);
 bool AreSpreadsPrinted(const Values& values);
 
-// Each sets what is different from what the values say, and nothing for an empty state. Where one mark is
-// different, all of them are written, so that "PrinterMarks" can go along.
+// Each sets what is different from what the values say; an empty one removes what the values say. Where one
+// mark is different, all of them are written, so that "PrinterMarks" can go along.
 void SetMarks(Values& values, const std::array<std::optional<bool>, cMarkCount>& marks);
-void SetMarkWeight(Values& values, int weight);
-void SetMarkOffset(Values& values, double points);
+void SetMarkWeight(Values& values, std::optional<int> weight);
+void SetMarkOffset(Values& values, std::optional<double> points);
 void SetDocumentBleed(Values& values, std::optional<bool> isUsed);
-void SetBleed(Values& values, int bleed, double points);
+void SetBleed(Values& values, int bleed, std::optional<double> points);
 void SetSlugIncluded(Values& values, bool isIncluded);
 void SetSpreadsPrinted(Values& values, bool arePrinted);
 }  // namespace AdjustmentValues

@@ -61,20 +61,6 @@ std::optional<bool> ReadState(const QCheckBox& box)
     const Qt::CheckState state = box.checkState();
     return state == Qt::PartiallyChecked ? std::nullopt : std::make_optional(state == Qt::Checked);
 }
-
-void ShowLength(GQUIUnitSpinBox& field, const std::optional<double>& points)
-{
-    if (points && field.IsInRange(*points))
-        field.SetPoints(*points);
-    else
-        field.SetBlank();
-}
-
-// The length in the field; empty when it is blank.
-std::optional<double> ReadLength(const GQUIUnitSpinBox& field)
-{
-    return field.IsBlank() ? std::nullopt : std::make_optional(field.GetPoints());
-}
 }  // namespace
 
 GCUSPDFSettingsAdjWdt::GCUSPDFSettingsAdjWdt(QWidget* parent) : QWidget(parent)
@@ -125,6 +111,7 @@ void GCUSPDFSettingsAdjWdt::AddMarkLines(QGridLayout& grid)
     auto* offsetLabel = new QLabel(tr("Offse&t:"));
     mOffset = new GQUIUnitSpinBox;
     mOffset->SetRangePoints(cLeastOffset, cMostOffset);
+    mOffset->setAccessibleName(tr("Offset"));
     offsetLabel->setBuddy(mOffset);
     grid.addWidget(offsetLabel, cOffsetRow, cMarkLabel);
     grid.addWidget(mOffset, cOffsetRow, cMarkField);
@@ -179,8 +166,16 @@ void GCUSPDFSettingsAdjWdt::ConnectSignals()
         connect(mark, &QCheckBox::stateChanged, this, &GCUSPDFSettingsAdjWdt::ShowAllMarks);
     connect(mDocumentBleed, &QCheckBox::stateChanged, this, &GCUSPDFSettingsAdjWdt::ShowBleedChoice);
     connect(mChain, &GQUIChainButton::clicked, this, &GCUSPDFSettingsAdjWdt::OnChainClicked);
+    connect(mDocumentBleed, &QCheckBox::stateChanged, this, &GCUSPDFSettingsAdjWdt::Changed);
     for (GQUIUnitSpinBox* field : mBleeds)
-        connect(field, &GQUIUnitSpinBox::PointsChanged, this, &GCUSPDFSettingsAdjWdt::OnBleedChanged);
+        connect(field, &GQUIUnitSpinBox::Changed, this, [this, field] { OnBleedChanged(*field); });
+    for (GQUIUnitSpinBox* field : GetLengths()) {
+        connect(field, &GQUIUnitSpinBox::Changed, this, &GCUSPDFSettingsAdjWdt::Changed);
+        connect(field, &GQUIUnitSpinBox::Corrected, this, [this, field] {
+            emit Corrected(tr("%1: the nearest length that is possible was set, %2.")
+                               .arg(field->accessibleName(), field->text()));
+        });
+    }
 }
 
 void GCUSPDFSettingsAdjWdt::Load(const Values& values)
@@ -190,41 +185,46 @@ void GCUSPDFSettingsAdjWdt::Load(const Values& values)
         ShowState(*mMarks.at(mark), AdjustmentValues::GetMark(values, mark), unknown);
     ShowAllMarks();
     mWeight->setCurrentIndex(AdjustmentValues::GetMarkWeight(values).value_or(-1));
-    ShowLength(*mOffset, AdjustmentValues::GetMarkOffset(values));
+    mOffset->SetPoints(AdjustmentValues::GetMarkOffset(values));
 
     for (int bleed = 0; bleed < cBleedCount; ++bleed) {
         const QSignalBlocker blocker(mBleeds.at(bleed));
-        ShowLength(*mBleeds.at(bleed), AdjustmentValues::GetBleed(values, bleed));
+        mBleeds.at(bleed)->SetPoints(AdjustmentValues::GetBleed(values, bleed));
     }
     mChain->setChecked(std::all_of(mBleeds.begin(), mBleeds.end(), [this](const GQUIUnitSpinBox* field) {
-        return field->value() == mBleeds.front()->value();
+        return field->GetPoints() == mBleeds.front()->GetPoints();
     }));
     ShowState(*mDocumentBleed, AdjustmentValues::UsesDocumentBleed(values), unknown);
     ShowBleedChoice();
     mSlug->setChecked(AdjustmentValues::IsSlugIncluded(values));
     mSpreads->setChecked(AdjustmentValues::AreSpreadsPrinted(values));
+    emit Changed();
 }
 
 void GCUSPDFSettingsAdjWdt::Store(Values& values) const
 {
-    // What is being typed counts too, in all of the fields that are linked.
-    for (GQUIUnitSpinBox* field : {mOffset, mBleeds[0], mBleeds[1], mBleeds[2], mBleeds[3]})
-        field->interpretText();
     std::array<std::optional<bool>, cMarkCount> marks;
     std::transform(mMarks.begin(), mMarks.end(), marks.begin(),
                    [](const QCheckBox* mark) { return ReadState(*mark); });
     AdjustmentValues::SetMarks(values, marks);
-    if (mWeight->currentIndex() >= 0)
-        AdjustmentValues::SetMarkWeight(values, mWeight->currentIndex());
-    if (const std::optional<double> points = ReadLength(*mOffset))
-        AdjustmentValues::SetMarkOffset(values, *points);
+    const int weight = mWeight->currentIndex();
+    AdjustmentValues::SetMarkWeight(values, weight < 0 ? std::nullopt : std::make_optional(weight));
+    AdjustmentValues::SetMarkOffset(values, mOffset->GetPoints());
 
     for (int bleed = 0; bleed < cBleedCount; ++bleed)
-        if (const std::optional<double> points = ReadLength(*mBleeds.at(bleed)))
-            AdjustmentValues::SetBleed(values, bleed, *points);
+        AdjustmentValues::SetBleed(values, bleed, mBleeds.at(bleed)->GetPoints());
     AdjustmentValues::SetDocumentBleed(values, ReadState(*mDocumentBleed));
     AdjustmentValues::SetSlugIncluded(values, mSlug->isChecked());
     AdjustmentValues::SetSpreadsPrinted(values, mSpreads->isChecked());
+}
+
+QString GCUSPDFSettingsAdjWdt::GetComplaint() const
+{
+    for (const GQUIUnitSpinBox* field : GetLengths())
+        if (field->isEnabled() && !field->IsAcceptable())
+            return tr("%1 takes a length, %2, or nothing.")
+                .arg(field->accessibleName(), field->GetRangeText());
+    return {};
 }
 
 void GCUSPDFSettingsAdjWdt::SetShown(Control control, bool isShown)
@@ -245,6 +245,11 @@ void GCUSPDFSettingsAdjWdt::SetShown(Control control, bool isShown)
             mSpreads->setVisible(isShown);
             break;
     }
+}
+
+std::array<GQUIUnitSpinBox*, 5> GCUSPDFSettingsAdjWdt::GetLengths() const
+{
+    return {mOffset, mBleeds[0], mBleeds[1], mBleeds[2], mBleeds[3]};
 }
 
 void GCUSPDFSettingsAdjWdt::OnAllMarksClicked()
@@ -272,20 +277,20 @@ void GCUSPDFSettingsAdjWdt::OnChainClicked()
     if (!mChain->isChecked())
         return;
     for (const GQUIUnitSpinBox* field : mBleeds)
-        if (!field->IsBlank()) {
-            OnBleedChanged(field->GetPoints());
-            return;
-        }
+        if (field->GetPoints())
+            return OnBleedChanged(*field);
 }
 
-void GCUSPDFSettingsAdjWdt::OnBleedChanged(double points)
+void GCUSPDFSettingsAdjWdt::OnBleedChanged(const GQUIUnitSpinBox& changed)
 {
-    mDocumentBleed->setChecked(false);  // the own lengths count no other way
+    if (changed.GetPoints())
+        mDocumentBleed->setChecked(false);  // the own lengths count no other way
     if (!mChain->isChecked())
         return;
     for (GQUIUnitSpinBox* field : mBleeds) {
         const QSignalBlocker blocker(field);
-        field->SetPoints(points);
+        if (field != &changed)
+            field->SetPoints(changed.GetPoints());
     }
 }
 

@@ -14,8 +14,7 @@ class QLabel;
 // The panel on which the user adjusts a PDF setting: printer's marks on the left, bleed on the right.
 //
 // A value that leaves what the job options say (AdjustmentValues) is shown as a check box that is partially
-// checked, or a blank field. A length beyond what a field takes (72 points of offset, 432 of bleed) is blank
-// too.
+// checked, or a blank field.
 class GCUSPDFSettingsAdjWdt : public QWidget
 {
     Q_OBJECT
@@ -36,11 +35,22 @@ public:
 
     void Load(const Values& values);
 
-    // Sets what the panel shows different from what the values say; no other key is set, and none removed. So
-    // a value that the panel can't show, or doesn't, stays as it is until the user gives another.
+    // Sets what the panel shows different from what the values say, and removes what the user has brought
+    // back to what the job options say; no other key is touched. So a value that says nothing, or that the
+    // panel doesn't show, stays as it is. Without a complaint, all that counts is shown.
     void Store(Values& values) const;
 
+    // Which field has a text that is no length for it, and what it takes; empty when there is none. A field
+    // that is not open to the user doesn't count.
+    QString GetComplaint() const;
+
     void SetShown(Control control, bool isShown);
+
+signals:
+    // The complaint may be another one now.
+    void Changed();
+    // A length beyond a field's range was replaced; the note says which and by what.
+    void Corrected(const QString& note);
 
 private:
     using Marks = std::array<QCheckBox*, AdjustmentValues::cMarkCount>;
@@ -52,10 +62,11 @@ private:
     void AddBleedFields(QGridLayout& grid);
     void AlignRows(QGridLayout& grid);
     void ConnectSignals();
+    std::array<GQUIUnitSpinBox*, 5> GetLengths() const;
 
     void OnAllMarksClicked();
     void OnChainClicked();
-    void OnBleedChanged(double points);
+    void OnBleedChanged(const GQUIUnitSpinBox& changed);
     void ShowAllMarks();
     void ShowBleedChoice();
 

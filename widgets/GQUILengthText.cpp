@@ -5,6 +5,7 @@
 #include <QLocale>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <cmath>
 
 namespace
@@ -54,13 +55,11 @@ QString FormatPicas(double points, QChar decimalSign)
 }
 }  // namespace
 
-GQUILengthText::Form GQUILengthText::GetForm(const QString& text)
+bool GQUILengthText::HasOnlyItsCharacters(const QString& text)
 {
-    if (ToPoints(text, GUnitSupport::cPoints))
-        return Form::cLength;
-    const QRegularExpressionMatch match =
-        GetPattern().match(text, 0, QRegularExpression::PartialPreferCompleteMatch);
-    return match.hasMatch() || match.hasPartialMatch() ? Form::cPartial : Form::cOther;
+    static const QString characters = QStringLiteral(" 0123456789.,+-\"ptincmPTINCM");
+    return std::all_of(text.begin(), text.end(),
+                       [](QChar character) { return characters.contains(character); });
 }
 
 std::optional<double> GQUILengthText::ToPoints(const QString& text, int32_t unitCode)

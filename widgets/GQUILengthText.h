@@ -9,13 +9,8 @@
 // The decimal sign is a point or a comma, and letters may be of either case. Units are codes of GUnitSupport.
 namespace GQUILengthText
 {
-enum class Form
-{
-    cLength,   // a length as it stands
-    cPartial,  // what is typed on the way to one
-    cOther
-};
-Form GetForm(const QString& text);
+// Whether a text holds nothing but what lengths are made of, in whatever order.
+bool HasOnlyItsCharacters(const QString& text);
 
 // In points; a bare number is of the unit given. Empty when the text is no length.
 std::optional<double> ToPoints(const QString& text, int32_t unitCode);

@@ -3,17 +3,17 @@
 #include "foundation/core/GUnitSupport.h"
 #include "widgets/GQUILengthText.h"
 
+#include <QFocusEvent>
 #include <QFontMetrics>
+#include <QKeyEvent>
 #include <QLineEdit>
+#include <QTimer>
 #include <QToolTip>
 
 #include <cmath>
 
 namespace
 {
-// The value of a blank box. The base's minimum while the box is blank, so that no text gives it.
-constexpr double cBlank = -1;
-
 // One step of the arrows, in the unit.
 double GetStep(int32_t unitCode)
 {
@@ -30,117 +30,143 @@ double GetStep(int32_t unitCode)
 }
 }  // namespace
 
-GQUIUnitSpinBox::GQUIUnitSpinBox(QWidget* parent) : QDoubleSpinBox(parent)
+GQUIUnitSpinBox::GQUIUnitSpinBox(QWidget* parent) : QAbstractSpinBox(parent)
 {
-    setDecimals(6);
-    setKeyboardTracking(false);
-    SetRangePoints(0, 1440);
-    connect(this, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this, [this] {
-        if (!IsBlank())
-            emit PointsChanged(GetPoints());
-    });
-    connect(lineEdit(), &QLineEdit::textEdited, this, &GQUIUnitSpinBox::OnTextEdited);
+    connect(lineEdit(), &QLineEdit::textChanged, this, &GQUIUnitSpinBox::OnTextChanged);
+    DescribeRange();
 }
 
-double GQUIUnitSpinBox::GetPoints() const
+void GQUIUnitSpinBox::SetPoints(std::optional<double> points)
 {
-    return IsBlank() ? 0 : value();
-}
-
-void GQUIUnitSpinBox::SetPoints(double points)
-{
-    setValue(GetNearest(points));
-    setMinimum(mMinimum);
+    mPoints = points;
+    ShowPoints();
 }
 
 void GQUIUnitSpinBox::SetRangePoints(double min, double max)
 {
     mMinimum = min;
-    setRange(IsBlank() ? cBlank : min, max);
+    mMaximum = max;
     DescribeRange();
 }
 
-bool GQUIUnitSpinBox::IsInRange(double points) const
+QString GQUIUnitSpinBox::GetRangeText() const
 {
-    return points >= mMinimum && points <= maximum();
-}
-
-bool GQUIUnitSpinBox::IsBlank() const
-{
-    return value() == cBlank;
-}
-
-void GQUIUnitSpinBox::SetBlank()
-{
-    setMinimum(cBlank);
-    setValue(cBlank);
+    return tr("%1 to %2").arg(GetText(mMinimum), GetText(mMaximum));
 }
 
 QSize GQUIUnitSpinBox::sizeHint() const
 {
-    // The base measures the limits, which are round numbers.
-    const int decimals = fontMetrics().boundingRect(QStringLiteral("0000")).width();
-    return QDoubleSpinBox::sizeHint() + QSize(decimals, 0);
+    const int text = fontMetrics().horizontalAdvance(GetText(mMaximum) + QStringLiteral(".0000"));
+    return QAbstractSpinBox::sizeHint() + QSize(text, 0);
 }
 
-QString GQUIUnitSpinBox::textFromValue(double value) const
-{
-    return value == cBlank ? QString() : GetText(value);
-}
-
-double GQUIUnitSpinBox::valueFromText(const QString& text) const
-{
-    if (text == GetText(value()))
-        return value();  // the text is rounded, the length is not
-    return GQUILengthText::ToPoints(text, GUnitSupport::GetDefaultUnitCode()).value_or(value());
-}
-
+// Whatever lengths are made of may be typed in any order, so that no way to a length is barred.
 QValidator::State GQUIUnitSpinBox::validate(QString& text, int&) const
 {
-    switch (GQUILengthText::GetForm(text)) {
-        case GQUILengthText::Form::cLength:
-            return IsShownInRange(valueFromText(text)) ? QValidator::Acceptable : QValidator::Intermediate;
-        case GQUILengthText::Form::cPartial:
-            return text.isEmpty() && IsBlank() ? QValidator::Acceptable : QValidator::Intermediate;
-        default:
-            return QValidator::Invalid;
-    }
-}
-
-void GQUIUnitSpinBox::fixup(QString& text) const
-{
-    if (GQUILengthText::GetForm(text) == GQUILengthText::Form::cLength)
-        text = GetText(GetNearest(valueFromText(text)));
+    return GQUILengthText::HasOnlyItsCharacters(text) ? QValidator::Acceptable : QValidator::Invalid;
 }
 
 void GQUIUnitSpinBox::stepBy(int steps)
 {
     const int32_t unit = GUnitSupport::GetDefaultUnitCode();
     const double step = GetStep(unit);
-    const double position = GUnitSupport::FromPoints(IsBlank() ? mMinimum : value(), unit) / step;
+    const double position = GUnitSupport::FromPoints(mPoints.value_or(mMinimum), unit) / step;
     // On to the next whole step: 3.2 goes up to 4 and down to 3.
     constexpr double cSlack = 1e-4;
     const double next = steps > 0 ? std::floor(position + cSlack) : std::ceil(position - cSlack);
-    SetPoints(GUnitSupport::ToPoints((next + steps) * step, unit));
+    SetPoints(GetNearest(GUnitSupport::ToPoints((next + steps) * step, unit)));
     selectAll();
 }
 
-void GQUIUnitSpinBox::OnTextEdited(const QString& text)
+QAbstractSpinBox::StepEnabled GQUIUnitSpinBox::stepEnabled() const
 {
-    const bool isBeyond = GQUILengthText::GetForm(text) == GQUILengthText::Form::cLength &&
-                          !IsShownInRange(valueFromText(text));
-    QToolTip::showText(mapToGlobal(rect().bottomLeft()), isBeyond ? toolTip() : QString(), this);
+    return StepUpEnabled | StepDownEnabled;
+}
+
+void GQUIUnitSpinBox::keyPressEvent(QKeyEvent* event)
+{
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isEnter && !TakeText())
+        selectAll();
+    else
+        QAbstractSpinBox::keyPressEvent(event);
+}
+
+void GQUIUnitSpinBox::focusOutEvent(QFocusEvent* event)
+{
+    QAbstractSpinBox::focusOutEvent(event);
+    // The user comes back from a menu or another window.
+    const bool isLeft = event->reason() != Qt::PopupFocusReason &&
+                        (event->reason() != Qt::ActiveWindowFocusReason || isActiveWindow());
+    if (isLeft)
+        TakeText();
+}
+
+// A wheel turned to scroll what is around the field changes nothing.
+void GQUIUnitSpinBox::wheelEvent(QWheelEvent* event)
+{
+    if (hasFocus())
+        QAbstractSpinBox::wheelEvent(event);
+    else
+        event->ignore();
+}
+
+void GQUIUnitSpinBox::OnTextChanged(const QString& text)
+{
+    mIsAcceptable = true;
+    if (text.trimmed().isEmpty()) {
+        mPoints.reset();
+    } else if (!mPoints || text != GetText(*mPoints)) {  // the text is rounded, the length is not
+        const auto points = GQUILengthText::ToPoints(text, GUnitSupport::GetDefaultUnitCode());
+        mIsAcceptable = points && IsShownInRange(*points);
+        if (mIsAcceptable)
+            mPoints = GetNearest(*points);
+    }
+    if (const std::pair state(mPoints, mIsAcceptable); state != mTold) {
+        mTold = state;
+        emit Changed();
+    }
+}
+
+void GQUIUnitSpinBox::ShowPoints()
+{
+    lineEdit()->setText(mPoints ? GetText(*mPoints) : QString());
+    OnTextChanged(lineEdit()->text());  // the same text may stand for another length now
+}
+
+// False when the text was no acceptable one; a length beyond the range is so no longer.
+bool GQUIUnitSpinBox::TakeText()
+{
+    if (mIsAcceptable) {
+        ShowPoints();
+        return true;
+    }
+    const auto points = GQUILengthText::ToPoints(lineEdit()->text(), GUnitSupport::GetDefaultUnitCode());
+    if (points) {
+        SetPoints(GetNearest(*points));
+        emit Corrected();
+    }
+    // What takes the focus now would close the tip.
+    QTimer::singleShot(0, this, &GQUIUnitSpinBox::ShowRange);
+    return false;
+}
+
+void GQUIUnitSpinBox::ShowRange()
+{
+    if (isVisible())
+        QToolTip::showText(mapToGlobal(rect().bottomLeft()), toolTip(), this);
 }
 
 double GQUIUnitSpinBox::GetNearest(double points) const
 {
-    return qBound(mMinimum, points, maximum());
+    return qBound(mMinimum, points, mMaximum);
 }
 
 // A limit's own text, which is rounded, may be a little beyond the limit.
 bool GQUIUnitSpinBox::IsShownInRange(double points) const
 {
-    return IsInRange(points) || GetText(points) == GetText(GetNearest(points));
+    const double nearest = GetNearest(points);
+    return points == nearest || GetText(points) == GetText(nearest);
 }
 
 QChar GQUIUnitSpinBox::GetDecimalSign() const
@@ -156,6 +182,5 @@ QString GQUIUnitSpinBox::GetText(double points) const
 
 void GQUIUnitSpinBox::DescribeRange()
 {
-    setToolTip(tr("From %1 to %2, in any unit: 3 mm, 0.125 in, 1p6, 9 pt")
-                   .arg(GetText(mMinimum), GetText(maximum())));
+    setToolTip(tr("%1, in any unit: 3 mm, 0.125 in, 1p6, 9 pt").arg(GetRangeText()));
 }

@@ -1,51 +1,62 @@
 #pragma once
 
-#include <QDoubleSpinBox>
+#include <QAbstractSpinBox>
 
 #include <optional>
 
-// A spin box of lengths. It holds points, shows them in the default unit (GUnitSupport) and takes any unit
-// typed in: "3 mm", "1p6", "0.125in". A text is taken when Return is pressed or the box loses the focus: one
-// beyond the range becomes the nearest length within it, one that is no length goes back to what was there.
-// While a text beyond the range is typed, the range is shown.
+// A spin box for a length, or for none: an empty field leaves the length to somebody else. It holds points,
+// shows them in the default unit (GUnitSupport) and takes any unit typed in: "3 mm", "1p6", "0.125in".
 //
-// The box may also be blank, for a length that is not known; once it has a length, it can no longer be
-// emptied.
-class GQUIUnitSpinBox : public QDoubleSpinBox
+// A text is the field's length as soon as it is one within the range, and an empty text is no length. Any
+// other text stands as the user left it, and IsAcceptable says so; only a length beyond the range is
+// replaced, by the nearest one within it, once Return is pressed or the field is left, and a tip then shows
+// the range. Return stays in the field that had to be corrected.
+class GQUIUnitSpinBox : public QAbstractSpinBox
 {
     Q_OBJECT
 
 public:
-    // From 0 to 1440 points, at 0.
+    // From 0 to 1440 points; empty.
     explicit GQUIUnitSpinBox(QWidget* parent = nullptr);
 
-    // To a millionth of a point; 0 when blank. What is being typed counts once it is taken (interpretText).
-    double GetPoints() const;
-    void SetPoints(double points);
+    // Exact, though the text is rounded; empty for no length. While the text is not acceptable, the length is
+    // the last one before it.
+    std::optional<double> GetPoints() const { return mPoints; }
+
+    // Any length; one beyond the range stands until another is typed.
+    void SetPoints(std::optional<double> points);
 
     // Neither of them below 0.
     void SetRangePoints(double min, double max);
-    bool IsInRange(double points) const;
 
-    bool IsBlank() const;
-    void SetBlank();
+    // "0 mm to 25.4 mm", in the default unit.
+    QString GetRangeText() const;
+
+    // Whether the text is empty or a length that the field takes.
+    bool IsAcceptable() const { return mIsAcceptable; }
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 
 signals:
-    // A new length, from the user or the program.
-    void PointsChanged(double points);
+    // The length has changed, or whether the text is acceptable.
+    void Changed();
+    // A length beyond the range was replaced by the nearest one.
+    void Corrected();
 
 protected:
-    QString textFromValue(double value) const override;
-    double valueFromText(const QString& text) const override;
     QValidator::State validate(QString& text, int& position) const override;
-    void fixup(QString& text) const override;
     void stepBy(int steps) override;
+    StepEnabled stepEnabled() const override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
 
 private:
-    void OnTextEdited(const QString& text);
+    void OnTextChanged(const QString& text);
+    void ShowPoints();
+    bool TakeText();
+    void ShowRange();
     double GetNearest(double points) const;
     bool IsShownInRange(double points) const;
     QChar GetDecimalSign() const;
@@ -53,4 +64,8 @@ private:
     void DescribeRange();
 
     double mMinimum = 0;
+    double mMaximum = 1440;
+    std::optional<double> mPoints;
+    bool mIsAcceptable = true;
+    std::pair<std::optional<double>, bool> mTold{std::nullopt, true};  // by Changed
 };

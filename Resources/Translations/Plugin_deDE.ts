@@ -90,6 +90,10 @@
         <source>Unable to remove selected PDF setting.</source>
         <translation>Die ausgewählte PDF-Einstellung konnte nicht entfernt werden.</translation>
     </message>
+    <message>
+        <source>The page range is not complete.</source>
+        <translation>Der Seitenbereich ist nicht vollständig.</translation>
+    </message>
 </context>
 <context>
     <name>GCUSMessageBox</name>
@@ -196,6 +200,18 @@
         <source>Partially checked: as the PDF settings say</source>
         <translation>Halb angekreuzt: wie in den PDF-Einstellungen</translation>
     </message>
+    <message>
+        <source>Offset</source>
+        <translation>Versatz</translation>
+    </message>
+    <message>
+        <source>%1: the nearest length that is possible was set, %2.</source>
+        <translation>%1: Gesetzt wurde die nächste mögliche Länge, %2.</translation>
+    </message>
+    <message>
+        <source>%1 takes a length, %2, or nothing.</source>
+        <translation>%1: eine Länge, %2, oder nichts.</translation>
+    </message>
 </context>
 <context>
     <name>GQUICollapsibleFrame</name>
@@ -218,8 +234,12 @@
 <context>
     <name>GQUIUnitSpinBox</name>
     <message>
-        <source>From %1 to %2, in any unit: 3 mm, 0.125 in, 1p6, 9 pt</source>
-        <translation>Von %1 bis %2, in jeder Einheit: 3 mm, 0,125 in, 1p6, 9 pt</translation>
+        <source>%1 to %2</source>
+        <translation>%1 bis %2</translation>
+    </message>
+    <message>
+        <source>%1, in any unit: 3 mm, 0.125 in, 1p6, 9 pt</source>
+        <translation>%1, in jeder Einheit: 3 mm, 0,125 in, 1p6, 9 pt</translation>
     </message>
 </context>
 </TS>

@@ -90,6 +90,10 @@
         <source>Unable to remove selected PDF setting.</source>
         <translation>Impossible de retirer le réglage PDF sélectionné.</translation>
     </message>
+    <message>
+        <source>The page range is not complete.</source>
+        <translation>La plage de pages n’est pas complète.</translation>
+    </message>
 </context>
 <context>
     <name>GCUSMessageBox</name>
@@ -196,6 +200,18 @@
         <source>Partially checked: as the PDF settings say</source>
         <translation>À moitié coché&#xa0;: selon les réglages PDF</translation>
     </message>
+    <message>
+        <source>Offset</source>
+        <translation>Décalage</translation>
+    </message>
+    <message>
+        <source>%1: the nearest length that is possible was set, %2.</source>
+        <translation>%1 : la longueur possible la plus proche a été choisie, %2.</translation>
+    </message>
+    <message>
+        <source>%1 takes a length, %2, or nothing.</source>
+        <translation>%1 : une longueur, %2, ou rien.</translation>
+    </message>
 </context>
 <context>
     <name>GQUICollapsibleFrame</name>
@@ -218,8 +234,12 @@
 <context>
     <name>GQUIUnitSpinBox</name>
     <message>
-        <source>From %1 to %2, in any unit: 3 mm, 0.125 in, 1p6, 9 pt</source>
-        <translation>De %1 à %2, dans toute unité&#xa0;: 3 mm, 0,125 in, 1p6, 9 pt</translation>
+        <source>%1 to %2</source>
+        <translation>de %1 à %2</translation>
+    </message>
+    <message>
+        <source>%1, in any unit: 3 mm, 0.125 in, 1p6, 9 pt</source>
+        <translation>%1, dans n’importe quelle unité : 3 mm, 0,125 in, 1p6, 9 pt</translation>
     </message>
 </context>
 </TS>

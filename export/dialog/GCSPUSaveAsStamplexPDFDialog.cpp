@@ -76,6 +76,15 @@ bool IsEnter(const QKeyEvent& event)
     return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
 }
 
+// One press of Enter is one click, however long it is held down.
+bool IsRepeatedEnter(const QEvent& event)
+{
+    if (event.type() != QEvent::KeyPress)
+        return false;
+    const auto& key = static_cast<const QKeyEvent&>(event);
+    return IsEnter(key) && key.isAutoRepeat();
+}
+
 bool IsOn(const GPrefGroup& settings, const GBuffer& key)
 {
     const GString* value = settings.Find(key);
@@ -192,6 +201,8 @@ void GCSPUSaveAsStamplexPDFDialog::CreateButtons()
     mOkButton = mButtons->button(QDialogButtonBox::Ok);
     mOkButton->setDefault(true);
     mOkButton->setAccessibleDescription(mAltHint->text());
+    for (QAbstractButton* button : mButtons->buttons())
+        button->installEventFilter(this);
     // Nothing moves when the button changes its text.
     mOkButton->setText(tr("Remove"));
     mOkButton->setMinimumWidth(mOkButton->sizeHint().width());
@@ -245,7 +256,9 @@ void GCSPUSaveAsStamplexPDFDialog::ConnectSignals()
     pages->addButton(mRange, cRangeID);
     connect(pages, QOverload<QAbstractButton*>::of(&QButtonGroup::buttonClicked), this,
             [this, pages](QAbstractButton* button) { OnRadioGroupClicked(pages->id(button)); });
-    connect(mPageRange, &QLineEdit::textChanged, this, &GCSPUSaveAsStamplexPDFDialog::UpdateOkButton);
+    connect(mPageRange, &QLineEdit::textChanged, this, &GCSPUSaveAsStamplexPDFDialog::Update);
+    connect(mAdjustment, &GCUSPDFSettingsAdjWdt::Changed, this, &GCSPUSaveAsStamplexPDFDialog::Update);
+    connect(mAdjustment, &GCUSPDFSettingsAdjWdt::Corrected, this, &GCSPUSaveAsStamplexPDFDialog::ShowNote);
 
     connect(mButtons, &QDialogButtonBox::accepted, this, &GCSPUSaveAsStamplexPDFDialog::OkOrRemoveClicked);
     connect(mButtons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -268,11 +281,6 @@ void GCSPUSaveAsStamplexPDFDialog::FillPDFSettings()
             mPDFSettings->setCurrentIndex(
                 std::max(0, mHopboxes->GetList().FindKey(PlugInPreferences::GetLastSelection())));
     }
-    const bool isEmpty = mPDFSettings->count() == 0;
-    mMessage->setText(isEmpty ? tr("No PDF Settings found") : QString());
-    mMessage->setVisible(isEmpty);
-    mPDFSettings->setAccessibleDescription(mMessage->text());
-    UpdateOkButton();
     OnPDFSettingsSelectionChanged(mPDFSettings->currentIndex());
 }
 
@@ -305,25 +313,28 @@ void GCSPUSaveAsStamplexPDFDialog::OnPDFSettingsSelectionChanged(int index)
     const QSignalBlocker blocker(mIncludePackage);
     const HopboxList::Item* item = GetItem(index);
     PlugInPreferences::SetLastSelection(item == nullptr ? GString() : item->key);
+    mIsAdjustable = false;
     // The list may be too narrow for the text.
     mPDFSettings->setToolTip(mPDFSettings->currentData(Qt::ToolTipRole).toString());
     if (item == nullptr) {
         mOptions->hide();
         mIncludePackage->hide();
         mIncludePackage->setChecked(false);
+        Update();
         return;
     }
     // A project that can't be read gives no settings; choosing it fails with the export's alert.
     mTool.SelectPDFSetting(item->key, item->record);
     const GPrefGroup settings = GetPlugInSettings(mTool);
-    const bool isAdjustable = IsOn(settings, cUserSettings);
-    if (isAdjustable)
+    mIsAdjustable = IsOn(settings, cUserSettings);
+    if (mIsAdjustable)
         mAdjustment->Load(settings);
-    mOptions->setVisible(isAdjustable);
+    mOptions->setVisible(mIsAdjustable);
+    Update();
     if (!mTool.GetOption(DialogOption::cFilePackage))
         return;
-    mIncludePackage->setVisible(isAdjustable);
-    mIncludePackage->setChecked(ChoosePackage(*item, isAdjustable, IsOn(settings, cIncludesPackage)));
+    mIncludePackage->setVisible(mIsAdjustable);
+    mIncludePackage->setChecked(ChoosePackage(*item, mIsAdjustable, IsOn(settings, cIncludesPackage)));
 }
 
 // Whether the file package is included: what the user chose for this Hopbox the last time, or else, and where
@@ -349,7 +360,7 @@ void GCSPUSaveAsStamplexPDFDialog::OnIncludeFilePackageToggled(bool isChecked)
 void GCSPUSaveAsStamplexPDFDialog::OnRadioGroupClicked(int id)
 {
     mPageRange->setEnabled(id == cRangeID);
-    UpdateOkButton();
+    Update();
 }
 
 void GCSPUSaveAsStamplexPDFDialog::OnCollapsibleButtonClicked()
@@ -357,13 +368,35 @@ void GCSPUSaveAsStamplexPDFDialog::OnCollapsibleButtonClicked()
     adjustSize();
 }
 
-// A page range on the way to a whole one may stand, but not be exported; it doesn't keep a Hopbox from being
-// removed.
+// What keeps the choices from being exported; empty when they can be.
+QString GCSPUSaveAsStamplexPDFDialog::GetComplaint() const
+{
+    if (mPDFSettings->count() == 0)
+        return tr("No PDF Settings found");
+    if (mRange->isChecked() && !mPageRange->text().isEmpty() && !mPageRange->hasAcceptableInput())
+        return tr("The page range is not complete.");
+    return mIsAdjustable ? mAdjustment->GetComplaint() : QString();
+}
+
+void GCSPUSaveAsStamplexPDFDialog::Update()
+{
+    const QString complaint = GetComplaint();
+    mPDFSettings->setAccessibleDescription(mPDFSettings->count() == 0 ? complaint : QString());
+    UpdateOkButton();
+    ShowNote(complaint);
+}
+
+// What can't be exported doesn't keep a Hopbox from being removed.
 void GCSPUSaveAsStamplexPDFDialog::UpdateOkButton()
 {
-    const bool hasPages = mMode == OkMode::cRemove || !mRange->isChecked() || mPageRange->text().isEmpty() ||
-                          mPageRange->hasAcceptableInput();
-    mOkButton->setEnabled(mPDFSettings->count() > 0 && hasPages);
+    mOkButton->setEnabled(mMode == OkMode::cRemove ? mPDFSettings->count() > 0 : GetComplaint().isEmpty());
+}
+
+// The note stands until the next change.
+void GCSPUSaveAsStamplexPDFDialog::ShowNote(const QString& note)
+{
+    mMessage->setText(note);
+    mMessage->setVisible(!note.isEmpty());
 }
 
 void GCSPUSaveAsStamplexPDFDialog::OkOrRemoveClicked()
@@ -398,11 +431,13 @@ void GCSPUSaveAsStamplexPDFDialog::Submit()
 void GCSPUSaveAsStamplexPDFDialog::StoreChoices()
 {
     GPrefGroup settings = GetPlugInSettings(mTool);
-    if (IsOn(settings, cUserSettings))
+    if (mIsAdjustable)
         mAdjustment->Store(settings);
     settings.Insert(cIncludesPackage, GStringSupport::FromBool(mIncludePackage->isChecked()));
+    const GBuffer& group = HopboxProject::GetPlugInGroup();
+    mTool.GetSettings().RemoveGroup(group);  // what was brought back to the job options is no longer there
     for (const auto& entry : settings)
-        mTool.GetSettings().Set(HopboxProject::GetPlugInGroup(), entry.key, entry.value);
+        mTool.GetSettings().Set(group, entry.key, entry.value);
 }
 
 void GCSPUSaveAsStamplexPDFDialog::OnExit()
@@ -454,6 +489,8 @@ bool GCSPUSaveAsStamplexPDFDialog::event(QEvent* event)
 
 bool GCSPUSaveAsStamplexPDFDialog::eventFilter(QObject* watched, QEvent* event)
 {
+    if (qobject_cast<QPushButton*>(watched) != nullptr && IsRepeatedEnter(*event))
+        return true;
     if (ShowsThatAltIsUp(*event))
         SetMode(OkMode::cOK);
     return GQUIWindow::eventFilter(watched, event);
@@ -461,6 +498,8 @@ bool GCSPUSaveAsStamplexPDFDialog::eventFilter(QObject* watched, QEvent* event)
 
 void GCSPUSaveAsStamplexPDFDialog::keyPressEvent(QKeyEvent* event)
 {
+    if (IsRepeatedEnter(*event))
+        return;
     if (IsAlt(*event)) {
         SetMode(OkMode::cRemove);
         GQUIWindow::keyPressEvent(event);

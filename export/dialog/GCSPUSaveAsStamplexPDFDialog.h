@@ -74,7 +74,10 @@ private:
     void ShowMissing(const QStringList& keys);
     const HopboxList::Item* GetItem(int index) const;  // null for -1
     bool ChoosePackage(const HopboxList::Item& item, bool isUserChoice, bool isDefault);
+    QString GetComplaint() const;
+    void Update();
     void UpdateOkButton();
+    void ShowNote(const QString& note);
 
     void RemoveSelected();
     void Submit();
@@ -87,6 +90,7 @@ private:
     GCPTSaveAsTool& mTool;
     HopboxListModel* mHopboxes;
     OkMode mMode = OkMode::cOK;
+    bool mIsAdjustable = false;  // the selected Hopbox lets the user adjust the options
     QPointer<QWidget> mFocusBeforeAlt;
 
     QLabel* mPDFSettingsLabel;

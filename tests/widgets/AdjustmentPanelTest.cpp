@@ -49,7 +49,10 @@ void Type(QWidget* panel, int number, const char* text)
 {
     GetField(panel, number)->setFocus();
     GetField(panel, number)->selectAll();
-    QTest::keyClicks(GetField(panel, number), QString::fromUtf8(text));
+    if (*text == '\b')
+        QTest::keyClick(GetField(panel, number), Qt::Key_Backspace);
+    else
+        QTest::keyClicks(GetField(panel, number), QString::fromUtf8(text));
 }
 
 void ClickChain(QWidget* panel)
@@ -120,7 +123,10 @@ TEST(AdjustmentPanel, StoresWhatTheUserChanges)
          [](QWidget* panel) { QTest::keyClick(panel->findChild<QComboBox*>(), Qt::Key_End); },
          "MarkWeight=2"_q},
         {"MarkOffset=6"_q, type(0, "12"), "MarkOffset=12"_q},
-        {"MarkOffset=6"_q, type(0, "0"), "MarkOffset=0.01"_q},
+        // An emptied length is left to the job options.
+        {"MarkOffset=6"_q, type(0, "\b"), {}},
+        {"BleedBottomValue=1e9 BleedTopValue=4"_q, type(1, "\b"), "BleedBottomValue=1e9"_q},
+        {equalBleeds, type(2, "\b"), "BleedChoice=1"_q},
         // Own lengths count under the own choice only.
         {{}, type(1, "5"), equalBleeds},
         {"BleedChoice=1 BleedTopValue=1"_q, type(2, "5"),

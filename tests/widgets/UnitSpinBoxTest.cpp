@@ -2,9 +2,14 @@
 #include "tests/support/Test.h"
 #include "widgets/GQUIUnitSpinBox.h"
 
+#include <QApplication>
+#include <QLineEdit>
 #include <QSignalSpy>
 #include <QTest>
 #include <QToolTip>
+#include <QWheelEvent>
+
+#include <functional>
 
 namespace
 {
@@ -17,21 +22,30 @@ protected:
     {
         box.setLocale(QLocale::c());
         box.SetPoints(9);
-        box.show();
+        window.show();
+        window.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
         box.setFocus();
     }
 
     ~UnitSpinBox() override { SetDefaultUnitCode(cPoints); }
 
-    void Type(const char* text)
+    void Retype(const char* text)
     {
         box.selectAll();
         QTest::keyClick(&box, Qt::Key_Delete);
         QTest::keyClicks(&box, QString::fromUtf8(text));
+    }
+
+    void Type(const char* text)
+    {
+        Retype(text);
         QTest::keyClick(&box, Qt::Key_Return);
     }
 
-    GQUIUnitSpinBox box;
+    QWidget window;
+    QLineEdit other{&window};
+    GQUIUnitSpinBox box{&window};
 };
 }  // namespace
 
@@ -60,24 +74,126 @@ TEST_F(UnitSpinBox, TakesAnyUnitAndShowsTheDefaultOne)
         {cInches, "1p", 12, "0.1667 in"},
         {cCentimetres, " 1 cm ", 72 / 2.54, "1 cm"},
         {cPoints, "+1.25", 1.25, "1.25 pt"},
-        // Beyond the range: the nearest within it.
-        {cPoints, "1441", 1440, "1440 pt"},
-        {cInches, "-1", 0, "0 in"},
-        {cMillimetres, "999999p", 1440, "508 mm"},
-        // No lengths: letters that lead nowhere are not let in, and what is left over is taken back.
-        {cPoints, "x7y", 7, "7 pt"},
-        {cPoints, "m", 9, "9 pt"},
-        {cPoints, "", 9, "9 pt"},
-        {cPoints, "p", 9, "9 pt"},
-        {cPoints, "4 m", 9, "9 pt"},
+        {cPoints, "x7y", 7, "7 pt"},  // what no length holds is not let in
     };
     for (const Case& test : cases) {
         SetDefaultUnitCode(test.unit);
         box.SetPoints(9);
         Type(test.typed);
-        EXPECT_NEAR(box.GetPoints(), test.points, 1e-6) << test.typed;
+        EXPECT_NEAR(box.GetPoints().value_or(-1), test.points, 1e-6) << test.typed;
         EXPECT_EQ(box.text(), QString::fromUtf8(test.shown)) << test.typed;
     }
+}
+
+TEST_F(UnitSpinBox, LeavesATextThatIsNoLengthAndCorrectsOneBeyondTheRangeVisibly)
+{
+    const struct
+    {
+        int32_t unit;
+        const char *typed, *left;
+    } cases[] = {
+        {cPoints, "4 m", "4 m"},         {cPoints, "p", "p"},         {cPoints, "-", "-"},
+        {cPoints, "3mmm", "3mmm"},       {cPoints, "1.2.3", "1.2.3"}, {cPoints, "12345678901", "12345678901"},
+        {cPoints, "1441", "1440 pt"},    {cPoints, "-3", "0 pt"},     {cInches, "-1", "0 in"},
+        {cMillimetres, "599", "508 mm"},
+    };
+    for (const auto& test : cases)
+        for (const bool withEnter : {true, false}) {
+            SCOPED_TRACE(test.typed);
+            SetDefaultUnitCode(test.unit);
+            box.SetPoints(9);
+            box.setFocus();
+            QTest::qWait(0);
+            QToolTip::hideText();
+            QSignalSpy corrections(&box, &GQUIUnitSpinBox::Corrected);
+            Retype(test.typed);
+            EXPECT_FALSE(box.IsAcceptable());
+            EXPECT_TRUE(corrections.isEmpty());
+            QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+            if (withEnter)
+                QApplication::sendEvent(&box, &enter);
+            else
+                other.setFocus();
+            EXPECT_TRUE(!withEnter || enter.isAccepted()) << "the dialog would close";
+            EXPECT_EQ(box.text(), QString::fromUtf8(test.left));
+            const bool isCorrected = box.text() != QString::fromUtf8(test.typed);
+            EXPECT_EQ(corrections.count(), isCorrected ? 1 : 0);
+            EXPECT_EQ(box.IsAcceptable(), isCorrected);
+            EXPECT_TRUE(
+                QTest::qWaitFor([&] { return QToolTip::isVisible() && QToolTip::text() == box.toolTip(); }));
+            QApplication::sendEvent(&box, &enter);
+            EXPECT_EQ(enter.isAccepted(), !isCorrected);
+        }
+}
+
+// Every way from one length to another is open.
+TEST_F(UnitSpinBox, IsEditedInAnyOrder)
+{
+    const auto keys = [this](std::initializer_list<Qt::Key> list, Qt::KeyboardModifiers modifiers = {}) {
+        for (const Qt::Key key : list)
+            QTest::keyClick(&box, key, modifiers);
+    };
+    const struct
+    {
+        std::function<void()> edit;
+        const char* text;
+        std::optional<double> points;
+    } cases[] = {
+        {[&] {
+             keys({Qt::Key_End, Qt::Key_Backspace, Qt::Key_Backspace, Qt::Key_Backspace});
+         },
+         "9", 9},
+        {[&] { keys({Qt::Key_Backspace}); }, "", {}},
+        {[&] { keys({Qt::Key_X}, Qt::ControlModifier); }, "", {}},
+        {[&] { keys({Qt::Key_5}); }, "5", 5},
+        {[&] {
+             keys({Qt::Key_Home, Qt::Key_Delete});
+         },
+         " pt", 9},
+        {[&] {
+             keys({Qt::Key_Home, Qt::Key_Delete, Qt::Key_4});
+         },
+         "4 pt", 4},
+        {[&] {
+             keys({Qt::Key_Home, Qt::Key_1});
+         },
+         "19 pt", 19},
+        {[&] {
+             keys({Qt::Key_End, Qt::Key_Left, Qt::Key_Backspace});
+             keys({Qt::Key_P});
+         },
+         "9 pt", 9},
+    };
+    for (const auto& test : cases) {
+        box.SetPoints(9);
+        box.selectAll();
+        test.edit();
+        EXPECT_EQ(box.text(), QString::fromUtf8(test.text));
+        EXPECT_EQ(box.GetPoints(), test.points) << test.text;
+    }
+}
+
+TEST_F(UnitSpinBox, ATextThatIsBeingTypedOutlivesAMenuAndAnotherWindow)
+{
+    Retype("1441");
+    QFocusEvent menu(QEvent::FocusOut, Qt::PopupFocusReason);
+    QApplication::sendEvent(&box, &menu);
+    EXPECT_EQ(box.text(), "1441"_q);
+    QWidget another;
+    another.show();
+    another.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&another));
+    EXPECT_EQ(box.text(), "1441"_q);
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    other.setFocus(Qt::ActiveWindowFocusReason);  // as Alt takes the focus within the window
+    EXPECT_EQ(box.text(), "1440 pt"_q);
+    QToolTip::hideText();
+    box.setFocus();
+    Retype("1441");
+    window.hide();
+    QTest::qWait(10);
+    EXPECT_FALSE(QToolTip::isVisible()) << "a tip of a window that is closed";
 }
 
 TEST_F(UnitSpinBox, ReadsBackWhatItShowsInALocaleWithACommaAndKeepsTheLengthUntouched)
@@ -87,28 +203,18 @@ TEST_F(UnitSpinBox, ReadsBackWhatItShowsInALocaleWithACommaAndKeepsTheLengthUnto
         SetDefaultUnitCode(unit);
         box.SetPoints(1234.567891);
         QTest::keyClick(&box, Qt::Key_Return);
-        EXPECT_DOUBLE_EQ(box.GetPoints(), 1234.567891) << box.text().toStdString();
+        EXPECT_DOUBLE_EQ(*box.GetPoints(), 1234.567891) << box.text().toStdString();
         Type(box.text().toUtf8().constData());
-        EXPECT_NEAR(box.GetPoints(), 1234.567891, 0.02) << box.text().toStdString();
+        EXPECT_NEAR(*box.GetPoints(), 1234.567891, 0.02) << box.text().toStdString();
     }
     EXPECT_EQ(box.text(), "435,528 mm"_q);
-}
-
-TEST_F(UnitSpinBox, ShowsTheRangeWhileATextBeyondItIsTyped)
-{
-    box.SetRangePoints(0, 55);
-    box.selectAll();
-    QTest::keyClicks(&box, "55"_q);
-    EXPECT_FALSE(QToolTip::text().contains("55"_q));
-    QTest::keyClicks(&box, "0"_q);
-    EXPECT_TRUE(QToolTip::text().contains("0 pt to 55 pt"_q)) << QToolTip::text().toStdString();
 }
 
 TEST_F(UnitSpinBox, StepsToWholeStepsOfTheUnit)
 {
     SetDefaultUnitCode(cMillimetres);
     box.SetPoints(ToPoints(3.2, cMillimetres));
-    const QSignalSpy changes(&box, &GQUIUnitSpinBox::PointsChanged);
+    const QSignalSpy changes(&box, &GQUIUnitSpinBox::Changed);
     const std::pair<Qt::Key, const char*> cases[] = {
         {Qt::Key_Up, "4 mm"}, {Qt::Key_Up, "5 mm"}, {Qt::Key_Down, "4 mm"}, {Qt::Key_PageDown, "0 mm"}};
     for (const auto& [key, shown] : cases) {
@@ -121,23 +227,41 @@ TEST_F(UnitSpinBox, StepsToWholeStepsOfTheUnit)
     EXPECT_EQ(box.text(), "0p1"_q);
 }
 
-TEST_F(UnitSpinBox, StaysBlankUntilALengthIsGiven)
+TEST_F(UnitSpinBox, StepsFromNothingAndShowsAnyLengthThatItIsGiven)
 {
     box.SetRangePoints(0.5, 72);
-    box.SetBlank();
-    Type("");
-    EXPECT_TRUE(box.IsBlank());
-    EXPECT_EQ(box.text(), QString());
-    Type("4");
-    EXPECT_EQ(box.GetPoints(), 4);
-    Type("");
-    EXPECT_EQ(box.text(), "4 pt"_q);
-
-    box.SetBlank();
+    box.SetPoints({});
     QTest::keyClick(&box, Qt::Key_Up);
     EXPECT_EQ(box.text(), "1 pt"_q);
+    box.SetPoints(5000);
+    QTest::keyClick(&box, Qt::Key_Return);
+    EXPECT_EQ(box.text(), "5000 pt"_q);
+    EXPECT_TRUE(box.IsAcceptable());
+    Retype("80 pt");
+    box.SetPoints(80);
+    EXPECT_TRUE(box.IsAcceptable());
+    QTest::keyClick(&box, Qt::Key_Up);
+    EXPECT_EQ(box.text(), "72 pt"_q);
     box.SetRangePoints(0.01, 72);
     SetDefaultUnitCode(cInches);
     Type("0");
     EXPECT_EQ(box.text(), "0.0001 in"_q);
+    box.SetPoints(9);
+    Retype("0.0001 in");  // rounded to less than the least length
+    EXPECT_TRUE(box.IsAcceptable());
+    EXPECT_EQ(box.GetPoints(), 0.01);
+}
+
+TEST_F(UnitSpinBox, AWheelChangesOnlyTheFieldThatIsEdited)
+{
+    for (const bool isEdited : {true, false}) {
+        box.SetPoints(9);
+        (isEdited ? static_cast<QWidget*>(&box) : &other)->setFocus();
+        ASSERT_EQ(box.hasFocus(), isEdited);
+        QWheelEvent wheel(box.rect().center(), box.mapToGlobal(box.rect().center()), {}, {0, 120},
+                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&box, &wheel);
+        EXPECT_EQ(box.GetPoints(), isEdited ? 10 : 9);
+        EXPECT_EQ(wheel.isAccepted(), isEdited);
+    }
 }

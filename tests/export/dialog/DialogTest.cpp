@@ -1,6 +1,7 @@
 #include "DialogFixture.h"
 #include "archive/ZipArchiver.h"
 #include "foundation/prefs/GPrefSharedFileModule.h"
+#include "widgets/GQUIUnitSpinBox.h"
 
 #include <QClipboard>
 #include <QProcess>
@@ -214,6 +215,77 @@ TEST_F(DialogTest, OKExportsWhatIsChosen)
         EXPECT_EQ(party.host.commands.front()->pages, entry.pages);
         EXPECT_EQ(party.host.commands.front()->switches.at(PDFSwitch::CropMarks), entry.isAdjustable);
     }
+}
+
+// What is exported is what the fields show. Nothing else is put in the place of a text that can't be.
+TEST_F(DialogTest, ALengthIsExportedAsItIsShownOrKeepsOKFromBeingPressed)
+{
+    constexpr double cNone = -1;
+    const QString corrected = "Bleed at the top: the nearest length that is possible was set, %1."_q;
+    const struct
+    {
+        const char* typed;
+        QString note;      // after Enter, where that doesn't export at once
+        bool isTakenThen;  // by another Enter
+        double top;        // that is exported; none where the job options decide
+    } cases[] = {
+        {"5", {}, true, 5},
+        {"2p6", {}, true, 30},
+        {"0.25in", {}, true, 18},
+        {"", {}, true, cNone},
+        {"4 m", "Bleed at the top takes a length, 0 pt to 432 pt, or nothing."_q, false, cNone},
+        {"-3", corrected.arg("0 pt"_q), true, 0},
+        {"599 mm", corrected.arg("432 pt"_q), true, 432},
+    };
+    Add("Press", "Press", "UserSettings=true BleedChoice=1 BleedTopValue=9");
+    for (const auto& entry : cases) {
+        SCOPED_TRACE(entry.typed);
+        Open();
+        Find("Options").click();
+        auto* field = mDialog->findChildren<GQUIUnitSpinBox*>().at(1);
+        field->setFocus();
+        field->selectAll();
+        WindowDriver::Click(Qt::Key_Backspace);
+        WindowDriver::Type(QString::fromUtf8(entry.typed));
+        EXPECT_EQ(ok->isEnabled(), entry.note.isEmpty());
+        party.host.commands.clear();
+        WindowDriver::Click(Qt::Key_Return);
+        EXPECT_EQ(mDialog->isVisible(), !entry.note.isEmpty());
+        if (!entry.note.isEmpty()) {
+            EXPECT_TRUE(Find<QLabel>(entry.note.toUtf8().constData()).isVisible());
+            EXPECT_EQ(ok->isEnabled(), entry.isTakenThen);
+            WindowDriver::Click(Qt::Key_Return);
+        }
+        ASSERT_EQ(party.host.commands.size(), entry.isTakenThen ? 1u : 0u);
+        if (!entry.isTakenThen)
+            continue;
+        const auto& lengths = party.host.commands.front()->lengths;
+        const auto top = lengths.find(PDFLength::BleedTop);
+        EXPECT_NEAR(top == lengths.end() ? cNone : top->second, entry.top, 1e-9);
+    }
+}
+
+TEST_F(DialogTest, ATextThatIsNoLengthKeepsNobodyFromRemovingNorCountsWhereItsFieldIsClosed)
+{
+    Add("Press", "1", "UserSettings=true BleedChoice=1");
+    Add("Fixed", "2", "UserSettings=false");
+    Open();
+    Find("Options").click();
+    mDialog->findChildren<GQUIUnitSpinBox*>().at(1)->setFocus();
+    WindowDriver::Type("4m"_q);
+    EXPECT_FALSE(ok->isEnabled());
+    WindowDriver::Press(Qt::Key_Alt, Qt::AltModifier);
+    EXPECT_TRUE(ok->isEnabled());
+    WindowDriver::Release(Qt::Key_Alt);
+    EXPECT_FALSE(ok->isEnabled());
+    Find("Use Document Bleed Settings").click();
+    EXPECT_TRUE(ok->isEnabled());
+    Find("Use Document Bleed Settings").click();
+    EXPECT_FALSE(ok->isEnabled());
+    list->setCurrentIndex(1);
+    EXPECT_TRUE(ok->isEnabled());
+    list->setCurrentIndex(0);
+    EXPECT_TRUE(ok->isEnabled()) << "the text of another visit";
 }
 
 TEST_F(DialogTest, AHopboxWithoutAReadableProjectIsListedAndFailsWhenChosen)

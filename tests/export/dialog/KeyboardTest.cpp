@@ -107,6 +107,34 @@ TEST_F(KeyboardTest, AltWithEnterRemoves)
     EXPECT_TRUE(party.host.commands.empty());
 }
 
+// Enter held down is one click: neither one Hopbox after the other goes, nor an export starts by the Enter
+// that opened the dialog.
+TEST_F(KeyboardTest, EnterHeldDownCountsOnce)
+{
+    for (const char* name : {"a", "b", "c", "d"})
+        Add(name, name);
+    Open();
+    const auto hold = [this](Qt::KeyboardModifiers modifiers) {
+        for (int repeat = 0; repeat < 5 && mDialog->isVisible(); ++repeat) {
+            QKeyEvent event(QEvent::KeyPress, Qt::Key_Return, modifiers, "\r"_q, true);
+            QApplication::sendEvent(mDialog->focusWidget(), &event);
+        }
+    };
+    for (QWidget* focus : {static_cast<QWidget*>(list), static_cast<QWidget*>(ok)}) {
+        focus->setFocus();
+        hold(Qt::NoModifier);
+        EXPECT_TRUE(mDialog->isVisible());
+        WindowDriver::Press(Qt::Key_Alt, Qt::AltModifier);
+        focus->setFocus();  // as a click on "Remove" leaves it
+        hold(Qt::AltModifier);
+        const int count = list->count();
+        WindowDriver::Press(Qt::Key_Return, Qt::AltModifier);
+        hold(Qt::AltModifier);
+        EXPECT_EQ(list->count(), count - 1);
+        WindowDriver::Release(Qt::Key_Alt);
+    }
+}
+
 TEST_F(KeyboardTest, TheTabKeyGoesDownTheScreenAndEveryStopHasAName)
 {
     Add("Press", "Press");
