@@ -2,21 +2,21 @@
 
 #include "archive/ZipCrc.h"
 #include "archive/ZipEntry.h"
-#include "archive/ZipFolder.h"
+#include "archive/ZipInput.h"
 #include "archive/ZipName.h"
+#include "archive/ZipOutput.h"
 #include "archive/ZipReader.h"
-#include "archive/ZipSourceAttributes.h"
+#include "archive/ZipSource.h"
+#include "foundation/core/GException.h"
+#include "foundation/system/GDurableFile.h"
 
-#include <QCoreApplication>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 #include <quazip/zip.h>
 #include <zlib.h>
 
 #include <algorithm>
-#include <atomic>
 
 namespace Morvane
 {
@@ -63,6 +63,11 @@ QString makeSafeName(const QString& name)
     return isInside && clean != QLatin1String(".") && !clean.contains(QChar::Null) ? clean : QString();
 }
 
+QString getPasswordRefusal()
+{
+    return QStringLiteral("the password has characters that an archive can't keep");
+}
+
 // The password as the format takes it. Null where it has characters that Latin-1 lacks: all of these would
 // become the same one.
 QByteArray toPasswordBytes(const QString& password)
@@ -71,16 +76,24 @@ QByteArray toPasswordBytes(const QString& password)
     return QString::fromLatin1(bytes) == password ? bytes : QByteArray();
 }
 
-uint32_t makeDosAttributes(const QFileInfo& source)
+uint32_t makeDosAttributes(const ZipSource& source)
 {
-    return (source.isDir() ? cDosFolder : 0) | (source.isWritable() ? 0 : cDosReadOnly);
+    return (source.isFolder() ? cDosFolder : 0) | (source.isReadOnly() ? cDosReadOnly : 0);
 }
 
-// Removes the file as long as it stands under that name.
-void removeQuietly(QFile& file)
+// The path without links in its folders: what is above a folder is found by the system, not by the text.
+QString makePath(const QString& path)
 {
-    file.close();
-    file.remove();
+    const QFileInfo info(path);
+    const QString folder = info.dir().canonicalPath();
+    if (info.exists())
+        return info.canonicalFilePath();
+    return folder.isEmpty() ? info.absoluteFilePath() : QDir(folder).filePath(info.fileName());
+}
+
+QString withReason(const QString& text, const QString& reason)
+{
+    return reason.isEmpty() ? text : text + QLatin1String(": ") + reason;
 }
 }  // namespace
 
@@ -89,108 +102,146 @@ void ZipArchiver::Closer::operator()(void* handle) const
     zipClose(handle, nullptr);
 }
 
-ZipArchiver::ZipArchiver(const QString& path)
-    : mPath(QFileInfo(path).exists() ? QFileInfo(path).canonicalFilePath()
-                                     : QFileInfo(path).absoluteFilePath())
-{
-}
+ZipArchiver::ZipArchiver(const QString& path) : mPath(makePath(path)) {}
 
 ZipArchiver::~ZipArchiver()
 {
-    mHandle.reset();
-    if (mFile != nullptr)
-        removeQuietly(*mFile);
+    drop();
 }
 
 bool ZipArchiver::StartWriting(ZipStart start, const QString& password, int level)
 {
+    static const char cSource[] = "ZipArchiver::StartWriting";
+    const QString failure = QLatin1String("Error opening file: ") + mPath;
     if (mFile != nullptr || level < 0 || level > cBestLevel)
-        return fail("ZipArchiver::StartWriting", QLatin1String("Error opening file: ") + mPath);
+        return fail(cSource, failure);
+    if (!password.isEmpty() && toPasswordBytes(password).isEmpty())
+        return fail(cSource, withReason(failure, getPasswordRefusal()));
     mPassword = password;
     mLevel = level;
     mNames.clear();
+    mComment.clear();
+    mAddedCount = 0;
+    try {
+        mFile = std::make_unique<GDurableFile>(GPathName(mPath));
+    } catch (const GException& error) {
+        return fail(cSource, withReason(failure, error.GetDescription()));
+    }
+    mOutput = std::make_unique<ZipOutput>(*mFile);
     if (openArchive(start))
         return true;
-    mHandle.reset();
-    if (mFile != nullptr)
-        removeQuietly(*mFile);
-    mFile.reset();
-    return fail("ZipArchiver::StartWriting", QLatin1String("Error opening file: ") + mPath);
+    const QString reason = mOld != nullptr ? mOld->getReason() : QString();
+    const QString ownReason = mOutput->getReason();
+    drop();
+    return fail(cSource, withReason(failure, ownReason.isEmpty() ? reason : ownReason));
 }
 
 bool ZipArchiver::openArchive(ZipStart start)
 {
-    static std::atomic<unsigned> lastNumber{0};
-    const QFileInfo target(mPath);
-    if (target.exists() && (!target.isFile() || !target.isWritable()))
+    if (start == ZipStart::Append && ZipSource(mPath).look() != ZipSource::Kind::Missing) {
+        mOld = std::make_unique<ZipReader>(mPath);
+        if (!copyOldEntries())
+            return false;
+    }
+    const bool hasEntries = mOld != nullptr && mOld->getEntryCount() > 0;
+    mHandle.reset(hasEntries ? mOutput->append(mOld->getInput()) : mOutput->create());
+    if (mHandle == nullptr || (mOld != nullptr && !mOld->getReason().isEmpty()))
         return false;
-    const std::unique_ptr<ZipFolder> folder = ZipFolder::openRoot(target.absolutePath());
-    const QString name =
-        QStringLiteral(".%1-%2.part").arg(QCoreApplication::applicationPid()).arg(++lastNumber);
-    if (folder == nullptr || folder->makeFile(name) == nullptr)
-        return false;
-    mFile = std::make_unique<QFile>(target.absoluteDir().filePath(name));
-    const bool isAppending = start == ZipStart::Append && target.exists();
-    if (!mFile->open(QIODevice::ReadWrite) || (isAppending && !copyOldArchive()))
-        return false;
-    mHandle.reset(zipOpen64(mFile.get(), isAppending ? APPEND_STATUS_ADDINZIP : APPEND_STATUS_CREATE));
-    if (mHandle == nullptr)
-        return false;
-    // Sizes go into the entry's header, where every reader finds them, and the file is ours to close: the
-    // library would not tell that closing failed.
-    zipClearFlags(mHandle.get(), ZIP_WRITE_DATA_DESCRIPTOR | ZIP_AUTO_CLOSE);
+    // What the library needs of the old archive it has read. Whoever holds a file open is in the way of its
+    // replacement on Windows.
+    mOld.reset();
+    // Sizes go into the entry's header, where every reader finds them.
+    zipClearFlags(mHandle.get(), ZIP_WRITE_DATA_DESCRIPTOR);
     return true;
 }
 
-// The library takes any file for an archive to add to, so it is read first.
-bool ZipArchiver::copyOldArchive()
+// All that stands before the directory; that is written anew, with the new entries in it.
+bool ZipArchiver::copyOldEntries()
 {
-    ZipReader reader(mPath);
-    bool isReadable = reader.open();
-    for (int index = 0; isReadable && index < reader.getEntryCount(); ++index) {
-        isReadable = index == 0 ? reader.goToFirst() : reader.goToNext();
-        mNames.insert(reader.getEntry().name);
+    bool isReadable = mOld->open();
+    for (int index = 0; isReadable && index < mOld->getEntryCount(); ++index) {
+        isReadable = index == 0 ? mOld->goToFirst() : mOld->goToNext();
+        mNames.insert(mOld->getEntry().name);
     }
-    QFile old(mPath);
-    if (!isReadable || !old.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+    if (!isReadable)
         return false;
+    mComment = mOld->getDirectory().comment;
     QByteArray chunk(cChunkSize, Qt::Uninitialized);
-    qint64 count = 0;
-    while ((count = old.read(chunk.data(), chunk.size())) > 0) {
-        if (mFile->write(chunk.constData(), count) != count)
+    const qint64 end = mOld->getEntryCount() > 0 ? mOld->getDirectory().start : 0;
+    for (qint64 offset = 0; offset < end;) {
+        const int size = static_cast<int>(std::min<qint64>(end - offset, chunk.size()));
+        if (mOld->getInput().readAt(offset, chunk.data(), size) != size ||
+            !mOutput->write(chunk.constData(), size))
             return false;
+        offset += size;
     }
-    return count == 0 && mFile->flush();
+    return true;
 }
 
 bool ZipArchiver::AddFile(const QString& sourcePath, const QString& nameInArchive, int level, ZipNames names,
                           const QString& password)
 {
-    const QFileInfo info(sourcePath);
+    static const char cSource[] = "ZipArchiver::AddFile";
+    const QString failure = QLatin1String("Error in opening file in zipfile: ") + nameInArchive;
+    ZipSource source(sourcePath);
+    const ZipSource::Kind kind = source.look();
+    const bool isFolder = kind == ZipSource::Kind::Folder || kind == ZipSource::Kind::LinkToFolder;
     Entry entry;
-    if (mHandle == nullptr || !prepareEntry(info, nameInArchive, names, entry))
-        return fail("ZipArchiver::AddFile",
-                    QLatin1String("Error in opening file in zipfile: ") + nameInArchive);
-    entry.level = info.isDir() ? 0 : (level == cStartLevel ? mLevel : level);
+    if (mHandle == nullptr)
+        return fail(cSource, failure);
+    entry.level = isFolder ? 0 : (level == cStartLevel ? mLevel : level);
+    if (entry.level < 0 || entry.level > cBestLevel)
+        return fail(cSource, failure);
     const QString& ownPassword = password.isEmpty() ? mPassword : password;
-    entry.password = info.isDir() ? QByteArray() : toPasswordBytes(ownPassword);
-    const bool hasPassword = info.isDir() || ownPassword.isEmpty() || !entry.password.isEmpty();
-    if (!hasPassword || entry.level < 0 || entry.level > cBestLevel)
-        return fail("ZipArchiver::AddFile",
-                    QLatin1String("Error in opening file in zipfile: ") + nameInArchive);
-    QFile source(sourcePath);
-    if (!info.isDir()) {
-        if (!info.isFile() || !source.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-            return fail("ZipArchiver::AddFile",
-                        QLatin1String("Error in opening file for reading: ") + sourcePath);
-        if (!getFileCrc(source, entry.crc, entry.size) || !source.seek(0))
-            return fail("ZipArchiver::AddFile", QLatin1String("Error in reading file: ") + sourcePath);
+    if (!isFolder && !ownPassword.isEmpty()) {
+        entry.password = toPasswordBytes(ownPassword);
+        if (entry.password.isEmpty())
+            return fail(cSource, withReason(failure, getPasswordRefusal()));
     }
-    if (!openEntry(entry))
-        return giveUp(QLatin1String("Error in opening file in zipfile: ") + nameInArchive);
-    if (!info.isDir() && !addContent(source, entry))
+    if (!isFolder && !openSource(source, entry))
         return false;
-    return closeEntry(entry);
+    if (!prepareEntry(source, nameInArchive, names, entry))
+        return fail(cSource, failure);
+    return writeEntry(source, entry) && (isFolder || checkSource(source, entry));
+}
+
+// Reads the source once, for its checksum.
+bool ZipArchiver::openSource(ZipSource& source, Entry& entry)
+{
+    if (!source.open())
+        return fail("ZipArchiver::AddFile",
+                    withReason(QLatin1String("Error in opening file for reading: ") + source.getPath(),
+                               source.getReason()));
+    if (!getFileCrc(source, entry.crc, entry.size) || !source.rewind())
+        return fail(
+            "ZipArchiver::AddFile",
+            withReason(QLatin1String("Error in reading file: ") + source.getPath(), source.getReason()));
+    return true;
+}
+
+bool ZipArchiver::writeEntry(ZipSource& source, const Entry& entry)
+{
+    if (!openEntry(entry))
+        return giveUp(QLatin1String("Error in opening file in zipfile: ") + entry.sourcePath);
+    if (!source.isFolder() && !addContent(source, entry))
+        return false;
+    if (zipCloseFileInZip(mHandle.get()) != ZIP_OK || mOutput->hasFailed())
+        return giveUp(QLatin1String("Error in writing file in the zipfile: ") + entry.sourcePath);
+    ++mAddedCount;
+    return true;
+}
+
+// What the archive has got is whole in itself, and perhaps not what the file is now.
+bool ZipArchiver::checkSource(ZipSource& source, const Entry& entry)
+{
+    if (!source.hasChanged())
+        return true;
+    return fail(
+        "ZipArchiver::AddFile",
+        QStringLiteral("Error in reading file: %1: it changed while it was packed; the archive has the "
+                       "%2 bytes that it had at first")
+            .arg(entry.sourcePath)
+            .arg(entry.size));
 }
 
 bool ZipArchiver::AddFileWithIerarchy(const QString& sourcePath, const QString& baseFolder, int level,
@@ -201,28 +252,28 @@ bool ZipArchiver::AddFileWithIerarchy(const QString& sourcePath, const QString& 
     return AddFile(sourcePath, name, level, names, QString());
 }
 
-bool ZipArchiver::prepareEntry(const QFileInfo& source, const QString& nameInArchive, ZipNames names,
+bool ZipArchiver::prepareEntry(const ZipSource& source, const QString& nameInArchive, ZipNames names,
                                Entry& entry)
 {
     QString name = makeSafeName(nameInArchive);
     if (name.isEmpty())
         return false;
-    if (source.isDir())
+    if (source.isFolder())
         name += QLatin1Char('/');
     if (mNames.contains(name))
         return false;
-    const bool isLarge = source.size() > cSmallSize || mFile->pos() > cSmallSize;
+    const bool isLarge = entry.size > cSmallSize || mOutput->getPosition() > cSmallSize;
     const bool isPlain = names == ZipNames::Plain || isLarge;
-    entry.sourcePath = source.filePath();
+    entry.sourcePath = source.getPath();
     entry.rawName = isPlain ? name.toUtf8() : ZipName::encodeZipName(name);
     entry.nameField = isPlain ? QByteArray() : ZipName::createExtraField(name);
     entry.flags = isPlain ? cFlagUtf8 : 0;
-    entry.isZip64 = isLarge || (!isPlain && !source.isDir());
-    entry.dosTime = makeDosTime(source.lastModified());
+    entry.isZip64 = isLarge || (!isPlain && !source.isFolder());
+    entry.dosTime = makeDosTime(source.getModified());
     // Attributes of DOS say that the name is in the OEM code page, those of Unix keep the rights. A name in
     // ASCII or UTF-8 does not need the first.
     const bool isOemName = !isPlain && entry.rawName != name.toUtf8();
-    entry.attributes = makeDosAttributes(source) | (isOemName ? 0 : getUnixAttributes(source));
+    entry.attributes = makeDosAttributes(source) | (isOemName ? 0 : source.getUnixAttributes());
     entry.madeBy = static_cast<uint16_t>(cVersion | (isOemName ? 0 : getMadeBy()));
     if (entry.rawName.size() > cMaximumFieldSize ||
         entry.nameField.size() + cZip64RecordSize > cMaximumFieldSize)
@@ -248,14 +299,14 @@ bool ZipArchiver::openEntry(const Entry& entry)
                                    entry.madeBy, entry.flags, entry.isZip64 ? 1 : 0) == ZIP_OK;
 }
 
-bool ZipArchiver::addContent(QFile& source, const Entry& entry)
+bool ZipArchiver::addContent(ZipSource& source, const Entry& entry)
 {
     // Made once, and behind the library's own memory: that is then kept from one entry to the next, too.
     mChunk.resize(cChunkSize);
     qint64 rest = entry.size;
     uLong crc = 0;
     while (rest > 0) {
-        const qint64 count = source.read(mChunk.data(), std::min<qint64>(rest, mChunk.size()));
+        const int count = source.read(mChunk.data(), static_cast<int>(std::min<qint64>(rest, mChunk.size())));
         if (count <= 0)
             break;
         if (zipWriteInFileInZip(mHandle.get(), mChunk.constData(), static_cast<unsigned>(count)) != ZIP_OK)
@@ -266,13 +317,8 @@ bool ZipArchiver::addContent(QFile& source, const Entry& entry)
     }
     // The sizes and the check byte are those of the first pass: a file that has changed since does not fit.
     const bool isSame = rest == 0 && (entry.password.isEmpty() || crc == entry.crc);
-    return isSame || giveUp(QLatin1String("Error in reading file: ") + entry.sourcePath);
-}
-
-bool ZipArchiver::closeEntry(const Entry& entry)
-{
-    return zipCloseFileInZip(mHandle.get()) == ZIP_OK ||
-           giveUp(QLatin1String("Error in writing file in the zipfile: ") + entry.sourcePath);
+    return isSame || giveUp(withReason(QLatin1String("Error in reading file: ") + entry.sourcePath,
+                                       source.getReason()));
 }
 
 bool ZipArchiver::FinishWriting()
@@ -280,22 +326,24 @@ bool ZipArchiver::FinishWriting()
     const QString failure = QLatin1String("Error in closing file: ") + mPath;
     if (mHandle == nullptr)
         return fail("ZipArchiver::FinishWriting", failure);
-    const bool isEnded = zipClose(mHandle.release(), nullptr) == ZIP_OK;
-    // An archive that was added to may end in what it held before.
-    const bool isWritten =
-        isEnded && mFile->flush() && mFile->error() == QFileDevice::NoError && mFile->resize(mFile->pos());
-    const QFileInfo part(*mFile);
-    const QFileInfo target(mPath);
-    if (target.exists())
-        mFile->setPermissions(target.permissions());
-    mFile->close();
-    const std::unique_ptr<ZipFolder> folder = ZipFolder::openRoot(target.absolutePath());
-    const bool isInPlace = isWritten && mFile->error() == QFileDevice::NoError && folder != nullptr &&
-                           folder->replaceFile(part.fileName(), target.fileName());
-    if (!isInPlace)
-        mFile->remove();
-    mFile.reset();
-    return isInPlace || fail("ZipArchiver::FinishWriting", failure);
+    QString reason;
+    const bool isEnded = zipClose(mHandle.release(), mComment.constData()) == ZIP_OK;
+    const bool isInPlace = mOutput->flush() && isEnded && putInPlace(reason);
+    if (reason.isEmpty())
+        reason = mOutput->getReason();
+    drop();
+    return isInPlace || fail("ZipArchiver::FinishWriting", withReason(failure, reason));
+}
+
+bool ZipArchiver::putInPlace(QString& reason)
+{
+    try {
+        mFile->Commit();
+        return true;
+    } catch (const GException& error) {
+        reason = error.GetDescription();
+        return false;
+    }
 }
 
 bool ZipArchiver::isOwnFile(const QString& path) const
@@ -304,16 +352,24 @@ bool ZipArchiver::isOwnFile(const QString& path) const
     const auto isSame = [&info](const QFileInfo& own) {
         return info.fileName().compare(own.fileName(), Qt::CaseInsensitive) == 0 && info == own;
     };
-    return isSame(QFileInfo(mPath)) || (mFile != nullptr && isSame(QFileInfo(*mFile)));
+    return isSame(QFileInfo(mPath)) || (mFile != nullptr && !mFile->GetTemporaryPath().IsEmpty() &&
+                                        isSame(QFileInfo(mFile->GetTemporaryPath().GetNativePath())));
 }
 
 // What has been begun can't be taken out of the archive again.
 bool ZipArchiver::giveUp(const QString& text)
 {
+    const QString reason = mOutput->getReason();
+    drop();
+    return fail("ZipArchiver::AddFile", withReason(text, reason));
+}
+
+void ZipArchiver::drop()
+{
     mHandle.reset();
-    removeQuietly(*mFile);
+    mOutput.reset();
+    mOld.reset();
     mFile.reset();
-    return fail("ZipArchiver::AddFile", text);
 }
 
 bool ZipArchiver::fail(const char* source, const QString& text)

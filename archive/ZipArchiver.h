@@ -9,11 +9,14 @@
 
 #include <memory>
 
-class QFile;
-class QFileInfo;
+class GDurableFile;
 
 namespace Morvane
 {
+class ZipOutput;
+class ZipReader;
+class ZipSource;
+
 // Whether an archive is made anew, in place of one that may be there, or added to.
 enum class ZipStart
 {
@@ -31,13 +34,14 @@ enum class ZipNames
 
 // A zip archive being written.
 //
-// It is written beside its place, and put there whole by FinishWriting(). Whatever fails before, and the end
-// of the object's life without FinishWriting(), leaves what was there before and nothing else.
+// It is written beside its place, flushed to disk and put there whole by FinishWriting(), with the rights of
+// the one that was there (see GDurableFile, which does it). Whatever fails before, and the end of the
+// object's life without FinishWriting(), leaves what was there before and nothing else; so does a kill.
 //
 // No operation throws; each gives whether it succeeded, and reports its failure to the log. Once an entry has
-// failed in the middle of its content, the archive can't be finished any more. Sources that can't be opened
-// are told before anything is written for them, and the archive can go on without them. An object belongs to
-// one thread at a time.
+// failed in the middle of its content, the archive can't be finished any more, see isWriting(). Sources that
+// can't be opened are told before anything is written for them, and the archive can go on without them. An
+// object belongs to one thread at a time.
 class ZipArchiver
 {
 public:
@@ -60,6 +64,9 @@ public:
     // that the archive has already is refused. The entry gets the file's date and rights, the content of what
     // a link leads to, and no name field when it has about 4 GiB or more, or lies that far into the archive:
     // the field would hide the sizes from every reader.
+    //
+    // A file that grows meanwhile is packed as far as it went at first, and one that changes may be a mixture
+    // in the archive: that is told as a failure, too, and the archive can go on.
     bool AddFile(const QString& sourcePath, const QString& nameInArchive, int level, ZipNames names,
                  const QString& password);
 
@@ -68,6 +75,12 @@ public:
 
     // Ends the archive and puts it in its place.
     bool FinishWriting();
+
+    // Whether entries can be added: writing has begun, and nothing has failed that can't be taken back.
+    bool isWriting() const { return mHandle != nullptr; }
+
+    // How many entries were added since StartWriting().
+    int getAddedCount() const { return mAddedCount; }
 
     // Whether a path is that of the archive, or of the file that it is written to until it is finished: what
     // goes through a folder leaves both out.
@@ -87,21 +100,29 @@ private:
     };
 
     bool openArchive(ZipStart start);
-    bool copyOldArchive();
-    bool prepareEntry(const QFileInfo& source, const QString& nameInArchive, ZipNames names, Entry& entry);
+    bool copyOldEntries();
+    bool prepareEntry(const ZipSource& source, const QString& nameInArchive, ZipNames names, Entry& entry);
+    bool openSource(ZipSource& source, Entry& entry);
+    bool writeEntry(ZipSource& source, const Entry& entry);
     bool openEntry(const Entry& entry);
-    bool addContent(QFile& source, const Entry& entry);
-    bool closeEntry(const Entry& entry);
+    bool addContent(ZipSource& source, const Entry& entry);
+    bool checkSource(ZipSource& source, const Entry& entry);
+    bool putInPlace(QString& reason);
+    void drop();
     bool giveUp(const QString& text);
     bool fail(const char* source, const QString& text);
 
     const QString mPath;
-    std::unique_ptr<QFile> mFile;           // what is written until the archive is finished
-    std::unique_ptr<void, Closer> mHandle;  // before the file, which it writes to
+    std::unique_ptr<GDurableFile> mFile;  // each of these works on the one before it
+    std::unique_ptr<ZipReader> mOld;      // the archive that is added to
+    std::unique_ptr<ZipOutput> mOutput;
+    std::unique_ptr<void, Closer> mHandle;
     QSet<QString> mNames;
+    QByteArray mComment;  // of the archive that is added to
     QByteArray mChunk;
     QString mPassword;
     int mLevel = 0;
+    int mAddedCount = 0;
     ZipLog mLog;
     QString mLastError;
 };

@@ -4,11 +4,11 @@
 
 #include <cstdint>
 
-class QIODevice;
-
 namespace Morvane
 {
-// Reads an open device from where it stands to its end, and gives the CRC-32 and the number of its bytes.
+class ZipSource;
+
+// Reads an open source from where it stands to its end, and gives the CRC-32 and the number of its bytes.
 // False when it can't be read.
-bool getFileCrc(QIODevice& device, uint32_t& crc, qint64& size);
+bool getFileCrc(ZipSource& source, uint32_t& crc, qint64& size);
 }  // namespace Morvane

@@ -3,6 +3,7 @@
 #include "archive/ZipDestination.h"
 #include "archive/ZipExtraction.h"
 #include "archive/ZipReader.h"
+#include "archive/ZipSource.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -15,36 +16,86 @@ using namespace Morvane;
 namespace
 {
 constexpr int cChunkSize = 16384;
-constexpr QDir::Filters cEverything =
-    QDir::Files | QDir::Dirs | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
 
-bool addFilesToZip(ZipArchiver& archiver, const QString& folder, const QString& baseFolder, ZipNames names,
-                   const ZipLog& log);
-
-bool addDirToZip(ZipArchiver& archiver, const QString& folder, const QString& baseFolder, ZipNames names,
-                 const ZipLog& log)
+// Folders on their way into an archive.
+class Packing
 {
-    return archiver.AddFileWithIerarchy(folder, baseFolder, ZipArchiver::cStartLevel, names) &&
-           addFilesToZip(archiver, folder, baseFolder, names, log);
-}
-
-bool addFilesToZip(ZipArchiver& archiver, const QString& folder, const QString& baseFolder, ZipNames names,
-                   const ZipLog& log)
-{
-    for (const QFileInfo& item : QDir(folder).entryInfoList(cEverything, QDir::Name)) {
-        const QString path = item.filePath();
-        bool isAdded = true;
-        if (item.isDir() && item.isSymLink())
-            log.debug("ZipHelper::addFilesToZip", QLatin1String("Left out, a link to a folder: ") + path);
-        else if (item.isDir())
-            isAdded = addDirToZip(archiver, path, baseFolder, names, log);
-        else if (!archiver.isOwnFile(path))
-            isAdded = archiver.AddFileWithIerarchy(path, baseFolder, ZipArchiver::cStartLevel, names);
-        if (!isAdded)
-            return false;
+public:
+    Packing(ZipArchiver& archiver, const QString& baseFolder, ZipNames names, const ZipRun& run)
+        : mArchiver(archiver), mBaseFolder(baseFolder), mNames(names), mRun(run), mLog(run.log)
+    {
     }
-    return true;
-}
+
+    bool addDirToZip(const QString& folder)
+    {
+        return addEntry(folder) ? addFilesToZip(folder) : goOnWithout(folder);
+    }
+
+    bool addFilesToZip(const QString& folder)
+    {
+        QStringList names;
+        QString reason;
+        const bool isWhole = listSources(folder, names, reason);
+        if (!isWhole && !leaveOut(folder, QLatin1String("not all of the folder can be read: ") + reason))
+            return false;
+        for (const QString& name : names) {
+            if (!addBelow(folder + QLatin1Char('/') + name))
+                return false;
+        }
+        return true;
+    }
+
+    bool addFile(const QString& path) { return addEntry(path) || goOnWithout(path); }
+
+    // Reports what is not packed. Whether the rest is.
+    bool leaveOut(const QString& path, const QString& reason)
+    {
+        mLog.error("ZipHelper::addFilesToZip", QStringLiteral("Left out, %1: %2").arg(reason, path));
+        return goOnWithout(path);
+    }
+
+private:
+    bool addBelow(const QString& path)
+    {
+        ZipSource source(path);
+        switch (source.look()) {
+            case ZipSource::Kind::File:
+                return mArchiver.isOwnFile(path) || addFile(path);
+            case ZipSource::Kind::Folder:
+                return addDirToZip(path);
+            case ZipSource::Kind::LinkToFolder:
+                return leaveOut(path, QStringLiteral("a link to a folder"));
+            case ZipSource::Kind::LinkToNothing:
+                return leaveOut(path, QStringLiteral("a link that leads nowhere"));
+            case ZipSource::Kind::Special:
+                return leaveOut(path, QStringLiteral("a pipe, socket or device"));
+            case ZipSource::Kind::Missing:
+            case ZipSource::Kind::Unknown:
+                break;
+        }
+        return leaveOut(path, source.getReason());
+    }
+
+    bool addEntry(const QString& path)
+    {
+        return mArchiver.AddFileWithIerarchy(path, mBaseFolder, ZipArchiver::cStartLevel, mNames);
+    }
+
+    // After a failure that the log knows of.
+    bool goOnWithout(const QString& path)
+    {
+        if (mRun.leftOut == nullptr || !mArchiver.isWriting())
+            return false;
+        mRun.leftOut->append(path);
+        return true;
+    }
+
+    ZipArchiver& mArchiver;
+    const QString mBaseFolder;
+    const ZipNames mNames;
+    const ZipRun& mRun;
+    const ZipLog mLog;
+};
 
 // One run over the entries of an archive.
 class Extraction
@@ -191,14 +242,23 @@ bool ZipHelper::compressItem(const QString& item, const QString& zipPath, ZipSta
                              const ZipRun& run)
 {
     const ZipLog log(run.log);
-    if (!QFileInfo::exists(item)) {
+    if (ZipSource(item).look() == ZipSource::Kind::Missing) {
         log.error("ZipHelper::compressItem", QLatin1String("Item doesn't exist: ") + item);
         return false;
     }
     ZipArchiver archiver(zipPath);
     archiver.setLogInterface(run.log);
     return archiver.StartWriting(start, password, level) && addItem(archiver, item, baseFolder, names, run) &&
-           archiver.FinishWriting();
+           finish(archiver, run);
+}
+
+bool ZipHelper::finish(ZipArchiver& archiver, const ZipRun& run)
+{
+    const bool isLeftOut = run.leftOut != nullptr && !run.leftOut->isEmpty();
+    if (archiver.getAddedCount() > 0 || !isLeftOut)
+        return archiver.FinishWriting();
+    ZipLog(run.log).error("ZipHelper::finish", QStringLiteral("There is nothing that can be packed."));
+    return false;
 }
 
 bool ZipHelper::addItem(ZipArchiver& archiver, const QString& item, const QString& baseFolder, ZipNames names,
@@ -206,9 +266,20 @@ bool ZipHelper::addItem(ZipArchiver& archiver, const QString& item, const QStrin
 {
     const QFileInfo info(QDir(item).absolutePath());
     const QString base = baseFolder.isEmpty() ? info.absolutePath() : baseFolder;
-    if (info.isDir())
-        return addDirToZip(archiver, info.filePath(), base, names, ZipLog(run.log));
-    return archiver.AddFileWithIerarchy(info.filePath(), base, ZipArchiver::cStartLevel, names);
+    Packing packing(archiver, base, names, run);
+    ZipSource source(info.filePath());
+    switch (source.look()) {
+        case ZipSource::Kind::Folder:
+        case ZipSource::Kind::LinkToFolder:
+            return packing.addDirToZip(info.filePath());
+        case ZipSource::Kind::Missing:
+            ZipLog(run.log).error("ZipHelper::addItem", QLatin1String("Item doesn't exist: ") + item);
+            return false;
+        case ZipSource::Kind::Unknown:
+            return packing.leaveOut(info.filePath(), source.getReason());
+        default:
+            return packing.addFile(info.filePath());
+    }
 }
 
 bool ZipHelper::compressFolderContents(const QString& folder, const QString& zipPath, ZipStart start,
@@ -222,8 +293,8 @@ bool ZipHelper::compressFolderContents(const QString& folder, const QString& zip
     ZipArchiver archiver(zipPath);
     archiver.setLogInterface(run.log);
     const QString base = QDir(folder).absolutePath();
-    return archiver.StartWriting(start, password, level) && addFilesToZip(archiver, base, base, names, log) &&
-           archiver.FinishWriting();
+    return archiver.StartWriting(start, password, level) &&
+           Packing(archiver, base, names, run).addFilesToZip(base) && finish(archiver, run);
 }
 
 bool ZipHelper::extractFiles(const QString& zipPath, const QString& destinationFolder, ZipPaths paths,

@@ -37,6 +37,10 @@ struct ZipRun
     // Told, during extraction, of the bytes that are written and of all that there will be. False gives the
     // extraction up.
     std::function<bool(qint64 done, qint64 total)> progress;
+
+    // With a list, what lies below a folder and can't be packed is added to it, and the rest is packed.
+    // Without one it ends the packing, and what was at the archive's path stays. Either way the log names it.
+    QStringList* leftOut = nullptr;
 };
 
 // Whole folders into archives, and whole archives into folders. Static operations that may run on any thread;
@@ -48,9 +52,11 @@ class ZipHelper
 {
 public:
     // Packs a file, or a folder with all that is below it, hidden files included. Names in the archive are
-    // relative to the base folder; an empty one stands for the folder that holds the item. Folders that are
-    // links are left out, and so is the archive itself. A failure leaves what was at the archive's path.
-    // `level` is 0 (stored) to 9; an empty password encrypts nothing.
+    // relative to the base folder; an empty one stands for the folder that holds the item. A link to a file
+    // counts as the file. What can't be packed is links to folders and to nothing, pipes, sockets and
+    // devices, what can't be read, and a file that changes meanwhile, see ZipRun::leftOut. The archive itself
+    // is passed over. A failure leaves what was at the archive's path. `level` is 0 (stored) to 9; an empty
+    // password encrypts nothing.
     static bool compressItem(const QString& item, const QString& zipPath, Morvane::ZipStart start,
                              const QString& password, int level, const QString& baseFolder,
                              Morvane::ZipNames names, const ZipRun& run = {});
@@ -82,7 +88,10 @@ public:
     static qint64 getDirSize(const QString& folder);
 
     // Adds an item to an archive that is being written, as compressItem() does, with the archive's own level
-    // and password. For archives of several items.
+    // and password. For archives of several items. An item that is not there is a failure in any case.
     static bool addItem(Morvane::ZipArchiver& archiver, const QString& item, const QString& baseFolder,
                         Morvane::ZipNames names, const ZipRun& run = {});
+
+    // Ends such an archive and puts it in its place; not when all that was to be packed was left out.
+    static bool finish(Morvane::ZipArchiver& archiver, const ZipRun& run = {});
 };

@@ -35,6 +35,11 @@ void* ZipInput::open()
     return unzOpen2_64(this, &functions);
 }
 
+QString ZipInput::getReason() const
+{
+    return mDevice.errorString();
+}
+
 int ZipInput::readAt(qint64 offset, char* bytes, int size)
 {
     int done = 0;
@@ -110,9 +115,36 @@ const ZipInput::Block& ZipInput::getBlock(qint64 offset)
     mLastUsed = (mLastUsed + 1) % mBlocks.size();
     Block& block = mBlocks[mLastUsed];
     block.offset = start;
-    block.bytes.resize(cBlockSize);
-    qint64 count = mDevice.seek(start) ? mDevice.read(block.bytes.data(), cBlockSize) : 0;
-    block.bytes.resize(static_cast<int>(std::max<qint64>(count, 0)));
+    fill(block);
     return block;
+}
+
+void ZipInput::fill(Block& block)
+{
+    const qint64 ownSize = mSize - mEnd.size();
+    const int size =
+        static_cast<int>(std::max<qint64>(std::min<qint64>(cBlockSize, ownSize - block.offset), 0));
+    block.bytes.resize(size);
+    int done = 0;
+    bool isThere = mDevice.seek(block.offset);
+    while (isThere && done < size) {
+        const qint64 count = mDevice.read(block.bytes.data() + done, size - done);
+        isThere = count > 0;
+        done += static_cast<int>(std::max<qint64>(count, 0));
+    }
+    block.bytes.resize(done);
+    if (done < size) {
+        mHasFailed = true;
+        return;
+    }
+    const qint64 endOffset = std::max<qint64>(block.offset - ownSize, 0);
+    block.bytes += mEnd.mid(static_cast<int>(endOffset), cBlockSize - size);
+}
+
+void ZipInput::endWith(qint64 offset, const QByteArray& end)
+{
+    mEnd = end;
+    mSize = offset + end.size();
+    mBlocks = {};
 }
 }  // namespace Morvane

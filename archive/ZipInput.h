@@ -3,6 +3,7 @@
 #include "archive/ZipCipher.h"
 
 #include <QByteArray>
+#include <QString>
 
 #include <array>
 #include <optional>
@@ -14,6 +15,8 @@ namespace Morvane
 // What the zip library reads an archive through: a device with a cache of two blocks. The library asks for
 // the directory of an archive a byte at a time and jumps between the directory and the data; with one block
 // for each, both stay cheap.
+//
+// The library takes its end for granted, and is shown one that is as it expects: see ZipDirectory.
 class ZipInput
 {
 public:
@@ -29,6 +32,13 @@ public:
     int readAt(qint64 offset, char* bytes, int size);
 
     qint64 getSize() const { return mSize; }
+
+    // From here on the archive ends with these bytes from that offset on, whatever the device holds there.
+    void endWith(qint64 offset, const QByteArray& end);
+
+    // Whether the device gave fewer bytes than it has, at any time, and why.
+    bool hasFailed() const { return mHasFailed; }
+    QString getReason() const;
 
     // From here on the library reads the encrypted content that begins at the offset decrypted, and without
     // the bytes that the encryption has put before it. It has to read it once and in order. Gives the check
@@ -48,10 +58,13 @@ private:
 
     int readDecrypted(char* bytes, int size);
     const Block& getBlock(qint64 offset);
+    void fill(Block& block);
 
     QIODevice& mDevice;
-    const qint64 mSize;
+    qint64 mSize;  // that of the device, or with the end in its place
+    QByteArray mEnd;
     qint64 mPosition = 0;
+    bool mHasFailed = false;
     std::array<Block, 2> mBlocks;
     size_t mLastUsed = 0;
     std::optional<ZipCipher> mCipher;

@@ -2,22 +2,21 @@
 
 #include "archive/ZipInput.h"
 #include "archive/ZipName.h"
+#include "archive/ZipSource.h"
 
 #include <QFile>
 
 #include <quazip/unzip.h>
 
-#include <algorithm>
+#include <climits>
 #include <limits>
+#include <optional>
 
 namespace Morvane
 {
 static constexpr int cMethodStored = 0;
 static constexpr int cMethodDeflated = 8;
 static constexpr uint16_t cFlagStrongEncryption = 0x0040;
-static constexpr int cDirectoryRecordSize = 46;  // the least that an entry takes in the directory
-static constexpr int cEndRecordSize = 22;
-static const char cEndRecordStart[] = "PK\5\6\0\0\0\0\0\0\0\0";  // the mark, and no disk and no entry
 
 ZipReader::ZipReader(const QString& path) : ZipReader(std::make_unique<QFile>(path)) {}
 
@@ -39,30 +38,41 @@ bool ZipReader::open()
 
 bool ZipReader::openHandle()
 {
-    if (!mDevice->isOpen() && !mDevice->open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+    if (!openDevice())
         return false;
     mInput = std::make_unique<ZipInput>(*mDevice);
-    if (isEmptyArchive())
-        return true;
-    mHandle.reset(mInput->open());
-    unz_global_info64 info{};
-    if (mHandle == nullptr || unzGetGlobalInfo64(mHandle.get(), &info) != UNZ_OK)
+    const std::optional<ZipDirectory> directory = findZipDirectory(*mInput);
+    mIsArchive = directory.has_value();
+    if (!mIsArchive || directory->count < 0 || directory->count > INT_MAX)
         return false;
-    const qint64 possible = mInput->getSize() / cDirectoryRecordSize;
-    if (info.number_entry > static_cast<ZPOS64_T>(std::min<qint64>(possible, INT_MAX)))
-        return false;
-    mEntryCount = static_cast<int>(info.number_entry);
-    return true;
+    mDirectory = *directory;
+    mEntryCount = static_cast<int>(mDirectory.count);
+    mInput->endWith(mDirectory.end, mDirectory.makeEnd());
+    // The library takes an archive without entries for none.
+    if (mEntryCount > 0)
+        mHandle.reset(mInput->open());
+    return mEntryCount == 0 || mHandle != nullptr;
 }
 
-// The library looks for the end record behind the first byte only, and so takes an archive that consists of
-// nothing else for no archive.
-bool ZipReader::isEmptyArchive()
+// A pipe or a device is not opened: it could make the reader wait for ever.
+bool ZipReader::openDevice()
 {
-    QByteArray record(cEndRecordSize, '\0');
-    const int size = mInput->readAt(0, record.data(), record.size());
-    return size == cEndRecordSize &&
-           record.startsWith(QByteArray::fromRawData(cEndRecordStart, sizeof cEndRecordStart - 1));
+    if (mDevice->isOpen())
+        return true;
+    const auto* file = qobject_cast<QFile*>(mDevice.get());
+    ZipSource source(file != nullptr ? file->fileName() : QString());
+    const ZipSource::Kind kind = file != nullptr ? source.look() : ZipSource::Kind::File;
+    if (kind == ZipSource::Kind::File && mDevice->open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        return true;
+    mReason = kind == ZipSource::Kind::File ? mDevice->errorString() : source.getReason();
+    if (mReason.isEmpty())
+        mReason = QStringLiteral("it is no file");
+    return false;
+}
+
+QString ZipReader::getReason() const
+{
+    return mInput != nullptr && mInput->hasFailed() ? mInput->getReason() : mReason;
 }
 
 bool ZipReader::goToFirst()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "archive/ZipDirectory.h"
 #include "archive/ZipEntry.h"
 
 #include <QByteArray>
@@ -34,12 +35,19 @@ public:
     explicit ZipReader(std::unique_ptr<QIODevice> device);
     ~ZipReader();
 
-    // Opens the archive and reads the number of its entries. False when it can't be read or is no archive,
-    // and when it announces more entries than it has room for. An archive without entries is one.
+    // Opens the archive and counts its entries. False when it can't be read or is no archive, and when it
+    // announces more entries than it has room for. An archive without entries is one.
     bool open();
 
     // Whether open() found an archive, be its number of entries believed or not.
-    bool isArchive() const { return mIsOpen || mHandle != nullptr; }
+    bool isArchive() const { return mIsArchive; }
+
+    // Why reading failed, in the system's words; empty when it was not the system.
+    QString getReason() const;
+
+    // Where the directory lies. Of use once the archive is open.
+    const ZipDirectory& getDirectory() const { return mDirectory; }
+    ZipInput& getInput() { return *mInput; }
 
     int getEntryCount() const { return mEntryCount; }
 
@@ -67,7 +75,7 @@ private:
     };
 
     bool openHandle();
-    bool isEmptyArchive();
+    bool openDevice();
     bool readDescription();
     bool beginDecryption(const QByteArray& password);
     bool endContent();
@@ -78,10 +86,13 @@ private:
     QByteArray mNameBuffer;
     QByteArray mExtraBuffer;
     ZipEntry mEntry;
+    ZipDirectory mDirectory;
+    QString mReason;
     int mEntryCount = 0;
     int mError = 0;
     qint64 mRest = 0;  // bytes of the open entry that are still to come
     bool mIsOpen = false;
+    bool mIsArchive = false;
     bool mIsDamaged = false;
 };
 }  // namespace Morvane

@@ -105,16 +105,19 @@ int extractArchive(const QStringList& arguments, const QString& password, ZipPat
 int createArchive(const QStringList& arguments, const QString& password, int level, ZipNames names)
 {
     ZipErrorPrinter printer;
+    QStringList leftOut;
     ZipRun run;
     run.log = &printer;
+    run.leftOut = &leftOut;
     ZipArchiver archiver(arguments.first());
     archiver.setLogInterface(&printer);
     const QStringList items = arguments.mid(1);
     const auto addItem = [&](const QString& item) {
         return ZipHelper::addItem(archiver, item, QString(), names, run);
     };
-    return getStatus(archiver.StartWriting(ZipStart::Create, password, level) &&
-                     std::all_of(items.begin(), items.end(), addItem) && archiver.FinishWriting());
+    const bool isDone = archiver.StartWriting(ZipStart::Create, password, level) &&
+                        std::all_of(items.begin(), items.end(), addItem) && ZipHelper::finish(archiver, run);
+    return getStatus(isDone && leftOut.isEmpty());
 }
 
 // The options that an action knows, and how its call goes on.

@@ -41,6 +41,13 @@ public:
 
     void Write(const char* bytes, int count) override;
 
+    // Writes over bytes that are there, or behind the last one; for formats that go back to what they have
+    // written. Without a buffer, and not for a file that Write() is used on, too.
+    void WriteAt(int64_t offset, const char* bytes, int count);
+
+    // Where the new file is until it is in place; empty while it has no name.
+    const GPathName& GetTemporaryPath() const { return mTemporary; }
+
     // Puts the new file in place. Called once, at the end.
     void Commit();
 

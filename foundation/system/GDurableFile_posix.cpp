@@ -133,6 +133,21 @@ void GDurableFile::WriteNow(const char* bytes, int count)
     }
 }
 
+void GDurableFile::WriteAt(int64_t offset, const char* bytes, int count)
+{
+    while (count > 0) {
+        const ssize_t written =
+            pwrite(static_cast<int>(mHandle.Get()), bytes, static_cast<size_t>(count), offset);
+        if (written < 0 && errno != EINTR)
+            RaiseWriteError();
+        if (written > 0) {
+            bytes += written;
+            offset += written;
+            count -= static_cast<int>(written);
+        }
+    }
+}
+
 void GDurableFile::FlushAndReplace()
 {
     if (fsync(static_cast<int>(mHandle.Get())) != 0)

@@ -125,6 +125,22 @@ void GDurableFile::WriteNow(const char* bytes, int count)
     }
 }
 
+void GDurableFile::WriteAt(int64_t offset, const char* bytes, int count)
+{
+    while (count > 0) {
+        OVERLAPPED place = {};
+        place.Offset = static_cast<DWORD>(offset);
+        place.OffsetHigh = static_cast<DWORD>(offset >> 32);
+        DWORD written = 0;
+        if (!WriteFile(reinterpret_cast<HANDLE>(mHandle.Get()), bytes, static_cast<DWORD>(count), &written,
+                       &place))
+            RaiseWriteError();
+        bytes += written;
+        offset += written;
+        count -= static_cast<int>(written);
+    }
+}
+
 void GDurableFile::FlushAndReplace()
 {
     const auto file = reinterpret_cast<HANDLE>(mHandle.Get());

@@ -1,7 +1,7 @@
 #include "archive/ZipArchive.h"
 
 #include "ZipSamples.h"
-#include "archive/ZipSourceAttributes.h"
+#include "archive/ZipSource.h"
 
 #include <QDateTime>
 
@@ -10,6 +10,7 @@ using namespace Morvane;
 namespace
 {
 constexpr int cMadeByUnix = 3 << 8 | 20;
+constexpr int cEndSize = 22;
 
 using ZipArchiveTest = ArchiveTest;
 }  // namespace
@@ -32,6 +33,49 @@ TEST_F(ZipArchiveTest, ADirectoryThatEndsEarlyEndsTheIterationWithAnError)
     EXPECT_FALSE(archive.Next());
     EXPECT_TRUE(archive.AtEnd() && archive.HasFailed());
     EXPECT_EQ(2, archive.GetFileList().size());
+}
+
+// As other programs open them: by what the directory holds.
+TEST_F(ZipArchiveTest, TheEndOfAnArchiveNeedNotBeAsItShould)
+{
+    const QByteArray whole = BuildArchive({{"a", "1"}, {"b", "2"}, {"c", "3"}});
+    const QByteArray body = whole.left(whole.size() - cEndSize);
+    const QByteArray end = whole.right(cEndSize);
+    const QByteArray large = QByteArray::fromHex(
+                                 "504b0606 2c00000000000000 2d00 2d00 00000000 00000000"
+                                 "0300000000000000 0300000000000000") +
+                             end.mid(12, 4) + QByteArray(4, '\0') + end.mid(16, 4) + QByteArray(4, '\0') +
+                             QByteArray::fromHex("504b0607 00000000") + QByteArray(12, '\xff') + "PK\5\6" +
+                             QByteArray(4, '\0') + QByteArray(12, '\xff') + QByteArray(2, '\0');
+    const QByteArray comment = end.left(cEndSize - 2) + "\xff\xff" + QByteArray(0xffff, 'c');
+    QByteArray noEnd = "PK\5\6" + QByteArray(40, '\0');
+    noEnd[8] = noEnd[10] = 1;
+    QByteArray understated = end;
+    understated[8] = understated[10] = 1;
+    const QMap<QString, QByteArray> tree = {{"a"_q, "1"}, {"b"_q, "2"}, {"c"_q, "3"}};
+    QMap<QString, QByteArray> longerTree = tree;
+    longerTree["d"_q] = "4";
+    WriteFile(mSandbox.GetPath("d"_q), "4");
+    const QMap<QString, QByteArray> archives = {
+        {"too few entries"_q, body + understated},
+        {"the longest comment"_q, body + comment},
+        {"a comment that is cut"_q, (body + comment).chopped(1000)},
+        {"bytes behind it"_q, whole + QByteArray(70000, 'b')},
+        {"what looks like an end behind it"_q, whole + noEnd},
+        {"bytes before it"_q, QByteArray(5000, 'b') + whole},
+        {"large numbers, and bytes before it"_q, QByteArray(5000, 'b') + body + large},
+        {"another archive before it"_q, BuildArchive({{"x", "9"}}) + whole}};
+    for (auto archive = archives.begin(); archive != archives.end(); ++archive) {
+        SCOPED_TRACE(archive.key().toStdString());
+        WriteFile(mArchive, archive.value());
+        EXPECT_TRUE(Extract());
+        EXPECT_EQ(tree, ReadTree(mTarget));
+        EXPECT_TRUE(ZipHelper::compressItem(mSandbox.GetPath("d"_q), mArchive, ZipStart::Append, QString(), 6,
+                                            QString(), ZipNames::Plain));
+        EXPECT_TRUE(Extract());
+        EXPECT_EQ(longerTree, ReadTree(mTarget)) << "and it can be added to";
+        QDir(mTarget).removeRecursively();
+    }
 }
 
 TEST_F(ZipArchiveTest, EachFailureHasItsTextAndLeavesNoFile)

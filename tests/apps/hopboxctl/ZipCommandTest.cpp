@@ -45,7 +45,7 @@ TEST_F(ZipCommand, FailuresAreToldAndLeaveNothing)
     {
         const char *call, *error;
     } cases[] = {
-        {"create bad.zip a.txt missing", "Error in opening file for reading: "},
+        {"create bad.zip a.txt missing", "Item doesn't exist: missing"},
         {"create none/bad.zip a.txt", "Error opening file: "},
         {"list missing.zip", "Can't open zip archive: missing.zip"},
         {"extract a.txt out", "Can't open zip archive: a.txt"},

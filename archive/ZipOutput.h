@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+class GDurableFile;
+
+namespace Morvane
+{
+class ZipInput;
+
+// What the zip library writes an archive through. The library looks at few of the errors that it is told, so
+// they are kept here: after one, nothing more is written, and hasFailed() stays true.
+//
+// The bytes written last stay in memory for a while. The library goes back to the header of an entry when it
+// has written the content, and finds it there more often than not.
+class ZipOutput
+{
+public:
+    explicit ZipOutput(GDurableFile& file) : mFile(file) {}
+
+    // The library's handle on an archive; null when it can't be made. The handle writes through this object.
+    void* create();
+
+    // The same for an archive that goes on where the directory of another begins, which is open and outlives
+    // the handle. Its entries are to be here already.
+    void* append(ZipInput& old);
+
+    // Writes bytes at the end.
+    bool write(const char* bytes, int count);
+
+    // Hands on what is still in memory. False when anything could not be written since the beginning.
+    bool flush();
+
+    bool hasFailed() const { return !mReason.isEmpty(); }
+    const QString& getReason() const { return mReason; }
+
+    qint64 getPosition() const { return mPosition; }
+
+private:
+    static unsigned long readOld(void* self, void* stream, void* bytes, unsigned long size);
+    static unsigned long writeNext(void* self, void* stream, const void* bytes, unsigned long size);
+    static int seek(void* self, void* stream, unsigned long long offset, int origin);
+
+    void* openHandle(int mode);
+    qint64 getBufferEnd() const { return mBufferStart + mBuffer.size(); }
+    bool writeThrough(qint64 offset, const char* bytes, int count);
+
+    GDurableFile& mFile;
+    ZipInput* mOld = nullptr;
+    qint64 mPosition = 0;
+    qint64 mBufferStart = 0;  // where the buffer's bytes belong
+    QByteArray mBuffer;
+    QString mReason;
+};
+}  // namespace Morvane
