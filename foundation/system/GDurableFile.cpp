@@ -1,6 +1,5 @@
 #include "foundation/system/GDurableFile.h"
 
-#include "foundation/system/GFileSystemBase.h"
 #include "foundation/system/GProcessInfo.h"
 #include "foundation/system/GSystemError.h"
 #include "foundation/system/GUniqueName.h"
@@ -60,10 +59,8 @@ void GDurableFile::RemoveLeftovers() const
         const QRegularExpressionMatch match = cSuffix.match(name.mid(leaf.size()));
         if (!match.hasMatch())
             continue;
-        // The identifier alone would not do: this very process may bear that of the one that was killed.
-        const uint64_t startTime = match.captured(2).toULongLong(nullptr, 16);
-        if (GProcessInfo::GetStartTime(match.captured(1).toUInt()) != startTime)
-            GFileSystemBase::TryToRemoveFile(GPathName(folder.absoluteFilePath(name)));
+        RemoveLeftover(GPathName(folder.absoluteFilePath(name)), match.captured(1).toUInt(),
+                       match.captured(2).toULongLong(nullptr, 16));
     }
 }
 

@@ -1,5 +1,7 @@
 #include "foundation/system/GDurableFile.h"
 
+#include "foundation/system/GOwnedFile.h"
+#include "foundation/system/GOwnerLock.h"
 #include "foundation/system/GSystemError.h"
 #include "foundation/trace/GTrace.h"
 
@@ -45,7 +47,16 @@ bool TakeOverRights(int file, const struct stat& old)
 // A file in the folder that has no name, so that nothing stays behind when this process is killed.
 PFileHandle OpenNameless(const GPathName& folder, mode_t mode)
 {
-    return PFileHandle(open(GetSystemName(folder).constData(), O_TMPFILE | O_WRONLY | O_CLOEXEC, mode));
+    PFileHandle file(open(GetSystemName(folder).constData(), O_TMPFILE | O_WRONLY | O_CLOEXEC, mode));
+    GOwnedFile::Own(file);  // it will have a name for a moment
+    return file;
+}
+
+PFileHandle OpenNamed(const GPathName& path, mode_t mode)
+{
+    PFileHandle file(open(GetSystemName(path).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+    GOwnedFile::Own(file);
+    return file;
 }
 
 // Where the link at the path leads, the folder with every link in it resolved by the system: a ".." in a link
@@ -103,14 +114,17 @@ void GDurableFile::OpenTemporary()
     const mode_t mode = hasOld || mAccess == Access::cOwnerOnly ? cForOwner : cForAll;
     if (HasProcessFolder())
         mHandle = OpenNameless(GetFolder(mTarget), mode);
-    if (!mHandle.IsOpen()) {
+    while (!mHandle.IsOpen()) {
         // Not every file system knows files without a name.
         const GPathName temporary = MakeTemporaryName();
-        mHandle = PFileHandle(
-            open(GetSystemName(temporary).constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+        mHandle = OpenNamed(temporary, mode);
         if (!mHandle.IsOpen())
             RaiseWriteError();
-        mTemporary = temporary;
+        // Another writer may have taken the file for a leftover before it was owned.
+        if (GOwnerLock::IsNamed(mHandle, temporary))
+            mTemporary = temporary;
+        else
+            mHandle.Close();
     }
     if (hasOld && !TakeOverRights(static_cast<int>(mHandle.Get()), old)) {
         const int error = errno;
@@ -178,6 +192,11 @@ void GDurableFile::PutInPlace()
     if (rename(GetSystemName(mTemporary).constData(), GetSystemName(mTarget).constData()) != 0)
         RaiseWriteError();
     mTemporary = GPathName();
+}
+
+void GDurableFile::RemoveLeftover(const GPathName& path, uint32_t, uint64_t)
+{
+    GOwnedFile::RemoveUnowned(path);
 }
 
 void GDurableFile::RemoveTemporary() noexcept

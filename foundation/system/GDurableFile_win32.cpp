@@ -1,5 +1,7 @@
 #include "foundation/system/GDurableFile.h"
 
+#include "foundation/system/GFileSystemBase.h"
+#include "foundation/system/GProcessInfo.h"
 #include "foundation/system/GSystemError.h"
 #include "foundation/system/POwnerSecurity.h"
 
@@ -168,6 +170,14 @@ void GDurableFile::PutInPlace()
         Sleep(attempt < cQuickAttempts ? 1 : cPause);
     }
     mTemporary = GPathName();
+}
+
+// The file is closed before it is renamed, so it can't be owned by a lock; but here no process is hidden from
+// another. The identifier alone would not do: this very process may bear that of the one that was killed.
+void GDurableFile::RemoveLeftover(const GPathName& path, uint32_t process, uint64_t startTime)
+{
+    if (GProcessInfo::GetStartTime(process) != startTime)
+        GFileSystemBase::TryToRemoveFile(path);
 }
 
 void GDurableFile::RemoveTemporary() noexcept

@@ -1,11 +1,16 @@
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/core/GFileInputStream.h"
 #include "foundation/system/GDurableFile.h"
+#include "foundation/system/GOwnedFile.h"
 #include "foundation/system/GProcessInfo.h"
+#include "tests/support/ChildProcess.h"
 #include "tests/support/ErrorCode.h"
 #include "tests/support/SecondUser.h"
 #include "tests/support/Test.h"
 #include "tests/support/Threads.h"
+
+#include <atomic>
+#include <thread>
 
 namespace
 {
@@ -22,6 +27,14 @@ QStringList List(const QString& folder)
                                   QDir::Name);
 }
 }  // namespace
+
+CHILD_ROLE(OwnFile)
+{
+    const GOwnedFile file([&] { return GPathName(arguments.at(0)); });
+    SayToParent("owned");
+    HearFromParent();
+    return 0;
+}
 
 TEST(GDurableFile, TargetIsWholeAndAloneWhateverTheSize)
 {
@@ -102,24 +115,93 @@ TEST(GDurableFile, OnWindowsWhoeverHoldsTheFileOpenOrReadOnlyKeepsIt)
     QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
 }
 
-TEST(GDurableFile, LeftoversOfTheDeadGoWithTheNextWrite)
+// What a process number in a name says means nothing to a process of another namespace.
+TEST(GDurableFile, LeftoversOfTheDeadGoWithTheNextWriteWhateverTheirNamesSay)
 {
     const Sandbox sandbox;
     const QString path = sandbox.GetPath("a.prefs"_q);
     const uint32_t process = GProcessInfo::GetOwnProcessID();
-    const auto makeName = [process](const char* leaf, uint64_t startTime) {
-        return "%1.%2-%3-aaaaaa.new"_q.arg(QString::fromLatin1(leaf), QString::number(process),
+    const auto makeName = [](const char* leaf, uint32_t id, uint64_t startTime) {
+        return "%1.%2-%3-aaaaaa.new"_q.arg(QString::fromLatin1(leaf), QString::number(id),
                                            QString::number(startTime, 16));
     };
     const uint64_t startTime = GProcessInfo::GetStartTime(process);
-    const QStringList kept = {makeName("a.prefs", startTime), makeName("b.prefs", startTime + 1),
-                              "a.prefs.new"_q};
-    for (const QString& name : kept + QStringList{makeName("a.prefs", startTime + 1)})
-        Write(sandbox.GetPath(name), "left");
+    const bool isByLock = QDir::separator() == QLatin1Char('/');
+    const QString owned = makeName("a.prefs", isByLock ? 999999 : process, startTime);
+    ChildProcess owner("OwnFile"_q, {sandbox.GetPath(owned)});
+    ASSERT_EQ(owner.ReadLine(), "owned");
+    const QStringList others = {makeName("b.prefs", process, startTime + 1), "a.prefs.new"_q};
+    for (const QString& name : others + QStringList{makeName("a.prefs", process, startTime + 1)})
+        WriteFile(sandbox.GetPath(name), "left");
+    if (isByLock)
+        WriteFile(sandbox.GetPath("a.prefs.%1-%2-bbbbbb.new"_q.arg(process).arg(startTime, 0, 16)), "left");
     Write(path, "1");
-    QStringList expected = kept + QStringList{"a.prefs"_q};
+    QStringList expected = others + QStringList{"a.prefs"_q, owned};
     expected.sort();
     EXPECT_EQ(List(sandbox.GetPath()), expected);
+    owner.Kill();
+    if (isByLock) {
+        Write(path, "2");
+        EXPECT_FALSE(QFile::exists(sandbox.GetPath(owned)));
+    }
+}
+
+TEST(GOwnedFile, StaysAsLongAsItsOwnerLives)
+{
+    const Sandbox sandbox;
+    const auto getPath = [&](const QString& name) { return GPathName(sandbox.GetPath(name)); };
+    WriteFile(sandbox.GetPath("0"_q), "taken");
+    int number = 0;
+    {
+        const GOwnedFile file([&] { return getPath(QString::number(number++)); });
+        EXPECT_EQ(file.GetPathName(), getPath("1"_q));
+        EXPECT_TRUE(GOwnedFile::IsOwned(file.GetPathName()));
+        EXPECT_FALSE(GOwnedFile::RemoveUnowned(file.GetPathName()));
+        EXPECT_TRUE(WriteFile(file.GetPathName().GetNativePath(), "written beside the owner"));
+        ASSERT_TRUE(QFile::rename(file.GetPathName().GetNativePath(), sandbox.GetPath("moved"_q)));
+        EXPECT_TRUE(GOwnedFile::IsOwned(getPath("moved"_q)));
+    }
+    EXPECT_EQ(List(sandbox.GetPath()), (QStringList{"0"_q, "moved"_q}));
+    EXPECT_FALSE(GOwnedFile::IsOwned(getPath("moved"_q)) || GOwnedFile::IsOwned(getPath("none"_q)));
+    QDir().mkdir(sandbox.GetPath("folder"_q));
+    EXPECT_TRUE(GOwnedFile::RemoveUnowned(getPath("moved"_q)) &&
+                GOwnedFile::RemoveUnowned(getPath("none"_q)));
+    EXPECT_FALSE(GOwnedFile::RemoveUnowned(getPath("folder"_q)));
+    {
+        GOwnedFile kept([&] { return getPath("kept"_q); });
+        kept.Disown();
+        EXPECT_FALSE(GOwnedFile::IsOwned(getPath("kept"_q)));
+    }
+    EXPECT_EQ(List(sandbox.GetPath()), (QStringList{"0"_q, "folder"_q, "kept"_q}));
+    EXPECT_EQ(GetErrorCode([&] { GOwnedFile file([&] { return getPath("none/a"_q); }); }), GErrorCode::cFile);
+}
+
+// A file is made and then locked; who clears up in between must not take it from under its maker.
+TEST(GOwnedFile, IsNeverTakenFromUnderItsMaker)
+{
+    const Sandbox sandbox;
+    std::atomic<bool> isDone{false};
+    std::atomic<int> lost{0};
+    const GPathName path(sandbox.GetPath("a"_q));
+    RunInThreads(6, [&](int thread) {
+        while (thread > 0 && !isDone) {
+            GOwnedFile::RemoveUnowned(path);
+            std::this_thread::yield();
+        }
+        for (int round = 0; thread == 0 && round < 2000; ++round) {
+            int attempt = 0;
+            const GOwnedFile file([&] {
+                if (attempt++ > 0)  // one who clears up has it in hand, and may have been interrupted
+                    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+                return path;
+            });
+            std::this_thread::yield();
+            if (!QFile::exists(path.GetNativePath()))
+                ++lost;
+        }
+        isDone = isDone || thread == 0;
+    });
+    EXPECT_EQ(lost, 0);
 }
 
 TEST(GDurableFile, WritersAtOnceLeaveOneWholeFile)

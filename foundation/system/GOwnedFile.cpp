@@ -1,0 +1,73 @@
+#include "foundation/system/GOwnedFile.h"
+
+#include "foundation/system/GFileCalls.h"
+#include "foundation/system/GFileSystemBase.h"
+#include "foundation/system/GOwnerLock.h"
+#include "foundation/system/GSystemError.h"
+
+static constexpr int cMostNames = 1000;  // that are tried before a folder counts as unusable
+
+GOwnedFile::GOwnedFile(const NextName& nextName)
+{
+    boost::system::error_code reason = boost::system::errc::make_error_code(boost::system::errc::file_exists);
+    for (int attempt = 0; attempt < cMostNames; ++attempt) {
+        const GPathName path = nextName();
+        PFileHandle file = GOwnerLock::OpenNew(path);
+        if (!file.IsOpen()) {
+            reason = GetLastSystemError();
+            if (!GFileCalls::IsNameTaken(reason.value()))
+                RaiseFileError(QStringLiteral("The file \"%1\" can't be created"), path, reason);
+            continue;
+        }
+        // Somebody who clears up may have come between the making and the lock; the file is gone then.
+        const GOwnerLock::State state = GOwnerLock::TryLock(file);
+        if (state == GOwnerLock::State::cHeld || !GOwnerLock::IsNamed(file, path))
+            continue;
+        mPath = path;
+        mHandle = std::move(file);
+        return;
+    }
+    RaiseFileError(QStringLiteral("The file \"%1\" can't be created"), nextName(), reason);
+}
+
+GOwnedFile::~GOwnedFile()
+{
+    if (mHandle.IsOpen())
+        GFileSystemBase::TryToRemoveFile(mPath);
+    Disown();
+}
+
+void GOwnedFile::Disown() noexcept
+{
+    GOwnerLock::Unlock(mHandle);
+    mHandle.Close();
+}
+
+bool GOwnedFile::IsOwned(const GPathName& path) noexcept
+{
+    const PFileHandle file = GOwnerLock::OpenOld(path);
+    if (!file.IsOpen())
+        return GetLastSystemError() != boost::system::errc::no_such_file_or_directory;
+    const bool isFree = GOwnerLock::TryLock(file) == GOwnerLock::State::cLocked;
+    GOwnerLock::Unlock(file);
+    return !isFree;
+}
+
+bool GOwnedFile::RemoveUnowned(const GPathName& path) noexcept
+{
+    const PFileHandle file = GOwnerLock::OpenOld(path);
+    if (!file.IsOpen())
+        return GetLastSystemError() == boost::system::errc::no_such_file_or_directory;
+    // The lock is held while the file goes: whoever has just made it sees that and makes another.
+    const bool isFree =
+        GOwnerLock::TryLock(file) == GOwnerLock::State::cLocked && GOwnerLock::IsNamed(file, path);
+    const bool isRemoved = isFree && GFileSystemBase::TryToRemoveFile(path);
+    GOwnerLock::Unlock(file);
+    return isRemoved;
+}
+
+void GOwnedFile::Own(const PFileHandle& file) noexcept
+{
+    if (file.IsOpen())
+        GOwnerLock::TryLock(file);
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "foundation/core/GPathName.h"
+#include "foundation/system/PFileHandle.h"
+
+// The calls of the operating system behind GOwnedFile. Where one fails, GetLastSystemError has the reason.
+namespace GOwnerLock
+{
+enum class State
+{
+    cLocked,
+    cHeld,    // another handle holds the lock
+    cUnknown  // the system can't lock this file
+};
+
+// Makes a file, for its owner only; not open when that fails, as it does when anything bears the name.
+PFileHandle OpenNew(const GPathName& path) noexcept;
+
+// Opens a file that is there, never a link or anything else that is no file.
+PFileHandle OpenOld(const GPathName& path) noexcept;
+
+State TryLock(const PFileHandle& file) noexcept;
+void Unlock(const PFileHandle& file) noexcept;
+
+// Whether the path names the open file.
+bool IsNamed(const PFileHandle& file, const GPathName& path) noexcept;
+}  // namespace GOwnerLock

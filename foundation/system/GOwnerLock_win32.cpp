@@ -1,0 +1,75 @@
+#include "foundation/system/GOwnerLock.h"
+
+#include "foundation/system/POwnerSecurity.h"
+
+#include <windows.h>
+
+#include <string>
+
+namespace
+{
+std::wstring GetText(const GPathName& path)
+{
+    return path.GetSystemPath().toStdWString();
+}
+
+HANDLE GetHandle(const PFileHandle& file)
+{
+    return reinterpret_cast<HANDLE>(file.Get());
+}
+
+PFileHandle Open(const GPathName& path, SECURITY_ATTRIBUTES* security, DWORD disposition)
+{
+    constexpr DWORD cShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    return PFileHandle(reinterpret_cast<intptr_t>(
+        CreateFileW(GetText(path).c_str(), GENERIC_READ | GENERIC_WRITE, cShareAll, security, disposition,
+                    FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr)));
+}
+
+// One byte behind everything that a file can hold: the system keeps nobody from reading or writing the rest.
+OVERLAPPED GetPlace()
+{
+    OVERLAPPED place = {};
+    place.OffsetHigh = 0x40000000;
+    return place;
+}
+}  // namespace
+
+PFileHandle GOwnerLock::OpenNew(const GPathName& path) noexcept
+{
+    POwnerSecurity security;
+    return Open(path, security.Get(), CREATE_NEW);
+}
+
+PFileHandle GOwnerLock::OpenOld(const GPathName& path) noexcept
+{
+    return Open(path, nullptr, OPEN_EXISTING);
+}
+
+GOwnerLock::State GOwnerLock::TryLock(const PFileHandle& file) noexcept
+{
+    OVERLAPPED place = GetPlace();
+    constexpr DWORD cHow = LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY;
+    if (LockFileEx(GetHandle(file), cHow, 0, 1, 0, &place))
+        return State::cLocked;
+    const DWORD error = GetLastError();
+    return error == ERROR_LOCK_VIOLATION || error == ERROR_IO_PENDING ? State::cHeld : State::cUnknown;
+}
+
+void GOwnerLock::Unlock(const PFileHandle& file) noexcept
+{
+    OVERLAPPED place = GetPlace();
+    if (file.IsOpen())
+        UnlockFileEx(GetHandle(file), 0, 1, 0, &place);
+}
+
+bool GOwnerLock::IsNamed(const PFileHandle& file, const GPathName& path) noexcept
+{
+    BY_HANDLE_FILE_INFORMATION open = {};
+    BY_HANDLE_FILE_INFORMATION named = {};
+    const PFileHandle other = OpenOld(path);
+    return other.IsOpen() && GetFileInformationByHandle(GetHandle(file), &open) &&
+           GetFileInformationByHandle(GetHandle(other), &named) &&
+           open.dwVolumeSerialNumber == named.dwVolumeSerialNumber &&
+           open.nFileIndexHigh == named.nFileIndexHigh && open.nFileIndexLow == named.nFileIndexLow;
+}
