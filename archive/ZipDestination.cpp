@@ -1,12 +1,16 @@
 #include "archive/ZipDestination.h"
 
-#include <QCoreApplication>
-#include <QDir>
+#include "foundation/system/GUniqueName.h"
 
-#include <atomic>
+#include <QDir>
 
 namespace Morvane
 {
+static QString makeTemporaryName()
+{
+    return QStringLiteral(".%1.part").arg(MakeRandomName(12));
+}
+
 ZipDestination::ZipDestination(const QString& path) : mPath(QDir(path).absolutePath()) {}
 
 ZipDestination::~ZipDestination() = default;
@@ -77,7 +81,15 @@ bool ZipDestination::remove(const QStringList& parts)
     if (parts.isEmpty() || !goTo(parts.mid(0, parts.size() - 1), false))
         return false;
     const ZipFolder& folder = *mLevels.back().folder;
-    return folder.removeFile(parts.last()) || folder.removeFolder(parts.last());
+    FileIdentity identity;
+    switch (folder.look(parts.last(), identity)) {
+        case ZipFolder::Found::File:
+        case ZipFolder::Found::ReadOnlyFile:
+        case ZipFolder::Found::Link:
+            return mFiles.removeFile(folder.getPath(parts.last()));
+        default:
+            return folder.removeFolder(parts.last());
+    }
 }
 
 void ZipDestination::startAnew()
@@ -96,10 +108,8 @@ ZipTarget::ZipTarget(ZipDestination& destination) : mDestination(destination) {}
 
 ZipTarget::~ZipTarget()
 {
-    if (mFile == nullptr)
-        return;
     mFile.reset();
-    getFolder().removeFile(mWrittenName);
+    removeTemporary();
 }
 
 ZipFolder& ZipTarget::getFolder() const
@@ -111,45 +121,83 @@ ZipTarget::Result ZipTarget::begin(const QString& name, int entryIndex)
 {
     mName = name;
     mEntryIndex = entryIndex;
-    mWrittenName = name;
-    mFile = getFolder().makeFile(name);
-    if (mFile != nullptr)
-        return Result::Done;
+    bool isFree = false;
+    const Result looked = lookAtTarget(isFree);
+    if (looked != Result::Done)
+        return looked;
+    mFile = getFolder().makeNameless();
+    return mFile != nullptr || makeTemporary() ? Result::Done : Result::CannotMake;
+}
+
+ZipTarget::Result ZipTarget::lookAtTarget(bool& isFree) const
+{
     FileIdentity identity;
-    const ZipFolder::Found found = getFolder().look(name, identity);
+    const ZipFolder::Found found = getFolder().look(mName, identity);
+    isFree = found == ZipFolder::Found::Nothing;
+    if (isFree)
+        return Result::Done;
     if (found != ZipFolder::Found::File && found != ZipFolder::Found::Link)
         return Result::CannotMake;
     const auto written = mDestination.mWritten.find(identity);
-    if (written != mDestination.mWritten.end() && written->second != entryIndex)
-        return Result::TakenByOther;
-    return beginBeside() ? Result::Done : Result::CannotMake;
+    const bool isOther = written != mDestination.mWritten.end() && written->second != mEntryIndex;
+    return isOther ? Result::TakenByOther : Result::Done;
 }
 
 // Fails at once where it is not the name that stands in the way.
-bool ZipTarget::beginBeside()
+bool ZipTarget::makeTemporary()
 {
-    static std::atomic<unsigned> lastNumber{0};
     FileIdentity identity;
     do {
-        mWrittenName =
-            QStringLiteral(".%1-%2.part").arg(QCoreApplication::applicationPid()).arg(++lastNumber);
-        mFile = getFolder().makeFile(mWrittenName);
-    } while (mFile == nullptr && getFolder().look(mWrittenName, identity) != ZipFolder::Found::Nothing);
+        mTemporaryName = makeTemporaryName();
+        mFile = getFolder().makeFile(mTemporaryName);
+    } while (mFile == nullptr && getFolder().look(mTemporaryName, identity) != ZipFolder::Found::Nothing);
     return mFile != nullptr;
 }
 
 bool ZipTarget::commit()
 {
-    const FileIdentity identity = mFile->getIdentity();
-    const bool isClosed = mFile->close();
+    const std::optional<FileIdentity> identity = mFile->getIdentity();
+    const bool isInPlace = identity.has_value() && putInPlace();
     mFile.reset();
-    const bool isInPlace =
-        isClosed && (mWrittenName == mName || getFolder().replaceFile(mWrittenName, mName));
-    if (!isInPlace) {
-        getFolder().removeFile(mWrittenName);
-        return false;
+    if (isInPlace)
+        mDestination.mWritten[*identity] = mEntryIndex;
+    return isInPlace;
+}
+
+// A file without a name gets its own at once where that is free; a taken one has to be replaced by name.
+bool ZipTarget::putInPlace()
+{
+    if (mTemporaryName.isEmpty()) {
+        if (getFolder().giveName(*mFile, mName))
+            return closeInPlace();
+        mTemporaryName = makeTemporaryName();
+        if (!getFolder().giveName(*mFile, mTemporaryName))
+            return false;
     }
-    mDestination.mWritten[identity] = mEntryIndex;
-    return true;
+    bool isFree = false;
+    if (!ZipFolder::keep(*mFile) || !mFile->close() || lookAtTarget(isFree) != Result::Done)
+        return false;
+    const bool isInPlace = isFree ? mDestination.mFiles.renameFile(getFolder().getPath(mTemporaryName),
+                                                                   getFolder().getPath(mName))
+                                  : getFolder().replaceFile(mTemporaryName, mName);
+    if (isInPlace)
+        mTemporaryName.clear();
+    return isInPlace;
+}
+
+// Some file systems tell only now that bytes were lost.
+bool ZipTarget::closeInPlace()
+{
+    if (mFile->close())
+        return true;
+    mDestination.mFiles.removeFile(getFolder().getPath(mName));
+    return false;
+}
+
+void ZipTarget::removeTemporary()
+{
+    if (!mTemporaryName.isEmpty())
+        mDestination.mFiles.removeFile(getFolder().getPath(mTemporaryName));
+    mTemporaryName.clear();
 }
 }  // namespace Morvane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "archive/ZipFolder.h"
+#include "foundation/files/FileHandler.h"
 
 #include <QStringList>
 
@@ -56,11 +57,13 @@ private:
     const QString mPath;
     std::vector<Level> mLevels;  // the open folders from the destination down to the one used last
     std::map<FileIdentity, int> mWritten;
+    FileHandler mFiles;  // removes and moves
     std::vector<QStringList> mMadeFolders;
 };
 
-// One file on its way into a destination. A file that is there already is replaced only when the new one is
-// complete; what is not committed leaves no trace.
+// One file on its way into a destination. It has no name, or a hidden one, until it is complete; what is not
+// committed leaves no trace, also when the process is killed. (Where a file system of a POSIX system knows no
+// files without a name, the hidden one stays then.)
 class ZipTarget
 {
 public:
@@ -87,12 +90,16 @@ public:
 
 private:
     ZipFolder& getFolder() const;
-    bool beginBeside();
+    Result lookAtTarget(bool& isFree) const;
+    bool makeTemporary();
+    bool putInPlace();
+    bool closeInPlace();
+    void removeTemporary();
 
     ZipDestination& mDestination;
     std::unique_ptr<ZipFile> mFile;
     QString mName;
-    QString mWrittenName;  // the same, or a temporary one beside a file that is to be replaced
+    QString mTemporaryName;  // empty while the file has none
     int mEntryIndex = 0;
 };
 }  // namespace Morvane

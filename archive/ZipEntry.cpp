@@ -3,12 +3,14 @@
 namespace Morvane
 {
 static constexpr uint16_t cFlagEncrypted = 0x0001;
+static constexpr uint32_t cDosReadOnly = 0x01;
 static constexpr uint32_t cDosFolder = 0x10;
 static constexpr int cMadeByUnix = 3;
 static constexpr int cMadeByDarwin = 19;
 static constexpr uint32_t cTypeMask = 0170000;
 static constexpr uint32_t cTypeLink = 0120000;
 static constexpr int cRightsMask = 0777;
+static constexpr int cOwnerWrites = 0200;
 static constexpr int cFirstYear = 1980;
 static constexpr int cLastYear = 2107;
 
@@ -31,6 +33,12 @@ bool ZipEntry::isEncrypted() const
 bool ZipEntry::isLink() const
 {
     return isMadeByUnix(*this) && ((attributes >> 16) & cTypeMask) == cTypeLink;
+}
+
+bool ZipEntry::isReadOnly() const
+{
+    const int mode = getMode();
+    return mode != 0 ? (mode & cOwnerWrites) == 0 : (attributes & cDosReadOnly) != 0;
 }
 
 int ZipEntry::getMode() const

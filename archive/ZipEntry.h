@@ -30,6 +30,9 @@ struct ZipEntry
     // date.
     QDateTime getModified() const;
 
+    // Whether nobody is to write the file.
+    bool isReadOnly() const;
+
     // The rights that the entry asks for, as the nine bits of a file mode; 0 where it comes from a system
     // whose attributes tell nothing of the kind.
     int getMode() const;

@@ -13,6 +13,7 @@ namespace
 using Step = ZipOutcome::Step;
 
 constexpr int cGroupAndOthersWrite = 022;
+constexpr int cOwnerWrites = 0200;
 constexpr int cMemoryChunkSize = 64 * 1024;
 constexpr qint64 cFirstMemory = 1024 * 1024;
 constexpr qint64 cMostMemory = 1024 * 1024 * 1024;  // what one byte array can be trusted to hold
@@ -66,7 +67,9 @@ Step fillFile(ZipReader& reader, ZipFile& file, const ZipExtractionOptions& opti
         return Step::CloseEntry;
     const QDateTime modified = entry.getModified();
     const bool isDated = !options.keepsDates || !modified.isValid() || file.setModified(modified);
-    return isDated && file.addMode(getRights(entry, options)) ? Step::Done : Step::WriteFile;
+    const bool isReadOnly = entry.isReadOnly() && (options.mode & cOwnerWrites) == 0;
+    const bool hasRights = file.addMode(getRights(entry, options)) && (!isReadOnly || file.setReadOnly());
+    return isDated && hasRights ? Step::Done : Step::WriteFile;
 }
 
 ZipOutcome extractFile(ZipReader& reader, int entryIndex, ZipDestination& destination,

@@ -51,8 +51,9 @@ struct ZipOutcome
 // Extracts the current entry of an archive. What fails leaves no file behind; a file that was there before
 // stays what it was.
 //
-// Rights come from entries of Unix-like systems and are only added, and none of them lets the group or others
-// write: an archive can't open a file to strangers, `mode` can.
+// Rights come from entries of Unix-like systems and are added to those of a new file, and none of them lets
+// the group or others write: an archive can't open a file to strangers, `mode` can. Only the right to write
+// goes, where the entry is read-only and `mode` does not give it to the owner.
 ZipOutcome extractEntry(ZipReader& reader, int entryIndex, ZipDestination& destination,
                         const ZipExtractionOptions& options);
 

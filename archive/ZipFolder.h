@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace Morvane
@@ -28,13 +29,20 @@ public:
 
     // Adds rights, the nine bits of a file mode, to those that the file has. Windows knows none.
     bool addMode(int mode);
+
+    // Takes the right to write from everybody.
+    bool setReadOnly();
     bool setModified(const QDateTime& moment);
-    FileIdentity getIdentity() const;
+
+    // Nothing when the system does not tell.
+    std::optional<FileIdentity> getIdentity() const;
 
     // Closes the file. False when the system reports a late failure to write.
     bool close();
 
 private:
+    friend class ZipFolder;
+
     Handle mHandle;
 };
 
@@ -65,8 +73,17 @@ public:
     // Makes a folder in this one. False when it could not be made, or is there.
     bool makeFolder(const QString& name) const;
 
-    // Makes a file that is not there yet. Null when it could not be made, or is there.
+    // Makes a file that has no name yet and goes with its last handle, also that of a process that is killed.
+    // Null where the file system knows none; Windows has none.
+    std::unique_ptr<ZipFile> makeNameless() const;
+
+    // Gives such a file its name. False when that fails, as it does when the name is taken.
+    bool giveName(const ZipFile& file, const QString& name) const;
+
+    // Makes a file that is not there yet. Null when it could not be made, or is there. On Windows it goes
+    // with its handle until keep() is called.
     std::unique_ptr<ZipFile> makeFile(const QString& name) const;
+    static bool keep(const ZipFile& file);
 
     // What stands at a name, and which file it is.
     Found look(const QString& name, FileIdentity& identity) const;
@@ -74,7 +91,9 @@ public:
     // Puts a file of this folder at the place of another, which may be there, in one step.
     bool replaceFile(const QString& from, const QString& to) const;
 
-    bool removeFile(const QString& name) const;
+    // A path to what stands at a name, for operations that take paths. On POSIX it leads through the open
+    // handle: it means this folder, whatever becomes of the folder's own name.
+    QString getPath(const QString& name) const;
 
     // Removes an empty folder.
     bool removeFolder(const QString& name) const;

@@ -18,15 +18,17 @@ static FileIdentity getIdentityOf(const struct stat& status)
     return {static_cast<uint64_t>(status.st_dev), static_cast<uint64_t>(status.st_ino)};
 }
 
+static bool changeMode(int descriptor, int added, int taken)
+{
+    struct stat status = {};
+    return fstat(descriptor, &status) == 0 &&
+           fchmod(descriptor,
+                  ((status.st_mode & 07777) | static_cast<mode_t>(added)) & ~static_cast<mode_t>(taken)) == 0;
+}
+
 static bool addModeTo(int descriptor, int mode)
 {
-    struct stat status
-    {
-    };
-    if (mode == 0)
-        return true;
-    return fstat(descriptor, &status) == 0 &&
-           fchmod(descriptor, (status.st_mode & 07777) | static_cast<mode_t>(mode)) == 0;
+    return mode == 0 || changeMode(descriptor, mode, 0);
 }
 
 bool canHoldName(const QString& name)
@@ -58,6 +60,11 @@ bool ZipFile::addMode(int mode)
     return addModeTo(static_cast<int>(mHandle), mode);
 }
 
+bool ZipFile::setReadOnly()
+{
+    return changeMode(static_cast<int>(mHandle), 0, 0222);
+}
+
 bool ZipFile::setModified(const QDateTime& moment)
 {
     timespec times[2] = {};
@@ -66,12 +73,11 @@ bool ZipFile::setModified(const QDateTime& moment)
     return futimens(static_cast<int>(mHandle), times) == 0;
 }
 
-FileIdentity ZipFile::getIdentity() const
+std::optional<FileIdentity> ZipFile::getIdentity() const
 {
-    struct stat status
-    {
-    };
-    fstat(static_cast<int>(mHandle), &status);
+    struct stat status = {};
+    if (fstat(static_cast<int>(mHandle), &status) != 0)
+        return std::nullopt;
     return getIdentityOf(status);
 }
 
@@ -116,6 +122,24 @@ bool ZipFolder::makeFolder(const QString& name) const
     return mkdirat(mPlace->mDescriptor, QFile::encodeName(name).constData(), 0777) == 0;
 }
 
+std::unique_ptr<ZipFile> ZipFolder::makeNameless() const
+{
+    const int descriptor = openat(mPlace->mDescriptor, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666);
+    return descriptor < 0 ? nullptr : std::make_unique<ZipFile>(descriptor);
+}
+
+bool ZipFolder::giveName(const ZipFile& file, const QString& name) const
+{
+    const QByteArray handle = "/proc/self/fd/" + QByteArray::number(static_cast<int>(file.mHandle));
+    return linkat(AT_FDCWD, handle.constData(), mPlace->mDescriptor, QFile::encodeName(name).constData(),
+                  AT_SYMLINK_FOLLOW) == 0;
+}
+
+bool ZipFolder::keep(const ZipFile&)
+{
+    return true;
+}
+
 std::unique_ptr<ZipFile> ZipFolder::makeFile(const QString& name) const
 {
     const int descriptor = openat(mPlace->mDescriptor, QFile::encodeName(name).constData(),
@@ -145,9 +169,9 @@ bool ZipFolder::replaceFile(const QString& from, const QString& to) const
                     QFile::encodeName(to).constData()) == 0;
 }
 
-bool ZipFolder::removeFile(const QString& name) const
+QString ZipFolder::getPath(const QString& name) const
 {
-    return unlinkat(mPlace->mDescriptor, QFile::encodeName(name).constData(), 0) == 0;
+    return QStringLiteral("/proc/self/fd/%1/%2").arg(mPlace->mDescriptor).arg(name);
 }
 
 bool ZipFolder::removeFolder(const QString& name) const

@@ -18,12 +18,21 @@ static const wchar_t* toWide(const QString& text)
     return reinterpret_cast<const wchar_t*>(text.utf16());
 }
 
-static FileIdentity getIdentityOf(HANDLE handle)
+static std::optional<FileIdentity> getIdentityOf(HANDLE handle)
 {
     BY_HANDLE_FILE_INFORMATION information{};
-    GetFileInformationByHandle(handle, &information);
-    return {information.dwVolumeSerialNumber,
-            static_cast<uint64_t>(information.nFileIndexHigh) << 32 | information.nFileIndexLow};
+    if (!GetFileInformationByHandle(handle, &information))
+        return std::nullopt;
+    return FileIdentity(information.dwVolumeSerialNumber,
+                        static_cast<uint64_t>(information.nFileIndexHigh) << 32 | information.nFileIndexLow);
+}
+
+// A file that is marked so goes with its last handle, also with that of a process that is killed.
+static bool setGoingWithHandle(HANDLE handle, bool isGoing)
+{
+    FILE_DISPOSITION_INFO information = {};
+    information.DeleteFile = isGoing;
+    return SetFileInformationByHandle(handle, FileDispositionInfo, &information, sizeof information) != 0;
 }
 
 static bool isFolderProper(const QString& path)
@@ -63,6 +72,14 @@ bool ZipFile::addMode(int)
     return true;
 }
 
+bool ZipFile::setReadOnly()
+{
+    FILE_BASIC_INFO information = {};  // times of 0 stay what they are
+    information.FileAttributes = FILE_ATTRIBUTE_READONLY;
+    return SetFileInformationByHandle(reinterpret_cast<HANDLE>(mHandle), FileBasicInfo, &information,
+                                      sizeof information) != 0;
+}
+
 bool ZipFile::setModified(const QDateTime& moment)
 {
     constexpr qint64 cTicksPerSecond = 10000000;
@@ -72,7 +89,7 @@ bool ZipFile::setModified(const QDateTime& moment)
     return SetFileTime(reinterpret_cast<HANDLE>(mHandle), nullptr, nullptr, &time) != 0;
 }
 
-FileIdentity ZipFile::getIdentity() const
+std::optional<FileIdentity> ZipFile::getIdentity() const
 {
     return getIdentityOf(reinterpret_cast<HANDLE>(mHandle));
 }
@@ -139,10 +156,27 @@ bool ZipFolder::makeFolder(const QString& name) const
 
 std::unique_ptr<ZipFile> ZipFolder::makeFile(const QString& name) const
 {
-    const HANDLE handle = CreateFileW(toWide(mPlace->getChild(name)), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
-                                      CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
-    return handle == INVALID_HANDLE_VALUE ? nullptr
-                                          : std::make_unique<ZipFile>(reinterpret_cast<intptr_t>(handle));
+    const HANDLE handle = CreateFileW(toWide(mPlace->getChild(name)), GENERIC_WRITE | DELETE, FILE_SHARE_READ,
+                                      nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle == INVALID_HANDLE_VALUE)
+        return nullptr;
+    setGoingWithHandle(handle, true);
+    return std::make_unique<ZipFile>(reinterpret_cast<intptr_t>(handle));
+}
+
+std::unique_ptr<ZipFile> ZipFolder::makeNameless() const
+{
+    return nullptr;
+}
+
+bool ZipFolder::giveName(const ZipFile&, const QString&) const
+{
+    return false;
+}
+
+bool ZipFolder::keep(const ZipFile& file)
+{
+    return setGoingWithHandle(reinterpret_cast<HANDLE>(file.mHandle), false);
 }
 
 ZipFolder::Found ZipFolder::look(const QString& name, FileIdentity& identity) const
@@ -154,7 +188,7 @@ ZipFolder::Found ZipFolder::look(const QString& name, FileIdentity& identity) co
     const HANDLE handle = CreateFileW(toWide(path), FILE_READ_ATTRIBUTES, cShareAll, nullptr, OPEN_EXISTING,
                                       FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
     if (handle != INVALID_HANDLE_VALUE) {
-        identity = getIdentityOf(handle);
+        identity = getIdentityOf(handle).value_or(identity);
         CloseHandle(handle);
     }
     if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0)
@@ -164,15 +198,26 @@ ZipFolder::Found ZipFolder::look(const QString& name, FileIdentity& identity) co
     return (attributes & FILE_ATTRIBUTE_READONLY) != 0 ? Found::ReadOnlyFile : Found::File;
 }
 
+// Whoever has a file open for a moment, such as a virus scanner, is waited for.
 bool ZipFolder::replaceFile(const QString& from, const QString& to) const
 {
-    return MoveFileExW(toWide(mPlace->getChild(from)), toWide(mPlace->getChild(to)),
-                       MOVEFILE_REPLACE_EXISTING) != 0;
+    constexpr int cMostAttempts = 80;
+    constexpr DWORD cPause = 25;  // milliseconds
+    for (int attempt = 1;; ++attempt) {
+        if (MoveFileExW(toWide(mPlace->getChild(from)), toWide(mPlace->getChild(to)),
+                        MOVEFILE_REPLACE_EXISTING))
+            return true;
+        const DWORD error = GetLastError();
+        if (attempt == cMostAttempts || (error != ERROR_ACCESS_DENIED && error != ERROR_SHARING_VIOLATION &&
+                                         error != ERROR_LOCK_VIOLATION))
+            return false;
+        Sleep(cPause);
+    }
 }
 
-bool ZipFolder::removeFile(const QString& name) const
+QString ZipFolder::getPath(const QString& name) const
 {
-    return DeleteFileW(toWide(mPlace->getChild(name))) != 0;
+    return mPlace->getChild(name);
 }
 
 bool ZipFolder::removeFolder(const QString& name) const

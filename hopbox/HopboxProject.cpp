@@ -29,6 +29,7 @@ const QLatin1String cJobOptionsFolder("PrinterFiles/");
 // What WriteSettings carries over from one archive to the next at most.
 constexpr qint64 cMaximumArchiveSize = 1 << 30;  // bytes
 constexpr int cCompressionLevel = 6;
+constexpr int cOwnRights = 0600;  // what is extracted is replaced by the next export
 
 // The archives' password in clear, for as long as it is in use.
 GString GetPassword()
@@ -56,7 +57,7 @@ GPathName GetExtractedPath(const ZipArchive& archive, const GPathName& folder)
 // Extracts the current entry below a folder. Raises when it is refused.
 GPathName Extract(ZipArchive& archive, const GPathName& folder)
 {
-    if (!archive.ExtractCurrentFile(folder.GetPortablePath(), GetPassword(), 0))
+    if (!archive.ExtractCurrentFile(folder.GetPortablePath(), GetPassword(), cOwnRights))
         throw GCustomException(GErrorCode::cFile, archive.GetLastError());
     return GetExtractedPath(archive, folder);
 }
