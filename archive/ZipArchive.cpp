@@ -1,6 +1,7 @@
 #include "archive/ZipArchive.h"
 
 #include "archive/ZipEntryPath.h"
+#include "archive/ZipPassword.h"
 
 #include <QFile>
 #include <QRegularExpression>
@@ -58,7 +59,7 @@ bool ZipArchive::ExtractCurrentFile(const QString& destinationFolder, const QStr
         return fail(cSource,
                     describe({ZipOutcome::Step::CheckEntry, {}, QStringLiteral("it exceeds the limit")}));
     ZipExtractionOptions options;
-    options.password = password.toLatin1();
+    options.passwords = ZipPassword::getForms(password);
     options.mode = mode;
     options.chunkSize = cChunkSize;
     options.onWritten = [this](qint64) { return !mIsCancelled; };
@@ -77,7 +78,8 @@ QByteArray ZipArchive::ExtractCurrentToMemory(const QString& password)
     if (!hasEntry(cSource))
         return {};
     QByteArray content;
-    const ZipOutcome outcome = readEntryContent(*mReader, password.toLatin1(), mMemoryLimit, content);
+    const ZipOutcome outcome =
+        readEntryContent(*mReader, ZipPassword::getForms(password), mMemoryLimit, content);
     if (!outcome.isDone()) {
         fail(cSource, describe(outcome));
         return {};

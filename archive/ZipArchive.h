@@ -66,7 +66,8 @@ public:
     // Writes the current entry below the destination folder, making the folders on the way to it. A file that
     // is there already is replaced once the new one is complete, unless it is read-only; a failure leaves it
     // as it was and no partial file. `mode` is added to the rights of the file (the nine bits of a file mode;
-    // 0 for none beyond what the entry brings). The password, in Latin-1, counts for encrypted entries only.
+    // 0 for none beyond what the entry brings). The password counts for encrypted entries only; it is
+    // tried in Latin-1 and then in UTF-8, as archives do not tell which they have.
     bool ExtractCurrentFile(const QString& destinationFolder, const QString& password, int mode);
 
     // The bytes of the current entry. A null array on failure; an entry without bytes gives an empty one that

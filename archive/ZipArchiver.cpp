@@ -5,6 +5,7 @@
 #include "archive/ZipInput.h"
 #include "archive/ZipName.h"
 #include "archive/ZipOutput.h"
+#include "archive/ZipPassword.h"
 #include "archive/ZipReader.h"
 #include "archive/ZipSource.h"
 #include "foundation/core/GException.h"
@@ -63,19 +64,6 @@ QString makeSafeName(const QString& name)
     return isInside && clean != QLatin1String(".") && !clean.contains(QChar::Null) ? clean : QString();
 }
 
-QString getPasswordRefusal()
-{
-    return QStringLiteral("the password has characters that an archive can't keep");
-}
-
-// The password as the format takes it. Null where it has characters that Latin-1 lacks: all of these would
-// become the same one.
-QByteArray toPasswordBytes(const QString& password)
-{
-    const QByteArray bytes = password.toLatin1();
-    return QString::fromLatin1(bytes) == password ? bytes : QByteArray();
-}
-
 uint32_t makeDosAttributes(const ZipSource& source)
 {
     return (source.isFolder() ? cDosFolder : 0) | (source.isReadOnly() ? cDosReadOnly : 0);
@@ -115,9 +103,9 @@ bool ZipArchiver::StartWriting(ZipStart start, const QString& password, int leve
     const QString failure = QLatin1String("Error opening file: ") + mPath;
     if (mFile != nullptr || level < 0 || level > cBestLevel)
         return fail(cSource, failure);
-    if (!password.isEmpty() && toPasswordBytes(password).isEmpty())
-        return fail(cSource, withReason(failure, getPasswordRefusal()));
-    mPassword = password;
+    QString reason;
+    if (!ZipPassword::encode(password, mPassword, reason))
+        return fail(cSource, withReason(failure, reason));
     mLevel = level;
     mNames.clear();
     mComment.clear();
@@ -130,10 +118,11 @@ bool ZipArchiver::StartWriting(ZipStart start, const QString& password, int leve
     mOutput = std::make_unique<ZipOutput>(*mFile);
     if (openArchive(start))
         return true;
-    const QString reason = mOld != nullptr ? mOld->getReason() : QString();
-    const QString ownReason = mOutput->getReason();
+    reason = mOutput->getReason();
+    if (reason.isEmpty() && mOld != nullptr)
+        reason = mOld->getReason();
     drop();
-    return fail(cSource, withReason(failure, ownReason.isEmpty() ? reason : ownReason));
+    return fail(cSource, withReason(failure, reason));
 }
 
 bool ZipArchiver::openArchive(ZipStart start)
@@ -192,12 +181,11 @@ bool ZipArchiver::AddFile(const QString& sourcePath, const QString& nameInArchiv
     entry.level = isFolder ? 0 : (level == cStartLevel ? mLevel : level);
     if (entry.level < 0 || entry.level > cBestLevel)
         return fail(cSource, failure);
-    const QString& ownPassword = password.isEmpty() ? mPassword : password;
-    if (!isFolder && !ownPassword.isEmpty()) {
-        entry.password = toPasswordBytes(ownPassword);
-        if (entry.password.isEmpty())
-            return fail(cSource, withReason(failure, getPasswordRefusal()));
-    }
+    QString reason;
+    if (!isFolder && !ZipPassword::encode(password, entry.password, reason))
+        return fail(cSource, withReason(failure, reason));
+    if (!isFolder && password.isEmpty())
+        entry.password = mPassword;
     if (!isFolder && !openSource(source, entry))
         return false;
     if (!prepareEntry(source, nameInArchive, names, entry))

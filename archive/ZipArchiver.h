@@ -56,8 +56,8 @@ public:
     ZipArchiver& operator=(const ZipArchiver&) = delete;
 
     // Begins to write. The password (empty for none) is that of every entry that is added without one of its
-    // own; the level, 0 (stored) to 9, that of every entry added with cStartLevel. Appending to an archive
-    // that is not there creates it.
+    // own, and has to be one of Latin-1; the level, 0 (stored) to 9, that of every entry added with
+    // cStartLevel. Appending to an archive that is not there creates it.
     bool StartWriting(ZipStart start, const QString& password, int level);
 
     // Adds a file, or a folder without its contents, under a name with '/' or '\' between its parts. A name
@@ -120,7 +120,7 @@ private:
     QSet<QString> mNames;
     QByteArray mComment;  // of the archive that is added to
     QByteArray mChunk;
-    QString mPassword;
+    QByteArray mPassword;
     int mLevel = 0;
     int mAddedCount = 0;
     ZipLog mLog;

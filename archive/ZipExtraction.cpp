@@ -39,8 +39,32 @@ int getRights(const ZipEntry& entry, const ZipExtractionOptions& options)
     return (entry.getMode() & ~cGroupAndOthersWrite) | options.mode;
 }
 
+// Whether another form of the password may do better: the check byte lets one wrong one of 128 pass.
+bool canBeByPassword(const ZipReader& reader, const ZipOutcome& outcome)
+{
+    const bool isFromContent = outcome.failedAt == Step::OpenEntry || outcome.failedAt == Step::ReadEntry ||
+                               outcome.failedAt == Step::CloseEntry;
+    return reader.getEntry().isEncrypted() && isFromContent;
+}
+
+// Does the work with one form of the password after the other, until one fits. Of several failures, the one
+// that came farthest is told.
+template <typename Work>
+ZipOutcome tryPasswords(const ZipReader& reader, const QVector<QByteArray>& passwords, const Work& work)
+{
+    ZipOutcome told;
+    for (const QByteArray& password : passwords) {
+        const ZipOutcome outcome = work(password);
+        if (!canBeByPassword(reader, outcome))
+            return outcome;
+        if (told.failedAt < outcome.failedAt)
+            told = outcome;
+    }
+    return told;
+}
+
 // Copies the content of the open entry to the file.
-Step copyContent(ZipReader& reader, ZipFile& file, const ZipExtractionOptions& options)
+Step copyContent(ZipReader& reader, ZipFile& file, const ZipExtractionOptions& options, qint64& done)
 {
     QByteArray chunk(options.chunkSize, Qt::Uninitialized);
     for (;;) {
@@ -51,15 +75,16 @@ Step copyContent(ZipReader& reader, ZipFile& file, const ZipExtractionOptions& o
             return Step::Done;
         if (!file.write(chunk.constData(), count))
             return Step::WriteFile;
+        done += count;
         if (options.onWritten && !options.onWritten(count))
             return Step::GivenUp;
     }
 }
 
-Step fillFile(ZipReader& reader, ZipFile& file, const ZipExtractionOptions& options)
+Step fillFile(ZipReader& reader, ZipFile& file, const ZipExtractionOptions& options, qint64& done)
 {
     const ZipEntry& entry = reader.getEntry();
-    const Step step = copyContent(reader, file, options);
+    const Step step = copyContent(reader, file, options, done);
     const bool isWhole = reader.closeEntry();
     if (step != Step::Done)
         return step;
@@ -72,14 +97,15 @@ Step fillFile(ZipReader& reader, ZipFile& file, const ZipExtractionOptions& opti
     return isDated && hasRights ? Step::Done : Step::WriteFile;
 }
 
-ZipOutcome extractFile(ZipReader& reader, int entryIndex, ZipDestination& destination,
-                       const QStringList& parts, const ZipExtractionOptions& options)
+ZipOutcome extractOnce(ZipReader& reader, int entryIndex, ZipDestination& destination,
+                       const QStringList& parts, const QByteArray& password,
+                       const ZipExtractionOptions& options, qint64& done)
 {
     const QString path = destination.getPath(parts);
     const QStringList folder = parts.mid(0, parts.size() - 1);
     if (!destination.makeFolder(folder))
         return {Step::MakeFolder, destination.getPath(folder), {}};
-    const ZipReader::OpenResult opened = reader.openEntry(options.password);
+    const ZipReader::OpenResult opened = reader.openEntry(password);
     if (opened != ZipReader::OpenResult::Done)
         return {Step::OpenEntry, path, explain(opened)};
     ZipTarget target(destination);
@@ -90,10 +116,44 @@ ZipOutcome extractFile(ZipReader& reader, int entryIndex, ZipDestination& destin
             return {Step::CheckEntry, path, QStringLiteral("another entry has the same name")};
         return {Step::MakeFile, path, {}};
     }
-    const Step step = fillFile(reader, target.getFile(), options);
+    const Step step = fillFile(reader, target.getFile(), options, done);
     if (step != Step::Done)
         return {step, path, {}};
     return {target.commit() ? Step::Done : Step::WriteFile, path, {}};
+}
+
+ZipOutcome extractFile(ZipReader& reader, int entryIndex, ZipDestination& destination,
+                       const QStringList& parts, const ZipExtractionOptions& options)
+{
+    qint64 done = 0;
+    return tryPasswords(reader, options.passwords, [&](const QByteArray& password) {
+        if (done > 0 && options.onWritten)
+            options.onWritten(-done);
+        done = 0;
+        return extractOnce(reader, entryIndex, destination, parts, password, options, done);
+    });
+}
+
+ZipOutcome readContent(ZipReader& reader, const QByteArray& password, QByteArray& content)
+{
+    const ZipReader::OpenResult opened = reader.openEntry(password);
+    if (opened != ZipReader::OpenResult::Done)
+        return {Step::OpenEntry, {}, explain(opened)};
+    // What the archive declares sets aside little memory; the rest follows what really comes.
+    QByteArray bytes;
+    bytes.reserve(static_cast<int>(std::min<qint64>(reader.getEntry().size, cFirstMemory)) +
+                  cMemoryChunkSize);
+    int count = 0;
+    do {
+        const int size = bytes.size();
+        bytes.resize(size + cMemoryChunkSize);
+        count = reader.readEntry(bytes.data() + size, cMemoryChunkSize);
+        bytes.resize(size + std::max(count, 0));
+    } while (count > 0);
+    if (!reader.closeEntry())
+        return {count < 0 ? Step::ReadEntry : Step::CloseEntry, {}, {}};
+    content = bytes;
+    return {};
 }
 }  // namespace
 
@@ -124,27 +184,12 @@ QStringList findTarget(const ZipEntry& entry, bool isFlat)
     return isFlat ? QStringList(path.parts.mid(path.parts.size() - 1)) : path.parts;
 }
 
-ZipOutcome readEntryContent(ZipReader& reader, const QByteArray& password, qint64 limit, QByteArray& content)
+ZipOutcome readEntryContent(ZipReader& reader, const QVector<QByteArray>& passwords, qint64 limit,
+                            QByteArray& content)
 {
-    const ZipEntry entry = reader.getEntry();
-    if (entry.size > std::min(limit, cMostMemory))
+    if (reader.getEntry().size > std::min(limit, cMostMemory))
         return {Step::CheckEntry, {}, QStringLiteral("it is larger than the limit")};
-    const ZipReader::OpenResult opened = reader.openEntry(password);
-    if (opened != ZipReader::OpenResult::Done)
-        return {Step::OpenEntry, {}, explain(opened)};
-    // What the archive declares sets aside little memory; the rest follows what really comes.
-    QByteArray bytes;
-    bytes.reserve(static_cast<int>(std::min<qint64>(entry.size, cFirstMemory)) + cMemoryChunkSize);
-    int count = 0;
-    do {
-        const int size = bytes.size();
-        bytes.resize(size + cMemoryChunkSize);
-        count = reader.readEntry(bytes.data() + size, cMemoryChunkSize);
-        bytes.resize(size + std::max(count, 0));
-    } while (count > 0);
-    if (!reader.closeEntry())
-        return {count < 0 ? Step::ReadEntry : Step::CloseEntry, {}, {}};
-    content = bytes;
-    return {};
+    return tryPasswords(reader, passwords,
+                        [&](const QByteArray& password) { return readContent(reader, password, content); });
 }
 }  // namespace Morvane

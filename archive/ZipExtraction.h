@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QStringList>
+#include <QVector>
 
 #include <functional>
 
@@ -15,13 +16,14 @@ class ZipReader;
 // How entries are to be extracted.
 struct ZipExtractionOptions
 {
-    QByteArray password;
+    QVector<QByteArray> passwords = {QByteArray()};  // forms of one, tried in this order; never none
     int mode = 0;             // added to the rights of each file and folder, the nine bits of a file mode
     int chunkSize = 4096;     // bytes that are read and written at a time
     bool isFlat = false;      // files go straight into the destination, under the last part of their names
     bool keepsDates = false;  // files get the entry's date
 
-    // Told of the bytes of each chunk that was written; false gives the extraction up. May be empty.
+    // Told of the bytes of each chunk that was written; false gives the extraction up. A negative number
+    // takes bytes back, when an entry begins again with another form of the password. May be empty.
     std::function<bool(qint64 bytes)> onWritten;
 };
 
@@ -62,5 +64,6 @@ ZipOutcome extractEntry(ZipReader& reader, int entryIndex, ZipDestination& desti
 QStringList findTarget(const ZipEntry& entry, bool isFlat);
 
 // Reads the content of the current entry into memory, as long as it has no more bytes than the limit.
-ZipOutcome readEntryContent(ZipReader& reader, const QByteArray& password, qint64 limit, QByteArray& content);
+ZipOutcome readEntryContent(ZipReader& reader, const QVector<QByteArray>& passwords, qint64 limit,
+                            QByteArray& content);
 }  // namespace Morvane

@@ -2,6 +2,7 @@
 
 #include "archive/ZipDestination.h"
 #include "archive/ZipExtraction.h"
+#include "archive/ZipPassword.h"
 #include "archive/ZipReader.h"
 #include "archive/ZipSource.h"
 
@@ -302,7 +303,7 @@ bool ZipHelper::extractFiles(const QString& zipPath, const QString& destinationF
 {
     Extraction extraction(zipPath, destinationFolder, run);
     extraction.getOptions().isFlat = paths == ZipPaths::Drop;
-    extraction.getOptions().password = password.toLatin1();
+    extraction.getOptions().passwords = ZipPassword::getForms(password);
     extraction.getOptions().mode = mode;
     return extraction.check() && extraction.doExtract(onError);
 }
@@ -313,7 +314,7 @@ bool ZipHelper::extractFiles(const QString& zipPath, const QStringList& names,
 {
     Extraction extraction(zipPath, destinationFolder, run);
     extraction.getOptions().isFlat = paths == ZipPaths::Drop;
-    extraction.getOptions().password = password.toLatin1();
+    extraction.getOptions().passwords = ZipPassword::getForms(password);
     extraction.getOptions().mode = mode;
     extraction.select(names);
     return extraction.check() && extraction.doExtract(ZipOnError::Stop);

@@ -156,6 +156,8 @@ TEST_F(ZipWritingTest, AFailureLeavesWhatWasThereAndNothingElse)
                 archiver.AddFile(GetSource(), QString::fromLatin1(name), 6, ZipNames::Plain, QString()));
         EXPECT_FALSE(archiver.AddFile(GetSource() + "/empty"_q, "b"_q, 6, ZipNames::Plain, "\u65E5"_q))
             << "a password that other passwords would open";
+        EXPECT_TRUE(archiver.GetLastError().contains(QLatin1String("password"))) << "with that reason";
+        EXPECT_FALSE(ZipArchiver(mArchive).StartWriting(ZipStart::Create, "\u65E5"_q, 6));
         EXPECT_TRUE(archiver.AddFile(GetSource() + "/empty"_q, "c"_q, 6, ZipNames::Plain, QString()));
     }  // never finished
     EXPECT_FALSE(ZipHelper::compressItem(missing, mArchive, ZipStart::Create, QString(), 6, QString(),
