@@ -20,12 +20,17 @@ public:
     explicit Runner(int interval) { startTimer(interval); }
 
     static QEvent* MakeWakeUp() { return new QEvent(QEvent::User); }
+    static QEvent* MakeTick() { return new QEvent(cTickEvent); }
 
 protected:
-    void customEvent(QEvent*) override { GMessageLoop::DeliverQueued(); }
-    void timerEvent(QTimerEvent*) override;
+    void customEvent(QEvent* event) override;
+    void timerEvent(QTimerEvent*) override { Tick(); }
 
 private:
+    static constexpr QEvent::Type cTickEvent = static_cast<QEvent::Type>(QEvent::User + 1);
+
+    void Tick();
+
     uint64_t mTicks = 0;
 };
 
@@ -34,6 +39,7 @@ struct Loop
     std::mutex mutex;  // over the rest; not held while anybody is called
     std::vector<std::weak_ptr<GSignalLink>> queue;
     std::unique_ptr<Runner> runner;
+    bool isTickAsked = false;  // and not begun
 };
 
 // Never destroyed: signals may be emitted while the process ends.
@@ -56,7 +62,20 @@ void LogWhatIsThrown(Call&& call) noexcept
     }
 }
 
-void Runner::timerEvent(QTimerEvent*)
+void Runner::customEvent(QEvent* event)
+{
+    if (event->type() != cTickEvent) {
+        GMessageLoop::DeliverQueued();
+        return;
+    }
+    {
+        const std::lock_guard<std::mutex> lock(GetLoop().mutex);
+        GetLoop().isTickAsked = false;
+    }
+    Tick();
+}
+
+void Runner::Tick()
 {
     const GTick tick{mTicks++};
     LogWhatIsThrown([&] { GMessageLoop::GetTickSignal().Emit(GMessageLoop::cTickMessage, tick); });
@@ -69,6 +88,7 @@ void GMessageLoop::Start(int interval)
     Loop& loop = GetLoop();
     const std::lock_guard<std::mutex> lock(loop.mutex);
     loop.runner.swap(runner);
+    loop.isTickAsked = false;
     if (!loop.queue.empty())
         QCoreApplication::postEvent(loop.runner.get(), Runner::MakeWakeUp());
 }
@@ -79,6 +99,16 @@ void GMessageLoop::Stop()
     Loop& loop = GetLoop();
     const std::lock_guard<std::mutex> lock(loop.mutex);
     loop.runner.swap(runner);
+}
+
+void GMessageLoop::TickSoon()
+{
+    Loop& loop = GetLoop();
+    const std::lock_guard<std::mutex> lock(loop.mutex);
+    if (!loop.runner || loop.isTickAsked)
+        return;
+    loop.isTickAsked = true;
+    QCoreApplication::postEvent(loop.runner.get(), Runner::MakeTick());
 }
 
 GSignal<GTick>& GMessageLoop::GetTickSignal()

@@ -31,6 +31,10 @@ public:
     // made up for. Lives as long as the process.
     static GSignal<GTick>& GetTickSignal();
 
+    // Asks for a tick as soon as the loop's thread is free, besides those at the interval. From any thread;
+    // nothing while no loop is started.
+    static void TickSoon();
+
     // Delivers what is queued now, without waiting for the event loop; what the receivers queue meanwhile
     // waits. What a receiver throws is logged. Called by the loop itself.
     static void DeliverQueued();

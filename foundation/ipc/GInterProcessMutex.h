@@ -16,14 +16,14 @@ public:
         Open  // it has to be there
     };
 
-    // Raises with GErrorCode::cCreateSemaphore.
+    // Raises with GErrorCode::cCreateSemaphore; a GDamagedObject when what bears the name is no lock.
     explicit GInterProcessMutex(const GString& name, Mode mode = Mode::OpenOrCreate);
     ~GInterProcessMutex();
     GInterProcessMutex(const GInterProcessMutex&) = delete;
     GInterProcessMutex& operator=(const GInterProcessMutex&) = delete;
 
-    // Waits for the lock. False when the time passed; raises with GErrorCode::cLockSemaphore when it can't be
-    // had for another reason.
+    // Waits for the lock, by the steady clock. False when the time passed; raises with
+    // GErrorCode::cLockSemaphore when it can't be had for another reason.
     bool Lock(std::chrono::milliseconds timeout);
 
     // Raises with GErrorCode::cUnlockSemaphore when this thread does not have it.
@@ -31,6 +31,13 @@ public:
 
     // Whether the owner before the present one died with the lock. To be asked while it is held.
     bool WasAbandoned() const { return mWasAbandoned; }
+
+    // Whether its memory is all there; where somebody has cut it short, it can't be locked. Always true on
+    // Windows.
+    bool IsIntact() const;
+
+    // Whether it is intact and what others find under its name. Always true on Windows.
+    bool IsCurrent() const;
 
     // Takes the name away: those who have the lock open keep it, the next one makes a new one. Nothing on
     // Windows, where a name goes with its last user. Raises with GErrorCode::cUnlinkSemaphore.

@@ -58,7 +58,7 @@ bool GInterProcessMutex::Lock(std::chrono::milliseconds timeout)
         return false;
     if (error == EBUSY) {
         const struct timespec deadline = GetDeadline(timeout);
-        error = ::pthread_mutex_timedlock(mHandle->object.Get(), &deadline);
+        error = ::pthread_mutex_clocklock(mHandle->object.Get(), CLOCK_MONOTONIC, &deadline);
     }
     if (error == ETIMEDOUT)
         return false;
@@ -76,6 +76,16 @@ void GInterProcessMutex::Unlock()
     const int error = ::pthread_mutex_unlock(mHandle->object.Get());
     if (error != 0)
         Raise(GErrorCode::cUnlockSemaphore, QStringLiteral("The lock can't be let go: %1"), error);
+}
+
+bool GInterProcessMutex::IsIntact() const
+{
+    return mHandle->object.GetSegment().IsIntact();
+}
+
+bool GInterProcessMutex::IsCurrent() const
+{
+    return mHandle->object.GetSegment().IsCurrent();
 }
 
 void GInterProcessMutex::Remove(const GString& name)

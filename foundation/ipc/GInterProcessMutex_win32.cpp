@@ -44,4 +44,14 @@ void GInterProcessMutex::Unlock()
                                      QStringLiteral("The lock can't be let go: %1"));
 }
 
+bool GInterProcessMutex::IsIntact() const
+{
+    return true;
+}
+
+bool GInterProcessMutex::IsCurrent() const
+{
+    return true;
+}
+
 void GInterProcessMutex::Remove(const GString&) {}

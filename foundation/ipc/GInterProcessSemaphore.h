@@ -12,21 +12,34 @@ class GInterProcessSemaphore
 public:
     // Opens the semaphore, or makes it with the count. Raises with GErrorCode::cCreateSemaphore.
     GInterProcessSemaphore(const GString& name, int initialCount);
+
+    // Opens one that is there; none when there is none that can be opened.
+    static std::unique_ptr<GInterProcessSemaphore> TryToOpen(const GString& name);
+
     ~GInterProcessSemaphore();
     GInterProcessSemaphore(const GInterProcessSemaphore&) = delete;
     GInterProcessSemaphore& operator=(const GInterProcessSemaphore&) = delete;
 
-    // False when the time passed. Raises with GErrorCode::cLockSemaphore.
+    // False when the time passed, by the steady clock. Raises with GErrorCode::cLockSemaphore.
     bool Acquire(std::chrono::milliseconds timeout);
 
     // Raises with GErrorCode::cUnlockSemaphore when the count is at the system's limit.
     void Release();
+
+    // Whether its memory is all there; where it is not, neither of the two above may be called. Always true
+    // on Windows.
+    bool IsIntact() const;
+
+    // Whether it is intact and what others find under its name. Always true on Windows.
+    bool IsCurrent() const;
 
     // Takes the name away, as GInterProcessMutex::Remove. Raises with GErrorCode::cUnlinkSemaphore.
     static void Remove(const GString& name);
 
 private:
     struct Handle;
+
+    explicit GInterProcessSemaphore(std::unique_ptr<Handle> handle);
 
     std::unique_ptr<Handle> mHandle;
 };

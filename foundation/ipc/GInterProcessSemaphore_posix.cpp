@@ -35,6 +35,19 @@ GInterProcessSemaphore::GInterProcessSemaphore(const GString& name, int initialC
 {
 }
 
+GInterProcessSemaphore::GInterProcessSemaphore(std::unique_ptr<Handle> handle) : mHandle(std::move(handle)) {}
+
+std::unique_ptr<GInterProcessSemaphore> GInterProcessSemaphore::TryToOpen(const GString& name)
+{
+    try {
+        return std::unique_ptr<GInterProcessSemaphore>(new GInterProcessSemaphore(
+            std::unique_ptr<Handle>(new Handle{{name, GSharedSegment::Mode::Open, cMagic,
+                                                [](sem_t* semaphore) { MakeSemaphore(semaphore, 0); }}})));
+    } catch (const GException&) {
+        return nullptr;
+    }
+}
+
 GInterProcessSemaphore::~GInterProcessSemaphore() = default;
 
 bool GInterProcessSemaphore::Acquire(std::chrono::milliseconds timeout)
@@ -42,7 +55,7 @@ bool GInterProcessSemaphore::Acquire(std::chrono::milliseconds timeout)
     const struct timespec deadline = GetDeadline(timeout);
     int status = 0;
     do {
-        status = ::sem_timedwait(mHandle->object.Get(), &deadline);
+        status = ::sem_clockwait(mHandle->object.Get(), CLOCK_MONOTONIC, &deadline);
     } while (status != 0 && errno == EINTR);
     if (status != 0 && errno != ETIMEDOUT)
         RaiseLastError(GErrorCode::cLockSemaphore, QStringLiteral("The semaphore can't be had: %1"));
@@ -53,6 +66,16 @@ void GInterProcessSemaphore::Release()
 {
     if (::sem_post(mHandle->object.Get()) != 0)
         RaiseLastError(GErrorCode::cUnlockSemaphore, QStringLiteral("The semaphore can't be let go: %1"));
+}
+
+bool GInterProcessSemaphore::IsIntact() const
+{
+    return mHandle->object.GetSegment().IsIntact();
+}
+
+bool GInterProcessSemaphore::IsCurrent() const
+{
+    return mHandle->object.GetSegment().IsCurrent();
 }
 
 void GInterProcessSemaphore::Remove(const GString& name)

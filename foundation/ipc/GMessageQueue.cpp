@@ -5,6 +5,8 @@
 #include "foundation/system/GProcessInfo.h"
 #include "foundation/trace/GTrace.h"
 
+#include <QRandomGenerator>
+
 #include <algorithm>
 #include <thread>
 
@@ -12,11 +14,17 @@ namespace
 {
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::milliseconds cTakeTime(300);
+// Who is stopped in the middle of a post must not hold up the end of the owner.
+constexpr std::chrono::milliseconds cCloseTime(300);
 
 GString GetLockName(const GString& name)
 {
     return name + QLatin1String("_L");
+}
+
+GString GetSemaphoreName(const GString& name)
+{
+    return name + QLatin1String("_S");
 }
 
 [[noreturn]] void RaisePostError(const char* reason)
@@ -32,15 +40,23 @@ std::chrono::milliseconds GetRemaining(Clock::time_point deadline)
 }
 }  // namespace
 
-std::unique_ptr<GMessageQueue> GMessageQueue::Create(const GString& name, size_t capacity)
+std::unique_ptr<GMessageQueue> GMessageQueue::Create(const GString& name, size_t capacity, uint64_t keeper)
 {
     const size_t size = GMessageRing::cHeaderSize + std::max(capacity, GMessageRing::cLeastCapacity);
     const uint32_t processID = GProcessInfo::GetOwnProcessID();
-    auto segment = std::make_unique<GSharedSegment>(name, size, GSharedSegment::Mode::CreateNew);
-    const GMessageRing ring =
-        GMessageRing::Make(segment->GetData(), size, {processID, GProcessInfo::GetStartTime(processID)});
-    return std::unique_ptr<GMessageQueue>(
-        new GMessageQueue(name, std::move(segment), ring, GInterProcessMutex::Mode::OpenOrCreate));
+    const Owner owner{processID, GProcessInfo::GetStartTime(processID), keeper,
+                      QRandomGenerator::system()->generate64()};
+    try {
+        // A lock and a semaphore that were left may be in any state.
+        Remove(name);
+        auto segment = std::make_unique<GSharedSegment>(name, size, GSharedSegment::Mode::CreateNew);
+        const GMessageRing ring = GMessageRing::Make(segment->GetData(), size, owner);
+        return std::unique_ptr<GMessageQueue>(
+            new GMessageQueue(name, std::move(segment), ring, GInterProcessMutex::Mode::OpenOrCreate));
+    } catch (const GException&) {
+        Remove(name);
+        throw;
+    }
 }
 
 std::unique_ptr<GMessageQueue> GMessageQueue::Open(const GString& name)
@@ -54,7 +70,13 @@ std::unique_ptr<GMessageQueue> GMessageQueue::Open(const GString& name)
 
 GMessageQueue::GMessageQueue(const GString& name, std::unique_ptr<GSharedSegment> segment,
                              const GMessageRing& ring, GInterProcessMutex::Mode mode)
-    : mSegment(std::move(segment)), mMutex(GetLockName(name), mode), mRing(ring)
+    : mSegment(std::move(segment)),
+      mMutex(GetLockName(name), mode),
+      mSemaphore(mode == GInterProcessMutex::Mode::Open
+                     ? GInterProcessSemaphore::TryToOpen(GetSemaphoreName(name))
+                     : std::make_unique<GInterProcessSemaphore>(GetSemaphoreName(name), 0)),
+      mRing(ring),
+      mOwner(ring.GetOwner())
 {
 }
 
@@ -84,6 +106,9 @@ bool GMessageQueue::TryPost(const GBuffer& message, std::chrono::milliseconds lo
     const GMessageRing::PutResult result = mRing.Put(message);
     mMutex.Unlock();
     switch (result) {
+        case GMessageRing::PutResult::DoneAsFirst:
+            WakeUp();
+            return true;
         case GMessageRing::PutResult::Done:
             return true;
         case GMessageRing::PutResult::Full:
@@ -94,33 +119,55 @@ bool GMessageQueue::TryPost(const GBuffer& message, std::chrono::milliseconds lo
         case GMessageRing::PutResult::Closed:
             break;
     }
-    RaisePostError("the receiver takes no more messages.");
+    throw GQueueIsPast(GErrorCode::cPostMessage, QStringLiteral("The receiver takes no more messages."));
 }
 
-std::vector<GBuffer> GMessageQueue::TakeAll()
+std::vector<GMessageQueue::Entry> GMessageQueue::Peek(size_t most)
 {
-    if (!mMutex.Lock(cTakeTime))
-        return {};
     bool isDamaged = false;
-    std::vector<GBuffer> messages = mRing.TakeAll(&isDamaged);
-    mMutex.Unlock();
+    std::vector<Entry> entries = mRing.Peek(most, &isDamaged);
     if (isDamaged)
-        GTrace::Error(QStringLiteral("GMessageQueue::TakeAll"),
-                      QStringLiteral("A message queue was damaged and has been emptied."));
-    return messages;
+        GTrace::Error(QStringLiteral("GMessageQueue::Peek"),
+                      QStringLiteral("A message queue was damaged; what stood behind the damage is lost."));
+    return entries;
+}
+
+bool GMessageQueue::WaitForMessage(std::chrono::milliseconds timeout)
+{
+    return mSemaphore->Acquire(timeout);
+}
+
+void GMessageQueue::WakeUp()
+{
+    try {
+        if (mSemaphore && mSemaphore->IsIntact())
+            mSemaphore->Release();
+    } catch (const GException& error) {
+        // The message is there, and the owner looks from time to time.
+        GTrace::Debug(QStringLiteral("GMessageQueue::WakeUp"), error.GetDescription());
+    }
 }
 
 void GMessageQueue::Close()
 {
-    const GInterProcessLock lock(mMutex);
-    mRing.Close();
+    try {
+        const auto lock =
+            mMutex.IsIntact() ? std::make_unique<GInterProcessLock>(mMutex, cCloseTime) : nullptr;
+        mRing.Close();
+    } catch (const GException& error) {
+        GTrace::Error(QStringLiteral("GMessageQueue::Close"), error.GetDescription());
+        mRing.Close();
+    }
 }
 
 bool GMessageQueue::IsOwnerAlive() const
 {
-    const GMessageRing::Owner owner = mRing.GetOwner();
-    return GProcessInfo::IsAlive(owner.processID) &&
-           GProcessInfo::GetStartTime(owner.processID) == owner.startTime;
+    return mOwner.startTime != 0 && GProcessInfo::GetStartTime(mOwner.processID) == mOwner.startTime;
+}
+
+bool GMessageQueue::IsCurrent() const
+{
+    return mSegment->IsCurrent() && mMutex.IsCurrent() && (!mSemaphore || mSemaphore->IsCurrent());
 }
 
 void GMessageQueue::Remove(const GString& name)
@@ -128,6 +175,7 @@ void GMessageQueue::Remove(const GString& name)
     GSharedSegment::Remove(name);
     try {
         GInterProcessMutex::Remove(GetLockName(name));
+        GInterProcessSemaphore::Remove(GetSemaphoreName(name));
     } catch (const GException& error) {
         GTrace::Error(QStringLiteral("GMessageQueue::Remove"), error.GetDescription());
     }

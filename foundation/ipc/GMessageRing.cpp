@@ -13,7 +13,7 @@
 namespace
 {
 constexpr uint32_t cMagic = 0x5150564D;
-constexpr uint32_t cVersion = 1;
+constexpr uint32_t cVersion = 2;
 
 // The header as it lies in memory. The atomics keep the order of stores: a process that dies at any moment
 // leaves a position that was raised only when the bytes before it were there.
@@ -28,7 +28,8 @@ struct Header
     uint32_t reserved;
     std::atomic<uint64_t> readPosition;
     std::atomic<uint64_t> writePosition;
-    uint8_t rest[16];
+    uint64_t keeper;
+    uint64_t number;
 };
 static_assert(sizeof(Header) == GMessageRing::cHeaderSize, "the header's layout is fixed");
 static_assert(std::atomic<uint64_t>::is_always_lock_free, "positions are shared between processes");
@@ -50,6 +51,8 @@ GMessageRing GMessageRing::Make(uint8_t* data, size_t size, const Owner& owner)
     header.version = cVersion;
     header.processID = owner.processID;
     header.startTime = owner.startTime;
+    header.keeper = owner.keeper;
+    header.number = owner.number;
     header.capacity = static_cast<uint32_t>(capacity);
     header.magic.store(cMagic, std::memory_order_release);
     return GMessageRing(data, capacity);
@@ -71,7 +74,7 @@ GMessageRing::PutResult GMessageRing::Put(const GBuffer& message)
 {
     Header& header = GetHeader(mData);
     const uint64_t write = header.writePosition.load(std::memory_order_relaxed);
-    const uint64_t held = write - header.readPosition.load(std::memory_order_relaxed);
+    const uint64_t held = write - header.readPosition.load(std::memory_order_acquire);
     const uint32_t length = static_cast<uint32_t>(message.size());
     const uint64_t needed = cEntryHeaderSize + static_cast<uint64_t>(length);
     if (header.isClosed.load(std::memory_order_relaxed) != 0)
@@ -84,19 +87,21 @@ GMessageRing::PutResult GMessageRing::Put(const GBuffer& message)
         return PutResult::Full;
     const size_t place = CopyIn(static_cast<size_t>(write % mCapacity), &length, sizeof length);
     CopyIn(place, message.constData(), length);
-    header.writePosition.store(write + needed, std::memory_order_release);
-    return PutResult::Done;
+    header.writePosition.store(write + needed, std::memory_order_seq_cst);
+    // Asked again: the owner may have emptied the queue, and looked for more, since the first look.
+    const bool isFirst = header.readPosition.load(std::memory_order_seq_cst) == write;
+    return isFirst ? PutResult::DoneAsFirst : PutResult::Done;
 }
 
-std::vector<GBuffer> GMessageRing::TakeAll(bool* isDamaged)
+std::vector<GMessageRing::Entry> GMessageRing::Peek(size_t most, bool* isDamaged)
 {
     Header& header = GetHeader(mData);
-    const uint64_t write = header.writePosition.load(std::memory_order_acquire);
     uint64_t read = header.readPosition.load(std::memory_order_relaxed);
-    std::vector<GBuffer> messages;
+    const uint64_t write = header.writePosition.load(std::memory_order_seq_cst);
+    std::vector<Entry> entries;
     size_t place = static_cast<size_t>(read % mCapacity);
     *isDamaged = write - read > mCapacity;
-    while (!*isDamaged && read != write) {
+    while (!*isDamaged && read != write && entries.size() < most) {
         uint32_t length = 0;
         const uint64_t held = write - read;
         if (held >= cEntryHeaderSize)
@@ -104,12 +109,26 @@ std::vector<GBuffer> GMessageRing::TakeAll(bool* isDamaged)
         *isDamaged = held < cEntryHeaderSize || length > held - cEntryHeaderSize;
         if (*isDamaged)
             break;
-        messages.emplace_back(static_cast<int>(length), Qt::Uninitialized);
-        place = CopyOut(place, messages.back().data(), length);
-        read += cEntryHeaderSize + length;
+        const uint64_t end = read + cEntryHeaderSize + length;
+        entries.push_back({GBuffer(static_cast<int>(length), Qt::Uninitialized), read, end});
+        place = CopyOut(place, entries.back().message.data(), length);
+        read = end;
     }
-    header.readPosition.store(write, std::memory_order_release);
-    return messages;
+    // What stands before the damage is taken out first; the next call meets the damage again.
+    if (*isDamaged && entries.empty())
+        header.readPosition.store(write, std::memory_order_seq_cst);
+    return entries;
+}
+
+void GMessageRing::Forget(uint64_t end)
+{
+    GetHeader(mData).readPosition.store(end, std::memory_order_seq_cst);
+}
+
+bool GMessageRing::IsEmpty() const
+{
+    const Header& header = GetHeader(mData);
+    return header.readPosition == header.writePosition;
 }
 
 void GMessageRing::Close()
@@ -120,7 +139,7 @@ void GMessageRing::Close()
 GMessageRing::Owner GMessageRing::GetOwner() const
 {
     const Header& header = GetHeader(mData);
-    return {header.processID, header.startTime};
+    return {header.processID, header.startTime, header.keeper, header.number};
 }
 
 size_t GMessageRing::CopyIn(size_t place, const void* bytes, size_t length)

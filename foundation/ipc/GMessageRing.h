@@ -7,8 +7,8 @@
 #include <vector>
 
 // A queue of messages laid out in memory: a header and a ring. What the bytes mean is in
-// docs/formats/channel.md. Only the layout: whoever shares the memory holds the queue's lock around each
-// call.
+// docs/formats/channel.md. Only the layout: whoever puts in or closes holds the queue's lock; the one who
+// takes out needs none.
 //
 // The memory is taken for hostile. No call reads or writes outside it, whatever it holds.
 class GMessageRing
@@ -23,15 +23,25 @@ public:
     {
         uint32_t processID;
         uint64_t startTime;
+        uint64_t keeper = 0;  // who takes over what a dead owner left; 0: nobody
+        uint64_t number = 0;  // of this queue; no other one has the same
+    };
+
+    struct Entry
+    {
+        GBuffer message;
+        uint64_t position;  // where it stands, in bytes since the queue was made
+        uint64_t end;
     };
 
     enum class PutResult
     {
         Done,
-        Full,      // it would fit into the empty queue
-        TooLarge,  // it would not
-        Closed,    // nothing more is put in
-        Damaged    // the positions make no sense; the owner's next Take puts them right
+        DoneAsFirst,  // and the queue was empty: its owner may be asleep
+        Full,         // it would fit into the empty queue
+        TooLarge,     // it would not
+        Closed,       // nothing more is put in
+        Damaged       // the positions make no sense; the owner's next Take puts them right
     };
 
     // Makes an empty queue of all the memory, which begins at a multiple of eight.
@@ -43,9 +53,15 @@ public:
 
     PutResult Put(const GBuffer& message);
 
-    // Takes out everything that is in the queue, in the order in which it was put in. A damaged rest is
-    // dropped; `isDamaged` then becomes true, and the queue is empty and usable.
-    std::vector<GBuffer> TakeAll(bool* isDamaged);
+    // Gives the first messages of the queue, at most so many, and leaves them in it. Where a length makes no
+    // sense, the rest is dropped; `isDamaged` then becomes true, and the queue is usable. Only for whoever
+    // takes out, as Forget is.
+    std::vector<Entry> Peek(size_t most, bool* isDamaged);
+
+    // Takes out everything up to an entry's end.
+    void Forget(uint64_t end);
+
+    bool IsEmpty() const;
 
     // From now on nothing can be put in.
     void Close();

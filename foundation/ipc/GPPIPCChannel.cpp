@@ -6,22 +6,20 @@
 #include "foundation/system/GProcessInfo.h"
 #include "foundation/trace/GTrace.h"
 
+#include <QVector>
+
 #include <algorithm>
 
 namespace
 {
 constexpr size_t cQueueCapacity = 262144;
 constexpr size_t cMostOpenQueues = 64;
-}  // namespace
 
-GPPIPCChannel::GPPIPCChannel(const GString& name)
-    : mName(name),
-      mSegment(name, GPPIPCDirectory::cSize, GSharedSegment::Mode::OpenOrCreate, GPPIPCDirectory::Prepare),
-      mMutex(name + QLatin1String("_L"))
+[[noreturn]] void RaisePastQueue(const GString& text)
 {
-    const GInterProcessLock lock(mMutex);
-    GPPIPCDirectory(mSegment.GetData()).GetPairs();
+    throw GQueueIsPast(GErrorCode::cPostMessage, text);
 }
+}  // namespace
 
 GString GPPIPCChannel::GetQueueName(const Pair& pair) const
 {
@@ -31,124 +29,208 @@ GString GPPIPCChannel::GetQueueName(const Pair& pair) const
 
 std::vector<uint32_t> GPPIPCChannel::GetReceivers(uint32_t process)
 {
-    const GInterProcessLock lock(mMutex);
     std::vector<uint32_t> receivers;
-    for (const Pair& pair : GPPIPCDirectory(mSegment.GetData()).GetPairs()) {
+    const std::unique_ptr<GPPIPCDirectoryFile::Access> access = mDirectory.TryToEnter();
+    if (!access)
+        return receivers;
+    for (const Pair& pair : access->Get().GetPairs()) {
         if (pair.process == process)
             receivers.push_back(pair.receiver);
     }
     return receivers;
 }
 
-GPPIPCState GPPIPCChannel::GetReceiverState(uint32_t process)
+GPPIPCState GPPIPCChannel::GetReceiverState(uint32_t process, GString* reason)
 {
     const std::vector<uint32_t> receivers = GetReceivers(process);
-    if (receivers.empty())
-        return GPPIPCState::NoReceiver;
-    const bool isReachable = std::any_of(receivers.cbegin(), receivers.cend(), [&](uint32_t receiver) {
-        return GetQueue({process, receiver}) != nullptr;
-    });
-    return isReachable ? GPPIPCState::Reachable : GPPIPCState::Unreachable;
+    *reason = QStringLiteral("The process has no message receiver.");
+    for (const uint32_t receiver : receivers) {
+        try {
+            GetQueue({process, receiver});
+            return GPPIPCState::Reachable;
+        } catch (const GException& error) {
+            *reason = error.GetDescription();
+        }
+    }
+    return receivers.empty() ? GPPIPCState::NoReceiver : GPPIPCState::Unreachable;
 }
 
-// The queue of a pair, whose owner runs; none when it can't be had.
+// The queue of a pair, whose owner runs.
 std::shared_ptr<GMessageQueue> GPPIPCChannel::GetQueue(const Pair& pair)
 {
     const std::lock_guard<std::mutex> guard(mOpenQueuesMutex);
     const std::pair<uint32_t, uint32_t> key(pair.process, pair.receiver);
     const auto open = mOpenQueues.find(key);
-    if (open != mOpenQueues.end() && open->second->IsOwnerAlive())
+    if (open != mOpenQueues.end() && open->second->IsOwnerAlive() && open->second->IsCurrent())
         return open->second;
     if (open != mOpenQueues.end())
         mOpenQueues.erase(open);
     if (mOpenQueues.size() >= cMostOpenQueues)
         mOpenQueues.clear();
     const std::shared_ptr<GMessageQueue> queue = OpenQueue(pair);
-    if (!queue || !queue->IsOwnerAlive())
-        return nullptr;
+    if (!queue->IsOwnerAlive())
+        RaisePastQueue(QStringLiteral("The process of the message receiver has ended."));
     mOpenQueues[key] = queue;
     return queue;
 }
 
-// None when the system does not let it be opened, or it is another process's.
 std::unique_ptr<GMessageQueue> GPPIPCChannel::OpenQueue(const Pair& pair) const
 {
+    std::unique_ptr<GMessageQueue> queue = GMessageQueue::Open(GetQueueName(pair));
+    if (queue->GetOwner().processID != pair.process)
+        RaiseSegmentError(
+            QStringLiteral("The message queue \"%1\" belongs to another process than its name says."),
+            GetQueueName(pair));
+    return queue;
+}
+
+std::unique_ptr<GMessageQueue> GPPIPCChannel::TryToOpenQueue(const Pair& pair) const
+{
     try {
-        std::unique_ptr<GMessageQueue> queue = GMessageQueue::Open(GetQueueName(pair));
-        if (queue->IsOwnedBy(pair.process))
-            return queue;
-        GTrace::Error(QStringLiteral("GPPIPCChannel::OpenQueue"),
-                      QStringLiteral("A message queue belongs to another process than its name says."));
+        return OpenQueue(pair);
     } catch (const GException& error) {
-        GTrace::Debug(QStringLiteral("GPPIPCChannel::OpenQueue"), error.GetDescription());
+        GTrace::Debug(QStringLiteral("GPPIPCChannel::TryToOpenQueue"), error.GetDescription());
+        return nullptr;
     }
-    return nullptr;
 }
 
-void GPPIPCChannel::Post(uint32_t process, GPPIPCMessage message, const GPostPolicy& policy)
+void GPPIPCChannel::Post(uint32_t process, uint32_t receiver, GPPIPCMessage message,
+                         const GPostPolicy& policy)
 {
-    const std::vector<uint32_t> receivers = GetReceivers(process);
-    GString failure;
-    if (receivers.empty())
-        failure = QStringLiteral("The process has no message receiver.");
-    for (const uint32_t receiver : receivers) {
-        const std::shared_ptr<GMessageQueue> queue = GetQueue({process, receiver});
-        if (!queue) {
-            failure = QStringLiteral("A message receiver of the process can't be reached.");
-            continue;
-        }
-        message.receiver = receiver;
-        try {
-            queue->Post(message.Encode(), policy);
-        } catch (const GException& error) {
-            failure = error.GetDescription();
-        }
-    }
-    if (!failure.isEmpty())
-        throw GCustomException(GErrorCode::cPostMessage, failure);
-}
-
-std::unique_ptr<GMessageQueue> GPPIPCChannel::Register(uint32_t receiver)
-{
-    const GInterProcessLock lock(mMutex);
-    GPPIPCDirectory directory(mSegment.GetData());
-    RemoveDeadPairs(&directory);
-    const Pair pair{GProcessInfo::GetOwnProcessID(), receiver};
-    if (!directory.Add(pair))
-        RaiseSegmentError(QStringLiteral("The message channel \"%1\" has no room for another receiver."),
-                          mName);
+    std::shared_ptr<GMessageQueue> queue;
     try {
-        return GMessageQueue::Create(GetQueueName(pair), cQueueCapacity);
-    } catch (...) {
-        directory.Remove(pair);
+        queue = GetQueue({process, receiver});
+    } catch (const GException& error) {
+        RaisePastQueue(error.GetDescription());
+    }
+    message.receiver = receiver;
+    try {
+        queue->Post(message.Encode(), policy);
+    } catch (const GQueueIsPast&) {
+        const std::lock_guard<std::mutex> guard(mOpenQueuesMutex);
+        mOpenQueues.erase({process, receiver});
         throw;
     }
 }
 
-// Whether the process that made the pair is known to have ended. A queue that can't be opened says nothing:
-// this process may be short of something.
+std::unique_ptr<GMessageQueue> GPPIPCChannel::Register(uint32_t receiver, uint64_t keeper)
+{
+    std::unique_ptr<GPPIPCDirectoryFile::Access> access = mDirectory.Enter();
+    GPPIPCDirectory& directory = access->Get();
+    AddUnlisted(&directory);
+    RemoveDeadPairs(&directory, Removal::KeepMessages);
+    const Pair pair{GProcessInfo::GetOwnProcessID(), receiver};
+    if (!directory.Add(pair)) {
+        // Who lives needs the room more than who may come back.
+        RemoveDeadPairs(&directory, Removal::All);
+        if (!directory.Add(pair))
+            RaiseSegmentError(QStringLiteral("The message channel \"%1\" has no room for another receiver."),
+                              mName);
+    }
+    try {
+        return GMessageQueue::Create(GetQueueName(pair), cQueueCapacity, keeper);
+    } catch (...) {
+        directory.Remove(pair);
+        mDirectory.Leave(std::move(access));
+        throw;
+    }
+}
+
+// Whether the process that made the pair is known to have ended. A queue that can't be opened says nothing,
+// as this process may be short of something; one that is not there does: a living receiver would make it anew
+// and enter again.
 bool GPPIPCChannel::IsGone(const Pair& pair) const
 {
     if (!GProcessInfo::IsAlive(pair.process))
         return true;
-    const std::unique_ptr<GMessageQueue> queue = OpenQueue(pair);
-    return queue && !queue->IsOwnerAlive();
+    const std::unique_ptr<GMessageQueue> queue = TryToOpenQueue(pair);
+    return queue ? !queue->IsOwnerAlive() : !GSharedSegment::IsThere(GetQueueName(pair));
 }
 
-void GPPIPCChannel::RemoveDeadPairs(GPPIPCDirectory* directory) const
+// Queues are found without the directory, too, where the system lists them: whoever empties or removes it
+// makes nobody lose his messages.
+void GPPIPCChannel::AddUnlisted(GPPIPCDirectory* directory) const
+{
+    const std::vector<Pair> pairs = directory->GetPairs();
+    for (const GString& rest : GSharedSegment::ListRests(mName + QLatin1Char('_'))) {
+        const QVector<QStringRef> numbers = rest.splitRef(QLatin1Char('_'));
+        const Pair pair{numbers.first().toUInt(), numbers.last().toUInt()};
+        const bool isQueue = numbers.size() == 2 && pair.process != 0 && pair.receiver != 0;
+        if (isQueue && std::find(pairs.cbegin(), pairs.cend(), pair) == pairs.cend())
+            directory->Add(pair);
+    }
+}
+
+void GPPIPCChannel::RemoveDeadPairs(GPPIPCDirectory* directory, Removal removal) const
 {
     for (const Pair& pair : directory->GetPairs()) {
         if (!IsGone(pair))
             continue;
-        GMessageQueue::Remove(GetQueueName(pair));
-        directory->Remove(pair);
+        const std::unique_ptr<GMessageQueue> queue = TryToOpenQueue(pair);
+        // Closed first: who is still posting is told that it failed.
+        if (queue)
+            queue->Close();
+        const bool isKept = queue && queue->GetOwner().keeper != 0 && !queue->IsEmpty();
+        if (!isKept)
+            RemovePair(directory, pair);
+        else if (removal == Removal::All) {
+            GTrace::Error(QStringLiteral("GPPIPCChannel::RemoveDeadPairs"),
+                          QStringLiteral("The channel is full; messages that process %1 left are dropped.")
+                              .arg(pair.process));
+            RemovePair(directory, pair);
+        }
     }
 }
 
-void GPPIPCChannel::Deregister(uint32_t receiver)
+void GPPIPCChannel::RemovePair(GPPIPCDirectory* directory, const Pair& pair) const
 {
-    const GInterProcessLock lock(mMutex);
-    const Pair pair{GProcessInfo::GetOwnProcessID(), receiver};
     GMessageQueue::Remove(GetQueueName(pair));
-    GPPIPCDirectory(mSegment.GetData()).Remove(pair);
+    directory->Remove(pair);
+}
+
+void GPPIPCChannel::EnterAgain(uint32_t receiver)
+{
+    const std::unique_ptr<GPPIPCDirectoryFile::Access> access = mDirectory.Enter();
+    AddUnlisted(&access->Get());
+    if (!access->Get().Add({GProcessInfo::GetOwnProcessID(), receiver}))
+        RaiseSegmentError(QStringLiteral("The message channel \"%1\" has no room for another receiver."),
+                          mName);
+}
+
+bool GPPIPCChannel::IsRegistered(uint32_t receiver)
+{
+    const std::vector<uint32_t> receivers = GetReceivers(GProcessInfo::GetOwnProcessID());
+    return std::find(receivers.cbegin(), receivers.cend(), receiver) != receivers.cend();
+}
+
+void GPPIPCChannel::Deregister(uint32_t receiver, const GMessageQueue& queue)
+{
+    std::unique_ptr<GPPIPCDirectoryFile::Access> access = mDirectory.TryToEnter();
+    const bool isKept = queue.IsIntact() && queue.GetOwner().keeper != 0 && !queue.IsEmpty();
+    if (!access || !queue.IsCurrent() || isKept)
+        return;
+    RemovePair(&access->Get(), {GProcessInfo::GetOwnProcessID(), receiver});
+    mDirectory.Leave(std::move(access));
+}
+
+void GPPIPCChannel::TakeOver(uint64_t keeper, const std::function<void(GMessageQueue& queue)>& take)
+{
+    std::vector<Pair> pairs;
+    {
+        std::unique_ptr<GPPIPCDirectoryFile::Access> access = mDirectory.Enter();
+        AddUnlisted(&access->Get());
+        pairs = access->Get().GetPairs();
+        mDirectory.Leave(std::move(access));
+    }
+    for (const Pair& pair : pairs) {
+        const std::unique_ptr<GMessageQueue> queue = TryToOpenQueue(pair);
+        if (!queue || queue->GetOwner().keeper != keeper || queue->IsOwnerAlive())
+            continue;
+        queue->Close();
+        take(*queue);
+        std::unique_ptr<GPPIPCDirectoryFile::Access> access = mDirectory.Enter();
+        if (queue->IsEmpty() && queue->IsCurrent())
+            RemovePair(&access->Get(), pair);
+        mDirectory.Leave(std::move(access));
+    }
 }

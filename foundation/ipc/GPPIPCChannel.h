@@ -1,12 +1,11 @@
 #pragma once
 
 #include "foundation/core/GString.h"
-#include "foundation/ipc/GInterProcessMutex.h"
 #include "foundation/ipc/GMessageQueue.h"
-#include "foundation/ipc/GPPIPCDirectory.h"
-#include "foundation/ipc/GSharedSegment.h"
+#include "foundation/ipc/GPPIPCDirectoryFile.h"
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -23,42 +22,68 @@ enum class GPPIPCState
     Reachable = 2
 };
 
-// One channel of the Printer Processor: the directory of receivers, and the ways to their queues. Any thread.
+// One channel of the Printer Processor in one place: the directory of receivers, and the ways to their
+// queues. Its names may be taken away and made anew at any time. Any thread.
 //
-// Every operation raises GErrorCode::cSegmentHeader when the directory is damaged, and
+// Every operation raises GErrorCode::cSegmentHeader when the directory can't be opened or is damaged, and
 // GErrorCode::cLockSemaphore when somebody who runs does not let go of its lock.
 class GPPIPCChannel
 {
 public:
-    // Opens the channel of a name, or makes it.
-    explicit GPPIPCChannel(const GString& name);
+    // The channel of a name. Makes and opens nothing.
+    explicit GPPIPCChannel(const GString& name) : mName(name), mDirectory(name) {}
 
-    GPPIPCState GetReceiverState(uint32_t process);
+    const GString& GetName() const { return mName; }
 
-    // Posts the message, with the receiver's identifier filled in, to every receiver of the process. Raises
-    // with GErrorCode::cPostMessage when one of them did not get it, or there is none.
-    void Post(uint32_t process, GPPIPCMessage message, const GPostPolicy& policy);
+    // The receivers of a process; none when there is no channel of the name.
+    std::vector<uint32_t> GetReceivers(uint32_t process);
 
-    // Enters a receiver of this process, makes its queue, and removes what dead processes left. Raises with
-    // GErrorCode::cSegmentHeader, too, when the directory is full.
-    std::unique_ptr<GMessageQueue> Register(uint32_t receiver);
+    // `reason` says why the process is not reachable, where it is not.
+    GPPIPCState GetReceiverState(uint32_t process, GString* reason);
 
-    // Takes a receiver of this process out again.
-    void Deregister(uint32_t receiver);
+    // Posts the message, with the receiver's identifier filled in, to one receiver. Raises with
+    // GErrorCode::cPostMessage when it did not get it: a GQueueIsPast when it is worth a new look at the
+    // directory.
+    void Post(uint32_t process, uint32_t receiver, GPPIPCMessage message, const GPostPolicy& policy);
+
+    // Enters a receiver of this process and makes its queue, with its keeper's number. Removes what dead
+    // processes left, but for queues that hold messages for a keeper. A missing or damaged directory is made
+    // anew, with the receivers whose queues are there. Raises with GErrorCode::cSegmentHeader, too, when the
+    // directory is full of receivers that live.
+    std::unique_ptr<GMessageQueue> Register(uint32_t receiver, uint64_t keeper);
+
+    // Enters a receiver of this process, whose queue is there, once more.
+    void EnterAgain(uint32_t receiver);
+
+    bool IsRegistered(uint32_t receiver);
+
+    // Takes a receiver of this process out again, with its queue, which it has closed. What the queue still
+    // holds for a keeper stays.
+    void Deregister(uint32_t receiver, const GMessageQueue& queue);
+
+    // Hands every queue that a dead process with this keeper's number left to `take`, closed, and removes
+    // those that are empty then. What `take` raises ends it.
+    void TakeOver(uint64_t keeper, const std::function<void(GMessageQueue& queue)>& take);
 
 private:
     using Pair = GPPIPCDirectory::Pair;
+    enum class Removal
+    {
+        KeepMessages,
+        All
+    };
 
     GString GetQueueName(const Pair& pair) const;
-    std::vector<uint32_t> GetReceivers(uint32_t process);
     std::shared_ptr<GMessageQueue> GetQueue(const Pair& pair);
     std::unique_ptr<GMessageQueue> OpenQueue(const Pair& pair) const;
+    std::unique_ptr<GMessageQueue> TryToOpenQueue(const Pair& pair) const;
     bool IsGone(const Pair& pair) const;
-    void RemoveDeadPairs(GPPIPCDirectory* directory) const;
+    void AddUnlisted(GPPIPCDirectory* directory) const;
+    void RemoveDeadPairs(GPPIPCDirectory* directory, Removal removal) const;
+    void RemovePair(GPPIPCDirectory* directory, const Pair& pair) const;
 
     const GString mName;
-    GSharedSegment mSegment;
-    GInterProcessMutex mMutex;
+    GPPIPCDirectoryFile mDirectory;
 
     // Queues that were posted to, kept open for the next message.
     std::mutex mOpenQueuesMutex;

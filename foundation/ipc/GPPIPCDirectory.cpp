@@ -1,7 +1,7 @@
 #include "foundation/ipc/GPPIPCDirectory.h"
 
 #include "foundation/core/GErrorCodes.h"
-#include "foundation/core/GException.h"
+#include "foundation/ipc/GSharedSegment.h"
 
 #include <QtGlobal>
 
@@ -34,11 +34,17 @@ Layout& GetLayout(uint8_t* data)
 
 void GPPIPCDirectory::Prepare(uint8_t* data)
 {
+    const Layout& layout = GetLayout(data);
+    if (layout.magic == 0 && layout.version == 0 && layout.count == 0)
+        MakeEmpty(data);
+}
+
+void GPPIPCDirectory::MakeEmpty(uint8_t* data)
+{
     Layout& layout = GetLayout(data);
-    if (layout.magic == 0 && layout.version == 0 && layout.count == 0) {
-        layout.version = cVersion;
-        layout.magic = cMagic;
-    }
+    layout.count.store(0, std::memory_order_release);
+    layout.version = cVersion;
+    layout.magic = cMagic;
 }
 
 uint32_t GPPIPCDirectory::GetCheckedCount() const
@@ -46,8 +52,8 @@ uint32_t GPPIPCDirectory::GetCheckedCount() const
     const Layout& layout = GetLayout(mData);
     const uint32_t count = layout.count.load(std::memory_order_acquire);
     if (layout.magic != cMagic || layout.version != cVersion || count > cMostPairs)
-        throw GSimpleException(GErrorCode::cSegmentHeader,
-                               QStringLiteral("The header of the message channel's directory is damaged."));
+        throw GDamagedObject(GErrorCode::cSegmentHeader,
+                             QStringLiteral("The header of the message channel's directory is damaged."));
     return count;
 }
 

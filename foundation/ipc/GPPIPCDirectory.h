@@ -8,7 +8,8 @@
 // bytes mean is in docs/formats/channel.md. Only the layout: whoever shares the memory holds the directory's
 // lock around each call, and each call checks the header again.
 //
-// The memory is taken for hostile. Where the header does not check, a call raises GErrorCode::cSegmentHeader.
+// The memory is taken for hostile. Where the header does not check, a call raises a GDamagedObject with
+// GErrorCode::cSegmentHeader.
 class GPPIPCDirectory
 {
 public:
@@ -28,6 +29,9 @@ public:
 
     // Gives a segment that is still all zero an empty directory's header.
     static void Prepare(uint8_t* data);
+
+    // Makes it an empty directory, whatever it held.
+    static void MakeEmpty(uint8_t* data);
 
     // `data` is the segment's memory, which begins at a multiple of four.
     explicit GPPIPCDirectory(uint8_t* data) : mData(data) {}

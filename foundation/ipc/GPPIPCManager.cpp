@@ -1,14 +1,14 @@
 #include "foundation/ipc/GPPIPCManager.h"
 
+#include "foundation/core/GErrorCodes.h"
 #include "foundation/core/GException.h"
 #include "foundation/ipc/GPPIPCMessage.h"
 #include "foundation/system/GProcessInfo.h"
 #include "foundation/system/GSessionInfo.h"
-#include "foundation/trace/GTrace.h"
 
+#include <algorithm>
 #include <atomic>
-#include <map>
-#include <mutex>
+#include <set>
 
 namespace
 {
@@ -29,14 +29,45 @@ GString GetChannelName(const GString& prefix, GPPIPCChannelKind kind)
     return prefix + QString::number(static_cast<int>(kind)) + QLatin1String("_PP");
 }
 
-std::unique_ptr<GPPIPCChannel> TryToOpen(const GString& name)
+// What one post has come to: whom it reached, and why it did not reach the others.
+struct Delivery
 {
+    std::set<uint32_t> served;
+    GString failure;
+    GString lookFailure;          // why a place could not be looked into
+    bool isWorthAnother = false;  // a receiver may have moved
+};
+
+void PostToEach(GPPIPCChannel& channel, uint32_t process, const GPPIPCMessage& message,
+                const GPostPolicy& policy, Delivery* delivery)
+{
+    std::vector<uint32_t> receivers;
     try {
-        return std::make_unique<GPPIPCChannel>(name);
+        receivers = channel.GetReceivers(process);
     } catch (const GException& error) {
-        GTrace::Debug(QStringLiteral("GPPIPCManager::GPPIPCManager"), error.GetDescription());
-        return nullptr;
+        // Counts only when no other place has a receiver of the process.
+        delivery->lookFailure = error.GetDescription();
     }
+    for (const uint32_t receiver : receivers) {
+        // A receiver that is moving stands in two places.
+        if (delivery->served.count(receiver) != 0)
+            continue;
+        try {
+            channel.Post(process, receiver, message, policy);
+            delivery->served.insert(receiver);
+        } catch (const GQueueIsPast& error) {
+            delivery->failure = error.GetDescription();
+            delivery->isWorthAnother = true;
+        } catch (const GException& error) {
+            delivery->failure = error.GetDescription();
+        }
+    }
+}
+
+[[noreturn]] void RaisePostError(uint32_t process, const GString& reason)
+{
+    throw GCustomException(GErrorCode::cPostMessage,
+                           QStringLiteral("Process %1: %2").arg(process).arg(reason));
 }
 }  // namespace
 
@@ -53,36 +84,90 @@ std::shared_ptr<GPPIPCManager> GPPIPCManager::Get(GPPIPCChannelKind kind)
     return manager;
 }
 
-GPPIPCManager::GPPIPCManager(GPPIPCChannelKind kind)
+std::shared_ptr<GPPIPCChannel> GPPIPCManager::GetChannel(const GString& prefix)
 {
-    const GString sessionName = GetChannelName(GSessionInfo::GetObjectNamePrefix(), kind);
-    const GString globalName = GetChannelName(GSessionInfo::GetGlobalObjectNamePrefix(), kind);
-    mSessionChannel = std::make_unique<GPPIPCChannel>(sessionName);
-    if (globalName != sessionName)
-        mGlobalChannel = TryToOpen(globalName);
+    const GString name = GetChannelName(prefix, mKind);
+    const std::lock_guard<std::mutex> guard(mMutex);
+    std::shared_ptr<GPPIPCChannel>& channel = mChannels[name];
+    if (!channel)
+        channel = std::make_shared<GPPIPCChannel>(name);
+    return channel;
 }
 
-GPPIPCChannel& GPPIPCManager::GetChannel(uint32_t process)
+GPPIPCManager::Channels GPPIPCManager::GetSessionChannels()
+{
+    Channels channels;
+    for (const GString& prefix : GSessionInfo::GetObjectNamePrefixes())
+        channels.push_back(GetChannel(prefix));
+    return channels;
+}
+
+std::shared_ptr<GPPIPCChannel> GPPIPCManager::GetGlobalChannel()
+{
+    const GString prefix = GSessionInfo::GetGlobalObjectNamePrefix();
+    return prefix != GSessionInfo::GetObjectNamePrefix() ? GetChannel(prefix) : nullptr;
+}
+
+GPPIPCManager::Channels GPPIPCManager::GetChannels(uint32_t process, bool* isGlobal)
 {
     const bool isElsewhere = GSessionInfo::GetSessionID(process) != GSessionInfo::GetOwnSessionID();
-    return isElsewhere && mGlobalChannel ? *mGlobalChannel : *mSessionChannel;
+    const std::shared_ptr<GPPIPCChannel> global = isElsewhere ? GetGlobalChannel() : nullptr;
+    *isGlobal = global != nullptr;
+    return global ? Channels{global} : GetSessionChannels();
 }
 
-GPPIPCState GPPIPCManager::GetReceiverState(uint32_t process)
+GPPIPCState GPPIPCManager::GetReceiverState(uint32_t process, GString* reason)
 {
-    return GetChannel(process).GetReceiverState(process);
+    bool isGlobal = false;
+    GPPIPCState best = GPPIPCState::NoReceiver;
+    GString bestReason;
+    const Channels channels = GetChannels(process, &isGlobal);
+    for (const std::shared_ptr<GPPIPCChannel>& channel : channels) {
+        GString text;
+        GPPIPCState state = GPPIPCState::NoReceiver;
+        try {
+            state = channel->GetReceiverState(process, &text);
+        } catch (const GException& error) {
+            // A further place that can't be looked into, such as one that another user holds, blocks nobody.
+            if (channel == channels.front())
+                throw;
+            bestReason = error.GetDescription();
+        }
+        if (bestReason.isEmpty() || state > best)
+            bestReason = text;
+        best = std::max(best, state);
+    }
+    if (reason != nullptr)
+        *reason = best == GPPIPCState::Reachable ? GString() : bestReason;
+    return best;
 }
 
 void GPPIPCManager::Post(uint32_t process, int32_t kind, const GBuffer& payload)
 {
-    GPPIPCChannel& channel = GetChannel(process);
+    constexpr int cLooks = 3;
+    bool isGlobal = false;
+    const Channels channels = GetChannels(process, &isGlobal);
     GPPIPCMessage message;
     message.session = GSessionInfo::GetOwnSessionID();
     message.process = GProcessInfo::GetOwnProcessID();
     message.kind = kind;
-    message.flag = &channel == mGlobalChannel.get() ? GPPIPCMessage::cThroughGlobalChannel : 0;
+    message.flag = isGlobal ? GPPIPCMessage::cThroughGlobalChannel : 0;
     message.payload = payload;
-    channel.Post(process, message, mPolicy);
+    Delivery delivery;
+    for (int look = 0; look < cLooks; ++look) {
+        delivery.failure.clear();
+        delivery.isWorthAnother = false;
+        for (const std::shared_ptr<GPPIPCChannel>& channel : channels)
+            PostToEach(*channel, process, message, mPolicy, &delivery);
+        if (!delivery.isWorthAnother)
+            break;
+    }
+    if (!delivery.failure.isEmpty())
+        RaisePostError(process, delivery.failure);
+    if (delivery.served.empty() && !delivery.lookFailure.isEmpty())
+        throw GCustomException(GErrorCode::cSegmentHeader, delivery.lookFailure);
+    if (delivery.served.empty())
+        RaisePostError(process, QStringLiteral("The process has no message receiver."));
 }
 
 // Never the same twice in a process.

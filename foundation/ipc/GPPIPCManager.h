@@ -4,7 +4,9 @@
 #include "foundation/ipc/GPPIPCChannel.h"
 
 #include <cstdint>
+#include <map>
 #include <memory>
+#include <mutex>
 #include <vector>
 
 // The special identifiers of the channels.
@@ -14,21 +16,23 @@ enum class GPPIPCChannelKind
     Second = 202
 };
 
-// The way to the message receivers of all processes: the channel of the own session and, where the system has
-// one, the global channel, through which processes of other sessions are reached. One for the process and
-// kind, shared by reference count. Sending needs no event loop. Any thread.
+// The way to the message receivers of all processes: the channel of the own session, in each place where it
+// may be, and, where the system has one, the global channel, through which processes of other sessions are
+// reached. One for the process and kind, shared by reference count. Sending needs no event loop, and makes no
+// channel where there is none. Any thread.
 class GPPIPCManager
 {
 public:
-    // The process's manager, made when nobody has it. Raises with GErrorCode::cSegmentHeader when the
-    // session's channel can't be had; a global channel that can't is left out, with a line in the trace.
+    // The process's manager, made when nobody has it.
     static std::shared_ptr<GPPIPCManager> Get(GPPIPCChannelKind kind = GPPIPCChannelKind::PrinterProcessor);
 
-    // Whether the process can be sent messages. Raises as GPPIPCChannel does.
-    GPPIPCState GetReceiverState(uint32_t process);
+    // Whether the process can be sent messages; `reason` says why, where it can't. Raises as GPPIPCChannel
+    // does.
+    GPPIPCState GetReceiverState(uint32_t process, GString* reason = nullptr);
 
-    // Posts a message to every receiver of a process. Raises with GErrorCode::cPostMessage when one of them
-    // did not get it, or there is none. Takes up to 3 s for a receiver whose queue is full.
+    // Posts a message to every receiver of a process. Raises with GErrorCode::cPostMessage and a text that
+    // names the process when one of them did not get it, or there is none. Takes up to 3 s for a receiver
+    // whose queue is full.
     void Post(uint32_t process, int32_t kind, const GBuffer& payload);
 
     // For another patience than 3 s, before threads share the manager.
@@ -37,12 +41,19 @@ public:
 private:
     friend class GPPIPCReceiver;
 
-    explicit GPPIPCManager(GPPIPCChannelKind kind);
+    using Channels = std::vector<std::shared_ptr<GPPIPCChannel>>;
 
-    GPPIPCChannel& GetChannel(uint32_t process);
+    explicit GPPIPCManager(GPPIPCChannelKind kind) : mKind(kind) {}
+
+    // The best place comes first.
+    Channels GetSessionChannels();
+    std::shared_ptr<GPPIPCChannel> GetGlobalChannel();  // none where it has the name of the session's
+    Channels GetChannels(uint32_t process, bool* isGlobal);
+    std::shared_ptr<GPPIPCChannel> GetChannel(const GString& prefix);
     static uint32_t MakeReceiverID();
 
-    std::unique_ptr<GPPIPCChannel> mSessionChannel;
-    std::unique_ptr<GPPIPCChannel> mGlobalChannel;  // none where it has the name of the session's
+    const GPPIPCChannelKind mKind;
     GPostPolicy mPolicy;
+    std::mutex mMutex;  // over the next
+    std::map<GString, std::shared_ptr<GPPIPCChannel>> mChannels;
 };

@@ -16,6 +16,10 @@ struct GPPIPCMessage
     uint32_t flag = 0;
     GBuffer payload;
 
+    // Where it was taken out: the number of the queue, and the place in it. No part of the message's bytes.
+    uint64_t queue = 0;
+    uint64_t position = 0;
+
     GBuffer Encode() const;
 
     // False, with `message` unchanged, for bytes that are no message.

@@ -1,91 +1,203 @@
 #include "foundation/ipc/GPPIPCReceiver.h"
 
 #include "foundation/core/GException.h"
+#include "foundation/system/GProcessInfo.h"
 #include "foundation/trace/GTrace.h"
 
+#include <algorithm>
 #include <exception>
 
-GPPIPCReceiver::GPPIPCReceiver(Handler handler, GPPIPCChannelKind kind)
-    : mHandler(std::move(handler)),
-      mManager(GPPIPCManager::Get(kind)),
-      mReceiverID(GPPIPCManager::MakeReceiverID())
+namespace
 {
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds cLookInterval(1000);
+constexpr size_t cBatch = 64;  // messages that a keeper gets at a time
+
+// True as long as it lives.
+class Flag
+{
+public:
+    explicit Flag(bool* flag) : mFlag(flag) { *mFlag = true; }
+    ~Flag() { *mFlag = false; }
+    Flag(const Flag&) = delete;
+    Flag& operator=(const Flag&) = delete;
+
+private:
+    bool* mFlag;
+};
+}  // namespace
+
+GPPIPCReceiver::GPPIPCReceiver(Handler handler, GPPIPCChannelKind kind, GPPIPCKeeper keeper, size_t limit)
+    : mHandler(std::move(handler)),
+      mKeeper(std::move(keeper)),
+      mRest(limit),
+      mManager(GPPIPCManager::Get(kind)),
+      mReceiverID(GPPIPCManager::MakeReceiverID()),
+      mNextLook(Clock::now() + cLookInterval)
+{
+    TakeOverLeftMessages();
+    Register(&mSession, mManager->GetSessionChannels().front());
+    // The session's channel serves alone where the system does not let the global one be made.
     try {
-        Register(mManager->mSessionChannel.get());
-        if (mManager->mGlobalChannel)
-            Register(mManager->mGlobalChannel.get());
-    } catch (...) {
-        Deregister();
-        throw;
+        if (const std::shared_ptr<GPPIPCChannel> global = mManager->GetGlobalChannel())
+            Register(&mGlobal, global);
+    } catch (const GException& error) {
+        GTrace::Debug(QStringLiteral("GPPIPCReceiver::GPPIPCReceiver"), error.GetDescription());
     }
     GMessageLoop::GetTickSignal().Attach(*this);
 }
 
-void GPPIPCReceiver::Receive(int32_t message, const GTick&)
+void GPPIPCReceiver::Register(Place* place, const std::shared_ptr<GPPIPCChannel>& channel)
 {
-    if (message == GMessageLoop::cTickMessage)
-        TakeUp();
+    auto fresh = std::make_unique<GPPIPCRegistration>(channel, mReceiverID, mKeeper.number);
+    if (*place) {
+        (*place)->Close();
+        mPast.push_back(std::move(*place));
+    }
+    *place = std::move(fresh);
 }
 
-void GPPIPCReceiver::Register(GPPIPCChannel* channel)
+// What fails is tried again at the next look: the messages stay where they are.
+void GPPIPCReceiver::TakeOverLeftMessages()
 {
-    mEntries.push_back({channel, channel->Register(mReceiverID)});
+    if (mKeeper.number == 0 || mHasTakenOver)
+        return;
+    try {
+        for (const std::shared_ptr<GPPIPCChannel>& channel : mManager->GetSessionChannels()) {
+            channel->TakeOver(mKeeper.number, [this](GMessageQueue& queue) {
+                size_t all = cNoLimit;
+                TakeUpFrom(&queue, &all, {});
+            });
+        }
+        mHasTakenOver = true;
+    } catch (const std::exception& error) {
+        GTrace::Error(QStringLiteral("GPPIPCReceiver::TakeOverLeftMessages"),
+                      GString::fromUtf8(error.what()));
+    }
+}
+
+void GPPIPCReceiver::Receive(int32_t message, const GTick&)
+{
+    if (message != GMessageLoop::cTickMessage)
+        return;
+    TakeUp();
+    if (Clock::now() < mNextLook || mIsHandingOver)
+        return;
+    mNextLook = Clock::now() + cLookInterval;
+    LookAfterPlaces();
+}
+
+void GPPIPCReceiver::LookAfterPlaces()
+{
+    GString trouble;
+    TakeOverLeftMessages();
+    try {
+        const std::shared_ptr<GPPIPCChannel> best = mManager->GetSessionChannels().front();
+        if (&mSession->GetChannel() != best.get() || !mSession->Renew()) {
+            Register(&mSession, best);
+            GTrace::Error(
+                QStringLiteral("GPPIPCReceiver::LookAfterPlaces"),
+                QStringLiteral("Senders did not find this receiver any more; it is registered again."));
+        }
+        if (mGlobal)
+            mGlobal->Renew();
+    } catch (const std::exception& error) {
+        trouble = GString::fromUtf8(error.what());
+        if (trouble != mLastTrouble)
+            GTrace::Error(QStringLiteral("GPPIPCReceiver::LookAfterPlaces"), trouble);
+    }
+    mLastTrouble = trouble;
 }
 
 GPPIPCReceiver::~GPPIPCReceiver()
 {
     GMessageLoop::GetTickSignal().Detach(*this);
-    for (const Entry& entry : mEntries) {
-        try {
-            entry.queue->Close();
-        } catch (const GException& error) {
-            GTrace::Error(QStringLiteral("GPPIPCReceiver::~GPPIPCReceiver"), error.GetDescription());
-        }
+    for (const Place* place : {&mSession, &mGlobal}) {
+        if (*place)
+            (*place)->Close();
     }
     TakeUp();
-    Deregister();
+    for (const Place* place : {&mSession, &mGlobal}) {
+        if (*place)
+            Deregister(place->get());
+    }
 }
 
-void GPPIPCReceiver::Deregister()
+void GPPIPCReceiver::Deregister(GPPIPCRegistration* place)
 {
-    for (const Entry& entry : mEntries) {
-        try {
-            entry.channel->Deregister(mReceiverID);
-        } catch (const GException& error) {
-            GTrace::Error(QStringLiteral("GPPIPCReceiver::Deregister"), error.GetDescription());
-        }
+    try {
+        place->Deregister();
+    } catch (const GException& error) {
+        GTrace::Error(QStringLiteral("GPPIPCReceiver::Deregister"), error.GetDescription());
     }
 }
 
 void GPPIPCReceiver::TakeUp()
 {
-    try {
-        for (const Entry& entry : mEntries)
-            Collect(entry.queue.get());
-    } catch (const GException& error) {
-        GTrace::Error(QStringLiteral("GPPIPCReceiver::TakeUp"), error.GetDescription());
-    }
     if (mIsHandingOver)
         return;
-    mIsHandingOver = true;
-    while (!mWaiting.empty()) {
-        const GPPIPCMessage message = mWaiting.front();
-        mWaiting.pop_front();
-        HandOver(message);
+    const Flag flag(&mIsHandingOver);
+    try {
+        for (const Place& place : mPast)
+            TakeUpFrom(place->GetQueue(), &mRest, mHandler);
+        for (const Place* place : {&mSession, &mGlobal}) {
+            if (*place)
+                TakeUpFrom((*place)->GetQueue(), &mRest, mHandler);
+        }
+        DropPastPlaces();
+    } catch (const std::exception& error) {
+        GTrace::Error(QStringLiteral("GPPIPCReceiver::TakeUp"), GString::fromUtf8(error.what()));
     }
-    mIsHandingOver = false;
 }
 
-void GPPIPCReceiver::Collect(GMessageQueue* queue)
+void GPPIPCReceiver::DropPastPlaces()
 {
-    for (const GBuffer& bytes : queue->TakeAll()) {
-        GPPIPCMessage message;
-        if (GPPIPCMessage::Decode(bytes, &message) && message.receiver == mReceiverID)
-            mWaiting.push_back(message);
-        else
-            GTrace::Error(QStringLiteral("GPPIPCReceiver::Collect"),
-                          QStringLiteral("A queued message does not check and is skipped."));
+    const auto isDone = [this](const Place& place) {
+        const GMessageQueue* const queue = place->GetQueue();
+        if (queue != nullptr && !queue->IsEmpty())
+            return false;
+        Deregister(place.get());
+        return true;
+    };
+    mPast.erase(std::remove_if(mPast.begin(), mPast.end(), isDone), mPast.end());
+}
+
+void GPPIPCReceiver::TakeUpFrom(GMessageQueue* queue, size_t* rest, const Handler& handler)
+{
+    while (queue != nullptr && *rest > 0) {
+        const std::vector<GMessageQueue::Entry> entries = queue->Peek(std::min(*rest, cBatch));
+        if (entries.empty())
+            return;
+        const std::vector<GPPIPCMessage> messages = Decode(entries, queue->GetOwner());
+        if (mKeeper.keep)
+            mKeeper.keep(messages);
+        queue->Forget(entries.back());
+        for (const GPPIPCMessage& message : messages) {
+            *rest -= *rest == cNoLimit ? 0 : 1;
+            if (handler)
+                HandOver(message);
+        }
     }
+}
+
+std::vector<GPPIPCMessage> GPPIPCReceiver::Decode(const std::vector<GMessageQueue::Entry>& entries,
+                                                  const GMessageQueue::Owner& owner) const
+{
+    const bool isOwn = owner.processID == GProcessInfo::GetOwnProcessID();
+    std::vector<GPPIPCMessage> messages;
+    for (const GMessageQueue::Entry& entry : entries) {
+        GPPIPCMessage message;
+        if (!GPPIPCMessage::Decode(entry.message, &message) || (isOwn && message.receiver != mReceiverID)) {
+            GTrace::Error(QStringLiteral("GPPIPCReceiver::Decode"),
+                          QStringLiteral("A queued message does not check and is skipped."));
+            continue;
+        }
+        message.queue = owner.number;
+        message.position = entry.position;
+        messages.push_back(message);
+    }
+    return messages;
 }
 
 void GPPIPCReceiver::HandOver(const GPPIPCMessage& message)

@@ -3,30 +3,50 @@
 #include "foundation/core/GMessageLoop.h"
 #include "foundation/ipc/GPPIPCManager.h"
 #include "foundation/ipc/GPPIPCMessage.h"
+#include "foundation/ipc/GPPIPCRegistration.h"
 
-#include <deque>
+#include <chrono>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <vector>
 
-class GMessageQueue;
+// Who keeps a receiver's messages, so that none is lost when the process is killed.
+struct GPPIPCKeeper
+{
+    // By this number the keeper finds the queue that the process left. The same for every process that keeps
+    // to the same place, no other one's, and not 0. Two processes must not use one number at once.
+    uint64_t number = 0;
+
+    // Is called with messages that are still in the queue; afterwards the queue forgets them. What it raises
+    // leaves them there, for the next tick. One that was kept when the process was killed comes again: it has
+    // the same `queue` and `position`. Must be quick: the queue fills meanwhile.
+    std::function<void(const std::vector<GPPIPCMessage>& messages)> keep;
+};
 
 // Receives the messages that any process of the user posts to this one. They are taken up on the process's
-// tick, and handed over one by one in the order of each sender.
+// tick, which comes at once when a message comes in, and handed over one by one in the order of each sender.
+//
+// About once a second it looks whether senders still find it: where its names were taken away, the directory
+// was emptied or a better place has appeared, it registers again, and nothing that was posted is lost.
 //
 // Lives on one thread, the one that runs the tick. What the handler throws is logged and costs only that
-// message. A handler may run an event loop: what comes meanwhile waits until it returns. It must not destroy
-// the receiver.
+// message. A handler may run an event loop: what comes meanwhile waits in the queue until it returns. It must
+// not destroy the receiver.
 class GPPIPCReceiver : private GReceiver<GTick>
 {
 public:
     using Handler = std::function<void(const GPPIPCMessage& message)>;
 
-    // Registers the receiver. Raises as GPPIPCManager::Get does, and when the channel has no room for
-    // another.
-    explicit GPPIPCReceiver(Handler handler, GPPIPCChannelKind kind = GPPIPCChannelKind::PrinterProcessor);
+    static constexpr size_t cNoLimit = std::numeric_limits<size_t>::max();
+
+    // Hands what dead processes of the keeper left to it (not to the handler), then registers the receiver.
+    // It takes at most `limit` messages. Raises as GPPIPCChannel::Register does, and what the keeper raises.
+    explicit GPPIPCReceiver(Handler handler, GPPIPCChannelKind kind = GPPIPCChannelKind::PrinterProcessor,
+                            GPPIPCKeeper keeper = {}, size_t limit = cNoLimit);
 
     // Takes no more messages, hands over those that are there, whose senders count on it, and deregisters.
+    // What it may not take, for its limit or its keeper, stays for the keeper's next process.
     ~GPPIPCReceiver() override;
     GPPIPCReceiver(const GPPIPCReceiver&) = delete;
     GPPIPCReceiver& operator=(const GPPIPCReceiver&) = delete;
@@ -34,23 +54,34 @@ public:
     // What each tick does: hands over everything that is there now.
     void TakeUp();
 
+    // What a tick does about once a second: sees to it that senders find the receiver. What can't be done is
+    // logged, and tried again the next time.
+    void LookAfterPlaces();
+
 private:
-    struct Entry
-    {
-        GPPIPCChannel* channel;
-        std::unique_ptr<GMessageQueue> queue;
-    };
+    // Where it is registered in the session, or in all sessions.
+    using Place = std::unique_ptr<GPPIPCRegistration>;
 
     void Receive(int32_t message, const GTick& tick) override;
-    void Register(GPPIPCChannel* channel);
-    void Deregister();
-    void Collect(GMessageQueue* queue);
+    void Register(Place* place, const std::shared_ptr<GPPIPCChannel>& channel);
+    void TakeOverLeftMessages();
+    void DropPastPlaces();
+    void Deregister(GPPIPCRegistration* place);
+    void TakeUpFrom(GMessageQueue* queue, size_t* rest, const Handler& handler);
+    std::vector<GPPIPCMessage> Decode(const std::vector<GMessageQueue::Entry>& entries,
+                                      const GMessageQueue::Owner& owner) const;
     void HandOver(const GPPIPCMessage& message);
 
     Handler mHandler;
+    const GPPIPCKeeper mKeeper;
+    size_t mRest;  // of the limit
     std::shared_ptr<GPPIPCManager> mManager;
     const uint32_t mReceiverID;
-    std::vector<Entry> mEntries;
-    std::deque<GPPIPCMessage> mWaiting;
+    Place mSession;
+    Place mGlobal;
+    std::vector<Place> mPast;  // closed; what they hold is still taken up
+    std::chrono::steady_clock::time_point mNextLook;
+    GString mLastTrouble;
+    bool mHasTakenOver = false;
     bool mIsHandingOver = false;
 };

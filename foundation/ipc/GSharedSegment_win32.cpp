@@ -130,14 +130,35 @@ GSharedSegment::GSharedSegment(const GString& name, size_t size, Mode mode, cons
     mData = static_cast<uint8_t*>(mHandle->view);
     mSize = region.RegionSize;
     if (mSize < size)
-        RaiseSegmentError(QStringLiteral("The shared segment \"%1\" is too small."), name);
+        RaiseSegmentDamage(QStringLiteral("The shared segment \"%1\" is too small."), name);
     if (prepare) {
         const PrepareLock lock(name);
-        prepare(mData);
+        prepare(mData, 0);
     }
 }
 
 GSharedSegment::~GSharedSegment() = default;
+
+bool GSharedSegment::IsIntact() const
+{
+    return true;
+}
+
+bool GSharedSegment::IsCurrent() const
+{
+    return true;
+}
+
+bool GSharedSegment::IsThere(const GString& name)
+{
+    const KernelHandle mapping(::OpenFileMappingW(FILE_MAP_READ, FALSE, name.toStdWString().c_str()));
+    return mapping.Get() != nullptr || ::GetLastError() != ERROR_FILE_NOT_FOUND;
+}
+
+std::vector<GString> GSharedSegment::ListRests(const GString&)
+{
+    return {};
+}
 
 bool GSharedSegment::Remove(const GString&)
 {

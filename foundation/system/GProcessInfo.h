@@ -24,4 +24,7 @@ public:
     // when the machine was started anew between them. The same at every call while the process runs; 0 when
     // it does not, or the system does not tell. Only good to be compared for equality.
     static uint64_t GetStartTime(uint32_t processID);
+
+    // A number that differs after each start of the machine; 0 on Windows, and when the system does not tell.
+    static uint64_t GetMachineStart();
 };

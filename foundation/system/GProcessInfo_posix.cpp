@@ -40,13 +40,6 @@ bool IsRunning(const Status& status)
     return status.state != 0 && status.state != 'Z' && status.state != 'X' && status.state != 'x';
 }
 
-// Different after each start of the machine.
-uint64_t GetBootNumber()
-{
-    const QByteArray text = ReadSystemFile(QStringLiteral("/proc/sys/kernel/random/boot_id"));
-    return text.left(6).toULongLong(nullptr, 16);
-}
-
 // The image name of a process, empty when it can't be read. The system adds a note to the path of a file that
 // was removed or replaced.
 QByteArray GetImageName(const QByteArray& processID)
@@ -90,5 +83,14 @@ bool GProcessInfo::IsAlive(uint32_t processID)
 uint64_t GProcessInfo::GetStartTime(uint32_t processID)
 {
     const Status status = GetStatus(processID);
-    return IsRunning(status) ? GetBootNumber() << 40 | status.startTicks : 0;
+    return IsRunning(status) ? GetMachineStart() << 40 | status.startTicks : 0;
+}
+
+uint64_t GProcessInfo::GetMachineStart()
+{
+    constexpr int cDigits = 6;
+    static const uint64_t number = ReadSystemFile(QStringLiteral("/proc/sys/kernel/random/boot_id"))
+                                       .left(cDigits)
+                                       .toULongLong(nullptr, 16);
+    return number;
 }

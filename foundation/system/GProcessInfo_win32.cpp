@@ -60,3 +60,8 @@ uint64_t GProcessInfo::GetStartTime(uint32_t processID)
         return 0;
     return static_cast<uint64_t>(created.dwHighDateTime) << 32 | created.dwLowDateTime;
 }
+
+uint64_t GProcessInfo::GetMachineStart()
+{
+    return 0;
+}

@@ -16,16 +16,18 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         GMessageRing ring = GMessageRing::Open(segment, size);
         ring.Put("posted to the damaged one");
         bool isDamaged = false;
-        for (const GBuffer& bytes : ring.TakeAll(&isDamaged)) {
+        for (const GMessageRing::Entry& entry : ring.Peek(size, &isDamaged)) {
             GPPIPCMessage message;
-            if (GPPIPCMessage::Decode(bytes, &message) && message.Encode() != bytes)
+            if (GPPIPCMessage::Decode(entry.message, &message) && message.Encode() != entry.message)
                 __builtin_trap();
+            ring.Forget(entry.end);
         }
+        ring.Peek(1, &isDamaged);
         const GMessageRing::PutResult result = ring.Put("good");
-        const size_t expected = result == GMessageRing::PutResult::Done ? 1 : 0;
+        const size_t expected = result == GMessageRing::PutResult::DoneAsFirst ? 1 : 0;
         if (result != GMessageRing::PutResult::Closed && expected != 1)
             __builtin_trap();
-        if (ring.TakeAll(&isDamaged).size() != expected || isDamaged)
+        if (ring.Peek(2, &isDamaged).size() != expected || isDamaged)
             __builtin_trap();
     } catch (const GException&) {
     }

@@ -9,18 +9,13 @@
 #include "tests/support/ErrorCode.h"
 #include "tests/support/Test.h"
 
+#include <QDir>
+#include <QFileInfo>
+
 // Names of its own for every shared object.
 class IpcTest : public testing::Test
 {
 protected:
-    // What killed processes left is removed by what the POSIX systems show of it; on Windows it is gone.
-    ~IpcTest() override
-    {
-        QDir objects("/dev/shm"_q);
-        for (const QString& name : objects.entryList({GetName("*").mid(1)}, QDir::Files))
-            objects.remove(name);
-    }
-
     static GString GetName(const char* name)
     {
         return GSessionInfo::GetObjectNamePrefix() + QLatin1String(name);
@@ -29,6 +24,13 @@ protected:
     static GString GetQueueName(uint32_t process, uint32_t receiver)
     {
         return "%1_%2_%3"_q.arg(GetChannelName(), QString::number(process), QString::number(receiver));
+    }
+
+    // The names of the shared objects that are there, as far as the system shows them; none on Windows.
+    static QStringList ListObjects()
+    {
+        const QFileInfo prefix(GetName(""));
+        return QDir(prefix.path()).entryList({prefix.fileName() + QLatin1Char('*')}, QDir::Files);
     }
 
     Sandbox mSandbox;

@@ -23,6 +23,17 @@ struct RingMemory
 };
 
 using Put = GMessageRing::PutResult;
+
+// Takes out everything, as an owner does.
+std::vector<GBuffer> TakeAll(GMessageRing& ring, bool* isDamaged)
+{
+    std::vector<GBuffer> messages;
+    for (const GMessageRing::Entry& entry : ring.Peek(100, isDamaged)) {
+        messages.push_back(entry.message);
+        ring.Forget(entry.end);
+    }
+    return messages;
+}
 }  // namespace
 
 TEST(GMessageRing, MessagesComeOutWholeAndInOrderAcrossTheEnd)
@@ -33,37 +44,39 @@ TEST(GMessageRing, MessagesComeOutWholeAndInOrderAcrossTheEnd)
     for (int round = 0; round < 300; ++round) {
         const GBuffer first(round % 40, 'a');
         const GBuffer second(53 - round % 40, 'b');
-        ASSERT_EQ(ring.Put(first), Put::Done);
+        ASSERT_EQ(ring.Put(first), Put::DoneAsFirst);
         ASSERT_EQ(ring.Put(second), Put::Done);
         ASSERT_EQ(ring.Put(GBuffer(36, 'c')), Put::Full);
         ASSERT_EQ(ring.Put(GBuffer(35, 'd')), Put::Done);
-        const std::vector<GBuffer> messages = ring.TakeAll(&isDamaged);
+        const std::vector<GBuffer> messages = TakeAll(ring, &isDamaged);
         ASSERT_EQ(messages, std::vector<GBuffer>({first, second, GBuffer(35, 'd')}));
         ASSERT_FALSE(isDamaged);
     }
-    EXPECT_TRUE(ring.TakeAll(&isDamaged).empty());
+    EXPECT_TRUE(TakeAll(ring, &isDamaged).empty());
     EXPECT_EQ(ring.Put(GBuffer(97, 'x')), Put::TooLarge);
-    EXPECT_EQ(ring.Put(GBuffer(96, 'x')), Put::Done);
+    EXPECT_EQ(ring.Put(GBuffer(96, 'x')), Put::DoneAsFirst);
     ring.Close();
     EXPECT_EQ(ring.Put(GBuffer()), Put::Closed);
-    EXPECT_EQ(ring.TakeAll(&isDamaged).size(), 1U);
+    EXPECT_EQ(TakeAll(ring, &isDamaged).size(), 1U);
 }
 
 // The other side is written from the documentation.
 TEST(GMessageRing, LayoutIsAsDocumented)
 {
     RingMemory memory;
-    GMessageRing ring = GMessageRing::Make(memory.Get(), RingMemory::cSize, {0x01020304, 0x1122334455667788});
+    GMessageRing ring =
+        GMessageRing::Make(memory.Get(), RingMemory::cSize,
+                           {0x01020304, 0x1122334455667788, 0x0102030405060708, 0x1112131415161718});
     ring.Put("abc");
     const QByteArray bytes(reinterpret_cast<const char*>(memory.Get()), 72);
     EXPECT_EQ(bytes.toHex(),
-              "4d56505101000000040302010000000088776655443322116400000000000000000000000000000007000000000000"
-              "00000000000000000000000000000000000300000061626300");
+              "4d56505102000000040302010000000088776655443322116400000000000000000000000000000007000000000000"
+              "00080706050403020118171615141312110300000061626300");
 }
 
 TEST(GMessageRing, DamagedHeaderIsRefused)
 {
-    const std::pair<size_t, uint32_t> cases[] = {{0, 0}, {4, 2}, {24, 101}, {24, 63}, {24, 0xFFFFFFFF}};
+    const std::pair<size_t, uint32_t> cases[] = {{0, 0}, {4, 1}, {24, 101}, {24, 63}, {24, 0xFFFFFFFF}};
     for (const auto& [offset, number] : cases) {
         RingMemory memory;
         GMessageRing::Make(memory.Get(), RingMemory::cSize, {7, 8});
@@ -94,10 +107,10 @@ TEST(GMessageRing, FalsePositionOrLengthCostsTheQueueItsContentOnly)
         memory.Set64(40, entry.writePosition);
         memory.Set32(64, entry.length);
         bool isDamaged = false;
-        EXPECT_EQ(ring.TakeAll(&isDamaged).size(), entry.taken);
+        EXPECT_EQ(TakeAll(ring, &isDamaged).size(), entry.taken);
         EXPECT_EQ(isDamaged, entry.taken == 0);
-        EXPECT_EQ(ring.Put("new"), Put::Done);
-        EXPECT_EQ(ring.TakeAll(&isDamaged), std::vector<GBuffer>({"new"}));
+        EXPECT_EQ(ring.Put("new"), Put::DoneAsFirst);
+        EXPECT_EQ(TakeAll(ring, &isDamaged), std::vector<GBuffer>({"new"}));
     }
 }
 

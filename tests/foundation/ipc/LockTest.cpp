@@ -39,7 +39,8 @@ TEST_F(IpcTest, SemaphoreCountsBetweenProcesses)
 
 TEST_F(IpcTest, WhatCannotBeMadeRaisesItsCode)
 {
-    const GString name = GSessionInfo::GetObjectNamePrefix() + QLatin1String("no/such\\name");
+    WriteFile(mSandbox.GetPath("Channel_x"_q), "a file in the place of the folder");
+    const GString name = mSandbox.GetPath("Channel_x/no/such\\name"_q);
     EXPECT_EQ(GetErrorCode([&] { GInterProcessMutex mutex(name); }), GErrorCode::cCreateSemaphore);
     EXPECT_EQ(GetErrorCode([&] { GInterProcessSemaphore semaphore(name, 0); }), GErrorCode::cCreateSemaphore);
     EXPECT_EQ(GetErrorCode([&] { GSharedSegment(name, 64, GSharedSegment::Mode::OpenOrCreate); }),

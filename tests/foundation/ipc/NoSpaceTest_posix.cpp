@@ -5,7 +5,6 @@
 #include "tests/support/FaultyDisk.h"
 
 #include <fcntl.h>
-#include <sys/mman.h>
 #include <unistd.h>
 #include <csignal>
 
@@ -14,16 +13,16 @@ namespace
 constexpr int cNoDisk = 77;
 constexpr size_t cQueue = 262144;
 
-bool IsThere(const GString& name)
+int MakeFile(const GString& name)
 {
-    const int descriptor = ::shm_open(QFile::encodeName(name).constData(), O_RDONLY, 0);
-    return descriptor >= 0 && ::close(descriptor) == 0;
+    QDir().mkpath(QFileInfo(name).path());
+    return ::open(QFile::encodeName(name).constData(), O_RDWR | O_CREAT | O_EXCL, 0600);
 }
 
 // A segment that its maker has given a size and no space.
 void MakeHollow(const GString& name, off_t size)
 {
-    const int descriptor = ::shm_open(QFile::encodeName(name).constData(), O_RDWR | O_CREAT | O_EXCL, 0600);
+    const int descriptor = MakeFile(name);
     EXPECT_EQ(::ftruncate(descriptor, size), 0);
     ::close(descriptor);
 }
@@ -41,18 +40,18 @@ int32_t OpenSegment(const GString& name, GSharedSegment::Mode mode)
 CHILD_ROLE(FillSmallDisk)
 {
     using Mode = GSharedSegment::Mode;
-    if (!MountSmallDisk("/dev/shm"_q, 16 * 1024))
+    if (!MountSmallDisk(qEnvironmentVariable("MORVANE_ROOT"), 16 * 1024))
         return cNoDisk;
     const GString name = arguments.at(0);
     for (const Mode mode : {Mode::CreateNew, Mode::OpenOrCreate}) {
         EXPECT_EQ(OpenSegment(name, mode), GErrorCode::cSegmentHeader);
-        EXPECT_FALSE(IsThere(name));
+        EXPECT_FALSE(GSharedSegment::IsThere(name));
     }
     EXPECT_EQ(GetErrorCode([&] { GMessageQueue::Create(name, cQueue); }), GErrorCode::cSegmentHeader);
     MakeHollow(name, cQueue);
     for (const Mode mode : {Mode::Open, Mode::OpenOrCreate}) {
         EXPECT_EQ(OpenSegment(name, mode), GErrorCode::cSegmentHeader);
-        EXPECT_TRUE(IsThere(name));
+        EXPECT_TRUE(GSharedSegment::IsThere(name));
     }
     // The directory finds room, the receiver's queue does not; nothing of the receiver stays.
     EXPECT_EQ(GetErrorCode([] { const GPPIPCReceiver receiver([](const GPPIPCMessage&) {}); }),

@@ -1,0 +1,107 @@
+#include "IpcFixture.h"
+
+namespace
+{
+constexpr uint64_t cKeeper = 0x0123456789ABCDEF;
+
+// Keeps payloads, as long as it is told to succeed.
+struct Kept
+{
+    std::vector<GBuffer> payloads;
+    std::vector<std::pair<uint64_t, uint64_t>> places;
+    bool isFailing = false;
+
+    GPPIPCKeeper GetKeeper()
+    {
+        return {cKeeper, [this](const std::vector<GPPIPCMessage>& messages) {
+                    if (isFailing)
+                        throw GSimpleException(1, "no space"_q);
+                    for (const GPPIPCMessage& message : messages) {
+                        payloads.push_back(message.payload);
+                        places.emplace_back(message.queue, message.position);
+                    }
+                }};
+    }
+};
+
+class KeeperTest : public IpcTest
+{
+protected:
+    static constexpr GPPIPCChannelKind cKind = GPPIPCChannelKind::PrinterProcessor;
+
+    const GPPIPCReceiver::Handler mCount = [this](const GPPIPCMessage&) { ++mHandedOver; };
+    int mHandedOver = 0;
+    const uint32_t mOwnID = GProcessInfo::GetOwnProcessID();
+};
+}  // namespace
+
+// Registers with a keeper, and takes nothing up until it is killed.
+CHILD_ROLE(Sleep)
+{
+    Kept kept;
+    const GPPIPCReceiver receiver([](const GPPIPCMessage&) {}, GPPIPCChannelKind::PrinterProcessor,
+                                  kept.GetKeeper());
+    SayToParent("ready");
+    HearFromParent();
+    return 0;
+}
+
+// On Windows a queue goes with the process that made it, unless somebody has it open, as the sender here has.
+TEST_F(KeeperTest, WhatADeadProcessWasPostedGoesToTheNextOneOfItsKeeper)
+{
+    const auto manager = GPPIPCManager::Get();
+    ChildProcess dead("Sleep"_q, {});
+    ASSERT_EQ(dead.ReadLine(), "ready");
+    for (const char* payload : {"first", "second"})
+        manager->Post(static_cast<uint32_t>(dead.GetProcessID()), 145, payload);
+    dead.Kill();
+    // One of no keeper leaves it alone, as often as it comes.
+    for (int count = 0; count < 2; ++count)
+        const GPPIPCReceiver other(mCount);
+    Kept kept;
+    kept.isFailing = true;
+    {
+        GPPIPCReceiver receiver(mCount, cKind, kept.GetKeeper());
+        kept.isFailing = false;
+        receiver.LookAfterPlaces();
+        EXPECT_EQ(kept.payloads, std::vector<GBuffer>({"first", "second"}));
+        EXPECT_EQ(kept.places.at(0).first, kept.places.at(1).first);
+        EXPECT_LT(kept.places.at(0).second, kept.places.at(1).second);
+        EXPECT_EQ(mHandedOver, 0);
+    }
+    const GPPIPCReceiver next(mCount, cKind, kept.GetKeeper());
+    EXPECT_EQ(kept.payloads.size(), 2U);
+    EXPECT_EQ(ListObjects().filter("_%1_"_q.arg(dead.GetProcessID())), QStringList());
+}
+
+TEST_F(KeeperTest, WhatIsNotKeptStaysInTheQueue)
+{
+    const auto manager = GPPIPCManager::Get();
+    Kept kept;
+    GPPIPCReceiver receiver(mCount, cKind, kept.GetKeeper());
+    kept.isFailing = true;
+    manager->Post(mOwnID, 1, "a");
+    receiver.TakeUp();
+    EXPECT_EQ(mHandedOver, 0);
+    kept.isFailing = false;
+    manager->Post(mOwnID, 1, "b");
+    receiver.TakeUp();
+    EXPECT_EQ(kept.payloads, std::vector<GBuffer>({"a", "b"}));
+    EXPECT_EQ(mHandedOver, 2);
+}
+
+TEST_F(KeeperTest, LimitIsKeptExactlyAndTheRestStays)
+{
+    const auto manager = GPPIPCManager::Get();
+    Kept kept;
+    {
+        GPPIPCReceiver receiver(mCount, cKind, kept.GetKeeper(), 2);
+        for (const char* payload : {"1", "2", "3", "4", "5"})
+            manager->Post(mOwnID, 1, payload);
+        receiver.TakeUp();
+        receiver.TakeUp();
+    }
+    EXPECT_EQ(kept.payloads, std::vector<GBuffer>({"1", "2"}));
+    EXPECT_EQ(mHandedOver, 2);
+    EXPECT_EQ(ListObjects().filter("_L"_q).size(), ListObjects().isEmpty() ? 0 : 2);  // directory, queue
+}

@@ -1,0 +1,135 @@
+#include "IpcFixture.h"
+#include "tests/support/FaultyDisk.h"
+#include "tests/support/SecondUser.h"
+
+#include <QEventLoop>
+#include <QTimer>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+// Where the objects are without a root of their own. Each role sees folders of its own there.
+namespace
+{
+constexpr int cNoDisk = 77;
+constexpr int cDiskSize = 4 * 1024 * 1024;
+
+const QString cShared = QStringLiteral("/dev/shm");
+
+bool HideRealPlaces()
+{
+    qunsetenv("MORVANE_ROOT");
+    return MountSmallDisk(cShared, cDiskSize) && MountSmallDisk("/run"_q, cDiskSize) &&
+           QDir().mkdir("/run/user"_q);
+}
+
+QByteArray GetUserFolder()
+{
+    return "/run/user/" + QByteArray::number(::geteuid());
+}
+
+// As another user: takes the directory's name in the shared place.
+bool OccupySharedPlace(const GString& name)
+{
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::umask(0);
+        const bool isDone = BecomeSecondUser() &&
+                            ::open(QFile::encodeName(name).constData(), O_RDWR | O_CREAT | O_EXCL, 0666) >= 0;
+        ::_exit(isDone ? 0 : 1);
+    }
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    return status == 0;
+}
+
+QString GetRefusal()
+{
+    try {
+        const GPPIPCReceiver receiver([](const GPPIPCMessage&) {});
+    } catch (const GException& error) {
+        return error.GetDescription();
+    }
+    return {};
+}
+
+QStringList ListFiles(const QString& folder)
+{
+    return QDir(folder).entryList(QDir::Files);
+}
+
+void RunLoop(int milliseconds)
+{
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+}  // namespace
+
+CHILD_ROLE(MoveToTheBetterPlace)
+{
+    if (!HideRealPlaces())
+        return cNoDisk;
+    const auto manager = GPPIPCManager::Get();
+    const uint32_t own = GProcessInfo::GetOwnProcessID();
+    std::vector<GBuffer> payloads;
+    {
+        const GPPIPCReceiver receiver(
+            [&](const GPPIPCMessage& message) { payloads.push_back(message.payload); });
+        // Others could look into a folder of these rights.
+        EXPECT_EQ(::mkdir(GetUserFolder().constData(), 0750), 0);
+        GMessageLoop::Start(20);
+        manager->Post(own, 1, "in the shared place");
+        RunLoop(1500);
+        EXPECT_FALSE(ListFiles(cShared).isEmpty());
+        manager->Post(own, 1, "on the way");
+        EXPECT_EQ(::chmod(GetUserFolder().constData(), 0700), 0);
+        manager->Post(own, 1, "before it moves");
+        RunLoop(1500);
+        EXPECT_EQ(ListFiles(cShared), QStringList());
+        manager->Post(own, 1, "in the own place");
+        RunLoop(100);
+        GMessageLoop::Stop();
+    }
+    EXPECT_EQ(payloads, std::vector<GBuffer>(
+                            {"in the shared place", "on the way", "before it moves", "in the own place"}));
+    EXPECT_EQ(ListFiles(QString::fromLatin1(GetUserFolder())), QStringList());
+    return testing::Test::HasFailure() ? 1 : 0;
+}
+
+CHILD_ROLE(MeetAnotherUser)
+{
+    if (!CanBecomeSecondUser() || !HideRealPlaces())
+        return cNoDisk;
+    const auto manager = GPPIPCManager::Get();
+    const uint32_t own = GProcessInfo::GetOwnProcessID();
+    const GString name = GSessionInfo::GetObjectNamePrefix() + QLatin1String("201_PP");
+    EXPECT_TRUE(OccupySharedPlace(name));
+    EXPECT_TRUE(GetRefusal().contains("user number 65534"_q)) << GetRefusal().toStdString();
+    EXPECT_EQ(GetErrorCode([&] { manager->GetReceiverState(own); }), GErrorCode::cSegmentHeader);
+    EXPECT_EQ(::mkdir(GetUserFolder().constData(), 0700), 0);
+    GString reason;
+    EXPECT_EQ(manager->GetReceiverState(own, &reason), GPPIPCState::NoReceiver);
+    EXPECT_TRUE(reason.contains("user number 65534"_q)) << reason.toStdString();
+    EXPECT_EQ(GetErrorCode([&] { manager->Post(own, 1, "x"); }), GErrorCode::cSegmentHeader);
+    const GPPIPCReceiver receiver([](const GPPIPCMessage&) {});
+    EXPECT_EQ(manager->GetReceiverState(own), GPPIPCState::Reachable);
+    EXPECT_EQ(GetErrorCode([&] { manager->Post(own, 1, "x"); }), 0);
+    return testing::Test::HasFailure() ? 1 : 0;
+}
+
+class PlacesTest : public IpcTest, public testing::WithParamInterface<const char*>
+{
+};
+
+TEST_P(PlacesTest, Role)
+{
+    const int status = ChildProcess(QString::fromLatin1(GetParam()), {}).WaitForExit();
+    if (status == cNoDisk)
+        GTEST_SKIP() << "This user may not mount a disk, or not act as a second user.";
+    EXPECT_EQ(status, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Places, PlacesTest, testing::Values("MoveToTheBetterPlace", "MeetAnotherUser"));
