@@ -1,5 +1,7 @@
 #include "hopbox/HopboxHandOff.h"
 
+#include "foundation/core/GErrorCodes.h"
+#include "foundation/core/GException.h"
 #include "foundation/core/GStringSupport.h"
 #include "foundation/ipc/GPPIPCManager.h"
 #include "foundation/system/GProcessInfo.h"
@@ -11,7 +13,9 @@
 #include <algorithm>
 #include <exception>
 
+using HopboxHandOff::Delivery;
 using HopboxHandOff::OwnProcess;
+using HopboxHandOff::Report;
 
 namespace
 {
@@ -46,35 +50,74 @@ std::vector<uint32_t> ListProcesses(OwnProcess ownProcess)
     return processes;
 }
 
+// Sends one process the message if it can be reached. What raises ends the walk, and is noted here first.
+void DeliverTo(GPPIPCManager& manager, uint32_t process, int32_t kind, const GBuffer& payload, Report& report)
+{
+    report.deliveries.push_back({process, false, 0, GString()});
+    Delivery& delivery = report.deliveries.back();
+    try {
+        if (manager.GetReceiverState(process, &delivery.reason) == GPPIPCState::Reachable) {
+            manager.Post(process, kind, payload);
+            delivery.isSent = true;
+        } else {
+            delivery.code = GErrorCode::cPostMessage;
+        }
+    } catch (const GException& error) {
+        delivery.code = error.GetCode();
+        delivery.reason = error.GetDescription();
+        throw;
+    }
+}
+
+void Walk(int32_t kind, const GBuffer& payload, OwnProcess ownProcess, Report& report)
+{
+    const std::vector<uint32_t> processes = ListProcesses(ownProcess);
+    const std::shared_ptr<GPPIPCManager> manager = GPPIPCManager::Get();
+    for (const uint32_t process : processes)
+        DeliverTo(*manager, process, kind, payload, report);
+    if (processes.empty())
+        report.reason = QStringLiteral("No process \"%1\" is running.").arg(HopboxMessage::cProcessImage);
+}
+
+void Log(const Report& report)
+{
+    for (const Delivery& delivery : report.deliveries) {
+        if (delivery.isSent)
+            GTrace::Debug(cSource, QStringLiteral("Process %1 was sent the message.").arg(delivery.process));
+        else
+            GTrace::Error(cSource, QStringLiteral("Process %1 was not sent the message (%2): %3")
+                                       .arg(QString::number(delivery.process), QString::number(delivery.code),
+                                            delivery.reason));
+    }
+    if (!report.reason.isEmpty())
+        GTrace::Error(cSource, report.reason);
+}
+
 // Sends a message to every process that can be reached. The first failure ends it; the result is what was
 // sent until then.
-bool Deliver(int32_t kind, const GBuffer& payload, OwnProcess ownProcess)
+bool Deliver(int32_t kind, const GBuffer& payload, OwnProcess ownProcess, Report* wanted)
 {
-    bool isSent = false;
+    Report own;
+    Report& report = wanted != nullptr ? *wanted : own;
+    report = Report();
     try {
-        const std::vector<uint32_t> processes = ListProcesses(ownProcess);
-        const std::shared_ptr<GPPIPCManager> manager = GPPIPCManager::Get();
-        for (const uint32_t process : processes) {
-            if (manager->GetReceiverState(process) != GPPIPCState::Reachable)
-                continue;
-            manager->Post(process, kind, payload);
-            isSent = true;
-            GTrace::Debug(cSource, QStringLiteral("Process %1 was sent message %2.").arg(process).arg(kind));
-        }
+        Walk(kind, payload, ownProcess, report);
     } catch (const std::exception& error) {
-        GTrace::Error(cSource, GString::fromUtf8(error.what()));
+        report.reason = GString::fromUtf8(error.what());
     }
-    return isSent;
+    Log(report);
+    return std::any_of(report.deliveries.cbegin(), report.deliveries.cend(),
+                       [](const Delivery& delivery) { return delivery.isSent; });
 }
 }  // namespace
 
-bool HopboxHandOff::SubmitJob(const GString& printerName, const GString& jobLocation)
+bool HopboxHandOff::SubmitJob(const GString& printerName, const GString& jobLocation, Report* report)
 {
     const GString ticket = MakeTicket(printerName, jobLocation).ToText();
-    return Deliver(HopboxMessage::cSubmitJob, ticket.toUtf8(), OwnProcess::cLeaveOut);
+    return Deliver(HopboxMessage::cSubmitJob, ticket.toUtf8(), OwnProcess::cLeaveOut, report);
 }
 
-bool HopboxHandOff::NotifyHopboxProcesses(OwnProcess ownProcess)
+bool HopboxHandOff::NotifyHopboxProcesses(OwnProcess ownProcess, Report* report)
 {
-    return Deliver(HopboxMessage::cNotify, GBuffer(), ownProcess);
+    return Deliver(HopboxMessage::cNotify, GBuffer(), ownProcess, report);
 }

@@ -1,8 +1,8 @@
 #include "apps/hopboxctl/Arguments.h"
 #include "apps/hopboxctl/DamageNotice.h"
+#include "apps/hopboxctl/DeliveryOutput.h"
 #include "apps/hopboxctl/HopboxCommands.h"
 #include "apps/hopboxctl/HopboxOutput.h"
-#include "hopbox/HopboxHandOff.h"
 #include "hopbox/HopboxRegistry.h"
 
 #include <QDir>
@@ -31,17 +31,17 @@ QString GetJobLocation(const QString& path)
     return QDir::toNativeSeparators(absolute);
 }
 
-int Submit(const QString& printerName, const QString& location)
+int Submit(const QString& printerName, const QString& location, DeliveryOutput::Form form)
 {
-    if (HopboxHandOff::SubmitJob(printerName, location))
-        return cExitDone;
-    PrintError(QStringLiteral("No running Hopbox took the job. Start the Hopbox and try again."));
-    return cExitFailed;
+    HopboxHandOff::Report report;
+    const bool isSent = HopboxHandOff::SubmitJob(printerName, location, &report);
+    const QString summary = QStringLiteral("No running Hopbox took the job. Start the Hopbox and try again.");
+    return DeliveryOutput::Print(report, isSent, summary, form);
 }
 
 int Run(const QStringList& texts)
 {
-    const Arguments arguments(texts, {});
+    const Arguments arguments(texts, {QStringLiteral("json")});
     if (!arguments.AreValid() || arguments.GetRest().size() != 2)
         return cExitUsage;
     const HopboxRegistry registry;
@@ -53,11 +53,12 @@ int Run(const QStringList& texts)
         return cExitFailed;
     const QString location = GetJobLocation(arguments.GetRest().last());
     if (!location.isEmpty())
-        return Submit(record->GetName(key), location);
+        return Submit(record->GetName(key), location,
+                      arguments.Has("json") ? DeliveryOutput::Form::Json : DeliveryOutput::Form::Text);
     PrintError(QStringLiteral("There is no file or folder \"%1\".")
                    .arg(HopboxOutput::GetShown(arguments.GetRest().last())));
     return cExitFailed;
 }
 }  // namespace
 
-const Command cSubmitCommand = {"submit", "submit NAME PATH", Run};
+const Command cSubmitCommand = {"submit", "submit NAME PATH [--json]", Run};

@@ -1,6 +1,7 @@
 #include "foundation/core/GEncoding.h"
 
 #include "CommandFixture.h"
+#include "tests/support/PrinterProcessor.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -253,4 +254,33 @@ TEST_F(HopboxCommands, AForeignArchiveStaysWhenItsHopboxIsRemoved)
     ASSERT_EQ(Run({"set"_q, "Press"_q, "ContextFilePath="_q + archive}), 0);
     EXPECT_EQ(Run("remove|Press"), 0);
     EXPECT_TRUE(QFile::exists(archive));
+}
+
+TEST_F(HopboxCommands, SubmitTellsWhatBecameOfTheJobAtEachReceiver)
+{
+    ASSERT_EQ(Run("create|Press|--job-options|a.joboptions"), 0);
+    // Others of the same image name may run on this machine, which belong to other roots.
+    const auto submit = [this](PrinterProcessor& receiver, int status) {
+        EXPECT_EQ(Run("submit|Press|a.joboptions|--json"), status);
+        const QJsonObject answer = QJsonDocument::fromJson(mOutput).object();
+        EXPECT_EQ(answer.value("sent"_q).toBool(), status == 0);
+        for (const QJsonValue& one : answer.value("receivers"_q).toArray()) {
+            if (one.toObject().value("process"_q).toInt() == static_cast<int>(receiver.GetProcessID()))
+                return one.toObject();
+        }
+        return QJsonObject();
+    };
+    PrinterProcessor taking(mSandbox, {});
+    EXPECT_TRUE(submit(taking, 0).value("sent"_q).toBool());
+    taking.Kill();
+    const Sandbox other;
+    PrinterProcessor stranger(other, {});
+    qputenv("MORVANE_ROOT", mSandbox.GetPath().toLocal8Bit());
+    const QJsonObject refusal = submit(stranger, 1);
+    EXPECT_EQ(refusal.value("code"_q).toInt(), 40153);
+    EXPECT_EQ(refusal.value("reason"_q).toString(), "The process has no message receiver."_q);
+    EXPECT_EQ(Run("submit|Press|a.joboptions"), 1);
+    EXPECT_TRUE(mError.contains(
+        "Process %1 (error 40153): The process has no message receiver.\n"_q.arg(stranger.GetProcessID())
+            .toUtf8()));
 }

@@ -1,10 +1,17 @@
+#include "foundation/core/GErrorCodes.h"
+#include "foundation/ipc/GInterProcessMutex.h"
+#include "foundation/ipc/GPPIPCDirectory.h"
 #include "foundation/ipc/GPPIPCManager.h"
+#include "foundation/ipc/GSharedSegment.h"
+#include "foundation/system/GSessionInfo.h"
 #include "foundation/system/PSystem.h"
 #include "hopbox/HopboxHandOff.h"
 #include "tests/support/PrinterProcessor.h"
 #include "tests/support/Test.h"
 
 #include <QCoreApplication>
+
+#include <algorithm>
 
 using HopboxHandOff::OwnProcess;
 
@@ -55,6 +62,25 @@ TEST(HandOff, WhoCanNotBeReachedIsPassedOver)
     alive.Kill();
     EXPECT_FALSE(Submit());
     EXPECT_FALSE(HopboxHandOff::NotifyHopboxProcesses(OwnProcess::cInclude));
+}
+
+TEST(HandOff, DamageHasItsReasonAndCodeAndEndsTheWalk)
+{
+    const Sandbox other;
+    const PrinterProcessor first(other, {});
+    const PrinterProcessor second(other, {});
+    // Where no receiver is that would mend it.
+    const Sandbox sandbox;
+    const GString name = GSessionInfo::GetObjectNamePrefix() + QLatin1String("201_PP");
+    const GInterProcessMutex lock(name + QLatin1String("_L"));
+    const GSharedSegment directory(name, GPPIPCDirectory::cSize, GSharedSegment::Mode::OpenOrCreate);
+    std::fill_n(directory.GetData(), 4, uint8_t('x'));
+    HopboxHandOff::Report report;
+    EXPECT_FALSE(HopboxHandOff::SubmitJob("Press"_q, cJob, &report));
+    ASSERT_EQ(report.deliveries.size(), 1U);
+    EXPECT_EQ(report.deliveries.front().code, GErrorCode::cSegmentHeader);
+    EXPECT_TRUE(report.deliveries.front().reason.contains("is damaged"_q));
+    EXPECT_EQ(report.reason, report.deliveries.front().reason);
 }
 
 TEST(PrinterProcessor, DeregistersWhenItsTimeIsUpOrItsCountIsReached)

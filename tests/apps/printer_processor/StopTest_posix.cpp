@@ -26,3 +26,19 @@ TEST(PrinterProcessor, DeregistersWhenItIsStoppedOrUnheard)
     EXPECT_EQ(unheard.WaitForExit(), 1);
     EXPECT_EQ(getState(unheard), GPPIPCState::NoReceiver);
 }
+
+TEST(HandOff, ReportNamesTheReceiverThatHoldsUp)
+{
+    const Sandbox sandbox;
+    const PrinterProcessor stopped(sandbox, {});
+    kill(static_cast<pid_t>(stopped.GetProcessID()), SIGSTOP);
+    const QString longPath(150000, QLatin1Char('x'));
+    HopboxHandOff::Report report;
+    EXPECT_TRUE(HopboxHandOff::SubmitJob("Press"_q, longPath, &report));
+    EXPECT_FALSE(HopboxHandOff::SubmitJob("Press"_q, longPath, &report));
+    kill(static_cast<pid_t>(stopped.GetProcessID()), SIGCONT);
+    EXPECT_EQ(report.deliveries.back().process, stopped.GetProcessID());
+    EXPECT_EQ(report.reason,
+              "Process %1: The message could not be posted: the receiver's queue stayed busy."_q.arg(
+                  stopped.GetProcessID()));
+}
