@@ -32,22 +32,16 @@ GString GetRefusal(const struct stat& status, int64_t largest)
     return status.st_size > largest ? GetTooLargeReason(status.st_size, largest) : GString();
 }
 
-bool IsMissing(const QByteArray& path)
-{
-    struct stat status = {};
-    return lstat(path.constData(), &status) != 0 && errno == ENOENT;
-}
-
 FileOpening JudgeFailure(const QByteArray& path, GString& reason)
 {
-    const int error = errno;
-    reason = qt_error_string(error);
-    if (error != ENOENT)
+    struct stat status = {};
+    if (errno != ENOENT) {
+        reason = qt_error_string(errno);
         return FileOpening::cRefused;
-    if (IsMissing(path))
-        return FileOpening::cMissing;
-    reason = QStringLiteral("it is a link that leads nowhere");
-    return FileOpening::cRefused;
+    }
+    const bool isLink = lstat(path.constData(), &status) == 0;
+    reason = isLink ? QStringLiteral("it is a link that leads nowhere") : qt_error_string(errno);
+    return !isLink && errno == ENOENT ? FileOpening::cMissing : FileOpening::cRefused;
 }
 }  // namespace
 
@@ -78,5 +72,6 @@ FileOpening OpenSharedForReading(QFile& file, int64_t largest, GString& reason)
 
 bool IsFileMissing(const GString& path)
 {
-    return IsMissing(QFile::encodeName(path));
+    struct stat status = {};
+    return lstat(QFile::encodeName(path).constData(), &status) != 0 && errno == ENOENT;
 }

@@ -7,12 +7,10 @@
 #include "foundation/system/GDurableFile.h"
 #include "foundation/trace/GTrace.h"
 
-// Reads from the beginning again.
-static bool IsEmpty(GFileInputStream& file)
+static bool IsEmpty(const GPathName& file)
 {
     char byte = 0;
-    file.Reset();
-    return file.Read(&byte, 1) == 0;
+    return GFileInputStream(file.GetNativePath()).Read(&byte, 1) == 0;
 }
 
 GPrefFileModule::GPrefFileModule(const GPathName& path, const GEncodingRef& encoding)
@@ -31,7 +29,7 @@ void GPrefFileModule::StartWith(const std::function<void()>& read)
     try {
         read();
     } catch (const GException& error) {
-        mIsUnread = true;
+        NoteUnread(error);
         GTrace::Error(QStringLiteral("GPrefFileModule::GPrefFileModule"), error.GetDescription());
     }
 }
@@ -61,21 +59,37 @@ void GPrefFileModule::ReadFile(const GEncodingRef& encoding)
     ClearGroups();
     SetDirty(false);
     mDamage.reset();
-    mIsUnread = true;
-    if (const auto file = GFileInputStream::OpenIfThere(mPath.GetNativePath())) {
-        const int64_t damage = ReadGroups(*file, encoding, mPath.GetNativePath());
-        if (damage >= 0)
-            mDamage = PrefDamage{mPath, damage, IsEmpty(*file), GPathName()};
+    try {
+        ReadThere(encoding);
+        mIsUnread = false;
+    } catch (const GException& error) {
+        NoteUnread(error);
+        throw;
     }
-    mIsUnread = false;
+}
+
+void GPrefFileModule::ReadThere(const GEncodingRef& encoding)
+{
+    const auto file = GFileInputStream::OpenIfThere(mPath.GetNativePath());
+    if (file == nullptr)
+        return;
+    const int64_t damage = ReadGroups(*file, encoding, mPath.GetNativePath());
+    if (damage >= 0)
+        mDamage = PrefDamage{mPath, damage, IsEmpty(mPath), GPathName()};
+}
+
+void GPrefFileModule::NoteUnread(const GException& error)
+{
+    mIsUnread = true;
+    mUnreadReason = error.GetDescription();
 }
 
 void GPrefFileModule::WriteFile()
 {
     if (mIsUnread) {
         throw GCustomException(GErrorCode::cFile,
-                               QStringLiteral("The file \"%1\" could not be read and is not overwritten.")
-                                   .arg(mPath.GetNativePath()));
+                               QStringLiteral("The file \"%1\" could not be read and is not overwritten. %2")
+                                   .arg(mPath.GetNativePath(), mUnreadReason));
     }
     KeepDamaged();
     GDurableFile file(mPath);

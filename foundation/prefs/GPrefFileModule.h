@@ -7,6 +7,8 @@
 #include <functional>
 #include <optional>
 
+class GException;
+
 // The damage of a settings file that was read.
 struct PrefDamage
 {
@@ -63,9 +65,12 @@ protected:
     bool IsMissing() const;
 
 private:
+    void ReadThere(const GEncodingRef& encoding);
+    void NoteUnread(const GException& error);
     void KeepDamaged();
 
     GPathName mPath;
     std::optional<PrefDamage> mDamage;
     bool mIsUnread = false;  // the file is there, but the last attempt to read it failed
+    GString mUnreadReason;
 };

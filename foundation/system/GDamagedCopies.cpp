@@ -41,21 +41,19 @@ bool AreEqual(GFileInputStream& first, GFileInputStream& second)
     return areEqual && second.Read(other.data(), 1) == 0;
 }
 
-bool IsEmpty(GFileInputStream& file)
+bool HasContent(const GPathName& file)
 {
     char byte = 0;
-    const bool isEmpty = file.Read(&byte, 1) == 0;
-    file.Reset();
-    return isEmpty;
+    const auto stream = GFileInputStream::OpenIfThere(file.GetNativePath());
+    return stream != nullptr && stream->Read(&byte, 1) == 1;
 }
 
 // Whether the newest copy holds the same.
-bool IsKept(GFileInputStream& damaged, const GPathName& newest)
+bool IsKept(const GPathName& file, const GPathName& newest)
 {
+    GFileInputStream damaged(file.GetNativePath());
     const auto kept = GFileInputStream::OpenIfThere(newest.GetNativePath());
-    const bool isKept = kept != nullptr && AreEqual(damaged, *kept);
-    damaged.Reset();
-    return isKept;
+    return kept != nullptr && AreEqual(damaged, *kept);
 }
 
 // Makes room for a new copy: each of the others is one older.
@@ -79,14 +77,14 @@ GPathName GDamagedCopies::GetNewest(const GPathName& file)
 
 GPathName GDamagedCopies::Keep(const GPathName& file)
 {
-    const auto damaged = GFileInputStream::OpenIfThere(file.GetNativePath());
-    if (damaged == nullptr || IsEmpty(*damaged))
+    if (!HasContent(file))
         return GPathName();
     const GPathName newest = GetNewest(file);
-    if (IsKept(*damaged, newest))
+    if (IsKept(file, newest))
         return newest;
+    GFileInputStream damaged(file.GetNativePath());
     GDurableFile copy(newest, GDurableFile::Access::cOwnerOnly);
-    ReadChunks(*damaged, [&](const char* bytes, int count) {
+    ReadChunks(damaged, [&](const char* bytes, int count) {
         copy.Write(bytes, count);
         return true;
     });

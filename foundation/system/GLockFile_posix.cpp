@@ -55,7 +55,9 @@ GLockFile::Result GLockFile::TryLock(GLockType type)
         PFileHandle file = OpenLockFile(mPath, systemPath, type);
         const int descriptor = static_cast<int>(file.Get());
         struct stat status = {};
-        if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))
+        if (fstat(descriptor, &status) != 0)
+            RaiseLockError(mPath, GetReasonText(GetLastSystemError()));
+        if (!S_ISREG(status.st_mode))
             RaiseLockError(mPath, QStringLiteral("it is not a file"));
         if (!SetLock(descriptor, type == GLockType::cRead ? F_RDLCK : F_WRLCK)) {
             if (errno == EAGAIN || errno == EACCES)

@@ -1,0 +1,25 @@
+#include "Scenarios.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+class Faults : public testing::TestWithParam<FaultScenario (*)()>
+{
+};
+
+FaultScenario (*const cScenarios[])() = {
+    GetRegistryChange,         //
+    GetDamagedRegistryChange,  //
+    GetSettingsFlush,          //
+    GetProjectSettings,        //
+};
+}  // namespace
+
+TEST_P(Faults, EveryFailingCallLeavesTheOldOrTheNewAndIsTold)
+{
+    RunFaultScenario(GetParam()());
+}
+
+INSTANTIATE_TEST_SUITE_P(Scenarios, Faults, testing::ValuesIn(cScenarios),
+                         [](const auto& each) { return std::string(each.param().name); });

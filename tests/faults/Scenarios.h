@@ -1,0 +1,11 @@
+#pragma once
+
+#include "tests/support/faults/FaultDriver.h"
+
+// The tasks whose every call is made to fail, each in the file of its subject.
+
+// SettingsScenarios.cpp
+FaultScenario GetRegistryChange();
+FaultScenario GetDamagedRegistryChange();
+FaultScenario GetSettingsFlush();
+FaultScenario GetProjectSettings();

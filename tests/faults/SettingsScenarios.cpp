@@ -1,0 +1,160 @@
+#include "Scenarios.h"
+#include "foundation/core/GErrorCodes.h"
+#include "foundation/core/GException.h"
+#include "foundation/prefs/GPrefFileModule.h"
+#include "foundation/prefs/GPrefMemoryModule.h"
+#include "foundation/prefs/GPrefSharedFileModule.h"
+#include "hopbox/HopboxProject.h"
+#include "hopbox/HopboxRegistry.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/Test.h"
+
+#include <cstdio>
+#include <exception>
+
+namespace
+{
+const QStringList cLockFiles = {"*lock"_q};
+
+// Runs a step; gives the status of a role, with the reason of a failure on standard error.
+int RunStep(const std::function<void()>& step)
+{
+    try {
+        step();
+        return 0;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
+    }
+}
+
+void RegisterThree(const QString&)
+{
+    HopboxRegistry registry;
+    for (const char* name : {"One", "Two", "Three"}) {
+        HopboxRegistryEntry entry;
+        entry.pdfSettings = QString::fromLatin1(name);
+        registry.AddEntry(entry.pdfSettings, entry);
+    }
+}
+
+QString LookAtRegistry(const QString&)
+{
+    const HopboxRegistry registry;
+    QStringList lines;
+    for (const QString& name : registry.GetActorNames()) {
+        HopboxRegistryEntry entry;
+        registry.GetEntry(name, entry);
+        lines.append(name + QLatin1Char(' ') + entry.pdfSettings);
+    }
+    lines.sort();
+    return lines.join(QLatin1Char('\n')) + (registry.GetDamage() ? " damaged"_q : QString());
+}
+
+QString GetSettingsFile(const QString& root)
+{
+    return root + "/a.prefs"_q;
+}
+
+QString LookAtSettings(const QString& root)
+{
+    const GPrefSharedFileModule module(GPathName(GetSettingsFile(root)), GEncoding::GetUTF16());
+    return module.Get("G", "K");
+}
+
+QString GetProject(const QString& root)
+{
+    return root + "/Project.hopbox"_q;
+}
+
+QString LookAtProject(const QString& root)
+{
+    GPrefMemoryModule settings;
+    HopboxProject project((GPathName(GetProject(root))));
+    return project.ReadSettings(settings) ? settings.Get(HopboxProject::GetPlugInGroup(), "K")
+                                          : project.GetLastError();
+}
+}  // namespace
+
+CHILD_ROLE(ChangeTwo)
+{
+    return RunStep([] {
+        HopboxRegistry registry;
+        const bool isFound = registry.ChangeEntry(
+            "Two"_q, [](HopboxRegistryEntry& entry) { entry.pdfSettings = QString(3000, QLatin1Char('x')); });
+        if (!isFound)
+            std::fprintf(stderr, "Two is not registered.\n");
+    });
+}
+
+FaultScenario GetRegistryChange()
+{
+    return {"RegistryChange", RegisterThree, QString(), {"ChangeTwo"_q}, LookAtRegistry, cLockFiles, true};
+}
+
+// The damaged file is kept before the new one takes its place.
+FaultScenario GetDamagedRegistryChange()
+{
+    const auto damage = [](const QString& root) {
+        RegisterThree(root);
+        QFile file(HopboxRegistry::GetPathName().GetNativePath());
+        file.open(QIODevice::Append);
+        file.write("x");
+    };
+    const auto look = [](const QString& root) {
+        const QString copy = HopboxRegistry::GetPathName().GetNativePath() + ".damaged"_q;
+        const QString state = LookAtRegistry(root);
+        return state.endsWith("damaged"_q) || !QFile::exists(copy) ? state : state + " kept"_q;
+    };
+    return {"DamagedRegistryChange",
+            damage,
+            QString(),
+            {"ChangeTwo"_q},
+            look,
+            cLockFiles + QStringList{"*.damaged"_q},
+            true};
+}
+
+CHILD_ROLE(FlushSettings)
+{
+    return RunStep([&] {
+        GPrefSharedFileModule module(GPathName(GetSettingsFile(arguments.at(0))), GEncoding::GetUTF16());
+        module.Set("G", "K", QString(100000, QLatin1Char('n')));
+        module.FlushPrefs();
+    });
+}
+
+FaultScenario GetSettingsFlush()
+{
+    const auto prepare = [](const QString& root) {
+        GPrefSharedFileModule module(GPathName(GetSettingsFile(root)), GEncoding::GetUTF16());
+        module.Set("G", "K", "old"_q);
+        module.FlushPrefs();
+    };
+    return {"SettingsFlush", prepare,    QString(), {"FlushSettings"_q, "%1"_q},
+            LookAtSettings,  cLockFiles, true};
+}
+
+CHILD_ROLE(WriteProjectSettings)
+{
+    return RunStep([&] {
+        GPrefMemoryModule settings;
+        settings.Set(HopboxProject::GetPlugInGroup(), "K", "new"_q);
+        HopboxProject project((GPathName(GetProject(arguments.at(0)))));
+        if (!project.WriteSettings(settings))
+            throw GCustomException(GErrorCode::cFile, project.GetLastError());
+    });
+}
+
+FaultScenario GetProjectSettings()
+{
+    const auto prepare = [](const QString& root) {
+        WriteFile(root + "/a.joboptions"_q, "<< /A 1 >> setdistillerparams");
+        GPrefMemoryModule settings;
+        settings.Set(HopboxProject::GetPlugInGroup(), "K", "old"_q);
+        HopboxProject project((GPathName(GetProject(root))));
+        EXPECT_TRUE(project.Create(GPathName(root + "/a.joboptions"_q), settings));
+    };
+    return {"ProjectSettings", prepare, QString(), {"WriteProjectSettings"_q, "%1"_q},
+            LookAtProject,     {},      true,      false};
+}
