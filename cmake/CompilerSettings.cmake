@@ -40,9 +40,10 @@ target_compile_definitions(compiler_settings INTERFACE
 if(WIN32)
   target_compile_definitions(compiler_settings INTERFACE
     UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0601)
-  # Boost's headers, reached through a folder that holds nothing else, so that no header of the
-  # build machine is taken for one of Windows.
-  file(MAKE_DIRECTORY "${CMAKE_BINARY_DIR}/boost-only")
-  file(CREATE_LINK /usr/include/boost "${CMAKE_BINARY_DIR}/boost-only/boost" SYMBOLIC)
-  target_include_directories(compiler_settings SYSTEM INTERFACE "${CMAKE_BINARY_DIR}/boost-only")
+  # The headers of Boost and CLI11, reached through a folder that holds nothing else, so that no header of
+  # the build machine is taken for one of Windows.
+  file(MAKE_DIRECTORY "${CMAKE_BINARY_DIR}/headers-only")
+  file(CREATE_LINK /usr/include/boost "${CMAKE_BINARY_DIR}/headers-only/boost" SYMBOLIC)
+  file(CREATE_LINK /usr/include/CLI "${CMAKE_BINARY_DIR}/headers-only/CLI" SYMBOLIC)
+  target_include_directories(compiler_settings SYSTEM INTERFACE "${CMAKE_BINARY_DIR}/headers-only")
 endif()

@@ -95,6 +95,11 @@ public:
                                 GString()));
     }
 
+    void AddJobOptions(const GPathName& source)
+    {
+        AddFile(source, cJobOptionsFolder + HopboxFolder::MakeName(source.GetLeaf()));
+    }
+
     void Finish() { Check(mArchiver.FinishWriting()); }
 
 private:
@@ -107,10 +112,13 @@ private:
     ZipArchiver mArchiver;
 };
 
-// Carries the files of an archive over to another, but for the settings. The old archive is closed again
-// then: on Windows it could not be replaced otherwise.
-void CopyOtherFiles(const GPathName& archivePath, const GPathName& folder, ProjectWriter& writer)
+// Carries the files of an archive over to another, but for the settings and, where they are replaced, the job
+// options, of which the first count. The old archive is closed again then: on Windows it could not be
+// replaced otherwise.
+void CopyOtherFiles(const GPathName& archivePath, const GPathName& folder, bool withJobOptions,
+                    ProjectWriter& writer)
 {
+    bool isPassed = withJobOptions;
     ZipArchive archive(archivePath.GetPortablePath());
     ZipLimits limits;
     limits.totalBytes = cMaximumArchiveSize;
@@ -118,6 +126,10 @@ void CopyOtherFiles(const GPathName& archivePath, const GPathName& folder, Proje
     for (archive.StartIterate(); !archive.AtEnd(); archive.Next()) {
         if (archive.GetCurrentEntry().isFolder() || IsSettings(archive))
             continue;
+        if (!isPassed && IsJobOptions(archive)) {
+            isPassed = true;
+            continue;
+        }
         const GString number = GString::number(archive.GetCurrentIndex());
         writer.AddFile(Extract(archive, folder.GetChild(number)), archive.GetCurrentFileName());
     }
@@ -166,13 +178,26 @@ bool HopboxProject::ReadSettings(GPrefModule& settings)
 
 bool HopboxProject::WriteSettings(const GPrefModule& settings)
 {
+    return Rewrite(GPathName(), settings);
+}
+
+bool HopboxProject::Replace(const GPathName& jobOptions, const GPrefModule& settings)
+{
+    return IsSmallEnough(jobOptions) && Rewrite(jobOptions, settings);
+}
+
+// Empty job options stay as they are in the archive.
+bool HopboxProject::Rewrite(const GPathName& jobOptions, const GPrefModule& settings)
+{
     if (!HasJobOptions())
         return false;
     try {
         const TemporaryFolder folder;
         ProjectWriter writer(mPath);
         writer.AddFile(WriteSettingsFile(settings, folder.GetPathName()), cSettingsEntry);
-        CopyOtherFiles(mPath, folder.GetPathName(), writer);
+        if (!jobOptions.IsEmpty())
+            writer.AddJobOptions(jobOptions);
+        CopyOtherFiles(mPath, folder.GetPathName(), jobOptions.IsEmpty(), writer);
         writer.Finish();
         return true;
     } catch (const GException& error) {
@@ -182,18 +207,24 @@ bool HopboxProject::WriteSettings(const GPrefModule& settings)
 
 bool HopboxProject::Create(const GPathName& jobOptions, const GPrefModule& settings)
 {
-    if (QFileInfo(jobOptions.GetNativePath()).size() > cMaximumJobOptionsSize)
-        return Fail(QStringLiteral("The job options %1 are too large.").arg(jobOptions.GetNativePath()));
+    if (!IsSmallEnough(jobOptions))
+        return false;
     try {
         const TemporaryFolder folder;
         ProjectWriter writer(mPath);
         writer.AddFile(WriteSettingsFile(settings, folder.GetPathName()), cSettingsEntry);
-        writer.AddFile(jobOptions, cJobOptionsFolder + HopboxFolder::MakeName(jobOptions.GetLeaf()));
+        writer.AddJobOptions(jobOptions);
         writer.Finish();
         return true;
     } catch (const GException& error) {
         return Fail(error.GetDescription());
     }
+}
+
+bool HopboxProject::IsSmallEnough(const GPathName& jobOptions)
+{
+    return QFileInfo(jobOptions.GetNativePath()).size() <= cMaximumJobOptionsSize ||
+           Fail(QStringLiteral("The job options %1 are too large.").arg(jobOptions.GetNativePath()));
 }
 
 bool HopboxProject::HasJobOptions()

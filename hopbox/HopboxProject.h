@@ -44,6 +44,9 @@ public:
     // last one's settings stay.
     bool WriteSettings(const GPrefModule& settings);
 
+    // The same, with other job options in the place of the archive's too.
+    bool Replace(const GPathName& jobOptions, const GPrefModule& settings);
+
     // Makes the archive from settings and a job options file, in place of one that is there. Its folder must
     // be there.
     bool Create(const GPathName& jobOptions, const GPrefModule& settings);
@@ -52,6 +55,8 @@ public:
     const GString& GetLastError() const { return mLastError; }
 
 private:
+    bool Rewrite(const GPathName& jobOptions, const GPrefModule& settings);
+    bool IsSmallEnough(const GPathName& jobOptions);
     bool HasJobOptions();
     bool FindJobOptions(Morvane::ZipArchive& archive);
     bool FindSettings(Morvane::ZipArchive& archive, GBuffer& text);

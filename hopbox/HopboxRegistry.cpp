@@ -144,6 +144,41 @@ bool HopboxRegistry::AddEntry(const GString& actorName, const HopboxRegistryEntr
     return true;
 }
 
+bool HopboxRegistry::AddFirstEntry(const GString& actorName, const HopboxRegistryEntry& entry, GString& key)
+{
+    GBuffer freshKey;
+    mModule->ChangeUnderLock([&](GPrefModule& module) {
+        if (!FindIn(module, actorName).isNull())
+            return;
+        freshKey = MakeFreshKey(module);
+        WriteRecord(module, freshKey, {actorName, entry});
+    });
+    key = GBufferSupport::GetNameText(freshKey);
+    return !freshKey.isNull();
+}
+
+HopboxRegistry::Renaming HopboxRegistry::RenameEntry(const GString& name, const GString& newName)
+{
+    Renaming renaming = Renaming::cNotFound;
+    mModule->ChangeUnderLock([&](GPrefModule& module) {
+        const GBuffer key = FindIn(module, name);
+        std::optional<HopboxRecord> record = ReadRecord(module, key);
+        if (!record)
+            return;
+        const GBuffer other = FindIn(module, newName);
+        renaming = other.isNull() || other == key ? Renaming::cDone : Renaming::cTaken;
+        if (renaming == Renaming::cTaken)
+            return;
+        for (GString* text : {&record->entry.pdfSettings, &record->entry.hopboxName}) {
+            if (*text == record->actorName)
+                *text = newName;
+        }
+        record->actorName = newName;
+        WriteRecord(module, key, *record);
+    });
+    return renaming;
+}
+
 bool HopboxRegistry::RemoveEntry(const GString& name)
 {
     return ChangeFound(name, [](GPrefModule& module, const GBuffer& key) {

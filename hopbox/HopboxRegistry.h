@@ -45,6 +45,21 @@ public:
     // for.
     bool AddEntry(const GString& actorName, const HopboxRegistryEntry& entry, GString* key = nullptr);
 
+    // The same unless an entry is addressed by that name already, decided under the lock: of several
+    // processes that add one name at once, one does. Gives whether the entry was added.
+    bool AddFirstEntry(const GString& actorName, const HopboxRegistryEntry& entry, GString& key);
+
+    enum class Renaming
+    {
+        cDone,
+        cNotFound,  // there is no such entry, or its record can't be read
+        cTaken      // another entry is addressed by the new name
+    };
+
+    // Gives an entry another actor name, under the lock. The names under which it is listed and shown change
+    // along where they were the same as the old one.
+    Renaming RenameEntry(const GString& name, const GString& newName);
+
     // The others give whether the entry was found.
     bool RemoveEntry(const GString& name);
 

@@ -1,4 +1,3 @@
-#include "apps/hopboxctl/Arguments.h"
 #include "apps/hopboxctl/DamageNotice.h"
 #include "apps/hopboxctl/HopboxCommands.h"
 #include "apps/hopboxctl/HopboxOutput.h"
@@ -90,26 +89,24 @@ Findings Check(const HopboxRegistryEntry& entry)
             QStringLiteral("There is no application \"%1\".").arg(entry.applicationPath.GetNativePath()));
     }
     if (!entry.isPlugin)
-        findings.notes.append(QStringLiteral("The Hopbox does not offer itself to the plug-in."));
+        findings.notes.append(QStringLiteral(
+            "The export dialog does not list the Hopbox. \"hopboxctl restore\" brings it back."));
     return findings;
 }
 
-void PrintAsJson(const HopboxRegistry& registry, const QString& key, const Findings& findings)
+QJsonObject GetJson(const QString& key, const Findings& findings)
 {
     QJsonObject jobOptions;
     if (!findings.jobOptionsName.isEmpty()) {
         jobOptions.insert(QStringLiteral("Name"), findings.jobOptionsName);
         jobOptions.insert(QStringLiteral("Size"), findings.jobOptionsSize);
     }
-    QJsonObject json{{QStringLiteral("Key"), key},
-                     {QStringLiteral("Archive"), findings.archive.GetNativePath()},
-                     {QStringLiteral("Settings"), findings.settings},
-                     {QStringLiteral("JobOptions"), jobOptions},
-                     {QStringLiteral("Build"), findings.build},
-                     {QStringLiteral("Problems"), QJsonArray::fromStringList(findings.problems)},
-                     {QStringLiteral("Notes"), QJsonArray::fromStringList(findings.notes)}};
-    DamageNotice::AddTo(json, registry);
-    HopboxOutput::PrintJson(json);
+    return {{QStringLiteral("Key"), key},
+            {QStringLiteral("Archive"), findings.archive.GetNativePath()},
+            {QStringLiteral("Settings"), findings.settings},
+            {QStringLiteral("JobOptions"), jobOptions},
+            {QStringLiteral("Build"), findings.build},
+            {QStringLiteral("Notes"), QJsonArray::fromStringList(findings.notes)}};
 }
 
 void PrintAsText(const Findings& findings)
@@ -129,24 +126,29 @@ void PrintAsText(const Findings& findings)
     HopboxOutput::PrintTable(rows);
 }
 
-int Run(const QStringList& texts)
+int Run(const CliCall& call)
 {
-    const Arguments arguments(texts, {QStringLiteral("json")});
-    if (!arguments.AreValid() || arguments.GetRest().size() != 1)
-        return cExitUsage;
     const HopboxRegistry registry;
     const int status = DamageNotice::Tell(registry);
     QString key;
-    const std::optional<HopboxRecord> record =
-        HopboxOutput::FindOrFail(registry, arguments.GetRest().first(), key);
+    const std::optional<HopboxRecord> record = HopboxOutput::FindOrFail(registry, call.GetArgument(0), key);
     if (!record)
-        return cExitFailed;
+        return cCliFailed;
     const Findings findings = Check(record->entry);
-    arguments.Has("json") ? PrintAsJson(registry, key, findings) : PrintAsText(findings);
+    SetResult(GetJson(key, findings));
+    PrintAsText(findings);
     for (const QString& problem : findings.problems)
         PrintError(HopboxOutput::GetShown(problem));
-    return findings.problems.isEmpty() ? status : cExitFailed;
+    return findings.problems.isEmpty() ? status : cCliFailed;
 }
 }  // namespace
 
-const Command cCheckCommand = {"check", "check NAME [--json]", Run};
+const Command cCheckCommand = {{"check",
+                                "look whether an export to a Hopbox can work",
+                                "It opens the project archive, and reads the settings and the job options. "
+                                "Errors set the exit status to 1; notes "
+                                "are only information.",
+                                {{"NAME", "the Hopbox"}},
+                                {},
+                                {{"hopboxctl check Press", "Looks at the Hopbox \"Press\"."}}},
+                               Run};

@@ -1,23 +1,35 @@
 #pragma once
 
-#include <QString>
-#include <QStringList>
+#include "foundation/cli/CliCall.h"
 
-// One command of hopboxctl: its name, what its call looks like, and what runs it.
+#include <QJsonValue>
+#include <QString>
+
+// One command of hopboxctl: what its call looks like, and what runs it.
 struct Command
 {
-    const char* name;
-    const char* usage;  // the lines of the usage text, without "hopboxctl"
+    CliCommand description;  // the option --json is added to each
 
-    // Runs with the arguments behind the command's name; gives the exit status: 0 done, 1 failed with a line
-    // on standard error, 2 wrong call (the caller then prints the usage).
-    int (*run)(const QStringList& arguments);
+    // Runs a call that is right by the description; gives the exit status. What it prints goes to standard
+    // output; with --json its result does instead, when it has ended.
+    int (*run)(const CliCall& call);
 };
 
-constexpr int cExitDone = 0;
-constexpr int cExitFailed = 1;
-constexpr int cExitUsage = 2;
-
-// Writes text to standard output, or one line to standard error, in UTF-8.
+// Prints text for people; nothing with --json.
 void Print(const QString& text);
+
+// Says on standard error what failed, and in the answer of --json.
 void PrintError(const QString& line);
+
+// The same for what is worth knowing though nothing failed.
+void PrintWarning(const QString& line);
+
+// What a program gets with --json: the command's own part of the answer, and what is known of a damaged file.
+void SetResult(const QJsonValue& result);
+void SetDamaged(const QJsonValue& damaged);
+
+// Says that a word of the call is wrong, and gives the exit status of that.
+int RefuseCall(const QString& error);
+
+// A text KEY=VALUE in two; false when it has no key or no equal sign.
+bool SplitAssignment(const QString& text, QString& key, QString& value);

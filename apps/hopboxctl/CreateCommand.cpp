@@ -1,148 +1,92 @@
-#include "apps/hopboxctl/Arguments.h"
 #include "apps/hopboxctl/DamageNotice.h"
 #include "apps/hopboxctl/HopboxCommands.h"
+#include "apps/hopboxctl/HopboxOptions.h"
 #include "apps/hopboxctl/HopboxOutput.h"
-#include "apps/hopboxctl/JobOptionsCheck.h"
 #include "apps/hopboxctl/PlugInSettings.h"
 #include "apps/hopboxctl/ProjectPlace.h"
 #include "foundation/prefs/GPrefMemoryModule.h"
 #include "hopbox/HopboxProject.h"
 #include "hopbox/HopboxRegistry.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <QJsonObject>
 
-#include <algorithm>
+using HopboxOptions::GetAbsolute;
 
 namespace
 {
-bool HasLineBreak(const QString& text)
+bool CheckCall(const CliCall& call)
 {
-    return text.contains(QLatin1Char('\n')) || text.contains(QLatin1Char('\r'));
+    return HopboxOptions::IsUsable(QStringLiteral("A Hopbox's name"), call.GetArgument(0)) &&
+           HopboxOptions::AreJobOptions(QStringLiteral("--job-options"), call.Get("job-options")) &&
+           (!call.Has("icon") || HopboxOptions::IsFile(QStringLiteral("--icon"), call.Get("icon"))) &&
+           (!call.Has("application") ||
+            HopboxOptions::IsFile(QStringLiteral("--application"), call.Get("application")));
 }
 
-// The settings texts turn a line break into CR LF, so what holds one would not be found again.
-bool IsUsable(const QString& what, const QString& text)
+HopboxRegistryEntry MakeEntry(const CliCall& call, const GPathName& archive)
 {
-    if (!HasLineBreak(text))
-        return true;
-    PrintError(QStringLiteral("%1 may hold no line break: \"%2\".").arg(what, HopboxOutput::GetShown(text)));
-    return false;
-}
-
-// Whether the path that the user gave names a file.
-bool IsFile(const QString& what, const QString& path)
-{
-    if (!IsUsable(what, path))
-        return false;
-    const QFileInfo file(path);
-    if (file.isFile() && file.isReadable())
-        return true;
-    PrintError(QStringLiteral("%1: there is no file \"%2\" that can be read.")
-                   .arg(what, HopboxOutput::GetShown(path)));
-    return false;
-}
-
-GPathName GetAbsolute(const QString& path)
-{
-    return path.isEmpty() ? GPathName() : GPathName(QDir::cleanPath(QDir::current().absoluteFilePath(path)));
-}
-
-bool AreJobOptions(const QString& path)
-{
-    if (!IsFile(QStringLiteral("--job-options"), path))
-        return false;
-    const QString fault = JobOptionsCheck::FindFault(path);
-    if (fault.isEmpty())
-        return true;
-    PrintError(QStringLiteral("--job-options: \"%1\" can't be used: %2.")
-                   .arg(HopboxOutput::GetShown(path), HopboxOutput::GetShown(fault)));
-    return false;
-}
-
-bool IsFree(const HopboxRegistry& registry, const QString& name)
-{
-    if (registry.FindKey(name).isEmpty())
-        return true;
-    PrintError(QStringLiteral("A Hopbox is registered as \"%1\" already.").arg(HopboxOutput::GetShown(name)));
-    return false;
-}
-
-bool CheckCall(const Arguments& arguments, const QString& name)
-{
-    return IsUsable(QStringLiteral("A Hopbox's name"), name) && AreJobOptions(arguments.Get("job-options")) &&
-           (!arguments.Has("icon") || IsFile(QStringLiteral("--icon"), arguments.Get("icon"))) &&
-           (!arguments.Has("application") ||
-            IsFile(QStringLiteral("--application"), arguments.Get("application")));
-}
-
-HopboxRegistryEntry MakeEntry(const Arguments& arguments, const QString& name, const GPathName& archive)
-{
+    const QString name = call.GetArgument(0);
     HopboxRegistryEntry entry;
-    entry.applicationPath = arguments.Has("application") ? GetAbsolute(arguments.Get("application"))
-                                                         : ProjectPlace::GetDefaultApplication();
+    entry.applicationPath = call.Has("application") ? GetAbsolute(call.Get("application"))
+                                                    : ProjectPlace::GetDefaultApplication();
     entry.contextFilePath = archive;
     entry.isPlugin = true;
-    entry.pdfSettings = arguments.Has("pdf-settings") ? arguments.Get("pdf-settings") : name;
+    entry.pdfSettings = call.Has("pdf-settings") ? call.Get("pdf-settings") : name;
     entry.hopboxName = name;
-    entry.hopboxIconPath = GetAbsolute(arguments.Get("icon"));
+    entry.hopboxIconPath = GetAbsolute(call.Get("icon"));
     entry.isActive = true;
     return entry;
 }
 
-void PrintKey(const HopboxRegistry& registry, const QString& key, bool isJson)
+int Create(const CliCall& call, const GPrefMemoryModule& settings)
 {
-    QJsonObject json{{QStringLiteral("Key"), key}};
-    DamageNotice::AddTo(json, registry);
-    if (isJson)
-        HopboxOutput::PrintJson(json);
-    else
-        Print(key + QLatin1Char('\n'));
-}
-
-int Create(const Arguments& arguments, const QString& name, const GPrefMemoryModule& settings)
-{
+    const QString name = call.GetArgument(0);
     HopboxRegistry registry;
-    if (!IsFree(registry, name))
-        return cExitFailed;
+    if (!registry.FindKey(name).isEmpty())
+        return HopboxOutput::FailTaken(name);
     ProjectPlace::NewFolder folder(name);
     HopboxProject project(folder.GetArchivePath());
-    if (!project.Create(GetAbsolute(arguments.Get("job-options")), settings)) {
+    if (!project.Create(GetAbsolute(call.Get("job-options")), settings)) {
         PrintError(project.GetLastError());
-        return cExitFailed;
+        return cCliFailed;
     }
     GString key;
-    registry.AddEntry(name, MakeEntry(arguments, name, project.GetPathName()), &key);
-    folder.Keep();
+    const bool isAdded = registry.AddFirstEntry(name, MakeEntry(call, project.GetPathName()), key);
     DamageNotice::Tell(registry);
-    PrintKey(registry, key, arguments.Has("json"));
-    return cExitDone;
+    if (!isAdded)
+        return HopboxOutput::FailTaken(name);
+    folder.Keep();
+    SetResult(QJsonObject{{QStringLiteral("Key"), key}});
+    Print(key + QLatin1Char('\n'));
+    return cCliDone;
 }
 
-int Run(const QStringList& texts)
+int Run(const CliCall& call)
 {
-    const Arguments arguments(
-        texts, {QStringLiteral("json")},
-        {QStringLiteral("job-options"), QStringLiteral("pdf-settings"), QStringLiteral("setting"),
-         QStringLiteral("icon"), QStringLiteral("application")});
-    if (!arguments.AreValid() || arguments.GetRest().size() != 1 || arguments.GetRest().first().isEmpty() ||
-        !arguments.Has("job-options"))
-        return cExitUsage;
-    const QString fault = PlugInSettings::FindFault(arguments.GetAll("setting"));
-    if (!fault.isEmpty()) {
-        PrintError(fault);
-        return cExitUsage;
-    }
+    const QString fault = PlugInSettings::FindFault(call.GetAll("setting"));
+    if (!fault.isEmpty())
+        return RefuseCall(fault);
     GPrefMemoryModule settings;
-    PlugInSettings::Take(arguments.GetAll("setting"), settings);
-    const QString name = arguments.GetRest().first();
-    return CheckCall(arguments, name) ? Create(arguments, name, settings) : cExitFailed;
+    PlugInSettings::Take(call.GetAll("setting"), settings);
+    return CheckCall(call) ? Create(call, settings) : cCliFailed;
 }
 }  // namespace
 
 const Command cCreateCommand = {
-    "create",
-    "create NAME --job-options FILE [--pdf-settings TEXT] [--setting KEY=VALUE]... [--icon FILE]"
-    " [--application PATH] [--json]",
+    {"create",
+     "make a Hopbox and print its key",
+     "The job options must be such that an export can use them. The name must be free.",
+     {{"NAME", "the name of the new Hopbox"}},
+     {{"job-options", "FILE", "the PDF settings, a job options file", CliOption::Use::cRequired},
+      {"setting", "KEY=VALUE",
+       "a setting for the plug-in, as UserSettings=true; a wrong one is answered with a list of all",
+       CliOption::Use::cRepeated},
+      {"pdf-settings", "TEXT", "the name in the list of the export dialog; NAME without it"},
+      {"icon", "FILE", "its icon"},
+      {"application", "FILE",
+       "the program that receives the files. Outside the cache folder it has no build number, and file "
+       "packages go to "
+       "it as plain paths"}},
+     {{"hopboxctl create Press --job-options Press.joboptions --setting UserSettings=true",
+       "Makes the Hopbox \"Press\", whose user may change the settings in the export dialog."}}},
     Run};

@@ -7,7 +7,6 @@
 #include "foundation/system/GDamagedCopies.h"
 #include "hopbox/HopboxRegistry.h"
 
-#include <QJsonArray>
 #include <QJsonObject>
 
 namespace
@@ -58,22 +57,9 @@ QJsonObject GetJson(const Notice& notice)
 int DamageNotice::Tell(const HopboxRegistry& registry)
 {
     if (!registry.GetDamage())
-        return cExitDone;
-    PrintError(HopboxOutput::GetShown(GetText(Describe(*registry.GetDamage()))));
-    return cExitFailed;
-}
-
-void DamageNotice::AddTo(QJsonObject& answer, const HopboxRegistry& registry)
-{
-    if (registry.GetDamage())
-        answer.insert(QStringLiteral("Damaged"), GetJson(Describe(*registry.GetDamage())));
-}
-
-void DamageNotice::AddTo(QJsonArray& answer, const HopboxRegistry& registry)
-{
-    if (!registry.GetDamage())
-        return;
+        return cCliDone;
     const Notice notice = Describe(*registry.GetDamage());
-    answer.append(QJsonObject{{QStringLiteral("Error"), GetText(notice)},
-                              {QStringLiteral("Damaged"), GetJson(notice)}});
+    PrintError(HopboxOutput::GetShown(GetText(notice)));
+    SetDamaged(GetJson(notice));
+    return cCliFailed;
 }

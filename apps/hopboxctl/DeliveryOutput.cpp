@@ -22,40 +22,41 @@ QJsonObject GetJson(const Delivery& delivery)
     return object;
 }
 
-void PrintAsJson(const Report& report, bool isSent)
+QJsonObject GetJson(const Report& report)
 {
     QJsonArray receivers;
     for (const Delivery& delivery : report.deliveries)
         receivers.append(GetJson(delivery));
-    QJsonObject object = {{QStringLiteral("sent"), isSent}, {QStringLiteral("receivers"), receivers}};
+    QJsonObject object = {{QStringLiteral("receivers"), receivers}};
     if (!report.reason.isEmpty())
         object.insert(QStringLiteral("reason"), report.reason);
-    HopboxOutput::PrintJson(object);
+    return object;
 }
 
-void PrintAsText(const Report& report)
+QStringList GetReasons(const Report& report)
 {
+    QStringList reasons;
     bool isTold = false;
     for (const Delivery& delivery : report.deliveries) {
         if (delivery.isSent)
             continue;
         isTold = isTold || delivery.reason == report.reason;
-        PrintError(QStringLiteral("Process %1 (error %2): %3")
-                       .arg(QString::number(delivery.process), QString::number(delivery.code),
-                            HopboxOutput::GetShown(delivery.reason)));
+        reasons.append(QStringLiteral("Process %1 (error %2): %3")
+                           .arg(QString::number(delivery.process), QString::number(delivery.code),
+                                HopboxOutput::GetShown(delivery.reason)));
     }
     if (!report.reason.isEmpty() && !isTold)
-        PrintError(HopboxOutput::GetShown(report.reason));
+        reasons.append(HopboxOutput::GetShown(report.reason));
+    return reasons;
 }
 }  // namespace
 
-int DeliveryOutput::Print(const Report& report, bool isSent, const QString& summary, Form form)
+int DeliveryOutput::Tell(const Report& report, bool isSent, const QString& summary)
 {
+    SetResult(GetJson(report));
     if (!isSent)
         PrintError(summary);
-    if (form == Form::Json)
-        PrintAsJson(report, isSent);
-    else
-        PrintAsText(report);
-    return isSent ? cExitDone : cExitFailed;
+    for (const QString& reason : GetReasons(report))
+        isSent ? PrintWarning(reason) : PrintError(reason);
+    return isSent ? cCliDone : cCliFailed;
 }

@@ -5,12 +5,7 @@
 // What `submit` and `notify` tell of a message's way to the Hopbox processes.
 namespace DeliveryOutput
 {
-enum class Form
-{
-    Text,  // what failed, on standard error
-    Json   // everything, on standard output
-};
-
-// `summary` is the first line of the text when the message reached nobody. Gives the exit status.
-int Print(const HopboxHandOff::Report& report, bool isSent, const QString& summary, Form form);
+// Says which processes it did not reach and why: a warning when others took it, else an error with `summary`
+// before it. The answer in JSON has all processes. Gives the exit status.
+int Tell(const HopboxHandOff::Report& report, bool isSent, const QString& summary);
 }  // namespace DeliveryOutput

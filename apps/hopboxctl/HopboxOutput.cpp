@@ -3,17 +3,7 @@
 #include "apps/hopboxctl/Command.h"
 #include "hopbox/HopboxRegistry.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
-
-namespace
-{
-void PrintDocument(const QJsonDocument& document)
-{
-    Print(QString::fromUtf8(document.toJson(QJsonDocument::Compact)) + QLatin1Char('\n'));
-}
-}  // namespace
 
 QString HopboxOutput::GetShown(const QString& text)
 {
@@ -56,20 +46,16 @@ QJsonObject HopboxOutput::GetJson(const QString& key, const HopboxRecord& record
     return json;
 }
 
-void HopboxOutput::PrintJson(const QJsonObject& object)
-{
-    PrintDocument(QJsonDocument(object));
-}
-
-void HopboxOutput::PrintJson(const QJsonArray& array)
-{
-    PrintDocument(QJsonDocument(array));
-}
-
 int HopboxOutput::FailUnknown(const QString& name)
 {
     PrintError(QStringLiteral("No Hopbox is registered as \"%1\".").arg(GetShown(name)));
-    return cExitFailed;
+    return cCliFailed;
+}
+
+int HopboxOutput::FailTaken(const QString& name)
+{
+    PrintError(QStringLiteral("A Hopbox is registered as \"%1\" already.").arg(GetShown(name)));
+    return cCliFailed;
 }
 
 std::optional<HopboxRecord> HopboxOutput::FindOrFail(const HopboxRegistry& registry, const QString& name,

@@ -8,7 +8,6 @@
 #include <optional>
 
 class HopboxRegistry;
-class QJsonArray;
 class QJsonObject;
 
 // What the commands about Hopboxes print, for people and for programs.
@@ -24,12 +23,9 @@ void PrintTable(const QVector<QStringList>& rows);
 // A record with its key, its values under the names that they have in the registry.
 QJsonObject GetJson(const QString& key, const HopboxRecord& record);
 
-// Prints a document of JSON and ends the line.
-void PrintJson(const QJsonObject& object);
-void PrintJson(const QJsonArray& array);
-
-// Prints that there is no such Hopbox; gives the exit status.
+// Prints that there is no such Hopbox, or that there is one already; gives the exit status.
 int FailUnknown(const QString& name);
+int FailTaken(const QString& name);
 
 // Looks a Hopbox up by its key or its name, and sets `key` to its key. Where there is none, or its record
 // can't be read, prints the error and gives none.

@@ -1,4 +1,3 @@
-#include "apps/hopboxctl/Arguments.h"
 #include "apps/hopboxctl/DamageNotice.h"
 #include "apps/hopboxctl/HopboxCommands.h"
 #include "apps/hopboxctl/HopboxOutput.h"
@@ -10,7 +9,7 @@
 
 namespace
 {
-void PrintAsJson(const HopboxRegistry& registry)
+void SetList(const HopboxRegistry& registry)
 {
     QJsonArray list;
     for (const QString& key : registry.GetKeys()) {
@@ -20,11 +19,10 @@ void PrintAsJson(const HopboxRegistry& registry)
                    : QJsonObject{{QStringLiteral("Key"), key},
                                  {QStringLiteral("Error"), QStringLiteral("The record can't be read.")}});
     }
-    DamageNotice::AddTo(list, registry);
-    HopboxOutput::PrintJson(list);
+    SetResult(list);
 }
 
-void PrintAsTable(const HopboxRegistry& registry)
+void PrintList(const HopboxRegistry& registry)
 {
     QVector<QStringList> rows = {{QStringLiteral("KEY"), QStringLiteral("NAME"),
                                   QStringLiteral("PDF SETTINGS"), QStringLiteral("PLUG-IN"),
@@ -40,20 +38,33 @@ void PrintAsTable(const HopboxRegistry& registry)
         }
     }
     if (rows.size() == 1)
-        Print(QStringLiteral("No Hopbox is registered.\n"));
+        Print(QStringLiteral("You have no Hopbox yet. Make one with \"hopboxctl create\".\n"));
     else
         HopboxOutput::PrintTable(rows);
 }
 
-int Run(const QStringList& texts)
+void PrintNames(const HopboxRegistry& registry)
 {
-    const Arguments arguments(texts, {QStringLiteral("json")});
-    if (!arguments.AreValid() || !arguments.GetRest().isEmpty())
-        return cExitUsage;
+    for (const QString& key : registry.GetKeys()) {
+        const std::optional<HopboxRecord> record = registry.GetRecord(key);
+        Print(HopboxOutput::GetShown(record ? record->GetName(key) : key) + QLatin1Char('\n'));
+    }
+}
+
+int Run(const CliCall& call)
+{
     const HopboxRegistry registry;
-    arguments.Has("json") ? PrintAsJson(registry) : PrintAsTable(registry);
+    SetList(registry);
+    call.Has("names") ? PrintNames(registry) : PrintList(registry);
     return DamageNotice::Tell(registry);
 }
 }  // namespace
 
-const Command cListCommand = {"list", "list [--json]", Run};
+const Command cListCommand = {
+    {"list",
+     "list the Hopboxes",
+     "PLUG-IN is true when the export dialog offers the Hopbox, ACTIVE what the Hopbox says of itself.",
+     {},
+     {{"names", "", "print the names only, one on a line"}},
+     {{"hopboxctl list", "Lists your Hopboxes."}}},
+    Run};

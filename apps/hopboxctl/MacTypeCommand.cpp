@@ -6,10 +6,8 @@
 #include "archive/mac/PcExchange.h"
 #include "foundation/trace/GTrace.h"
 
-#include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 #include <memory>
@@ -20,60 +18,41 @@ using Morvane::PcExchange;
 
 namespace
 {
-struct Call
+void ShowInfo(const MacFileInfo& info, const QString& extension)
 {
-    QString file;
-    QString table;
-    bool asJson = false;
-};
-
-bool ParseCall(const QStringList& arguments, Call* call)
-{
-    QCommandLineParser parser;
-    const QCommandLineOption table(
-        QStringLiteral("table"), QString(), QStringLiteral("FILE"),
-        QCoreApplication::applicationDirPath() + QLatin1String("/Resources/MacFileTypes.xml"));
-    const QCommandLineOption json(QStringLiteral("json"));
-    parser.addOptions({table, json});
-    if (!parser.parse(QStringList(QStringLiteral("mactype")) + arguments))
-        return false;
-    if (parser.positionalArguments().size() != 1)
-        return false;
-    *call = {parser.positionalArguments().first(), parser.value(table), parser.isSet(json)};
-    return true;
-}
-
-void PrintInfo(const MacFileInfo& info, const QString& extension, bool asJson)
-{
-    if (asJson) {
-        const QJsonObject object{{QStringLiteral("type"), info.type},
-                                 {QStringLiteral("creator"), info.creator},
-                                 {QStringLiteral("extension"), extension}};
-        Print(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)) + QLatin1Char('\n'));
-        return;
-    }
+    SetResult(QJsonObject{{QStringLiteral("type"), info.type},
+                          {QStringLiteral("creator"), info.creator},
+                          {QStringLiteral("extension"), extension}});
     Print(QLatin1String("type: ") + info.type + QLatin1String("\ncreator: ") + info.creator +
           QLatin1String("\nextension: ") + extension + QLatin1Char('\n'));
 }
 
-int RunMacType(const QStringList& arguments)
+int RunMacType(const CliCall& call)
 {
-    Call call;
-    if (!ParseCall(arguments, &call))
-        return cExitUsage;
+    const QString file = call.GetArgument(0);
     const auto printer = std::make_shared<ErrorPrinter>();
     GTrace::SetLogger(printer);
-    PcExchange::createPcExchange(call.table);
+    PcExchange::createPcExchange(call.Has("table") ? call.Get("table")
+                                                   : QCoreApplication::applicationDirPath() +
+                                                         QLatin1String("/Resources/MacFileTypes.xml"));
     MacFileInfo info;
-    if (!QFileInfo::exists(call.file))
-        PrintError(QStringLiteral("There is no file '%1'.").arg(call.file));
-    else if (FileExtensionManager::getFileInfo(call.file, &info))
-        PrintInfo(info, FileExtensionManager::getExtension(call.file), call.asJson);
+    if (!QFileInfo::exists(file))
+        PrintError(QStringLiteral("There is no file \"%1\".").arg(file));
+    else if (FileExtensionManager::getFileInfo(file, &info))
+        ShowInfo(info, FileExtensionManager::getExtension(file));
     else if (!printer->hasErrors())
-        PrintError(QStringLiteral("'%1' has no AppleDouble file.").arg(call.file));
+        PrintError(QStringLiteral("\"%1\" has no AppleDouble file.").arg(file));
     const bool isKnown = !info.type.isEmpty() || !info.creator.isEmpty() || !info.finderInfo.isEmpty();
-    return isKnown && !printer->hasErrors() ? cExitDone : cExitFailed;
+    return isKnown && !printer->hasErrors() ? cCliDone : cCliFailed;
 }
 }  // namespace
 
-const Command cMacTypeCommand = {"mactype", "mactype FILE [--table FILE] [--json]", RunMacType};
+const Command cMacTypeCommand = {
+    {"mactype",
+     "print the Mac type and creator of a file",
+     "They stand in the AppleDouble file beside it, \"._\" and its name.",
+     {{"FILE", "the file"}},
+     {{"table", "FILE", "the table of types; the one beside the program without it"}},
+     {{"hopboxctl mactype Logo",
+       "Prints the type, the creator and the file name extension that belongs to them."}}},
+    RunMacType};

@@ -1,42 +1,45 @@
-#include "apps/hopboxctl/Arguments.h"
 #include "apps/hopboxctl/DamageNotice.h"
 #include "apps/hopboxctl/HopboxCommands.h"
 #include "apps/hopboxctl/HopboxOutput.h"
 #include "hopbox/HopboxRegistry.h"
 
 #include <QJsonArray>
-#include <QJsonObject>
 
 namespace
 {
-void PrintOrigins(const HopboxRegistry& registry, bool isJson)
+int Change(const QStringList& origins)
 {
-    const QStringList origins = registry.GetAllowedOrigins();
-    if (isJson) {
-        QJsonArray json = QJsonArray::fromStringList(origins);
-        DamageNotice::AddTo(json, registry);
-        HopboxOutput::PrintJson(json);
-        return;
-    }
-    for (const QString& origin : origins)
-        Print(HopboxOutput::GetShown(origin) + QLatin1Char('\n'));
+    HopboxRegistry registry;
+    registry.SetAllowedOrigins(origins);
+    SetResult(QJsonArray::fromStringList(origins));
+    DamageNotice::Tell(registry);
+    return cCliDone;
 }
 
-int Run(const QStringList& texts)
+int Show()
 {
-    const Arguments arguments(texts, {QStringLiteral("json"), QStringLiteral("none")});
-    const bool isSetting = arguments.Has("none") || !arguments.GetRest().isEmpty();
-    if (!arguments.AreValid() || (arguments.Has("none") && !arguments.GetRest().isEmpty()) ||
-        (isSetting && arguments.Has("json")))
-        return cExitUsage;
-    HopboxRegistry registry;
-    if (isSetting)
-        registry.SetAllowedOrigins(arguments.GetRest());
-    else
-        PrintOrigins(registry, arguments.Has("json"));
-    const int status = DamageNotice::Tell(registry);
-    return isSetting ? cExitDone : status;
+    const HopboxRegistry registry;
+    const QStringList origins = registry.GetAllowedOrigins();
+    SetResult(QJsonArray::fromStringList(origins));
+    for (const QString& origin : origins)
+        Print(HopboxOutput::GetShown(origin) + QLatin1Char('\n'));
+    return DamageNotice::Tell(registry);
+}
+
+int Run(const CliCall& call)
+{
+    if (call.Has("none") && !call.GetArguments().isEmpty())
+        return RefuseCall(QStringLiteral("\"--none\" takes no origins beside it."));
+    return call.Has("none") || !call.GetArguments().isEmpty() ? Change(call.GetArguments()) : Show();
 }
 }  // namespace
 
-const Command cOriginsCommand = {"origins", "origins [VALUE... | --none | --json]", Run};
+const Command cOriginsCommand = {
+    {"origins",
+     "print or set the origins whose requests the Hopboxes' web service allows",
+     "Without an origin it prints those that there are.",
+     {{"ORIGIN", "an origin, as https://example.org; all that are given take the place of those before",
+       CliArgument::Count::cAny}},
+     {{"none", "", "allow none"}},
+     {{"hopboxctl origins https://shop.example", "Allows requests from this one origin only."}}},
+    Run};

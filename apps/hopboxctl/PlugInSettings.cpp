@@ -1,6 +1,6 @@
 #include "apps/hopboxctl/PlugInSettings.h"
 
-#include "apps/hopboxctl/Arguments.h"
+#include "apps/hopboxctl/Command.h"
 #include "apps/hopboxctl/HopboxOutput.h"
 #include "foundation/cli/NearestWord.h"
 #include "foundation/core/GBufferSupport.h"

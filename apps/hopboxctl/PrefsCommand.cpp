@@ -5,87 +5,62 @@
 
 namespace
 {
-struct Call
-{
-    QString file;
-    QStringList get;  // group and key; empty unless asked for
-    QStringList set;  // group, key and value
-    bool asJson = false;
-    bool isShared = false;
-};
-
-// Takes the arguments behind an option as they are, whatever they look like.
-bool TakeValues(const QStringList& arguments, int& at, int count, QStringList& values)
-{
-    const bool areThere = values.isEmpty() && at + count < arguments.size();
-    values = arguments.mid(at + 1, count);
-    at += count;
-    return areThere;
-}
-
-bool ParseCall(const QStringList& arguments, Call& call)
-{
-    bool isValid = true;
-    for (int at = 0; at < arguments.size() && isValid; ++at) {
-        const QString& argument = arguments.at(at);
-        if (argument == QLatin1String("--json"))
-            call.asJson = true;
-        else if (argument == QLatin1String("--shared"))
-            call.isShared = true;
-        else if (argument == QLatin1String("--get"))
-            isValid = TakeValues(arguments, at, 2, call.get);
-        else if (argument == QLatin1String("--set"))
-            isValid = TakeValues(arguments, at, 3, call.set);
-        else if (call.file.isEmpty() && !argument.startsWith(QLatin1String("--")))
-            call.file = argument;
-        else
-            isValid = false;
-    }
-    const bool isPrint = call.get.isEmpty() && call.set.isEmpty();
-    return isValid && !call.file.isEmpty() && (call.get.isEmpty() || call.set.isEmpty()) &&
-           (isPrint || !call.asJson) && (!call.set.isEmpty() || !call.isShared);
-}
-
 int Get(const PrefsFile& file, const QString& group, const QString& key)
 {
     const QString* const value = file.Find(group, key);
     if (value == nullptr) {
-        PrintError(QStringLiteral("there is no '%2' in group '%1'").arg(group, key));
-        return cExitFailed;
+        PrintError(QStringLiteral("There is no \"%2\" in the group \"%1\".").arg(group, key));
+        return cCliFailed;
     }
+    SetResult(*value);
     Print(*value + QLatin1Char('\n'));
-    return cExitDone;
+    return cCliDone;
 }
 
-int Read(const Call& call)
+int Show(const PrefsFile& file)
 {
-    const PrefsFile file(call.file);
-    int status = cExitDone;
-    if (!call.get.isEmpty())
-        status = Get(file, call.get.at(0), call.get.at(1));
-    else
-        Print(call.asJson ? PrefsOutput::GetJson(file.GetGroups()) : PrefsOutput::GetText(file.GetGroups()));
+    SetResult(PrefsOutput::GetJson(file.GetGroups()));
+    Print(PrefsOutput::GetText(file.GetGroups()));
+    return cCliDone;
+}
+
+int Read(const CliCall& call)
+{
+    const PrefsFile file(call.GetArgument(0));
+    const QStringList wanted = call.GetAll("get");
+    const int status = wanted.isEmpty() ? Show(file) : Get(file, wanted.at(0), wanted.at(1));
     if (!file.IsDamaged())
         return status;
     PrintError(file.DescribeDamage());
-    return cExitFailed;
+    return cCliFailed;
 }
 
-int RunPrefs(const QStringList& arguments)
+int RunPrefs(const CliCall& call)
 {
-    Call call;
-    if (!ParseCall(arguments, call))
-        return cExitUsage;
-    if (call.set.isEmpty())
+    const QStringList set = call.GetAll("set");
+    if (call.Has("get") && call.Has("set"))
+        return RefuseCall(QStringLiteral("\"--get\" and \"--set\" don't go together."));
+    if (call.GetAll("get").size() > 2 || set.size() > 3)
+        return RefuseCall(QStringLiteral("One \"--get\" or \"--set\" at a time."));
+    if (call.Has("shared") && !call.Has("set"))
+        return RefuseCall(QStringLiteral("\"--shared\" goes with \"--set\" only."));
+    if (!call.Has("set"))
         return Read(call);
-    PrefsFile::Set(call.file, call.set.at(0), call.set.at(1), call.set.at(2),
-                   call.isShared ? PrefsFile::Access::cShared : PrefsFile::Access::cOwn);
-    return cExitDone;
+    PrefsFile::Set(call.GetArgument(0), set.at(0), set.at(1), set.at(2),
+                   call.Has("shared") ? PrefsFile::Access::cShared : PrefsFile::Access::cOwn);
+    return cCliDone;
 }
 }  // namespace
 
-const Command cPrefsCommand = {"prefs",
-                               "prefs FILE [--json]\n"
-                               "prefs FILE --get GROUP KEY\n"
-                               "prefs FILE --set GROUP KEY VALUE [--shared]",
-                               RunPrefs};
+const Command cPrefsCommand = {
+    {"prefs",
+     "print or change a settings file",
+     "It prints groups and keys in their order, with dictionaries and lists unfolded. A damaged file is "
+     "printed as far "
+     "as it can be read, and never changed.",
+     {{"FILE", "the settings file"}},
+     {{"get", "GROUP KEY", "print this value only"},
+      {"set", "GROUP KEY VALUE", "set this value; the file is made where there is none"},
+      {"shared", "", "change the file under its lock, as programs that share it do"}},
+     {{"hopboxctl prefs General.uprefs --get General Language", "Prints the language that is set."}}},
+    RunPrefs};

@@ -6,7 +6,6 @@
 #include "foundation/prefs/PrefMarkers.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 #include <map>
@@ -149,10 +148,10 @@ QString PrefsOutput::GetText(const GPrefGroups& groups)
     return output.GetText();
 }
 
-QString PrefsOutput::GetJson(const GPrefGroups& groups)
+QJsonObject PrefsOutput::GetJson(const GPrefGroups& groups)
 {
     QJsonObject document;
     for (const auto& group : GetSorted(groups))
         document.insert(group.first, GetJsonObject(*group.second));
-    return QString::fromUtf8(QJsonDocument(document).toJson());
+    return document;
 }

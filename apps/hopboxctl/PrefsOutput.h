@@ -2,6 +2,7 @@
 
 #include "foundation/prefs/GPrefGroups.h"
 
+#include <QJsonObject>
 #include <QString>
 
 // The content of a settings file for people and for programs. Groups and keys come sorted; values that hold a
@@ -16,5 +17,5 @@ QString GetShownName(const GBuffer& name);
 QString GetText(const GPrefGroups& groups);
 
 // One object of groups, each an object of keys; dictionaries are objects, lists are arrays.
-QString GetJson(const GPrefGroups& groups);
+QJsonObject GetJson(const GPrefGroups& groups);
 }  // namespace PrefsOutput

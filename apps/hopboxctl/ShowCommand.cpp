@@ -1,4 +1,3 @@
-#include "apps/hopboxctl/Arguments.h"
 #include "apps/hopboxctl/DamageNotice.h"
 #include "apps/hopboxctl/HopboxCommands.h"
 #include "apps/hopboxctl/HopboxOutput.h"
@@ -8,35 +7,27 @@
 
 namespace
 {
-void Show(const HopboxRegistry& registry, const QString& key, const HopboxRecord& record, bool isJson)
+int Run(const CliCall& call)
 {
-    if (isJson) {
-        QJsonObject json = HopboxOutput::GetJson(key, record);
-        DamageNotice::AddTo(json, registry);
-        HopboxOutput::PrintJson(json);
-        return;
-    }
-    QVector<QStringList> rows = {{QStringLiteral("Key"), key}};
-    for (const auto& value : record.GetValues())
-        rows.append({value.first, value.second});
-    HopboxOutput::PrintTable(rows);
-}
-
-int Run(const QStringList& texts)
-{
-    const Arguments arguments(texts, {QStringLiteral("json")});
-    if (!arguments.AreValid() || arguments.GetRest().size() != 1)
-        return cExitUsage;
     const HopboxRegistry registry;
     const int status = DamageNotice::Tell(registry);
     QString key;
-    const std::optional<HopboxRecord> record =
-        HopboxOutput::FindOrFail(registry, arguments.GetRest().first(), key);
+    const std::optional<HopboxRecord> record = HopboxOutput::FindOrFail(registry, call.GetArgument(0), key);
     if (!record)
-        return cExitFailed;
-    Show(registry, key, *record, arguments.Has("json"));
+        return cCliFailed;
+    SetResult(HopboxOutput::GetJson(key, *record));
+    QVector<QStringList> rows = {{QStringLiteral("Key"), key}};
+    for (const auto& value : record->GetValues())
+        rows.append({value.first, value.second});
+    HopboxOutput::PrintTable(rows);
     return status;
 }
 }  // namespace
 
-const Command cShowCommand = {"show", "show NAME [--json]", Run};
+const Command cShowCommand = {{"show",
+                               "print what the registry holds of a Hopbox",
+                               "",
+                               {{"NAME", "the Hopbox"}},
+                               {},
+                               {{"hopboxctl show Press", "Prints the fields of the Hopbox \"Press\"."}}},
+                              Run};

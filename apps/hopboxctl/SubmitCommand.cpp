@@ -1,4 +1,3 @@
-#include "apps/hopboxctl/Arguments.h"
 #include "apps/hopboxctl/DamageNotice.h"
 #include "apps/hopboxctl/DeliveryOutput.h"
 #include "apps/hopboxctl/HopboxCommands.h"
@@ -16,49 +15,55 @@ bool IsFileURL(const QString& text)
     return text.startsWith(QLatin1String("file:"), Qt::CaseInsensitive);
 }
 
+bool IsThere(const QString& path)
+{
+    return !path.isEmpty() && QFileInfo::exists(path);
+}
+
 // The location for the ticket; empty when there is no such file or folder.
 QString GetJobLocation(const QString& path)
 {
     if (IsFileURL(path))
-        return path;
-    const QFileInfo file(path);
-    if (path.isEmpty() || !file.exists())
+        return IsThere(QUrl(path).toLocalFile()) ? path : QString();
+    if (!IsThere(path))
         return {};
-    const QString absolute = QDir::cleanPath(file.absoluteFilePath());
+    const QString absolute = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
     // A ticket's text can't carry a line break, the URL of the path can.
     if (absolute.contains(QLatin1Char('\n')) || absolute.contains(QLatin1Char('\r')))
         return QString::fromLatin1(QUrl::fromLocalFile(absolute).toEncoded());
     return QDir::toNativeSeparators(absolute);
 }
 
-int Submit(const QString& printerName, const QString& location, DeliveryOutput::Form form)
+int Submit(const QString& printerName, const QString& location)
 {
     HopboxHandOff::Report report;
     const bool isSent = HopboxHandOff::SubmitJob(printerName, location, &report);
-    const QString summary = QStringLiteral("No running Hopbox took the job. Start the Hopbox and try again.");
-    return DeliveryOutput::Print(report, isSent, summary, form);
+    return DeliveryOutput::Tell(
+        report, isSent, QStringLiteral("No running Hopbox took the job. Start the Hopbox and try again."));
 }
 
-int Run(const QStringList& texts)
+int Run(const CliCall& call)
 {
-    const Arguments arguments(texts, {QStringLiteral("json")});
-    if (!arguments.AreValid() || arguments.GetRest().size() != 2)
-        return cExitUsage;
-    const HopboxRegistry registry;
-    DamageNotice::Tell(registry);
     QString key;
-    const std::optional<HopboxRecord> record =
-        HopboxOutput::FindOrFail(registry, arguments.GetRest().first(), key);
+    const HopboxRegistry registry;
+    const std::optional<HopboxRecord> record = HopboxOutput::FindOrFail(registry, call.GetArgument(0), key);
+    DamageNotice::Tell(registry);
     if (!record)
-        return cExitFailed;
-    const QString location = GetJobLocation(arguments.GetRest().last());
+        return cCliFailed;
+    const QString location = GetJobLocation(call.GetArgument(1));
     if (!location.isEmpty())
-        return Submit(record->GetName(key), location,
-                      arguments.Has("json") ? DeliveryOutput::Form::Json : DeliveryOutput::Form::Text);
+        return Submit(record->GetName(key), location);
     PrintError(QStringLiteral("There is no file or folder \"%1\".")
-                   .arg(HopboxOutput::GetShown(arguments.GetRest().last())));
-    return cExitFailed;
+                   .arg(HopboxOutput::GetShown(call.GetArgument(1))));
+    return cCliFailed;
 }
 }  // namespace
 
-const Command cSubmitCommand = {"submit", "submit NAME PATH [--json]", Run};
+const Command cSubmitCommand = {
+    {"submit",
+     "send a file or folder to a Hopbox",
+     "The running receivers take it as if the plug-in had sent it.",
+     {{"NAME", "the Hopbox"}, {"PATH", "the file or folder; a file URL too"}},
+     {},
+     {{"hopboxctl submit Press Report.pdf", "Sends a PDF to the Hopbox \"Press\"."}}},
+    Run};

@@ -1,10 +1,11 @@
 #include "apps/hopboxctl/ZipCommand.h"
 
 #include "apps/hopboxctl/ErrorPrinter.h"
-#include "apps/hopboxctl/Terminal.h"
 #include "archive/ZipHelper.h"
+#include "foundation/cli/CliConsole.h"
 
-#include <QCommandLineParser>
+#include <QJsonArray>
+#include <QJsonObject>
 
 #include <algorithm>
 #include <cstdio>
@@ -38,7 +39,7 @@ public:
     }
 
 private:
-    const bool mIsSeen = IsErrorTerminal();
+    const bool mIsSeen = CliConsole::IsErrorTerminal();
     int mPercent = -1;
 };
 
@@ -64,31 +65,44 @@ public:
 
 int getStatus(bool isDone)
 {
-    return isDone ? cExitDone : cExitFailed;
+    return isDone ? cCliDone : cCliFailed;
 }
 
-int listArchive(const QString& archive)
+QJsonObject getJson(const ZipEntry& entry)
+{
+    return {{QStringLiteral("name"), entry.name},
+            {QStringLiteral("size"), entry.size},
+            {QStringLiteral("modified"), entry.getModified().toString(Qt::ISODate)},
+            {QStringLiteral("isEncrypted"), entry.isEncrypted()}};
+}
+
+int listArchive(const CliCall& call)
 {
     ZipErrorPrinter printer;
     ZipRun run;
     run.log = &printer;
     QVector<ZipEntry> entries;
-    const bool isWhole = ZipHelper::getEntryList(archive, entries, run);
+    const bool isWhole = ZipHelper::getEntryList(call.GetArgument(0), entries, run);
+    QJsonArray json;
     for (const ZipEntry& entry : entries) {
+        json.append(getJson(entry));
         const QString moment = entry.getModified().toString(QStringLiteral("yyyy-MM-dd HH:mm"));
         const QString size = QString::number(entry.size);
         const QLatin1String mark(entry.isEncrypted() ? "*" : " ");
         Print(QStringLiteral("%1  %2 %3%4\n")
                   .arg(size.rightJustified(12), moment.leftJustified(16), mark, makePrintable(entry.name)));
     }
+    SetResult(json);
     return getStatus(isWhole);
 }
 
-int extractArchive(const QStringList& arguments, const QString& password, ZipPaths paths)
+int extractArchive(const CliCall& call)
 {
-    const QString archive = arguments.at(0);
-    const QString folder = arguments.at(1);
-    const QStringList names = arguments.mid(2);
+    const QString archive = call.GetArgument(0);
+    const QString folder = call.GetArgument(1);
+    const QStringList names = call.GetArguments().mid(2);
+    const QString password = call.Get("password");
+    const ZipPaths paths = call.Has("without-paths") ? ZipPaths::Drop : ZipPaths::Keep;
     ZipErrorPrinter printer;
     ProgressBar bar;
     ZipRun run;
@@ -102,61 +116,62 @@ int extractArchive(const QStringList& arguments, const QString& password, ZipPat
                          : ZipHelper::extractFiles(archive, names, folder, paths, password, 0, run));
 }
 
-int createArchive(const QStringList& arguments, const QString& password, int level, ZipNames names)
+int createArchive(const CliCall& call)
 {
+    bool isNumber = true;
+    const int level = call.Has("level") ? call.Get("level").toInt(&isNumber) : cDefaultLevel;
+    if (!isNumber || level < 0 || level > ZipArchiver::cBestLevel)
+        return RefuseCall(QStringLiteral("\"--level\" takes a number from 0 to %1, not \"%2\".")
+                              .arg(ZipArchiver::cBestLevel)
+                              .arg(call.Get("level")));
     ZipErrorPrinter printer;
     QStringList leftOut;
     ZipRun run;
     run.log = &printer;
     run.leftOut = &leftOut;
-    ZipArchiver archiver(arguments.first());
+    ZipArchiver archiver(call.GetArgument(0));
     archiver.setLogInterface(&printer);
-    const QStringList items = arguments.mid(1);
+    const QStringList items = call.GetArguments().mid(1);
+    const ZipNames names = call.Has("name-field") ? ZipNames::NameField : ZipNames::Plain;
     const auto addItem = [&](const QString& item) {
         return ZipHelper::addItem(archiver, item, QString(), names, run);
     };
-    const bool isDone = archiver.StartWriting(ZipStart::Create, password, level) &&
+    const bool isDone = archiver.StartWriting(ZipStart::Create, call.Get("password"), level) &&
                         std::all_of(items.begin(), items.end(), addItem) && ZipHelper::finish(archiver, run);
     return getStatus(isDone && leftOut.isEmpty());
 }
 
-// The options that an action knows, and how its call goes on.
-bool parse(QCommandLineParser& parser, const QStringList& arguments, const QList<QCommandLineOption>& options,
-           int leastRest)
-{
-    parser.addOptions(options);
-    return parser.parse(arguments) && parser.positionalArguments().size() >= leastRest;
-}
-
-int runZip(const QStringList& arguments)
-{
-    const QCommandLineOption password(QStringLiteral("password"), QString(), QStringLiteral("P"));
-    const QCommandLineOption withoutPaths(QStringLiteral("without-paths"));
-    const QCommandLineOption level(QStringLiteral("level"), QString(), QStringLiteral("N"),
-                                   QString::number(cDefaultLevel));
-    const QCommandLineOption nameField(QStringLiteral("name-field"));
-    const QString action = arguments.value(0);
-    QCommandLineParser parser;
-    // What the parser takes for the program's name is the action.
-    if (action == QLatin1String("list") && parse(parser, arguments, {}, 1))
-        return parser.positionalArguments().size() == 1 ? listArchive(parser.positionalArguments().first())
-                                                        : cExitUsage;
-    if (action == QLatin1String("extract") && parse(parser, arguments, {password, withoutPaths}, 2))
-        return extractArchive(parser.positionalArguments(), parser.value(password),
-                              parser.isSet(withoutPaths) ? ZipPaths::Drop : ZipPaths::Keep);
-    if (action == QLatin1String("create") && parse(parser, arguments, {password, level, nameField}, 2)) {
-        bool isNumber = false;
-        const int number = parser.value(level).toInt(&isNumber);
-        if (isNumber && number >= 0 && number <= ZipArchiver::cBestLevel)
-            return createArchive(parser.positionalArguments(), parser.value(password), number,
-                                 parser.isSet(nameField) ? ZipNames::NameField : ZipNames::Plain);
-    }
-    return cExitUsage;
-}
+const CliOption cPassword = {"password", "TEXT",
+                             "the password; everyone on this computer can see it while the command runs"};
 }  // namespace
 
-const Command cZipCommand = {"zip",
-                             "zip list ARCHIVE\n"
-                             "zip extract ARCHIVE DIR [--password P] [--without-paths] [NAME...]\n"
-                             "zip create ARCHIVE PATH... [--password P] [--level N] [--name-field]",
-                             runZip};
+const Command cZipListCommand = {
+    {"zip list",
+     "list what an archive holds",
+     "A line has the size in bytes, the time of the last change, \"*\" for a protected entry, and the name.",
+     {{"ARCHIVE", "the zip archive"}},
+     {},
+     {{"hopboxctl zip list Package.zip", "Lists the entries of the archive."}}},
+    listArchive};
+
+const Command cZipExtractCommand = {
+    {"zip extract",
+     "extract an archive, or some of its entries",
+     "",
+     {{"ARCHIVE", "the zip archive"},
+      {"DIR", "the folder for what it holds; made when it is missing"},
+      {"ENTRY", "an entry to extract; all without one", CliArgument::Count::cAny}},
+     {cPassword, {"without-paths", "", "put every file straight into the folder"}},
+     {{"hopboxctl zip extract Package.zip out", "Extracts the archive into the folder \"out\"."}}},
+    extractArchive};
+
+const Command cZipCreateCommand = {
+    {"zip create",
+     "make an archive of files and folders",
+     "An archive that is there is replaced when the new one is whole.",
+     {{"ARCHIVE", "the zip archive"}, {"PATH", "a file or a folder", CliArgument::Count::cSome}},
+     {cPassword,
+      {"level", "N", "0 (stored) to 9 (smallest); 6 without it"},
+      {"name-field", "", "write names in the form of project archives, which few other programs read"}},
+     {{"hopboxctl zip create Package.zip Package", "Packs the folder \"Package\"."}}},
+    createArchive};

@@ -2,5 +2,7 @@
 
 #include "apps/hopboxctl/Command.h"
 
-// "zip": lists, extracts and creates archives.
-extern const Command cZipCommand;
+// What hopboxctl does with zip archives.
+extern const Command cZipListCommand;
+extern const Command cZipExtractCommand;
+extern const Command cZipCreateCommand;

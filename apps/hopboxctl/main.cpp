@@ -2,7 +2,9 @@
 #include "apps/hopboxctl/HopboxCommands.h"
 #include "apps/hopboxctl/MacTypeCommand.h"
 #include "apps/hopboxctl/PrefsCommand.h"
+#include "apps/hopboxctl/Program.h"
 #include "apps/hopboxctl/ZipCommand.h"
+#include "foundation/cli/CliMain.h"
 
 #include <QCoreApplication>
 
@@ -11,46 +13,72 @@
 
 namespace
 {
-// Every command, in the order of the usage text. A command lives in a file of its own.
-const std::vector<Command>& GetCommands()
+// Every command, in the order of the help.
+const std::vector<const Command*>& GetCommands()
 {
-    static const std::vector<Command> commands = {
-        cCreateCommand,  cListCommand,   cShowCommand,   cSetCommand,     cRemoveCommand, cCheckCommand,
-        cOriginsCommand, cSubmitCommand, cNotifyCommand, cMacTypeCommand, cPrefsCommand,  cZipCommand};
+    static const std::vector<const Command*> commands = {
+        &cCreateCommand, &cListCommand,    &cShowCommand,    &cCheckCommand,      &cSetCommand,
+        &cRenameCommand, &cRemoveCommand,  &cRestoreCommand, &cDeleteCommand,     &cSubmitCommand,
+        &cNotifyCommand, &cOriginsCommand, &cZipListCommand, &cZipExtractCommand, &cZipCreateCommand,
+        &cPrefsCommand,  &cMacTypeCommand};
     return commands;
 }
 
-QString GetUsage()
+CliProgram MakeDescription()
 {
-    QString usage = QStringLiteral("usage:\n");
-    for (const Command& command : GetCommands()) {
-        for (const QString& line : QString::fromUtf8(command.usage).split(QLatin1Char('\n')))
-            usage += QLatin1String("  hopboxctl ") + line + QLatin1Char('\n');
+    CliProgram program = {
+        "hopboxctl",
+        "makes Hopboxes and looks after them",
+        "A Hopbox is a named set of PDF settings with a program on your computer that receives the files. "
+        "A NAME is a Hopbox's name or its key, as \"hopboxctl list\" shows them.",
+        {},
+        {{"answers in JSON",
+          "Every command takes --json. It then prints one line, an object with these keys:\n\n"
+          "  ok        whether the exit status is 0\n"
+          "  result    what the command found out; null where there is nothing\n"
+          "  errors    the errors, as on standard error\n"
+          "  warnings  what is worth knowing though nothing failed\n"
+          "  damaged   only when the registry is damaged: where, and where a copy is"},
+         {"exit status",
+          "  0  done\n"
+          "  1  failed; standard error says why\n"
+          "  2  the call was wrong; standard error names the wrong word"},
+         {"environment",
+          "  MORVANE_ROOT    a folder for everything that belongs to Hopboxes, in place of your own\n"
+          "  NO_COLOR        when set, nothing is printed bold\n"
+          "  CLICOLOR_FORCE  when set, headings are bold even when no terminal shows them"}}};
+    for (const Command* command : GetCommands()) {
+        program.commands.push_back(command->description);
+        program.commands.back().options.push_back({"json", "", "print the answer as JSON"});
     }
-    return usage;
+    return program;
 }
 
-int RunCommand(const Command& command, const QStringList& arguments)
+int RunCommand(const CliCall& call)
 {
+    const CliProgram& program = Program::GetDescription();
+    const auto place = static_cast<size_t>(call.GetCommand() - program.commands.data());
     try {
-        return command.run(arguments);
+        return GetCommands().at(place)->run(call);
     } catch (const std::exception& error) {
         PrintError(QString::fromUtf8(error.what()));
-        return cExitFailed;
+        return cCliFailed;
     }
 }
 }  // namespace
 
+const CliProgram& Program::GetDescription()
+{
+    static const CliProgram program = MakeDescription();
+    return program;
+}
+
 int main(int argc, char** argv)
 {
-    QCoreApplication application(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments().mid(1);
-    int status = cExitUsage;
-    for (const Command& command : GetCommands()) {
-        if (!arguments.isEmpty() && arguments.first() == QLatin1String(command.name))
-            status = RunCommand(command, arguments.mid(1));
-    }
-    if (status == cExitUsage)
-        PrintError(QLatin1String("wrong call\n") + GetUsage());
-    return status;
+    const QCoreApplication application(argc, argv);
+    CliCall call;
+    if (const std::optional<int> status = AnswerCli(Program::GetDescription(), argc, argv, call))
+        return *status;
+    Program::BeginAnswer(call);
+    return Program::FinishAnswer(RunCommand(call));
 }

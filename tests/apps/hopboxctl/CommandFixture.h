@@ -2,6 +2,9 @@
 
 #include "tests/support/Test.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 
 // Runs the real hopboxctl in a sandbox of its own, and keeps what it says with LF at the ends of lines.
@@ -21,6 +24,10 @@ protected:
         mError = process.readAllStandardError().replace("\r\n", "\n");
         return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
     }
+
+    // What the last command answered with --json.
+    QJsonObject GetAnswer() const { return QJsonDocument::fromJson(mOutput).object(); }
+    QJsonValue GetResult() const { return GetAnswer().value("result"_q); }
 
     Sandbox mSandbox;
     QByteArray mOutput;

@@ -3,9 +3,7 @@
 #include "CommandFixture.h"
 #include "tests/support/PrinterProcessor.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include <array>
 
 namespace
 {
@@ -23,9 +21,8 @@ protected:
 
     int Create(const QString& name) { return Run({"create"_q, name, "--job-options"_q, "a.joboptions"_q}); }
 
-    // What the last command printed as JSON.
-    QJsonObject GetObject() const { return QJsonDocument::fromJson(mOutput).object(); }
-    QJsonArray GetArray() const { return QJsonDocument::fromJson(mOutput).array(); }
+    QJsonObject GetObject() const { return GetResult().toObject(); }
+    QJsonArray GetArray() const { return GetResult().toArray(); }
     QString GetText(const char* key) const { return GetObject().value(QLatin1String(key)).toString(); }
 
     QString GetAppData(const char* relative) const { return GetPath("AppData/") + QLatin1String(relative); }
@@ -60,8 +57,8 @@ TEST_F(HopboxCommands, EveryCommandSaysWhatItDidByItsStatusAndMessage)
         const char* output;  // what is on standard output, or part of it; empty for nothing
         const char* error;
     } cases[] = {
-        {"list", 0, "No Hopbox is registered.\n", ""},
-        {"list|--json", 0, "[]\n", ""},
+        {"list", 0, "You have no Hopbox yet. Make one with \"hopboxctl create\".\n", ""},
+        {"list|--json", 0, "{\"errors\":[],\"ok\":true,\"result\":[],\"warnings\":[]}\n", ""},
         {"notify", 1, "", "No running Hopbox could be reached.\n"},
         {"notify|--own", 1, "", "No running Hopbox could be reached.\n"},
         {"create|Press|--job-options|none", 1, "", "there is no file \"none\""},
@@ -80,15 +77,30 @@ TEST_F(HopboxCommands, EveryCommandSaysWhatItDidByItsStatusAndMessage)
          ""},
         {"set|Press|PDFSettings=x\x1b[1m|IsActive=false", 0, "", ""},
         {"list", 0, "  Press  x\\x1b[1m      true     false\n", ""},
+        {"remove|Press", 0, "", ""},
+        {"list", 0, "  false    false\n", ""},
+        {"check|Press", 0, "Note         The export dialog does not list the Hopbox.", ""},
+        {"restore|Press", 0, "", ""},
+        {"list", 0, "  true     false\n", ""},
+        {"rename|Press|Coated", 0, "", ""},
+        {"create|Other|--job-options=a.joboptions", 0, "\n", ""},
+        {"rename|Other|Coated", 1, "", "registered as \"Coated\" already"},
+        {"list|--names", 0, "Coated\n", ""},
+        {"delete|Other", 0, "", ""},
+        {"show|Coated", 0, "HopboxName        Coated\n", ""},
+        {"rename|Coated|Coated", 0, "", ""},
+        {"rename|Coated|a\nb", 1, "", "may hold no line break"},
+        {"rename|Coated|Press", 0, "", ""},
+        {"submit|Press|file:///none", 1, "", "There is no file or folder \"file:///none\".\n"},
         {"submit|Press|none", 1, "", "There is no file or folder \"none\".\n"},
         {"submit|Press|a.joboptions", 1, "", "No running Hopbox took the job."},
         {"origins", 0, "", ""},
         {"origins|https://a.example|*", 0, "", ""},
         {"origins", 0, "https://a.example\n*\n", ""},
         {"origins|--none", 0, "", ""},
-        {"origins|--json", 0, "[]\n", ""},
-        {"remove|Press", 0, "", ""},
-        {"list", 0, "No Hopbox is registered.\n", ""},
+        {"origins|--json", 0, "\"result\":[]", ""},
+        {"delete|Press", 0, "", ""},
+        {"list", 0, "You have no Hopbox yet.", ""},
     };
     for (const auto& test : cases) {
         SCOPED_TRACE(test.arguments);
@@ -98,18 +110,46 @@ TEST_F(HopboxCommands, EveryCommandSaysWhatItDidByItsStatusAndMessage)
         EXPECT_EQ(mError.isEmpty(), *test.error == '\0') << mError.toStdString();
         EXPECT_TRUE(mError.contains(test.error)) << mError.toStdString();
     }
-    for (const char* call : {"show|Press", "check|Press", "remove|Press", "set|Press|IsPlugin=true",
-                             "submit|Press|a.joboptions"}) {
+    for (const char* call :
+         {"show|Press", "check|Press", "delete|Press", "remove|Press", "restore|Press", "rename|Press|New",
+          "set|Press|IsPlugin=true", "set|Press|--setting|Trim=true", "submit|Press|a.joboptions"}) {
         EXPECT_EQ(Run(call), 1) << call;
         EXPECT_EQ(mOutput + mError, "hopboxctl: No Hopbox is registered as \"Press\".\n");
     }
-    for (const char* call :
-         {"create", "create|Press", "create|Press|--job-options", "create||--job-options|a.joboptions",
-          "create|Press|--job-options|a.joboptions|--setting|=x", "create|Press|x|--job-options|a.joboptions",
-          "list|x", "list|--xml", "show", "set|Press", "set|Press|ActorName=x", "set|Press|IsPlugin=True",
-          "remove", "check", "origins|x|--none", "submit|Press", "notify|x"}) {
-        EXPECT_EQ(Run(call), 2) << call;
-        EXPECT_TRUE(mOutput.isEmpty() && mError.contains("usage:")) << call;
+    EXPECT_EQ(Run("show|Press|--json"), 1);
+    EXPECT_EQ(GetAnswer().value("ok"_q), QJsonValue(false));
+    EXPECT_EQ(GetAnswer().value("errors"_q), QJsonArray{"No Hopbox is registered as \"Press\"."_q});
+    const struct
+    {
+        const char *arguments, *error;
+    } wrong[] = {
+        {"create", "NAME is missing."},
+        {"create||--job-options|a.joboptions", "NAME is missing."},
+        {"create|Press", "--job-options FILE is missing."},
+        {"create|Press|--job-options", "\"--job-options\" needs a value: --job-options FILE."},
+        {"create|Press|x|--job-options|a.joboptions", "Unexpected \"x\"."},
+        {"create|Press|--joboptions=a",
+         "There is no option \"--joboptions\". Did you mean \"--job-options\"?"},
+        {"list|x", "Unexpected \"x\"."},
+        {"list|--xml", "There is no option \"--xml\"."},
+        {"list|--json=yes", "\"--json\" takes no value."},
+        {"set|Press", "There is nothing to set"},
+        {"set|Press|ActorName=x", "no field \"ActorName\" that can be set. The fields are ApplicationPath, "},
+        {"set|Press|IsActiv=true", "Did you mean \"IsActive\"?"},
+        {"set|Press|IsPlugin=True", "\"IsPlugin\" takes true or false, not \"True\"."},
+        {"set|Press|--setting|Trim=on", "It takes true or false."},
+        {"origins|x|--none", "\"--none\" takes no origins"},
+        {"submit|Press", "PATH is missing."},
+        {"crate|Press", "There is no command \"crate\". Did you mean \"create\"?"},
+        {"zip|lst",
+         "There is no command \"lst\" in \"zip\": it has list, extract, create. Did you mean \"list\"?"},
+        {"--json|list", "There is no option \"--json\" before a command."},
+    };
+    for (const auto& test : wrong) {
+        EXPECT_EQ(Run(test.arguments), 2) << test.arguments;
+        EXPECT_TRUE(mOutput.isEmpty() && mError.startsWith("hopboxctl: ") && mError.contains(test.error) &&
+                    mError.endsWith(" --help\" tells how to call it.\n"))
+            << test.arguments << ": " << mError.toStdString();
     }
 }
 
@@ -151,8 +191,8 @@ TEST_F(HopboxCommands, AHopboxThatCouldNotExportIsNotMade)
         EXPECT_EQ(Run(QByteArray("create|Press|--job-options|a.joboptions|--setting|") + test.setting), 2);
         EXPECT_TRUE(mOutput.isEmpty() && mError.contains(test.error)) << mError.toStdString();
     }
-    EXPECT_EQ(Run("list"), 0);
-    EXPECT_EQ(mOutput, "No Hopbox is registered.\n");
+    EXPECT_EQ(Run("list|--json"), 0);
+    EXPECT_TRUE(GetArray().isEmpty());
 }
 
 TEST_F(HopboxCommands, AHopboxOfAnyNameIsMadeInAFolderOfItsOwnAndGoesWithIt)
@@ -178,7 +218,7 @@ TEST_F(HopboxCommands, AHopboxOfAnyNameIsMadeInAFolderOfItsOwnAndGoesWithIt)
     ASSERT_EQ(Run("list|--json"), 0);
     EXPECT_EQ(GetArray().size(), cOddNames.size());
     for (const QString& name : cOddNames)
-        EXPECT_EQ(Run({"remove"_q, name}), 0);
+        EXPECT_EQ(Run({"delete"_q, name}), 0);
     EXPECT_EQ(QDir(settings).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
               QStringList());
     EXPECT_TRUE(ReadTree(GetPath("Temp")).isEmpty());
@@ -208,13 +248,13 @@ TEST_F(HopboxCommands, CheckTellsWhatIsWrong)
 
     WriteFile(archive, "no archive");
     EXPECT_EQ(Run("check|Press|--json"), 1);
-    EXPECT_EQ(GetObject().value(QLatin1String("Problems")).toArray().size(), 2);
+    EXPECT_EQ(GetAnswer().value("errors"_q).toArray().size(), 2);
     EXPECT_TRUE(mError.contains("Can't open zip archive")) << mError.toStdString();
 
     ASSERT_TRUE(QFile::remove(archive));
     EXPECT_EQ(Run("check|Press"), 1);
     EXPECT_TRUE(mError.contains("There is no project archive")) << mError.toStdString();
-    EXPECT_EQ(Run("remove|Press"), 0);
+    EXPECT_EQ(Run("delete|Press"), 0);
 }
 
 TEST_F(HopboxCommands, CheckTellsOfAHopboxThatCannotExport)
@@ -235,7 +275,7 @@ TEST_F(HopboxCommands, CheckTellsOfAHopboxThatCannotExport)
     ASSERT_EQ(Run("zip|create|odd.zip|Project|PrinterFiles"), 0) << mError.toStdString();
     ASSERT_EQ(Run({"set"_q, "Press"_q, "ContextFilePath="_q + GetPath("odd.zip")}), 0);
     EXPECT_EQ(Run("check|Press|--json"), 1);
-    const QJsonArray problems = GetObject().value(QLatin1String("Problems")).toArray();
+    const QJsonArray problems = GetAnswer().value("errors"_q).toArray();
     ASSERT_EQ(problems.size(), 1);
     EXPECT_TRUE(
         problems.at(0).toString().startsWith("The job options \"Old.joboptions\" can't be used: at"_q));
@@ -246,14 +286,77 @@ TEST_F(HopboxCommands, CheckTellsOfAHopboxThatCannotExport)
             "The plug-in passes over a setting. The setting \"Bleed\" can't be \"on\". It takes true or false."_q}));
 }
 
-TEST_F(HopboxCommands, AForeignArchiveStaysWhenItsHopboxIsRemoved)
+TEST_F(HopboxCommands, AForeignArchiveStaysWhenItsHopboxIsDeleted)
 {
-    const QString archive = GetPath("own.zip");
-    WriteFile(archive, "x");
+    const QString settings = GetAppData("Morvane/Hopbox/Cache/Settings");
+    for (const QString& archive : {GetPath("own.zip"), GetPath("Own/Project.hopbox"),
+                                   settings + "/Own/Own.zip"_q, settings + "/Own/Deep/Project.hopbox"_q}) {
+        ASSERT_TRUE(WriteFile(archive, "x"));
+        ASSERT_EQ(Create("Press"_q), 0);
+        ASSERT_EQ(Run({"set"_q, "Press"_q, "ContextFilePath="_q + archive}), 0);
+        EXPECT_EQ(Run("delete|Press"), 0);
+        EXPECT_TRUE(QFile::exists(archive)) << archive.toStdString();
+    }
+}
+
+TEST_F(HopboxCommands, JobOptionsAndSettingsChangeInPlace)
+{
+    ASSERT_EQ(Run("create|Press|--job-options|a.joboptions|--setting|Trim=true|--setting|MarkOffset=6"), 0);
+    WriteFile(GetPath("New.joboptions"), "<< /CompatibilityLevel 1.3 >> setdistillerparams");
+    ASSERT_EQ(Run("set|Press|--job-options|New.joboptions|--setting|Trim=false|--without-setting|MarkOffset|"
+                  "PDFSettings=Coated"),
+              0)
+        << mError.toStdString();
+    ASSERT_EQ(Run("check|Press|--json"), 0);
+    EXPECT_EQ(GetObject().value("JobOptions"_q).toObject().value("Name"_q), QJsonValue("New.joboptions"_q));
+    EXPECT_EQ(GetObject().value("Settings"_q), (QJsonObject{{"Trim"_q, "false"_q}}));
+    ASSERT_EQ(Run("zip|list|--json|--|AppData/Morvane/Hopbox/Cache/Settings/Press/Project.hopbox"), 0);
+    EXPECT_EQ(GetArray().size(), 2) << "the old job options are gone";
+
+    ASSERT_EQ(Run("set|Press|--setting|Trim=true"), 0);
+    ASSERT_EQ(Run("check|Press|--json"), 0);
+    EXPECT_EQ(GetObject().value("JobOptions"_q).toObject().value("Name"_q), QJsonValue("New.joboptions"_q));
+
+    // What fails changes neither the archive nor the entry.
+    const QMap<QString, QByteArray> before = ReadTree(mSandbox.GetPath());
+    WriteFile(GetPath("New.joboptions"), "no job options");
+    EXPECT_EQ(Run("set|Press|--job-options|New.joboptions|IsActive=false"), 1);
+    ASSERT_EQ(Run("set|Press|ContextFilePath=none|--setting|Trim=false"), 1);
+    WriteFile(GetPath("New.joboptions"), "<< /CompatibilityLevel 1.3 >> setdistillerparams");
+    EXPECT_EQ(ReadTree(mSandbox.GetPath()), before);
+}
+
+TEST_F(HopboxCommands, PathsAreKeptWhole)
+{
     ASSERT_EQ(Create("Press"_q), 0);
-    ASSERT_EQ(Run({"set"_q, "Press"_q, "ContextFilePath="_q + archive}), 0);
-    EXPECT_EQ(Run("remove|Press"), 0);
-    EXPECT_TRUE(QFile::exists(archive));
+    ASSERT_EQ(Run("set|Press|ContextFilePath=x/../own.zip|HopboxIconPath="), 0);
+    ASSERT_EQ(Run("show|Press|--json"), 0);
+    EXPECT_EQ(QFileInfo(GetText("ContextFilePath")).fileName(), "own.zip"_q);
+    EXPECT_TRUE(QFileInfo(GetText("ContextFilePath")).isAbsolute());
+    EXPECT_FALSE(GetText("ContextFilePath").contains(".."_q));
+    EXPECT_EQ(GetText("HopboxIconPath"), QString());
+}
+
+TEST_F(HopboxCommands, OfManyThatMakeOneNameOneDoes)
+{
+    constexpr int cCount = 8;
+    std::array<QProcess, cCount> makers;
+    for (QProcess& maker : makers) {
+        maker.setWorkingDirectory(mSandbox.GetPath());
+        maker.start(GetProgramPath("hopboxctl"), {"create"_q, "Same"_q, "--job-options"_q, "a.joboptions"_q});
+    }
+    int made = 0;
+    for (QProcess& maker : makers) {
+        EXPECT_TRUE(maker.waitForFinished());
+        made += maker.exitCode() == 0 ? 1 : 0;
+    }
+    EXPECT_EQ(made, 1);
+    ASSERT_EQ(Run("list|--json"), 0);
+    EXPECT_EQ(GetArray().size(), 1);
+    EXPECT_EQ(
+        QDir(GetAppData("Morvane/Hopbox/Cache/Settings")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(),
+        1)
+        << "who came late leaves no folder behind";
 }
 
 TEST_F(HopboxCommands, SubmitTellsWhatBecameOfTheJobAtEachReceiver)
@@ -262,9 +365,7 @@ TEST_F(HopboxCommands, SubmitTellsWhatBecameOfTheJobAtEachReceiver)
     // Others of the same image name may run on this machine, which belong to other roots.
     const auto submit = [this](PrinterProcessor& receiver, int status) {
         EXPECT_EQ(Run("submit|Press|a.joboptions|--json"), status);
-        const QJsonObject answer = QJsonDocument::fromJson(mOutput).object();
-        EXPECT_EQ(answer.value("sent"_q).toBool(), status == 0);
-        for (const QJsonValue& one : answer.value("receivers"_q).toArray()) {
+        for (const QJsonValue& one : GetObject().value("receivers"_q).toArray()) {
             if (one.toObject().value("process"_q).toInt() == static_cast<int>(receiver.GetProcessID()))
                 return one.toObject();
         }

@@ -60,7 +60,7 @@ TEST_F(PrefsCommandTest, PrintsWithBlocksUnfolded)
               "Path = C:\\x\\x0d\\x0a\\x09\nText = #BEGINDICT is no block\n");
     const Answer json = Run({"--json", "FILE"});
     EXPECT_EQ(json.error, "");
-    EXPECT_EQ(QByteArray::fromStdString(json.output).replace(" ", "").replace("\n", ""),
+    EXPECT_EQ(QJsonDocument(GetResult().toObject()).toJson(QJsonDocument::Compact).replace(" ", ""),
               "{\"A\":{\"On\":\"true\"},\"B\xC3\xA9\":{\"Dict\":{\"List\":[\"1\",\"2\"]},"
               "\"Path\":\"C:\\\\x\\r\\n\\t\",\"Text\":\"#BEGINDICTisnoblock\"}}");
 }
@@ -114,16 +114,18 @@ TEST_F(PrefsCommandTest, SetsWhatGetGives)
 TEST_F(PrefsCommandTest, WrongCallsAndMissingKeysFail)
 {
     Write(cDocument, GEncoding::GetPlatform8Bit());
-    EXPECT_EQ(Run({"FILE", "--get", "A", "Off"}).error, "hopboxctl: there is no 'Off' in group 'A'\n");
+    EXPECT_EQ(Run({"FILE", "--get", "A", "Off"}).error,
+              "hopboxctl: There is no \"Off\" in the group \"A\".\n");
     for (const std::vector<const char*>& call : {std::vector<const char*>{},
                                                  {"FILE", "other"},
                                                  {"FILE", "--get", "A"},
                                                  {"FILE", "--set", "A", "On"},
                                                  {"FILE", "--shared"},
-                                                 {"FILE", "--json", "--get", "A", "On"},
+                                                 {"FILE", "--get", "A", "On", "--get", "A", "On"},
+                                                 {"FILE", "--get", "A", "On", "--set", "A", "On", "x"},
                                                  {"FILE", "--other"}}) {
         const Answer answer = Run(call);
         EXPECT_EQ(answer.status, 2);
-        EXPECT_NE(answer.error.find("prefs FILE --get GROUP KEY"), std::string::npos);
+        EXPECT_NE(answer.error.find("\"hopboxctl prefs --help\" tells"), std::string::npos);
     }
 }

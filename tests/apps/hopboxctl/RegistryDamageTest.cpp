@@ -1,9 +1,5 @@
 #include "CommandFixture.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-
 #include <functional>
 
 namespace
@@ -83,22 +79,22 @@ TEST_F(RegistryDamage, IsToldByWhoeverReadsAndKeptBeforeTheFirstChange)
             EXPECT_TRUE(Says(" is damaged at line ")) << mError.toStdString();
             EXPECT_EQ(mError.contains("will be kept as"), each.isKept);
             if (reading.size() == 2) {
-                const QJsonValue last = QJsonDocument::fromJson(mOutput).array().last();
-                EXPECT_EQ(last["Damaged"_q]["File"_q].toString(), QDir::toNativeSeparators(mFile));
+                EXPECT_EQ(GetAnswer().value("damaged"_q)["File"_q].toString(),
+                          QDir::toNativeSeparators(mFile));
             }
         }
         EXPECT_EQ(ReadFile(mFile), damaged);
 
         EXPECT_EQ(Create("New"), 0);
         EXPECT_EQ(Says(" kept as "), each.isKept) << mError.toStdString();
-        const QJsonObject notice = QJsonDocument::fromJson(mOutput).object().value("Damaged"_q).toObject();
+        const QJsonObject notice = GetAnswer().value("damaged"_q).toObject();
         EXPECT_EQ(notice.value("IsKept"_q).toBool(), each.isKept);
         EXPECT_EQ(ReadFile(mCopy), each.isKept ? damaged : QByteArray("none"));
         EXPECT_TRUE(!each.isKept || QFile::permissions(mCopy) == QFile::permissions(mFile + "lock"_q))
             << "for its owner only";
         EXPECT_EQ(Run({"list"_q}), 0) << "It is whole again.";
         EXPECT_TRUE(mError.isEmpty() && mOutput.contains("New"));
-        ASSERT_EQ(Run({"remove"_q, "New"_q}), 0);
+        ASSERT_EQ(Run({"delete"_q, "New"_q}), 0);
     }
 }
 
@@ -107,14 +103,14 @@ TEST_F(RegistryDamage, IsToldByTheCommandsAboutOneHopbox)
     WriteFile(mFile, mWhole.left(mWhole.size() - 14));
     for (const char* command : {"show", "check"}) {
         EXPECT_EQ(Run({QString::fromLatin1(command), "Two"_q, "--json"_q}), 1);
-        EXPECT_TRUE(Says("will be kept as") && mOutput.contains("\"Damaged\":{")) << mOutput.toStdString();
+        EXPECT_TRUE(Says("will be kept as") && mOutput.contains("\"damaged\":{")) << mOutput.toStdString();
     }
     Run({"submit"_q, "Two"_q, "a.joboptions"_q});
     EXPECT_TRUE(Says("will be kept as"));
     EXPECT_EQ(Run({"set"_q, "Two"_q, "IsActive=false"_q}), 0);
     EXPECT_TRUE(Says("is kept as"));
     WriteFile(mFile, mWhole.left(mWhole.size() - 14));
-    EXPECT_EQ(Run({"remove"_q, "Two"_q}), 0);
+    EXPECT_EQ(Run({"delete"_q, "Two"_q}), 0);
     EXPECT_TRUE(Says("is kept as"));
 }
 

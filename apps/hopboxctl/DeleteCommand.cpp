@@ -1,9 +1,10 @@
-#include "apps/hopboxctl/Arguments.h"
 #include "apps/hopboxctl/DamageNotice.h"
 #include "apps/hopboxctl/HopboxCommands.h"
 #include "apps/hopboxctl/HopboxOutput.h"
 #include "apps/hopboxctl/ProjectPlace.h"
 #include "hopbox/HopboxRegistry.h"
+
+#include <QJsonObject>
 
 namespace
 {
@@ -15,34 +16,39 @@ GPathName GetOwnArchive(const HopboxRegistry& registry, const QString& key)
                                                                          : GPathName();
 }
 
-int RemoveArchive(const HopboxRegistry& registry, const GPathName& archive)
+int DeleteArchive(const HopboxRegistry& registry, const GPathName& archive)
 {
     GString otherName;
     HopboxRegistryEntry other;
     if (archive.IsEmpty() || registry.FindByContextFile(archive, otherName, other) ||
         ProjectPlace::Remove(archive))
-        return cExitDone;
+        return cCliDone;
     PrintError(
-        QStringLiteral("The Hopbox is no longer registered, but its project archive \"%1\" can't be removed.")
+        QStringLiteral("The Hopbox is no longer registered, but its project archive \"%1\" can't be deleted.")
             .arg(archive.GetNativePath()));
-    return cExitFailed;
+    return cCliFailed;
 }
 
-int Run(const QStringList& texts)
+int Run(const CliCall& call)
 {
-    const Arguments arguments(texts, {});
-    if (!arguments.AreValid() || arguments.GetRest().size() != 1)
-        return cExitUsage;
-    const QString name = arguments.GetRest().first();
     HopboxRegistry registry;
-    const QString key = registry.FindKey(name);
+    const QString key = registry.FindKey(call.GetArgument(0));
     const GPathName archive = GetOwnArchive(registry, key);
-    const bool isRemoved = !key.isEmpty() && registry.RemoveEntry(key);
+    const bool isDeleted = !key.isEmpty() && registry.RemoveEntry(key);
     DamageNotice::Tell(registry);
-    if (!isRemoved)
-        return HopboxOutput::FailUnknown(name);
-    return RemoveArchive(registry, archive);
+    if (!isDeleted)
+        return HopboxOutput::FailUnknown(call.GetArgument(0));
+    SetResult(QJsonObject{{QStringLiteral("Key"), key}});
+    return DeleteArchive(registry, archive);
 }
 }  // namespace
 
-const Command cRemoveCommand = {"remove", "remove NAME", Run};
+const Command cDeleteCommand = {
+    {"delete",
+     "delete a Hopbox",
+     "Its project archive goes too when hopboxctl made it. To take it off the dialog's list only, use "
+     "\"remove\".",
+     {{"NAME", "the Hopbox"}},
+     {},
+     {{"hopboxctl delete Press", "The Hopbox \"Press\" is gone, and its settings with it."}}},
+    Run};

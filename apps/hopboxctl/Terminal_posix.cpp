@@ -1,8 +1,0 @@
-#include "apps/hopboxctl/Terminal.h"
-
-#include <unistd.h>
-
-bool IsErrorTerminal()
-{
-    return isatty(STDERR_FILENO) == 1;
-}

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <vector>
+
+// What can be said to a program: its commands with their arguments and options. One description serves the
+// reading of a call (CliCall.h), its help, its page of the manual (CliHelp.h) and the completion of shells
+// (CliCompletion.h). All texts are English and in UTF-8.
+
+// A word of a call that is told by its place.
+struct CliArgument
+{
+    enum class Count
+    {
+        cOne,
+        cOptional,
+        cSome,  // one or more; the last argument only
+        cAny
+    };
+
+    const char* name;  // as help shows it, in capitals
+    const char* help;
+    Count count = Count::cOne;
+};
+
+struct CliOption
+{
+    enum class Use
+    {
+        cOptional,
+        cRequired,
+        cRepeated  // any number of times
+    };
+
+    const char* name;  // without the "--"
+    const char*
+        values;  // the names of the values that follow it, as "FILE" or "GROUP KEY"; "": it is a switch
+    const char* help;
+    Use use = Use::cOptional;
+};
+
+struct CliExample
+{
+    const char* call;  // as typed to a shell
+    const char* help;
+};
+
+// A name such as "zip list" makes "list" a command of the group "zip". A program that has no commands has one
+// without a name. Every command takes --help too.
+struct CliCommand
+{
+    const char* name;
+    const char* summary;  // a line, without a full stop
+    const char*
+        help;  // paragraphs, with an empty line between; lines that begin with blanks stay as they are
+    std::vector<CliArgument> arguments;
+    std::vector<CliOption> options;
+    std::vector<CliExample> examples;
+};
+
+// A heading of its own in the help and the manual.
+struct CliSection
+{
+    const char* title;
+    const char* help;  // as in CliCommand
+};
+
+struct CliProgram
+{
+    const char* name;
+    const char* summary;
+    const char* help;
+    std::vector<CliCommand> commands;
+    std::vector<CliSection> sections;
+};
+
+// What the exit status of each of our programs says.
+constexpr int cCliDone = 0;
+constexpr int cCliFailed = 1;
+constexpr int cCliWrongCall = 2;

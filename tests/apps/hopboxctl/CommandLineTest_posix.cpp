@@ -1,0 +1,191 @@
+#include "tests/support/PrinterProcessor.h"
+
+#include "CommandFixture.h"
+
+#include <QRegularExpression>
+
+namespace
+{
+// The real program, and what it tells about itself, tried in the shells that people have.
+class CommandLine : public CommandTest
+{
+protected:
+    using CommandTest::Run;
+
+    int RunShell(const QStringList& call)
+    {
+        QProcess shell;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        const QString programs = QFileInfo(GetProgramPath("hopboxctl")).path();
+        environment.insert("PATH"_q, programs + QLatin1Char(':') + environment.value("PATH"_q));
+        shell.setProcessEnvironment(environment);
+        shell.setWorkingDirectory(mSandbox.GetPath());
+        shell.start(call.first(), call.mid(1));
+        EXPECT_TRUE(shell.waitForFinished()) << call.first().toStdString() << " is missing";
+        mOutput = shell.readAllStandardOutput();
+        mError = shell.readAllStandardError();
+        return shell.exitCode();
+    }
+
+    int RunShell(const QString& command) { return RunShell({"bash"_q, "-c"_q, command}); }
+
+    // The commands that the help lists.
+    QStringList ListCommands()
+    {
+        EXPECT_EQ(Run({"--help"_q}), 0);
+        const QString help = QString::fromUtf8(mOutput);
+        const QString list = help.section("\ncommands:\n"_q, 1).section("\n\n"_q, 0, 0);
+        QStringList commands;
+        for (const QString& line : list.split(QLatin1Char('\n')))
+            commands.append(line.mid(2).section("  "_q, 0, 0));
+        return commands;
+    }
+
+    // A Hopbox "Press" and the files that the examples name, whatever was there.
+    void Prepare(bool withHopbox)
+    {
+        QDir(GetPath("AppData")).removeRecursively();
+        for (const char* name : {"Press.joboptions", "Coated.joboptions"})
+            WriteFile(GetPath(name), "<< /CompatibilityLevel 1.4 >> setdistillerparams");
+        for (const char* name : {"Report.pdf", "Package/Report.pdf", "Package/Links/a.png", "Links/b.png"})
+            WriteFile(GetPath(name), "x");
+        WriteFile(
+            GetPath("General.uprefs"),
+            "#BEGINPREFS\r\n\"General\" #BEGINDICT\r\n\"Language\" \"deDE\"\r\n#ENDDICT\r\n#ENDPREFS\r\n");
+        WriteFile(GetPath("Logo"), "x");
+        WriteFile(
+            GetPath("._Logo"),
+            QByteArray("\0\5\26\7\0\2\0\0................\0\1\0\0\0\11\0\0\0\46\0\0\0\10", 38) + "PDF CARO");
+        EXPECT_EQ(RunShell("hopboxctl zip create Package.zip Package"_q), 0) << mError.toStdString();
+        EXPECT_TRUE(!withHopbox || RunShell("hopboxctl create Press --job-options Press.joboptions"_q) == 0);
+    }
+};
+}  // namespace
+
+TEST_F(CommandLine, EveryCommandHasHelpAndItsExamplesWork)
+{
+    PrinterProcessor receiver(mSandbox, {});
+    const QStringList commands = ListCommands();
+    ASSERT_GT(commands.size(), 15);
+    for (const QString& command : commands) {
+        SCOPED_TRACE(command.toStdString());
+        ASSERT_EQ(Run(command.split(QLatin1Char(' ')) << "--help"_q), 0);
+        const QString help = QString::fromUtf8(mOutput);
+        EXPECT_TRUE(help.contains("usage:\n  hopboxctl "_q + command) && help.contains("  --json "_q));
+        EXPECT_TRUE(mError.isEmpty());
+        const QString examples = help.section("\nexamples:\n"_q, 1);
+        EXPECT_FALSE(examples.isEmpty());
+        QRegularExpressionMatchIterator each =
+            QRegularExpression("^  (hopboxctl .*)$"_q, QRegularExpression::MultilineOption)
+                .globalMatch(examples);
+        while (each.hasNext()) {
+            const QString call = each.next().captured(1);
+            Prepare(command != "create"_q);
+            EXPECT_EQ(RunShell(call), 0) << call.toStdString() << ": " << mError.toStdString();
+            Prepare(command != "create"_q);
+            EXPECT_EQ(RunShell(call + " --json"_q), 0) << call.toStdString();
+            EXPECT_EQ(GetAnswer().keys(), (QStringList{"errors"_q, "ok"_q, "result"_q, "warnings"_q}))
+                << call.toStdString() << mOutput.toStdString();
+        }
+    }
+    EXPECT_EQ(Run({"--manual"_q}), 0);
+    for (const QString& command : commands)
+        EXPECT_TRUE(mOutput.contains(".SS hopboxctl " + command.toUtf8()));
+    EXPECT_EQ(RunShell("hopboxctl --manual | groff -man -ww -z 2>&1"_q), 0);
+    EXPECT_EQ(mOutput, "") << "the page of the manual has no fault";
+}
+
+TEST_F(CommandLine, OutputThatCannotBeWrittenIsAFailure)
+{
+    for (const char* call : {"list", "list --json", "--help", "list --help", "--version", "--manual",
+                             "--completion bash", "origins --json"}) {
+        EXPECT_EQ(RunShell("hopboxctl "_q + QLatin1String(call) + " > /dev/full"_q), 1) << call;
+        EXPECT_EQ(mError, "hopboxctl: The output can't be written: No space left on device.\n");
+    }
+}
+
+TEST_F(CommandLine, ColoursAreForTerminalsAndAsTheUserSays)
+{
+    const struct
+    {
+        const char* call;
+        bool isBold;
+    } cases[] = {
+        {"hopboxctl --help", false},
+        {"CLICOLOR_FORCE=1 hopboxctl --help", true},
+        {"CLICOLOR_FORCE=1 NO_COLOR=1 hopboxctl --help", false},
+        {"CLICOLOR_FORCE=0 hopboxctl --help", false},
+        {"TERM=xterm script -qec 'hopboxctl --help' /dev/null", true},
+        {"TERM=dumb script -qec 'hopboxctl --help' /dev/null", false},
+        {"TERM=xterm NO_COLOR=1 script -qec 'hopboxctl --help' /dev/null", false},
+    };
+    for (const auto& test : cases) {
+        EXPECT_EQ(RunShell("unset NO_COLOR CLICOLOR CLICOLOR_FORCE; "_q + QLatin1String(test.call)), 0);
+        EXPECT_EQ(mOutput.contains("\x1b[1m"), test.isBold) << test.call;
+        EXPECT_TRUE(mOutput.contains("commands:"));
+    }
+}
+
+TEST_F(CommandLine, AWordThatIsNoTextIsRefused)
+{
+    EXPECT_EQ(RunShell("LC_ALL=C.UTF-8 hopboxctl create $'a\\xff' --job-options Press.joboptions"_q), 2);
+    EXPECT_TRUE(mError.contains("is no text in this system's encoding.")) << mError.toStdString();
+}
+
+TEST_F(CommandLine, ShellsCompleteCommandsOptionsFilesAndNames)
+{
+    Prepare(true);
+    ASSERT_EQ(RunShell("hopboxctl rename Press 'Press, coated'"_q), 0);
+    const struct
+    {
+        const char *words, *completions;  // with '|' between
+    } cases[] = {
+        {"cr", "create"},
+        {"zip e", "extract"},
+        {"create --job-o", "--job-options"},
+        {"create --job-options C", "Coated.joboptions"},
+        {"show ", "Press, coated"},
+        {"set P", "Press, coated"},
+        {"zip list Pack", "Package|Package.zip"},
+        {"zip extract x Pack", "Package"},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.words);
+        const QString words = QLatin1String(test.words);
+        ASSERT_EQ(
+            RunShell(QStringLiteral("source <(hopboxctl --completion bash); COMP_WORDS=(hopboxctl %1); "
+                                    "COMP_CWORD=%2; _hopboxctl; printf '%s\\n' \"${COMPREPLY[@]}\" | sort")
+                         .arg(words + (words.endsWith(QLatin1Char(' ')) ? "''"_q : QString()))
+                         .arg(words.count(QLatin1Char(' ')) + 1)),
+            0)
+            << mError.toStdString();
+        EXPECT_EQ(mOutput.trimmed().replace('\n', '|').toStdString(), test.completions);
+        ASSERT_EQ(RunShell({"fish"_q, "-N"_q, "-c"_q,
+                            QStringLiteral("hopboxctl --completion fish | source; complete -C 'hopboxctl %1'")
+                                .arg(words)}),
+                  0)
+            << mError.toStdString();
+        EXPECT_TRUE(mOutput.contains(QByteArray(test.completions).split('|').first()))
+            << mOutput.toStdString();
+    }
+    ASSERT_EQ(RunShell("hopboxctl --completion zsh > _hopboxctl; zsh -n _hopboxctl"_q), 0)
+        << mError.toStdString();
+    // What zsh is asked to offer: its own functions say what they were given.
+    const QString ask =
+        "_arguments() { print -r -- \"$*\" }; _describe() { print -r -- $commands }; compdef() {}; "
+        "source ./_hopboxctl; words=(hopboxctl %1 ''); CURRENT=$#words; _hopboxctl"_q;
+    const struct
+    {
+        const char *words, *offer;
+    } offers[] = {
+        {"", "create:make a Hopbox and print its key"},
+        {"zip", "extract:extract an archive, or some of its entries"},
+        {"create", "--job-options=[the PDF settings, a job options file]:FILE:_files"},
+        {"zip extract", "--json[print the answer as JSON] :ARCHIVE:_files :DIR:_files -/ *:ENTRY:"},
+    };
+    for (const auto& test : offers) {
+        ASSERT_EQ(RunShell({"zsh"_q, "-f"_q, "-c"_q, ask.arg(QLatin1String(test.words))}), 0)
+            << mError.toStdString();
+        EXPECT_TRUE(mOutput.contains(test.offer)) << mOutput.toStdString();
+    }
+}
