@@ -10,7 +10,7 @@ set(may_use_foundation_trace foundation/core)
 set(may_use_foundation_system foundation/core foundation/trace)
 
 set(may_use_widgets foundation/core)
-set(may_use_plugin_host foundation/core)
+set(may_use_plugin_host foundation/core foundation/trace)
 set(may_use_foundation_cli ${floor_1})
 set(may_use_foundation_prefs ${floor_1})
 set(may_use_foundation_strings ${floor_1})

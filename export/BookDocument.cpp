@@ -2,6 +2,7 @@
 
 #include "foundation/trace/GTrace.h"
 #include "plugin/host/HostCalls.h"
+#include "plugin/host/HostFault.h"
 #include "plugin/messages/MessageCodes.h"
 
 BookDocument::BookDocument(const IDFile& file)
@@ -16,7 +17,11 @@ BookDocument::BookDocument(const IDFile& file)
 
 BookDocument::~BookDocument()
 {
-    if (mIsToBeClosed && mUtils->CloseDocument(*mDocument, CloseFlags()) != cSuccess)
+    if (!mIsToBeClosed)
+        return;
+    ErrorCode result = cFailure;
+    HostFault::Contain("BookDocument", [&] { result = mUtils->CloseDocument(*mDocument, CloseFlags()); });
+    if (result != cSuccess)
         GTrace::Error(QStringLiteral("BookDocument"), QStringLiteral("A document of the book stays open."));
 }
 

@@ -4,6 +4,7 @@
 #include "export/BookSource.h"
 #include "export/DocumentSource.h"
 #include "plugin/host/HostCalls.h"
+#include "plugin/host/HostFault.h"
 #include "plugin/messages/ErrorText.h"
 #include "plugin/messages/MessageCodes.h"
 
@@ -29,7 +30,8 @@ bool BookExport::FindBook()
 
 bool BookExport::CheckDocuments()
 {
-    for (int32_t index = 0; index < mContent->GetDocumentCount(); ++index)
+    const int32_t count = HostFault::CheckCount(mContent->GetDocumentCount());
+    for (int32_t index = 0; index < count; ++index)
         if (!CountMissingFonts(mContent->GetNthDocumentFile(index)))
             return false;
     return CheckMissingFonts(mMissingFontCount, mFontDetail);

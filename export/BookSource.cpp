@@ -27,5 +27,6 @@ bool BookSource::HasDocuments(const IBook& book)
 
 GString BookSource::GetOutputName(const IBook& book)
 {
-    return DocumentSource::GetOutputName(book.GetFile().GetFileName().GetString());
+    const PMString file = book.GetFile().GetFileName();
+    return DocumentSource::GetOutputName((file.IsEmpty() ? book.GetName() : file).GetString());
 }

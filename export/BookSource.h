@@ -20,6 +20,7 @@ uint32_t FindActive(HostPtr<IBook>& book);
 // Whether the book lists any document.
 bool HasDocuments(const IBook& book);
 
-// What exports of a book are named after, safe as a file's name: its file without the extension.
+// What exports of a book are named after, safe as a file's name: its file without the extension, or, without
+// a file, the name that the host gives it.
 GString GetOutputName(const IBook& book);
 }  // namespace BookSource

@@ -2,6 +2,7 @@
 
 #include "export/DocumentSource.h"
 #include "plugin/host/HostCalls.h"
+#include "plugin/host/HostFault.h"
 #include "plugin/messages/ErrorText.h"
 #include "plugin/messages/MessageCodes.h"
 
@@ -19,7 +20,7 @@ UIDList GetPages(const IDocument& document, const GCPTSaveAsProperties& properti
             pages.Clear();
         return pages;
     }
-    const int32_t count = list->GetPageCount();
+    const int32_t count = HostFault::CheckCount(list->GetPageCount());
     for (int32_t index = 0; index < count; ++index) {
         const UID page = list->GetNthPage(index);
         if (page == cNoUID)

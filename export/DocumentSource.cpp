@@ -2,6 +2,7 @@
 
 #include "hopbox/HopboxFolder.h"
 #include "plugin/host/HostCalls.h"
+#include "plugin/host/HostFault.h"
 
 HostPtr<IDocument> DocumentSource::QueryFront()
 {
@@ -16,7 +17,8 @@ std::optional<QStringList> DocumentSource::GetMissingFonts(const IDocument& docu
         return std::nullopt;
     fonts->Update();
     QStringList names;
-    for (int32_t index = 0; index < fonts->GetMissingFontCount(); ++index)
+    const int32_t count = HostFault::CheckCount(fonts->GetMissingFontCount());
+    for (int32_t index = 0; index < count; ++index)
         names.append(fonts->GetNthMissingFontName(index).GetString());
     return names;
 }

@@ -15,7 +15,8 @@ namespace DocumentSource
 // The document in front; empty when there is none.
 HostPtr<IDocument> QueryFront();
 
-// The fonts that a document lacks, in the host's order; none when the host has no list of its fonts.
+// The fonts that a document lacks, in the host's order; none when the host has no list of its fonts. Raises
+// when their count can't be (HostFault).
 std::optional<QStringList> GetMissingFonts(const IDocument& document);
 
 // What exports of a document are named after, safe as a file's name: the document's file without its

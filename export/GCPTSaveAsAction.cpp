@@ -76,10 +76,8 @@ bool GCPTSaveAsAction::Execute()
     try {
         GCPTSaveAsProperties properties = mProperties;
         return RunSteps(properties);
-    } catch (const GException& error) {
-        return FailWith(error.GetDescription());
-    } catch (const std::exception& error) {
-        return FailWith(GString::fromLocal8Bit(error.what()));
+    } catch (...) {
+        return FailWith(ErrorText::DescribeCurrent());
     }
 }
 

@@ -23,5 +23,5 @@ protected:
     bool RunPackageStep(ExportStep& step);
 
 private:
-    bool RunStep(ExportStep& step);
+    bool RunStep(ExportStep& step, uint32_t faultCode);
 };

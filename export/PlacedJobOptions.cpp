@@ -4,6 +4,7 @@
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/core/GException.h"
 #include "foundation/system/GFileSystemBase.h"
+#include "plugin/messages/ErrorText.h"
 
 #include <QFile>
 
@@ -35,7 +36,7 @@ PlacedJobOptions::PlacedJobOptions(const GPathName& jobOptions)
         CopyReadOnly(jobOptions, mFile.GetPathName());
     } catch (const GException& error) {
         mFile.Dispose();
-        mError = error.GetDescription();
+        mError = ErrorText::Describe(error);
     }
 }
 

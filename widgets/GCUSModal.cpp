@@ -28,9 +28,9 @@ WId GCUSModal::GetParentWindow()
 
 GCUSModal::Scope::Scope() : mIsOutermost(depth == 0)
 {
-    ++depth;
     if (mIsOutermost && beforeModal)
         beforeModal();
+    ++depth;
 }
 
 GCUSModal::Scope::~Scope()

@@ -13,7 +13,8 @@ using Hook = std::function<void()>;
 // The native identifier of the window that dialogs and message boxes belong to; 0 for none.
 using ParentWindowProvider = std::function<WId()>;
 
-// Empty functions take the hooks back.
+// Empty functions take the hooks back. The one that is called afterwards must not raise; what the one before
+// raises keeps the window from opening.
 void SetHooks(Hook before, Hook after);
 void SetParentWindowProvider(ParentWindowProvider provider);
 

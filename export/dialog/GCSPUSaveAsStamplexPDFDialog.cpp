@@ -8,6 +8,7 @@
 #include "foundation/strings/GUserMessage.h"
 #include "foundation/trace/GTrace.h"
 #include "hopbox/HopboxProject.h"
+#include "plugin/messages/ErrorText.h"
 #include "widgets/GCUSPDFSettingsAdjWdt.h"
 #include "widgets/GQUICollapsibleFrame.h"
 
@@ -290,7 +291,7 @@ void GCSPUSaveAsStamplexPDFDialog::ReadHopboxes()
     try {
         mHopboxes->SetList(HopboxList::Read());
     } catch (const GException& error) {
-        ShowError(tr("Export as Stamplex PDF Error"), error.GetDescription());
+        ShowError(tr("Export as Stamplex PDF Error"), ErrorText::Describe(error));
     }
     if (const QStringList& keys = mHopboxes->GetList().GetUnreadableKeys(); !keys.isEmpty())
         ShowMissing(keys);

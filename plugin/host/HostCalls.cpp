@@ -1,5 +1,7 @@
 #include "plugin/host/HostCalls.h"
 
+#include "plugin/host/HostFault.h"
+
 static IHostServices* services = nullptr;
 
 void HostServices::Set(IHostServices* hostServices)
@@ -57,16 +59,17 @@ ErrorCode CmdUtils::ProcessCommand(ICommand& command)
     return services == nullptr ? cFailure : services->ProcessCommand(command);
 }
 
+// Without an observer, a command can't be cancelled; it can be run.
 CmdUtils::CancelScope::CancelScope(ICancelObserver& observer)
 {
     if (services != nullptr)
-        services->SetCancelObserver(&observer);
+        HostFault::Contain("CmdUtils::CancelScope", [&] { services->SetCancelObserver(&observer); });
 }
 
 CmdUtils::CancelScope::~CancelScope()
 {
     if (services != nullptr)
-        services->SetCancelObserver(nullptr);
+        HostFault::Contain("CmdUtils::CancelScope", [] { services->SetCancelObserver(nullptr); });
 }
 
 int32_t CAlert::ModalAlert(const PMString& text, const PMString& button1, const PMString& button2,

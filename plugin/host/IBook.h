@@ -23,8 +23,12 @@ protected:
 class IBook : public IHostObject
 {
 public:
-    // Host: the book's file.
+    // The book's file; empty for one that was never saved. Host: the book's file.
     virtual IDFile GetFile() const = 0;
+
+    // The name that the book bears in its panel; exports of a book without a file are named after it. Host:
+    // the book's title name.
+    virtual PMString GetName() const = 0;
 
     // Whether the book differs from its file, so that it is to be written before it is exported. Host: the
     // book's yes/no state query, its modified state.

@@ -12,6 +12,10 @@ class WBaseResourceAccess;
 //
 // The order: Load, CreateActionComponent, the startup service's Startup; then choices and states of menus;
 // then the startup service's Shutdown, the component's end, Unload.
+//
+// While an action runs, which includes the time that its dialog is open, Unload and ReleaseActionComponent
+// are refused: the action works with the services and the component until it ends. A host that wants to stop
+// then lets DoAction return first.
 class IPlugIn
 {
 public:
@@ -25,8 +29,9 @@ public:
     virtual bool Load(IHostServices* services, PMString& error) = 0;
 
     // Takes the services back, and with them an action component that is still there. The plug-in can be
-    // loaded again. Without services, does nothing.
-    virtual void Unload() = 0;
+    // loaded again. Without services, does nothing. False, and nothing has changed, while an action runs: the
+    // services must stay then.
+    virtual bool Unload() = 0;
 
     // The service that the host starts once its menus are there. The plug-in's own; null without services.
     virtual IStartupShutdownService* GetStartupShutdownService() = 0;
@@ -35,7 +40,9 @@ public:
     // it belongs to the plug-in and is ended by ReleaseActionComponent or Unload. Null, with the reason in
     // `error`, without services or when the plug-in's own services can't be brought up.
     virtual IActionComponent* CreateActionComponent(PMString& error) = 0;
-    virtual void ReleaseActionComponent() = 0;
+
+    // Ends the component, if there is one. False, and nothing has changed, while an action runs.
+    virtual bool ReleaseActionComponent() = 0;
 
     virtual const WBaseResourceAccess& GetResourceAccess() const = 0;
 

@@ -1,6 +1,9 @@
 #include "plugin/messages/ErrorText.h"
 
+#include "foundation/core/GException.h"
 #include "foundation/strings/GLngString.h"
+#include "foundation/strings/GStringPool.h"
+#include "plugin/host/HostFault.h"
 #include "plugin/messages/MessageCodes.h"
 
 GString ErrorText::Compose(uint32_t code, const GString& detail)
@@ -24,4 +27,22 @@ GString ErrorText::GetSettingNotFound(const GString& setting)
     GLngString text(PlugInMessage::cSettingNotFound);
     text.AddString(setting);
     return text.GetReadableString();
+}
+
+GString ErrorText::Describe(const GException& error)
+{
+    const GString& sentence = GStringPool::GetString(static_cast<uint32_t>(error.GetCode()));
+    return sentence.contains(QStringLiteral("%1")) ? sentence.arg(error.GetDescription())
+                                                   : error.GetDescription();
+}
+
+GString ErrorText::DescribeCurrent()
+{
+    try {
+        throw;
+    } catch (const GException& error) {
+        return Describe(error);
+    } catch (...) {
+        return HostFault::Describe();
+    }
 }

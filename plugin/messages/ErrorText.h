@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+class GException;
+
 // Makes the text of a failed export step from the string pool, in the language that is current then.
 namespace ErrorText
 {
@@ -19,4 +21,11 @@ GString GetMissingFontDetail(const QStringList& fonts);
 
 // The text of PlugInMessage::cSettingNotFound for a setting, without the frame.
 GString GetSettingNotFound(const GString& setting);
+
+// The text for what the foundation has raised. The description is the system's words in no particular
+// language; where the current language has a sentence for the error's code, it stands in that.
+GString Describe(const GException& error);
+
+// The same for whatever is being handled, in a catch clause.
+GString DescribeCurrent();
 }  // namespace ErrorText

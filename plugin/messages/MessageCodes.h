@@ -30,6 +30,7 @@ constexpr uint32_t cDocumentNotOpened = 30060021;
 constexpr uint32_t cBookInvalid = 30060022;
 constexpr uint32_t cNoBook = 30060023;
 
-// A code of the host's for a range that names nothing; its text is registered beside the others.
+// A code of the host's for pages that it can't give, of a range or of the whole document; its text is
+// registered beside the others.
 constexpr uint32_t cNoPages = 11010032;
 }  // namespace PlugInMessage

@@ -37,7 +37,7 @@ static const GStringPoolDataStruct cMessages[] = {
 };
 
 static const GStringPoolDataStruct cTextsOfOtherCodes[] = {
-    {PlugInMessage::cNoPages, "The page range names no page of the document."},
+    {PlugInMessage::cNoPages, "The pages to export are not in the document."},
 };
 
 void RegisterPlugInMessages()

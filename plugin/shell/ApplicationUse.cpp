@@ -3,7 +3,7 @@
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/core/GException.h"
 #include "foundation/system/GFileSystemBase.h"
-#include "plugin/shell/HostWindow.h"
+#include "plugin/shell/WindowSystem.h"
 
 #include <QApplication>
 
@@ -22,8 +22,6 @@ std::unique_ptr<QApplication> MakeApplication()
     static char* arguments[] = {name, nullptr};
     static int argumentCount = 1;
 
-    // Qt's own plug-ins lie beside the module, not beside a host that is no Qt program.
-    QCoreApplication::addLibraryPath(GFileSystemBase::GetDllPath().GetParent().GetPortablePath());
     auto application = std::make_unique<QApplication>(argumentCount, arguments);
     // The process is the host's: it doesn't end with the last window of ours.
     QApplication::setQuitOnLastWindowClosed(false);
@@ -34,12 +32,15 @@ std::unique_ptr<QApplication> MakeApplication()
 ApplicationUse::ApplicationUse()
 {
     QCoreApplication* existing = QCoreApplication::instance();
-    if (existing == nullptr && !CanShowWindows())
-        RaiseNoWindows(QStringLiteral("there is no display."));
-    if (existing == nullptr)
+    if (existing == nullptr) {
+        // Qt's own plug-ins lie beside the module, not beside a host that is no Qt program.
+        QCoreApplication::addLibraryPath(GFileSystemBase::GetDllPath().GetParent().GetPortablePath());
+        if (const GString fault = WindowSystem::FindFault(); !fault.isEmpty())
+            RaiseNoWindows(fault);
         mOwn = MakeApplication();
-    else if (qobject_cast<QApplication*>(existing) == nullptr)
+    } else if (qobject_cast<QApplication*>(existing) == nullptr) {
         RaiseNoWindows(QStringLiteral("the host is a Qt program without windows."));
+    }
 }
 
 ApplicationUse::~ApplicationUse() = default;

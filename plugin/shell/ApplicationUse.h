@@ -9,8 +9,8 @@ class QApplication;
 class ApplicationUse
 {
 public:
-    // Raises a GCustomException where windows can't be shown: without a display, and in a Qt program that has
-    // chosen to do without windows.
+    // Raises a GCustomException where windows can't be shown: without a display that answers, without Qt's
+    // plug-in for it, and in a Qt program that has chosen to do without windows.
     ApplicationUse();
     ~ApplicationUse();
     ApplicationUse(const ApplicationUse&) = delete;

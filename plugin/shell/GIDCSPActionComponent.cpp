@@ -6,14 +6,14 @@
 #include "foundation/strings/GUserMessage.h"
 #include "foundation/trace/GTrace.h"
 #include "plugin/host/HostCalls.h"
+#include "plugin/host/HostFault.h"
+#include "plugin/messages/ErrorText.h"
 #include "plugin/messages/MessageCodes.h"
 #include "plugin/shell/DefaultUnit.h"
 
 #include <QApplication>
 #include <QScopedValueRollback>
 #include <QWidget>
-
-#include <exception>
 
 namespace
 {
@@ -46,6 +46,14 @@ bool HasActiveBook()
 {
     const HostPtr<IBook> book = BookSource::QueryActive();
     return book && BookSource::HasDocuments(*book);
+}
+
+// An entry of which the host can't tell is off.
+bool IsAvailable(bool (*question)())
+{
+    bool isAvailable = false;
+    HostFault::Contain("GIDCSPActionComponent", [&] { isAvailable = question(); });
+    return isAvailable;
 }
 
 // While an export runs the dialog is gone from the screen, and the window may be an alert or the host's own.
@@ -85,8 +93,8 @@ void GIDCSPActionComponent::DoAction(IActiveContext* context, ActionID action, I
     const QScopedValueRollback<bool> busy(mIsBusy, true);
     try {
         Dispatch(context, action);
-    } catch (const std::exception& error) {
-        ShowError(GString::fromUtf8(error.what()));
+    } catch (...) {
+        ShowError(ErrorText::DescribeCurrent());
     }
 }
 
@@ -102,16 +110,21 @@ void GIDCSPActionComponent::Dispatch(IActiveContext* context, ActionID action)
 
 void GIDCSPActionComponent::UpdateActionStates(IActiveContext*, IActionStateList& states)
 {
-    for (int32_t index = 0; index < states.Length(); ++index) {
-        const ActionID action = states.GetNthAction(index);
-        if (action == PlugInID::cDocumentAction) {
-            SetState(states, index, HasFrontDocument(), mDocumentAction.GetMenuName(),
-                     QStringLiteral("Alt+Shift+E"));
-        } else if (action == PlugInID::cBookAction) {
-            SetState(states, index, HasActiveBook(), mBookAction.GetMenuName(),
-                     QStringLiteral("Alt+Shift+B"));
-        }
-    }
+    HostFault::Contain("GIDCSPActionComponent::UpdateActionStates", [&] {
+        for (int32_t index = 0; index < states.Length(); ++index)
+            UpdateState(states, index);
+    });
+}
+
+void GIDCSPActionComponent::UpdateState(IActionStateList& states, int32_t index) const
+{
+    const ActionID action = states.GetNthAction(index);
+    if (action == PlugInID::cDocumentAction)
+        SetState(states, index, IsAvailable(HasFrontDocument), mDocumentAction.GetMenuName(),
+                 QStringLiteral("Alt+Shift+E"));
+    else if (action == PlugInID::cBookAction)
+        SetState(states, index, IsAvailable(HasActiveBook), mBookAction.GetMenuName(),
+                 QStringLiteral("Alt+Shift+B"));
 }
 
 void GIDCSPActionComponent::ShowAbout() const

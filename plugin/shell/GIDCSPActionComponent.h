@@ -26,7 +26,11 @@ public:
     void DoAction(IActiveContext* context, ActionID action, IHostObject* widget) override;
     void UpdateActionStates(IActiveContext* context, IActionStateList& states) override;
 
+    // Whether an action runs now. The component must stay until it has ended.
+    bool IsBusy() const { return mIsBusy; }
+
 private:
+    void UpdateState(IActionStateList& states, int32_t index) const;
     void Dispatch(IActiveContext* context, ActionID action);
     void ShowAbout() const;
     void Export(IActiveContext* context, GCPTSaveAsAction& action, const DialogOptions& options);

@@ -1,6 +1,7 @@
 #include "plugin/shell/GIDCSPStartupShutdown.h"
 
 #include "plugin/host/HostCalls.h"
+#include "plugin/host/HostFault.h"
 
 namespace
 {
@@ -41,9 +42,8 @@ HostPtr<IActionManager> QueryActionManager()
     const HostPtr<IApplication> application = session->QueryApplication();
     return application ? application->QueryActionManager() : HostPtr<IActionManager>();
 }
-}  // namespace
 
-void GIDCSPStartupShutdown::Startup()
+void AddEntries()
 {
     const HostPtr<IActionManager> actions = QueryActionManager();
     if (!actions)
@@ -53,6 +53,12 @@ void GIDCSPStartupShutdown::Startup()
         return;
     for (const MenuEntry& entry : cEntries)
         AddEntry(entry, *actions, *menus);
+}
+}  // namespace
+
+void GIDCSPStartupShutdown::Startup()
+{
+    HostFault::Contain("GIDCSPStartupShutdown::Startup", AddEntries);
 }
 
 void GIDCSPStartupShutdown::Shutdown() {}

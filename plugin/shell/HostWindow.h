@@ -5,6 +5,3 @@
 // The native identifier of the host's window that dialogs belong to; 0 for none. On Windows the first
 // top-level window of this process, elsewhere the application's active window.
 WId FindHostWindow();
-
-// Whether there is a system that can show windows; starting a QApplication without one ends the process.
-bool CanShowWindows();

@@ -18,8 +18,3 @@ WId FindHostWindow()
     EnumWindows(TakeFirstOwnWindow, reinterpret_cast<LPARAM>(&window));
     return reinterpret_cast<WId>(window);
 }
-
-bool CanShowWindows()
-{
-    return true;
-}

@@ -1,27 +1,35 @@
 #include "plugin/shell/ModalHooks.h"
 
 #include "plugin/host/HostCalls.h"
+#include "plugin/host/HostFault.h"
 #include "plugin/shell/HostWindow.h"
 #include "widgets/GCUSModal.h"
+
+#include <utility>
 
 namespace
 {
 // The host's token while a window is modal.
 ModalToken heldToken = cNoModalToken;
 
+// The window opens also where the host does not rest.
 void BeforeModal()
 {
-    if (const HostPtr<IModalUtils> modal = UtilsBoss::QueryUtils<IModalUtils>())
-        heldToken = modal->AcquireModalToken();
+    HostFault::Contain("ModalHooks", [] {
+        if (const HostPtr<IModalUtils> modal = UtilsBoss::QueryUtils<IModalUtils>())
+            heldToken = modal->AcquireModalToken();
+    });
 }
 
 void AfterModal()
 {
-    if (heldToken == cNoModalToken)
+    const ModalToken token = std::exchange(heldToken, cNoModalToken);
+    if (token == cNoModalToken)
         return;
-    if (const HostPtr<IModalUtils> modal = UtilsBoss::QueryUtils<IModalUtils>())
-        modal->HandBackModalToken(heldToken);
-    heldToken = cNoModalToken;
+    HostFault::Contain("ModalHooks", [token] {
+        if (const HostPtr<IModalUtils> modal = UtilsBoss::QueryUtils<IModalUtils>())
+            modal->HandBackModalToken(token);
+    });
 }
 }  // namespace
 

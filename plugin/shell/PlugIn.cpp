@@ -40,10 +40,12 @@ bool PlugIn::Load(IHostServices* services, PMString& error)
     return true;
 }
 
-void PlugIn::Unload()
+bool PlugIn::Unload()
 {
-    ReleaseActionComponent();
+    if (!ReleaseActionComponent())
+        return false;
     HostServices::Set(nullptr);
+    return true;
 }
 
 IStartupShutdownService* PlugIn::GetStartupShutdownService()
@@ -68,7 +70,10 @@ IActionComponent* PlugIn::CreateActionComponent(PMString& error)
     return mActionComponent.get();
 }
 
-void PlugIn::ReleaseActionComponent()
+bool PlugIn::ReleaseActionComponent()
 {
+    if (mActionComponent && mActionComponent->IsBusy())
+        return false;
     mActionComponent.reset();
+    return true;
 }

@@ -19,10 +19,10 @@ public:
 
     int32_t GetInterfaceVersion() const override;
     bool Load(IHostServices* services, PMString& error) override;
-    void Unload() override;
+    bool Unload() override;
     IStartupShutdownService* GetStartupShutdownService() override;
     IActionComponent* CreateActionComponent(PMString& error) override;
-    void ReleaseActionComponent() override;
+    bool ReleaseActionComponent() override;
     const WBaseResourceAccess& GetResourceAccess() const override { return mResourceAccess; }
 
 private:

@@ -3,6 +3,7 @@
 #include "hopbox/HopboxRegistry.h"
 
 #include <algorithm>
+#include <limits>
 
 // No Hopbox process runs in these tests, so an export that succeeds ends with the alert that says so. Every
 // export is to make a file package too.
@@ -57,7 +58,7 @@ using Op = HostOperation;
 const char* const cNoDocument = "No current document";
 const char* const cNotSaved = "Unable to save current document. Save the document and try again.";
 const char* const cNotOpened = "Unable to open document.";
-const char* const cNoPages = "The page range names no page of the document.";
+const char* const cNoPages = "The pages to export are not in the document.";
 const char* const cNoPreferences = "Unable to retrieve PDF Export preferences";
 const char* const cNoJobOptions =
     "Unable to read job options. Reselect the job options setting under the Printer tab and recreate the "
@@ -161,6 +162,53 @@ TEST_F(ExportFailuresTest, EachHostOperationThatIsAbsentOrFailsEndsTheExportWith
             if (row.operation != Op::CloseDocument && row.operation != Op::FindOpenDocument)
                 CheckDocumentsAreAsTheyWere(party);
         }
+    }
+}
+
+// One after the other through the same action and host: each run must get as far as its call, which proves
+// that those before it have left everything working.
+TEST_F(ExportFailuresTest, AnyOneCallOfTheHostMayFailRaiseOrAnswerNonsense)
+{
+    constexpr int32_t most = std::numeric_limits<int32_t>::max();
+    const struct
+    {
+        ExportKind kind;
+        HostAnswer answer;
+        int32_t nonsense;
+        int goesOn;  // calls without whose answer the export does its work: no more than these
+    } cases[] = {{ExportKind::Document, HostAnswer::Fails, 0, 2},
+                 {ExportKind::Document, HostAnswer::Raises, 0, 2},
+                 {ExportKind::Document, HostAnswer::Nonsense, most, 25},
+                 {ExportKind::Book, HostAnswer::Fails, 0, 8},
+                 {ExportKind::Book, HostAnswer::Raises, 0, 4},
+                 {ExportKind::Book, HostAnswer::Nonsense, most, 32},
+                 {ExportKind::Book, HostAnswer::Nonsense, -1, 28}};
+    for (const auto& row : cases) {
+        ExportParty party(row.kind);
+        int goneOn = 0;
+        int call = 1;
+        for (bool isDisturbed = true; isDisturbed; ++call) {
+            SCOPED_TRACE(testing::Message() << "answer " << int(row.answer) << " of call " << call);
+            GFileSystemBase::TryToRemoveFolder(GetTemporary());
+            for (FakeDocument& document : party.host.documents)
+                document.isOpen = document.pageCount > 1;
+            party.host.documents.front().isSaved = false;
+            party.host.books.front().isModified = true;
+            party.host.nonsense = row.nonsense;
+            party.host.DisturbCall(call, row.answer);
+            party.Export(key);
+            isDisturbed = party.host.IsDisturbed();
+            ASSERT_EQ(party.alerts.size(), 1);
+            const bool isHandedOff = party.alerts.front() == MakeAlert(cNobodyTakesIt);
+            EXPECT_TRUE(isHandedOff || party.alerts.front().startsWith(MakeFramedAlert("").trimmed()));
+            EXPECT_TRUE(isHandedOff || row.answer != HostAnswer::Raises ||
+                        party.alerts.front().endsWith("\nRaised by the host"_q));
+            EXPECT_TRUE(isHandedOff || isDisturbed);
+            goneOn += isDisturbed && isHandedOff;
+            CheckWhatIsLeft(party);
+        }
+        EXPECT_GT(call, 20);
+        EXPECT_EQ(goneOn, row.goesOn) << int(row.kind) << int(row.answer) << row.nonsense;
     }
 }
 

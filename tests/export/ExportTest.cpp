@@ -329,6 +329,16 @@ TEST_F(ExportTest, ARunIsAskedForByItsMessageAndEndsWithOneNotification)
     party.action.Detach(notes);
 }
 
+TEST_F(ExportTest, ABookWithoutAFileIsNamedByTheHost)
+{
+    ExportParty party(ExportKind::Book);
+    party.host.books.front().path.clear();
+    party.host.books.front().name = "Year 2026.indb"_q;
+    party.Export(MakeHopbox("Press"_q, cWithPackage));
+    EXPECT_EQ(party.action.GetPDFPath().GetLeaf(), "Year 2026.pdf"_q);
+    EXPECT_EQ(party.action.GetPackagePath().GetLeaf(), "Year 2026 Folder"_q);
+}
+
 // A host whose menus answer while a command runs can bring up a second tool on the same action.
 TEST_F(ExportTest, EachToolHandsOffItsOwnRunAlone)
 {

@@ -4,6 +4,8 @@
 #include "hosts/scribus/host/HostObject.h"
 #include "hosts/scribus/host/ScribusHost.h"
 
+#include <QFileInfo>
+
 namespace
 {
 // The documents as they stood when they were asked for: a list that a command has been given stays as it is.
@@ -32,6 +34,10 @@ public:
     explicit Book(const ScribusHost::BookPtr& book) : mBook(book) {}
 
     IDFile GetFile() const override { return IDFile(PMString(mBook->GetPath())); }
+    PMString GetName() const override
+    {
+        return PMString::Untranslated(QFileInfo(mBook->GetPath()).fileName());
+    }
     bool IsModified() const override { return mBook->IsModified(); }
 
     ErrorCode Save() override

@@ -74,10 +74,10 @@ protected:
         mReport = result.HasSucceeded() ? folder.MakeReport() : QString();
         if (result.HasSucceeded() && mHasReport && !WriteReport())
             result = CommandResult::Failure(QStringLiteral("The report can't be written."));
-        if (result.HasSucceeded()) {
-            folder.Finish();
+        if (result.HasSucceeded())
+            result = folder.Finish();
+        if (result.HasSucceeded())
             mHost.SetLastPackage(mFolder);
-        }
         return result;
     }
 

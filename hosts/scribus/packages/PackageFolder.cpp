@@ -58,7 +58,7 @@ CommandResult PackageFolder::AddFile(const QString& source, const QString& subfo
     if (mFiles.contains(source))
         return CommandResult::Success();
     if (mRunner.IsCancelled())
-        return {CommandResult::Outcome::Cancelled, QStringLiteral("The user cancelled.")};
+        return CommandResult::Cancellation();
     const QString name = ReserveName(subfolder, QFileInfo(source).fileName());
     const QString target = mFolder + QLatin1Char('/') + name;
     QFile file(source);
@@ -154,6 +154,12 @@ CommandResult PackageFolder::AddDocument(ScribusDocument& document)
     mDocuments.insert(document.GetPath(), mFolder + QLatin1Char('/') + name);
     mEntries.append({name, described});
     return result;
+}
+
+CommandResult PackageFolder::Finish()
+{
+    mIsFinished = !mRunner.IsCancelled();
+    return mIsFinished ? CommandResult::Success() : CommandResult::Cancellation();
 }
 
 QString PackageFolder::MakeReport() const

@@ -46,8 +46,8 @@ public:
     // Says what is in the package and what is missing, as text for a person.
     QString MakeReport() const;
 
-    // The folder is to stay.
-    void Finish() { mIsFinished = true; }
+    // The folder is to stay, unless the user has cancelled while the last file was copied.
+    CommandResult Finish();
 
 private:
     struct Entry

@@ -18,5 +18,9 @@ struct CommandResult
     bool HasSucceeded() const { return outcome == Outcome::Succeeded; }
 
     static CommandResult Success() { return {Outcome::Succeeded, {}}; }
+    static CommandResult Cancellation()
+    {
+        return {Outcome::Cancelled, QStringLiteral("The user cancelled.")};
+    }
     static CommandResult Failure(const QString& reason) { return {Outcome::Failed, reason}; }
 };

@@ -196,7 +196,7 @@ TEST_F(DialogTest, OKExportsWhatIsChosen)
     } cases[] = {{true, nullptr, all, done},
                  {false, nullptr, all, done},
                  {true, "3,2", {GetPageUID(3), GetPageUID(2)}, done},
-                 {true, "", {}, MakeFramedAlert("The page range names no page of the document.")}};
+                 {true, "", {}, MakeFramedAlert("The pages to export are not in the document.")}};
     for (const auto& entry : cases) {
         HopboxRegistry().Clear();
         party.host.commands.clear();

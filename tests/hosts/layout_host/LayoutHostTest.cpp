@@ -172,7 +172,7 @@ TEST_F(LayoutHost, TellsWhyItSentNothing)
         const char *result, *text;  // "alert" with the alert's text, or "failed" with the error
     } cases[] = {
         {MakeCall(cNewsletter, "--pages|3-9"_list), "alert",
-         "Plug-in Error: The page range names no page of the document."},
+         "Plug-in Error: The pages to export are not in the document."},
         {MakeCall(cTemplates + "cover1/cover1.sla.gz"_q), "alert",
          "Plug-in Error: Font is Missing! Correct the following font and try again:\n"
          "    1. Nimbus Sans L Regular\n"},

@@ -179,3 +179,37 @@ TEST_F(ActionComponent, NoOperationOfTheHostIsTakenForGranted)
     }
     EXPECT_TRUE(errors.isEmpty());
 }
+
+TEST_F(ActionComponent, NothingThatTheHostRaisesGetsBackToIt)
+{
+    int dialogs = 0;
+    Start([&](const GString&, GCPTSaveAsTool&) {
+        const GCUSModal::Scope modal;
+        ++dialogs;
+    });
+    host.documents.push_back({});
+    host.books.push_back({});
+    int call = 1;
+    for (bool isReached = true; isReached; ++call) {
+        host.actions.clear();
+        FakeStateList list({cAbout, cDocument, cBook});
+        host.DisturbCall(call, HostAnswer::Raises);
+        EXPECT_NO_THROW({
+            GIDCSPStartupShutdown().Startup();
+            component->UpdateActionStates(nullptr, list);
+            for (const ActionID action : {cAbout, cDocument, cBook})
+                component->DoAction(nullptr, action, nullptr);
+        }) << call;
+        isReached = host.IsDisturbed();
+        EXPECT_LE(errors.size(), isReached ? 1 : 0) << call;
+        EXPECT_EQ(list.set.filter(" o"_q).size(), 2) << call;  // each entry is on or off
+        errors.clear();
+        host.modalTokens.clear();
+    }
+    EXPECT_GT(call, 20);
+    // The unit is asked for in two calls; whatever else is raised, each dialog opens.
+    EXPECT_EQ(dialogs, 2 * (call - 1) - 4);
+    host.DisturbCall(0, HostAnswer::Works);
+    const GCUSModal::Scope modal;  // the depth is as it was
+    EXPECT_EQ(host.modalTokens.size(), 1U);
+}

@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QLibrary>
+#include <QMessageBox>
 #include <QRadioButton>
 #include <QTest>
 
@@ -17,6 +18,25 @@ namespace
 {
 constexpr ActionID cDocument = 1674244;
 constexpr ActionID cBook = 1674246;
+
+// Sets an environment variable for its lifetime.
+class Variable
+{
+public:
+    Variable(const char* name, const char* value)
+        : mName(name), mOld(qgetenv(name)), mWasSet(qEnvironmentVariableIsSet(name))
+    {
+        qputenv(mName, value);
+    }
+    ~Variable() { mWasSet ? qputenv(mName, mOld) : qunsetenv(mName); }
+    Variable(const Variable&) = delete;
+    Variable& operator=(const Variable&) = delete;
+
+private:
+    const char* mName;
+    QByteArray mOld;
+    bool mWasSet;
+};
 
 // The module as a host has it: loaded at run time, and known by its entry alone.
 class Module : public testing::Test
@@ -148,6 +168,61 @@ TEST_F(Module, MakesTheApplicationThatIsMissingAndNoOther)
     }
 }
 
+// A window system that is not there ends a process that starts Qt's windows.
+TEST_F(Module, RefusesAProcessThatCanShowNoWindows)
+{
+    const struct
+    {
+        const char* platform;
+        const char* display;
+        bool isUsable;
+    } cases[] = {
+        {"nonsense", ":4711", false}, {"xcb", ":4711", false},          {"xcb", "", false},
+        {"wayland", "", false},       {"nonsense;offscreen", "", true}, {"offscreen:x", ":4711", true}};
+    for (const auto& entry : cases) {
+        SCOPED_TRACE(entry.platform + std::string(" on ") + entry.display);
+        const Variable platform("QT_QPA_PLATFORM", entry.platform);
+        const Variable display("DISPLAY", entry.display);
+        const Variable wayland("WAYLAND_DISPLAY", "wayland-4711");
+        ASSERT_EQ(GiveServices(&host), QString());
+        EXPECT_EQ(Create() != nullptr, entry.isUsable) << error.toStdString();
+        EXPECT_EQ(error.isEmpty(), entry.isUsable);
+        EXPECT_TRUE(plugIn->Unload());
+    }
+}
+
+// The host's main loop may unload a plug-in whose dialog is open, or whose command runs.
+TEST_F(Module, StaysLoadedWhileAnActionRuns)
+{
+    MakeHopbox("Press"_q);
+    MakeDocumentAndBook();
+    ASSERT_EQ(GiveServices(&host), QString());
+    IActionComponent* component = Create();
+    ASSERT_NE(component, nullptr) << error.toStdString();
+    int tries = 0;
+    const auto tryToEnd = [&] {
+        ++tries;
+        EXPECT_FALSE(plugIn->ReleaseActionComponent());
+        EXPECT_FALSE(plugIn->Unload());
+        component->DoAction(nullptr, cBook, nullptr);
+    };
+    host.onRun = tryToEnd;
+    {
+        WindowDriver driver({[&](QWidget&) {
+                                 tryToEnd();
+                                 WindowDriver::Click(Qt::Key_Return);
+                             },
+                             [&](QWidget&) {  // nobody takes the PDF
+                                 tryToEnd();
+                                 WindowDriver::Click(Qt::Key_Escape);
+                             }});
+        component->DoAction(nullptr, cDocument, nullptr);
+    }
+    EXPECT_EQ(tries, 3);
+    EXPECT_TRUE(plugIn->ReleaseActionComponent());
+    EXPECT_TRUE(plugIn->Unload());
+}
+
 // The string files beside the module, the settings file and the alerts have found each other.
 TEST_F(Module, SpeaksTheLanguageOfItsSettings)
 {
@@ -173,7 +248,20 @@ TEST_F(Module, SpeaksTheLanguageOfItsSettings)
                          [](QWidget& alert) {
                              EXPECT_EQ(alert.windowTitle(), "Fehler beim Export an Hopbox"_q);
                              WindowDriver::Click(Qt::Key_Escape);
+                         },
+                         [](QWidget&) { WindowDriver::Click(Qt::Key_Return); },
+                         [](QWidget& alert) {
+                             const QString text = dynamic_cast<QMessageBox&>(alert).text();
+                             EXPECT_TRUE(text.startsWith("Eine Datei oder ein Ordner konnte nicht "_q))
+                                 << text.toStdString();
+                             EXPECT_TRUE(text.contains("Temp"_q)) << text.toStdString();
+                             WindowDriver::Click(Qt::Key_Escape);
                          }});
+    component->DoAction(nullptr, cDocument, nullptr);
+    // The file layer's own words stand behind a sentence in that language.
+    const GPathName temporary = GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary);
+    GFileSystemBase::TryToRemoveFolder(temporary);
+    WriteFile(temporary.GetNativePath(), "in the way");
     component->DoAction(nullptr, cDocument, nullptr);
 }
 

@@ -34,18 +34,31 @@ public:
     ErrorCode ReadJobOptions(const IDFile& file) override
     {
         QFile source(GetPath(file));
-        if (mHost.Ask(HostOperation::ReadJobOptions) != HostAnswer::Works ||
-            !source.open(QIODevice::ReadOnly))
+        if (const ErrorCode fault = mHost.AskForCode(HostOperation::ReadJobOptions); fault != cSuccess)
+            return fault;
+        if (!source.open(QIODevice::ReadOnly))
             return cFailure;
         mRecord->jobOptionsPath = GetPath(file);
         mRecord->jobOptions = source.readAll();
         return cSuccess;
     }
 
-    void SetSwitch(PDFSwitch setting, bool isOn) override { mRecord->switches[setting] = isOn; }
-    void SetLength(PDFLength setting, double points) override { mRecord->lengths[setting] = points; }
-    int32_t GetReaderSpreads() const override { return mRecord->readerSpreads; }
-    void SetReaderSpreads(int32_t spreads) override { mRecord->readerSpreads = spreads; }
+    void SetSwitch(PDFSwitch setting, bool isOn) override
+    {
+        mHost.Note();
+        mRecord->switches[setting] = isOn;
+    }
+    void SetLength(PDFLength setting, double points) override
+    {
+        mHost.Note();
+        mRecord->lengths[setting] = points;
+    }
+    int32_t GetReaderSpreads() const override { return mHost.Give(mRecord->readerSpreads); }
+    void SetReaderSpreads(int32_t spreads) override
+    {
+        mHost.Note();
+        mRecord->readerSpreads = spreads;
+    }
 };
 
 class FakeFileData : public CommandPart<ISystemFileData>
@@ -53,7 +66,11 @@ class FakeFileData : public CommandPart<ISystemFileData>
 public:
     using FakeRecordObject::FakeRecordObject;
 
-    void SetFile(const IDFile& file) override { mRecord->outputPath = GetPath(file); }
+    void SetFile(const IDFile& file) override
+    {
+        mHost.Note();
+        mRecord->outputPath = GetPath(file);
+    }
 };
 
 class FakeOutputPages : public CommandPart<IOutputPages>
@@ -63,13 +80,18 @@ public:
 
     void SetPages(const UIDList& pages, bool isSpreads) override
     {
+        mHost.Note();
         mRecord->pages.clear();
         for (int i = 0; i < pages.Length(); ++i)
             mRecord->pages.push_back(pages[i]);
         mRecord->isSpreads = isSpreads;
     }
 
-    void SetName(const PMString& name) override { mRecord->name = name.GetString(); }
+    void SetName(const PMString& name) override
+    {
+        mHost.Note();
+        mRecord->name = name.GetString();
+    }
 };
 
 class FakeBookExportData : public CommandPart<IBookExportData>
@@ -77,12 +99,21 @@ class FakeBookExportData : public CommandPart<IBookExportData>
 public:
     using FakeRecordObject::FakeRecordObject;
 
-    void SetBook(const IBook& book) override { mRecord->bookPath = GetRecord(book).path; }
+    void SetBook(const IBook& book) override
+    {
+        mHost.Note();
+        mRecord->bookPath = GetRecord(book).path;
+    }
     void SetDocuments(const IBookContent& documents) override
     {
+        mHost.Note();
         mRecord->documentCount = documents.GetDocumentCount();
     }
-    void SetOutputFile(const IDFile& file) override { mRecord->outputPath = GetPath(file); }
+    void SetOutputFile(const IDFile& file) override
+    {
+        mHost.Note();
+        mRecord->outputPath = GetPath(file);
+    }
 };
 
 template <class Interface>
@@ -95,8 +126,16 @@ public:
         host.packages.push_back(mRecord);
     }
 
-    void SetTargetFolder(const IDFile& folder) override { mRecord->folder = GetPath(folder); }
-    void SetSetting(PackageSetting setting, bool isOn) override { mRecord->settings[setting] = isOn; }
+    void SetTargetFolder(const IDFile& folder) override
+    {
+        this->mHost.Note();
+        mRecord->folder = GetPath(folder);
+    }
+    void SetSetting(PackageSetting setting, bool isOn) override
+    {
+        this->mHost.Note();
+        mRecord->settings[setting] = isOn;
+    }
 
     // Puts a copy of the document or book, or "Content" where it is no real file, into the folder, which must
     // be there and empty.
@@ -104,8 +143,8 @@ public:
     {
         if (this->mHost.onRun)
             this->mHost.onRun();
-        if (this->mHost.Ask(HostOperation::ExecutePackage) != HostAnswer::Works)
-            return cFailure;
+        if (const ErrorCode fault = this->mHost.AskForCode(HostOperation::ExecutePackage); fault != cSuccess)
+            return fault;
         const QDir folder(mRecord->folder);
         const QString name = QFileInfo(mRecord->sourcePath).fileName();
         mRecord->hasRun = folder.exists() && folder.isEmpty() &&
@@ -123,14 +162,22 @@ class FakeDocumentPackage : public FakePackage<IDocumentPackageCommand>
 {
 public:
     using FakePackage::FakePackage;
-    void SetDocument(const IDocument& document) override { mRecord->sourcePath = GetRecord(document).path; }
+    void SetDocument(const IDocument& document) override
+    {
+        mHost.Note();
+        mRecord->sourcePath = GetRecord(document).path;
+    }
 };
 
 class FakeBookPackage : public FakePackage<IBookPackageCommand>
 {
 public:
     using FakePackage::FakePackage;
-    void SetBook(const IBook& book) override { mRecord->sourcePath = GetRecord(book).path; }
+    void SetBook(const IBook& book) override
+    {
+        mHost.Note();
+        mRecord->sourcePath = GetRecord(book).path;
+    }
 };
 
 class FakeReport : public FakeObject<IPackageReportCommand>
@@ -140,8 +187,8 @@ public:
 
     int32_t CreateReport(const IDocumentPackageCommand& package) override
     {
-        if (mHost.Ask(HostOperation::CreateReport) != HostAnswer::Works)
-            return 0;
+        if (const ErrorCode fault = mHost.AskForCode(HostOperation::CreateReport); fault != cSuccess)
+            return fault == cFailure ? 0 : fault;
         const QDir folder(static_cast<const FakeDocumentPackage&>(package).mRecord->folder);
         const bool isWritten = Write(folder.filePath(QStringLiteral("Instructions.txt")), "Report");
         return isWritten ? cReportWritten : 0;
@@ -202,8 +249,8 @@ ErrorCode FakeCommand::Run()
     if (mHost.onRun)
         mHost.onRun();
     const HostOperation operation = GetRunOperation(mRecord->commandClass);
-    if (mHost.Ask(operation) != HostAnswer::Works)
-        return cFailure;
+    if (const ErrorCode fault = mHost.AskForCode(operation); fault != cSuccess)
+        return fault;
     mRecord->hasRun = true;
     if (operation == HostOperation::RunPDFPreferences)
         return cSuccess;

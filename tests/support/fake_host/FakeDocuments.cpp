@@ -1,17 +1,17 @@
 #include "tests/support/fake_host/FakeDocuments.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace
 {
-PMString MakeName(const QString& text)
-{
-    return PMString::Untranslated(text);
-}
-
+// Nonsense: a path that no file system call takes.
 IDFile MakeFile(FakeHost& host, HostOperation operation, const QString& path)
 {
-    return host.Ask(operation) == HostAnswer::Works ? IDFile(PMString(path)) : IDFile();
+    const HostAnswer answer = host.Ask(operation);
+    if (answer == HostAnswer::Nonsense)
+        return IDFile(PMString(path + QChar(0) + QString(70000, QLatin1Char('/'))));
+    return answer == HostAnswer::Works ? IDFile(PMString(path)) : IDFile();
 }
 
 class FakePageList : public FakeRecordObject<IPageList, const FakeDocument&>
@@ -19,19 +19,20 @@ class FakePageList : public FakeRecordObject<IPageList, const FakeDocument&>
 public:
     using FakeRecordObject::FakeRecordObject;
 
-    int32_t GetPageCount() const override { return mRecord.pageCount; }
+    int32_t GetPageCount() const override { return mHost.Give(mRecord.pageCount); }
 
     UID GetNthPage(int32_t index) const override
     {
-        if (mHost.Ask(HostOperation::GetNthPage) != HostAnswer::Works || index >= mRecord.pageCount)
-            return cNoUID;
-        return GetPageUID(index + 1);
+        const HostAnswer answer = mHost.Ask(HostOperation::GetNthPage);
+        if (answer == HostAnswer::Nonsense)
+            return std::numeric_limits<UID>::max();
+        return answer == HostAnswer::Works ? GetPageUID(index + 1) : cNoUID;
     }
 
     ErrorCode GetPageUIDs(const PMString& range, UIDList& pages) const override
     {
-        if (mHost.Ask(HostOperation::GetPageUIDs) != HostAnswer::Works)
-            return cFailure;
+        if (const ErrorCode fault = mHost.AskForCode(HostOperation::GetPageUIDs); fault != cSuccess)
+            return fault;
         for (const QString& part : range.GetString().split(QLatin1Char(','))) {
             const int first = part.section(QLatin1Char('-'), 0, 0).toInt();
             const int last = part.section(QLatin1Char('-'), -1).toInt();
@@ -50,9 +51,13 @@ public:
     using FakeRecordObject::FakeRecordObject;
 
     // Knows of no font before it took stock.
-    void Update() override { mMissing = mRecord.missingFonts; }
-    int32_t GetMissingFontCount() const override { return mMissing.size(); }
-    PMString GetNthMissingFontName(int32_t index) const override { return MakeName(mMissing.value(index)); }
+    void Update() override
+    {
+        mHost.Note();
+        mMissing = mRecord.missingFonts;
+    }
+    int32_t GetMissingFontCount() const override { return mHost.Give(mMissing.size()); }
+    PMString GetNthMissingFontName(int32_t index) const override { return mHost.Give(mMissing.value(index)); }
 
 private:
     QStringList mMissing;
@@ -63,10 +68,14 @@ class FakeDocumentObject : public FakeRecordObject<IDocument, FakeDocument&>
 public:
     using FakeRecordObject::FakeRecordObject;
 
-    bool IsSaved() const override { return mRecord.isSaved; }
+    bool IsSaved() const override { return mHost.Give(mRecord.isSaved); }
     IDFile GetFile() const override { return MakeFile(mHost, HostOperation::GetDocumentFile, mRecord.path); }
-    PMString GetName() const override { return MakeName(mRecord.name); }
-    const IDataBase* GetDataBase() const override { return reinterpret_cast<const IDataBase*>(&mRecord); }
+    PMString GetName() const override { return mHost.Give(mRecord.name); }
+    const IDataBase* GetDataBase() const override
+    {
+        mHost.Note();
+        return reinterpret_cast<const IDataBase*>(&mRecord);
+    }
 
     HostPtr<IPageList> QueryPageList() const override
     {
@@ -84,7 +93,7 @@ class FakeBookContent : public FakeRecordObject<IBookContent, const FakeBook&>
 public:
     using FakeRecordObject::FakeRecordObject;
 
-    int32_t GetDocumentCount() const override { return mRecord.documentPaths.size(); }
+    int32_t GetDocumentCount() const override { return mHost.Give(mRecord.documentPaths.size()); }
 
     IDFile GetNthDocumentFile(int32_t index) const override
     {
@@ -98,12 +107,13 @@ public:
     using FakeRecordObject::FakeRecordObject;
 
     IDFile GetFile() const override { return MakeFile(mHost, HostOperation::GetBookFile, mRecord.path); }
-    bool IsModified() const override { return mRecord.isModified; }
+    PMString GetName() const override { return mHost.Give(mRecord.name); }
+    bool IsModified() const override { return mHost.Give(mRecord.isModified); }
 
     ErrorCode Save() override
     {
-        if (mHost.Ask(HostOperation::SaveBook) != HostAnswer::Works)
-            return cFailure;
+        if (const ErrorCode fault = mHost.AskForCode(HostOperation::SaveBook); fault != cSuccess)
+            return fault;
         mRecord.isModified = false;
         return cSuccess;
     }
@@ -136,8 +146,8 @@ HostPtr<IDocument> FakeLayoutUtils::QueryFrontDocument() const
 
 ErrorCode FakeDocumentUtils::SaveDocument(IDocument& document)
 {
-    if (mHost.Ask(HostOperation::SaveDocument) != HostAnswer::Works)
-        return cFailure;
+    if (const ErrorCode fault = mHost.AskForCode(HostOperation::SaveDocument); fault != cSuccess)
+        return fault;
     GetRecord(document).isSaved = true;
     return cSuccess;
 }
@@ -164,17 +174,19 @@ ErrorCode FakeDocumentUtils::OpenDocument(const IDFile& file, HostPtr<IDocument>
     FakeDocument* record = Find(file);
     if (answer == HostAnswer::Fails || record == nullptr)
         return cFailure;
-    record->isOpen = answer == HostAnswer::Works;
+    record->isOpen = answer != HostAnswer::Absent;
     if (record->isOpen)
         document = HostPtr<FakeDocumentObject>::Adopt(new FakeDocumentObject(mHost, "IDocument", *record));
-    return cSuccess;
+    // Nonsense: an error, and yet a document.
+    return answer == HostAnswer::Nonsense ? cFailure : cSuccess;
 }
 
 ErrorCode FakeDocumentUtils::CloseDocument(IDocument& document, const CloseFlags& flags)
 {
     const bool isQuiet = flags.dialogs == 0 && flags.mayCancel && flags.isAtOnce;
-    if (mHost.Ask(HostOperation::CloseDocument) != HostAnswer::Works || !isQuiet)
-        return cFailure;
+    const ErrorCode fault = mHost.AskForCode(HostOperation::CloseDocument);
+    if (fault != cSuccess || !isQuiet)
+        return fault == cSuccess ? cFailure : fault;
     GetRecord(document).isOpen = false;
     return cSuccess;
 }

@@ -26,7 +26,7 @@ class FakeBookManager : public FakeObject<IBookManager>
 {
 public:
     explicit FakeBookManager(FakeHost& host) : FakeObject(host, "IBookManager") {}
-    int32_t GetBookCount() const override { return static_cast<int32_t>(mHost.books.size()); }
+    int32_t GetBookCount() const override { return mHost.Give(static_cast<int32_t>(mHost.books.size())); }
     HostPtr<IBook> QueryActiveBook() const override;
 };
 

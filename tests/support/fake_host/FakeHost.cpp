@@ -5,6 +5,7 @@
 #include "tests/support/fake_host/FakeDocuments.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 namespace
 {
@@ -16,6 +17,7 @@ public:
     void AddMenuItem(ActionID action, const PMString& menuPath, double position,
                      const MenuItemFlags&) override
     {
+        mHost.Note();
         mHost.menuItems.emplace(action, QStringLiteral("%1|%2").arg(menuPath.GetString()).arg(position));
     }
 };
@@ -25,11 +27,15 @@ class FakeActionManager : public FakeObject<IActionManager>
 public:
     explicit FakeActionManager(FakeHost& host) : FakeObject(host, "IActionManager") {}
 
-    bool IsActionKnown(ActionID action) const override { return mHost.actions.count(action) != 0; }
+    bool IsActionKnown(ActionID action) const override
+    {
+        return mHost.Give(mHost.actions.count(action) != 0);
+    }
 
     void AddAction(ClassID owner, ActionID action, const PMString& name, const PMString& area,
                    const ActionFlags& flags) override
     {
+        mHost.Note();
         QStringList values = {name.GetString(), area.GetString()};
         for (const int value : {owner, flags.type, flags.enabling, flags.selection, flags.shortcutEditor})
             values.append(QString::number(value));
@@ -73,7 +79,7 @@ class FakeUnits : public FakeObject<IUnitOfMeasureSettings>
 {
 public:
     explicit FakeUnits(FakeHost& host) : FakeObject(host, "IUnitOfMeasureSettings") {}
-    ClassID GetHorizontalUnit() const override { return mHost.unit; }
+    ClassID GetHorizontalUnit() const override { return mHost.Give(mHost.unit); }
 };
 
 class FakeModalUtils : public FakeObject<IModalUtils>
@@ -92,6 +98,7 @@ public:
 
     void HandBackModalToken(ModalToken token) override
     {
+        mHost.Note();
         auto& tokens = mHost.modalTokens;
         tokens.erase(std::remove(tokens.begin(), tokens.end(), token), tokens.end());
     }
@@ -113,13 +120,63 @@ void FakeHost::Make(HostOperation operation, HostAnswer answer, int fromCall)
     mOrders[operation] = {answer, fromCall};
 }
 
+void FakeHost::DisturbCall(int number, HostAnswer answer)
+{
+    mCallsLeft = number == 0 ? std::numeric_limits<int>::max() : number;
+    mDisturbance = answer;
+}
+
+HostAnswer FakeHost::Note(bool canFail)
+{
+    const bool isNone = mCallsLeft == std::numeric_limits<int>::max();
+    if (isNone || (mDisturbance == HostAnswer::Fails && !canFail) || --mCallsLeft != 0)
+        return HostAnswer::Works;
+    if (mDisturbance == HostAnswer::Raises)
+        throw std::runtime_error("Raised by the host");
+    return mDisturbance;
+}
+
+int32_t FakeHost::Give(int32_t number)
+{
+    return Note() == HostAnswer::Nonsense ? nonsense : number;
+}
+
+bool FakeHost::Give(bool flag)
+{
+    return Note() == HostAnswer::Nonsense ? !flag : flag;
+}
+
+PMString FakeHost::Give(const QString& text)
+{
+    QString garbage(70000, QChar(0xD800));
+    garbage.replace(0, 4, QStringLiteral("/../"));
+    garbage[5] = QChar(0);
+    return PMString::Untranslated(Note() == HostAnswer::Nonsense ? garbage : text);
+}
+
+ErrorCode FakeHost::AskForCode(HostOperation operation)
+{
+    const HostAnswer answer = Ask(operation);
+    if (answer == HostAnswer::Nonsense)
+        return std::numeric_limits<ErrorCode>::min();
+    return answer == HostAnswer::Works ? cSuccess : cFailure;
+}
+
 HostAnswer FakeHost::Ask(HostOperation operation)
 {
     mAsked.push_back(operation);
+    if (const HostAnswer disturbed = Note(true); disturbed != HostAnswer::Works)
+        return disturbed;
     const auto order = mOrders.find(operation);
     const auto calls = std::count(mAsked.begin(), mAsked.end(), operation);
     const bool isOrdered = order != mOrders.end() && calls >= order->second.fromCall;
     return isOrdered ? order->second.answer : HostAnswer::Works;
+}
+
+void FakeHost::SetCancelObserver(ICancelObserver* observer)
+{
+    mCancelObserver = observer;
+    Note();
 }
 
 void FakeHost::CancelByUser()
@@ -180,8 +237,8 @@ HostPtr<IObjectModel> FakeHost::QueryObjectModel()
 int32_t FakeHost::ModalAlert(const PMString& text, const PMString& button1, const PMString& button2,
                              const PMString& button3, int32_t, int32_t)
 {
-    if (Ask(HostOperation::ModalAlert) != HostAnswer::Works)
-        return 0;
+    if (const ErrorCode fault = AskForCode(HostOperation::ModalAlert); fault != cSuccess)
+        return fault == cFailure ? 0 : fault;
     QStringList alert = {text.GetString()};
     for (const PMString* button : {&button1, &button2, &button3})
         if (!button->IsEmpty())

@@ -5,6 +5,7 @@
 #include "tests/support/fake_host/HostOperation.h"
 
 #include <functional>
+#include <limits>
 #include <memory>
 
 // A host for tests: documents, books, commands and menus that are plain values.
@@ -26,6 +27,7 @@ public:
     std::vector<FakeBook> books;
     ClassID unit = HostUnitID::cPoints;
     int32_t version = cVersion;
+    int32_t nonsense = std::numeric_limits<int32_t>::max();  // for a count that can't be
 
     // What it was told.
     std::vector<std::shared_ptr<FakeCommandRecord>> commands;
@@ -44,7 +46,14 @@ public:
     // From the call of that number on, counted from 1, the operation answers like this.
     void Make(HostOperation operation, HostAnswer answer, int fromCall = 1);
 
-    // The operations in the order in which they were asked for.
+    // The call of that number from now on, counted from 1 over all operations that can answer so, answers
+    // like this, once. 0 for no call.
+    void DisturbCall(int number, HostAnswer answer);
+
+    // Whether the call has been reached.
+    bool IsDisturbed() const { return mCallsLeft <= 0; }
+
+    // The operations that can find nothing or fail, in the order in which they were asked for.
     const std::vector<HostOperation>& GetAsked() const { return mAsked; }
 
     // The user presses Cancel while a command runs; for use in onRun.
@@ -53,7 +62,7 @@ public:
     // The objects with references that were not given back, by name, one name a reference.
     QStringList GetUnreleased() const { return mUnreleased; }
 
-    int32_t GetVersion() const override { return version; }
+    int32_t GetVersion() const override { return version; }  // not a call that can be disturbed
     HostPtr<ISession> QuerySession() override;
     HostPtr<IUnitOfMeasureSettings> QueryUnitPreferences(IActiveContext* context) override;
     HostPtr<ILayoutUtils> QueryLayoutUtils() override;
@@ -61,13 +70,19 @@ public:
     HostPtr<IModalUtils> QueryModalUtils() override;
     HostPtr<ICommand> CreateCommand(ClassID command) override;
     ErrorCode ProcessCommand(ICommand& command) override;
-    void SetCancelObserver(ICancelObserver* observer) override { mCancelObserver = observer; }
+    void SetCancelObserver(ICancelObserver* observer) override;
     HostPtr<IObjectModel> QueryObjectModel() override;
     int32_t ModalAlert(const PMString& text, const PMString& button1, const PMString& button2,
                        const PMString& button3, int32_t defaultButton, int32_t cancelButton) override;
 
-    // For the host's own objects.
+    // For the host's own objects: one call of an operation, and what it gives then. Those without an
+    // operation are for the operations that can neither find nothing nor fail.
     HostAnswer Ask(HostOperation operation);
+    ErrorCode AskForCode(HostOperation operation);
+    HostAnswer Note(bool canFail = false);
+    int32_t Give(int32_t number);
+    bool Give(bool flag);
+    PMString Give(const QString& text);
     void NoteReference(const QString& name) { mUnreleased.append(name); }
     void NoteRelease(const QString& name) { mUnreleased.removeOne(name); }
 
@@ -82,4 +97,6 @@ private:
     std::vector<HostOperation> mAsked;
     QStringList mUnreleased;
     ICancelObserver* mCancelObserver = nullptr;
+    int mCallsLeft = std::numeric_limits<int>::max();
+    HostAnswer mDisturbance = HostAnswer::Works;
 };

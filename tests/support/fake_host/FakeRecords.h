@@ -23,7 +23,8 @@ struct FakeDocument
 
 struct FakeBook
 {
-    QString path;
+    QString path;  // empty for a book that was never saved
+    QString name;
     QStringList documentPaths;
     bool isModified = false;
 };

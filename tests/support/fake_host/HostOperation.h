@@ -34,8 +34,10 @@ enum class HostOperation
 enum class HostAnswer
 {
     Works,
-    Absent,  // gives nothing: an empty handle, file or number
-    Fails    // gives an error
+    Absent,   // gives nothing: an empty handle, file or number
+    Fails,    // gives an error
+    Raises,   // against the interface's rule
+    Nonsense  // gives a count, text, number or error that no host has
 };
 
 struct HostOperationInfo

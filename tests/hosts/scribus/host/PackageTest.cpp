@@ -59,6 +59,27 @@ TEST_F(PackageTest, APackageOpensElsewhereWithoutItsOriginals)
               110);
 }
 
+// A large file is copied in one go: the user may have pressed Cancel since the last look.
+TEST_F(PackageTest, APackageThatIsCancelledWhileItsLastFileIsWrittenGoes)
+{
+    struct Observer final : ICancelObserver
+    {
+        void OnCommandCancelled() override { ++count; }
+        int count = 0;
+    } observer;
+    mHost->SetCancelObserver(&observer);
+    Open(MakeDocument("documents/a.sla"_q, 1));
+    const QString folder = GetOutput("a Folder"_q);
+    mFrontend.onWait = [&] { return QFileInfo::exists(folder + "/a.sla"_q); };
+    EXPECT_EQ(PackageDocument(folder), cFailure);
+    EXPECT_FALSE(QFileInfo::exists(folder));
+    EXPECT_EQ(observer.count, 1);
+    mFrontend.onWait = nullptr;
+    EXPECT_EQ(PackageDocument(folder), cSuccess) << mHost->GetLastFailure().toStdString();
+    EXPECT_EQ(observer.count, 1);
+    mHost->SetCancelObserver(nullptr);
+}
+
 TEST_F(PackageTest, ThePackagedFontsServeWhereTheSystemHasNone)
 {
     // A font that no system has: another one under a name of its own.

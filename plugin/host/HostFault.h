@@ -1,0 +1,21 @@
+#pragma once
+
+#include "foundation/core/GString.h"
+
+#include <cstdint>
+#include <functional>
+
+// What a host raises although no call of its may: it goes to the log and becomes a failure of the plug-in's.
+namespace HostFault
+{
+// The words of what is being handled, for use in a catch clause; of no particular language. A text of its own
+// for what is no exception.
+GString Describe();
+
+// Runs calls that must not fail by raising. What they raise goes to the log under `source`; false then.
+bool Contain(const char* source, const std::function<void()>& calls) noexcept;
+
+// The count as it is; raises for one that no host can mean: below zero, or above a million. Whoever goes
+// through what was counted would not come to an end, or to the end of the memory.
+int32_t CheckCount(int32_t count);
+}  // namespace HostFault
