@@ -34,7 +34,7 @@ protected:
     GString CreateHopbox(const QString& name, const QString& settings)
     {
         const QString jobOptions = GetSandbox().GetPath("a.joboptions"_q);
-        EXPECT_TRUE(WriteFile(jobOptions, "<< /A 1 >>"));
+        EXPECT_TRUE(WriteFile(jobOptions, "<< /A 1 >> setdistillerparams"));
         QProcess process;
         process.start(GetProgramPath("hopboxctl"),
                       QStringList{"create"_q, name, "--job-options"_q, jobOptions, "--json"_q} +
@@ -76,7 +76,7 @@ TEST_F(ExportTest, FromAHopboxOfTheCommandLineToTheInboxOfARealReceiver)
 
     ASSERT_EQ(party.host.commands.size(), 1u);
     const FakeCommandRecord& command = *party.host.commands.front();
-    EXPECT_EQ(command.jobOptions, QByteArray("<< /A 1 >>"));
+    EXPECT_EQ(command.jobOptions, QByteArray("<< /A 1 >> setdistillerparams"));
     EXPECT_EQ(GPathName(command.jobOptionsPath).GetParent(), JobOptionsFolder::GetPath());
     EXPECT_EQ(command.pages, (std::vector<UID>{GetPageUID(3), GetPageUID(1), GetPageUID(2), GetPageUID(3)}));
     EXPECT_TRUE(command.isSpreads);

@@ -343,7 +343,7 @@ TEST_F(DialogTest, RemovingAndAddingAtOnceLosesNothing)
     for (int number = 0; number < cCount; ++number)
         Add(QByteArray::number(number).constData(), "Old");
     const QString jobOptions = GetSandbox().GetPath("a.joboptions"_q);
-    ASSERT_TRUE(WriteFile(jobOptions, "<< /A 1 >>"));
+    ASSERT_TRUE(WriteFile(jobOptions, "<< /A 1 >> setdistillerparams"));
     Open();
     constexpr int cAdded = 3;
     QProcess adders[cAdded];
