@@ -33,7 +33,7 @@ set(may_use_plugin_shell ${may_use_export_dialog} export/dialog)
 
 # The Scribus engine, room by room: no window, no command line. Then what stands on it, each apart from the
 # others. None of them links the plug-in.
-set(engine ${floor_1} plugin/host foundation/prefs foundation/strings foundation/files foundation/ipc
+set(engine ${floor_1} plugin/host foundation/cli foundation/prefs foundation/strings foundation/files foundation/ipc
   foundation/startup)
 set(may_use_hosts_scribus_runner ${floor_1})
 set(may_use_hosts_scribus_sla ${floor_1})

@@ -18,7 +18,6 @@ namespace
 {
 constexpr int cExitDone = 0;
 constexpr int cExitFailed = 1;
-constexpr int cExitUsage = 2;
 
 constexpr int cTickInterval = 50;  // milliseconds
 
@@ -86,13 +85,11 @@ int Receive(const Options& options)
 int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
-    const std::optional<Options> options = Options::Parse(QCoreApplication::arguments().mid(1));
-    if (!options) {
-        std::fprintf(stderr, "%s\n", Options::cUsage);
-        return cExitUsage;
-    }
+    Options options;
+    if (const std::optional<int> status = Options::Read(argc, argv, options))
+        return *status;
     try {
-        return Receive(*options);
+        return Receive(options);
     } catch (const std::exception& error) {
         PrintError(QString::fromUtf8(error.what()));
         return cExitFailed;

@@ -26,6 +26,8 @@ QVariant HopboxListModel::data(const QModelIndex& index, int role) const
             return Qt::convertFromPlainText(item.text);  // a tip takes what looks like HTML for that
         case Qt::UserRole:
             return item.key;
+        case cNameRole:
+            return item.record.GetName(item.key);
         default:
             return {};
     }

@@ -4,12 +4,15 @@
 
 #include <QAbstractListModel>
 
-// A list of Hopboxes for a combo box: the texts, also as tips, and the keys as user data. The items are those
-// of the list, in its order; nothing is copied for each.
+// A list of Hopboxes for a combo box: the texts, also as tips, the keys as user data, and the names for
+// whoever drives the dialog. The items are those of the list, in its order; nothing is copied for each.
 class HopboxListModel : public QAbstractListModel
 {
 public:
     using QAbstractListModel::QAbstractListModel;
+
+    // The Hopbox's name, as hopboxctl lists it.
+    static constexpr int cNameRole = Qt::UserRole + 1;
 
     const HopboxList& GetList() const { return mList; }
     void SetList(HopboxList list);

@@ -1,3 +1,5 @@
+#include "foundation/cli/CliConsole.h"
+#include "foundation/cli/CliProgram.h"
 #include "foundation/trace/GTrace.h"
 #include "foundation/trace/QtLogger.h"
 #include "hosts/layout_host/commandline/CommandLine.h"
@@ -9,7 +11,6 @@
 #include <QJsonDocument>
 #include <QLoggingCategory>
 
-#include <cstdio>
 #include <memory>
 
 // A page layout application for Linux desktops: it opens documents and books that Scribus reads, and offers
@@ -17,16 +18,6 @@
 
 namespace
 {
-constexpr int cExitDone = 0;
-constexpr int cExitFailed = 1;
-constexpr int cExitUsage = 2;
-
-void Print(std::FILE* file, const QString& text)
-{
-    std::fputs(text.toUtf8().constData(), file);
-    std::fflush(file);
-}
-
 // Programs that lie elsewhere are named by the environment.
 ScribusSetup MakeSetup()
 {
@@ -58,9 +49,9 @@ int RunExport(const CommandLine& line)
     const LastResort lastResort(line.seconds);
     ExportRun run(line, MakeSetup());
     const QJsonObject report = run.Run();
-    Print(stdout, QString::fromUtf8(QJsonDocument(report).toJson()));
-    return report.value(QLatin1String("result")).toString() == QLatin1String("success") ? cExitDone
-                                                                                        : cExitFailed;
+    CliConsole::Print(QString::fromUtf8(QJsonDocument(report).toJson()));
+    const bool isDone = report.value(QLatin1String("result")).toString() == QLatin1String("success");
+    return CliConsole::Finish() && isDone ? cCliDone : cCliFailed;
 }
 
 int RunWindow(const CommandLine& line)
@@ -74,27 +65,18 @@ int RunWindow(const CommandLine& line)
 
 int main(int argc, char** argv)
 {
-    QStringList arguments;
-    for (int index = 1; index < argc; ++index)
-        arguments.append(QString::fromLocal8Bit(argv[index]));
-    const CommandLine line = CommandLine::Parse(arguments);
-    if (line.mode == CommandLine::Mode::Help) {
-        Print(stdout, CommandLine::GetUsage());
-        return cExitDone;
-    }
-    if (line.mode == CommandLine::Mode::Wrong) {
-        Print(stderr, QStringLiteral("layout-host: %1\n%2").arg(line.error, CommandLine::GetUsage()));
-        return cExitUsage;
-    }
-    if (line.mode == CommandLine::Mode::Export)
+    CommandLine line;
+    if (const std::optional<int> status = CommandLine::Read(argc, argv, line))
+        return *status;
+    if (line.isExport)
         GoOffscreen();
     if (!HasDisplay()) {
-        Print(stderr, QStringLiteral("layout-host: there is no display for the window\n"));
-        return cExitFailed;
+        CliConsole::PrintError(QStringLiteral("There is no display for the window."));
+        return cCliFailed;
     }
     QApplication application(argc, argv);
     GTrace::SetLogger(std::make_shared<Morvane::QtLogger>());
     QApplication::setApplicationName(QStringLiteral("layout-host"));
     QApplication::setApplicationDisplayName(QStringLiteral("Layout Host"));
-    return line.mode == CommandLine::Mode::Export ? RunExport(line) : RunWindow(line);
+    return line.isExport ? RunExport(line) : RunWindow(line);
 }

@@ -1,49 +1,41 @@
 #include "hosts/layout_host/commandline/CommandLine.h"
 
-#include <QCommandLineParser>
+#include "foundation/cli/CliMain.h"
 
 namespace
 {
-const QString cExport = QStringLiteral("export");
-const QString cExportBook = QStringLiteral("export-book");
-const QString cHopbox = QStringLiteral("hopbox");
-const QString cPages = QStringLiteral("pages");
-const QString cPackage = QStringLiteral("package");
-const QString cOptions = QStringLiteral("options");
-const QString cTimeout = QStringLiteral("timeout");
-const QString cHelp = QStringLiteral("help");
-
 constexpr int cLongestRun = 24 * 60 * 60;  // seconds
 
-void AddOptions(QCommandLineParser& parser)
-{
-    const QString value = QStringLiteral("value");
-    for (const QString& name : {cExport, cExportBook, cHopbox, cPages, cOptions, cTimeout})
-        parser.addOption({name, QString(), value});
-    for (const QString& name : {cPackage, cHelp})
-        parser.addOption(QCommandLineOption(name));
-}
-
-// The first thing that keeps the arguments from being a call; empty when there is none.
-QString FindFault(const QCommandLineParser& parser)
-{
-    const bool isDocument = parser.isSet(cExport);
-    const bool isBook = parser.isSet(cExportBook);
-    if (!isDocument && !isBook)
-        return parser.optionNames().isEmpty() ? QString()
-                                              : QStringLiteral("--export or --export-book is missing");
-    if (isDocument == isBook || parser.values(cExport).size() + parser.values(cExportBook).size() > 1)
-        return QStringLiteral("one export at a time");
-    if (!parser.positionalArguments().isEmpty())
-        return QStringLiteral("unexpected \"%1\"").arg(parser.positionalArguments().constFirst());
-    if (parser.value(cHopbox).isEmpty())
-        return QStringLiteral("--hopbox is missing");
-    if (isBook && parser.isSet(cPages))
-        return QStringLiteral("a book is exported as a whole, without --pages");
-    if (parser.isSet(cOptions) && parser.value(cOptions) != QLatin1String("open"))
-        return QStringLiteral("--options can only be \"open\"");
-    return {};
-}
+const CliProgram cProgram = {
+    "layout-host",
+    "shows documents, and exports them to Hopboxes",
+    "",
+    {{"",
+      "shows documents, and exports them to Hopboxes",
+      "Without an option it opens its window. With --export or --export-book it exports without a window: it "
+      "answers "
+      "the export dialog as a person would, and prints a JSON object that says what became of it.",
+      {{"FILE", "a document or a book to open in the window", CliArgument::Count::cAny}},
+      {{"export", "DOCUMENT", "export this document"},
+       {"export-book", "BOOK", "export this book"},
+       {"hopbox", "NAME",
+        "the Hopbox: its name or its key, as \"hopboxctl list\" shows them, or its text in the list of the "
+        "dialog"},
+       {"pages", "RANGE", "the pages, as 1-3,8; all without it"},
+       {"package", "", "send a file package too"},
+       {"options", "open", "unfold the options of the dialog"},
+       {"timeout", "SECONDS", "take no longer than this; 300 without it"}},
+      {{"layout-host --export Report.sla --hopbox Press --pages 1-3",
+        "Exports three pages to the Hopbox \"Press\"."}}}},
+    {{"exit status",
+      "  0  the export succeeded, or the window was closed\n"
+      "  1  it failed; the JSON object says why\n"
+      "  2  the call was wrong; standard error names the wrong word"},
+     {"environment",
+      "  HOPBOX_PLUGIN        the file of the plug-in\n"
+      "  LAYOUT_HOST_SCRIBUS  the program scribus\n"
+      "  LAYOUT_HOST_QPDF     the program qpdf\n"
+      "  MORVANE_ROOT         a folder for everything that belongs to Hopboxes, in place of your own"}}};
 
 bool ParseSeconds(const QString& text, int& seconds)
 {
@@ -52,49 +44,49 @@ bool ParseSeconds(const QString& text, int& seconds)
     return isNumber && seconds > 0 && seconds <= cLongestRun;
 }
 
-CommandLine MakeWrong(const QString& error)
+// What is wrong with the options together; empty when nothing is.
+QString FindFault(const CliCall& call)
 {
-    CommandLine line;
-    line.error = error;
-    return line;
+    const bool isExport = call.Has("export") || call.Has("export-book");
+    for (const char* option : {"hopbox", "pages", "package", "options", "timeout"}) {
+        if (call.Has(option) && !isExport)
+            return QStringLiteral("\"--%1\" needs \"--export\" or \"--export-book\".")
+                .arg(QLatin1String(option));
+    }
+    if (!isExport)
+        return {};
+    if (call.GetAll("export").size() + call.GetAll("export-book").size() > 1)
+        return QStringLiteral("One export at a time.");
+    if (!call.GetArguments().isEmpty())
+        return QStringLiteral("Unexpected \"%1\".").arg(call.GetArgument(0));
+    if (call.Get("hopbox").isEmpty())
+        return QStringLiteral("--hopbox NAME is missing.");
+    if (call.Has("export-book") && call.Has("pages"))
+        return QStringLiteral("A book is exported as a whole, without \"--pages\".");
+    if (call.Has("options") && call.Get("options") != QLatin1String("open"))
+        return QStringLiteral("\"--options\" can only be \"open\".");
+    return {};
 }
 }  // namespace
 
-QString CommandLine::GetUsage()
+std::optional<int> CommandLine::Read(int argc, char** argv, CommandLine& line)
 {
-    return QStringLiteral(
-        "usage:\n"
-        "  layout-host [FILE...]\n"
-        "  layout-host --export DOCUMENT --hopbox NAME [--pages RANGE] [--package] [--options open]"
-        " [--timeout SECONDS]\n"
-        "  layout-host --export-book BOOK --hopbox NAME [--package] [--options open]"
-        " [--timeout SECONDS]\n");
-}
-
-CommandLine CommandLine::Parse(const QStringList& arguments)
-{
-    QCommandLineParser parser;
-    AddOptions(parser);
-    // The parser passes over the program's name.
-    if (!parser.parse(QStringList(QString()) + arguments))
-        return MakeWrong(parser.errorText());
-    CommandLine line;
-    if (parser.isSet(cHelp)) {
-        line.mode = Mode::Help;
-        return line;
-    }
-    const QString fault = FindFault(parser);
+    CliCall call;
+    if (const std::optional<int> status = AnswerCli(cProgram, argc, argv, call))
+        return status;
+    QString fault = FindFault(call);
+    if (fault.isEmpty() && call.Has("timeout") && !ParseSeconds(call.Get("timeout"), line.seconds))
+        fault = QStringLiteral("\"--timeout\" takes seconds, from 1 to %1, not \"%2\".")
+                    .arg(QString::number(cLongestRun), call.Get("timeout"));
     if (!fault.isEmpty())
-        return MakeWrong(fault);
-    if (parser.isSet(cTimeout) && !ParseSeconds(parser.value(cTimeout), line.seconds))
-        return MakeWrong(QStringLiteral("--timeout takes seconds, from 1 to %1").arg(cLongestRun));
-    line.isBook = parser.isSet(cExportBook);
-    line.files = parser.positionalArguments() + parser.values(cExport) + parser.values(cExportBook);
-    line.mode = parser.isSet(cHopbox) ? Mode::Export : Mode::Window;
-    line.choices.hopbox = parser.value(cHopbox);
-    if (parser.isSet(cPages))
-        line.choices.pages = parser.value(cPages);
-    line.choices.includesPackage = parser.isSet(cPackage);
-    line.choices.opensOptions = parser.isSet(cOptions);
-    return line;
+        return RefuseCli(cProgram, call.GetCommand(), fault);
+    line.isExport = call.Has("hopbox");
+    line.isBook = call.Has("export-book");
+    line.files = call.GetArguments() + call.GetAll("export") + call.GetAll("export-book");
+    line.choices.hopbox = call.Get("hopbox");
+    if (call.Has("pages"))
+        line.choices.pages = call.Get("pages");
+    line.choices.includesPackage = call.Has("package");
+    line.choices.opensOptions = call.Has("options");
+    return {};
 }

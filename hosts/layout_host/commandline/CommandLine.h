@@ -4,24 +4,16 @@
 
 #include <QStringList>
 
+#include <optional>
+
 // What the call of layout-host asks for.
 struct CommandLine
 {
-    enum class Mode
-    {
-        Window,  // show the window, with `files` open in it
-        Export,  // run one export and end
-        Help,
-        Wrong  // no call of this program: `error` says why
-    };
+    // Reads the call of this process. Gives the exit status where nothing is left to do: help was asked for,
+    // or the call was wrong, which is told.
+    static std::optional<int> Read(int argc, char** argv, CommandLine& line);
 
-    static QString GetUsage();
-
-    // Takes the arguments apart, the program's name not among them.
-    static CommandLine Parse(const QStringList& arguments);
-
-    Mode mode = Mode::Wrong;
-    QString error;
+    bool isExport = false;  // run one export and end; else show the window, with `files` open in it
     QStringList files;      // documents and books; exactly one for an export
     bool isBook = false;    // whether that one is a book
     DialogChoices choices;  // of an export

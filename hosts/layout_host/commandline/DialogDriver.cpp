@@ -35,10 +35,16 @@ Widget* FindFirst(const QWidget& parent)
     return shown.isEmpty() ? nullptr : shown.constFirst();
 }
 
+// By the key or the name, as everywhere, or else by the text in the list.
 int FindEntry(const QComboBox& box, const QString& name)
 {
-    const int byText = box.findText(name, Qt::MatchFixedString | Qt::MatchCaseSensitive);
-    return byText >= 0 ? byText : box.findData(name);
+    constexpr int cNameRole = Qt::UserRole + 1;  // of the plug-in's list
+    for (const int role : {static_cast<int>(Qt::UserRole), cNameRole, static_cast<int>(Qt::DisplayRole)}) {
+        const int found = box.findData(name, role, Qt::MatchExactly | Qt::MatchCaseSensitive);
+        if (found >= 0)
+            return found;
+    }
+    return -1;
 }
 
 QStringList GetEntries(const QComboBox& box)

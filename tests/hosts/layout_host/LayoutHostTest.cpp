@@ -42,6 +42,7 @@ public:
     }
 
     QByteArray GetOutput() { return mProcess.readAllStandardOutput(); }
+    QByteArray GetError() { return mProcess.readAllStandardError(); }
 
     void Stop() { ::kill(static_cast<pid_t>(mProcess.processId()), SIGTERM); }
 
@@ -65,7 +66,8 @@ protected:
     {
         const QString options = mSandbox.GetPath("Press.joboptions"_q);
         EXPECT_TRUE(WriteFile(options, "<< /CompatibilityLevel 1.4 >> setdistillerparams\n"));
-        QStringList create{"create"_q, "Press"_q, "--job-options"_q, options};
+        QStringList create{"create"_q, "Press"_q,          "--job-options"_q,
+                           options,    "--pdf-settings"_q, "Magazine, coated"_q};
         for (const QString& setting :
              "UserSettings=true|Trim=true|MarkOffset=6|BleedChoice=1|BleedTopValue=9|"
              "BleedBottomValue=10|BleedInsideValue=11|BleedOutsideValue=12"_list)
@@ -186,7 +188,7 @@ TEST_F(LayoutHost, TellsWhyItSentNothing)
         {MakeCall(cNewsletter), "alert",
          "Unable to automatically launch Hopbox. Launch the Hopbox manually and try again."},
         {MakeCall(cNewsletter, "--hopbox|Other"_list), "failed",
-         "The dialog lists no Hopbox \"Other\", but \"Press\"."},
+         "The dialog lists no Hopbox \"Other\", but \"Magazine, coated\"."},
         {MakeCall(cNewsletter, "--pages|1,"_list), "failed", "The dialog does not let OK be pressed."},
     };
     for (const auto& entry : cases) {
@@ -205,21 +207,32 @@ TEST_F(LayoutHost, TellsWhyItSentNothing)
 
 TEST_F(LayoutHost, RefusesACallThatIsNone)
 {
-    const QStringList calls[] = {
-        "--export|a.sla"_list,
-        "--hopbox|Press"_list,
-        "--export|a.sla|--export-book|b.slabook|--hopbox|Press"_list,
-        "--export|a.sla|--hopbox|Press|b.sla"_list,
-        "--export-book|b.slabook|--hopbox|Press|--pages|1"_list,
-        "--export|a.sla|--hopbox|Press|--options|shut"_list,
-        "--export|a.sla|--hopbox|Press|--timeout|0"_list,
-        "--export|a.sla|--hopbox|Press|--pages"_list,
-        "--export|a.sla|--hopbox|Press|--unknown"_list,
+    const struct
+    {
+        QStringList call;
+        const char* error;
+    } cases[] = {
+        {"--export|a.sla"_list, "--hopbox NAME is missing."},
+        {"--hopbox|Press"_list, "\"--hopbox\" needs \"--export\" or \"--export-book\"."},
+        {"--export|a.sla|--export-book|b.slabook|--hopbox|Press"_list, "One export at a time."},
+        {"--export|a.sla|--hopbox|Press|b.sla"_list, "Unexpected \"b.sla\"."},
+        {"--export-book|b.slabook|--hopbox|Press|--pages|1"_list, "without \"--pages\"."},
+        {"--export|a.sla|--hopbox|Press|--options|shut"_list, "\"--options\" can only be \"open\"."},
+        {"--export|a.sla|--hopbox|Press|--timeout|0"_list, "takes seconds, from 1 to 86400, not \"0\"."},
+        {"--export|a.sla|--hopbox|Press|--pages"_list, "\"--pages\" needs a value: --pages RANGE."},
+        {"--export|a.sla|--hopbox|Press|--page"_list, "no option \"--page\". Did you mean \"--pages\"?"},
     };
-    for (const QStringList& call : calls) {
-        Program program(GetProgramPath("layout-host"), call);
-        EXPECT_EQ(program.GetStatus(), 2) << call.join(QLatin1Char(' ')).toStdString();
+    for (const auto& test : cases) {
+        Program program(GetProgramPath("layout-host"), test.call);
+        EXPECT_EQ(program.GetStatus(), 2) << test.error;
         EXPECT_EQ(program.GetOutput(), QByteArray());
+        const QByteArray error = program.GetError();
+        EXPECT_TRUE(error.startsWith("layout-host: ") && error.contains(test.error)) << error.toStdString();
+    }
+    for (const char* call : {"--help", "--version", "--manual"}) {
+        Program program(GetProgramPath("layout-host"), {QLatin1String(call)});
+        EXPECT_EQ(program.GetStatus(), 0) << call;
+        EXPECT_TRUE(program.GetOutput().contains("layout")) << call;
     }
 }
 

@@ -1,0 +1,41 @@
+#include "tests/support/Test.h"
+
+#include <QProcess>
+
+TEST(ReceiverCallTest, AWrongCallIsNamedAndHelpIsGiven)
+{
+    const Sandbox sandbox;
+    const struct
+    {
+        QStringList call;
+        int status;
+        const char *output, *error;
+    } cases[] = {
+        {"--help"_list, 0, "usage:\n  PrinterProcessorWin.exe [--inbox", ""},
+        {"--version"_list, 0, "PrinterProcessorWin.exe ", ""},
+        {"--manual"_list, 0, ".TH PrinterProcessorWin.exe 1", ""},
+        {"--completion|bash"_list, 0,
+         "complete -o filenames -F _PrinterProcessorWin_exe PrinterProcessorWin.exe", ""},
+        {"--inbx=a"_list, 2, "", "There is no option \"--inbx\". Did you mean \"--inbox\"?"},
+        {"--inbox="_list, 2, "", "\"--inbox\" takes a folder, not \"\"."},
+        {"--count|0"_list, 2, "", "\"--count\" takes a number from 1 on, not \"0\"."},
+        {"--timeout|soon"_list, 2, "", "\"--timeout\" takes a number of seconds above 0, not \"soon\"."},
+        {"--timeout|1e300"_list, 2, "", "not \"1e300\"."},
+        {"inbox"_list, 2, "", "Unexpected \"inbox\"."},
+        {"--inbox=in|--timeout=0.01"_list, 0, "", "ready as process"},
+        {"--count=1|--timeout=0.01"_list, 1, "", "ready as process"},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.call.join(QLatin1Char(' ')).toStdString());
+        QProcess process;
+        process.setWorkingDirectory(sandbox.GetPath());
+        process.start(GetProgramPath("PrinterProcessorWin.exe"), test.call);
+        ASSERT_TRUE(process.waitForFinished());
+        EXPECT_EQ(process.exitCode(), test.status);
+        const QByteArray output = process.readAllStandardOutput().replace("\r\n", "\n");
+        const QByteArray error = process.readAllStandardError();
+        EXPECT_TRUE(output.contains(test.output) && error.contains(test.error))
+            << output.toStdString() << error.toStdString();
+    }
+    EXPECT_TRUE(QFileInfo(sandbox.GetPath("in"_q)).isDir());
+}
