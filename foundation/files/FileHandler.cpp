@@ -4,11 +4,13 @@
 #include "foundation/files/FolderEntries.h"
 #include "foundation/files/LongPath.h"
 #include "foundation/files/XmlNodeWriter.h"
+#include "foundation/system/GSystemError.h"
 #include "foundation/trace/ILogInterface.h"
 
 #include <QDir>
 #include <QFile>
 
+#include <algorithm>
 #include <condition_variable>
 #include <iterator>
 #include <mutex>
@@ -41,14 +43,41 @@ void FileHandler::LogError(const QString& source, const QString& message) const
         mLog->log(LogLevel::Error, source, message);
 }
 
-// The condition is nobody's to signal: the wait ends with the time.
-void FileHandler::waitBeforeRetry(std::chrono::milliseconds pause) const
+void FileHandler::LogFailure(const QString& operation, const char* message, const QString& path,
+                             const boost::system::error_code& error) const
 {
+    const QString reason = error ? QStringLiteral(" (%1)").arg(GetReasonText(error)) : QString();
+    LogError(operation, QLatin1String(message) + path + reason);
+}
+
+// `what` is what is tried, as "delete file".
+void FileHandler::LogAttempt(const QString& operation, const char* what, int attempt,
+                             const QString& path) const
+{
+    const QString line =
+        QStringLiteral("Failed to %1. Will try again after an interval. ( Attempt number %2) : %3. ")
+            .arg(QLatin1String(what), QString::number(attempt), path);
+    if (attempt == 1)
+        LogError(operation, line);
+    else
+        LogDebug(operation, line);
+}
+
+// False when the wait was cancelled. The condition is nobody's to signal: the wait ends with the time.
+bool FileHandler::waitBeforeRetry(std::chrono::milliseconds pause) const
+{
+    using Clock = std::chrono::steady_clock;
+    constexpr std::chrono::milliseconds cLongestStep{50};
     std::mutex mutex;
     std::condition_variable condition;
     std::unique_lock<std::mutex> lock(mutex);
-    const auto end = std::chrono::steady_clock::now() + pause;
-    condition.wait_until(lock, end, [end] { return std::chrono::steady_clock::now() >= end; });
+    for (const auto end = Clock::now() + pause; Clock::now() < end;) {
+        if (mIsCancelled && mIsCancelled())
+            return false;
+        const auto step = std::min(end, Clock::now() + cLongestStep);
+        condition.wait_until(lock, step, [step] { return Clock::now() >= step; });
+    }
+    return true;
 }
 
 bool FileHandler::LockFolder(const QString& path)

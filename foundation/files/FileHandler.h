@@ -5,7 +5,10 @@
 #include <QString>
 #include <QStringList>
 
+#include <boost/system/error_code.hpp>
+
 #include <chrono>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -29,7 +32,9 @@ struct DateTimes;
 //
 // Common rules. Paths are absolute, or relative to the current folder, with '/' or native separators and of
 // any length; results have '/' separators. An operation gives false when it did not do all of its work and
-// has then logged an error line whose source is "FileHandler::" + its name; nothing is thrown. A file takes
+// has then logged an error line whose source is "FileHandler::" + its name, with the system's reason in
+// brackets at its end where there is one; nothing is thrown. What can't be looked at is never taken for
+// missing, and a folder that can't be read whole is never taken for empty. A file takes
 // its AppleDouble companion ("._" + file name, beside it) along. Nothing that exists is ever replaced. A
 // symbolic link or junction is removed, renamed or copied as a link and never followed, except where a single
 // operation's comment says so. What an operation makes appears under its name when it is complete; until then
@@ -67,6 +72,13 @@ public:
     virtual void LogError(const QString& source, const QString& message) const;
 
     void setRetryPauses(const RetryPauses& pauses) { mPauses = pauses; }
+
+    // Asked again and again, at least every 50 ms, while an operation waits to try once more; true makes the
+    // operation give up at once, as after its last attempt. Called on the thread of the operation. That an
+    // operation has begun to wait is logged at error level, so that a person who watches a program stand
+    // still learns why; further attempts are at debug level.
+    using CancelHook = std::function<bool()>;
+    void setCancelHook(const CancelHook& isCancelled) { mIsCancelled = isCancelled; }
 
     // --- Remove ---
 
@@ -225,7 +237,9 @@ public:
     virtual bool UpdateFileDestination(const QString& source, QString* destination);
     virtual bool UpdateFolderDestination(const QString& source, QString* destination);
 
-    // base + "_" + five hexadecimal digits, a name that is free in the folder. Not reserved by itself.
+    // base + "_" + five hexadecimal digits, a name that is free in the folder. Not reserved by itself. Where
+    // the system can't tell (no right, a name that is too long), the name is given all the same: whoever
+    // makes it learns the reason.
     virtual QString createUniqueName(const QString& base, const QString& folder);
 
     // The free hidden path beside a folder under which it is deleted: ".~#~" + the end of its name + "_del_"
@@ -257,11 +271,15 @@ private:
         std::shared_ptr<FileSystem::FolderLock> lock;
     };
 
-    void waitBeforeRetry(std::chrono::milliseconds pause) const;
+    void LogFailure(const QString& operation, const char* message, const QString& path,
+                    const boost::system::error_code& error = {}) const;
+    void LogAttempt(const QString& operation, const char* what, int attempt, const QString& path) const;
+    bool waitBeforeRetry(std::chrono::milliseconds pause) const;
     bool retryRename(const QString& source, const QString& destination, const QString& operation,
                      const QString& what);
-    bool renameOnce(const QString& source, const QString& destination);
-    bool changeCase(const QString& source, const QString& destination);
+    boost::system::error_code renameOnce(const QString& source, const QString& destination);
+    boost::system::error_code changeCase(const QString& source, const QString& destination);
+    bool flushCopy(const QString& path, FileSystem::ItemKind kind);
     bool moveAcrossVolumes(const QString& source, const QString& destination, FileSystem::ItemKind kind);
     bool isRenameTargetFree(const QString& source, const QString& destination);
 
@@ -271,6 +289,7 @@ private:
 
     bool copyEntry(const QString& source, const QString& destination);
     bool copyThroughHiddenFile(const QString& source, const QString& destination);
+    bool copyContent(const QString& source, const QString& destination, QString* reason);
     bool copyCompanion(const QString& source, const QString& destination);
     bool setOwnerRights(const QString& path, const QString& message);
 
@@ -280,6 +299,7 @@ private:
     QString getTemporaryFolder() const;
 
     ILogInterface* mLog = nullptr;
+    CancelHook mIsCancelled;
     RetryPauses mPauses;
     std::mutex mDeleteNameMutex;
     std::mutex mTempItemMutex;

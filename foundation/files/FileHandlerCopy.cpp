@@ -1,3 +1,4 @@
+#include "foundation/core/SharedFile.h"
 #include "foundation/files/CompanionFile.h"
 #include "foundation/files/FileHandler.h"
 #include "foundation/files/FileSystem.h"
@@ -7,6 +8,11 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+
+#include <algorithm>
+#include <vector>
+
+static constexpr int cChunkSize = 256 * 1024;
 
 namespace Morvane
 {
@@ -20,9 +26,29 @@ QString getReason(const FileSystem::Error& error)
     return reason.isEmpty() ? QStringLiteral("unknown error") : reason;
 }
 
-bool exists(const QString& path)
+bool exists(const QString& path, FileSystem::Error* error)
 {
-    return FileSystem::getItemKind(path) != ItemKind::None;
+    return FileSystem::getItemKind(path, error) != ItemKind::None;
+}
+
+// Makes a folder with those above it that are missing.
+FileSystem::Error makeFolders(const QString& path)
+{
+    if (QFileInfo(path).isDir())
+        return {};
+    const FileSystem::Error error = FileSystem::makeFolder(path);
+    if (!error || QFileInfo(path).isDir())
+        return {};
+    const QString parent = QFileInfo(path).absolutePath();
+    if (error != boost::system::errc::no_such_file_or_directory || parent == path)
+        return error;
+    const FileSystem::Error parentError = makeFolders(parent);
+    return parentError ? parentError : FileSystem::makeFolder(path);
+}
+
+QString inBrackets(const QString& reason)
+{
+    return reason.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(reason);
 }
 }  // namespace
 
@@ -31,16 +57,19 @@ bool FileHandler::copyFile(const QString& source, const QString& destination)
     const QString operation = QStringLiteral("FileHandler::copyFile");
     const QString from = ConvertPath(source);
     const QString to = ConvertPath(destination);
-    if (!QFileInfo::exists(from)) {
-        LogError(operation, QLatin1String("File does not exists: ") + from);
+    FileSystem::Error error;
+    const ItemKind kind = FileSystem::getItemKind(from, &error);
+    if (kind == ItemKind::None) {
+        LogFailure(operation, "File does not exists: ", from);
         return false;
     }
-    if (!QFileInfo(from).isFile()) {
-        LogError(operation, QStringLiteral("Cannot copy file '%1'.").arg(from));
+    if (kind != ItemKind::File && kind != ItemKind::Link) {
+        LogError(operation, QStringLiteral("Cannot copy file '%1'.").arg(from) +
+                                (error ? inBrackets(getReason(error)) : QString()));
         return false;
     }
-    if (exists(to)) {
-        LogError(operation, QLatin1String("Can't copy file, a file with the same name existed: ") + to);
+    if (exists(to, &error)) {
+        LogFailure(operation, "Can't copy file, a file with the same name existed: ", to, error);
         return false;
     }
     return copyThroughHiddenFile(from, to) && copyCompanion(from, to);
@@ -50,8 +79,13 @@ bool FileHandler::copyCompanion(const QString& source, const QString& destinatio
 {
     const QString companion = getCompanionPath(source);
     const QString newCompanion = getCompanionPath(destination);
-    if (companion.isEmpty() || newCompanion.isEmpty() || !exists(companion))
+    FileSystem::Error error;
+    if (companion.isEmpty() || newCompanion.isEmpty() || !exists(companion, &error))
         return true;
+    if (error) {
+        LogFailure(QStringLiteral("FileHandler::copyFile"), "Can't copy file: ", companion, error);
+        return false;
+    }
     return copyFile(companion, newCompanion);
 }
 
@@ -59,23 +93,50 @@ bool FileHandler::copyThroughHiddenFile(const QString& source, const QString& de
 {
     const QString operation = QStringLiteral("FileHandler::copyFile");
     const QString hidden = getHiddenPath(destination);
-    if (exists(hidden)) {
-        LogError(operation, QLatin1String("Temporary 'hidden' file already exists: ") + hidden);
+    FileSystem::Error error;
+    if (exists(hidden, &error)) {
+        LogFailure(operation, "Temporary 'hidden' file already exists: ", hidden, error);
         return false;
     }
-    QFile file(source);
-    if (!file.copy(hidden)) {
-        LogError(operation, QLatin1String("Can't copy file: ") + source);
-        FileSystem::removeItem(hidden);
+    QString reason;
+    if (!copyContent(source, hidden, &reason)) {
+        LogError(operation, QLatin1String("Can't copy file: ") + source + inBrackets(reason));
         return false;
     }
     CopyDateTimeInfo(QFileInfo(source).canonicalFilePath(), hidden);
-    if (FileSystem::renameItem(hidden, destination)) {
-        LogError(operation, QLatin1String("Can't create destination file: ") + destination);
+    error = FileSystem::renameItem(hidden, destination);
+    if (error) {
+        LogFailure(operation, "Can't create destination file: ", destination, error);
         FileSystem::removeItem(hidden);
+    }
+    return !error;
+}
+
+// Makes the destination, and removes it again when that fails half-way.
+bool FileHandler::copyContent(const QString& source, const QString& destination, QString* reason)
+{
+    QFile from(source);
+    QFile to(destination);
+    if (OpenSharedForReading(from, cNoLargestFile, *reason) != FileOpening::cOpen)
+        return false;
+    if (!to.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered)) {
+        *reason = to.errorString();
         return false;
     }
-    return true;
+    std::vector<char> chunk(cChunkSize);
+    qint64 count = 0;
+    bool isWritten = true;
+    while (isWritten && (count = from.read(chunk.data(), cChunkSize)) > 0)
+        isWritten = to.write(chunk.data(), count) == count;
+    isWritten = isWritten && to.setPermissions(from.permissions());
+    *reason = count < 0 ? from.errorString() : to.errorString();
+    to.close();
+    if (count == 0 && isWritten && to.error() == QFileDevice::NoError)
+        return true;
+    if (count == 0 && isWritten)
+        *reason = to.errorString();
+    FileSystem::removeItem(destination);
+    return false;
 }
 
 bool FileHandler::copyFolder(const QString& source, const QString& destination)
@@ -83,23 +144,26 @@ bool FileHandler::copyFolder(const QString& source, const QString& destination)
     const QString operation = QStringLiteral("FileHandler::copyFolder");
     const QString from = QFileInfo(ConvertPath(source)).absoluteFilePath();
     const QString to = QFileInfo(ConvertPath(destination)).absoluteFilePath();
+    FileSystem::Error error;
     const auto fail = [&](const char* message, const QString& path) {
-        LogError(operation, QLatin1String(message) + path);
+        LogFailure(operation, message, path, error);
         return false;
     };
-    if (FileSystem::getItemKind(from) != ItemKind::Folder)
+    if (FileSystem::getItemKind(from, &error) != ItemKind::Folder)
         return fail("File or folder does not exists: ", from);
-    if (exists(to))
+    if (exists(to, &error))
         return fail("Destination directory already exists: ", to);
     if (to.startsWith(from + QLatin1Char('/')))
         return fail("Can't copy dir: ", from);
-    if (!QDir().mkpath(QFileInfo(to).absolutePath()))
+    error = makeFolders(QFileInfo(to).absolutePath());
+    if (error)
         return fail("Can't create destination dir: ", QFileInfo(to).absolutePath());
 
     const QString hidden = getHiddenPath(to);
-    if (exists(hidden))
+    if (exists(hidden, &error))
         return fail("Destination 'hidden' directory already exists: ", hidden);
-    if (!QDir().mkdir(hidden))
+    error = FileSystem::makeFolder(hidden);
+    if (error)
         return fail("Can't create 'hidden' directory: ", hidden);
     if (!copyFolderPrivate(from, hidden)) {
         removeFolder(hidden);
@@ -114,12 +178,15 @@ bool FileHandler::copyFolder(const QString& source, const QString& destination)
 
 bool FileHandler::copyFolderPrivate(const QString& source, const QString& destination)
 {
-    for (const QString& name : listEntriesToCarry(source)) {
-        if (!copyEntry(QDir(source).filePath(name), QDir(destination).filePath(name))) {
-            LogError(QStringLiteral("FileHandler::copyFolderPrivate"),
-                     QLatin1String("Failed to copy folder: ") + source);
-            return false;
-        }
+    FileSystem::Error error;
+    const QStringList names = listEntriesToCarry(source, &error);
+    const bool isCopied = !error && std::all_of(names.cbegin(), names.cend(), [&](const QString& name) {
+        return copyEntry(QDir(source).filePath(name), QDir(destination).filePath(name));
+    });
+    if (!isCopied) {
+        LogFailure(QStringLiteral("FileHandler::copyFolderPrivate"), "Failed to copy folder: ", source,
+                   error);
+        return false;
     }
     // Last: writing into the folder would change its date, and may not be allowed any more.
     CopyDateTimeInfo(source, destination);
@@ -130,24 +197,27 @@ bool FileHandler::copyFolderPrivate(const QString& source, const QString& destin
 bool FileHandler::copyEntry(const QString& source, const QString& destination)
 {
     const QString operation = QStringLiteral("FileHandler::copyFolderPrivate");
-    switch (FileSystem::getItemKind(source)) {
+    FileSystem::Error error;
+    switch (FileSystem::getItemKind(source, &error)) {
         case ItemKind::File:
             return copyFile(source, destination);
         case ItemKind::Folder:
-            if (!QDir().mkdir(destination)) {
-                LogError(operation, QLatin1String("Can't create directory: ") + destination);
-                return false;
-            }
-            return copyFolderPrivate(source, destination);
+            error = FileSystem::makeFolder(destination);
+            if (!error)
+                return copyFolderPrivate(source, destination);
+            LogFailure(operation, "Can't create directory: ", destination, error);
+            return false;
         case ItemKind::Link:
-            if (!FileSystem::copyLink(source, destination))
+            error = FileSystem::copyLink(source, destination);
+            if (!error)
                 return true;
             break;
         case ItemKind::None:
         case ItemKind::Other:
             break;
     }
-    LogError(operation, QStringLiteral("Cannot copy file '%1'.").arg(source));
+    LogError(operation, QStringLiteral("Cannot copy file '%1'.").arg(source) +
+                            (error ? inBrackets(getReason(error)) : QString()));
     return false;
 }
 

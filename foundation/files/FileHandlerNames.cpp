@@ -21,9 +21,16 @@ constexpr uint32_t cUniqueSuffixes = 0x100000;  // five hexadecimal digits
 constexpr int cLastVersion = 9999;
 constexpr int cFolderAttempts = 100;
 
+// Whether something is known to bear the name; what can't be looked at is not.
+bool isTaken(const QString& path)
+{
+    FileSystem::Error error;
+    return FileSystem::getItemKind(path, &error) != FileSystem::ItemKind::None && !error;
+}
+
 bool isTaken(const QString& folder, const QString& name)
 {
-    return FileSystem::getItemKind(QDir(folder).filePath(name)) != FileSystem::ItemKind::None;
+    return isTaken(QDir(folder).filePath(name));
 }
 
 // The base of the hidden name of an item: the end of its own name with any earlier mark taken out.
@@ -99,15 +106,17 @@ QString FileHandler::createTempItem(const QString& name, const QString& folder, 
         return {};
     const std::lock_guard<std::mutex> guard(mTempItemMutex);
     // Another process may take the name between the look and the making: then it is the next one.
+    FileSystem::Error error;
     for (int attempt = 0; attempt < cFolderAttempts; ++attempt) {
         const QString path = QFileInfo(QDir(place), createUniqueName(name, place)).absoluteFilePath();
-        if (!makeFolder || QDir().mkdir(path))
+        if (makeFolder)
+            error = FileSystem::makeFolder(path);
+        if (!error)
             return path;
-        if (FileSystem::getItemKind(path) == FileSystem::ItemKind::None)
+        if (!isTaken(path))
             break;
     }
-    LogError(QStringLiteral("FileHandler::createTempItem"),
-             QLatin1String("Can't create directory: ") + place);
+    LogFailure(QStringLiteral("FileHandler::createTempItem"), "Can't create directory: ", place, error);
     return {};
 }
 
@@ -123,7 +132,7 @@ QString FileHandler::getTempFilePath(const QString& fileName)
     do {
         const QString base = createTempItem(name.base, QString(), false);
         path = base.isEmpty() ? QString() : base + name.extension;
-    } while (!path.isEmpty() && FileSystem::getItemKind(path) != FileSystem::ItemKind::None);
+    } while (!path.isEmpty() && isTaken(path));
     return path;
 }
 

@@ -1,3 +1,4 @@
+#include "foundation/core/SharedFile.h"
 #include "foundation/files/CompanionFile.h"
 #include "foundation/files/FileHandler.h"
 #include "foundation/files/FileSystem.h"
@@ -85,9 +86,10 @@ bool matchesFile(const QString& path, const QString& wildcard)
 
 bool FileHandler::checkFolder(const QString& folder, const QString& operation)
 {
-    if (isFolder(folder))
+    FileSystem::Error error;
+    if (FileSystem::getItemKind(folder, &error) == ItemKind::Folder)
         return true;
-    LogError(operation, QLatin1String("Can't find folder: ") + folder);
+    LogFailure(operation, "Can't find folder: ", folder, error);
     return false;
 }
 
@@ -95,15 +97,19 @@ bool FileHandler::readFile(const QString& path, QByteArray* content)
 {
     content->clear();
     QFile file(ConvertPath(path));
-    if (QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly)) {
+    QString reason;
+    const FileOpening opening = OpenSharedForReading(file, cNoLargestFile, reason);
+    if (opening == FileOpening::cOpen) {
         *content = file.readAll();
         if (file.error() == QFileDevice::NoError)
             return true;
         content->clear();
+        reason = file.errorString();
     }
+    const bool isMissing = opening == FileOpening::cMissing;
     LogError(QStringLiteral("FileHandler::readFile"),
-             (file.exists() ? QLatin1String("Can't copy file: ") : QLatin1String("File does not exists: ")) +
-                 file.fileName());
+             isMissing ? QLatin1String("File does not exists: ") + file.fileName()
+                       : QStringLiteral("Can't copy file: %1 (%2)").arg(file.fileName(), reason));
     return false;
 }
 

@@ -2,6 +2,7 @@
 #include "foundation/files/FileHandler.h"
 #include "foundation/files/FileSystem.h"
 #include "foundation/files/FolderEntries.h"
+#include "foundation/system/GSystemError.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -14,15 +15,13 @@ bool FileHandler::removeFile(const QString& path)
 {
     const QString source = QStringLiteral("FileHandler::removeFile");
     const QString file = ConvertPath(path);
-    int failures = 0;
-    while (FileSystem::removeItem(file) && FileSystem::getItemKind(file) != ItemKind::None) {
-        waitBeforeRetry(mPauses.remove);
-        ++failures;
-        LogDebug(source, QStringLiteral("Failed to delete file. Will try again after an interval. ( Attempt "
-                                        "number %1) : %2. ")
-                             .arg(QString::number(failures), file));
-        if (failures == cAttempts) {
-            LogError(source, QLatin1String("Failed to remove file: ") + file);
+    for (int attempt = 1;; ++attempt) {
+        const FileSystem::Error error = FileSystem::removeItem(file);
+        if (!error || FileSystem::getItemKind(file) == ItemKind::None)
+            break;
+        LogAttempt(source, "delete file", attempt, file);
+        if (!waitBeforeRetry(mPauses.remove) || attempt == cAttempts) {
+            LogFailure(source, "Failed to remove file: ", file, error);
             return false;
         }
     }
@@ -36,15 +35,18 @@ bool FileHandler::removeFolder(const QString& path)
 {
     const QString source = QStringLiteral("FileHandler::removeFolder");
     const QString folder = QFileInfo(ConvertPath(path)).absoluteFilePath();
-    const ItemKind kind = FileSystem::getItemKind(folder);
-    if (kind == ItemKind::None)
-        return true;
+    FileSystem::Error error;
+    const ItemKind kind = FileSystem::getItemKind(folder, &error);
+    if (error) {
+        LogFailure(source, "Failed to remove folder: ", folder, error);
+        return false;
+    }
     if (kind != ItemKind::Folder)
-        return removeFile(folder);
+        return kind == ItemKind::None || removeFile(folder);
 
     const QString hidden = createNameForDelete(folder);
-    if (FileSystem::getItemKind(hidden) != ItemKind::None) {
-        LogError(source, QLatin1String("Hidden dir already exists: ") + hidden);
+    if (FileSystem::getItemKind(hidden, &error) != ItemKind::None) {
+        LogFailure(source, "Hidden dir already exists: ", hidden, error);
         return false;
     }
     if (!renameFolder(folder, hidden)) {
@@ -52,20 +54,31 @@ bool FileHandler::removeFolder(const QString& path)
         return false;
     }
     QDir content(hidden);
-    const bool isEmpty = removeFolderContent(&content);
-    if (isEmpty && !FileSystem::removeEmptyFolder(hidden))
-        return true;
-    LogError(source, QLatin1String("Failed to remove folder: ") + hidden);
+    if (removeFolderContent(&content)) {
+        error = FileSystem::removeEmptyFolder(hidden);
+        if (!error)
+            return true;
+    }
+    LogFailure(source, "Failed to remove folder: ", hidden, error);
     return false;
 }
 
 // Goes on past what can't be removed, so that as little as possible stays behind.
 bool FileHandler::removeFolderContent(QDir* folder)
 {
-    bool isEmpty = true;
-    for (const QString& name : listEntries(folder->path())) {
+    FileSystem::Error error;
+    const QStringList names = listEntries(folder->path(), &error);
+    if (error)
+        LogFailure(QStringLiteral("FileHandler::removeFolder"), "Can't remove subfolder: ", folder->path(),
+                   error);
+    bool isEmpty = !error;
+    for (const QString& name : names) {
         const QString entry = folder->filePath(name);
-        if (FileSystem::getItemKind(entry) == ItemKind::Folder) {
+        const ItemKind kind = FileSystem::getItemKind(entry, &error);
+        if (error) {
+            LogFailure(QStringLiteral("FileHandler::removeFolder"), "Can't remove file: ", entry, error);
+            isEmpty = false;
+        } else if (kind == ItemKind::Folder) {
             isEmpty &= removeSubfolder(folder, name);
         } else if (!removeFile(entry)) {
             LogError(QStringLiteral("FileHandler::removeFolder"),
@@ -81,25 +94,24 @@ bool FileHandler::removeSubfolder(QDir* folder, const QString& name)
     const QString source = QStringLiteral("FileHandler::removeFolder");
     const QString path = folder->filePath(name);
     if (!folder->cd(name)) {
-        LogError(source, QLatin1String("Can't remove subfolder: ") + path);
+        LogFailure(source, "Can't remove subfolder: ", path, GetLastSystemError());
         return false;
     }
     const bool isEmpty = removeFolderContent(folder);
     if (!folder->cdUp()) {
-        LogError(source, (isEmpty ? QLatin1String("Can't make cdUp from empty subfolder: ")
-                                  : QLatin1String("Can't make cdUp: ")) +
-                             path);
+        const FileSystem::Error error = GetLastSystemError();
+        LogFailure(source, isEmpty ? "Can't make cdUp from empty subfolder: " : "Can't make cdUp: ", path,
+                   error);
         return false;
     }
     if (!isEmpty) {
         LogError(source, QLatin1String("Can't remove subfolder: ") + path);
         return false;
     }
-    if (FileSystem::removeEmptyFolder(path)) {
-        LogError(source, QLatin1String("Can't remove empty subfolder: ") + path);
-        return false;
-    }
-    return true;
+    const FileSystem::Error error = FileSystem::removeEmptyFolder(path);
+    if (error)
+        LogFailure(source, "Can't remove empty subfolder: ", path, error);
+    return !error;
 }
 
 bool FileHandler::cleanupFolder(const QString& folder)
@@ -117,8 +129,12 @@ bool FileHandler::removeEntries(const QString& folder, const QStringList& wildca
     const QString source = QStringLiteral("FileHandler::cleanupFolder");
     if (!checkFolder(folder, source))
         return false;
-    bool isClean = true;
-    for (const QString& name : listEntries(folder)) {
+    FileSystem::Error error;
+    const QStringList names = listEntries(folder, &error);
+    if (error)
+        LogFailure(source, "File can not be removed: ", folder, error);
+    bool isClean = !error;
+    for (const QString& name : names) {
         if (!matchesAnyWildcard(name, wildcards))
             continue;
         const QString entry = QDir(folder).filePath(name);
@@ -136,8 +152,7 @@ bool FileHandler::moveToRecycleBin(const QString& path)
     const QString item = QFileInfo(ConvertPath(path)).absoluteFilePath();
     const FileSystem::Error error = FileSystem::moveToTrash(item);
     if (error)
-        LogError(QStringLiteral("FileHandler::moveToRecycleBin"),
-                 QLatin1String("File can not be removed: ") + item);
+        LogFailure(QStringLiteral("FileHandler::moveToRecycleBin"), "File can not be removed: ", item, error);
     return !error;
 }
 }  // namespace Morvane

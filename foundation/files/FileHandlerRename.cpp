@@ -12,9 +12,15 @@ using FileSystem::ItemKind;
 
 namespace
 {
+bool exists(const QString& path, FileSystem::Error* error)
+{
+    return !path.isEmpty() && FileSystem::getItemKind(path, error) != ItemKind::None;
+}
+
 bool exists(const QString& path)
 {
-    return !path.isEmpty() && FileSystem::getItemKind(path) != ItemKind::None;
+    FileSystem::Error error;
+    return exists(path, &error);
 }
 
 QString getFolder(const QString& path)
@@ -67,16 +73,18 @@ bool FileHandler::renameFile(const QString& source, const QString& destination)
 bool FileHandler::isRenameTargetFree(const QString& source, const QString& destination)
 {
     QString taken;
-    if (exists(destination) && !isSameItem(source, destination))
+    FileSystem::Error error;
+    if (exists(destination, &error) && !isSameItem(source, destination))
         taken = destination;
     const QString companion = getCompanionPath(source);
     const QString newCompanion = getCompanionPath(destination);
-    if (taken.isEmpty() && exists(companion) && exists(newCompanion) && !isSameItem(companion, newCompanion))
+    if (taken.isEmpty() && exists(companion) && exists(newCompanion, &error) &&
+        !isSameItem(companion, newCompanion))
         taken = newCompanion;
     if (taken.isEmpty())
         return true;
-    LogError(QStringLiteral("FileHandler::renameFile"),
-             QLatin1String("Can't rename file, a file with the same name existed: ") + taken);
+    LogFailure(QStringLiteral("FileHandler::renameFile"),
+               "Can't rename file, a file with the same name existed: ", taken, error);
     return false;
 }
 
@@ -94,11 +102,35 @@ bool FileHandler::moveAcrossVolumes(const QString& source, const QString& destin
         LogError(operation, QStringLiteral("Failed to copy %1: %2").arg(what, source));
         return false;
     }
+    // Only what has reached the disk may cost the source.
+    if (!flushCopy(destination, kind)) {
+        isFolder ? removeFolder(destination) : removeFile(destination);
+        return false;
+    }
     if (!(isFolder ? removeFolder(source) : removeFile(source))) {
         LogError(operation, QStringLiteral("Failed to remove %1: %2").arg(what, source));
         return false;
     }
     return true;
+}
+
+bool FileHandler::flushCopy(const QString& path, ItemKind kind)
+{
+    FileSystem::Error error;
+    QString failed;
+    const auto flush = [&](const QString& file) {
+        if (error || FileSystem::getItemKind(file) != ItemKind::File)
+            return;
+        error = FileSystem::flushFile(file);
+        failed = file;
+    };
+    if (kind == ItemKind::Folder)
+        visitFiles(path, flush);
+    else
+        flush(path);
+    if (error)
+        LogFailure(QStringLiteral("FileHandler::copyFile"), "Can't create destination file: ", failed, error);
+    return !error;
 }
 
 // One loop for files and folders; `what` is the word in the line of a failed attempt.
@@ -107,39 +139,44 @@ bool FileHandler::retryRename(const QString& source, const QString& destination,
 {
     if (source == destination)
         return true;
+    FileSystem::Error error;
     for (int attempt = 1; attempt <= cAttempts; ++attempt) {
-        if (renameOnce(source, destination))
+        error = renameOnce(source, destination);
+        if (!error)
             return true;
-        LogDebug(operation, QStringLiteral("Failed to rename %1. Will try again after an interval. ( Attempt "
-                                           "number %2) : %3. ")
-                                .arg(what, QString::number(attempt), source));
-        waitBeforeRetry(mPauses.rename);
+        LogAttempt(operation, QString(QLatin1String("rename ") + what).toLatin1().constData(), attempt,
+                   source);
+        if (!waitBeforeRetry(mPauses.rename))
+            break;
     }
-    LogError(operation, QStringLiteral("Failed to rename %1: %2").arg(what, source));
+    LogFailure(
+        operation,
+        QString(QLatin1String("Failed to rename ") + what + QLatin1String(": ")).toLatin1().constData(),
+        source, error);
     return false;
 }
 
-bool FileHandler::renameOnce(const QString& source, const QString& destination)
+FileSystem::Error FileHandler::renameOnce(const QString& source, const QString& destination)
 {
     if (!LockFolder(source))
-        return false;
-    const bool isDone = source != destination && isSameItem(source, destination)
-                            ? changeCase(source, destination)
-                            : !FileSystem::renameItem(source, destination);
+        return boost::system::errc::make_error_code(boost::system::errc::device_or_resource_busy);
+    const FileSystem::Error error = source != destination && isSameItem(source, destination)
+                                        ? changeCase(source, destination)
+                                        : FileSystem::renameItem(source, destination);
     UnlockFolder(source);
-    return isDone;
+    return error;
 }
 
 // Through a name between, for file systems that take a change of case for no change.
-bool FileHandler::changeCase(const QString& source, const QString& destination)
+FileSystem::Error FileHandler::changeCase(const QString& source, const QString& destination)
 {
     const QString hidden = getHiddenPath(source);
-    if (FileSystem::renameItem(source, hidden))
-        return false;
-    if (!FileSystem::renameItem(hidden, destination))
-        return true;
-    FileSystem::renameItem(hidden, source);
-    return false;
+    if (const FileSystem::Error error = FileSystem::renameItem(source, hidden))
+        return error;
+    const FileSystem::Error error = FileSystem::renameItem(hidden, destination);
+    if (error)
+        FileSystem::renameItem(hidden, source);
+    return error;
 }
 
 bool FileHandler::renameFolder(const QString& source, const QString& destination)
@@ -151,8 +188,9 @@ bool FileHandler::renameFolder(const QString& source, const QString& destination
         return false;
     if (getFolder(from) != getFolder(to) && !checkSameVolume(from, to))
         return moveAcrossVolumes(from, to, ItemKind::Folder);
-    if (exists(to) && !isSameItem(from, to)) {
-        LogError(operation, QLatin1String("Destination directory already exists: ") + to);
+    FileSystem::Error error;
+    if (exists(to, &error) && !isSameItem(from, to)) {
+        LogFailure(operation, "Destination directory already exists: ", to, error);
         return false;
     }
     return retryRename(from, to, operation, QStringLiteral("folder"));
@@ -210,8 +248,12 @@ bool FileHandler::moveFolderContent(const QString& source, const QString& destin
         LogError(operation, QLatin1String("Can't create destination folder: ") + to);
         return false;
     }
-    bool isMoved = true;
-    for (const QString& name : listEntriesToCarry(from))
+    FileSystem::Error error;
+    const QStringList names = listEntriesToCarry(from, &error);
+    if (error)
+        LogFailure(operation, "Can't find folder: ", from, error);
+    bool isMoved = !error;
+    for (const QString& name : names)
         isMoved &= rename(QDir(from).filePath(name), QDir(to).filePath(name));
     return isMoved;
 }
@@ -230,8 +272,12 @@ bool FileHandler::moveFolderData(const QString& source, const QString& destinati
     if (FileSystem::getItemKind(to) != ItemKind::Folder)
         return renameFolder(from, to);
 
-    bool isMoved = true;
-    for (const QString& name : listEntriesToCarry(from)) {
+    FileSystem::Error error;
+    const QStringList names = listEntriesToCarry(from, &error);
+    if (error)
+        LogFailure(operation, "Can't find folder: ", from, error);
+    bool isMoved = !error;
+    for (const QString& name : names) {
         const QString entry = QDir(from).filePath(name);
         const bool isFolder = FileSystem::getItemKind(entry) == ItemKind::Folder;
         const QString target = QDir(to).filePath(name);
@@ -239,10 +285,9 @@ bool FileHandler::moveFolderData(const QString& source, const QString& destinati
     }
     if (!isMoved)
         return false;
-    if (FileSystem::removeEmptyFolder(from)) {
-        LogError(operation, QLatin1String("Can't remove empty subfolder: ") + from);
-        return false;
-    }
-    return true;
+    error = FileSystem::removeEmptyFolder(from);
+    if (error)
+        LogFailure(operation, "Can't remove empty subfolder: ", from, error);
+    return !error;
 }
 }  // namespace Morvane

@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QString>
+#include <QStringList>
 
 #include <boost/system/error_code.hpp>
 
@@ -30,7 +31,20 @@ struct DateTimes
     QDateTime accessed;
 };
 
+// The second form tells why the kind is Other where the system would not look: whether anything bears the
+// name is unknown then.
 ItemKind getItemKind(const QString& path);
+ItemKind getItemKind(const QString& path, Error* error);
+
+// The names in a folder, hidden and system entries among them, without "." and "..", in the order in which
+// the system gives them. After an error the list is empty.
+Error listFolder(const QString& path, QStringList* names);
+
+// Makes one folder.
+Error makeFolder(const QString& path);
+
+// Brings what was written to a file to the disk.
+Error flushFile(const QString& path);
 
 // Removes a file or a link, never what the link points to; a read-only mark does not stop it.
 Error removeItem(const QString& path);

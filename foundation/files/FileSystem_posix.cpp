@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -62,6 +63,11 @@ Error renameIfFree(const QByteArray& source, const QByteArray& destination)
     return result(::rename(source.constData(), destination.constData()));
 }
 
+struct FolderCloser
+{
+    void operator()(DIR* folder) const { ::closedir(folder); }
+};
+
 QDateTime toDateTime(const struct statx_timestamp& time)
 {
     return QDateTime::fromMSecsSinceEpoch(time.tv_sec * 1000 + time.tv_nsec / 1000000);
@@ -70,14 +76,60 @@ QDateTime toDateTime(const struct statx_timestamp& time)
 
 ItemKind getItemKind(const QString& path)
 {
+    Error error;
+    return getItemKind(path, &error);
+}
+
+ItemKind getItemKind(const QString& path, Error* error)
+{
     struct stat status = {};
-    if (::lstat(toSystem(path).constData(), &status) != 0)
-        return errno == ENOENT || errno == ENOTDIR ? ItemKind::None : ItemKind::Other;
+    *error = Error();
+    if (::lstat(toSystem(path).constData(), &status) != 0) {
+        if (errno == ENOENT || errno == ENOTDIR)
+            return ItemKind::None;
+        *error = lastError();
+        return ItemKind::Other;
+    }
     if (S_ISLNK(status.st_mode))
         return ItemKind::Link;
     if (S_ISDIR(status.st_mode))
         return ItemKind::Folder;
     return S_ISREG(status.st_mode) ? ItemKind::File : ItemKind::Other;
+}
+
+Error listFolder(const QString& path, QStringList* names)
+{
+    names->clear();
+    const std::unique_ptr<DIR, FolderCloser> folder(::opendir(toSystem(path).constData()));
+    if (folder == nullptr)
+        return lastError();
+    // Only the error number tells the end from a failure.
+    errno = 0;
+    while (const dirent* entry = ::readdir(folder.get())) {
+        const QByteArray name = entry->d_name;
+        if (name != "." && name != "..")
+            names->append(QFile::decodeName(name));
+        errno = 0;
+    }
+    if (errno == 0)
+        return {};
+    names->clear();
+    return lastError();
+}
+
+Error makeFolder(const QString& path)
+{
+    return result(::mkdir(toSystem(path).constData(), 0777));
+}
+
+Error flushFile(const QString& path)
+{
+    const int file = ::open(toSystem(path).constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+    if (file < 0)
+        return lastError();
+    const Error error = result(::fsync(file));
+    ::close(file);
+    return error;
 }
 
 Error removeItem(const QString& path)

@@ -138,11 +138,21 @@ Error deleteReadOnly(const std::wstring& path, DWORD attributes)
 
 ItemKind getItemKind(const QString& path)
 {
+    Error error;
+    return getItemKind(path, &error);
+}
+
+ItemKind getItemKind(const QString& path, Error* error)
+{
     const std::wstring native = toSystem(path);
     const DWORD attributes = ::GetFileAttributesW(native.c_str());
+    *error = Error();
     if (attributes == INVALID_FILE_ATTRIBUTES) {
-        const DWORD error = ::GetLastError();
-        const bool isUnreadable = error == ERROR_ACCESS_DENIED || error == ERROR_SHARING_VIOLATION;
+        const Error reason = lastError();
+        const bool isUnreadable =
+            reason.value() == ERROR_ACCESS_DENIED || reason.value() == ERROR_SHARING_VIOLATION;
+        if (isUnreadable)
+            *error = reason;
         return isUnreadable ? ItemKind::Other : ItemKind::None;
     }
     if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
@@ -154,6 +164,44 @@ ItemKind getItemKind(const QString& path)
             return ItemKind::Link;
     }
     return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? ItemKind::Folder : ItemKind::File;
+}
+
+Error listFolder(const QString& path, QStringList* names)
+{
+    names->clear();
+    WIN32_FIND_DATAW entry = {};
+    const HANDLE search = ::FindFirstFileW((toSystem(path) + L"\\*").c_str(), &entry);
+    if (search == INVALID_HANDLE_VALUE)
+        return lastError();
+    do {
+        const QString name = QString::fromWCharArray(entry.cFileName);
+        if (name != QLatin1String(".") && name != QLatin1String(".."))
+            names->append(name);
+    } while (::FindNextFileW(search, &entry));
+    const Error error = lastError();
+    ::FindClose(search);
+    if (error.value() == ERROR_NO_MORE_FILES)
+        return {};
+    names->clear();
+    return error;
+}
+
+Error makeFolder(const QString& path)
+{
+    return result(::CreateDirectoryW(toSystem(path).c_str(), nullptr));
+}
+
+Error flushFile(const QString& path)
+{
+    const HANDLE file = ::CreateFileW(toSystem(path).c_str(), GENERIC_WRITE,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                      OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        // The system writes out what nobody may open for writing, such as a read-only copy, in its own time.
+        return ::GetLastError() == ERROR_ACCESS_DENIED ? Error() : lastError();
+    const Error error = result(::FlushFileBuffers(file));
+    ::CloseHandle(file);
+    return error;
 }
 
 Error removeItem(const QString& path)

@@ -1,18 +1,22 @@
 #include "foundation/files/FolderEntries.h"
 
 #include "foundation/files/CompanionFile.h"
-#include "foundation/files/FileSystem.h"
 
 #include <QDir>
 
 #include <algorithm>
 
-static const QDir::Filters cEveryEntry =
-    QDir::Files | QDir::AllDirs | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
+QStringList Morvane::listEntries(const QString& folder, FileSystem::Error* error)
+{
+    QStringList names;
+    *error = FileSystem::listFolder(folder, &names);
+    return names;
+}
 
 QStringList Morvane::listEntries(const QString& folder)
 {
-    return QDir(folder).entryList(cEveryEntry, QDir::Unsorted);
+    FileSystem::Error error;
+    return listEntries(folder, &error);
 }
 
 QStringList Morvane::listSortedEntries(const QString& folder)
@@ -22,10 +26,11 @@ QStringList Morvane::listSortedEntries(const QString& folder)
     return names;
 }
 
-QStringList Morvane::listEntriesToCarry(const QString& folder)
+QStringList Morvane::listEntriesToCarry(const QString& folder, FileSystem::Error* error)
 {
     QStringList carried;
-    QStringList names = listSortedEntries(folder);
+    QStringList names = listEntries(folder, error);
+    std::sort(names.begin(), names.end());
     for (const QString& name : names) {
         const QString path = QDir(folder).filePath(name);
         if (!isCompanion(name) && FileSystem::getItemKind(path) != FileSystem::ItemKind::Folder)

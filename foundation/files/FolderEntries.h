@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/files/FileSystem.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -9,14 +11,16 @@
 // entries like any other and are not followed.
 namespace Morvane
 {
-// The names of the folder's own entries, in the order in which the system gives them.
+// The names of the folder's own entries, in the order in which the system gives them. A folder that can't be
+// read whole gives none; `error` tells.
+QStringList listEntries(const QString& folder, FileSystem::Error* error);
 QStringList listEntries(const QString& folder);
 
 // The same, in the order of their names.
 QStringList listSortedEntries(const QString& folder);
 
 // The same without the companions that go along when their file is copied or moved.
-QStringList listEntriesToCarry(const QString& folder);
+QStringList listEntriesToCarry(const QString& folder, FileSystem::Error* error);
 
 // Calls `visit` with the path of each file and link (everything but folders) at any depth of the folder.
 void visitFiles(const QString& folder, const std::function<void(const QString&)>& visit);

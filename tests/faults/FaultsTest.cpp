@@ -9,10 +9,12 @@ class Faults : public testing::TestWithParam<FaultScenario (*)()>
 };
 
 FaultScenario (*const cScenarios[])() = {
-    GetRegistryChange,         //
-    GetDamagedRegistryChange,  //
-    GetSettingsFlush,          //
-    GetProjectSettings,        //
+    GetRegistryChange,             //
+    GetDamagedRegistryChange,      //
+    GetSettingsFlush,              //
+    GetProjectSettings,            //
+    GetFolderCopyAcrossVolumes,    //
+    GetFolderRenameAcrossVolumes,  //
 };
 }  // namespace
 

@@ -9,3 +9,7 @@ FaultScenario GetRegistryChange();
 FaultScenario GetDamagedRegistryChange();
 FaultScenario GetSettingsFlush();
 FaultScenario GetProjectSettings();
+
+// FilesScenarios.cpp
+FaultScenario GetFolderCopyAcrossVolumes();
+FaultScenario GetFolderRenameAcrossVolumes();

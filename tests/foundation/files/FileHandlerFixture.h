@@ -15,13 +15,11 @@ using Texts = std::pair<const char*, const char*>;
 class WatchedHandler : public Morvane::FileHandler
 {
 public:
-    void LogDebug(const QString&, const QString& message) const override
+    void LogDebug(const QString&, const QString& message) const override { NoteAttempt(message); }
+    void LogError(const QString& source, const QString& message) const override
     {
-        if (message.contains(QLatin1String("Attempt number"))) {
-            ++attempts;
-            if (afterAttempt)
-                afterAttempt(attempts);
-        }
+        NoteAttempt(message);
+        FileHandler::LogError(source, message);
     }
     bool checkSameVolume(const QString& one, const QString& other) override
     {
@@ -35,6 +33,15 @@ public:
     bool copyFile(const QString& source, const QString& destination) override
     {
         return !source.endsWith(QLatin1String("/stuck")) && FileHandler::copyFile(source, destination);
+    }
+
+    void NoteAttempt(const QString& message) const
+    {
+        if (message.contains(QLatin1String("Attempt number"))) {
+            ++attempts;
+            if (afterAttempt)
+                afterAttempt(attempts);
+        }
     }
 
     mutable int attempts = 0;
@@ -89,11 +96,14 @@ protected:
         return WithoutRandom(entries.join(QLatin1Char(' ')));
     }
 
-    // The error lines since the last call, each as "operation|message", with paths relative to the sandbox.
+    // The error lines since the last call, each as "operation|message", with paths relative to the sandbox,
+    // without the system's reasons and the lines of attempts.
     std::string Errors()
     {
         return WithoutRandom(mLog.TakeErrors()
                                  .join(QLatin1Char('\n'))
+                                 .remove(QRegularExpression(" \\([^()\n]*\\)(?=\n|$)"_q))
+                                 .remove(QRegularExpression("[^\n]*Will try again[^\n]*(\n|$)"_q))
                                  .remove(mSandbox.GetPath() + QLatin1Char('/'))
                                  .remove(QLatin1String("FileHandler::")));
     }

@@ -1,5 +1,7 @@
 #include "FileHandlerFixture.h"
 #include "foundation/files/FileSystem.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/SecondUser.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -49,6 +51,32 @@ TEST_F(FileHandlerTest, PipeInAFolderFailsTheCopyInsteadOfHangingIt)
     EXPECT_FALSE(QFile::exists(At("copy")));
     EXPECT_TRUE(mHandler.removeFolder(At("folder")));
     EXPECT_EQ(Tree(), "");
+}
+
+CHILD_ROLE(AskForAccess)
+{
+    Morvane::FileHandler handler;
+    if (!BecomeSecondUser())
+        return 3;
+    // A folder that may be listed but not entered: no look at a name in it succeeds.
+    const QString folder = arguments.at(0) + "/closed"_q;
+    QDir().mkpath(folder);
+    QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner);
+    const bool hasAccess = handler.checkAccess(folder, QIODevice::ReadWrite);
+    const bool hasItem = !handler.createTempItem("a"_q, folder, true).isEmpty();
+    QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    return hasAccess || hasItem ? 1 : 0;
+}
+
+TEST_F(FileHandlerTest, ANameThatCannotBeLookedAtEndsTheSearchForOne)
+{
+    EXPECT_EQ(mHandler.createTempItem(QString(252, QLatin1Char('n')), At(""), true), QString());
+    EXPECT_TRUE(mLog.TakeErrors().join(QString()).contains("(File name too long)"_q));
+    if (!CanBecomeSecondUser())
+        GTEST_SKIP() << "There is no second user to try with.";
+    QFile::setPermissions(mSandbox.GetPath(), QFileDevice::Permissions(0x7777));
+    ChildProcess child("AskForAccess"_q, {mSandbox.GetPath()});
+    EXPECT_EQ(child.WaitForExit(), 0);
 }
 
 TEST_F(FileHandlerTest, RenameWaitsForWhoeverHoldsTheFolder)

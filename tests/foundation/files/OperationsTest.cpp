@@ -156,6 +156,22 @@ TEST_F(FileOperations, CopyIsWholeOrAbsent)
     });
 }
 
+TEST_F(FileOperations, WaitingIsToldAndCanBeCancelled)
+{
+    mHandler.setRetryPauses({std::chrono::hours(1), std::chrono::hours(1)});
+    int questions = 0;
+    mHandler.setCancelHook([&] { return ++questions % 3 == 0; });
+    for (const char* call : {"removeFile folder", "rename file later/new"}) {
+        MakeAll("folder/inside file");
+        mHandler.attempts = 0;
+        EXPECT_FALSE(Run(call));
+        EXPECT_EQ(mHandler.attempts, 1);
+        EXPECT_TRUE(
+            mLog.TakeErrors().first().contains("Will try again after an interval. ( Attempt number 1)"_q));
+    }
+    EXPECT_EQ(questions, 6);
+}
+
 // Others rely on the pauses: twenty attempts outlast a lock of 9 s at a removal, one of 19 s at a rename.
 TEST_F(FileOperations, RetriesOutlastWhatPasses)
 {

@@ -99,7 +99,11 @@ private:
     {
         QStringList names;
         for (const QString& name : ReadTree(mSandbox.GetPath()).keys()) {
-            if (!QDir::match(mScenario.ignored, name))
+            const QStringList parts = name.split(QLatin1Char('/'));
+            const bool isIgnored = std::any_of(parts.cbegin(), parts.cend(), [&](const QString& part) {
+                return !part.isEmpty() && QDir::match(mScenario.ignored, part);
+            });
+            if (!isIgnored)
                 names.append(name);
         }
         return names;

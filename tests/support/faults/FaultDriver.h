@@ -44,7 +44,8 @@ struct FaultScenario
     // Says, in a text, what the state is, as the product reads it. Two runs of the task lead to one text.
     std::function<QString(const QString& root)> look;
 
-    // Names, as wildcards of paths below the root, that may be there or not: lock files, for instance.
+    // Names of files and folders, as wildcards, that may be there or not, whatever they hold: lock files, for
+    // instance.
     QStringList ignored = {};
 
     // Whether the task may be done on the new state again and leaves it as it is.

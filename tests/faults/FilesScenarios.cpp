@@ -1,0 +1,91 @@
+#include "Scenarios.h"
+#include "foundation/files/FileHandler.h"
+#include "foundation/trace/ILogInterface.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/Test.h"
+
+#include <cstdio>
+
+namespace
+{
+class ErrorPrinter : public Morvane::ILogInterface
+{
+public:
+    void log(Morvane::LogLevel level, const QString& source, const QString& message) noexcept override
+    {
+        if (level == Morvane::LogLevel::Error)
+            std::fprintf(stderr, "%s: %s\n", qPrintable(source), qPrintable(message));
+    }
+};
+
+// Every folder counts as another volume; a failing call is not tried twenty times a second apart.
+class Copier : public Morvane::FileHandler
+{
+public:
+    Copier()
+    {
+        setLogInterface(&mPrinter);
+        setRetryPauses({std::chrono::milliseconds(1), std::chrono::milliseconds(1)});
+    }
+    bool checkSameVolume(const QString& one, const QString& other) override
+    {
+        return QFileInfo(one).absolutePath() == QFileInfo(other).absolutePath();
+    }
+
+private:
+    ErrorPrinter mPrinter;
+};
+
+void MakeFolder(const QString& root)
+{
+    WriteFile(root + "/from/a"_q, "first");
+    WriteFile(root + "/from/sub/b"_q, QByteArray(100000, 'b'));
+    WriteFile(root + "/from/sub/._b"_q, "companion");
+    QFile::link("../a"_q, root + "/from/sub/link"_q);
+    QDir().mkpath(root + "/other"_q);
+}
+
+bool IsWhole(const QString& folder)
+{
+    const QMap<QString, QByteArray> tree = ReadTree(folder);
+    return tree.size() == 5 && tree["a"_q] == "first" && tree["sub/b"_q].size() == 100000 &&
+           tree["sub/._b"_q] == "companion" && QFileInfo(folder + "/sub/link"_q).isSymLink();
+}
+
+QString LookAtCopy(const QString& root)
+{
+    const bool isCopied = QFileInfo::exists(root + "/other/to"_q);
+    const bool areWhole = IsWhole(root + "/from"_q) && (!isCopied || IsWhole(root + "/other/to"_q));
+    return !areWhole ? "a part"_q : isCopied ? "copied"_q : "not copied"_q;
+}
+
+// Where the copy is whole and the source resists removal, the move has failed, and nothing is lost.
+QString LookAtMove(const QString& root)
+{
+    if (QFileInfo::exists(root + "/other/to"_q))
+        return IsWhole(root + "/other/to"_q) ? "moved"_q : "a part"_q;
+    return IsWhole(root + "/from"_q) ? "not moved"_q : "a part"_q;
+}
+}  // namespace
+
+CHILD_ROLE(CopyFolder)
+{
+    return Copier().copyFolder(arguments.at(0) + "/from"_q, arguments.at(0) + "/other/to"_q) ? 0 : 1;
+}
+
+FaultScenario GetFolderCopyAcrossVolumes()
+{
+    return {
+        "FolderCopyAcrossVolumes", MakeFolder, QString(), {"CopyFolder"_q, "%1"_q}, LookAtCopy, {}, false};
+}
+
+CHILD_ROLE(RenameFolder)
+{
+    return Copier().renameFolder(arguments.at(0) + "/from"_q, arguments.at(0) + "/other/to"_q) ? 0 : 1;
+}
+
+FaultScenario GetFolderRenameAcrossVolumes()
+{
+    return {"FolderRenameAcrossVolumes",    MakeFolder, QString(), {"RenameFolder"_q, "%1"_q}, LookAtMove,
+            {"from*"_q, ".~#~from_del*"_q}, false};
+}
