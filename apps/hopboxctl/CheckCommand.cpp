@@ -88,6 +88,11 @@ Findings Check(const HopboxRegistryEntry& entry)
         findings.notes.append(
             QStringLiteral("There is no application \"%1\".").arg(entry.applicationPath.GetNativePath()));
     }
+    if (ProjectPlace::IsOfAnotherUser(findings.archive)) {
+        findings.notes.append(
+            QStringLiteral("The project archive lies among another user's Hopboxes. Move a Hopbox with "
+                           "\"hopboxctl export\" and \"hopboxctl import\"."));
+    }
     if (!entry.isPlugin)
         findings.notes.append(QStringLiteral(
             "The export dialog does not list the Hopbox. \"hopboxctl restore\" brings it back."));

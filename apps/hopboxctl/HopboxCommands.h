@@ -12,6 +12,8 @@ extern const Command cRenameCommand;
 extern const Command cRemoveCommand;
 extern const Command cRestoreCommand;
 extern const Command cDeleteCommand;
+extern const Command cExportCommand;
+extern const Command cImportCommand;
 extern const Command cSubmitCommand;
 extern const Command cNotifyCommand;
 extern const Command cOriginsCommand;

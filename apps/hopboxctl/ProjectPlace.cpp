@@ -40,10 +40,21 @@ bool ProjectPlace::IsOurs(const GPathName& archive)
            archive.GetParent().GetParent() == HopboxRegistry::GetSettingsFolder();
 }
 
+bool ProjectPlace::IsOfAnotherUser(const GPathName& archive)
+{
+    const GPathName settings = archive.GetParent().GetParent();
+    return archive.GetLeaf() == cArchiveName && settings != HopboxRegistry::GetSettingsFolder() &&
+           settings.GetPortablePath().endsWith(QLatin1String("/Morvane/Hopbox/Cache/Settings"));
+}
+
 bool ProjectPlace::Remove(const GPathName& archive)
 {
     if (!GFileSystemBase::TryToRemoveFile(archive))
         return false;
+    const QDir folder(archive.GetParent().GetNativePath());
+    for (const QString& icon :
+         folder.entryList({QStringLiteral("Icon"), QStringLiteral("Icon.*")}, QDir::Files))
+        GFileSystemBase::TryToRemoveFile(archive.GetParent().GetChild(icon));
     RemoveEmptyFolder(archive.GetParent());
     return true;
 }

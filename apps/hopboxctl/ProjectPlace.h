@@ -17,6 +17,10 @@ GPathName GetDefaultApplication();
 // below the settings folder.
 bool IsOurs(const GPathName& archive);
 
+// Whether it lies under such a name in a settings folder that is not this user's, as in a registry that was
+// copied by hand.
+bool IsOfAnotherUser(const GPathName& archive);
+
 // Removes an archive of ours, and its folder when nothing else is in it. False when something that should
 // have gone is still there.
 bool Remove(const GPathName& archive);

@@ -17,10 +17,10 @@ namespace
 const std::vector<const Command*>& GetCommands()
 {
     static const std::vector<const Command*> commands = {
-        &cCreateCommand, &cListCommand,    &cShowCommand,    &cCheckCommand,      &cSetCommand,
-        &cRenameCommand, &cRemoveCommand,  &cRestoreCommand, &cDeleteCommand,     &cSubmitCommand,
-        &cNotifyCommand, &cOriginsCommand, &cZipListCommand, &cZipExtractCommand, &cZipCreateCommand,
-        &cPrefsCommand,  &cMacTypeCommand};
+        &cCreateCommand,     &cListCommand,      &cShowCommand,    &cCheckCommand,   &cSetCommand,
+        &cRenameCommand,     &cRemoveCommand,    &cRestoreCommand, &cDeleteCommand,  &cExportCommand,
+        &cImportCommand,     &cSubmitCommand,    &cNotifyCommand,  &cOriginsCommand, &cZipListCommand,
+        &cZipExtractCommand, &cZipCreateCommand, &cPrefsCommand,   &cMacTypeCommand};
     return commands;
 }
 

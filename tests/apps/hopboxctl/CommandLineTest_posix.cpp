@@ -57,6 +57,9 @@ protected:
             GetPath("._Logo"),
             QByteArray("\0\5\26\7\0\2\0\0................\0\1\0\0\0\11\0\0\0\46\0\0\0\10", 38) + "PDF CARO");
         EXPECT_EQ(RunShell("hopboxctl zip create Package.zip Package"_q), 0) << mError.toStdString();
+        QFile::remove(GetPath("Press.hopbox"));
+        EXPECT_TRUE(RunShell("hopboxctl create Old --job-options Press.joboptions && "
+                             "hopboxctl export Old Press.hopbox && hopboxctl delete Old"_q) == 0);
         EXPECT_TRUE(!withHopbox || RunShell("hopboxctl create Press --job-options Press.joboptions"_q) == 0);
     }
 };
