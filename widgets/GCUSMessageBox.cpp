@@ -2,6 +2,7 @@
 
 #include "widgets/GCUSModalTime.h"
 #include "widgets/GCUSTranslation.h"
+#include "widgets/GQUIEnterOnce.h"
 
 #include <QGuiApplication>
 #include <QLabel>
@@ -71,6 +72,7 @@ void LimitHeight(QMessageBox& box)
 int Run(QMessageBox& box)
 {
     LimitHeight(box);
+    GQUIEnterOnce(box);
     return RunModally(box);
 }
 

@@ -43,14 +43,6 @@
         <translation>&amp;Bereich:</translation>
     </message>
     <message>
-        <source>e.g. 1-5,8,11-13</source>
-        <translation>z. B. 1-5,8,11-13</translation>
-    </message>
-    <message>
-        <source>Page range</source>
-        <translation>Seitenbereich</translation>
-    </message>
-    <message>
         <source>&amp;Options</source>
         <translation>&amp;Optionen</translation>
     </message>
@@ -61,14 +53,6 @@
     <message>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
-    </message>
-    <message>
-        <source>Remove</source>
-        <translation>Entfernen</translation>
-    </message>
-    <message>
-        <source>OK</source>
-        <translation>OK</translation>
     </message>
     <message>
         <source>No PDF Settings found</source>
@@ -89,10 +73,6 @@
     <message>
         <source>Unable to remove selected PDF setting.</source>
         <translation>Die ausgewählte PDF-Einstellung konnte nicht entfernt werden.</translation>
-    </message>
-    <message>
-        <source>The page range is not complete.</source>
-        <translation>Der Seitenbereich ist nicht vollständig.</translation>
     </message>
 </context>
 <context>
@@ -240,6 +220,52 @@
     <message>
         <source>%1, in any unit: 3 mm, 0.125 in, 1p6, 9 pt</source>
         <translation>%1, in jeder Einheit: 3 mm, 0,125 in, 1p6, 9 pt</translation>
+    </message>
+</context>
+<context>
+    <name>HopboxBox</name>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+</context>
+<context>
+    <name>HopboxListModel</name>
+    <message>
+        <source>%1
+Hopbox: %2</source>
+        <translation>%1
+Hopbox: %2</translation>
+    </message>
+</context>
+<context>
+    <name>OkButtonMode</name>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
+    <name>PageRangeEdit</name>
+    <message>
+        <source>e.g. 1-5,8,11-13</source>
+        <translation>z. B. 1-5,8,11-13</translation>
+    </message>
+    <message>
+        <source>Page range</source>
+        <translation>Seitenbereich</translation>
+    </message>
+    <message>
+        <source>A page number is missing after &quot;%1&quot;.</source>
+        <translation>Nach „%1“ fehlt eine Seitenzahl.</translation>
+    </message>
+    <message>
+        <source>The page range names no page of the document.</source>
+        <translation>Der Seitenbereich nennt keine Seite des Dokuments.</translation>
     </message>
 </context>
 </TS>

@@ -43,14 +43,6 @@
         <translation>Pla&amp;ge&#xa0;:</translation>
     </message>
     <message>
-        <source>e.g. 1-5,8,11-13</source>
-        <translation>p. ex. 1-5,8,11-13</translation>
-    </message>
-    <message>
-        <source>Page range</source>
-        <translation>Plage de pages</translation>
-    </message>
-    <message>
         <source>&amp;Options</source>
         <translation>&amp;Options</translation>
     </message>
@@ -61,14 +53,6 @@
     <message>
         <source>Cancel</source>
         <translation>Annuler</translation>
-    </message>
-    <message>
-        <source>Remove</source>
-        <translation>Retirer</translation>
-    </message>
-    <message>
-        <source>OK</source>
-        <translation>OK</translation>
     </message>
     <message>
         <source>No PDF Settings found</source>
@@ -89,10 +73,6 @@
     <message>
         <source>Unable to remove selected PDF setting.</source>
         <translation>Impossible de retirer le réglage PDF sélectionné.</translation>
-    </message>
-    <message>
-        <source>The page range is not complete.</source>
-        <translation>La plage de pages n’est pas complète.</translation>
     </message>
 </context>
 <context>
@@ -240,6 +220,52 @@
     <message>
         <source>%1, in any unit: 3 mm, 0.125 in, 1p6, 9 pt</source>
         <translation>%1, dans n’importe quelle unité : 3 mm, 0,125 in, 1p6, 9 pt</translation>
+    </message>
+</context>
+<context>
+    <name>HopboxBox</name>
+    <message>
+        <source>Remove</source>
+        <translation>Supprimer</translation>
+    </message>
+</context>
+<context>
+    <name>HopboxListModel</name>
+    <message>
+        <source>%1
+Hopbox: %2</source>
+        <translation>%1
+Hopbox : %2</translation>
+    </message>
+</context>
+<context>
+    <name>OkButtonMode</name>
+    <message>
+        <source>Remove</source>
+        <translation>Supprimer</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
+    <name>PageRangeEdit</name>
+    <message>
+        <source>e.g. 1-5,8,11-13</source>
+        <translation>p. ex. 1-5,8,11-13</translation>
+    </message>
+    <message>
+        <source>Page range</source>
+        <translation>Plage de pages</translation>
+    </message>
+    <message>
+        <source>A page number is missing after &quot;%1&quot;.</source>
+        <translation>Il manque un numéro de page après « %1 ».</translation>
+    </message>
+    <message>
+        <source>The page range names no page of the document.</source>
+        <translation>La plage ne correspond à aucune page du document.</translation>
     </message>
 </context>
 </TS>

@@ -2,6 +2,9 @@
 
 #include "export/GCPTSaveAsTool.h"
 #include "export/PlugInPreferences.h"
+#include "export/dialog/HopboxBox.h"
+#include "export/dialog/OkButtonMode.h"
+#include "export/dialog/PageRangeEdit.h"
 #include "foundation/core/GException.h"
 #include "foundation/core/GStringSupport.h"
 #include "foundation/prefs/GPrefMemoryModule.h"
@@ -9,24 +12,18 @@
 #include "foundation/trace/GTrace.h"
 #include "hopbox/HopboxProject.h"
 #include "plugin/messages/ErrorText.h"
-#include "widgets/GCUSPDFSettingsAdjWdt.h"
 #include "widgets/GQUICollapsibleFrame.h"
+#include "widgets/GQUIEnterOnce.h"
 
 #include <QApplication>
 #include <QButtonGroup>
 #include <QCheckBox>
-#include <QComboBox>
 #include <QDialogButtonBox>
-#include <QGridLayout>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QLineEdit>
-#include <QListView>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QRegularExpressionValidator>
 #include <QSignalBlocker>
-#include <QStyle>
 
 namespace
 {
@@ -36,13 +33,6 @@ const GBuffer cIncludesPackage = QByteArrayLiteral("IncludeFilePackage");
 constexpr int cAllPagesID = 0;
 constexpr int cRangeID = 1;
 
-// Pixels.
-constexpr int cRowGap = 10;
-constexpr int cButtonGap = 20;
-constexpr int cOptionsIndent = 15;
-
-constexpr int cShownCharacters = 30;  // of a Hopbox's text at least, however long the longest is
-
 void ShowError(const GString& title, const GString& text)
 {
     GTrace::Error(QStringLiteral("GCSPUSaveAsStamplexPDFDialog"), text);
@@ -50,40 +40,9 @@ void ShowError(const GString& title, const GString& text)
         message->ShowErrorMessage(title, text);
 }
 
-bool IsAlt(const QKeyEvent& event)
-{
-    return event.key() == Qt::Key_Alt && !event.isAutoRepeat();
-}
-
-// Whether an event of the keyboard or the mouse shows that Alt is up. Its release alone would not do: with
-// Shift down, some desktops call it that of another key, and OK would go on removing.
-bool ShowsThatAltIsUp(const QEvent& event)
-{
-    switch (event.type()) {
-        case QEvent::KeyPress:
-        case QEvent::KeyRelease:
-            if (const auto& key = static_cast<const QKeyEvent&>(event); key.key() == Qt::Key_Alt)
-                return event.type() == QEvent::KeyRelease && !key.isAutoRepeat();
-            [[fallthrough]];
-        case QEvent::MouseButtonPress:
-            return !(static_cast<const QInputEvent&>(event).modifiers() & Qt::AltModifier);
-        default:
-            return false;
-    }
-}
-
 bool IsEnter(const QKeyEvent& event)
 {
     return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
-}
-
-// One press of Enter is one click, however long it is held down.
-bool IsRepeatedEnter(const QEvent& event)
-{
-    if (event.type() != QEvent::KeyPress)
-        return false;
-    const auto& key = static_cast<const QKeyEvent&>(event);
-    return IsEnter(key) && key.isAutoRepeat();
 }
 
 bool IsOn(const GPrefGroup& settings, const GBuffer& key)
@@ -101,173 +60,44 @@ GPrefGroup GetPlugInSettings(GCPTSaveAsTool& tool)
 }  // namespace
 
 GCSPUSaveAsStamplexPDFDialog::GCSPUSaveAsStamplexPDFDialog(QWidget* parent, GCPTSaveAsTool& tool)
-    : GQUIWindow(parent, Qt::Dialog | Qt::WindowTitleHint | Qt::CustomizeWindowHint), mTool(tool)
+    : GQUIWindow(parent, Qt::Dialog | Qt::WindowTitleHint | Qt::CustomizeWindowHint),
+      mTool(tool),
+      mForm(*this, tool),
+      mMode(new OkButtonMode(*this, *mForm.okButton))
 {
     setWindowTitle(tr("Export to Hopbox"));
-    CreateWidgets();
-
-    auto* layout = new QVBoxLayout(this);
-    layout->addLayout(MakeGrid());
-    layout->addWidget(mMessage);
-    layout->addLayout(MakeButtonRow());
-    layout->addStretch();
-    // As wide without the options as with them.
-    layout->addStrut(mOptions->minimumSizeHint().width());
-    layout->setSizeConstraint(QLayout::SetFixedSize);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setFocusPolicy(Qt::StrongFocus);
-    SetTabOrder();
-
-    mIncludePackage->setVisible(mTool.GetOption(DialogOption::cFilePackage));
-    mAllPages->setChecked(true);
-    mPageRange->setEnabled(false);
-    const bool hasPages = mTool.GetOption(DialogOption::cPageRange);
-    mAllPages->setEnabled(hasPages);
-    mRange->setEnabled(hasPages);
+    GQUIEnterOnce(*this);
     FillPDFSettings();
     ConnectSignals();
-    mPDFSettings->setFocus();
+    mForm.pdfSettings->setFocus();
 }
 
 GCSPUSaveAsStamplexPDFDialog::~GCSPUSaveAsStamplexPDFDialog() = default;
 
-void GCSPUSaveAsStamplexPDFDialog::CreateWidgets()
-{
-    mHopboxes = new HopboxListModel(this);
-    mPDFSettings = new QComboBox(this);
-    mPDFSettings->setModel(mHopboxes);
-    mPDFSettings->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    mPDFSettings->setMinimumContentsLength(cShownCharacters);
-    if (auto* list = qobject_cast<QListView*>(mPDFSettings->view()))
-        list->setUniformItemSizes(true);  // a long list opens at once
-    mPDFSettingsLabel = new QLabel(tr("&PDF Settings:"), this);
-    mPDFSettingsLabel->setBuddy(mPDFSettings);
-
-    CreatePageRange();
-
-    mIncludePackage = new QCheckBox(tr("Include &File Package"), this);
-    mIncludePackage->setToolTip(tr("Check this option to deliver an InDesign file Package."));
-
-    CreateOptions();
-
-    mMessage = new QLabel(this);
-    mMessage->setAlignment(Qt::AlignHCenter);
-
-    CreateButtons();
-}
-
-void GCSPUSaveAsStamplexPDFDialog::CreatePageRange()
-{
-    mPagesLabel = new QLabel(tr("Pages:"), this);
-    mAllPages = new QRadioButton(tr("&All"), this);
-    mAllPages->setAccessibleDescription(mPagesLabel->text());
-    mRange = new QRadioButton(tr("&Range:"), this);
-    mRange->setAccessibleDescription(mPagesLabel->text());
-
-    mPageRange = new QLineEdit(this);
-    mPageRange->setPlaceholderText(tr("e.g. 1-5,8,11-13"));
-    mPageRange->setAccessibleName(tr("Page range"));
-    const QRegularExpression ranges(QStringLiteral("^(\\d+(-\\d+)?)(,\\d+(-\\d+)?)*$"));
-    mPageRange->setValidator(new QRegularExpressionValidator(ranges, mPageRange));
-}
-
-void GCSPUSaveAsStamplexPDFDialog::CreateOptions()
-{
-    mOptions = new GQUICollapsibleFrame(tr("&Options"), this);
-    auto* content = new QWidget;
-    auto* contentLayout = new QVBoxLayout(content);
-    contentLayout->setContentsMargins(cOptionsIndent, 0, 0, 0);
-    mAdjustment = new GCUSPDFSettingsAdjWdt;
-    contentLayout->addWidget(mAdjustment);
-    mOptions->SetContent(content);
-
-    auto* line = new QFrame;
-    line->setFrameStyle(QFrame::HLine | QFrame::Sunken);
-    mOptions->SetHeaderWidget(line, GQUICollapsibleFrame::cShownAlways);
-    mOptions->layout()->setContentsMargins(0, 0, 0, 0);
-    mOptions->SetCollapsed(true);
-
-    using Control = GCUSPDFSettingsAdjWdt::Control;
-    mAdjustment->SetShown(Control::cSlugArea, mTool.GetOption(DialogOption::cSlugArea));
-    mAdjustment->SetShown(Control::cSpreads, mTool.GetOption(DialogOption::cSpreads));
-    mAdjustment->SetShown(Control::cBleedMark, mTool.GetOption(DialogOption::cBleedMark));
-    mAdjustment->SetShown(Control::cMarkWeight, mTool.GetOption(DialogOption::cMarkWeight));
-}
-
-void GCSPUSaveAsStamplexPDFDialog::CreateButtons()
-{
-    mAltHint = new QLabel(tr("Hold down the \"Alt\" key to remove a Hopbox from the list."), this);
-    mButtons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    mButtons->button(QDialogButtonBox::Cancel)->setText(tr("Cancel"));
-    mOkButton = mButtons->button(QDialogButtonBox::Ok);
-    mOkButton->setDefault(true);
-    mOkButton->setAccessibleDescription(mAltHint->text());
-    for (QAbstractButton* button : mButtons->buttons())
-        button->installEventFilter(this);
-    // Nothing moves when the button changes its text.
-    mOkButton->setText(tr("Remove"));
-    mOkButton->setMinimumWidth(mOkButton->sizeHint().width());
-    mOkButton->setText(tr("OK"));
-}
-
-QGridLayout* GCSPUSaveAsStamplexPDFDialog::MakeGrid()
-{
-    auto* grid = new QGridLayout;
-    grid->addWidget(mPDFSettingsLabel, 0, 0);
-    grid->addWidget(mPDFSettings, 0, 1, 1, 2);
-    grid->addItem(new QSpacerItem(0, cRowGap), 1, 0);
-    grid->addWidget(mPagesLabel, 2, 0);
-    grid->addWidget(mAllPages, 2, 1);
-    grid->addWidget(mRange, 3, 1);
-    grid->addWidget(mPageRange, 3, 2);
-    grid->addItem(new QSpacerItem(0, cRowGap), 4, 0);
-    grid->addWidget(mIncludePackage, 5, 0, 1, 4);
-    grid->addWidget(mOptions, 6, 0, 1, 4);
-    // The gaps are part of the columns: a gap before the last column, which is empty, would show as a margin.
-    const int gap = style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing);
-    grid->setHorizontalSpacing(0);
-    grid->setColumnMinimumWidth(0, mPDFSettingsLabel->sizeHint().width() + gap);
-    grid->setColumnMinimumWidth(1, mRange->sizeHint().width() + gap);
-    grid->setColumnStretch(2, 1);
-    return grid;
-}
-
-QBoxLayout* GCSPUSaveAsStamplexPDFDialog::MakeButtonRow()
-{
-    auto* row = new QHBoxLayout;
-    row->setContentsMargins(0, cRowGap, 0, 0);
-    row->addWidget(mAltHint);
-    row->addSpacing(cButtonGap);
-    row->addWidget(mButtons);
-    row->addStretch();
-    return row;
-}
-
-void GCSPUSaveAsStamplexPDFDialog::SetTabOrder()
-{
-    QWidget* const order[] = {mPDFSettings, mAllPages, mRange, mPageRange, mIncludePackage};
-    for (size_t index = 1; index < std::size(order); ++index)
-        setTabOrder(order[index - 1], order[index]);
-}
-
 void GCSPUSaveAsStamplexPDFDialog::ConnectSignals()
 {
     auto* pages = new QButtonGroup(this);
-    pages->addButton(mAllPages, cAllPagesID);
-    pages->addButton(mRange, cRangeID);
+    pages->addButton(mForm.allPages, cAllPagesID);
+    pages->addButton(mForm.range, cRangeID);
     connect(pages, QOverload<QAbstractButton*>::of(&QButtonGroup::buttonClicked), this,
             [this, pages](QAbstractButton* button) { OnRadioGroupClicked(pages->id(button)); });
-    connect(mPageRange, &QLineEdit::textChanged, this, &GCSPUSaveAsStamplexPDFDialog::Update);
-    connect(mAdjustment, &GCUSPDFSettingsAdjWdt::Changed, this, &GCSPUSaveAsStamplexPDFDialog::Update);
-    connect(mAdjustment, &GCUSPDFSettingsAdjWdt::Corrected, this, &GCSPUSaveAsStamplexPDFDialog::ShowNote);
+    connect(mForm.pageRange, &QLineEdit::textChanged, this, &GCSPUSaveAsStamplexPDFDialog::Update);
+    connect(mForm.adjustment, &GCUSPDFSettingsAdjWdt::Changed, this, &GCSPUSaveAsStamplexPDFDialog::Update);
+    connect(mForm.adjustment, &GCUSPDFSettingsAdjWdt::Corrected, this,
+            &GCSPUSaveAsStamplexPDFDialog::ShowNote);
 
-    connect(mButtons, &QDialogButtonBox::accepted, this, &GCSPUSaveAsStamplexPDFDialog::OkOrRemoveClicked);
-    connect(mButtons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    connect(mPDFSettings, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+    connect(mMode, &OkButtonMode::Changed, this, &GCSPUSaveAsStamplexPDFDialog::OnModeChanged);
+    connect(mForm.pdfSettings, &HopboxBox::RemoveChosen, this, &GCSPUSaveAsStamplexPDFDialog::RemoveSelected);
+    connect(mForm.buttons, &QDialogButtonBox::accepted, this,
+            &GCSPUSaveAsStamplexPDFDialog::OkOrRemoveClicked);
+    connect(mForm.buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(mForm.pdfSettings, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             &GCSPUSaveAsStamplexPDFDialog::OnPDFSettingsSelectionChanged);
-    connect(mIncludePackage, &QCheckBox::toggled, this,
+    connect(mForm.includePackage, &QCheckBox::toggled, this,
             &GCSPUSaveAsStamplexPDFDialog::OnIncludeFilePackageToggled);
-    connect(mOptions, &GQUICollapsibleFrame::Clicked, this,
+    connect(mForm.options, &GQUICollapsibleFrame::Clicked, this,
             &GCSPUSaveAsStamplexPDFDialog::OnCollapsibleButtonClicked);
     connect(this, &QDialog::accepted, this, &GCSPUSaveAsStamplexPDFDialog::OnExit);
     connect(this, &QDialog::rejected, this, &GCSPUSaveAsStamplexPDFDialog::OnExit);
@@ -276,24 +106,24 @@ void GCSPUSaveAsStamplexPDFDialog::ConnectSignals()
 void GCSPUSaveAsStamplexPDFDialog::FillPDFSettings()
 {
     {
-        const QSignalBlocker blocker(mPDFSettings);
+        const QSignalBlocker blocker(mForm.pdfSettings);
         ReadHopboxes();
-        if (mPDFSettings->count() > 0)
-            mPDFSettings->setCurrentIndex(
-                std::max(0, mHopboxes->GetList().FindKey(PlugInPreferences::GetLastSelection())));
+        if (mForm.pdfSettings->count() > 0)
+            mForm.pdfSettings->setCurrentIndex(
+                std::max(0, mForm.pdfSettings->GetList().FindKey(PlugInPreferences::GetLastSelection())));
     }
-    OnPDFSettingsSelectionChanged(mPDFSettings->currentIndex());
+    OnPDFSettingsSelectionChanged(mForm.pdfSettings->currentIndex());
 }
 
 void GCSPUSaveAsStamplexPDFDialog::ReadHopboxes()
 {
-    mHopboxes->SetList({});
+    mForm.pdfSettings->SetList({});
     try {
-        mHopboxes->SetList(HopboxList::Read());
+        mForm.pdfSettings->SetList(HopboxList::Read());
     } catch (const GException& error) {
         ShowError(tr("Export as Stamplex PDF Error"), ErrorText::Describe(error));
     }
-    if (const QStringList& keys = mHopboxes->GetList().GetUnreadableKeys(); !keys.isEmpty())
+    if (const QStringList& keys = mForm.pdfSettings->GetList().GetUnreadableKeys(); !keys.isEmpty())
         ShowMissing(keys);
 }
 
@@ -304,23 +134,18 @@ void GCSPUSaveAsStamplexPDFDialog::ShowMissing(const QStringList& keys)
                   .arg(keys.join(QStringLiteral(", "))));
 }
 
-const HopboxList::Item* GCSPUSaveAsStamplexPDFDialog::GetItem(int index) const
+void GCSPUSaveAsStamplexPDFDialog::OnPDFSettingsSelectionChanged(int)
 {
-    return index < 0 ? nullptr : &mHopboxes->GetList().GetItems().at(static_cast<size_t>(index));
-}
-
-void GCSPUSaveAsStamplexPDFDialog::OnPDFSettingsSelectionChanged(int index)
-{
-    const QSignalBlocker blocker(mIncludePackage);
-    const HopboxList::Item* item = GetItem(index);
+    const QSignalBlocker blocker(mForm.includePackage);
+    const HopboxList::Item* item = mForm.pdfSettings->GetCurrentItem();
     PlugInPreferences::SetLastSelection(item == nullptr ? GString() : item->key);
     mIsAdjustable = false;
-    // The list may be too narrow for the text.
-    mPDFSettings->setToolTip(mPDFSettings->currentData(Qt::ToolTipRole).toString());
+    mForm.pdfSettings->ShowCurrentTip();
     if (item == nullptr) {
-        mOptions->hide();
-        mIncludePackage->hide();
-        mIncludePackage->setChecked(false);
+        mForm.options->hide();
+        mForm.includePackage->hide();
+        mForm.includePackage->setChecked(false);
+        mForm.pdfSettings->setAccessibleDescription(GetComplaint());
         Update();
         return;
     }
@@ -329,13 +154,13 @@ void GCSPUSaveAsStamplexPDFDialog::OnPDFSettingsSelectionChanged(int index)
     const GPrefGroup settings = GetPlugInSettings(mTool);
     mIsAdjustable = IsOn(settings, cUserSettings);
     if (mIsAdjustable)
-        mAdjustment->Load(settings);
-    mOptions->setVisible(mIsAdjustable);
+        mForm.adjustment->Load(settings);
+    mForm.options->setVisible(mIsAdjustable);
     Update();
     if (!mTool.GetOption(DialogOption::cFilePackage))
         return;
-    mIncludePackage->setVisible(mIsAdjustable);
-    mIncludePackage->setChecked(ChoosePackage(*item, mIsAdjustable, IsOn(settings, cIncludesPackage)));
+    mForm.includePackage->setVisible(mIsAdjustable);
+    mForm.includePackage->setChecked(ChoosePackage(*item, mIsAdjustable, IsOn(settings, cIncludesPackage)));
 }
 
 // Whether the file package is included: what the user chose for this Hopbox the last time, or else, and where
@@ -354,13 +179,13 @@ bool GCSPUSaveAsStamplexPDFDialog::ChoosePackage(const HopboxList::Item& item, b
 
 void GCSPUSaveAsStamplexPDFDialog::OnIncludeFilePackageToggled(bool isChecked)
 {
-    if (const HopboxList::Item* item = GetItem(mPDFSettings->currentIndex()))
+    if (const HopboxList::Item* item = mForm.pdfSettings->GetCurrentItem())
         PlugInPreferences::SetPackageChoice(item->record.GetPreferenceGroup(item->key), isChecked);
 }
 
 void GCSPUSaveAsStamplexPDFDialog::OnRadioGroupClicked(int id)
 {
-    mPageRange->setEnabled(id == cRangeID);
+    mForm.pageRange->setEnabled(id == cRangeID);
     Update();
 }
 
@@ -372,37 +197,34 @@ void GCSPUSaveAsStamplexPDFDialog::OnCollapsibleButtonClicked()
 // What keeps the choices from being exported; empty when they can be.
 QString GCSPUSaveAsStamplexPDFDialog::GetComplaint() const
 {
-    if (mPDFSettings->count() == 0)
+    if (mForm.pdfSettings->count() == 0)
         return tr("No PDF Settings found");
-    if (mRange->isChecked() && !mPageRange->text().isEmpty() && !mPageRange->hasAcceptableInput())
-        return tr("The page range is not complete.");
-    return mIsAdjustable ? mAdjustment->GetComplaint() : QString();
+    const QString complaint = mForm.range->isChecked() ? mForm.pageRange->GetComplaint() : QString();
+    return complaint.isEmpty() && mIsAdjustable ? mForm.adjustment->GetComplaint() : complaint;
 }
 
 void GCSPUSaveAsStamplexPDFDialog::Update()
 {
-    const QString complaint = GetComplaint();
-    mPDFSettings->setAccessibleDescription(mPDFSettings->count() == 0 ? complaint : QString());
     UpdateOkButton();
-    ShowNote(complaint);
+    ShowNote(GetComplaint());
 }
 
 // What can't be exported doesn't keep a Hopbox from being removed.
 void GCSPUSaveAsStamplexPDFDialog::UpdateOkButton()
 {
-    mOkButton->setEnabled(mMode == OkMode::cRemove ? mPDFSettings->count() > 0 : GetComplaint().isEmpty());
+    mForm.okButton->setEnabled(IsRemoving() ? mForm.pdfSettings->count() > 0 : GetComplaint().isEmpty());
 }
 
 // The note stands until the next change.
 void GCSPUSaveAsStamplexPDFDialog::ShowNote(const QString& note)
 {
-    mMessage->setText(note);
-    mMessage->setVisible(!note.isEmpty());
+    mForm.message->setText(note);
+    mForm.message->setVisible(!note.isEmpty());
 }
 
 void GCSPUSaveAsStamplexPDFDialog::OkOrRemoveClicked()
 {
-    if (mMode == OkMode::cRemove)
+    if (IsRemoving())
         RemoveSelected();
     else
         Submit();
@@ -410,7 +232,7 @@ void GCSPUSaveAsStamplexPDFDialog::OkOrRemoveClicked()
 
 void GCSPUSaveAsStamplexPDFDialog::RemoveSelected()
 {
-    const HopboxList::Item* item = GetItem(mPDFSettings->currentIndex());
+    const HopboxList::Item* item = mForm.pdfSettings->GetCurrentItem();
     if (item == nullptr)
         return;
     if (HopboxList::Withdraw(item->key))
@@ -423,8 +245,8 @@ void GCSPUSaveAsStamplexPDFDialog::RemoveSelected()
 void GCSPUSaveAsStamplexPDFDialog::Submit()
 {
     accept();
-    if (mRange->isChecked())
-        mTool.SetPageRange(mPageRange->text());
+    if (mForm.range->isChecked())
+        mTool.SetPageRange(mForm.pageRange->text());
     StoreChoices();
     mTool.Submit();
 }
@@ -433,8 +255,8 @@ void GCSPUSaveAsStamplexPDFDialog::StoreChoices()
 {
     GPrefGroup settings = GetPlugInSettings(mTool);
     if (mIsAdjustable)
-        mAdjustment->Store(settings);
-    settings.Insert(cIncludesPackage, GStringSupport::FromBool(mIncludePackage->isChecked()));
+        mForm.adjustment->Store(settings);
+    settings.Insert(cIncludesPackage, GStringSupport::FromBool(mForm.includePackage->isChecked()));
     const GBuffer& group = HopboxProject::GetPlugInGroup();
     mTool.GetSettings().RemoveGroup(group);  // what was brought back to the job options is no longer there
     for (const auto& entry : settings)
@@ -450,20 +272,16 @@ void GCSPUSaveAsStamplexPDFDialog::OnExit()
     }
 }
 
-void GCSPUSaveAsStamplexPDFDialog::SetMode(OkMode mode)
+bool GCSPUSaveAsStamplexPDFDialog::IsRemoving() const
 {
-    if (mode == mMode)
-        return;
-    mMode = mode;
-    mOkButton->setText(mode == OkMode::cRemove ? tr("Remove") : tr("OK"));
+    return mMode->Get() == OkButtonMode::Mode::cRemove;
+}
+
+void GCSPUSaveAsStamplexPDFDialog::OnModeChanged()
+{
     UpdateOkButton();
-    // What shows that the key is up may go to an open list or another window of ours.
-    if (mode == OkMode::cRemove) {
-        qApp->installEventFilter(this);
-    } else {
-        qApp->removeEventFilter(this);
+    if (!IsRemoving())
         GiveFocusBack();
-    }
 }
 
 void GCSPUSaveAsStamplexPDFDialog::TakeFocus()
@@ -481,34 +299,14 @@ void GCSPUSaveAsStamplexPDFDialog::GiveFocusBack()
         widget->setFocus(Qt::ActiveWindowFocusReason);
 }
 
-bool GCSPUSaveAsStamplexPDFDialog::event(QEvent* event)
-{
-    if (event->type() == QEvent::WindowDeactivate)
-        SetMode(OkMode::cOK);
-    return GQUIWindow::event(event);
-}
-
-bool GCSPUSaveAsStamplexPDFDialog::eventFilter(QObject* watched, QEvent* event)
-{
-    if (qobject_cast<QPushButton*>(watched) != nullptr && IsRepeatedEnter(*event))
-        return true;
-    if (ShowsThatAltIsUp(*event))
-        SetMode(OkMode::cOK);
-    return GQUIWindow::eventFilter(watched, event);
-}
-
 void GCSPUSaveAsStamplexPDFDialog::keyPressEvent(QKeyEvent* event)
 {
-    if (IsRepeatedEnter(*event))
-        return;
-    if (IsAlt(*event)) {
-        SetMode(OkMode::cRemove);
+    if (mMode->TakePress(*event)) {
         GQUIWindow::keyPressEvent(event);
         TakeFocus();
-    } else if (mMode == OkMode::cRemove && IsEnter(*event)) {
-        mOkButton->click();  // a dialog knows Enter without Alt only
-    } else if (mMode == OkMode::cRemove && event->key() != Qt::Key_Alt && mFocusBeforeAlt &&
-               focusWidget() == this) {
+    } else if (IsRemoving() && IsEnter(*event)) {
+        mForm.okButton->click();  // a dialog knows Enter without Alt only
+    } else if (IsRemoving() && event->key() != Qt::Key_Alt && mFocusBeforeAlt && focusWidget() == this) {
         // A key with Alt, such as Down to open a list, is meant for the widget that had the focus. What it
         // has no use for comes back here.
         QWidget* widget = mFocusBeforeAlt;
@@ -521,8 +319,7 @@ void GCSPUSaveAsStamplexPDFDialog::keyPressEvent(QKeyEvent* event)
 
 void GCSPUSaveAsStamplexPDFDialog::keyReleaseEvent(QKeyEvent* event)
 {
-    if (IsAlt(*event))
-        SetMode(OkMode::cOK);
+    mMode->TakeRelease(*event);
     GQUIWindow::keyReleaseEvent(event);
 }
 

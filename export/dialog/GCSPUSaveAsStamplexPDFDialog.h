@@ -1,22 +1,13 @@
 #pragma once
 
-#include "export/dialog/HopboxListModel.h"
+#include "export/dialog/ExportDialogForm.h"
+#include "export/dialog/HopboxList.h"
 #include "widgets/GQUIWindow.h"
 
 #include <QPointer>
 
 class GCPTSaveAsTool;
-class GCUSPDFSettingsAdjWdt;
-class GQUICollapsibleFrame;
-class QBoxLayout;
-class QCheckBox;
-class QComboBox;
-class QDialogButtonBox;
-class QGridLayout;
-class QLabel;
-class QLineEdit;
-class QPushButton;
-class QRadioButton;
+class OkButtonMode;
 
 // The dialog in which the user chooses a Hopbox for an export, under the name of its PDF settings, and what
 // the export is to hold. OK closes it and runs the export of the tool. What is offered beside the list is up
@@ -38,8 +29,6 @@ public:
     ~GCSPUSaveAsStamplexPDFDialog() override;
 
 protected:
-    bool event(QEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     bool focusNextPrevChild(bool next) override;
@@ -53,26 +42,11 @@ private slots:
     void OnExit();
 
 private:
-    // What the OK button does.
-    enum class OkMode
-    {
-        cOK = 0,
-        cRemove = 1
-    };
-
-    void CreateWidgets();
-    void CreatePageRange();
-    void CreateOptions();
-    void CreateButtons();
-    QGridLayout* MakeGrid();
-    QBoxLayout* MakeButtonRow();
-    void SetTabOrder();
     void ConnectSignals();
 
     void FillPDFSettings();
     void ReadHopboxes();
     void ShowMissing(const QStringList& keys);
-    const HopboxList::Item* GetItem(int index) const;  // null for -1
     bool ChoosePackage(const HopboxList::Item& item, bool isUserChoice, bool isDefault);
     QString GetComplaint() const;
     void Update();
@@ -83,27 +57,14 @@ private:
     void Submit();
     void StoreChoices();
 
-    void SetMode(OkMode mode);
+    bool IsRemoving() const;
+    void OnModeChanged();
     void TakeFocus();
     void GiveFocusBack();
 
     GCPTSaveAsTool& mTool;
-    HopboxListModel* mHopboxes;
-    OkMode mMode = OkMode::cOK;
+    ExportDialogForm mForm;
+    OkButtonMode* mMode;
     bool mIsAdjustable = false;  // the selected Hopbox lets the user adjust the options
     QPointer<QWidget> mFocusBeforeAlt;
-
-    QLabel* mPDFSettingsLabel;
-    QComboBox* mPDFSettings;
-    QLabel* mPagesLabel;
-    QRadioButton* mAllPages;
-    QRadioButton* mRange;
-    QLineEdit* mPageRange;
-    QCheckBox* mIncludePackage;
-    GQUICollapsibleFrame* mOptions;
-    GCUSPDFSettingsAdjWdt* mAdjustment;
-    QLabel* mMessage;
-    QLabel* mAltHint;
-    QDialogButtonBox* mButtons;
-    QPushButton* mOkButton;
 };

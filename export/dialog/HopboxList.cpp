@@ -1,10 +1,21 @@
 #include "export/dialog/HopboxList.h"
 
 #include "foundation/core/GException.h"
+#include "foundation/strings/GStringPool.h"
 #include "foundation/trace/GTrace.h"
 #include "hopbox/HopboxRegistry.h"
 
+#include <QCollator>
+
 #include <algorithm>
+
+// Sorts as the language of the texts around the list does: "deDE" is the locale "de_DE".
+static QCollator MakeCollator()
+{
+    GString language;
+    GStringPool::GetLanguage(language);
+    return QCollator(QLocale(language.insert(2, QLatin1Char('_'))));
+}
 
 HopboxList HopboxList::Read()
 {
@@ -25,19 +36,27 @@ HopboxList HopboxList::Read()
     return list;
 }
 
-// By way of pointers: the items themselves are large.
+// By way of pointers, as the items themselves are large.
 void HopboxList::Sort()
 {
-    std::vector<Item*> order;
+    struct Place
+    {
+        QCollatorSortKey text;
+        Item* item;
+    };
+    const QCollator collator = MakeCollator();
+    std::vector<Place> order;
     order.reserve(mItems.size());
     for (Item& item : mItems)
-        order.push_back(&item);
-    std::stable_sort(order.begin(), order.end(),
-                     [](const Item* left, const Item* right) { return left->text < right->text; });
+        order.push_back({collator.sortKey(item.text), &item});
+    std::sort(order.begin(), order.end(), [](const Place& left, const Place& right) {
+        const int result = left.text.compare(right.text);
+        return result != 0 ? result < 0 : left.item->key < right.item->key;
+    });
     std::vector<Item> sorted;
     sorted.reserve(mItems.size());
-    for (Item* item : order)
-        sorted.push_back(std::move(*item));
+    for (const Place& place : order)
+        sorted.push_back(std::move(*place.item));
     mItems.swap(sorted);
 }
 

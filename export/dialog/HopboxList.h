@@ -24,7 +24,8 @@ public:
     // Reads the registry, and each of its records, once. Raises what the registry raises.
     static HopboxList Read();
 
-    // In ascending order of their texts; those of one text in the registry's order.
+    // In ascending order of their texts, as the current language (GStringPool) sorts; those of one text in
+    // the order of their keys.
     const std::vector<Item>& GetItems() const { return mItems; }
 
     // The keys of the records that can't be read, in the registry's order. Whether they would offer

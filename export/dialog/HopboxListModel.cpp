@@ -1,6 +1,12 @@
 #include "export/dialog/HopboxListModel.h"
 
-#include <QTextDocument>
+#include "widgets/GQUITip.h"
+
+// The text, and the name that tells Hopboxes of one text apart.
+QString HopboxListModel::DescribeItem(const HopboxList::Item& item)
+{
+    return tr("%1\nHopbox: %2").arg(item.text, item.record.GetName(item.key));
+}
 
 void HopboxListModel::SetList(HopboxList list)
 {
@@ -23,7 +29,9 @@ QVariant HopboxListModel::data(const QModelIndex& index, int role) const
         case Qt::DisplayRole:
             return item.text;
         case Qt::ToolTipRole:
-            return Qt::convertFromPlainText(item.text);  // a tip takes what looks like HTML for that
+            return GQUITip::FromPlainText(DescribeItem(item));
+        case Qt::AccessibleDescriptionRole:
+            return DescribeItem(item);
         case Qt::UserRole:
             return item.key;
         case cNameRole:

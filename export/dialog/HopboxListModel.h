@@ -4,10 +4,13 @@
 
 #include <QAbstractListModel>
 
-// A list of Hopboxes for a combo box: the texts, also as tips, the keys as user data, and the names for
-// whoever drives the dialog. The items are those of the list, in its order; nothing is copied for each.
+// A list of Hopboxes for a combo box: the texts, tips that show them whole with the Hopbox's name, the keys
+// as user data, and the names for whoever drives the dialog. The items are those of the list, in its order;
+// nothing is copied for each.
 class HopboxListModel : public QAbstractListModel
 {
+    Q_OBJECT
+
 public:
     using QAbstractListModel::QAbstractListModel;
 
@@ -21,5 +24,7 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
 
 private:
+    static QString DescribeItem(const HopboxList::Item& item);
+
     HopboxList mList;
 };

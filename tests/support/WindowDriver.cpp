@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QLabel>
+#include <QMenu>
 #include <QTest>
 #include <QWindow>
 
@@ -60,6 +61,20 @@ void WindowDriver::Type(const QString& text)
     for (const QChar character : text)
         if (QWindow* window = QGuiApplication::focusWindow())
             QTest::keyClick(window, character.toLatin1());
+}
+
+void WindowDriver::ChooseFromMenu(const char* text)
+{
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(menu, nullptr);
+    for (QAction* action : menu->actions())
+        if (action->text() == QString::fromUtf8(text)) {
+            menu->setActiveAction(action);
+            QTest::keyClick(menu, Qt::Key_Return);
+            return;
+        }
+    ADD_FAILURE() << "no " << text;
+    menu->close();
 }
 
 QWidget* FindWithText(const QWidget& window, const char* text)

@@ -28,6 +28,9 @@ public:
     static void Release(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     static void Type(const QString& text);
 
+    // Triggers an entry of the open menu, which closes it.
+    static void ChooseFromMenu(const char* text);
+
 private:
     void LookAtWindows();
 

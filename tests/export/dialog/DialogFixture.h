@@ -66,6 +66,15 @@ protected:
         return texts.join(QLatin1Char(' '));
     }
 
+    // The line above the buttons; empty when it is not there.
+    QString GetMessage() const
+    {
+        for (const QLabel* label : mDialog->findChildren<QLabel*>(QString(), Qt::FindDirectChildrenOnly))
+            if (label->isVisible() && label->alignment() & Qt::AlignHCenter)
+                return label->text();
+        return {};
+    }
+
     void ClickOKWithAlt()
     {
         WindowDriver::Press(Qt::Key_Alt, Qt::AltModifier);

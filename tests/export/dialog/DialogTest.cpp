@@ -3,8 +3,12 @@
 #include "foundation/prefs/GPrefSharedFileModule.h"
 #include "widgets/GQUIUnitSpinBox.h"
 
+#include <QAbstractItemView>
 #include <QClipboard>
 #include <QProcess>
+#include <QRegularExpression>
+#include <QScreen>
+#include <QTextDocument>
 
 namespace
 {
@@ -54,6 +58,69 @@ TEST_F(DialogTest, ListsWhatOffersItselfByTextAndSelectsTheLastChoice)
     WindowDriver::Click(Qt::Key_End);
     Open();
     EXPECT_EQ(list->currentIndex(), 2);
+}
+
+TEST_F(DialogTest, SortsAsTheLanguageDoesAndTellsHopboxesOfOneTextApart)
+{
+    const QString keys[] = {Add("Zurich <b>", "Zeitung & Co"), Add("Aarau", "Zeitung & Co"),
+                            Add("x", "Zebra")};
+    Add("a", "\u00C4pfel");
+    Add("b", "apfel");
+    Open();
+    EXPECT_EQ(GetList().remove(QRegularExpression("[][]"_q)),
+              "apfel \u00C4pfel Zebra Zeitung & Co Zeitung & Co"_q);
+    EXPECT_EQ(list->itemData(3).toString(), std::min(keys[0], keys[1]));
+    const int zurich = list->findData(keys[0]);
+    list->setCurrentIndex(zurich);
+    const QString plain = "Zeitung & Co\nHopbox: Zurich <b>"_q;
+    EXPECT_EQ(list->accessibleDescription(), plain);
+    EXPECT_EQ(list->itemData(zurich, Qt::AccessibleDescriptionRole).toString(), plain);
+    for (const QString& tip : {list->toolTip(), list->itemData(zurich, Qt::ToolTipRole).toString()}) {
+        QTextDocument shown;
+        shown.setHtml(tip);
+        EXPECT_EQ(shown.toPlainText(), plain);
+    }
+}
+
+TEST_F(DialogTest, ALongTextIsCutInTheMiddle)
+{
+    Add("a", QByteArray(400, 'a').append(QByteArray(400, ' ').replace(' ', "z ")).constData());
+    Open();
+    const int half = mDialog->screen()->availableSize().width() / 2;
+    EXPECT_LE(list->width(), mDialog->width());
+    list->showPopup();
+    EXPECT_LE(list->view()->window()->width(), std::max(half, list->width()));
+    EXPECT_EQ(list->view()->textElideMode(), Qt::ElideMiddle);
+    QLabel tip(list->toolTip());
+    tip.setWordWrap(true);
+    EXPECT_LT(tip.sizeHint().width(), 2 * half);
+    list->hidePopup();
+    // As the field is painted with a text that ends in other letters.
+    const QImage before = list->grab().toImage();
+    HopboxRegistry().Clear();
+    Add("a", QByteArray(400, 'a').append(QByteArray(400, ' ').replace(' ', "y ")).constData());
+    Open();
+    EXPECT_NE(list->grab().toImage(), before) << "the end of the text is not shown";
+}
+
+TEST_F(DialogTest, ASpaceWithinATextThatIsTypedBelongsToIt)
+{
+    for (const char* name : {"Mag", "Mag coated", "Mag matt"})
+        Add(name, name);
+    Open();
+    for (const bool isOpen : {false, true}) {
+        list->setCurrentIndex(0);
+        if (isOpen)
+            list->showPopup();
+        WindowDriver::Type("mag m"_q);
+        EXPECT_EQ(QApplication::activePopupWidget() != nullptr, isOpen);
+        if (isOpen)
+            WindowDriver::Click(Qt::Key_Return);
+        EXPECT_EQ(list->currentText(), "Mag matt"_q);
+        QTest::qWait(QApplication::keyboardInputInterval() + 50);
+    }
+    WindowDriver::Type(" "_q);
+    EXPECT_NE(QApplication::activePopupWidget(), nullptr);
 }
 
 TEST_F(DialogTest, WithoutHopboxesOnlyCancelIsLeft)
@@ -142,34 +209,46 @@ TEST_F(DialogTest, ClosingForgetsThePackageChoicesOfHopboxesThatAreGone)
     EXPECT_EQ(written.Get("Other", "Key"), "value"_q);
 }
 
-TEST_F(DialogTest, APageRangeIsWholeOrKeepsOKFromBeingPressed)
+TEST_F(DialogTest, APageRangeNamesPagesOrKeepsOKFromBeingPressed)
 {
     Add("Press", "Press");
+    party.host.documents.front().pageCount = 13;
     Open();
     EXPECT_TRUE(Find("All").isChecked());
     EXPECT_FALSE(range->isEnabled());
     QTest::mouseClick(&Find("Range:"), Qt::LeftButton);
     EXPECT_TRUE(range->isEnabled());
+    const char noPage[] = "The page range names no page of the document.";
     const struct
     {
-        const char *pasted, *taken;
-        bool isWhole;
-    } cases[] = {{"1-5,8,11-13", "1-5,8,11-13", true},
-                 {"1,", "1,", false},
-                 {"1-", "1-", false},
-                 {"2,3-", "2,3-", false},
-                 {"1 - 5", "", true},
-                 {",3", "", true},
-                 {"1-2-3", "", true},
-                 {"1\n2", "", true},
-                 {"a", "", true}};
+        const char *pasted, *taken, *complaint;
+    } cases[] = {{"1-5,8,11-13", "1-5,8,11-13", ""},
+                 {"1,", "1,", "A page number is missing after \"1,\"."},
+                 {"1-", "1-", "A page number is missing after \"1-\"."},
+                 {"2,3-", "2,3-", "A page number is missing after \"2,3-\"."},
+                 {"14", "14", noPage},
+                 {"3-1", "3-1", noPage},
+                 {"1 - 5", "", ""},
+                 {",3", "", ""},
+                 {"1-2-3", "", ""},
+                 {"1\n2", "", ""},
+                 {"a", "", ""}};
     for (const auto& entry : cases) {
         range->clear();
         QGuiApplication::clipboard()->setText(QString::fromLatin1(entry.pasted));
         range->paste();
         EXPECT_EQ(range->text(), QString::fromLatin1(entry.taken)) << entry.pasted;
-        EXPECT_EQ(ok->isEnabled(), entry.isWhole) << entry.pasted;
+        EXPECT_EQ(ok->isEnabled(), *entry.complaint == '\0') << entry.pasted;
+        EXPECT_EQ(GetMessage(), QString::fromLatin1(entry.complaint));
     }
+    for (const HostAnswer answer : {HostAnswer::Absent, HostAnswer::Raises}) {
+        party.host.Make(HostOperation::QueryPageList, answer);
+        range->setText("1"_q);
+        range->setText("14"_q);
+        EXPECT_TRUE(ok->isEnabled()) << "the host gives no list";
+    }
+    party.host.Make(HostOperation::QueryPageList, HostAnswer::Works);
+    range->clear();
     range->setFocus();
     WindowDriver::Type("1 a,"_q);
     EXPECT_EQ(range->text(), "1,"_q);

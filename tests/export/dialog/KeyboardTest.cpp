@@ -2,6 +2,7 @@
 #include "widgets/GCUSTranslation.h"
 
 #include <QAccessible>
+#include <QContextMenuEvent>
 #include <QToolButton>
 
 #include <set>
@@ -105,6 +106,78 @@ TEST_F(KeyboardTest, AltWithEnterRemoves)
     EXPECT_FALSE(ok->isEnabled());
     EXPECT_TRUE(mDialog->isVisible());
     EXPECT_TRUE(party.host.commands.empty());
+}
+
+// What the system calls the release, and whether it comes at all.
+TEST_F(KeyboardTest, WhatTheButtonShowsAtTheClickIsWhatHappens)
+{
+    constexpr quint32 cAltCode = 64;
+    const auto send = [this](QEvent::Type type, int key, Qt::KeyboardModifiers modifiers, quint32 code) {
+        QKeyEvent event(type, key, modifiers, code, 0, 0);
+        QApplication::sendEvent(mDialog->focusWidget(), &event);
+    };
+    const Qt::KeyboardModifiers both = Qt::AltModifier | Qt::ShiftModifier;
+    const auto click = [this] { QTest::mouseClick(ok, Qt::LeftButton, Qt::AltModifier); };
+    const struct
+    {
+        const char* name;
+        std::function<void()> act;
+        const char* text;
+        bool isRemoved;
+    } cases[] = {
+        {"Alt goes up as Meta",
+         [&] {
+             send(QEvent::KeyPress, Qt::Key_Alt, Qt::AltModifier, cAltCode);
+             send(QEvent::KeyPress, Qt::Key_Shift, both, 50);
+             EXPECT_EQ(ok->text(), "Remove"_q);
+             send(QEvent::KeyRelease, Qt::Key_Meta, both, cAltCode);
+         },
+         "OK", false},
+        {"another key goes up",
+         [&] {
+             send(QEvent::KeyPress, Qt::Key_Alt, Qt::AltModifier, cAltCode);
+             send(QEvent::KeyPress, Qt::Key_Meta, Qt::AltModifier, 133);
+             send(QEvent::KeyRelease, Qt::Key_Meta, Qt::AltModifier, 133);
+             click();
+         },
+         "Remove", true},
+        {"Meta that is no Alt", [&] { send(QEvent::KeyPress, Qt::Key_Meta, Qt::NoModifier, cAltCode); }, "OK",
+         false},
+        {"Alt goes up under the mouse",
+         [&] {
+             send(QEvent::KeyPress, Qt::Key_Alt, Qt::AltModifier, cAltCode);
+             QTest::mousePress(ok, Qt::LeftButton, Qt::AltModifier);
+             send(QEvent::KeyRelease, Qt::Key_Alt, Qt::AltModifier, cAltCode);
+             QTest::mouseRelease(ok, Qt::LeftButton);
+         },
+         "OK", false},
+        {"the release got lost",
+         [&] {
+             send(QEvent::KeyPress, Qt::Key_Alt, Qt::AltModifier, cAltCode);
+             QTest::mouseClick(mDialog->windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                               ok->mapTo(mDialog.get(), ok->rect().center()));
+         },
+         "OK", false},
+        {"the list's menu, without Alt",
+         [&] {
+             QContextMenuEvent menu(QContextMenuEvent::Keyboard, {}, list->mapToGlobal({}));
+             QApplication::sendEvent(list, &menu);
+             WindowDriver::ChooseFromMenu("Remove");
+         },
+         "OK", true},
+    };
+    for (const auto& entry : cases) {
+        SCOPED_TRACE(entry.name);
+        HopboxRegistry().Clear();
+        Add("a", "A");
+        Add("b", "B");
+        Open();
+        entry.act();
+        EXPECT_EQ(ok->text(), QString::fromLatin1(entry.text));
+        EXPECT_EQ(list->count(), entry.isRemoved ? 1 : 2);
+        EXPECT_TRUE(mDialog->isVisible());
+        EXPECT_TRUE(party.host.commands.empty());
+    }
 }
 
 // Enter held down is one click: neither one Hopbox after the other goes, nor an export starts by the Enter

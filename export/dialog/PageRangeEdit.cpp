@@ -1,0 +1,37 @@
+#include "export/dialog/PageRangeEdit.h"
+
+#include "export/DocumentSource.h"
+#include "foundation/trace/GTrace.h"
+
+#include <QRegularExpressionValidator>
+
+// Also when the host can't tell: the export says so then.
+static bool NamesPages(const QString& range)
+{
+    try {
+        return DocumentSource::HasPages(range).value_or(true);
+    } catch (const std::exception& error) {
+        GTrace::Error(QStringLiteral("PageRangeEdit"), QString::fromUtf8(error.what()));
+        return true;
+    }
+}
+
+PageRangeEdit::PageRangeEdit(QWidget* parent) : QLineEdit(parent)
+{
+    setPlaceholderText(tr("e.g. 1-5,8,11-13"));
+    setAccessibleName(tr("Page range"));
+    const QRegularExpression ranges(QStringLiteral("^(\\d+(-\\d+)?)(,\\d+(-\\d+)?)*$"));
+    setValidator(new QRegularExpressionValidator(ranges, this));
+    connect(this, &QLineEdit::textChanged, this, &PageRangeEdit::OnTextChanged);
+}
+
+void PageRangeEdit::OnTextChanged()
+{
+    mComplaint.clear();
+    if (text().isEmpty())
+        return;
+    if (!hasAcceptableInput())
+        mComplaint = tr("A page number is missing after \"%1\".").arg(text());
+    else if (!NamesPages(text()))
+        mComplaint = tr("The page range names no page of the document.");
+}

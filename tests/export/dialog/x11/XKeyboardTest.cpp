@@ -1,0 +1,152 @@
+#include "XServer.h"
+
+#include "DialogFixture.h"
+#include "export/dialog/RunExportDialog.h"
+#include "tests/support/WindowDriver.h"
+
+#include <QMainWindow>
+#include <QMenuBar>
+
+extern std::unique_ptr<XServer> xServer;
+
+namespace
+{
+class XKeyboardTest : public DialogFixture
+{
+protected:
+    ~XKeyboardTest() override
+    {
+        for (const char* key : {"Alt_L", "Shift_L", "Control_L", "ISO_Level3_Shift", "Super_L", "Return"})
+            XServer::Do(QByteArray("keyup ").append(key).constData());
+    }
+
+    void OpenWith(std::initializer_list<const char*> names)
+    {
+        HopboxRegistry().Clear();
+        for (const char* name : names)
+            Add(name, name);
+        Open();
+    }
+
+    void MoveMouseTo(const QWidget& widget)
+    {
+        const QPoint place = widget.mapToGlobal(widget.rect().center());
+        XServer::Do(QStringLiteral("mousemove %1 %2").arg(place.x()).arg(place.y()).toLatin1().constData());
+    }
+};
+}  // namespace
+
+TEST_F(XKeyboardTest, RemoveFollowsAltInEveryOrderOfTheModifiers)
+{
+    const struct
+    {
+        const char *keys, *text;
+    } cases[] = {
+        {"keydown Alt_L", "Remove"},
+        {"keydown Alt_L keyup Alt_L", "OK"},
+        {"keydown Alt_L keydown Shift_L", "Remove"},
+        {"keydown Alt_L keydown Shift_L keyup Alt_L", "OK"},
+        {"keydown Alt_L keydown Shift_L keyup Shift_L", "Remove"},
+        {"keydown Alt_L keydown Shift_L keyup Shift_L keyup Alt_L", "OK"},
+        {"keydown Shift_L keydown Alt_L", "Remove"},
+        {"keydown Shift_L keydown Alt_L keyup Shift_L", "Remove"},
+        {"keydown Shift_L keydown Alt_L keyup Alt_L", "OK"},
+        {"keydown Shift_L keydown Alt_L keyup Shift_L keyup Alt_L", "OK"},
+        {"keydown Control_L keydown Alt_L", "Remove"},
+        {"keydown Control_L keydown Alt_L keyup Alt_L", "OK"},
+        {"keydown Alt_L keydown Control_L keyup Alt_L", "OK"},
+        {"keydown ISO_Level3_Shift", "OK"},
+        {"keydown ISO_Level3_Shift keydown Alt_L", "Remove"},
+        {"keydown Alt_L keydown ISO_Level3_Shift keyup Alt_L", "OK"},
+        {"keydown Alt_L keydown ISO_Level3_Shift keyup ISO_Level3_Shift", "Remove"},
+        {"keydown Super_L", "OK"},
+        {"keydown Shift_L keydown Super_L", "OK"},
+        {"keydown Alt_L keydown Super_L keyup Super_L", "Remove"},
+    };
+    for (const auto& entry : cases) {
+        SCOPED_TRACE(entry.keys);
+        OpenWith({"a", "b"});
+        XServer::Do(entry.keys);
+        EXPECT_EQ(ok->text(), QString::fromLatin1(entry.text));
+        const bool isRemoving = ok->text() == "Remove"_q;
+        MoveMouseTo(*ok);
+        XServer::Do("click 1");
+        EXPECT_EQ(list->count(), isRemoving ? 1 : 2);
+        EXPECT_EQ(mDialog->isVisible(), isRemoving);
+        EXPECT_EQ(party.host.commands.size(), isRemoving ? 0u : 1u);
+        party.host.commands.clear();
+        XServer::Do("keyup Alt_L keyup Shift_L keyup Control_L keyup ISO_Level3_Shift keyup Super_L");
+    }
+}
+
+TEST_F(XKeyboardTest, HeldDownEnterRemovesOneHopbox)
+{
+    OpenWith({"a", "b", "c", "d"});
+    XServer::Do("keydown Alt_L keydown Return sleep 1.2 keyup Return keyup Alt_L");
+    EXPECT_EQ(GetList(), "[b] c d"_q);
+    EXPECT_TRUE(mDialog->isVisible());
+}
+
+TEST_F(XKeyboardTest, AnotherWindowEndsRemove)
+{
+    QMainWindow other;
+    other.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    OpenWith({"a", "b"});
+    XServer::Do("keydown Alt_L");
+    EXPECT_EQ(ok->text(), "Remove"_q);
+    XServer::Do("key Tab");
+    XServer::Do("keyup Alt_L");  // goes to the window manager
+    EXPECT_TRUE(QTest::qWaitFor([&] { return ok->text() == "OK"_q; }));
+}
+
+TEST_F(XKeyboardTest, WhereTheWindowManagerKeepsAltWithAClickEnterAndTheListsMenuRemove)
+{
+    for (const bool isKept : {false, true}) {
+        xServer->StartManager(isKept);
+        OpenWith({"a", "b", "c", "d"});
+        MoveMouseTo(*ok);
+        XServer::Do("keydown Alt_L click 1 keyup Alt_L");
+        EXPECT_EQ(list->count(), isKept ? 4 : 3);
+        XServer::Do("keydown Alt_L key Return keyup Alt_L");
+        EXPECT_EQ(list->count(), isKept ? 3 : 2);
+        MoveMouseTo(*list);
+        XServer::Do("click 3");
+        XServer::Do("key Down key Return");
+        EXPECT_EQ(list->count(), isKept ? 2 : 1);
+        EXPECT_TRUE(party.host.commands.empty());
+    }
+}
+
+// From the menu to the alert, with Enter held down long on the way.
+TEST_F(XKeyboardTest, AnExportNeedsNoMouse)
+{
+    HopboxRegistry().Clear();
+    Add("a", "Alpha");
+    Add("b", "Beta press");
+    QMainWindow window;
+    QAction* action = window.menuBar()->addMenu("&File"_q)->addAction("Export to Hopbox..."_q);
+    const DialogOptions options = GetAllOptions();
+    QObject::connect(action, &QAction::triggered, [&] {
+        GCPTSaveAsTool tool(party.action, options);
+        RunExportDialog("Export to Hopbox"_q, tool);
+    });
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    const WindowDriver driver({[&](QWidget& dialog) {
+        XServer::Do("sleep 1.2 keyup Return");
+        EXPECT_TRUE(dialog.isVisible()) << "closed by the Enter that opened it";
+        XServer::Do("type beta");
+        EXPECT_EQ(dialog.findChild<QComboBox*>()->currentText(), "Beta press"_q);
+        XServer::Do("key alt+r");
+        EXPECT_TRUE(QTest::qWaitFor([&] { return dialog.findChild<QLineEdit*>()->isEnabled(); }));
+        XServer::Do("key Tab");
+        XServer::Do("type 2,1");
+        XServer::Do("key Return");
+    }});
+    XServer::Do("key alt+f key Down");
+    XServer::Do("keydown Return");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !party.host.commands.empty(); }, 20000));
+    ASSERT_FALSE(party.host.commands.empty());
+    EXPECT_EQ(party.host.commands.front()->pages, (std::vector<UID>{GetPageUID(2), GetPageUID(1)}));
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QProcess>
+#include <QTemporaryDir>
+
+// An X server without a screen, with a window manager, for the life of the object; DISPLAY and Qt's platform
+// name them. To be made before the QApplication.
+class XServer
+{
+public:
+    XServer();
+    ~XServer();
+    XServer(const XServer&) = delete;
+    XServer& operator=(const XServer&) = delete;
+
+    // Whether the window manager keeps Alt with a click for itself. Restarts it.
+    void StartManager(bool keepsAltClick);
+
+    // Sends keys and mouse events as a keyboard and a mouse would, in the words of xdotool, and waits until
+    // they have reached the program.
+    static void Do(const char* words);
+
+private:
+    // Ends with this program, however that ends.
+    class Companion : public QProcess
+    {
+    protected:
+        void setupChildProcess() override;
+    };
+
+    QTemporaryDir mFolder;
+    Companion mServer;
+    Companion mManager;
+};
