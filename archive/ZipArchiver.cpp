@@ -13,6 +13,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QtEndian>
 
 #include <quazip/zip.h>
 #include <zlib.h>
@@ -28,9 +29,13 @@ static constexpr int cWindowBits = -15;
 static constexpr int cMemoryLevel = 8;
 static constexpr int cMaximumFieldSize = 65535;
 static constexpr int cZip64RecordSize = 20;
+static constexpr int cLocalVersionOffset = 4;
+static constexpr int cRecordSize = 46;  // of the directory, without name, extra field and comment
+static constexpr quint32 cRecordMark = 0x02014b50;
 static constexpr uint32_t cDosFolder = 0x10;
 static constexpr uint32_t cDosReadOnly = 0x01;
 static constexpr uint16_t cVersion = 20;
+static constexpr uint16_t cLargeVersion = 45;  // entries with 64-bit numbers
 static constexpr uLong cFlagUtf8 = 0x0800;
 
 // What an entry can have at the most before its sizes or its place may need more than 32 bits: compression
@@ -79,6 +84,25 @@ QString makePath(const QString& path)
     return folder.isEmpty() ? info.absoluteFilePath() : QDir(folder).filePath(info.fileName());
 }
 
+// The library asks readers of a large entry for version 6.3, and unzip refuses that; and it forgets whose
+// attributes the entry has.
+void correctDirectory(char* bytes, int size, int firstNew)
+{
+    constexpr int cLibraryVersion = 63;
+    const auto getNumber = [bytes](int offset) { return qFromLittleEndian<quint16>(bytes + offset); };
+    const auto isRecord = [&](int offset) {
+        return offset + cRecordSize <= size && qFromLittleEndian<quint32>(bytes + offset) == cRecordMark;
+    };
+    int offset = 0;
+    for (int index = 0; isRecord(offset); ++index) {
+        if (index >= firstNew && getNumber(offset + 6) == cLibraryVersion) {
+            qToLittleEndian<quint16>(cLargeVersion | getMadeBy(), bytes + offset + 4);
+            qToLittleEndian<quint16>(cLargeVersion, bytes + offset + 6);
+        }
+        offset += cRecordSize + getNumber(offset + 28) + getNumber(offset + 30) + getNumber(offset + 32);
+    }
+}
+
 QString withReason(const QString& text, const QString& reason)
 {
     return reason.isEmpty() ? text : text + QLatin1String(": ") + reason;
@@ -110,6 +134,8 @@ bool ZipArchiver::StartWriting(ZipStart start, const QString& password, int leve
     mNames.clear();
     mComment.clear();
     mAddedCount = 0;
+    mOldCount = 0;
+    mHasLarge = false;
     try {
         mFile = std::make_unique<GDurableFile>(GPathName(mPath));
     } catch (const GException& error) {
@@ -154,6 +180,7 @@ bool ZipArchiver::copyOldEntries()
     }
     if (!isReadable)
         return false;
+    mOldCount = mOld->getEntryCount();
     mComment = mOld->getDirectory().comment;
     QByteArray chunk(cChunkSize, Qt::Uninitialized);
     const qint64 end = mOld->getEntryCount() > 0 ? mOld->getDirectory().start : 0;
@@ -267,6 +294,7 @@ bool ZipArchiver::prepareEntry(const ZipSource& source, const QString& nameInArc
         entry.nameField.size() + cZip64RecordSize > cMaximumFieldSize)
         return false;
     mNames.insert(name);
+    mHasLarge = mHasLarge || isLarge;
     return true;
 }
 
@@ -279,12 +307,16 @@ bool ZipArchiver::openEntry(const Entry& entry)
     // than readers expect. Only the upper half counts, so 1 says 0.
     const uLong crc = entry.crc == 0 ? 1 : entry.crc;
     const uInt fieldSize = static_cast<uInt>(entry.nameField.size());
-    return zipOpenNewFileInZip4_64(mHandle.get(), entry.rawName.constData(), &info,
-                                   entry.nameField.constData(), fieldSize, entry.nameField.constData(),
-                                   fieldSize, nullptr, entry.level > 0 ? cMethodDeflated : cMethodStored,
-                                   entry.level, 0, cWindowBits, cMemoryLevel, Z_DEFAULT_STRATEGY,
-                                   entry.password.isEmpty() ? nullptr : entry.password.constData(), crc,
-                                   entry.madeBy, entry.flags, entry.isZip64 ? 1 : 0) == ZIP_OK;
+    const qint64 header = mOutput->getPosition();
+    const int error = zipOpenNewFileInZip4_64(
+        mHandle.get(), entry.rawName.constData(), &info, entry.nameField.constData(), fieldSize,
+        entry.nameField.constData(), fieldSize, nullptr, entry.level > 0 ? cMethodDeflated : cMethodStored,
+        entry.level, 0, cWindowBits, cMemoryLevel, Z_DEFAULT_STRATEGY,
+        entry.password.isEmpty() ? nullptr : entry.password.constData(), crc, entry.madeBy, entry.flags,
+        entry.isZip64 ? 1 : 0);
+    // For a name in UTF-8 the library asks readers for version 6.3, which few say they are.
+    mOutput->patch(header + cLocalVersionOffset, entry.isZip64 ? cLargeVersion : cVersion);
+    return error == ZIP_OK && !mOutput->hasFailed();
 }
 
 bool ZipArchiver::addContent(ZipSource& source, const Entry& entry)
@@ -315,12 +347,21 @@ bool ZipArchiver::FinishWriting()
     if (mHandle == nullptr)
         return fail("ZipArchiver::FinishWriting", failure);
     QString reason;
-    const bool isEnded = zipClose(mHandle.release(), mComment.constData()) == ZIP_OK;
-    const bool isInPlace = mOutput->flush() && isEnded && putInPlace(reason);
+    const bool isInPlace = endArchive() && putInPlace(reason);
     if (reason.isEmpty())
         reason = mOutput->getReason();
     drop();
     return isInPlace || fail("ZipArchiver::FinishWriting", withReason(failure, reason));
+}
+
+bool ZipArchiver::endArchive()
+{
+    if (mHasLarge)
+        mOutput->holdBack();
+    const bool isEnded = zipClose(mHandle.release(), mComment.constData()) == ZIP_OK;
+    if (mHasLarge)
+        correctDirectory(mOutput->getHeldBack(), mOutput->getHeldBackSize(), mOldCount);
+    return mOutput->flush() && isEnded;
 }
 
 bool ZipArchiver::putInPlace(QString& reason)

@@ -107,6 +107,7 @@ private:
     bool openEntry(const Entry& entry);
     bool addContent(ZipSource& source, const Entry& entry);
     bool checkSource(ZipSource& source, const Entry& entry);
+    bool endArchive();
     bool putInPlace(QString& reason);
     void drop();
     bool giveUp(const QString& text);
@@ -123,6 +124,8 @@ private:
     QByteArray mPassword;
     int mLevel = 0;
     int mAddedCount = 0;
+    int mOldCount = 0;
+    bool mHasLarge = false;
     ZipLog mLog;
     QString mLastError;
 };

@@ -57,11 +57,12 @@ bool ZipOutput::write(const char* bytes, int count)
     bytes += before;
     count -= before;
     const bool isApart = mPosition > getBufferEnd();
-    if ((isApart || mPosition + count > mBufferStart + cBufferSize) && !flush())
+    const bool isFull = !mIsHoldingBack && mPosition + count > mBufferStart + cBufferSize;
+    if ((isApart || isFull) && !flush())
         return false;
     if (mBuffer.isEmpty())
         mBufferStart = mPosition;
-    if (count > cBufferSize) {
+    if (count > cBufferSize && !mIsHoldingBack) {
         const bool isWritten = writeThrough(mPosition, bytes, count);
         mPosition += count;
         mBufferStart = mPosition;
@@ -72,6 +73,21 @@ bool ZipOutput::write(const char* bytes, int count)
     std::memcpy(mBuffer.data() + offset, bytes, static_cast<size_t>(count));
     mPosition += count;
     return !hasFailed();
+}
+
+void ZipOutput::patch(qint64 offset, uint16_t number)
+{
+    const qint64 position = mPosition;
+    const char bytes[] = {static_cast<char>(number), static_cast<char>(number >> 8)};
+    mPosition = offset;
+    write(bytes, sizeof bytes);
+    mPosition = position;
+}
+
+void ZipOutput::holdBack()
+{
+    flush();
+    mIsHoldingBack = true;
 }
 
 bool ZipOutput::flush()

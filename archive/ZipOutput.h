@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <cstdint>
+
 class GDurableFile;
 
 namespace Morvane
@@ -29,6 +31,14 @@ public:
     // Writes bytes at the end.
     bool write(const char* bytes, int count);
 
+    // Writes over two bytes that are written, a number of the zip format.
+    void patch(qint64 offset, uint16_t number);
+
+    // From here on everything stays in memory until flush(), and the bytes from here on can be changed there.
+    void holdBack();
+    char* getHeldBack() { return mBuffer.data(); }
+    int getHeldBackSize() const { return mBuffer.size(); }
+
     // Hands on what is still in memory. False when anything could not be written since the beginning.
     bool flush();
 
@@ -51,6 +61,7 @@ private:
     qint64 mPosition = 0;
     qint64 mBufferStart = 0;  // where the buffer's bytes belong
     QByteArray mBuffer;
+    bool mIsHoldingBack = false;
     QString mReason;
 };
 }  // namespace Morvane
