@@ -31,7 +31,7 @@ int ZipArchive::StartIterate()
     const bool isOpen = mReader->open();
     mCount = isOpen ? mReader->getEntryCount() : 0;
     if (!isOpen || (mCount > 0 && !mReader->goToFirst()))
-        reportEnd("ZipArchive::StartIterate", QLatin1String("Can't open zip archive: ") + mPath);
+        reportEnd("ZipArchive::StartIterate", withReason(QLatin1String("Can't open zip archive: ") + mPath));
     return AtEnd() ? 0 : mCount;
 }
 
@@ -45,7 +45,7 @@ bool ZipArchive::Next()
         return false;
     if (mReader->goToNext())
         return true;
-    reportEnd("ZipArchive::Next", QStringLiteral("Can't read from %1").arg(mPath));
+    reportEnd("ZipArchive::Next", withReason(QStringLiteral("Can't read from %1").arg(mPath)));
     return false;
 }
 
@@ -172,6 +172,16 @@ bool ZipArchive::hasEntry(const char* source)
 
 QString ZipArchive::describe(const ZipOutcome& outcome) const
 {
+    const QString text = describeStep(outcome);
+    const bool saysWhy = outcome.reason.isEmpty() || outcome.failedAt == ZipOutcome::Step::CheckEntry ||
+                         outcome.failedAt == ZipOutcome::Step::OpenEntry;
+    if (saysWhy)
+        return text;
+    return text + QLatin1String(text.endsWith(QLatin1Char('.')) ? " " : ": ") + outcome.reason;
+}
+
+QString ZipArchive::describeStep(const ZipOutcome& outcome) const
+{
     const QString name = GetCurrentFileName();
     switch (outcome.failedAt) {
         case ZipOutcome::Step::CheckEntry:
@@ -196,6 +206,12 @@ QString ZipArchive::describe(const ZipOutcome& outcome) const
             break;
     }
     return {};
+}
+
+QString ZipArchive::withReason(const QString& text) const
+{
+    const QString reason = mReader->getReason();
+    return reason.isEmpty() ? text : text + QLatin1String(": ") + reason;
 }
 
 void ZipArchive::reportEnd(const char* source, const QString& text)

@@ -107,6 +107,8 @@ private:
     bool hasEntry(const char* source);
     void goBackToCurrent();
     QString describe(const ZipOutcome& outcome) const;
+    QString describeStep(const ZipOutcome& outcome) const;
+    QString withReason(const QString& text) const;
     ZipDestination& getDestination(const QString& folder);
 
     QString mPath;

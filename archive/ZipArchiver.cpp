@@ -208,6 +208,9 @@ bool ZipArchiver::AddFile(const QString& sourcePath, const QString& nameInArchiv
     entry.level = isFolder ? 0 : (level == cStartLevel ? mLevel : level);
     if (entry.level < 0 || entry.level > cBestLevel)
         return fail(cSource, failure);
+    if (!isFolder && kind != ZipSource::Kind::File)
+        return fail(cSource, withReason(QLatin1String("Error in opening file for reading: ") + sourcePath,
+                                        source.getReason()));
     QString reason;
     if (!isFolder && !ZipPassword::encode(password, entry.password, reason))
         return fail(cSource, withReason(failure, reason));
@@ -251,6 +254,10 @@ bool ZipArchiver::checkSource(ZipSource& source, const Entry& entry)
 {
     if (!source.hasChanged())
         return true;
+    if (!source.getReason().isEmpty())
+        return fail(
+            "ZipArchiver::AddFile",
+            withReason(QLatin1String("Error in reading file: ") + entry.sourcePath, source.getReason()));
     return fail(
         "ZipArchiver::AddFile",
         QStringLiteral("Error in reading file: %1: it changed while it was packed; the archive has the "

@@ -1,5 +1,6 @@
 #include "archive/ZipDestination.h"
 
+#include "foundation/system/GSystemError.h"
 #include "foundation/system/GUniqueName.h"
 
 #include <QDir>
@@ -22,7 +23,14 @@ QString ZipDestination::getPath(const QStringList& parts) const
 
 bool ZipDestination::makeFolder(const QStringList& parts, int mode)
 {
-    return goTo(parts, true) && mLevels.back().folder->addMode(mode);
+    return goTo(parts, true) && (mLevels.back().folder->addMode(mode) || failBySystem());
+}
+
+// Called before anything else is asked of the system.
+bool ZipDestination::failBySystem()
+{
+    mReason = GetReasonText(GetLastSystemError());
+    return false;
 }
 
 bool ZipDestination::goTo(const QStringList& parts, bool isMaking)
@@ -44,10 +52,10 @@ bool ZipDestination::goTo(const QStringList& parts, bool isMaking)
 bool ZipDestination::openRoot(bool isMaking)
 {
     if (isMaking && !QDir().mkpath(mPath))
-        return false;
+        return failBySystem();
     std::unique_ptr<ZipFolder> root = ZipFolder::openRoot(mPath);
     if (root == nullptr)
-        return false;
+        return failBySystem();
     mLevels.push_back({QString(), std::move(root)});
     return true;
 }
@@ -56,9 +64,15 @@ bool ZipDestination::descend(const QString& name, bool isMaking)
 {
     const ZipFolder& parent = *mLevels.back().folder;
     const bool isMade = isMaking && parent.makeFolder(name);
+    const boost::system::error_code makeError = GetLastSystemError();
     std::unique_ptr<ZipFolder> folder = parent.openFolder(name);
-    if (folder == nullptr)
+    if (folder == nullptr) {
+        // What is not there could not be made, and that is why.
+        const boost::system::error_code openError = GetLastSystemError();
+        const bool isMissing = openError == boost::system::errc::no_such_file_or_directory;
+        mReason = GetReasonText(isMaking && isMissing ? makeError : openError);
         return false;
+    }
     mLevels.push_back({name, std::move(folder)});
     if (isMade) {
         QStringList parts;
@@ -136,8 +150,12 @@ ZipTarget::Result ZipTarget::lookAtTarget(bool& isFree) const
     isFree = found == ZipFolder::Found::Nothing;
     if (isFree)
         return Result::Done;
-    if (found != ZipFolder::Found::File && found != ZipFolder::Found::Link)
+    if (found != ZipFolder::Found::File && found != ZipFolder::Found::Link) {
+        mDestination.mReason = found == ZipFolder::Found::ReadOnlyFile
+                                   ? QStringLiteral("a file that is read-only has the name")
+                                   : QStringLiteral("something that is no file has the name");
         return Result::CannotMake;
+    }
     const auto written = mDestination.mWritten.find(identity);
     const bool isOther = written != mDestination.mWritten.end() && written->second != mEntryIndex;
     return isOther ? Result::TakenByOther : Result::Done;
@@ -150,14 +168,19 @@ bool ZipTarget::makeTemporary()
     do {
         mTemporaryName = makeTemporaryName();
         mFile = getFolder().makeFile(mTemporaryName);
-    } while (mFile == nullptr && getFolder().look(mTemporaryName, identity) != ZipFolder::Found::Nothing);
-    return mFile != nullptr;
+        if (mFile != nullptr)
+            return true;
+        mDestination.failBySystem();
+    } while (getFolder().look(mTemporaryName, identity) != ZipFolder::Found::Nothing);
+    mTemporaryName.clear();
+    return false;
 }
 
 bool ZipTarget::commit()
 {
+    mDestination.mReason.clear();
     const std::optional<FileIdentity> identity = mFile->getIdentity();
-    const bool isInPlace = identity.has_value() && putInPlace();
+    const bool isInPlace = identity.has_value() ? putInPlace() : mDestination.failBySystem();
     mFile.reset();
     if (isInPlace)
         mDestination.mWritten[*identity] = mEntryIndex;
@@ -171,18 +194,23 @@ bool ZipTarget::putInPlace()
         if (getFolder().giveName(*mFile, mName))
             return closeInPlace();
         mTemporaryName = makeTemporaryName();
-        if (!getFolder().giveName(*mFile, mTemporaryName))
-            return false;
+        if (!getFolder().giveName(*mFile, mTemporaryName)) {
+            mTemporaryName.clear();
+            return mDestination.failBySystem();
+        }
     }
     bool isFree = false;
-    if (!ZipFolder::keep(*mFile) || !mFile->close() || lookAtTarget(isFree) != Result::Done)
+    if (!ZipFolder::keep(*mFile) || !mFile->close())
+        return mDestination.failBySystem();
+    if (lookAtTarget(isFree) != Result::Done)
         return false;
     const bool isInPlace = isFree ? mDestination.mFiles.renameFile(getFolder().getPath(mTemporaryName),
                                                                    getFolder().getPath(mName))
                                   : getFolder().replaceFile(mTemporaryName, mName);
-    if (isInPlace)
-        mTemporaryName.clear();
-    return isInPlace;
+    if (!isInPlace)
+        return mDestination.failBySystem();
+    mTemporaryName.clear();
+    return true;
 }
 
 // Some file systems tell only now that bytes were lost.
@@ -190,6 +218,7 @@ bool ZipTarget::closeInPlace()
 {
     if (mFile->close())
         return true;
+    mDestination.failBySystem();
     mDestination.mFiles.removeFile(getFolder().getPath(mName));
     return false;
 }

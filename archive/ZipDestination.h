@@ -30,6 +30,9 @@ public:
     // can't be, or when a link or a file stands in the way.
     bool makeFolder(const QStringList& parts, int mode = 0);
 
+    // Why the last operation failed, in the system's words.
+    const QString& getReason() const { return mReason; }
+
     // Takes back the folders that makeFolder() and beginFile() have made since the last call of this, as far
     // as they are empty.
     void removeMadeFolders();
@@ -51,10 +54,12 @@ private:
     };
 
     bool goTo(const QStringList& parts, bool isMaking);
+    bool failBySystem();
     bool openRoot(bool isMaking);
     bool descend(const QString& name, bool isMaking);
 
     const QString mPath;
+    QString mReason;
     std::vector<Level> mLevels;  // the open folders from the destination down to the one used last
     std::map<FileIdentity, int> mWritten;
     FileHandler mFiles;  // removes and moves

@@ -3,6 +3,7 @@
 #include "archive/ZipDestination.h"
 #include "archive/ZipEntryPath.h"
 #include "archive/ZipReader.h"
+#include "foundation/system/GSystemError.h"
 
 #include <algorithm>
 
@@ -18,7 +19,7 @@ constexpr int cMemoryChunkSize = 64 * 1024;
 constexpr qint64 cFirstMemory = 1024 * 1024;
 constexpr qint64 cMostMemory = 1024 * 1024 * 1024;  // what one byte array can be trusted to hold
 
-QString explain(ZipReader::OpenResult result)
+QString explain(ZipReader::OpenResult result, const ZipReader& reader)
 {
     switch (result) {
         case ZipReader::OpenResult::NeedsPassword:
@@ -31,7 +32,7 @@ QString explain(ZipReader::OpenResult result)
         case ZipReader::OpenResult::Damaged:
             break;
     }
-    return {};
+    return reader.getReason();
 }
 
 int getRights(const ZipEntry& entry, const ZipExtractionOptions& options)
@@ -64,7 +65,8 @@ ZipOutcome tryPasswords(const ZipReader& reader, const QVector<QByteArray>& pass
 }
 
 // Copies the content of the open entry to the file.
-Step copyContent(ZipReader& reader, ZipFile& file, const ZipExtractionOptions& options, qint64& done)
+Step copyContent(ZipReader& reader, ZipFile& file, const ZipExtractionOptions& options, qint64& done,
+                 QString& reason)
 {
     QByteArray chunk(options.chunkSize, Qt::Uninitialized);
     for (;;) {
@@ -73,18 +75,21 @@ Step copyContent(ZipReader& reader, ZipFile& file, const ZipExtractionOptions& o
             return Step::ReadEntry;
         if (count == 0)
             return Step::Done;
-        if (!file.write(chunk.constData(), count))
+        if (!file.write(chunk.constData(), count)) {
+            reason = GetReasonText(GetLastSystemError());
             return Step::WriteFile;
+        }
         done += count;
         if (options.onWritten && !options.onWritten(count))
             return Step::GivenUp;
     }
 }
 
-Step fillFile(ZipReader& reader, ZipFile& file, const ZipExtractionOptions& options, qint64& done)
+Step fillFile(ZipReader& reader, ZipFile& file, const ZipExtractionOptions& options, qint64& done,
+              QString& reason)
 {
     const ZipEntry& entry = reader.getEntry();
-    const Step step = copyContent(reader, file, options, done);
+    const Step step = copyContent(reader, file, options, done, reason);
     const bool isWhole = reader.closeEntry();
     if (step != Step::Done)
         return step;
@@ -94,7 +99,10 @@ Step fillFile(ZipReader& reader, ZipFile& file, const ZipExtractionOptions& opti
     const bool isDated = !options.keepsDates || !modified.isValid() || file.setModified(modified);
     const bool isReadOnly = entry.isReadOnly() && (options.mode & cOwnerWrites) == 0;
     const bool hasRights = file.addMode(getRights(entry, options)) && (!isReadOnly || file.setReadOnly());
-    return isDated && hasRights ? Step::Done : Step::WriteFile;
+    if (isDated && hasRights)
+        return Step::Done;
+    reason = GetReasonText(GetLastSystemError());
+    return Step::WriteFile;
 }
 
 ZipOutcome extractOnce(ZipReader& reader, int entryIndex, ZipDestination& destination,
@@ -104,22 +112,25 @@ ZipOutcome extractOnce(ZipReader& reader, int entryIndex, ZipDestination& destin
     const QString path = destination.getPath(parts);
     const QStringList folder = parts.mid(0, parts.size() - 1);
     if (!destination.makeFolder(folder))
-        return {Step::MakeFolder, destination.getPath(folder), {}};
+        return {Step::MakeFolder, destination.getPath(folder), destination.getReason()};
     const ZipReader::OpenResult opened = reader.openEntry(password);
     if (opened != ZipReader::OpenResult::Done)
-        return {Step::OpenEntry, path, explain(opened)};
+        return {Step::OpenEntry, path, explain(opened, reader)};
     ZipTarget target(destination);
     const ZipTarget::Result begun = target.begin(parts.last(), entryIndex);
     if (begun != ZipTarget::Result::Done) {
         reader.closeEntry();
         if (begun == ZipTarget::Result::TakenByOther)
             return {Step::CheckEntry, path, QStringLiteral("another entry has the same name")};
-        return {Step::MakeFile, path, {}};
+        return {Step::MakeFile, path, destination.getReason()};
     }
-    const Step step = fillFile(reader, target.getFile(), options, done);
+    QString reason;
+    const Step step = fillFile(reader, target.getFile(), options, done, reason);
     if (step != Step::Done)
-        return {step, path, {}};
-    return {target.commit() ? Step::Done : Step::WriteFile, path, {}};
+        return {step, path, reason.isEmpty() ? reader.getReason() : reason};
+    if (!target.commit())
+        return {Step::WriteFile, path, destination.getReason()};
+    return {Step::Done, path, {}};
 }
 
 ZipOutcome extractFile(ZipReader& reader, int entryIndex, ZipDestination& destination,
@@ -138,7 +149,7 @@ ZipOutcome readContent(ZipReader& reader, const QByteArray& password, QByteArray
 {
     const ZipReader::OpenResult opened = reader.openEntry(password);
     if (opened != ZipReader::OpenResult::Done)
-        return {Step::OpenEntry, {}, explain(opened)};
+        return {Step::OpenEntry, {}, explain(opened, reader)};
     // What the archive declares sets aside little memory; the rest follows what really comes.
     QByteArray bytes;
     bytes.reserve(static_cast<int>(std::min<qint64>(reader.getEntry().size, cFirstMemory)) +
@@ -151,7 +162,7 @@ ZipOutcome readContent(ZipReader& reader, const QByteArray& password, QByteArray
         bytes.resize(size + std::max(count, 0));
     } while (count > 0);
     if (!reader.closeEntry())
-        return {count < 0 ? Step::ReadEntry : Step::CloseEntry, {}, {}};
+        return {count < 0 ? Step::ReadEntry : Step::CloseEntry, {}, reader.getReason()};
     content = bytes;
     return {};
 }
@@ -169,7 +180,8 @@ ZipOutcome extractEntry(ZipReader& reader, int entryIndex, ZipDestination& desti
     const QStringList parts = findTarget(entry, options.isFlat);
     if (entry.isFolder()) {
         const bool isMade = options.isFlat || destination.makeFolder(parts, getRights(entry, options));
-        return {isMade ? Step::Done : Step::MakeFolder, destination.getPath(parts), {}};
+        return {isMade ? Step::Done : Step::MakeFolder, destination.getPath(parts),
+                isMade ? QString() : destination.getReason()};
     }
     if (parts.isEmpty())
         return {Step::CheckEntry, {}, QStringLiteral("it has no name")};

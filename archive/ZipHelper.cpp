@@ -18,6 +18,18 @@ namespace
 {
 constexpr int cChunkSize = 16384;
 
+QString withReason(const QString& text, const QString& reason)
+{
+    return reason.isEmpty() ? text : text + QLatin1String(": ") + reason;
+}
+
+QString describeOpenFailure(const ZipReader& reader, const QString& zipPath)
+{
+    if (reader.isArchive() && reader.getReason().isEmpty())
+        return QStringLiteral("Error with zipfile in unzGetGlobalInfo");
+    return withReason(QLatin1String("Can't open zip archive: ") + zipPath, reader.getReason());
+}
+
 // Folders on their way into an archive.
 class Packing
 {
@@ -127,9 +139,7 @@ public:
     bool check()
     {
         if (!mReader.open()) {
-            mLog.error("ZipHelper::doExtract", mReader.isArchive()
-                                                   ? QStringLiteral("Error with zipfile in unzGetGlobalInfo")
-                                                   : QLatin1String("Can't open zip archive: ") + mZipPath);
+            mLog.error("ZipHelper::doExtract", describeOpenFailure(mReader, mZipPath));
             return false;
         }
         ZipBudget budget(mRun.limits);
@@ -176,9 +186,11 @@ private:
         if (index == 0 ? mReader.goToFirst() : mReader.goToNext())
             return true;
         const QString error = QString::number(mReader.getError());
-        mLog.error("ZipHelper::doExtract",
-                   index == 0 ? QLatin1String("Error in zipfile in unzGetCurrentFileInfo: ") + error
-                              : QStringLiteral("Error with zipfile in unzGoToNextFile"));
+        mLog.error(
+            "ZipHelper::doExtract",
+            withReason(index == 0 ? QLatin1String("Error in zipfile in unzGetCurrentFileInfo: ") + error
+                                  : QStringLiteral("Error with zipfile in unzGoToNextFile"),
+                       mReader.getReason()));
         return false;
     }
 
@@ -219,8 +231,8 @@ private:
             {Step::WriteFile, QStringLiteral("Error in writing extracted file")},
             {Step::CloseEntry, QStringLiteral("Error with zipfile in unzCloseCurrentFile")},
             {Step::GivenUp, QStringLiteral("Extraction of %1 was cancelled.").arg(mZipPath)}};
-        const QString reason = outcome.reason.isEmpty() ? QString() : QLatin1String(": ") + outcome.reason;
-        mLog.error("ZipHelper::doExtractCurrentFile", texts.value(outcome.failedAt) + reason);
+        mLog.error("ZipHelper::doExtractCurrentFile",
+                   withReason(texts.value(outcome.failedAt), outcome.reason));
         mLog.error("ZipHelper::doExtract", QStringLiteral("Can't extract %1 from %2.").arg(name, mZipPath));
     }
 
@@ -332,9 +344,10 @@ bool ZipHelper::getEntryList(const QString& zipPath, QVector<ZipEntry>& entries,
     }
     if (isOpen && entries.size() == count)
         return true;
-    ZipLog(run.log).error("ZipHelper::getEntryList",
-                          isOpen ? QStringLiteral("Error with zipfile in unzGoToNextFile")
-                                 : QLatin1String("Can't open zip archive: ") + zipPath);
+    ZipLog(run.log).error(
+        "ZipHelper::getEntryList",
+        isOpen ? withReason(QStringLiteral("Error with zipfile in unzGoToNextFile"), reader.getReason())
+               : describeOpenFailure(reader, zipPath));
     return false;
 }
 

@@ -35,11 +35,6 @@ void* ZipInput::open()
     return unzOpen2_64(this, &functions);
 }
 
-QString ZipInput::getReason() const
-{
-    return mDevice.errorString();
-}
-
 int ZipInput::readAt(qint64 offset, char* bytes, int size)
 {
     int done = 0;
@@ -126,15 +121,15 @@ void ZipInput::fill(Block& block)
         static_cast<int>(std::max<qint64>(std::min<qint64>(cBlockSize, ownSize - block.offset), 0));
     block.bytes.resize(size);
     int done = 0;
-    bool isThere = mDevice.seek(block.offset);
-    while (isThere && done < size) {
-        const qint64 count = mDevice.read(block.bytes.data() + done, size - done);
-        isThere = count > 0;
+    qint64 count = mDevice.seek(block.offset) ? 1 : -1;
+    while (count > 0 && done < size) {
+        count = mDevice.read(block.bytes.data() + done, size - done);
         done += static_cast<int>(std::max<qint64>(count, 0));
     }
     block.bytes.resize(done);
     if (done < size) {
-        mHasFailed = true;
+        // The next call that goes well takes the device's word back.
+        mReason = count < 0 ? mDevice.errorString() : QStringLiteral("it has become shorter");
         return;
     }
     const qint64 endOffset = std::max<qint64>(block.offset - ownSize, 0);

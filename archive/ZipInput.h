@@ -37,8 +37,8 @@ public:
     void endWith(qint64 offset, const QByteArray& end);
 
     // Whether the device gave fewer bytes than it has, at any time, and why.
-    bool hasFailed() const { return mHasFailed; }
-    QString getReason() const;
+    bool hasFailed() const { return !mReason.isEmpty(); }
+    const QString& getReason() const { return mReason; }
 
     // From here on the library reads the encrypted content that begins at the offset decrypted, and without
     // the bytes that the encryption has put before it. It has to read it once and in order. Gives the check
@@ -64,7 +64,7 @@ private:
     qint64 mSize;  // that of the device, or with the end in its place
     QByteArray mEnd;
     qint64 mPosition = 0;
-    bool mHasFailed = false;
+    QString mReason;
     std::array<Block, 2> mBlocks;
     size_t mLastUsed = 0;
     std::optional<ZipCipher> mCipher;

@@ -66,7 +66,7 @@ bool ZipReader::openDevice()
         return true;
     mReason = kind == ZipSource::Kind::File ? mDevice->errorString() : source.getReason();
     if (mReason.isEmpty())
-        mReason = QStringLiteral("it is no file");
+        mReason = QStringLiteral("it is a folder");
     return false;
 }
 

@@ -42,12 +42,13 @@ public:
     // Goes back to the first byte.
     bool rewind();
 
-    // Whether the open file is another one than it was when it was opened, by its size and date.
+    // Whether the open file is another one than it was when it was opened, by its size and date. Also when
+    // the system does not tell; then there is a reason.
     bool hasChanged();
 
     const QString& getPath() const { return mPath; }
 
-    // Why the last call failed, in the system's words or ours.
+    // Why a call failed, in the system's words or ours; empty before one did.
     const QString& getReason() const { return mReason; }
 
     qint64 getSize() const { return mSize; }

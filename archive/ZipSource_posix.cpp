@@ -62,7 +62,10 @@ ZipSource::Kind ZipSource::look()
         return isDangling ? Kind::LinkToNothing : Kind::Unknown;
     }
     takeNote(status);
-    return isLink && mIsFolder ? Kind::LinkToFolder : getKindOf(status);
+    const Kind kind = getKindOf(status);
+    if (kind == Kind::Special)
+        mReason = QStringLiteral("it is no file");
+    return isLink && mIsFolder ? Kind::LinkToFolder : kind;
 }
 
 bool ZipSource::open()
@@ -98,8 +101,9 @@ bool ZipSource::rewind()
 bool ZipSource::hasChanged()
 {
     struct stat status = {};
-    return fstat(static_cast<int>(mFile.Get()), &status) != 0 || status.st_size != mSize ||
-           getModifiedOf(status) != mModified;
+    if (fstat(static_cast<int>(mFile.Get()), &status) != 0)
+        return !failBySystem();
+    return status.st_size != mSize || getModifiedOf(status) != mModified;
 }
 
 bool listSources(const QString& folder, QStringList& names, QString& reason)

@@ -122,7 +122,7 @@ bool ZipSource::hasChanged()
 {
     BY_HANDLE_FILE_INFORMATION information = {};
     if (!GetFileInformationByHandle(reinterpret_cast<HANDLE>(mFile.Get()), &information))
-        return true;
+        return !failBySystem();
     const qint64 size = qint64(information.nFileSizeHigh) << 32 | information.nFileSizeLow;
     return size != mSize || getMoment(information.ftLastWriteTime) != mModified;
 }

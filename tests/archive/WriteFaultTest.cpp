@@ -46,7 +46,8 @@ TEST(WriteFaultTest, ADiskThatIsFullLeavesNoPartOfAFile)
     if (first.isEmpty() && child.WaitForExit() == cCannotLimit)
         GTEST_SKIP() << "A system on which a test can't limit files.";
     EXPECT_EQ("failed", first);
-    EXPECT_EQ("Can't write to " + sandbox.GetPath("target/large"_q).toUtf8() + ".", child.ReadLine());
+    EXPECT_EQ("Can't write to " + sandbox.GetPath("target/large"_q).toUtf8() + ". File too large",
+              child.ReadLine());
     EXPECT_EQ("failed", child.ReadLine());
     EXPECT_EQ("failed", child.ReadLine());
     EXPECT_EQ(0, child.WaitForExit());

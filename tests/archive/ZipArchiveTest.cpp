@@ -128,7 +128,7 @@ TEST_F(ZipArchiveTest, WhatStandsInTheWayIsNamed)
     archive.StartIterate();
     for (const QString& text : texts) {
         EXPECT_FALSE(archive.ExtractCurrentFile(mTarget, QString(), 0));
-        EXPECT_EQ(text, archive.GetLastError());
+        EXPECT_TRUE(archive.GetLastError().startsWith(text + QLatin1Char(' '))) << "and why";
         archive.Next();
     }
 }
@@ -147,7 +147,8 @@ TEST_F(ZipArchiveTest, AnOldFileIsReplacedByAWholeOneOnly)
     ZipArchive archive(mArchive);
     archive.StartIterate();
     EXPECT_FALSE(archive.ExtractCurrentFile(mTarget, QString(), 0));
-    EXPECT_EQ("Can't write in %1."_q.arg(GetTarget("a")), archive.GetLastError());
+    EXPECT_EQ("Can't write in %1. a file that is read-only has the name"_q.arg(GetTarget("a")),
+              archive.GetLastError());
     QFile::setPermissions(GetTarget("a"), QFile::ReadOwner | QFile::WriteOwner);
     EXPECT_TRUE(archive.ExtractCurrentFile(mTarget, QString(), 0));
     EXPECT_TRUE(archive.ExtractCurrentFile(mTarget, QString(), 0)) << "the same entry again";

@@ -3,6 +3,9 @@
 #include <QDateTime>
 #include <QProcess>
 
+#include <atomic>
+#include <thread>
+
 using namespace Morvane;
 
 namespace
@@ -208,4 +211,33 @@ TEST_F(ZipWritingTest, WhatCantBePackedIsNamedAndTheRestIsPacked)
 
     EXPECT_FALSE(CompressItem(folder + "/broken"_q)) << "nothing is left to pack";
     EXPECT_EQ(packed, GetNames());
+}
+
+TEST_F(ZipWritingTest, AFileThatGrowsWhileItIsPackedIsToldAndPackedAsFarAsItWent)
+{
+    const QString path = mSandbox.GetPath("growing"_q);
+    WriteFile(path, QByteArray(1000000, 'g'));
+    std::atomic<bool> isDone{false};
+    std::thread writer([&] {
+        QFile file(path);
+        file.open(QIODevice::Append | QIODevice::Unbuffered);
+        while (!isDone)
+            file.write("g");
+    });
+    ZipArchiver archiver(mArchive);
+    archiver.setLogInterface(&mLog);
+    EXPECT_TRUE(archiver.StartWriting(ZipStart::Create, QString(), 1));
+    const auto add = [&](int number) {
+        return archiver.AddFile(path, QString::number(number), ZipArchiver::cStartLevel, ZipNames::Plain, {});
+    };
+    int number = 0;
+    while (number < 100 && add(number))
+        ++number;
+    isDone = true;
+    writer.join();
+    EXPECT_TRUE(archiver.GetLastError().contains(path + ": it changed while it was packed"_q));
+    EXPECT_TRUE(add(100)) << "the archive goes on";
+    EXPECT_TRUE(archiver.FinishWriting());
+    EXPECT_TRUE(Extract());
+    EXPECT_GE(QFileInfo(GetTarget(qPrintable(QString::number(number)))).size(), 1000000);
 }

@@ -15,6 +15,9 @@ FaultScenario (*const cScenarios[])() = {
     GetProjectSettings,            //
     GetFolderCopyAcrossVolumes,    //
     GetFolderRenameAcrossVolumes,  //
+    GetArchiveCreation,            //
+    GetArchiveAddition,            //
+    GetExtraction,                 //
 };
 }  // namespace
 

@@ -13,3 +13,8 @@ FaultScenario GetProjectSettings();
 // FilesScenarios.cpp
 FaultScenario GetFolderCopyAcrossVolumes();
 FaultScenario GetFolderRenameAcrossVolumes();
+
+// ArchiveScenarios.cpp
+FaultScenario GetArchiveCreation();
+FaultScenario GetArchiveAddition();
+FaultScenario GetExtraction();
