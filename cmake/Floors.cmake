@@ -52,4 +52,5 @@ set(may_use_hosts_layout_host ${engine} widgets hosts/scribus/panels hosts/layou
   hosts/layout_host/commandline)
 
 set(may_use_apps_hopboxctl ${floor_1} ${floor_2} ${floor_3} ${floor_4})
-set(may_use_apps_printer_processor ${floor_1} ${floor_2} ${floor_3} hopbox)
+set(may_use_apps_printer_processor_inbox ${floor_1})
+set(may_use_apps_printer_processor ${floor_1} ${floor_2} ${floor_3} hopbox apps/printer_processor/inbox)

@@ -1,14 +1,17 @@
-#include "apps/printer_processor/MessagePrinter.h"
+#include "apps/printer_processor/JobWorker.h"
+#include "apps/printer_processor/MessageLine.h"
 #include "apps/printer_processor/Options.h"
 #include "apps/printer_processor/StopRequest.h"
 #include "foundation/core/GMessageLoop.h"
 #include "foundation/ipc/GPPIPCReceiver.h"
 #include "foundation/system/GProcessInfo.h"
+#include "hopbox/HopboxMessages.h"
 
 #include <QCoreApplication>
 #include <QTimer>
 
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 
 // The receiving process of a Hopbox as people can run it: takes the messages of the Printer Processor channel
@@ -19,7 +22,11 @@ namespace
 constexpr int cExitDone = 0;
 constexpr int cExitFailed = 1;
 
-constexpr int cTickInterval = 50;  // milliseconds
+constexpr int cTickInterval = 500;  // milliseconds; a message brings a tick of its own
+constexpr int cLookInterval = 50;
+
+// What is being copied has this long to end; with the rest of the way out it makes less than a second.
+constexpr std::chrono::milliseconds cStopTime(600);
 
 void PrintError(const QString& text)
 {
@@ -27,29 +34,89 @@ void PrintError(const QString& text)
     std::fflush(stderr);
 }
 
-std::optional<JobInbox> OpenInbox(const Options& options)
+std::unique_ptr<JobInbox> OpenInbox(const Options& options)
 {
-    return options.inbox.IsEmpty() ? std::optional<JobInbox>() : JobInbox(options.inbox);
+    return options.inbox.IsEmpty() ? nullptr : std::make_unique<JobInbox>(options.inbox);
 }
 
-// Ends the event loop when somebody wants this process to end, or when the time is up.
+// Accepts messages: whatever is to be done with them is noted and left to the worker.
+class Acceptance
+{
+public:
+    Acceptance(JobInbox* inbox, JobWorker* worker) : mInbox(inbox), mWorker(worker)
+    {
+        if (mInbox == nullptr)
+            return;
+        for (const InboxJob& job : mInbox->GetJournal().GetJobs())
+            mWorker->AddJob(job);
+    }
+
+    GPPIPCKeeper GetKeeper()
+    {
+        return {mInbox != nullptr ? mInbox->GetJournal().GetKeeper() : 0,
+                [this](const std::vector<GPPIPCMessage>& messages) { Keep(messages); }};
+    }
+
+private:
+    // In this order: nothing is told of a job that is not in the journal.
+    void Keep(const std::vector<GPPIPCMessage>& messages)
+    {
+        std::vector<InboxJob> jobs;
+        for (const GPPIPCMessage& message : messages) {
+            if (IsForInbox(message))
+                jobs.push_back({0, message.queue, message.position, message.process, message.payload, {}});
+        }
+        if (mInbox != nullptr)
+            jobs = mInbox->GetJournal().Add(jobs);
+        for (const InboxJob& job : jobs)
+            mWorker->AddJob(job);
+        for (const GPPIPCMessage& message : messages) {
+            if (!IsForInbox(message))
+                mWorker->AddLine(MessageLine::Describe(message));
+        }
+    }
+
+    bool IsForInbox(const GPPIPCMessage& message) const
+    {
+        return mInbox != nullptr && message.kind == HopboxMessage::cSubmitJob;
+    }
+
+    JobInbox* const mInbox;
+    JobWorker* const mWorker;
+};
+
+// Ends the event loop when somebody wants this process to end, when the time is up, or when everything that
+// it was to take is done.
 class Ending
 {
 public:
-    explicit Ending(const Options& options)
+    Ending(const Options& options, const JobWorker& worker) : mWorker(worker), mCount(options.count)
     {
-        QObject::connect(&mPoll, &QTimer::timeout, [] {
-            if (StopRequest::IsMade())
-                QCoreApplication::exit(cExitDone);
-        });
-        mPoll.start(cTickInterval);
+        QObject::connect(&mPoll, &QTimer::timeout, [this] { Look(); });
+        mPoll.start(cLookInterval);
         if (options.milliseconds > 0) {
             const int status = options.count > 0 ? cExitFailed : cExitDone;
             QTimer::singleShot(options.milliseconds, [status] { QCoreApplication::exit(status); });
         }
     }
 
+    void Count() { ++mTaken; }
+
 private:
+    void Look() const
+    {
+        const JobWorker::State state = mWorker.GetState();
+        if (StopRequest::IsMade())
+            QCoreApplication::exit(cExitDone);
+        else if (mWorker.IsOutputLost())
+            QCoreApplication::exit(cExitFailed);
+        else if (mCount > 0 && mTaken >= mCount && state != JobWorker::State::Busy)
+            QCoreApplication::exit(state == JobWorker::State::Done ? cExitDone : cExitFailed);
+    }
+
+    const JobWorker& mWorker;
+    const int mCount;
+    int mTaken = 0;
     QTimer mPoll;
 };
 
@@ -64,21 +131,34 @@ public:
 };
 
 // Takes messages up until it is to end. The receiver deregisters however that comes.
+int TakeMessages(const Options& options, JobInbox* inbox, JobWorker* worker)
+{
+    Acceptance acceptance(inbox, worker);
+    Ending ending(options, *worker);
+    const LoopRun loop;
+    const size_t limit = options.count > 0 ? static_cast<size_t>(options.count) : GPPIPCReceiver::cNoLimit;
+    const GPPIPCReceiver receiver([&](const GPPIPCMessage&) { ending.Count(); },
+                                  GPPIPCChannelKind::PrinterProcessor, acceptance.GetKeeper(), limit);
+    PrintError(QStringLiteral("ready as process %1").arg(GProcessInfo::GetOwnProcessID()));
+    return QCoreApplication::exec();
+}
+
 int Receive(const Options& options)
 {
     const StopRequest stopRequest;
-    const MessagePrinter printer(OpenInbox(options));
-    const Ending ending(options);
-    const LoopRun loop;
-    int count = 0;
-    const GPPIPCReceiver receiver([&](const GPPIPCMessage& message) {
-        if (!printer.Take(message))
-            QCoreApplication::exit(cExitFailed);
-        else if (++count == options.count)
-            QCoreApplication::exit(cExitDone);
-    });
-    PrintError(QStringLiteral("ready as process %1").arg(GProcessInfo::GetOwnProcessID()));
-    return QCoreApplication::exec();
+    const std::unique_ptr<JobInbox> inbox = OpenInbox(options);
+    JobWorker worker(inbox.get());
+    int status = cExitFailed;
+    try {
+        status = TakeMessages(options, inbox.get(), &worker);
+    } catch (const std::exception& error) {
+        PrintError(QString::fromUtf8(error.what()));
+    }
+    // Who waits for a server or a reader that does not answer can't be waited for. What he has begun is in
+    // the journal.
+    if (!worker.Stop(cStopTime))
+        std::_Exit(status);
+    return status;
 }
 }  // namespace
 

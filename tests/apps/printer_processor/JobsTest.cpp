@@ -17,7 +17,10 @@ protected:
     QString GetPath(const char* relative) const { return mSandbox.GetPath(QString::fromUtf8(relative)); }
     QStringList ListInbox() const
     {
-        return QDir(GetPath("in box")).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+        QStringList names =
+            QDir(GetPath("in box")).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+        names.removeOne(".printer-processor"_q);
+        return names;
     }
 
     // Submits a job; gives where it was saved, or the empty path with the error that the receiver told of.

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "foundation/core/GPathName.h"
+
+#include <QStringList>
+
+class QFile;
+
+// The calls of the operating system that the inbox needs besides Qt's. Where one fails, GetLastSystemError
+// has the reason.
+namespace InboxCalls
+{
+// Sees to it that what was written to an open file survives a power cut.
+bool FlushFile(QFile& file);
+
+// The same for the names in a folder. Always true on Windows, which has no such call.
+bool FlushFolder(const GPathName& folder);
+
+// Gives a file or folder another name on the same volume, in one step, and never over one that is there.
+bool MoveToFreeName(const GPathName& from, const GPathName& to);
+
+// Whether the last call failed because something bears the name.
+bool IsNameTaken(int error);
+
+enum class Look
+{
+    Found,
+    Nothing,  // nothing bears the name, nor could anything
+    Unknown   // the system could not look, this time
+};
+Look LookAt(const GPathName& path);
+
+// The names in a folder, hidden ones included. False when they can't all be read.
+bool ListNames(const GPathName& folder, QStringList* names);
+
+// Keeps a folder out of the sight of people who did not ask for hidden ones, where its name does not do that.
+void Hide(const GPathName& folder);
+}  // namespace InboxCalls

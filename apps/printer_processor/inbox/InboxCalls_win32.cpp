@@ -1,0 +1,67 @@
+#include "apps/printer_processor/inbox/InboxCalls.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <io.h>
+#include <windows.h>
+
+#include <string>
+
+namespace
+{
+std::wstring GetText(const GPathName& path)
+{
+    return path.GetSystemPath().toStdWString();
+}
+}  // namespace
+
+bool InboxCalls::FlushFile(QFile& file)
+{
+    return FlushFileBuffers(reinterpret_cast<HANDLE>(_get_osfhandle(file.handle()))) != 0;
+}
+
+bool InboxCalls::FlushFolder(const GPathName&)
+{
+    return true;
+}
+
+bool InboxCalls::MoveToFreeName(const GPathName& from, const GPathName& to)
+{
+    return MoveFileExW(GetText(from).c_str(), GetText(to).c_str(), MOVEFILE_WRITE_THROUGH) != 0;
+}
+
+bool InboxCalls::IsNameTaken(int error)
+{
+    return error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS;
+}
+
+InboxCalls::Look InboxCalls::LookAt(const GPathName& path)
+{
+    if (GetFileAttributesW(GetText(path).c_str()) != INVALID_FILE_ATTRIBUTES)
+        return Look::Found;
+    switch (GetLastError()) {
+        case ERROR_FILE_NOT_FOUND:
+        case ERROR_PATH_NOT_FOUND:
+        case ERROR_INVALID_NAME:
+        case ERROR_BAD_PATHNAME:
+        case ERROR_DIRECTORY:
+        case ERROR_FILENAME_EXCED_RANGE:
+        case ERROR_BUFFER_OVERFLOW:
+            return Look::Nothing;
+        default:
+            return Look::Unknown;
+    }
+}
+
+bool InboxCalls::ListNames(const GPathName& folder, QStringList* names)
+{
+    const QDir listed(folder.GetNativePath());
+    *names = listed.entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    return listed.isReadable();
+}
+
+void InboxCalls::Hide(const GPathName& folder)
+{
+    SetFileAttributesW(GetText(folder).c_str(), FILE_ATTRIBUTE_HIDDEN);
+}

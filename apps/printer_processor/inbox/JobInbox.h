@@ -1,0 +1,40 @@
+#pragma once
+
+#include "apps/printer_processor/inbox/JobCopy.h"
+#include "apps/printer_processor/inbox/JobJournal.h"
+#include "foundation/system/GLockFile.h"
+
+#include <memory>
+
+// The folder into which jobs are copied, each under a name that was free. A copy gets its name only when it
+// is whole and on the disk, and a job that was accepted gets one copy, however often the process is killed on
+// the way: a start goes on with what the journal says.
+//
+// What is needed for that is in the folder ".printer-processor" of the inbox: the journal, a lock that keeps
+// a second process out, and the folder of unfinished copies.
+class JobInbox
+{
+public:
+    // Makes the folder when it is missing, waits up to three seconds for another process to leave it, reads
+    // the journal, and removes copies that were not finished. Raises a GException when one of these fails.
+    explicit JobInbox(const GPathName& folder);
+
+    JobJournal& GetJournal() { return *mJournal; }
+
+    // Copies a job of the journal that lies at a location, ends it in the journal, and gives the path of the
+    // copy. Raises a RefusedJob when the job is at fault; it is not ended then. What else it raises may be
+    // gone the next time: the job is to be tried again, as it is then.
+    GPathName Take(InboxJob* job, const GString& location, const std::atomic<bool>& isStopped);
+
+private:
+    void TakeLock();
+    void RemoveLeftovers() const;
+    GPathName GetUnfinished(uint64_t number) const;
+    void MakeCopy(InboxJob* job, const GString& location, const std::atomic<bool>& isStopped) const;
+    GPathName GiveName(InboxJob* job);
+
+    GPathName mFolder;
+    GPathName mCopies;
+    std::unique_ptr<GLockFile> mLock;
+    std::unique_ptr<JobJournal> mJournal;
+};
