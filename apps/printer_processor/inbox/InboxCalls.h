@@ -10,6 +10,10 @@ class QFile;
 // has the reason.
 namespace InboxCalls
 {
+// Writes all of the bytes to an unbuffered file, also where the system takes them in parts. False, with the
+// file's error set, when that fails.
+bool WriteAll(QFile& file, const QByteArray& bytes);
+
 // Sees to it that what was written to an open file survives a power cut.
 bool FlushFile(QFile& file);
 

@@ -107,7 +107,7 @@ void Copier::CopyContent(QFile& from, QFile& to) const
         const QByteArray chunk = from.read(qMin(rest, cChunk));
         if (chunk.isEmpty())
             break;
-        if (to.write(chunk) != chunk.size())
+        if (!InboxCalls::WriteAll(to, chunk))
             Fail(QStringLiteral("Can't write"), to.fileName(), to.errorString());
         rest -= chunk.size();
         unflushed += chunk.size();

@@ -114,7 +114,7 @@ void JobJournal::Append(const GBuffer& lines)
     if (!mIsSound || mFile.size() > std::max(cLargeSize, 2 * mWholeSize))
         Rewrite();
     mIsSound = false;
-    if (mFile.write(lines) != lines.size())
+    if (!InboxCalls::WriteAll(mFile, lines))
         Raise(mPath, mFile.errorString());
     if (!InboxCalls::FlushFile(mFile))
         Raise(mPath, QStringLiteral("it can't be flushed to disk"));

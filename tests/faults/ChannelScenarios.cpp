@@ -1,0 +1,93 @@
+#include "Scenarios.h"
+#include "apps/printer_processor/inbox/JobInbox.h"
+#include "foundation/ipc/GPPIPCReceiver.h"
+#include "foundation/system/GProcessInfo.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/Test.h"
+
+#include <cstdio>
+
+namespace
+{
+// The objects of the channel come and go with its receivers; lock files mean nothing.
+const QStringList cPassingFiles = {"*Channel_*"_q, "*/lock"_q};
+
+GPathName GetInbox(const QString& root)
+{
+    return GPathName(root + "/in"_q);
+}
+
+int Fail(const char* reason)
+{
+    std::fprintf(stderr, "%s\n", reason);
+    return 1;
+}
+
+void MakeEmptyInbox(const QString& root)
+{
+    const JobInbox inbox(GetInbox(root));
+}
+
+QString CountJobs(const QString& root)
+{
+    return QString::number(JobInbox(GetInbox(root)).GetJournal().GetJobs().size());
+}
+
+void AcceptJob(const QString& root)
+{
+    WriteFile(root + "/job/a.pdf"_q, QByteArray(1000, 'a'));
+    JobInbox(GetInbox(root)).GetJournal().Add({{0, 77, 0, 1, "{}", GString()}});
+}
+
+QString LookIntoInbox(const QString& root)
+{
+    return QString::fromUtf8(ReadFile(root + "/in/job/a.pdf"_q));
+}
+}  // namespace
+
+// Registers, posts a ticket to itself unless one was left in a queue by the run before, and accepts it.
+CHILD_ROLE(PostAndAccept)
+{
+    try {
+        JobInbox inbox(GetInbox(arguments.at(0)));
+        JobJournal& journal = inbox.GetJournal();
+        const auto keep = [&journal](const std::vector<GPPIPCMessage>& messages) {
+            for (const GPPIPCMessage& message : messages)
+                journal.Add({{0, message.queue, message.position, message.process, message.payload, {}}});
+        };
+        GPPIPCReceiver receiver([](const GPPIPCMessage&) {}, GPPIPCChannelKind::PrinterProcessor,
+                                {journal.GetKeeper(), keep});
+        if (journal.GetJobs().empty())
+            GPPIPCManager::Get()->Post(GProcessInfo::GetOwnProcessID(), 145, "{}");
+        receiver.TakeUp();
+        return journal.GetJobs().size() == 1 ? 0 : Fail("The ticket waits in the queue.");
+    } catch (const std::exception& error) {
+        return Fail(error.what());
+    }
+}
+
+FaultScenario GetPostAndAccept()
+{
+    return {"PostAndAccept", MakeEmptyInbox, QString(), {"PostAndAccept"_q, "%1"_q},
+            CountJobs,       cPassingFiles,  true,      false};
+}
+
+// What a start does with the jobs that are in the journal.
+CHILD_ROLE(CopyAcceptedJobs)
+{
+    try {
+        const std::atomic<bool> isStopped{false};
+        JobInbox inbox(GetInbox(arguments.at(0)));
+        for (InboxJob& job : inbox.GetJournal().GetJobs())
+            inbox.Take(&job, arguments.at(0) + "/job"_q, isStopped);
+        return 0;
+    } catch (const std::exception& error) {
+        return Fail(error.what());
+    }
+}
+
+FaultScenario GetCopyOfAcceptedJob()
+{
+    return {"CopyOfAcceptedJob", AcceptJob,     QString(), {"CopyAcceptedJobs"_q, "%1"_q},
+            LookIntoInbox,       cPassingFiles, true,      true};
+}
