@@ -55,7 +55,7 @@ public:
     size_t GetSize() const { return mSize; }
 
     // Whether all of the memory is still there. Where somebody has cut the segment short, it must not be
-    // touched any more. Always true on Windows.
+    // touched any more. Never raises: where the system does not tell, it is false. Always true on Windows.
     bool IsIntact() const;
 
     // Whether the segment is intact and what others find under its name. Always true on Windows.

@@ -81,7 +81,7 @@ GSharedSegment::~GSharedSegment() = default;
 
 bool GSharedSegment::IsIntact() const
 {
-    return mHandle->file.GetStatus().st_size >= static_cast<off_t>(mSize);
+    return mHandle->file.GetSize() >= static_cast<off_t>(mSize);
 }
 
 bool GSharedSegment::IsCurrent() const

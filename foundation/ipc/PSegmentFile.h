@@ -17,8 +17,11 @@ public:
     const GString& GetName() const { return mName; }
     struct stat GetStatus() const;
 
-    // Whether the name still leads to this file.
-    bool IsNamed() const;
+    // How large it is; -1 when the system does not tell. Never raises.
+    off_t GetSize() const noexcept;
+
+    // Whether the name still leads to this file. Never raises.
+    bool IsNamed() const noexcept;
 
     // Claims every byte: where memory is mapped that the file system does not have, the first touch of it
     // kills the process. What a file holds already stays. False, with errno set, without the space.

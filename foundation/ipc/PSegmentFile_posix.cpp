@@ -139,12 +139,18 @@ struct stat PSegmentFile::GetStatus() const
     return status;
 }
 
-bool PSegmentFile::IsNamed() const
+off_t PSegmentFile::GetSize() const noexcept
+{
+    struct stat status = {};
+    return ::fstat(Get(), &status) == 0 ? status.st_size : -1;
+}
+
+bool PSegmentFile::IsNamed() const noexcept
 {
     struct stat named = {};
-    const struct stat open = GetStatus();
-    return ::lstat(GetPath(mName).constData(), &named) == 0 && open.st_dev == named.st_dev &&
-           open.st_ino == named.st_ino;
+    struct stat open = {};
+    return ::lstat(GetPath(mName).constData(), &named) == 0 && ::fstat(Get(), &open) == 0 &&
+           open.st_dev == named.st_dev && open.st_ino == named.st_ino;
 }
 
 bool PSegmentFile::ClaimSpace(off_t size, bool isNew) const

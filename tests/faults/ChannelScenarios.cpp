@@ -9,8 +9,10 @@
 
 namespace
 {
-// The objects of the channel come and go with its receivers; lock files mean nothing.
-const QStringList cPassingFiles = {"*Channel_*"_q, "*/lock"_q};
+// The objects of the channel come and go with its receivers; lock files mean nothing; a whole copy that did
+// not get its name waits for the next run.
+const QStringList cPassingFiles = {"Channel_*"_q, "Channel_*/*"_q, "in/.printer-processor/lock"_q,
+                                   "in/.printer-processor/copies/1*"_q, "in/.printer-processor/copies/1/*"_q};
 
 GPathName GetInbox(const QString& root)
 {

@@ -18,6 +18,8 @@ FaultScenario (*const cScenarios[])() = {
     GetArchiveCreation,            //
     GetArchiveAddition,            //
     GetExtraction,                 //
+    GetPostAndAccept,              //
+    GetCopyOfAcceptedJob,          //
 };
 }  // namespace
 

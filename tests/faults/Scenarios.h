@@ -18,3 +18,7 @@ FaultScenario GetFolderRenameAcrossVolumes();
 FaultScenario GetArchiveCreation();
 FaultScenario GetArchiveAddition();
 FaultScenario GetExtraction();
+
+// ChannelScenarios.cpp
+FaultScenario GetPostAndAccept();
+FaultScenario GetCopyOfAcceptedJob();

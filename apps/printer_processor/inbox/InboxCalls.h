@@ -20,6 +20,9 @@ bool FlushFile(QFile& file);
 // The same for the names in a folder. Always true on Windows, which has no such call.
 bool FlushFolder(const GPathName& folder);
 
+// Makes one folder, with the rights that the user gives what he makes.
+bool MakeFolder(const GPathName& folder);
+
 // Gives a file or folder another name on the same volume, in one step, and never over one that is there.
 bool MoveToFreeName(const GPathName& from, const GPathName& to);
 

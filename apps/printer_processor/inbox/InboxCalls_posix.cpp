@@ -32,6 +32,11 @@ bool InboxCalls::FlushFolder(const GPathName& folder)
     return handle.IsOpen() && fsync(static_cast<int>(handle.Get())) == 0;
 }
 
+bool InboxCalls::MakeFolder(const GPathName& folder)
+{
+    return mkdir(GetSystemName(folder).constData(), S_IRWXU | S_IRWXG | S_IRWXO) == 0;
+}
+
 bool InboxCalls::MoveToFreeName(const GPathName& from, const GPathName& to)
 {
     const QByteArray source = GetSystemName(from);

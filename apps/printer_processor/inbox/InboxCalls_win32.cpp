@@ -26,6 +26,11 @@ bool InboxCalls::FlushFolder(const GPathName&)
     return true;
 }
 
+bool InboxCalls::MakeFolder(const GPathName& folder)
+{
+    return CreateDirectoryW(GetText(folder).c_str(), nullptr) != 0;
+}
+
 bool InboxCalls::MoveToFreeName(const GPathName& from, const GPathName& to)
 {
     return MoveFileExW(GetText(from).c_str(), GetText(to).c_str(), MOVEFILE_WRITE_THROUGH) != 0;

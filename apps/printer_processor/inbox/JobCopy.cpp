@@ -3,8 +3,9 @@
 #include "apps/printer_processor/inbox/InboxCalls.h"
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/core/SharedFile.h"
+#include "foundation/system/GSystemError.h"
 
-#include <QDir>
+#include <QFile>
 #include <QUrl>
 
 #include <vector>
@@ -19,6 +20,11 @@ constexpr qint64 cFlushInterval = 16 * 1024 * 1024;
 [[noreturn]] void Fail(const GString& what, const GString& path, const GString& reason)
 {
     throw GCustomException(GErrorCode::cFile, QStringLiteral("%1 \"%2\": %3").arg(what, path, reason));
+}
+
+GString GetLastReason()
+{
+    return GetReasonText(GetLastSystemError());
 }
 
 GString GetPathOfURL(const GString& location)
@@ -84,8 +90,7 @@ std::vector<Item> Copier::ListItems(const QFileInfo& folder) const
         if (!parent.source.isDir())
             continue;
         if (!InboxCalls::ListNames(GPathName(parent.source.filePath()), &names))
-            Fail(QStringLiteral("Can't list"), parent.source.filePath(),
-                 QStringLiteral("the system refuses"));
+            Fail(QStringLiteral("Can't list"), parent.source.filePath(), GetLastReason());
         for (const QString& name : names) {
             const QFileInfo source(parent.source.filePath() + QLatin1Char('/') + name);
             if (source.isSymLink() || !(source.isDir() || source.isFile()))
@@ -117,7 +122,7 @@ void Copier::CopyContent(QFile& from, QFile& to) const
     if (from.error() != QFile::NoError)
         Fail(QStringLiteral("Can't read"), from.fileName(), from.errorString());
     if (!InboxCalls::FlushFile(to))
-        Fail(QStringLiteral("Can't flush"), to.fileName(), QStringLiteral("the disk refuses"));
+        Fail(QStringLiteral("Can't flush"), to.fileName(), GetLastReason());
 }
 
 void Copier::CopyFile(const QFileInfo& source, const GPathName& path) const
@@ -140,14 +145,14 @@ void Copier::CopyFolder(const QFileInfo& source, const GPathName& path) const
         const GPathName copy = item.relativePath.isEmpty() ? path : path.GetChild(item.relativePath.mid(1));
         if (!item.source.isDir())
             CopyFile(item.source, copy);
-        else if (!QDir().mkdir(copy.GetNativePath()))
-            Fail(QStringLiteral("Can't make"), copy.GetNativePath(), QStringLiteral("the system refuses"));
+        else if (!InboxCalls::MakeFolder(copy))
+            Fail(QStringLiteral("Can't make"), copy.GetNativePath(), GetLastReason());
     }
     for (const Item& item : items) {
         const GPathName copy = item.relativePath.isEmpty() ? path : path.GetChild(item.relativePath.mid(1));
         CheckStop();
         if (item.source.isDir() && !InboxCalls::FlushFolder(copy))
-            Fail(QStringLiteral("Can't flush"), copy.GetNativePath(), QStringLiteral("the disk refuses"));
+            Fail(QStringLiteral("Can't flush"), copy.GetNativePath(), GetLastReason());
     }
 }
 }  // namespace
@@ -160,9 +165,11 @@ JobCopy::Source JobCopy::Find(const GString& location, const GPathName& inbox)
     const InboxCalls::Look look = InboxCalls::LookAt(path);
     if (look == InboxCalls::Look::Nothing)
         throw RefusedJob(QStringLiteral("There is no such file or folder."));
+    if (look == InboxCalls::Look::Unknown)
+        Fail(QStringLiteral("Can't look at"), path.GetNativePath(), GetLastReason());
     const QFileInfo file(QFileInfo(path.GetNativePath()).canonicalFilePath());
-    if (look == InboxCalls::Look::Unknown || file.filePath().isEmpty())
-        Fail(QStringLiteral("Can't look at"), path.GetNativePath(), QStringLiteral("the system refuses"));
+    if (file.filePath().isEmpty())
+        Fail(QStringLiteral("Can't look at"), path.GetNativePath(), GetLastReason());
     if (!file.isFile() && !file.isDir())
         throw RefusedJob(QStringLiteral("The job is neither a file nor a folder."));
     if (file.isFile() && file.size() > cMaximumBytes)

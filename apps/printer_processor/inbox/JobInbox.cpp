@@ -52,10 +52,10 @@ void Flush(const GPathName& folder)
 JobInbox::JobInbox(const GPathName& folder)
 {
     GFileSystemBase::CreateFolder(folder);
+    QStringList names;
+    if (!InboxCalls::ListNames(folder, &names))
+        RaiseFileError(QStringLiteral("The inbox \"%1\" can't be used"), folder, GetLastSystemError());
     mFolder = GPathName(QFileInfo(folder.GetNativePath()).canonicalFilePath());
-    if (!QFileInfo(mFolder.GetNativePath()).isDir())
-        throw GCustomException(GErrorCode::cFile,
-                               QStringLiteral("The inbox \"%1\" is no folder.").arg(folder.GetNativePath()));
     const GPathName own = mFolder.GetChild(QStringLiteral(".printer-processor"));
     mCopies = own.GetChild(QStringLiteral("copies"));
     GFileSystemBase::CreateFolder(mCopies);

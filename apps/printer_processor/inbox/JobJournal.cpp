@@ -6,6 +6,7 @@
 #include "foundation/core/SharedFile.h"
 #include "foundation/system/GDamagedCopies.h"
 #include "foundation/system/GDurableFile.h"
+#include "foundation/system/GSystemError.h"
 #include "foundation/trace/GTrace.h"
 
 #include <QRandomGenerator>
@@ -117,7 +118,7 @@ void JobJournal::Append(const GBuffer& lines)
     if (!InboxCalls::WriteAll(mFile, lines))
         Raise(mPath, mFile.errorString());
     if (!InboxCalls::FlushFile(mFile))
-        Raise(mPath, QStringLiteral("it can't be flushed to disk"));
+        Raise(mPath, GetReasonText(GetLastSystemError()));
     mIsSound = true;
 }
 
