@@ -40,7 +40,8 @@ protected:
                       QStringList{"create"_q, name, "--job-options"_q, jobOptions, "--json"_q} +
                           settings.split(QLatin1Char(' ')));
         EXPECT_TRUE(process.waitForFinished());
-        return QJsonDocument::fromJson(process.readAll()).object().value("Key"_q).toString();
+        const QJsonObject answer = QJsonDocument::fromJson(process.readAll()).object();
+        return answer.value("result"_q).toObject().value("Key"_q).toString();
     }
 
     static GPathName GetUserFolder()
