@@ -26,6 +26,10 @@ public:
     // The same for what a layout application adds, in the dictionaries of the parameter "OtherNamespaces".
     const PostScriptValue* FindLayoutSetting(const char* key) const;
 
+    // All dictionaries of a kind, in the file's order.
+    const std::vector<PostScriptValue>& GetParameters() const { return mParameters; }
+    const std::vector<PostScriptValue>& GetDeviceSettings() const { return mDeviceSettings; }
+
 private:
     static const PostScriptValue* Find(const std::vector<PostScriptValue>& dictionaries, const char* key);
     bool Execute(const QByteArray& name, std::vector<PostScriptValue>& operands, QString& error);

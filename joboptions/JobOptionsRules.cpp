@@ -30,6 +30,8 @@ struct Rule
 constexpr double cLongest = 14400;  // points: no page is longer
 constexpr double cCoarsest = 9;     // dots per inch
 constexpr double cFinest = 2400;
+constexpr double cMostTimes = 10;  // of a resolution, above which an image is reduced
+constexpr double cMostDots = 10000;
 constexpr double cWorstQuality = 100;
 constexpr double cAboveZero = std::numeric_limits<double>::min();
 constexpr double cHighest = std::numeric_limits<int>::max();
@@ -41,18 +43,45 @@ const Rule cRules[] = {
     {Section::Parameters, "CheckCompliance", Type::Array},
     {Section::Parameters, "PDFXOutputIntentProfile", Type::String},
     {Section::Parameters, "PDFXOutputCondition", Type::String},
+    {Section::Parameters, "PDFXOutputConditionIdentifier", Type::String},
+    {Section::Parameters, "PDFXRegistryName", Type::String},
+    {Section::Parameters, "PDFXTrapped", Type::Name},
     {Section::Parameters, "CompressPages", Type::Boolean},
-    {Section::Parameters, "GrayImageFilter", Type::Name},
+    {Section::Parameters, "CompressObjects", Type::Name},
+    {Section::Parameters, "Optimize", Type::Boolean},
     {Section::Parameters, "ColorImageFilter", Type::Name},
     {Section::Parameters, "AutoFilterColorImages", Type::Boolean},
     {Section::Parameters, "EncodeColorImages", Type::Boolean},
     {Section::Parameters, "ColorImageDict", Type::Dictionary, 0, cWorstQuality},
     {Section::Parameters, "ColorACSImageDict", Type::Dictionary, 0, cWorstQuality},
-    {Section::Parameters, "GrayImageResolution", Type::Number, cCoarsest, cFinest},
     {Section::Parameters, "ColorImageResolution", Type::Number, cCoarsest, cFinest},
+    {Section::Parameters, "ColorImageDownsampleType", Type::Name},
+    {Section::Parameters, "ColorImageDownsampleThreshold", Type::Number, 1, cMostTimes},
     {Section::Parameters, "DownsampleColorImages", Type::Boolean},
+    {Section::Parameters, "ColorImageMinResolution", Type::Number, 0, cMostDots},
+    {Section::Parameters, "ColorImageMinResolutionPolicy", Type::Name},
+    {Section::Parameters, "GrayImageFilter", Type::Name},
+    {Section::Parameters, "AutoFilterGrayImages", Type::Boolean},
+    {Section::Parameters, "EncodeGrayImages", Type::Boolean},
+    {Section::Parameters, "GrayImageDict", Type::Dictionary, 0, cWorstQuality},
+    {Section::Parameters, "GrayACSImageDict", Type::Dictionary, 0, cWorstQuality},
+    {Section::Parameters, "GrayImageResolution", Type::Number, cCoarsest, cFinest},
+    {Section::Parameters, "GrayImageDownsampleType", Type::Name},
+    {Section::Parameters, "GrayImageDownsampleThreshold", Type::Number, 1, cMostTimes},
+    {Section::Parameters, "DownsampleGrayImages", Type::Boolean},
+    {Section::Parameters, "GrayImageMinResolution", Type::Number, 0, cMostDots},
+    {Section::Parameters, "GrayImageMinResolutionPolicy", Type::Name},
+    {Section::Parameters, "MonoImageFilter", Type::Name},
+    {Section::Parameters, "EncodeMonoImages", Type::Boolean},
+    {Section::Parameters, "MonoImageResolution", Type::Number, cCoarsest, cFinest},
+    {Section::Parameters, "MonoImageDownsampleType", Type::Name},
+    {Section::Parameters, "MonoImageDownsampleThreshold", Type::Number, 1, cMostTimes},
+    {Section::Parameters, "DownsampleMonoImages", Type::Boolean},
+    {Section::Parameters, "MonoImageMinResolution", Type::Number, 0, cMostDots},
+    {Section::Parameters, "MonoImageMinResolutionPolicy", Type::Name},
     {Section::Parameters, "ColorConversionStrategy", Type::Name},
     {Section::Parameters, "EmbedAllFonts", Type::Boolean},
+    {Section::Parameters, "CannotEmbedFontPolicy", Type::Name},
     {Section::Parameters, "SubsetFonts", Type::Boolean},
     {Section::Parameters, "DoThumbnails", Type::Boolean},
     {Section::Parameters, "Binding", Type::Name},
@@ -68,6 +97,10 @@ const Rule cRules[] = {
     {Section::Layout, "UseDocumentBleed", Type::Boolean},
     {Section::Layout, "IncludeSlug", Type::Boolean},
     {Section::Layout, "AsReaderSpreads", Type::Boolean},
+    {Section::Layout, "ConvertColors", Type::Name},
+    {Section::Layout, "IncludeBookmarks", Type::Boolean},
+    {Section::Layout, "IncludeLayers", Type::Boolean},
+    {Section::Layout, "IncludeProfiles", Type::Boolean},
 };
 
 const PostScriptValue* Find(const JobOptions& options, const Rule& rule)

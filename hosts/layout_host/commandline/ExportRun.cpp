@@ -5,6 +5,7 @@
 #include "plugin/host/CActionComponent.h"
 
 #include <QCoreApplication>
+#include <QJsonArray>
 #include <QTimer>
 
 namespace
@@ -99,12 +100,17 @@ QJsonObject ExportRun::MakeReport() const
     else if (!alerts.isEmpty())
         result = QStringLiteral("alert");
     const ShownAlert alert = alerts.value(0);
+    // An alert says what its code says; the host knows why.
+    const QString& cause = mHost.GetLastFailure().isEmpty() ? alert.text : mHost.GetLastFailure();
+    const QJsonObject& report = mHost.GetLastReport();
     return {{QStringLiteral("result"), result},
             {QStringLiteral("pdf"), MakeValue(mHost.GetLastPDF())},
             {QStringLiteral("package"), MakeValue(mHost.GetLastPackage())},
             {QStringLiteral("alert"), MakeValue(alert.text)},
             {QStringLiteral("title"), MakeValue(alert.title)},
-            {QStringLiteral("error"), MakeValue(error)}};
+            {QStringLiteral("error"), MakeValue(error.isEmpty() && !alerts.isEmpty() ? cause : error)},
+            {QStringLiteral("settings"), report.value(QLatin1String("settings")).toArray()},
+            {QStringLiteral("notes"), report.value(QLatin1String("notes")).toArray()}};
 }
 
 void ExportRun::BeginCommand(const QString& title, int)

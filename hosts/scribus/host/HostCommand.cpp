@@ -8,6 +8,8 @@
 #include "joboptions/JobOptions.h"
 
 #include <QFile>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QMap>
 
 struct HostCommand::Orders
@@ -18,6 +20,7 @@ struct HostCommand::Orders
     FileStamp stamp;  // of the document, when the pages were chosen
     QVector<int> pages;
     QStringList bookDocuments;
+    QJsonObject report;
     ScribusHost* host = nullptr;
 };
 
@@ -51,8 +54,9 @@ public:
         QString error;
         if (options.Read(GetPath(file), error) && PdfSettings::Make(options, mOrders->settings, error))
             return cSuccess;
-        GTrace::Error(QStringLiteral("IPDFExportPreferences::ReadJobOptions"),
-                      QStringLiteral("\"%1\" can't be used: %2").arg(GetPath(file), error));
+        mOrders->host->SetLastFailure(
+            QStringLiteral("IPDFExportPreferences::ReadJobOptions"),
+            QStringLiteral("The job options \"%1\" can't be used: %2.").arg(GetPath(file), error));
         return cFailure;
     }
 
@@ -186,6 +190,7 @@ public:
             const CommandResult result = work.ExportPages(*document, GetAllPages(*document), part);
             if (!result.HasSucceeded())
                 return result;
+            mReports.append(work.GetReport());
             mParts.insert(path, part);
         }
         mList.append(mParts.value(path));
@@ -194,10 +199,26 @@ public:
 
     const QStringList& GetList() const { return mList; }
 
+    // The settings once, what the PDFs hold one after the other.
+    QJsonObject GetReport() const
+    {
+        QJsonObject whole = mReports.isEmpty() ? QJsonObject() : mReports.first();
+        for (const char* key : {"images", "fonts", "notes"}) {
+            QJsonArray all;
+            for (const QJsonObject& report : mReports) {
+                for (const QJsonValue& item : report.value(QLatin1String(key)).toArray())
+                    all.append(item);
+            }
+            whole.insert(QLatin1String(key), all);
+        }
+        return whole;
+    }
+
 private:
     ScribusHost& mHost;
     QMap<QString, QString> mParts;  // by document
     QStringList mList;              // in the book's order
+    QVector<QJsonObject> mReports;
 };
 }  // namespace
 
@@ -277,7 +298,9 @@ ErrorCode HostCommand::ExportDocument()
                 QStringLiteral("\"%1\" was changed or removed after its pages were chosen.")
                     .arg(document.GetContentPath()));
         PdfExport pdf(mHost.GetRunner(), mOrders->settings);
-        return pdf.ExportPages(document, mOrders->pages, mOrders->output);
+        const CommandResult result = pdf.ExportPages(document, mOrders->pages, mOrders->output);
+        mOrders->report = pdf.GetReport();
+        return result;
     };
     LogUnavailable();
     return Finish(mHost.RunCommand(QStringLiteral("Export PDF"), 1, work));
@@ -297,6 +320,7 @@ ErrorCode HostCommand::ExportBook()
             return CommandResult::Failure(QStringLiteral("The book has no documents, or no file to write."));
         step(mOrders->output);
         PdfExport pdf(mHost.GetRunner(), mHost.GetPdfSettings());
+        mOrders->report = parts.GetReport();
         return pdf.Join(parts.GetList(), mOrders->output);
     };
     LogUnavailable();
@@ -307,6 +331,6 @@ ErrorCode HostCommand::ExportBook()
 ErrorCode HostCommand::Finish(ErrorCode result) const
 {
     if (result == cSuccess)
-        mHost.SetLastPDF(mOrders->output);
+        mHost.SetLastPDF(mOrders->output, mOrders->report);
     return result;
 }

@@ -18,7 +18,7 @@ QString GetPath(const IDFile& file)
 class PageList : public HostObject<IPageList>
 {
 public:
-    explicit PageList(const DocumentPtr& document) : mDocument(document) {}
+    PageList(ScribusHost& host, const DocumentPtr& document) : mHost(host), mDocument(document) {}
 
     int32_t GetPageCount() const override
     {
@@ -34,13 +34,18 @@ public:
     ErrorCode GetPageUIDs(const PMString& range, UIDList& pages) const override
     {
         const DocumentInfo* info = mDocument->GetInfo();
-        const QVector<int> found = info == nullptr ? QVector<int>() : info->FindPages(range.GetString());
+        QString reason;
+        const QVector<int> found =
+            info == nullptr ? QVector<int>() : info->FindPages(range.GetString(), reason);
+        if (!reason.isEmpty())
+            mHost.SetLastFailure(QStringLiteral("IPageList::GetPageUIDs"), reason);
         for (const int page : found)
             pages.Append(HostDocuments::GetPageUID(page));
         return found.isEmpty() ? cFailure : cSuccess;
     }
 
 private:
+    ScribusHost& mHost;
     DocumentPtr mDocument;
 };
 
@@ -70,7 +75,7 @@ private:
 class Document : public HostObject<IDocument>
 {
 public:
-    explicit Document(const DocumentPtr& document) : mDocument(document) {}
+    Document(ScribusHost& host, const DocumentPtr& document) : mHost(host), mDocument(document) {}
 
     bool IsSaved() const override { return mDocument->IsSaved(); }
     PMString GetName() const override { return PMString::Untranslated(mDocument->GetName()); }
@@ -83,7 +88,7 @@ public:
 
     HostPtr<IPageList> QueryPageList() const override
     {
-        return MakeHostObject<PageList, IPageList>(mDocument);
+        return MakeHostObject<PageList, IPageList>(mHost, mDocument);
     }
 
     // None for a document that Scribus can't read: nobody knows its fonts then.
@@ -97,19 +102,23 @@ public:
     const DocumentPtr& GetDocument() const { return mDocument; }
 
 private:
+    ScribusHost& mHost;
     DocumentPtr mDocument;
 };
 
-HostPtr<IDocument> HandOut(const DocumentPtr& document)
+HostPtr<IDocument> HandOut(ScribusHost& host, const DocumentPtr& document)
 {
-    return document == nullptr ? HostPtr<IDocument>() : MakeHostObject<Document, IDocument>(document);
+    return document == nullptr ? HostPtr<IDocument>() : MakeHostObject<Document, IDocument>(host, document);
 }
 
 class LayoutUtils : public HostObject<ILayoutUtils>
 {
 public:
     explicit LayoutUtils(ScribusHost& host) : mHost(host) {}
-    HostPtr<IDocument> QueryFrontDocument() const override { return HandOut(mHost.GetActiveDocument()); }
+    HostPtr<IDocument> QueryFrontDocument() const override
+    {
+        return HandOut(mHost, mHost.GetActiveDocument());
+    }
 
 private:
     ScribusHost& mHost;
@@ -127,16 +136,18 @@ public:
 
     HostPtr<IDocument> FindOpenDocument(const IDFile& file) const override
     {
-        return HandOut(mHost.FindDocument(GetPath(file)));
+        return HandOut(mHost, mHost.FindDocument(GetPath(file)));
     }
 
     ErrorCode OpenDocument(const IDFile& file, HostPtr<IDocument>& document) override
     {
         const DocumentPtr opened = mHost.TakeDocument(GetPath(file));
-        if (opened->GetInfo() == nullptr)
+        if (opened->GetInfo() == nullptr) {
+            mHost.SetLastFailure(QStringLiteral("IDocumentUtils::OpenDocument"), opened->GetError());
             return cFailure;
+        }
         mHost.GetHiddenDocuments().push_back(opened);
-        document = HandOut(opened);
+        document = HandOut(mHost, opened);
         return cSuccess;
     }
 

@@ -1,5 +1,7 @@
 #include "hosts/scribus/host/ScribusHost.h"
 
+#include "foundation/core/GException.h"
+#include "foundation/system/GDurableFile.h"
 #include "foundation/trace/GTrace.h"
 #include "hosts/scribus/host/HostCommand.h"
 #include "hosts/scribus/host/HostDocuments.h"
@@ -9,6 +11,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QJsonDocument>
 
 #include <algorithm>
 
@@ -201,6 +204,28 @@ ErrorCode ScribusHost::RunCommand(const QString& title, int steps, const Work& w
     if (result.outcome == CommandResult::Outcome::Cancelled && mCancelObserver != nullptr)
         mCancelObserver->OnCommandCancelled();
     return cFailure;
+}
+
+void ScribusHost::SetLastFailure(const QString& place, const QString& reason)
+{
+    mLastFailure = reason;
+    GTrace::Error(place, reason);
+}
+
+void ScribusHost::SetLastPDF(const QString& path, const QJsonObject& report)
+{
+    mLastPDF = path;
+    mLastReport = report;
+    const QFileInfo pdf(path);
+    try {
+        GDurableFile file{
+            GPathName(pdf.dir().filePath(pdf.completeBaseName() + QLatin1String(".report.json")))};
+        const QByteArray text = QJsonDocument(report).toJson();
+        file.Write(text.constData(), text.size());
+        file.Commit();
+    } catch (const GException& error) {
+        GTrace::Error(QStringLiteral("ScribusHost::SetLastPDF"), error.GetDescription());
+    }
 }
 
 HostPtr<ISession> ScribusHost::QuerySession()

@@ -74,6 +74,13 @@ public:
     // Why the last command failed, as it stands in the log; empty after one that succeeded.
     const QString& GetLastFailure() const { return mLastFailure; }
 
+    // For a failure outside a command, such as job options that can't be read; it is logged.
+    void SetLastFailure(const QString& place, const QString& reason);
+
+    // What the last export that succeeded made of the job options, as docs/layout-host.md shows it:
+    // "settings", "images", "fonts" and "notes". Empty before one.
+    const QJsonObject& GetLastReport() const { return mLastReport; }
+
     // What the last commands that succeeded have made: a PDF, and the folder of a package. Empty where none
     // has.
     const QString& GetLastPDF() const { return mLastPDF; }
@@ -100,7 +107,8 @@ public:
     const PdfSettings& GetPdfSettings() const { return mPdfSettings; }
     void SetPdfSettings(const PdfSettings& settings) { mPdfSettings = settings; }
 
-    void SetLastPDF(const QString& path) { mLastPDF = path; }
+    // A PDF that was made. Its report is written beside it, under its name with ".report.json".
+    void SetLastPDF(const QString& path, const QJsonObject& report);
     void SetLastPackage(const QString& folder) { mLastPackage = folder; }
 
     // Carries out a command with progress and a log line for its failure, and tells the plug-in when the user
@@ -142,5 +150,6 @@ private:
     PdfSettings mPdfSettings;
     QString mLastFailure;
     QString mLastPDF;
+    QJsonObject mLastReport;
     QString mLastPackage;
 };

@@ -4,66 +4,19 @@
 #include "foundation/system/GFileCalls.h"
 #include "foundation/system/GSystemError.h"
 #include "hosts/scribus/documents/ScribusDocument.h"
+#include "hosts/scribus/pdf/PdfSource.h"
 #include "hosts/scribus/runner/ScribusRunner.h"
-#include "hosts/scribus/sla/SlaFile.h"
-#include "hosts/scribus/sla/SlaLinks.h"
-#include "hosts/scribus/sla/SlaScanner.h"
 
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QTemporaryDir>
 
 #include <algorithm>
-#include <functional>
-#include <string_view>
 
 // The name under which a PDF is made, beside the one that it will have.
 static QString GetPartPath(const QString& output)
 {
     return output + QStringLiteral(".part");
-}
-
-// The PDF element of a document in Scribus's present form, which holds the settings of its last export.
-static bool FindPdfElement(SlaScanner& scanner)
-{
-    while (scanner.Next()) {
-        if (scanner.GetName() == "PDF" && scanner.Has("PrintP") && scanner.Has("InfoString"))
-            return true;
-    }
-    return false;
-}
-
-// Copies the fonts that the document has with it, to the same places below another folder: Scribus looks for
-// them in the document's folder and in some folders of certain names there.
-static bool CopyOwnFonts(ScribusDocument& document, const QDir& folder)
-{
-    const QString own = QFileInfo(document.GetContentPath()).canonicalPath() + QLatin1Char('/');
-    for (const DocumentFont& font : document.GetInfo()->fonts) {
-        for (const QString& file : font.FindFiles()) {
-            const QString path = QFileInfo(file).canonicalFilePath();
-            const QString copy = folder.filePath(path.mid(own.size()));
-            if (path.startsWith(own) && !QFileInfo::exists(copy) &&
-                !(QDir().mkpath(QFileInfo(copy).path()) && QFile::copy(path, copy)))
-                return false;
-        }
-    }
-    return true;
-}
-
-// Of a file of any size.
-static bool BearsMarkOfX(const QString& path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return false;
-    const char* const begin = reinterpret_cast<const char*>(file.map(0, file.size()));
-    if (begin == nullptr)
-        return false;
-    const char* const end = begin + file.size();
-    const std::string_view mark = "/GTS_PDFXVersion";
-    return std::search(begin, end, std::boyer_moore_horspool_searcher(mark.begin(), mark.end())) != end;
 }
 
 CommandResult PdfExport::Check(ScribusDocument& document, const QVector<int>& pages) const
@@ -86,86 +39,124 @@ CommandResult PdfExport::Check(ScribusDocument& document, const QVector<int>& pa
     return CommandResult::Success();
 }
 
-CommandResult PdfExport::CheckForX(ScribusDocument& document, const QString& profile) const
+ScribusAnswer PdfExport::RunScribus(const QString& source, const QVector<int>& pages, const Paths& paths,
+                                    bool embedsPlaced) const
 {
-    const bool isFlat = mSettings.kind != PdfSettings::Kind::X4;
-    if (isFlat && document.GetInfo()->hasTransparency)
-        return CommandResult::Failure(
-            QStringLiteral("\"%1\" has transparent objects, which PDF/X-1a and PDF/X-3 don't allow.")
-                .arg(document.GetName()));
-    QStringList installed;
-    for (const ColorProfile& candidate : mRunner.GetProfiles()) {
-        if (candidate.isCmykOutput && candidate.name == profile)
-            return CommandResult::Success();
-        if (candidate.isCmykOutput)
-            installed.append(candidate.name);
-    }
-    return CommandResult::Failure(
-        QStringLiteral("PDF/X needs the colour profile of a press. \"%1\" is none that is installed (%2).")
-            .arg(profile, installed.join(QStringLiteral(", "))));
-}
-
-// A copy of the document that names the output profile: Scribus takes it from the document alone.
-CommandResult PdfExport::MakeSourceForX(ScribusDocument& document, const QString& source) const
-{
-    QByteArray text;
-    QString reason;
-    bool isPacked = false;
-    if (!SlaFile::Read(document.GetPresentForm(), text, isPacked, reason))
-        return CommandResult::Failure(reason);
-    text = SlaLinks::MakeLinksAbsolute(text, QFileInfo(document.GetPresentForm()).path());
-    SlaScanner scanner({text.constData(), static_cast<size_t>(text.size())});
-    if (!FindPdfElement(scanner))
-        return CommandResult::Failure(QStringLiteral("Scribus wrote no PDF settings into its document."));
-    const QString profile =
-        mSettings.outputProfile.isEmpty() ? scanner.GetText("PrintP") : mSettings.outputProfile;
-    const QString condition = mSettings.outputCondition.isEmpty() ? profile : mSettings.outputCondition;
-    const CommandResult check = CheckForX(document, profile);
-    if (!check.HasSucceeded())
-        return check;
-    SlaEdit edit(text);
-    const SlaScanner::Place profilePlace = scanner.GetPlace("PrintP");
-    const SlaScanner::Place conditionPlace = scanner.GetPlace("InfoString");
-    const bool isProfileFirst = profilePlace.offset < conditionPlace.offset;
-    edit.Replace(isProfileFirst ? profilePlace : conditionPlace, isProfileFirst ? profile : condition);
-    edit.Replace(isProfileFirst ? conditionPlace : profilePlace, isProfileFirst ? condition : profile);
-    if (!SlaFile::Write(source, edit.Finish(), false, reason))
-        return CommandResult::Failure(reason);
-    const QDir folder = QFileInfo(source).dir();
-    if (!CopyOwnFonts(document, folder))
-        return CommandResult::Failure(
-            QStringLiteral("The document's fonts can't be copied to \"%1\".").arg(folder.path()));
-    return CommandResult::Success();
+    QJsonArray numbers;
+    for (const int page : pages)
+        numbers.append(page + 1);
+    QJsonObject options = mSettings.MakeOptions();
+    if (!embedsPlaced)
+        options.insert(QStringLiteral("embedPDF"), 0);
+    QJsonObject request{{QStringLiteral("document"), source},
+                        {QStringLiteral("output"), paths.written},
+                        {QStringLiteral("pages"), numbers},
+                        {QStringLiteral("options"), options},
+                        {QStringLiteral("subset"), mSettings.subsetsFonts}};
+    if (!mSettings.MayBeTransparent() && embedsPlaced)
+        request.insert(QStringLiteral("probe"), paths.probe);
+    return mRunner.RunScript(QStringLiteral("pdf"), request);
 }
 
 CommandResult PdfExport::ExportPages(ScribusDocument& document, const QVector<int>& pages,
                                      const QString& output)
 {
     CommandResult result = Check(document, pages);
-    const QTemporaryDir scratch(mRunner.MakeScratchPath(QStringLiteral("x")));
-    const QString source =
-        mSettings.IsX() ? scratch.filePath(QStringLiteral("document.sla")) : document.GetContentPath();
-    if (result.HasSucceeded() && mSettings.IsX())
-        result = MakeSourceForX(document, source);
     if (!result.HasSucceeded())
         return result;
-
     const FileStamp stamp = document.GetStamp();
-    QJsonArray numbers;
-    for (const int page : pages)
-        numbers.append(page + 1);
-    const QString part = GetPartPath(output);
-    result = mRunner.RunScript(QStringLiteral("pdf"), {{QStringLiteral("document"), source},
-                                                       {QStringLiteral("output"), part},
-                                                       {QStringLiteral("pages"), numbers},
-                                                       {QStringLiteral("options"), mSettings.MakeOptions()},
-                                                       {QStringLiteral("subset"), mSettings.subsetsFonts}});
-    if (result.HasSucceeded() && FileStamp::Take(document.GetContentPath()) != stamp)
-        result = CommandResult::Failure(
-            QStringLiteral("\"%1\" was changed while it was exported.").arg(document.GetName()));
+    const QTemporaryDir scratch(mRunner.MakeScratchPath(QStringLiteral("x")));
+    PdfSource source(mRunner, mSettings);
+    result = source.Make(document, scratch.filePath(QStringLiteral("document.sla")));
+    if (!result.HasSucceeded())
+        return result;
+    mNotes = source.GetNotes();
+    // The PDF that Scribus writes is in the output's folder, where there is room for it or none.
+    const Paths paths{output + QStringLiteral(".scribus"), scratch.filePath(QStringLiteral("probe.pdf")),
+                      GetPartPath(output)};
+    PdfCheck check(mSettings, *document.GetInfo(), pages);
+    for (const bool embedsPlaced : {true, false}) {
+        bool isWorthAnother = false;
+        result = RunScribus(source.GetPath(), pages, paths, embedsPlaced);
+        if (result.HasSucceeded() && FileStamp::Take(document.GetContentPath()) != stamp)
+            result = CommandResult::Failure(
+                QStringLiteral("\"%1\" was changed while it was exported.").arg(document.GetName()));
+        if (result.HasSucceeded())
+            result = FinishPdf(check, paths, pages.size(), embedsPlaced, isWorthAnother);
+        if (!isWorthAnother)
+            break;
+        mNotes.append(result.reason + QStringLiteral(" It was turned into an image."));
+    }
+    QFile::remove(paths.written);
+    return Finish(result, paths.finished, output);
+}
+
+// Makes of Scribus's PDF what was asked for. `isWorthAnother` says that it failed for a placed file alone.
+CommandResult PdfExport::FinishPdf(PdfCheck& check, const Paths& paths, int pageCount, bool embedsPlaced,
+                                   bool& isWorthAnother)
+{
+    PdfFile pdf;
+    CommandResult result = OpenPdf(pdf, paths.written, pageCount);
+    if (result.HasSucceeded() && !mSettings.MayBeTransparent() && embedsPlaced) {
+        PdfFile probe;
+        result = OpenPdf(probe, paths.probe, pageCount, false);
+        if (result.HasSucceeded())
+            result = check.CheckTransparency(probe);
+    }
+    if (result.HasSucceeded() && mSettings.IsX()) {
+        bool isPlaced = false;
+        result = check.CheckForX(pdf, isPlaced);
+        isWorthAnother = !result.HasSucceeded() && isPlaced && embedsPlaced;
+    }
     if (result.HasSucceeded())
-        result = CheckPdf(part, pages.size());
-    return Finish(result, part, output);
+        result = check.CheckImages(pdf);
+    if (result.HasSucceeded())
+        result = check.CheckFonts(pdf);
+    return result.HasSucceeded() ? ChangePdf(pdf, check, paths.finished) : result;
+}
+
+CommandResult PdfExport::ChangePdf(PdfFile& pdf, const PdfCheck& check, const QString& path)
+{
+    const PdfWishes wishes = mSettings.MakeWishes(check.ManagesColors());
+    mReport = check.Describe(pdf);
+    const auto isCancelled = [this] { return mRunner.IsCancelled(); };
+    QString reason;
+    if (pdf.Change(
+            wishes, [&](const PdfImage& image) { return check.IsGray(image); }, isCancelled, reason) &&
+        pdf.Write(path, wishes, reason))
+        return CommandResult::Success();
+    if (reason.isEmpty())
+        return {CommandResult::Outcome::Cancelled, QStringLiteral("The user cancelled.")};
+    return CommandResult::Failure(QStringLiteral("The PDF can't be finished: %1.").arg(reason));
+}
+
+// Reads a PDF whole: one that ends too early or has a hole is refused.
+CommandResult PdfExport::OpenPdf(PdfFile& pdf, const QString& path, int pageCount, bool isResult) const
+{
+    QString reason;
+    if (!pdf.Open(path, reason))
+        return CommandResult::Failure(QStringLiteral("Scribus made no whole PDF: %1.").arg(reason));
+    if (pdf.CountPages() != pageCount)
+        return CommandResult::Failure(QStringLiteral("Scribus made a PDF of %1 pages in the place of %2.")
+                                          .arg(pdf.CountPages())
+                                          .arg(pageCount));
+    if (isResult && mSettings.IsX() && !pdf.BearsMarkOfX())
+        return CommandResult::Failure(
+            QStringLiteral("Scribus made a PDF that does not bear the mark of PDF/X."));
+    return CommandResult::Success();
+}
+
+QJsonObject PdfExport::GetReport() const
+{
+    QJsonObject report = mReport;
+    QJsonArray notes = report.value(QLatin1String("notes")).toArray();
+    for (const QString& note : mNotes)
+        notes.append(note);
+    for (const QString& wish : mSettings.GetUnavailable())
+        notes.append(QStringLiteral("Not available in this host: %1.").arg(wish));
+    report.insert(QStringLiteral("settings"), mSettings.answers);
+    report.insert(QStringLiteral("notes"), notes);
+    return report;
 }
 
 CommandResult PdfExport::Join(const QStringList& parts, const QString& output)
@@ -179,23 +170,6 @@ CommandResult PdfExport::Join(const QStringList& parts, const QString& output)
     arguments << QStringLiteral("--") << part;
     CommandResult result = mRunner.RunQpdf(arguments);
     return Finish(result, part, output);
-}
-
-// Reads the table of objects and the pages, which a file that ends too early or has a hole lacks. Going
-// through every stream as well would take a tenth of the time that Scribus takes.
-CommandResult PdfExport::CheckPdf(const QString& path, int pageCount) const
-{
-    const ScribusAnswer check = mRunner.RunQpdf({QStringLiteral("--show-npages"), path});
-    if (!check.HasSucceeded())
-        return check;
-    const int counted = check.output.trimmed().split('\n').last().toInt();
-    if (counted != pageCount)
-        return CommandResult::Failure(
-            QStringLiteral("Scribus made a PDF of %1 pages in the place of %2.").arg(counted).arg(pageCount));
-    if (mSettings.IsX() && !BearsMarkOfX(path))
-        return CommandResult::Failure(
-            QStringLiteral("Scribus made a PDF that does not bear the mark of PDF/X."));
-    return CommandResult::Success();
 }
 
 CommandResult PdfExport::Finish(const CommandResult& result, const QString& part, const QString& output) const

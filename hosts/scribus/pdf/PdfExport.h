@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hosts/scribus/pdf/PdfCheck.h"
 #include "hosts/scribus/pdf/PdfSettings.h"
 #include "hosts/scribus/runner/CommandResult.h"
 
@@ -8,6 +9,7 @@
 
 class ScribusDocument;
 class ScribusRunner;
+struct ScribusAnswer;
 
 // Makes PDF files with one set of settings. A file appears under its name only when it is whole and was
 // checked; whatever fails, no part of it stays. For the main thread.
@@ -23,13 +25,29 @@ public:
     // Writes one PDF with all pages of the others, in the order of the list, in which one may stand twice.
     CommandResult Join(const QStringList& parts, const QString& output);
 
+    // What became of the last PDF, for people and scripts: "settings" that were not honoured as they stand,
+    // "images" as they came out of Scribus, "fonts", and "notes".
+    QJsonObject GetReport() const;
+
 private:
+    struct Paths
+    {
+        QString written;  // by Scribus
+        QString probe;
+        QString finished;
+    };
+
     CommandResult Check(ScribusDocument& document, const QVector<int>& pages) const;
-    CommandResult CheckForX(ScribusDocument& document, const QString& profile) const;
-    CommandResult MakeSourceForX(ScribusDocument& document, const QString& source) const;
-    CommandResult CheckPdf(const QString& path, int pageCount) const;
+    ScribusAnswer RunScribus(const QString& source, const QVector<int>& pages, const Paths& paths,
+                             bool embedsPlaced) const;
+    CommandResult FinishPdf(PdfCheck& check, const Paths& paths, int pageCount, bool embedsPlaced,
+                            bool& isWorthAnother);
+    CommandResult ChangePdf(PdfFile& pdf, const PdfCheck& check, const QString& path);
+    CommandResult OpenPdf(PdfFile& pdf, const QString& path, int pageCount, bool isResult = true) const;
     CommandResult Finish(const CommandResult& result, const QString& part, const QString& output) const;
 
     ScribusRunner& mRunner;
     PdfSettings mSettings;
+    QJsonObject mReport;
+    QStringList mNotes;
 };

@@ -32,6 +32,8 @@ static bool IsLength(double points)
 
 QString PdfSettings::FindFault() const
 {
+    if (!impossible.isEmpty())
+        return QStringLiteral("they ask for %1, which this program can't make").arg(impossible);
     const struct
     {
         const char* name;
@@ -50,34 +52,73 @@ QString PdfSettings::FindFault() const
 
 QStringList PdfSettings::GetUnavailable() const
 {
-    QStringList wishes;
-    const bool hasLines = cropMarks || bleedMarks || registrationMarks;
-    if (hasLines && markWeight != cMarkWeight)
-        wishes += QStringLiteral("marks of %1 pt width").arg(markWeight);
+    QStringList missing;
     if (includesSlug)
-        wishes += QStringLiteral("the slug area");
+        missing += QStringLiteral("the slug area");
     if (readerSpreads == 1)
-        wishes += QStringLiteral("spreads as pages");
-    return wishes;
+        missing += QStringLiteral("spreads as pages");
+    return missing;
+}
+
+PdfSettings::Colors PdfSettings::GetColors() const
+{
+    if (kind == Kind::X1a)
+        return Colors::Cmyk;
+    return IsX() && colors == Colors::Rgb ? Colors::Unchanged : colors;
+}
+
+bool PdfSettings::KeepsColors() const
+{
+    return GetColors() == Colors::Unchanged || GetColors() == Colors::Tagged;
+}
+
+bool PdfSettings::MayBeTransparent() const
+{
+    return kind == Kind::X4 || (kind == Kind::Plain && version > 13);
+}
+
+QString PdfSettings::GetKindText() const
+{
+    static const char* const cNames[] = {"PDF", "PDF/X-1a", "PDF/X-3", "PDF/X-4"};
+    const QString name = QLatin1String(cNames[static_cast<int>(kind)]);
+    return IsX() ? name : QStringLiteral("%1 1.%2").arg(name).arg(version - 10);
+}
+
+PdfWishes PdfSettings::MakeWishes(bool managesColors) const
+{
+    PdfWishes made = wishes;
+    made.isX = IsX();
+    made.mayBeTransparent = MayBeTransparent();
+    made.compressesText = isCompressed;
+    made.compressesObjects = wishes.compressesObjects && !IsX() && version >= 15;
+    made.keepsProfiles = IsX() || (includesProfiles && (managesColors || GetColors() == Colors::Tagged));
+    const bool hasLines = cropMarks || bleedMarks || registrationMarks;
+    made.markWeight = hasLines && markWeight != cMarkWeight ? markWeight : 0;
+    if (IsX())
+        made.version.clear();
+    else
+        made.trapped.clear();
+    return made;
 }
 
 QJsonObject PdfSettings::MakeOptions() const
 {
-    const int downsample =
-        imageResolution == 0 ? 0 : qBound(cLowestResolution, imageResolution, cHighestResolution);
-    const int resolution = qBound(qMax(cLowestResolution, downsample), drawingResolution, cHighestResolution);
     const auto flag = [](bool isOn) { return isOn ? 1 : 0; };
-    const bool isPrinted = isForPrinter || IsX();
+    constexpr int cWithoutLoss = 2;
     return {
         {QStringLiteral("version"), GetVersionNumber(*this)},
         {QStringLiteral("compress"), flag(isCompressed)},
-        {QStringLiteral("compressmtd"), static_cast<int>(imageCompression)},
-        {QStringLiteral("quality"), imageQuality},
-        {QStringLiteral("downsample"), downsample},
-        {QStringLiteral("resolution"), resolution},
+        {QStringLiteral("compressmtd"), cWithoutLoss},
+        {QStringLiteral("quality"), 0},
+        {QStringLiteral("downsample"), 0},
+        {QStringLiteral("resolution"), qBound(cLowestResolution, drawingResolution, cHighestResolution)},
+        {QStringLiteral("embedPDF"), 1},
         {QStringLiteral("fontEmbedding"), embedsFonts ? 0 : 2},
-        {QStringLiteral("outdst"), flag(isPrinted)},
-        {QStringLiteral("isGrayscale"), flag(isGray)},
+        {QStringLiteral("outdst"), flag(GetColors() != Colors::Rgb)},
+        {QStringLiteral("isGrayscale"), flag(GetColors() == Colors::Gray)},
+        {QStringLiteral("profiles"), flag(KeepsColors())},
+        {QStringLiteral("profilei"), flag(KeepsColors())},
+        {QStringLiteral("noembicc"), 0},
         {QStringLiteral("cropMarks"), flag(cropMarks)},
         {QStringLiteral("bleedMarks"), flag(bleedMarks)},
         {QStringLiteral("registrationMarks"), flag(registrationMarks)},
@@ -91,6 +132,8 @@ QJsonObject PdfSettings::MakeOptions() const
         {QStringLiteral("bleedl"), bleedInside},
         {QStringLiteral("bleedr"), bleedOutside},
         {QStringLiteral("thumbnails"), flag(hasThumbnails)},
+        {QStringLiteral("bookmarks"), flag(hasBookmarks)},
+        {QStringLiteral("useLayers"), flag(hasLayers && !IsX() && version >= 15)},
         {QStringLiteral("binding"), flag(isBoundRight)},
         // What a document may have stored from its last export by hand.
         {QStringLiteral("encrypt"), 0},
@@ -100,7 +143,6 @@ QJsonObject PdfSettings::MakeOptions() const
         {QStringLiteral("rotateDeg"), 0},
         {QStringLiteral("doClip"), 0},
         {QStringLiteral("presentation"), 0},
-        {QStringLiteral("useLayers"), 0},
         {QStringLiteral("uselpi"), 0},
         {QStringLiteral("usespot"), 1},
     };

@@ -241,12 +241,12 @@ ScribusAnswer ScribusRunner::RunQpdf(const QStringList& arguments)
     return answer;
 }
 
-static bool IsCmykOutput(const QString& profilePath)
+// The class and the colour space of a colour profile, such as "prtrCMYK".
+static QByteArray ReadProfileKind(const QString& profilePath)
 {
-    // The header of a colour profile: its class at byte 12, its colour space at 16.
     QFile file(profilePath);
     const QByteArray header = file.open(QIODevice::ReadOnly) ? file.read(20) : QByteArray();
-    return header.mid(12, 8) == "prtrCMYK";
+    return header.mid(12, 8);
 }
 
 const QVector<ColorProfile>& ScribusRunner::GetProfiles()
@@ -268,7 +268,9 @@ const QVector<ColorProfile>& ScribusRunner::GetProfiles()
         ColorProfile profile;
         profile.name = line.mid(start.size(), end - start.size()).trimmed();
         profile.path = QDir::cleanPath(line.mid(end + middle.size()).trimmed());
-        profile.isCmykOutput = IsCmykOutput(profile.path);
+        const QByteArray kind = ReadProfileKind(profile.path);
+        profile.isCmykOutput = kind == "prtrCMYK";
+        profile.isRgb = kind.endsWith("RGB ");
         mProfiles.append(profile);
     }
     return mProfiles;

@@ -35,6 +35,7 @@ struct ColorProfile
     QString name;  // by which documents name it
     QString path;
     bool isCmykOutput = false;  // the profile of a press
+    bool isRgb = false;
 };
 
 // How a program's work ended.

@@ -60,22 +60,31 @@ def preview(request):
     return {}
 
 
-def pdf(request):
-    """Writes a PDF of `pages`, from 1, to the path `output`. `options` are attributes of the PDF export."""
-    missing = open_document(request)
-    if missing:
-        raise RuntimeError("fonts are missing: " + ", ".join(sorted(missing)))
+def save_pdf(request, output, changes):
+    """Writes the PDF to a path, with `changes` in the place of some of the options."""
     export = scribus.PDFfile()
-    # Scribus refuses a "downsample" above the "resolution" that it has at that moment.
-    for name, value in sorted(request["options"].items(), key=lambda option: option[0] != "resolution"):
+    for name, value in {**request["options"], **changes}.items():
         if not hasattr(export, name):
             raise RuntimeError("this Scribus has no PDF option " + name)
         setattr(export, name, value)
     if request["subset"]:
         export.subsetList = export.fonts
     export.pages = request["pages"]
-    export.file = request["output"]
+    export.file = output
     export.save()
+
+
+def pdf(request):
+    """Writes a PDF of `pages`, from 1, to the path `output`. `options` are attributes of the PDF export.
+
+    Where there is a path `probe`, the same goes there as PDF 1.4, in which everything shines through that does.
+    """
+    missing = open_document(request)
+    if missing:
+        raise RuntimeError("fonts are missing: " + ", ".join(sorted(missing)))
+    if "probe" in request:
+        save_pdf(request, request["probe"], {"version": 14})
+    save_pdf(request, request["output"], {})
     return {}
 
 

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 
 #include <sys/stat.h>
+#include <algorithm>
 
 FileStamp FileStamp::Take(const QString& path)
 {
@@ -43,29 +44,55 @@ QStringList DocumentInfo::GetMissingFonts() const
     return names;
 }
 
-// The index of the page that bears the number; -1 for none. The first one where several do.
+const DocumentImage* DocumentInfo::FindImage(int page, const QPointF& place) const
+{
+    const auto found = std::find_if(images.rbegin(), images.rend(), [&](const DocumentImage& image) {
+        return image.page == page && image.box.contains(place);
+    });
+    return found == images.rend() ? nullptr : &*found;
+}
+
+// The index of the page that bears the number, the first one where several do; else the page at that place.
+// -1 for none.
 static int FindPage(const QVector<DocumentPage>& pages, const QString& number)
 {
     for (int i = 0; i < pages.size(); ++i) {
         if (!number.isEmpty() && pages[i].number == number)
             return i;
     }
-    return -1;
+    const int place = number.toInt();
+    return place >= 1 && place <= pages.size() ? place - 1 : -1;
 }
 
-QVector<int> DocumentInfo::FindPages(const QString& range) const
+QVector<int> DocumentInfo::FindPages(const QString& range, QString& reason) const
 {
     // A range that repeats itself could name more pages than any document has.
     constexpr int cMostPages = 20000;
     QVector<int> found;
     for (const QString& part : range.split(QLatin1Char(','))) {
-        const int first = FindPage(pages, part.section(QLatin1Char('-'), 0, 0).trimmed());
-        const int last = FindPage(pages, part.section(QLatin1Char('-'), 1).trimmed());
         const bool isSingle = !part.contains(QLatin1Char('-'));
-        if (first < 0 || (!isSingle && last < first) || found.size() > cMostPages)
+        int ends[2] = {};
+        for (int i = 0; i < 2; ++i) {
+            const QString number =
+                part.section(QLatin1Char('-'), isSingle ? 0 : i, i == 0 ? 0 : -1).trimmed();
+            ends[i] = FindPage(pages, number);
+            if (ends[i] < 0) {
+                reason = QStringLiteral("The document has no page \"%1\"; it has %2 pages.")
+                             .arg(number)
+                             .arg(pages.size());
+                return {};
+            }
+        }
+        if (ends[1] < ends[0]) {
+            reason = QStringLiteral("The page range \"%1\" runs backwards.").arg(part.trimmed());
             return {};
-        for (int page = first; page <= (isSingle ? first : last); ++page)
+        }
+        for (int page = ends[0]; page <= ends[1] && found.size() <= cMostPages; ++page)
             found.append(page);
+    }
+    if (found.size() > cMostPages) {
+        reason = QStringLiteral("The page range names more than %1 pages.").arg(cMostPages);
+        found.clear();
     }
     return found;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QRectF>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -56,6 +57,15 @@ struct DocumentLink
     bool isMissing = false;
 };
 
+// A frame that shows an image or a placed file.
+struct DocumentImage
+{
+    QString path;           // absolute
+    int page = -1;          // an index from 0; -1 for one on a master page or beside the pages
+    QRectF box;             // from the page's top left corner, as the frame is turned
+    double resolution = 0;  // in dots per inch of the page; of a placed PDF or EPS it means nothing
+};
+
 struct DocumentBleed
 {
     double top = 0;
@@ -69,16 +79,21 @@ struct DocumentInfo
     QVector<DocumentPage> pages;
     QVector<DocumentFont> fonts;  // missing ones too, by name
     QVector<DocumentLink> links;  // each file once, by path
-    QStringList colors;           // by name
-    QStringList profiles;         // the colour profiles that it names
+    QVector<DocumentImage> images;
+    QStringList colors;    // by name
+    QStringList profiles;  // the colour profiles that it names
     DocumentBleed bleed;
     QString title;
     bool hasFacingPages = false;
-    bool hasTransparency = false;
+    bool managesColors = false;  // its colours have profiles
 
     QStringList GetMissingFonts() const;
 
+    // The frame on a page that shows what is at a place; null where none does.
+    const DocumentImage* FindImage(int page, const QPointF& place) const;
+
     // The indexes, from 0, of the pages that a range text such as "iii-v,2" names, in its order, repetitions
-    // included. Empty when the text is no range, or names a page that is not there.
-    QVector<int> FindPages(const QString& range) const;
+    // included. A number that no page bears is the place of a page, from 1. Empty, with the reason, when the
+    // text is no range, goes beyond the document, or runs backwards.
+    QVector<int> FindPages(const QString& range, QString& reason) const;
 };

@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QMap>
 #include <QSet>
+#include <QTransform>
 
 namespace
 {
@@ -70,21 +71,33 @@ void NumberPages(const SlaScanner& section, QVector<DocumentPage>& pages)
     }
 }
 
-bool IsTransparent(const SlaScanner& element)
+// The area of a frame on a page of which `origin` is the top left corner.
+QRectF GetBox(const SlaScanner& frame, const QPointF& origin)
 {
-    for (const char* attribute :
-         {"TransValue", "TransValueS", "TransBlend", "TransBlendS", "HASSOFTSHADOW"}) {
-        if (element.GetNumber(attribute) != 0)
-            return true;
-    }
-    const bool isStep = element.GetName() == "CSTOP" || element.GetName() == "LAYERS";
-    return isStep &&
-           ((element.Has("TRANS") && element.GetNumber("TRANS") < 1) || element.GetNumber("BLEND") != 0);
+    QTransform turn;
+    turn.translate(frame.GetNumber("XPOS") - origin.x(), frame.GetNumber("YPOS") - origin.y());
+    turn.rotate(frame.GetNumber("ROT"));
+    return turn.mapRect(QRectF(0, 0, frame.GetNumber("WIDTH"), frame.GetNumber("HEIGHT")));
+}
+
+DocumentImage ReadImage(const SlaScanner& frame, const QVector<QPointF>& origins, const QString& path)
+{
+    constexpr double cPointsPerInch = 72;
+    DocumentImage image;
+    image.path = path;
+    const bool isOnPage = frame.GetName() == "PAGEOBJECT" && frame.Has("OwnPage");
+    const int page = isOnPage ? GetBoundedNumber(frame, "OwnPage", -1, origins.size()) : -1;
+    image.page = page < origins.size() ? page : -1;
+    image.box = GetBox(frame, image.page < 0 ? QPointF() : origins[image.page]);
+    const double scale = qMin(frame.GetNumber("LOCALSCX"), frame.GetNumber("LOCALSCY"));
+    image.resolution = scale > 0 ? cPointsPerInch / scale : 0;
+    return image;
 }
 
 void ReadDocumentElement(const SlaScanner& element, DocumentInfo& info)
 {
     info.title = element.GetText("TITLE");
+    info.managesColors = element.GetNumber("HCMS") != 0 && element.GetNumber("DPuse") != 0;
     info.hasFacingPages = element.GetNumber("BOOK") != 0;
     info.bleed = {element.GetNumber("BleedTop"), element.GetNumber("BleedBottom"),
                   element.GetNumber("BleedLeft"), element.GetNumber("BleedRight")};
@@ -111,6 +124,7 @@ void SlaContent::Read(const QByteArray& text, const QString& folder, DocumentInf
     QSet<QString> colors;
     QSet<QString> profiles;
     QMap<QString, bool> links;
+    QVector<QPointF> origins;  // of the pages, on the document's canvas
     SlaScanner element({text.constData(), static_cast<size_t>(text.size())});
     while (element.Next()) {
         const std::string_view name = element.GetName();
@@ -118,16 +132,20 @@ void SlaContent::Read(const QByteArray& text, const QString& folder, DocumentInf
             ReadDocumentElement(element, info);
         else if (name == "COLOR")
             colors.insert(element.GetText("NAME"));
+        else if (name == "PAGE")
+            origins.append({element.GetNumber("PAGEXPOS"), element.GetNumber("PAGEYPOS")});
         else if (name == "Section")
             NumberPages(element, info.pages);
         for (const std::string_view attribute : GetLinkAttributes(element)) {
             const QString path = element.GetText(attribute);
+            const QString absolute = QDir::cleanPath(QDir(folder).absoluteFilePath(path));
             if (!path.isEmpty())
-                links.insert(QDir::cleanPath(QDir(folder).absoluteFilePath(path)), true);
+                links.insert(absolute, true);
+            if (!path.isEmpty() && attribute == "PFILE")
+                info.images.append(ReadImage(element, origins, absolute));
         }
         for (const std::string_view attribute : GetProfileAttributes(element))
             profiles.insert(element.GetText(attribute));
-        info.hasTransparency = info.hasTransparency || IsTransparent(element);
     }
     for (const QString& path : links.keys())
         info.links.append({path, !QFileInfo(path).isFile()});

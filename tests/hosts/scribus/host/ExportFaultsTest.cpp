@@ -18,9 +18,9 @@ class ExportFaultsTest : public EngineFixture
 {
 protected:
     // Exports must fail for a reason of which this is a part, and leave nothing behind.
-    void ExpectFailure(const char* reason, const Adjust& adjust = nullptr)
+    void ExpectFailure(const char* reason, const Adjust& adjust = nullptr, const QByteArray& settings = "")
     {
-        EXPECT_EQ(Export(GetOutput("a.pdf"_q), "", {}, adjust), cFailure) << reason;
+        EXPECT_EQ(Export(GetOutput("a.pdf"_q), settings, {}, adjust), cFailure) << reason;
         EXPECT_TRUE(mHost->GetLastFailure().contains(QLatin1String(reason)))
             << reason << ": " << mHost->GetLastFailure().toStdString();
         EXPECT_FALSE(mLog->TakeErrors().isEmpty());
@@ -35,6 +35,7 @@ protected:
         WriteFile(path,
                   "#!/usr/bin/python3\n"
                   "import json, os, signal, sys, time\n"
+                  "if sys.argv[-1] == '-pi': os.execv('/usr/bin/scribus', sys.argv)\n"
                   "request = json.loads(sys.argv[-1])\n"
                   "if request['operation'] != 'pdf': os.execv('/usr/bin/scribus', sys.argv)\n"
                   "output = open(request['output'], 'w')\n"
@@ -107,8 +108,8 @@ TEST_F(ExportFaultsTest, AScribusThatFailsOrLiesIsFoundOut)
         {"output.write('%PDF-1.4'); output.flush(); os.kill(os.getpid(), signal.SIGSEGV)",
          "was killed or crashed"},
         {"print('the last line'); sys.exit(0)", "it said last: the last line"},
-        {"output.write('%PDF-1.4 a part'); output.close(); answer()", "qpdf failed"},
-        {"os.remove(request['output']); answer()", "qpdf failed"},
+        {"output.write('%PDF-1.4 a part'); output.close(); answer()", "Scribus made no whole PDF"},
+        {"os.remove(request['output']); answer()", "Scribus made no whole PDF"},
         {"open(request['answer'], 'w').write('{\"error\": \"no room\"}')", "Scribus says: no room"},
         {"open(request['answer'], 'w').write('{\"half')", "failed"},
         {"time.sleep(100)", "took more than 1 s"},
@@ -127,6 +128,26 @@ TEST_F(ExportFaultsTest, AScribusThatFailsOrLiesIsFoundOut)
     QString reason;
     EXPECT_EQ(mHost->OpenDocument(path, reason), nullptr);
     EXPECT_EQ(reason, "/nowhere/scribus can't be started."_q);
+}
+
+TEST_F(ExportFaultsTest, AWholePdfThatIsNotWhatWasAskedForIsFoundOut)
+{
+    const struct
+    {
+        QByteArray change;  // of the request
+        const char* settings;
+        const char* reason;
+    } cases[] = {
+        {"request['pages'] = [1]", "", "a PDF of 1 pages in the place of 2"},
+        {"request['options']['version'] = 14", cForX, "does not bear the mark of PDF/X"},
+    };
+    const QString path = MakeDocument("a.sla"_q, 2);
+    for (const auto& item : cases) {
+        RestartHost(MakeFaultyScribus(
+            item.change + "\nos.execv('/usr/bin/scribus', sys.argv[:-1] + [json.dumps(request)])"));
+        Open(path);
+        ExpectFailure(item.reason, nullptr, item.settings);
+    }
 }
 
 // Exports onto a disk of a few KB. The status is 0 when that failed and left nothing there.

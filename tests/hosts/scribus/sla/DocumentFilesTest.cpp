@@ -35,10 +35,27 @@ TEST(DocumentFilesTest, ARangeNamesPagesByTheirNumbers)
     for (const QString& number : "i|ii|1|2|3"_list)
         info.pages.append({number, PageSide::Single, 1, 1});
     using Pages = QVector<int>;
-    EXPECT_EQ(info.FindPages("1-3,ii, 1"_q), Pages({2, 3, 4, 1, 2}));
-    EXPECT_EQ(info.FindPages("ii-2"_q), Pages({1, 2, 3}));
-    for (const QString& none : "|4|3-1|1-|-1|1,,2|1-2-3|x"_list)
-        EXPECT_EQ(info.FindPages(none), Pages()) << none.toStdString();
+    QString reason;
+    EXPECT_EQ(info.FindPages("1-3,ii, 1"_q, reason), Pages({2, 3, 4, 1, 2}));
+    EXPECT_EQ(info.FindPages("ii-2"_q, reason), Pages({1, 2, 3}));
+    EXPECT_EQ(info.FindPages("4,5"_q, reason), Pages({3, 4})) << "no page bears them: they are places";
+    EXPECT_EQ(reason, QString());
+    const struct
+    {
+        const char* range;
+        const char* reason;
+    } wrong[] = {
+        {"", "The document has no page \"\"; it has 5 pages."},
+        {"1-6", "The document has no page \"6\"; it has 5 pages."},
+        {"1,,2", "The document has no page \"\"; it has 5 pages."},
+        {"1-2-3", "The document has no page \"2-3\"; it has 5 pages."},
+        {"x", "The document has no page \"x\"; it has 5 pages."},
+        {"1, 3-1", "The page range \"3-1\" runs backwards."},
+    };
+    for (const auto& item : wrong) {
+        EXPECT_EQ(info.FindPages(QLatin1String(item.range), reason), Pages()) << item.range;
+        EXPECT_EQ(reason.toStdString(), item.reason);
+    }
 }
 
 TEST(DocumentFilesTest, OnlyLinksAreRewritten)

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "hosts/scribus/pdf/PdfSettings.h"
+#include "hosts/scribus/runner/ScribusRunner.h"
+
+class ScribusDocument;
+
+// What Scribus exports: the document, or a copy of it that says what Scribus takes from a document alone.
+class PdfSource
+{
+public:
+    PdfSource(ScribusRunner& runner, const PdfSettings& settings) : mRunner(runner), mSettings(settings) {}
+
+    // Finds the file to be exported; a copy of the document goes to the path. Fails where the document can't
+    // be the kind of PDF/X that is asked for.
+    CommandResult Make(ScribusDocument& document, const QString& copyPath);
+
+    const QString& GetPath() const { return mPath; }
+
+    // What is to be told of the copy.
+    const QStringList& GetNotes() const { return mNotes; }
+
+private:
+    CommandResult CheckProfile(const QString& profile) const;
+    CommandResult Edit(QByteArray& text) const;
+    QStringList FindMissing(const QStringList& profiles) const;
+    QString FindProfile(const QString& wanted, bool ColorProfile::*kind) const;
+
+    ScribusRunner& mRunner;
+    const PdfSettings& mSettings;
+    QString mPath;
+    QStringList mNotes;
+};
