@@ -87,6 +87,17 @@ QByteArray ZipArchive::ExtractCurrentToMemory(const QString& password)
     return content;
 }
 
+bool ZipArchive::CheckCurrentFile(const QString& password, const std::function<bool(qint64 bytes)>& onRead)
+{
+    static const char cSource[] = "ZipArchive::CheckCurrentFile";
+    if (!hasEntry(cSource))
+        return false;
+    if (GetCurrentEntry().isFolder())
+        return true;
+    const ZipOutcome outcome = checkEntryContent(*mReader, ZipPassword::getForms(password), onRead);
+    return outcome.isDone() || fail(cSource, describe(outcome));
+}
+
 QByteArray ZipArchive::ExtractToMemory(const QString& pattern, const QString& password)
 {
     static const char cSource[] = "ZipArchive::ExtractToMemory";

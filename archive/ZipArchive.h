@@ -74,6 +74,10 @@ public:
     // is not null. More than the memory limit is refused.
     QByteArray ExtractCurrentToMemory(const QString& password);
 
+    // Reads the current entry and keeps nothing of it: whether it is whole, as its checksum says. `onRead` is
+    // told of the bytes of each chunk; false gives up. May be empty. Folders are whole.
+    bool CheckCurrentFile(const QString& password, const std::function<bool(qint64 bytes)>& onRead);
+
     // The bytes of the first entry whose whole name matches the regular expression, folders passed over; null
     // when none does, and on failure. Moves to that entry, or to the end.
     QByteArray ExtractToMemory(const QString& pattern, const QString& password);

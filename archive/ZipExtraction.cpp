@@ -166,6 +166,27 @@ ZipOutcome readContent(ZipReader& reader, const QByteArray& password, QByteArray
     content = bytes;
     return {};
 }
+
+// Reads the content and lets go of it.
+ZipOutcome passContent(ZipReader& reader, const QByteArray& password,
+                       const std::function<bool(qint64 bytes)>& onRead)
+{
+    const ZipReader::OpenResult opened = reader.openEntry(password);
+    if (opened != ZipReader::OpenResult::Done)
+        return {Step::OpenEntry, {}, explain(opened, reader)};
+    QByteArray bytes(cMemoryChunkSize, Qt::Uninitialized);
+    int count = 0;
+    do {
+        count = reader.readEntry(bytes.data(), bytes.size());
+        if (count > 0 && onRead && !onRead(count)) {
+            reader.closeEntry();
+            return {Step::GivenUp, {}, {}};
+        }
+    } while (count > 0);
+    if (!reader.closeEntry())
+        return {count < 0 ? Step::ReadEntry : Step::CloseEntry, {}, reader.getReason()};
+    return {};
+}
 }  // namespace
 
 ZipOutcome extractEntry(ZipReader& reader, int entryIndex, ZipDestination& destination,
@@ -203,5 +224,12 @@ ZipOutcome readEntryContent(ZipReader& reader, const QVector<QByteArray>& passwo
         return {Step::CheckEntry, {}, QStringLiteral("it is larger than the limit")};
     return tryPasswords(reader, passwords,
                         [&](const QByteArray& password) { return readContent(reader, password, content); });
+}
+
+ZipOutcome checkEntryContent(ZipReader& reader, const QVector<QByteArray>& passwords,
+                             const std::function<bool(qint64 bytes)>& onRead)
+{
+    return tryPasswords(reader, passwords,
+                        [&](const QByteArray& password) { return passContent(reader, password, onRead); });
 }
 }  // namespace Morvane

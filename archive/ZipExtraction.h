@@ -66,4 +66,9 @@ QStringList findTarget(const ZipEntry& entry, bool isFlat);
 // Reads the content of the current entry into memory, as long as it has no more bytes than the limit.
 ZipOutcome readEntryContent(ZipReader& reader, const QVector<QByteArray>& passwords, qint64 limit,
                             QByteArray& content);
+
+// Reads the content of the current entry and keeps nothing of it: whether it is whole. `onRead` is told of
+// the bytes of each chunk; false gives up. May be empty.
+ZipOutcome checkEntryContent(ZipReader& reader, const QVector<QByteArray>& passwords,
+                             const std::function<bool(qint64 bytes)>& onRead);
 }  // namespace Morvane

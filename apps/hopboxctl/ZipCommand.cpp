@@ -1,67 +1,21 @@
 #include "apps/hopboxctl/ZipCommand.h"
 
-#include "apps/hopboxctl/ErrorPrinter.h"
+#include "apps/hopboxctl/ZipOptions.h"
+#include "apps/hopboxctl/ZipOutput.h"
+#include "archive/ZipArchive.h"
 #include "archive/ZipHelper.h"
-#include "foundation/cli/CliConsole.h"
+#include "foundation/cli/CliStop.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
 
 #include <algorithm>
-#include <cstdio>
 
 using namespace Morvane;
 
 namespace
 {
 constexpr int cDefaultLevel = 6;
-constexpr int cBarWidth = 40;
-
-// A line on standard error that fills up, written over as it goes. Says nothing where nobody would see it.
-class ProgressBar
-{
-public:
-    ~ProgressBar()
-    {
-        if (mPercent >= 0)
-            std::fputc('\n', stderr);
-    }
-
-    void show(qint64 done, qint64 total)
-    {
-        const int percent = total > 0 ? static_cast<int>(done * 100.0 / total) : 100;
-        if (!mIsSeen || percent == mPercent)
-            return;
-        mPercent = percent;
-        const QByteArray bar = QByteArray(percent * cBarWidth / 100, '#').leftJustified(cBarWidth, ' ');
-        std::fprintf(stderr, "\r[%s] %3d %%", bar.constData(), percent);
-        std::fflush(stderr);
-    }
-
-private:
-    const bool mIsSeen = CliConsole::IsErrorTerminal();
-    int mPercent = -1;
-};
-
-// A name as it can be shown: an archive does not get to send a terminal commands.
-QString makePrintable(QString name)
-{
-    for (QChar& character : name) {
-        if (!character.isPrint())
-            character = QChar::ReplacementCharacter;
-    }
-    return name;
-}
-
-// Shows each failure as a line, with nothing in it that a name could do to the terminal.
-class ZipErrorPrinter : public ErrorPrinter
-{
-public:
-    void log(LogLevel level, const QString& source, const QString& message) noexcept override
-    {
-        ErrorPrinter::log(level, source, makePrintable(message));
-    }
-};
 
 int getStatus(bool isDone)
 {
@@ -96,27 +50,59 @@ int listArchive(const CliCall& call)
     return getStatus(isWhole);
 }
 
-int extractArchive(const CliCall& call)
+qint64 getTotalSize(const QVector<ZipEntry>& entries)
 {
-    const QString archive = call.GetArgument(0);
-    const QString folder = call.GetArgument(1);
-    const QStringList names = call.GetArguments().mid(2);
-    const QString password = call.Get("password");
-    const ZipPaths paths = call.Has("without-paths") ? ZipPaths::Drop : ZipPaths::Keep;
-    ZipErrorPrinter printer;
-    ProgressBar bar;
-    ZipRun run;
-    run.log = &printer;
-    run.progress = [&bar](qint64 done, qint64 total) {
-        bar.show(done, total);
-        return true;
-    };
-    return getStatus(names.isEmpty()
-                         ? ZipHelper::extractFiles(archive, folder, paths, password, ZipOnError::GoOn, 0, run)
-                         : ZipHelper::extractFiles(archive, names, folder, paths, password, 0, run));
+    qint64 total = 0;
+    for (const ZipEntry& entry : entries)
+        total += entry.size;
+    return total;
 }
 
-int createArchive(const CliCall& call)
+// Reads every entry; the names of those that are not whole.
+QStringList findDamaged(const QString& path, const QString& password, qint64 total, ZipErrorPrinter& printer)
+{
+    QStringList damaged;
+    ProgressBar bar;
+    qint64 done = 0;
+    ZipArchive archive(path);
+    archive.setLogInterface(&printer);
+    for (archive.StartIterate(); !archive.AtEnd() && !CliStop::IsAskedFor(); archive.Next()) {
+        const bool isWhole = archive.CheckCurrentFile(password, [&](qint64 bytes) {
+            done += bytes;
+            return bar.show(done, total);
+        });
+        if (!isWhole)
+            damaged.append(archive.GetCurrentFileName());
+    }
+    return damaged;
+}
+
+int testArchive(const CliCall& call)
+{
+    const QString fault = ZipOptions::FindFault(call);
+    if (!fault.isEmpty())
+        return RefuseCall(fault);
+    const std::optional<QString> password = ZipOptions::GetPassword(call);
+    const CliStop stop;
+    ZipErrorPrinter printer;
+    ZipRun run;
+    run.log = &printer;
+    QVector<ZipEntry> entries;
+    if (!password || !ZipHelper::getEntryList(call.GetArgument(0), entries, run))
+        return cCliFailed;
+    const QStringList damaged = findDamaged(call.GetArgument(0), *password, getTotalSize(entries), printer);
+    SetResult(QJsonObject{{QStringLiteral("entries"), entries.size()},
+                          {QStringLiteral("damaged"), QJsonArray::fromStringList(damaged)}});
+    if (CliStop::IsAskedFor()) {
+        PrintError(QStringLiteral("Stopped."));
+        return cCliFailed;
+    }
+    if (damaged.isEmpty())
+        Print(QStringLiteral("%1 entries, all whole.\n").arg(entries.size()));
+    return getStatus(damaged.isEmpty());
+}
+
+int writeArchive(const CliCall& call, ZipStart start)
 {
     bool isNumber = true;
     const int level = call.Has("level") ? call.Get("level").toInt(&isNumber) : cDefaultLevel;
@@ -124,6 +110,12 @@ int createArchive(const CliCall& call)
         return RefuseCall(QStringLiteral("\"--level\" takes a number from 0 to %1, not \"%2\".")
                               .arg(ZipArchiver::cBestLevel)
                               .arg(call.Get("level")));
+    const QString fault = ZipOptions::FindFault(call);
+    if (!fault.isEmpty())
+        return RefuseCall(fault);
+    const std::optional<QString> password = ZipOptions::GetPassword(call);
+    if (!password)
+        return cCliFailed;
     ZipErrorPrinter printer;
     QStringList leftOut;
     ZipRun run;
@@ -136,13 +128,29 @@ int createArchive(const CliCall& call)
     const auto addItem = [&](const QString& item) {
         return ZipHelper::addItem(archiver, item, QString(), names, run);
     };
-    const bool isDone = archiver.StartWriting(ZipStart::Create, call.Get("password"), level) &&
+    const bool isDone = archiver.StartWriting(start, *password, level) &&
                         std::all_of(items.begin(), items.end(), addItem) && ZipHelper::finish(archiver, run);
     return getStatus(isDone && leftOut.isEmpty());
 }
 
-const CliOption cPassword = {"password", "TEXT",
-                             "the password; everyone on this computer can see it while the command runs"};
+int createArchive(const CliCall& call)
+{
+    return writeArchive(call, ZipStart::Create);
+}
+
+int addToArchive(const CliCall& call)
+{
+    return writeArchive(call, ZipStart::Append);
+}
+
+std::vector<CliOption> getWriteOptions()
+{
+    std::vector<CliOption> options = ZipOptions::GetPasswordOptions();
+    options.push_back({"level", "N", "0 (stored) to 9 (smallest); 6 without it"});
+    options.push_back(
+        {"name-field", "", "write names in the form of project archives, which few other programs read"});
+    return options;
+}
 }  // namespace
 
 const Command cZipListCommand = {
@@ -154,24 +162,30 @@ const Command cZipListCommand = {
      {{"hopboxctl zip list Package.zip", "Lists the entries of the archive."}}},
     listArchive};
 
-const Command cZipExtractCommand = {
-    {"zip extract",
-     "extract an archive, or some of its entries",
-     "",
-     {{"ARCHIVE", "the zip archive"},
-      {"DIR", "the folder for what it holds; made when it is missing"},
-      {"ENTRY", "an entry to extract; all without one", CliArgument::Count::cAny}},
-     {cPassword, {"without-paths", "", "put every file straight into the folder"}},
-     {{"hopboxctl zip extract Package.zip out", "Extracts the archive into the folder \"out\"."}}},
-    extractArchive};
+const Command cZipTestCommand = {
+    {"zip test",
+     "look whether every entry of an archive is whole",
+     "It reads all of the archive and writes nothing.",
+     {{"ARCHIVE", "the zip archive"}},
+     ZipOptions::GetPasswordOptions(),
+     {{"hopboxctl zip test Package.zip", "Compares every entry with its checksum."}}},
+    testArchive};
 
 const Command cZipCreateCommand = {
     {"zip create",
      "make an archive of files and folders",
      "An archive that is there is replaced when the new one is whole.",
      {{"ARCHIVE", "the zip archive"}, {"PATH", "a file or a folder", CliArgument::Count::cSome}},
-     {cPassword,
-      {"level", "N", "0 (stored) to 9 (smallest); 6 without it"},
-      {"name-field", "", "write names in the form of project archives, which few other programs read"}},
+     getWriteOptions(),
      {{"hopboxctl zip create Package.zip Package", "Packs the folder \"Package\"."}}},
     createArchive};
+
+const Command cZipAddCommand = {
+    {"zip add",
+     "add files and folders to an archive",
+     "A name that the archive has already is refused. If anything fails, the archive stays as it was.",
+     {{"ARCHIVE", "the zip archive; made where there is none"},
+      {"PATH", "a file or a folder", CliArgument::Count::cSome}},
+     getWriteOptions(),
+     {{"hopboxctl zip add Package.zip Report.pdf", "Adds a file to the archive."}}},
+    addToArchive};

@@ -4,5 +4,7 @@
 
 // What hopboxctl does with zip archives.
 extern const Command cZipListCommand;
+extern const Command cZipTestCommand;
 extern const Command cZipExtractCommand;
 extern const Command cZipCreateCommand;
+extern const Command cZipAddCommand;

@@ -20,7 +20,8 @@ const std::vector<const Command*>& GetCommands()
         &cCreateCommand,     &cListCommand,      &cShowCommand,    &cCheckCommand,   &cSetCommand,
         &cRenameCommand,     &cRemoveCommand,    &cRestoreCommand, &cDeleteCommand,  &cExportCommand,
         &cImportCommand,     &cSubmitCommand,    &cNotifyCommand,  &cOriginsCommand, &cZipListCommand,
-        &cZipExtractCommand, &cZipCreateCommand, &cPrefsCommand,   &cMacTypeCommand};
+        &cZipExtractCommand, &cZipCreateCommand, &cZipAddCommand,  &cZipTestCommand, &cPrefsCommand,
+        &cMacTypeCommand};
     return commands;
 }
 

@@ -29,6 +29,16 @@ protected:
 
     int RunShell(const QString& command) { return RunShell({"bash"_q, "-c"_q, command}); }
 
+    // Runs a command on a terminal, where somebody types the answers once the question is there.
+    int RunOnTerminal(const QString& command, const QString& question, const char* answers)
+    {
+        return RunShell(
+            "rm -f typed done; (until grep -qs '%2' typed; do sleep 0.1; done; printf '%3'; "
+            "until [ -e done ]; do sleep 0.1; done) | "
+            "script -qfec '%1; s=$?; touch done; exit $s' /dev/null > typed; s=$?; cat typed; exit $s"_q.arg(
+                command, question, QLatin1String(answers)));
+    }
+
     // The commands that the help lists.
     QStringList ListCommands()
     {
@@ -133,6 +143,37 @@ TEST_F(CommandLine, AWordThatIsNoTextIsRefused)
 {
     EXPECT_EQ(RunShell("LC_ALL=C.UTF-8 hopboxctl create $'a\\xff' --job-options Press.joboptions"_q), 2);
     EXPECT_TRUE(mError.contains("is no text in this system's encoding.")) << mError.toStdString();
+}
+
+TEST_F(CommandLine, QuestionsAreAskedOnTheTerminal)
+{
+    for (const char* name : {"a.txt", "b.txt", "c.txt", "d.txt"})
+        WriteFile(GetPath(name), QByteArray("content of ") + name);
+    ASSERT_EQ(RunShell("hopboxctl zip create made.zip ?.txt --level 0"_q), 0);
+    QByteArray bytes = ReadFile(GetPath("made.zip"));
+    WriteFile(GetPath("made.zip"),
+              bytes.replace("content of b", "CONTENT of b").replace("content of c", "CONTENT of c"));
+    const struct
+    {
+        const char* answers;
+        int questions, files;
+    } cases[] = {
+        {"s\\ns\\n", 2, 2}, {"a\\n", 1, 2}, {"x\\ng\\na\\n", 3, 2}, {"t\\n", 1, 1}, {"r\\n", 1, 0},
+    };
+    for (const auto& test : cases) {
+        QDir(GetPath("out")).removeRecursively();
+        EXPECT_EQ(RunOnTerminal("hopboxctl zip extract made.zip out"_q, "skip"_q, test.answers), 1);
+        EXPECT_EQ(mOutput.count("skip [a]ll"), test.questions) << test.answers << mOutput.constData();
+        EXPECT_EQ(ReadTree(GetPath("out")).size(), test.files) << test.answers;
+    }
+    ASSERT_EQ(RunShell("hopboxctl zip create secret.zip a.txt --password geheim"_q), 0);
+    EXPECT_EQ(RunOnTerminal("hopboxctl zip test secret.zip --ask-password"_q, "Password"_q, "geheim\\n"), 0);
+    EXPECT_FALSE(mOutput.contains("geheim")) << "what is typed is not shown";
+    EXPECT_TRUE(mOutput.contains("Password: ") && mOutput.contains("1 entries, all whole."))
+        << mOutput.constData();
+    EXPECT_EQ(RunShell("echo geheim | hopboxctl zip test secret.zip --password-file -"_q), 0)
+        << mError.constData();
+    EXPECT_EQ(RunShell("setsid hopboxctl zip test secret.zip --ask-password"_q), 1) << "no terminal";
 }
 
 TEST_F(CommandLine, ShellsCompleteCommandsOptionsFilesAndNames)

@@ -142,7 +142,8 @@ TEST_F(HopboxCommands, EveryCommandSaysWhatItDidByItsStatusAndMessage)
         {"submit|Press", "PATH is missing."},
         {"crate|Press", "There is no command \"crate\". Did you mean \"create\"?"},
         {"zip|lst",
-         "There is no command \"lst\" in \"zip\": it has list, extract, create. Did you mean \"list\"?"},
+         "There is no command \"lst\" in \"zip\": it has list, extract, create, add, test. Did you mean "
+         "\"list\"?"},
         {"--json|list", "There is no option \"--json\" before a command."},
     };
     for (const auto& test : wrong) {

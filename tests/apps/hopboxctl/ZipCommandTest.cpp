@@ -1,5 +1,7 @@
 #include "CommandFixture.h"
 
+#include <QRegularExpression>
+
 namespace
 {
 class ZipCommand : public CommandTest
@@ -37,6 +39,74 @@ TEST_F(ZipCommand, CreatesListsAndExtracts)
     }
 }
 
+TEST_F(ZipCommand, AddsTestsAndExtractsFoldersAndPatterns)
+{
+    ASSERT_EQ(0, Run("create made.zip a.txt"));
+    ASSERT_EQ(0, Run("add made.zip folder")) << mError.constData();
+    const QByteArray before = ReadFile(GetPath("made.zip"));
+    EXPECT_EQ(1, Run("add made.zip a.txt"));
+    EXPECT_EQ(before, ReadFile(GetPath("made.zip"))) << "a name that is there is refused";
+    EXPECT_EQ(0, Run("test made.zip"));
+    EXPECT_EQ("4 entries, all whole.\n", mOutput);
+    const struct
+    {
+        const char *words, *names;  // with ',' between
+    } cases[] = {
+        {"folder", "folder/b.txt,folder/\u65E5.txt"},
+        {"folder/", "folder/b.txt,folder/\u65E5.txt"},
+        {"*.txt", "a.txt"},
+        {"folder/?.txt", "folder/b.txt,folder/\u65E5.txt"},
+        {"a.txt folder/b*", "a.txt,folder/b.txt"},
+    };
+    for (const auto& test : cases) {
+        EXPECT_EQ(0, Run(QByteArray("extract made.zip out ") + test.words))
+            << test.words << mError.constData();
+        const QStringList files =
+            QStringList(ReadTree(GetPath("out")).keys()).filter(QRegularExpression("[^/]$"_q));
+        EXPECT_EQ(QString::fromUtf8(test.names), files.join(QLatin1Char(',')));
+        QDir(GetPath("out")).removeRecursively();
+    }
+    EXPECT_EQ(1, Run("extract made.zip out *.pdf"));
+    EXPECT_TRUE(mError.contains("Can't find *.pdf in made.zip.")) << mError.constData();
+}
+
+TEST_F(ZipCommand, APasswordComesFromAFile)
+{
+    WriteFile(GetPath("secret"), "p\u00E4ss w\u00F6rd\r\nsecond line\n");
+    ASSERT_EQ(0, Run("create made.zip a.txt --password-file secret")) << mError.constData();
+    EXPECT_EQ(1, Run("test made.zip"));
+    EXPECT_EQ(1, Run("test made.zip --password-file a.txt"));
+    EXPECT_EQ(0, Run("test made.zip --password-file=secret")) << mError.constData();
+    EXPECT_EQ(0, Run("extract made.zip out --password-file secret"));
+    EXPECT_EQ("content of a.txt", ReadFile(GetPath("out/a.txt")));
+    WriteFile(GetPath("empty"), "\nsecret\n");
+    for (const char* file : {"none", "empty"}) {
+        EXPECT_EQ(1, Run(QByteArray("test made.zip --password-file ") + file));
+        EXPECT_TRUE(mError.startsWith("hopboxctl: --password-file: ")) << mError.constData();
+    }
+}
+
+TEST_F(ZipCommand, ADamagedEntryIsFoundAndDealtWithAsTold)
+{
+    ASSERT_EQ(0, Run("create made.zip a.txt folder/b.txt folder/\u65E5.txt --level 0"));
+    QByteArray bytes = ReadFile(GetPath("made.zip"));
+    WriteFile(GetPath("made.zip"), bytes.replace("content of folder/b", "CONTENT of folder/b"));
+    EXPECT_EQ(1, Run("test made.zip --json"));
+    EXPECT_EQ(GetResult().toObject().value("damaged"_q).toArray().size(), 1);
+    EXPECT_TRUE(mError.contains("b.txt")) << mError.constData();
+    const struct
+    {
+        const char* option;
+        int files;
+    } cases[] = {{"skip", 2}, {"stop", 1}, {"remove", 0}, {"ask", 2}};
+    for (const auto& test : cases) {
+        EXPECT_EQ(1, Run(QByteArray("extract made.zip out --on-error ") + test.option)) << mError.constData();
+        EXPECT_TRUE(mError.contains("b.txt")) << mError.constData();
+        EXPECT_EQ(test.files, ReadTree(GetPath("out")).size()) << test.option;
+        QDir(GetPath("out")).removeRecursively();
+    }
+}
+
 TEST_F(ZipCommand, FailuresAreToldAndLeaveNothing)
 {
     ASSERT_EQ(0, Run("create good.zip a.txt --password pw"));
@@ -58,9 +128,12 @@ TEST_F(ZipCommand, FailuresAreToldAndLeaveNothing)
             << test.call << mError.constData();
         EXPECT_TRUE(mOutput.isEmpty());
     }
-    for (const char* call : {"", "list", "list good.zip a.txt", "extract good.zip", "create bad.zip",
-                             "create bad.zip a.txt --level 10", "create bad.zip a.txt --level x",
-                             "list good.zip --password pw"}) {
+    for (const char* call :
+         {"", "list", "list good.zip a.txt", "extract good.zip", "create bad.zip", "test",
+          "test good.zip a.txt", "add good.zip", "add good.zip a.txt --password x --ask-password",
+          "extract good.zip out --on-error ask --without-paths", "extract good.zip out --on-error jump",
+          "extract good.zip out --on-error skip --password pw", "create bad.zip a.txt --level 10",
+          "create bad.zip a.txt --level x", "list good.zip --password pw"}) {
         EXPECT_EQ(2, Run(call)) << call;
         EXPECT_TRUE(mOutput.isEmpty() && mError.contains(" --help\" tells")) << call;
     }

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <atomic>
+
+// Tells whether the user wants a long command to stop: Ctrl-C, or a request to end. From the construction of
+// an object on, the first such request no longer ends the process, so that the command can leave in good
+// order; a second one does. One per process.
+class CliStop
+{
+public:
+    CliStop();
+    CliStop(const CliStop&) = delete;
+    CliStop& operator=(const CliStop&) = delete;
+
+    static bool IsAskedFor() { return sIsAskedFor; }
+
+private:
+    static std::atomic<bool> sIsAskedFor;
+    static_assert(std::atomic<bool>::is_always_lock_free, "it is set in a signal handler");
+};
