@@ -7,6 +7,7 @@ extern const Command cCreateCommand;
 extern const Command cListCommand;
 extern const Command cShowCommand;
 extern const Command cCheckCommand;
+extern const Command cDoctorCommand;
 extern const Command cSetCommand;
 extern const Command cRenameCommand;
 extern const Command cRemoveCommand;

@@ -136,18 +136,6 @@ QString PlugInSettings::FindFault(const QStringList& assignments)
     return {};
 }
 
-QStringList PlugInSettings::FindFaults(const GPrefModule& settings)
-{
-    QStringList faults;
-    GDict<GBuffer, GString> values;
-    settings.GetGroupPreferences(HopboxProject::GetPlugInGroup(), values);
-    for (const auto& value : values)
-        faults.append(FindFault(QString::fromUtf8(value.key), value.value));
-    faults.removeAll(QString());
-    faults.sort();
-    return faults;
-}
-
 void PlugInSettings::Take(const QStringList& assignments, GPrefModule& settings)
 {
     QString key;

@@ -20,9 +20,6 @@ QString FindFault(const QString& key, const QString& value);
 // The same for the texts KEY=VALUE, of which the first fault is told.
 QString FindFault(const QStringList& assignments);
 
-// The faults of what a Hopbox has, one text for each.
-QStringList FindFaults(const GPrefModule& settings);
-
 // Sets what the texts KEY=VALUE say, in which there is no fault.
 void Take(const QStringList& assignments, GPrefModule& settings);
 

@@ -34,6 +34,11 @@ GPathName ProjectPlace::GetDefaultApplication()
         .GetChild(HopboxMessage::cProcessImage);
 }
 
+GPathName ProjectPlace::GetArchivePath(const GPathName& folder)
+{
+    return folder.GetChild(cArchiveName);
+}
+
 bool ProjectPlace::IsOurs(const GPathName& archive)
 {
     return archive.GetLeaf() == cArchiveName &&
@@ -77,5 +82,5 @@ ProjectPlace::NewFolder::~NewFolder()
 
 GPathName ProjectPlace::NewFolder::GetArchivePath() const
 {
-    return mPath.GetChild(cArchiveName);
+    return ProjectPlace::GetArchivePath(mPath);
 }

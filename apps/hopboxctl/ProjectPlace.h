@@ -13,6 +13,9 @@ constexpr int cBuild = 700000;
 // Where the application of that build is, when no other is named.
 GPathName GetDefaultApplication();
 
+// The path of the archive in a project folder.
+GPathName GetArchivePath(const GPathName& folder);
+
 // Whether a project archive lies where this program puts them: under the fixed name, in a folder of its own
 // below the settings folder.
 bool IsOurs(const GPathName& archive);

@@ -17,11 +17,11 @@ namespace
 const std::vector<const Command*>& GetCommands()
 {
     static const std::vector<const Command*> commands = {
-        &cCreateCommand,     &cListCommand,      &cShowCommand,    &cCheckCommand,   &cSetCommand,
-        &cRenameCommand,     &cRemoveCommand,    &cRestoreCommand, &cDeleteCommand,  &cExportCommand,
-        &cImportCommand,     &cSubmitCommand,    &cNotifyCommand,  &cOriginsCommand, &cZipListCommand,
-        &cZipExtractCommand, &cZipCreateCommand, &cZipAddCommand,  &cZipTestCommand, &cPrefsCommand,
-        &cMacTypeCommand};
+        &cCreateCommand,  &cListCommand,       &cShowCommand,      &cCheckCommand,   &cDoctorCommand,
+        &cSetCommand,     &cRenameCommand,     &cRemoveCommand,    &cRestoreCommand, &cDeleteCommand,
+        &cExportCommand,  &cImportCommand,     &cSubmitCommand,    &cNotifyCommand,  &cOriginsCommand,
+        &cZipListCommand, &cZipExtractCommand, &cZipCreateCommand, &cZipAddCommand,  &cZipTestCommand,
+        &cPrefsCommand,   &cMacTypeCommand};
     return commands;
 }
 

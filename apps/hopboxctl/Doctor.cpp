@@ -1,0 +1,242 @@
+#include "apps/hopboxctl/Doctor.h"
+
+#include "apps/hopboxctl/HopboxCheck.h"
+#include "apps/hopboxctl/PrefsFile.h"
+#include "apps/hopboxctl/ProjectPlace.h"
+#include "foundation/core/GException.h"
+#include "foundation/ipc/GPPIPCManager.h"
+#include "foundation/prefs/GPrefFileModule.h"
+#include "foundation/prefs/GPrefMemoryModule.h"
+#include "foundation/system/GDamagedCopies.h"
+#include "foundation/system/GFileSystemBase.h"
+#include "foundation/system/GProcessInfo.h"
+#include "hopbox/HopboxMessages.h"
+#include "hopbox/HopboxProject.h"
+#include "hopbox/HopboxRegistry.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <map>
+
+using Doctor::Finding;
+
+namespace
+{
+constexpr QFileDevice::Permissions cOthersWrite = QFileDevice::WriteGroup | QFileDevice::WriteOther;
+
+// A word of a command line as a shell takes it.
+QString Quote(const QString& word)
+{
+    return QLatin1Char('\'') + QString(word).replace(QLatin1Char('\''), QLatin1String("'\\''")) +
+           QLatin1Char('\'');
+}
+
+bool RemoveSetting(const GPathName& archive, const QString& setting)
+{
+    HopboxProject project(archive);
+    GPrefMemoryModule settings;
+    if (!project.ReadSettings(settings))
+        return false;
+    settings.Remove(HopboxProject::GetPlugInGroup(), setting.toUtf8());
+    return project.WriteSettings(settings);
+}
+
+// What is to be done about a finding of a check. What the check calls a note may still need a hand.
+Finding MakeFinding(const HopboxCheck::Finding& found, const HopboxCheck& check, const QString& key,
+                    const QString& name)
+{
+    using Kind = HopboxCheck::Kind;
+    const QString text = QStringLiteral("Hopbox \"%1\": %2").arg(name, found.text);
+    const QString address = Quote(key);
+    switch (found.kind) {
+        case Kind::cNoArchive:
+            return {"archive-missing", text, QStringLiteral("hopboxctl delete %1").arg(address), {}};
+        case Kind::cBadArchive:
+            return {"archive-damaged", text, QStringLiteral("hopboxctl delete %1").arg(address), {}};
+        case Kind::cBadJobOptions:
+            return {"job-options-unusable",
+                    text,
+                    QStringLiteral("hopboxctl set %1 --job-options FILE").arg(address),
+                    {}};
+        case Kind::cNoIcon:
+            return {"icon-missing", text, QStringLiteral("hopboxctl set %1 HopboxIconPath=").arg(address),
+                    [key] {
+                        return HopboxRegistry().ChangeEntry(
+                            key, [](HopboxRegistryEntry& entry) { entry.hopboxIconPath = GPathName(); });
+                    }};
+        case Kind::cOddSetting:
+            return {
+                "setting-odd", text,
+                QStringLiteral("hopboxctl set %1 --without-setting %2").arg(address, Quote(found.setting)),
+                [archive = check.archive, setting = found.setting] {
+                    return RemoveSetting(archive, setting);
+                }};
+        case Kind::cOfAnotherUser:
+            return {"of-another-user",
+                    text,
+                    QStringLiteral("hopboxctl export %1 FILE, delete it, and import FILE").arg(address),
+                    {}};
+        case Kind::cNoApplication:
+            return {"application-missing", text, QString(), {}, false};
+        case Kind::cNotListed:
+            break;
+    }
+    return {"not-listed", text, QStringLiteral("hopboxctl restore %1").arg(address), {}, false};
+}
+
+// More than one Hopbox of a name, or of a text in the dialog's list.
+void LookForTwins(const std::map<QString, QStringList>& keysByName, const char* kind, const QString& text,
+                  const QString& mend, QVector<Finding>& findings)
+{
+    for (const auto& name : keysByName) {
+        if (name.second.size() > 1)
+            findings.append({kind,
+                             text.arg(name.second.size()).arg(name.first),
+                             mend.arg(Quote(name.second.last())),
+                             {}});
+    }
+}
+
+void LookAtFile(const char* kind, const GPathName& path, QVector<Finding>& findings)
+{
+    const QString native = path.GetNativePath();
+    if (!QFileInfo::exists(native))
+        return;
+    try {
+        const PrefsFile file(native);
+        if (file.IsDamaged())
+            findings.append(
+                {kind,
+                 file.DescribeDamage() + QLatin1Char('.'),
+                 QStringLiteral("the next change keeps a copy beside it and writes what can be read"),
+                 {}});
+    } catch (const GException& error) {
+        findings.append({kind, error.GetDescription(), QStringLiteral("look at its rights"), {}});
+    }
+}
+}  // namespace
+
+void Doctor::LookAtRegistry(const HopboxRegistry& registry, QVector<Finding>& findings)
+{
+    LookAtFile("registry-damaged", HopboxRegistry::GetPathName(), findings);
+    const GPathName copy = GDamagedCopies::GetNewest(HopboxRegistry::GetPathName());
+    if (QFileInfo::exists(copy.GetNativePath()))
+        findings.append(
+            {"damaged-copy",
+             QStringLiteral("A damaged registry is kept as \"%1\".").arg(copy.GetNativePath()),
+             QStringLiteral("hopboxctl prefs %1 shows what is in it; delete it when nothing is missed")
+                 .arg(Quote(copy.GetNativePath())),
+             {},
+             false});
+    for (const QString& key : registry.GetKeys()) {
+        if (!registry.GetRecord(key))
+            findings.append({"record-unreadable",
+                             QStringLiteral("The record \"%1\" can't be read.").arg(key),
+                             QStringLiteral("hopboxctl delete %1").arg(Quote(key)),
+                             {}});
+    }
+}
+
+void Doctor::LookAtHopboxes(const HopboxRegistry& registry, QVector<Finding>& findings)
+{
+    std::map<QString, QStringList> names;
+    std::map<QString, QStringList> listed;
+    for (const QString& key : registry.GetKeys()) {
+        const std::optional<HopboxRecord> record = registry.GetRecord(key);
+        if (!record)
+            continue;
+        names[record->GetName(key)].append(key);
+        if (record->entry.isPlugin)
+            listed[record->entry.pdfSettings].append(key);
+        const HopboxCheck check = HopboxCheck::Make(record->entry);
+        for (const HopboxCheck::Finding& found : check.problems + check.notes)
+            findings.append(MakeFinding(found, check, key, record->GetName(key)));
+    }
+    LookForTwins(names, "same-name",
+                 QStringLiteral("%1 Hopboxes have the name \"%2\"; commands find the first only."),
+                 QStringLiteral("hopboxctl rename %1 NEW-NAME"), findings);
+    LookForTwins(listed, "same-text", QStringLiteral("%1 Hopboxes look alike in the export dialog: \"%2\"."),
+                 QStringLiteral("hopboxctl set %1 PDFSettings=TEXT"), findings);
+}
+
+void Doctor::LookAtProjectFolders(const HopboxRegistry& registry, QVector<Finding>& findings)
+{
+    const QDir settings(HopboxRegistry::GetSettingsFolder().GetNativePath());
+    for (const QString& name :
+         settings.entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot | QDir::NoSymLinks)) {
+        const GPathName folder = HopboxRegistry::GetSettingsFolder().GetChild(name);
+        const GPathName archive = ProjectPlace::GetArchivePath(folder);
+        GString actorName;
+        HopboxRegistryEntry entry;
+        if (registry.FindByContextFile(archive, actorName, entry))
+            continue;
+        const bool isEmpty =
+            QDir(folder.GetNativePath()).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+        if (isEmpty)
+            findings.append({"folder-left",
+                             QStringLiteral("An empty folder is left: \"%1\".").arg(folder.GetNativePath()),
+                             QStringLiteral("rmdir %1").arg(Quote(folder.GetNativePath())),
+                             [path = folder.GetNativePath()] { return QDir().rmdir(path); }});
+        else
+            findings.append(
+                {"archive-left",
+                 QStringLiteral("No Hopbox has the project folder \"%1\".").arg(folder.GetNativePath()),
+                 QStringLiteral(
+                     "delete the folder, or make a Hopbox and set its ContextFilePath to the archive"),
+                 {}});
+    }
+}
+
+void Doctor::LookAtPlugInSettings(QVector<Finding>& findings)
+{
+    const GPathName folder = GFileSystemBase::GetSpecialPath(GSpecialPath::cUserPreferences);
+    const GPathName file = folder.GetChild(QStringLiteral("Junctra_CC2019_64_InDesign/JunctraPlugins.pref"));
+    LookAtFile("plug-in-settings-damaged", file, findings);
+    const QFileInfo log(folder.GetChild(QStringLiteral("Morvane.log")).GetNativePath());
+    if (log.exists())
+        findings.append({"log",
+                         QStringLiteral("The log is \"%1\", %2 bytes.").arg(log.filePath()).arg(log.size()),
+                         QString(),
+                         {},
+                         false});
+}
+
+void Doctor::LookAtFolders(QVector<Finding>& findings)
+{
+    for (const GPathName& folder : {GFileSystemBase::GetSpecialPath(GSpecialPath::cUserPreferences),
+                                    HopboxRegistry::GetPathName().GetParent(),
+                                    HopboxRegistry::GetCacheFolder(), HopboxRegistry::GetSettingsFolder()}) {
+        const QString path = folder.GetNativePath();
+        const QFileInfo info(path);
+        if (!info.exists())
+            continue;
+        if ((info.permissions() & cOthersWrite) != 0)
+            findings.append({"folder-open", QStringLiteral("Others may change the folder \"%1\".").arg(path),
+                             QStringLiteral("chmod go-w %1").arg(Quote(path)), [path, info] {
+                                 return QFile::setPermissions(path, info.permissions() & ~cOthersWrite);
+                             }});
+    }
+    const QString temporary = GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary).GetNativePath();
+    const QFileInfo info(temporary);
+    if (info.exists() && !(info.isDir() && info.isWritable()))
+        findings.append(
+            {"temporary-folder",
+             QStringLiteral("The folder for temporary files, \"%1\", can't be used.").arg(temporary),
+             QStringLiteral("look at its rights, or set TMPDIR"),
+             {}});
+}
+
+void Doctor::LookAtReceivers(QVector<Finding>& findings)
+{
+    for (const uint32_t process : GProcessInfo::GetProcessIDs(HopboxMessage::cProcessImage)) {
+        if (GPPIPCManager::Get()->GetReceiverState(process) == GPPIPCState::Reachable)
+            return;
+    }
+    findings.append(
+        {"no-receiver",
+         QStringLiteral("No receiver is running that could take a job."),
+         QStringLiteral("PrinterProcessorWin.exe --inbox DIR (\"hopboxctl notify\" says why a running one "
+                        "can't be reached)"),
+         {}});
+}
