@@ -6,6 +6,8 @@
 #include <QFile>
 #include <QRegularExpression>
 
+#include <algorithm>
+
 namespace Morvane
 {
 static constexpr qint64 cDefaultMemoryLimit = 64 * 1024 * 1024;
@@ -26,6 +28,7 @@ int ZipArchive::StartIterate()
     mIndex = 0;
     mHasFailed = false;
     mBudget = ZipBudget(mLimits);
+    mIsLimited = false;
     if (mDestination != nullptr)
         mDestination->startAnew();
     const bool isOpen = mReader->open();
@@ -55,6 +58,11 @@ bool ZipArchive::ExtractCurrentFile(const QString& destinationFolder, const QStr
     if (!hasEntry(cSource))
         return false;
     const ZipEntry& entry = GetCurrentEntry();
+    ZipDestination& destination = getDestination(destinationFolder);
+    if (!isWithinReason(destination))
+        return fail(
+            cSource,
+            describe({ZipOutcome::Step::CheckEntry, {}, QStringLiteral("entries overlap, as in an attack")}));
     if (!mBudget.canTake(entry.size))
         return fail(cSource,
                     describe({ZipOutcome::Step::CheckEntry, {}, QStringLiteral("it exceeds the limit")}));
@@ -63,13 +71,26 @@ bool ZipArchive::ExtractCurrentFile(const QString& destinationFolder, const QStr
     options.mode = mode;
     options.chunkSize = cChunkSize;
     options.onWritten = [this](qint64) { return !mIsCancelled; };
-    ZipDestination& destination = getDestination(destinationFolder);
     const ZipOutcome outcome = extractEntry(*mReader, mIndex, destination, options);
     destination.closeFolders();
     if (!outcome.isDone())
         return fail(cSource, describe(outcome));
     mBudget.take(entry.size);
     return true;
+}
+
+// Once for a run from StartIterate() on.
+bool ZipArchive::isWithinReason(ZipDestination& destination)
+{
+    if (mIsLimited)
+        return mIsReasonable;
+    mIsLimited = true;
+    mIsReasonable = mLimits.allowsOverlap || !mReader->hasOverlap();
+    ZipLimits limits = mLimits;
+    if (!limits.allowsMoreThanFree)
+        limits.totalBytes = std::min(limits.totalBytes, destination.getFreeSpace());
+    mBudget = ZipBudget(limits);
+    return mIsReasonable;
 }
 
 QByteArray ZipArchive::ExtractCurrentToMemory(const QString& password)
@@ -141,6 +162,7 @@ void ZipArchive::goBackToCurrent()
 void ZipArchive::SetLimits(const ZipLimits& limits)
 {
     mLimits = limits;
+    mIsLimited = false;
     mBudget = ZipBudget(limits);
 }
 

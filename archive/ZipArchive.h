@@ -85,8 +85,8 @@ public:
     // The decoded names of all entries, as far as they can be read. The iteration stays where it is.
     QStringList GetFileList();
 
-    // What a run from StartIterate() on may put on the disk; without limits by default. An entry that would
-    // go beyond them is refused before anything is written for it.
+    // What a run from StartIterate() on may put on the disk; by default what ZipLimits has. An entry that
+    // would go beyond them is refused before anything is written for it.
     void SetLimits(const ZipLimits& limits);
 
     // How many bytes an entry that is extracted to memory may have; 64 MiB by default, never more than 1 GiB.
@@ -114,6 +114,7 @@ private:
     QString describeStep(const ZipOutcome& outcome) const;
     QString withReason(const QString& text) const;
     ZipDestination& getDestination(const QString& folder);
+    bool isWithinReason(ZipDestination& destination);
 
     QString mPath;
     std::unique_ptr<ZipReader> mReader;
@@ -127,6 +128,8 @@ private:
     int mCount = 0;
     int mIndex = 0;
     bool mHasFailed = false;
+    bool mIsLimited = false;  // whether the next is known, and the budget made for the destination
+    bool mIsReasonable = false;
     std::atomic<bool> mIsCancelled{false};
 };
 }  // namespace Morvane

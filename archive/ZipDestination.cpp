@@ -5,6 +5,8 @@
 
 #include <QDir>
 
+#include <limits>
+
 namespace Morvane
 {
 static QString makeTemporaryName()
@@ -24,6 +26,12 @@ QString ZipDestination::getPath(const QStringList& parts) const
 bool ZipDestination::makeFolder(const QStringList& parts, int mode)
 {
     return goTo(parts, true) && (mLevels.back().folder->addMode(mode) || failBySystem());
+}
+
+qint64 ZipDestination::getFreeSpace()
+{
+    qint64 bytes = 0;
+    return mFiles.getFreeSpace(mPath, &bytes) ? bytes : std::numeric_limits<qint64>::max();
 }
 
 // Called before anything else is asked of the system.

@@ -30,6 +30,9 @@ public:
     // can't be, or when a link or a file stands in the way.
     bool makeFolder(const QStringList& parts, int mode = 0);
 
+    // Bytes that may still be written to the disk of the destination; the largest number when nobody tells.
+    qint64 getFreeSpace();
+
     // Why the last operation failed, in the system's words.
     const QString& getReason() const { return mReason; }
 

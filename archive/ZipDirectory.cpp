@@ -5,6 +5,8 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 namespace Morvane
 {
@@ -16,6 +18,8 @@ constexpr int cEnd64Size = 56;
 constexpr int cRecordSize = 46;                    // without name, extra field and comment
 constexpr qint64 cSearchedSize = 4 * 1024 * 1024;  // from the end; other programs look less far
 constexpr int cSearchStep = 32 * 1024;
+constexpr int cLocalHeaderSize = 30;  // without name and extra field
+constexpr qint64 cIsLarge = 0xffffffff;
 const QByteArray cEndMark = QByteArrayLiteral("PK\5\6");
 const QByteArray cEnd64Mark = QByteArrayLiteral("PK\6\6");
 const QByteArray cLocatorMark = QByteArrayLiteral("PK\6\7");
@@ -90,6 +94,41 @@ void walk(ZipInput& input, qint64 limit, ZipDirectory& directory)
     }
 }
 
+// The sizes and the place of an entry that do not fit into 32 bits stand in an extra field, in this order. It
+// is walked as the library walks it.
+void readLargeNumbers(const QByteArray& field, qint64& size, qint64& packedSize, qint64& offset)
+{
+    constexpr qint64 cLargeID = 1;
+    for (int place = 0; place + 4 <= field.size();) {
+        const int length = static_cast<int>(getNumber<quint16>(field, place + 2));
+        if (getNumber<quint16>(field, place) == cLargeID) {
+            int next = place + 4;
+            for (qint64* number : {&size, &packedSize, &offset}) {
+                if (*number == cIsLarge && next + 8 <= field.size()) {
+                    *number = getNumber<quint64>(field, next);
+                    next += 8;
+                }
+            }
+        }
+        place += 4 + length;
+    }
+}
+
+// The bytes that the entry of a record takes at least.
+std::pair<qint64, qint64> getExtent(ZipInput& input, qint64 place, const QByteArray& record, qint64 prefix)
+{
+    qint64 size = getNumber<quint32>(record, 24);
+    qint64 packedSize = getNumber<quint32>(record, 20);
+    qint64 offset = getNumber<quint32>(record, 42);
+    if (size == cIsLarge || packedSize == cIsLarge || offset == cIsLarge)
+        readLargeNumbers(read(input, place + cRecordSize + getNumber<quint16>(record, 28),
+                              static_cast<int>(getNumber<quint16>(record, 30))),
+                         size, packedSize, offset);
+    const qint64 limit = input.getSize();
+    const qint64 start = qBound<qint64>(0, offset, limit) + prefix;
+    return {start, start + cLocalHeaderSize + qBound<qint64>(0, packedSize, limit)};
+}
+
 std::optional<ZipDirectory> findBefore(ZipInput& input, qint64 endRecord)
 {
     const QByteArray record = read(input, endRecord, cEndSize);
@@ -133,6 +172,22 @@ QByteArray ZipDirectory::makeEnd() const
     putNumber<quint64>(bytes, end);
     putNumber<quint32>(bytes, 1);
     return bytes + cEndMark + QByteArray(4, '\0') + QByteArray(12, '\xff') + QByteArray(2, '\0');
+}
+
+bool haveEntriesOverlap(ZipInput& input, const ZipDirectory& directory)
+{
+    std::vector<std::pair<qint64, qint64>> extents;
+    for (qint64 place = directory.start; place < directory.end;) {
+        const QByteArray record = read(input, place, cRecordSize);
+        if (record.isEmpty())
+            break;
+        extents.push_back(getExtent(input, place, record, directory.prefix));
+        place += cRecordSize + getNumber<quint16>(record, 28) + getNumber<quint16>(record, 30) +
+                 getNumber<quint16>(record, 32);
+    }
+    std::sort(extents.begin(), extents.end());
+    const auto isInto = [](const auto& one, const auto& next) { return next.first < one.second; };
+    return std::adjacent_find(extents.begin(), extents.end(), isInto) != extents.end();
 }
 
 // The record nearest to the end counts whose directory is there: bytes behind the archive may look like one.

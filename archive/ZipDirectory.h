@@ -25,6 +25,10 @@ struct ZipDirectory
     QByteArray makeEnd() const;
 };
 
+// Whether the data of two entries overlap, which lets a small archive become any size: no honest program
+// makes such. Headers that the entries share count, too.
+bool haveEntriesOverlap(ZipInput& input, const ZipDirectory& directory);
+
 // Nothing when there is none.
 std::optional<ZipDirectory> findZipDirectory(ZipInput& input);
 }  // namespace Morvane

@@ -142,6 +142,11 @@ public:
             mLog.error("ZipHelper::doExtract", describeOpenFailure(mReader, mZipPath));
             return false;
         }
+        if (!mRun.limits.allowsOverlap && mReader.hasOverlap()) {
+            mLog.error("ZipHelper::doExtract",
+                       QStringLiteral("Can't extract %1: entries overlap, as in an attack.").arg(mZipPath));
+            return false;
+        }
         ZipBudget budget(mRun.limits);
         QSet<QString> missing = mNames;
         for (bool isThere = mReader.getEntryCount() > 0 && mReader.goToFirst(); isThere;
@@ -156,6 +161,13 @@ public:
             }
             budget.take(entry.size);
             mTotal += entry.size;
+        }
+        if (!mRun.limits.allowsMoreThanFree && mTotal > mDestination.getFreeSpace()) {
+            mLog.error("ZipHelper::doExtract",
+                       QStringLiteral("Can't extract %1: it needs %2 bytes, which the disk has no room for.")
+                           .arg(mZipPath)
+                           .arg(mTotal));
+            return false;
         }
         for (const QString& name : missing)
             mLog.error("ZipHelper::doExtract", QStringLiteral("Can't find %1 in %2.").arg(name, mZipPath));

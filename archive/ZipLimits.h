@@ -8,13 +8,22 @@ namespace Morvane
 {
 // How much an archive may put on the disk. The sizes that the archive declares count: extraction never writes
 // more than an entry declares, so an archive within its limits by its own word stays within them.
+//
+// Without other words, what only an attack needs is refused: entries whose data overlap, more than a million
+// entries, and more content than the disk has room for.
 struct ZipLimits
 {
     static constexpr qint64 cNone = std::numeric_limits<qint64>::max();
+    static constexpr qint64 cMillion = 1000000;
 
-    qint64 entryBytes = cNone;  // of one entry
-    qint64 totalBytes = cNone;  // of all that one run extracts
-    qint64 entryCount = cNone;  // entries that one run extracts
+    qint64 entryBytes = cNone;        // of one entry
+    qint64 totalBytes = cNone;        // of all that one run extracts
+    qint64 entryCount = cMillion;     // entries that one run extracts
+    bool allowsOverlap = false;       // whether entries may share data
+    bool allowsMoreThanFree = false;  // whether the content may be more than the free space of the disk
+
+    // No limit at all.
+    static ZipLimits none() { return {cNone, cNone, cNone, true, true}; }
 };
 
 // What one run has taken of its limits.

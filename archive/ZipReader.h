@@ -49,6 +49,9 @@ public:
     const ZipDirectory& getDirectory() const { return mDirectory; }
     ZipInput& getInput() { return *mInput; }
 
+    // Whether the data of two entries overlap. Of use once the archive is open.
+    bool hasOverlap() const { return haveEntriesOverlap(*mInput, mDirectory); }
+
     int getEntryCount() const { return mEntryCount; }
 
     // Reads the description of an entry. False when there is none left or it can't be read; the two are told

@@ -75,12 +75,14 @@ private:
 };
 
 // Extracts everything on a thread, which asks what is to be done about an entry that fails.
-bool extractWithQuestions(const QString& archive, const QString& folder, const QString& onError)
+bool extractWithQuestions(const QString& archive, const QString& folder, const QString& onError,
+                          const ZipLimits& limits)
 {
     bool isDone = true;
     ErrorQuestions questions(onError);
     QEventLoop loop;
     UnzipThread thread(archive, folder, 0);
+    thread.setLimits(limits);
     thread.setErrorHandler([&](const QString& text) {
         isDone = false;
         return questions.answer(text);
@@ -153,13 +155,15 @@ int extractArchive(const CliCall& call)
     if (call.Has("on-error") && !password->isEmpty())
         return RefuseCall(QStringLiteral("\"--on-error\" is for archives without a password."));
     const CliStop stop;
+    const ZipLimits limits = call.Has("no-limits") ? ZipLimits::none() : ZipLimits();
     if (call.Has("on-error") || (isPlain && password->isEmpty() && CliConsole::IsInputTerminal()))
-        return extractWithQuestions(call.GetArgument(0), call.GetArgument(1), onError) ? cCliDone
-                                                                                       : cCliFailed;
+        return extractWithQuestions(call.GetArgument(0), call.GetArgument(1), onError, limits) ? cCliDone
+                                                                                               : cCliFailed;
     ZipErrorPrinter printer;
     ProgressBar bar;
     ZipRun run;
     run.log = &printer;
+    run.limits = limits;
     run.progress = [&bar](qint64 done, qint64 total) { return bar.show(done, total); };
     const ZipPaths paths = call.Has("without-paths") ? ZipPaths::Drop : ZipPaths::Keep;
     return extractEntries(call, *password, paths, run) ? cCliDone : cCliFailed;
@@ -169,6 +173,7 @@ std::vector<CliOption> getOptions()
 {
     std::vector<CliOption> options = ZipOptions::GetPasswordOptions();
     options.push_back({"without-paths", "", "put every file straight into the folder"});
+    options.push_back({"no-limits", "", "also extract what looks like an attack"});
     options.push_back(
         {"on-error", "WHAT",
          "when an entry fails: skip it, stop, remove what was extracted, or ask. Without it a terminal "
@@ -180,7 +185,9 @@ std::vector<CliOption> getOptions()
 const Command cZipExtractCommand = {
     {"zip extract",
      "extract an archive, or some of its entries",
-     "Ctrl-C stops it in good order: what was extracted whole stays, and nothing half.",
+     "Ctrl-C stops it in good order: what was extracted whole stays, and nothing half.\n\n"
+     "Refused are entries that overlap, more than a million entries, and more content than the disk has room "
+     "for. --no-limits lifts that. A password is tried in Latin-1 and in UTF-8.",
      {{"ARCHIVE", "the zip archive"},
       {"DIR", "the folder for what it holds; made when it is missing"},
       {"ENTRY",

@@ -3,6 +3,7 @@
 #include <QFile>
 
 #include <memory>
+#include <optional>
 
 #include <termios.h>
 #include <unistd.h>
@@ -68,10 +69,13 @@ bool CliTerminal::ReadLine(const QByteArray& question, bool isShown, QString& li
     if (terminal == nullptr)
         return false;
     std::setvbuf(terminal.get(), nullptr, _IONBF, 0);
+    // Before the question: what is typed as soon as that is there must not be lost, or shown.
+    std::optional<Silence> silence;
+    if (!isShown)
+        silence.emplace(fileno(terminal.get()));
     std::fputs(question.constData(), terminal.get());
     if (isShown)
         return ReadFrom(terminal.get(), line);
-    const Silence silence(fileno(terminal.get()));
     const bool isRead = ReadFrom(terminal.get(), line);
     std::fputc('\n', terminal.get());
     return isRead;

@@ -146,6 +146,45 @@ TEST_F(HostileArchiveTest, ExtractionEntryByEntryKeepsToTheLimits)
     EXPECT_EQ("1", archive.ExtractToMemory("c"_q, QString()));
 }
 
+TEST_F(HostileArchiveTest, WhatOnlyAnAttackNeedsIsRefusedWithoutOtherWords)
+{
+    QByteArray overlapping = BuildArchive({{"a", "data"}, {"a", "data"}});
+    // The second record names the place of the first entry.
+    const int record = overlapping.lastIndexOf("PK\1\2");
+    for (int index = 42; index < 46; ++index)
+        overlapping[record + index] = 0;
+    overlapping[record + 46] = 'b';
+    // A petabyte, by the record with the large numbers.
+    RawEntry huge = {"huge", "data"};
+    huge.declaredSize = 0xffffffff;
+    huge.extraField = QByteArray::fromHex("01000800 0000000000000400");
+    const struct
+    {
+        QByteArray archive;
+        const char *inHelper, *inArchive;
+    } cases[] = {{overlapping, "entries overlap", "entries overlap"},
+                 {BuildArchive({huge}), "no room", "exceeds the limit"}};
+    for (const auto& test : cases) {
+        WriteFile(mArchive, test.archive);
+        mRun.limits = {};
+        EXPECT_FALSE(Extract());
+        EXPECT_TRUE(mLog.TakeErrors().value(0).contains(QLatin1String(test.inHelper)));
+        ZipArchive archive(mArchive);
+        archive.StartIterate();
+        EXPECT_FALSE(archive.ExtractCurrentFile(mTarget, QString(), 0));
+        EXPECT_TRUE(archive.GetLastError().contains(QLatin1String(test.inArchive)));
+        EXPECT_EQ(QStringList(), GetAllNames()) << "the disk stays as it was";
+        archive.SetLimits(ZipLimits::none());
+        archive.ExtractCurrentFile(mTarget, QString(), 0);
+        EXPECT_FALSE(archive.GetLastError().endsWith(QLatin1String(test.inArchive) + QLatin1Char('.')));
+        mRun.limits = ZipLimits::none();
+        Extract();
+        for (const QString& line : mLog.TakeErrors())
+            EXPECT_FALSE(line.contains(QLatin1String(test.inHelper))) << line.toStdString();
+        QDir(mTarget).removeRecursively();
+    }
+}
+
 // Whatever is done to the bytes: no crash, nothing outside the target, and every file that is there is whole.
 TEST_F(HostileArchiveTest, DamageNeverLeavesAPartialFile)
 {

@@ -93,6 +93,26 @@ TEST_P(LargeEntryTest, IsReadBackByUsAndByOtherTools)
 
 INSTANTIATE_TEST_SUITE_P(Levels, LargeEntryTest, testing::Values(1, 0));
 
+TEST_F(ArchiveTest, AMillionEntriesAreTheMost)
+{
+    constexpr int cCount = 1000001;
+    const QByteArray one = BuildArchive({{"d/", ""}});
+    const QByteArray record = one.mid(one.indexOf("PK\1\2"), 48);
+    QByteArray bytes = one.left(one.indexOf("PK\1\2"));
+    bytes.reserve(record.size() * cCount + 1000);
+    for (int number = 0; number < cCount; ++number)
+        bytes += record;
+    QByteArray end = one.right(22);
+    for (int index = 8; index < 12; ++index)
+        end[index] = 1;
+    for (int index = 0; index < 4; ++index)
+        end[12 + index] = static_cast<char>(record.size() * qint64(cCount) >> 8 * index);
+    WriteFile(mArchive, bytes + end);
+    mRun.limits.allowsOverlap = true;
+    EXPECT_FALSE(Extract());
+    EXPECT_TRUE(mLog.TakeErrors().value(0).contains(QLatin1String("exceeds the limit")));
+}
+
 TEST_F(ArchiveTest, Over65535Entries)
 {
     constexpr int cCount = 65600;

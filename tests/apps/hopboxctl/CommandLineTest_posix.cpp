@@ -139,6 +139,26 @@ TEST_F(CommandLine, ColoursAreForTerminalsAndAsTheUserSays)
     }
 }
 
+TEST_F(CommandLine, APasswordIsAskedForOnTheTerminalAndNotShown)
+{
+    WriteFile(GetPath("a.txt"), "text");
+    for (const char* call : {"create made.zip a.txt --ask-password", "test made.zip --ask-password"}) {
+        QProcess terminal;
+        terminal.setWorkingDirectory(mSandbox.GetPath());
+        terminal.start(
+            "script"_q,
+            {"-qec"_q, GetProgramPath("hopboxctl") + " zip "_q + QLatin1String(call), "/dev/null"_q});
+        QByteArray shown;
+        while (!shown.contains("Password: ") && terminal.waitForReadyRead(30000))
+            shown += terminal.readAll();
+        terminal.write("geheim\n");
+        EXPECT_TRUE(terminal.waitForFinished(30000));
+        EXPECT_EQ(0, terminal.exitCode()) << call << shown.constData();
+        EXPECT_FALSE((shown + terminal.readAll()).contains("geheim"));
+    }
+    EXPECT_EQ(1, Run("zip test made.zip --password other"_q.split(QLatin1Char(' '))));
+}
+
 TEST_F(CommandLine, AWordThatIsNoTextIsRefused)
 {
     EXPECT_EQ(RunShell("LC_ALL=C.UTF-8 hopboxctl create $'a\\xff' --job-options Press.joboptions"_q), 2);

@@ -86,6 +86,22 @@ TEST_F(ZipCommand, APasswordComesFromAFile)
     }
 }
 
+TEST_F(ZipCommand, WhatLooksLikeAnAttackIsExtractedWhenToldSo)
+{
+    WriteFile(GetPath("1"), "same");
+    WriteFile(GetPath("2"), "same");
+    ASSERT_EQ(0, Run("create made.zip 1 2"));
+    QByteArray bytes = ReadFile(GetPath("made.zip"));
+    for (int index = 42; index < 46; ++index)
+        bytes[bytes.lastIndexOf("PK\1\2") + index] = 0;  // both entries have the data of the first
+    WriteFile(GetPath("made.zip"), bytes);
+    for (const char* onError : {"", " --on-error skip"}) {
+        EXPECT_EQ(1, Run(QByteArray("extract made.zip out") + onError));
+        EXPECT_TRUE(mError.contains("entries overlap")) << mError.constData();
+        EXPECT_EQ(0, Run(QByteArray("extract made.zip out --no-limits") + onError)) << mError.constData();
+    }
+}
+
 TEST_F(ZipCommand, ADamagedEntryIsFoundAndDealtWithAsTold)
 {
     ASSERT_EQ(0, Run("create made.zip a.txt folder/b.txt folder/\u65E5.txt --level 0"));
