@@ -188,6 +188,8 @@ ZipDestination& ZipArchive::getDestination(const QString& folder)
     if (mDestination == nullptr || mDestinationFolder != folder) {
         mDestination = std::make_unique<ZipDestination>(folder);
         mDestinationFolder = folder;
+        mDestination->setLog(mLog);
+        mDestination->setCancelHook([this] { return mIsCancelled.load(); });
     }
     return *mDestination;
 }

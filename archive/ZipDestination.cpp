@@ -14,7 +14,10 @@ static QString makeTemporaryName()
     return QStringLiteral(".%1.part").arg(MakeRandomName(12));
 }
 
-ZipDestination::ZipDestination(const QString& path) : mPath(QDir(path).absolutePath()) {}
+ZipDestination::ZipDestination(const QString& path) : mPath(QDir(path).absolutePath())
+{
+    mFiles.setLogInterface(this);
+}
 
 ZipDestination::~ZipDestination() = default;
 
@@ -32,6 +35,18 @@ qint64 ZipDestination::getFreeSpace()
 {
     qint64 bytes = 0;
     return mFiles.getFreeSpace(mPath, &bytes) ? bytes : std::numeric_limits<qint64>::max();
+}
+
+// The file handler was given a path through the open folder, which tells people nothing.
+void ZipDestination::log(LogLevel level, const QString& source, const QString& message) noexcept
+{
+    QString text = message;
+    QStringList parts;
+    for (size_t depth = 1; depth < mLevels.size(); ++depth)
+        parts.append(mLevels[depth].name);
+    if (!mLevels.empty())
+        text.replace(mLevels.back().folder->getPath(QString()), getPath(parts) + QLatin1Char('/'));
+    mLog.log(level, source, text);
 }
 
 // Called before anything else is asked of the system.

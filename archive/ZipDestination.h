@@ -1,6 +1,7 @@
 #pragma once
 
 #include "archive/ZipFolder.h"
+#include "archive/ZipLog.h"
 #include "foundation/files/FileHandler.h"
 
 #include <QStringList>
@@ -16,12 +17,12 @@ namespace Morvane
 //
 // Missing folders are made, the destination itself included. Parts are the names on the way from the
 // destination to a file or folder; none of them is "..", empty, or holds a separator.
-class ZipDestination
+class ZipDestination : private ILogInterface
 {
 public:
     // An absolute or relative path; the folder need not be there.
     explicit ZipDestination(const QString& path);
-    ~ZipDestination();
+    ~ZipDestination() override;
 
     // The absolute path of a file or folder, with '/' separators.
     QString getPath(const QStringList& parts) const;
@@ -29,6 +30,10 @@ public:
     // Makes a folder and all that is missing on the way to it, and adds the mode bits to it. False when that
     // can't be, or when a link or a file stands in the way.
     bool makeFolder(const QStringList& parts, int mode = 0);
+
+    // Where waiting for whoever holds a file is told, and what ends the wait; see FileHandler.
+    void setLog(const ZipLog& log) { mLog = log; }
+    void setCancelHook(const FileHandler::CancelHook& isCancelled) { mFiles.setCancelHook(isCancelled); }
 
     // Bytes that may still be written to the disk of the destination; the largest number when nobody tells.
     qint64 getFreeSpace();
@@ -57,6 +62,7 @@ private:
     };
 
     bool goTo(const QStringList& parts, bool isMaking);
+    void log(LogLevel level, const QString& source, const QString& message) noexcept override;
     bool failBySystem();
     bool openRoot(bool isMaking);
     bool descend(const QString& name, bool isMaking);
@@ -65,6 +71,7 @@ private:
     QString mReason;
     std::vector<Level> mLevels;  // the open folders from the destination down to the one used last
     std::map<FileIdentity, int> mWritten;
+    ZipLog mLog;
     FileHandler mFiles;  // removes and moves
     std::vector<QStringList> mMadeFolders;
 };

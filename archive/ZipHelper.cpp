@@ -117,6 +117,7 @@ public:
     Extraction(const QString& zipPath, const QString& destinationFolder, const ZipRun& run)
         : mZipPath(zipPath), mReader(zipPath), mDestination(destinationFolder), mRun(run), mLog(run.log)
     {
+        mDestination.setLog(mLog);
         mOptions.chunkSize = cChunkSize;
         mOptions.keepsDates = true;
         mOptions.onWritten = [this](qint64 bytes) {

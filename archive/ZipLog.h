@@ -15,6 +15,9 @@ public:
     void error(const char* source, const QString& message) const;
     void debug(const char* source, const QString& message) const;
 
+    // What another layer reports.
+    void log(LogLevel level, const QString& source, const QString& message) const;
+
 private:
     ILogInterface* mLog;
 };

@@ -175,7 +175,8 @@ const Command cZipCreateCommand = {
     {"zip create",
      "make an archive of files and folders",
      "An archive that is there is replaced when the new one is whole. What can't be packed (links to folders "
-     "and to nothing, pipes, files that can't be read) is named, the rest is packed, and the exit status is 1.",
+     "and to nothing, pipes, files that can't be read) is named, the rest is packed, and the exit status is "
+     "1.",
      {{"ARCHIVE", "the zip archive"}, {"PATH", "a file or a folder", CliArgument::Count::cSome}},
      getWriteOptions(),
      {{"hopboxctl zip create Package.zip Package", "Packs the folder \"Package\"."}}},

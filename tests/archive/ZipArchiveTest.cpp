@@ -4,6 +4,7 @@
 #include "archive/ZipSource.h"
 
 #include <QDateTime>
+#include <QProcess>
 
 using namespace Morvane;
 
@@ -75,6 +76,28 @@ TEST_F(ZipArchiveTest, TheEndOfAnArchiveNeedNotBeAsItShould)
         EXPECT_TRUE(Extract());
         EXPECT_EQ(longerTree, ReadTree(mTarget)) << "and it can be added to";
         QDir(mTarget).removeRecursively();
+    }
+}
+
+TEST_F(ZipArchiveTest, WhatIsNoFileIsNotReadAndNotReplaced)
+{
+    if (getMadeBy() == 0)
+        GTEST_SKIP() << "A system on which a test can't make pipes.";
+    const QString pipe = mSandbox.GetPath("pipe"_q);
+    const QString loop = mSandbox.GetPath("loop"_q);
+    const QString endless = mSandbox.GetPath("endless"_q);
+    ASSERT_EQ(0, QProcess::execute("mkfifo"_q, {pipe}));
+    ASSERT_TRUE(QFile::link("loop"_q, loop) && QFile::link("/dev/zero"_q, endless));
+    for (const QString& path : {pipe, loop, endless, mSandbox.GetPath()}) {
+        ZipArchive archive(path);
+        EXPECT_EQ(0, archive.StartIterate());
+        EXPECT_TRUE(archive.GetLastError().startsWith("Can't open zip archive: %1: "_q.arg(path)))
+            << archive.GetLastError().toStdString();
+        for (const ZipStart start : {ZipStart::Create, ZipStart::Append}) {
+            ZipArchiver archiver(path);
+            EXPECT_FALSE(archiver.StartWriting(start, QString(), 6));
+            EXPECT_TRUE(archiver.GetLastError().startsWith(QLatin1String("Error opening file: ")));
+        }
     }
 }
 

@@ -111,6 +111,7 @@ TEST_F(ZipWritingTest, HeadersAreAsOtherReadersOfTheNameFieldExpect)
     ASSERT_TRUE(archiver.AddFile(mSandbox.GetPath(name), name, 0, ZipNames::Plain, QString()));
     ASSERT_TRUE(archiver.FinishWriting());
     const QByteArray plain = ReadFile(mArchive);
+    EXPECT_EQ(0, plain.indexOf(QByteArray("PK\3\4\x14\0", 6))) << "for readers of version 2.0";
     EXPECT_EQ(6, plain.indexOf(QByteArray("\0\x08\0\0", 4))) << "UTF-8 names, stored";
     EXPECT_EQ(30, plain.indexOf("1\xE6\x97\xA5"
                                 "content"));

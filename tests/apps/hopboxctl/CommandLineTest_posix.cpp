@@ -145,9 +145,8 @@ TEST_F(CommandLine, APasswordIsAskedForOnTheTerminalAndNotShown)
     for (const char* call : {"create made.zip a.txt --ask-password", "test made.zip --ask-password"}) {
         QProcess terminal;
         terminal.setWorkingDirectory(mSandbox.GetPath());
-        terminal.start(
-            "script"_q,
-            {"-qec"_q, GetProgramPath("hopboxctl") + " zip "_q + QLatin1String(call), "/dev/null"_q});
+        terminal.start("script"_q, {"-qec"_q, GetProgramPath("hopboxctl") + " zip "_q + QLatin1String(call),
+                                    "/dev/null"_q});
         QByteArray shown;
         while (!shown.contains("Password: ") && terminal.waitForReadyRead(30000))
             shown += terminal.readAll();
