@@ -5,8 +5,10 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QGridLayout>
 #include <QLabel>
+#include <QMenu>
 #include <QSignalBlocker>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -48,12 +50,22 @@ enum Row
     cSpreadsRow = cOffsetRow
 };
 
-// A check box that leaves what the job options say can be brought back to that.
-void ShowState(QCheckBox& box, std::optional<bool> isOn, const QString& textOfUnknown)
+// A check box that leaves what the job options say can be clicked back to that.
+void ShowState(QCheckBox& box, std::optional<bool> isOn)
 {
     box.setTristate(!isOn);
-    box.setToolTip(isOn ? QString() : textOfUnknown);
     box.setCheckState(!isOn ? Qt::PartiallyChecked : (*isOn ? Qt::Checked : Qt::Unchecked));
+}
+
+QString GetTextOfUnknown()
+{
+    return GCUSPDFSettingsAdjWdt::tr("As the job options say");
+}
+
+QString GetWeightText(double points)
+{
+    const bool isHairline = points < 0.25;
+    return GCUSPDFSettingsAdjWdt::tr("%1 pt").arg(QLocale().toString(points, 'f', isHairline ? 3 : 2));
 }
 
 std::optional<bool> ReadState(const QCheckBox& box)
@@ -103,7 +115,7 @@ void GCUSPDFSettingsAdjWdt::AddMarkLines(QGridLayout& grid)
     mWeightLabel = new QLabel(tr("&Weight:"));
     mWeight = new QComboBox;
     for (const double points : AdjustmentValues::cWeightPoints)
-        mWeight->addItem(tr("%1 pt").arg(locale().toString(points, 'f', points < 0.25 ? 3 : 2)));
+        mWeight->addItem(GetWeightText(points));
     mWeightLabel->setBuddy(mWeight);
     grid.addWidget(mWeightLabel, cWeightRow, cMarkLabel);
     grid.addWidget(mWeight, cWeightRow, cMarkField);
@@ -162,14 +174,21 @@ void GCUSPDFSettingsAdjWdt::AlignRows(QGridLayout& grid)
 void GCUSPDFSettingsAdjWdt::ConnectSignals()
 {
     connect(mAllMarks, &QCheckBox::clicked, this, &GCUSPDFSettingsAdjWdt::OnAllMarksClicked);
-    for (QCheckBox* mark : mMarks)
+    for (QCheckBox* mark : mMarks) {
         connect(mark, &QCheckBox::stateChanged, this, &GCUSPDFSettingsAdjWdt::ShowAllMarks);
+        connect(mark, &QCheckBox::stateChanged, this, &GCUSPDFSettingsAdjWdt::ShowTips);
+    }
+    connect(mWeight, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+            &GCUSPDFSettingsAdjWdt::ShowTips);
+    connect(mDocumentBleed, &QCheckBox::stateChanged, this, &GCUSPDFSettingsAdjWdt::ShowTips);
     connect(mDocumentBleed, &QCheckBox::stateChanged, this, &GCUSPDFSettingsAdjWdt::ShowBleedChoice);
     connect(mChain, &GQUIChainButton::clicked, this, &GCUSPDFSettingsAdjWdt::OnChainClicked);
     connect(mDocumentBleed, &QCheckBox::stateChanged, this, &GCUSPDFSettingsAdjWdt::Changed);
     for (GQUIUnitSpinBox* field : mBleeds)
         connect(field, &GQUIUnitSpinBox::Changed, this, [this, field] { OnBleedChanged(*field); });
     for (GQUIUnitSpinBox* field : GetLengths()) {
+        field->SetTextOfNothing(GetTextOfUnknown());
+        connect(field, &GQUIUnitSpinBox::Changed, this, &GCUSPDFSettingsAdjWdt::ShowTips);
         connect(field, &GQUIUnitSpinBox::Changed, this, &GCUSPDFSettingsAdjWdt::Changed);
         connect(field, &GQUIUnitSpinBox::Corrected, this, [this, field] {
             emit Corrected(tr("%1: the nearest length that is possible was set, %2.")
@@ -180,9 +199,8 @@ void GCUSPDFSettingsAdjWdt::ConnectSignals()
 
 void GCUSPDFSettingsAdjWdt::Load(const Values& values)
 {
-    const QString unknown = tr("Partially checked: as the PDF settings say");
     for (int mark = 0; mark < cMarkCount; ++mark)
-        ShowState(*mMarks.at(mark), AdjustmentValues::GetMark(values, mark), unknown);
+        ShowState(*mMarks.at(mark), AdjustmentValues::GetMark(values, mark));
     ShowAllMarks();
     mWeight->setCurrentIndex(AdjustmentValues::GetMarkWeight(values).value_or(-1));
     mOffset->SetPoints(AdjustmentValues::GetMarkOffset(values));
@@ -194,11 +212,18 @@ void GCUSPDFSettingsAdjWdt::Load(const Values& values)
     mChain->setChecked(std::all_of(mBleeds.begin(), mBleeds.end(), [this](const GQUIUnitSpinBox* field) {
         return field->GetPoints() == mBleeds.front()->GetPoints();
     }));
-    ShowState(*mDocumentBleed, AdjustmentValues::UsesDocumentBleed(values), unknown);
+    ShowState(*mDocumentBleed, AdjustmentValues::UsesDocumentBleed(values));
     ShowBleedChoice();
     mSlug->setChecked(AdjustmentValues::IsSlugIncluded(values));
     mSpreads->setChecked(AdjustmentValues::AreSpreadsPrinted(values));
+    ShowTips();
     emit Changed();
+}
+
+void GCUSPDFSettingsAdjWdt::SetDefaults(const AdjustmentDefaults& defaults)
+{
+    mDefaults = defaults;
+    ShowTips();
 }
 
 void GCUSPDFSettingsAdjWdt::Store(Values& values) const
@@ -300,4 +325,57 @@ void GCUSPDFSettingsAdjWdt::ShowBleedChoice()
     for (GQUIUnitSpinBox* field : mBleeds)
         field->setEnabled(isOwn);
     mChain->setEnabled(isOwn);
+}
+
+// What is left to the job options tells what they give.
+void GCUSPDFSettingsAdjWdt::ShowTips()
+{
+    const auto describe = [](QWidget& control, const QString& tip) {
+        control.setToolTip(tip);
+        control.setAccessibleDescription(tip);
+    };
+    const auto getTip = [](bool isLeft, const QString& given) {
+        return !isLeft ? QString()
+                       : (given.isEmpty() ? GetTextOfUnknown() : tr("As the job options say: %1").arg(given));
+    };
+    const auto describeBox = [&](QCheckBox& box, std::optional<bool> given) {
+        const QString text = given ? (*given ? tr("on") : tr("off")) : QString();
+        describe(box, getTip(!ReadState(box), text));
+    };
+    const auto describeLength = [&](GQUIUnitSpinBox& field, std::optional<double> given) {
+        const QString tip = getTip(!field.GetPoints(), given ? field.GetText(*given) : QString());
+        describe(field, tip.isEmpty() ? field.GetRangeTip() : tip + QLatin1Char('\n') + field.GetRangeTip());
+    };
+    for (int mark = 0; mark < cMarkCount; ++mark)
+        describeBox(*mMarks.at(mark), mDefaults.marks.at(mark));
+    describeBox(*mDocumentBleed, mDefaults.documentBleed);
+    describe(*mWeight, getTip(mWeight->currentIndex() < 0,
+                              mDefaults.weight ? GetWeightText(*mDefaults.weight) : QString()));
+    describeLength(*mOffset, mDefaults.offset);
+    for (int bleed = 0; bleed < cBleedCount; ++bleed)
+        describeLength(*mBleeds.at(bleed), mDefaults.bleeds.at(bleed));
+}
+
+// The fields for lengths have menus of their own.
+void GCUSPDFSettingsAdjWdt::contextMenuEvent(QContextMenuEvent* event)
+{
+    QWidget* control = childAt(event->pos());
+    if (control == nullptr || !control->isEnabled() ||
+        (control != mWeight && !qobject_cast<QCheckBox*>(control)) || control == mSlug || control == mSpreads)
+        return;
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addAction(GetTextOfUnknown(), this, [this, control] { Reset(*control); });
+    menu->popup(event->globalPos());
+}
+
+void GCUSPDFSettingsAdjWdt::Reset(QWidget& control)
+{
+    if (&control == mWeight)
+        mWeight->setCurrentIndex(-1);
+    else if (&control == mDocumentBleed)
+        ShowState(*mDocumentBleed, std::nullopt);
+    for (QCheckBox* mark : mMarks)
+        if (mark == &control || (mAllMarks == &control && mark->isVisibleTo(this)))
+            ShowState(*mark, std::nullopt);
 }

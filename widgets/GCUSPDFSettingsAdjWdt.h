@@ -11,10 +11,20 @@ class QComboBox;
 class QGridLayout;
 class QLabel;
 
+// What the job options give for the values that the user has not set; empty where that is not known.
+struct AdjustmentDefaults
+{
+    std::array<std::optional<bool>, AdjustmentValues::cMarkCount> marks;
+    std::optional<double> weight;  // points, as all lengths
+    std::optional<double> offset;
+    std::optional<bool> documentBleed;
+    std::array<std::optional<double>, AdjustmentValues::cBleedCount> bleeds;
+};
+
 // The panel on which the user adjusts a PDF setting: printer's marks on the left, bleed on the right.
 //
 // A value that leaves what the job options say (AdjustmentValues) is shown as a check box that is partially
-// checked, or a blank field.
+// checked, or a blank field, and each can be brought back to that by its context menu.
 class GCUSPDFSettingsAdjWdt : public QWidget
 {
     Q_OBJECT
@@ -35,6 +45,9 @@ public:
 
     void Load(const Values& values);
 
+    // What the tips of partially checked boxes and blank fields tell; nothing known at first.
+    void SetDefaults(const AdjustmentDefaults& defaults);
+
     // Sets what the panel shows different from what the values say, and removes what the user has brought
     // back to what the job options say; no other key is touched. So a value that says nothing, or that the
     // panel doesn't show, stays as it is. Without a complaint, all that counts is shown.
@@ -51,6 +64,9 @@ signals:
     void Changed();
     // A length beyond a field's range was replaced; the note says which and by what.
     void Corrected(const QString& note);
+
+protected:
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     using Marks = std::array<QCheckBox*, AdjustmentValues::cMarkCount>;
@@ -69,7 +85,10 @@ private:
     void OnBleedChanged(const GQUIUnitSpinBox& changed);
     void ShowAllMarks();
     void ShowBleedChoice();
+    void ShowTips();
+    void Reset(QWidget& control);
 
+    AdjustmentDefaults mDefaults;
     QCheckBox* mAllMarks;
     Marks mMarks;
     QLabel* mWeightLabel;

@@ -3,10 +3,12 @@
 #include "foundation/core/GUnitSupport.h"
 #include "widgets/GQUILengthText.h"
 
+#include <QContextMenuEvent>
 #include <QFocusEvent>
 #include <QFontMetrics>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMenu>
 #include <QTimer>
 #include <QToolTip>
 
@@ -33,7 +35,7 @@ double GetStep(int32_t unitCode)
 GQUIUnitSpinBox::GQUIUnitSpinBox(QWidget* parent) : QAbstractSpinBox(parent)
 {
     connect(lineEdit(), &QLineEdit::textChanged, this, &GQUIUnitSpinBox::OnTextChanged);
-    DescribeRange();
+    setToolTip(GetRangeTip());
 }
 
 void GQUIUnitSpinBox::SetPoints(std::optional<double> points)
@@ -46,12 +48,17 @@ void GQUIUnitSpinBox::SetRangePoints(double min, double max)
 {
     mMinimum = min;
     mMaximum = max;
-    DescribeRange();
+    setToolTip(GetRangeTip());
 }
 
 QString GQUIUnitSpinBox::GetRangeText() const
 {
     return tr("%1 to %2").arg(GetText(mMinimum), GetText(mMaximum));
+}
+
+QString GQUIUnitSpinBox::GetRangeTip() const
+{
+    return tr("%1, in any unit: 3 mm, 0.125 in, 1p6, 9 pt").arg(GetRangeText());
 }
 
 QSize GQUIUnitSpinBox::sizeHint() const
@@ -111,6 +118,17 @@ void GQUIUnitSpinBox::wheelEvent(QWheelEvent* event)
         event->ignore();
 }
 
+void GQUIUnitSpinBox::contextMenuEvent(QContextMenuEvent* event)
+{
+    QMenu* menu = lineEdit()->createStandardContextMenu();
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    if (!mTextOfNothing.isEmpty()) {
+        menu->addSeparator();
+        menu->addAction(mTextOfNothing, this, [this] { SetPoints({}); });
+    }
+    menu->popup(event->globalPos());
+}
+
 void GQUIUnitSpinBox::OnTextChanged(const QString& text)
 {
     mIsAcceptable = true;
@@ -154,7 +172,7 @@ bool GQUIUnitSpinBox::TakeText()
 void GQUIUnitSpinBox::ShowRange()
 {
     if (isVisible())
-        QToolTip::showText(mapToGlobal(rect().bottomLeft()), toolTip(), this);
+        QToolTip::showText(mapToGlobal(rect().bottomLeft()), GetRangeTip(), this);
 }
 
 double GQUIUnitSpinBox::GetNearest(double points) const
@@ -178,9 +196,4 @@ QChar GQUIUnitSpinBox::GetDecimalSign() const
 QString GQUIUnitSpinBox::GetText(double points) const
 {
     return GQUILengthText::FromPoints(points, GUnitSupport::GetDefaultUnitCode(), GetDecimalSign());
-}
-
-void GQUIUnitSpinBox::DescribeRange()
-{
-    setToolTip(tr("%1, in any unit: 3 mm, 0.125 in, 1p6, 9 pt").arg(GetRangeText()));
 }

@@ -29,8 +29,15 @@ public:
     // Neither of them below 0.
     void SetRangePoints(double min, double max);
 
-    // "0 mm to 25.4 mm", in the default unit.
+    // What an empty field stands for: an entry of the context menu that empties it.
+    void SetTextOfNothing(const QString& text) { mTextOfNothing = text; }
+
+    // "0 mm to 25.4 mm", and with the units that may be typed.
     QString GetRangeText() const;
+    QString GetRangeTip() const;
+
+    // A length in the default unit, as the field shows it.
+    QString GetText(double points) const;
 
     // Whether the text is empty or a length that the field takes.
     bool IsAcceptable() const { return mIsAcceptable; }
@@ -51,6 +58,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     void OnTextChanged(const QString& text);
@@ -60,9 +68,8 @@ private:
     double GetNearest(double points) const;
     bool IsShownInRange(double points) const;
     QChar GetDecimalSign() const;
-    QString GetText(double points) const;
-    void DescribeRange();
 
+    QString mTextOfNothing;
     double mMinimum = 0;
     double mMaximum = 1440;
     std::optional<double> mPoints;

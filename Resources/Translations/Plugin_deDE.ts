@@ -177,10 +177,6 @@
         <translation>Druckbögen aus&amp;geben</translation>
     </message>
     <message>
-        <source>Partially checked: as the PDF settings say</source>
-        <translation>Halb angekreuzt: wie in den PDF-Einstellungen</translation>
-    </message>
-    <message>
         <source>Offset</source>
         <translation>Versatz</translation>
     </message>
@@ -191,6 +187,22 @@
     <message>
         <source>%1 takes a length, %2, or nothing.</source>
         <translation>%1: eine Länge, %2, oder nichts.</translation>
+    </message>
+    <message>
+        <source>As the job options say</source>
+        <translation>Wie in den Joboptionen</translation>
+    </message>
+    <message>
+        <source>As the job options say: %1</source>
+        <translation>Wie in den Joboptionen: %1</translation>
+    </message>
+    <message>
+        <source>on</source>
+        <translation>ein</translation>
+    </message>
+    <message>
+        <source>off</source>
+        <translation>aus</translation>
     </message>
 </context>
 <context>

@@ -177,10 +177,6 @@
         <translation>Imprimer les planc&amp;hes</translation>
     </message>
     <message>
-        <source>Partially checked: as the PDF settings say</source>
-        <translation>À moitié coché&#xa0;: selon les réglages PDF</translation>
-    </message>
-    <message>
         <source>Offset</source>
         <translation>Décalage</translation>
     </message>
@@ -191,6 +187,22 @@
     <message>
         <source>%1 takes a length, %2, or nothing.</source>
         <translation>%1 : une longueur, %2, ou rien.</translation>
+    </message>
+    <message>
+        <source>As the job options say</source>
+        <translation>Selon les options de travail</translation>
+    </message>
+    <message>
+        <source>As the job options say: %1</source>
+        <translation>Selon les options de travail : %1</translation>
+    </message>
+    <message>
+        <source>on</source>
+        <translation>activé</translation>
+    </message>
+    <message>
+        <source>off</source>
+        <translation>désactivé</translation>
     </message>
 </context>
 <context>

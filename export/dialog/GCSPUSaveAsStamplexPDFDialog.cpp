@@ -3,6 +3,7 @@
 #include "export/GCPTSaveAsTool.h"
 #include "export/PlugInPreferences.h"
 #include "export/dialog/HopboxBox.h"
+#include "export/dialog/JobOptionsDefaults.h"
 #include "export/dialog/OkButtonMode.h"
 #include "export/dialog/PageRangeEdit.h"
 #include "foundation/core/GException.h"
@@ -155,7 +156,10 @@ void GCSPUSaveAsStamplexPDFDialog::OnPDFSettingsSelectionChanged(int)
     mIsAdjustable = IsOn(settings, cUserSettings);
     if (mIsAdjustable)
         mForm.adjustment->Load(settings);
+    mForm.adjustment->SetDefaults({});
     mForm.options->setVisible(mIsAdjustable);
+    mHasDefaults = false;
+    ShowDefaults();
     Update();
     if (!mTool.GetOption(DialogOption::cFilePackage))
         return;
@@ -191,7 +195,19 @@ void GCSPUSaveAsStamplexPDFDialog::OnRadioGroupClicked(int id)
 
 void GCSPUSaveAsStamplexPDFDialog::OnCollapsibleButtonClicked()
 {
+    ShowDefaults();
     adjustSize();
+}
+
+// Once for each selection, and only for those who look at the options: the project's archive is opened for
+// it.
+void GCSPUSaveAsStamplexPDFDialog::ShowDefaults()
+{
+    const HopboxList::Item* item = mForm.pdfSettings->GetCurrentItem();
+    if (mHasDefaults || !mIsAdjustable || item == nullptr || mForm.options->IsCollapsed())
+        return;
+    mHasDefaults = true;
+    mForm.adjustment->SetDefaults(ReadJobOptionsDefaults(item->record));
 }
 
 // What keeps the choices from being exported; empty when they can be.

@@ -46,6 +46,7 @@ private:
 
     void FillPDFSettings();
     void ReadHopboxes();
+    void ShowDefaults();
     void ShowMissing(const QStringList& keys);
     bool ChoosePackage(const HopboxList::Item& item, bool isUserChoice, bool isDefault);
     QString GetComplaint() const;
@@ -66,5 +67,6 @@ private:
     ExportDialogForm mForm;
     OkButtonMode* mMode;
     bool mIsAdjustable = false;  // the selected Hopbox lets the user adjust the options
+    bool mHasDefaults = false;   // of the selected Hopbox's job options
     QPointer<QWidget> mFocusBeforeAlt;
 };

@@ -3,8 +3,11 @@
 #include "widgets/GCUSPDFSettingsAdjWdt.h"
 #include "widgets/GQUIUnitSpinBox.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QContextMenuEvent>
+#include <QMenu>
 #include <QTest>
 
 namespace
@@ -31,12 +34,19 @@ QString ToText(const Panel::Values& values)
     return entries.join(QLatin1Char(' '));
 }
 
-void Click(QWidget* panel, const char* text)
+QCheckBox* FindBox(QWidget* panel, const char* text)
 {
     for (QCheckBox* box : panel->findChildren<QCheckBox*>())
         if (box->text().remove(QLatin1Char('&')) == QString::fromUtf8(text))
-            return QTest::mouseClick(box, Qt::LeftButton, {}, {8, box->height() / 2});
-    FAIL() << "no check box " << text;
+            return box;
+    ADD_FAILURE() << "no check box " << text;
+    return nullptr;
+}
+
+void Click(QWidget* panel, const char* text)
+{
+    QCheckBox* box = FindBox(panel, text);
+    QTest::mouseClick(box, Qt::LeftButton, {}, {8, box->height() / 2});
 }
 
 // The fields in the order on screen: offset, then top, bottom, inside, outside.
@@ -60,6 +70,22 @@ void ClickChain(QWidget* panel)
     for (QAbstractButton* button : panel->findChildren<QAbstractButton*>())
         if (button->text().isEmpty() && button->isCheckable())
             QTest::mouseClick(button, Qt::LeftButton);
+}
+
+// Chooses the last entry of a control's context menu.
+void BringBack(QWidget* panel, QWidget* control)
+{
+    QContextMenuEvent event(QContextMenuEvent::Mouse,
+                            control->mapTo(panel, QPoint(8, control->height() / 2)));
+    if (qobject_cast<GQUIUnitSpinBox*>(control) != nullptr)
+        QApplication::sendEvent(control, &event);
+    else
+        QApplication::sendEvent(panel, &event);
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(menu, nullptr);
+    EXPECT_EQ(menu->actions().last()->text(), "As the job options say"_q);
+    menu->actions().last()->trigger();
+    menu->close();
 }
 
 constexpr char cMarksOff[] = "Bleed=false ColorBars=false PageInfo=false PrinterRegistration=false ";
@@ -107,6 +133,9 @@ TEST(AdjustmentPanel, StoresWhatTheUserChanges)
     const auto type = [](int field, const char* text) {
         return [field, text](QWidget* panel) { Type(panel, field, text); };
     };
+    const auto back = [](const char* text) {
+        return [text](QWidget* panel) { BringBack(panel, FindBox(panel, text)); };
+    };
     const QString marksOff = QString::fromLatin1(cMarksOff);
     const QString equalBleeds = QString::fromLatin1(cEqualBleeds);
     const Case cases[] = {
@@ -148,6 +177,14 @@ TEST(AdjustmentPanel, StoresWhatTheUserChanges)
              EXPECT_TRUE(GetField(panel, 1)->isEnabled());
          },
          "BleedChoice=1 BleedTopValue=1"_q},
+        // Everything can be brought back to the job options.
+        {"Trim=true"_q, back("Crop"), {}},
+        {"PrinterMarks=true"_q, back("Crop"),
+         "Bleed=true ColorBars=true PageInfo=true PrinterRegistration=true"_q},
+        {"Bleed=true PrinterMarks=false"_q, back("All Printer's Marks"), {}},
+        {"BleedChoice=2"_q, back("Use Document Bleed Settings"), {}},
+        {"MarkWeight=2"_q, [](QWidget* panel) { BringBack(panel, panel->findChild<QComboBox*>()); }, {}},
+        {"MarkOffset=6"_q, [](QWidget* panel) { BringBack(panel, GetField(panel, 0)); }, {}},
         {{}, click("Include Slug Area (For Bleed)"), "BleedSlugArea=true"_q},
         {"PrintSpreads=true"_q, click("Print Spreads"), "PrintSpreads=false"_q},
     };

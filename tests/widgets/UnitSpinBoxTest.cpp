@@ -119,8 +119,8 @@ TEST_F(UnitSpinBox, LeavesATextThatIsNoLengthAndCorrectsOneBeyondTheRangeVisibly
             const bool isCorrected = box.text() != QString::fromUtf8(test.typed);
             EXPECT_EQ(corrections.count(), isCorrected ? 1 : 0);
             EXPECT_EQ(box.IsAcceptable(), isCorrected);
-            EXPECT_TRUE(
-                QTest::qWaitFor([&] { return QToolTip::isVisible() && QToolTip::text() == box.toolTip(); }));
+            EXPECT_TRUE(QTest::qWaitFor(
+                [&] { return QToolTip::isVisible() && QToolTip::text() == box.GetRangeTip(); }));
             QApplication::sendEvent(&box, &enter);
             EXPECT_EQ(enter.isAccepted(), !isCorrected);
         }

@@ -1,6 +1,8 @@
 #include "DialogFixture.h"
 #include "archive/ZipArchiver.h"
+#include "foundation/prefs/GPrefMemoryModule.h"
 #include "foundation/prefs/GPrefSharedFileModule.h"
+#include "hopbox/HopboxProject.h"
 #include "widgets/GQUIUnitSpinBox.h"
 
 #include <QAbstractItemView>
@@ -19,6 +21,20 @@ void WriteRecord(const char* key, const QString& text)
     GPrefSharedFileModule module(HopboxRegistry::GetPathName(), GEncoding::GetUTF16LittleEndian());
     module.Set("PrinterProcessorRegistry", key, text);
     module.FlushPrefs();
+}
+
+// Puts a project with these job options in the place of a Hopbox's; gives its path.
+QString SetJobOptions(const GString& key, const char* text)
+{
+    HopboxRegistryEntry entry;
+    EXPECT_TRUE(HopboxRegistry().GetEntry(key, entry));
+    HopboxProject project(entry.contextFilePath);
+    GPrefMemoryModule settings;
+    EXPECT_TRUE(project.ReadSettings(settings));
+    const GPathName file = entry.contextFilePath.GetParent().GetChild("new.joboptions"_q);
+    EXPECT_TRUE(WriteFile(file.GetNativePath(), text));
+    EXPECT_TRUE(project.Create(file, settings));
+    return entry.contextFilePath.GetNativePath();
 }
 
 QString ToText(bool value)
@@ -365,6 +381,43 @@ TEST_F(DialogTest, ATextThatIsNoLengthKeepsNobodyFromRemovingNorCountsWhereItsFi
     EXPECT_TRUE(ok->isEnabled());
     list->setCurrentIndex(0);
     EXPECT_TRUE(ok->isEnabled()) << "the text of another visit";
+}
+
+// Read once for each selection, and only for those who look.
+TEST_F(DialogTest, WhatIsLeftToTheJobOptionsTellsWhatTheyGive)
+{
+    Add("Press", "1", "UserSettings=true MarkOffset=3");
+    const QString project = SetJobOptions("Press"_q,
+                                          "<< /OtherNamespaces [<< /AddCropMarks true /AddBleedMarks false "
+                                          "/MarksWeight 0.25 /MarksOffset 6 /UseDocumentBleed false "
+                                          "/BleedOffset [9 8 (x) 0] >>] >> setdistillerparams");
+    Open();
+    const auto getTip = [this](QWidget& widget) {
+        EXPECT_EQ(widget.accessibleDescription(), widget.toolTip());
+        return widget.toolTip();
+    };
+    const QString unknown = "As the job options say"_q;
+    EXPECT_EQ(getTip(Find("Crop")), unknown);
+    Find("Options").click();
+    const auto fields = mDialog->findChildren<GQUIUnitSpinBox*>();
+    const QString anyBleed = "\n0 pt to 432 pt, in any unit: 3 mm, 0.125 in, 1p6, 9 pt"_q;
+    const std::pair<QWidget*, QString> cases[] = {
+        {&Find("Crop"), unknown + ": on"_q},
+        {&Find("Bleed"), unknown + ": off"_q},
+        {&Find("Registration"), unknown},
+        {&Find("Use Document Bleed Settings"), unknown + ": off"_q},
+        {mDialog->findChildren<QComboBox*>().last(), unknown + ": 0.25 pt"_q},
+        {fields.at(0), "0.01 pt to 72 pt, in any unit: 3 mm, 0.125 in, 1p6, 9 pt"_q},
+        {fields.at(1), unknown + ": 9 pt"_q + anyBleed},
+        {fields.at(3), unknown + anyBleed}};
+    QFile::remove(project);
+    for (int look = 0; look < 3; ++look) {
+        for (const auto& [widget, tip] : cases)
+            EXPECT_EQ(getTip(*widget), tip);
+        Find("Options").click();
+    }
+    Find("Crop").click();
+    EXPECT_EQ(getTip(Find("Crop")), QString());
 }
 
 TEST_F(DialogTest, AHopboxWithoutAReadableProjectIsListedAndFailsWhenChosen)

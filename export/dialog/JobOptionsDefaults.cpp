@@ -1,0 +1,62 @@
+#include "export/dialog/JobOptionsDefaults.h"
+
+#include "foundation/system/GFileSystemBase.h"
+#include "foundation/trace/GTrace.h"
+#include "hopbox/HopboxProject.h"
+#include "hopbox/HopboxRegistryEntry.h"
+#include "joboptions/JobOptions.h"
+
+#include <QTemporaryDir>
+
+namespace
+{
+constexpr std::array<const char*, AdjustmentValues::cMarkCount> cMarkKeys = {
+    "AddCropMarks", "AddBleedMarks", "AddRegMarks", "AddColorBars", "AddPageInfo"};
+
+bool Read(const HopboxRecord& record, JobOptions& options, QString& error)
+{
+    const GPathName temporary = GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary);
+    const QTemporaryDir folder(temporary.GetChild(QStringLiteral("XXXXXX")).GetNativePath());
+    HopboxProject project(record.entry.contextFilePath);
+    GPathName file;
+    if (project.ExtractJobOptions(GPathName(folder.path()), file))
+        return options.Read(file.GetNativePath(), error);
+    error = project.GetLastError();
+    return false;
+}
+
+std::optional<bool> GetSwitch(const JobOptions& options, const char* key)
+{
+    const PostScriptValue* value = options.FindLayoutSetting(key);
+    return value != nullptr && value->Is(PostScriptValue::Type::Boolean)
+               ? std::make_optional(value->GetBoolean())
+               : std::nullopt;
+}
+
+std::optional<double> GetLength(const PostScriptValue* value)
+{
+    return value != nullptr && value->Is(PostScriptValue::Type::Number)
+               ? std::make_optional(value->GetNumber())
+               : std::nullopt;
+}
+}  // namespace
+
+AdjustmentDefaults ReadJobOptionsDefaults(const HopboxRecord& record)
+{
+    AdjustmentDefaults defaults;
+    JobOptions options;
+    if (QString error; !Read(record, options, error)) {
+        GTrace::Error(QStringLiteral("ReadJobOptionsDefaults"), error);
+        return defaults;
+    }
+    for (size_t mark = 0; mark < cMarkKeys.size(); ++mark)
+        defaults.marks.at(mark) = GetSwitch(options, cMarkKeys.at(mark));
+    defaults.weight = GetLength(options.FindLayoutSetting("MarksWeight"));
+    defaults.offset = GetLength(options.FindLayoutSetting("MarksOffset"));
+    defaults.documentBleed = GetSwitch(options, "UseDocumentBleed");
+    const PostScriptValue* bleeds = options.FindLayoutSetting("BleedOffset");
+    if (bleeds != nullptr && bleeds->GetItems().size() == defaults.bleeds.size())
+        for (size_t bleed = 0; bleed < defaults.bleeds.size(); ++bleed)
+            defaults.bleeds.at(bleed) = GetLength(&bleeds->GetItems().at(bleed));
+    return defaults;
+}
