@@ -3,12 +3,15 @@
 #include "widgets/GQUIChainButton.h"
 #include "widgets/GQUIUnitSpinBox.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QContextMenuEvent>
 #include <QGridLayout>
 #include <QLabel>
 #include <QMenu>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -77,7 +80,15 @@ std::optional<bool> ReadState(const QCheckBox& box)
 
 GCUSPDFSettingsAdjWdt::GCUSPDFSettingsAdjWdt(QWidget* parent) : QWidget(parent)
 {
-    auto* grid = new QGridLayout(this);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    mScroller = new QScrollArea;
+    mScroller->setFrameShape(QFrame::NoFrame);
+    mScroller->setFocusPolicy(Qt::NoFocus);
+    mScroller->setWidgetResizable(true);
+    layout->addWidget(mScroller);
+    mContent = new QWidget;
+    auto* grid = new QGridLayout(mContent);
     grid->setContentsMargins(0, 0, 0, 0);
     AddMarks(*grid);
     AddMarkLines(*grid);
@@ -87,8 +98,25 @@ GCUSPDFSettingsAdjWdt::GCUSPDFSettingsAdjWdt(QWidget* parent) : QWidget(parent)
     grid->setColumnMinimumWidth(cColumnGap, fontMetrics().averageCharWidth() * 4);
     grid->setColumnStretch(cMarkField, 1);
     grid->setColumnStretch(cRest, 1000);  // what the panel is too wide
+    mScroller->setWidget(mContent);
     ConnectSignals();
     Load({});
+}
+
+QSize GCUSPDFSettingsAdjWdt::sizeHint() const
+{
+    QSize size = mContent->sizeHint();
+    if (size.height() > mMostHeight)
+        size = {size.width() + mScroller->verticalScrollBar()->sizeHint().width(), mMostHeight};
+    return size;
+}
+
+void GCUSPDFSettingsAdjWdt::SetMostHeight(int height)
+{
+    if (height == mMostHeight)
+        return;
+    mMostHeight = height;
+    updateGeometry();
 }
 
 void GCUSPDFSettingsAdjWdt::AddMarks(QGridLayout& grid)
@@ -173,6 +201,10 @@ void GCUSPDFSettingsAdjWdt::AlignRows(QGridLayout& grid)
 
 void GCUSPDFSettingsAdjWdt::ConnectSignals()
 {
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+        if (now != nullptr && mContent->isAncestorOf(now))
+            mScroller->ensureWidgetVisible(now);
+    });
     connect(mAllMarks, &QCheckBox::clicked, this, &GCUSPDFSettingsAdjWdt::OnAllMarksClicked);
     for (QCheckBox* mark : mMarks) {
         connect(mark, &QCheckBox::stateChanged, this, &GCUSPDFSettingsAdjWdt::ShowAllMarks);

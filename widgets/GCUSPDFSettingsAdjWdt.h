@@ -10,6 +10,7 @@ class QCheckBox;
 class QComboBox;
 class QGridLayout;
 class QLabel;
+class QScrollArea;
 
 // What the job options give for the values that the user has not set; empty where that is not known.
 struct AdjustmentDefaults
@@ -59,6 +60,12 @@ public:
 
     void SetShown(Control control, bool isShown);
 
+    // Pixels; a content that is higher scrolls.
+    void SetMostHeight(int height);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
 signals:
     // The complaint may be another one now.
     void Changed();
@@ -89,6 +96,9 @@ private:
     void Reset(QWidget& control);
 
     AdjustmentDefaults mDefaults;
+    int mMostHeight = QWIDGETSIZE_MAX;
+    QScrollArea* mScroller;
+    QWidget* mContent;
     QCheckBox* mAllMarks;
     Marks mMarks;
     QLabel* mWeightLabel;

@@ -2,10 +2,35 @@
 
 #include "widgets/GCUSModalTime.h"
 
+#include <QAbstractButton>
+
 GQUIWindow::GQUIWindow(QWidget* parent, Qt::WindowFlags flags) : QDialog(parent, flags)
 {
     if (flags == Qt::WindowFlags())
         setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+}
+
+// In dark colours some styles draw the frames of check boxes darker than the window: only a lighter field
+// tells then where they are.
+static void BrightenIndicators(QWidget& window)
+{
+    const QColor ground = window.palette().color(QPalette::Window);
+    if (ground.lightness() >= 128)
+        return;
+    const QColor text = window.palette().color(QPalette::WindowText);
+    const QColor field((3 * ground.red() + text.red()) / 4, (3 * ground.green() + text.green()) / 4,
+                       (3 * ground.blue() + text.blue()) / 4);
+    for (QAbstractButton* button : window.findChildren<QAbstractButton*>()) {
+        QPalette palette = button->palette();
+        palette.setColor(QPalette::Base, field);
+        button->setPalette(palette);
+    }
+}
+
+void GQUIWindow::showEvent(QShowEvent* event)
+{
+    BrightenIndicators(*this);
+    QDialog::showEvent(event);
 }
 
 int GQUIWindow::exec()

@@ -12,4 +12,7 @@ public:
     explicit GQUIWindow(QWidget* parent = nullptr, Qt::WindowFlags flags = {});
 
     int exec() override;
+
+protected:
+    void showEvent(QShowEvent* event) override;
 };

@@ -22,8 +22,10 @@
 #include <QDialogButtonBox>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLayout>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 #include <QSignalBlocker>
 
 namespace
@@ -75,7 +77,11 @@ GCSPUSaveAsStamplexPDFDialog::GCSPUSaveAsStamplexPDFDialog(QWidget* parent, GCPT
     mForm.pdfSettings->setFocus();
 }
 
-GCSPUSaveAsStamplexPDFDialog::~GCSPUSaveAsStamplexPDFDialog() = default;
+// The base hides the window, which ends Remove: nobody is there to be told then.
+GCSPUSaveAsStamplexPDFDialog::~GCSPUSaveAsStamplexPDFDialog()
+{
+    delete mMode;
+}
 
 void GCSPUSaveAsStamplexPDFDialog::ConnectSignals()
 {
@@ -197,6 +203,24 @@ void GCSPUSaveAsStamplexPDFDialog::OnCollapsibleButtonClicked()
 {
     ShowDefaults();
     adjustSize();
+}
+
+// OK and Cancel are always within reach: the dialog stays on its screen, and what is too high for that
+// scrolls.
+void GCSPUSaveAsStamplexPDFDialog::resizeEvent(QResizeEvent* event)
+{
+    GQUIWindow::resizeEvent(event);
+    const QRect room = screen()->availableGeometry();
+    const QSize frame = frameGeometry().size() - size();
+    const int rest = layout()->totalSizeHint().height() - mForm.adjustment->sizeHint().height();
+    if (!mForm.options->isHidden() && !mForm.options->IsCollapsed())
+        mForm.adjustment->SetMostHeight(std::max(0, room.height() - frame.height() - rest));
+    if (!isVisible())
+        return;
+    const QPoint most =
+        room.bottomRight() + QPoint(1, 1) - QPoint(width() + frame.width(), height() + frame.height());
+    move(std::max(room.left(), std::min(pos().x(), most.x())),
+         std::max(room.top(), std::min(pos().y(), most.y())));
 }
 
 // Once for each selection, and only for those who look at the options: the project's archive is opened for

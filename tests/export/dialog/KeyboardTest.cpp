@@ -1,8 +1,11 @@
 #include "DialogFixture.h"
+#include "widgets/GCUSPDFSettingsAdjWdt.h"
 #include "widgets/GCUSTranslation.h"
+#include "widgets/GQUIUnitSpinBox.h"
 
 #include <QAccessible>
 #include <QContextMenuEvent>
+#include <QScreen>
 #include <QToolButton>
 
 #include <set>
@@ -221,7 +224,7 @@ TEST_F(KeyboardTest, TheTabKeyGoesDownTheScreenAndEveryStopHasAName)
     for (QWidget* widget : stops) {
         const QString name = QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name);
         EXPECT_FALSE(name.isEmpty()) << widget->metaObject()->className();
-        if (!widget->parentWidget()->inherits("GCUSPDFSettingsAdjWdt")) {
+        if (!mDialog->findChild<GCUSPDFSettingsAdjWdt*>()->isAncestorOf(widget)) {
             const QPoint place = widget->mapTo(mDialog.get(), QPoint(0, 0));
             EXPECT_TRUE(place.y() > last.y() + 5 || place.x() > last.x()) << name.toStdString();
             last = place;
@@ -262,6 +265,50 @@ TEST_F(KeyboardTest, InEachLanguageNothingIsCutOrJumpsAndMnemonicsAreUnique)
         WindowDriver::Release(Qt::Key_Alt);
     }
     GCUSTranslation::Unload();
+}
+
+// Wherever the dialog stands, and however low the screen is for its letters.
+TEST_F(KeyboardTest, OKAndCancelStayOnTheScreenAndAllOptionsWithinReach)
+{
+    Add("Press", "Press");
+    const QFont font = QApplication::font();
+    for (const int size : {9, 22}) {
+        SCOPED_TRACE(size);
+        QFont large = font;
+        large.setPointSize(size);
+        QApplication::setFont(large);
+        Open();
+        const QRect room = mDialog->screen()->availableGeometry();
+        mDialog->move(0, room.bottom() - mDialog->height());
+        const auto isOnScreen = [&](const QWidget& widget) {
+            const QRect place(widget.mapToGlobal({}), widget.size());
+            return room.top() <= place.top() && place.bottom() <= room.bottom();
+        };
+        Find("Options").click();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return isOnScreen(*ok) && isOnScreen(Find("Cancel")); }));
+        EXPECT_LE(mDialog->frameGeometry().height(), room.height());
+        EXPECT_GE(mDialog->frameGeometry().top(), room.top());
+        auto* panel = mDialog->findChild<GCUSPDFSettingsAdjWdt*>();
+        for (GQUIUnitSpinBox* field : panel->findChildren<GQUIUnitSpinBox*>()) {
+            field->setFocus(Qt::ShortcutFocusReason);
+            QTest::qWait(0);
+            EXPECT_TRUE(panel->rect().contains(QRect(field->mapTo(panel, {}), field->size())));
+        }
+        Find("Options").click();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return isOnScreen(*ok); }));
+    }
+    QApplication::setFont(font);
+}
+
+TEST_F(KeyboardTest, AnEmptyCheckBoxIsSeenInDarkColours)
+{
+    Add("Press", "Press");
+    const QPalette before = QApplication::palette();
+    QApplication::setPalette(QPalette(QColor(50, 50, 53)));
+    Open();
+    const QImage box = Find("Include File Package").grab().toImage();
+    EXPECT_GT(qGray(box.pixel(8, box.height() / 2)), 50 + 30);
+    QApplication::setPalette(before);
 }
 
 TEST_F(KeyboardTest, TheCallersOptionsDecideWhatIsOffered)
