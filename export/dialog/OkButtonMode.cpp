@@ -30,16 +30,24 @@ void OkButtonMode::TakeRelease(const QKeyEvent& event)
 
 bool OkButtonMode::eventFilter(QObject* watched, QEvent* event)
 {
-    const bool isPress = event->type() == QEvent::MouseButtonPress;
-    if (isPress && !watched->isWidgetType())
+    if (event->type() == QEvent::MouseButtonPress && !watched->isWidgetType())
         return false;  // on its way to a widget
     if (watched == &mDialog && event->type() == QEvent::WindowDeactivate) {
         Set(Mode::cOK);
     } else if (ShowsThatAltIsUp(*event)) {
         Set(Mode::cOK);
-        return isPress && watched == &mButton;  // the user saw "Remove"
+        return IsClick(watched, *event);  // the user saw "Remove"
     }
     return false;
+}
+
+// Whether the event would click the button.
+bool OkButtonMode::IsClick(const QObject* watched, const QEvent& event) const
+{
+    if (event.type() != QEvent::KeyPress)
+        return event.type() == QEvent::MouseButtonPress && watched == &mButton;
+    const int key = static_cast<const QKeyEvent&>(event).key();
+    return key == Qt::Key_Return || key == Qt::Key_Enter || (key == Qt::Key_Space && mButton.hasFocus());
 }
 
 void OkButtonMode::Set(Mode mode)

@@ -41,6 +41,7 @@ private:
     void Set(Mode mode);
     bool IsPress(const QKeyEvent& event) const;
     bool IsRelease(const QKeyEvent& event) const;
+    bool IsClick(const QObject* watched, const QEvent& event) const;
     bool ShowsThatAltIsUp(const QEvent& event) const;
 
     QWidget& mDialog;
