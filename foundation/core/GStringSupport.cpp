@@ -5,6 +5,8 @@
 
 #include <QLocale>
 
+#include <cmath>
+
 #include <algorithm>
 
 namespace
@@ -139,7 +141,8 @@ int32_t GStringSupport::ToInt32(const GString& text, int32_t fallback)
 
 GString GStringSupport::FromReal(double value)
 {
-    return GString::number(value, 'g', QLocale::FloatingPointShortest);
+    const GString text = GString::number(value, 'g', QLocale::FloatingPointShortest);
+    return value == 0 && std::signbit(value) ? QStringLiteral("-0") : text;  // Qt leaves that sign out
 }
 
 double GStringSupport::ToReal(const GString& text, double fallback)

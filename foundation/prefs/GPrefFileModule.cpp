@@ -1,11 +1,22 @@
 #include "foundation/prefs/GPrefFileModule.h"
 
+#include "foundation/core/GBufferedInputStream.h"
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/core/GException.h"
 #include "foundation/core/GFileInputStream.h"
 #include "foundation/system/GDamagedCopies.h"
 #include "foundation/system/GDurableFile.h"
 #include "foundation/trace/GTrace.h"
+
+#include <algorithm>
+
+// Whether the data begins with the mark of an encoding, which is its own then whatever the module writes.
+static bool HasMark(GBufferedInputStream& stream)
+{
+    const int length = std::min(stream.LookAhead(3), 3);
+    const GBuffer begin = GBuffer::fromRawData(stream.GetAhead(), length);
+    return begin.startsWith("\xFF\xFE") || begin.startsWith("\xFE\xFF") || begin == "\xEF\xBB\xBF";
+}
 
 static bool IsEmpty(const GPathName& file)
 {
@@ -73,7 +84,9 @@ void GPrefFileModule::ReadThere(const GEncodingRef& encoding)
     const auto file = GFileInputStream::OpenIfThere(mPath.GetNativePath());
     if (file == nullptr)
         return;
-    const int64_t damage = ReadGroups(*file, encoding, mPath.GetNativePath());
+    GBufferedInputStream buffered(*file);
+    const int64_t damage =
+        ReadGroups(buffered, HasMark(buffered) ? nullptr : encoding, mPath.GetNativePath());
     if (damage >= 0)
         mDamage = PrefDamage{mPath, damage, IsEmpty(mPath), GPathName()};
 }

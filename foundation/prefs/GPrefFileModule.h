@@ -29,7 +29,8 @@ struct PrefDamage
 class GPrefFileModule : public GPrefModule
 {
 public:
-    // Reads the file, in the encoding. A failure of that is logged, and the module starts empty.
+    // Reads the file, in the encoding, or in that whose mark it begins with. A failure of that is logged, and
+    // the module starts empty.
     GPrefFileModule(const GPathName& path, const GEncodingRef& encoding);
 
     // Raise a GCustomException with GErrorCode::cFile when the file can't be read or written.
@@ -54,8 +55,8 @@ protected:
     // Reads the file for the first time.
     void StartWith(const std::function<void()>& read);
 
-    // Reads the file, if it is there, in the encoding, null to find it; the module holds it and is not dirty
-    // then.
+    // Reads the file, if it is there, in the encoding, null to find it, or in that whose mark it begins with;
+    // the module holds it and is not dirty then.
     void ReadFile(const GEncodingRef& encoding);
 
     // Replaces the file; the module is not dirty then.

@@ -3,6 +3,7 @@
 #include "foundation/prefs/GDictListReader.h"
 #include "foundation/prefs/GPrefWriter.h"
 #include "foundation/prefs/GText2BinStream.h"
+#include "foundation/prefs/PrefChanges.h"
 #include "foundation/prefs/PrefSharing.h"
 #include "foundation/trace/GTrace.h"
 
@@ -198,7 +199,8 @@ void GPrefModule::ClearGroups()
 void GPrefModule::NoteWritten()
 {
     SetDirty(false);
-    mWasDirty = mBackup != nullptr;  // the backup is no longer what the storage holds
+    // What the temporary use comes back to is not what the storage holds, unless nothing was changed in it.
+    mWasDirty = mBackup != nullptr && !PrefChanges(mGroups, *mBackup).IsEmpty();
 }
 
 void GPrefModule::RebaseTempUse()

@@ -40,7 +40,7 @@ public:
 
     // Ends the innermost temporary use. At the end of the outermost the groups and the dirty mark become what
     // they were at its start, unless it or one inside it was to be kept. What was flushed meanwhile stays in
-    // the storage, so the module is dirty then.
+    // the storage, so the module is dirty then if the flush brought any change of the use there.
     virtual void EndUsingTempModule(bool keep);
 
     // Sets a value that stays however the temporary use ends.

@@ -199,10 +199,17 @@ const GString* GPreferences::FindNonShared(const GBuffer& group, const GBuffer& 
     return nullptr;
 }
 
-GPrefModule* GPreferences::GetTarget(int32_t id, const GBuffer& group)
+// The shared module where a group that is meant for another one lives in it; null where it does not.
+GPrefModule* GPreferences::FindShared(int32_t id, const GBuffer& group)
 {
     GPrefModule* shared = id == cUserFileModule ? sModules.Find(cSharedFileModule) : nullptr;
-    GPrefModule* target = shared != nullptr && IsPrefSharing(group) ? shared : sModules.Find(id);
+    return shared != nullptr && IsPrefSharing(group) ? shared : nullptr;
+}
+
+GPrefModule* GPreferences::GetTarget(int32_t id, const GBuffer& group)
+{
+    GPrefModule* shared = FindShared(id, group);
+    GPrefModule* target = shared != nullptr ? shared : sModules.Find(id);
     if (target == nullptr)
         GTrace::Assert(QStringLiteral("GPreferences::Set"), QStringLiteral("there is no module %1").arg(id));
     return target;

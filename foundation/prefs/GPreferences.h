@@ -139,7 +139,8 @@ public:
             Set(id, group, key, value);
     }
 
-    // Remove a key or a group from a module; the group goes from the module that is named, shared or not.
+    // Remove a key or a group from a module. What Set would have put into the shared file goes from there,
+    // and from the module that is named, which would bring it back otherwise (CopySharedPreferences).
     static void Remove(int32_t id, const GBuffer& group, const GBuffer& key);
     static void Remove(int32_t id, const GBuffer& group);
 
@@ -169,6 +170,7 @@ private:
     static const GString* Find(int32_t id, const GBuffer& group, const GBuffer& key);
     static const GString* FindNonShared(const GBuffer& group, const GBuffer& key);
     static bool IsOpenForDefault(int32_t id, const GBuffer& group, const GBuffer& key);
+    static GPrefModule* FindShared(int32_t id, const GBuffer& group);
     static GPrefModule* GetTarget(int32_t id, const GBuffer& group);
     static GString Store(Kind kind, const GString& text);
     static GString Load(Kind kind, const GString* stored);

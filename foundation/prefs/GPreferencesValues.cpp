@@ -164,14 +164,18 @@ bool GPreferences::IsOpenForDefault(int32_t id, const GBuffer& group, const GBuf
 
 void GPreferences::Remove(int32_t id, const GBuffer& group, const GBuffer& key)
 {
-    if (GPrefModule* module = GetPrefModule(id))
-        module->Remove(group, key);
+    for (GPrefModule* module : {GetPrefModule(id), FindShared(id, group)}) {
+        if (module != nullptr)
+            module->Remove(group, key);
+    }
 }
 
 void GPreferences::Remove(int32_t id, const GBuffer& group)
 {
-    if (GPrefModule* module = GetPrefModule(id))
-        module->RemoveGroup(group);
+    for (GPrefModule* module : {GetPrefModule(id), FindShared(id, group)}) {
+        if (module != nullptr)
+            module->RemoveGroup(group);
+    }
 }
 
 void GPreferences::SetScramble(int32_t id, const GBuffer& group, const GBuffer& key, const GString& value)

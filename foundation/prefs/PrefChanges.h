@@ -12,6 +12,8 @@ class PrefChanges
 public:
     PrefChanges(const GPrefGroups& from, const GPrefGroups& to);
 
+    bool IsEmpty() const { return mChanges.empty(); }
+
     // Makes the changes to a module, whatever its state: it is dirty then, unless there are none.
     void ApplyTo(GPrefModule& module) const;
 

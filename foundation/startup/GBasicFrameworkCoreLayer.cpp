@@ -125,6 +125,9 @@ GString GBasicFrameworkCoreLayer::GetLanguageOf(const QLocale& locale)
 {
     if (locale.language() == QLocale::C)
         return GStringPool::cEnglish;
+    const GString own = locale.name().remove(QLatin1Char('_'));
+    if (GStringPool::HasLanguage(own))
+        return own;
     const QLocale main(locale.language(), locale.script(), QLocale::AnyCountry);
     return main.name().remove(QLatin1Char('_'));
 }

@@ -35,8 +35,8 @@ public:
     // The language of the user's texts: the setting "General"/"Language", else that of the system's locale.
     static GString GetLanguage();
 
-    // The language of a locale in the form of the string pool, "deDE": language and country, where the
-    // country is the main one of the language and script, so that there is one German whatever the country.
-    // "enUS" for none.
+    // The language of a locale in the form of the string pool, "deDE": its own language and country where the
+    // string pool has texts for just those ("ptPT"), else the language with its main country, so that there
+    // is one German whatever the country. "enUS" for none.
     static GString GetLanguageOf(const QLocale& locale);
 };

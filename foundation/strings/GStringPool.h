@@ -51,6 +51,9 @@ public:
     // becomes "enUS".
     static bool SetLanguage(const GString& name);
 
+    // Whether a language has a table, after looking for its string files.
+    static bool HasLanguage(const GString& name) { return FindTableForReading(name) != nullptr; }
+
     // The known languages, in the order in which they came; the neutral table is none.
     static void GetAvailableLanguages(QStringList& languages);
     static int GetNumAvailableLanguages();

@@ -81,6 +81,7 @@ TEST(SupportTest, NumbersReadBackAsTheyWereWritten)
          {0.0, 0.1, -1.0 / 3, 1e300, 5e-324, 123456789.125, std::numeric_limits<double>::max()})
         EXPECT_EQ(GStringSupport::ToReal(GStringSupport::FromReal(value), -7), value);
     EXPECT_EQ(GStringSupport::FromReal(0.1), "0.1"_q);
+    EXPECT_TRUE(std::signbit(GStringSupport::ToReal(GStringSupport::FromReal(-0.0))));
     EXPECT_TRUE(std::isinf(GStringSupport::ToReal(GStringSupport::FromReal(-HUGE_VAL))));
     EXPECT_EQ(GStringSupport::ToReal("1,5"_q, -7), -7);
 

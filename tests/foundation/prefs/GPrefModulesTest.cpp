@@ -39,6 +39,11 @@ TEST_F(GPrefModules, FileComesWithTheFirstFlushAfterAChangeAndIsLeftAloneOtherwi
     module.Set("G", "K", "two"_q);
     module.Refresh();
     EXPECT_EQ(GetText(module), "G.K=\u00E4\r\n");
+    GPrefFileModule marked(mPath, GEncoding::GetUTF16());
+    WriteFile(mFile, WriteDocument({{"G", {{"K", "x"_q}}}}, GEncoding::GetUTF16LittleEndian()));
+    marked.SetEncoding(GEncoding::GetUTF8());
+    marked.Refresh();
+    EXPECT_EQ(GetText(marked), "G.K=x") << "The file's own mark counts.";
     EXPECT_FALSE(module.IsDirty());
 }
 

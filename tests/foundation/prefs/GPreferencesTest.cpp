@@ -79,6 +79,13 @@ TEST_F(GPreferencesTest, SharedGroupLivesInTheSharedFileAlone)
     EXPECT_EQ(ReadText(GetUserFile("Morvane.uprefs")), "G.K=two");
     EXPECT_EQ(ReadText(GetUserFile("Host.uprefs")), "G.K=one PrefSharing.G=true");
 
+    GPreferences::Remove(-3, "G", "K");
+    GPreferences::CopySharedPreferences();
+    EXPECT_EQ(Get("K"), "") << "Whoever set it can remove it.";
+    GPreferences::Set(-3, "G", "K", "again");
+    GPreferences::Remove(-3, "G");
+    EXPECT_EQ(Get("K"), "");
+
     GPreferences::Set(-3, "PrefSharing", "PrefSharing", true);
     EXPECT_FALSE(GPreferences::IsPrefSharing("PrefSharing"));
     GPreferences::SetPrefSharing(-3, "G", false);
@@ -185,6 +192,11 @@ TEST_F(GPreferencesTest, TemporaryUseIsTakenBackUnlessOneOfTheNestedWasKept)
     GPreferences::FlushPrefs();
     EXPECT_EQ(ReadText(GetUserFile("Host.uprefs")), "G.K=two G.stays=two")
         << "What was flushed meanwhile is taken back in the file too.";
+    GPreferences::Set(-3, "G", "K", "four");
+    GPreferences::StartUsingTempModules();
+    GPreferences::FlushPrefs();
+    GPreferences::EndUsingTempModules(false);
+    EXPECT_FALSE(GPreferences::IsDirty()) << "The file holds what there was before the use.";
 }
 
 TEST_F(GPreferencesTest, FinalizeWritesWhatItCanAndEmptiesTheStore)

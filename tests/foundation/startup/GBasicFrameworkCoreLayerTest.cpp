@@ -92,9 +92,13 @@ TEST(CoreLayer, WhatGoesWrongInAReleaseIsLogged)
 TEST(CoreLayer, TheLanguageFollowsTheLocale)
 {
     const std::map<const char*, const char*> cases = {{"de_AT", "deDE"}, {"fr_CA", "frFR"}, {"ja_JP", "jaJP"},
-                                                      {"zh_TW", "zhTW"}, {"zh_SG", "zhCN"}, {"C", "enUS"}};
+                                                      {"zh_TW", "zhTW"}, {"zh_SG", "zhCN"}, {"C", "enUS"},
+                                                      {"pt_PT", "ptPT"}, {"pt_AO", "ptBR"}};
+    GStringPool::Initialize();
+    GStringPool::GetTable("ptPT"_q);
     for (const auto& each : cases) {
         EXPECT_EQ(GBasicFrameworkCoreLayer::GetLanguageOf(QLocale(QString::fromLatin1(each.first))),
                   QString::fromLatin1(each.second));
     }
+    GStringPool::Finalize();
 }
