@@ -1,13 +1,13 @@
 #include "export/SmartFileList.h"
 
 #include "export/JobOptionsFolder.h"
+#include "export/ListOwner.h"
 #include "foundation/core/GException.h"
 #include "foundation/core/GStringSupport.h"
 #include "foundation/files/FileSystem.h"
 #include "foundation/prefs/GPrefSharedFileModule.h"
 #include "foundation/prefs/GPreferences.h"
 #include "foundation/system/GFileSystemBase.h"
-#include "foundation/system/GProcessInfo.h"
 #include "foundation/trace/GTrace.h"
 
 #include <QFileInfo>
@@ -21,7 +21,7 @@ namespace
 const GBuffer cGroup = QByteArrayLiteral("SmartFileList");
 const GBuffer cMaximum = QByteArrayLiteral("MaxCount");
 const GBuffer cPathPrefix = QByteArrayLiteral("FilePathName_");
-const GBuffer cOwnerPrefix = QByteArrayLiteral("FileOwner_");  // "process start-time", both decimal
+const GBuffer cOwnerPrefix = QByteArrayLiteral("FileOwner_");  // see ListOwner
 
 struct ListedPath
 {
@@ -40,25 +40,24 @@ GBuffer GetOwnerKey(int32_t number)
     return cOwnerPrefix + GBuffer::number(number);
 }
 
-GString GetOwnerText(uint32_t process)
+// The file in which the list is kept; empty where the settings are in no file.
+GPathName GetSettingsFile(const GPrefModule& module)
 {
-    return QStringLiteral("%1 %2").arg(process).arg(GProcessInfo::GetStartTime(process));
+    const auto* file = dynamic_cast<const GPrefFileModule*>(&module);
+    return file != nullptr ? file->GetPathName() : GPathName();
 }
 
-const GString& GetOwnOwnerText()
+GString GetOwnOwnerText(const GPrefModule& module)
 {
-    static const GString text = GetOwnerText(GProcessInfo::GetOwnProcessID());
-    return text;
+    const GPathName settings = GetSettingsFile(module);
+    return settings.IsEmpty() ? GString() : ListOwner::GetOwnName(settings);
 }
 
-// Whether the owner is a process that runs, other than this one.
-bool IsInOtherHands(const GString& owner)
+bool IsInOtherHands(const GPrefModule& module, int32_t number)
 {
-    if (owner.isEmpty() || owner == GetOwnOwnerText())
-        return false;
-    bool isNumber = false;
-    const uint32_t process = owner.section(QLatin1Char(' '), 0, 0).toUInt(&isNumber);
-    return isNumber && GProcessInfo::IsAlive(process) && owner == GetOwnerText(process);
+    const GPathName settings = GetSettingsFile(module);
+    return !settings.IsEmpty() &&
+           ListOwner::IsInOtherHands(settings, module.Get(cGroup, GetOwnerKey(number)));
 }
 
 // Changes the plug-in's settings and has them written. False, with a line in the log, when that can't be
@@ -125,8 +124,7 @@ std::vector<ListedPath> GetListedPaths(const GPrefModule& module)
 {
     std::vector<ListedPath> listed;
     for (const int32_t number : GetNumbers(module, cPathPrefix))
-        listed.push_back({number, module.Get(cGroup, GetPathKey(number)),
-                          IsInOtherHands(module.Get(cGroup, GetOwnerKey(number)))});
+        listed.push_back({number, module.Get(cGroup, GetPathKey(number)), IsInOtherHands(module, number)});
     return listed;
 }
 
@@ -188,6 +186,8 @@ void SweepList(GPrefModule& module)
     }
     if (module.Get(cGroup, cMaximum) != GStringSupport::FromInt32(maximum))
         SetMaximum(module, maximum);
+    if (!GetSettingsFile(module).IsEmpty())
+        ListOwner::CleanUp(GetSettingsFile(module));
 }
 }  // namespace
 
@@ -197,7 +197,7 @@ int32_t SmartFileList::Add(const GPathName& path)
     const bool isListed = ChangeList("SmartFileList::Add", [&](GPrefModule& module) {
         number = GetNextNumber(module);
         module.Set(cGroup, GetPathKey(number), path.GetNativePath());
-        module.Set(cGroup, GetOwnerKey(number), GetOwnOwnerText());
+        module.Set(cGroup, GetOwnerKey(number), GetOwnOwnerText(module));
         SetMaximum(module, number);
     });
     return isListed ? number : 0;

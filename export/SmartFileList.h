@@ -5,10 +5,10 @@
 // The list, in the plug-in's settings, of the temporary files and folders that the plug-in has made and not
 // removed yet. It outlives a crash of the host: the next start sweeps what is still listed.
 //
-// Each path has its owner beside it, the process that listed it. Every change goes through the settings
-// file's lock and a fresh read of it, so that two hosts at once lose nothing. Where there are no settings of
-// the plug-in, or they can't be written, nothing is listed; that is logged. For the main thread; never
-// raises.
+// Each path has its owner beside it, the process that listed it (see ListOwner). Every change goes through
+// the settings file's lock and a fresh read of it, so that two hosts at once lose nothing. Where there are no
+// settings of the plug-in, or they can't be written, nothing is listed; that is logged. For the main thread;
+// never raises.
 namespace SmartFileList
 {
 // Lists a path; gives its number, or 0 when it could not be listed.

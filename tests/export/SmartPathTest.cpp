@@ -182,10 +182,12 @@ TEST_F(SmartPathTest, SweepLeavesWhatAnotherLivingProcessOwns)
         SetListed("FileOwner_" + GBuffer::number(number), process);
         SetListed("MaxCount", QString::number(number));
     };
-    // A process that lives now is not the one of that number that died; and a dead one may list what lives.
-    const QString reused = "%1 12345"_q.arg(owner.GetProcessID());
-    list(5, left, reused);
-    list(6, owned, reused);
+    // A file that lies there is no owner when nobody holds it; and a dead one may list what lives.
+    const GPathName settings = PlugInStore::GetFile();
+    const QString dead = settings.GetLeaf() + ".aaaaaaaaaaaa.owner"_q;
+    MakeFile(settings.GetParent().GetChild(dead));
+    list(5, left, dead);
+    list(6, owned, dead);
     GPreferences::FlushPrefs();
     SmartFileList::Sweep();
     EXPECT_TRUE(Exists(owned));
@@ -193,8 +195,13 @@ TEST_F(SmartPathTest, SweepLeavesWhatAnotherLivingProcessOwns)
     EXPECT_EQ(GetListed("FilePathName_1"), owned.GetNativePath());
     EXPECT_EQ(GetListed("MaxCount"), "1"_q);
     EXPECT_EQ(PlugInStore::ReadList().GetCount(), 3);
+    const auto listOwners = [&] {
+        return QDir(settings.GetParent().GetNativePath()).entryList({"*.owner"_q});
+    };
+    EXPECT_EQ(listOwners(), QStringList{GetListed("FileOwner_1")});
     owner.Kill();
     SmartFileList::Sweep();
     EXPECT_FALSE(Exists(owned));
     EXPECT_EQ(PlugInStore::ReadList().GetCount(), 1);
+    EXPECT_EQ(listOwners(), QStringList());
 }
