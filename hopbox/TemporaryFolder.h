@@ -1,25 +1,25 @@
 #pragma once
 
 #include "foundation/core/GPathName.h"
-#include "foundation/system/GFileSystemBase.h"
+#include "foundation/system/GOwnedFile.h"
 
 // A fresh folder in the temporary folder, for its owner only, that goes with this object and all that it
 // holds.
+//
+// Beside it lies a file that this process owns (the folder's name and ".owner"). Each new one removes the
+// folders whose owners were killed.
 class TemporaryFolder
 {
 public:
     // Raises when the folder can't be made.
-    TemporaryFolder()
-        : mPath(GFileSystemBase::CreateUniqueFolder(GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary),
-                                                    QStringLiteral("XXXXXXXX")))
-    {
-    }
-    ~TemporaryFolder() { GFileSystemBase::TryToRemoveFolder(mPath); }
+    TemporaryFolder();
+    ~TemporaryFolder();
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
     const GPathName& GetPathName() const { return mPath; }
 
 private:
+    GOwnedFile mOwner;
     GPathName mPath;
 };

@@ -1,5 +1,8 @@
 #include "apps/hopboxctl/ProjectPlace.h"
 
+#include "foundation/core/GException.h"
+#include "foundation/core/SharedFile.h"
+#include "foundation/prefs/GPrefFileModule.h"
 #include "foundation/system/GFileSystemBase.h"
 #include "hopbox/HopboxFolder.h"
 #include "hopbox/HopboxMessages.h"
@@ -11,6 +14,8 @@
 namespace
 {
 const QString cArchiveName = QStringLiteral("Project.hopbox");
+const QString cOwnerName = QStringLiteral("Project.making");
+constexpr int cMostAttempts = 20;
 
 void RemoveEmptyFolder(const GPathName& path)
 {
@@ -24,6 +29,39 @@ std::vector<GPathName> FindMissing(const GPathName& folder)
          path = path.GetParent())
         missing.push_back(path);
     return missing;
+}
+
+void RemoveContent(const GPathName& folder)
+{
+    const QDir::Filters everything = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
+    for (const QFileInfo& entry : QDir(folder.GetNativePath()).entryInfoList(everything)) {
+        const GPathName path = folder.GetChild(entry.fileName());
+        if (entry.fileName() != cOwnerName && !GFileSystemBase::TryToRemoveFile(path))
+            GFileSystemBase::TryToRemoveFolder(path);
+    }
+}
+
+// Removes the folders of makers that were killed. One that the registry names was finished all the same; of a
+// registry that is damaged nobody knows what it named.
+void RemoveLeftovers(const HopboxRegistry& registry)
+{
+    const GPathName settings = HopboxRegistry::GetSettingsFolder();
+    if (registry.GetDamage())
+        return;
+    for (const QString& name :
+         QDir(settings.GetNativePath()).entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot)) {
+        const GPathName folder = settings.GetChild(name);
+        const GPathName owner = folder.GetChild(cOwnerName);
+        GString actorName;
+        HopboxRegistryEntry entry;
+        const bool isUsed = registry.FindByContextFile(folder.GetChild(cArchiveName), actorName, entry);
+        if (QFileInfo::exists(owner.GetNativePath()))
+            GOwnedFile::RemoveUnowned(owner, [&] {
+                if (!isUsed)
+                    RemoveContent(folder);
+            });
+        RemoveEmptyFolder(folder);
+    }
 }
 }  // namespace
 
@@ -64,18 +102,42 @@ bool ProjectPlace::Remove(const GPathName& archive)
     return true;
 }
 
-ProjectPlace::NewFolder::NewFolder(const QString& hopboxName)
+ProjectPlace::NewFolder::NewFolder(const QString& hopboxName, const HopboxRegistry& registry)
     : mMissing(FindMissing(HopboxRegistry::GetSettingsFolder()))
 {
     GFileSystemBase::CreateFolder(HopboxRegistry::GetSettingsFolder());
-    mPath = HopboxFolder::MakeFresh(HopboxRegistry::GetSettingsFolder(), HopboxFolder::MakeName(hopboxName));
+    RemoveLeftovers(registry);
+    MakeOwned(HopboxFolder::MakeName(hopboxName));
+}
+
+// Another maker that clears up may take the folder while it is still empty: then it is made anew.
+void ProjectPlace::NewFolder::MakeOwned(const GString& name)
+{
+    for (int attempt = 1; mOwner == nullptr; ++attempt) {
+        mPath = HopboxFolder::MakeFresh(HopboxRegistry::GetSettingsFolder(), name);
+        try {
+            mOwner = std::make_unique<GOwnedFile>([this] { return mPath.GetChild(cOwnerName); });
+        } catch (const GException&) {
+            const bool isGone = IsFileMissing(mPath.GetNativePath());
+            RemoveEmptyFolder(mPath);
+            if (!isGone || attempt == cMostAttempts)
+                throw;
+        }
+    }
+}
+
+void ProjectPlace::NewFolder::Keep()
+{
+    mOwner.reset();
 }
 
 ProjectPlace::NewFolder::~NewFolder()
 {
-    if (mIsKept)
+    if (mOwner == nullptr)
         return;
-    GFileSystemBase::TryToRemoveFolder(mPath);
+    RemoveContent(mPath);
+    mOwner.reset();
+    RemoveEmptyFolder(mPath);
     for (const GPathName& path : mMissing)
         RemoveEmptyFolder(path);
 }

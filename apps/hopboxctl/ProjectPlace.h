@@ -1,8 +1,12 @@
 #pragma once
 
 #include "foundation/core/GPathName.h"
+#include "foundation/system/GOwnedFile.h"
 
+#include <memory>
 #include <vector>
+
+class HopboxRegistry;
 
 // Where hopboxctl puts the Hopboxes that it makes.
 namespace ProjectPlace
@@ -29,12 +33,13 @@ bool IsOfAnotherUser(const GPathName& archive);
 bool Remove(const GPathName& archive);
 
 // A folder for a new project, made with the folders above it that were missing. Unless it is kept, all of
-// them go again with this object, whatever was put into the new one included.
+// them go again with this object, whatever was put into the new one included. As long as it is not kept, a
+// file in it that this process owns says that it is being made; each new one removes what killed makers left.
 class NewFolder
 {
 public:
-    // Raises when the folder can't be made.
-    explicit NewFolder(const QString& hopboxName);
+    // Raises when the folder can't be made. `registry` tells which folders are in use.
+    NewFolder(const QString& hopboxName, const HopboxRegistry& registry);
     ~NewFolder();
     NewFolder(const NewFolder&) = delete;
     NewFolder& operator=(const NewFolder&) = delete;
@@ -42,11 +47,13 @@ public:
     // The path for the project archive in it.
     GPathName GetArchivePath() const;
 
-    void Keep() { mIsKept = true; }
+    void Keep();
 
 private:
+    void MakeOwned(const GString& name);
+
     std::vector<GPathName> mMissing;  // the folders above that were not there, the lowest first
     GPathName mPath;
-    bool mIsKept = false;
+    std::unique_ptr<GOwnedFile> mOwner;  // none when the folder is kept
 };
 }  // namespace ProjectPlace

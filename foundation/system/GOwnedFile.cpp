@@ -53,7 +53,7 @@ bool GOwnedFile::IsOwned(const GPathName& path) noexcept
     return !isFree;
 }
 
-bool GOwnedFile::RemoveUnowned(const GPathName& path) noexcept
+bool GOwnedFile::RemoveUnowned(const GPathName& path, const std::function<void()>& removeRest) noexcept
 {
     const PFileHandle file = GOwnerLock::OpenOld(path);
     if (!file.IsOpen())
@@ -61,6 +61,8 @@ bool GOwnedFile::RemoveUnowned(const GPathName& path) noexcept
     // The lock is held while the file goes: whoever has just made it sees that and makes another.
     const bool isFree =
         GOwnerLock::TryLock(file) == GOwnerLock::State::cLocked && GOwnerLock::IsNamed(file, path);
+    if (isFree && removeRest)
+        removeRest();
     const bool isRemoved = isFree && GFileSystemBase::TryToRemoveFile(path);
     GOwnerLock::Unlock(file);
     return isRemoved;

@@ -52,8 +52,10 @@ public:
     static bool IsOwned(const GPathName& path) noexcept;
 
     // Removes a file, unless a living process owns it or it is none. Gives whether nothing of the name is
-    // there any more. Never raises.
-    static bool RemoveUnowned(const GPathName& path) noexcept;
+    // there any more. Never raises. What the file stands for is removed by `removeRest`, which must not raise
+    // either: it is called before the file goes, while nobody else can own it.
+    static bool RemoveUnowned(const GPathName& path,
+                              const std::function<void()>& removeRest = nullptr) noexcept;
 
     // Takes the ownership of a file that was just made and is open for writing, until the handle is closed.
     // Where the system can't, nobody can take the file for a leftover either. Does nothing to a handle that
