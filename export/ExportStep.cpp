@@ -1,5 +1,6 @@
 #include "export/ExportStep.h"
 
+#include "export/ResultList.h"
 #include "export/WorkFolder.h"
 #include "plugin/messages/ErrorText.h"
 
@@ -27,4 +28,5 @@ void ExportStep::KeepOutput()
 {
     mOutputPath = mReserved->GetPathName();
     mReserved->Keep();
+    ResultList::Note(mOutputPath);
 }

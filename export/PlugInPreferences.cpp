@@ -1,5 +1,6 @@
 #include "export/PlugInPreferences.h"
 
+#include "export/ResultList.h"
 #include "export/SmartFileList.h"
 #include "foundation/core/GException.h"
 #include "foundation/prefs/GPrefModule.h"
@@ -32,8 +33,10 @@ const GString PlugInPreferences::cFileName = QStringLiteral("JunctraPlugins.pref
 
 void PlugInPreferences::Initialize()
 {
-    if (useCount++ == 0)
+    if (useCount++ == 0) {
         SmartFileList::Sweep();
+        ResultList::RemoveOld();
+    }
 }
 
 void PlugInPreferences::Release()

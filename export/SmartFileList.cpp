@@ -2,11 +2,10 @@
 
 #include "export/JobOptionsFolder.h"
 #include "export/ListOwner.h"
+#include "export/PlugInItems.h"
 #include "foundation/core/GException.h"
 #include "foundation/core/GStringSupport.h"
-#include "foundation/files/FileSystem.h"
 #include "foundation/prefs/GPrefSharedFileModule.h"
-#include "foundation/prefs/GPreferences.h"
 #include "foundation/system/GFileSystemBase.h"
 #include "foundation/trace/GTrace.h"
 
@@ -60,29 +59,6 @@ bool IsInOtherHands(const GPrefModule& module, int32_t number)
            ListOwner::IsInOtherHands(settings, module.Get(cGroup, GetOwnerKey(number)));
 }
 
-// Changes the plug-in's settings and has them written. False, with a line in the log, when that can't be
-// done.
-bool ChangeList(const char* operation, const std::function<void(GPrefModule&)>& change)
-{
-    try {
-        GPrefModule* module = GPreferences::GetPrefModule(GPreferences::cUserFileModule);
-        if (module == nullptr) {
-            GTrace::Error(QString::fromLatin1(operation), QStringLiteral("there are no plug-in settings"));
-            return false;
-        }
-        if (auto* file = dynamic_cast<GPrefSharedFileModule*>(module)) {
-            file->ChangeUnderLock(change);
-        } else {
-            change(*module);
-            module->FlushPrefs();
-        }
-        return true;
-    } catch (const std::exception& error) {
-        GTrace::Error(QString::fromLatin1(operation), QString::fromUtf8(error.what()));
-        return false;
-    }
-}
-
 int32_t GetMaximum(const GPrefModule& module)
 {
     return GStringSupport::ToInt32(module.Get(cGroup, cMaximum));
@@ -128,21 +104,6 @@ std::vector<ListedPath> GetListedPaths(const GPrefModule& module)
     return listed;
 }
 
-// Whether the path lies in the temporary folder, and really there: no folder on the way is a link.
-bool IsInTemporaryFolder(const GPathName& path)
-{
-    const GPathName temporary = GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary);
-    if (!path.IsBelow(temporary))
-        return false;
-    using Morvane::FileSystem::ItemKind;
-    for (GPathName folder = path.GetParent(); folder != temporary; folder = folder.GetParent()) {
-        const ItemKind kind = Morvane::FileSystem::getItemKind(folder.GetPortablePath());
-        if (kind != ItemKind::Folder && kind != ItemKind::None)
-            return false;
-    }
-    return true;
-}
-
 void SweepItem(const GString& text)
 {
     const GString source = QStringLiteral("SmartFileList::Sweep");
@@ -150,7 +111,7 @@ void SweepItem(const GString& text)
         const GPathName path(text);
         if (JobOptionsFolder::IsPlacedFile(path))
             JobOptionsFolder::RemovePlacedFile(path);
-        else if (IsInTemporaryFolder(path))
+        else if (PlugInItems::IsInTemporaryFolder(path))
             SmartFileList::RemoveItem(path);
         else if (!path.IsEmpty())
             GTrace::Error(source,
@@ -194,7 +155,7 @@ void SweepList(GPrefModule& module)
 int32_t SmartFileList::Add(const GPathName& path)
 {
     int32_t number = 0;
-    const bool isListed = ChangeList("SmartFileList::Add", [&](GPrefModule& module) {
+    const bool isListed = PlugInItems::ChangeSettings("SmartFileList::Add", [&](GPrefModule& module) {
         number = GetNextNumber(module);
         module.Set(cGroup, GetPathKey(number), path.GetNativePath());
         module.Set(cGroup, GetOwnerKey(number), GetOwnOwnerText(module));
@@ -206,7 +167,7 @@ int32_t SmartFileList::Add(const GPathName& path)
 bool SmartFileList::Replace(int32_t number, const GPathName& path)
 {
     bool isListed = false;
-    ChangeList("SmartFileList::Replace", [&](GPrefModule& module) {
+    PlugInItems::ChangeSettings("SmartFileList::Replace", [&](GPrefModule& module) {
         isListed = module.Has(cGroup, GetPathKey(number));
         if (isListed)
             module.Set(cGroup, GetPathKey(number), path.GetNativePath());
@@ -216,7 +177,7 @@ bool SmartFileList::Replace(int32_t number, const GPathName& path)
 
 void SmartFileList::Remove(int32_t number)
 {
-    ChangeList("SmartFileList::Remove", [&](GPrefModule& module) {
+    PlugInItems::ChangeSettings("SmartFileList::Remove", [&](GPrefModule& module) {
         module.Remove(cGroup, GetPathKey(number));
         module.Remove(cGroup, GetOwnerKey(number));
     });
@@ -234,5 +195,5 @@ void SmartFileList::RemoveItem(const GPathName& path)
 
 void SmartFileList::Sweep()
 {
-    ChangeList("SmartFileList::Sweep", SweepList);
+    PlugInItems::ChangeSettings("SmartFileList::Sweep", SweepList);
 }

@@ -24,7 +24,8 @@ namespace
 // Groups of the plug-in's settings that are not a Hopbox's: the plug-in's own and those of the settings
 // store.
 const QLatin1String cReservedGroups[] = {QLatin1String("CSPluginUI"), QLatin1String("SmartFileList"),
-                                         QLatin1String("General"), QLatin1String("PrefSharing")};
+                                         QLatin1String("General"), QLatin1String("PrefSharing"),
+                                         QLatin1String("Results")};
 
 // Sets what the key names; another key says nothing. Raises where a path is not a legal one.
 void SetValue(HopboxRecord& record, const QStringRef& key, GString&& value)

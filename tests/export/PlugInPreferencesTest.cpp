@@ -1,5 +1,8 @@
-#include "ExportFixture.h"
+#include "ExportRun.h"
+#include "export/ResultList.h"
 #include "export/SmartFileList.h"
+
+#include <QDateTime>
 
 class PlugInPreferencesTest : public ExportFixture
 {
@@ -49,4 +52,55 @@ TEST_F(PlugInPreferencesTest, OnlyTheFirstStartAndTheLastEndSweep)
     EXPECT_FALSE(isSwept(PlugInPreferences::Release));
     EXPECT_TRUE(isSwept(PlugInPreferences::Release));
     EXPECT_FALSE(isSwept(PlugInPreferences::Release));
+}
+
+TEST_F(PlugInPreferencesTest, AnExportNotesItsResultsWhereTheyAreToGo)
+{
+    const GString key = MakeHopbox("Press"_q);
+    for (const bool isNoted : {false, true}) {
+        if (isNoted)
+            GPreferences::Set(GPreferences::cUserFileModule, "General", "RemoveResultsAfterDays", 1);
+        ExportParty party;
+        party.Export(key);
+        GPrefGroup noted;
+        GPreferences::GetPrefModule(GPreferences::cUserFileModule)->GetGroupPreferences("Results", noted);
+        EXPECT_EQ(noted.GetCount(), isNoted ? 1 : 0);
+        EXPECT_EQ(noted.Has(party.action.GetOutputPath().GetNativePath().toUtf8()), isNoted);
+    }
+}
+
+TEST_F(PlugInPreferencesTest, ResultsStayUnlessASettingGivesDays)
+{
+    const qint64 now = QDateTime::currentSecsSinceEpoch();
+    const qint64 day = 24 * 60 * 60;
+    const struct
+    {
+        const char* path;
+        qint64 age;
+        bool stays;
+    } cases[] = {{"Temp/anna/Press/old.pdf", 3 * day, false},
+                 {"Temp/anna/Press/new.pdf", day, true},
+                 {"Temp/anna/Pack/p/a.indd", 3 * day, false},
+                 {"Home/old.pdf", 3 * day, true},
+                 {"Temp/anna/Press/later.pdf", -day, true}};
+    GPrefModule& module = *GPreferences::GetPrefModule(GPreferences::cUserFileModule);
+    for (const auto& each : cases) {
+        const QString path = GetSandbox().GetPath(QString::fromLatin1(each.path));
+        ASSERT_TRUE(WriteFile(path, "x"));
+        const QString item = path.endsWith("indd"_q) ? QFileInfo(path).path() : path;
+        module.Set("Results", QDir::toNativeSeparators(item).toUtf8(), QString::number(now - each.age));
+    }
+    GPreferences::FlushPrefs();
+    ResultList::RemoveOld();
+    EXPECT_TRUE(QFile::exists(GetSandbox().GetPath("Temp/anna/Press/old.pdf"_q))) << "There is no setting.";
+    GPreferences::Set(GPreferences::cUserFileModule, "General", "RemoveResultsAfterDays", 2);
+    PlugInPreferences::Initialize();
+    PlugInPreferences::Release();
+    for (const auto& each : cases)
+        EXPECT_EQ(QFile::exists(GetSandbox().GetPath(QString::fromLatin1(each.path))), each.stays)
+            << each.path;
+    EXPECT_FALSE(QFile::exists(GetSandbox().GetPath("Temp/anna/Pack"_q)));
+    GPrefGroup noted;
+    module.GetGroupPreferences("Results", noted);
+    EXPECT_EQ(noted.GetCount(), 2) << "The new one and the later one.";
 }

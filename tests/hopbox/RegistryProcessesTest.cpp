@@ -1,9 +1,13 @@
 #include "hopbox/HopboxRegistry.h"
 
+#include "foundation/prefs/GPrefFileModule.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Test.h"
 
+#include <algorithm>
 #include <memory>
+#include <random>
+#include <thread>
 #include <vector>
 
 static constexpr int cProcesses = 8;
@@ -20,6 +24,90 @@ CHILD_ROLE(AddEntries)
     return 0;
 }
 
+CHILD_ROLE(AddEntriesToWhatIsCut)
+{
+    int damages = 0;
+    for (int number = 0; number < cEntries; ++number) {
+        HopboxRegistry registry;
+        if (!registry.AddEntry(arguments.first(), HopboxRegistryEntry()))
+            return 1;
+        // Nothing that was not read whole is overwritten without a copy.
+        if (const std::optional<PrefDamage>& damage = registry.GetDamage()) {
+            ++damages;
+            if (damage->kept.IsEmpty() && !damage->isEmpty)
+                return 2;
+        }
+    }
+    SayToParent(QByteArray::number(damages));
+    return 0;
+}
+
+namespace
+{
+int WaitForEnd(ChildProcess& process)
+{
+    // It may take longer than one wait; the test's own time limit bounds it.
+    int status = process.WaitForExit();
+    while (status < 0 && process.IsRunning())
+        status = process.WaitForExit();
+    return status;
+}
+
+// Cuts the file at a random place, as a failing disk or a foreign program would, without any lock. Gives what
+// is left of it.
+QByteArray CutRandomly(const QString& path, std::mt19937& random)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadWrite) || file.size() < 100)
+        return {};
+    file.resize(std::uniform_int_distribution<qint64>(1, file.size() - 40)(random));
+    file.seek(0);
+    return file.readAll();
+}
+}  // namespace
+
+TEST(HopboxRegistryProcesses, WhatIsCutUnderThemIsToldAndKept)
+{
+    const Sandbox sandbox;
+    std::vector<std::unique_ptr<ChildProcess>> processes;
+    for (int number = 0; number < cProcesses; ++number) {
+        processes.push_back(
+            std::make_unique<ChildProcess>("AddEntriesToWhatIsCut"_q, QStringList(QString::number(number))));
+    }
+    const QString path = HopboxRegistry::GetPathName().GetNativePath();
+    std::mt19937 random(20260922);
+    std::vector<QByteArray> cuts;
+    const auto isAnyRunning = [&] {
+        return std::any_of(processes.begin(), processes.end(),
+                           [](const auto& each) { return each->IsRunning(); });
+    };
+    while (isAnyRunning()) {
+        const QByteArray cut = CutRandomly(path, random);
+        if (!cut.isEmpty())
+            cuts.push_back(cut);
+        std::this_thread::sleep_for(
+            std::chrono::milliseconds(std::uniform_int_distribution<int>(5, 60)(random)));
+    }
+    int damages = 0;
+    for (const auto& process : processes) {
+        EXPECT_EQ(WaitForEnd(*process), 0);
+        damages += process->ReadLine().toInt();
+    }
+    EXPECT_GT(damages, 10) << "The cuts hardly met anybody.";
+    for (const char* age : {"", ".1", ".2"}) {
+        const QByteArray kept = ReadFile(path + ".damaged"_q + QLatin1String(age));
+        // A second cut may come while the first is being kept.
+        EXPECT_TRUE(std::any_of(cuts.begin(), cuts.end(),
+                                [&](const QByteArray& cut) { return cut.startsWith(kept); }))
+            << kept.size() << " bytes of " << age;
+    }
+    const QDir folder(QFileInfo(path).path());
+    EXPECT_EQ(folder.entryList({"*.damaged*"_q}).size(), 3);
+    EXPECT_TRUE(folder.entryList({"*.new"_q}).isEmpty());
+    HopboxRegistry().AddEntry("last"_q, HopboxRegistryEntry());
+    EXPECT_FALSE(HopboxRegistry().GetDamage());
+}
+
 TEST(HopboxRegistryProcesses, EntriesThatProcessesAddAtOnceAreAllThere)
 {
     const Sandbox sandbox;
@@ -28,13 +116,8 @@ TEST(HopboxRegistryProcesses, EntriesThatProcessesAddAtOnceAreAllThere)
         processes.push_back(
             std::make_unique<ChildProcess>("AddEntries"_q, QStringList(QString::number(number))));
     }
-    for (const auto& process : processes) {
-        // It may take longer than one wait; the test's own time limit bounds it.
-        int status = process->WaitForExit();
-        while (status < 0 && process->IsRunning())
-            status = process->WaitForExit();
-        EXPECT_EQ(status, 0);
-    }
+    for (const auto& process : processes)
+        EXPECT_EQ(WaitForEnd(*process), 0);
 
     const HopboxRegistry registry;
     QStringList expected;

@@ -197,6 +197,11 @@ private:
 };
 }  // namespace
 
+QStringList ListCalls(const FaultScenario& scenario)
+{
+    return FaultRun(scenario).RunWhole();
+}
+
 void RunFaultScenario(const FaultScenario& scenario)
 {
     const bool isWhole = qgetenv("HOPBOX_FAULTS") == "all";

@@ -57,3 +57,6 @@ struct FaultScenario
 
 // Runs a scenario; each broken promise is a failure of the running test.
 void RunFaultScenario(const FaultScenario& scenario);
+
+// The calls of a scenario's run without a fault, in their order: "rename /tmp/x/a.prefs".
+QStringList ListCalls(const FaultScenario& scenario);

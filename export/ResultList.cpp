@@ -1,0 +1,74 @@
+#include "export/ResultList.h"
+
+#include "export/PlugInItems.h"
+#include "export/SmartFileList.h"
+#include "foundation/core/GException.h"
+#include "foundation/prefs/GMorvaneGeneralPrefs.h"
+#include "foundation/prefs/GPrefModule.h"
+#include "foundation/prefs/GPreferences.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+
+namespace
+{
+const GBuffer cGroup = QByteArrayLiteral("Results");  // a native path in UTF-8; the second when it was noted
+const GBuffer cDays = QByteArrayLiteral("RemoveResultsAfterDays");
+constexpr qint64 cSecondsOfDay = 24 * 60 * 60;
+
+// 0: results stay.
+int32_t GetDays()
+{
+    return GPreferences::GetInt32(GMorvaneGeneralPrefs::cGroupIDGeneralPrefs, cDays);
+}
+
+// Whether the entry may be forgotten: its file is gone, or none of ours.
+bool Remove(const GString& text)
+{
+    try {
+        const GPathName path(text);
+        if (!PlugInItems::IsInTemporaryFolder(path))
+            return true;
+        SmartFileList::RemoveItem(path);
+        // Goes only when nothing else is in it.
+        if (PlugInItems::IsInTemporaryFolder(path.GetParent()))
+            QDir().rmdir(path.GetParent().GetNativePath());
+        return !QFileInfo::exists(path.GetNativePath());
+    } catch (const GException&) {
+        return true;
+    }
+}
+
+bool IsOld(const GString& noted, qint64 seconds)
+{
+    bool isNumber = false;
+    const qint64 time = noted.toLongLong(&isNumber);
+    return !isNumber || QDateTime::currentSecsSinceEpoch() - time >= seconds;
+}
+}  // namespace
+
+void ResultList::Note(const GPathName& path)
+{
+    if (GetDays() <= 0)
+        return;
+    PlugInItems::ChangeSettings("ResultList::Note", [&](GPrefModule& module) {
+        module.Set(cGroup, path.GetNativePath().toUtf8(),
+                   GString::number(QDateTime::currentSecsSinceEpoch()));
+    });
+}
+
+void ResultList::RemoveOld()
+{
+    const qint64 seconds = GetDays() * cSecondsOfDay;
+    if (seconds <= 0)
+        return;
+    PlugInItems::ChangeSettings("ResultList::RemoveOld", [&](GPrefModule& module) {
+        GPrefGroup noted;
+        module.GetGroupPreferences(cGroup, noted);
+        for (const auto& result : noted) {
+            if (IsOld(result.value, seconds) && Remove(QString::fromUtf8(result.key)))
+                module.Remove(cGroup, result.key);
+        }
+    });
+}
