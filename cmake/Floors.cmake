@@ -2,7 +2,7 @@
 # names only folders that stand above it in this list, so no two can use each other.
 set(floor_1 foundation/core foundation/trace foundation/system)
 set(floor_2 widgets plugin/host foundation/cli foundation/prefs foundation/strings foundation/files foundation/ipc)
-set(floor_3 plugin/messages archive archive/mac foundation/startup)
+set(floor_3 plugin/boundary plugin/messages archive archive/mac foundation/startup)
 set(floor_4 hopbox joboptions)
 
 set(may_use_foundation_core)
@@ -17,6 +17,7 @@ set(may_use_foundation_strings ${floor_1})
 set(may_use_foundation_files ${floor_1})
 set(may_use_foundation_ipc ${floor_1})
 
+set(may_use_plugin_boundary foundation/core foundation/trace plugin/host)
 set(may_use_plugin_messages ${floor_1} ${floor_2})
 set(may_use_archive ${floor_1} ${floor_2})
 set(may_use_archive_mac ${floor_1} ${floor_2})
@@ -33,8 +34,8 @@ set(may_use_plugin_shell ${may_use_export_dialog} export/dialog)
 
 # The Scribus engine, room by room: no window, no command line. Then what stands on it, each apart from the
 # others. None of them links the plug-in.
-set(engine ${floor_1} plugin/host foundation/cli foundation/prefs foundation/strings foundation/files foundation/ipc
-  foundation/startup)
+set(engine ${floor_1} plugin/host plugin/boundary foundation/cli foundation/prefs foundation/strings
+  foundation/files foundation/ipc foundation/startup)
 set(may_use_hosts_scribus_runner ${floor_1})
 set(may_use_hosts_scribus_sla ${floor_1})
 set(may_use_hosts_scribus_books ${floor_1})

@@ -7,7 +7,7 @@ class IHostServices;
 class IStartupShutdownService;
 class WBaseResourceAccess;
 
-// The plug-in as its host sees it. A host loads the module, finds its one exported entry, GetPlugIn, and asks
+// The plug-in as its host sees it. A host that shares the compiler finds the entry GetPlugIn and asks
 // the object that it gives. Everything is called on the host's main thread.
 //
 // The order: Load, CreateActionComponent, the startup service's Startup; then choices and states of menus;
@@ -50,7 +50,8 @@ protected:
     ~IPlugIn() = default;
 };
 
-// The name and the type of the module's one exported entry. It gives the same object each time.
+// The name and the type of that entry, in the module and in the library plugin_shell. It gives the same
+// object each time. Hosts of any other compiler or language: plugin/boundary/hopbox_host.h.
 constexpr const char* cGetPlugInName = "GetPlugIn";
 using GetPlugInFunction = IPlugIn* (*)();
 

@@ -4,7 +4,7 @@
 
 #include <new>
 
-// The module's one exported entry.
+// The entry for who shares the compiler: a host that loads the module, or an adaptor that links this library.
 extern "C" Q_DECL_EXPORT IPlugIn* GetPlugIn();
 
 IPlugIn* GetPlugIn()

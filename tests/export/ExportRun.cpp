@@ -4,6 +4,7 @@
 #include "foundation/strings/GStringPool.h"
 #include "hopbox/HopboxProject.h"
 #include "hopbox/HopboxRegistry.h"
+#include "plugin/host/HostCalls.h"
 #include "plugin/messages/MessageTable.h"
 #include "tests/support/AlertRecorder.h"
 
@@ -41,6 +42,13 @@ ExportParty::~ExportParty()
 {
     GUserMessage::SetInstance(nullptr);
     GStringPool::Finalize();
+}
+
+void ExportParty::UseBoundary(const hopbox_host_table& table)
+{
+    mTable = std::make_unique<HostTable>(host);
+    mTableHost = std::make_unique<TableHost>(table, mTable.get());
+    HostServices::Set(mTableHost.get());
 }
 
 void ExportParty::Export(const GString& key)

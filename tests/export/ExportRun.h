@@ -3,6 +3,8 @@
 #include "ExportFixture.h"
 #include "export/GCPTSaveAsTool.h"
 #include "export/GIDCSPExportBookAction.h"
+#include "plugin/boundary/HostTable.h"
+#include "plugin/boundary/TableHost.h"
 #include "tests/support/fake_host/FakeHost.h"
 
 enum class ExportKind
@@ -26,10 +28,18 @@ public:
     void Export(const GString& key);
     void Export(const GString& key, const std::function<void(GCPTSaveAsTool&)>& prepare);
 
+    // From now on the action reaches the host through both bridges of the C boundary, and this table.
+    void UseBoundary(const hopbox_host_table& table = HostTable::GetTable());
+
+    // Handles that were not given back at the boundary.
+    size_t GetHandleCount() const { return mTable ? mTable->GetHandleCount() : 0; }
+
     FakeHost host;
     QStringList alerts;
 
 private:
+    std::unique_ptr<HostTable> mTable;
+    std::unique_ptr<TableHost> mTableHost;
     std::unique_ptr<GCPTSaveAsAction> mAction;
 
 public:

@@ -1,11 +1,12 @@
 #include "hosts/scribus/host/PlugInModule.h"
 
-#include "plugin/host/IHostServices.h"
-#include "plugin/host/IPlugIn.h"
+#include "plugin/boundary/ModulePlugIn.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+
+PlugInModule::PlugInModule() = default;
 
 PlugInModule::~PlugInModule()
 {
@@ -32,26 +33,17 @@ QString PlugInModule::FindFile()
 bool PlugInModule::Load(const QString& file, IHostServices& services)
 {
     mLibrary.setFileName(file);
-    return FindEntry() && CheckVersion() && GiveServices(services) && StartUp();
+    return FindEntry() && GiveServices(services) && StartUp();
 }
 
 bool PlugInModule::FindEntry()
 {
-    const auto getPlugIn = reinterpret_cast<GetPlugInFunction>(mLibrary.resolve(cGetPlugInName));
-    if (getPlugIn == nullptr)
+    if (!mLibrary.load())
         return Fail(mLibrary.errorString());
-    mPlugIn = getPlugIn();
-    return mPlugIn != nullptr || Fail(QStringLiteral("its entry gives nothing"));
-}
-
-// With another version no other function may be called: its classes have another layout.
-bool PlugInModule::CheckVersion()
-{
-    const int32_t version = mPlugIn->GetInterfaceVersion();
-    return version == IHostServices::cVersion ||
-           Fail(QStringLiteral("it was built for version %1 of the host interface, and this is version %2")
-                    .arg(version)
-                    .arg(IHostServices::cVersion));
+    const auto entry = reinterpret_cast<hopbox_entry_function>(mLibrary.resolve(HOPBOX_ENTRY_NAME));
+    mPlugIn = std::make_unique<ModulePlugIn>(entry);
+    return entry != nullptr ||
+           Fail(QStringLiteral("it has no entry \"%1\".").arg(QStringLiteral(HOPBOX_ENTRY_NAME)));
 }
 
 bool PlugInModule::GiveServices(IHostServices& services)

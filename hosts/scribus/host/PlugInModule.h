@@ -3,9 +3,11 @@
 #include <QLibrary>
 #include <QString>
 
+#include <memory>
+
 class IActionComponent;
 class IHostServices;
-class IPlugIn;
+class ModulePlugIn;
 
 // The plug-in as this host has it: a module that is loaded at run time and known by its one entry. Goes
 // through the plug-in's life in the order that it asks for, and back when this goes out of scope; the
@@ -13,7 +15,7 @@ class IPlugIn;
 class PlugInModule
 {
 public:
-    PlugInModule() = default;
+    PlugInModule();
     ~PlugInModule();
     PlugInModule(const PlugInModule&) = delete;
     PlugInModule& operator=(const PlugInModule&) = delete;
@@ -33,14 +35,13 @@ public:
 
 private:
     bool FindEntry();
-    bool CheckVersion();
     bool GiveServices(IHostServices& services);
     bool StartUp();
     bool Fail(const QString& text);
 
     QLibrary mLibrary;
     QString mError;
-    IPlugIn* mPlugIn = nullptr;
+    std::unique_ptr<ModulePlugIn> mPlugIn;
     IActionComponent* mActions = nullptr;
     bool mHasServices = false;
 };

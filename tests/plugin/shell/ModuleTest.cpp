@@ -1,6 +1,7 @@
 #include "ExportRun.h"
 #include "FakeStateList.h"
 #include "hopbox/HopboxRegistry.h"
+#include "plugin/boundary/ModulePlugIn.h"
 #include "plugin/host/CActionComponent.h"
 #include "plugin/host/IPlugIn.h"
 #include "tests/support/PrinterProcessor.h"
@@ -42,20 +43,29 @@ private:
 class Module : public testing::Test
 {
 protected:
-    Module() : library(QStringLiteral(HOPBOX_MODULE)) { plugIn = Load(); }
+    Module() : library(QStringLiteral(HOPBOX_MODULE)) { Load(); }
 
     ~Module() override
     {
-        plugIn->Unload();
+        EXPECT_EQ(module->GetHandleCount(), 0U);
+        EXPECT_TRUE(plugIn->Unload());
         EXPECT_EQ(host.GetUnreleased(), QStringList());
         library.unload();
     }
 
-    IPlugIn* Load()
+    void Load()
     {
-        const auto getPlugIn = reinterpret_cast<GetPlugInFunction>(library.resolve(cGetPlugInName));
-        EXPECT_NE(getPlugIn, nullptr) << library.errorString().toStdString();
-        return getPlugIn();
+        const auto entry = reinterpret_cast<hopbox_entry_function>(library.resolve(HOPBOX_ENTRY_NAME));
+        EXPECT_NE(entry, nullptr) << library.errorString().toStdString();
+        module = std::make_unique<ModulePlugIn>(entry);
+        plugIn = module.get();
+    }
+
+    // The entry for who shares the compiler, past the boundary.
+    void LoadDirectly()
+    {
+        plugIn = reinterpret_cast<GetPlugInFunction>(library.resolve(cGetPlugInName))();
+        ASSERT_EQ(plugIn->GetInterfaceVersion(), IHostServices::cVersion);
     }
 
     // What the plug-in says against the services; empty when it takes them.
@@ -93,7 +103,8 @@ protected:
     Sandbox sandbox;
     QLibrary library;
     FakeHost host;
-    IPlugIn* plugIn;
+    std::unique_ptr<ModulePlugIn> module;
+    IPlugIn* plugIn = nullptr;
     QString error;
 };
 }  // namespace
@@ -122,13 +133,15 @@ TEST_F(Module, RegistersItsMenusAnswersStatesIsReleasedAndComesBack)
     plugIn->Unload();
     EXPECT_EQ(plugIn->GetStartupShutdownService(), nullptr);
     library.unload();
-    EXPECT_EQ(Load(), plugIn);
+    Load();
     ASSERT_EQ(GiveServices(&host), QString());
     EXPECT_NE(Create(), nullptr) << error.toStdString();
 }
 
 TEST_F(Module, SaysWhatIsWrongWithTheServices)
 {
+    EXPECT_FALSE(GiveServices(nullptr).isEmpty());
+    LoadDirectly();
     EXPECT_FALSE(GiveServices(nullptr).isEmpty());
     host.version = IHostServices::cVersion + 1;
     EXPECT_TRUE(GiveServices(&host).contains(QString::number(host.version)));

@@ -1,6 +1,10 @@
 #include "plugin/shell/GIDCSPStartupShutdown.h"
+
+#include "plugin/host/HostCalls.h"
 #include "tests/support/Test.h"
 #include "tests/support/fake_host/FakeHost.h"
+
+extern "C" IPlugIn* GetPlugIn();
 
 TEST(Startup, AddsEachActionWithItsMenuEntryOnce)
 {
@@ -16,4 +20,16 @@ TEST(Startup, AddsEachActionWithItsMenuEntryOnce)
     EXPECT_EQ(host.actions, actions);
     EXPECT_EQ(host.menuItems, menuItems);
     EXPECT_EQ(host.GetUnreleased(), QStringList());
+}
+
+// The way of an adaptor that is linked with the plug-in.
+TEST(Startup, ALinkedAdaptorHasThePlugInByTheEntryOfTheLibrary)
+{
+    FakeHost host;
+    HostServices::Set(nullptr);
+    PMString error;
+    ASSERT_TRUE(GetPlugIn()->Load(&host, error)) << error.GetString().toStdString();
+    GetPlugIn()->GetStartupShutdownService()->Startup();
+    EXPECT_EQ(host.actions.size(), 2U);
+    EXPECT_TRUE(GetPlugIn()->Unload());
 }

@@ -1,0 +1,353 @@
+/*
+ * The boundary between a layout application (the host) and the module "Export to Hopbox" (the plug-in).
+ *
+ * Plain C11, of no compiler and no library in particular: two tables of functions, opaque handles, texts as
+ * pointer and length, errors by value. A host in any language needs this header alone, and no library to
+ * link.
+ *
+ * How a host uses it:
+ *   1. It loads the module and finds the entry HOPBOX_ENTRY_NAME, a hopbox_entry_function.
+ *   2. It calls the entry with HOPBOX_VERSION and gets the plug-in's table.
+ *   3. It calls `load` with its own table, `open_actions`, and `startup` once its menus can be filled.
+ *   4. It asks `action_state` before it shows a menu, and calls `do_action` on a choice.
+ *   5. At the end it calls `shutdown`, `close_actions`, `unload`. The module stays in memory until the
+ * process ends, and can be loaded again.
+ *
+ * Threads. Every call, in both directions, comes on one thread: the host's main thread.
+ *
+ * Re-entry. While `do_action` runs it calls the host's operations, shows windows and handles events, so the
+ * host's own code may run inside it. A further `do_action` then brings the open window to the front and does
+ * nothing else; `close_actions` and `unload` give HOPBOX_BUSY and change nothing.
+ *
+ * Errors. An operation gives HOPBOX_OK or says why not. A number that is none of hopbox_result counts as
+ * HOPBOX_FAILED. Nothing may be thrown or jumped across the boundary. An operation that does not give
+ * HOPBOX_OK leaves what its pointers lead to alone; what it put into a sink before that is not used.
+ *
+ * Sizes and versions. Each table begins with its size in bytes and its version, which the side that makes it
+ * fills in with sizeof and HOPBOX_VERSION. Later forms add functions at the end and nothing else while the
+ * version stays: a side calls only what lies within the other's size, and takes a function that is missing or
+ * null for one that gives HOPBOX_UNSUPPORTED. A table of another version is refused.
+ *
+ * Handles. Numbers of the host's choice, such as pointers or places in a table; 0 is none. Each handle that
+ * an operation gives belongs to the plug-in, which gives it back with `release` once. The host may give the
+ * same number several times and counts how often then. The plug-in gives all handles back before `do_action`,
+ * `action_state`, `startup`, `shutdown` or `unload` returns.
+ *
+ * Texts. UTF-8 with a length in bytes, without a zero byte at the end; at most HOPBOX_LONGEST_TEXT bytes. A
+ * longer text, or a null pointer with a length, is a fault. What a side passes is the other's to read until
+ * the call returns, and is never kept or freed by it. Texts come back through a sink.
+ *
+ * Paths are full paths in the system's own form, as texts. Lengths are points (1/72 inch), page numbers those
+ * that the user sees. Truth is an int32_t, 0 or 1.
+ */
+#ifndef HOPBOX_HOST_H
+#define HOPBOX_HOST_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+#define HOPBOX_VERSION 1u
+#define HOPBOX_LONGEST_TEXT (1024u * 1024u)
+
+/* What operations give. */
+enum hopbox_result
+{
+    HOPBOX_OK = 0,
+    HOPBOX_NONE = 1,       /* there is no such thing: no document in front, no file, no font list */
+    HOPBOX_FAILED = 2,     /* it was tried */
+    HOPBOX_CANCELLED = 3,  /* the user has cancelled; shows no alert */
+    HOPBOX_BUSY = 4,       /* not while an action runs */
+    HOPBOX_UNSUPPORTED = 5 /* this side does not know the operation, or the value that it was given */
+};
+
+typedef uint64_t hopbox_handle;
+
+typedef struct hopbox_text
+{
+    const char* bytes;
+    size_t length;
+} hopbox_text;
+
+/* Takes a text, which it copies. An operation that gives one text calls it once; one that gives a list, once
+ * for each. `context` is passed through. */
+typedef struct hopbox_sink
+{
+    void* context;
+    void (*put)(void* context, const char* bytes, size_t length);
+} hopbox_sink;
+
+/* Takes pages, which it copies; may be called more than once. At most a million pages are taken. */
+typedef struct hopbox_page_sink
+{
+    void* context;
+    void (*put)(void* context, const uint32_t* pages, size_t count);
+} hopbox_page_sink;
+
+/* Units in which a host shows lengths. */
+enum hopbox_unit
+{
+    HOPBOX_POINTS = 0,
+    HOPBOX_PICAS = 1,
+    HOPBOX_INCHES = 2,
+    HOPBOX_CENTIMETRES = 3,
+    HOPBOX_MILLIMETRES = 4
+};
+
+/* The plug-in's actions. Their class is the number of the about action. */
+enum hopbox_action
+{
+    HOPBOX_ACTION_ABOUT = 1674240,
+    HOPBOX_ACTION_DOCUMENT = 1674244,
+    HOPBOX_ACTION_BOOK = 1674246
+};
+
+/* Commands: a command is made, told what to do, run once and released. */
+enum hopbox_command
+{
+    HOPBOX_EXPORT_DOCUMENT = 1,  /* job options, settings, pages, name, output file */
+    HOPBOX_PDF_PREFERENCES = 2,  /* job options, settings: they become those of the next HOPBOX_EXPORT_BOOK */
+    HOPBOX_EXPORT_BOOK = 3,      /* book, output file */
+    HOPBOX_PACKAGE_DOCUMENT = 4, /* document, package settings, output folder */
+    HOPBOX_PACKAGE_BOOK = 5      /* book, package settings, output folder */
+};
+
+/* Settings of a PDF that are on or off. */
+enum hopbox_switch
+{
+    HOPBOX_USE_DOCUMENT_BLEED = 0, /* the document's own bleed in the place of the four lengths */
+    HOPBOX_INCLUDE_SLUG = 1,
+    HOPBOX_CROP_MARKS = 2,
+    HOPBOX_BLEED_MARKS = 3,
+    HOPBOX_REGISTRATION_MARKS = 4,
+    HOPBOX_COLOR_BARS = 5,
+    HOPBOX_PAGE_INFORMATION = 6
+};
+
+/* Settings of a PDF that are lengths. */
+enum hopbox_length
+{
+    HOPBOX_BLEED_TOP = 0,
+    HOPBOX_BLEED_BOTTOM = 1,
+    HOPBOX_BLEED_INSIDE = 2,
+    HOPBOX_BLEED_OUTSIDE = 3,
+    HOPBOX_MARK_OFFSET = 4, /* from the page's edge to the marks */
+    HOPBOX_MARK_WEIGHT = 5  /* the width of their lines */
+};
+
+/* Settings of a package. */
+enum hopbox_package_setting
+{
+    HOPBOX_PACKAGE_FONTS = 0,
+    HOPBOX_PACKAGE_LINKS = 1,
+    HOPBOX_PACKAGE_PROFILES = 2,
+    HOPBOX_PACKAGE_UPDATE_GRAPHICS = 3,
+    HOPBOX_PACKAGE_HIDDEN_LAYERS = 4,
+    HOPBOX_PACKAGE_IGNORE_ERRORS = 5, /* go on where a link or font is missing */
+    HOPBOX_PACKAGE_REPORT = 6,        /* a report of the host's own making, beside write_report */
+    HOPBOX_PACKAGE_DOCUMENT_HYPHENATION = 7
+};
+
+/*
+ * The host's table. `host` is the pointer that was given to `load` with the table; the plug-in never looks
+ * into it. Every function may be null: the comment says what the plug-in does without it. Table and pointer
+ * stay until `unload` gives HOPBOX_OK.
+ */
+typedef struct hopbox_host_table
+{
+    uint32_t size;    /* sizeof(hopbox_host_table) */
+    uint32_t version; /* HOPBOX_VERSION */
+
+    /* Takes a handle back. Handles are not counted by a host that gives none to count. */
+    void (*release)(void* host, hopbox_handle object);
+
+    /* --- The application --- */
+
+    /* The unit in which lengths are shown, of hopbox_unit. Without it: points. */
+    int32_t (*get_unit)(void* host, int32_t* unit);
+
+    /* Shows an alert with up to three buttons, those with a text, and gives the number, from 1, of the one
+     * that closed it. `default_button` is what Enter presses, `cancel_button` what Escape presses. Without
+     * it: no About box; the alerts of exports are the plug-in's own. */
+    int32_t (*show_alert)(void* host, const hopbox_text* text, const hopbox_text buttons[3],
+                          int32_t default_button, int32_t cancel_button, int32_t* pressed);
+
+    /* The host's menus, panels and shortcuts rest from begin_modal until end_modal, which is given the token
+     * of the begin (not 0). Without them the host does not rest. */
+    int32_t (*begin_modal)(void* host, uint64_t* token);
+    void (*end_modal)(void* host, uint64_t token);
+
+    /* --- Menus; without these three the host makes its entries itself --- */
+
+    /* Whether the host has an action already, from an earlier start or session. */
+    int32_t (*is_action_known)(void* host, int32_t action, int32_t* is_known);
+
+    /* Adds an action. `area` groups actions where the user edits shortcuts. The name and shortcut come from
+     * action_state, each time a menu is shown. */
+    int32_t (*add_action)(void* host, int32_t action, const hopbox_text* area);
+
+    /* Puts an action into a menu, named by a path such as "Main:&File", at a position among its entries: they
+     * stand in the order of their positions. */
+    int32_t (*add_menu_item)(void* host, int32_t action, const hopbox_text* menu, double position);
+
+    /* --- Documents --- */
+
+    /* The document in front, or HOPBOX_NONE: the menu entry is off then. */
+    int32_t (*get_front_document)(void* host, hopbox_handle* document);
+
+    /* The document of a file if it is open, in a window or not, or HOPBOX_NONE. For the documents of books,
+     * as are the next two. */
+    int32_t (*find_open_document)(void* host, const hopbox_text* path, hopbox_handle* document);
+
+    /* Opens a document without a window and without a question. Without it: a book's documents that are not
+     * open can't be exported. */
+    int32_t (*open_document)(void* host, const hopbox_text* path, hopbox_handle* document);
+
+    /* Closes a document that open_document has opened, at once and without a question. The handle is released
+     * after that. */
+    int32_t (*close_document)(void* host, hopbox_handle document);
+
+    /* Whether the file holds the document as it stands. Without it: it does. */
+    int32_t (*is_document_saved)(void* host, hopbox_handle document, int32_t* is_saved);
+
+    /* Saves a document to its file; the host asks for one where there is none. */
+    int32_t (*save_document)(void* host, hopbox_handle document);
+
+    /* The document's file, or HOPBOX_NONE when it was never saved; the name that its window bears. PDF and
+     * package are named after the file, without its ending, else after the name. */
+    int32_t (*get_document_file)(void* host, hopbox_handle document, const hopbox_sink* path);
+    int32_t (*get_document_name)(void* host, hopbox_handle document, const hopbox_sink* name);
+
+    /* The number of pages, and the page at an index from 0. A page is a number of the host's, not 0. Without
+     * them no document can be exported as a whole. */
+    int32_t (*get_page_count)(void* host, hopbox_handle document, int32_t* count);
+    int32_t (*get_page)(void* host, hopbox_handle document, int32_t index, uint32_t* page);
+
+    /* The pages that a text such as "1-3,8" names, in the order of the text and as often as it names them.
+     * HOPBOX_FAILED when it names one that the document does not have. Shows nothing. */
+    int32_t (*get_pages_of_range)(void* host, hopbox_handle document, const hopbox_text* range,
+                                  const hopbox_page_sink* pages);
+
+    /* The names of the fonts that a document uses and the host does not have: none of them is HOPBOX_OK
+     * without a text. HOPBOX_NONE, and a missing function, say that the host can't tell: a document in front
+     * is not exported then. */
+    int32_t (*get_missing_fonts)(void* host, hopbox_handle document, const hopbox_sink* names);
+
+    /* --- Books; a host without books leaves them all null --- */
+
+    /* The book whose panel is in front, or HOPBOX_NONE: the book's menu entry is off then. */
+    int32_t (*get_active_book)(void* host, hopbox_handle* book);
+
+    /* As for a document. */
+    int32_t (*get_book_file)(void* host, hopbox_handle book, const hopbox_sink* path);
+    int32_t (*get_book_name)(void* host, hopbox_handle book, const hopbox_sink* name);
+
+    /* Whether the book differs from its file, and the write to that file. Without them: it does not. */
+    int32_t (*is_book_modified)(void* host, hopbox_handle book, int32_t* is_modified);
+    int32_t (*save_book)(void* host, hopbox_handle book);
+
+    /* The number of documents of a book, and the file of the one at an index from 0. */
+    int32_t (*get_book_document_count)(void* host, hopbox_handle book, int32_t* count);
+    int32_t (*get_book_document_file)(void* host, hopbox_handle book, int32_t index, const hopbox_sink* path);
+
+    /* --- Commands --- */
+
+    /* A command of hopbox_command, with nothing told yet; HOPBOX_UNSUPPORTED where the host has none such. */
+    int32_t (*create_command)(void* host, int32_t kind, hopbox_handle* command);
+
+    /* Takes all settings of a PDF from a job options file; on HOPBOX_FAILED they are as they were. */
+    int32_t (*read_job_options)(void* host, hopbox_handle command, const hopbox_text* path);
+
+    /* One setting, of hopbox_switch or hopbox_length, after the job options. Without these, and where they
+     * give HOPBOX_UNSUPPORTED, the export goes on without the setting. */
+    int32_t (*set_switch)(void* host, hopbox_handle command, int32_t setting, int32_t is_on);
+    int32_t (*set_length)(void* host, hopbox_handle command, int32_t setting, double points);
+
+    /* Whether the pages of a spread become one page. Without these: they don't. */
+    int32_t (*get_spreads)(void* host, hopbox_handle command, int32_t* are_joined);
+    int32_t (*set_spreads)(void* host, hopbox_handle command, int32_t are_joined);
+
+    /* The file or folder that the command is to fill. The plug-in has made it, empty, so that no other
+     * process takes its name: the host replaces or fills it. */
+    int32_t (*set_output)(void* host, hopbox_handle command, const hopbox_text* path);
+
+    /* The pages of a document in the order in which they are to be exported; a page may stand twice. */
+    int32_t (*set_pages)(void* host, hopbox_handle command, hopbox_handle document, const uint32_t* pages,
+                         size_t count, int32_t are_joined);
+
+    /* The name that progress windows and the PDF's title bear. */
+    int32_t (*set_name)(void* host, hopbox_handle command, const hopbox_text* name);
+
+    /* What is packaged; what is exported or packaged as a book, with all of its documents in their order. */
+    int32_t (*set_document)(void* host, hopbox_handle command, hopbox_handle document);
+    int32_t (*set_book)(void* host, hopbox_handle command, hopbox_handle book);
+
+    /* A setting of hopbox_package_setting. */
+    int32_t (*set_package_setting)(void* host, hopbox_handle command, int32_t setting, int32_t is_on);
+
+    /* Does the work, all of it, before it returns. HOPBOX_OK means that the PDF or the filled folder is
+     * there: the plug-in looks. A host with a progress window gives HOPBOX_CANCELLED when the user pressed
+     * Cancel during the command, even where all of its work was done, and removes what it made. */
+    int32_t (*run_command)(void* host, hopbox_handle command);
+
+    /* Writes a report about a document's package, which the command has made, into its folder. Without it a
+     * document's package fails. */
+    int32_t (*write_report)(void* host, hopbox_handle package);
+} hopbox_host_table;
+
+/*
+ * The plug-in's table, which stays as long as the module. There is one plug-in to a module.
+ */
+typedef struct hopbox_plugin_table
+{
+    uint32_t size;    /* sizeof(hopbox_plugin_table) */
+    uint32_t version; /* HOPBOX_VERSION */
+
+    /* Takes the host's table and the pointer that goes with it. HOPBOX_FAILED, with the reason for the user
+     * in `error`, when they are none, of another version, or the plug-in has a host already. `error` may be
+     * null here and below. */
+    int32_t (*load)(const hopbox_host_table* table, void* host, const hopbox_sink* error);
+
+    /* Brings up what the actions stand on: settings, texts, and Qt's windows unless the process has them.
+     * HOPBOX_FAILED, with the reason in `error`, where they can't be shown. */
+    int32_t (*open_actions)(const hopbox_sink* error);
+
+    /* Adds the actions and menu entries that the host does not know yet; tells the end of the host's session.
+     */
+    int32_t (*startup)(void);
+    int32_t (*shutdown)(void);
+
+    /* Takes down what open_actions brought up. HOPBOX_BUSY while an action runs. */
+    int32_t (*close_actions)(void);
+
+    /* Gives the host's table back, and closes the actions first where they are open. HOPBOX_BUSY while an
+     * action runs: table and host must stay then. */
+    int32_t (*unload)(void);
+
+    /* What the entry of an action is to show now: whether it is on, its name in the user's language, and the
+     * shortcut that it bears while the user has set none, such as "Alt+Shift+E". The sinks may be null.
+     * HOPBOX_NONE for the about action and for what is not the plug-in's: their entries are the host's
+     * business. */
+    int32_t (*get_action_state)(int32_t action, int32_t* is_on, const hopbox_sink* name,
+                                const hopbox_sink* shortcut);
+
+    /* The user chose an action of hopbox_action. Returns when its windows are closed and its export is over.
+     * What goes wrong is told to the user, not to the host. HOPBOX_NONE when the actions are not open. */
+    int32_t (*do_action)(int32_t action);
+
+    /* The folder of the plug-in's own resources. */
+    int32_t (*get_resource_folder)(const hopbox_sink* path);
+} hopbox_plugin_table;
+
+/* The module's entry. Null for a version that the module does not serve. */
+#define HOPBOX_ENTRY_NAME "hopbox_plugin"
+typedef const hopbox_plugin_table* (*hopbox_entry_function)(uint32_t version);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,251 @@
+#include "ExportRun.h"
+#include "SmallHost.h"
+#include "plugin/boundary/BoundaryText.h"
+#include "plugin/boundary/ModulePlugIn.h"
+#include "tests/support/PrinterProcessor.h"
+#include "tests/support/WindowDriver.h"
+
+#include <QApplication>
+#include <QLibrary>
+
+#include <limits>
+
+namespace
+{
+class Lies : public ExportFixture
+{
+};
+
+constexpr size_t cEndless = std::numeric_limits<size_t>::max();
+using Table = hopbox_host_table;
+using Handle = hopbox_handle;
+}  // namespace
+
+// A host's table in which one function is another: the export ends with an alert, or goes on without it.
+TEST_F(Lies, EndInAnErrorOfTheExport)
+{
+    struct Case
+    {
+        const char* name;
+        void (*change)(Table& table);
+        QString alert;  // without the frame; "-" for none
+    };
+    const QString ended = "Unable to execute PDF Export command"_q;
+    const QString badText = ended + "\nThe host gave a text that can't be read."_q;
+    const QString noPages = "The pages to export are not in the document."_q;
+    const QString noFonts = ended + "\nThe host does not tell a document's missing fonts."_q;
+    const Case cases[] = {
+        {"nothing", [](Table&) {}, cNobodyTakesIt},
+        {"a text of all memory",
+         [](Table& table) {
+             table.get_document_file = [](void*, Handle, const hopbox_sink* sink) -> int32_t {
+                 sink->put(sink->context, "a", cEndless);
+                 return HOPBOX_OK;
+             };
+         },
+         badText},
+        {"a text without bytes",
+         [](Table& table) {
+             table.get_document_name = [](void*, Handle, const hopbox_sink* sink) -> int32_t {
+                 sink->put(sink->context, nullptr, 3);
+                 return HOPBOX_OK;
+             };
+         },
+         badText},
+        {"fonts without end",
+         [](Table& table) {
+             table.get_missing_fonts = [](void*, Handle, const hopbox_sink* sink) -> int32_t {
+                 for (int i = 0; i < 200'000; ++i)
+                     sink->put(sink->context, "A", 1);
+                 return HOPBOX_OK;
+             };
+         },
+         noFonts},
+        {"no font list", [](Table& table) { table.get_missing_fonts = nullptr; },
+         "Can't retrieve all fonts used in the document."_q},
+        {"pages of all memory",
+         [](Table& table) {
+             table.get_pages_of_range = [](void*, Handle, const hopbox_text*,
+                                           const hopbox_page_sink* sink) -> int32_t {
+                 const uint32_t page = 1;
+                 sink->put(sink->context, &page, cEndless);
+                 return HOPBOX_OK;
+             };
+         },
+         noPages},
+        {"pages without a list",
+         [](Table& table) {
+             table.get_pages_of_range = [](void*, Handle, const hopbox_text*,
+                                           const hopbox_page_sink* sink) -> int32_t {
+                 sink->put(sink->context, nullptr, 1);
+                 return HOPBOX_OK;
+             };
+         },
+         noPages},
+        {"no document, and success",
+         [](Table& table) {
+             table.get_front_document = [](void*, Handle* document) -> int32_t {
+                 *document = 0;
+                 return HOPBOX_OK;
+             };
+         },
+         "No current document"_q},
+        {"a result of its own",
+         [](Table& table) { table.run_command = [](void*, Handle) -> int32_t { return 77; }; }, ended},
+        {"cancelled",
+         [](Table& table) { table.run_command = [](void*, Handle) -> int32_t { return HOPBOX_CANCELLED; }; },
+         "-"_q},
+        {"no output", [](Table& table) { table.set_output = nullptr; },
+         "Unable to retrieve system file data"_q},
+        {"an output that is refused",
+         [](Table& table) {
+             table.set_output = [](void*, Handle, const hopbox_text*) -> int32_t {
+                 return HOPBOX_UNSUPPORTED;
+             };
+         },
+         ended + "\nThe host does not do what its command needs."_q},
+        {"a setting that it lacks", [](Table& table) { table.set_switch = nullptr; }, cNobodyTakesIt},
+        {"a setting that fails",
+         [](Table& table) {
+             table.set_switch = [](void*, Handle, int32_t, int32_t) -> int32_t { return HOPBOX_FAILED; };
+         },
+         ended + "\nThe host does not take a setting of its command."_q},
+        {"no preferences", [](Table& table) { table.read_job_options = nullptr; },
+         "Unable to retrieve PDF Export preferences"_q},
+        {"no commands", [](Table& table) { table.create_command = nullptr; },
+         "PDF Export command not found"_q},
+        {"a saved state that fails",
+         [](Table& table) {
+             table.is_document_saved = [](void*, Handle, int32_t*) -> int32_t { return HOPBOX_FAILED; };
+             table.save_document = nullptr;
+         },
+         "Unable to save current document. Save the document and try again."_q},
+        {"no saved state", [](Table& table) { table.is_document_saved = nullptr; }, cNobodyTakesIt}};
+    const GString key = MakeHopbox("Press"_q, QStringList{"Trim=true"_q});
+    for (const Case& row : cases) {
+        SCOPED_TRACE(row.name);
+        ExportParty party;
+        Table table = HostTable::GetTable();
+        row.change(table);
+        party.UseBoundary(table);
+        party.Export(key, [](GCPTSaveAsTool& tool) { tool.SetPageRange("1"_q); });
+        const QStringList alerts = row.alert == "-"_q ? QStringList()
+                                   : row.alert == cNobodyTakesIt
+                                       ? QStringList{MakeAlert(row.alert)}
+                                       : QStringList{MakeFramedAlert(row.alert.toUtf8().constData())};
+        EXPECT_EQ(party.alerts, alerts);
+        EXPECT_EQ(party.GetHandleCount(), 0U);
+        EXPECT_EQ(party.host.GetUnreleased(), QStringList());
+    }
+}
+
+TEST_F(Lies, HandlesThatAreNoneAreFailures)
+{
+    ExportParty party;
+    HostTable host(party.host);
+    const Table& table = HostTable::GetTable();
+    Handle document = 0;
+    Handle command = 0;
+    ASSERT_EQ(table.get_front_document(&host, &document), HOPBOX_OK);
+    ASSERT_EQ(table.create_command(&host, HOPBOX_PACKAGE_DOCUMENT, &command), HOPBOX_OK);
+    const Boundary::PassedText path("/a"_q);
+    int32_t number = 0;
+    EXPECT_EQ(table.get_page_count(&host, 4711, &number), HOPBOX_FAILED);
+    EXPECT_EQ(table.get_page_count(&host, command, &number), HOPBOX_FAILED);
+    EXPECT_EQ(table.run_command(&host, document), HOPBOX_FAILED);
+    EXPECT_EQ(table.set_book(&host, command, document), HOPBOX_FAILED);
+    EXPECT_EQ(table.set_output(&host, document, path), HOPBOX_FAILED);
+    EXPECT_EQ(table.set_output(&host, command, nullptr), HOPBOX_FAILED);
+    EXPECT_EQ(table.set_package_setting(&host, command, cPackageSettingCount, 1), HOPBOX_UNSUPPORTED);
+    EXPECT_EQ(table.create_command(&host, 99, &document), HOPBOX_UNSUPPORTED);
+    table.release(&host, document);
+    table.release(&host, document);
+    EXPECT_EQ(table.get_page_count(&host, document, &number), HOPBOX_FAILED);
+    EXPECT_EQ(host.GetHandleCount(), 1U);
+    table.release(&host, command);
+    EXPECT_EQ(party.host.GetUnreleased(), QStringList());
+}
+
+namespace
+{
+// The module as a small host loads it.
+class SmallHosts : public testing::Test
+{
+protected:
+    SmallHosts() : library(QStringLiteral(HOPBOX_MODULE)) {}
+
+    hopbox_entry_function FindEntry()
+    {
+        const auto entry = reinterpret_cast<hopbox_entry_function>(library.resolve(HOPBOX_ENTRY_NAME));
+        EXPECT_NE(entry, nullptr) << library.errorString().toStdString();
+        return entry;
+    }
+
+    Sandbox sandbox;
+    QLibrary library;
+};
+}  // namespace
+
+// Hosts in C that were compiled against the header as it was before its last functions, as it is, and as it
+// may be once it has more.
+TEST_F(SmallHosts, OfAnEarlierAndALaterFormOfTheHeaderExport)
+{
+    MakeHopbox("Press"_q);
+    int count = 1;
+    char name[] = "host";
+    char* arguments[] = {name, nullptr};
+    const QApplication application(count, arguments);  // for the driver
+    for (const SmallHost* host : {&earlier_host, &present_host, &later_host}) {
+        SCOPED_TRACE(host->name);
+        const QByteArray folder = sandbox.GetPath(QString::fromLatin1(host->name)).toUtf8();
+        PrinterProcessor receiver(sandbox, {"--inbox"_q, sandbox.GetPath("Inbox"_q)});
+        WindowDriver driver({[](QWidget&) { WindowDriver::Click(Qt::Key_Return); }});
+        char error[200] = "";
+        EXPECT_EQ(host->run(FindEntry(), folder.constData(), error), 0) << error;
+        const QJsonObject job = receiver.ReadLine();
+        EXPECT_TRUE(ReadFile(job.value("saved"_q).toString()).startsWith("%PDF-1.4"));
+        EXPECT_EQ(host->count_handles(), 0);
+        EXPECT_EQ(host->count_entries(), 2);
+    }
+}
+
+TEST_F(SmallHosts, WithATableThatIsNoneAreRefused)
+{
+    const hopbox_plugin_table* plugIn = FindEntry()(HOPBOX_VERSION);
+    ASSERT_NE(plugIn, nullptr);
+    EXPECT_EQ(FindEntry()(HOPBOX_VERSION + 1), nullptr);
+    Table other = {};
+    other.size = sizeof other;
+    other.version = HOPBOX_VERSION + 1;
+    Table small = {};
+    small.size = 4;
+    small.version = HOPBOX_VERSION;
+    for (const Table* table : {static_cast<const Table*>(nullptr), static_cast<const Table*>(&other),
+                               static_cast<const Table*>(&small)}) {
+        const Boundary::TextSink reason;
+        EXPECT_EQ(plugIn->load(table, nullptr, reason), HOPBOX_FAILED);
+        EXPECT_EQ(reason.GetTexts().size(), 1);
+        EXPECT_EQ(plugIn->load(table, nullptr, nullptr), HOPBOX_FAILED);
+    }
+    EXPECT_EQ(plugIn->do_action(HOPBOX_ACTION_DOCUMENT), HOPBOX_NONE);
+    EXPECT_EQ(plugIn->unload(), HOPBOX_OK);
+}
+
+// A module of an earlier form has the last function of its table less.
+TEST_F(SmallHosts, UseOfAnEarlierModuleWhatItHas)
+{
+    static hopbox_plugin_table earlier = {};
+    ASSERT_NE(FindEntry()(HOPBOX_VERSION), nullptr);
+    earlier = *FindEntry()(HOPBOX_VERSION);
+    earlier.size = offsetof(hopbox_plugin_table, get_resource_folder);
+    ModulePlugIn plugIn([](uint32_t) -> const hopbox_plugin_table* { return &earlier; });
+    FakeHost host;
+    PMString error;
+    ASSERT_TRUE(plugIn.Load(&host, error)) << error.GetString().toStdString();
+    ResourceFileInfo info;
+    EXPECT_FALSE(plugIn.GetResourceAccess().GetResourceFile(info));
+    EXPECT_TRUE(plugIn.Unload());
+    ModulePlugIn none([](uint32_t) -> const hopbox_plugin_table* { return nullptr; });
+    EXPECT_FALSE(none.Load(&host, error));
+    EXPECT_FALSE(error.IsEmpty());
+}

@@ -1,0 +1,1 @@
+#include "plugin/boundary/hopbox_host.h"
