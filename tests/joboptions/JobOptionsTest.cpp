@@ -97,4 +97,17 @@ TEST(JobOptionsTest, WhatIsNoJobOptionsFileIsRefusedWithItsPlace)
         EXPECT_EQ(error.toStdString(), item.error);
     }
 }
+TEST(JobOptionsTest, AFileLargerThanAnyJobOptionsIsRefused)
+{
+    Sandbox sandbox;
+    const QString path = sandbox.GetPath("a.joboptions"_q);
+    const QByteArray text = "<< /a 1 >> setdistillerparams";
+    JobOptions options;
+    QString error;
+    WriteFile(path, text.leftJustified(int(JobOptions::cMostBytes)));
+    EXPECT_TRUE(options.Read(path, error)) << error.toStdString();
+    WriteFile(path, text.leftJustified(int(JobOptions::cMostBytes) + 1));
+    EXPECT_FALSE(options.Read(path, error));
+    EXPECT_EQ(error, "it is larger than any job options file"_q);
+}
 }  // namespace

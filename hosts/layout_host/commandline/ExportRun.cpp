@@ -59,6 +59,8 @@ void ExportRun::Export()
     mActivity = QStringLiteral("the dialog");
     mDriver.Run([&] { plugIn.GetActions()->DoAction(nullptr, action, nullptr); });
     mError = mDriver.GetError();
+    if (!mError.isEmpty() && !mHost.GetLastFailure().isEmpty())
+        mError += QLatin1Char(' ') + mHost.GetLastFailure();
 }
 
 bool ExportRun::OpenFile()
@@ -70,7 +72,9 @@ bool ExportRun::OpenFile()
         mLine.isBook ? mHost.OpenBook(file, reason) != nullptr : mHost.OpenDocument(file, reason) != nullptr;
     if (!isOpen)
         mAlerts.append({QString(), reason});
-    return isOpen;
+    else if (mLine.isBook && mHost.GetActiveBook()->GetDocuments().isEmpty())
+        mError = QStringLiteral("The book \"%1\" is empty.").arg(file);
+    return isOpen && mError.isEmpty();
 }
 
 void ExportRun::WatchForEnd()

@@ -103,7 +103,7 @@ void HostWindow::AddOwnEntries()
         return entry;
     };
     add(100, "&New from Template\u2026", QKeySequence::New, &HostWindow::NewDocument);
-    add(110, "&Open\u2026", QKeySequence::Open, &HostWindow::OpenDocuments);
+    add(110, "&Open\u2026", QKeySequence::Open, &HostWindow::OpenChosenFiles);
     mDocumentEntries = {add(400, "&Close", QKeySequence::Close, &HostWindow::CloseDocument),
                         add(410, "&Save", QKeySequence::Save, &HostWindow::SaveDocument),
                         add(420, "Save &As\u2026", QKeySequence::SaveAs, &HostWindow::SaveDocumentAs)};
@@ -122,13 +122,23 @@ void HostWindow::AddOwnEntries()
 void HostWindow::Start(const QStringList& files)
 {
     LoadPlugIn();
+    OpenFiles(files);
+    ShowDocuments();
+}
+
+void HostWindow::OpenChosenFiles()
+{
+    OpenFiles(FileQuestions::AskForFilesToOpen(*this));
+}
+
+void HostWindow::OpenFiles(const QStringList& files)
+{
     for (const QString& file : files) {
         if (FileQuestions::IsBook(file))
             mBooks->OpenBook(file);
         else
             OpenDocument(file);
     }
-    ShowDocuments();
 }
 
 void HostWindow::LoadPlugIn()
@@ -170,13 +180,6 @@ void HostWindow::NewDocument()
     QString reason;
     const auto document = WhileWaiting([&] { return mHost.NewDocument(path, reason); });
     TakeNew(document, reason);
-}
-
-void HostWindow::OpenDocuments()
-{
-    const QStringList paths = FileQuestions::AskForDocumentsToOpen(*this);
-    for (const QString& path : paths)
-        OpenDocument(path);
 }
 
 void HostWindow::OpenDocument(const QString& path)

@@ -38,7 +38,8 @@ private:
     void RunPlugInAction(ActionID action);
 
     void NewDocument();
-    void OpenDocuments();
+    void OpenChosenFiles();
+    void OpenFiles(const QStringList& files);
     void OpenDocument(const QString& path);
     void SaveDocument();
     void SaveDocumentAs();

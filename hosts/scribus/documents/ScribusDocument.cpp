@@ -109,7 +109,8 @@ const DocumentInfo* ScribusDocument::GetInfo()
     mStamp = stamp;
     if (!stamp.Exists())
         mError = QStringLiteral("There is no file \"%1\".").arg(GetContentPath());
-    else if (!AskScribus() || FileStamp::Take(GetContentPath()) != stamp)
+    else if (!SlaFile::CheckBeginning(GetContentPath(), mError) || !AskScribus() ||
+             FileStamp::Take(GetContentPath()) != stamp)
         mStamp = FileStamp();  // asked again at the next call, whatever went wrong
     if (!mError.isEmpty())
         GTrace::Error(QStringLiteral("ScribusDocument::GetInfo"), mError);

@@ -54,9 +54,10 @@ public:
         QString error;
         if (options.Read(GetPath(file), error) && PdfSettings::Make(options, mOrders->settings, error))
             return cSuccess;
-        mOrders->host->SetLastFailure(
-            QStringLiteral("IPDFExportPreferences::ReadJobOptions"),
-            QStringLiteral("The job options \"%1\" can't be used: %2.").arg(GetPath(file), error));
+        const QString reason =
+            QStringLiteral("The job options \"%1\" can't be used: %2.").arg(GetPath(file), error);
+        mOrders->host->SetLastFailure(reason);
+        GTrace::Error(QStringLiteral("IPDFExportPreferences::ReadJobOptions"), reason);
         return cFailure;
     }
 

@@ -38,7 +38,7 @@ public:
         const QVector<int> found =
             info == nullptr ? QVector<int>() : info->FindPages(range.GetString(), reason);
         if (!reason.isEmpty())
-            mHost.SetLastFailure(QStringLiteral("IPageList::GetPageUIDs"), reason);
+            mHost.SetLastFailure(reason);
         for (const int page : found)
             pages.Append(HostDocuments::GetPageUID(page));
         return found.isEmpty() ? cFailure : cSuccess;
@@ -143,7 +143,7 @@ public:
     {
         const DocumentPtr opened = mHost.TakeDocument(GetPath(file));
         if (opened->GetInfo() == nullptr) {
-            mHost.SetLastFailure(QStringLiteral("IDocumentUtils::OpenDocument"), opened->GetError());
+            mHost.SetLastFailure(opened->GetError());
             return cFailure;
         }
         mHost.GetHiddenDocuments().push_back(opened);

@@ -206,12 +206,6 @@ ErrorCode ScribusHost::RunCommand(const QString& title, int steps, const Work& w
     return cFailure;
 }
 
-void ScribusHost::SetLastFailure(const QString& place, const QString& reason)
-{
-    mLastFailure = reason;
-    GTrace::Error(place, reason);
-}
-
 void ScribusHost::SetLastPDF(const QString& path, const QJsonObject& report)
 {
     mLastPDF = path;

@@ -74,8 +74,8 @@ public:
     // Why the last command failed, as it stands in the log; empty after one that succeeded.
     const QString& GetLastFailure() const { return mLastFailure; }
 
-    // For a failure outside a command, such as job options that can't be read; it is logged.
-    void SetLastFailure(const QString& place, const QString& reason);
+    // For a failure outside a command, such as a range of pages that are not there.
+    void SetLastFailure(const QString& reason) { mLastFailure = reason; }
 
     // What the last export that succeeded made of the job options, as docs/layout-host.md shows it:
     // "settings", "images", "fonts" and "notes". Empty before one.

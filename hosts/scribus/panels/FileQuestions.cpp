@@ -56,6 +56,13 @@ QStringList FileQuestions::AskForDocumentsToOpen(QWidget& parent)
     return QFileDialog::getOpenFileNames(&parent, QStringLiteral("Open"), QString(), cDocumentFilter);
 }
 
+QStringList FileQuestions::AskForFilesToOpen(QWidget& parent)
+{
+    const QString filter =
+        QStringLiteral("Scribus documents and books (*.sla *.sla.gz *%1)").arg(GetBookEnding());
+    return QFileDialog::getOpenFileNames(&parent, QStringLiteral("Open"), QString(), filter);
+}
+
 QString FileQuestions::AskForTemplate(QWidget& parent)
 {
     return QFileDialog::getOpenFileName(&parent, QStringLiteral("New from Template"), cTemplateFolder,

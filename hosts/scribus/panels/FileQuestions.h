@@ -11,6 +11,9 @@ namespace FileQuestions
 bool IsBook(const QString& path);
 
 QStringList AskForDocumentsToOpen(QWidget& parent);
+
+// Documents and books.
+QStringList AskForFilesToOpen(QWidget& parent);
 QString AskForTemplate(QWidget& parent);
 QString AskForDocumentToSave(QWidget& parent, const QString& documentName);
 QStringList AskForBooksToOpen(QWidget& parent);

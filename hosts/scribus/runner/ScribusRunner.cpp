@@ -6,6 +6,7 @@
 #include "foundation/trace/GTrace.h"
 #include "hosts/scribus/runner/HostScript.h"
 #include "hosts/scribus/runner/IHostFrontend.h"
+#include "hosts/scribus/runner/IdleWatch.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -25,6 +26,7 @@ constexpr qint64 cLargestAnswer = 64 * 1024 * 1024;
 
 constexpr int cOutputKept = 256 * 1024;  // of what a program prints, in bytes
 constexpr int cWaitMilliseconds = 50;    // between two looks at the frontend
+constexpr int cDialogSeconds = 8;        // without any work, after which it is a dialog that waits
 constexpr int cEndMilliseconds = 2000;   // that a program has to end when it is told to
 
 namespace
@@ -136,7 +138,8 @@ QString ScribusRunner::MakeScratchPath(const QString& ending)
                              : QString();
 }
 
-ScribusRunner::Ended ScribusRunner::RunProgram(const QString& program, const QStringList& arguments)
+ScribusRunner::Ended ScribusRunner::RunProgram(const QString& program, const QStringList& arguments,
+                                               const QString& openedPath)
 {
     BoundProcess process;
     process.setProcessEnvironment(MakeEnvironment(mSetup.home, mFolder.path()));
@@ -147,11 +150,15 @@ ScribusRunner::Ended ScribusRunner::RunProgram(const QString& program, const QSt
     ended.hasStarted = process.waitForStarted();
     QElapsedTimer timer;
     timer.start();
-    while (process.state() != QProcess::NotRunning && !ended.isCancelled && !ended.isLate) {
+    IdleWatch idle(process.processId());
+    while (process.state() != QProcess::NotRunning && !ended.isCancelled && !ended.isLate &&
+           !ended.isWaiting) {
         process.waitForFinished(cWaitMilliseconds);
         ended.output = (ended.output + process.readAll()).right(cOutputKept);
         ended.isCancelled = IsCancelled();
         ended.isLate = timer.hasExpired(qint64(mSetup.timeLimitSeconds) * 1000);
+        ended.isWaiting =
+            !openedPath.isEmpty() && idle.HasWaitedFor(cDialogSeconds) && !QFile::exists(openedPath);
     }
     if (process.state() != QProcess::NotRunning) {
         process.terminate();
@@ -174,19 +181,21 @@ ScribusAnswer ScribusRunner::MakeFailure(const QString& program, const Ended& en
         answer.reason = QStringLiteral("The user cancelled.");
     } else if (!ended.hasStarted) {
         answer.reason = QStringLiteral("%1 can't be started.").arg(program);
+    } else if (ended.isWaiting) {
+        answer.reason = QStringLiteral(
+            "Scribus shows a dialog that nobody can see while it opens the document; it was ended.");
     } else if (ended.isLate) {
-        answer.reason = QStringLiteral("%1 took more than %2 s and was ended; it said last: %3")
-                            .arg(program)
-                            .arg(mSetup.timeLimitSeconds)
-                            .arg(TakeLastLines(ended.output));
+        answer.reason =
+            QStringLiteral("%1 took more than %2 s and was ended.").arg(program).arg(mSetup.timeLimitSeconds);
     } else {
-        answer.reason = QStringLiteral("%1 %2 (%3); it said last: %4")
+        answer.reason = QStringLiteral("%1 %2 (%3).")
                             .arg(program, ended.hasCrashed ? QStringLiteral("was killed or crashed")
                                                            : QStringLiteral("failed"))
-                            .arg(ended.status)
-                            .arg(TakeLastLines(ended.output));
+                            .arg(ended.status);
     }
-    GTrace::Error(QStringLiteral("ScribusRunner"), answer.reason);
+    // What the program itself says is for whoever looks for the cause.
+    GTrace::Error(QStringLiteral("ScribusRunner"),
+                  QStringLiteral("%1 It said last: %2").arg(answer.reason, TakeLastLines(ended.output)));
     return answer;
 }
 
@@ -196,6 +205,8 @@ ScribusAnswer ScribusRunner::RunScript(const QString& operation, QJsonObject req
     const QString answerPath = MakeScratchPath(QStringLiteral("json"));
     request.insert(QStringLiteral("operation"), operation);
     request.insert(QStringLiteral("answer"), answerPath);
+    const QString openedPath = answerPath + QStringLiteral(".opened");
+    request.insert(QStringLiteral("opened"), openedPath);
     const QByteArray argument = QJsonDocument(request).toJson(QJsonDocument::Compact);
     if (!Prepare())
         failure.reason = QStringLiteral("The folder %1 can't be written.").arg(mFolder.path());
@@ -207,9 +218,11 @@ ScribusAnswer ScribusRunner::RunScript(const QString& operation, QJsonObject req
         return failure;
     }
 
-    const Ended ended =
-        RunProgram(mSetup.scribus, {QStringLiteral("-g"), QStringLiteral("-ns"), QStringLiteral("-py"),
-                                    mScriptPath, QString::fromUtf8(argument)});
+    const Ended ended = RunProgram(mSetup.scribus,
+                                   {QStringLiteral("-g"), QStringLiteral("-ns"), QStringLiteral("-py"),
+                                    mScriptPath, QString::fromUtf8(argument)},
+                                   openedPath);
+    const bool hasOpened = QFile::remove(openedPath);
     QFile file(answerPath);
     if (ended.isCancelled || !file.open(QIODevice::ReadOnly))
         return MakeFailure(mSetup.scribus, ended);
@@ -221,9 +234,11 @@ ScribusAnswer ScribusRunner::RunScript(const QString& operation, QJsonObject req
     answer.values = document.object();
     const QJsonValue error = answer.values.value(QLatin1String("error"));
     if (!error.isUndefined()) {
-        answer.reason = QStringLiteral("Scribus says: %1; it said last: %2")
-                            .arg(error.toString(), TakeLastLines(ended.output));
-        GTrace::Error(QStringLiteral("ScribusRunner::RunScript"), answer.reason);
+        answer.reason = hasOpened ? QStringLiteral("Scribus failed: %1.").arg(error.toString())
+                                  : QStringLiteral("Scribus can't open the document; it may be damaged.");
+        GTrace::Error(QStringLiteral("ScribusRunner::RunScript"),
+                      QStringLiteral("%1 It said: %2; %3")
+                          .arg(answer.reason, error.toString(), TakeLastLines(ended.output)));
         return answer;
     }
     answer.outcome = CommandResult::Outcome::Succeeded;

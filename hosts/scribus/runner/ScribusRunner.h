@@ -51,7 +51,9 @@ struct ScribusAnswer : CommandResult
 // start-up scripts of the user's, no display. Scribus runs one script, host.py, which takes the request as
 // one JSON argument and writes its answer to a file that appears whole or not at all: names of documents are
 // data at each step, never part of a script or of a command line that a shell reads. Success is the answer,
-// never the exit status. What a failed program said last goes to the log. A program ends with this process.
+// never the exit status. What a failed program said last goes to the log; reasons are sentences for people. A
+// Scribus that waits for an answer to a dialog while it opens a document is ended after some seconds. A
+// program ends with this process.
 //
 // For the main thread. Calls wait for the program; the frontend is asked meanwhile whether to go on.
 class ScribusRunner
@@ -90,13 +92,17 @@ private:
         bool hasStarted = false;
         bool isCancelled = false;
         bool isLate = false;
+        bool isWaiting = false;  // for somebody to answer a dialog
         bool hasCrashed = false;
         int status = -1;
         QByteArray output;  // the end of it, standard output and error together
     };
 
     bool Prepare();
-    Ended RunProgram(const QString& program, const QStringList& arguments);
+
+    // A program that does nothing is ended, until there is a file at `openedPath`; empty: it never is.
+    Ended RunProgram(const QString& program, const QStringList& arguments,
+                     const QString& openedPath = QString());
     ScribusAnswer MakeFailure(const QString& program, const Ended& ended) const;
 
     ScribusSetup mSetup;

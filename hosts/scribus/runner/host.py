@@ -4,6 +4,7 @@ Called as: scribus -g -ns -py host.py REQUEST, where REQUEST is one JSON object 
     operation   one of the functions in OPERATIONS
     answer      the path to write the answer to; it appears there whole
     document    the path of the document
+    opened      the path of an empty file that is made when the document is open
 and what the operation needs besides. The answer is a JSON object; one with "error" is a failure. All lengths
 are points.
 """
@@ -24,6 +25,7 @@ def open_document(request):
     scribus.openDoc(request["document"])
     if not scribus.haveDoc():
         raise RuntimeError("no document is open")
+    open(request["opened"], "w").close()
     scribus.setUnit(scribus.UNIT_POINTS)
     own = os.path.join(os.path.dirname(os.path.realpath(request["document"])), "")
     return {font[0] for font in scribus.getXFontNames()

@@ -72,6 +72,33 @@ static bool ReadBytes(const QString& path, QByteArray& bytes, QString& reason)
     return true;
 }
 
+// Whether the first element is a document's. A text that is only a beginning may end within it.
+static bool IsDocument(const QByteArray& text, bool isBeginning)
+{
+    SlaScanner scanner({text.constData(), static_cast<size_t>(text.size())});
+    return (scanner.Next() || isBeginning) && scanner.GetName().substr(0, 7) == "SCRIBUS";
+}
+
+bool SlaFile::CheckBeginning(const QString& path, QString& reason)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        reason = QStringLiteral("\"%1\" can't be opened: %2.").arg(path, file.errorString());
+        return false;
+    }
+    QByteArray beginning = file.read(cChunk);
+    if (beginning.startsWith("\x1f\x8b")) {
+        QByteArray text;
+        QString cut;  // as the rest is not there
+        Unpack(beginning, text, cut);
+        beginning = text;
+    }
+    const bool isDocument = IsDocument(beginning, true);
+    if (!isDocument)
+        reason = QStringLiteral("\"%1\" is no Scribus document.").arg(path);
+    return isDocument;
+}
+
 bool SlaFile::Read(const QString& path, QByteArray& text, bool& isPacked, QString& reason)
 {
     QByteArray bytes;
@@ -82,8 +109,7 @@ bool SlaFile::Read(const QString& path, QByteArray& text, bool& isPacked, QStrin
         isRead = Unpack(bytes, text, reason);
     else
         text = bytes;
-    SlaScanner scanner({text.constData(), static_cast<size_t>(text.size())});
-    if (isRead && (!scanner.Next() || scanner.GetName().substr(0, 7) != "SCRIBUS")) {
+    if (isRead && !IsDocument(text, false)) {
         reason = QStringLiteral("it is no Scribus document");
         isRead = false;
     }

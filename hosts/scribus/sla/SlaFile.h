@@ -10,6 +10,10 @@ namespace SlaFile
 // No document is larger, unpacked; one that claims to be is refused, whatever it is packed as.
 constexpr qint64 cMostBytes = 256 * 1024 * 1024;
 
+// Looks at the first bytes alone: false, with the reason, when the file can't be opened, or does not begin as
+// a document does.
+bool CheckBeginning(const QString& path, QString& reason);
+
 // False, with the reason, when the file can't be read, unpacks to more than the limit, or its content does
 // not begin as a document does. `isPacked` says whether it was compressed.
 bool Read(const QString& path, QByteArray& text, bool& isPacked, QString& reason);

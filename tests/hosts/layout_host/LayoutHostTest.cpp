@@ -168,15 +168,22 @@ TEST_F(LayoutHost, TwoAtOnceMixNothing)
 
 TEST_F(LayoutHost, TellsWhyItSentNothing)
 {
+    const QString emptyBook = mSandbox.GetPath("Empty.slabook"_q);
+    const QString notes = mSandbox.GetPath("notes.sla"_q);
+    EXPECT_TRUE(WriteFile(emptyBook, R"({"format": "layout-host book", "version": 1, "documents": []})") &&
+                WriteFile(notes, "%PDF-1.4\n"));
+    const QByteArray emptyError = "The book \"" + emptyBook.toUtf8() + "\" is empty.";
+    const QByteArray notesError = "\"" + notes.toUtf8() + "\" is no Scribus document.";
     const struct
     {
         QStringList arguments;
         const char *result, *text;    // "alert" with the alert's text, or "failed" with the error
         const char* cause = nullptr;  // the error with an alert; null: the alert's text
     } cases[] = {
-        {MakeCall(cNewsletter, "--pages|3-9"_list), "alert",
-         "Plug-in Error: The pages to export are not in the document.",
-         "The document has no page \"9\"; it has 4 pages."},
+        {MakeCall(cNewsletter, "--pages|3-9"_list), "failed",
+         "The dialog does not let OK be pressed. The document has no page \"9\"; it has 4 pages."},
+        {MakeCall(cNewsletter, "--pages|3-2"_list), "failed",
+         "The dialog does not let OK be pressed. The page range \"3-2\" runs backwards."},
         {MakeCall(cTemplates + "cover1/cover1.sla.gz"_q), "alert",
          "Plug-in Error: Font is Missing! Correct the following font and try again:\n"
          "    1. Nimbus Sans L Regular\n"},
@@ -190,6 +197,8 @@ TEST_F(LayoutHost, TellsWhyItSentNothing)
          "There is no file \"/usr/share/scribus/templates/none.sla\"."},
         {MakeCall(cNewsletter), "alert",
          "Unable to automatically launch Hopbox. Launch the Hopbox manually and try again."},
+        {{"--export-book"_q, emptyBook, "--hopbox"_q, "Press"_q}, "failed", emptyError.constData()},
+        {MakeCall(notes), "alert", notesError.constData(), notesError.constData()},
         {MakeCall(cNewsletter, "--hopbox|Other"_list), "failed",
          "The dialog lists no Hopbox \"Other\", but \"Magazine, coated\"."},
         {MakeCall(cNewsletter, "--pages|1,"_list), "failed", "The dialog does not let OK be pressed."},
@@ -200,7 +209,8 @@ TEST_F(LayoutHost, TellsWhyItSentNothing)
         const bool isAlert = QByteArray(entry.result) == "alert";
         EXPECT_EQ(report.value("status"_q), 1);
         EXPECT_EQ(report.value("result"_q), QString::fromLatin1(entry.result));
-        EXPECT_EQ(report.value("title"_q).toString(), isAlert ? "Export to Hopbox error"_q : QString());
+        const bool isOfPlugIn = isAlert && entry.text != notesError;
+        EXPECT_EQ(report.value("title"_q).toString(), isOfPlugIn ? "Export to Hopbox error"_q : QString());
         EXPECT_EQ(report.value(isAlert ? "alert"_q : "error"_q), QString::fromLatin1(entry.text));
         const char* const other = isAlert ? (entry.cause == nullptr ? entry.text : entry.cause) : "";
         EXPECT_EQ(report.value(isAlert ? "error"_q : "alert"_q).toString().toStdString(), other);

@@ -2,6 +2,8 @@
 #include "tests/support/ChildProcess.h"
 #include "tests/support/FaultyDisk.h"
 
+#include <QElapsedTimer>
+
 #include <unistd.h>
 #include <csignal>
 
@@ -27,9 +29,9 @@ protected:
         EXPECT_EQ(ListOutput(), QStringList()) << reason;
     }
 
-    // A program that does what the Python text says with a request for a PDF, as `request`, and leaves others
-    // to Scribus.
-    ScribusSetup MakeFaultyScribus(const QByteArray& python)
+    // A program that does what the Python text says with a request for a PDF (or that operation), as
+    // `request`, and leaves others to Scribus.
+    ScribusSetup MakeFaultyScribus(const QByteArray& python, const QByteArray& operation = "pdf")
     {
         const QString path = mSandbox.GetPath("scribus"_q);
         WriteFile(path,
@@ -37,9 +39,11 @@ protected:
                   "import json, os, signal, sys, time\n"
                   "if sys.argv[-1] == '-pi': os.execv('/usr/bin/scribus', sys.argv)\n"
                   "request = json.loads(sys.argv[-1])\n"
-                  "if request['operation'] != 'pdf': os.execv('/usr/bin/scribus', sys.argv)\n"
-                  "output = open(request['output'], 'w')\n"
-                  "def answer(): open(request['answer'], 'w').write('{}')\n" +
+                  "if request['operation'] != '" +
+                      operation +
+                      "': os.execv('/usr/bin/scribus', sys.argv)\n"
+                      "if 'output' in request: output = open(request['output'], 'w')\n"
+                      "def answer(): open(request['answer'], 'w').write('{}')\n" +
                       python + "\n");
         QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         ScribusSetup setup = GetSetup();
@@ -107,10 +111,13 @@ TEST_F(ExportFaultsTest, AScribusThatFailsOrLiesIsFoundOut)
     } cases[] = {
         {"output.write('%PDF-1.4'); output.flush(); os.kill(os.getpid(), signal.SIGSEGV)",
          "was killed or crashed"},
-        {"print('the last line'); sys.exit(0)", "it said last: the last line"},
+        {"print('the last line'); sys.exit(0)", "scribus failed (0)."},
         {"output.write('%PDF-1.4 a part'); output.close(); answer()", "Scribus made no whole PDF"},
         {"os.remove(request['output']); answer()", "Scribus made no whole PDF"},
-        {"open(request['answer'], 'w').write('{\"error\": \"no room\"}')", "Scribus says: no room"},
+        {"open(request['answer'], 'w').write('{\"error\": \"no room\"}')",
+         "Scribus can't open the document; it may be damaged."},
+        {"open(request['opened'], 'w'); open(request['answer'], 'w').write('{\"error\": \"no room\"}')",
+         "Scribus failed: no room."},
         {"open(request['answer'], 'w').write('{\"half')", "failed"},
         {"time.sleep(100)", "took more than 1 s"},
     };
@@ -128,6 +135,24 @@ TEST_F(ExportFaultsTest, AScribusThatFailsOrLiesIsFoundOut)
     QString reason;
     EXPECT_EQ(mHost->OpenDocument(path, reason), nullptr);
     EXPECT_EQ(reason, "/nowhere/scribus can't be started."_q);
+}
+
+TEST_F(ExportFaultsTest, AScribusThatWaitsForAnAnswerIsEndedAndOneThatWorksIsNot)
+{
+    const QString path = MakeDocument("a.sla"_q, 1);
+    RestartHost(MakeFaultyScribus("time.sleep(100)", "info"));
+    QElapsedTimer time;
+    time.start();
+    QString reason;
+    EXPECT_EQ(mHost->OpenDocument(path, reason), nullptr);
+    EXPECT_EQ(reason,
+              "Scribus shows a dialog that nobody can see while it opens the document; it was ended."_q);
+    EXPECT_LT(time.elapsed(), 15000);
+    RestartHost(
+        MakeFaultyScribus("end = time.time() + 10\nwhile time.time() < end: pass\n"
+                          "os.execv('/usr/bin/scribus', sys.argv)",
+                          "info"));
+    EXPECT_NE(mHost->OpenDocument(path, reason), nullptr) << reason.toStdString();
 }
 
 TEST_F(ExportFaultsTest, AWholePdfThatIsNotWhatWasAskedForIsFoundOut)

@@ -104,4 +104,35 @@ TEST(DocumentFilesTest, DocumentsAreReadWhetherPackedOrNot)
         EXPECT_FALSE(SlaFile::Read(path, read, isPacked, reason));
     }
 }
+TEST(DocumentFilesTest, TheFirstBytesTellADocument)
+{
+    Sandbox sandbox;
+    const struct
+    {
+        QByteArray content;
+        const char* reason;  // behind the path; null for a document
+    } cases[] = {
+        {"\xEF\xBB\xBF<?xml version=\"1.0\"?>\n<!-- <x> --><SCRIBUSUTF8NEW a=\"" + QByteArray(200000, 'x'),
+         nullptr},
+        {"<SCRIBUS>", nullptr},
+        {"PK\x03\x04", "is no Scribus document."},
+        {"", "is no Scribus document."},
+        {"<svg><SCRIBUS></svg>", "is no Scribus document."},
+        {QByteArray("\x1f\x8b\x08 nothing packed"), "is no Scribus document."},
+    };
+    const QString path = sandbox.GetPath("a.sla"_q);
+    for (const auto& item : cases) {
+        WriteFile(path, item.content);
+        QString reason;
+        EXPECT_EQ(SlaFile::CheckBeginning(path, reason), item.reason == nullptr)
+            << item.content.left(40).constData();
+        EXPECT_TRUE(reason.endsWith(QLatin1String(item.reason))) << reason.toStdString();
+    }
+    QString reason;
+    const QByteArray text = "<SCRIBUS>" + QByteArray(500000, 'x');
+    ASSERT_TRUE(SlaFile::Write(path, text, true, reason));
+    EXPECT_TRUE(SlaFile::CheckBeginning(path, reason)) << reason.toStdString();
+    EXPECT_FALSE(SlaFile::CheckBeginning(sandbox.GetPath("gone"_q), reason));
+    EXPECT_EQ(reason, "\"%1\" can't be opened: No such file or directory."_q.arg(sandbox.GetPath("gone"_q)));
+}
 }  // namespace
