@@ -128,13 +128,17 @@ bool FileHandler::copyContent(const QString& source, const QString& destination,
     bool isWritten = true;
     while (isWritten && (count = from.read(chunk.data(), cChunkSize)) > 0)
         isWritten = to.write(chunk.data(), count) == count;
-    isWritten = isWritten && to.setPermissions(from.permissions());
     *reason = count < 0 ? from.errorString() : to.errorString();
     to.close();
-    if (count == 0 && isWritten && to.error() == QFileDevice::NoError)
-        return true;
-    if (count == 0 && isWritten)
+    isWritten = isWritten && count == 0;
+    if (isWritten) {
+        // Not every system tells the rights of an open handle, or changes those of an open file.
+        const QFile::Permissions known = from.permissions();
+        const QFile::Permissions rights = known != 0 ? known : QFile::permissions(source);
+        if (to.error() == QFileDevice::NoError && to.setPermissions(rights))
+            return true;
         *reason = to.errorString();
+    }
     FileSystem::removeItem(destination);
     return false;
 }

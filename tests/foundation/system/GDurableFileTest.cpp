@@ -183,12 +183,14 @@ TEST(GOwnedFile, IsNeverTakenFromUnderItsMaker)
     std::atomic<bool> isDone{false};
     std::atomic<int> lost{0};
     const GPathName path(sandbox.GetPath("a"_q));
-    RunInThreads(6, [&](int thread) {
+    // On Windows a name stays as long as anybody has the removed file open; many who look would keep it so.
+    const int threads = QDir::separator() == QLatin1Char('/') ? 6 : 2;
+    RunInThreads(threads, [&](int thread) {
         while (thread > 0 && !isDone) {
             GOwnedFile::RemoveUnowned(path);
             std::this_thread::yield();
         }
-        for (int round = 0; thread == 0 && round < 2000; ++round) {
+        for (int round = 0; thread == 0 && round < (threads > 2 ? 2000 : 200); ++round) {
             int attempt = 0;
             const GOwnedFile file([&] {
                 if (attempt++ > 0)  // one who clears up has it in hand, and may have been interrupted
