@@ -1,5 +1,6 @@
 #include "apps/hopboxctl/Doctor.h"
 
+#include "apps/hopboxctl/FolderRights.h"
 #include "apps/hopboxctl/HopboxCheck.h"
 #include "apps/hopboxctl/PrefsFile.h"
 #include "apps/hopboxctl/ProjectPlace.h"
@@ -23,8 +24,6 @@ using Doctor::Finding;
 
 namespace
 {
-constexpr QFileDevice::Permissions cOthersWrite = QFileDevice::WriteGroup | QFileDevice::WriteOther;
-
 // A word of a command line as a shell takes it.
 QString Quote(const QString& word)
 {
@@ -208,14 +207,10 @@ void Doctor::LookAtFolders(QVector<Finding>& findings)
                                     HopboxRegistry::GetPathName().GetParent(),
                                     HopboxRegistry::GetCacheFolder(), HopboxRegistry::GetSettingsFolder()}) {
         const QString path = folder.GetNativePath();
-        const QFileInfo info(path);
-        if (!info.exists())
-            continue;
-        if ((info.permissions() & cOthersWrite) != 0)
+        if (QFileInfo::exists(path) && FolderRights::MayOthersWrite(path))
             findings.append({"folder-open", QStringLiteral("Others may change the folder \"%1\".").arg(path),
-                             QStringLiteral("chmod go-w %1").arg(Quote(path)), [path, info] {
-                                 return QFile::setPermissions(path, info.permissions() & ~cOthersWrite);
-                             }});
+                             QStringLiteral("chmod go-w %1").arg(Quote(path)),
+                             [path] { return FolderRights::CloseToOthers(path); }});
     }
     const QString temporary = GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary).GetNativePath();
     const QFileInfo info(temporary);

@@ -185,6 +185,9 @@ TEST_F(CommandLine, QuestionsAreAskedOnTheTerminal)
         EXPECT_EQ(mOutput.count("skip [a]ll"), test.questions) << test.answers << mOutput.constData();
         EXPECT_EQ(ReadTree(GetPath("out")).size(), test.files) << test.answers;
     }
+    QDir(GetPath("out")).removeRecursively();
+    EXPECT_EQ(RunShell("setsid -w hopboxctl zip extract made.zip out --on-error ask"_q), 1);
+    EXPECT_EQ(ReadTree(GetPath("out")).size(), 2) << "without a terminal, what fails is skipped";
     ASSERT_EQ(RunShell("hopboxctl zip create secret.zip a.txt --password geheim"_q), 0);
     EXPECT_EQ(RunOnTerminal("hopboxctl zip test secret.zip --ask-password"_q, "Password"_q, "geheim\\n"), 0);
     EXPECT_FALSE(mOutput.contains("geheim")) << "what is typed is not shown";
@@ -192,7 +195,7 @@ TEST_F(CommandLine, QuestionsAreAskedOnTheTerminal)
         << mOutput.constData();
     EXPECT_EQ(RunShell("echo geheim | hopboxctl zip test secret.zip --password-file -"_q), 0)
         << mError.constData();
-    EXPECT_EQ(RunShell("setsid hopboxctl zip test secret.zip --ask-password"_q), 1) << "no terminal";
+    EXPECT_EQ(RunShell("setsid -w hopboxctl zip test secret.zip --ask-password"_q), 1) << "no terminal";
 }
 
 TEST_F(CommandLine, ShellsCompleteCommandsOptionsFilesAndNames)

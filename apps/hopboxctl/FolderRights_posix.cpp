@@ -1,0 +1,15 @@
+#include "apps/hopboxctl/FolderRights.h"
+
+#include <QFile>
+
+static constexpr QFileDevice::Permissions cOthersWrite = QFileDevice::WriteGroup | QFileDevice::WriteOther;
+
+bool FolderRights::MayOthersWrite(const QString& folder)
+{
+    return (QFile::permissions(folder) & cOthersWrite) != 0;
+}
+
+bool FolderRights::CloseToOthers(const QString& folder)
+{
+    return QFile::setPermissions(folder, QFile::permissions(folder) & ~cOthersWrite);
+}

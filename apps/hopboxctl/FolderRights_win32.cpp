@@ -1,0 +1,11 @@
+#include "apps/hopboxctl/FolderRights.h"
+
+bool FolderRights::MayOthersWrite(const QString&)
+{
+    return false;
+}
+
+bool FolderRights::CloseToOthers(const QString&)
+{
+    return false;
+}
