@@ -116,6 +116,8 @@ bool GMessageQueue::TryPost(const GBuffer& message, std::chrono::milliseconds lo
             return false;
         case GMessageRing::PutResult::TooLarge:
             RaisePostError("it is larger than the receiver's queue.");
+        case GMessageRing::PutResult::Unsure:
+            RaisePostError("the receiver ended meanwhile; it may have the message or not.");
         case GMessageRing::PutResult::Closed:
             break;
     }

@@ -88,6 +88,8 @@ GMessageRing::PutResult GMessageRing::Put(const GBuffer& message)
     const size_t place = CopyIn(static_cast<size_t>(write % mCapacity), &length, sizeof length);
     CopyIn(place, message.constData(), length);
     header.writePosition.store(write + needed, std::memory_order_seq_cst);
+    if (header.isClosed.load(std::memory_order_seq_cst) != 0)
+        return PutResult::Unsure;
     // Asked again: the owner may have emptied the queue, and looked for more, since the first look.
     const bool isFirst = header.readPosition.load(std::memory_order_seq_cst) == write;
     return isFirst ? PutResult::DoneAsFirst : PutResult::Done;
@@ -133,7 +135,7 @@ bool GMessageRing::IsEmpty() const
 
 void GMessageRing::Close()
 {
-    GetHeader(mData).isClosed.store(1, std::memory_order_release);
+    GetHeader(mData).isClosed.store(1, std::memory_order_seq_cst);
 }
 
 GMessageRing::Owner GMessageRing::GetOwner() const

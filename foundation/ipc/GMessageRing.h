@@ -41,6 +41,7 @@ public:
         Full,         // it would fit into the empty queue
         TooLarge,     // it would not
         Closed,       // nothing more is put in
+        Unsure,       // closed meanwhile, by somebody who did not wait for the lock: it may come out or not
         Damaged       // the positions make no sense; the owner's next Take puts them right
     };
 

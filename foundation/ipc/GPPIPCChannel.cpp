@@ -13,7 +13,7 @@
 namespace
 {
 constexpr size_t cQueueCapacity = 262144;
-constexpr size_t cMostOpenQueues = 64;
+constexpr size_t cMostOpenQueues = 16;
 
 [[noreturn]] void RaisePastQueue(const GString& text)
 {
@@ -113,6 +113,15 @@ void GPPIPCChannel::Post(uint32_t process, uint32_t receiver, GPPIPCMessage mess
     }
 }
 
+bool GPPIPCChannel::HoldsMessagesOf(uint32_t receiver) const
+{
+    const Pair pair{GProcessInfo::GetOwnProcessID(), receiver};
+    if (!GSharedSegment::IsThere(GetQueueName(pair)))
+        return false;
+    const std::unique_ptr<GMessageQueue> queue = TryToOpenQueue(pair);
+    return queue && !queue->IsOwnerAlive() && queue->GetOwner().keeper != 0 && !queue->IsEmpty();
+}
+
 std::unique_ptr<GMessageQueue> GPPIPCChannel::Register(uint32_t receiver, uint64_t keeper)
 {
     std::unique_ptr<GPPIPCDirectoryFile::Access> access = mDirectory.Enter();
@@ -120,6 +129,9 @@ std::unique_ptr<GMessageQueue> GPPIPCChannel::Register(uint32_t receiver, uint64
     AddUnlisted(&directory);
     RemoveDeadPairs(&directory, Removal::KeepMessages);
     const Pair pair{GProcessInfo::GetOwnProcessID(), receiver};
+    if (HoldsMessagesOf(receiver))
+        RaiseSegmentError(
+            QStringLiteral("The message channel \"%1\" holds messages under the receiver's name."), mName);
     if (!directory.Add(pair)) {
         // Who lives needs the room more than who may come back.
         RemoveDeadPairs(&directory, Removal::All);

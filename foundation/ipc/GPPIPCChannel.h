@@ -46,6 +46,10 @@ public:
     // directory.
     void Post(uint32_t process, uint32_t receiver, GPPIPCMessage message, const GPostPolicy& policy);
 
+    // Whether a dead process of this one's number left messages for its keeper under the receiver's name: it
+    // can't be registered then.
+    bool HoldsMessagesOf(uint32_t receiver) const;
+
     // Enters a receiver of this process and makes its queue, with its keeper's number. Removes what dead
     // processes left, but for queues that hold messages for a keeper. A missing or damaged directory is made
     // anew, with the receivers whose queues are there. Raises with GErrorCode::cSegmentHeader, too, when the

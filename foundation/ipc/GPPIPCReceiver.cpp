@@ -12,7 +12,10 @@ namespace
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds cLookInterval(1000);
-constexpr size_t cBatch = 64;  // messages that a keeper gets at a time
+constexpr size_t cBatch = 256;  // messages that a keeper gets at a time
+
+// More than a queue holds. Who is posted to without a pause still has to see to other things.
+constexpr size_t cMostAtOnce = 16384;
 
 // True as long as it lives.
 class Flag
@@ -33,10 +36,10 @@ GPPIPCReceiver::GPPIPCReceiver(Handler handler, GPPIPCChannelKind kind, GPPIPCKe
       mKeeper(std::move(keeper)),
       mRest(limit),
       mManager(GPPIPCManager::Get(kind)),
-      mReceiverID(GPPIPCManager::MakeReceiverID()),
       mNextLook(Clock::now() + cLookInterval)
 {
     TakeOverLeftMessages();
+    ChooseReceiverID();
     Register(&mSession, mManager->GetSessionChannels().front());
     // The session's channel serves alone where the system does not let the global one be made.
     try {
@@ -46,6 +49,16 @@ GPPIPCReceiver::GPPIPCReceiver(Handler handler, GPPIPCChannelKind kind, GPPIPCKe
         GTrace::Debug(QStringLiteral("GPPIPCReceiver::GPPIPCReceiver"), error.GetDescription());
     }
     GMessageLoop::GetTickSignal().Attach(*this);
+}
+
+// Process numbers come again, quickly so in a container: a dead one of this number may have left messages.
+void GPPIPCReceiver::ChooseReceiverID()
+{
+    const GPPIPCManager::Channels channels = mManager->GetSessionChannels();
+    do {
+        mReceiverID = GPPIPCManager::MakeReceiverID();
+    } while (std::any_of(channels.cbegin(), channels.cend(),
+                         [this](const auto& channel) { return channel->HoldsMessagesOf(mReceiverID); }));
 }
 
 void GPPIPCReceiver::Register(Place* place, const std::shared_ptr<GPPIPCChannel>& channel)
@@ -165,7 +178,11 @@ void GPPIPCReceiver::DropPastPlaces()
 
 void GPPIPCReceiver::TakeUpFrom(GMessageQueue* queue, size_t* rest, const Handler& handler)
 {
-    while (queue != nullptr && *rest > 0) {
+    for (size_t taken = 0; queue != nullptr && *rest > 0;) {
+        if (taken > cMostAtOnce) {
+            GMessageLoop::TickSoon();
+            return;
+        }
         const std::vector<GMessageQueue::Entry> entries = queue->Peek(std::min(*rest, cBatch));
         if (entries.empty())
             return;
@@ -173,6 +190,7 @@ void GPPIPCReceiver::TakeUpFrom(GMessageQueue* queue, size_t* rest, const Handle
         if (mKeeper.keep)
             mKeeper.keep(messages);
         queue->Forget(entries.back());
+        taken += entries.size();
         for (const GPPIPCMessage& message : messages) {
             *rest -= *rest == cNoLimit ? 0 : 1;
             if (handler)

@@ -63,6 +63,7 @@ private:
     using Place = std::unique_ptr<GPPIPCRegistration>;
 
     void Receive(int32_t message, const GTick& tick) override;
+    void ChooseReceiverID();
     void Register(Place* place, const std::shared_ptr<GPPIPCChannel>& channel);
     void TakeOverLeftMessages();
     void DropPastPlaces();
@@ -76,7 +77,7 @@ private:
     const GPPIPCKeeper mKeeper;
     size_t mRest;  // of the limit
     std::shared_ptr<GPPIPCManager> mManager;
-    const uint32_t mReceiverID;
+    uint32_t mReceiverID = 0;
     Place mSession;
     Place mGlobal;
     std::vector<Place> mPast;  // closed; what they hold is still taken up

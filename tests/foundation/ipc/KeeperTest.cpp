@@ -1,3 +1,6 @@
+#include "foundation/ipc/GMessageRing.h"
+#include "foundation/ipc/GSharedSegment.h"
+
 #include "IpcFixture.h"
 
 namespace
@@ -104,4 +107,25 @@ TEST_F(KeeperTest, LimitIsKeptExactlyAndTheRestStays)
     EXPECT_EQ(kept.payloads, std::vector<GBuffer>({"1", "2"}));
     EXPECT_EQ(mHandedOver, 2);
     EXPECT_EQ(ListObjects().filter("_L"_q).size(), ListObjects().isEmpty() ? 0 : 2);  // directory, queue
+}
+
+// A dead process of this one's number.
+TEST_F(KeeperTest, NobodyTakesTheNameOfMessagesThatWaitForTheirKeeper)
+{
+    const uint64_t otherStart = GProcessInfo::GetStartTime(mOwnID) + 1;
+    std::vector<std::unique_ptr<GSharedSegment>> left;
+    std::vector<std::unique_ptr<GInterProcessMutex>> locks;
+    constexpr uint32_t cReceivers = 200;  // far more than the tests before have used
+    for (uint32_t receiver = 1; receiver <= cReceivers; ++receiver) {
+        const GString name = GetQueueName(mOwnID, receiver);
+        left.push_back(std::make_unique<GSharedSegment>(name, 1000, GSharedSegment::Mode::CreateNew));
+        locks.push_back(std::make_unique<GInterProcessMutex>(name + QLatin1String("_L")));
+        GMessageRing::Make(left.back()->GetData(), 1000, {mOwnID, otherStart, cKeeper, receiver})
+            .Put("no message");
+    }
+    const GPPIPCReceiver receiver(mCount);
+    EXPECT_EQ(GPPIPCManager::Get()->GetReceiverState(mOwnID), GPPIPCState::Reachable);
+    for (const auto& segment : left)
+        EXPECT_FALSE(GMessageRing::Open(segment->GetData(), 1000).IsEmpty());
+    EXPECT_TRUE(left.front()->IsCurrent() && left.back()->IsCurrent());
 }

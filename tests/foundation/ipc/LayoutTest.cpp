@@ -7,6 +7,8 @@
 #include <QtEndian>
 
 #include <cstring>
+#include <thread>
+#include <vector>
 
 namespace
 {
@@ -72,6 +74,28 @@ TEST(GMessageRing, LayoutIsAsDocumented)
     EXPECT_EQ(bytes.toHex(),
               "4d56505102000000040302010000000088776655443322116400000000000000000000000000000007000000000000"
               "00080706050403020118171615141312110300000061626300");
+}
+
+// An owner that ends does not wait for ever for a sender that was stopped in the middle.
+TEST(GMessageRing, QueueThatIsClosedInTheMiddleOfAPostIsNoSuccess)
+{
+    const GBuffer message(32 << 20, 'x');
+    std::vector<uint64_t> words((static_cast<size_t>(message.size()) + 1000) / 8);
+    uint8_t* const data = reinterpret_cast<uint8_t*>(words.data());
+    Put result = Put::DoneAsFirst;
+    // The close may come too late now and then.
+    for (int attempt = 0; attempt < 100 && result != Put::Unsure; ++attempt) {
+        GMessageRing ring = GMessageRing::Make(data, words.size() * 8, {7, 8});
+        const volatile uint8_t* const firstByte =
+            data + GMessageRing::cHeaderSize + GMessageRing::cEntryHeaderSize;
+        data[GMessageRing::cHeaderSize + GMessageRing::cEntryHeaderSize] = 0;
+        std::thread sender([&] { result = ring.Put(message); });
+        while (*firstByte == 0) {
+        }
+        ring.Close();
+        sender.join();
+    }
+    EXPECT_EQ(result, Put::Unsure);
 }
 
 TEST(GMessageRing, DamagedHeaderIsRefused)
