@@ -142,7 +142,7 @@ bool GMessageQueue::WaitForMessage(std::chrono::milliseconds timeout)
 void GMessageQueue::WakeUp()
 {
     try {
-        if (mSemaphore && mSemaphore->IsIntact())
+        if (mSemaphore)
             mSemaphore->Release();
     } catch (const GException& error) {
         // The message is there, and the owner looks from time to time.

@@ -19,7 +19,8 @@ GPPIPCRegistration::GPPIPCRegistration(const std::shared_ptr<GPPIPCChannel>& cha
 GPPIPCRegistration::~GPPIPCRegistration()
 {
     mIsEnding = true;
-    mQueue->WakeUp();
+    if (mQueue->CanWait())
+        mQueue->WakeUp();
     mWaiter.join();
 }
 

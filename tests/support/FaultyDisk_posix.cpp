@@ -34,6 +34,12 @@ bool MountSmallDisk(const QString& folder, int bytes)
            mount("tmpfs", QFile::encodeName(folder).constData(), "tmpfs", 0, size.constData()) == 0;
 }
 
+bool MountDiskThatClaimsNothing(const QString& folder)
+{
+    return EnterMountNamespace() && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+           mount("ramfs", QFile::encodeName(folder).constData(), "ramfs", 0, "mode=0700") == 0;
+}
+
 bool LimitFileSize(int bytes)
 {
     std::signal(SIGXFSZ, SIG_IGN);

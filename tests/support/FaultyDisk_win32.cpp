@@ -5,6 +5,11 @@ bool MountSmallDisk(const QString&, int)
     return false;
 }
 
+bool MountDiskThatClaimsNothing(const QString&)
+{
+    return false;
+}
+
 bool LimitFileSize(int)
 {
     return false;

@@ -85,6 +85,17 @@ TEST_F(ChannelTest, ReusedProcessNumberIsNotTakenForTheDeadOne)
     EXPECT_EQ(manager->GetReceiverState(process), GPPIPCState::NoReceiver);
 }
 
+TEST_F(ChannelTest, QueueOfAnotherProcessThanItsNameSaysIsNotPostedTo)
+{
+    const GPPIPCReceiver receiver(mKeep);
+    ChildProcess other("Idle"_q, {});
+    ASSERT_EQ(other.ReadLine(), "ready");
+    const uint32_t process = static_cast<uint32_t>(other.GetProcessID());
+    const GSharedSegment queue(GetOwnQueueName(), 1000, GSharedSegment::Mode::Open);
+    GMessageRing::Make(queue.GetData(), 1000, {process, GProcessInfo::GetStartTime(process)});
+    EXPECT_EQ(GPPIPCManager::Get()->GetReceiverState(mOwnID), GPPIPCState::Unreachable);
+}
+
 TEST_F(ChannelTest, PosterThatDiesWithALockBlocksNobody)
 {
     const auto manager = GPPIPCManager::Get();
@@ -137,7 +148,7 @@ TEST_F(ChannelTest, DamagedDirectoryIsAnErrorUntilAReceiverComesAndGarbagePairsA
     }
     words[2] = GPPIPCDirectory::cMostPairs;
     manager->Post(mOwnID, 1, "past the garbage");
-    const GPPIPCReceiver second(mKeep);
+    GPPIPCReceiver second(mKeep);
     EXPECT_LT(words[2], 10U);
     receiver.TakeUp();
     EXPECT_EQ(mPayloads, std::vector<GBuffer>({"past the garbage"}));
@@ -147,6 +158,8 @@ TEST_F(ChannelTest, DamagedDirectoryIsAnErrorUntilAReceiverComesAndGarbagePairsA
     EXPECT_EQ(GetErrorCode([&] { manager->GetReceiverState(mOwnID); }), GErrorCode::cSegmentHeader);
     EXPECT_EQ(GetErrorCode([&] { manager->Post(mOwnID, 1, "x"); }), GErrorCode::cSegmentHeader);
     const GPPIPCReceiver third(mKeep);  // makes it anew
+    receiver.LookAfterPlaces();
+    second.LookAfterPlaces();
     EXPECT_GE(words[2], count);
     manager->Post(mOwnID, 1, "to all three");
     receiver.TakeUp();

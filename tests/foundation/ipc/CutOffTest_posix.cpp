@@ -1,11 +1,20 @@
+#include "foundation/ipc/GMessageRing.h"
+#include "foundation/ipc/GPPIPCChannel.h"
 #include "foundation/ipc/GPPIPCDirectory.h"
 #include "foundation/ipc/GSharedSegment.h"
 
 #include "IpcFixture.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstring>
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <thread>
 
 // What befalls the files of the channel while a receiver and a sender have them open. On Windows nobody can
 // take away or cut short what is open.
@@ -98,4 +107,147 @@ TEST_F(CutOffTest, LockThatOutlivedTheMachinesStartOrWasCopiedIsFree)
     GInterProcessMutex old(name);
     EXPECT_TRUE(old.Lock(std::chrono::milliseconds(0)));
     old.Unlock();
+}
+
+TEST_F(CutOffTest, WhoWaitedForOneWhoPutTheSegmentAwayOpensTheNewOne)
+{
+    const GString name = GetName("segment");
+    {
+        const GSharedSegment segment(name, 64, GSharedSegment::Mode::OpenOrCreate);
+    }
+    const int file = ::open(QFile::encodeName(name).constData(), O_RDWR);
+    ASSERT_EQ(::flock(file, LOCK_EX), 0);
+    bool isCurrent = false;
+    std::thread waiter(
+        [&] { isCurrent = GSharedSegment(name, 64, GSharedSegment::Mode::OpenOrCreate).IsCurrent(); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    EXPECT_TRUE(GSharedSegment::Remove(name));
+    ::close(file);
+    waiter.join();
+    EXPECT_TRUE(isCurrent);
+}
+
+TEST_F(CutOffTest, WrongThingsUnderANameAreRefused)
+{
+    const QByteArray name = QFile::encodeName(GetName("segment"));
+    const GString file = GetName("file");
+    const QByteArray target = QFile::encodeName(file);
+    {
+        const GSharedSegment good(file, 64, GSharedSegment::Mode::OpenOrCreate);
+    }
+    const struct
+    {
+        std::function<int()> make;
+        const char* reason;
+    } cases[] = {
+        {[&] { return ::mkfifo(name.constData(), 0600); }, "is no file"},
+        {[&] { return ::symlink(target.constData(), name.constData()); }, "can't be opened"},
+        {[&] { return ::symlink("nowhere", name.constData()); }, "can't be opened"},
+        {[&] { return ::mkdir(name.constData(), 0700); }, "can't be opened"},
+    };
+    for (const auto& test : cases) {
+        ASSERT_EQ(test.make(), 0);
+        try {
+            const GSharedSegment segment(GetName("segment"), 64, GSharedSegment::Mode::OpenOrCreate);
+            ADD_FAILURE() << test.reason;
+        } catch (const GException& error) {
+            EXPECT_TRUE(error.GetDescription().contains(QString::fromUtf8(test.reason)))
+                << error.GetDescription().toStdString();
+        }
+        ASSERT_EQ(::remove(name.constData()), 0);
+    }
+    const GSharedSegment queue(GetName("queue"), 1000, GSharedSegment::Mode::CreateNew);
+    const GInterProcessMutex lock(GetName("queue_L"));
+    GMessageRing::Make(queue.GetData(), 1000, {999999999, 0});
+    EXPECT_FALSE(GMessageQueue::Open(GetName("queue"))->IsOwnerAlive());
+    Overwrite(file, 0, QByteArray(64, 'x'));
+    EXPECT_EQ(GetErrorCode([&] { const GInterProcessMutex mutex(file); }), GErrorCode::cCreateSemaphore);
+}
+
+// Holds the lock that somebody waits for, while its name is taken away.
+TEST_F(CutOffTest, WhoWaitedForAPastDirectoryRegistersInTheNewOne)
+{
+    const GPPIPCReceiver first([](const GPPIPCMessage&) {});
+    ChildProcess holder("HoldLock"_q, {GetChannelName() + QLatin1String("_L")});
+    ASSERT_EQ(holder.ReadLine(), "held");
+    GPPIPCChannel channel(GetChannelName());
+    std::thread waiter([&] { EXPECT_EQ(GetErrorCode([&] { channel.Register(77, 0); }), 0); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    for (const char* ending : {"", "_L"})
+        QFile::remove(GetChannelName() + QLatin1String(ending));
+    holder.Say("let go");
+    waiter.join();
+    const std::vector<uint32_t> receivers = GPPIPCChannel(GetChannelName()).GetReceivers(mOwnID);
+    EXPECT_NE(std::find(receivers.cbegin(), receivers.cend(), 77U), receivers.cend());
+}
+
+TEST_F(CutOffTest, PostThatMeetsAClosedQueueGoesToTheNewOne)
+{
+    std::vector<GBuffer> payloads;
+    GPPIPCReceiver receiver([&](const GPPIPCMessage& message) { payloads.push_back(message.payload); });
+    const auto manager = GPPIPCManager::Get();
+    EXPECT_EQ(manager->GetReceiverState(mOwnID), GPPIPCState::Reachable);
+    const auto past = GMessageQueue::Open(GetQueue());
+    ChildProcess holder("HoldLock"_q, {GetQueue() + "_L"_q});
+    ASSERT_EQ(holder.ReadLine(), "held");
+    std::thread poster([&] { EXPECT_EQ(GetErrorCode([&] { manager->Post(mOwnID, 1, "late"); }), 0); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    QFile::remove(GetQueue());
+    receiver.LookAfterPlaces();
+    holder.Say("let go");
+    poster.join();
+    receiver.TakeUp();
+    EXPECT_EQ(payloads, std::vector<GBuffer>({"late"}));
+    EXPECT_EQ(GetErrorCode([&] { past->Post("to nobody"); }), GErrorCode::cPostMessage);
+}
+
+namespace
+{
+// The queues that dead processes of a number left for their keeper.
+class LeftQueues
+{
+public:
+    LeftQueues(const std::function<GString(uint32_t)>& getName, uint32_t process, uint32_t count)
+    {
+        const uint64_t otherStart = GProcessInfo::GetStartTime(process) + 1;
+        for (uint32_t receiver = 1; receiver <= count; ++receiver) {
+            mSegments.push_back(
+                std::make_unique<GSharedSegment>(getName(receiver), 1000, GSharedSegment::Mode::CreateNew));
+            const GInterProcessMutex lock(getName(receiver) + QLatin1String("_L"));
+            GMessageRing::Make(mSegments.back()->GetData(), 1000, {process, otherStart, 5, receiver})
+                .Put("kept");
+        }
+    }
+
+    size_t CountThere() const
+    {
+        return static_cast<size_t>(std::count_if(mSegments.cbegin(), mSegments.cend(),
+                                                 [](const auto& segment) { return segment->IsCurrent(); }));
+    }
+
+private:
+    std::vector<std::unique_ptr<GSharedSegment>> mSegments;
+};
+}  // namespace
+
+// Process numbers come again: the dead one's is this one's.
+TEST_F(CutOffTest, NobodyTakesTheNameOfMessagesThatWaitForTheirKeeper)
+{
+    constexpr uint32_t cCount = 200;  // far more than the tests before have used
+    const LeftQueues left([this](uint32_t receiver) { return GetQueueName(mOwnID, receiver); }, mOwnID,
+                          cCount);
+    EXPECT_EQ(GetErrorCode([&] { GPPIPCChannel(GetChannelName()).Register(3, 0); }),
+              GErrorCode::cSegmentHeader);
+    const GPPIPCReceiver receiver([](const GPPIPCMessage&) {});
+    EXPECT_EQ(GPPIPCManager::Get()->GetReceiverState(mOwnID), GPPIPCState::Reachable);
+    EXPECT_EQ(left.CountThere(), cCount);
+}
+
+TEST_F(CutOffTest, WhoLivesGetsTheRoomOfWhatWasLeft)
+{
+    const auto getName = [this](uint32_t receiver) { return GetQueueName(999999999, receiver); };
+    const LeftQueues left(getName, 999999999, GPPIPCDirectory::cMostPairs);
+    const GPPIPCReceiver receiver([](const GPPIPCMessage&) {});
+    EXPECT_EQ(GPPIPCManager::Get()->GetReceiverState(mOwnID), GPPIPCState::Reachable);
+    EXPECT_EQ(left.CountThere(), 0U);
 }

@@ -1,6 +1,3 @@
-#include "foundation/ipc/GMessageRing.h"
-#include "foundation/ipc/GSharedSegment.h"
-
 #include "IpcFixture.h"
 
 namespace
@@ -57,10 +54,12 @@ TEST_F(KeeperTest, WhatADeadProcessWasPostedGoesToTheNextOneOfItsKeeper)
     ASSERT_EQ(dead.ReadLine(), "ready");
     for (const char* payload : {"first", "second"})
         manager->Post(static_cast<uint32_t>(dead.GetProcessID()), 145, payload);
+    const auto queue = GMessageQueue::Open(GetQueueName(static_cast<uint32_t>(dead.GetProcessID()), 1));
     dead.Kill();
-    // One of no keeper leaves it alone, as often as it comes.
+    // One of no keeper leaves it alone, as often as it comes, but for that nobody posts to it any more.
     for (int count = 0; count < 2; ++count)
         const GPPIPCReceiver other(mCount);
+    EXPECT_EQ(GetErrorCode([&] { queue->Post("too late"); }), GErrorCode::cPostMessage);
     Kept kept;
     kept.isFailing = true;
     {
@@ -109,23 +108,12 @@ TEST_F(KeeperTest, LimitIsKeptExactlyAndTheRestStays)
     EXPECT_EQ(ListObjects().filter("_L"_q).size(), ListObjects().isEmpty() ? 0 : 2);  // directory, queue
 }
 
-// A dead process of this one's number.
-TEST_F(KeeperTest, NobodyTakesTheNameOfMessagesThatWaitForTheirKeeper)
+TEST_F(KeeperTest, NobodyTakesOverFromTheLiving)
 {
-    const uint64_t otherStart = GProcessInfo::GetStartTime(mOwnID) + 1;
-    std::vector<std::unique_ptr<GSharedSegment>> left;
-    std::vector<std::unique_ptr<GInterProcessMutex>> locks;
-    constexpr uint32_t cReceivers = 200;  // far more than the tests before have used
-    for (uint32_t receiver = 1; receiver <= cReceivers; ++receiver) {
-        const GString name = GetQueueName(mOwnID, receiver);
-        left.push_back(std::make_unique<GSharedSegment>(name, 1000, GSharedSegment::Mode::CreateNew));
-        locks.push_back(std::make_unique<GInterProcessMutex>(name + QLatin1String("_L")));
-        GMessageRing::Make(left.back()->GetData(), 1000, {mOwnID, otherStart, cKeeper, receiver})
-            .Put("no message");
-    }
-    const GPPIPCReceiver receiver(mCount);
-    EXPECT_EQ(GPPIPCManager::Get()->GetReceiverState(mOwnID), GPPIPCState::Reachable);
-    for (const auto& segment : left)
-        EXPECT_FALSE(GMessageRing::Open(segment->GetData(), 1000).IsEmpty());
-    EXPECT_TRUE(left.front()->IsCurrent() && left.back()->IsCurrent());
+    Kept first;
+    Kept second;
+    const GPPIPCReceiver living(mCount, cKind, first.GetKeeper());
+    GPPIPCManager::Get()->Post(mOwnID, 1, "for the first");
+    const GPPIPCReceiver other(mCount, cKind, second.GetKeeper());
+    EXPECT_TRUE(second.payloads.empty());
 }

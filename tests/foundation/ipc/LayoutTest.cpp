@@ -86,11 +86,12 @@ TEST(GMessageRing, QueueThatIsClosedInTheMiddleOfAPostIsNoSuccess)
     // The close may come too late now and then.
     for (int attempt = 0; attempt < 100 && result != Put::Unsure; ++attempt) {
         GMessageRing ring = GMessageRing::Make(data, words.size() * 8, {7, 8});
-        const volatile uint8_t* const firstByte =
-            data + GMessageRing::cHeaderSize + GMessageRing::cEntryHeaderSize;
-        data[GMessageRing::cHeaderSize + GMessageRing::cEntryHeaderSize] = 0;
+        // Where the copying begins is the C library's affair.
+        volatile uint8_t* const ends[] = {data + GMessageRing::cHeaderSize + GMessageRing::cEntryHeaderSize,
+                                          data + GMessageRing::cHeaderSize + message.size()};
+        *ends[0] = *ends[1] = 0;
         std::thread sender([&] { result = ring.Put(message); });
-        while (*firstByte == 0) {
+        while (*ends[0] == 0 && *ends[1] == 0) {
         }
         ring.Close();
         sender.join();

@@ -61,6 +61,18 @@ CHILD_ROLE(FillSmallDisk)
     return testing::Test::HasFailure() ? 1 : 0;
 }
 
+// Where space can't be claimed by a call.
+CHILD_ROLE(UsePlainDisk)
+{
+    if (!MountDiskThatClaimsNothing(qEnvironmentVariable("MORVANE_ROOT")))
+        return cNoDisk;
+    int taken = 0;
+    GPPIPCReceiver receiver([&taken](const GPPIPCMessage&) { ++taken; });
+    GPPIPCManager::Get()->Post(GProcessInfo::GetOwnProcessID(), 1, GBuffer(200000, 'x'));
+    receiver.TakeUp();
+    return taken == 1 ? 0 : 1;
+}
+
 CHILD_ROLE(FillUpToOwnLimit)
 {
     if (!LimitFileSize(100000))
@@ -72,7 +84,7 @@ CHILD_ROLE(FillUpToOwnLimit)
 
 TEST_F(IpcTest, SpaceThatCannotBeHadIsAnErrorNotASignal)
 {
-    for (const char* role : {"FillSmallDisk", "FillUpToOwnLimit"}) {
+    for (const char* role : {"FillSmallDisk", "FillUpToOwnLimit", "UsePlainDisk"}) {
         const int status = ChildProcess(QString::fromLatin1(role), {GetName("segment")}).WaitForExit();
         if (status == cNoDisk)
             GTEST_SKIP() << "This user may not mount a disk.";

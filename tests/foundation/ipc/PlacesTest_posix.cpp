@@ -48,7 +48,7 @@ bool OccupySharedPlace(const GString& name)
 QString GetRefusal()
 {
     try {
-        const GPPIPCReceiver receiver([](const GPPIPCMessage&) {});
+        GPPIPCReceiver receiver([](const GPPIPCMessage&) {});
     } catch (const GException& error) {
         return error.GetDescription();
     }
@@ -76,8 +76,7 @@ CHILD_ROLE(MoveToTheBetterPlace)
     const uint32_t own = GProcessInfo::GetOwnProcessID();
     std::vector<GBuffer> payloads;
     {
-        const GPPIPCReceiver receiver(
-            [&](const GPPIPCMessage& message) { payloads.push_back(message.payload); });
+        GPPIPCReceiver receiver([&](const GPPIPCMessage& message) { payloads.push_back(message.payload); });
         // Others could look into a folder of these rights.
         EXPECT_EQ(::mkdir(GetUserFolder().constData(), 0750), 0);
         GMessageLoop::Start(20);
@@ -87,14 +86,17 @@ CHILD_ROLE(MoveToTheBetterPlace)
         manager->Post(own, 1, "on the way");
         EXPECT_EQ(::chmod(GetUserFolder().constData(), 0700), 0);
         manager->Post(own, 1, "before it moves");
+        receiver.LookAfterPlaces();
+        // It stands in both places now.
+        manager->Post(own, 1, "while it moves");
         RunLoop(1500);
         EXPECT_EQ(ListFiles(cShared), QStringList());
         manager->Post(own, 1, "in the own place");
         RunLoop(100);
         GMessageLoop::Stop();
     }
-    EXPECT_EQ(payloads, std::vector<GBuffer>(
-                            {"in the shared place", "on the way", "before it moves", "in the own place"}));
+    EXPECT_EQ(payloads, std::vector<GBuffer>({"in the shared place", "on the way", "before it moves",
+                                              "while it moves", "in the own place"}));
     EXPECT_EQ(ListFiles(QString::fromLatin1(GetUserFolder())), QStringList());
     return testing::Test::HasFailure() ? 1 : 0;
 }
