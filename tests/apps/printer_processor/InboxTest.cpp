@@ -174,6 +174,10 @@ TEST_F(InboxTest, StoppedJobLeavesNothingAndComesAgain)
         EXPECT_EQ(ListInbox() + ListCopies(), QStringList());
         EXPECT_EQ(inbox.GetJournal().GetJobs().size(), 1U);
     }
+    // What an attempt could not take away does not hold up the next one.
+    WriteFile(GetPath("in/.printer-processor/copies/1"), "a part");
+    const GPathName copy = inbox.Take(&jobs.front(), QDir::toNativeSeparators(GetPath("job/a.pdf")), cGoOn);
+    EXPECT_EQ(ReadFile(copy.GetNativePath()), "1");
 }
 
 TEST_F(InboxTest, SecondProcessIsKeptOut)
