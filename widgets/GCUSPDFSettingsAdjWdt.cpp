@@ -174,7 +174,9 @@ void GCUSPDFSettingsAdjWdt::AddBleedFields(QGridLayout& grid)
         field->SetRangePoints(0, cMostBleed);
         field->setAccessibleName(names[bleed]);
         mBleeds.at(bleed) = field;
-        grid.addWidget(new QLabel(texts[bleed]), cFirstRow + 1 + bleed, cBleedLabel);
+        auto* label = new QLabel(texts[bleed]);
+        label->setBuddy(field);
+        grid.addWidget(label, cFirstRow + 1 + bleed, cBleedLabel);
         grid.addWidget(field, cFirstRow + 1 + bleed, cBleedField);
     }
     mChain = new GQUIChainButton;

@@ -1,6 +1,7 @@
 #include "widgets/GQUIUnitSpinBox.h"
 
 #include "foundation/core/GUnitSupport.h"
+#include "widgets/GQUILengthAccessible.h"
 #include "widgets/GQUILengthText.h"
 
 #include <QContextMenuEvent>
@@ -34,6 +35,9 @@ double GetStep(int32_t unitCode)
 
 GQUIUnitSpinBox::GQUIUnitSpinBox(QWidget* parent) : QAbstractSpinBox(parent)
 {
+    lineEdit()->setObjectName(
+        QString());  // Qt hides the text from screen readers under the name that it gave
+    InstallGQUILengthAccessible();
     connect(lineEdit(), &QLineEdit::textChanged, this, &GQUIUnitSpinBox::OnTextChanged);
     setToolTip(GetRangeTip());
 }

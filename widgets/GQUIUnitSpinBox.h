@@ -28,6 +28,11 @@ public:
 
     // Neither of them below 0.
     void SetRangePoints(double min, double max);
+    double GetMinimumPoints() const { return mMinimum; }
+    double GetMaximumPoints() const { return mMaximum; }
+
+    // Where the text is typed.
+    QLineEdit* GetTextField() const { return lineEdit(); }
 
     // What an empty field stands for: an entry of the context menu that empties it.
     void SetTextOfNothing(const QString& text) { mTextOfNothing = text; }

@@ -42,10 +42,15 @@ XServer::XServer()
     qputenv("QT_QPA_PLATFORM", "xcb");
     qputenv("XDG_CACHE_HOME", mFolder.path().toUtf8());
     StartManager(false);
+    Start(mBus, "dbus-daemon", {"--session"_q, "--nofork"_q, "--print-address"_q});
+    EXPECT_TRUE(mBus.waitForReadyRead(30000));
+    qputenv("DBUS_SESSION_BUS_ADDRESS", mBus.readLine().trimmed());
+    qputenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1");
 }
 
 XServer::~XServer()
 {
+    Stop(mBus);
     Stop(mManager);
     Stop(mServer);
 }

@@ -3,8 +3,8 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
-// An X server without a screen, with a window manager, for the life of the object; DISPLAY and Qt's platform
-// name them. To be made before the QApplication.
+// An X server without a screen, with a window manager and a bus for screen readers, for the life of the
+// object; the environment names them to Qt and to other programs. To be made before the QApplication.
 class XServer
 {
 public:
@@ -31,4 +31,5 @@ private:
     QTemporaryDir mFolder;
     Companion mServer;
     Companion mManager;
+    Companion mBus;
 };
