@@ -280,4 +280,69 @@ Hopbox : %2</translation>
         <translation>La plage ne correspond à aucune page du document.</translation>
     </message>
 </context>
+<context>
+    <name>QAccessibleActionInterface</name>
+    <message>
+        <source>Press</source>
+        <translation>Appuyer</translation>
+    </message>
+    <message>
+        <source>Check</source>
+        <translation>Cocher</translation>
+    </message>
+    <message>
+        <source>Uncheck</source>
+        <translation>Décocher</translation>
+    </message>
+    <message>
+        <source>Toggle</source>
+        <translation>Basculer</translation>
+    </message>
+    <message>
+        <source>SetFocus</source>
+        <translation>Activer</translation>
+    </message>
+    <message>
+        <source>ShowMenu</source>
+        <translation>Afficher le menu</translation>
+    </message>
+</context>
+<context>
+    <name>QComboBox</name>
+    <message>
+        <source>Open the combo box selection popup</source>
+        <translation>Ouvrir la liste</translation>
+    </message>
+</context>
+<context>
+    <name>QLineEdit</name>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Annuler</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>&amp;Rétablir</translation>
+    </message>
+    <message>
+        <source>Cu&amp;t</source>
+        <translation>Co&amp;uper</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Copier</translation>
+    </message>
+    <message>
+        <source>&amp;Paste</source>
+        <translation>Co&amp;ller</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Supprimer</translation>
+    </message>
+    <message>
+        <source>Select All</source>
+        <translation>Tout sélectionner</translation>
+    </message>
+</context>
 </TS>

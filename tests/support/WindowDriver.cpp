@@ -68,7 +68,7 @@ void WindowDriver::ChooseFromMenu(const char* text)
     auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
     ASSERT_NE(menu, nullptr);
     for (QAction* action : menu->actions())
-        if (action->text() == QString::fromUtf8(text)) {
+        if (action->text().section(QLatin1Char('\t'), 0, 0) == QString::fromUtf8(text)) {
             menu->setActiveAction(action);
             QTest::keyClick(menu, Qt::Key_Return);
             return;

@@ -317,6 +317,29 @@ TEST_F(KeyboardTest, AnEmptyCheckBoxIsSeenInDarkColours)
     QApplication::setPalette(before);
 }
 
+TEST_F(KeyboardTest, TheMenusOfTheFieldsSpeakTheLanguageOfTheDialog)
+{
+    Add("Press", "Press");
+    const std::pair<const char*, const char*> languages[] = {{"deDE", "Alles auswählen"},
+                                                             {"frFR", "Tout sélectionner"}};
+    for (const auto& [language, wanted] : languages) {
+        GCUSTranslation::Load(
+            GPathName(QStringLiteral(HOPBOX_TRANSLATIONS "/Plugin_%1.qm").arg(QLatin1String(language))));
+        Open();
+        mDialog->findChild<QToolButton*>()->click();
+        range->setEnabled(true);
+        range->setText("1"_q);
+        auto* length = mDialog->findChild<GQUIUnitSpinBox*>();
+        length->SetPoints(1);
+        for (QWidget* field : {static_cast<QWidget*>(range), static_cast<QWidget*>(length)}) {
+            QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, field->mapToGlobal({}));
+            QApplication::sendEvent(field, &event);
+            WindowDriver::ChooseFromMenu(wanted);
+        }
+    }
+    GCUSTranslation::Unload();
+}
+
 TEST_F(KeyboardTest, TheCallersOptionsDecideWhatIsOffered)
 {
     Add("Press", "Press");
