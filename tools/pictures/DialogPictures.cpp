@@ -6,10 +6,14 @@
 #include "hopbox/HopboxRegistry.h"
 #include "widgets/GCUSTranslation.h"
 #include "widgets/GQUICollapsibleFrame.h"
+#include "widgets/GQUIUnitSpinBox.h"
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QKeyEvent>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QToolButton>
@@ -55,6 +59,23 @@ void HoldAlt(QWidget& dialog)
 {
     QKeyEvent press(QEvent::KeyPress, Qt::Key_Alt, Qt::AltModifier);
     QApplication::sendEvent(&dialog, &press);
+}
+
+void TypeNoLength(QWidget& dialog)
+{
+    OpenOptions(dialog);
+    auto* field = dialog.findChildren<GQUIUnitSpinBox*>().at(1);
+    field->findChild<QLineEdit*>()->setText(QStringLiteral("4 m"));
+}
+
+void SelectLongName(QWidget& dialog)
+{
+    const GString name(120, QLatin1Char('m'));
+    MakeHopbox(name, {QStringLiteral("UserSettings=true")});
+    HoldAlt(dialog);
+    dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();  // the list is read again
+    auto* list = dialog.findChild<QComboBox*>();
+    list->setCurrentIndex(list->findText(name));
 }
 
 void SelectFixedSetting(QWidget& dialog)
@@ -147,6 +168,9 @@ int main(int argc, char** argv)
         {"dialog-german", "deDE", cDocumentOptions, true, false, OpenOptions},
         {"dialog-french", "frFR", cDocumentOptions, true, false, OpenOptions},
         {"dialog-dark", "", cDocumentOptions, true, true, OpenOptions},
+        {"dialog-no-length", "", cDocumentOptions, true, false, TypeNoLength},
+        {"dialog-no-length-german", "deDE", cDocumentOptions, true, false, TypeNoLength},
+        {"dialog-long-name", "", cDocumentOptions, true, false, SelectLongName},
         {"dialog-2x", "", cDocumentOptions, true, false, OpenOptions},
     };
     bool isSaved = true;
