@@ -69,6 +69,7 @@ protected:
         EXPECT_EQ(PdfFacts::Read(output).pageCount, pageCount) << source.toStdString();
         EXPECT_EQ(QProcess::execute("qpdf"_q, {"--check"_q, output}), 0) << source.toStdString();
         QFile::remove(output);
+        QFile::remove(GetOutput("a.report.json"_q));
     }
 };
 
