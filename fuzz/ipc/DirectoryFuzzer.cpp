@@ -2,6 +2,7 @@
 #include "foundation/ipc/GPPIPCDirectory.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 
@@ -19,10 +20,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         const size_t before = directory.GetPairs().size();
         const bool isAdded = directory.Add(own);
         if (directory.GetPairs().size() != before + (isAdded ? 1 : 0))
-            __builtin_trap();
+            std::abort();
         directory.Remove(own);
         if (directory.GetPairs().size() != before)
-            __builtin_trap();
+            std::abort();
     } catch (const GException&) {
     }
     return 0;

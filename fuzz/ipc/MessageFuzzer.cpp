@@ -2,6 +2,7 @@
 #include "foundation/ipc/GMessageRing.h"
 #include "foundation/ipc/GPPIPCMessage.h"
 
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 
@@ -19,16 +20,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         for (const GMessageRing::Entry& entry : ring.Peek(size, &isDamaged)) {
             GPPIPCMessage message;
             if (GPPIPCMessage::Decode(entry.message, &message) && message.Encode() != entry.message)
-                __builtin_trap();
+                std::abort();
             ring.Forget(entry.end);
         }
         ring.Peek(1, &isDamaged);
         const GMessageRing::PutResult result = ring.Put("good");
         const size_t expected = result == GMessageRing::PutResult::DoneAsFirst ? 1 : 0;
         if (result != GMessageRing::PutResult::Closed && expected != 1)
-            __builtin_trap();
+            std::abort();
         if (ring.Peek(2, &isDamaged).size() != expected || isDamaged)
-            __builtin_trap();
+            std::abort();
     } catch (const GException&) {
     }
     return 0;

@@ -2,6 +2,8 @@
 
 #include <QBuffer>
 
+#include <cstdlib>
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     QByteArray bytes = QByteArray::fromRawData(reinterpret_cast<const char*>(data), static_cast<int>(size));
@@ -10,6 +12,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     Morvane::MacFileInfo info;
     const bool isRead = Morvane::AppleDouble::getMacFileType(&file, &info);
     if ((!isRead && !info.type.isEmpty()) || info.finderInfo.size() > bytes.size())
-        __builtin_trap();
+        std::abort();
     return 0;
 }

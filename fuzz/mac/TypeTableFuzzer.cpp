@@ -2,6 +2,8 @@
 
 #include <QBuffer>
 
+#include <cstdlib>
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     QByteArray bytes = QByteArray::fromRawData(reinterpret_cast<const char*>(data), static_cast<int>(size));
@@ -11,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     for (const Morvane::PcExchangeRecord& record : table.getAllEntries()) {
         QString extension;
         if (!table.findExtension(record.macType, record.macCreator, &extension))
-            __builtin_trap();
+            std::abort();
     }
     return 0;
 }

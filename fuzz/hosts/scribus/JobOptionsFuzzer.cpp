@@ -1,6 +1,8 @@
 #include "hosts/scribus/pdf/PdfSettings.h"
 #include "joboptions/JobOptions.h"
 
+#include <cstdlib>
+
 // A file that is refused says where; one that is taken makes settings that Scribus can be given, or says why
 // not.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
@@ -9,14 +11,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     JobOptions options;
     QString error;
     if (options.Parse(text, error) != error.isEmpty())
-        __builtin_trap();
+        std::abort();
     if (!error.isEmpty())
         return 0;
     PdfSettings settings;
     if (PdfSettings::Make(options, settings, error) != error.isEmpty())
-        __builtin_trap();
+        std::abort();
     if (error.isEmpty() && !settings.IsX() && !settings.FindFault().isEmpty())
-        __builtin_trap();
+        std::abort();
     settings.MakeOptions();
     return 0;
 }

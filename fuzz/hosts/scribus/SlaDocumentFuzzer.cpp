@@ -1,6 +1,8 @@
 #include "hosts/scribus/sla/SlaContent.h"
 #include "hosts/scribus/sla/SlaLinks.h"
 
+#include <cstdlib>
+
 // Whatever the text is, rewriting links to themselves leaves it alone, and links that were rewritten are
 // found again as they were written.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
@@ -10,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     int rewritten = 0;
     int found = 0;
     if (SlaLinks::RewriteLinks(text, [](const QString& link) { return link; }) != text)
-        __builtin_trap();
+        std::abort();
     const QByteArray changed = SlaLinks::RewriteLinks(text, [&](const QString&) {
         ++rewritten;
         return target;
@@ -20,7 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         return link;
     });
     if (found != rewritten)
-        __builtin_trap();
+        std::abort();
     DocumentInfo info;
     info.pages.resize(3);
     SlaContent::Read(text, QStringLiteral("/nowhere"), info);
