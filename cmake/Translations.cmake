@@ -3,9 +3,10 @@ find_program(LRELEASE_PROGRAM NAMES lrelease-qt5 lrelease HINTS /usr/lib/qt5/bin
 set(translations_folder "${CMAKE_BINARY_DIR}/translations")
 file(MAKE_DIRECTORY "${translations_folder}")
 set(compiled_translations)
-foreach(language deDE frFR)
-  set(source "${CMAKE_SOURCE_DIR}/Resources/Translations/Plugin_${language}.ts")
-  set(compiled "${translations_folder}/Plugin_${language}.qm")
+file(GLOB translation_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/Resources/Translations/Plugin_*.ts")
+foreach(source IN LISTS translation_sources)
+  get_filename_component(name "${source}" NAME_WE)
+  set(compiled "${translations_folder}/${name}.qm")
   add_custom_command(OUTPUT "${compiled}"
     COMMAND "${LRELEASE_PROGRAM}" -silent "${source}" -qm "${compiled}"
     DEPENDS "${source}" VERBATIM)
