@@ -4,8 +4,8 @@
 
 namespace
 {
-constexpr int cMostTexts = 100'000;
-constexpr size_t cMostPages = 1'000'000;
+constexpr int cMostTexts = 100000;
+constexpr size_t cMostPages = 1000000;
 
 bool IsReadable(const char* bytes, size_t length)
 {
