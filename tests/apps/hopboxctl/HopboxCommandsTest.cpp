@@ -283,8 +283,8 @@ TEST_F(HopboxCommands, CheckTellsOfAHopboxThatCannotExport)
     EXPECT_EQ(
         GetObject().value(QLatin1String("Notes")).toArray(),
         (QJsonArray{
-            "The plug-in passes over a setting. A Hopbox has no setting \"Paper\"."_q,
-            "The plug-in passes over a setting. The setting \"Bleed\" can't be \"on\". It takes true or false."_q}));
+            "The plug-in passes over a setting. The setting \"Bleed\" can't be \"on\". It takes true or false."_q,
+            "The plug-in passes over a setting. A Hopbox has no setting \"Paper\"."_q}));
 }
 
 TEST_F(HopboxCommands, AForeignArchiveStaysWhenItsHopboxIsDeleted)
