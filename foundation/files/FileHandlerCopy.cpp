@@ -132,12 +132,12 @@ bool FileHandler::copyContent(const QString& source, const QString& destination,
     to.close();
     isWritten = isWritten && count == 0;
     if (isWritten) {
-        // Not every system tells the rights of an open handle, or changes those of an open file.
-        const QFile::Permissions known = from.permissions();
-        const QFile::Permissions rights = known != 0 ? known : QFile::permissions(source);
-        if (to.error() == QFileDevice::NoError && to.setPermissions(rights))
+        const bool isClosed = to.error() == QFileDevice::NoError;
+        const FileSystem::Error error =
+            isClosed ? FileSystem::copyRights(source, destination) : FileSystem::Error();
+        if (isClosed && !error)
             return true;
-        *reason = to.errorString();
+        *reason = isClosed ? getReason(error) : to.errorString();
     }
     FileSystem::removeItem(destination);
     return false;
@@ -194,8 +194,11 @@ bool FileHandler::copyFolderPrivate(const QString& source, const QString& destin
     }
     // Last: writing into the folder would change its date, and may not be allowed any more.
     CopyDateTimeInfo(source, destination);
-    QFile::setPermissions(destination, QFile::permissions(source));
-    return true;
+    error = FileSystem::copyRights(source, destination);
+    if (error)
+        LogFailure(QStringLiteral("FileHandler::copyFolderPrivate"),
+                   "Failed to set permissions for the file or folder: ", destination, error);
+    return !error;
 }
 
 bool FileHandler::copyEntry(const QString& source, const QString& destination)

@@ -43,6 +43,9 @@ Error listFolder(const QString& path, QStringList* names);
 // Makes one folder.
 Error makeFolder(const QString& path);
 
+// Gives `destination` the rights of `source`, of what it leads to where it is a link.
+Error copyRights(const QString& source, const QString& destination);
+
 // Brings what was written to a file to the disk.
 Error flushFile(const QString& path);
 

@@ -122,6 +122,15 @@ Error makeFolder(const QString& path)
     return result(::mkdir(toSystem(path).constData(), 0777));
 }
 
+Error copyRights(const QString& source, const QString& destination)
+{
+    struct stat status = {};
+    if (::stat(toSystem(source).constData(), &status) != 0)
+        return lastError();
+    constexpr mode_t cRights = S_IRWXU | S_IRWXG | S_IRWXO;
+    return result(::chmod(toSystem(destination).constData(), status.st_mode & cRights));
+}
+
 Error flushFile(const QString& path)
 {
     const int file = ::open(toSystem(path).constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);

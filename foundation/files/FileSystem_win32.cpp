@@ -4,6 +4,7 @@
 #include "foundation/system/PCom.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 #include <windows.h>
@@ -189,6 +190,14 @@ Error listFolder(const QString& path, QStringList* names)
 Error makeFolder(const QString& path)
 {
     return result(::CreateDirectoryW(toSystem(path).c_str(), nullptr));
+}
+
+Error copyRights(const QString& source, const QString& destination)
+{
+    const QFile::Permissions rights = QFile::permissions(source);
+    return rights != 0 && QFile::setPermissions(destination, rights)
+               ? Error()
+               : Error(ERROR_ACCESS_DENIED, boost::system::system_category());
 }
 
 Error flushFile(const QString& path)
