@@ -113,8 +113,9 @@ void PSegmentFile::CheckFolder() const
     struct stat folder = {};
     if (::stat(QFile::encodeName(GetFolder(mName).GetPortablePath()).constData(), &folder) != 0)
         RaiseLastError();
-    const bool isOwn = folder.st_uid == ::geteuid() && (folder.st_mode & (S_IWGRP | S_IWOTH)) == 0;
-    const bool isGuarded = folder.st_uid == 0 && (folder.st_mode & S_ISVTX) != 0;
+    const bool isOwners = folder.st_uid == ::geteuid();
+    const bool isOwn = isOwners && (folder.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+    const bool isGuarded = (isOwners || folder.st_uid == 0) && (folder.st_mode & S_ISVTX) != 0;
     if (!isOwn && !isGuarded)
         RaiseSegmentError(QStringLiteral("The folder of the shared segment \"%1\" is open to other users."),
                           mName);
