@@ -1,0 +1,25 @@
+#include "ExportRun.h"
+#include "tests/support/PrinterProcessor.h"
+
+#include <QCoreApplication>
+#include <QProcess>
+
+TEST(PythonHost, ExportsByTheHeaderAlone)
+{
+    int count = 1;
+    char name[] = "test";
+    char* arguments[] = {name, nullptr};
+    const QCoreApplication application(count, arguments);
+    const Sandbox sandbox;
+    MakeHopbox("Press"_q);
+    PrinterProcessor receiver(sandbox, {"--inbox"_q, sandbox.GetPath("Inbox"_q)});
+    QProcess python;
+    python.start("python3"_q,
+                 {QStringLiteral(PYTHON_HOST), QStringLiteral(HOPBOX_HEADER), QStringLiteral(HOPBOX_MODULE),
+                  QStringLiteral(USER_HAND), sandbox.GetPath(QString())});
+    ASSERT_TRUE(python.waitForFinished(60000));
+    EXPECT_EQ(python.exitCode(), 0) << python.readAllStandardError().toStdString();
+    const QString pdf = QString::fromUtf8(python.readAllStandardOutput()).trimmed();
+    EXPECT_TRUE(pdf.endsWith("/Press/Python.pdf"_q)) << pdf.toStdString();
+    EXPECT_TRUE(ReadFile(receiver.ReadLine().value("saved"_q).toString()).startsWith("%PDF-1.4"));
+}
