@@ -384,8 +384,7 @@ hopbox_handle HostTable::Keep(Object object)
 
 void HostTable::Release(hopbox_handle handle)
 {
-    if (mObjects.erase(handle) == 0)
-        RaiseBadHandle();
+    mObjects.erase(handle);
 }
 
 HostTable::Object& HostTable::Get(hopbox_handle handle)

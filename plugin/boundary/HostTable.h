@@ -40,7 +40,7 @@ public:
 
     IHostServices& GetServices() const { return mServices; }
     hopbox_handle Keep(Object object);
-    void Release(hopbox_handle handle);
+    void Release(hopbox_handle handle);  // one that is none is ignored
 
     // Raises for a handle that is none of this host's; the second for one that stands for no such object.
     Object& Get(hopbox_handle handle);
