@@ -11,8 +11,8 @@ namespace Morvane
 {
 class ZipInput;
 
-// What the zip library writes an archive through. The library looks at few of the errors that it is told, so
-// they are kept here: after one, nothing more is written, and hasFailed() stays true.
+// What the zip library writes an archive through. An error is not forgotten, whatever the library makes of
+// it: after one, nothing more is written, and hasFailed() stays true.
 //
 // The bytes written last stay in memory for a while. The library goes back to the header of an entry when it
 // has written the content, and finds it there more often than not.

@@ -110,7 +110,7 @@ TEST_F(OtherToolsTest, PasswordsThatTheyWriteInUtf8OpenTheirArchives)
     const QMap<QString, QByteArray> tree = ReadTree(folder);
     for (const QString& password : {"p\u00E4ssw\u00F6rd"_q, "\u043F\u0430\u0440\u043E\u043B\u044C"_q}) {
         for (const QString& line :
-             {"zip -qrP '%1' ../archive.zip ."_q,
+             {"zip -q0rP '%1' ../archive.zip ."_q,
               "bsdtar -cf ../archive.zip --format zip --options zip:encryption=zipcrypt "
               "--passphrase '%1' *"_q}) {
             QFile::remove(mArchive);

@@ -2,6 +2,8 @@
 
 #include "ZipSamples.h"
 #include "archive/ZipArchive.h"
+#include "archive/ZipOutput.h"
+#include "foundation/system/GDurableFile.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/FaultyDisk.h"
 
@@ -29,6 +31,34 @@ CHILD_ROLE(PackWithoutRoom)
         SayToParent(isMade ? "made" : "failed");
     }
     return 0;
+}
+
+// Writes where the disk takes it, where it does not, and again where it does.
+CHILD_ROLE(WriteAroundAFault)
+{
+    GDurableFile file(GPathName(arguments.first() + "/made.zip"_q));
+    ZipOutput output(file);
+    if (!LimitFileSize(cRoom))
+        return cCannotLimit;
+    SayToParent(output.write("start", 5) && output.flush() ? "written" : "failed");
+    output.patch(2 * cRoom, 1);
+    SayToParent(output.flush() ? "written" : "failed");
+    output.patch(0, 1);
+    SayToParent(output.flush() ? "forgotten" : output.getReason().toUtf8());
+    return 0;
+}
+
+TEST(WriteFaultTest, AFailedWriteIsNotForgottenWhenTheNextOneIsDone)
+{
+    const Sandbox sandbox;
+    ChildProcess child("WriteAroundAFault"_q, {sandbox.GetPath()});
+    const QByteArray first = child.ReadLine();
+    if (first.isEmpty() && child.WaitForExit() == cCannotLimit)
+        GTEST_SKIP() << "A system on which a test can't limit files.";
+    EXPECT_EQ("written", first);
+    EXPECT_EQ("failed", child.ReadLine());
+    EXPECT_TRUE(child.ReadLine().endsWith("File too large"));
+    EXPECT_EQ(0, child.WaitForExit());
 }
 
 TEST(WriteFaultTest, ADiskThatIsFullLeavesNoPartOfAFile)
