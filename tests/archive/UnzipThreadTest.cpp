@@ -62,7 +62,7 @@ protected:
     }
 
     const QString mBlock = GetTarget("blocked");
-    const QString mError = "Can't write in %1."_q.arg(mBlock);
+    const QString mError = "Can't write in %1. something that is no file has the name"_q.arg(mBlock);
     std::mutex mMutex;
     std::condition_variable mNoted;
     QStringList mLines;
