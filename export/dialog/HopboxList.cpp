@@ -39,24 +39,20 @@ HopboxList HopboxList::Read()
 // By way of pointers, as the items themselves are large.
 void HopboxList::Sort()
 {
-    struct Place
-    {
-        QCollatorSortKey text;
-        Item* item;
-    };
-    const QCollator collator = MakeCollator();
-    std::vector<Place> order;
+    std::vector<Item*> order;
     order.reserve(mItems.size());
     for (Item& item : mItems)
-        order.push_back({collator.sortKey(item.text), &item});
-    std::sort(order.begin(), order.end(), [](const Place& left, const Place& right) {
-        const int result = left.text.compare(right.text);
-        return result != 0 ? result < 0 : left.item->key < right.item->key;
+        order.push_back(&item);
+    // Not by sort keys, whose order is another one on Windows.
+    const QCollator collator = MakeCollator();
+    std::sort(order.begin(), order.end(), [&](const Item* left, const Item* right) {
+        const int result = collator.compare(left->text, right->text);
+        return result != 0 ? result < 0 : left->key < right->key;
     });
     std::vector<Item> sorted;
     sorted.reserve(mItems.size());
-    for (const Place& place : order)
-        sorted.push_back(std::move(*place.item));
+    for (Item* item : order)
+        sorted.push_back(std::move(*item));
     mItems.swap(sorted);
 }
 
