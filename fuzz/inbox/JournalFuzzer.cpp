@@ -1,6 +1,7 @@
 #include "apps/printer_processor/inbox/JobJournalText.h"
 
 #include <QCryptographicHash>
+#include <QList>
 
 // Gives each line of the input the check that it ought to have, so that the fuzzer gets past it.
 static GBuffer AddChecks(const GBuffer& input)

@@ -6,6 +6,7 @@
 
 #include <QtEndian>
 
+#include <chrono>
 #include <cstring>
 #include <thread>
 #include <vector>
@@ -84,15 +85,16 @@ TEST(GMessageRing, QueueThatIsClosedInTheMiddleOfAPostIsNoSuccess)
     uint8_t* const data = reinterpret_cast<uint8_t*>(words.data());
     Put result = Put::DoneAsFirst;
     // The close may come too late now and then.
-    for (int attempt = 0; attempt < 100 && result != Put::Unsure; ++attempt) {
+    for (int attempt = 0; attempt < 1000 && result != Put::Unsure; ++attempt) {
         GMessageRing ring = GMessageRing::Make(data, words.size() * 8, {7, 8});
         // Where the copying begins is the C library's affair.
         volatile uint8_t* const ends[] = {data + GMessageRing::cHeaderSize + GMessageRing::cEntryHeaderSize,
                                           data + GMessageRing::cHeaderSize + message.size()};
         *ends[0] = *ends[1] = 0;
         std::thread sender([&] { result = ring.Put(message); });
-        while (*ends[0] == 0 && *ends[1] == 0) {
-        }
+        // Asleep in between, so that it is this thread's turn when the copying has begun.
+        while (*ends[0] == 0 && *ends[1] == 0)
+            std::this_thread::sleep_for(std::chrono::microseconds(50));
         ring.Close();
         sender.join();
     }
