@@ -22,6 +22,7 @@ FaultScenario (*const cScenarios[])() = {
     GetExtraction,                 //
     GetPostAndAccept,              //
     GetCopyOfAcceptedJob,          //
+    GetDocumentChange,             //
 };
 }  // namespace
 

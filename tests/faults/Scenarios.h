@@ -22,3 +22,6 @@ FaultScenario GetExtraction();
 // ChannelScenarios.cpp
 FaultScenario GetPostAndAccept();
 FaultScenario GetCopyOfAcceptedJob();
+
+// DocumentScenarios.cpp
+FaultScenario GetDocumentChange();

@@ -37,6 +37,7 @@ static bool Unpack(const QByteArray& packed, QByteArray& text, QString& reason)
     return result == Z_STREAM_END;
 }
 
+// Null when there is not enough memory; nothing else can go wrong.
 static QByteArray Pack(const QByteArray& text)
 {
     z_stream stream = {};
@@ -69,7 +70,8 @@ static bool ReadBytes(const QString& path, QByteArray& bytes, QString& reason)
         return false;
     }
     bytes = file.readAll();
-    return true;
+    reason = file.errorString();
+    return file.error() == QFileDevice::NoError;
 }
 
 // Whether the first element is a document's. A text that is only a beginning may end within it.
@@ -121,6 +123,10 @@ bool SlaFile::Read(const QString& path, QByteArray& text, bool& isPacked, QStrin
 bool SlaFile::Write(const QString& path, const QByteArray& text, bool isPacked, QString& reason)
 {
     const QByteArray bytes = isPacked ? Pack(text) : text;
+    if (isPacked && bytes.isNull()) {
+        reason = QStringLiteral("there is not enough memory to compress it");
+        return false;
+    }
     try {
         GDurableFile file{GPathName(path)};
         file.Write(bytes.constData(), bytes.size());
