@@ -1,7 +1,6 @@
 #include "foundation/ipc/GPPIPCReceiver.h"
 
 #include "foundation/core/GException.h"
-#include "foundation/system/GProcessInfo.h"
 #include "foundation/trace/GTrace.h"
 
 #include <algorithm>
@@ -186,7 +185,8 @@ void GPPIPCReceiver::TakeUpFrom(GMessageQueue* queue, size_t* rest, const Handle
         const std::vector<GMessageQueue::Entry> entries = queue->Peek(std::min(*rest, cBatch));
         if (entries.empty())
             return;
-        const std::vector<GPPIPCMessage> messages = Decode(entries, queue->GetOwner());
+        const std::vector<GPPIPCMessage> messages =
+            Decode(entries, queue->GetOwner().number, handler ? mReceiverID : 0);
         if (mKeeper.keep)
             mKeeper.keep(messages);
         queue->Forget(entries.back());
@@ -199,19 +199,21 @@ void GPPIPCReceiver::TakeUpFrom(GMessageQueue* queue, size_t* rest, const Handle
     }
 }
 
+// What was left by another is read whatever receiver it names, for which `receiver` is 0: a dead process may
+// have had this one's number.
 std::vector<GPPIPCMessage> GPPIPCReceiver::Decode(const std::vector<GMessageQueue::Entry>& entries,
-                                                  const GMessageQueue::Owner& owner) const
+                                                  uint64_t queue, uint32_t receiver)
 {
-    const bool isOwn = owner.processID == GProcessInfo::GetOwnProcessID();
     std::vector<GPPIPCMessage> messages;
     for (const GMessageQueue::Entry& entry : entries) {
         GPPIPCMessage message;
-        if (!GPPIPCMessage::Decode(entry.message, &message) || (isOwn && message.receiver != mReceiverID)) {
+        if (!GPPIPCMessage::Decode(entry.message, &message) ||
+            (receiver != 0 && message.receiver != receiver)) {
             GTrace::Error(QStringLiteral("GPPIPCReceiver::Decode"),
                           QStringLiteral("A queued message does not check and is skipped."));
             continue;
         }
-        message.queue = owner.number;
+        message.queue = queue;
         message.position = entry.position;
         messages.push_back(message);
     }

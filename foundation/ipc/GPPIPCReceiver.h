@@ -69,8 +69,8 @@ private:
     void DropPastPlaces();
     void Deregister(GPPIPCRegistration* place);
     void TakeUpFrom(GMessageQueue* queue, size_t* rest, const Handler& handler);
-    std::vector<GPPIPCMessage> Decode(const std::vector<GMessageQueue::Entry>& entries,
-                                      const GMessageQueue::Owner& owner) const;
+    static std::vector<GPPIPCMessage> Decode(const std::vector<GMessageQueue::Entry>& entries, uint64_t queue,
+                                             uint32_t receiver);
     void HandOver(const GPPIPCMessage& message);
 
     Handler mHandler;

@@ -112,8 +112,10 @@ TEST_F(KeeperTest, NobodyTakesOverFromTheLiving)
 {
     Kept first;
     Kept second;
-    const GPPIPCReceiver living(mCount, cKind, first.GetKeeper());
+    GPPIPCReceiver living(mCount, cKind, first.GetKeeper());
     GPPIPCManager::Get()->Post(mOwnID, 1, "for the first");
     const GPPIPCReceiver other(mCount, cKind, second.GetKeeper());
+    living.TakeUp();
+    EXPECT_EQ(first.payloads, std::vector<GBuffer>({"for the first"}));
     EXPECT_TRUE(second.payloads.empty());
 }
