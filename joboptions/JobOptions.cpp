@@ -1,8 +1,7 @@
 #include "joboptions/JobOptions.h"
 
+#include "foundation/core/SharedFile.h"
 #include "joboptions/PostScriptReader.h"
-
-#include <QFile>
 
 bool JobOptions::Parse(const QByteArray& text, QString& error)
 {
@@ -44,14 +43,8 @@ bool JobOptions::Execute(const QByteArray& name, std::vector<PostScriptValue>& o
 
 bool JobOptions::Read(const QString& path, QString& error)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        error = file.errorString();
-    else if (file.size() > cMostBytes)
-        error = QStringLiteral("it is larger than any job options file");
-    else
-        return Parse(file.read(cMostBytes), error);
-    return false;
+    QByteArray text;
+    return ReadSharedFile(path, cMostBytes, &text, error) && Parse(text, error);
 }
 
 const PostScriptValue* JobOptions::Find(const std::vector<PostScriptValue>& dictionaries, const char* key)

@@ -5,12 +5,12 @@
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/core/GException.h"
 #include "foundation/core/GFileOutputStream.h"
+#include "foundation/core/SharedFile.h"
 #include "foundation/prefs/GPrefMemoryModule.h"
 #include "hopbox/HopboxProject.h"
 #include "hopbox/TemporaryFolder.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 using Morvane::ZipArchiver;
@@ -48,10 +48,13 @@ void WriteRecord(const HopboxRecord& record, const GPathName& path)
 
 HopboxRecord ReadRecord(const GPathName& path)
 {
-    QFile file(path.GetNativePath());
     HopboxRecord record;
-    if (!file.open(QIODevice::ReadOnly) || file.size() > cMostRecordBytes ||
-        !record.FromText(QString::fromUtf8(file.readAll())))
+    GString reason;
+    QByteArray text;
+    const bool isThere = !IsFileMissing(path.GetNativePath());
+    if (isThere && !ReadSharedFile(path.GetNativePath(), cMostRecordBytes, &text, reason))
+        Fail(QStringLiteral("Its record can't be read: %1.").arg(reason));
+    if (!isThere || !record.FromText(QString::fromUtf8(text)))
         Fail(QStringLiteral("It holds no Hopbox."));
     return record;
 }

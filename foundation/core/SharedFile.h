@@ -2,6 +2,8 @@
 
 #include "foundation/core/GString.h"
 
+#include <QByteArray>
+
 #include <cstdint>
 
 class QFile;
@@ -33,6 +35,14 @@ FileOpening OpenSharedForReading(QFile& file, int64_t largest, GString& reason);
 // Whether the system says that nothing bears the name. False also where it could not look: whoever opens the
 // file then learns why.
 bool IsFileMissing(const GString& path);
+
+// Reads an open file to its end. False, with the reason, when a read fails on the way: QFile::readAll() takes
+// a read that breaks off for the end of the file.
+[[nodiscard]] bool ReadToEnd(QFile& file, QByteArray* content, GString& reason);
+
+// Opens a file and reads all of it. False, with the reason, when it can't be opened or read, or has more
+// bytes than `largest`; the content is empty then.
+[[nodiscard]] bool ReadSharedFile(const GString& path, int64_t largest, QByteArray* content, GString& reason);
 
 // The reason for a file of too many bytes.
 GString GetTooLargeReason(int64_t size, int64_t largest);

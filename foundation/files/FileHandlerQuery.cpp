@@ -99,13 +99,8 @@ bool FileHandler::readFile(const QString& path, QByteArray* content)
     QFile file(ConvertPath(path));
     QString reason;
     const FileOpening opening = OpenSharedForReading(file, cNoLargestFile, reason);
-    if (opening == FileOpening::cOpen) {
-        *content = file.readAll();
-        if (file.error() == QFileDevice::NoError)
-            return true;
-        content->clear();
-        reason = file.errorString();
-    }
+    if (opening == FileOpening::cOpen && ReadToEnd(file, content, reason))
+        return true;
     const bool isMissing = opening == FileOpening::cMissing;
     LogError(QStringLiteral("FileHandler::readFile"),
              isMissing ? QLatin1String("File does not exists: ") + file.fileName()

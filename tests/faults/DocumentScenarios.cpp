@@ -48,5 +48,8 @@ FaultScenario GetDocumentChange()
     const auto prepare = [](const QString& root) {
         EXPECT_TRUE(WriteFile(GetDocument(root), MakeText("old")));
     };
-    return {"DocumentChange", prepare, QString(), {"ChangeDocument"_q, "%1"_q}, LookAtDocument};
+    FaultScenario scenario{
+        "DocumentChange", prepare, QString(), {"ChangeDocument"_q, "%1"_q}, LookAtDocument};
+    scenario.takesEveryError = true;
+    return scenario;
 }

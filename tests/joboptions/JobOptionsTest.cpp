@@ -108,6 +108,6 @@ TEST(JobOptionsTest, AFileLargerThanAnyJobOptionsIsRefused)
     EXPECT_TRUE(options.Read(path, error)) << error.toStdString();
     WriteFile(path, text.leftJustified(int(JobOptions::cMostBytes) + 1));
     EXPECT_FALSE(options.Read(path, error));
-    EXPECT_EQ(error, "it is larger than any job options file"_q);
+    EXPECT_TRUE(error.endsWith("are not read"_q)) << error.toStdString();
 }
 }  // namespace

@@ -34,9 +34,9 @@ GBuffer ReadAll(const GPathName& path)
         return {};
     if (opening == FileOpening::cRefused)
         Raise(path, reason);
-    const GBuffer text = file.readAll();
-    if (file.error() != QFile::NoError)
-        Raise(path, file.errorString());
+    GBuffer text;
+    if (!ReadToEnd(file, &text, reason))
+        Raise(path, reason);
     return text;
 }
 

@@ -1,10 +1,10 @@
 #include "hosts/scribus/books/BookFile.h"
 
 #include "foundation/core/GException.h"
+#include "foundation/core/SharedFile.h"
 #include "foundation/system/GDurableFile.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -50,14 +50,10 @@ std::unique_ptr<BookFile> BookFile::Read(const QString& path, QString& reason)
 {
     reason.clear();
     auto book = std::make_unique<BookFile>(path);
-    QFile file(book->mPath);
+    QByteArray text;
     QStringList paths;
-    if (!file.open(QIODevice::ReadOnly))
-        reason = file.errorString();
-    else if (file.size() > cMostBytes)
-        reason = QStringLiteral("it is larger than any book");
-    else
-        ReadPaths(file.read(cMostBytes), paths, reason);
+    if (ReadSharedFile(book->mPath, cMostBytes, &text, reason))
+        ReadPaths(text, paths, reason);
     if (!reason.isEmpty()) {
         reason = QStringLiteral("The book \"%1\" can't be read: %2.").arg(book->mPath, reason);
         return nullptr;

@@ -1,6 +1,7 @@
 #include "hosts/scribus/sla/SlaFile.h"
 
 #include "foundation/core/GException.h"
+#include "foundation/core/SharedFile.h"
 #include "foundation/system/GDurableFile.h"
 #include "hosts/scribus/sla/SlaScanner.h"
 
@@ -58,22 +59,6 @@ static QByteArray Pack(const QByteArray& text)
     return result == Z_STREAM_END ? packed : QByteArray();
 }
 
-static bool ReadBytes(const QString& path, QByteArray& bytes, QString& reason)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        reason = file.errorString();
-        return false;
-    }
-    if (file.size() > SlaFile::cMostBytes) {
-        reason = QStringLiteral("it is too large");
-        return false;
-    }
-    bytes = file.readAll();
-    reason = file.errorString();
-    return file.error() == QFileDevice::NoError;
-}
-
 // Whether the first element is a document's. A text that is only a beginning may end within it.
 static bool IsDocument(const QByteArray& text, bool isBeginning)
 {
@@ -84,8 +69,8 @@ static bool IsDocument(const QByteArray& text, bool isBeginning)
 bool SlaFile::CheckBeginning(const QString& path, QString& reason)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        reason = QStringLiteral("\"%1\" can't be opened: %2.").arg(path, file.errorString());
+    if (OpenSharedForReading(file, cNoLargestFile, reason) != FileOpening::cOpen) {
+        reason = QStringLiteral("\"%1\" can't be opened: %2.").arg(path, reason);
         return false;
     }
     QByteArray beginning = file.read(cChunk);
@@ -105,7 +90,7 @@ bool SlaFile::Read(const QString& path, QByteArray& text, bool& isPacked, QStrin
 {
     QByteArray bytes;
     text.clear();
-    bool isRead = ReadBytes(path, bytes, reason);
+    bool isRead = ReadSharedFile(path, cMostBytes, &bytes, reason);
     isPacked = bytes.startsWith("\x1f\x8b");
     if (isRead && isPacked)
         isRead = Unpack(bytes, text, reason);

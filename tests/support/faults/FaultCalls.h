@@ -8,6 +8,9 @@
 // A call that ends early with part of its bytes written, in the place of an error number.
 constexpr int cShortWrite = -1;
 
+// A read that gives a part, after which the next read of the file gives EIO: a disk with a bad place.
+constexpr int cBrokenRead = -2;
+
 constexpr int cMostFaults = 6;
 
 struct FaultCall
@@ -39,7 +42,7 @@ enum class FaultCallID
 // In the order of FaultCallID.
 constexpr FaultCall cFaultCalls[] = {
     {"open", {EACCES, EIO, EMFILE, ENOSPC, ENAMETOOLONG, EINTR}},
-    {"read", {EIO, EINTR}},
+    {"read", {EIO, EINTR, cBrokenRead}},
     {"write", {ENOSPC, EIO, EINTR, cShortWrite}},
     {"flush", {EIO, ENOSPC}},
     {"rename", {EACCES, EIO, ENOSPC}},

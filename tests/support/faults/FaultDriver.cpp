@@ -99,9 +99,11 @@ private:
     {
         QStringList names;
         for (const QString& name : ReadTree(mSandbox.GetPath()).keys()) {
-            const QStringList parts = name.split(QLatin1Char('/'));
+            // By its own name, by that of a folder that it lies in, or by its path.
+            QStringList parts = name.split(QLatin1Char('/'), Qt::SkipEmptyParts);
+            parts.append(name);
             const bool isIgnored = std::any_of(parts.cbegin(), parts.cend(), [&](const QString& part) {
-                return !part.isEmpty() && QDir::match(mScenario.ignored, part);
+                return QDir::match(mScenario.ignored, part);
             });
             if (!isIgnored)
                 names.append(name);
@@ -204,7 +206,7 @@ QStringList ListCalls(const FaultScenario& scenario)
 
 void RunFaultScenario(const FaultScenario& scenario)
 {
-    const bool isWhole = qgetenv("HOPBOX_FAULTS") == "all";
+    const bool isWhole = scenario.takesEveryError || qgetenv("HOPBOX_FAULTS") == "all";
     FaultRun run(scenario);
     const QStringList calls = run.RunWhole();
     ASSERT_FALSE(calls.isEmpty()) << "No call was seen: is the library preloaded?";

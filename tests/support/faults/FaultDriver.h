@@ -53,6 +53,9 @@ struct FaultScenario
 
     // Whether a failure is told with the system's reason. False asks for any line on standard error.
     bool tellsReason = true;
+
+    // Whether each call fails with every error that it can give, in each run of the tests.
+    bool takesEveryError = false;
 };
 
 // Runs a scenario; each broken promise is a failure of the running test.

@@ -34,6 +34,7 @@ struct Plan
     long number = 0;
     long index = 0;
     std::atomic<long> count{0};
+    std::atomic<int> brokenFile{-1};  // its next read fails
     bool isActive = false;
 };
 
@@ -97,6 +98,11 @@ bool IsBelowRoot(const std::string& path)
            (path.size() == root.size() || path[root.size()] == '/');
 }
 
+const char* GetFaultName(int error)
+{
+    return error == cShortWrite ? "short write" : error == cBrokenRead ? "EIO" : strerrorname_np(error);
+}
+
 // Counts a call. Gives 0 when it is to go on, else the error that it is to give.
 int Count(FaultCallID id, const std::string& path)
 {
@@ -113,8 +119,7 @@ int Count(FaultCallID id, const std::string& path)
     while (errors < cMostFaults && call.errors[errors] != 0)
         ++errors;
     const int error = call.errors[plan.index % errors];
-    Report(std::string(call.name) + ' ' + (error == cShortWrite ? "short write" : strerrorname_np(error)) +
-           ' ' + path + '\n');
+    Report(std::string(call.name) + ' ' + GetFaultName(error) + ' ' + path + '\n');
     return error;
 }
 
@@ -153,6 +158,23 @@ ssize_t LimitWrite(int file, Size count)
     if (error > 0)
         return -1;
     return static_cast<ssize_t>(error == cShortWrite && count > 1 ? count / 2 : count);
+}
+
+// How many bytes of a read are to be given; -1, with errno set, for none.
+template <typename Size>
+ssize_t LimitRead(int file, Size count)
+{
+    Plan& plan = GetPlan();
+    if (!plan.isActive)
+        return static_cast<ssize_t>(count);
+    const int kept = errno;
+    int error = plan.brokenFile.exchange(-1) == file ? EIO : Count(FaultCallID::cRead, GetPathOf(file));
+    if (error == cBrokenRead)
+        plan.brokenFile = file;
+    errno = error > 0 ? error : kept;
+    if (error > 0)
+        return -1;
+    return static_cast<ssize_t>(error == cBrokenRead && count > 1 ? count / 2 : count);
 }
 }  // namespace
 
@@ -203,12 +225,21 @@ FUNCTION(FILE*, nullptr, fopen, (const char* path, const char* mode), (path, mod
          FailsAt(FaultCallID::cOpen, AT_FDCWD, path))
 FUNCTION(FILE*, nullptr, fopen64, (const char* path, const char* mode), (path, mode),
          FailsAt(FaultCallID::cOpen, AT_FDCWD, path))
-FUNCTION(ssize_t, -1, read, (int file, void* bytes, size_t count), (file, bytes, count),
-         FailsOn(FaultCallID::cRead, file))
-FUNCTION(ssize_t, -1, pread, (int file, void* bytes, size_t count, off_t at), (file, bytes, count, at),
-         FailsOn(FaultCallID::cRead, file))
-FUNCTION(ssize_t, -1, pread64, (int file, void* bytes, size_t count, off64_t at), (file, bytes, count, at),
-         FailsOn(FaultCallID::cRead, file))
+
+#define READ_FUNCTION(name, parameters, arguments)    \
+    PRELOADED ssize_t name parameters                 \
+    {                                                 \
+        static const auto next = NEXT(name);          \
+        const ssize_t limit = LimitRead(file, count); \
+        if (limit < 0)                                \
+            return -1;                                \
+        count = static_cast<size_t>(limit);           \
+        return next arguments;                        \
+    }
+READ_FUNCTION(read, (int file, void* bytes, size_t count), (file, bytes, count))
+READ_FUNCTION(pread, (int file, void* bytes, size_t count, off_t at), (file, bytes, count, at))
+READ_FUNCTION(pread64, (int file, void* bytes, size_t count, off64_t at), (file, bytes, count, at))
+
 FUNCTION(int, -1, fsync, (int file), (file), FailsOn(FaultCallID::cFlush, file))
 FUNCTION(int, -1, fdatasync, (int file), (file), FailsOn(FaultCallID::cFlush, file))
 FUNCTION(int, -1, rename, (const char* from, const char* to), (from, to),
