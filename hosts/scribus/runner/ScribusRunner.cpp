@@ -66,7 +66,9 @@ QProcessEnvironment MakeEnvironment(const QString& home, const QString& scratch)
     set("QT_QPA_PLATFORM", QStringLiteral("offscreen"));
     set("HOME", home);
     set("XDG_CONFIG_HOME", home + QStringLiteral("/.config"));
-    set("XDG_DATA_HOME", home + QStringLiteral("/.local/share"));
+    // Scribus draws placed files into pictures of one fixed name in there: two exports at once would take
+    // each other's.
+    set("XDG_DATA_HOME", scratch + QStringLiteral("/data"));
     set("XDG_CACHE_HOME", home + QStringLiteral("/.cache"));
     set("XDG_RUNTIME_DIR", scratch);
     set("TMPDIR", scratch);

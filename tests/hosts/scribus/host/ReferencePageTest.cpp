@@ -198,6 +198,8 @@ TEST_F(ReferencePageTest, RgbThatIsLeftUnchangedIsThatOfTheDocumentInEveryDot)
 
 TEST_F(ReferencePageTest, PlacedFilesStayVectorsWithTheirFonts)
 {
+    // In the place of the picture that another export of the same user draws at this moment.
+    QDir().mkpath(GetSetup().home + "/.local/share/scribus/temp/sc.png"_q);
     Open(MakeDocument("a.sla"_q, 1, MakeFrames("placed.pdf|text.pdf"_list)));
     const QString output = GetOutput("a.pdf"_q);
     ASSERT_EQ(Export(output), cSuccess);
