@@ -65,7 +65,7 @@ TEST_F(RegistryDamage, IsToldByWhoeverReadsAndKeptBeforeTheFirstChange)
         {"bytes of another encoding",
          [](const QByteArray&) {
              return QByteArray(
-                 "#BEGINPREFS\r\n\"G\"\r\n#BEGINDICT\r\n\"k\" \"\xE4\"\r\n#ENDDICT\r\n#ENDPREFS");
+                 "\xEF\xBB\xBF#BEGINPREFS\r\n\"G\"\r\n#BEGINDICT\r\n\"k\" \"\xE4\"\r\n#ENDDICT\r\n#ENDPREFS");
          }},
         {"nothing in it", [](const QByteArray&) { return QByteArray(); }, false},
     };
