@@ -201,6 +201,12 @@ void GCUSPDFSettingsAdjWdt::AlignRows(QGridLayout& grid)
         mark->setMinimumHeight(height);
 }
 
+// The base hands the focus on while it goes; the panel must not hear of it any more.
+GCUSPDFSettingsAdjWdt::~GCUSPDFSettingsAdjWdt()
+{
+    disconnect(qApp, nullptr, this, nullptr);
+}
+
 void GCUSPDFSettingsAdjWdt::ConnectSignals()
 {
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {

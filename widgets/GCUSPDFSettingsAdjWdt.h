@@ -43,6 +43,7 @@ public:
     };
 
     explicit GCUSPDFSettingsAdjWdt(QWidget* parent = nullptr);
+    ~GCUSPDFSettingsAdjWdt() override;
 
     void Load(const Values& values);
 

@@ -224,8 +224,9 @@ void PdfFile::SetTrapped(const QString& trapped)
 
 bool PdfFile::Write(const QString& path, const PdfWishes& wishes, QString& reason)
 {
+    const QByteArray file = QFile::encodeName(path);  // the writer keeps the pointer
     const auto write = [&] {
-        QPDFWriter writer(*mPdf, QFile::encodeName(path).constData());
+        QPDFWriter writer(*mPdf, file.constData());
         writer.setDecodeLevel(qpdf_dl_none);
         writer.setCompressStreams(false);  // an image may be meant to have none
         if (wishes.compressesObjects)

@@ -14,6 +14,13 @@ TEST(PythonHost, ExportsByTheHeaderAlone)
     MakeHopbox("Press"_q);
     PrinterProcessor receiver(sandbox, {"--inbox"_q, sandbox.GetPath("Inbox"_q)});
     QProcess python;
+    if (*SANITIZER_RUNTIME != '\0') {
+        // The interpreter has none of its own, and gives back little of what it takes.
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("LD_PRELOAD"_q, QStringLiteral(SANITIZER_RUNTIME));
+        environment.insert("ASAN_OPTIONS"_q, "detect_leaks=0"_q);
+        python.setProcessEnvironment(environment);
+    }
     python.start("python3"_q,
                  {QStringLiteral(PYTHON_HOST), QStringLiteral(HOPBOX_HEADER), QStringLiteral(HOPBOX_MODULE),
                   QStringLiteral(USER_HAND), sandbox.GetPath(QString())});
