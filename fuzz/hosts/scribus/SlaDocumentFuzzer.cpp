@@ -26,6 +26,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     DocumentInfo info;
     info.pages.resize(3);
     SlaContent::Read(text, QStringLiteral("/nowhere"), info);
-    info.FindPages(QString::fromUtf8(text));
+    QString reason;
+    info.FindPages(QString::fromUtf8(text), reason);
     return 0;
 }

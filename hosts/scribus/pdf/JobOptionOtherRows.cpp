@@ -139,15 +139,15 @@ const char* const cForOtherCoding[] = {"JPEG2000ColorACSImageDict", "JPEG2000Col
 std::vector<JobOptionRow> JobOptionRow::MakeOthers()
 {
     std::vector<JobOptionRow> rows(std::begin(cOthers), std::end(cOthers));
-    const auto add = [&](Section section, const char* key, const char* note) {
-        rows.push_back({section, key, Answer::NoMeaning, nullptr, note});
+    const auto add = [&](Section place, const char* name, const char* reason) {
+        rows.push_back({place, name, Answer::NoMeaning, nullptr, reason});
     };
-    for (const char* key : cForPostScript)
-        add(Section::Parameters, key, "of PostScript programs");
-    for (const char* key : cForOthers)
-        add(Section::Parameters, key, "of the file of job options itself");
-    for (const char* key : cForOtherCoding)
-        add(Section::Parameters, key, "of a coding that no image gets");
+    for (const char* name : cForPostScript)
+        add(Section::Parameters, name, "of PostScript programs");
+    for (const char* name : cForOthers)
+        add(Section::Parameters, name, "of the file of job options itself");
+    for (const char* name : cForOtherCoding)
+        add(Section::Parameters, name, "of a coding that no image gets");
     add(Section::Device, "PageSize", "pages have the document's sizes");
     add(Section::Namespaces, "ErrorControl", "what goes wrong is always told");
     return rows;
