@@ -17,6 +17,10 @@ constexpr uint32_t cVersion = 2;
 
 // The header as it lies in memory. The atomics keep the order of stores: a process that dies at any moment
 // leaves a position that was raised only when the bytes before it were there.
+// Positions count the bytes since the queue was made. No queue gets so far, and none is near the end of the
+// numbers.
+constexpr uint64_t cMostPosition = uint64_t{1} << 62;
+
 struct Header
 {
     std::atomic<uint32_t> magic;
@@ -64,7 +68,8 @@ GMessageRing GMessageRing::Open(uint8_t* data, size_t size)
     const Header& header = GetHeader(data);
     const size_t capacity = hasHeader ? header.capacity : 0;
     if (!hasHeader || header.magic.load(std::memory_order_acquire) != cMagic || header.version != cVersion ||
-        capacity < cLeastCapacity || capacity > size - cHeaderSize)
+        capacity < cLeastCapacity || capacity > size - cHeaderSize || header.readPosition > cMostPosition ||
+        header.writePosition > cMostPosition)
         throw GSimpleException(GErrorCode::cSegmentHeader,
                                QStringLiteral("The header of a message queue is damaged."));
     return GMessageRing(data, capacity);
