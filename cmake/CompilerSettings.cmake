@@ -12,8 +12,10 @@ if(CCACHE_PROGRAM)
   set(CMAKE_C_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
 endif()
 
-# The light form of debug information: call stacks with lines, at half the size of the build.
-set(CMAKE_CXX_FLAGS_DEBUG "-O0 -g1")
+if(HOPBOX_SANITIZER)
+  # The light form of debug information: call stacks with lines, at half the size of the build.
+  set(CMAKE_CXX_FLAGS_DEBUG "-O0 -g1")
+endif()
 if(HOPBOX_SANITIZER STREQUAL "address")
   # gcc's optimised code under this sanitizer costs compile time and gains little at run time.
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
@@ -29,10 +31,21 @@ if(HOPBOX_FUZZ)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
+# What warns, by compiler: what both GCC and clang know, what one of them knows alone, and the nearest that
+# another compiler has.
 add_library(compiler_settings INTERFACE)
-target_compile_options(compiler_settings INTERFACE
-  -Wall -Wextra -Wpedantic -Werror -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual
-  -Wformat=2 -Wimplicit-fallthrough -Wundef)
+if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
+  target_compile_options(compiler_settings INTERFACE
+    -Wall -Wextra -Wpedantic -Werror -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual
+    -Wformat=2 -Wimplicit-fallthrough -Wundef)
+elseif(MSVC)
+  target_compile_options(compiler_settings INTERFACE /W4 /WX /permissive- /utf-8 /Zc:__cplusplus)
+endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  target_compile_options(compiler_settings INTERFACE -Wlogical-op -Wduplicated-cond -Wduplicated-branches)
+elseif(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+  target_compile_options(compiler_settings INTERFACE -Wunreachable-code -Wextra-semi -Wself-assign)
+endif()
 # Text literals say which encoding they are in, and no text becomes bytes by accident.
 target_compile_definitions(compiler_settings INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING

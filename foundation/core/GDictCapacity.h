@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/core/GWideMultiply.h"
+
 #include <cstdint>
 #include <limits>
 
@@ -20,9 +22,8 @@ public:
     // hash % capacity, exact for every 32-bit hash.
     uint32_t GetHomeSlot(uint32_t hash) const
     {
-        __extension__ using uint128 = unsigned __int128;
         const uint64_t fraction = mReciprocal * hash;
-        return static_cast<uint32_t>((static_cast<uint128>(fraction) * mCapacity) >> 64);
+        return static_cast<uint32_t>(GMultiplyWide(fraction, mCapacity).mHigh);
     }
 
     // The slot after this one; after the last comes the first.

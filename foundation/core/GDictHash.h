@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/core/GString.h"
+#include "foundation/core/GWideMultiply.h"
 
 #include <QtEndian>
 
@@ -40,15 +41,13 @@ inline uint32_t GDictHash(uint32_t key)
 // Inline as a whole: most keys are short, and a call would cost as much as the hash.
 namespace GDictHashing
 {
-__extension__ using uint128 = unsigned __int128;
-
 constexpr uint64_t cLengthFactor = 0x9E3779B97F4A7C15;
 constexpr uint64_t cSecondFactor = 0xD6E8FEB86659FD93;
 
 inline uint64_t Fold(uint64_t first, uint64_t second)
 {
-    const uint128 product = static_cast<uint128>(first) * second;
-    return static_cast<uint64_t>(product >> 64) ^ static_cast<uint64_t>(product) ^ first ^ second;
+    const GWideProduct product = GMultiplyWide(first, second);
+    return product.mHigh ^ product.mLow ^ first ^ second;
 }
 
 template <typename Number>

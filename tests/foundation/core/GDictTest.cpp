@@ -168,6 +168,23 @@ TEST(GDict, KeysOfOneHomeSlotStayRight)
     EXPECT_FALSE(dict.Has({cCount, 0xFFFFFFFF}));
 }
 
+// The hash is part of what written files look like, so each way of multiplying gives the same numbers.
+TEST(GDictHash, EveryWayOfMultiplyingGivesTheSameProduct)
+{
+    const auto expectSame = [](uint64_t first, uint64_t second) {
+        const GWideProduct product = GMultiplyWide(first, second);
+        const GWideProduct portable = GMultiplyByHalves(first, second);
+        EXPECT_EQ(product.mHigh, portable.mHigh) << first << " * " << second;
+        EXPECT_EQ(product.mLow, portable.mLow) << first << " * " << second;
+    };
+    expectSame(~0ull, ~0ull);
+    expectSame(0xFFFFFFFF, 0x100000001);
+    std::mt19937_64 random(1);
+    for (int i = 0; i < 1000; ++i)
+        expectSame(random(), random());
+    EXPECT_EQ(GMultiplyWide(~0ull, ~0ull).mHigh, ~0ull - 1);
+}
+
 TEST(GDict, AgreesWithAModelThroughRandomChanges)
 {
     std::mt19937 random(1);
