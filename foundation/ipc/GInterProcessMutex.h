@@ -36,6 +36,9 @@ public:
     // Windows.
     bool IsIntact() const;
 
+    // Whether its memory was touched when it was there no more: nobody else heeds it then. Never on Windows.
+    bool IsLost() const;
+
     // Whether it is intact and what others find under its name. Always true on Windows.
     bool IsCurrent() const;
 

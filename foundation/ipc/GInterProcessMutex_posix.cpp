@@ -99,6 +99,11 @@ bool GInterProcessMutex::IsIntact() const
     return mHandle->object.GetSegment().IsIntact();
 }
 
+bool GInterProcessMutex::IsLost() const
+{
+    return mHandle->object.GetSegment().IsLost();
+}
+
 bool GInterProcessMutex::IsCurrent() const
 {
     return mHandle->object.GetSegment().IsCurrent();

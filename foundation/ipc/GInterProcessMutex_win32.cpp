@@ -49,6 +49,11 @@ bool GInterProcessMutex::IsIntact() const
     return true;
 }
 
+bool GInterProcessMutex::IsLost() const
+{
+    return false;
+}
+
 bool GInterProcessMutex::IsCurrent() const
 {
     return true;

@@ -17,6 +17,8 @@ using Clock = std::chrono::steady_clock;
 // Who is stopped in the middle of a post must not hold up the end of the owner.
 constexpr std::chrono::milliseconds cCloseTime(300);
 
+constexpr std::chrono::milliseconds cTakenPause(2);  // between two looks whether a message was taken
+
 GString GetLockName(const GString& name)
 {
     return name + QLatin1String("_L");
@@ -82,14 +84,25 @@ GMessageQueue::GMessageQueue(const GString& name, std::unique_ptr<GSharedSegment
 
 void GMessageQueue::Post(const GBuffer& message, const GPostPolicy& policy)
 {
+    const uint64_t end = PutIn(message, policy);
+    // Who posts to himself can't wait for himself, and can't outlive the queue either.
+    const bool isOwn = mOwner.processID == GProcessInfo::GetOwnProcessID();
+    if (mOwner.keeper != 0 && !isOwn && !GSharedSegment::OutlivesItsUsers())
+        WaitUntilTaken(end, policy.limit);
+}
+
+// Gives the place behind the message.
+uint64_t GMessageQueue::PutIn(const GBuffer& message, const GPostPolicy& policy)
+{
+    uint64_t end = 0;
     // The usual case, without a look at the clock.
-    if (TryPost(message, std::chrono::milliseconds(0)))
-        return;
+    if (TryPost(message, std::chrono::milliseconds(0), &end))
+        return end;
     const Clock::time_point deadline = Clock::now() + policy.limit;
     while (true) {
         const Clock::time_point next = std::min(Clock::now() + policy.interval, deadline);
-        if (TryPost(message, GetRemaining(next)))
-            return;
+        if (TryPost(message, GetRemaining(next), &end))
+            return end;
         if (Clock::now() >= deadline)
             RaisePostError("the receiver's queue stayed busy.");
         if (!IsOwnerAlive())
@@ -98,13 +111,29 @@ void GMessageQueue::Post(const GBuffer& message, const GPostPolicy& policy)
     }
 }
 
+// The owner may die meanwhile, and the next process of its keeper take the message: this one has the queue
+// open.
+void GMessageQueue::WaitUntilTaken(uint64_t end, std::chrono::milliseconds limit) const
+{
+    const Clock::time_point deadline = Clock::now() + limit;
+    while (!mRing.HasForgotten(end)) {
+        if (Clock::now() >= deadline)
+            RaisePostError("the receiver has not taken it; it may still do so.");
+        std::this_thread::sleep_for(cTakenPause);
+    }
+}
+
 // False when it is worth another attempt.
-bool GMessageQueue::TryPost(const GBuffer& message, std::chrono::milliseconds lockTime)
+bool GMessageQueue::TryPost(const GBuffer& message, std::chrono::milliseconds lockTime, uint64_t* end)
 {
     if (!mMutex.Lock(lockTime))
         return false;
     const GMessageRing::PutResult result = mRing.Put(message);
+    *end = mRing.GetEnd();
     mMutex.Unlock();
+    if (mSegment->IsLost() || mMutex.IsLost())
+        throw GQueueIsPast(GErrorCode::cPostMessage,
+                           QStringLiteral("The memory of the receiver's queue was cut short."));
     switch (result) {
         case GMessageRing::PutResult::DoneAsFirst:
             WakeUp();

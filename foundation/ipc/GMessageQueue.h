@@ -48,6 +48,10 @@ public:
     // Puts a message in, and wakes the owner. Where the queue is full or its lock is held, it is tried again
     // as the policy says, as long as the owner runs. Raises with GErrorCode::cPostMessage when that is in
     // vain, when the queue is closed (GQueueIsPast) or damaged, and when it could never hold the message.
+    //
+    // On Windows a queue goes with the last process that has it open. What is meant for a keeper of another
+    // process is posted only when it was taken out; raises likewise when that takes longer than the policy's
+    // limit.
     void Post(const GBuffer& message, const GPostPolicy& policy = {});
 
     // Gives the first messages, at most so many, and leaves them in the queue until Forget. Never waits.
@@ -91,7 +95,9 @@ private:
     GMessageQueue(const GString& name, std::unique_ptr<GSharedSegment> segment, const GMessageRing& ring,
                   GInterProcessMutex::Mode mode);
 
-    bool TryPost(const GBuffer& message, std::chrono::milliseconds lockTime);
+    uint64_t PutIn(const GBuffer& message, const GPostPolicy& policy);
+    bool TryPost(const GBuffer& message, std::chrono::milliseconds lockTime, uint64_t* end);
+    void WaitUntilTaken(uint64_t end, std::chrono::milliseconds limit) const;
 
     std::unique_ptr<GSharedSegment> mSegment;
     GInterProcessMutex mMutex;

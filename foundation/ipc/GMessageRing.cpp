@@ -138,6 +138,16 @@ bool GMessageRing::IsEmpty() const
     return header.readPosition == header.writePosition;
 }
 
+uint64_t GMessageRing::GetEnd() const
+{
+    return GetHeader(mData).writePosition;
+}
+
+bool GMessageRing::HasForgotten(uint64_t end) const
+{
+    return GetHeader(mData).readPosition >= end;
+}
+
 void GMessageRing::Close()
 {
     GetHeader(mData).isClosed.store(1, std::memory_order_seq_cst);

@@ -64,6 +64,11 @@ public:
 
     bool IsEmpty() const;
 
+    // Behind the last message, in bytes since the queue was made; and whether everything before such a place
+    // has been taken out.
+    uint64_t GetEnd() const;
+    bool HasForgotten(uint64_t end) const;
+
     // From now on nothing can be put in.
     void Close();
 

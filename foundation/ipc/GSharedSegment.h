@@ -54,15 +54,24 @@ public:
     uint8_t* GetData() const { return mData; }
     size_t GetSize() const { return mSize; }
 
-    // Whether all of the memory is still there. Where somebody has cut the segment short, it must not be
-    // touched any more. Never raises: where the system does not tell, it is false. Always true on Windows.
+    // Whether all of the memory is still there. Where somebody has cut the segment short, what is done in it
+    // reaches nobody any more. Never raises: where the system does not tell, it is false. Always true on
+    // Windows.
     bool IsIntact() const;
+
+    // Whether memory was touched that was there no more: from then on there are only zeros, for this process
+    // alone. Asks nothing of the system; never on Windows.
+    bool IsLost() const;
 
     // Whether the segment is intact and what others find under its name. Always true on Windows.
     bool IsCurrent() const;
 
     // False when nothing bears the name; true when something does, or when that can't be found out.
     static bool IsThere(const GString& name);
+
+    // Whether what a segment holds stays there when the last process that has it open has ended. Not on
+    // Windows.
+    static bool OutlivesItsUsers();
 
     // What follows `begin` in the names of the objects whose names begin with it. Empty on Windows.
     static std::vector<GString> ListRests(const GString& begin);

@@ -1,11 +1,11 @@
 #include "foundation/ipc/GSharedSegment.h"
 
+#include "foundation/ipc/PGuardedMapping.h"
 #include "foundation/ipc/PSegmentFile.h"
 #include "foundation/system/GSystemError.h"
 
 #include <QDir>
 
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <cerrno>
@@ -38,24 +38,17 @@ size_t MakeWhole(const PSegmentFile& file, size_t needed, GSharedSegment::Mode m
 struct GSharedSegment::Handle
 {
     Handle(const GString& name, Mode mode) : file(name, mode) {}
-    ~Handle()
-    {
-        if (data != MAP_FAILED)
-            ::munmap(data, size);
-    }
-    Handle(const Handle&) = delete;
-    Handle& operator=(const Handle&) = delete;
 
     void Map(size_t needed, Mode mode)
     {
         size = MakeWhole(file, needed, mode);
-        data = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, file.Get(), 0);
-        if (data == MAP_FAILED)
+        memory = std::make_unique<PGuardedMapping>(file.Get(), size);
+        if (!memory->IsMapped())
             file.RaiseLastError();
     }
 
     PSegmentFile file;
-    void* data = MAP_FAILED;
+    std::unique_ptr<PGuardedMapping> memory;
     size_t size = 0;
 };
 
@@ -69,7 +62,7 @@ GSharedSegment::GSharedSegment(const GString& name, size_t size, Mode mode, cons
             continue;
         mHandle->Map(size, mode);
         mSize = mHandle->size;
-        mData = static_cast<uint8_t*>(mHandle->data);
+        mData = mHandle->memory->GetData();
         if (prepare)
             prepare(mData, mHandle->file.GetStatus().st_ino);
         return;
@@ -81,7 +74,12 @@ GSharedSegment::~GSharedSegment() = default;
 
 bool GSharedSegment::IsIntact() const
 {
-    return mHandle->file.GetSize() >= static_cast<off_t>(mSize);
+    return !IsLost() && mHandle->file.GetSize() >= static_cast<off_t>(mSize);
+}
+
+bool GSharedSegment::IsLost() const
+{
+    return mHandle->memory->IsLost();
 }
 
 bool GSharedSegment::IsCurrent() const
@@ -94,6 +92,11 @@ bool GSharedSegment::IsThere(const GString& name)
     struct stat status = {};
     return ::lstat(PSegmentFile::GetPath(name).constData(), &status) == 0 ||
            (errno != ENOENT && errno != ENOTDIR);
+}
+
+bool GSharedSegment::OutlivesItsUsers()
+{
+    return true;
 }
 
 std::vector<GString> GSharedSegment::ListRests(const GString& begin)

@@ -144,6 +144,11 @@ bool GSharedSegment::IsIntact() const
     return true;
 }
 
+bool GSharedSegment::IsLost() const
+{
+    return false;
+}
+
 bool GSharedSegment::IsCurrent() const
 {
     return true;
@@ -153,6 +158,11 @@ bool GSharedSegment::IsThere(const GString& name)
 {
     const KernelHandle mapping(::OpenFileMappingW(FILE_MAP_READ, FALSE, name.toStdWString().c_str()));
     return mapping.Get() != nullptr || ::GetLastError() != ERROR_FILE_NOT_FOUND;
+}
+
+bool GSharedSegment::OutlivesItsUsers()
+{
+    return false;
 }
 
 std::vector<GString> GSharedSegment::ListRests(const GString&)

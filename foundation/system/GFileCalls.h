@@ -3,10 +3,15 @@
 #include "foundation/core/GPathName.h"
 #include "foundation/system/PFileHandle.h"
 
+class QFile;
+
 // The calls of the operating system behind GFileSystemBase. Where one fails, GetLastSystemError has the
 // reason.
 namespace GFileCalls
 {
+// Brings what was written to an open, unbuffered file to the disk.
+bool FlushFile(const QFile& file);
+
 // Makes and opens an empty file for writing, for its owner only; not open when that fails, as it does when
 // anything of that name exists.
 PFileHandle CreateNewFile(const GPathName& path);

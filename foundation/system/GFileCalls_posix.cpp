@@ -126,6 +126,11 @@ PFileHandle GFileCalls::CreateNewFile(const GPathName& path)
         open(systemPath.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
 }
 
+bool GFileCalls::FlushFile(const QFile& file)
+{
+    return fsync(file.handle()) == 0;
+}
+
 bool GFileCalls::IsNameTaken(int error)
 {
     return error == EEXIST;

@@ -3,6 +3,9 @@
 #include "foundation/system/GUniqueName.h"
 #include "foundation/system/POwnerSecurity.h"
 
+#include <QFile>
+
+#include <io.h>
 #include <windows.h>
 
 #include <memory>
@@ -107,6 +110,11 @@ PFileHandle GFileCalls::CreateNewFile(const GPathName& path)
     return PFileHandle(
         reinterpret_cast<intptr_t>(CreateFileW(GetText(path).c_str(), GENERIC_WRITE, 0, security.Get(),
                                                CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr)));
+}
+
+bool GFileCalls::FlushFile(const QFile& file)
+{
+    return FlushFileBuffers(reinterpret_cast<HANDLE>(_get_osfhandle(file.handle()))) != 0;
 }
 
 bool GFileCalls::IsNameTaken(int error)

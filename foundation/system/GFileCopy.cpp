@@ -1,12 +1,17 @@
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/core/GException.h"
+#include "foundation/core/SharedFile.h"
 #include "foundation/system/GFileCalls.h"
 #include "foundation/system/GFileSystemBase.h"
+#include "foundation/system/GOwnedFile.h"
 #include "foundation/system/GSystemError.h"
+#include "foundation/system/GUniqueName.h"
 
 #include <QDateTime>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #include <vector>
 
@@ -21,29 +26,38 @@ constexpr int cChunkSize = 256 * 1024;
         QStringLiteral("The file \"%1\" can't be copied: %2").arg(source.GetNativePath(), reason));
 }
 
+// What copies to this destination that were killed have left.
+void RemoveLeftovers(const GPathName& destination)
+{
+    static const QRegularExpression cSuffix(QStringLiteral("^\\.[0-9a-z]{8}\\.new$"));
+    const GString leaf = destination.GetLeaf();
+    const GPathName folder = destination.GetParent();
+    for (const GString& name :
+         QDir(folder.GetNativePath()).entryList({QStringLiteral("*.new")}, QDir::Files | QDir::Hidden)) {
+        if (name.startsWith(leaf) && cSuffix.match(name.mid(leaf.size())).hasMatch())
+            GOwnedFile::RemoveUnowned(folder.GetChild(name));
+    }
+}
+
+GPathName MakePassingName(const GPathName& destination)
+{
+    return destination.GetParent().GetChild(destination.GetLeaf() + QLatin1Char('.') + MakeRandomName(8) +
+                                            QStringLiteral(".new"));
+}
+
 // The file under its passing name, which goes unless the copy is taken over.
 class UnfinishedCopy
 {
 public:
     explicit UnfinishedCopy(const GPathName& destination)
-        : mPath(GFileSystemBase::CreateUniqueFile(destination.GetParent(),
-                                                  destination.GetLeaf() + QStringLiteral(".new")))
+        : mFile([&destination] { return MakePassingName(destination); })
     {
+        RemoveLeftovers(destination);
     }
-    ~UnfinishedCopy()
-    {
-        if (!mPath.IsEmpty())
-            GFileSystemBase::TryToRemoveFile(mPath);
-    }
-    UnfinishedCopy(const UnfinishedCopy&) = delete;
-    UnfinishedCopy& operator=(const UnfinishedCopy&) = delete;
 
-    void FillFrom(const GPathName& source, bool keepsTime)
+    void FillFrom(QFile& from, const GPathName& source, bool keepsTime)
     {
-        QFile from(source.GetNativePath());
-        QFile to(mPath.GetNativePath());
-        if (!from.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-            RaiseCopyError(source, from.errorString());
+        QFile to(mFile.GetPathName().GetNativePath());
         if (!to.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
             RaiseCopyError(source, to.errorString());
         std::vector<char> chunk(cChunkSize);
@@ -54,28 +68,32 @@ public:
         }
         if (count < 0)
             RaiseCopyError(source, from.errorString());
+        if (!GFileCalls::FlushFile(to))
+            RaiseCopyError(source, GetReasonText(GetLastSystemError()));
         if (keepsTime)
             to.setFileTime(QFileInfo(from).lastModified(), QFileDevice::FileModificationTime);
     }
 
     void MoveTo(const GPathName& destination, bool isReplacing)
     {
-        if (!GFileCalls::RenameFile(mPath, destination, isReplacing))
+        if (!GFileCalls::RenameFile(mFile.GetPathName(), destination, isReplacing))
             RaiseFileError(QStringLiteral("The file \"%1\" can't be written"), destination,
                            GetLastSystemError());
-        mPath = GPathName();
+        mFile.Disown();
     }
 
 private:
-    GPathName mPath;
+    GOwnedFile mFile;
 };
 }  // namespace
 
 void GFileSystemBase::CopyAndRenameFile(const GPathName& source, const GPathName& destination, uint32_t flags)
 {
-    if (!QFileInfo(source.GetNativePath()).isFile())
-        RaiseCopyError(source, QStringLiteral("there is no such file"));
+    QFile file(source.GetNativePath());
+    GString reason;
+    if (OpenSharedForReading(file, cNoLargestFile, reason) != FileOpening::cOpen)
+        RaiseCopyError(source, reason);
     UnfinishedCopy copy(destination);
-    copy.FillFrom(source, (flags & cKeepModificationTime) != 0);
+    copy.FillFrom(file, source, (flags & cKeepModificationTime) != 0);
     copy.MoveTo(destination, (flags & cReplaceExisting) != 0);
 }

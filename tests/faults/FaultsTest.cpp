@@ -15,6 +15,7 @@ FaultScenario (*const cScenarios[])() = {
     GetDamagedRegistryChange,      //
     GetSettingsFlush,              //
     GetProjectSettings,            //
+    GetFileCopy,                   //
     GetFolderCopyAcrossVolumes,    //
     GetFolderRenameAcrossVolumes,  //
     GetArchiveCreation,            //
@@ -35,13 +36,29 @@ INSTANTIATE_TEST_SUITE_P(Scenarios, Faults, testing::ValuesIn(cScenarios),
                          [](const auto& each) { return std::string(each.param().name); });
 
 // What no failing call shows: that the calls are there, and in this order.
+namespace
+{
+// Whether a run flushes what it has written before that gets its name, which the pattern knows.
+bool FlushesBeforeRename(const QStringList& calls, const char* target, int* renamed)
+{
+    *renamed = calls.indexOf(
+        QRegularExpression(QStringLiteral("rename .*/") + QLatin1String(target) + QLatin1Char('$')));
+    const int written = calls.lastIndexOf(QRegularExpression(QStringLiteral("write .*")), *renamed);
+    return written >= 0 &&
+           calls.mid(written, *renamed - written).join(QLatin1Char('|')).contains(QLatin1String("|flush "));
+}
+}  // namespace
+
 TEST(DurableFile, IsFlushedBeforeItTakesItsPlaceAndItsFolderAfterwards)
 {
     const QStringList calls = ListCalls(GetSettingsFlush());
-    const int replaced = calls.indexOf(QRegularExpression(QStringLiteral("rename .*/a\\.prefs$")));
-    const int written = calls.lastIndexOf(QRegularExpression(QStringLiteral("write .*")), replaced);
-    ASSERT_GE(written, 0);
-    EXPECT_TRUE(
-        calls.mid(written, replaced - written).join(QLatin1Char('|')).contains(QLatin1String("|flush ")));
-    EXPECT_GT(calls.lastIndexOf(QRegularExpression(QStringLiteral("flush ((?!a\\.prefs).)*$"))), replaced);
+    int renamed = -1;
+    EXPECT_TRUE(FlushesBeforeRename(calls, "a\\.prefs", &renamed));
+    EXPECT_GT(calls.lastIndexOf(QRegularExpression(QStringLiteral("flush ((?!a\\.prefs).)*$"))), renamed);
+}
+
+TEST(CopiedFile, IsFlushedBeforeItTakesItsPlace)
+{
+    int renamed = -1;
+    EXPECT_TRUE(FlushesBeforeRename(ListCalls(GetFileCopy()), "b", &renamed));
 }

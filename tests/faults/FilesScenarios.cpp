@@ -1,5 +1,6 @@
 #include "Scenarios.h"
 #include "foundation/files/FileHandler.h"
+#include "foundation/system/GFileSystemBase.h"
 #include "foundation/trace/ILogInterface.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Test.h"
@@ -73,6 +74,36 @@ CHILD_ROLE(CopyFolder)
     return Copier().copyFolder(arguments.at(0) + "/from"_q, arguments.at(0) + "/other/to"_q) ? 0 : 1;
 }
 
+// One file over another.
+CHILD_ROLE(CopyOverFile)
+{
+    try {
+        const QString root = arguments.at(0);
+        GFileSystemBase::CopyAndRenameFile(GPathName(root + "/a"_q), GPathName(root + "/b"_q),
+                                           GFileSystemBase::cReplaceExisting);
+        return 0;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
+    }
+}
+
+FaultScenario GetFileCopy()
+{
+    const auto prepare = [](const QString& root) {
+        WriteFile(root + "/a"_q, QByteArray(1000000, 'a'));
+        WriteFile(root + "/b"_q, "old");
+    };
+    const auto look = [](const QString& root) {
+        const QByteArray copy = ReadFile(root + "/b"_q);
+        return copy == "old" ? "old"_q : copy == ReadFile(root + "/a"_q) ? "new"_q : "a part"_q;
+    };
+    FaultScenario scenario{"FileCopy", prepare, QString(), {"CopyOverFile"_q, "%1"_q}, look};
+    // Where its own removal fails.
+    scenario.leftovers = QStringList{"b.*.new"_q};
+    return scenario;
+}
+
 FaultScenario GetFolderCopyAcrossVolumes()
 {
     return {
@@ -86,6 +117,8 @@ CHILD_ROLE(RenameFolder)
 
 FaultScenario GetFolderRenameAcrossVolumes()
 {
+    // The source, which may be left whole, in part, or under the hidden name of a folder that is being
+    // removed. It is the user's own: no later run takes it away.
     return {"FolderRenameAcrossVolumes",    MakeFolder, QString(), {"RenameFolder"_q, "%1"_q}, LookAtMove,
             {"from*"_q, ".~#~from_del*"_q}, false};
 }

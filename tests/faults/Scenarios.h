@@ -11,6 +11,7 @@ FaultScenario GetSettingsFlush();
 FaultScenario GetProjectSettings();
 
 // FilesScenarios.cpp
+FaultScenario GetFileCopy();
 FaultScenario GetFolderCopyAcrossVolumes();
 FaultScenario GetFolderRenameAcrossVolumes();
 

@@ -155,7 +155,9 @@ FaultScenario GetProjectSettings()
         HopboxProject project((GPathName(GetProject(root))));
         EXPECT_TRUE(project.Create(GPathName(root + "/a.joboptions"_q), settings));
     };
-    // Where the removal of the owner's file itself fails, the next one removes it.
-    return {"ProjectSettings",    prepare, QString(), {"WriteProjectSettings"_q, "%1"_q}, LookAtProject,
-            {"hopbox-*.owner"_q}, true,    false};
+    FaultScenario scenario{"ProjectSettings", prepare,       QString(), {"WriteProjectSettings"_q, "%1"_q},
+                           LookAtProject,     QStringList(), true,      false};
+    // Where the removal of the owner's file itself fails.
+    scenario.leftovers = QStringList{"hopbox-*.owner"_q};
+    return scenario;
 }

@@ -14,10 +14,7 @@ namespace InboxCalls
 // file's error set, when that fails.
 bool WriteAll(QFile& file, const QByteArray& bytes);
 
-// Sees to it that what was written to an open file survives a power cut.
-bool FlushFile(QFile& file);
-
-// The same for the names in a folder. Always true on Windows, which has no such call.
+// Sees to it that the names in a folder survive a power cut. Always true on Windows, which has no such call.
 bool FlushFolder(const GPathName& folder);
 
 // Makes one folder, with the rights that the user gives what he makes.

@@ -21,11 +21,6 @@ QByteArray GetSystemName(const GPathName& path)
 }
 }  // namespace
 
-bool InboxCalls::FlushFile(QFile& file)
-{
-    return fsync(file.handle()) == 0;
-}
-
 bool InboxCalls::FlushFolder(const GPathName& folder)
 {
     const PFileHandle handle(open(GetSystemName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));

@@ -1,9 +1,7 @@
 #include "apps/printer_processor/inbox/InboxCalls.h"
 
 #include <QDir>
-#include <QFile>
 
-#include <io.h>
 #include <windows.h>
 
 #include <string>
@@ -15,11 +13,6 @@ std::wstring GetText(const GPathName& path)
     return path.GetSystemPath().toStdWString();
 }
 }  // namespace
-
-bool InboxCalls::FlushFile(QFile& file)
-{
-    return FlushFileBuffers(reinterpret_cast<HANDLE>(_get_osfhandle(file.handle()))) != 0;
-}
 
 bool InboxCalls::FlushFolder(const GPathName&)
 {

@@ -3,6 +3,7 @@
 #include "apps/printer_processor/inbox/InboxCalls.h"
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/core/SharedFile.h"
+#include "foundation/system/GFileCalls.h"
 #include "foundation/system/GSystemError.h"
 
 #include <QFile>
@@ -116,12 +117,12 @@ void Copier::CopyContent(QFile& from, QFile& to) const
             Fail(QStringLiteral("Can't write"), to.fileName(), to.errorString());
         rest -= chunk.size();
         unflushed += chunk.size();
-        if (unflushed >= cFlushInterval && InboxCalls::FlushFile(to))
+        if (unflushed >= cFlushInterval && GFileCalls::FlushFile(to))
             unflushed = 0;
     }
     if (from.error() != QFile::NoError)
         Fail(QStringLiteral("Can't read"), from.fileName(), from.errorString());
-    if (!InboxCalls::FlushFile(to))
+    if (!GFileCalls::FlushFile(to))
         Fail(QStringLiteral("Can't flush"), to.fileName(), GetLastReason());
 }
 

@@ -49,7 +49,7 @@ void Flush(const GPathName& folder)
 }
 }  // namespace
 
-JobInbox::JobInbox(const GPathName& folder)
+JobInbox::JobInbox(const GPathName& folder, const std::function<bool()>& isStopped)
 {
     GFileSystemBase::CreateFolder(folder);
     QStringList names;
@@ -61,14 +61,14 @@ JobInbox::JobInbox(const GPathName& folder)
     GFileSystemBase::CreateFolder(mCopies);
     InboxCalls::Hide(own);
     mLock = std::make_unique<GLockFile>(own.GetChild(QStringLiteral("lock")));
-    TakeLock();
+    TakeLock(isStopped);
     mJournal = std::make_unique<JobJournal>(own.GetChild(QStringLiteral("journal")));
     RemoveLeftovers();
 }
 
-void JobInbox::TakeLock()
+void JobInbox::TakeLock(const std::function<bool()>& isStopped)
 {
-    for (int attempt = 0; attempt < cLockAttempts; ++attempt) {
+    for (int attempt = 0; attempt < cLockAttempts && !(isStopped && isStopped()); ++attempt) {
         if (mLock->TryLock(GLockType::cWrite) == GLockFile::Result::cLocked)
             return;
         std::this_thread::sleep_for(cLockPause);

@@ -4,6 +4,7 @@
 #include "apps/printer_processor/inbox/JobJournal.h"
 #include "foundation/system/GLockFile.h"
 
+#include <functional>
 #include <memory>
 
 // The folder into which jobs are copied, each under a name that was free. A copy gets its name only when it
@@ -17,7 +18,8 @@ class JobInbox
 public:
     // Makes the folder when it is missing, waits up to three seconds for another process to leave it, reads
     // the journal, and removes copies that were not finished. Raises a GException when one of these fails.
-    explicit JobInbox(const GPathName& folder);
+    // Waits no longer once `isStopped` says so.
+    explicit JobInbox(const GPathName& folder, const std::function<bool()>& isStopped = {});
 
     JobJournal& GetJournal() { return *mJournal; }
 
@@ -27,7 +29,7 @@ public:
     GPathName Take(InboxJob* job, const GString& location, const std::atomic<bool>& isStopped);
 
 private:
-    void TakeLock();
+    void TakeLock(const std::function<bool()>& isStopped);
     void RemoveLeftovers() const;
     GPathName GetUnfinished(uint64_t number) const;
     void MakeCopy(InboxJob* job, const GString& location, const std::atomic<bool>& isStopped) const;

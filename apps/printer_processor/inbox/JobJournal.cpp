@@ -6,6 +6,7 @@
 #include "foundation/core/SharedFile.h"
 #include "foundation/system/GDamagedCopies.h"
 #include "foundation/system/GDurableFile.h"
+#include "foundation/system/GFileCalls.h"
 #include "foundation/system/GSystemError.h"
 #include "foundation/trace/GTrace.h"
 
@@ -117,7 +118,7 @@ void JobJournal::Append(const GBuffer& lines)
     mIsSound = false;
     if (!InboxCalls::WriteAll(mFile, lines))
         Raise(mPath, mFile.errorString());
-    if (!InboxCalls::FlushFile(mFile))
+    if (!GFileCalls::FlushFile(mFile))
         Raise(mPath, GetReasonText(GetLastSystemError()));
     mIsSound = true;
 }

@@ -5,6 +5,7 @@
 #include "tests/support/Test.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QJsonDocument>
 
 #include <chrono>
@@ -73,6 +74,24 @@ TEST(PrinterProcessor, StopIsHeededWhileAJobIsCopiedWhichTheNextStartTakes)
     PrinterProcessor next(sandbox, {"--inbox"_q, inbox});
     for (int count = 0; count < 2; ++count)
         EXPECT_EQ(ReadFile(next.ReadLine().value("saved"_q).toString()), QByteArray(3, 0));
+}
+
+TEST(PrinterProcessor, StopIsHeededWhileItWaitsForAnInboxOfAnother)
+{
+    const Sandbox sandbox;
+    const QString inbox = sandbox.GetPath("in"_q);
+    const PrinterProcessor first(sandbox, {"--inbox"_q, inbox});
+    QProcess second;
+    second.start(GetProgramPath("PrinterProcessorWin.exe"), {"--inbox"_q, inbox});
+    // The second has nothing to wait for but the lock.
+    EXPECT_FALSE(second.waitForFinished(500));
+    QElapsedTimer timer;
+    timer.start();
+    second.terminate();
+    EXPECT_TRUE(second.waitForFinished());
+    EXPECT_LT(timer.elapsed(), 1000);
+    EXPECT_EQ(second.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(second.exitCode(), 0);
 }
 
 TEST(PrinterProcessor, CountIsExactAndTheRestIsForTheNextStart)

@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -73,6 +74,7 @@ TEST_F(CutOffTest, ReceiverIsFoundAgainAndNothingPostedIsLost)
          false},
         {"queue cut", [](auto&, auto& q) { CutShort(q); }, true},
         {"queue's lock cut", [](auto&, auto& q) { CutShort(q + "_L"_q); }, false},
+        {"queue's semaphore cut", [](auto&, auto& q) { CutShort(q + "_S"_q); }, false},
     };
     for (const auto& test : cases) {
         SCOPED_TRACE(test.name);
@@ -91,6 +93,38 @@ TEST_F(CutOffTest, ReceiverIsFoundAgainAndNothingPostedIsLost)
         EXPECT_EQ(payloads, test.losesQueue ? std::vector<GBuffer>({"after"})
                                             : std::vector<GBuffer>({"before", "after"}));
     }
+}
+
+// Cut short at the very moment of the access, after every look at it: there is no signal, and no success.
+TEST_F(CutOffTest, WhoTouchesMemoryThatIsGoneIsToldByAnError)
+{
+    const GString name = GetName("queue");
+    const std::unique_ptr<GMessageQueue> own = GMessageQueue::Create(name, 100000);
+    const std::unique_ptr<GMessageQueue> others[] = {GMessageQueue::Open(name), GMessageQueue::Open(name)};
+    CutShort(name + QLatin1String("_L"));
+    EXPECT_EQ(GetErrorCode([&] { others[0]->Post("a"); }), GErrorCode::cPostMessage);
+    CutShort(name);
+    EXPECT_EQ(GetErrorCode([&] { others[1]->Post("b"); }), GErrorCode::cPostMessage);
+    EXPECT_TRUE(own->Peek().empty());
+    CutShort(name + QLatin1String("_S"));
+    own->WakeUp();
+    own->WaitForMessage(std::chrono::milliseconds(0));
+    EXPECT_FALSE(own->CanWait());
+}
+
+CHILD_ROLE(TouchForeignMemory)
+{
+    const GSharedSegment guarded(arguments.at(0), 64, GSharedSegment::Mode::OpenOrCreate);
+    const int file = ::open(QFile::encodeName(arguments.at(0)).constData(), O_RDWR);
+    volatile char* const memory =
+        static_cast<char*>(::mmap(nullptr, 4096, PROT_READ | PROT_WRITE, MAP_SHARED, file, 0));
+    CutShort(arguments.at(0));
+    return *memory;
+}
+
+TEST_F(CutOffTest, MemoryOfOthersEndsTheProcessAsEver)
+{
+    EXPECT_EQ(ChildProcess("TouchForeignMemory"_q, {GetName("segment")}).WaitForExit(), -1);
 }
 
 TEST_F(CutOffTest, LockThatOutlivedTheMachinesStartOrWasCopiedIsFree)
@@ -214,10 +248,15 @@ public:
             mSegments.push_back(
                 std::make_unique<GSharedSegment>(getName(receiver), 1000, GSharedSegment::Mode::CreateNew));
             const GInterProcessMutex lock(getName(receiver) + QLatin1String("_L"));
-            GMessageRing::Make(mSegments.back()->GetData(), 1000, {process, otherStart, 5, receiver})
-                .Put("kept");
+            GPPIPCMessage message;
+            message.receiver = receiver;
+            message.payload = "kept";
+            GMessageRing::Make(mSegments.back()->GetData(), 1000, {process, otherStart, cKeeper, receiver})
+                .Put(message.Encode());
         }
     }
+
+    static constexpr uint64_t cKeeper = 5;
 
     size_t CountThere() const
     {
@@ -241,6 +280,25 @@ TEST_F(CutOffTest, NobodyTakesTheNameOfMessagesThatWaitForTheirKeeper)
     const GPPIPCReceiver receiver([](const GPPIPCMessage&) {});
     EXPECT_EQ(GPPIPCManager::Get()->GetReceiverState(mOwnID), GPPIPCState::Reachable);
     EXPECT_EQ(left.CountThere(), cCount);
+}
+
+// Also at a later attempt, when the receiver has a number that the messages do not name.
+TEST_F(CutOffTest, KeeperGetsTheMessagesOfADeadProcessOfTheSameNumber)
+{
+    const LeftQueues left([this](uint32_t receiver) { return GetQueueName(mOwnID, receiver); }, mOwnID, 3);
+    int kept = 0;
+    bool isFailing = true;
+    const auto keep = [&](const std::vector<GPPIPCMessage>& messages) {
+        if (isFailing)
+            throw GSimpleException(GErrorCode::cFile, "no space"_q);
+        kept += static_cast<int>(messages.size());
+    };
+    GPPIPCReceiver receiver([](const GPPIPCMessage&) {}, GPPIPCChannelKind::PrinterProcessor,
+                            {LeftQueues::cKeeper, keep});
+    isFailing = false;
+    receiver.LookAfterPlaces();
+    EXPECT_EQ(kept, 3);
+    EXPECT_EQ(left.CountThere(), 0U);
 }
 
 TEST_F(CutOffTest, WhoLivesGetsTheRoomOfWhatWasLeft)

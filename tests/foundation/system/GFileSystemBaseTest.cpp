@@ -1,5 +1,6 @@
 #include "foundation/core/GException.h"
 #include "foundation/system/GFileSystemBase.h"
+#include "foundation/system/GOwnedFile.h"
 #include "tests/support/Test.h"
 #include "tests/support/Threads.h"
 
@@ -144,6 +145,19 @@ TEST(GFileSystemBase, CopyObeysItsFlagsAndAppearsWholeOrNotAtAll)
     EXPECT_THROW(GFileSystemBase::CopyAndRenameFile(folder, target, 3), GCustomException);
     EXPECT_EQ(QDir(folder.GetNativePath()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
               QStringList{"a"_q});
+}
+
+TEST(GFileSystemBase, NextCopyTakesAwayWhatAKilledOneLeft)
+{
+    const Sandbox sandbox;
+    const GPathName target(sandbox.GetPath("b"_q));
+    WriteFile(sandbox.GetPath("a"_q), "new");
+    WriteFile(sandbox.GetPath("b.abcd1234.new"_q), "left");
+    WriteFile(sandbox.GetPath("b.mine.new"_q), "the user's");
+    const GOwnedFile held([&] { return GPathName(sandbox.GetPath("b.abcd5678.new"_q)); });
+    GFileSystemBase::CopyAndRenameFile(GPathName(sandbox.GetPath("a"_q)), target, 0);
+    EXPECT_EQ(QDir(sandbox.GetPath()).entryList(QDir::Files),
+              QStringList({"a"_q, "b"_q, "b.abcd5678.new"_q, "b.mine.new"_q}));
 }
 
 TEST(GFileSystemBase, FolderGoesWithAllItHoldsButNotWithWhatLinksLeadTo)

@@ -58,7 +58,7 @@ public:
         mScenario.prepare(mSandbox.GetPath());
         CopyFolder(mSandbox.GetPath(), GetTemplate());
         mOld = mScenario.look(mSandbox.GetPath());
-        mOldNames = ListNames();
+        mOldNames = ListNames(mScenario.ignored);
     }
 
     // The run without a fault, which also tells what calls there are.
@@ -68,7 +68,7 @@ public:
         const Outcome outcome = Run(0, 0);
         EXPECT_EQ(outcome.status, 0) << outcome.error.toStdString();
         mNew = mScenario.look(mSandbox.GetPath());
-        mNewNames = ListNames();
+        mNewNames = ListNames(mScenario.ignored);
         EXPECT_TRUE(mNew != mOld || mNewNames != mOldNames) << "The task changes nothing.";
         return outcome.report;
     }
@@ -95,7 +95,7 @@ private:
         CopyFolder(GetTemplate(), mSandbox.GetPath());
     }
 
-    QStringList ListNames() const
+    QStringList ListNames(const QStringList& ignored) const
     {
         QStringList names;
         for (const QString& name : ReadTree(mSandbox.GetPath()).keys()) {
@@ -103,7 +103,7 @@ private:
             QStringList parts = name.split(QLatin1Char('/'), Qt::SkipEmptyParts);
             parts.append(name);
             const bool isIgnored = std::any_of(parts.cbegin(), parts.cend(), [&](const QString& part) {
-                return QDir::match(mScenario.ignored, part);
+                return QDir::match(ignored, part);
             });
             if (!isIgnored)
                 names.append(name);
@@ -160,7 +160,7 @@ private:
                    state;
         if (outcome.status != 0 && !TellsReason(outcome.error, fault))
             return QStringLiteral("the reason is not told: ") + QString::fromUtf8(outcome.error);
-        const QStringList names = ListNames();
+        const QStringList names = ListNames(mScenario.ignored + mScenario.leftovers);
         if (names != mOldNames && names != mNewNames)
             return QStringLiteral("what is there is:\n") + names.join(QLatin1Char('\n'));
         return QString();
@@ -186,8 +186,9 @@ private:
             return QStringLiteral("the next run fails: ") + QString::fromUtf8(outcome.error);
         if (mScenario.look(mSandbox.GetPath()) != mNew)
             return QStringLiteral("the next run leads to:\n") + mScenario.look(mSandbox.GetPath());
-        if (ListNames() != mNewNames)
-            return QStringLiteral("after the next run there is:\n") + ListNames().join(QLatin1Char('\n'));
+        const QStringList names = ListNames(mScenario.ignored);
+        if (names != mNewNames)
+            return QStringLiteral("after the next run there is:\n") + names.join(QLatin1Char('\n'));
         return QString();
     }
 

@@ -56,6 +56,9 @@ struct FaultScenario
 
     // Whether each call fails with every error that it can give, in each run of the tests.
     bool takesEveryError = false;
+
+    // Names, likewise, of what a failed run may leave, and the next one takes away.
+    QStringList leftovers = {};
 };
 
 // Runs a scenario; each broken promise is a failure of the running test.

@@ -6,13 +6,11 @@
 #include <QMap>
 
 #include <chrono>
-#include <csignal>
 #include <memory>
 #include <random>
 #include <thread>
 #include <vector>
 
-// On Windows the queue goes with the killed process, so that what was in it can't be promised.
 namespace
 {
 constexpr int cSenders = 4;

@@ -1,0 +1,125 @@
+#include "foundation/ipc/PGuardedMapping.h"
+
+#include <sys/mman.h>
+
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <mutex>
+#include <new>
+
+// In a list that only grows, so that the signal's handler can walk it at any moment. A place whose mapping is
+// gone is used again.
+struct PGuardedMapping::Place
+{
+    std::atomic<bool> isUsed{true};
+    std::atomic<uintptr_t> begin{0};
+    std::atomic<size_t> size{0};
+    std::atomic<bool> isLost{false};
+    Place* next = nullptr;
+
+    bool Holds(uintptr_t address) const { return address - begin < size; }
+};
+
+namespace
+{
+using Place = PGuardedMapping::Place;
+
+std::atomic<Place*> sPlaces{nullptr};
+struct sigaction sBefore = {};
+
+bool PutZeros(Place* place)
+{
+    constexpr int cHow = MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED;
+    place->isLost = true;
+    return ::mmap(reinterpret_cast<void*>(place->begin.load()), place->size, PROT_READ | PROT_WRITE, cHow, -1,
+                  0) != MAP_FAILED;
+}
+
+// What is not ours goes to whoever was there before; the system's own way is to end the process when the
+// instruction meets the same again.
+void HandOn(int signal, siginfo_t* information, void* context)
+{
+    if ((sBefore.sa_flags & SA_SIGINFO) != 0)
+        sBefore.sa_sigaction(signal, information, context);
+    else if (sBefore.sa_handler != SIG_DFL && sBefore.sa_handler != SIG_IGN)
+        sBefore.sa_handler(signal);
+    else
+        ::signal(signal, SIG_DFL);
+}
+
+// Only what a signal's handler may do.
+void OnMemoryGone(int signal, siginfo_t* information, void* context)
+{
+    const int error = errno;
+    const auto address = reinterpret_cast<uintptr_t>(information->si_addr);
+    for (Place* place = sPlaces; place != nullptr; place = place->next) {
+        if (place->Holds(address) && PutZeros(place)) {
+            errno = error;
+            return;
+        }
+    }
+    HandOn(signal, information, context);
+}
+
+void SetHandler()
+{
+    struct sigaction action = {};
+    sigemptyset(&action.sa_mask);
+    action.sa_flags = SA_SIGINFO | SA_ONSTACK;
+    action.sa_sigaction = OnMemoryGone;
+    ::sigaction(SIGBUS, &action, &sBefore);
+}
+
+Place* GetFreePlace()
+{
+    for (Place* place = sPlaces; place != nullptr; place = place->next) {
+        if (!place->isUsed.exchange(true))
+            return place;
+    }
+    Place* const place = new (std::nothrow) Place;
+    if (place == nullptr)
+        return nullptr;
+    place->next = sPlaces;
+    while (!sPlaces.compare_exchange_weak(place->next, place)) {
+    }
+    return place;
+}
+}  // namespace
+
+PGuardedMapping::PGuardedMapping(int file, size_t size) noexcept : mPlace(nullptr)
+{
+    static std::once_flag once;
+    std::call_once(once, SetHandler);
+    void* const data = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+    if (data == MAP_FAILED)
+        return;
+    mPlace = GetFreePlace();
+    if (mPlace == nullptr) {
+        ::munmap(data, size);
+        errno = ENOMEM;
+        return;
+    }
+    mPlace->isLost = false;
+    mPlace->begin = reinterpret_cast<uintptr_t>(data);
+    mPlace->size = size;
+}
+
+PGuardedMapping::~PGuardedMapping()
+{
+    if (mPlace == nullptr || mPlace->isLost)
+        return;
+    const size_t size = mPlace->size.exchange(0);
+    ::munmap(GetData(), size);
+    mPlace->isUsed = false;
+}
+
+uint8_t* PGuardedMapping::GetData() const noexcept
+{
+    return reinterpret_cast<uint8_t*>(mPlace->begin.load());
+}
+
+bool PGuardedMapping::IsLost() const noexcept
+{
+    return mPlace->isLost;
+}
