@@ -62,13 +62,36 @@ void OnMemoryGone(int signal, siginfo_t* information, void* context)
     HandOn(signal, information, context);
 }
 
-void SetHandler()
+// The handler is there as long as a mapping is: the code may be a plug-in's, and go when it has none.
+std::mutex sHandlerMutex;
+int sMappings = 0;
+bool sIsHandlerSet = false;
+
+bool IsOurs(const struct sigaction& action)
 {
+    return (action.sa_flags & SA_SIGINFO) != 0 && action.sa_sigaction == OnMemoryGone;
+}
+
+void HoldHandler()
+{
+    const std::lock_guard<std::mutex> lock(sHandlerMutex);
+    if (++sMappings != 1 || sIsHandlerSet)
+        return;
     struct sigaction action = {};
     sigemptyset(&action.sa_mask);
     action.sa_flags = SA_SIGINFO | SA_ONSTACK;
     action.sa_sigaction = OnMemoryGone;
-    ::sigaction(SIGBUS, &action, &sBefore);
+    sIsHandlerSet = ::sigaction(SIGBUS, &action, &sBefore) == 0;
+}
+
+// Where somebody has put his own before ours meanwhile, and may call it, ours stays.
+void ReleaseHandler()
+{
+    const std::lock_guard<std::mutex> lock(sHandlerMutex);
+    struct sigaction now = {};
+    if (--sMappings != 0 || !sIsHandlerSet || ::sigaction(SIGBUS, nullptr, &now) != 0 || !IsOurs(now))
+        return;
+    sIsHandlerSet = ::sigaction(SIGBUS, &sBefore, nullptr) != 0;
 }
 
 Place* GetFreePlace()
@@ -89,8 +112,6 @@ Place* GetFreePlace()
 
 PGuardedMapping::PGuardedMapping(int file, size_t size) noexcept : mPlace(nullptr)
 {
-    static std::once_flag once;
-    std::call_once(once, SetHandler);
     void* const data = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
     if (data == MAP_FAILED)
         return;
@@ -100,6 +121,7 @@ PGuardedMapping::PGuardedMapping(int file, size_t size) noexcept : mPlace(nullpt
         errno = ENOMEM;
         return;
     }
+    HoldHandler();
     mPlace->isLost = false;
     mPlace->begin = reinterpret_cast<uintptr_t>(data);
     mPlace->size = size;
@@ -107,11 +129,14 @@ PGuardedMapping::PGuardedMapping(int file, size_t size) noexcept : mPlace(nullpt
 
 PGuardedMapping::~PGuardedMapping()
 {
-    if (mPlace == nullptr || mPlace->isLost)
+    if (mPlace == nullptr)
         return;
-    const size_t size = mPlace->size.exchange(0);
-    ::munmap(GetData(), size);
-    mPlace->isUsed = false;
+    if (!mPlace->isLost) {
+        const size_t size = mPlace->size.exchange(0);
+        ::munmap(GetData(), size);
+        mPlace->isUsed = false;
+    }
+    ReleaseHandler();
 }
 
 uint8_t* PGuardedMapping::GetData() const noexcept

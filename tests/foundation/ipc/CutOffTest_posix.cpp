@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <functional>
 #include <thread>
@@ -125,6 +126,26 @@ CHILD_ROLE(TouchForeignMemory)
 TEST_F(CutOffTest, MemoryOfOthersEndsTheProcessAsEver)
 {
     EXPECT_EQ(ChildProcess("TouchForeignMemory"_q, {GetName("segment")}).WaitForExit(), -1);
+}
+
+// The handler's code may be a plug-in's that its host takes out of memory.
+TEST_F(CutOffTest, SignalsAreHandledAsBeforeOnceTheLastMemoryIsGivenBack)
+{
+    const auto getHandler = [] {
+        struct sigaction action = {};
+        ::sigaction(SIGBUS, nullptr, &action);
+        return reinterpret_cast<void*>(action.sa_sigaction);
+    };
+    void* const before = getHandler();
+    for (int round = 0; round < 2; ++round) {
+        auto first = std::make_unique<GSharedSegment>(GetName("first"), 100, GSharedSegment::Mode::CreateNew);
+        const auto second =
+            std::make_unique<GSharedSegment>(GetName("second"), 100, GSharedSegment::Mode::CreateNew);
+        EXPECT_NE(getHandler(), before);
+        first.reset();
+        EXPECT_NE(getHandler(), before);
+    }
+    EXPECT_EQ(getHandler(), before);
 }
 
 TEST_F(CutOffTest, LockThatOutlivedTheMachinesStartOrWasCopiedIsFree)
