@@ -33,7 +33,10 @@ void ShowAlert(const GString& text)
 }  // namespace
 
 GCPTSaveAsTool::GCPTSaveAsTool(GCPTSaveAsAction& action, const DialogOptions& options)
-    : mAction(action), mOptions(options), mSettings(std::make_unique<GPrefMemoryModule>())
+    : mAction(action),
+      mOptions(options),
+      mSettings(std::make_unique<GPrefMemoryModule>()),
+      mShowAlert(ShowAlert)
 {
     mOptions.insert({DialogOption::cPageRange, true});
     mAction.Attach(*this);
@@ -104,6 +107,7 @@ void GCPTSaveAsTool::Update(GSubject& subject, int32_t notification)
 {
     if (&subject != &static_cast<GSubject&>(mAction) || !mIsSubmitting)
         return;
+    mWasCancelled = notification == GCPTSaveAsAction::cCancelled;
     if (notification == GCPTSaveAsAction::cSucceeded)
         HandOff();
     else if (notification == GCPTSaveAsAction::cFailed)
@@ -130,11 +134,11 @@ void GCPTSaveAsTool::HandOff() const
                           HopboxHandOff::SubmitJob(
                               name, GetPackageLocation(mAction.GetPackagePath(), mProperties.buildNumber)));
     if (!isTaken)
-        ShowAlert(GStringPool::GetString(PlugInMessage::cHopboxNotLaunched));
+        mShowAlert(GStringPool::GetString(PlugInMessage::cHopboxNotLaunched));
 }
 
 void GCPTSaveAsTool::ShowFailure() const
 {
     const GString& text = mAction.GetErrorText();
-    ShowAlert(text.isEmpty() ? ErrorText::Compose(PlugInMessage::cPDFExportFailed) : text);
+    mShowAlert(text.isEmpty() ? ErrorText::Compose(PlugInMessage::cPDFExportFailed) : text);
 }

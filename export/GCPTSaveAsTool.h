@@ -5,6 +5,7 @@
 #include "foundation/core/GSubject.h"
 #include "plugin/host/ICommand.h"
 
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -60,6 +61,13 @@ public:
     // Asks the running export to end.
     void Cancel();
 
+    // Whether the last run ended because of that.
+    bool WasCancelled() const { return mWasCancelled; }
+
+    // Takes the alert's text in the place of the user.
+    using AlertTaker = std::function<void(const GString& text)>;
+    void SetAlertTaker(AlertTaker take) { mShowAlert = std::move(take); }
+
     void Update(GSubject& subject, int32_t notification) override;
 
     // What is handed off of a file package: its native path, or a `file` URL for the builds that take it.
@@ -76,5 +84,7 @@ private:
     std::unique_ptr<GPrefMemoryModule> mSettings;
     GCPTSaveAsProperties mProperties;
     GSignal<GCPTSaveAsProperties> mSignal;
+    AlertTaker mShowAlert;
     bool mIsSubmitting = false;
+    bool mWasCancelled = false;
 };

@@ -89,6 +89,29 @@ void ModulePlugIn::UpdateActionStates(IActiveContext*, IActionStateList& states)
     }
 }
 
+ExportResult ModulePlugIn::Export(ActionID action, const ExportChoices& choices, PMString& error)
+{
+    const Boundary::PassedText hopbox(choices.hopbox.GetString());
+    const Boundary::PassedText pages(choices.pages.GetString());
+    const hopbox_text* chosenPages = choices.pages.IsEmpty() ? nullptr : &pages.Get();
+    const int32_t package = choices.includesPackage ? int32_t(*choices.includesPackage) : HOPBOX_AS_SET;
+    const Boundary::TextSink reason;
+    switch (Call(&Table::export_to, action, &hopbox.Get(), chosenPages, package,
+                 static_cast<const hopbox_sink*>(reason))) {
+        case HOPBOX_OK:
+            return ExportResult::Done;
+        case HOPBOX_CANCELLED:
+            return ExportResult::Cancelled;
+        case HOPBOX_BUSY:
+            return ExportResult::Busy;
+        case HOPBOX_UNSUPPORTED:
+            return ExportResult::Unsupported;
+        default:
+            error = TakeReason(reason);
+            return ExportResult::Failed;
+    }
+}
+
 void ModulePlugIn::Startup()
 {
     Call(&Table::startup);

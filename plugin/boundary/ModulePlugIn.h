@@ -37,6 +37,7 @@ public:
 private:
     void DoAction(IActiveContext* context, ActionID action, IHostObject* widget) override;
     void UpdateActionStates(IActiveContext* context, IActionStateList& states) override;
+    ExportResult Export(ActionID action, const ExportChoices& choices, PMString& error) override;
     void Startup() override;
     void Shutdown() override;
     bool GetResourceFile(ResourceFileInfo& info) const override;

@@ -6,12 +6,15 @@
 #include "plugin/host/HostFault.h"
 #include "plugin/host/IPlugIn.h"
 
+#include <atomic>
 #include <memory>
+#include <thread>
 
 namespace
 {
 IPlugIn* plugIn = nullptr;
 IActionComponent* actions = nullptr;
+std::atomic<std::thread::id> hostThread;  // the one that gave the table; none without a host
 
 // Never destroyed: a host may end without unloading.
 std::unique_ptr<TableHost>& GetHost()
@@ -23,6 +26,9 @@ std::unique_ptr<TableHost>& GetHost()
 template <class Body>
 int32_t Guard(const Body& body) noexcept
 {
+    const std::thread::id thread = hostThread;
+    if (thread != std::thread::id() && thread != std::this_thread::get_id())
+        return HOPBOX_WRONG_THREAD;
     int32_t result = HOPBOX_FAILED;
     HostFault::Contain("hopbox_plugin_table", [&] { result = body(); });
     return result;
@@ -47,6 +53,7 @@ int32_t Load(const hopbox_host_table* table, void* host, const hopbox_sink* erro
         if (!plugIn->Load(services.get(), reason))
             return Refuse(error, reason.GetString());
         GetHost() = std::move(services);
+        hostThread = std::this_thread::get_id();
         return HOPBOX_OK;
     });
 }
@@ -102,6 +109,7 @@ int32_t Unload()
             return HOPBOX_BUSY;
         actions = nullptr;
         GetHost().reset();
+        hostThread = std::thread::id();
         return HOPBOX_OK;
     });
 }
@@ -167,13 +175,50 @@ int32_t GetResourceFolder(const hopbox_sink* path)
         return HOPBOX_OK;
     });
 }
+
+int32_t ToResult(ExportResult result)
+{
+    switch (result) {
+        case ExportResult::Done:
+            return HOPBOX_OK;
+        case ExportResult::Cancelled:
+            return HOPBOX_CANCELLED;
+        case ExportResult::Busy:
+            return HOPBOX_BUSY;
+        case ExportResult::Unsupported:
+            return HOPBOX_UNSUPPORTED;
+        case ExportResult::Failed:
+            break;
+    }
+    return HOPBOX_FAILED;
+}
+
+int32_t ExportTo(int32_t action, const hopbox_text* hopbox, const hopbox_text* pages, int32_t includesPackage,
+                 const hopbox_sink* error)
+{
+    return Guard([&] {
+        if (actions == nullptr)
+            return int32_t(HOPBOX_NONE);
+        ExportChoices choices;
+        choices.hopbox = PMString::Untranslated(Boundary::Read(hopbox));
+        if (pages != nullptr)
+            choices.pages = PMString::Untranslated(Boundary::Read(pages));
+        if (includesPackage != HOPBOX_AS_SET)
+            choices.includesPackage = includesPackage != 0;
+        PMString reason;
+        const ExportResult result = actions->Export(action, choices, reason);
+        if (result == ExportResult::Failed)
+            Boundary::Put(error, reason.GetString());
+        return ToResult(result);
+    });
+}
 }  // namespace
 
 const hopbox_plugin_table* PlugInTable::Get(uint32_t version, IPlugIn& object)
 {
     static const hopbox_plugin_table table = {
-        sizeof table, HOPBOX_VERSION, Load,           OpenActions, Startup,          Shutdown,
-        CloseActions, Unload,         GetActionState, DoAction,    GetResourceFolder};
+        sizeof table, HOPBOX_VERSION, Load,           OpenActions, Startup,           Shutdown,
+        CloseActions, Unload,         GetActionState, DoAction,    GetResourceFolder, ExportTo};
     if (version != HOPBOX_VERSION)
         return nullptr;
     plugIn = &object;

@@ -3,6 +3,8 @@
 #include "plugin/boundary/hopbox_host.h"
 #include "plugin/host/IHostServices.h"
 
+#include <thread>
+
 // A host as the plug-in knows it, over the table that a host gave at the boundary. What the table lacks is
 // answered as hopbox_host.h says; an operation that does not give HOPBOX_OK where its class has no answer for
 // that raises, and so ends the step that called it. For the host's main thread.
@@ -14,10 +16,13 @@ public:
     TableHost(const TableHost&) = delete;
     TableHost& operator=(const TableHost&) = delete;
 
-    // Calls an operation; HOPBOX_UNSUPPORTED where the table has none.
+    // Calls an operation; HOPBOX_UNSUPPORTED where the table has none, HOPBOX_WRONG_THREAD on a thread that
+    // is not the one of this object's making.
     template <class... Parameters, class... Arguments>
     int32_t Call(int32_t (*hopbox_host_table::*operation)(void*, Parameters...), Arguments... arguments) const
     {
+        if (mThread != std::this_thread::get_id())
+            return HOPBOX_WRONG_THREAD;
         return mTable.*operation == nullptr ? int32_t(HOPBOX_UNSUPPORTED)
                                             : (mTable.*operation)(mHost, arguments...);
     }
@@ -50,5 +55,6 @@ public:
 private:
     hopbox_host_table mTable;
     void* mHost;
+    const std::thread::id mThread = std::this_thread::get_id();
     ICancelObserver* mCancelObserver = nullptr;
 };

@@ -13,7 +13,8 @@
  *   5. At the end it calls `shutdown`, `close_actions`, `unload`. The module stays in memory until the
  * process ends, and can be loaded again.
  *
- * Threads. Every call, in both directions, comes on one thread: the host's main thread.
+ * Threads. Every call, in both directions, comes on one thread: the host's main thread, the one that called
+ * `load`. A call from another thread changes nothing and gives HOPBOX_WRONG_THREAD.
  *
  * Re-entry. While `do_action` runs it calls the host's operations, shows windows and handles events, so the
  * host's own code may run inside it. A further `do_action` then brings the open window to the front and does
@@ -57,11 +58,12 @@ extern "C" {
 enum hopbox_result
 {
     HOPBOX_OK = 0,
-    HOPBOX_NONE = 1,       /* there is no such thing: no document in front, no file, no font list */
-    HOPBOX_FAILED = 2,     /* it was tried */
-    HOPBOX_CANCELLED = 3,  /* the user has cancelled; shows no alert */
-    HOPBOX_BUSY = 4,       /* not while an action runs */
-    HOPBOX_UNSUPPORTED = 5 /* this side does not know the operation, or the value that it was given */
+    HOPBOX_NONE = 1,        /* there is no such thing: no document in front, no file, no font list */
+    HOPBOX_FAILED = 2,      /* it was tried */
+    HOPBOX_CANCELLED = 3,   /* the user has cancelled; shows no alert */
+    HOPBOX_BUSY = 4,        /* not while an action runs */
+    HOPBOX_UNSUPPORTED = 5, /* this side does not know the operation, or the value that it was given */
+    HOPBOX_WRONG_THREAD = 6 /* not the thread that called `load` */
 };
 
 typedef uint64_t hopbox_handle;
@@ -86,6 +88,9 @@ typedef struct hopbox_page_sink
     void* context;
     void (*put)(void* context, const uint32_t* pages, size_t count);
 } hopbox_page_sink;
+
+/* A choice that is left to the Hopbox's own settings, where an int32_t is a truth else. */
+#define HOPBOX_AS_SET (-1)
 
 /* Units in which a host shows lengths. */
 enum hopbox_unit
@@ -340,11 +345,26 @@ typedef struct hopbox_plugin_table
 
     /* The folder of the plug-in's own resources. */
     int32_t (*get_resource_folder)(const hopbox_sink* path);
+
+    /* Exports without a dialog and without an alert, for a host's command line and scripts: what do_action
+     * does once the user has made these choices. `hopbox` is a Hopbox's name or registry key, `pages` a text
+     * such as "1-3,8" or null for all, `includes_package` 0, 1 or HOPBOX_AS_SET. HOPBOX_OK when a Hopbox
+     * process has taken the result; HOPBOX_FAILED with the text of the alert in `error`; HOPBOX_CANCELLED
+     * when the host's command gave that; HOPBOX_BUSY while an action runs; HOPBOX_NONE when the actions are
+     * not open; HOPBOX_UNSUPPORTED for an action that exports nothing, and for pages of a book. */
+    int32_t (*export_to)(int32_t action, const hopbox_text* hopbox, const hopbox_text* pages,
+                         int32_t includes_package, const hopbox_sink* error);
 } hopbox_plugin_table;
 
 /* The module's entry. Null for a version that the module does not serve. */
 #define HOPBOX_ENTRY_NAME "hopbox_plugin"
 typedef const hopbox_plugin_table* (*hopbox_entry_function)(uint32_t version);
+
+/* The same entry for a host that links the plug-in instead of loading it. */
+#ifndef HOPBOX_ENTRY
+#define HOPBOX_ENTRY
+#endif
+HOPBOX_ENTRY const hopbox_plugin_table* hopbox_plugin(uint32_t version);
 
 #ifdef __cplusplus
 }

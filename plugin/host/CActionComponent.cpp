@@ -5,3 +5,8 @@ CActionComponent::~CActionComponent() = default;
 void CActionComponent::DoAction(IActiveContext*, ActionID, IHostObject*) {}
 
 void CActionComponent::UpdateActionStates(IActiveContext*, IActionStateList&) {}
+
+ExportResult CActionComponent::Export(ActionID, const ExportChoices&, PMString&)
+{
+    return ExportResult::Unsupported;
+}

@@ -3,6 +3,8 @@
 #include "plugin/host/HostIdentifiers.h"
 #include "plugin/host/PMString.h"
 
+#include <optional>
+
 class IActiveContext;
 class IHostObject;
 
@@ -25,6 +27,23 @@ protected:
     ~IActionStateList() = default;
 };
 
+// What a user would choose in the dialog.
+struct ExportChoices
+{
+    PMString hopbox;                      // its name or its registry key
+    PMString pages;                       // such as "1-3,8"; empty for all
+    std::optional<bool> includesPackage;  // none: as the Hopbox's settings say
+};
+
+enum class ExportResult
+{
+    Done,       // a Hopbox process has taken it
+    Failed,     // the reason is what an alert would have told
+    Cancelled,  // by the user, in the host's progress window
+    Busy,       // another action runs
+    Unsupported
+};
+
 // Answers for the actions that it owns.
 class IActionComponent
 {
@@ -34,6 +53,11 @@ public:
 
     // Sets the states of those actions of the list that are the component's own.
     virtual void UpdateActionStates(IActiveContext* context, IActionStateList& states) = 0;
+
+    // Exports without a dialog and without an alert, for a host's command line and scripts: what DoAction
+    // does once the user has made these choices. Unsupported for an action that exports nothing, and for
+    // pages of a book. Sets `error` when it gives Failed.
+    virtual ExportResult Export(ActionID action, const ExportChoices& choices, PMString& error) = 0;
 
 protected:
     ~IActionComponent() = default;
@@ -50,4 +74,5 @@ public:
 
     void DoAction(IActiveContext* context, ActionID action, IHostObject* widget) override;
     void UpdateActionStates(IActiveContext* context, IActionStateList& states) override;
+    ExportResult Export(ActionID action, const ExportChoices& choices, PMString& error) override;
 };

@@ -19,7 +19,7 @@ class IHostServices
 public:
     // The form of this interface and of all classes that hang on it. It changes whenever one of them does,
     // and a plug-in refuses services of another version.
-    static constexpr int32_t cVersion = 2;
+    static constexpr int32_t cVersion = 3;
 
     // The version that the adaptor was built with: cVersion. The first function of the class in every
     // version.

@@ -2,9 +2,13 @@
 
 #include "export/BookSource.h"
 #include "export/DocumentSource.h"
+#include "foundation/core/GStringSupport.h"
+#include "foundation/prefs/GPrefMemoryModule.h"
 #include "foundation/strings/GStringPool.h"
 #include "foundation/strings/GUserMessage.h"
 #include "foundation/trace/GTrace.h"
+#include "hopbox/HopboxProject.h"
+#include "hopbox/HopboxRegistry.h"
 #include "plugin/host/HostCalls.h"
 #include "plugin/host/HostFault.h"
 #include "plugin/messages/ErrorText.h"
@@ -67,6 +71,35 @@ void BringModalWindowToFront()
     window->activateWindow();
 }
 
+// Has the tool take the Hopbox that the user means; only those that the dialog lists count.
+bool ChooseHopbox(GCPTSaveAsTool& tool, const GString& name)
+{
+    const HopboxRegistry registry;
+    const GString key = registry.FindKey(name);
+    const std::optional<HopboxRecord> record = registry.GetRecord(key);
+    if (!record || !record->entry.isPlugin)
+        return false;
+    tool.SelectPDFSetting(key, *record);
+    return true;
+}
+
+// Runs the export that was chosen. Gives the text of its alert, empty for none.
+GString Submit(GCPTSaveAsTool& tool, const ExportChoices& choices)
+{
+    const GString& hopbox = choices.hopbox.GetString();
+    if (!ChooseHopbox(tool, hopbox))
+        return ErrorText::GetSettingNotFound(hopbox);
+    if (!choices.pages.IsEmpty())
+        tool.SetPageRange(choices.pages.GetString());
+    if (choices.includesPackage)
+        tool.GetSettings().Set(HopboxProject::GetPlugInGroup(), QByteArrayLiteral("IncludeFilePackage"),
+                               GStringSupport::FromBool(*choices.includesPackage));
+    GString alert;
+    tool.SetAlertTaker([&alert](const GString& text) { alert = text; });
+    tool.Submit();
+    return alert;
+}
+
 void SetState(IActionStateList& states, int32_t index, bool isEnabled, const GString& name,
               const GString& shortcut)
 {
@@ -103,9 +136,9 @@ void GIDCSPActionComponent::Dispatch(IActiveContext* context, ActionID action)
     if (action == PlugInID::cAboutAction)
         ShowAbout();
     else if (action == PlugInID::cDocumentAction)
-        Export(context, mDocumentAction, cDocumentOptions);
+        RunDialog(context, mDocumentAction, cDocumentOptions);
     else if (action == PlugInID::cBookAction)
-        Export(context, mBookAction, cBookOptions);
+        RunDialog(context, mBookAction, cBookOptions);
 }
 
 void GIDCSPActionComponent::UpdateActionStates(IActiveContext*, IActionStateList& states)
@@ -134,8 +167,8 @@ void GIDCSPActionComponent::ShowAbout() const
                        PMString(), PMString(), cOK, cOK);
 }
 
-void GIDCSPActionComponent::Export(IActiveContext* context, GCPTSaveAsAction& action,
-                                   const DialogOptions& options)
+void GIDCSPActionComponent::RunDialog(IActiveContext* context, GCPTSaveAsAction& action,
+                                      const DialogOptions& options)
 {
     if (!mRunDialog) {
         ShowError(QStringLiteral("The dialog for the export is not installed."));
@@ -145,4 +178,27 @@ void GIDCSPActionComponent::Export(IActiveContext* context, GCPTSaveAsAction& ac
     TakeDefaultUnit(context);
     GCPTSaveAsTool tool(action, options);
     mRunDialog(action.GetTitle(), tool);
+}
+
+ExportResult GIDCSPActionComponent::Export(ActionID actionID, const ExportChoices& choices, PMString& error)
+{
+    const bool isBook = actionID == PlugInID::cBookAction;
+    if ((!isBook && actionID != PlugInID::cDocumentAction) || (isBook && !choices.pages.IsEmpty()))
+        return ExportResult::Unsupported;
+    if (mIsBusy)
+        return ExportResult::Busy;
+    const QScopedValueRollback<bool> busy(mIsBusy, true);
+    GCPTSaveAsAction& action = isBook ? static_cast<GCPTSaveAsAction&>(mBookAction) : mDocumentAction;
+    action.SetActive(true);
+    GCPTSaveAsTool tool(action, isBook ? cBookOptions : cDocumentOptions);
+    GString alert;
+    try {
+        alert = Submit(tool, choices);
+    } catch (...) {
+        alert = ErrorText::DescribeCurrent();
+    }
+    if (tool.WasCancelled())
+        return ExportResult::Cancelled;
+    error = PMString::Untranslated(alert);
+    return alert.isEmpty() ? ExportResult::Done : ExportResult::Failed;
 }

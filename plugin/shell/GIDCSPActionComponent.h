@@ -25,6 +25,7 @@ public:
 
     void DoAction(IActiveContext* context, ActionID action, IHostObject* widget) override;
     void UpdateActionStates(IActiveContext* context, IActionStateList& states) override;
+    ExportResult Export(ActionID action, const ExportChoices& choices, PMString& error) override;
 
     // Whether an action runs now. The component must stay until it has ended.
     bool IsBusy() const { return mIsBusy; }
@@ -33,7 +34,7 @@ private:
     void UpdateState(IActionStateList& states, int32_t index) const;
     void Dispatch(IActiveContext* context, ActionID action);
     void ShowAbout() const;
-    void Export(IActiveContext* context, GCPTSaveAsAction& action, const DialogOptions& options);
+    void RunDialog(IActiveContext* context, GCPTSaveAsAction& action, const DialogOptions& options);
 
     ShellServices mServices;
     DialogRunner mRunDialog;

@@ -2,6 +2,7 @@
 #include "SmallHost.h"
 #include "plugin/boundary/BoundaryText.h"
 #include "plugin/boundary/ModulePlugIn.h"
+#include "plugin/host/CActionComponent.h"
 #include "tests/support/PrinterProcessor.h"
 #include "tests/support/WindowDriver.h"
 
@@ -9,6 +10,7 @@
 #include <QLibrary>
 
 #include <limits>
+#include <thread>
 
 namespace
 {
@@ -228,7 +230,32 @@ TEST_F(SmallHosts, WithATableThatIsNoneAreRefused)
         EXPECT_EQ(plugIn->load(table, nullptr, nullptr), HOPBOX_FAILED);
     }
     EXPECT_EQ(plugIn->do_action(HOPBOX_ACTION_DOCUMENT), HOPBOX_NONE);
+    const Boundary::PassedText hopbox("Press"_q);
+    EXPECT_EQ(plugIn->export_to(HOPBOX_ACTION_DOCUMENT, hopbox, nullptr, HOPBOX_AS_SET, nullptr),
+              HOPBOX_NONE);
     EXPECT_EQ(plugIn->unload(), HOPBOX_OK);
+}
+
+TEST_F(SmallHosts, AreAnsweredOnTheThreadThatLoadedAlone)
+{
+    const hopbox_plugin_table* plugIn = FindEntry()(HOPBOX_VERSION);
+    const auto askElsewhere = [](const auto& question) {
+        int32_t answer = HOPBOX_OK;
+        std::thread([&] { answer = question(); }).join();
+        return answer;
+    };
+    FakeHost services;
+    HostTable host(services);
+    ASSERT_EQ(plugIn->load(&HostTable::GetTable(), &host, nullptr), HOPBOX_OK);
+    EXPECT_EQ(askElsewhere([&] { return plugIn->startup(); }), HOPBOX_WRONG_THREAD);
+    EXPECT_EQ(askElsewhere([&] { return plugIn->unload(); }), HOPBOX_WRONG_THREAD);
+    EXPECT_TRUE(services.GetAsked().empty());
+    EXPECT_EQ(plugIn->unload(), HOPBOX_OK);
+    // Nor does the plug-in ask from elsewhere.
+    TableHost tableHost(HostTable::GetTable(), &host);
+    int32_t unit = 0;
+    EXPECT_EQ(askElsewhere([&] { return tableHost.Call(&Table::get_unit, &unit); }), HOPBOX_WRONG_THREAD);
+    EXPECT_TRUE(services.GetAsked().empty());
 }
 
 // A module of an earlier form has the last function of its table less.
@@ -244,6 +271,9 @@ TEST_F(SmallHosts, UseOfAnEarlierModuleWhatItHas)
     ASSERT_TRUE(plugIn.Load(&host, error)) << error.GetString().toStdString();
     ResourceFileInfo info;
     EXPECT_FALSE(plugIn.GetResourceAccess().GetResourceFile(info));
+    IActionComponent* component = plugIn.CreateActionComponent(error);
+    ASSERT_NE(component, nullptr) << error.GetString().toStdString();
+    EXPECT_EQ(component->Export(HOPBOX_ACTION_DOCUMENT, {}, error), ExportResult::Unsupported);
     EXPECT_TRUE(plugIn.Unload());
     ModulePlugIn none([](uint32_t) -> const hopbox_plugin_table* { return nullptr; });
     EXPECT_FALSE(none.Load(&host, error));

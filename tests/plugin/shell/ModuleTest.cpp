@@ -331,3 +331,45 @@ TEST_F(Module, ExportsThroughItsDialogByKeysAlone)
         plugIn->Unload();
     }
 }
+
+// What a host's command line asks for, through the boundary: no window opens, as no driver is there to
+// answer.
+TEST_F(Module, ExportsWithoutADialogWhatAScriptAsksFor)
+{
+    MakeHopbox("Press"_q);
+    MakeHopbox("Withdrawn"_q);
+    HopboxRegistry().ChangeEntry("Withdrawn"_q, [](HopboxRegistryEntry& entry) { entry.isPlugin = false; });
+    MakeDocumentAndBook();
+    ASSERT_EQ(GiveServices(&host), QString());
+    IActionComponent* component = Create();
+    ASSERT_NE(component, nullptr) << error.toStdString();
+    const auto exportTo = [&](ActionID action, const QString& hopbox, const QString& pages, bool hasPackage) {
+        PMString reason;
+        ExportChoices choices{PMString(hopbox), PMString(pages), hasPackage};
+        const ExportResult result = component->Export(action, choices, reason);
+        error = reason.GetString();
+        return result;
+    };
+    PrinterProcessor receiver(sandbox, {"--inbox"_q, sandbox.GetPath("Inbox"_q)});
+    EXPECT_EQ(exportTo(cDocument, "Press"_q, "2-3"_q, true), ExportResult::Done) << error.toStdString();
+    EXPECT_EQ(host.commands.back()->pages, (std::vector<UID>{GetPageUID(2), GetPageUID(3)}));
+    EXPECT_EQ(host.packages.size(), 1U);
+    EXPECT_EQ(exportTo(cBook, "Press"_q, {}, false), ExportResult::Done) << error.toStdString();
+    EXPECT_EQ(host.packages.size(), 1U);
+    for (const QString& hopbox : {"Nobody"_q, "Withdrawn"_q}) {
+        EXPECT_EQ(exportTo(cDocument, hopbox, {}, false), ExportResult::Failed);
+        EXPECT_EQ(error, "Unable to retrieve PDF setting: "_q + hopbox);
+    }
+    EXPECT_EQ(exportTo(cBook, "Press"_q, "1"_q, false), ExportResult::Unsupported);
+    EXPECT_EQ(exportTo(1674240, "Press"_q, {}, false), ExportResult::Unsupported);
+    host.onRun = [&] {
+        EXPECT_EQ(exportTo(cBook, "Press"_q, {}, false), ExportResult::Busy);
+        EXPECT_FALSE(plugIn->Unload());
+        host.CancelByUser();
+    };
+    EXPECT_EQ(exportTo(cDocument, "Press"_q, {}, false), ExportResult::Cancelled);
+    host.onRun = nullptr;
+    receiver.Kill();
+    EXPECT_EQ(exportTo(cDocument, "Press"_q, {}, false), ExportResult::Failed);
+    EXPECT_EQ(error, cNobodyTakesIt);
+}

@@ -4,6 +4,9 @@
 
 #include <new>
 
+#define HOPBOX_ENTRY Q_DECL_EXPORT
+#include "plugin/boundary/PlugInTable.h"
+
 // The entry for who shares the compiler: a host that loads the module, or an adaptor that links this library.
 extern "C" Q_DECL_EXPORT IPlugIn* GetPlugIn();
 
@@ -14,4 +17,10 @@ IPlugIn* GetPlugIn()
     alignas(PlugIn) static unsigned char storage[sizeof(PlugIn)];
     static PlugIn* const plugIn = new (storage) PlugIn;
     return plugIn;
+}
+
+// The entry for hosts of any compiler and language.
+const hopbox_plugin_table* hopbox_plugin(uint32_t version)
+{
+    return PlugInTable::Get(version, *GetPlugIn());
 }
