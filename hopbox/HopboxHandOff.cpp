@@ -50,14 +50,22 @@ std::vector<uint32_t> ListProcesses(OwnProcess ownProcess)
     return processes;
 }
 
+// What goes to each process, and for which Hopbox; for all of them where that is empty.
+struct Parcel
+{
+    int32_t kind;
+    GBuffer payload;
+    GString hopbox;
+};
+
 // Sends one process the message if it can be reached. What raises ends the walk, and is noted here first.
-void DeliverTo(GPPIPCManager& manager, uint32_t process, int32_t kind, const GBuffer& payload, Report& report)
+void DeliverTo(GPPIPCManager& manager, uint32_t process, const Parcel& parcel, Report& report)
 {
     report.deliveries.push_back({process, false, 0, GString()});
     Delivery& delivery = report.deliveries.back();
     try {
-        if (manager.GetReceiverState(process, &delivery.reason) == GPPIPCState::Reachable) {
-            manager.Post(process, kind, payload);
+        if (manager.GetReceiverState(process, &delivery.reason, parcel.hopbox) == GPPIPCState::Reachable) {
+            manager.Post(process, parcel.kind, parcel.payload, parcel.hopbox);
             delivery.isSent = true;
         } else {
             delivery.code = GErrorCode::cPostMessage;
@@ -69,12 +77,12 @@ void DeliverTo(GPPIPCManager& manager, uint32_t process, int32_t kind, const GBu
     }
 }
 
-void Walk(int32_t kind, const GBuffer& payload, OwnProcess ownProcess, Report& report)
+void Walk(const Parcel& parcel, OwnProcess ownProcess, Report& report)
 {
     const std::vector<uint32_t> processes = ListProcesses(ownProcess);
     const std::shared_ptr<GPPIPCManager> manager = GPPIPCManager::Get();
     for (const uint32_t process : processes)
-        DeliverTo(*manager, process, kind, payload, report);
+        DeliverTo(*manager, process, parcel, report);
     if (processes.empty())
         report.reason = QStringLiteral("No process \"%1\" is running.").arg(HopboxMessage::cProcessImage);
 }
@@ -95,13 +103,13 @@ void Log(const Report& report)
 
 // Sends a message to every process that can be reached. The first failure ends it; the result is what was
 // sent until then.
-bool Deliver(int32_t kind, const GBuffer& payload, OwnProcess ownProcess, Report* wanted)
+bool Deliver(const Parcel& parcel, OwnProcess ownProcess, Report* wanted)
 {
     Report own;
     Report& report = wanted != nullptr ? *wanted : own;
     report = Report();
     try {
-        Walk(kind, payload, ownProcess, report);
+        Walk(parcel, ownProcess, report);
     } catch (const std::exception& error) {
         report.reason = GString::fromUtf8(error.what());
     }
@@ -114,10 +122,10 @@ bool Deliver(int32_t kind, const GBuffer& payload, OwnProcess ownProcess, Report
 bool HopboxHandOff::SubmitJob(const GString& printerName, const GString& jobLocation, Report* report)
 {
     const GString ticket = MakeTicket(printerName, jobLocation).ToText();
-    return Deliver(HopboxMessage::cSubmitJob, ticket.toUtf8(), OwnProcess::cLeaveOut, report);
+    return Deliver({HopboxMessage::cSubmitJob, ticket.toUtf8(), printerName}, OwnProcess::cLeaveOut, report);
 }
 
 bool HopboxHandOff::NotifyHopboxProcesses(OwnProcess ownProcess, Report* report)
 {
-    return Deliver(HopboxMessage::cNotify, GBuffer(), ownProcess, report);
+    return Deliver({HopboxMessage::cNotify, GBuffer(), GString()}, ownProcess, report);
 }

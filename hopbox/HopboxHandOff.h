@@ -31,7 +31,8 @@ struct Report
     GString reason;                    // why there is none, or why the walk ended early; else empty
 };
 
-// Sends a ticket for the job to every Hopbox process that can be reached, the own process left out.
+// Sends a ticket for the job to every Hopbox process that can be reached and takes jobs of the Hopbox of this
+// printer name, the own process left out.
 // `jobLocation` is a native path or an encoded `file` URL. True when at least one process was sent the
 // ticket; never raises. `report`, where one is given, is filled anew.
 bool SubmitJob(const GString& printerName, const GString& jobLocation, Report* report = nullptr);

@@ -6,7 +6,15 @@
 
 static constexpr std::chrono::seconds cLongestPause(60);
 
-JobWorker::JobWorker(JobInbox* inbox) : mInbox(inbox), mThread([this] { Run(); }) {}
+JobWorker::JobWorker(JobInbox* inbox, const JobCommand& command)
+    : mInbox(inbox),
+      mHook(command.program.isEmpty()
+                ? nullptr
+                : std::make_unique<JobHook>(command, &inbox->GetJournal(),
+                                            [this](const QJsonObject& line) { Print(line); })),
+      mThread([this] { Run(); })
+{
+}
 
 JobWorker::~JobWorker()
 {
@@ -40,17 +48,19 @@ JobWorker::State JobWorker::GetState() const
     const std::lock_guard<std::mutex> guard(mMutex);
     const bool isTrying =
         std::any_of(mItems.cbegin(), mItems.cend(), [](const Item& item) { return item.told.isEmpty(); });
-    if (mIsDoing || isTrying)
+    if (mIsDoing || isTrying || (mHook && mHook->IsBusy()))
         return State::Busy;
-    return mItems.empty() ? State::Done : State::Waiting;
+    return mItems.empty() && !(mHook && mHook->IsWaiting()) ? State::Done : State::Waiting;
 }
 
 bool JobWorker::Stop(std::chrono::milliseconds timeout)
 {
+    const Clock::time_point deadline = Clock::now() + timeout;
     mIsStopped = true;
+    const bool hasHookEnded = !mHook || mHook->Stop(timeout);
     std::unique_lock<std::mutex> lock(mMutex);
     mChanged.notify_all();
-    return mChanged.wait_for(lock, timeout, [this] { return mHasEnded; });
+    return mChanged.wait_until(lock, deadline, [this] { return mHasEnded; }) && hasHookEnded;
 }
 
 void JobWorker::Run()
@@ -107,11 +117,10 @@ void JobWorker::DoJob(Item item)
     const bool isValid = MessageLine::DescribeJob(item.job->sender, item.job->payload, &line, &ticket);
     try {
         if (isValid) {
-            const GPathName copy = mInbox->Take(&*item.job, ticket.jobPath, mIsStopped);
-            line.insert(QStringLiteral("saved"), copy.GetNativePath());
-        } else {
-            mInbox->GetJournal().NoteDone(item.job->number);
+            Deliver(&item, ticket);
+            return;
         }
+        mInbox->GetJournal().NoteDone(item.job->number);
     } catch (const RefusedJob& error) {
         MessageLine::SetError(&line, error.GetDescription());
         mInbox->GetJournal().NoteDone(item.job->number);
@@ -120,6 +129,19 @@ void JobWorker::DoJob(Item item)
         return;
     }
     Print(line);
+}
+
+void JobWorker::Deliver(Item* item, const HopboxJobTicket& ticket)
+{
+    const GPathName copy = mInbox->Deliver(&*item->job, ticket.jobPath, mIsStopped);
+    item->line.insert(QStringLiteral("saved"), copy.GetNativePath());
+    if (mHook)
+        item->line.insert(QStringLiteral("id"), item->job->GetID());
+    else
+        mInbox->GetJournal().NoteDone(item->job->number);
+    Print(item->line);
+    if (mHook)
+        mHook->Add(*item->job, item->line);
 }
 
 void JobWorker::TryAgain(Item item, const GString& reason)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/printer_processor/inbox/JobInbox.h"
+#include "apps/printer_processor/JobHook.h"
 
 #include <QJsonObject>
 
@@ -11,17 +11,21 @@
 #include <optional>
 #include <thread>
 
+struct HopboxJobTicket;
+
 // Does on a thread of its own what may take long: it copies jobs to the inbox, and prints a line for each
 // message. Whoever accepts messages never waits for it.
 //
-// A line of a job has "saved" with the path of the copy, or "error". What may be gone the next time, such as
-// a full disk, keeps the job: it is tried again after a second, and then after twice the time, up to a
-// minute; its line then has "waiting", and comes again only when the reason is another one.
+// A line of a job has "saved" with the path of the copy, and "id" where a command is run for it, or "error".
+// What may be gone the next time, such as a full disk, keeps the job: it is tried again after a second, and
+// then after twice the time, up to a minute; its line then has "waiting", and comes again only when the
+// reason is another one.
 class JobWorker
 {
 public:
-    // `inbox` is null where nothing is copied; it must outlive this.
-    explicit JobWorker(JobInbox* inbox);
+    // `inbox` is null where nothing is copied; it must outlive this. The command is run for each job that was
+    // copied.
+    explicit JobWorker(JobInbox* inbox, const JobCommand& command = {});
 
     // Stops, and waits for the end of the thread.
     ~JobWorker();
@@ -42,8 +46,8 @@ public:
     // Whether a line could not be written.
     bool IsOutputLost() const { return mIsOutputLost; }
 
-    // Ends the copying, whose job stays in the journal. False when the thread has not come back in time: it
-    // waits for the system, and only the end of the process ends it.
+    // Ends the copying and the command, whose jobs stay in the journal. False when a thread has not come back
+    // in time: it waits for the system, and only the end of the process ends it.
     bool Stop(std::chrono::milliseconds timeout);
 
 private:
@@ -64,6 +68,7 @@ private:
     std::deque<Item>::iterator GetNext();
     void Do(Item item);
     void DoJob(Item item);
+    void Deliver(Item* item, const HopboxJobTicket& ticket);
     void TryAgain(Item item, const GString& reason);
     void Print(const QJsonObject& line);
 
@@ -75,5 +80,6 @@ private:
     std::deque<Item> mItems;
     bool mIsDoing = false;
     bool mHasEnded = false;
+    std::unique_ptr<JobHook> mHook;
     std::thread mThread;
 };

@@ -36,14 +36,17 @@ void PrintError(const QString& text)
 
 std::unique_ptr<JobInbox> OpenInbox(const Options& options)
 {
-    return options.inbox.IsEmpty() ? nullptr : std::make_unique<JobInbox>(options.inbox, StopRequest::IsMade);
+    return options.inbox.IsEmpty()
+               ? nullptr
+               : std::make_unique<JobInbox>(options.inbox, options.mode, StopRequest::IsMade);
 }
 
 // Accepts messages: whatever is to be done with them is noted and left to the worker.
 class Acceptance
 {
 public:
-    Acceptance(JobInbox* inbox, JobWorker* worker) : mInbox(inbox), mWorker(worker)
+    Acceptance(JobInbox* inbox, JobWorker* worker, const GPPIPCAddresses& hopboxes)
+        : mInbox(inbox), mWorker(worker), mHopboxes(hopboxes)
     {
         if (mInbox == nullptr)
             return;
@@ -72,17 +75,35 @@ private:
             mWorker->AddJob(job);
         for (const GPPIPCMessage& message : messages) {
             if (!IsForInbox(message))
-                mWorker->AddLine(MessageLine::Describe(message));
+                mWorker->AddLine(Describe(message));
         }
     }
 
     bool IsForInbox(const GPPIPCMessage& message) const
     {
-        return mInbox != nullptr && message.kind == HopboxMessage::cSubmitJob;
+        return mInbox != nullptr && message.kind == HopboxMessage::cSubmitJob && IsTaken(message);
+    }
+
+    // What was posted to a receiver before this one was posted rightly then.
+    bool IsTaken(const GPPIPCMessage& message) const
+    {
+        HopboxJobTicket ticket;
+        return message.isLeft || message.kind != HopboxMessage::cSubmitJob ||
+               !ticket.FromText(GString::fromUtf8(message.payload)) || mHopboxes.Take(ticket.printerName);
+    }
+
+    QJsonObject Describe(const GPPIPCMessage& message) const
+    {
+        QJsonObject line = MessageLine::Describe(message);
+        if (!IsTaken(message))
+            MessageLine::SetError(
+                &line, QStringLiteral("The receiver takes jobs of %1 only.").arg(mHopboxes.GetText()));
+        return line;
     }
 
     JobInbox* const mInbox;
     JobWorker* const mWorker;
+    const GPPIPCAddresses& mHopboxes;
 };
 
 // Ends the event loop when somebody wants this process to end, when the time is up, or when everything that
@@ -133,12 +154,13 @@ public:
 // Takes messages up until it is to end. The receiver deregisters however that comes.
 int TakeMessages(const Options& options, JobInbox* inbox, JobWorker* worker)
 {
-    Acceptance acceptance(inbox, worker);
+    Acceptance acceptance(inbox, worker, options.hopboxes);
     Ending ending(options, *worker);
     const LoopRun loop;
     const size_t limit = options.count > 0 ? static_cast<size_t>(options.count) : GPPIPCReceiver::cNoLimit;
     const GPPIPCReceiver receiver([&](const GPPIPCMessage&) { ending.Count(); },
-                                  GPPIPCChannelKind::PrinterProcessor, acceptance.GetKeeper(), limit);
+                                  GPPIPCChannelKind::PrinterProcessor, acceptance.GetKeeper(), limit,
+                                  options.hopboxes);
     PrintError(QStringLiteral("ready as process %1").arg(GProcessInfo::GetOwnProcessID()));
     return QCoreApplication::exec();
 }
@@ -147,7 +169,7 @@ int Receive(const Options& options)
 {
     const StopRequest stopRequest;
     const std::unique_ptr<JobInbox> inbox = OpenInbox(options);
-    JobWorker worker(inbox.get());
+    JobWorker worker(inbox.get(), options.command);
     int status = cExitFailed;
     try {
         status = TakeMessages(options, inbox.get(), &worker);

@@ -42,12 +42,17 @@ std::chrono::milliseconds GetRemaining(Clock::time_point deadline)
 }
 }  // namespace
 
-std::unique_ptr<GMessageQueue> GMessageQueue::Create(const GString& name, size_t capacity, uint64_t keeper)
+std::unique_ptr<GMessageQueue> GMessageQueue::Create(const GString& name, size_t capacity, uint64_t keeper,
+                                                     const GBuffer& notice)
 {
-    const size_t size = GMessageRing::cHeaderSize + std::max(capacity, GMessageRing::cLeastCapacity);
+    const size_t noticeSize = static_cast<size_t>(notice.size());
+    if (noticeSize > GMessageRing::cMostNotice)
+        RaiseSegmentError(QStringLiteral("The notice of the message queue \"%1\" is too long."), name);
+    const size_t size =
+        GMessageRing::cHeaderSize + std::max(capacity, GMessageRing::cLeastCapacity) + noticeSize;
     const uint32_t processID = GProcessInfo::GetOwnProcessID();
     const Owner owner{processID, GProcessInfo::GetStartTime(processID), keeper,
-                      QRandomGenerator::system()->generate64()};
+                      QRandomGenerator::system()->generate64(), notice};
     try {
         // A lock and a semaphore that were left may be in any state.
         Remove(name);

@@ -38,9 +38,11 @@ public:
 
     // Makes the queue of a name for this process; one that a dead process left is put away. The capacity is
     // in bytes, of which each message takes its size and four more. `keeper` is the number by which somebody
-    // after this process finds the queue, to take over what is left in it; 0 where nobody will. Raises with
-    // GErrorCode::cSegmentHeader or GErrorCode::cCreateSemaphore; nothing of the queue stays then.
-    static std::unique_ptr<GMessageQueue> Create(const GString& name, size_t capacity, uint64_t keeper = 0);
+    // after this process finds the queue, to take over what is left in it; 0 where nobody will. `notice` is
+    // what everybody who opens the queue gets to know of its owner. Raises with GErrorCode::cSegmentHeader,
+    // also for too long a notice, or GErrorCode::cCreateSemaphore; nothing of the queue stays then.
+    static std::unique_ptr<GMessageQueue> Create(const GString& name, size_t capacity, uint64_t keeper = 0,
+                                                 const GBuffer& notice = {});
 
     // Opens another's queue. Raises likewise, also when there is none.
     static std::unique_ptr<GMessageQueue> Open(const GString& name);

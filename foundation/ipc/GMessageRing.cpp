@@ -29,7 +29,7 @@ struct Header
     std::atomic<uint32_t> isClosed;
     uint64_t startTime;
     uint32_t capacity;
-    uint32_t reserved;
+    uint32_t noticeSize;
     std::atomic<uint64_t> readPosition;
     std::atomic<uint64_t> writePosition;
     uint64_t keeper;
@@ -48,7 +48,8 @@ Header& GetHeader(uint8_t* data)
 GMessageRing GMessageRing::Make(uint8_t* data, size_t size, const Owner& owner)
 {
     constexpr size_t cMostCapacity = std::numeric_limits<uint32_t>::max();
-    const size_t capacity = std::min(size - cHeaderSize, cMostCapacity);
+    const size_t noticeSize = static_cast<size_t>(owner.notice.size());
+    const size_t capacity = std::min(size - cHeaderSize - noticeSize, cMostCapacity);
     Header& header = GetHeader(data);
     header.magic.store(0, std::memory_order_release);
     std::fill_n(data + sizeof header.magic, cHeaderSize - sizeof header.magic, uint8_t(0));
@@ -58,8 +59,10 @@ GMessageRing GMessageRing::Make(uint8_t* data, size_t size, const Owner& owner)
     header.keeper = owner.keeper;
     header.number = owner.number;
     header.capacity = static_cast<uint32_t>(capacity);
+    header.noticeSize = static_cast<uint32_t>(noticeSize);
+    std::memcpy(data + cHeaderSize + capacity, owner.notice.constData(), noticeSize);
     header.magic.store(cMagic, std::memory_order_release);
-    return GMessageRing(data, capacity);
+    return GMessageRing(data, capacity, noticeSize);
 }
 
 GMessageRing GMessageRing::Open(uint8_t* data, size_t size)
@@ -67,12 +70,14 @@ GMessageRing GMessageRing::Open(uint8_t* data, size_t size)
     const bool hasHeader = size >= cHeaderSize + cLeastCapacity;
     const Header& header = GetHeader(data);
     const size_t capacity = hasHeader ? header.capacity : 0;
+    const size_t noticeSize = hasHeader ? header.noticeSize : 0;
     if (!hasHeader || header.magic.load(std::memory_order_acquire) != cMagic || header.version != cVersion ||
-        capacity < cLeastCapacity || capacity > size - cHeaderSize || header.readPosition > cMostPosition ||
-        header.writePosition > cMostPosition)
+        capacity < cLeastCapacity || capacity > size - cHeaderSize ||
+        noticeSize > size - cHeaderSize - capacity || noticeSize > cMostNotice ||
+        header.readPosition > cMostPosition || header.writePosition > cMostPosition)
         throw GSimpleException(GErrorCode::cSegmentHeader,
                                QStringLiteral("The header of a message queue is damaged."));
-    return GMessageRing(data, capacity);
+    return GMessageRing(data, capacity, noticeSize);
 }
 
 GMessageRing::PutResult GMessageRing::Put(const GBuffer& message)
@@ -156,7 +161,9 @@ void GMessageRing::Close()
 GMessageRing::Owner GMessageRing::GetOwner() const
 {
     const Header& header = GetHeader(mData);
-    return {header.processID, header.startTime, header.keeper, header.number};
+    const auto* const notice = reinterpret_cast<const char*>(mData + cHeaderSize + mCapacity);
+    return {header.processID, header.startTime, header.keeper, header.number,
+            GBuffer(notice, static_cast<int>(mNoticeSize))};
 }
 
 size_t GMessageRing::CopyIn(size_t place, const void* bytes, size_t length)

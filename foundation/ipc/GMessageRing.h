@@ -17,6 +17,7 @@ public:
     static constexpr size_t cHeaderSize = 64;
     static constexpr size_t cLeastCapacity = 64;
     static constexpr size_t cEntryHeaderSize = 4;
+    static constexpr size_t cMostNotice = 65536;
 
     // Who takes the messages out.
     struct Owner
@@ -25,6 +26,7 @@ public:
         uint64_t startTime;
         uint64_t keeper = 0;  // who takes over what a dead owner left; 0: nobody
         uint64_t number = 0;  // of this queue; no other one has the same
+        GBuffer notice = {};  // what the owner lets senders know, at most cMostNotice bytes
     };
 
     struct Entry
@@ -45,7 +47,8 @@ public:
         Damaged       // the positions make no sense; the owner's next Take puts them right
     };
 
-    // Makes an empty queue of all the memory, which begins at a multiple of eight.
+    // Makes an empty queue of all the memory but what the owner's notice takes behind the ring. It begins at
+    // a multiple of eight.
     static GMessageRing Make(uint8_t* data, size_t size, const Owner& owner);
 
     // Takes over a queue that is there. Raises with GErrorCode::cSegmentHeader when its header does not
@@ -75,12 +78,17 @@ public:
     Owner GetOwner() const;
 
 private:
-    GMessageRing(uint8_t* data, size_t capacity) : mData(data), mCapacity(capacity) {}
+    GMessageRing(uint8_t* data, size_t capacity, size_t noticeSize)
+        : mData(data), mCapacity(capacity), mNoticeSize(noticeSize)
+    {
+    }
 
     // Copy to and from a place of the ring, over its end where need be; give the place behind.
     size_t CopyIn(size_t place, const void* bytes, size_t length);
     size_t CopyOut(size_t place, void* bytes, size_t length) const;
 
     uint8_t* mData;
-    size_t mCapacity;  // as it was when the header was checked; what the header says later does not count
+    // As they were when the header was checked; what the header says later does not count.
+    size_t mCapacity;
+    size_t mNoticeSize;
 };

@@ -40,19 +40,23 @@ std::vector<uint32_t> GPPIPCChannel::GetReceivers(uint32_t process)
     return receivers;
 }
 
-GPPIPCState GPPIPCChannel::GetReceiverState(uint32_t process, GString* reason)
+GPPIPCState GPPIPCChannel::GetReceiverState(uint32_t process, const GString& address, GString* reason)
 {
     const std::vector<uint32_t> receivers = GetReceivers(process);
+    GPPIPCState state = GPPIPCState::NoReceiver;
     *reason = QStringLiteral("The process has no message receiver.");
     for (const uint32_t receiver : receivers) {
         try {
-            GetQueue({process, receiver});
-            return GPPIPCState::Reachable;
+            const GPPIPCAddresses addresses(GetQueue({process, receiver})->GetOwner().notice);
+            if (addresses.Take(address))
+                return GPPIPCState::Reachable;
+            *reason = QStringLiteral("The process takes messages for %1 only.").arg(addresses.GetText());
         } catch (const GException& error) {
             *reason = error.GetDescription();
+            state = GPPIPCState::Unreachable;
         }
     }
-    return receivers.empty() ? GPPIPCState::NoReceiver : GPPIPCState::Unreachable;
+    return state;
 }
 
 // The queue of a pair, whose owner runs.
@@ -94,7 +98,7 @@ std::unique_ptr<GMessageQueue> GPPIPCChannel::TryToOpenQueue(const Pair& pair) c
     }
 }
 
-void GPPIPCChannel::Post(uint32_t process, uint32_t receiver, GPPIPCMessage message,
+bool GPPIPCChannel::Post(uint32_t process, uint32_t receiver, const GString& address, GPPIPCMessage message,
                          const GPostPolicy& policy)
 {
     std::shared_ptr<GMessageQueue> queue;
@@ -103,9 +107,12 @@ void GPPIPCChannel::Post(uint32_t process, uint32_t receiver, GPPIPCMessage mess
     } catch (const GException& error) {
         RaisePastQueue(error.GetDescription());
     }
+    if (!GPPIPCAddresses(queue->GetOwner().notice).Take(address))
+        return false;
     message.receiver = receiver;
     try {
         queue->Post(message.Encode(), policy);
+        return true;
     } catch (const GQueueIsPast&) {
         const std::lock_guard<std::mutex> guard(mOpenQueuesMutex);
         mOpenQueues.erase({process, receiver});
@@ -122,7 +129,8 @@ bool GPPIPCChannel::HoldsMessagesOf(uint32_t receiver) const
     return queue && !queue->IsOwnerAlive() && queue->GetOwner().keeper != 0 && !queue->IsEmpty();
 }
 
-std::unique_ptr<GMessageQueue> GPPIPCChannel::Register(uint32_t receiver, uint64_t keeper)
+std::unique_ptr<GMessageQueue> GPPIPCChannel::Register(uint32_t receiver, uint64_t keeper,
+                                                       const GPPIPCAddresses& addresses)
 {
     std::unique_ptr<GPPIPCDirectoryFile::Access> access = mDirectory.Enter();
     GPPIPCDirectory& directory = access->Get();
@@ -140,7 +148,7 @@ std::unique_ptr<GMessageQueue> GPPIPCChannel::Register(uint32_t receiver, uint64
                               mName);
     }
     try {
-        return GMessageQueue::Create(GetQueueName(pair), cQueueCapacity, keeper);
+        return GMessageQueue::Create(GetQueueName(pair), cQueueCapacity, keeper, addresses.Encode());
     } catch (...) {
         directory.Remove(pair);
         mDirectory.Leave(std::move(access));

@@ -2,6 +2,7 @@
 
 #include "foundation/core/GString.h"
 #include "foundation/ipc/GMessageQueue.h"
+#include "foundation/ipc/GPPIPCAddresses.h"
 #include "foundation/ipc/GPPIPCDirectoryFile.h"
 
 #include <cstdint>
@@ -38,23 +39,26 @@ public:
     // The receivers of a process; none when there is no channel of the name.
     std::vector<uint32_t> GetReceivers(uint32_t process);
 
-    // `reason` says why the process is not reachable, where it is not.
-    GPPIPCState GetReceiverState(uint32_t process, GString* reason);
+    // Receivers that take nothing for the address count as none. `reason` says why the process is not
+    // reachable, where it is not.
+    GPPIPCState GetReceiverState(uint32_t process, const GString& address, GString* reason);
 
-    // Posts the message, with the receiver's identifier filled in, to one receiver. Raises with
-    // GErrorCode::cPostMessage when it did not get it: a GQueueIsPast when it is worth a new look at the
-    // directory.
-    void Post(uint32_t process, uint32_t receiver, GPPIPCMessage message, const GPostPolicy& policy);
+    // Posts the message, with the receiver's identifier filled in, to one receiver; false when that takes
+    // nothing for the address. Raises with GErrorCode::cPostMessage when it did not get it: a GQueueIsPast
+    // when it is worth a new look at the directory.
+    bool Post(uint32_t process, uint32_t receiver, const GString& address, GPPIPCMessage message,
+              const GPostPolicy& policy);
 
     // Whether a dead process of this one's number left messages for its keeper under the receiver's name: it
     // can't be registered then.
     bool HoldsMessagesOf(uint32_t receiver) const;
 
-    // Enters a receiver of this process and makes its queue, with its keeper's number. Removes what dead
-    // processes left, but for queues that hold messages for a keeper. A missing or damaged directory is made
-    // anew, with the receivers whose queues are there. Raises with GErrorCode::cSegmentHeader, too, when the
-    // directory is full of receivers that live.
-    std::unique_ptr<GMessageQueue> Register(uint32_t receiver, uint64_t keeper);
+    // Enters a receiver of this process and makes its queue, with its keeper's number and addresses. Removes
+    // what dead processes left, but for queues that hold messages for a keeper. A missing or damaged
+    // directory is made anew, with the receivers whose queues are there. Raises with
+    // GErrorCode::cSegmentHeader, too, when the directory is full of receivers that live.
+    std::unique_ptr<GMessageQueue> Register(uint32_t receiver, uint64_t keeper,
+                                            const GPPIPCAddresses& addresses = {});
 
     // Enters a receiver of this process, whose queue is there, once more.
     void EnterAgain(uint32_t receiver);

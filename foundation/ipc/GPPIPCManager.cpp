@@ -38,8 +38,8 @@ struct Delivery
     bool isWorthAnother = false;  // a receiver may have moved
 };
 
-void PostToEach(GPPIPCChannel& channel, uint32_t process, const GPPIPCMessage& message,
-                const GPostPolicy& policy, Delivery* delivery)
+void PostToEach(GPPIPCChannel& channel, uint32_t process, const GString& address,
+                const GPPIPCMessage& message, const GPostPolicy& policy, Delivery* delivery)
 {
     std::vector<uint32_t> receivers;
     try {
@@ -53,8 +53,8 @@ void PostToEach(GPPIPCChannel& channel, uint32_t process, const GPPIPCMessage& m
         if (delivery->served.count(receiver) != 0)
             continue;
         try {
-            channel.Post(process, receiver, message, policy);
-            delivery->served.insert(receiver);
+            if (channel.Post(process, receiver, address, message, policy))
+                delivery->served.insert(receiver);
         } catch (const GQueueIsPast& error) {
             delivery->failure = error.GetDescription();
             delivery->isWorthAnother = true;
@@ -116,7 +116,7 @@ GPPIPCManager::Channels GPPIPCManager::GetChannels(uint32_t process, bool* isGlo
     return global ? Channels{global} : GetSessionChannels();
 }
 
-GPPIPCState GPPIPCManager::GetReceiverState(uint32_t process, GString* reason)
+GPPIPCState GPPIPCManager::GetReceiverState(uint32_t process, GString* reason, const GString& address)
 {
     bool isGlobal = false;
     GPPIPCState best = GPPIPCState::NoReceiver;
@@ -126,7 +126,7 @@ GPPIPCState GPPIPCManager::GetReceiverState(uint32_t process, GString* reason)
         GString text;
         GPPIPCState state = GPPIPCState::NoReceiver;
         try {
-            state = channel->GetReceiverState(process, &text);
+            state = channel->GetReceiverState(process, address, &text);
         } catch (const GException& error) {
             // A further place that can't be looked into, such as one that another user holds, blocks nobody.
             if (channel == channels.front())
@@ -142,7 +142,7 @@ GPPIPCState GPPIPCManager::GetReceiverState(uint32_t process, GString* reason)
     return best;
 }
 
-void GPPIPCManager::Post(uint32_t process, int32_t kind, const GBuffer& payload)
+void GPPIPCManager::Post(uint32_t process, int32_t kind, const GBuffer& payload, const GString& address)
 {
     constexpr int cLooks = 3;
     bool isGlobal = false;
@@ -158,7 +158,7 @@ void GPPIPCManager::Post(uint32_t process, int32_t kind, const GBuffer& payload)
         delivery.failure.clear();
         delivery.isWorthAnother = false;
         for (const std::shared_ptr<GPPIPCChannel>& channel : channels)
-            PostToEach(*channel, process, message, mPolicy, &delivery);
+            PostToEach(*channel, process, address, message, mPolicy, &delivery);
         if (!delivery.isWorthAnother)
             break;
     }

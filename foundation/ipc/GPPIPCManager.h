@@ -26,14 +26,14 @@ public:
     // The process's manager, made when nobody has it.
     static std::shared_ptr<GPPIPCManager> Get(GPPIPCChannelKind kind = GPPIPCChannelKind::PrinterProcessor);
 
-    // Whether the process can be sent messages; `reason` says why, where it can't. Raises as GPPIPCChannel
-    // does.
-    GPPIPCState GetReceiverState(uint32_t process, GString* reason = nullptr);
+    // Whether the process can be sent messages for an address, or for anybody where that is empty; `reason`
+    // says why, where it can't. Raises as GPPIPCChannel does.
+    GPPIPCState GetReceiverState(uint32_t process, GString* reason = nullptr, const GString& address = {});
 
-    // Posts a message to every receiver of a process. Raises with GErrorCode::cPostMessage and a text that
-    // names the process when one of them did not get it, or there is none. Takes up to 3 s for a receiver
-    // whose queue is full.
-    void Post(uint32_t process, int32_t kind, const GBuffer& payload);
+    // Posts a message to every receiver of a process that takes messages for the address. Raises with
+    // GErrorCode::cPostMessage and a text that names the process when one of them did not get it, or there is
+    // none. Takes up to 3 s for a receiver whose queue is full.
+    void Post(uint32_t process, int32_t kind, const GBuffer& payload, const GString& address = {});
 
     // For another patience than 3 s, before threads share the manager.
     void SetPostPolicy(const GPostPolicy& policy) { mPolicy = policy; }

@@ -19,6 +19,7 @@ struct GPPIPCMessage
     // Where it was taken out: the number of the queue, and the place in it. No part of the message's bytes.
     uint64_t queue = 0;
     uint64_t position = 0;
+    bool isLeft = false;  // in the queue of a dead process
 
     GBuffer Encode() const;
 

@@ -30,9 +30,11 @@ private:
 };
 }  // namespace
 
-GPPIPCReceiver::GPPIPCReceiver(Handler handler, GPPIPCChannelKind kind, GPPIPCKeeper keeper, size_t limit)
+GPPIPCReceiver::GPPIPCReceiver(Handler handler, GPPIPCChannelKind kind, GPPIPCKeeper keeper, size_t limit,
+                               GPPIPCAddresses addresses)
     : mHandler(std::move(handler)),
       mKeeper(std::move(keeper)),
+      mAddresses(std::move(addresses)),
       mRest(limit),
       mManager(GPPIPCManager::Get(kind)),
       mNextLook(Clock::now() + cLookInterval)
@@ -62,7 +64,7 @@ void GPPIPCReceiver::ChooseReceiverID()
 
 void GPPIPCReceiver::Register(Place* place, const std::shared_ptr<GPPIPCChannel>& channel)
 {
-    auto fresh = std::make_unique<GPPIPCRegistration>(channel, mReceiverID, mKeeper.number);
+    auto fresh = std::make_unique<GPPIPCRegistration>(channel, mReceiverID, mKeeper.number, mAddresses);
     if (*place) {
         (*place)->Close();
         mPast.push_back(std::move(*place));
@@ -215,6 +217,7 @@ std::vector<GPPIPCMessage> GPPIPCReceiver::Decode(const std::vector<GMessageQueu
         }
         message.queue = queue;
         message.position = entry.position;
+        message.isLeft = receiver == 0;
         messages.push_back(message);
     }
     return messages;

@@ -41,9 +41,12 @@ public:
     static constexpr size_t cNoLimit = std::numeric_limits<size_t>::max();
 
     // Hands what dead processes of the keeper left to it (not to the handler), then registers the receiver.
-    // It takes at most `limit` messages. Raises as GPPIPCChannel::Register does, and what the keeper raises.
+    // It takes at most `limit` messages. Senders are told to post what is for one of the addresses only;
+    // whoever does not keep to that is taken up all the same. Raises as GPPIPCChannel::Register does, and
+    // what the keeper raises.
     explicit GPPIPCReceiver(Handler handler, GPPIPCChannelKind kind = GPPIPCChannelKind::PrinterProcessor,
-                            GPPIPCKeeper keeper = {}, size_t limit = cNoLimit);
+                            GPPIPCKeeper keeper = {}, size_t limit = cNoLimit,
+                            GPPIPCAddresses addresses = {});
 
     // Takes no more messages, hands over those that are there, whose senders count on it, and deregisters.
     // What it may not take, for its limit or its keeper, stays for the keeper's next process.
@@ -75,6 +78,7 @@ private:
 
     Handler mHandler;
     const GPPIPCKeeper mKeeper;
+    const GPPIPCAddresses mAddresses;
     size_t mRest;  // of the limit
     std::shared_ptr<GPPIPCManager> mManager;
     uint32_t mReceiverID = 0;

@@ -8,10 +8,10 @@
 static constexpr std::chrono::milliseconds cWait(1000);
 
 GPPIPCRegistration::GPPIPCRegistration(const std::shared_ptr<GPPIPCChannel>& channel, uint32_t receiver,
-                                       uint64_t keeper)
+                                       uint64_t keeper, const GPPIPCAddresses& addresses)
     : mChannel(channel),
       mReceiver(receiver),
-      mQueue(channel->Register(receiver, keeper)),
+      mQueue(channel->Register(receiver, keeper, addresses)),
       mWaiter([this] { WaitForMessages(); })
 {
 }

@@ -12,7 +12,8 @@ class GPPIPCRegistration
 {
 public:
     // Enters the receiver. Raises as GPPIPCChannel::Register does.
-    GPPIPCRegistration(const std::shared_ptr<GPPIPCChannel>& channel, uint32_t receiver, uint64_t keeper);
+    GPPIPCRegistration(const std::shared_ptr<GPPIPCChannel>& channel, uint32_t receiver, uint64_t keeper,
+                       const GPPIPCAddresses& addresses);
 
     // Only stops the thread.
     ~GPPIPCRegistration();

@@ -80,8 +80,10 @@ CHILD_ROLE(CopyAcceptedJobs)
     try {
         const std::atomic<bool> isStopped{false};
         JobInbox inbox(GetInbox(arguments.at(0)));
-        for (InboxJob& job : inbox.GetJournal().GetJobs())
-            inbox.Take(&job, arguments.at(0) + "/job"_q, isStopped);
+        for (InboxJob& job : inbox.GetJournal().GetJobs()) {
+            inbox.Deliver(&job, arguments.at(0) + "/job"_q, isStopped);
+            inbox.GetJournal().NoteDone(job.number);
+        }
         return 0;
     } catch (const std::exception& error) {
         return Fail(error.what());

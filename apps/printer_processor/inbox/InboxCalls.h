@@ -4,6 +4,8 @@
 
 #include <QStringList>
 
+#include <optional>
+
 class QFile;
 
 // The calls of the operating system that the inbox needs besides Qt's. Where one fails, GetLastSystemError
@@ -36,6 +38,19 @@ Look LookAt(const GPathName& path);
 
 // The names in a folder, hidden ones included. False when they can't all be read.
 bool ListNames(const GPathName& folder, QStringList* names);
+
+// Whether files have a mode that can be set.
+bool HasModes();
+
+// Gives a copy that has no name in the inbox yet, with all that is in it, the rights that it is to have
+// there: the group of the inbox, where the user is in it, and the mode; a folder may be entered by whoever
+// may read it. Without a mode that of the copy stays, which is the user's umask. Nothing on Windows. False
+// when the mode can't be set.
+bool PrepareRights(const GPathName& copy, const GPathName& inbox, std::optional<unsigned> mode);
+
+// Gives what has come to its name the rights that its folder hands down. Nothing on POSIX, where they are
+// prepared. False when that fails.
+bool InheritRights(const GPathName& path);
 
 // Keeps a folder out of the sight of people who did not ask for hidden ones, where its name does not do that.
 void Hide(const GPathName& folder);

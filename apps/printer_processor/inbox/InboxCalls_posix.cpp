@@ -2,6 +2,7 @@
 
 #include "foundation/system/PFileHandle.h"
 
+#include <QDirIterator>
 #include <QFile>
 
 #include <dirent.h>
@@ -77,6 +78,45 @@ bool InboxCalls::ListNames(const GPathName& folder, QStringList* names)
         errno = 0;
     }
     return errno == 0;
+}
+
+bool InboxCalls::HasModes()
+{
+    return true;
+}
+
+static bool SetRights(const QString& path, gid_t group, std::optional<unsigned> mode)
+{
+    const QByteArray name = QFile::encodeName(path);
+    struct stat status = {};
+    if (lstat(name.constData(), &status) != 0)
+        return false;
+    // Who is not in the group can't give it; the file is his own then.
+    if (status.st_gid != group && lchown(name.constData(), static_cast<uid_t>(-1), group) != 0)
+        errno = 0;
+    if (!mode)
+        return true;
+    const unsigned enter = S_ISDIR(status.st_mode) ? (*mode & 0444U) >> 2 : 0;
+    return chmod(name.constData(), *mode | enter) == 0;
+}
+
+bool InboxCalls::PrepareRights(const GPathName& copy, const GPathName& inbox, std::optional<unsigned> mode)
+{
+    struct stat folder = {};
+    if (stat(GetSystemName(inbox).constData(), &folder) != 0)
+        return false;
+    QDirIterator items(copy.GetNativePath(), QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                       QDirIterator::Subdirectories);
+    while (items.hasNext()) {
+        if (!SetRights(items.next(), folder.st_gid, mode))
+            return false;
+    }
+    return SetRights(copy.GetNativePath(), folder.st_gid, mode);
+}
+
+bool InboxCalls::InheritRights(const GPathName&)
+{
+    return true;
 }
 
 void InboxCalls::Hide(const GPathName&) {}

@@ -2,6 +2,7 @@
 
 #include <QDir>
 
+#include <aclapi.h>
 #include <windows.h>
 
 #include <string>
@@ -57,6 +58,27 @@ bool InboxCalls::ListNames(const GPathName& folder, QStringList* names)
     const QDir listed(folder.GetNativePath());
     *names = listed.entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     return listed.isReadable();
+}
+
+bool InboxCalls::HasModes()
+{
+    return false;
+}
+
+bool InboxCalls::PrepareRights(const GPathName&, const GPathName&, std::optional<unsigned>)
+{
+    return true;
+}
+
+// A list of its own that is empty leaves what is handed down.
+bool InboxCalls::InheritRights(const GPathName& path)
+{
+    ACL empty;
+    std::wstring text = GetText(path);
+    return InitializeAcl(&empty, sizeof empty, ACL_REVISION) != 0 &&
+           SetNamedSecurityInfoW(text.data(), SE_FILE_OBJECT,
+                                 DACL_SECURITY_INFORMATION | UNPROTECTED_DACL_SECURITY_INFORMATION, nullptr,
+                                 nullptr, &empty, nullptr) == ERROR_SUCCESS;
 }
 
 void InboxCalls::Hide(const GPathName& folder)

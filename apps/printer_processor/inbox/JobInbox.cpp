@@ -4,8 +4,9 @@
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/system/GFileSystemBase.h"
 #include "foundation/system/GSystemError.h"
-#include "foundation/system/GUniqueName.h"
 #include "foundation/trace/GTrace.h"
+
+#include <QDir>
 
 #include <chrono>
 #include <set>
@@ -15,7 +16,7 @@ namespace
 {
 constexpr std::chrono::milliseconds cLockPause(50);
 constexpr int cLockAttempts = 60;
-constexpr int cNameAttempts = 100;
+constexpr int cMostNumber = 1000000;
 constexpr int cLongestName = 240;  // bytes of UTF-8, so that a few characters can be added
 
 void Log(const GString& text)
@@ -23,15 +24,15 @@ void Log(const GString& text)
     GTrace::Error(QStringLiteral("JobInbox"), text);
 }
 
-// Another name of the kind: with characters of its own before the extension.
-GString MakeOtherName(const GString& name)
+// Another name of the kind: with a number before the extension.
+GString MakeOtherName(const GString& name, int number)
 {
     const int dot = name.lastIndexOf(QLatin1Char('.'));
     GString stem = dot > 0 ? name.left(dot) : name;
     const GString extension = dot > 0 ? name.mid(dot) : GString();
     while (stem.size() > 1 && (stem + extension).toUtf8().size() > cLongestName)
         stem.chop(stem.at(stem.size() - 1).isLowSurrogate() ? 2 : 1);
-    return stem + QLatin1Char('_') + MakeRandomName(5) + extension;
+    return stem + QLatin1Char('-') + QString::number(number) + extension;
 }
 
 void Remove(const GPathName& path)
@@ -49,11 +50,12 @@ void Flush(const GPathName& folder)
 }
 }  // namespace
 
-JobInbox::JobInbox(const GPathName& folder, const std::function<bool()>& isStopped)
+JobInbox::JobInbox(const GPathName& folder, std::optional<unsigned> mode,
+                   const std::function<bool()>& isStopped)
+    : mMode(mode)
 {
-    GFileSystemBase::CreateFolder(folder);
     QStringList names;
-    if (!InboxCalls::ListNames(folder, &names))
+    if (!QDir().mkpath(folder.GetNativePath()) || !InboxCalls::ListNames(folder, &names))
         RaiseFileError(QStringLiteral("The inbox \"%1\" can't be used"), folder, GetLastSystemError());
     mFolder = GPathName(QFileInfo(folder.GetNativePath()).canonicalFilePath());
     const GPathName own = mFolder.GetChild(QStringLiteral(".printer-processor"));
@@ -103,16 +105,17 @@ void JobInbox::RemoveLeftovers() const
     }
 }
 
-GPathName JobInbox::Take(InboxJob* job, const GString& location, const std::atomic<bool>& isStopped)
+GPathName JobInbox::Deliver(InboxJob* job, const GString& location, const std::atomic<bool>& isStopped)
 {
     // A copy that was whole, and is gone from its place, has got its name before the process was killed.
     const bool isNamed =
         !job->name.isEmpty() && InboxCalls::LookAt(GetUnfinished(job->number)) == InboxCalls::Look::Nothing;
     if (job->name.isEmpty())
         MakeCopy(job, location, isStopped);
-    const GPathName copy = isNamed ? mFolder.GetChild(job->name) : GiveName(job);
-    mJournal->NoteDone(job->number);
-    return copy;
+    const GPathName path = isNamed ? mFolder.GetChild(job->name) : GiveName(job);
+    if (!InboxCalls::InheritRights(path))
+        Log(QStringLiteral("The rights of \"%1\" can't be set.").arg(path.GetNativePath()));
+    return path;
 }
 
 void JobInbox::MakeCopy(InboxJob* job, const GString& location, const std::atomic<bool>& isStopped) const
@@ -122,6 +125,8 @@ void JobInbox::MakeCopy(InboxJob* job, const GString& location, const std::atomi
     const JobCopy::Source source = JobCopy::Find(location, mFolder);
     try {
         JobCopy::Copy(source, copy, isStopped);
+        if (!InboxCalls::PrepareRights(copy, mFolder, mMode))
+            RaiseFileError(QStringLiteral("The rights of \"%1\" can't be set"), copy, GetLastSystemError());
         Flush(mCopies);
     } catch (const GException&) {
         // Room for the others, while this one waits.
@@ -132,14 +137,25 @@ void JobInbox::MakeCopy(InboxJob* job, const GString& location, const std::atomi
     job->name = source.name;
 }
 
+// From a number on, the first name that nothing bears.
+GPathName JobInbox::FindFreeName(const GString& wanted, int* number) const
+{
+    for (; *number < cMostNumber; ++*number) {
+        const GPathName path = mFolder.GetChild(*number == 1 ? wanted : MakeOtherName(wanted, *number));
+        if (InboxCalls::LookAt(path) != InboxCalls::Look::Found)
+            return path;
+    }
+    throw GCustomException(GErrorCode::cFile, QStringLiteral("No name is free for \"%1\".").arg(wanted));
+}
+
 // The name is in the journal before the copy has it: whoever reads the journal can tell whether it got it.
 GPathName JobInbox::GiveName(InboxJob* job)
 {
-    GString name = job->name;
-    for (int attempt = 0; attempt < cNameAttempts; ++attempt) {
-        const GPathName path = mFolder.GetChild(name);
-        mJournal->NoteReady(job->number, name);
-        job->name = name;
+    const GString wanted = job->name;
+    for (int number = 1;; ++number) {
+        const GPathName path = FindFreeName(wanted, &number);
+        mJournal->NoteReady(job->number, path.GetLeaf());
+        job->name = path.GetLeaf();
         if (InboxCalls::MoveToFreeName(GetUnfinished(job->number), path)) {
             if (!InboxCalls::FlushFolder(mFolder))
                 Log(QStringLiteral("The inbox can't be flushed to disk."));
@@ -148,7 +164,5 @@ GPathName JobInbox::GiveName(InboxJob* job)
         const boost::system::error_code reason = GetLastSystemError();
         if (!InboxCalls::IsNameTaken(reason.value()))
             RaiseFileError(QStringLiteral("The copy \"%1\" can't get its name"), path, reason);
-        name = MakeOtherName(name);
     }
-    throw GCustomException(GErrorCode::cFile, QStringLiteral("No name is free for \"%1\".").arg(job->name));
 }

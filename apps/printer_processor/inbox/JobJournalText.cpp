@@ -115,6 +115,11 @@ bool TakeLine(const GBuffer& line, JobJournalContent* content)
 }
 }  // namespace
 
+QString InboxJob::GetID() const
+{
+    return QStringLiteral("%1-%2").arg(queue, 16, 16, QLatin1Char('0')).arg(position, 0, 16);
+}
+
 JobJournalContent JobJournalContent::Read(const GBuffer& text)
 {
     JobJournalContent content;

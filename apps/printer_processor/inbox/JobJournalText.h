@@ -16,6 +16,9 @@ struct InboxJob
     uint32_t sender = 0;    // process identifier
     GBuffer payload;        // the bytes of the message: a ticket, as far as one knows
     GString name;           // under which its whole copy is put into the inbox; empty until it is whole
+
+    // A text that no other job has, of this or another inbox, and that stays the same.
+    QString GetID() const;
 };
 
 // What an inbox's journal says. Its form is in docs/formats/inbox-journal.md; this reads and writes it. What

@@ -5,6 +5,9 @@
 TEST(ReceiverCallTest, AWrongCallIsNamedAndHelpIsGiven)
 {
     const Sandbox sandbox;
+    const QString program = GetProgramPath("PrinterProcessorWin.exe");
+    const QString batchFile = sandbox.GetPath("a.BAT"_q);
+    ASSERT_TRUE(QFile::copy(program, batchFile));  // a program but for its name
     const struct
     {
         QStringList call;
@@ -21,6 +24,20 @@ TEST(ReceiverCallTest, AWrongCallIsNamedAndHelpIsGiven)
         {"--count|0"_list, 2, "", "\"--count\" takes a number from 1 on, not \"0\"."},
         {"--timeout|soon"_list, 2, "", "\"--timeout\" takes a number of seconds above 0, not \"soon\"."},
         {"--timeout|1e300"_list, 2, "", "not \"1e300\"."},
+        {"--inbox=in|--mode=banana"_list, 2, "", "\"--mode\" takes rights such as 0640, not \"banana\"."},
+        {"--inbox=in|--mode=0440"_list, 2, "", "not \"0440\"."},
+        {"--inbox=in|--mode=1777"_list, 2, "", "not \"1777\"."},
+        {"--mode=0640"_list, 2, "", "\"--mode\" is for \"--inbox\"."},
+        {"--run=x"_list, 2, "", "\"--run\" is for \"--inbox\"."},
+        {"--inbox=in|--run=no-such-program"_list, 2, "",
+         "\"--run\" takes a program, not \"no-such-program\"."},
+        {{"--inbox=in"_q, "--run="_q + batchFile}, 2, "", "\"--run\" takes a program"},
+        {"--inbox=in|--retry=1"_list, 2, "", "\"--retry\" is for \"--run\"."},
+        {"--inbox=in|--attempts=1"_list, 2, "", "\"--attempts\" is for \"--run\"."},
+        {"--inbox=in|--run-argument=1"_list, 2, "", "\"--run-argument\" is for \"--run\"."},
+        {{"--inbox=in"_q, "--run="_q + program, "--retry=soon"_q}, 2, "", "not \"soon\"."},
+        {{"--inbox=in"_q, "--run="_q + program, "--attempts=0"_q}, 2, "", "not \"0\"."},
+        {"--hopbox="_list, 2, "", "\"--hopbox\" takes a name, not \"\"."},
         {"inbox"_list, 2, "", "Unexpected \"inbox\"."},
         {"--inbox=in|--timeout=0.01"_list, 0, "", "ready as process"},
         {"--count=1|--timeout=0.01"_list, 1, "", "ready as process"},

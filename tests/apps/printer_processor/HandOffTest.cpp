@@ -6,6 +6,8 @@
 #include "foundation/system/GSessionInfo.h"
 #include "foundation/system/PSystem.h"
 #include "hopbox/HopboxHandOff.h"
+#include "hopbox/HopboxJobTicket.h"
+#include "hopbox/HopboxRegistry.h"
 #include "tests/support/PrinterProcessor.h"
 #include "tests/support/Test.h"
 
@@ -62,6 +64,36 @@ TEST(HandOff, WhoCanNotBeReachedIsPassedOver)
     alive.Kill();
     EXPECT_FALSE(Submit());
     EXPECT_FALSE(HopboxHandOff::NotifyHopboxProcesses(OwnProcess::cInclude));
+}
+
+TEST(HandOff, ReceiversOfOtherHopboxesCountAsNotRunning)
+{
+    const Sandbox sandbox;
+    HopboxRegistry registry;
+    GString key;
+    ASSERT_TRUE(registry.AddEntry("Shop"_q, {}, &key));
+    const QString inbox = sandbox.GetPath("in"_q);
+    WriteFile(sandbox.GetPath("a.pdf"_q), "1");
+    const QString job = QDir::toNativeSeparators(sandbox.GetPath("a.pdf"_q));
+    PrinterProcessor some(sandbox, {"--inbox"_q, inbox, "--hopbox"_q, "Press"_q, "--hopbox"_q, key});
+    HopboxHandOff::Report report;
+    EXPECT_FALSE(HopboxHandOff::SubmitJob("Proof"_q, job, &report));
+    EXPECT_EQ(report.deliveries.front().reason, "The process takes messages for \"Press\", \"Shop\" only."_q);
+    for (const char* name : {"Press", "Shop"}) {
+        EXPECT_TRUE(HopboxHandOff::SubmitJob(QLatin1String(name), job));
+        EXPECT_EQ(some.ReadLine().value("PrinterName"_q).toString(), QLatin1String(name));
+    }
+    PrinterProcessor all(sandbox, {});
+    EXPECT_TRUE(HopboxHandOff::SubmitJob("Proof"_q, job));
+    EXPECT_EQ(all.ReadLine().value("PrinterName"_q).toString(), "Proof"_q);
+    EXPECT_TRUE(HopboxHandOff::NotifyHopboxProcesses(OwnProcess::cLeaveOut));
+    EXPECT_EQ(some.ReadLine().value("kind"_q).toInt(), 146);
+    // Whoever does not ask gets nothing into the inbox all the same.
+    HopboxJobTicket ticket{"anna"_q, job, "Proof"_q, "10987"_q, 1, {}};
+    GPPIPCManager::Get()->Post(some.GetProcessID(), 145, ticket.ToText().toUtf8());
+    EXPECT_EQ(some.ReadLine().value("error"_q).toString(),
+              "The receiver takes jobs of \"Press\", \"Shop\" only."_q);
+    EXPECT_EQ(QDir(inbox).entryList(QDir::Files), "a-2.pdf|a.pdf"_list);
 }
 
 TEST(HandOff, DamageHasItsReasonAndCodeAndEndsTheWalk)

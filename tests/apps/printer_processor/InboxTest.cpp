@@ -153,12 +153,16 @@ TEST_F(InboxTest, StartGoesOnWhereTheProcessWasKilled)
         EXPECT_FALSE(ListCopies().contains("9"_q));
         std::vector<InboxJob> jobs = inbox.GetJournal().GetJobs();
         ASSERT_EQ(jobs.size(), 1U);
-        const GPathName copy = inbox.Take(&jobs.front(), QDir::toNativeSeparators(source), cGoOn);
+        const GPathName copy = inbox.Deliver(&jobs.front(), QDir::toNativeSeparators(source), cGoOn);
         EXPECT_EQ(copy.GetLeaf() == "a.pdf"_q, !test.isTaken);
         EXPECT_EQ(ReadFile(copy.GetNativePath()), test.saved != nullptr ? test.saved : "none");
         EXPECT_EQ(ListInbox().size(), (test.saved == nullptr ? 0 : 1) + (test.isTaken ? 1 : 0));
         EXPECT_EQ(ListCopies(), QStringList());
-        EXPECT_TRUE(inbox.GetJournal().GetJobs().empty());
+        // Until it is over it comes again, and nothing is copied again.
+        std::vector<InboxJob> again = inbox.GetJournal().GetJobs();
+        ASSERT_EQ(again.size(), 1U);
+        EXPECT_EQ(inbox.Deliver(&again.front(), QDir::toNativeSeparators(source), cGoOn), copy);
+        EXPECT_EQ(again.front().GetID(), jobs.front().GetID());
     }
 }
 
@@ -168,15 +172,16 @@ TEST_F(InboxTest, StoppedJobLeavesNothingAndComesAgain)
     JobInbox inbox(GetInbox());
     std::vector<InboxJob> jobs = inbox.GetJournal().Add({MakeJob(0)});
     for (const char* name : {"job", "job/a.pdf"}) {
-        EXPECT_EQ(
-            GetErrorCode([&] { inbox.Take(&jobs.front(), QDir::toNativeSeparators(GetPath(name)), cStop); }),
-            GErrorCode::cFile);
+        EXPECT_EQ(GetErrorCode(
+                      [&] { inbox.Deliver(&jobs.front(), QDir::toNativeSeparators(GetPath(name)), cStop); }),
+                  GErrorCode::cFile);
         EXPECT_EQ(ListInbox() + ListCopies(), QStringList());
         EXPECT_EQ(inbox.GetJournal().GetJobs().size(), 1U);
     }
     // What an attempt could not take away does not hold up the next one.
     WriteFile(GetPath("in/.printer-processor/copies/1"), "a part");
-    const GPathName copy = inbox.Take(&jobs.front(), QDir::toNativeSeparators(GetPath("job/a.pdf")), cGoOn);
+    const GPathName copy =
+        inbox.Deliver(&jobs.front(), QDir::toNativeSeparators(GetPath("job/a.pdf")), cGoOn);
     EXPECT_EQ(ReadFile(copy.GetNativePath()), "1");
 }
 

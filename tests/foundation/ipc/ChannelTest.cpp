@@ -66,6 +66,44 @@ TEST_F(ChannelTest, EveryRunningReceiverGetsTheMessageAndADeadOneStopsNothing)
     EXPECT_EQ(ListObjects(), QStringList());
 }
 
+TEST_F(ChannelTest, WhoTakesOtherAddressesOnlyCountsAsNoReceiver)
+{
+    const auto manager = GPPIPCManager::Get();
+    GPPIPCReceiver some(mKeep, GPPIPCChannelKind::PrinterProcessor, {}, GPPIPCReceiver::cNoLimit,
+                        GPPIPCAddresses({"Press"_q, "Gr\u00F6\u00DFe"_q}));
+    const struct
+    {
+        const char* address;
+        bool isTaken;
+    } cases[] = {{"Press", true}, {"Gr\u00F6\u00DFe", true}, {"", true}, {"press", false}, {"Pres", false}};
+    for (const auto& test : cases) {
+        const GString address = GString::fromUtf8(test.address);
+        GString reason;
+        EXPECT_EQ(manager->GetReceiverState(mOwnID, &reason, address),
+                  test.isTaken ? GPPIPCState::Reachable : GPPIPCState::NoReceiver);
+        EXPECT_EQ(reason, test.isTaken
+                              ? GString()
+                              : "The process takes messages for \"Press\", \"Gr\u00F6\u00DFe\" only."_q);
+        EXPECT_EQ(GetErrorCode([&] { manager->Post(mOwnID, 145, test.address, address); }),
+                  test.isTaken ? 0 : GErrorCode::cPostMessage);
+    }
+    some.TakeUp();
+    EXPECT_EQ(mPayloads, std::vector<GBuffer>({"Press", "Gr\u00F6\u00DFe", ""}));
+    // Of two receivers of a process the one gets it that takes it.
+    GPPIPCReceiver all(mKeep);
+    manager->Post(mOwnID, 145, "for all", "press"_q);
+    some.TakeUp();
+    EXPECT_EQ(mPayloads.size(), 3U);
+    all.TakeUp();
+    EXPECT_EQ(mPayloads.back(), "for all");
+    EXPECT_EQ(GetErrorCode([this] {
+                  const GPPIPCReceiver endless(mKeep, GPPIPCChannelKind::PrinterProcessor, {},
+                                               GPPIPCReceiver::cNoLimit,
+                                               GPPIPCAddresses({GString(70000, QLatin1Char('x'))}));
+              }),
+              GErrorCode::cSegmentHeader);
+}
+
 TEST_F(ChannelTest, ReusedProcessNumberIsNotTakenForTheDeadOne)
 {
     const auto manager = GPPIPCManager::Get();

@@ -67,13 +67,14 @@ TEST(GMessageRing, MessagesComeOutWholeAndInOrderAcrossTheEnd)
 TEST(GMessageRing, LayoutIsAsDocumented)
 {
     RingMemory memory;
-    GMessageRing ring =
-        GMessageRing::Make(memory.Get(), RingMemory::cSize,
-                           {0x01020304, 0x1122334455667788, 0x0102030405060708, 0x1112131415161718});
+    GMessageRing ring = GMessageRing::Make(
+        memory.Get(), RingMemory::cSize,
+        {0x01020304, 0x1122334455667788, 0x0102030405060708, 0x1112131415161718, GBuffer("A\0B\0", 4)});
     ring.Put("abc");
     const QByteArray bytes(reinterpret_cast<const char*>(memory.Get()), 72);
+    EXPECT_EQ(QByteArray(reinterpret_cast<const char*>(memory.Get()) + 160, 4), QByteArray("A\0B\0", 4));
     EXPECT_EQ(bytes.toHex(),
-              "4d56505102000000040302010000000088776655443322116400000000000000000000000000000007000000000000"
+              "4d56505102000000040302010000000088776655443322116000000004000000000000000000000007000000000000"
               "00080706050403020118171615141312110300000061626300");
 }
 
@@ -103,7 +104,8 @@ TEST(GMessageRing, QueueThatIsClosedInTheMiddleOfAPostIsNoSuccess)
 
 TEST(GMessageRing, DamagedHeaderIsRefused)
 {
-    const std::pair<size_t, uint32_t> cases[] = {{0, 0}, {4, 1}, {24, 101}, {24, 63}, {24, 0xFFFFFFFF}};
+    const std::pair<size_t, uint32_t> cases[] = {{0, 0},  {4, 1},    {24, 101},       {24, 63},
+                                                 {28, 1}, {28, ~0U}, {24, 0xFFFFFFFF}};
     for (const auto& [offset, number] : cases) {
         RingMemory memory;
         GMessageRing::Make(memory.Get(), RingMemory::cSize, {7, 8});
