@@ -4,6 +4,8 @@
 #include "export/SmartFileList.h"
 #include "foundation/system/GFileSystemBase.h"
 
+#include <QFileInfo>
+
 #include <utility>
 
 GCPTSmartPathName::GCPTSmartPathName(const GPathName& path)
@@ -59,7 +61,7 @@ GCPTSmartPathName GCPTSmartPathName::MakeFolder(const GPathName& parent, const G
 
 void GCPTSmartPathName::Reassign(const GPathName& path)
 {
-    RemoveItem();
+    LeaveToSweep(!RemoveItem());
     if (path.IsEmpty())
         Unlist();
     else
@@ -68,7 +70,7 @@ void GCPTSmartPathName::Reassign(const GPathName& path)
 
 void GCPTSmartPathName::Dispose()
 {
-    RemoveItem();
+    LeaveToSweep(!RemoveItem());
     Unlist();
 }
 
@@ -87,14 +89,23 @@ void GCPTSmartPathName::TakeOver(const GPathName& path)
         mNumber = SmartFileList::Add(mPath);
 }
 
-void GCPTSmartPathName::RemoveItem() const
+// Gives whether it is gone.
+bool GCPTSmartPathName::RemoveItem() const
 {
     if (mPath.IsEmpty())
-        return;
+        return true;
     if (JobOptionsFolder::IsPlacedFile(mPath))
         JobOptionsFolder::RemovePlacedFile(mPath);
     else
         SmartFileList::RemoveItem(mPath);
+    return !QFileInfo::exists(mPath.GetNativePath());
+}
+
+// What could not be removed stays in the list: the next sweep tries it again.
+void GCPTSmartPathName::LeaveToSweep(bool isLeft)
+{
+    if (isLeft)
+        mNumber = 0;
 }
 
 void GCPTSmartPathName::Unlist()

@@ -40,7 +40,8 @@ public:
 
 private:
     void TakeOver(const GPathName& path);
-    void RemoveItem() const;
+    bool RemoveItem() const;
+    void LeaveToSweep(bool isLeft);
     void Unlist();
 
     GPathName mPath;

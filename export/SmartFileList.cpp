@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <set>
 
 namespace
 {
@@ -104,6 +105,32 @@ std::vector<ListedPath> GetListedPaths(const GPrefModule& module)
     return listed;
 }
 
+// Numbers that could not be taken out of the list when that was asked for. What they name is no temporary
+// file any more, and must not be swept.
+std::set<int32_t>& GetPassed()
+{
+    static std::set<int32_t> numbers;
+    return numbers;
+}
+
+void RemoveNumber(GPrefModule& module, int32_t number)
+{
+    module.Remove(cGroup, GetPathKey(number));
+    module.Remove(cGroup, GetOwnerKey(number));
+}
+
+bool Change(const char* operation, const std::function<void(GPrefModule&)>& change)
+{
+    const bool isDone = PlugInItems::ChangeSettings(operation, [&](GPrefModule& module) {
+        for (const int32_t number : GetPassed())
+            RemoveNumber(module, number);
+        change(module);
+    });
+    if (isDone)
+        GetPassed().clear();
+    return isDone;
+}
+
 void SweepItem(const GString& text)
 {
     const GString source = QStringLiteral("SmartFileList::Sweep");
@@ -155,7 +182,7 @@ void SweepList(GPrefModule& module)
 int32_t SmartFileList::Add(const GPathName& path)
 {
     int32_t number = 0;
-    const bool isListed = PlugInItems::ChangeSettings("SmartFileList::Add", [&](GPrefModule& module) {
+    const bool isListed = Change("SmartFileList::Add", [&](GPrefModule& module) {
         number = GetNextNumber(module);
         module.Set(cGroup, GetPathKey(number), path.GetNativePath());
         module.Set(cGroup, GetOwnerKey(number), GetOwnOwnerText(module));
@@ -167,7 +194,7 @@ int32_t SmartFileList::Add(const GPathName& path)
 bool SmartFileList::Replace(int32_t number, const GPathName& path)
 {
     bool isListed = false;
-    PlugInItems::ChangeSettings("SmartFileList::Replace", [&](GPrefModule& module) {
+    Change("SmartFileList::Replace", [&](GPrefModule& module) {
         isListed = module.Has(cGroup, GetPathKey(number));
         if (isListed)
             module.Set(cGroup, GetPathKey(number), path.GetNativePath());
@@ -177,10 +204,8 @@ bool SmartFileList::Replace(int32_t number, const GPathName& path)
 
 void SmartFileList::Remove(int32_t number)
 {
-    PlugInItems::ChangeSettings("SmartFileList::Remove", [&](GPrefModule& module) {
-        module.Remove(cGroup, GetPathKey(number));
-        module.Remove(cGroup, GetOwnerKey(number));
-    });
+    GetPassed().insert(number);
+    Change("SmartFileList::Remove", [](GPrefModule&) {});
 }
 
 void SmartFileList::RemoveItem(const GPathName& path)
@@ -195,5 +220,5 @@ void SmartFileList::RemoveItem(const GPathName& path)
 
 void SmartFileList::Sweep()
 {
-    PlugInItems::ChangeSettings("SmartFileList::Sweep", SweepList);
+    Change("SmartFileList::Sweep", SweepList);
 }

@@ -17,7 +17,8 @@ int32_t Add(const GPathName& path);
 // Puts another path under a number. False, with nothing changed, when the list has no such number any more.
 bool Replace(int32_t number, const GPathName& path);
 
-// Takes a number out of the list, if it is there.
+// Takes a number out of the list, if it is there. Where the settings can't be written now, that comes with
+// the next change of the list, and before a sweep.
 void Remove(int32_t number);
 
 // Removes a listed file, or folder with all that it holds, whatever it is. Failures are ignored.

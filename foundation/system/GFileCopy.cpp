@@ -71,7 +71,8 @@ public:
         if (!GFileCalls::FlushFile(to))
             RaiseCopyError(source, GetReasonText(GetLastSystemError()));
         if (keepsTime)
-            to.setFileTime(QFileInfo(from).lastModified(), QFileDevice::FileModificationTime);
+            to.setFileTime(QFileInfo(source.GetNativePath()).lastModified(),
+                           QFileDevice::FileModificationTime);
     }
 
     void MoveTo(const GPathName& destination, bool isReplacing)

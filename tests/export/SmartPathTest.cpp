@@ -125,7 +125,7 @@ TEST_F(SmartPathTest, SweepOfAHostileListRemovesNothingButThePlugInsOwn)
                                {"%MorvaneUserPreferences%"_q, PlugInStore::GetFile().GetParent(), false},
                                {QString(QChar(0)) + victim.GetNativePath(), victim, false},
                                itself(placed("Morvane_Hopbox_PDF.joboptions"), true),
-                               {QString(), placed("Morvane_Hopbox_PDF.joboptions_abcde.new"), true},
+                               {QString(), placed("Morvane_Hopbox_PDF.joboptions.abcd1234.new"), true},
                                itself(placed("Morvane_Hopbox_PDF_0a1b2.joboptions"), true),
                                {QString(), placed("Morvane_Hopbox_PDF_mine1.joboptions"), false},
                                itself(placed("Press.joboptions"), false),

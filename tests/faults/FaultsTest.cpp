@@ -24,6 +24,7 @@ FaultScenario (*const cScenarios[])() = {
     GetPostAndAccept,              //
     GetCopyOfAcceptedJob,          //
     GetDocumentChange,             //
+    GetExport,                     //
 };
 }  // namespace
 

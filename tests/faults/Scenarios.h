@@ -24,5 +24,8 @@ FaultScenario GetExtraction();
 FaultScenario GetPostAndAccept();
 FaultScenario GetCopyOfAcceptedJob();
 
+// ExportScenarios.cpp
+FaultScenario GetExport();
+
 // DocumentScenarios.cpp
 FaultScenario GetDocumentChange();

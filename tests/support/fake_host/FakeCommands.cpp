@@ -19,7 +19,7 @@ QString GetPath(const IDFile& file)
 bool Write(const QString& path, const QByteArray& content)
 {
     QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
 }
 
 // A part of a command, over the command's record.

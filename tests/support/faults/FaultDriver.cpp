@@ -212,7 +212,7 @@ void RunFaultScenario(const FaultScenario& scenario)
     const QStringList calls = run.RunWhole();
     ASSERT_FALSE(calls.isEmpty()) << "No call was seen: is the library preloaded?";
     int runs = 0;
-    for (int number = 1; number <= calls.size(); ++number) {
+    for (int number = 1; number <= calls.size(); number += isWhole ? 1 : scenario.stride) {
         const FaultCall* const call = FindCall(calls.at(number - 1));
         ASSERT_NE(call, nullptr) << calls.at(number - 1).toStdString();
         const int errors = CountErrors(*call);

@@ -57,6 +57,9 @@ struct FaultScenario
     // Whether each call fails with every error that it can give, in each run of the tests.
     bool takesEveryError = false;
 
+    // Only every so many calls fail, unless every call fails with every error: for tasks of many calls.
+    int stride = 1;
+
     // Names, likewise, of what a failed run may leave, and the next one takes away.
     QStringList leftovers = {};
 };
