@@ -56,3 +56,5 @@ set(may_use_hosts_layout_host ${engine} widgets hosts/scribus/panels hosts/layou
 set(may_use_apps_hopboxctl ${floor_1} ${floor_2} ${floor_3} ${floor_4})
 set(may_use_apps_printer_processor_inbox ${floor_1})
 set(may_use_apps_printer_processor ${floor_1} ${floor_2} ${floor_3} hopbox apps/printer_processor/inbox)
+set(may_use_apps_host_check ${floor_1} foundation/cli foundation/prefs foundation/strings foundation/files foundation/ipc
+  plugin/host plugin/boundary archive hopbox)

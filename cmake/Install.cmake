@@ -23,8 +23,10 @@ install(DIRECTORY "${translations_folder}/"
 install(TARGETS apps_hopboxctl apps_printer_processor
   RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
 
-install(FILES plugin/boundary/hopbox_host.h
+install(FILES plugin/boundary/hopbox_host.h plugin/boundary/hopbox_adaptor.h
   DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/hopbox" COMPONENT sdk)
+install(TARGETS apps_host_check
+  RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT sdk)
 
 set(header_folder "${CMAKE_INSTALL_INCLUDEDIR}/hopbox")
 set(module_file "${module_folder}/$<TARGET_FILE_NAME:hopbox_plugin>")

@@ -12,11 +12,12 @@ const QString cSuffix = QStringLiteral(EXECUTABLE_SUFFIX);
 // A program of the kit in a sandbox.
 struct ProgramRun
 {
-    ProgramRun(const QString& program, const QStringList& arguments)
+    ProgramRun(const QString& program, const QStringList& arguments, const char* lie = "")
     {
         QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("QT_QPA_PLATFORM"_q, "offscreen"_q);
+        environment.insert("FAKE_ADAPTOR_LIE"_q, QLatin1String(lie));
         environment.remove("HOPBOX_PLUGIN"_q);
         process.setProcessEnvironment(environment);
         process.setProcessChannelMode(QProcess::MergedChannels);
@@ -97,6 +98,69 @@ TEST_F(TinyHosts, SayWhatIsWrong)
     for (const auto& entry : cases) {
         const ProgramRun run(GetPrograms().front(), entry.arguments);
         EXPECT_EQ(run.status, entry.status);
+        EXPECT_TRUE(run.output.contains(entry.output)) << run.output.toStdString();
+    }
+}
+
+static const QString cCheck = cKit + "/moved/bin/hopbox-host-check"_q;
+
+TEST(HostCheck, FindsNoFaultInOurAdaptors)
+{
+    QStringList libraries = QStringList{QStringLiteral(FAKE_ADAPTOR)};
+    for (const QString& compiler : QStringLiteral(KIT_COMPILERS).split(QLatin1Char(',')))
+        libraries.append(cKit + QLatin1Char('/') + compiler + "/tiny-adaptor"_q +
+                         QStringLiteral(LIBRARY_SUFFIX));
+    for (const QString& library : libraries) {
+        const ProgramRun run(cCheck, {library});
+        EXPECT_EQ(run.status, 0) << library.toStdString() << run.output.toStdString();
+        const bool hasBooks = library == libraries.front();
+        EXPECT_EQ(run.output.contains("lacks  get_active_book"_q), !hasBooks) << run.output.toStdString();
+        EXPECT_TRUE(run.output.contains("write_report"_q)) << run.output.toStdString();
+    }
+}
+
+// Each wrong operation is named.
+TEST(HostCheck, FindsTheFaultOfAnAdaptor)
+{
+    const struct
+    {
+        const char* lie;
+        QString fault;
+    } cases[] = {{"version", "table"_q},
+                 {"needed", "set_pages"_q},
+                 {"no file", "get_document_file"_q},
+                 {"no UTF-8", "get_document_name"_q},
+                 {"any page", "get_page"_q},
+                 {"any range", "get_pages_of_range"_q},
+                 {"any command", "create_command"_q},
+                 {"any job options", "read_job_options"_q},
+                 {"any setting", "set_switch"_q},
+                 {"no PDF", "run_command"_q},
+                 {"no report", "write_report"_q},
+                 {"no token", "begin_modal"_q},
+                 {"no unit", "get_unit"_q},
+                 {"raised books", "get_book_document_file"_q}};
+    for (const auto& entry : cases) {
+        const ProgramRun run(cCheck, {QStringLiteral(FAKE_ADAPTOR)}, entry.lie);
+        EXPECT_EQ(run.status, 1) << entry.lie;
+        EXPECT_TRUE(run.output.contains("fault  "_q + entry.fault + ":"_q))
+            << entry.lie << run.output.toStdString();
+    }
+}
+
+TEST(HostCheck, SaysWhatItCantUse)
+{
+    const struct
+    {
+        QStringList arguments;
+        QString output;
+    } cases[] = {{{}, "LIBRARY"_q},
+                 {{"none.so"_q}, "none.so"_q},
+                 {{QStringLiteral(FAKE_ADAPTOR), "--module"_q, "none"_q}, "none"_q},
+                 {{QStringLiteral(FAKE_ADAPTOR), "--receiver"_q, "none"_q}, "none"_q}};
+    for (const auto& entry : cases) {
+        const ProgramRun run(cCheck, entry.arguments);
+        EXPECT_EQ(run.status, 2) << run.output.toStdString();
         EXPECT_TRUE(run.output.contains(entry.output)) << run.output.toStdString();
     }
 }

@@ -26,7 +26,8 @@ public:
         const HostAnswer answer = mHost.Ask(HostOperation::GetNthPage);
         if (answer == HostAnswer::Nonsense)
             return std::numeric_limits<UID>::max();
-        return answer == HostAnswer::Works ? GetPageUID(index + 1) : cNoUID;
+        const bool isThere = index >= 0 && index < mRecord.pageCount;
+        return answer == HostAnswer::Works && isThere ? GetPageUID(index + 1) : cNoUID;
     }
 
     ErrorCode GetPageUIDs(const PMString& range, UIDList& pages) const override

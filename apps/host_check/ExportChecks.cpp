@@ -1,0 +1,142 @@
+#include "apps/host_check/ExportChecks.h"
+
+#include "apps/host_check/CheckReport.h"
+#include "apps/host_check/WatchedHost.h"
+#include "foundation/cli/CliConsole.h"
+#include "foundation/prefs/GPrefMemoryModule.h"
+#include "foundation/system/GFileSystemBase.h"
+#include "hopbox/HopboxProject.h"
+#include "hopbox/HopboxRegistry.h"
+#include "plugin/boundary/BoundaryText.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+
+namespace
+{
+using Boundary::PassedText;
+using Boundary::TextSink;
+
+constexpr int cPatience = 60000;  // milliseconds
+const QString cHopbox = QStringLiteral("Check");
+
+QString GetReason(const TextSink& sink)
+{
+    return sink.GetTexts().value(0);
+}
+}  // namespace
+
+ExportChecks::ExportChecks(hopbox_entry_function entry, const WatchedHost& host, const QString& receiver,
+                           CheckReport& report)
+    : mEntry(entry), mHost(host), mReceiver(receiver), mReport(report)
+{
+}
+
+bool ExportChecks::MakeHopbox(const QString& jobOptions)
+{
+    const GPathName folder = HopboxRegistry::GetSettingsFolder().GetChild(cHopbox);
+    GFileSystemBase::CreateFolder(folder);
+    HopboxProject project(folder.GetChild(QStringLiteral("Project.hopbox")));
+    if (!project.Create(GPathName(jobOptions), GPrefMemoryModule())) {
+        CliConsole::PrintError(project.GetLastError());
+        return false;
+    }
+    HopboxRegistryEntry entry;
+    entry.contextFilePath = project.GetPathName();
+    entry.isPlugin = true;
+    return HopboxRegistry().AddEntry(cHopbox, entry);
+}
+
+bool ExportChecks::StartReceiver(QProcess& process)
+{
+    const GPathName inbox = GFileSystemBase::GetRoot().GetChild(QStringLiteral("Inbox"));
+    process.start(mReceiver, {QStringLiteral("--inbox"), inbox.GetNativePath()});
+    process.setReadChannel(QProcess::StandardError);
+    while (process.waitForReadyRead(cPatience))
+        while (process.canReadLine())
+            if (process.readLine().contains("ready as process"))
+                return true;
+    return false;
+}
+
+bool ExportChecks::IsReceived(QProcess& process, bool isFolder)
+{
+    process.setReadChannel(QProcess::StandardOutput);
+    while (!process.canReadLine())
+        if (!process.waitForReadyRead(cPatience))
+            return false;
+    const QJsonObject job = QJsonDocument::fromJson(process.readLine()).object();
+    const QString saved = job.value(QStringLiteral("saved")).toString();
+    QFile pdf(saved);
+    return isFolder ? !QDir(saved).isEmpty() : pdf.open(QIODevice::ReadOnly) && pdf.read(5) == "%PDF-";
+}
+
+void ExportChecks::Run()
+{
+    const hopbox_plugin_table& plugIn = *mEntry(HOPBOX_VERSION);
+    const TextSink reason;
+    const bool isLoaded = plugIn.load(&mHost.GetTable(), mHost.GetHost(), reason) == HOPBOX_OK;
+    const bool isOpen = isLoaded && plugIn.open_actions(reason) == HOPBOX_OK;
+    mReport.Expect(isOpen, "load", QStringLiteral("the plug-in takes the table: %1").arg(GetReason(reason)));
+    if (isOpen) {
+        plugIn.startup();
+        ExportAll(plugIn);
+        plugIn.shutdown();
+    }
+    mReport.Expect(plugIn.unload() == HOPBOX_OK, "load", QStringLiteral("the plug-in can be unloaded"));
+    mReport.Expect(mHost.GetHandleCount() == 0, "release",
+                   QStringLiteral("no handle is left after the exports"));
+}
+
+void ExportChecks::ExportAll(const hopbox_plugin_table& plugIn)
+{
+    int32_t isOn = 0;
+    plugIn.get_action_state(HOPBOX_ACTION_DOCUMENT, &isOn, nullptr, nullptr);
+    mReport.Expect(isOn == 1, "get_front_document", QStringLiteral("the menu entry is on"));
+    Export(plugIn, HOPBOX_ACTION_DOCUMENT, false);
+    if (mHost.GetTable().write_report != nullptr)
+        Export(plugIn, HOPBOX_ACTION_DOCUMENT, true);
+    ExportNothing(plugIn);
+    isOn = 0;
+    plugIn.get_action_state(HOPBOX_ACTION_BOOK, &isOn, nullptr, nullptr);
+    if (isOn != 0) {
+        Export(plugIn, HOPBOX_ACTION_BOOK, false);
+        Export(plugIn, HOPBOX_ACTION_BOOK, true);
+    }
+}
+
+void ExportChecks::Export(const hopbox_plugin_table& plugIn, hopbox_action action, bool hasPackage)
+{
+    const char* const operation = action == HOPBOX_ACTION_BOOK ? "get_active_book" : "run_command";
+    const QString name =
+        QStringLiteral("an export of the %1%2")
+            .arg(action == HOPBOX_ACTION_BOOK ? QStringLiteral("book") : QStringLiteral("document"),
+                 hasPackage ? QStringLiteral(" with a package") : QString());
+    QProcess receiver;
+    const PassedText hopbox(cHopbox);
+    const TextSink reason;
+    mReport.Expect(StartReceiver(receiver), operation, QStringLiteral("the receiving process starts"));
+    const int32_t result = plugIn.export_to(action, hopbox, nullptr, hasPackage, reason);
+    mReport.Expect(result == HOPBOX_OK, operation, QStringLiteral("%1: %2").arg(name, GetReason(reason)));
+    if (result == HOPBOX_OK) {
+        mReport.Expect(IsReceived(receiver, false), operation, name + QStringLiteral(" reaches its Hopbox"));
+        if (hasPackage)
+            mReport.Expect(IsReceived(receiver, true), operation,
+                           name + QStringLiteral(" reaches its Hopbox whole"));
+    }
+    receiver.kill();
+    receiver.waitForFinished(cPatience);
+}
+
+void ExportChecks::ExportNothing(const hopbox_plugin_table& plugIn)
+{
+    const PassedText hopbox(cHopbox);
+    const PassedText pages(QStringLiteral("99999"));
+    const TextSink reason;
+    mReport.Expect(plugIn.export_to(HOPBOX_ACTION_DOCUMENT, hopbox, pages, 0, reason) == HOPBOX_FAILED &&
+                       !GetReason(reason).isEmpty(),
+                   "get_pages_of_range", QStringLiteral("an export of a page that is not there fails"));
+}

@@ -1,0 +1,407 @@
+#include "apps/host_check/TableChecks.h"
+
+#include "apps/host_check/CheckReport.h"
+#include "apps/host_check/TextTaker.h"
+#include "apps/host_check/WatchedHost.h"
+#include "plugin/boundary/BoundaryText.h"
+#include "plugin/boundary/hopbox_adaptor.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace
+{
+using Table = hopbox_host_table;
+using Handle = hopbox_handle;
+using Boundary::PassedText;
+
+// A handle that goes back at the end of the scope.
+class Held
+{
+public:
+    explicit Held(const WatchedHost& host) : mHost(host) {}
+    ~Held()
+    {
+        if (value != 0)
+            mHost.Release(value);
+    }
+    Held(const Held&) = delete;
+    Held& operator=(const Held&) = delete;
+
+    Handle value = 0;
+
+private:
+    const WatchedHost& mHost;
+};
+
+constexpr const char* cNeeded = nullptr;
+
+// What is without an operation; needed ones have no such text.
+struct Operation
+{
+    const char* name;
+    size_t place;
+    const char* consequence;
+};
+const Operation cOperations[] = {
+    {"release", offsetof(Table, release), "handles are not counted"},
+    {"get_unit", offsetof(Table, get_unit), "lengths show in points"},
+    {"show_alert", offsetof(Table, show_alert), "there is no About box"},
+    {"begin_modal", offsetof(Table, begin_modal), "the host does not rest while a dialog is open"},
+    {"end_modal", offsetof(Table, end_modal), "the host does not rest while a dialog is open"},
+    {"is_action_known", offsetof(Table, is_action_known), "the host makes its menu entries itself"},
+    {"add_action", offsetof(Table, add_action), "actions have no area for shortcuts"},
+    {"add_menu_item", offsetof(Table, add_menu_item), "the host makes its menu entries itself"},
+    {"get_front_document", offsetof(Table, get_front_document), cNeeded},
+    {"find_open_document", offsetof(Table, find_open_document), "a book's open documents are not found"},
+    {"open_document", offsetof(Table, open_document), "a book's closed documents can't be exported"},
+    {"close_document", offsetof(Table, close_document), "a book's closed documents can't be exported"},
+    {"is_document_saved", offsetof(Table, is_document_saved), "documents count as saved"},
+    {"save_document", offsetof(Table, save_document), "changed documents can't be exported"},
+    {"get_document_file", offsetof(Table, get_document_file), "the PDF is named after the document's name"},
+    {"get_document_name", offsetof(Table, get_document_name), "a document without a file has no name"},
+    {"get_page_count", offsetof(Table, get_page_count), cNeeded},
+    {"get_page", offsetof(Table, get_page), cNeeded},
+    {"get_pages_of_range", offsetof(Table, get_pages_of_range), "a range of pages can't be exported"},
+    {"get_missing_fonts", offsetof(Table, get_missing_fonts), cNeeded},
+    {"get_active_book", offsetof(Table, get_active_book), "there are no books"},
+    {"get_book_file", offsetof(Table, get_book_file), "a book's PDF is named after the book's name"},
+    {"get_book_name", offsetof(Table, get_book_name), "a book without a file has no name"},
+    {"is_book_modified", offsetof(Table, is_book_modified), "books count as saved"},
+    {"save_book", offsetof(Table, save_book), "changed books can't be saved before an export"},
+    {"get_book_document_count", offsetof(Table, get_book_document_count), "there are no books"},
+    {"get_book_document_file", offsetof(Table, get_book_document_file), "there are no books"},
+    {"create_command", offsetof(Table, create_command), cNeeded},
+    {"read_job_options", offsetof(Table, read_job_options), cNeeded},
+    {"set_switch", offsetof(Table, set_switch), "no mark and no slug can be set"},
+    {"set_length", offsetof(Table, set_length), "bleed and marks have no lengths"},
+    {"get_spreads", offsetof(Table, get_spreads), "pages of a spread stay apart"},
+    {"set_spreads", offsetof(Table, set_spreads), "pages of a spread stay apart"},
+    {"set_output", offsetof(Table, set_output), cNeeded},
+    {"set_pages", offsetof(Table, set_pages), cNeeded},
+    {"set_name", offsetof(Table, set_name), "the PDF has no title"},
+    {"set_document", offsetof(Table, set_document), "documents can't be packaged"},
+    {"set_book", offsetof(Table, set_book), "there are no books"},
+    {"set_package_setting", offsetof(Table, set_package_setting), "packages are made without settings"},
+    {"run_command", offsetof(Table, run_command), cNeeded},
+    {"write_report", offsetof(Table, write_report), "documents can't be packaged"}};
+
+bool Has(const Table& table, const Operation& operation)
+{
+    void* function = nullptr;
+    std::memcpy(&function, reinterpret_cast<const char*>(&table) + operation.place, sizeof function);
+    return function != nullptr;
+}
+
+QByteArray Read(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QStringList List(const QString& folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System);
+}
+
+bool IsRefused(int32_t result)
+{
+    return result != HOPBOX_OK;
+}
+
+bool IsTakenOrUnknown(int32_t result)
+{
+    return result == HOPBOX_OK || result == HOPBOX_UNSUPPORTED;
+}
+}  // namespace
+
+TableChecks::TableChecks(const hopbox_adaptor& adaptor, const WatchedHost& host, const QString& folder,
+                         CheckReport& report)
+    : mAdaptor(adaptor), mHost(host), mFolder(folder), mReport(report)
+{
+}
+
+bool TableChecks::CheckTable()
+{
+    Table known;
+    const bool isTable = Boundary::Copy(mAdaptor.table, known);
+    mReport.Expect(isTable, "table", QStringLiteral("it bears its size and version %1").arg(HOPBOX_VERSION));
+    if (!isTable)
+        return false;
+    bool isUsable = true;
+    for (const Operation& operation : cOperations) {
+        const bool isThere = Has(known, operation);
+        if (operation.consequence == cNeeded) {
+            mReport.Expect(isThere, operation.name, QStringLiteral("every adaptor has it"));
+            isUsable = isUsable && isThere;
+        } else if (!isThere) {
+            mReport.Lack(operation.name, QString::fromLatin1(operation.consequence));
+        }
+    }
+    Held document(mHost);
+    if (isUsable)
+        mReport.Expect(mHost.Call(&Table::get_front_document, &document.value) == HOPBOX_NONE,
+                       "get_front_document", QStringLiteral("HOPBOX_NONE while no document is open"));
+    return isUsable;
+}
+
+void TableChecks::ExpectOneText(const char* operation, int32_t result, const TextTaker& taker, bool isPath)
+{
+    mReport.Expect(!taker.IsFaulty(), operation, QStringLiteral("the text is UTF-8, on the same thread"));
+    mReport.Expect(result == HOPBOX_OK && taker.GetTexts().size() == 1, operation,
+                   QStringLiteral("one text for HOPBOX_OK"));
+    if (isPath)
+        mReport.Expect(
+            QDir::isAbsolutePath(taker.GetTexts().value(0)) && QFile::exists(taker.GetTexts().value(0)),
+            operation, QStringLiteral("the full path of a file that is there"));
+}
+
+void TableChecks::CheckDocument()
+{
+    Held document(mHost);
+    Held again(mHost);
+    mReport.Expect(
+        mHost.Call(&Table::get_front_document, &document.value) == HOPBOX_OK && document.value != 0,
+        "get_front_document", QStringLiteral("a handle that is not 0 for the sample"));
+    if (document.value == 0)
+        return;
+    mReport.Expect(mHost.Call(&Table::get_front_document, &again.value) == HOPBOX_OK, "get_front_document",
+                   QStringLiteral("the document can be had twice"));
+    const Table& table = mHost.GetTable();
+    TextTaker file;
+    TextTaker name;
+    if (table.get_document_file != nullptr)
+        ExpectOneText("get_document_file", mHost.Call(&Table::get_document_file, document.value, file.Get()),
+                      file, true);
+    if (table.get_document_name != nullptr)
+        ExpectOneText("get_document_name", mHost.Call(&Table::get_document_name, document.value, name.Get()),
+                      name, false);
+    TextTaker fonts;
+    const int32_t result = mHost.Call(&Table::get_missing_fonts, document.value, fonts.Get());
+    mReport.Expect((result == HOPBOX_OK || result == HOPBOX_NONE) && !fonts.IsFaulty(), "get_missing_fonts",
+                   QStringLiteral("the names, or HOPBOX_NONE"));
+    int32_t isSaved = 7;
+    if (table.is_document_saved != nullptr)
+        mReport.Expect(mHost.Call(&Table::is_document_saved, document.value, &isSaved) == HOPBOX_OK &&
+                           (isSaved == 0 || isSaved == 1),
+                       "is_document_saved", QStringLiteral("0 or 1"));
+    CheckPages(document.value);
+    CheckRanges(document.value);
+    if (table.find_open_document != nullptr) {
+        Held found(mHost);
+        const PassedText path(file.GetTexts().value(0));
+        const PassedText none(mFolder + QStringLiteral("/none"));
+        mReport.Expect(mHost.Call(&Table::find_open_document, &path.Get(), &found.value) == HOPBOX_OK,
+                       "find_open_document", QStringLiteral("the sample by its file"));
+        mReport.Expect(IsRefused(mHost.Call(&Table::find_open_document, &none.Get(), &again.value)),
+                       "find_open_document", QStringLiteral("HOPBOX_NONE for a file that is not open"));
+    }
+}
+
+void TableChecks::CheckPages(Handle document)
+{
+    int32_t count = 0;
+    mReport.Expect(
+        mHost.Call(&Table::get_page_count, document, &count) == HOPBOX_OK && count >= 2 && count <= 1000,
+        "get_page_count", QStringLiteral("two pages or more"));
+    for (int32_t index = 0; index < count; ++index) {
+        uint32_t page = 0;
+        mReport.Expect(mHost.Call(&Table::get_page, document, index, &page) == HOPBOX_OK && page != 0,
+                       "get_page", QStringLiteral("page %1 has a number that is not 0").arg(index));
+    }
+    uint32_t page = 0;
+    for (const int32_t index : {-1, count})
+        mReport.Expect(IsRefused(mHost.Call(&Table::get_page, document, index, &page)), "get_page",
+                       QStringLiteral("index %1 is refused").arg(index));
+}
+
+void TableChecks::CheckRanges(Handle document)
+{
+    if (mHost.GetTable().get_pages_of_range == nullptr)
+        return;
+    uint32_t first = 0;
+    uint32_t second = 0;
+    mHost.Call(&Table::get_page, document, 0, &first);
+    mHost.Call(&Table::get_page, document, 1, &second);
+    const struct
+    {
+        const char* range;
+        std::vector<uint32_t> pages;  // none for a range that is refused
+    } cases[] = {{"1", {first}},
+                 {"1-2", {first, second}},
+                 {"2,1", {second, first}},
+                 {"1,1", {first, first}},
+                 {"999999999999", {}},
+                 {"x", {}},
+                 {"0", {}},
+                 {",", {}}};
+    for (const auto& entry : cases) {
+        PageTaker pages;
+        const PassedText range(QString::fromLatin1(entry.range));
+        const int32_t result = mHost.Call(&Table::get_pages_of_range, document, &range.Get(), pages.Get());
+        mReport.Expect(!pages.IsFaulty(), "get_pages_of_range",
+                       QStringLiteral("the pages come on the same thread"));
+        mReport.Expect(
+            entry.pages.empty() ? IsRefused(result) : result == HOPBOX_OK && pages.GetPages() == entry.pages,
+            "get_pages_of_range",
+            QStringLiteral("\"%1\" %2")
+                .arg(QString::fromLatin1(entry.range),
+                     entry.pages.empty() ? QStringLiteral("is refused")
+                                         : QStringLiteral("gives its pages in this order")));
+    }
+}
+
+void TableChecks::CheckBook()
+{
+    Held book(mHost);
+    if (mHost.Call(&Table::get_active_book, &book.value) != HOPBOX_OK)
+        return;
+    int32_t count = 0;
+    mReport.Expect(mHost.Call(&Table::get_book_document_count, book.value, &count) == HOPBOX_OK &&
+                       count > 0 && count <= 1000,
+                   "get_book_document_count", QStringLiteral("one document or more"));
+    TextTaker file;
+    ExpectOneText("get_book_file", mHost.Call(&Table::get_book_file, book.value, file.Get()), file, true);
+    for (int32_t index = 0; index < count; ++index) {
+        TextTaker document;
+        ExpectOneText("get_book_document_file",
+                      mHost.Call(&Table::get_book_document_file, book.value, index, document.Get()), document,
+                      true);
+    }
+    TextTaker none;
+    mReport.Expect(IsRefused(mHost.Call(&Table::get_book_document_file, book.value, count, none.Get())),
+                   "get_book_document_file", QStringLiteral("an index behind the last is refused"));
+    Held opened(mHost);
+    const PassedText missing(mFolder + QStringLiteral("/none"));
+    mReport.Expect(IsRefused(mHost.Call(&Table::open_document, &missing.Get(), &opened.value)),
+                   "open_document", QStringLiteral("a file that is not there is refused"));
+}
+
+void TableChecks::CheckApplication()
+{
+    const Table& table = mHost.GetTable();
+    int32_t unit = -1;
+    if (table.get_unit != nullptr)
+        mReport.Expect(mHost.Call(&Table::get_unit, &unit) == HOPBOX_OK && unit >= HOPBOX_POINTS &&
+                           unit <= HOPBOX_MILLIMETRES,
+                       "get_unit", QStringLiteral("one of hopbox_unit"));
+    if (table.begin_modal == nullptr || table.end_modal == nullptr)
+        return;
+    uint64_t outer = 0;
+    uint64_t inner = 0;
+    const int32_t result = mHost.Call(&Table::begin_modal, &outer);
+    mReport.Expect(result != HOPBOX_OK || outer != 0, "begin_modal", QStringLiteral("a token that is not 0"));
+    if (result != HOPBOX_OK)
+        return;
+    mReport.Expect(mHost.Call(&Table::begin_modal, &inner) == HOPBOX_OK, "begin_modal",
+                   QStringLiteral("a second one within the first"));
+    table.end_modal(mHost.GetHost(), inner);
+    table.end_modal(mHost.GetHost(), outer);
+}
+
+void TableChecks::CheckCommands()
+{
+    Held document(mHost);
+    Held none(mHost);
+    mReport.Expect(mHost.Call(&Table::create_command, 99, &none.value) == HOPBOX_UNSUPPORTED,
+                   "create_command", QStringLiteral("HOPBOX_UNSUPPORTED for a kind that there is not"));
+    if (mHost.Call(&Table::get_front_document, &document.value) != HOPBOX_OK)
+        return;
+    CheckExport(document.value);
+    CheckPackage(document.value);
+}
+
+void TableChecks::CheckSettings(Handle command)
+{
+    const PassedText missing(mFolder + QStringLiteral("/none.joboptions"));
+    mReport.Expect(IsRefused(mHost.Call(&Table::read_job_options, command, &missing.Get())),
+                   "read_job_options", QStringLiteral("a file that is not there is refused"));
+    for (int32_t setting = HOPBOX_USE_DOCUMENT_BLEED; setting <= HOPBOX_PAGE_INFORMATION; ++setting)
+        mReport.Expect(IsTakenOrUnknown(mHost.Call(&Table::set_switch, command, setting, 0)), "set_switch",
+                       QStringLiteral("setting %1: HOPBOX_OK or HOPBOX_UNSUPPORTED").arg(setting));
+    for (int32_t setting = HOPBOX_BLEED_TOP; setting <= HOPBOX_MARK_WEIGHT; ++setting)
+        mReport.Expect(IsTakenOrUnknown(mHost.Call(&Table::set_length, command, setting, 3.0)), "set_length",
+                       QStringLiteral("setting %1: HOPBOX_OK or HOPBOX_UNSUPPORTED").arg(setting));
+    mReport.Expect(mHost.Call(&Table::set_switch, command, 99, 0) == HOPBOX_UNSUPPORTED, "set_switch",
+                   QStringLiteral("HOPBOX_UNSUPPORTED for a setting that there is not"));
+    mReport.Expect(mHost.Call(&Table::set_length, command, 99, 0.0) == HOPBOX_UNSUPPORTED, "set_length",
+                   QStringLiteral("HOPBOX_UNSUPPORTED for a setting that there is not"));
+}
+
+// An export of the first page, all told but not run; 0 when that was refused.
+Handle TableChecks::MakeExport(Handle document, const QString& output)
+{
+    Handle command = 0;
+    uint32_t page = 0;
+    const PassedText path(output);
+    const PassedText jobOptions(mFolder + QStringLiteral("/Check.joboptions"));
+    if (mHost.Call(&Table::create_command, int32_t(HOPBOX_EXPORT_DOCUMENT), &command) != HOPBOX_OK)
+        return 0;
+    const bool isTold = mHost.Call(&Table::read_job_options, command, &jobOptions.Get()) == HOPBOX_OK &&
+                        mHost.Call(&Table::set_output, command, &path.Get()) == HOPBOX_OK &&
+                        mHost.Call(&Table::get_page, document, 0, &page) == HOPBOX_OK &&
+                        mHost.Call(&Table::set_pages, command, document, static_cast<const uint32_t*>(&page),
+                                   size_t(1), 0) == HOPBOX_OK;
+    mReport.Expect(isTold, "create_command", QStringLiteral("an export takes job options, output and pages"));
+    if (isTold)
+        return command;
+    mHost.Release(command);
+    return 0;
+}
+
+void TableChecks::CheckExport(Handle document)
+{
+    const QString folder = mFolder + QStringLiteral("/Export");
+    const QString output = folder + QStringLiteral("/Sample \u00E9.pdf");
+    QDir().mkpath(folder);
+    QFile empty(output);  // as the plug-in reserves it
+    mReport.Expect(empty.open(QIODevice::WriteOnly), "run_command", QStringLiteral("the output can be made"));
+    empty.close();
+    Held command(mHost);
+    command.value = MakeExport(document, output);
+    if (command.value == 0)
+        return;
+    mReport.Expect(
+        mHost.Call(&Table::run_command, command.value) == HOPBOX_OK && Read(output).startsWith("%PDF-"),
+        "run_command", QStringLiteral("a PDF at the place that was told"));
+    for (const QString& name : List(folder))
+        mReport.Expect(name.startsWith(QStringLiteral("Sample \u00E9.")), "run_command",
+                       QStringLiteral("nothing but the PDF is left behind: %1").arg(name));
+
+    const QString impossible = mFolder + QStringLiteral("/none/Sample.pdf");
+    Held failing(mHost);
+    failing.value = MakeExport(document, impossible);
+    if (failing.value != 0)
+        mReport.Expect(
+            IsRefused(mHost.Call(&Table::run_command, failing.value)) && !QFile::exists(impossible),
+            "run_command", QStringLiteral("a folder that is not there is a failure"));
+    Held settings(mHost);
+    if (mHost.Call(&Table::create_command, int32_t(HOPBOX_EXPORT_DOCUMENT), &settings.value) == HOPBOX_OK)
+        CheckSettings(settings.value);
+}
+
+void TableChecks::CheckPackage(Handle document)
+{
+    Held command(mHost);
+    TextTaker file;
+    mHost.Call(&Table::get_document_file, document, file.Get());
+    const QByteArray before = Read(file.GetTexts().value(0));
+    const QString folder = mFolder + QStringLiteral("/Package");
+    const PassedText path(folder);
+    QDir().mkpath(folder);
+    if (mHost.GetTable().write_report == nullptr ||
+        mHost.Call(&Table::create_command, int32_t(HOPBOX_PACKAGE_DOCUMENT), &command.value) != HOPBOX_OK)
+        return;
+    mReport.Expect(mHost.Call(&Table::set_document, command.value, document) == HOPBOX_OK &&
+                       mHost.Call(&Table::set_output, command.value, &path.Get()) == HOPBOX_OK,
+                   "create_command", QStringLiteral("a package takes document and folder"));
+    mReport.Expect(mHost.Call(&Table::run_command, command.value) == HOPBOX_OK && !List(folder).isEmpty(),
+                   "run_command", QStringLiteral("a package's folder is filled"));
+    const int count = List(folder).size();
+    mReport.Expect(
+        mHost.Call(&Table::write_report, command.value) == HOPBOX_OK && List(folder).size() > count,
+        "write_report", QStringLiteral("a report in the package's folder"));
+    mReport.Expect(Read(file.GetTexts().value(0)) == before, "run_command",
+                   QStringLiteral("the document's own file is as it was"));
+}

@@ -1,0 +1,147 @@
+#include "apps/host_check/CheckReport.h"
+#include "apps/host_check/ExportChecks.h"
+#include "apps/host_check/TableChecks.h"
+#include "apps/host_check/WatchedHost.h"
+#include "foundation/cli/CliConsole.h"
+#include "foundation/cli/CliMain.h"
+#include "foundation/core/GException.h"
+#include "plugin/boundary/BoundaryText.h"
+#include "plugin/boundary/hopbox_adaptor.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QLibrary>
+#include <QTemporaryDir>
+
+// Tries an adaptor: its table operation by operation, then exports through the plug-in. Everything that the
+// plug-in and its Hopboxes keep lies in a folder of this run alone.
+
+namespace
+{
+constexpr int cExitSound = 0;
+constexpr int cExitFaulty = 1;
+constexpr int cExitWrongCall = 2;
+
+const CliProgram cProgram = {
+    "hopbox-host-check",
+    "tries an adaptor of the plug-in \"Export to Hopbox\"",
+    "",
+    {{"",
+      "tries an adaptor of the plug-in \"Export to Hopbox\"",
+      "It loads a library with the entry of hopbox_adaptor.h, tries each operation of the host's table with "
+      "what "
+      "it has to do and what it has to refuse, and exports the sample that the library opens. It prints each "
+      "fault, and what the adaptor lacks. No display is needed.",
+      {{"LIBRARY", "the adaptor's library"}},
+      {{"module", "FILE", "the plug-in's module; the installed one without it"},
+       {"receiver", "FILE", "the receiving process; PrinterProcessorWin.exe beside this program without it"}},
+      {{"hopbox-host-check ./libadaptor.so",
+        "Tries the adaptor with the plug-in that is installed beside it."}}}},
+    {{"exit status",
+      "  0  no fault was found\n"
+      "  1  the adaptor has faults\n"
+      "  2  the call was wrong, or the library, the plug-in or the receiving process can't be used"}}};
+
+// The function behind a library's name; null, with a line on standard error, when there is none.
+template <class Function>
+Function Find(QLibrary& library, const char* name)
+{
+    const auto found = reinterpret_cast<Function>(library.resolve(name));
+    if (found == nullptr)
+        CliConsole::PrintError(QStringLiteral("%1: %2").arg(library.fileName(), library.errorString()));
+    return found;
+}
+
+bool IsUsable(const hopbox_adaptor* adaptor)
+{
+    const bool isUsable = adaptor != nullptr && adaptor->size >= sizeof *adaptor &&
+                          adaptor->version == HOPBOX_VERSION && adaptor->table != nullptr &&
+                          adaptor->open_sample != nullptr && adaptor->close_all != nullptr;
+    if (!isUsable)
+        CliConsole::PrintError(
+            QStringLiteral("The library gives no hopbox_adaptor of version %1.").arg(HOPBOX_VERSION));
+    return isUsable;
+}
+
+int Check(const hopbox_adaptor& adaptor, hopbox_entry_function plugIn, const QString& receiver,
+          const QString& folder)
+{
+    const QString jobOptions = folder + QStringLiteral("/Check.joboptions");
+    QFile file(jobOptions);
+    if (!file.open(QIODevice::WriteOnly) ||
+        file.write("<< /CompatibilityLevel 1.4 >> setdistillerparams\n") < 0 || !file.flush() ||
+        !ExportChecks::MakeHopbox(jobOptions))
+        return cExitWrongCall;
+
+    CheckReport report;
+    const WatchedHost host(*adaptor.table, adaptor.host);
+    TableChecks table(adaptor, host, folder, report);
+    if (table.CheckTable()) {
+        const QString samples = folder + QStringLiteral("/Samples");
+        QDir().mkpath(samples);
+        const Boundary::PassedText place(samples);
+        report.Expect(adaptor.open_sample(adaptor.host, place) == HOPBOX_OK, "open_sample",
+                      QStringLiteral("the sample opens"));
+        table.CheckDocument();
+        table.CheckBook();
+        table.CheckApplication();
+        table.CheckCommands();
+        report.Expect(host.GetHandleCount() == 0, "release",
+                      QStringLiteral("each handle is given back once"));
+        ExportChecks(plugIn, host, receiver, report).Run();
+        if (report.GetFaultCount() == 0)  // what was unloaded can be loaded again
+            ExportChecks(plugIn, host, receiver, report).Run();
+        report.Expect(adaptor.close_all(adaptor.host) == HOPBOX_OK, "close_all",
+                      QStringLiteral("what is open closes"));
+        hopbox_handle none = 0;
+        report.Expect(host.Call(&hopbox_host_table::get_front_document, &none) == HOPBOX_NONE, "close_all",
+                      QStringLiteral("no document is in front any more"));
+    }
+    report.PrintSummary();
+    return report.GetFaultCount() == 0 ? cExitSound : cExitFaulty;
+}
+
+int Run(const CliCall& call, const QString& folder)
+{
+    const QDir program(QCoreApplication::applicationDirPath());
+    const auto find = [&](const char* option, const char* otherwise) {
+        return call.Has(option) ? QDir::current().absoluteFilePath(call.Get(option))
+                                : program.absoluteFilePath(QLatin1String(otherwise));
+    };
+    const QString receiver = find("receiver", "PrinterProcessorWin.exe");
+    QLibrary library(QDir::current().absoluteFilePath(call.GetArgument(0)));
+    QLibrary module(find("module", HOPBOX_MODULE_PLACE));
+    const auto getAdaptor = Find<hopbox_adaptor_function>(library, HOPBOX_ADAPTOR_ENTRY_NAME);
+    const auto plugIn = getAdaptor ? Find<hopbox_entry_function>(module, HOPBOX_ENTRY_NAME) : nullptr;
+    if (plugIn == nullptr)
+        return cExitWrongCall;
+    const hopbox_adaptor* adaptor = getAdaptor(HOPBOX_VERSION);
+    if (!IsUsable(adaptor) || plugIn(HOPBOX_VERSION) == nullptr)
+        return cExitWrongCall;
+    if (!QFile::exists(receiver)) {
+        CliConsole::PrintError(QStringLiteral("There is no file \"%1\".").arg(receiver));
+        return cExitWrongCall;
+    }
+    return Check(*adaptor, plugIn, receiver, folder);
+}
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    CliConsole::SetName(QStringLiteral("hopbox-host-check"));
+    CliCall call;
+    if (const std::optional<int> status = AnswerCli(cProgram, argc, argv, call))
+        return *status;
+    const QTemporaryDir folder;
+    qputenv("MORVANE_ROOT", QFile::encodeName(folder.path()));
+    try {
+        return Run(call, folder.path());
+    } catch (const GException& error) {
+        CliConsole::PrintError(error.GetDescription());
+        return cExitWrongCall;
+    }
+}
