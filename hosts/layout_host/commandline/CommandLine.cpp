@@ -24,6 +24,9 @@ const CliProgram cProgram = {
        {"pages", "RANGE", "the pages, as 1-3,8; all without it"},
        {"package", "", "send a file package too"},
        {"options", "open", "unfold the options of the dialog"},
+       {"force", "",
+        "export even if an image or a colour profile is missing, or an image has too few dots for the job "
+        "options"},
        {"timeout", "SECONDS", "take no longer than this; 300 without it"}},
       {{"layout-host --export Report.sla --hopbox Press --pages 1-3",
         "Exports three pages to the Hopbox \"Press\"."}}}},
@@ -48,7 +51,7 @@ bool ParseSeconds(const QString& text, int& seconds)
 QString FindFault(const CliCall& call)
 {
     const bool isExport = call.Has("export") || call.Has("export-book");
-    for (const char* option : {"hopbox", "pages", "package", "options", "timeout"}) {
+    for (const char* option : {"hopbox", "pages", "package", "options", "force", "timeout"}) {
         if (call.Has(option) && !isExport)
             return QStringLiteral("\"--%1\" needs \"--export\" or \"--export-book\".")
                 .arg(QLatin1String(option));
@@ -87,6 +90,7 @@ std::optional<int> CommandLine::Read(int argc, char** argv, CommandLine& line)
     if (call.Has("pages"))
         line.choices.pages = call.Get("pages");
     line.choices.includesPackage = call.Has("package");
+    line.isForced = call.Has("force");
     line.choices.opensOptions = call.Has("options");
     return {};
 }

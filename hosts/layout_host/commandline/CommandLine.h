@@ -17,5 +17,6 @@ struct CommandLine
     QStringList files;      // documents and books; exactly one for an export
     bool isBook = false;    // whether that one is a book
     DialogChoices choices;  // of an export
+    bool isForced = false;  // exports what lacks an image or a profile, or has too few dots
     int seconds = 300;      // how long an export may take
 };

@@ -142,6 +142,11 @@ int32_t ExportRun::ShowAlert(const QString& text, const QString&, const QString&
     return defaultButton;
 }
 
+IHostFrontend::Decision ExportRun::AskToGoOn(const QString&, const QStringList&)
+{
+    return mLine.isForced ? Decision::GoOn : Decision::Refuse;
+}
+
 // Nobody is there to be asked.
 QString ExportRun::AskForSavePath(const QString&)
 {

@@ -4,12 +4,15 @@
 #include "hosts/scribus/runner/ScribusRunner.h"
 #include "hosts/scribus/sla/SlaContent.h"
 #include "hosts/scribus/sla/SlaFile.h"
+#include "hosts/scribus/sla/SlaFonts.h"
 #include "hosts/scribus/sla/SlaLinks.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
+
+#include <algorithm>
 
 constexpr int cPreviewsKept = 16;
 
@@ -47,6 +50,20 @@ void ReadSides(const QJsonObject& answer, DocumentInfo& info)
     const QJsonArray pages = answer.value(QLatin1String("pages")).toArray();
     for (int i = 0; i < info.pages.size(); ++i)
         info.pages[i].side = GetSide(pages[i][QLatin1String("side")].toInt(), info.hasFacingPages);
+}
+void AddProfiles(const QStringList& profiles, QStringList& all)
+{
+    all += profiles;
+    all.removeDuplicates();
+    all.sort();
+}
+
+// Scribus lists the fonts of unused styles too.
+void KeepFonts(const QSet<QString>& used, QVector<DocumentFont>& fonts)
+{
+    fonts.erase(std::remove_if(fonts.begin(), fonts.end(),
+                               [&](const DocumentFont& font) { return !used.contains(font.name); }),
+                fonts.end());
 }
 }  // namespace
 
@@ -132,6 +149,10 @@ bool ScribusDocument::AskScribus()
         ReadAnswer(answer.values, *mInfo);
         SlaContent::Read(text, QFileInfo(copy).path(), *mInfo);
         ReadSides(answer.values, *mInfo);
+        KeepFonts(SlaFonts::FindUsed(text), mInfo->fonts);
+        QString reason;
+        if (SlaFile::Read(GetContentPath(), text, isPacked, reason))
+            AddProfiles(SlaContent::FindProfiles(text), mInfo->profiles);
     }
     mPresentForm = copy;
     return mInfo != nullptr;

@@ -67,6 +67,25 @@ int32_t WindowFrontend::ShowAlert(const QString& text, const QString& button1, c
     return buttons.indexOf(box.clickedButton()) + 1;
 }
 
+// The export waits; nothing is cancelled by a question that is closed, but the export itself.
+IHostFrontend::Decision WindowFrontend::AskToGoOn(const QString& documentName, const QStringList& problems)
+{
+    constexpr int cMostShown = 12;
+    QString text = problems.mid(0, cMostShown).join(QLatin1Char('\n'));
+    if (problems.size() > cMostShown)
+        text += QLatin1Char('\n') + QStringLiteral("and %1 more").arg(problems.size() - cMostShown);
+    QWidget* const parent = mProgress ? static_cast<QWidget*>(mProgress.get()) : &mWindow;
+    QMessageBox box(QMessageBox::Warning, documentName,
+                    QStringLiteral("The PDF of \"%1\" will not be as expected.").arg(documentName),
+                    QMessageBox::NoButton, parent);
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(text);
+    const QPushButton* const goOn = box.addButton(QStringLiteral("&Export Anyway"), QMessageBox::AcceptRole);
+    box.setDefaultButton(box.addButton(QMessageBox::Cancel));
+    box.exec();
+    return box.clickedButton() == goOn ? Decision::GoOn : Decision::Cancel;
+}
+
 QString WindowFrontend::AskForSavePath(const QString& documentName)
 {
     return FileQuestions::AskForDocumentToSave(mWindow, documentName);

@@ -23,6 +23,7 @@ public:
     void EndCommand() override;
     int32_t ShowAlert(const QString& text, const QString& button1, const QString& button2,
                       const QString& button3, int32_t defaultButton, int32_t cancelButton) override;
+    Decision AskToGoOn(const QString& documentName, const QStringList& problems) override;
     QString AskForSavePath(const QString& documentName) override;
 
 private:

@@ -178,9 +178,11 @@ void AddSizeRows(const Class& images, std::vector<JobOptionRow>& rows)
                            TakeDownsample));
     rows.push_back(MakeRow(images, LeastResolution, after, nullptr,
                            "the dots per inch that images should have", Type::Number, TakeLeast));
-    rows.push_back(MakeRow(images, LeastPolicy, after, nullptr,
-                           "Error: the export fails where an image has fewer; Warning: the report says so",
-                           Type::Name, TakePolicy));
+    rows.push_back(
+        MakeRow(images, LeastPolicy, after, nullptr,
+                "Error: where an image has fewer, the export is made only if somebody says so; Warning: the "
+                "report says so",
+                Type::Name, TakePolicy));
 }
 
 void AddCodingRows(const Class& images, std::vector<JobOptionRow>& rows)

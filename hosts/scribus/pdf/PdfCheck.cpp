@@ -1,5 +1,6 @@
 #include "hosts/scribus/pdf/PdfCheck.h"
 
+#include "hosts/scribus/pdf/Preflight.h"
 #include "hosts/scribus/sla/ImageHeader.h"
 
 #include <QFileInfo>
@@ -76,26 +77,19 @@ CommandResult PdfCheck::CheckForX(const PdfFile& pdf, bool& isPlaced) const
                                       .arg(mSettings.GetKindText(), faults.join(QStringLiteral(", "))));
 }
 
-CommandResult PdfCheck::CheckImages(const PdfFile& pdf)
+QStringList PdfCheck::CheckImages(const PdfFile& pdf)
 {
     const PdfImages images(mSettings.wishes.images, [this](const PdfImage& image) { return IsGray(image); });
     QStringList refused;
     for (const auto& entry : pdf.GetScan().GetImages()) {
         const PdfImage& image = entry.second;
         const PdfImageRule& rule = images.FindRule(image);
-        // What Scribus rounds is no lack.
-        constexpr double cTolerance = 0.5;
-        if (rule.policy == PdfImageRule::Policy::Accept ||
-            image.resolution + cTolerance >= rule.leastResolution)
-            continue;
-        const QString text = QStringLiteral("%1 has %2 dots per inch, fewer than %3")
-                                 .arg(GetPlaceText(image.page, image.box, QStringLiteral("An image")))
-                                 .arg(qRound(image.resolution))
-                                 .arg(rule.leastResolution);
-        (rule.policy == PdfImageRule::Policy::Refuse ? refused : mNotes).append(text + QLatin1Char('.'));
+        const QString place = GetPlaceText(image.page, image.box, QStringLiteral("An image"));
+        const QString lack = Preflight::TellLack(place, image.resolution, rule);
+        if (!lack.isEmpty())
+            (rule.policy == PdfImageRule::Policy::Refuse ? refused : mNotes).append(lack);
     }
-    return refused.isEmpty() ? CommandResult::Success()
-                             : CommandResult::Failure(refused.join(QLatin1Char(' ')));
+    return refused;
 }
 
 CommandResult PdfCheck::CheckFonts(const PdfFile& pdf)

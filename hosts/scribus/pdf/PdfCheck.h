@@ -25,12 +25,17 @@ public:
     // them are in placed files.
     CommandResult CheckForX(const PdfFile& pdf, bool& isPlaced) const;
 
-    // Fails where an image has too few dots, or a font is not inside, and the settings refuse that.
-    CommandResult CheckImages(const PdfFile& pdf);
+    // The images with too few dots where the settings refuse that, a sentence for each.
+    QStringList CheckImages(const PdfFile& pdf);
+
+    // Fails where a font is not inside, and the settings refuse that.
     CommandResult CheckFonts(const PdfFile& pdf);
 
     // Whether an image is one of grays in the file that the document links.
     bool IsGray(const PdfImage& image) const;
+
+    // The pages that the PDF has to have.
+    int CountPages() const { return mPages.size(); }
 
     bool ManagesColors() const { return mInfo.managesColors; }
 

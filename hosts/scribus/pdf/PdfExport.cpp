@@ -5,6 +5,8 @@
 #include "foundation/system/GSystemError.h"
 #include "hosts/scribus/documents/ScribusDocument.h"
 #include "hosts/scribus/pdf/PdfSource.h"
+#include "hosts/scribus/pdf/Preflight.h"
+#include "hosts/scribus/runner/IHostFrontend.h"
 #include "hosts/scribus/runner/ScribusRunner.h"
 
 #include <QFile>
@@ -39,50 +41,89 @@ CommandResult PdfExport::Check(ScribusDocument& document, const QVector<int>& pa
     return CommandResult::Success();
 }
 
-ScribusAnswer PdfExport::RunScribus(const QString& source, const QVector<int>& pages, const Paths& paths,
-                                    bool embedsPlaced) const
+QJsonObject PdfExport::MakeRequest(const DocumentInfo& info, const QString& source, const QVector<int>& pages,
+                                   const Paths& paths) const
 {
     QJsonArray numbers;
     for (const int page : pages)
         numbers.append(page + 1);
+    QJsonArray fonts;
+    for (const DocumentFont& font : info.fonts)
+        fonts.append(font.name);
+    return {{QStringLiteral("document"), source},
+            {QStringLiteral("output"), paths.written},
+            {QStringLiteral("pages"), numbers},
+            {QStringLiteral("fonts"), fonts},
+            {QStringLiteral("subset"), mSettings.subsetsFonts}};
+}
+
+ScribusAnswer PdfExport::RunScribus(QJsonObject request, const Paths& paths, bool embedsPlaced) const
+{
     QJsonObject options = mSettings.MakeOptions();
     if (!embedsPlaced)
         options.insert(QStringLiteral("embedPDF"), 0);
-    QJsonObject request{{QStringLiteral("document"), source},
-                        {QStringLiteral("output"), paths.written},
-                        {QStringLiteral("pages"), numbers},
-                        {QStringLiteral("options"), options},
-                        {QStringLiteral("subset"), mSettings.subsetsFonts}};
+    request.insert(QStringLiteral("options"), options);
     if (!mSettings.MayBeTransparent() && embedsPlaced)
         request.insert(QStringLiteral("probe"), paths.probe);
     return mRunner.RunScript(QStringLiteral("pdf"), request);
 }
 
+// What would make the PDF less than people expect is a failure, unless somebody lets it pass.
+CommandResult PdfExport::Permit(const QString& documentName, const QStringList& problems)
+{
+    QStringList fresh;
+    for (const QString& problem : problems) {
+        if (!mNotes.contains(problem))
+            fresh.append(problem);
+    }
+    fresh.removeDuplicates();
+    if (fresh.isEmpty())
+        return CommandResult::Success();
+    using Decision = IHostFrontend::Decision;
+    IHostFrontend* const frontend = mRunner.GetFrontend();
+    switch (frontend == nullptr ? Decision::Refuse : frontend->AskToGoOn(documentName, fresh)) {
+        case Decision::GoOn:
+            mNotes += fresh;
+            return CommandResult::Success();
+        case Decision::Cancel:
+            return CommandResult::Cancellation();
+        case Decision::Refuse:
+            break;
+    }
+    return CommandResult::Failure(fresh.join(QLatin1Char(' ')));
+}
+
 CommandResult PdfExport::ExportPages(ScribusDocument& document, const QVector<int>& pages,
                                      const QString& output)
 {
+    mNotes.clear();
     CommandResult result = Check(document, pages);
     if (!result.HasSucceeded())
         return result;
     const FileStamp stamp = document.GetStamp();
+    const DocumentInfo info = *document.GetInfo();
+    result = Permit(document.GetName(), Preflight(mSettings, info, pages).FindProblems(mRunner));
+    if (!result.HasSucceeded())
+        return result;
     const QTemporaryDir scratch(mRunner.MakeScratchPath(QStringLiteral("x")));
     PdfSource source(mRunner, mSettings);
     result = source.Make(document, scratch.filePath(QStringLiteral("document.sla")));
     if (!result.HasSucceeded())
         return result;
-    mNotes = source.GetNotes();
+    mNotes += source.GetNotes();
     // The PDF that Scribus writes is in the output's folder, where there is room for it or none.
     const Paths paths{output + QStringLiteral(".scribus"), scratch.filePath(QStringLiteral("probe.pdf")),
                       GetPartPath(output)};
-    PdfCheck check(mSettings, *document.GetInfo(), pages);
+    const QJsonObject request = MakeRequest(info, source.GetPath(), pages, paths);
+    PdfCheck check(mSettings, info, pages);
     for (const bool embedsPlaced : {true, false}) {
         bool isWorthAnother = false;
-        result = RunScribus(source.GetPath(), pages, paths, embedsPlaced);
+        result = RunScribus(request, paths, embedsPlaced);
         if (result.HasSucceeded() && FileStamp::Take(document.GetContentPath()) != stamp)
             result = CommandResult::Failure(
                 QStringLiteral("\"%1\" was changed while it was exported.").arg(document.GetName()));
         if (result.HasSucceeded())
-            result = FinishPdf(check, paths, pages.size(), embedsPlaced, isWorthAnother);
+            result = FinishPdf(check, paths, document.GetName(), embedsPlaced, isWorthAnother);
         if (!isWorthAnother)
             break;
         mNotes.append(result.reason + QStringLiteral(" It was turned into an image."));
@@ -92,9 +133,10 @@ CommandResult PdfExport::ExportPages(ScribusDocument& document, const QVector<in
 }
 
 // Makes of Scribus's PDF what was asked for. `isWorthAnother` says that it failed for a placed file alone.
-CommandResult PdfExport::FinishPdf(PdfCheck& check, const Paths& paths, int pageCount, bool embedsPlaced,
-                                   bool& isWorthAnother)
+CommandResult PdfExport::FinishPdf(PdfCheck& check, const Paths& paths, const QString& documentName,
+                                   bool embedsPlaced, bool& isWorthAnother)
 {
+    const int pageCount = check.CountPages();
     PdfFile pdf;
     CommandResult result = OpenPdf(pdf, paths.written, pageCount);
     if (result.HasSucceeded() && !mSettings.MayBeTransparent() && embedsPlaced) {
@@ -109,7 +151,7 @@ CommandResult PdfExport::FinishPdf(PdfCheck& check, const Paths& paths, int page
         isWorthAnother = !result.HasSucceeded() && isPlaced && embedsPlaced;
     }
     if (result.HasSucceeded())
-        result = check.CheckImages(pdf);
+        result = Permit(documentName, check.CheckImages(pdf));
     if (result.HasSucceeded())
         result = check.CheckFonts(pdf);
     return result.HasSucceeded() ? ChangePdf(pdf, check, paths.finished) : result;
@@ -149,13 +191,14 @@ CommandResult PdfExport::OpenPdf(PdfFile& pdf, const QString& path, int pageCoun
 QJsonObject PdfExport::GetReport() const
 {
     QJsonObject report = mReport;
-    QJsonArray notes = report.value(QLatin1String("notes")).toArray();
-    for (const QString& note : mNotes)
-        notes.append(note);
+    QStringList notes;
+    for (const QJsonValue& note : report.value(QLatin1String("notes")).toArray())
+        notes.append(note.toString());
+    notes += mNotes;
     for (const QString& wish : mSettings.GetUnavailable())
         notes.append(QStringLiteral("Not available in this host: %1.").arg(wish));
     report.insert(QStringLiteral("settings"), mSettings.answers);
-    report.insert(QStringLiteral("notes"), notes);
+    report.insert(QStringLiteral("notes"), QJsonArray::fromStringList(notes));
     return report;
 }
 

@@ -19,7 +19,9 @@ public:
     PdfExport(ScribusRunner& runner, const PdfSettings& settings) : mRunner(runner), mSettings(settings) {}
 
     // Writes the pages, by indexes from 0, in their order. Fails where a font is missing, the document is
-    // changed while it is exported, or it can't be what a PDF/X kind asks for.
+    // changed while it is exported, or it can't be what a PDF/X kind asks for. Where an image or a colour
+    // profile is missing, or an image has fewer dots than the settings allow, the frontend decides, before
+    // the export where that can be seen there; without one it fails.
     CommandResult ExportPages(ScribusDocument& document, const QVector<int>& pages, const QString& output);
 
     // Writes one PDF with all pages of the others, in the order of the list, in which one may stand twice.
@@ -38,10 +40,12 @@ private:
     };
 
     CommandResult Check(ScribusDocument& document, const QVector<int>& pages) const;
-    ScribusAnswer RunScribus(const QString& source, const QVector<int>& pages, const Paths& paths,
-                             bool embedsPlaced) const;
-    CommandResult FinishPdf(PdfCheck& check, const Paths& paths, int pageCount, bool embedsPlaced,
-                            bool& isWorthAnother);
+    QJsonObject MakeRequest(const DocumentInfo& info, const QString& source, const QVector<int>& pages,
+                            const Paths& paths) const;
+    ScribusAnswer RunScribus(QJsonObject request, const Paths& paths, bool embedsPlaced) const;
+    CommandResult Permit(const QString& documentName, const QStringList& problems);
+    CommandResult FinishPdf(PdfCheck& check, const Paths& paths, const QString& documentName,
+                            bool embedsPlaced, bool& isWorthAnother);
     CommandResult ChangePdf(PdfFile& pdf, const PdfCheck& check, const QString& path);
     CommandResult OpenPdf(PdfFile& pdf, const QString& path, int pageCount, bool isResult = true) const;
     CommandResult Finish(const CommandResult& result, const QString& part, const QString& output) const;

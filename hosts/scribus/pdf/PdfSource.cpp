@@ -1,6 +1,7 @@
 #include "hosts/scribus/pdf/PdfSource.h"
 
 #include "hosts/scribus/documents/ScribusDocument.h"
+#include "hosts/scribus/pdf/Preflight.h"
 #include "hosts/scribus/runner/ScribusRunner.h"
 #include "hosts/scribus/sla/SlaFile.h"
 #include "hosts/scribus/sla/SlaLinks.h"
@@ -41,14 +42,6 @@ CommandResult PdfSource::CheckProfile(const QString& profile) const
     return CommandResult::Failure(
         QStringLiteral("PDF/X needs the colour profile of a press. \"%1\" is none that is installed (%2).")
             .arg(profile, installed.join(QStringLiteral(", "))));
-}
-
-QStringList PdfSource::FindMissing(const QStringList& profiles) const
-{
-    QStringList missing = profiles;
-    for (const ColorProfile& profile : mRunner.GetProfiles())
-        missing.removeAll(profile.name);
-    return missing;
 }
 
 // The profile of that name, or the first of its kind: Scribus manages no colours at all where one that a
@@ -130,16 +123,13 @@ CommandResult PdfSource::Make(ScribusDocument& document, const QString& copyPath
 {
     mPath = document.GetContentPath();
     const DocumentInfo& info = *document.GetInfo();
-    const QStringList missing = info.managesColors ? FindMissing(info.profiles) : QStringList();
-    if (!missing.isEmpty())
-        mNotes += QStringLiteral("Colour profiles are missing, and others stand for them: %1.")
-                      .arg(missing.join(QStringLiteral(", ")));
+    const bool areAllThere = Preflight::FindMissingProfiles(info, mRunner).isEmpty();
     for (const auto kind : {&ColorProfile::isRgb, &ColorProfile::isCmykOutput}) {
         if (mSettings.KeepsColors() && FindProfile(QString(), kind).isEmpty())
             mNotes += QStringLiteral("Scribus has no colour profile for RGB or CMYK: RGB becomes CMYK.");
     }
     mNotes.removeDuplicates();
-    const bool isFine = info.managesColors ? missing.isEmpty() : !mSettings.KeepsColors();
+    const bool isFine = info.managesColors ? areAllThere : !mSettings.KeepsColors();
     if (!mSettings.IsX() && isFine)
         return CommandResult::Success();
     QByteArray text;

@@ -23,7 +23,6 @@ public:
 private:
     CommandResult CheckProfile(const QString& profile) const;
     CommandResult Edit(QByteArray& text) const;
-    QStringList FindMissing(const QStringList& profiles) const;
     QString FindProfile(const QString& wanted, bool ColorProfile::*kind) const;
 
     ScribusRunner& mRunner;

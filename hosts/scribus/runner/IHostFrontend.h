@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <cstdint>
 
@@ -29,6 +30,17 @@ public:
     // is not shown.
     virtual int32_t ShowAlert(const QString& text, const QString& button1, const QString& button2,
                               const QString& button3, int32_t defaultButton, int32_t cancelButton) = 0;
+
+    enum class Decision
+    {
+        GoOn,
+        Cancel,  // the user does not want it
+        Refuse   // nobody is there to be asked
+    };
+
+    // Asks whether an export is to go on although its result will not be what people expect: a sentence for
+    // each problem of the document.
+    virtual Decision AskToGoOn(const QString& documentName, const QStringList& problems) = 0;
 
     // Asks for the file to save an untitled document to; empty when the user cancels.
     virtual QString AskForSavePath(const QString& documentName) = 0;

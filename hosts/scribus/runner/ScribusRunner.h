@@ -65,6 +65,7 @@ public:
 
     // Who is asked while a program runs; null for nobody. Nothing is owned.
     void SetFrontend(IHostFrontend* frontend) { mFrontend = frontend; }
+    IHostFrontend* GetFrontend() const { return mFrontend; }
 
     // From now on, a program is ended after so many seconds.
     void SetTimeLimit(int seconds) { mSetup.timeLimitSeconds = seconds; }

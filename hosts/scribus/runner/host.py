@@ -77,11 +77,12 @@ def save_pdf(request, output, changes):
 
 
 def pdf(request):
-    """Writes a PDF of `pages`, from 1, to the path `output`. `options` are attributes of the PDF export.
+    """Writes a PDF of `pages`, from 1, to the path `output`. `options` are attributes of the PDF export; without one of
+    the `fonts` it fails.
 
     Where there is a path `probe`, the same goes there as PDF 1.4, in which everything shines through that does.
     """
-    missing = open_document(request)
+    missing = open_document(request) & set(request["fonts"])
     if missing:
         raise RuntimeError("fonts are missing: " + ", ".join(sorted(missing)))
     if "probe" in request:

@@ -44,10 +44,17 @@ QStringList DocumentInfo::GetMissingFonts() const
     return names;
 }
 
+bool DocumentInfo::IsShownOn(const DocumentImage& image, int page) const
+{
+    const bool isPage = page >= 0 && page < pages.size();
+    return isPage && (image.page == page ||
+                      (!image.masterPage.isEmpty() && image.masterPage == pages[page].masterPage));
+}
+
 const DocumentImage* DocumentInfo::FindImage(int page, const QPointF& place) const
 {
     const auto found = std::find_if(images.rbegin(), images.rend(), [&](const DocumentImage& image) {
-        return image.page == page && image.box.contains(place);
+        return IsShownOn(image, page) && image.box.contains(place);
     });
     return found == images.rend() ? nullptr : &*found;
 }

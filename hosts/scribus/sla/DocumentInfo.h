@@ -38,6 +38,7 @@ struct DocumentPage
     PageSide side = PageSide::Single;
     double width = 0;
     double height = 0;
+    QString masterPage = QString();  // by name
 };
 
 struct DocumentFont
@@ -62,8 +63,10 @@ struct DocumentImage
 {
     QString path;           // absolute
     int page = -1;          // an index from 0; -1 for one on a master page or beside the pages
+    QString masterPage;     // that it is on; empty for others
     QRectF box;             // from the page's top left corner, as the frame is turned
     double resolution = 0;  // in dots per inch of the page; of a placed PDF or EPS it means nothing
+    bool isPrinted = true;  // the frame and its layer are
 };
 
 struct DocumentBleed
@@ -77,7 +80,7 @@ struct DocumentBleed
 struct DocumentInfo
 {
     QVector<DocumentPage> pages;
-    QVector<DocumentFont> fonts;  // missing ones too, by name
+    QVector<DocumentFont> fonts;  // that its texts use, missing ones too, by name
     QVector<DocumentLink> links;  // each file once, by path
     QVector<DocumentImage> images;
     QStringList colors;    // by name
@@ -88,6 +91,9 @@ struct DocumentInfo
     bool managesColors = false;  // its colours have profiles
 
     QStringList GetMissingFonts() const;
+
+    // Whether a page has the image, of its own or by its master page.
+    bool IsShownOn(const DocumentImage& image, int page) const;
 
     // The frame on a page that shows what is at a place; null where none does.
     const DocumentImage* FindImage(int page, const QPointF& place) const;

@@ -1,6 +1,9 @@
 #include "hosts/scribus/sla/ImageHeader.h"
 
 #include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
 
 // Cameras put pictures of their own before the part of a JPEG that tells its size, and a TIFF may have its
 // table behind the image.
@@ -145,16 +148,78 @@ ImageHeader ImageHeader::Parse(const QByteArray& bytes)
     return bytes.startsWith("8BPS") ? ParsePsd(bytes) : ImageHeader();
 }
 
+// The bytes of a file as long as this object lives, from the disk as they are needed.
+namespace
+{
+class MappedFile
+{
+public:
+    explicit MappedFile(const QString& path) : mFile(path)
+    {
+        const bool isOpen = mFile.open(QIODevice::ReadOnly);
+        const qint64 length = isOpen ? qMin(mFile.size(), cMostBytes) : 0;
+        const uchar* const begin = length > 0 ? mFile.map(0, length) : nullptr;
+        if (begin != nullptr)
+            mBytes = QByteArray::fromRawData(reinterpret_cast<const char*>(begin), static_cast<int>(length));
+    }
+
+    const QByteArray& GetBytes() const { return mBytes; }
+
+    // Why there are none; empty for a file without content.
+    QString GetReason() const { return mFile.error() == QFile::NoError ? QString() : mFile.errorString(); }
+
+    bool IsWhole() const { return mBytes.size() == mFile.size(); }
+
+private:
+    QFile mFile;
+    QByteArray mBytes;
+};
+
+// Whether the parts of a PNG follow each other to the last one.
+bool IsWholePng(const QByteArray& bytes)
+{
+    const Bytes numbers(bytes, false);
+    for (qint64 at = 8; at + 12 <= bytes.size(); at += 12 + qint64(numbers.Get(at, 4))) {
+        if (bytes.mid(static_cast<int>(at) + 4, 4) == "IEND")
+            return true;
+    }
+    return false;
+}
+
+// Whether a file begins as its name says. Of a name that says nothing, anything may be true.
+bool IsAsNamed(const QString& path, const QByteArray& bytes)
+{
+    constexpr int cLongestStart = 1024;  // that may stand before the mark of a PDF
+    const QString ending = QFileInfo(path).suffix().toLower();
+    const auto isOneOf = [&](std::initializer_list<const char*> endings) {
+        return std::any_of(endings.begin(), endings.end(),
+                           [&](const char* one) { return ending == QLatin1String(one); });
+    };
+    if (isOneOf({"pdf"}))
+        return bytes.left(cLongestStart).contains("%PDF-");
+    if (isOneOf({"eps", "epsf", "epsi", "ps"}))
+        return bytes.startsWith("%!") || bytes.startsWith("\xC5\xD0\xD3\xC6");
+    const bool isImage = isOneOf({"png", "jpg", "jpeg", "tif", "tiff", "psd"});
+    return !isImage || ImageHeader::Parse(bytes).width > 0;
+}
+}  // namespace
+
 ImageHeader ImageHeader::Read(const QString& path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() == 0)
-        return {};
-    const qint64 length = qMin(file.size(), cMostBytes);
-    const uchar* const begin = file.map(0, length);
-    if (begin == nullptr)
-        return {};
-    return Parse(QByteArray::fromRawData(reinterpret_cast<const char*>(begin), static_cast<int>(length)));
+    return Parse(MappedFile(path).GetBytes());
+}
+
+QString ImageHeader::FindFault(const QString& path)
+{
+    if (!QFileInfo(path).isFile())
+        return QStringLiteral("is missing");
+    const MappedFile file(path);
+    const QByteArray& bytes = file.GetBytes();
+    if (!file.GetReason().isEmpty())
+        return QStringLiteral("can't be read: %1").arg(file.GetReason());
+    const bool isBroken = bytes.startsWith("\x89PNG") && file.IsWhole() && !IsWholePng(bytes);
+    return bytes.isEmpty() || isBroken || !IsAsNamed(path, bytes) ? QStringLiteral("is damaged, or no image")
+                                                                  : QString();
 }
 
 QString ImageHeader::GetColorsText() const

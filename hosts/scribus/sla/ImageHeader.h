@@ -25,6 +25,10 @@ struct ImageHeader
     // The same from the file's bytes, of which those after its header are not needed.
     static ImageHeader Parse(const QByteArray& bytes);
 
+    // Why nobody could show the file, as "is missing" or "can't be read: Permission denied"; empty when its
+    // beginning speaks for it. A PNG is looked at to its end. The name's ending says what a file is to be.
+    static QString FindFault(const QString& path);
+
     // Such as "RGB"; "unknown".
     QString GetColorsText() const;
 };

@@ -80,15 +80,41 @@ QRectF GetBox(const SlaScanner& frame, const QPointF& origin)
     return turn.mapRect(QRectF(0, 0, frame.GetNumber("WIDTH"), frame.GetNumber("HEIGHT")));
 }
 
-DocumentImage ReadImage(const SlaScanner& frame, const QVector<QPointF>& origins, const QString& path)
+// What a document says of its canvas before it says what is on it.
+struct Canvas
+{
+    QVector<QPointF> pages;              // their top left corners
+    QMap<QString, QPointF> masterPages;  // the same, by name
+    QSet<QString> silentLayers;          // that are not printed, by number
+
+    void Read(const SlaScanner& element, DocumentInfo& info)
+    {
+        const QPointF origin(element.GetNumber("PAGEXPOS"), element.GetNumber("PAGEYPOS"));
+        if (element.GetName() == "PAGE") {
+            if (pages.size() < info.pages.size())
+                info.pages[pages.size()].masterPage = element.GetText("MNAM");
+            pages.append(origin);
+        } else if (element.GetName() == "MASTERPAGE") {
+            masterPages.insert(element.GetText("NAM"), origin);
+        } else if (element.GetName() == "LAYERS" && element.GetText("DRUCKEN") == QLatin1String("0")) {
+            silentLayers.insert(element.GetText("NUMMER"));
+        }
+    }
+};
+
+DocumentImage ReadImage(const SlaScanner& frame, const Canvas& canvas, const QString& path)
 {
     constexpr double cPointsPerInch = 72;
     DocumentImage image;
     image.path = path;
     const bool isOnPage = frame.GetName() == "PAGEOBJECT" && frame.Has("OwnPage");
-    const int page = isOnPage ? GetBoundedNumber(frame, "OwnPage", -1, origins.size()) : -1;
-    image.page = page < origins.size() ? page : -1;
-    image.box = GetBox(frame, image.page < 0 ? QPointF() : origins[image.page]);
+    const int page = isOnPage ? GetBoundedNumber(frame, "OwnPage", -1, canvas.pages.size()) : -1;
+    image.page = page < canvas.pages.size() ? page : -1;
+    image.masterPage = frame.GetText("OnMasterPage");
+    image.box =
+        GetBox(frame, image.page < 0 ? canvas.masterPages.value(image.masterPage) : canvas.pages[image.page]);
+    image.isPrinted = frame.GetText("PRINTABLE") != QLatin1String("0") &&
+                      !canvas.silentLayers.contains(frame.GetText("LAYER"));
     const double scale = qMin(frame.GetNumber("LOCALSCX"), frame.GetNumber("LOCALSCY"));
     image.resolution = scale > 0 ? cPointsPerInch / scale : 0;
     return image;
@@ -119,12 +145,24 @@ std::vector<std::string_view> SlaContent::GetProfileAttributes(const SlaScanner&
     return {};
 }
 
+QStringList SlaContent::FindProfiles(const QByteArray& text)
+{
+    QStringList profiles;
+    SlaScanner element({text.constData(), static_cast<size_t>(text.size())});
+    while (element.Next()) {
+        for (const std::string_view attribute : GetProfileAttributes(element))
+            profiles.append(element.GetText(attribute));
+    }
+    profiles.removeAll(QString());
+    return profiles;
+}
+
 void SlaContent::Read(const QByteArray& text, const QString& folder, DocumentInfo& info)
 {
     QSet<QString> colors;
     QSet<QString> profiles;
     QMap<QString, bool> links;
-    QVector<QPointF> origins;  // of the pages, on the document's canvas
+    Canvas canvas;
     SlaScanner element({text.constData(), static_cast<size_t>(text.size())});
     while (element.Next()) {
         const std::string_view name = element.GetName();
@@ -132,17 +170,17 @@ void SlaContent::Read(const QByteArray& text, const QString& folder, DocumentInf
             ReadDocumentElement(element, info);
         else if (name == "COLOR")
             colors.insert(element.GetText("NAME"));
-        else if (name == "PAGE")
-            origins.append({element.GetNumber("PAGEXPOS"), element.GetNumber("PAGEYPOS")});
         else if (name == "Section")
             NumberPages(element, info.pages);
+        else
+            canvas.Read(element, info);
         for (const std::string_view attribute : GetLinkAttributes(element)) {
             const QString path = element.GetText(attribute);
             const QString absolute = QDir::cleanPath(QDir(folder).absoluteFilePath(path));
             if (!path.isEmpty())
                 links.insert(absolute, true);
             if (!path.isEmpty() && attribute == "PFILE")
-                info.images.append(ReadImage(element, origins, absolute));
+                info.images.append(ReadImage(element, canvas, absolute));
         }
         for (const std::string_view attribute : GetProfileAttributes(element))
             profiles.insert(element.GetText(attribute));

@@ -2,6 +2,7 @@
 #include "tests/support/Test.h"
 
 #include <QDirIterator>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QThread>
 
@@ -79,10 +80,10 @@ protected:
         qputenv("LSAN_OPTIONS", "print_suppressions=0:suppressions=" + leaks.toUtf8());
     }
 
-    // The arguments of an export to that Hopbox.
+    // The arguments of an export to that Hopbox. The newsletter's images are not in its package.
     static QStringList MakeCall(const QString& document, const QStringList& more = {})
     {
-        return QStringList{"--export"_q, document, "--hopbox"_q, "Press"_q} + more;
+        return QStringList{"--export"_q, document, "--hopbox"_q, "Press"_q, "--force"_q} + more;
     }
 
     // Runs an export; what it prints, with its exit status as "status".
@@ -145,7 +146,7 @@ TEST_F(LayoutHost, SendsABookOfThreeInItsOrder)
 {
     PrinterProcessor receiver(mSandbox, {"--inbox"_q, mSandbox.GetPath("inbox"_q), "--count"_q, "1"_q});
     const QString book = MakeBook({cCard, cNewsletter, cCard});
-    const QJsonObject report = Export({"--export-book"_q, book, "--hopbox"_q, "Press"_q});
+    const QJsonObject report = Export({"--export-book"_q, book, "--hopbox"_q, "Press"_q, "--force"_q});
     EXPECT_EQ(report.value("result"_q), "success"_q) << report.value("alert"_q).toString().toStdString();
     EXPECT_EQ(GetFact(receiver.ReadLine().value("saved"_q).toString(), "Pages"), "6"_q);
 }
@@ -189,8 +190,7 @@ TEST_F(LayoutHost, TellsWhyItSentNothing)
          "    1. Nimbus Sans L Regular\n"},
         {MakeCall(cTemplates + "br1/br1.sla.gz"_q), "alert",
          "Plug-in Error: Fonts are Missing! Correct the following fonts and try again:\n"
-         "    1. Bitstream Charter Bold Italic\n    2. Bitstream Charter Regular\n"
-         "    3. URW Bookman L Demi Bold Italic\n"},
+         "    1. Bitstream Charter Bold Italic\n    2. Bitstream Charter Regular\n"},
         {{"--export-book"_q, MakeBook({cCard, cTemplates + "none.sla"_q}), "--hopbox"_q, "Press"_q},
          "alert",
          "Plug-in Error: Unable to open document.",
@@ -219,6 +219,20 @@ TEST_F(LayoutHost, TellsWhyItSentNothing)
     EXPECT_EQ(FindPDFs().size(), 1);
 }
 
+TEST_F(LayoutHost, ExportsWithoutAnImageOnlyWhenItIsForced)
+{
+    PrinterProcessor receiver(mSandbox, {"--inbox"_q, mSandbox.GetPath("inbox"_q), "--count"_q, "1"_q});
+    const QString problem = "\"flowers.jpg\" on page 1 is missing."_q;
+    const QJsonObject refused = Export({"--export"_q, cNewsletter, "--hopbox"_q, "Press"_q});
+    EXPECT_EQ(refused.value("result"_q), "alert"_q);
+    EXPECT_TRUE(refused.value("error"_q).toString().contains(problem));
+    EXPECT_EQ(FindPDFs(), QStringList());
+    const QJsonObject forced = Export(MakeCall(cNewsletter));
+    EXPECT_EQ(forced.value("result"_q), "success"_q) << forced.value("error"_q).toString().toStdString();
+    EXPECT_TRUE(forced.value("notes"_q).toArray().contains(problem));
+    EXPECT_EQ(receiver.WaitForExit(), 0);
+}
+
 TEST_F(LayoutHost, RefusesACallThatIsNone)
 {
     const struct
@@ -228,6 +242,7 @@ TEST_F(LayoutHost, RefusesACallThatIsNone)
     } cases[] = {
         {"--export|a.sla"_list, "--hopbox NAME is missing."},
         {"--hopbox|Press"_list, "\"--hopbox\" needs \"--export\" or \"--export-book\"."},
+        {"--force"_list, "\"--force\" needs \"--export\" or \"--export-book\"."},
         {"--export|a.sla|--export-book|b.slabook|--hopbox|Press"_list, "One export at a time."},
         {"--export|a.sla|--hopbox|Press|b.sla"_list, "Unexpected \"b.sla\"."},
         {"--export-book|b.slabook|--hopbox|Press|--pages|1"_list, "without \"--pages\"."},

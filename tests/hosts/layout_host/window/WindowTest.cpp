@@ -8,6 +8,7 @@
 #include <QAction>
 #include <QDialog>
 #include <QMenu>
+#include <QMessageBox>
 
 namespace
 {
@@ -91,6 +92,31 @@ TEST(HostWindow, CancelStopsARunningCommand)
     EXPECT_TRUE(frontend.IsCancelled());
     frontend.EndCommand();
     frontend.BeginCommand("Export PDF"_q, 1);
+    EXPECT_FALSE(frontend.IsCancelled());
+    frontend.EndCommand();
+}
+
+TEST(HostWindow, AsksWhetherAnExportIsToGoOnWithItsProblems)
+{
+    QWidget window;
+    window.show();
+    WindowFrontend frontend(window);
+    frontend.BeginCommand("Export PDF"_q, 1);
+    QStringList problems;
+    for (int i = 1; i <= 14; ++i)
+        problems.append("Problem %1."_q.arg(i));
+    QString told;
+    const auto press = [&](const char* button) {
+        return [button, &told](QWidget& question) {
+            told = static_cast<QMessageBox&>(question).informativeText();
+            Press(question, button);
+        };
+    };
+    using Decision = IHostFrontend::Decision;
+    WindowDriver driver({press("Cancel"), press("Export Anyway")});
+    EXPECT_EQ(frontend.AskToGoOn("a.sla"_q, problems), Decision::Cancel);
+    EXPECT_TRUE(told.startsWith("Problem 1.\nProblem 2."_q) && told.endsWith("Problem 12.\nand 2 more"_q));
+    EXPECT_EQ(frontend.AskToGoOn("a.sla"_q, problems), Decision::GoOn);
     EXPECT_FALSE(frontend.IsCancelled());
     frontend.EndCommand();
 }

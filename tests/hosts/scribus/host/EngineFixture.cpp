@@ -98,6 +98,16 @@ QString EngineFixture::MakeImageFrame(const QString& link, const QString& attrib
         .arg(link.toHtmlEscaped(), attributes);
 }
 
+QString EngineFixture::MakeText(const QString& font)
+{
+    return QStringLiteral(
+               "<PAGEOBJECT XPOS=\"110\" YPOS=\"30\" OwnPage=\"0\" ItemID=\"70\" PTYPE=\"4\" WIDTH=\"100\" "
+               "HEIGHT=\"100\" FRTYPE=\"0\" CLIPEDIT=\"0\" PWIDTH=\"0\" PCOLOR=\"None\" PCOLOR2=\"None\" "
+               "LAYER=\"0\" NUMO=\"0\"><StoryText><DefaultStyle/><ITEXT CH=\"Some words\" FONT=\"%1\" "
+               "FONTSIZE=\"12\" FCOLOR=\"Black\"/><trail/></StoryText></PAGEOBJECT>\n")
+        .arg(font);
+}
+
 QString EngineFixture::MakeImage(const QString& name, int width, int height)
 {
     QImage image(width, height, QImage::Format_RGB32);

@@ -22,12 +22,19 @@ public:
     {
         return button;
     }
+    Decision AskToGoOn(const QString&, const QStringList& problems) override
+    {
+        asked += problems;
+        return decision;
+    }
     QString AskForSavePath(const QString&) override { return savePath; }
 
     QStringList events;
     int steps = 0;
     std::function<bool()> onWait;  // asked whether the user cancels
     QString savePath;
+    QStringList asked;  // problems, about which this is the answer
+    Decision decision = Decision::Refuse;
 };
 
 // What the boxes of a page are, in points, and what else pdfinfo says of a PDF.
@@ -57,6 +64,9 @@ protected:
 
     // An element that shows the image file; the text is for MakeDocument. `attributes` are more of its own.
     static QString MakeImageFrame(const QString& link, const QString& attributes = QString());
+
+    // An element with a text in a font, 10 points from the left and the top of the page.
+    static QString MakeText(const QString& font);
 
     // Writes a PNG of the size in the sandbox.
     QString MakeImage(const QString& name, int width, int height);

@@ -37,7 +37,7 @@ TEST_F(PackageTest, APackageOpensElsewhereWithoutItsOriginals)
     const QString frames = MakeImageFrame("../left/\u00e4 & b #1%.png"_q) + MakeImageFrame(absolute) +
                            MakeImageFrame("../right/../right/\u00e4 & b #1%.png"_q) +
                            MakeImageFrame("../left/gone.png"_q);
-    Open(MakeDocument("documents/a document.sla"_q, 3, frames));
+    Open(MakeDocument("documents/a document.sla"_q, 3, frames + MakeText("DejaVu Sans Book"_q)));
     const QByteArray before = ReadFile(mSandbox.GetPath("documents/a document.sla"_q));
     const QString folder = GetOutput("a document Folder"_q);
     ASSERT_EQ(PackageDocument(folder), cSuccess) << mHost->GetLastFailure().toStdString();
@@ -86,8 +86,7 @@ TEST_F(PackageTest, ThePackagedFontsServeWhereTheSystemHasNone)
     QByteArray font = ReadFile("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf"_q);
     font.replace("DejaVu", "DejaXu").replace(QByteArray("D\0e\0j\0a\0V", 9), QByteArray("D\0e\0j\0a\0X", 9));
     WriteFile(mSandbox.GetPath("user fonts/own.ttf"_q), font);
-    const QString path = MakeDocument("documents/a.sla"_q, 1);
-    WriteFile(path, ReadFile(path).replace("DFONT=\"DejaVu", "DFONT=\"DejaXu"));
+    const QString path = MakeDocument("documents/a.sla"_q, 1, MakeText("DejaXu Sans Book"_q));
     ScribusSetup setup = GetSetup();
     setup.fontFolders.append(mSandbox.GetPath("user fonts"_q));
     RestartHost(setup);
