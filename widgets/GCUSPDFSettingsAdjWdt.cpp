@@ -113,8 +113,6 @@ QSize GCUSPDFSettingsAdjWdt::sizeHint() const
 
 void GCUSPDFSettingsAdjWdt::SetMostHeight(int height)
 {
-    if (height == mMostHeight)
-        return;
     mMostHeight = height;
     updateGeometry();
 }
@@ -239,6 +237,7 @@ void GCUSPDFSettingsAdjWdt::ConnectSignals()
 
 void GCUSPDFSettingsAdjWdt::Load(const Values& values)
 {
+    mIsLoading = true;
     for (int mark = 0; mark < cMarkCount; ++mark)
         ShowState(*mMarks.at(mark), AdjustmentValues::GetMark(values, mark));
     ShowAllMarks();
@@ -256,7 +255,8 @@ void GCUSPDFSettingsAdjWdt::Load(const Values& values)
     ShowBleedChoice();
     mSlug->setChecked(AdjustmentValues::IsSlugIncluded(values));
     mSpreads->setChecked(AdjustmentValues::AreSpreadsPrinted(values));
-    ShowTips();
+    mIsLoading = false;
+    SetDefaults({});
     emit Changed();
 }
 
@@ -352,11 +352,9 @@ void GCUSPDFSettingsAdjWdt::OnBleedChanged(const GQUIUnitSpinBox& changed)
         mDocumentBleed->setChecked(false);  // the own lengths count no other way
     if (!mChain->isChecked())
         return;
-    for (GQUIUnitSpinBox* field : mBleeds) {
-        const QSignalBlocker blocker(field);
+    for (GQUIUnitSpinBox* field : mBleeds)
         if (field != &changed)
             field->SetPoints(changed.GetPoints());
-    }
 }
 
 void GCUSPDFSettingsAdjWdt::ShowBleedChoice()
@@ -370,6 +368,8 @@ void GCUSPDFSettingsAdjWdt::ShowBleedChoice()
 // What is left to the job options tells what they give.
 void GCUSPDFSettingsAdjWdt::ShowTips()
 {
+    if (mIsLoading)
+        return;
     const auto describe = [](QWidget& control, const QString& tip) {
         control.setToolTip(tip);
         control.setAccessibleDescription(tip);

@@ -45,9 +45,10 @@ public:
     explicit GCUSPDFSettingsAdjWdt(QWidget* parent = nullptr);
     ~GCUSPDFSettingsAdjWdt() override;
 
+    // Nothing is known then of what the job options give.
     void Load(const Values& values);
 
-    // What the tips of partially checked boxes and blank fields tell; nothing known at first.
+    // What the tips of partially checked boxes and blank fields tell.
     void SetDefaults(const AdjustmentDefaults& defaults);
 
     // Sets what the panel shows different from what the values say, and removes what the user has brought
@@ -97,6 +98,7 @@ private:
     void Reset(QWidget& control);
 
     AdjustmentDefaults mDefaults;
+    bool mIsLoading = false;  // the tips follow when all is loaded
     int mMostHeight = QWIDGETSIZE_MAX;
     QScrollArea* mScroller;
     QWidget* mContent;

@@ -45,7 +45,7 @@ void HopboxList::Sort()
         order.push_back(&item);
     // Not by sort keys, whose order is another one on Windows.
     const QCollator collator = MakeCollator();
-    std::sort(order.begin(), order.end(), [&](const Item* left, const Item* right) {
+    std::stable_sort(order.begin(), order.end(), [&](const Item* left, const Item* right) {
         const int result = collator.compare(left->text, right->text);
         return result != 0 ? result < 0 : left->key < right->key;
     });

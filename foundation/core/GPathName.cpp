@@ -23,7 +23,7 @@ const QLatin1String cStepUp("../");
 // Whether the name stands for a folder known from elsewhere instead of naming it.
 bool IsSymbolic(const QStringRef& name)
 {
-    return name == cHere || name == cUp;
+    return name.size() <= cUp.size() && (name == cHere || name == cUp);
 }
 
 // Whether the tidy relative path begins with a step up.
@@ -40,7 +40,7 @@ bool CheckNames(const GString& portable, int rootLength, const GString& original
     for (int begin = portable.startsWith(cShare) ? 0 : rootLength; begin <= portable.size();) {
         const int separator = portable.indexOf(cSeparator, begin);
         const int end = separator < 0 ? portable.size() : separator;
-        const QStringRef name = portable.midRef(begin, end - begin);
+        const QStringRef name(&portable, begin, end - begin);
         const bool isSymbolic = IsSymbolic(name);
         if (!isSymbolic && !GPathNameRules::IsLegalName(name))
             RaiseIllegalPath(original);

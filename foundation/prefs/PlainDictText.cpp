@@ -4,11 +4,12 @@
 #include "foundation/prefs/PrefMarkers.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace
 {
 const QLatin1Char cQuote('"');
-const QLatin1Char cEscape('\\');
+constexpr QLatin1Char cEscape('\\');
 const QLatin1String cBetween("\" \"");  // from the end of a key to the begin of its value
 const QLatin1String cLineEnd("\r\n");
 
@@ -29,6 +30,11 @@ GString TakeEscapesBack(const QStringRef& quoted)
     }
     return text;
 }
+// False when there is no escape for sure, which is found in long steps.
+bool MayHoldEscape(const QChar* text, int length)
+{
+    return std::memchr(text, cEscape.toLatin1(), static_cast<size_t>(length) * sizeof(QChar)) != nullptr;
+}
 }  // namespace
 
 bool PlainDictText::ReadBegin()
@@ -48,14 +54,15 @@ bool PlainDictText::ReadEntry(QStringRef& key, GString& value)
     const int keyEnd = mText.indexOf(cQuote, keyBegin);
     if (keyEnd < 0 || !IsHere(keyEnd, cBetween))
         return false;
-    key = mText.midRef(keyBegin, keyEnd - keyBegin);
+    key = QStringRef(&mText, keyBegin, keyEnd - keyBegin);
     const int valueBegin = keyEnd + cBetween.size();
     bool hasEscapes = false;
     const int valueEnd = FindValueEnd(valueBegin, hasEscapes);
-    if (valueEnd < 0 || !IsHere(valueEnd + 1, cLineEnd) || key.contains(cEscape))
+    if (valueEnd < 0 || !IsHere(valueEnd + 1, cLineEnd) || MayHoldEscape(key.constData(), key.size()))
         return false;
-    const QStringRef quoted = mText.midRef(valueBegin, valueEnd - valueBegin);
-    value = hasEscapes ? TakeEscapesBack(quoted) : quoted.toString();
+    const int length = valueEnd - valueBegin;
+    value = hasEscapes ? TakeEscapesBack(mText.midRef(valueBegin, length))
+                       : GString(mText.constData() + valueBegin, length);
     mPosition = valueEnd + 1 + cLineEnd.size();
     return true;
 }
@@ -80,6 +87,9 @@ bool PlainDictText::IsHere(int position, QLatin1String text) const
 // The position of the quote that ends a value; -1 when there is none.
 int PlainDictText::FindValueEnd(int position, bool& hasEscapes) const
 {
+    const int quote = mText.indexOf(cQuote, position);
+    if (quote < 0 || !MayHoldEscape(mText.constData() + position, quote - position))
+        return quote;
     for (; position < mText.size(); ++position) {
         const QChar character = mText.at(position);
         if (character == cQuote)
