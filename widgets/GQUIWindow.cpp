@@ -18,8 +18,10 @@ static void BrightenIndicators(QWidget& window)
     if (ground.lightness() >= 128)
         return;
     const QColor text = window.palette().color(QPalette::WindowText);
-    const QColor field((3 * ground.red() + text.red()) / 4, (3 * ground.green() + text.green()) / 4,
-                       (3 * ground.blue() + text.blue()) / 4);
+    // About three times as bright as the ground, and the mark in it as bright again.
+    const auto mix = [](int dark, int bright) { return (13 * dark + 7 * bright) / 20; };
+    const QColor field(mix(ground.red(), text.red()), mix(ground.green(), text.green()),
+                       mix(ground.blue(), text.blue()));
     for (QAbstractButton* button : window.findChildren<QAbstractButton*>()) {
         QPalette palette = button->palette();
         palette.setColor(QPalette::Base, field);

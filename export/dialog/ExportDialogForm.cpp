@@ -44,7 +44,6 @@ ExportDialogForm::ExportDialogForm(QWidget& dialog, const GCPTSaveAsTool& tool) 
     // As wide without the options as with them.
     layout->addStrut(options->minimumSizeHint().width());
     layout->setSizeConstraint(QLayout::SetFixedSize);
-    SetTabOrder();
 }
 
 void ExportDialogForm::CreatePageRange(bool isOffered)
@@ -91,7 +90,6 @@ void ExportDialogForm::CreateButtons()
     buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &mDialog);
     buttons->button(QDialogButtonBox::Cancel)->setText(tr("Cancel"));
     okButton = buttons->button(QDialogButtonBox::Ok);
-    okButton->setDefault(true);
     okButton->setAccessibleDescription(altHint->text());
 }
 
@@ -126,11 +124,4 @@ QBoxLayout* ExportDialogForm::MakeButtonRow()
     row->addWidget(buttons);
     row->addStretch();
     return row;
-}
-
-void ExportDialogForm::SetTabOrder()
-{
-    QWidget* const order[] = {pdfSettings, allPages, range, pageRange, includePackage};
-    for (size_t index = 1; index < std::size(order); ++index)
-        QWidget::setTabOrder(order[index - 1], order[index]);
 }

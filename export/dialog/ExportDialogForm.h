@@ -46,7 +46,6 @@ private:
     void CreateButtons();
     QGridLayout* MakeGrid();
     QBoxLayout* MakeButtonRow();
-    void SetTabOrder();
 
     QWidget& mDialog;
 };

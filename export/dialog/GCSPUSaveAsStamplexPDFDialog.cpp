@@ -124,12 +124,13 @@ void GCSPUSaveAsStamplexPDFDialog::FillPDFSettings()
 
 void GCSPUSaveAsStamplexPDFDialog::ReadHopboxes()
 {
-    mForm.pdfSettings->SetList({});
+    HopboxList list;
     try {
-        mForm.pdfSettings->SetList(HopboxList::Read());
+        list = HopboxList::Read();
     } catch (const GException& error) {
         ShowError(tr("Export as Stamplex PDF Error"), ErrorText::Describe(error));
     }
+    mForm.pdfSettings->SetList(std::move(list));
     if (const QStringList& keys = mForm.pdfSettings->GetList().GetUnreadableKeys(); !keys.isEmpty())
         ShowMissing(keys);
 }
@@ -162,7 +163,6 @@ void GCSPUSaveAsStamplexPDFDialog::OnPDFSettingsSelectionChanged(int)
     mIsAdjustable = IsOn(settings, cUserSettings);
     if (mIsAdjustable)
         mForm.adjustment->Load(settings);
-    mForm.adjustment->SetDefaults({});
     mForm.options->setVisible(mIsAdjustable);
     mHasDefaults = false;
     ShowDefaults();
@@ -214,7 +214,7 @@ void GCSPUSaveAsStamplexPDFDialog::resizeEvent(QResizeEvent* event)
     const QSize frame = frameGeometry().size() - size();
     const int rest = layout()->totalSizeHint().height() - mForm.adjustment->sizeHint().height();
     if (!mForm.options->isHidden() && !mForm.options->IsCollapsed())
-        mForm.adjustment->SetMostHeight(std::max(0, room.height() - frame.height() - rest));
+        mForm.adjustment->SetMostHeight(room.height() - frame.height() - rest);
     if (!isVisible())
         return;
     const QPoint most =
@@ -227,11 +227,10 @@ void GCSPUSaveAsStamplexPDFDialog::resizeEvent(QResizeEvent* event)
 // it.
 void GCSPUSaveAsStamplexPDFDialog::ShowDefaults()
 {
-    const HopboxList::Item* item = mForm.pdfSettings->GetCurrentItem();
-    if (mHasDefaults || !mIsAdjustable || item == nullptr || mForm.options->IsCollapsed())
+    if (mHasDefaults || !mIsAdjustable || mForm.options->IsCollapsed())
         return;
     mHasDefaults = true;
-    mForm.adjustment->SetDefaults(ReadJobOptionsDefaults(item->record));
+    mForm.adjustment->SetDefaults(ReadJobOptionsDefaults(mForm.pdfSettings->GetCurrentItem()->record));
 }
 
 // What keeps the choices from being exported; empty when they can be.

@@ -49,7 +49,7 @@ void HopboxBox::keyPressEvent(QKeyEvent* event)
 bool HopboxBox::IsSpaceWithinText(const QKeyEvent& event)
 {
     if (event.key() == Qt::Key_Space)
-        return mLastLetter.isValid() && !mLastLetter.hasExpired(QApplication::keyboardInputInterval());
+        return !mLastLetter.hasExpired(QApplication::keyboardInputInterval());
     if (!event.text().isEmpty())
         mLastLetter.start();
     return false;

@@ -16,6 +16,13 @@ static bool NamesPages(const QString& range)
     }
 }
 
+// As much of a long range as a line of the dialog holds.
+static QString GetEnd(const QString& range)
+{
+    constexpr int cShown = 20;
+    return range.size() <= cShown ? range : QStringLiteral("\u2026") + range.right(cShown);
+}
+
 PageRangeEdit::PageRangeEdit(QWidget* parent) : QLineEdit(parent)
 {
     setPlaceholderText(tr("e.g. 1-5,8,11-13"));
@@ -31,7 +38,7 @@ void PageRangeEdit::OnTextChanged()
     if (text().isEmpty())
         return;
     if (!hasAcceptableInput())
-        mComplaint = tr("A page number is missing after \"%1\".").arg(text());
+        mComplaint = tr("A page number is missing after \"%1\".").arg(GetEnd(text()));
     else if (!NamesPages(text()))
         mComplaint = tr("The page range names no page of the document.");
 }

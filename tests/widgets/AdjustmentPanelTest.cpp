@@ -162,6 +162,10 @@ TEST(AdjustmentPanel, StoresWhatTheUserChanges)
          "BleedBottomValue=5 BleedChoice=1 BleedTopValue=1"_q},
         {equalBleeds, type(3, "6"), QString(equalBleeds).replace("Value=5"_q, "Value=6"_q)},
         {"BleedTopValue=5"_q, ClickChain, equalBleeds},
+        {"BleedBottomValue=5"_q, ClickChain, equalBleeds},
+        {QString(equalBleeds).remove("BleedChoice=1 "_q), ClickChain,
+         QString(equalBleeds).remove("BleedChoice=1 "_q)},  // opened, it changes nothing
+        {"BleedChoice=2 BleedTopValue=1"_q, ClickChain, "BleedChoice=2 BleedTopValue=1"_q},
         {equalBleeds,
          [](QWidget* panel) {
              ClickChain(panel);
@@ -208,7 +212,9 @@ TEST(AdjustmentPanel, StoresWhatTheUserChanges)
 TEST(AdjustmentPanel, LeavesTheBleedMarkAloneWhereItIsNotOffered)
 {
     Panel panel;
+    panel.Load(ToValues("Bleed=true PrinterMarks=false"_q));
     panel.SetShown(Panel::Control::cBleedMark, false);
+    EXPECT_EQ(panel.findChild<QCheckBox*>()->checkState(), Qt::Unchecked);
     panel.show();
     const QString before = QString::fromLatin1(cMarksOff) + "Trim=false"_q;
     Panel::Values values = ToValues(before);

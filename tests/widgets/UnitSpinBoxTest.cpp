@@ -3,7 +3,9 @@
 #include "widgets/GQUIUnitSpinBox.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QLineEdit>
+#include <QMenu>
 #include <QSignalSpy>
 #include <QTest>
 #include <QToolTip>
@@ -115,6 +117,7 @@ TEST_F(UnitSpinBox, LeavesATextThatIsNoLengthAndCorrectsOneBeyondTheRangeVisibly
             else
                 other.setFocus();
             EXPECT_TRUE(!withEnter || enter.isAccepted()) << "the dialog would close";
+            EXPECT_TRUE(!withEnter || box.GetTextField()->hasSelectedText());
             EXPECT_EQ(box.text(), QString::fromUtf8(test.left));
             const bool isCorrected = box.text() != QString::fromUtf8(test.typed);
             EXPECT_EQ(corrections.count(), isCorrected ? 1 : 0);
@@ -230,6 +233,12 @@ TEST_F(UnitSpinBox, StepsToWholeStepsOfTheUnit)
 TEST_F(UnitSpinBox, StepsFromNothingAndShowsAnyLengthThatItIsGiven)
 {
     box.SetRangePoints(0.5, 72);
+    EXPECT_EQ(box.toolTip(), box.GetRangeTip());
+    QContextMenuEvent menu(QContextMenuEvent::Keyboard, {}, box.mapToGlobal({}));
+    QApplication::sendEvent(&box, &menu);
+    auto* entries = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    EXPECT_FALSE(entries->actions().last()->text().isEmpty());
+    entries->close();
     box.SetPoints({});
     QTest::keyClick(&box, Qt::Key_Up);
     EXPECT_EQ(box.text(), "1 pt"_q);

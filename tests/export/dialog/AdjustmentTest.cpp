@@ -98,10 +98,16 @@ TEST_F(DialogTest, ATextThatIsNoLengthKeepsNobodyFromRemovingNorCountsWhereItsFi
 TEST_F(DialogTest, WhatIsLeftToTheJobOptionsTellsWhatTheyGive)
 {
     Add("Press", "1", "UserSettings=true MarkOffset=3");
-    const QString project = SetJobOptions("Press"_q,
-                                          "<< /OtherNamespaces [<< /AddCropMarks true /AddBleedMarks false "
-                                          "/MarksWeight 0.25 /MarksOffset 6 /UseDocumentBleed false "
-                                          "/BleedOffset [9 8 (x) 0] >>] >> setdistillerparams");
+    const QString project =
+        SetJobOptions("Press"_q,
+                      "<< /OtherNamespaces [<< /AddCropMarks true /AddBleedMarks false "
+                      "/AddRegMarks (x) /MarksWeight 0.25 /MarksOffset 6 /UseDocumentBleed false "
+                      "/BleedOffset [9 8 (x) 0] >>] >> setdistillerparams");
+    Add("Second", "2");
+    SetJobOptions("Second"_q,
+                  "<< /OtherNamespaces [<< /AddCropMarks false /BleedOffset [1 2 3] >>] >> "
+                  "setdistillerparams");
+    Add("Fixed", "3", "UserSettings=false");
     Open();
     const auto getTip = [this](QWidget& widget) {
         EXPECT_EQ(widget.accessibleDescription(), widget.toolTip());
@@ -129,4 +135,12 @@ TEST_F(DialogTest, WhatIsLeftToTheJobOptionsTellsWhatTheyGive)
     }
     Find("Crop").click();
     EXPECT_EQ(getTip(Find("Crop")), QString());
+    // Other Hopboxes' options say other things, or are not open to the user.
+    Find("Options").click();
+    list->setCurrentIndex(1);
+    EXPECT_EQ(getTip(Find("Crop")), unknown + ": off"_q);
+    EXPECT_EQ(getTip(*fields.at(1)), unknown + anyBleed);
+    list->setCurrentIndex(2);
+    list->setCurrentIndex(1);
+    EXPECT_EQ(getTip(Find("Crop")), unknown + ": off"_q);
 }

@@ -4,9 +4,13 @@
 
 #include <QAbstractItemView>
 #include <QClipboard>
+#include <QContextMenuEvent>
+#include <QMenu>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QScreen>
+#include <QScrollBar>
+#include <QSignalSpy>
 #include <QTextDocument>
 
 namespace
@@ -86,9 +90,10 @@ TEST_F(DialogTest, ALongTextIsCutInTheMiddle)
     Add("a", QByteArray(400, 'a').append(QByteArray(400, ' ').replace(' ', "z ")).constData());
     Open();
     const int half = mDialog->screen()->availableSize().width() / 2;
-    EXPECT_LE(list->width(), mDialog->width());
+    const int width = mDialog->width();
     list->showPopup();
     EXPECT_LE(list->view()->window()->width(), std::max(half, list->width()));
+    EXPECT_FALSE(list->view()->horizontalScrollBar()->isVisible());
     EXPECT_EQ(list->view()->textElideMode(), Qt::ElideMiddle);
     QLabel tip(list->toolTip());
     tip.setWordWrap(true);
@@ -98,7 +103,9 @@ TEST_F(DialogTest, ALongTextIsCutInTheMiddle)
     const QImage before = list->grab().toImage();
     HopboxRegistry().Clear();
     Add("a", QByteArray(400, 'a').append(QByteArray(400, ' ').replace(' ', "zz")).constData());
+    Add("b", "short");
     Open();
+    EXPECT_EQ(mDialog->width(), width);
     const bool drawsLetters = QLabel("z z"_q).grab().toImage() != QLabel("zzz"_q).grab().toImage();
     EXPECT_TRUE(!drawsLetters || list->grab().toImage() != before) << "the end of the text is not shown";
 }
@@ -132,12 +139,19 @@ TEST_F(DialogTest, WithoutHopboxesOnlyCancelIsLeft)
     EXPECT_FALSE(Find("Options").isVisible());
     EXPECT_FALSE(Find("Include File Package").isVisible());
     EXPECT_EQ(PlugInPreferences::GetLastSelection(), GString());
+    EXPECT_EQ(list->accessibleDescription(), "No PDF Settings found"_q);
     WindowDriver::Press(Qt::Key_Alt, Qt::AltModifier);
-    WindowDriver::Click(Qt::Key_Return, Qt::AltModifier);
+    EXPECT_FALSE(ok->isEnabled());
+    QMetaObject::invokeMethod(mDialog.get(), "OkOrRemoveClicked");
+    EXPECT_EQ(party.alerts, QStringList());
     EXPECT_TRUE(mDialog->isVisible());
     WindowDriver::Release(Qt::Key_Alt);
     WindowDriver::Click(Qt::Key_Escape);
     EXPECT_FALSE(mDialog->isVisible());
+    Open();
+    QContextMenuEvent menu(QContextMenuEvent::Keyboard, {}, list->mapToGlobal({}));
+    QApplication::sendEvent(list, &menu);
+    EXPECT_FALSE(list->findChild<QMenu*>()->actions().front()->isEnabled());
     EXPECT_TRUE(party.host.GetAsked().empty());
 }
 
@@ -185,6 +199,33 @@ TEST_F(DialogTest, ThePackageIsTheUsersChoiceWhereTheSettingLeavesIt)
     }
 }
 
+// Only the user's own click is a choice that is remembered.
+TEST_F(DialogTest, GoingFromOneHopboxToAnotherRemembersNothingForEither)
+{
+    Add("Chooses", "1");
+    Add("Fixed", "2", "IncludeFilePackage=true");
+    PlugInPreferences::SetPackageChoice("Chooses"_q, false);
+    Open();
+    const int width = mDialog->width();
+    const QSignalSpy selections(list, QOverload<int>::of(&QComboBox::currentIndexChanged));
+    list->setCurrentIndex(1);
+    EXPECT_TRUE(Find("Include File Package").isChecked());
+    EXPECT_EQ(mDialog->width(), width);
+    EXPECT_FALSE(PlugInPreferences::HasPackageChoice("Fixed"_q));
+    list->setCurrentIndex(0);
+    EXPECT_FALSE(PlugInPreferences::GetPackageChoice("Chooses"_q));
+    Find("Include File Package").click();
+    Find("Include File Package").setFocus();
+    WindowDriver::Press(Qt::Key_Alt, Qt::AltModifier);
+    WindowDriver::Click(Qt::Key_Return, Qt::AltModifier);
+    WindowDriver::Click(Qt::Key_Return, Qt::AltModifier);
+    WindowDriver::Release(Qt::Key_Alt);
+    EXPECT_EQ(GetList(), QString());
+    EXPECT_EQ(selections.count(), 2) << "the list says nothing while it is filled again";
+    EXPECT_FALSE(Find("Include File Package").isChecked());
+    EXPECT_TRUE(mDialog->focusWidget()->isVisible());
+}
+
 TEST_F(DialogTest, ClosingForgetsThePackageChoicesOfHopboxesThatAreGone)
 {
     Add("Stays", "S");
@@ -218,6 +259,11 @@ TEST_F(DialogTest, APageRangeNamesPagesOrKeepsOKFromBeingPressed)
     EXPECT_FALSE(range->isEnabled());
     QTest::mouseClick(&Find("Range:"), Qt::LeftButton);
     EXPECT_TRUE(range->isEnabled());
+    const int width = mDialog->width();
+    range->setText("1,"_q.repeated(200));
+    QTest::qWait(0);
+    EXPECT_EQ(mDialog->width(), width);
+    EXPECT_TRUE(GetMessage().endsWith(",1,1,\"."_q));
     const char noPage[] = "The page range names no page of the document.";
     const struct
     {
@@ -343,6 +389,32 @@ TEST_F(DialogTest, WhatCannotBeRemovedStaysWithAnAlert)
         EXPECT_EQ(GetList(), "[Press]"_q);
         EXPECT_TRUE(mDialog->isVisible());
     }
+}
+
+TEST_F(DialogTest, ARegistryThatCannotBeReadIsToldAndLeavesADialogThatCloses)
+{
+    Add("Press", "Press");
+    Open();
+    const QString folder = HopboxRegistry::GetPathName().GetParent().GetNativePath();
+    ASSERT_TRUE(QDir().rename(folder, folder + "_"_q) && WriteFile(folder, "in the way"));
+    ClickOKWithAlt();
+    EXPECT_EQ(party.alerts,
+              QStringList{"Export as Stamplex PDF error|Unable to remove selected PDF setting."_q});
+    EXPECT_EQ(GetList(), "[Press]"_q);
+    WindowDriver::Click(Qt::Key_Escape);
+    EXPECT_FALSE(mDialog->isVisible());
+    party.alerts.clear();
+    Open();
+    ASSERT_EQ(party.alerts.size(), 1);
+    EXPECT_TRUE(party.alerts.front().startsWith("Export as Stamplex PDF Error|"_q));
+    EXPECT_TRUE(Find<QLabel>("No PDF Settings found").isVisible());
+}
+
+TEST_F(DialogTest, NoNameRemovesNothing)
+{
+    const GString key = Add("", "U");
+    EXPECT_FALSE(HopboxList::Withdraw(GString()));
+    EXPECT_TRUE(HopboxRegistry().GetRecord(key)->entry.isPlugin);
 }
 
 // Other processes register Hopboxes while the user removes one after the other.

@@ -6,8 +6,11 @@
 #include <QAccessible>
 #include <QContextMenuEvent>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QToolButton>
 
+#include <cmath>
 #include <set>
 
 namespace
@@ -37,6 +40,20 @@ protected:
         return stops;
     }
 
+    // The middle of an empty check box.
+    QColor GetIndicator()
+    {
+        const QImage box = Find("Include File Package").grab().toImage();
+        return box.pixel(8, box.height() / 2);
+    }
+
+    // How much brighter one grey is than another.
+    static double GetContrast(const QColor& bright, const QColor& dark)
+    {
+        const auto getLight = [](const QColor& grey) { return std::pow(grey.valueF(), 2.2) + 0.05; };
+        return getLight(bright) / getLight(dark);
+    }
+
     void SendAlt(QEvent::Type type, bool isRepeated)
     {
         QKeyEvent event(type, Qt::Key_Alt, Qt::AltModifier, QString(), isRepeated);
@@ -57,6 +74,7 @@ TEST_F(KeyboardTest, AltTurnsOKIntoRemoveAndGivesTheFocusBack)
         EXPECT_EQ(ok->text(), "OK"_q);
         WindowDriver::Press(Qt::Key_Alt, Qt::AltModifier);
         EXPECT_EQ(ok->text(), "Remove"_q) << widget->metaObject()->className();
+        SendAlt(QEvent::KeyPress, true);
         EXPECT_EQ(mDialog->focusWidget(), mDialog.get());
         SendAlt(QEvent::KeyRelease, true);
         EXPECT_EQ(ok->text(), "Remove"_q);
@@ -277,6 +295,7 @@ TEST_F(KeyboardTest, InEachLanguageNothingIsCutOrJumpsAndMnemonicsAreUnique)
 TEST_F(KeyboardTest, OKAndCancelStayOnTheScreenAndAllOptionsWithinReach)
 {
     Add("Press", "Press");
+    Add("Proofs", "Proofs", "UserSettings=false");
     const QFont font = QApplication::font();
     for (const int size : {9, 22}) {
         SCOPED_TRACE(size);
@@ -285,7 +304,9 @@ TEST_F(KeyboardTest, OKAndCancelStayOnTheScreenAndAllOptionsWithinReach)
         QApplication::setFont(large);
         Open();
         const QRect room = mDialog->screen()->availableGeometry();
-        mDialog->move(0, room.bottom() - mDialog->height());
+        const int centre = std::max(room.center().x(), mDialog->width() / 2);
+        EXPECT_NEAR(mDialog->frameGeometry().center().x(), centre, 2) << "the window manager's choice";
+        mDialog->move(room.right() - mDialog->width() / 2, room.bottom() - mDialog->height());
         const auto isOnScreen = [&](const QWidget& widget) {
             const QRect place(widget.mapToGlobal({}), widget.size());
             return room.top() <= place.top() && place.bottom() <= room.bottom();
@@ -294,14 +315,23 @@ TEST_F(KeyboardTest, OKAndCancelStayOnTheScreenAndAllOptionsWithinReach)
         EXPECT_TRUE(QTest::qWaitFor([&] { return isOnScreen(*ok) && isOnScreen(Find("Cancel")); }));
         EXPECT_LE(mDialog->frameGeometry().height(), room.height());
         EXPECT_GE(mDialog->frameGeometry().top(), room.top());
+        EXPECT_LE(mDialog->frameGeometry().right(), std::max(room.right(), mDialog->frameGeometry().width()));
         auto* panel = mDialog->findChild<GCUSPDFSettingsAdjWdt*>();
+        EXPECT_EQ(panel->findChild<QScrollArea*>()->horizontalScrollBar()->maximum(), 0);
         for (GQUIUnitSpinBox* field : panel->findChildren<GQUIUnitSpinBox*>()) {
             field->setFocus(Qt::ShortcutFocusReason);
             QTest::qWait(0);
             EXPECT_TRUE(panel->rect().contains(QRect(field->mapTo(panel, {}), field->size())));
         }
+        const QSize most = panel->sizeHint();
+        list->setCurrentIndex(1);  // without options
+        QTest::qWait(0);
+        EXPECT_EQ(panel->sizeHint(), most);
+        list->setCurrentIndex(0);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return panel->sizeHint() == most && isOnScreen(*ok); }));
         Find("Options").click();
         EXPECT_TRUE(QTest::qWaitFor([&] { return isOnScreen(*ok); }));
+        EXPECT_EQ(panel->sizeHint(), most);
     }
     QApplication::setFont(font);
 }
@@ -312,8 +342,10 @@ TEST_F(KeyboardTest, AnEmptyCheckBoxIsSeenInDarkColours)
     const QPalette before = QApplication::palette();
     QApplication::setPalette(QPalette(QColor(50, 50, 53)));
     Open();
-    const QImage box = Find("Include File Package").grab().toImage();
-    EXPECT_GT(qGray(box.pixel(8, box.height() / 2)), 50 + 30);
+    EXPECT_GT(GetContrast(GetIndicator(), QColor(50, 50, 53)), 2.9);
+    QApplication::setPalette(QPalette(QColor(230, 230, 230)));
+    Open();
+    EXPECT_EQ(GetIndicator(), QColor(Qt::white));
     QApplication::setPalette(before);
 }
 

@@ -4,7 +4,8 @@
 #include "widgets/GCUSModal.h"
 
 #include <QAbstractButton>
-#include <QGuiApplication>
+#include <QApplication>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QScreen>
 #include <QWindow>
@@ -66,6 +67,21 @@ TEST(GCSPUUserMessage, WarningIsTrueForEverythingButOK)
         EXPECT_TRUE(box.isVisible());
         box.close();
     }));
+}
+
+// Held down since before the box opened.
+TEST(GCSPUUserMessage, AnEnterThatIsHeldDownClosesNoBox)
+{
+    const WindowDriver driver({[](QWidget& box) {
+        for (QWidget* target : {&box, box.focusWidget()}) {
+            QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, "\r"_q, true);
+            QApplication::sendEvent(target, &repeated);
+            EXPECT_TRUE(box.isVisible());
+        }
+        WindowDriver::Click(Qt::Key_Return);
+        EXPECT_FALSE(box.isVisible());
+    }});
+    GCSPUUserMessage().ShowInfoMessage(cTitle, cText);
 }
 
 TEST(GCSPUUserMessage, ABoxBelongsToTheParentWindowAndToTheModalTimeOfItsDialog)
