@@ -10,6 +10,8 @@
 #include "foundation/core/GStringSupport.h"
 #include "foundation/prefs/GDictListReader.h"
 #include "foundation/prefs/GPrefMemoryModule.h"
+#include "foundation/system/GDamagedCopies.h"
+#include "foundation/trace/GTrace.h"
 #include "hopbox/HopboxFolder.h"
 #include "hopbox/TemporaryFolder.h"
 
@@ -62,13 +64,15 @@ GPathName Extract(ZipArchive& archive, const GPathName& folder)
     return GetExtractedPath(archive, folder);
 }
 
-// Whether anything of a settings document can be read.
-bool IsDocument(const GBuffer& bytes)
+// Whether anything of a settings document can be read; `damage` becomes the byte where it is damaged, or -1.
+bool IsDocument(const GBuffer& bytes, int64_t* damage)
 {
     GMemoryInputStream stream(bytes);
     GDictListReader<GBuffer, GBuffer, GString> reader;
     GPrefGroups groups;
-    return reader.Read(stream, GEncoding::GetUTF16LittleEndian(), groups) || groups.GetCount() > 0;
+    const bool isRead = reader.Read(stream, GEncoding::GetUTF16LittleEndian(), groups);
+    *damage = reader.GetDamagePosition();
+    return isRead || groups.GetCount() > 0;
 }
 
 GPathName WriteSettingsFile(const GPrefModule& settings, const GPathName& folder)
@@ -170,7 +174,7 @@ bool HopboxProject::ReadSettings(GPrefModule& settings)
     GBuffer text;
     if (!FindJobOptions(archive) || !FindSettings(archive, text))
         return false;
-    if (!IsDocument(text))
+    if (!IsDocument(text, &mDamagePosition))
         return Fail(QStringLiteral("The project settings in %1 can't be read.").arg(mPath.GetNativePath()));
     settings.UpdateWith(GPrefMemoryModule(text, GEncoding::GetUTF16LittleEndian()));
     return true;
@@ -192,6 +196,7 @@ bool HopboxProject::Rewrite(const GPathName& jobOptions, const GPrefModule& sett
     if (!HasJobOptions())
         return false;
     try {
+        KeepDamaged();
         const TemporaryFolder folder;
         ProjectWriter writer(mPath);
         writer.AddFile(WriteSettingsFile(settings, folder.GetPathName()), cSettingsEntry);
@@ -203,6 +208,26 @@ bool HopboxProject::Rewrite(const GPathName& jobOptions, const GPrefModule& sett
     } catch (const GException& error) {
         return Fail(error.GetDescription());
     }
+}
+
+// What can't be read whole is kept before it is replaced.
+void HopboxProject::KeepDamaged()
+{
+    ZipArchive archive(mPath.GetPortablePath());
+    archive.SetMemoryLimit(cMaximumSettingsSize);
+    for (archive.StartIterate(); !archive.AtEnd() && !IsSettings(archive); archive.Next()) {
+    }
+    if (archive.AtEnd())
+        return;
+    const GBuffer text = archive.ExtractCurrentToMemory(GetPassword());
+    int64_t damage = -1;
+    IsDocument(text, &damage);
+    if (!text.isNull() && (damage < 0 || text.isEmpty()))
+        return;
+    const GPathName copy = GDamagedCopies::Keep(mPath);
+    GTrace::Error(QStringLiteral("HopboxProject::KeepDamaged"),
+                  QStringLiteral("The settings in \"%1\" are damaged; the archive is kept as \"%2\".")
+                      .arg(mPath.GetNativePath(), copy.GetNativePath()));
 }
 
 bool HopboxProject::Create(const GPathName& jobOptions, const GPrefModule& settings)

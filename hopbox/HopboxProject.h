@@ -37,11 +37,16 @@ public:
 
     // Reads the settings and puts them over those that the module holds. Fails, with the module unchanged,
     // also when the archive has no job options.
+    // Where they are damaged, what could be read of them is read, and GetDamagePosition tells.
     bool ReadSettings(GPrefModule& settings);
 
+    // The byte of the settings where the damage begins that the last successful ReadSettings met; -1 when
+    // there was none.
+    int64_t GetDamagePosition() const { return mDamagePosition; }
+
     // Puts these settings in the place of the archive's, which must have job options. The archive is replaced
-    // whole, with its other files as they were; a failure leaves it as it was. Of two writers at once, the
-    // last one's settings stay.
+    // whole, with its other files as they were; a failure leaves it as it was. One whose settings are damaged
+    // is kept beside it first (see GDamagedCopies). Of two writers at once, the last one's settings stay.
     bool WriteSettings(const GPrefModule& settings);
 
     // The same, with other job options in the place of the archive's too.
@@ -57,6 +62,7 @@ public:
 private:
     bool Rewrite(const GPathName& jobOptions, const GPrefModule& settings);
     bool IsSmallEnough(const GPathName& jobOptions);
+    void KeepDamaged();
     bool HasJobOptions();
     bool FindJobOptions(Morvane::ZipArchive& archive);
     bool FindSettings(Morvane::ZipArchive& archive, GBuffer& text);
@@ -64,4 +70,5 @@ private:
 
     GPathName mPath;
     GString mLastError;
+    int64_t mDamagePosition = -1;
 };

@@ -41,6 +41,14 @@ bool RemoveSetting(const GPathName& archive, const QString& setting)
     return project.WriteSettings(settings);
 }
 
+// What can be read of them. The damaged archive is kept.
+bool RewriteSettings(const GPathName& archive)
+{
+    HopboxProject project(archive);
+    GPrefMemoryModule settings;
+    return project.ReadSettings(settings) && project.WriteSettings(settings);
+}
+
 // What is to be done about a finding of a check. What the check calls a note may still need a hand.
 Finding MakeFinding(const HopboxCheck::Finding& found, const HopboxCheck& check, const QString& key,
                     const QString& name)
@@ -53,6 +61,10 @@ Finding MakeFinding(const HopboxCheck::Finding& found, const HopboxCheck& check,
             return {"archive-missing", text, QStringLiteral("hopboxctl delete %1").arg(address), {}};
         case Kind::cBadArchive:
             return {"archive-damaged", text, QStringLiteral("hopboxctl delete %1").arg(address), {}};
+        case Kind::cDamagedSettings:
+            return {"project-settings-damaged", text,
+                    QStringLiteral("hopboxctl set %1 --setting KEY=VALUE").arg(address),
+                    [archive = check.archive] { return RewriteSettings(archive); }};
         case Kind::cBadJobOptions:
             return {"job-options-unusable",
                     text,

@@ -4,6 +4,7 @@
 #include "apps/hopboxctl/PlugInSettings.h"
 #include "apps/hopboxctl/ProjectPlace.h"
 #include "foundation/prefs/GPrefMemoryModule.h"
+#include "foundation/system/GDamagedCopies.h"
 #include "hopbox/HopboxProject.h"
 #include "hopbox/HopboxRegistry.h"
 #include "hopbox/TemporaryFolder.h"
@@ -26,6 +27,15 @@ void CheckSettings(HopboxProject& project, HopboxCheck& check)
         check.problems.append({Kind::cBadArchive, project.GetLastError(), {}});
         return;
     }
+    if (project.GetDamagePosition() >= 0)
+        check.problems.append(
+            {Kind::cDamagedSettings,
+             QStringLiteral(
+                 "The settings in \"%1\" are damaged at byte %2; some may be missing. The archive will "
+                 "be kept as \"%3\" before the first change.")
+                 .arg(check.archive.GetNativePath(), QString::number(project.GetDamagePosition()),
+                      GDamagedCopies::GetNewest(check.archive).GetNativePath()),
+             {}});
     check.settings = PlugInSettings::GetJson(settings);
     for (const QString& key : check.settings.keys()) {
         const QString fault = PlugInSettings::FindFault(key, check.settings.value(key).toString());

@@ -15,6 +15,7 @@ struct HopboxCheck
     {
         cNoArchive,
         cBadArchive,
+        cDamagedSettings,
         cBadJobOptions,
         cNoIcon,
         cOddSetting,

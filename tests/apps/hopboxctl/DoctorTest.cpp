@@ -81,6 +81,16 @@ TEST_F(DoctorTest, EachDamageIsFoundNamedAndMendedWhereThatIsSafe)
          false},
         {"!archive-missing", [&] { QFile::rename(mArchive, mArchive + ".away"_q); }, false},
         {"!archive-damaged", [&] { WriteFile(mArchive, "no archive"); }, false},
+        {"!project-settings-damaged",
+         [&] {
+             const QString text = "#BEGINPREFS \"G\" x"_q;
+             WriteFile(GetPath("Project/Project.prefs"),
+                       QByteArray(reinterpret_cast<const char*>(text.utf16()), text.size() * 2));
+             WriteFile(GetPath("PrinterFiles/a"), "<< /A 1 >> setdistillerparams");
+             Run({"zip"_q, "create"_q, mArchive, "Project"_q, "PrinterFiles"_q});
+             QDir(GetPath("PrinterFiles")).removeRecursively();
+         },
+         true},
         {"!job-options-unusable", [&] { ReplaceArchive("<< /A 1 >>", "Trim"_q); }, false},
         {"!setting-odd", [&] { ReplaceArchive("<< /A 1 >> setdistillerparams", "Paper"_q); }, true},
         {"!icon-missing", [&] { Set("HopboxIconPath=/none.png"_q); }, true},

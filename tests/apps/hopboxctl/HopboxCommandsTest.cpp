@@ -258,6 +258,29 @@ TEST_F(HopboxCommands, CheckTellsWhatIsWrong)
     EXPECT_EQ(Run("delete|Press"), 0);
 }
 
+TEST_F(HopboxCommands, DamagedSettingsOfAnArchiveAreToldAndKeptBeforeTheyAreReplaced)
+{
+    ASSERT_TRUE(WriteFile(GetPath("PrinterFiles/a.joboptions"), "<< /A 1 >> setdistillerparams"));
+    const QString text =
+        "#BEGINPREFS\r\n\"PluginSettings\"\r\n#BEGINDICT\r\n\"Trim\" \"true\"\r\n#ENDDICT\r\n\"Other\" x"_q;
+    ASSERT_TRUE(WriteFile(GetPath("Project/Project.prefs"), GEncoding::GetUTF16LittleEndian()->Encode(text)));
+    ASSERT_EQ(Create("Press"_q), 0);
+    ASSERT_EQ(Run("show|Press|--json"), 0);
+    const QString archive = GetText("ContextFilePath");
+    ASSERT_EQ(Run({"zip"_q, "create"_q, archive, "Project"_q, "PrinterFiles"_q}), 0) << mError.toStdString();
+    const QByteArray damaged = ReadFile(archive);
+    EXPECT_EQ(Run("check|Press"), 1);
+    EXPECT_TRUE(mError.contains("are damaged at byte")) << mError.toStdString();
+    for (int count = 0; count < 2; ++count) {
+        EXPECT_EQ(Run("set|Press|--setting|Bleed=true"), 0) << mError.toStdString();
+        EXPECT_EQ(ReadFile(archive + ".damaged"_q), damaged);
+        EXPECT_FALSE(QFile::exists(archive + ".damaged.1"_q));
+        EXPECT_EQ(Run("check|Press"), 0) << mError.toStdString();
+    }
+    EXPECT_TRUE(mOutput.contains("Trim=true"));
+    EXPECT_EQ(Run("delete|Press"), 0) << mError.toStdString();
+}
+
 TEST_F(HopboxCommands, CheckTellsOfAHopboxThatCannotExport)
 {
     // An archive that another program has made: only its job options and settings are odd.

@@ -58,8 +58,7 @@ TEST(SampleReceiver, TakesWhatTheProductSendsBesideAReceiverOfOurs)
         EXPECT_EQ(sample.ReadMessage().value("payload"_q).toString().toUtf8(), payload) << number;
     }
     EXPECT_EQ(sample.WaitForEnd(), 0);
-    EXPECT_EQ(manager->GetReceiverState(GProcessInfo::GetOwnProcessID()),
-              GPPIPCState::Reachable);
+    EXPECT_EQ(manager->GetReceiverState(GProcessInfo::GetOwnProcessID()), GPPIPCState::Reachable);
 }
 
 TEST(SampleReceiver, LeavesNothingWhenItIsStopped)
