@@ -15,17 +15,25 @@ namespace
                            QStringLiteral("The plug-in can't show its windows: %1").arg(reason));
 }
 
-std::unique_ptr<QApplication> MakeApplication()
+// How many modules use an application that one of them has made. A host's own has no such property.
+constexpr const char* cUses = "HopboxPlugInUses";
+
+int GetUses()
+{
+    return qApp->property(cUses).toInt();
+}
+
+void MakeApplication()
 {
     // Qt keeps references to both for as long as the application lives.
     static char name[] = "Export to Hopbox";
     static char* arguments[] = {name, nullptr};
     static int argumentCount = 1;
 
-    auto application = std::make_unique<QApplication>(argumentCount, arguments);
+    auto* const application = new QApplication(argumentCount, arguments);
+    application->setProperty(cUses, 1);
     // The process is the host's: it doesn't end with the last window of ours.
     QApplication::setQuitOnLastWindowClosed(false);
-    return application;
 }
 }  // namespace
 
@@ -37,10 +45,19 @@ ApplicationUse::ApplicationUse()
         QCoreApplication::addLibraryPath(GFileSystemBase::GetDllPath().GetParent().GetPortablePath());
         if (const GString fault = WindowSystem::FindFault(); !fault.isEmpty())
             RaiseNoWindows(fault);
-        mOwn = MakeApplication();
+        MakeApplication();
     } else if (qobject_cast<QApplication*>(existing) == nullptr) {
         RaiseNoWindows(QStringLiteral("the host is a Qt program without windows."));
+    } else if (GetUses() > 0) {
+        existing->setProperty(cUses, GetUses() + 1);
     }
 }
 
-ApplicationUse::~ApplicationUse() = default;
+ApplicationUse::~ApplicationUse()
+{
+    const int uses = qApp == nullptr ? 0 : GetUses();
+    if (uses == 1)
+        delete qApp;
+    else if (uses > 1)
+        qApp->setProperty(cUses, uses - 1);
+}

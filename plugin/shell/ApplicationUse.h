@@ -1,11 +1,8 @@
 #pragma once
 
-#include <memory>
-
-class QApplication;
-
 // The QApplication that the plug-in's windows need, while one of these lives. A host that has one keeps its
-// own; where there is none, this makes one and takes it down again.
+// own; where there is none, this makes one and takes it down again. Where several modules of ours are in one
+// process, the first that comes makes it, and the last that goes takes it down.
 class ApplicationUse
 {
 public:
@@ -15,7 +12,4 @@ public:
     ~ApplicationUse();
     ApplicationUse(const ApplicationUse&) = delete;
     ApplicationUse& operator=(const ApplicationUse&) = delete;
-
-private:
-    std::unique_ptr<QApplication> mOwn;
 };

@@ -8,6 +8,8 @@
 #include "tests/support/WindowDriver.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QLibrary>
 #include <QMessageBox>
 #include <QRadioButton>
@@ -372,4 +374,46 @@ TEST_F(Module, ExportsWithoutADialogWhatAScriptAsksFor)
     receiver.Kill();
     EXPECT_EQ(exportTo(cDocument, "Press"_q, {}, false), ExportResult::Failed);
     EXPECT_EQ(error, cNobodyTakesIt);
+}
+
+// Two plug-ins of one kind in a process, such as two versions: each has its host, and the one that goes first
+// leaves the other what both stand on.
+TEST_F(Module, LivesBesideAnotherModule)
+{
+    MakeHopbox("Press"_q);
+    MakeDocumentAndBook();
+    const QString copy = sandbox.GetPath("Other/"_q + QFileInfo(QStringLiteral(HOPBOX_MODULE)).fileName());
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(copy).path()) && QFile::copy(QStringLiteral(HOPBOX_MODULE), copy));
+    QLibrary otherLibrary(copy);
+    ModulePlugIn other(reinterpret_cast<hopbox_entry_function>(otherLibrary.resolve(HOPBOX_ENTRY_NAME)));
+    ASSERT_TRUE(other.IsServed()) << otherLibrary.errorString().toStdString();
+    FakeHost otherHost;
+    otherHost.documents = host.documents;
+    const ExportChoices choices{PMString("Press"_q), PMString(), false};
+    for (const bool isFirstGone : {false, true}) {
+        PMString reason;
+        ASSERT_EQ(GiveServices(&host), QString());
+        ASSERT_TRUE(other.Load(&otherHost, reason)) << reason.GetString().toStdString();
+        IActionComponent* first = Create();
+        IActionComponent* second = other.CreateActionComponent(reason);
+        ASSERT_NE(first, nullptr) << error.toStdString();
+        ASSERT_NE(second, nullptr) << reason.GetString().toStdString();
+        {
+            const PrinterProcessor receiver(sandbox, {"--inbox"_q, sandbox.GetPath("Inbox"_q)});
+            for (IActionComponent* component : {first, second})
+                EXPECT_EQ(component->Export(cDocument, choices, reason), ExportResult::Done)
+                    << reason.GetString().toStdString();
+        }
+        EXPECT_EQ(host.commands.size(), otherHost.commands.size());
+        EXPECT_TRUE(isFirstGone ? plugIn->Unload() : other.Unload());
+        EXPECT_NE(QCoreApplication::instance(), nullptr);
+        {
+            WindowDriver driver({[](QWidget&) { WindowDriver::Click(Qt::Key_Escape); }});
+            (isFirstGone ? second : first)->DoAction(nullptr, cDocument, nullptr);
+        }
+        EXPECT_TRUE(isFirstGone ? other.Unload() : plugIn->Unload());
+        EXPECT_EQ(QCoreApplication::instance(), nullptr);
+    }
+    EXPECT_EQ(other.GetHandleCount(), 0U);
+    EXPECT_EQ(otherHost.GetUnreleased(), QStringList());
 }
