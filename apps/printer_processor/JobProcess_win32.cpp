@@ -27,7 +27,10 @@ bool JobProcess::Start(const QString& program, const QStringList& arguments)
     start(program, arguments);
     if (!waitForStarted(-1))
         return false;
-    AssignProcessToJobObject(mBond->handle, pid()->hProcess);
+    const HANDLE process =
+        OpenProcess(PROCESS_SET_QUOTA | PROCESS_TERMINATE, FALSE, static_cast<DWORD>(processId()));
+    AssignProcessToJobObject(mBond->handle, process);
+    CloseHandle(process);
     return true;
 }
 
