@@ -89,8 +89,8 @@ int Check(const hopbox_adaptor& adaptor, hopbox_entry_function plugIn, const QSt
         table.CheckCommands();
         report.Expect(host.GetHandleCount() == 0, "release",
                       QStringLiteral("each handle is given back once"));
-        ExportChecks(plugIn, host, receiver, report).Run();
-        if (report.GetFaultCount() == 0)  // what was unloaded can be loaded again
+        // Exports of what is wrong already tell nothing more. What was unloaded can be loaded again.
+        for (int round = 0; round < 2 && report.GetFaultCount() == 0; ++round)
             ExportChecks(plugIn, host, receiver, report).Run();
         report.Expect(adaptor.close_all(adaptor.host) == HOPBOX_OK, "close_all",
                       QStringLiteral("what is open closes"));

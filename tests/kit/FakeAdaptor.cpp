@@ -42,8 +42,12 @@ int32_t OpenSample(void*, const hopbox_text* folder)
     return WriteFile(document.path, "document") && WriteFile(book.path, "book") ? HOPBOX_OK : HOPBOX_FAILED;
 }
 
+bool leavesOpen = false;
+
 int32_t CloseAll(void*)
 {
+    if (leavesOpen)
+        return HOPBOX_OK;
     GetState().services.documents.clear();
     GetState().services.books.clear();
     return HOPBOX_OK;
@@ -52,13 +56,6 @@ int32_t CloseAll(void*)
 const std::map<QByteArray, void (*)(Table&)> cLies = {
     {"version", [](Table& table) { table.version = HOPBOX_VERSION + 1; }},
     {"needed", [](Table& table) { table.set_pages = nullptr; }},
-    {"twice released",
-     [](Table& table) {
-         table.get_front_document = [](void* host, Handle* handle) -> int32_t {
-             const int32_t result = HostTable::GetTable().get_front_document(host, handle);
-             return result == HOPBOX_OK && *handle % 2 == 0 ? HOPBOX_FAILED : result;
-         };
-     }},
     {"no file",
      [](Table& table) {
          table.get_document_file = [](void*, Handle, const hopbox_sink* sink) -> int32_t {
@@ -121,12 +118,21 @@ const std::map<QByteArray, void (*)(Table&)> cLies = {
              return HOPBOX_OK;
          };
      }},
-    {"raised books", [](Table& table) {
-         table.save_book = nullptr;
+    {"books without documents",
+     [](Table& table) {
          table.get_book_document_file = [](void*, Handle, int32_t, const hopbox_sink*) -> int32_t {
              return HOPBOX_NONE;
          };
-     }}};
+     }},
+    {"no export",  // of the name that the plug-in gives it
+     [](Table& table) {
+         table.set_output = [](void* host, Handle command, const hopbox_text* path) -> int32_t {
+             const QByteArray text(path->bytes, static_cast<int>(path->length));
+             const bool isExport = text.endsWith("Sample.pdf") && !text.contains("none");
+             return isExport ? int32_t(HOPBOX_FAILED) : HostTable::GetTable().set_output(host, command, path);
+         };
+     }},
+    {"documents left open", [](Table&) { leavesOpen = true; }}};
 }  // namespace
 
 extern "C" Q_DECL_EXPORT const hopbox_adaptor* hopbox_adaptor_entry(uint32_t)

@@ -2,7 +2,8 @@
 if(MODULE MATCHES "[.]dll$")
   string(REGEX REPLACE "nm$" "objdump" OBJDUMP "${NM}")
   execute_process(COMMAND "${OBJDUMP}" -p "${MODULE}" OUTPUT_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
-  string(REGEX REPLACE ".*Ordinal/Name Pointer.*Table" "" output "${output}")
+  string(REGEX REPLACE ".*Ordinal/Name Pointer. Table" "" output "${output}")
+  string(REGEX REPLACE "\n\n.*" "" output "${output}")
   string(REGEX MATCHALL "[[][ 0-9]+[]] [^\n]+" lines "${output}")
 else()
   execute_process(COMMAND "${NM}" -D --defined-only "${MODULE}"
