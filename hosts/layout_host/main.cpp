@@ -18,12 +18,11 @@
 
 namespace
 {
-// Programs that lie elsewhere are named by the environment.
+// A program that lies elsewhere is named by the environment.
 ScribusSetup MakeSetup()
 {
     ScribusSetup setup = ScribusSetup::MakeForUser();
     setup.scribus = qEnvironmentVariable("LAYOUT_HOST_SCRIBUS", setup.scribus);
-    setup.qpdf = qEnvironmentVariable("LAYOUT_HOST_QPDF", setup.qpdf);
     return setup;
 }
 

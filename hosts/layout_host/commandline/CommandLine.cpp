@@ -37,7 +37,6 @@ const CliProgram cProgram = {
      {"environment",
       "  HOPBOX_PLUGIN        the file of the plug-in\n"
       "  LAYOUT_HOST_SCRIBUS  the program scribus\n"
-      "  LAYOUT_HOST_QPDF     the program qpdf\n"
       "  MORVANE_ROOT         a folder for everything that belongs to Hopboxes, in place of your own"}}};
 
 bool ParseSeconds(const QString& text, int& seconds)

@@ -7,7 +7,8 @@
 
 // A book: documents in an order of their own, kept in a small JSON file,
 //
-//     { "format": "layout-host book", "version": 1, "documents": ["cover.sla", "text/chapter 1.sla"] }
+//     { "format": "layout-host book", "version": 1, "title": "A Journey", "numbering": "continued",
+//       "documents": ["cover.sla", "text/chapter 1.sla"] }
 //
 // A relative path starts at the book's folder. A document may stand in a book twice, and need not exist. For
 // the main thread.
@@ -32,6 +33,18 @@ public:
     // Sets the documents, by absolute paths. The book is modified when they are others.
     void SetDocuments(const QStringList& paths);
 
+    // The title of the whole; the file's name without its ending where the book has none.
+    QString GetTitle() const;
+
+    // Whether page numbers go on from one document to the next. Otherwise each document has its own.
+    bool IsNumberedOn() const { return mIsNumberedOn; }
+
+    // The book is modified when it was numbered otherwise.
+    void SetNumberedOn(bool isNumberedOn);
+
+    // Takes title and numbering from another book.
+    void TakeSettings(const BookFile& other);
+
     // Whether the file lacks something that the book holds.
     bool IsModified() const { return mIsModified; }
 
@@ -42,5 +55,7 @@ public:
 private:
     QString mPath;
     QStringList mDocuments;
+    QString mTitle;
+    bool mIsNumberedOn = false;
     bool mIsModified = true;
 };

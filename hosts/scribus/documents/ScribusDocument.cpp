@@ -1,6 +1,7 @@
 #include "hosts/scribus/documents/ScribusDocument.h"
 
 #include "foundation/trace/GTrace.h"
+#include "hosts/scribus/documents/DocumentInquiry.h"
 #include "hosts/scribus/runner/ScribusRunner.h"
 #include "hosts/scribus/sla/SlaContent.h"
 #include "hosts/scribus/sla/SlaFile.h"
@@ -117,45 +118,83 @@ bool ScribusDocument::SaveAs(const QString& path, QString& reason)
     return true;
 }
 
+bool ScribusDocument::IsDescribed() const
+{
+    return mInfo != nullptr && mStamp == FileStamp::Take(GetContentPath());
+}
+
 const DocumentInfo* ScribusDocument::GetInfo()
 {
-    const FileStamp stamp = FileStamp::Take(GetContentPath());
-    if (stamp == mStamp && (mInfo != nullptr || !mError.isEmpty()))
-        return mInfo.get();
+    Ask({this}, nullptr);
+    return mInfo.get();
+}
+
+CommandResult ScribusDocument::AskAbout(const std::vector<DocumentPtr>& documents,
+                                        const std::function<void(const QString& path)>& beginStep)
+{
+    std::vector<ScribusDocument*> asked;
+    for (const DocumentPtr& document : documents)
+        asked.push_back(document.get());
+    return asked.empty() ? CommandResult::Success() : Ask(asked, beginStep);
+}
+
+CommandResult ScribusDocument::Ask(const std::vector<ScribusDocument*>& documents,
+                                   const std::function<void(const QString& path)>& beginStep)
+{
+    std::vector<ScribusDocument*> asked;
+    DocumentInquiry inquiry(documents.front()->mRunner);
+    for (ScribusDocument* document : documents) {
+        const FileStamp stamp = FileStamp::Take(document->GetContentPath());
+        if (document->MakeReady(stamp)) {
+            asked.push_back(document);
+            inquiry.Add(document->GetContentPath(), stamp);
+        }
+    }
+    const CommandResult result = inquiry.Run(beginStep);
+    for (size_t i = 0; i < asked.size(); ++i) {
+        const DocumentInquiry::Answer& answer = inquiry.GetAnswers()[i];
+        asked[i]->TakeAnswer(answer.values, answer.presentForm,
+                             answer.isThere ? answer.error : result.reason);
+    }
+    return result;
+}
+
+// Makes room for what is to be asked. False when nothing is: all is known, or there is nothing to ask about.
+bool ScribusDocument::MakeReady(const FileStamp& stamp)
+{
+    if (stamp == mStamp && mInfo != nullptr)
+        return false;
     Forget();
     mStamp = stamp;
     if (!stamp.Exists())
         mError = QStringLiteral("There is no file \"%1\".").arg(GetContentPath());
-    else if (!SlaFile::CheckBeginning(GetContentPath(), mError) || !AskScribus() ||
-             FileStamp::Take(GetContentPath()) != stamp)
-        mStamp = FileStamp();  // asked again at the next call, whatever went wrong
-    if (!mError.isEmpty())
-        GTrace::Error(QStringLiteral("ScribusDocument::GetInfo"), mError);
-    return mInfo.get();
+    else if (SlaFile::CheckBeginning(GetContentPath(), mError))
+        return true;
+    mStamp = FileStamp();  // looked at again at the next call
+    GTrace::Error(QStringLiteral("ScribusDocument::GetInfo"), mError);
+    return false;
 }
 
-bool ScribusDocument::AskScribus()
+void ScribusDocument::TakeAnswer(const QJsonObject& values, const QString& presentForm, const QString& error)
 {
-    const QString copy = mRunner.MakeScratchPath(QStringLiteral("sla"));
-    const ScribusAnswer answer =
-        mRunner.RunScript(QStringLiteral("info"),
-                          {{QStringLiteral("document"), GetContentPath()}, {QStringLiteral("copy"), copy}});
     QByteArray text;
     bool isPacked = false;
-    if (!answer.HasSucceeded())
-        mError = answer.reason;
-    else if (SlaFile::Read(copy, text, isPacked, mError)) {
+    mPresentForm = presentForm;
+    mError = error;
+    if (mError.isEmpty() && SlaFile::Read(presentForm, text, isPacked, mError)) {
         mInfo = std::make_unique<DocumentInfo>();
-        ReadAnswer(answer.values, *mInfo);
-        SlaContent::Read(text, QFileInfo(copy).path(), *mInfo);
-        ReadSides(answer.values, *mInfo);
+        ReadAnswer(values, *mInfo);
+        SlaContent::Read(text, QFileInfo(presentForm).path(), *mInfo);
+        ReadSides(values, *mInfo);
         KeepFonts(SlaFonts::FindUsed(text), mInfo->fonts);
         QString reason;
         if (SlaFile::Read(GetContentPath(), text, isPacked, reason))
             AddProfiles(SlaContent::FindProfiles(text), mInfo->profiles);
     }
-    mPresentForm = copy;
-    return mInfo != nullptr;
+    if (mInfo == nullptr || FileStamp::Take(GetContentPath()) != mStamp)
+        mStamp = FileStamp();  // asked again at the next call, whatever went wrong
+    if (!mError.isEmpty())
+        GTrace::Error(QStringLiteral("ScribusDocument::GetInfo"), mError);
 }
 
 QImage ScribusDocument::GetPreview(int pageIndex, int dotsPerInch)

@@ -3,15 +3,20 @@
 #include "hosts/scribus/sla/DocumentInfo.h"
 
 #include <QImage>
+#include <QJsonObject>
 #include <QString>
 
+#include <functional>
 #include <memory>
+#include <vector>
 
 class ScribusRunner;
+struct CommandResult;
 
 // A document that is open in this host: its file, and what Scribus reports of it.
 //
-// Scribus is asked once for each state of the file; a file that was changed since is asked about again. A
+// Scribus is asked once for each state of the file, which is remembered between runs of the program; a file
+// that was changed since is asked about again. A
 // document without a file is one made from a template and not saved yet: its content is in a folder of the
 // host's own until Save. For the main thread.
 class ScribusDocument
@@ -46,6 +51,16 @@ public:
     // The file to read: the document's own, or that of an untitled document's content.
     const QString& GetContentPath() const { return mPath.isEmpty() ? mContentPath : mPath; }
 
+    // Asks Scribus about all those documents that it has not described in their present state, in one start
+    // where that is possible. `beginStep` is told the path of each before its turn. What goes wrong with a
+    // document is in its GetError; this fails only when the user has cancelled.
+    using DocumentPtr = std::shared_ptr<ScribusDocument>;
+    static CommandResult AskAbout(const std::vector<DocumentPtr>& documents,
+                                  const std::function<void(const QString& path)>& beginStep);
+
+    // Whether Scribus has described the file as it now stands.
+    bool IsDescribed() const;
+
     // What Scribus reports, asked anew where the file has changed. Null, with the reason in GetError, when
     // there is no file or Scribus can't read it. Valid until the next call.
     const DocumentInfo* GetInfo();
@@ -70,8 +85,11 @@ private:
         QImage image;
     };
 
+    static CommandResult Ask(const std::vector<ScribusDocument*>& documents,
+                             const std::function<void(const QString& path)>& beginStep);
     void Forget();
-    bool AskScribus();
+    bool MakeReady(const FileStamp& stamp);
+    void TakeAnswer(const QJsonObject& values, const QString& presentForm, const QString& error);
     QImage RenderPreview(int pageIndex, int dotsPerInch);
 
     ScribusRunner& mRunner;

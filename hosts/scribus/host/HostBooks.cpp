@@ -83,17 +83,12 @@ HostPtr<IBookManager> HostBooks::MakeManager(ScribusHost& host)
     return MakeHostObject<BookManager, IBookManager>(host);
 }
 
-QString HostBooks::GetPath(const IBook& book)
+const BookFile& HostBooks::GetBook(const IBook& book)
 {
-    return static_cast<const Book&>(book).GetBook().GetPath();
+    return static_cast<const Book&>(book).GetBook();
 }
 
 QStringList HostBooks::GetDocuments(const IBookContent& content)
 {
     return static_cast<const Content&>(content).GetDocuments();
-}
-
-QStringList HostBooks::GetDocuments(const IBook& book)
-{
-    return static_cast<const Book&>(book).GetBook().GetDocuments();
 }

@@ -4,6 +4,7 @@
 
 #include <QStringList>
 
+class BookFile;
 class ScribusHost;
 
 // Books as a plug-in sees them.
@@ -11,8 +12,7 @@ namespace HostBooks
 {
 HostPtr<IBookManager> MakeManager(ScribusHost& host);
 
-// The book's file, and the files of its documents, of a book that this host handed out.
-QString GetPath(const IBook& book);
+// A book that this host handed out, and the files of its documents.
+const BookFile& GetBook(const IBook& book);
 QStringList GetDocuments(const IBookContent& content);
-QStringList GetDocuments(const IBook& book);
 }  // namespace HostBooks

@@ -1,16 +1,14 @@
 #include "hosts/scribus/host/HostCommand.h"
 
 #include "foundation/trace/GTrace.h"
+#include "hosts/scribus/host/BookParts.h"
 #include "hosts/scribus/host/HostBooks.h"
 #include "hosts/scribus/host/HostDocuments.h"
 #include "hosts/scribus/host/ScribusHost.h"
 #include "hosts/scribus/pdf/PdfExport.h"
 #include "joboptions/JobOptions.h"
 
-#include <QFile>
-#include <QJsonArray>
 #include <QJsonObject>
-#include <QMap>
 
 struct HostCommand::Orders
 {
@@ -19,7 +17,7 @@ struct HostCommand::Orders
     ScribusHost::DocumentPtr document;
     FileStamp stamp;  // of the document, when the pages were chosen
     QVector<int> pages;
-    QStringList bookDocuments;
+    BookOrders book;
     QJsonObject report;
     ScribusHost* host = nullptr;
 };
@@ -150,77 +148,18 @@ class BookExportData : public Part<IBookExportData>
 public:
     using Part::Part;
 
-    // The documents say all that this host needs of the book.
-    void SetBook(const IBook&) override {}
+    void SetBook(const IBook& book) override
+    {
+        mOrders->book.title = HostBooks::GetBook(book).GetTitle();
+        mOrders->book.isNumberedOn = HostBooks::GetBook(book).IsNumberedOn();
+    }
     void SetDocuments(const IBookContent& documents) override
     {
-        mOrders->bookDocuments = HostBooks::GetDocuments(documents);
+        mOrders->book.documents = HostBooks::GetDocuments(documents);
     }
     void SetOutputFile(const IDFile& file) override { mOrders->output = GetPath(file); }
 };
 
-// All pages of a document, in order.
-QVector<int> GetAllPages(ScribusDocument& document)
-{
-    QVector<int> pages;
-    const DocumentInfo* info = document.GetInfo();
-    for (int i = 0; info != nullptr && i < info->pages.size(); ++i)
-        pages.append(i);
-    return pages;
-}
-
-// The PDF of each document of a book; a document that stands in it twice is exported once. The files go with
-// this object.
-class BookParts
-{
-public:
-    explicit BookParts(ScribusHost& host) : mHost(host) {}
-
-    ~BookParts()
-    {
-        for (const QString& part : mParts)
-            QFile::remove(part);
-    }
-
-    CommandResult Add(const QString& path)
-    {
-        if (!mParts.contains(path)) {
-            PdfExport work(mHost.GetRunner(), mHost.GetPdfSettings());
-            const ScribusHost::DocumentPtr document = mHost.TakeDocument(path);
-            const QString part = mHost.GetRunner().MakeScratchPath(QStringLiteral("pdf"));
-            const CommandResult result = work.ExportPages(*document, GetAllPages(*document), part);
-            if (!result.HasSucceeded())
-                return result;
-            mReports.append(work.GetReport());
-            mParts.insert(path, part);
-        }
-        mList.append(mParts.value(path));
-        return CommandResult::Success();
-    }
-
-    const QStringList& GetList() const { return mList; }
-
-    // The settings once, what the PDFs hold one after the other.
-    QJsonObject GetReport() const
-    {
-        QJsonObject whole = mReports.isEmpty() ? QJsonObject() : mReports.first();
-        for (const char* key : {"images", "fonts", "notes"}) {
-            QJsonArray all;
-            for (const QJsonObject& report : mReports) {
-                for (const QJsonValue& item : report.value(QLatin1String(key)).toArray())
-                    all.append(item);
-            }
-            whole.insert(QLatin1String(key), all);
-        }
-        return whole;
-    }
-
-private:
-    ScribusHost& mHost;
-    QMap<QString, QString> mParts;  // by document
-    QStringList mList;              // in the book's order
-    QVector<QJsonObject> mReports;
-};
 }  // namespace
 
 HostPtr<ICommand> HostCommand::Make(ScribusHost& host, ClassID commandClass)
@@ -310,23 +249,24 @@ ErrorCode HostCommand::ExportDocument()
 ErrorCode HostCommand::ExportBook()
 {
     const auto work = [this](const ScribusHost::BeginStep& step) {
-        BookParts parts(mHost);
-        for (const QString& path : mOrders->bookDocuments) {
+        const BookOrders& book = mOrders->book;
+        BookParts parts(mHost, book.isNumberedOn);
+        for (const QString& path : book.documents) {
             step(path);
             const CommandResult result = parts.Add(path);
             if (!result.HasSucceeded())
                 return result;
         }
-        if (parts.GetList().isEmpty() || mOrders->output.isEmpty())
+        if (parts.GetList().empty() || mOrders->output.isEmpty())
             return CommandResult::Failure(QStringLiteral("The book has no documents, or no file to write."));
         step(mOrders->output);
         PdfExport pdf(mHost.GetRunner(), mHost.GetPdfSettings());
         mOrders->report = parts.GetReport();
-        return pdf.Join(parts.GetList(), mOrders->output);
+        return pdf.Join(parts.GetList(), book.title, mOrders->output);
     };
     LogUnavailable();
     return Finish(
-        mHost.RunCommand(QStringLiteral("Export Book to PDF"), mOrders->bookDocuments.size() + 1, work));
+        mHost.RunCommand(QStringLiteral("Export Book to PDF"), mOrders->book.documents.size() + 1, work));
 }
 
 ErrorCode HostCommand::Finish(ErrorCode result) const

@@ -142,8 +142,12 @@ public:
     ErrorCode OpenDocument(const IDFile& file, HostPtr<IDocument>& document) override
     {
         const DocumentPtr opened = mHost.TakeDocument(GetPath(file));
-        if (opened->GetInfo() == nullptr) {
-            mHost.SetLastFailure(opened->GetError());
+        const bool isAsked = !opened->IsDescribed() && mHost.AskAboutBook(opened->GetPath());
+        if (isAsked ? !opened->IsDescribed() : opened->GetInfo() == nullptr) {
+            const QString& reason = opened->GetError();
+            mHost.SetLastFailure(reason.contains(opened->GetName())
+                                     ? reason
+                                     : QStringLiteral("\"%1\": %2").arg(opened->GetName(), reason));
             return cFailure;
         }
         mHost.GetHiddenDocuments().push_back(opened);

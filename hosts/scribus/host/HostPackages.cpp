@@ -116,15 +116,13 @@ class BookPackage : public Package<IBookPackageCommand>
 public:
     using Package::Package;
 
-    void SetBook(const IBook& book) override
-    {
-        mBookPath = HostBooks::GetPath(book);
-        mDocuments = HostBooks::GetDocuments(book);
-    }
+    void SetBook(const IBook& book) override { mBook = std::make_unique<BookFile>(HostBooks::GetBook(book)); }
 
     ErrorCode Execute() override
     {
-        return mHost.RunCommand(QStringLiteral("Package Book"), qMax(1, mDocuments.size()),
+        if (!mBook)
+            return cFailure;
+        return mHost.RunCommand(QStringLiteral("Package Book"), qMax(1, mBook->GetDocuments().size()),
                                 [this](const ScribusHost::BeginStep& step) {
                                     return Collect([&](PackageFolder& folder) { return Fill(folder, step); });
                                 });
@@ -133,9 +131,10 @@ public:
 private:
     CommandResult Fill(PackageFolder& folder, const ScribusHost::BeginStep& step)
     {
-        BookFile copy(mFolder + QLatin1Char('/') + QFileInfo(mBookPath).fileName());
+        BookFile copy(mFolder + QLatin1Char('/') + QFileInfo(mBook->GetPath()).fileName());
+        copy.TakeSettings(*mBook);
         QStringList copies;
-        for (const QString& path : mDocuments) {
+        for (const QString& path : mBook->GetDocuments()) {
             step(path);
             const CommandResult result = folder.AddDocument(*mHost.TakeDocument(path));
             if (!result.HasSucceeded())
@@ -147,8 +146,7 @@ private:
         return copy.Save(reason) ? CommandResult::Success() : CommandResult::Failure(reason);
     }
 
-    QString mBookPath;
-    QStringList mDocuments;
+    std::unique_ptr<BookFile> mBook;
 };
 
 class Report : public HostObject<IPackageReportCommand>

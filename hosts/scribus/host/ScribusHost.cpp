@@ -136,7 +136,8 @@ void ScribusHost::KeepForLater(const DocumentPtr& document)
     if (known != mRecentDocuments.end())
         mRecentDocuments.erase(known);
     mRecentDocuments.push_back(document);
-    if (mRecentDocuments.size() > cRecentKept)
+    const size_t bookSize = mActiveBook ? static_cast<size_t>(mActiveBook->GetDocuments().size()) : 0;
+    if (mRecentDocuments.size() > cRecentKept + bookSize)
         mRecentDocuments.erase(mRecentDocuments.begin());
 }
 
@@ -151,6 +152,20 @@ ScribusHost::DocumentPtr ScribusHost::TakeDocument(const QString& path)
     const auto document = std::make_shared<ScribusDocument>(mRunner, file);
     KeepForLater(document);
     return document;
+}
+
+bool ScribusHost::AskAboutBook(const QString& path)
+{
+    if (!mActiveBook || !mActiveBook->GetDocuments().contains(path))
+        return false;
+    QStringList paths = mActiveBook->GetDocuments();
+    paths.removeDuplicates();
+    std::vector<DocumentPtr> documents;
+    for (const QString& document : paths)
+        documents.push_back(TakeDocument(document));
+    RunCommand(QStringLiteral("Check Fonts"), qMax(1, paths.size()),
+               [&](const BeginStep& step) { return ScribusDocument::AskAbout(documents, step); });
+    return true;
 }
 
 ScribusHost::DocumentPtr ScribusHost::FindDocument(const QString& path) const

@@ -93,6 +93,11 @@ public:
     // A document by its file, wherever the host has it: one that is open, one that was lately, or a new one.
     DocumentPtr TakeDocument(const QString& path);
 
+    // Asks Scribus about all documents of the active book, as a command with progress and Cancel, in one
+    // start where that is possible. False, and nothing is asked, when the file is none of them. What went
+    // wrong with a document is there.
+    bool AskAboutBook(const QString& path);
+
     // The documents that a plug-in has opened and not closed.
     std::vector<DocumentPtr>& GetHiddenDocuments() { return mHiddenDocuments; }
 

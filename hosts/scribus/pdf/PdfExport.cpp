@@ -107,10 +107,13 @@ CommandResult PdfExport::ExportPages(ScribusDocument& document, const QVector<in
         return result;
     const QTemporaryDir scratch(mRunner.MakeScratchPath(QStringLiteral("x")));
     PdfSource source(mRunner, mSettings);
+    source.SetFirstNumber(mFirstNumber);
     result = source.Make(document, scratch.filePath(QStringLiteral("document.sla")));
     if (!result.HasSucceeded())
         return result;
     mNotes += source.GetNotes();
+    mPageNumbers = source.GetPageNumbers();
+    mNextNumber = source.GetNextNumber();
     // The PDF that Scribus writes is in the output's folder, where there is room for it or none.
     const Paths paths{output + QStringLiteral(".scribus"), scratch.filePath(QStringLiteral("probe.pdf")),
                       GetPartPath(output)};
@@ -202,17 +205,25 @@ QJsonObject PdfExport::GetReport() const
     return report;
 }
 
-CommandResult PdfExport::Join(const QStringList& parts, const QString& output)
+CommandResult PdfExport::Join(const std::vector<PdfBookPart>& parts, const QString& title,
+                              const QString& output)
 {
-    // The first one's document information, where the mark of PDF/X stands, is that of the whole; without it,
-    // the book bears none, as its documents have titles of their own.
-    QStringList arguments{mSettings.IsX() && !parts.isEmpty() ? parts.first() : QStringLiteral("--empty"),
-                          QStringLiteral("--deterministic-id"), QStringLiteral("--pages")};
-    arguments += parts;
-    const QString part = GetPartPath(output);
-    arguments << QStringLiteral("--") << part;
-    CommandResult result = mRunner.RunQpdf(arguments);
-    return Finish(result, part, output);
+    PdfBook book(title);
+    QString reason;
+    for (const PdfBookPart& part : parts) {
+        if (mRunner.IsCancelled())
+            return CommandResult::Cancellation();
+        if (!book.Add(part, reason))
+            return CommandResult::Failure(
+                QStringLiteral("\"%1\" can't be a part of this book: %2.").arg(part.name, reason));
+    }
+    // What becomes of the content was decided document by document.
+    const bool isWritten = book.Write(GetPartPath(output), mSettings.MakeWishes(true), reason);
+    const CommandResult result =
+        isWritten
+            ? CommandResult::Success()
+            : CommandResult::Failure(QStringLiteral("The book's PDF can't be written: %1.").arg(reason));
+    return Finish(result, GetPartPath(output), output);
 }
 
 CommandResult PdfExport::Finish(const CommandResult& result, const QString& part, const QString& output) const

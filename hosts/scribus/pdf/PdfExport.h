@@ -2,10 +2,13 @@
 
 #include "hosts/scribus/pdf/PdfCheck.h"
 #include "hosts/scribus/pdf/PdfSettings.h"
+#include "hosts/scribus/pdffile/PdfBook.h"
 #include "hosts/scribus/runner/CommandResult.h"
 
 #include <QStringList>
 #include <QVector>
+
+#include <vector>
 
 class ScribusDocument;
 class ScribusRunner;
@@ -24,8 +27,17 @@ public:
     // the export where that can be seen there; without one it fails.
     CommandResult ExportPages(ScribusDocument& document, const QVector<int>& pages, const QString& output);
 
-    // Writes one PDF with all pages of the others, in the order of the list, in which one may stand twice.
-    CommandResult Join(const QStringList& parts, const QString& output);
+    // From now on, pages are numbered from here, not as their document says.
+    void SetFirstNumber(int firstNumber) { mFirstNumber = firstNumber; }
+
+    // Of the last document: the numbers that its pages bear, and the one for the first page behind it, where
+    // SetFirstNumber was called.
+    const QStringList& GetPageNumbers() const { return mPageNumbers; }
+    int GetNextNumber() const { return mNextNumber; }
+
+    // Writes one PDF with all pages of the others, in the order of the list, under the title. Fails, and
+    // names the document, where one is meant for another press than the first.
+    CommandResult Join(const std::vector<PdfBookPart>& parts, const QString& title, const QString& output);
 
     // What became of the last PDF, for people and scripts: "settings" that were not honoured as they stand,
     // "images" as they came out of Scribus, "fonts", and "notes".
@@ -54,4 +66,7 @@ private:
     PdfSettings mSettings;
     QJsonObject mReport;
     QStringList mNotes;
+    QStringList mPageNumbers;
+    int mFirstNumber = 0;  // 0: as the document says
+    int mNextNumber = 0;
 };

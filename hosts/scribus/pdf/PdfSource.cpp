@@ -3,8 +3,10 @@
 #include "hosts/scribus/documents/ScribusDocument.h"
 #include "hosts/scribus/pdf/Preflight.h"
 #include "hosts/scribus/runner/ScribusRunner.h"
+#include "hosts/scribus/sla/SlaContent.h"
 #include "hosts/scribus/sla/SlaFile.h"
 #include "hosts/scribus/sla/SlaLinks.h"
+#include "hosts/scribus/sla/SlaNumbering.h"
 #include "hosts/scribus/sla/SlaScanner.h"
 
 #include <QDir>
@@ -119,6 +121,14 @@ CommandResult PdfSource::Edit(QByteArray& text) const
     return CommandResult::Success();
 }
 
+static QStringList GetNumbers(const DocumentInfo& info)
+{
+    QStringList numbers;
+    for (const DocumentPage& page : info.pages)
+        numbers.append(page.number);
+    return numbers;
+}
+
 CommandResult PdfSource::Make(ScribusDocument& document, const QString& copyPath)
 {
     mPath = document.GetContentPath();
@@ -129,8 +139,10 @@ CommandResult PdfSource::Make(ScribusDocument& document, const QString& copyPath
             mNotes += QStringLiteral("Scribus has no colour profile for RGB or CMYK: RGB becomes CMYK.");
     }
     mNotes.removeDuplicates();
+    mPageNumbers = GetNumbers(info);
     const bool isFine = info.managesColors ? areAllThere : !mSettings.KeepsColors();
-    if (!mSettings.IsX() && isFine)
+    const bool hasFineColors = !mSettings.IsX() && isFine;
+    if (hasFineColors && mFirstNumber == 0)
         return CommandResult::Success();
     QByteArray text;
     QString reason;
@@ -138,9 +150,16 @@ CommandResult PdfSource::Make(ScribusDocument& document, const QString& copyPath
     if (!SlaFile::Read(document.GetPresentForm(), text, isPacked, reason))
         return CommandResult::Failure(reason);
     text = SlaLinks::MakeLinksAbsolute(text, QFileInfo(document.GetPresentForm()).path());
-    const CommandResult edited = Edit(text);
+    const CommandResult edited = hasFineColors ? CommandResult::Success() : Edit(text);
     if (!edited.HasSucceeded())
         return edited;
+    if (mFirstNumber > 0) {
+        text = SlaNumbering::Continue(text, mFirstNumber, mNextNumber);
+        DocumentInfo numbered;
+        numbered.pages.resize(info.pages.size());
+        SlaContent::Read(text, QFileInfo(copyPath).path(), numbered);
+        mPageNumbers = GetNumbers(numbered);
+    }
     if (!SlaFile::Write(copyPath, text, false, reason))
         return CommandResult::Failure(reason);
     mPath = copyPath;

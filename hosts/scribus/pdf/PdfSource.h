@@ -15,7 +15,16 @@ public:
     // be the kind of PDF/X that is asked for.
     CommandResult Make(ScribusDocument& document, const QString& copyPath);
 
+    // From now on, the pages of documents are numbered from `firstNumber`, not as the document says.
+    void SetFirstNumber(int firstNumber) { mFirstNumber = firstNumber; }
+
     const QString& GetPath() const { return mPath; }
+
+    // The number for the first page behind the document, where it was numbered.
+    int GetNextNumber() const { return mNextNumber; }
+
+    // The numbers that the document's pages bear.
+    const QStringList& GetPageNumbers() const { return mPageNumbers; }
 
     // What is to be told of the copy.
     const QStringList& GetNotes() const { return mNotes; }
@@ -29,4 +38,7 @@ private:
     const PdfSettings& mSettings;
     QString mPath;
     QStringList mNotes;
+    QStringList mPageNumbers;
+    int mFirstNumber = 0;  // 0: as the document says
+    int mNextNumber = 0;
 };

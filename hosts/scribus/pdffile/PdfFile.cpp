@@ -1,5 +1,7 @@
 #include "hosts/scribus/pdffile/PdfFile.h"
 
+#include "hosts/scribus/pdffile/PdfTry.h"
+
 #include <QFile>
 
 #include <qpdf/QPDFPageDocumentHelper.hh>
@@ -12,19 +14,6 @@
 static const std::string cMarksBegin = "\n0.5 w 0 j 0 J [] 0 d\n";
 
 constexpr int cDeepestValue = 16;  // of a dictionary's direct values, in which profiles are looked for
-
-// Runs what may throw; false, with the reason, when it did.
-template <class Work>
-static bool Try(const Work& work, QString& reason)
-{
-    try {
-        work();
-        return true;
-    } catch (const std::exception& error) {
-        reason = QString::fromUtf8(error.what());
-        return false;
-    }
-}
 
 static bool IsName(QPDFObjectHandle value, const char* name)
 {
@@ -86,7 +75,7 @@ PdfFile::~PdfFile() = default;
 bool PdfFile::Open(const QString& path, QString& reason)
 {
     mPdf = std::make_unique<QPDF>();
-    return Try(
+    return PdfTry(
         [&] {
             mPdf->setSuppressWarnings(true);
             mPdf->setAttemptRecovery(false);
@@ -126,7 +115,7 @@ bool PdfFile::Change(const PdfWishes& wishes, const PdfImages::IsGray& isGray,
         if (!wishes.trapped.isEmpty())
             SetTrapped(wishes.trapped);
     };
-    return Try(change, reason) && !isCancelled();
+    return PdfTry(change, reason) && !isCancelled();
 }
 
 // Profiles of placed files are theirs, and stay.
@@ -222,19 +211,21 @@ void PdfFile::SetTrapped(const QString& trapped)
     metadata.replaceStreamData(text, QPDFObjectHandle::newNull(), QPDFObjectHandle::newNull());
 }
 
-bool PdfFile::Write(const QString& path, const PdfWishes& wishes, QString& reason)
+void PdfFile::WriteTo(QPDF& pdf, const QString& path, const PdfWishes& wishes)
 {
     const QByteArray file = QFile::encodeName(path);  // the writer keeps the pointer
-    const auto write = [&] {
-        QPDFWriter writer(*mPdf, file.constData());
-        writer.setDecodeLevel(qpdf_dl_none);
-        writer.setCompressStreams(false);  // an image may be meant to have none
-        if (wishes.compressesObjects)
-            writer.setObjectStreamMode(qpdf_o_generate);
-        writer.setLinearization(wishes.isLinear);
-        if (!wishes.version.isEmpty())
-            writer.forcePDFVersion(wishes.version.toStdString());
-        writer.write();
-    };
-    return Try(write, reason);
+    QPDFWriter writer(pdf, file.constData());
+    writer.setDecodeLevel(qpdf_dl_none);
+    writer.setCompressStreams(false);  // an image may be meant to have none
+    if (wishes.compressesObjects)
+        writer.setObjectStreamMode(qpdf_o_generate);
+    writer.setLinearization(wishes.isLinear);
+    if (!wishes.version.isEmpty())
+        writer.forcePDFVersion(wishes.version.toStdString());
+    writer.write();
+}
+
+bool PdfFile::Write(const QString& path, const PdfWishes& wishes, QString& reason)
+{
+    return PdfTry([&] { WriteTo(*mPdf, path, wishes); }, reason);
 }

@@ -58,6 +58,9 @@ public:
     // Writes the PDF to another file.
     bool Write(const QString& path, const PdfWishes& wishes, QString& reason);
 
+    // The same for a PDF of the library's; throws what the library throws.
+    static void WriteTo(QPDF& pdf, const QString& path, const PdfWishes& wishes);
+
 private:
     void SetWeightOfMarks(double points, bool isCompressed);
     void DropProfiles();

@@ -4,11 +4,15 @@
 #include "foundation/system/GFileSystemBase.h"
 #include "foundation/system/GSystemFolders.h"
 #include "foundation/trace/GTrace.h"
+#include "hosts/scribus/runner/AnswerCache.h"
 #include "hosts/scribus/runner/HostScript.h"
 #include "hosts/scribus/runner/IHostFrontend.h"
 #include "hosts/scribus/runner/IdleWatch.h"
 
+#include <QCryptographicHash>
+#include <QDateTime>
 #include <QDir>
+#include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QJsonDocument>
@@ -16,6 +20,7 @@
 #include <QStandardPaths>
 
 #include <sys/prctl.h>
+#include <algorithm>
 #include <csignal>
 
 // The system takes no longer argument.
@@ -140,14 +145,14 @@ QString ScribusRunner::MakeScratchPath(const QString& ending)
                              : QString();
 }
 
-ScribusRunner::Ended ScribusRunner::RunProgram(const QString& program, const QStringList& arguments,
-                                               const QString& openedPath)
+ScribusRunner::Ended ScribusRunner::RunScribus(const QStringList& arguments, const QString& openedPath,
+                                               const Parts& parts)
 {
     BoundProcess process;
     process.setProcessEnvironment(MakeEnvironment(mSetup.home, mFolder.path()));
     process.setStandardInputFile(QProcess::nullDevice());
     process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(program, arguments, QIODevice::ReadOnly);
+    process.start(mSetup.scribus, arguments, QIODevice::ReadOnly);
     Ended ended;
     ended.hasStarted = process.waitForStarted();
     QElapsedTimer timer;
@@ -157,8 +162,10 @@ ScribusRunner::Ended ScribusRunner::RunProgram(const QString& program, const QSt
            !ended.isWaiting) {
         process.waitForFinished(cWaitMilliseconds);
         ended.output = (ended.output + process.readAll()).right(cOutputKept);
+        if (parts.look)
+            parts.look();
         ended.isCancelled = IsCancelled();
-        ended.isLate = timer.hasExpired(qint64(mSetup.timeLimitSeconds) * 1000);
+        ended.isLate = timer.hasExpired(qint64(mSetup.timeLimitSeconds) * 1000 * parts.count);
         ended.isWaiting =
             !openedPath.isEmpty() && idle.HasWaitedFor(cDialogSeconds) && !QFile::exists(openedPath);
     }
@@ -175,8 +182,9 @@ ScribusRunner::Ended ScribusRunner::RunProgram(const QString& program, const QSt
     return ended;
 }
 
-ScribusAnswer ScribusRunner::MakeFailure(const QString& program, const Ended& ended) const
+ScribusAnswer ScribusRunner::MakeFailure(const Ended& ended, int seconds) const
 {
+    const QString& program = mSetup.scribus;
     ScribusAnswer answer;
     if (ended.isCancelled) {
         answer.outcome = CommandResult::Outcome::Cancelled;
@@ -187,8 +195,7 @@ ScribusAnswer ScribusRunner::MakeFailure(const QString& program, const Ended& en
         answer.reason = QStringLiteral(
             "Scribus shows a dialog that nobody can see while it opens the document; it was ended.");
     } else if (ended.isLate) {
-        answer.reason =
-            QStringLiteral("%1 took more than %2 s and was ended.").arg(program).arg(mSetup.timeLimitSeconds);
+        answer.reason = QStringLiteral("%1 took more than %2 s and was ended.").arg(program).arg(seconds);
     } else {
         answer.reason = QStringLiteral("%1 %2 (%3).")
                             .arg(program, ended.hasCrashed ? QStringLiteral("was killed or crashed")
@@ -203,7 +210,12 @@ ScribusAnswer ScribusRunner::MakeFailure(const QString& program, const Ended& en
 
 ScribusAnswer ScribusRunner::RunScript(const QString& operation, QJsonObject request)
 {
-    ScribusAnswer failure;
+    return RunScript(operation, std::move(request), Parts());
+}
+
+ScribusAnswer ScribusRunner::RunScript(const QString& operation, QJsonObject request, const Parts& parts)
+{
+    ScribusAnswer answer;
     const QString answerPath = MakeScratchPath(QStringLiteral("json"));
     request.insert(QStringLiteral("operation"), operation);
     request.insert(QStringLiteral("answer"), answerPath);
@@ -211,51 +223,65 @@ ScribusAnswer ScribusRunner::RunScript(const QString& operation, QJsonObject req
     request.insert(QStringLiteral("opened"), openedPath);
     const QByteArray argument = QJsonDocument(request).toJson(QJsonDocument::Compact);
     if (!Prepare())
-        failure.reason = QStringLiteral("The folder %1 can't be written.").arg(mFolder.path());
+        answer.reason = QStringLiteral("The folder %1 can't be written.").arg(mFolder.path());
     else if (argument.size() > cLongestRequest)
-        failure.reason =
+        answer.reason =
             QStringLiteral("The request is too long for Scribus (%1 bytes).").arg(argument.size());
-    if (!failure.reason.isEmpty()) {
-        GTrace::Error(QStringLiteral("ScribusRunner::RunScript"), failure.reason);
-        return failure;
-    }
-
-    const Ended ended = RunProgram(mSetup.scribus,
-                                   {QStringLiteral("-g"), QStringLiteral("-ns"), QStringLiteral("-py"),
-                                    mScriptPath, QString::fromUtf8(argument)},
-                                   openedPath);
-    const bool hasOpened = QFile::remove(openedPath);
-    QFile file(answerPath);
-    if (ended.isCancelled || !file.open(QIODevice::ReadOnly))
-        return MakeFailure(mSetup.scribus, ended);
-    ScribusAnswer answer;
-    const QJsonDocument document = QJsonDocument::fromJson(file.read(cLargestAnswer));
-    file.remove();
-    if (!document.isObject())
-        return MakeFailure(mSetup.scribus, ended);
-    answer.values = document.object();
-    const QJsonValue error = answer.values.value(QLatin1String("error"));
-    if (!error.isUndefined()) {
-        answer.reason = hasOpened ? QStringLiteral("Scribus failed: %1.").arg(error.toString())
-                                  : QStringLiteral("Scribus can't open the document; it may be damaged.");
-        GTrace::Error(QStringLiteral("ScribusRunner::RunScript"),
-                      QStringLiteral("%1 It said: %2; %3")
-                          .arg(answer.reason, error.toString(), TakeLastLines(ended.output)));
+    if (!answer.reason.isEmpty()) {
+        GTrace::Error(QStringLiteral("ScribusRunner::RunScript"), answer.reason);
         return answer;
     }
-    answer.outcome = CommandResult::Outcome::Succeeded;
+
+    const Ended ended = RunScribus({QStringLiteral("-g"), QStringLiteral("-ns"), QStringLiteral("-py"),
+                                    mScriptPath, QString::fromUtf8(argument)},
+                                   openedPath, parts);
+    QFile::remove(openedPath);
+    if (ended.isCancelled || !TakeAnswer(answerPath, answer))
+        return MakeFailure(ended, mSetup.timeLimitSeconds * parts.count);
+    if (!answer.HasSucceeded())
+        GTrace::Error(QStringLiteral("ScribusRunner::RunScript"),
+                      QStringLiteral("Scribus said last: %1").arg(TakeLastLines(ended.output)));
     return answer;
 }
 
-ScribusAnswer ScribusRunner::RunQpdf(const QStringList& arguments)
+bool ScribusRunner::TakeAnswer(const QString& path, ScribusAnswer& answer) const
 {
-    const Ended ended = Prepare() ? RunProgram(mSetup.qpdf, arguments) : Ended();
-    if (!ended.hasStarted || ended.isCancelled || ended.isLate || ended.hasCrashed || ended.status != 0)
-        return MakeFailure(mSetup.qpdf, ended);
-    ScribusAnswer answer;
-    answer.outcome = CommandResult::Outcome::Succeeded;
-    answer.output = ended.output;
-    return answer;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QJsonDocument document = QJsonDocument::fromJson(file.read(cLargestAnswer));
+    file.remove();
+    if (!document.isObject())
+        return false;
+    answer = ScribusAnswer();
+    answer.values = document.object();
+    const QJsonValue error = answer.values.value(QLatin1String("error"));
+    if (error.isUndefined()) {
+        answer.outcome = CommandResult::Outcome::Succeeded;
+        return true;
+    }
+    answer.reason = answer.values.value(QLatin1String("opened")).toBool()
+                        ? QStringLiteral("Scribus failed: %1.").arg(error.toString())
+                        : QStringLiteral("Scribus can't open the document; it may be damaged.");
+    GTrace::Error(QStringLiteral("ScribusRunner::TakeAnswer"),
+                  QStringLiteral("%1 It said: %2").arg(answer.reason, error.toString()));
+    return true;
+}
+
+// What a file system says of a file or folder, as text.
+static QByteArray Describe(const QFileInfo& file)
+{
+    return QFile::encodeName(file.filePath()) + ' ' + QByteArray::number(file.size()) + ' ' +
+           QByteArray::number(file.lastModified().toMSecsSinceEpoch()) + '\n';
+}
+
+QByteArray ScribusRunner::GetMark() const
+{
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    hash.addData(Describe(QFileInfo(mSetup.scribus)));
+    hash.addData(cHostScript);
+    hash.addData(MakeFontSettings(mSetup.fontFolders));
+    return hash.result();
 }
 
 // The class and the colour space of a colour profile, such as "prtrCMYK".
@@ -266,19 +292,51 @@ static QByteArray ReadProfileKind(const QString& profilePath)
     return header.mid(12, 8);
 }
 
+// All that is in the folders in which Scribus looks for colour profiles.
+static QByteArray DescribeProfileFolders()
+{
+    QByteArrayList files;
+    for (const char* folder :
+         {"/usr/share/color/icc", "/usr/local/share/color/icc", "/usr/share/scribus/profiles"}) {
+        QDirIterator found(QLatin1String(folder), QDir::Files,
+                           QDirIterator::Subdirectories | QDirIterator::FollowSymlinks);
+        while (found.hasNext()) {
+            found.next();
+            files.append(Describe(found.fileInfo()));
+        }
+    }
+    std::sort(files.begin(), files.end());
+    return files.join();
+}
+
+// What Scribus prints of its profiles, a line each. Null when it can't be asked.
+QByteArray ScribusRunner::AskForProfiles()
+{
+    const AnswerCache cache(mSetup.home + QStringLiteral("/answers"));
+    const QByteArray key = "profiles";
+    const QByteArray condition = GetMark() + DescribeProfileFolders();
+    QByteArray lines = cache.Find(key, condition);
+    if (!lines.isNull() || !Prepare())
+        return lines;
+    const Ended ended = RunScribus({QStringLiteral("-g"), QStringLiteral("-pi")}, QString(), Parts());
+    if (ended.status != 0 || ended.hasCrashed || ended.isCancelled || ended.isLate) {
+        MakeFailure(ended, mSetup.timeLimitSeconds);  // for the log
+        return {};
+    }
+    lines = ended.output.isEmpty() ? QByteArray("\n") : ended.output;
+    cache.Keep(key, condition, lines);
+    return lines;
+}
+
 const QVector<ColorProfile>& ScribusRunner::GetProfiles()
 {
-    if (mHasAskedForProfiles || !Prepare())
+    if (mHasAskedForProfiles)
         return mProfiles;
-    const Ended ended = RunProgram(mSetup.scribus, {QStringLiteral("-g"), QStringLiteral("-pi")});
-    mHasAskedForProfiles = ended.status == 0 && !ended.hasCrashed && !ended.isCancelled && !ended.isLate;
-    if (!mHasAskedForProfiles) {
-        MakeFailure(mSetup.scribus, ended);  // for the log
-        return mProfiles;
-    }
+    const QByteArray lines = AskForProfiles();
+    mHasAskedForProfiles = !lines.isNull();
     const QString start = QStringLiteral("Color profile ");
     const QString middle = QStringLiteral(" loaded from ");
-    for (const QString& line : QString::fromUtf8(ended.output).split(QLatin1Char('\n'))) {
+    for (const QString& line : QString::fromUtf8(lines).split(QLatin1Char('\n'))) {
         const int end = line.lastIndexOf(middle);
         if (!line.startsWith(start) || end < 0)
             continue;

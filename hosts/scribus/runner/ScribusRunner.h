@@ -8,13 +8,14 @@
 #include <QTemporaryDir>
 #include <QVector>
 
+#include <functional>
+
 class IHostFrontend;
 
-// Where the programs are that do the work, and what they get to see.
+// Where the program is that does the work, and what it gets to see.
 struct ScribusSetup
 {
     QString scribus = QStringLiteral("/usr/bin/scribus");
-    QString qpdf = QStringLiteral("/usr/bin/qpdf");
 
     // The home that Scribus gets. It keeps what it found out about the system's fonts there, which makes the
     // next start quicker; several may use one. Empty: one that goes with the runner.
@@ -42,20 +43,19 @@ struct ColorProfile
 struct ScribusAnswer : CommandResult
 {
     QJsonObject values;  // what the script answered
-    QByteArray output;   // the end of what qpdf printed
 };
 
-// Starts Scribus without a window, once for each request, and qpdf.
+// Starts Scribus without a window, once for each request.
 //
-// Both run in an environment that is the same everywhere: a home and a temporary folder of their own, no
-// start-up scripts of the user's, no display. Scribus runs one script, host.py, which takes the request as
+// It runs in an environment that is the same everywhere: a home and a temporary folder of their own, no
+// start-up scripts of the user's, no display. It runs one script, host.py, which takes the request as
 // one JSON argument and writes its answer to a file that appears whole or not at all: names of documents are
 // data at each step, never part of a script or of a command line that a shell reads. Success is the answer,
-// never the exit status. What a failed program said last goes to the log; reasons are sentences for people. A
-// Scribus that waits for an answer to a dialog while it opens a document is ended after some seconds. A
-// program ends with this process.
+// never the exit status. What a Scribus that failed said last goes to the log; reasons are sentences for
+// people. A Scribus that waits for an answer to a dialog while it opens a document is ended after some
+// seconds. It ends with this process.
 //
-// For the main thread. Calls wait for the program; the frontend is asked meanwhile whether to go on.
+// For the main thread. Calls wait for Scribus; the frontend is asked meanwhile whether to go on.
 class ScribusRunner
 {
 public:
@@ -63,24 +63,40 @@ public:
     ScribusRunner(const ScribusRunner&) = delete;
     ScribusRunner& operator=(const ScribusRunner&) = delete;
 
-    // Who is asked while a program runs; null for nobody. Nothing is owned.
+    // Who is asked while Scribus runs; null for nobody. Nothing is owned.
     void SetFrontend(IHostFrontend* frontend) { mFrontend = frontend; }
     IHostFrontend* GetFrontend() const { return mFrontend; }
 
-    // From now on, a program is ended after so many seconds.
+    // From now on, Scribus is ended after so many seconds.
     void SetTimeLimit(int seconds) { mSetup.timeLimitSeconds = seconds; }
 
-    // Whether the user has cancelled, for work between two programs.
+    // Whether the user has cancelled, for work between two starts.
     bool IsCancelled() const;
+
+    // A request that stands for several: it may take so many times the limit, and `look` is called now and
+    // then while it runs.
+    struct Parts
+    {
+        int count = 1;
+        std::function<void()> look;
+    };
 
     // Runs one operation of host.py. The keys of a request depend on the operation and stand in the script.
     ScribusAnswer RunScript(const QString& operation, QJsonObject request);
+    ScribusAnswer RunScript(const QString& operation, QJsonObject request, const Parts& parts);
 
-    // Runs qpdf with the arguments. Its warnings (exit status 3) are a failure: our own files give cause for
-    // none.
-    ScribusAnswer RunQpdf(const QStringList& arguments);
+    // Takes an answer that the script has written to a path. False when there is none yet.
+    bool TakeAnswer(const QString& path, ScribusAnswer& answer) const;
 
-    // The colour profiles that Scribus knows; asked once. Empty when it can't be asked.
+    // What the answers of Scribus depend on beside the documents: another mark, another program, script or
+    // folder of fonts.
+    QByteArray GetMark() const;
+
+    // The home that Scribus gets.
+    const QString& GetHome() const { return mSetup.home; }
+
+    // The colour profiles that Scribus knows; asked once for each state of the folders where they are. Empty
+    // when it can't be asked.
     const QVector<ColorProfile>& GetProfiles();
 
     // A path, never given before, in the folder of this object's own, for a file of that ending that is
@@ -101,10 +117,10 @@ private:
 
     bool Prepare();
 
-    // A program that does nothing is ended, until there is a file at `openedPath`; empty: it never is.
-    Ended RunProgram(const QString& program, const QStringList& arguments,
-                     const QString& openedPath = QString());
-    ScribusAnswer MakeFailure(const QString& program, const Ended& ended) const;
+    // A Scribus that does nothing is ended while there is no file at `openedPath`; empty: it never is.
+    Ended RunScribus(const QStringList& arguments, const QString& openedPath, const Parts& parts);
+    ScribusAnswer MakeFailure(const Ended& ended, int seconds) const;
+    QByteArray AskForProfiles();
 
     ScribusSetup mSetup;
     IHostFrontend* mFrontend = nullptr;

@@ -3,10 +3,9 @@
 Called as: scribus -g -ns -py host.py REQUEST, where REQUEST is one JSON object with
     operation   one of the functions in OPERATIONS
     answer      the path to write the answer to; it appears there whole
-    document    the path of the document
-    opened      the path of an empty file that is made when the document is open
-and what the operation needs besides. The answer is a JSON object; one with "error" is a failure. All lengths
-are points.
+    opened      the path of an empty file that is there while a document is open
+and what the operation needs besides: the path of a `document`, for one. The answer is a JSON object; one with
+"error" is a failure, and says with "opened" whether the document was open. All lengths are points.
 """
 import json
 import os
@@ -15,43 +14,78 @@ import sys
 import scribus
 
 
-def open_document(request):
-    """Opens the document. Gives the fonts that Scribus had to make up for it, as it lacks them.
-
-    They are those that its list has gained; but it gains the fonts of a package too, which are in a folder
-    beside the document.
+def open_document(path, opened):
+    """Opens a document. Gives the fonts that Scribus's list has gained by it: those that it made up, as it lacks
+    them, and those of a folder beside the document, such as a package has.
     """
     known = set(scribus.getFontNames())
-    scribus.openDoc(request["document"])
+    if os.path.exists(opened):
+        os.remove(opened)
+    scribus.openDoc(path)
     if not scribus.haveDoc():
         raise RuntimeError("no document is open")
-    open(request["opened"], "w").close()
+    open(opened, "w").close()
     scribus.setUnit(scribus.UNIT_POINTS)
-    own = os.path.join(os.path.dirname(os.path.realpath(request["document"])), "")
+    return set(scribus.getFontNames()) - known
+
+
+def get_folder(path):
+    return os.path.join(os.path.dirname(os.path.realpath(path)), "")
+
+
+def find_missing(path, gained):
+    """Those of the gained fonts that are not in the document's folder."""
+    own = get_folder(path)
     return {font[0] for font in scribus.getXFontNames()
-            if font[0] not in known and not os.path.realpath(font[5]).startswith(own)}
+            if font[0] in gained and not os.path.realpath(font[5]).startswith(own)}
 
 
-def info(request):
-    """Describes the document, and saves what it holds in Scribus's present form to the path `copy`."""
-    missing = open_document(request)
+def describe(item, opened, gained):
+    """Describes a document, and saves what it holds in Scribus's present form.
+
+    `gained` has the fonts that earlier documents of this start have added to Scribus's list, and the folders of
+    these documents. A font that came from another folder may be there or missing: who asks has to ask again, in
+    another start.
+    """
+    path = item["document"]
+    added = open_document(path, opened)
+    used = set(scribus.PDFfile().fonts)
+    earlier = used & set(gained)
+    is_certain = all(gained[name] == get_folder(path) for name in earlier)
+    gained.update({name: get_folder(path) for name in added})
+    if not is_certain:
+        return {"again": True}
+    missing = find_missing(path, added | earlier)
     files = {font[0]: font[5] for font in scribus.getXFontNames()}
-    used = set(scribus.PDFfile().fonts) | missing
     pages = []
     for number in range(1, scribus.pageCount() + 1):
         width, height = scribus.getPageNSize(number)
         pages.append({"width": width, "height": height, "side": scribus.getPageType(number)})
-    scribus.saveDocAs(request["copy"])
+    scribus.saveDocAs(item["copy"])
     return {
         "pages": pages,
         "fonts": [{"name": name, "file": "" if name in missing else files.get(name, ""), "missing": name in missing}
-                  for name in sorted(used)],
+                  for name in sorted(used | missing)],
     }
+
+
+def info(request):
+    """Describes documents, one after the other. `list` is the path of a JSON list of objects, each with a
+    `document`, a path `copy` for its present form, and the path of an `answer` of its own.
+    """
+    with open(request["list"], encoding="utf-8") as file:
+        items = json.load(file)
+    gained = {}
+    for item in items:
+        if scribus.haveDoc():
+            scribus.closeDoc()
+        write_answer(item["answer"], request["opened"], lambda: describe(item, request["opened"], gained))
+    return {}
 
 
 def preview(request):
     """Writes a picture of page `page`, from 1, at `dpi` to the path `output`, as PNG."""
-    open_document(request)
+    open_document(request["document"], request["opened"])
     scribus.gotoPage(request["page"])
     image = scribus.ImageExport()
     image.type = "PNG"
@@ -82,7 +116,8 @@ def pdf(request):
 
     Where there is a path `probe`, the same goes there as PDF 1.4, in which everything shines through that does.
     """
-    missing = open_document(request) & set(request["fonts"])
+    document = request["document"]
+    missing = find_missing(document, open_document(document, request["opened"])) & set(request["fonts"])
     if missing:
         raise RuntimeError("fonts are missing: " + ", ".join(sorted(missing)))
     if "probe" in request:
@@ -94,16 +129,20 @@ def pdf(request):
 OPERATIONS = {"info": info, "preview": preview, "pdf": pdf}
 
 
-def main():
-    request = json.loads(sys.argv[1])
+def write_answer(path, opened, work):
     try:
-        answer = OPERATIONS[request["operation"]](request)
+        answer = work()
     except BaseException as error:  # Scribus raises whatever it likes, SystemError among it
-        answer = {"error": "%s: %s" % (type(error).__name__, error)}
-    unfinished = request["answer"] + ".new"
+        answer = {"error": "%s: %s" % (type(error).__name__, error), "opened": os.path.exists(opened)}
+    unfinished = path + ".new"
     with open(unfinished, "w", encoding="utf-8") as file:
         json.dump(answer, file)
-    os.replace(unfinished, request["answer"])
+    os.replace(unfinished, path)
+
+
+def main():
+    request = json.loads(sys.argv[1])
+    write_answer(request["answer"], request["opened"], lambda: OPERATIONS[request["operation"]](request))
     # Scribus would end by itself, after it has put its windows away one by one.
     os._exit(0)
 

@@ -24,8 +24,24 @@ TEST(BookFileTest, ABookKeepsItsDocumentsWhereverItsFolderGoes)
                                                   sandbox.GetPath("moved/one.sla"_q)}));
     moved->SetDocuments(moved->GetDocuments());
     EXPECT_FALSE(moved->IsModified());
+    EXPECT_EQ(moved->GetTitle(), "a"_q);
+    EXPECT_FALSE(moved->IsNumberedOn());
+    WriteFile(moved->GetPath(),
+              "{\"format\":\"layout-host book\",\"version\":1,\"documents\":[\"a.sla\"],"
+              "\"title\":\"A <title>\",\"numbering\":\"continued\"}");
+    const auto titled = BookFile::Read(moved->GetPath(), reason);
+    BookFile copy(sandbox.GetPath("copy.slabook"_q));
+    copy.TakeSettings(*titled);
+    ASSERT_TRUE(copy.Save(reason) && titled->Save(reason));
+    for (const QString& path : {copy.GetPath(), titled->GetPath()}) {
+        EXPECT_EQ(BookFile::Read(path, reason)->GetTitle(), "A <title>"_q);
+        EXPECT_TRUE(BookFile::Read(path, reason)->IsNumberedOn());
+    }
+    titled->SetNumberedOn(false);
+    EXPECT_TRUE(titled->IsModified());
     for (const char* bad : {"", "[]", "{\"format\":\"layout-host book\",\"version\":2}", "{\"version\":1}",
-                            "{\"format\":\"layout-host book\",\"version\":1,\"documents\":[1]}"}) {
+                            "{\"format\":\"layout-host book\",\"version\":1,\"documents\":[1]}",
+                            "{\"format\":\"layout-host book\",\"version\":1,\"numbering\":\"on\"}"}) {
         WriteFile(sandbox.GetPath("bad.slabook"_q), bad);
         EXPECT_EQ(BookFile::Read(sandbox.GetPath("bad.slabook"_q), reason), nullptr) << bad;
     }

@@ -6,20 +6,6 @@ namespace
 {
 class DocumentTest : public EngineFixture
 {
-protected:
-    // Starts a host whose Scribus leaves a line for each time it is started.
-    void CountStarts()
-    {
-        const QString program = mSandbox.GetPath("scribus"_q);
-        WriteFile(program, "#!/bin/sh\necho >> '" + QFile::encodeName(mSandbox.GetPath("starts"_q)) +
-                               "'\nexec /usr/bin/scribus \"$@\"\n");
-        QFile::setPermissions(program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        ScribusSetup setup = GetSetup();
-        setup.scribus = program;
-        RestartHost(setup);
-    }
-
-    int GetStarts() { return ReadFile(mSandbox.GetPath("starts"_q)).count('\n'); }
 };
 
 TEST_F(DocumentTest, ScribusIsAskedOnceForEachStateOfTheFile)
@@ -59,6 +45,57 @@ TEST_F(DocumentTest, ScribusIsAskedOnceForEachStateOfTheFile)
     WriteFile(path, text.replace("A title", "Another"));
     EXPECT_EQ(mHost->GetActiveDocument()->GetInfo()->title, "Another"_q);
     EXPECT_EQ(GetStarts(), 3);
+}
+
+TEST_F(DocumentTest, WhatScribusSaidIsKnownAtTheNextStartOfTheProgram)
+{
+    MakeImage("image.png"_q, 30, 30);
+    const QString path = MakeDocument("a.sla"_q, 2, MakeImageFrame("image.png"_q));
+    const auto restart = [&] {
+        const int before = GetStarts();
+        CountStarts();
+        return GetStarts() - before;
+    };
+    const QString output = GetOutput("a.pdf"_q);
+    for (const int starts : {2, 1}) {  // what Scribus says, and its PDF; the profiles, too, at the first time
+        restart();
+        const int before = GetStarts();
+        Open(path);
+        EXPECT_EQ(mHost->GetActiveDocument()->GetInfo()->links.value(0).path,
+                  mSandbox.GetPath("image.png"_q));
+        // The colours are no profile's, so that the export needs the document as Scribus keeps it.
+        ASSERT_EQ(Export(output, "/ColorConversionStrategy /LeaveColorUnchanged"), cSuccess)
+            << mHost->GetLastFailure().toStdString();
+        EXPECT_LE(GetStarts() - before, starts + (starts == 2 ? 1 : 0));
+        EXPECT_GE(GetStarts() - before, starts);
+    }
+    ASSERT_TRUE(QFile::remove(mSandbox.GetPath("image.png"_q)));
+    restart();
+    Open(path);
+    EXPECT_TRUE(mHost->GetActiveDocument()->GetInfo()->links.value(0).isMissing);
+
+    // A font that is missing may be there at any time.
+    const QString poor = MakeDocument("poor.sla"_q, 1, MakeText("No Such Font"_q));
+    for (int i = 0; i < 2; ++i) {
+        restart();
+        const int before = GetStarts();
+        Open(poor);
+        EXPECT_EQ(mHost->GetActiveDocument()->GetInfo()->GetMissingFonts(), "No Such Font"_list);
+        EXPECT_EQ(GetStarts() - before, 1);
+    }
+}
+
+TEST_F(DocumentTest, AFontFileThatHasChangedIsLookedAtAnew)
+{
+    MakeFont("fonts/own.ttf"_q);
+    const QString font = mSandbox.GetPath("fonts/own.ttf"_q);
+    const QString path = MakeDocument("a.sla"_q, 1, MakeText("DejaXu Sans Book"_q));
+    Open(path);
+    EXPECT_EQ(mHost->GetActiveDocument()->GetInfo()->GetMissingFonts(), QStringList());
+    ASSERT_TRUE(QFile::remove(font));
+    RestartHost(GetSetup());
+    Open(path);
+    EXPECT_EQ(mHost->GetActiveDocument()->GetInfo()->GetMissingFonts(), "DejaXu Sans Book"_list);
 }
 
 TEST_F(DocumentTest, ANewDocumentKeepsItsLinksWhereverItIsSaved)

@@ -119,6 +119,30 @@ QString EngineFixture::MakeImage(const QString& name, int width, int height)
     return path;
 }
 
+void EngineFixture::MakeFont(const QString& name)
+{
+    QByteArray font = ReadFile("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf"_q);
+    font.replace("DejaVu", "DejaXu").replace(QByteArray("D\0e\0j\0a\0V", 9), QByteArray("D\0e\0j\0a\0X", 9));
+    EXPECT_TRUE(WriteFile(mSandbox.GetPath(name), font));
+}
+
+QString EngineFixture::MoveAway(const QString& folder, const QStringList& originals)
+{
+    for (const QString& original : originals)
+        EXPECT_TRUE(QDir(mSandbox.GetPath(original)).removeRecursively());
+    EXPECT_TRUE(QDir().rename(folder, mSandbox.GetPath("moved"_q)));
+    return mSandbox.GetPath("moved/"_q);
+}
+
+QStringList EngineFixture::GetLinks(const QString& path, const QString& folder)
+{
+    Open(path);
+    QStringList links;
+    for (const DocumentLink& link : mHost->GetActiveDocument()->GetInfo()->links)
+        links.append(QDir(folder).relativeFilePath(link.path) + (link.isMissing ? " MISSING"_q : QString()));
+    return links;
+}
+
 void EngineFixture::RestartHost(const ScribusSetup& setup)
 {
     mHost = std::make_unique<ScribusHost>(setup);
@@ -188,6 +212,18 @@ ErrorCode EngineFixture::PackageBook(const QString& folder)
     package->SetTargetFolder(IDFile(PMString(folder)));
     ApplySettings(PackageSetting::DocumentHyphenationOnly, *package);
     return package->Execute();
+}
+
+void EngineFixture::CountStarts()
+{
+    const QString program = mSandbox.GetPath("scribus"_q);
+    if (!QFile::exists(program))
+        WriteFile(program, "#!/bin/sh\necho >> '" + QFile::encodeName(mSandbox.GetPath("starts"_q)) +
+                               "'\nexec /usr/bin/scribus \"$@\"\n");
+    QFile::setPermissions(program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    ScribusSetup setup = GetSetup();
+    setup.scribus = program;
+    RestartHost(setup);
 }
 
 void EngineFixture::Open(const QString& path)

@@ -71,6 +71,15 @@ protected:
     // Writes a PNG of the size in the sandbox.
     QString MakeImage(const QString& name, int width, int height);
 
+    // Writes a font that no system has, "DejaXu Sans Book": another one under a name of its own.
+    void MakeFont(const QString& name);
+
+    // Moves what was made to another place, "moved/" in the sandbox, and takes away the originals.
+    QString MoveAway(const QString& folder, const QStringList& originals);
+
+    // The links of a document, by their paths in a folder; with " MISSING" where they lead nowhere.
+    QStringList GetLinks(const QString& path, const QString& folder);
+
     // Writes job options that hold the settings.
     QString MakeJobOptions(const QByteArray& settings);
 
@@ -91,6 +100,10 @@ protected:
 
     // A host in the place of the first one, with another setup.
     void RestartHost(const ScribusSetup& setup);
+
+    // The same with a Scribus that leaves a line for each time it is started.
+    void CountStarts();
+    int GetStarts() const { return ReadFile(mSandbox.GetPath("starts"_q)).count('\n'); }
 
     void Open(const QString& path);
     QStringList ListOutput() const;  // the names in the output folder
