@@ -1,9 +1,9 @@
-# The target `translations` builds Plugin_deDE.qm and its like into the folder `translations` of the build.
+# The target `translations` builds Plugin_deDE.qm, Host_deDE.qm and their like into the folder `translations` of the build.
 find_program(LRELEASE_PROGRAM NAMES lrelease-qt5 lrelease HINTS /usr/lib/qt5/bin REQUIRED)
 set(translations_folder "${CMAKE_BINARY_DIR}/translations")
 file(MAKE_DIRECTORY "${translations_folder}")
 set(compiled_translations)
-file(GLOB translation_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/Resources/Translations/Plugin_*.ts")
+file(GLOB translation_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/Resources/Translations/*.ts")
 foreach(source IN LISTS translation_sources)
   get_filename_component(name "${source}" NAME_WE)
   set(compiled "${translations_folder}/${name}.qm")

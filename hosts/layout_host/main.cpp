@@ -6,9 +6,11 @@
 #include "hosts/layout_host/commandline/ExportRun.h"
 #include "hosts/layout_host/commandline/LastResort.h"
 #include "hosts/layout_host/window/HostWindow.h"
+#include "hosts/scribus/panels/HostTexts.h"
 
 #include <QApplication>
 #include <QJsonDocument>
+#include <QLocale>
 #include <QLoggingCategory>
 
 #include <memory>
@@ -55,6 +57,7 @@ int RunExport(const CommandLine& line)
 
 int RunWindow(const CommandLine& line)
 {
+    HostTexts::Load(QLocale::system());
     HostWindow window(MakeSetup());
     window.show();
     window.Start(line.files);

@@ -45,8 +45,8 @@ QString FormatBleed(const DocumentBleed& bleed)
                                FormatLength(bleed.inside), FormatLength(bleed.outside)};
     if (sides.count(sides.constFirst()) == sides.size())
         return bleed.top > 0 ? QStringLiteral("%1 %2").arg(sides.constFirst(), GetUnitName())
-                             : QStringLiteral("none");
-    return QStringLiteral("%1 %2 (top, bottom, inside, outside)")
+                             : DocumentView::tr("none");
+    return DocumentView::tr("%1 %2 (top, bottom, inside, outside)")
         .arg(sides.join(QStringLiteral(" / ")), GetUnitName());
 }
 
@@ -54,11 +54,11 @@ QString GetSideName(PageSide side)
 {
     switch (side) {
         case PageSide::Left:
-            return QStringLiteral(", left");
+            return DocumentView::tr(", left");
         case PageSide::Middle:
-            return QStringLiteral(", middle");
+            return DocumentView::tr(", middle");
         case PageSide::Right:
-            return QStringLiteral(", right");
+            return DocumentView::tr(", right");
         default:
             return {};
     }
@@ -72,15 +72,15 @@ QString MakeRow(const QString& name, const QString& value)
 
 QString MakeFacts(const DocumentInfo& info)
 {
-    QString rows =
-        MakeRow(QStringLiteral("Pages"), QString::number(info.pages.size()) +
-                                             (info.hasFacingPages ? QStringLiteral(", facing") : QString()));
+    QString rows = MakeRow(DocumentView::tr("Pages"),
+                           QString::number(info.pages.size()) +
+                               (info.hasFacingPages ? DocumentView::tr(", facing") : QString()));
     if (!info.pages.isEmpty())
-        rows += MakeRow(QStringLiteral("Size"), FormatSize(info.pages.constFirst()));
-    rows += MakeRow(QStringLiteral("Bleed"), FormatBleed(info.bleed));
-    rows += MakeRow(QStringLiteral("Colours"), QString::number(info.colors.size()));
+        rows += MakeRow(DocumentView::tr("Size"), FormatSize(info.pages.constFirst()));
+    rows += MakeRow(DocumentView::tr("Bleed"), FormatBleed(info.bleed));
+    rows += MakeRow(DocumentView::tr("Colours"), QString::number(info.colors.size()));
     if (!info.title.isEmpty())
-        rows += MakeRow(QStringLiteral("Title"), info.title);
+        rows += MakeRow(DocumentView::tr("Title"), info.title);
     return QStringLiteral("<table>%1</table>").arg(rows);
 }
 
@@ -117,7 +117,7 @@ DocumentView::DocumentView(const std::function<bool()>& isBusy, QWidget* parent)
     connect(mPrevious, &QToolButton::clicked, this, [this] { TurnTo(mPageIndex - 1); });
     connect(mNext, &QToolButton::clicked, this, [this] { TurnTo(mPageIndex + 1); });
     connect(&mDrawing, &QTimer::timeout, this, [this] { DrawPage(); });
-    ShowNothing(QString());
+    ShowText(QString());
 }
 
 DocumentView::~DocumentView() = default;
@@ -154,8 +154,8 @@ QWidget* DocumentView::MakeFactSide()
     mFacts = new QLabel(side);
     mFacts->setWordWrap(true);
     mFacts->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    mFonts = new NameList(QStringLiteral("Fonts"), side);
-    mLinks = new NameList(QStringLiteral("Links"), side);
+    mFonts = new NameList(tr("Fonts"), side);
+    mLinks = new NameList(tr("Links"), side);
     auto* layout = new QVBoxLayout(side);
     layout->setContentsMargins(6, 6, 6, 6);
     layout->addWidget(mFacts);
@@ -172,12 +172,12 @@ void DocumentView::ShowDocument(const std::shared_ptr<ScribusDocument>& document
         mPageIndex = 0;
     mDocument = document;
     if (!mDocument) {
-        ShowNothing(QStringLiteral("Open a document with Ctrl+O."));
+        ShowText(tr("Open a document with Ctrl+O."));
         return;
     }
     const DocumentInfo* info = mDocument->GetInfo();
     if (info == nullptr || info->pages.isEmpty()) {
-        ShowNothing(mDocument->GetError());
+        ShowText(mDocument->GetError());
         return;
     }
     ShowFacts(*info);
@@ -198,7 +198,7 @@ void DocumentView::ShowFacts(const DocumentInfo& info)
     mLinks->Show(MakeRows(info.links));
 }
 
-void DocumentView::ShowNothing(const QString& reason)
+void DocumentView::ShowText(const QString& text)
 {
     mDrawing.stop();
     mFacts->clear();
@@ -207,7 +207,7 @@ void DocumentView::ShowNothing(const QString& reason)
     mPageLabel->clear();
     mPrevious->setEnabled(false);
     mNext->setEnabled(false);
-    mPreview->ShowPage(QSizeF(), QImage(), reason);
+    mPreview->ShowPage(QSizeF(), QImage(), text);
 }
 
 void DocumentView::TurnTo(int pageIndex)
@@ -222,12 +222,10 @@ void DocumentView::ShowPage(const DocumentInfo& info)
     const DocumentPage& page = info.pages.at(mPageIndex);
     mPrevious->setEnabled(mPageIndex > 0);
     mNext->setEnabled(mPageIndex + 1 < info.pages.size());
-    const QString place = QStringLiteral("%1 of %2").arg(mPageIndex + 1).arg(info.pages.size());
+    const QString place = tr("%1 of %2").arg(mPageIndex + 1).arg(info.pages.size());
     mPageLabel->setText(
-        page.number.isEmpty()
-            ? place
-            : QStringLiteral("Page %1%2 (%3)").arg(page.number, GetSideName(page.side), place));
-    mPreview->ShowPage(QSizeF(page.width, page.height), QImage(), QString());
+        page.number.isEmpty() ? place : tr("Page %1%2 (%3)").arg(page.number, GetSideName(page.side), place));
+    mPreview->ShowPage(QSizeF(page.width, page.height), QImage(), tr("Drawing..."));
     mDrawing.start(0);
 }
 
@@ -246,5 +244,5 @@ void DocumentView::DrawPage()
     QApplication::setOverrideCursor(Qt::WaitCursor);
     const QImage image = mDocument->GetPreview(mPageIndex, dotsPerInch);
     QApplication::restoreOverrideCursor();
-    mPreview->ShowPage(size, image, image.isNull() ? QStringLiteral("This page can't be shown.") : QString());
+    mPreview->ShowPage(size, image, image.isNull() ? tr("This page can't be shown.") : QString());
 }

@@ -2,6 +2,7 @@
 
 #include "hosts/scribus/documents/ScribusDocument.h"
 
+#include <QCoreApplication>
 #include <QTimer>
 #include <QWidget>
 
@@ -18,6 +19,8 @@ class QToolButton;
 // so that the window is drawn first.
 class DocumentView : public QWidget
 {
+    Q_DECLARE_TR_FUNCTIONS(DocumentView)
+
 public:
     // `isBusy` tells that nothing may be asked of the documents now.
     DocumentView(const std::function<bool()>& isBusy, QWidget* parent);
@@ -27,6 +30,9 @@ public:
     // shows that there is none. Lengths are in millimetres, or in inches.
     void ShowDocument(const std::shared_ptr<ScribusDocument>& document);
 
+    // Shows a text in the place of the document, until the next ShowDocument.
+    void ShowText(const QString& text);
+
     // Takes a document up again whose file has changed since. Asks Scribus only then.
     void Refresh();
 
@@ -34,7 +40,6 @@ private:
     QWidget* MakePageSide();
     QWidget* MakeFactSide();
     void ShowFacts(const DocumentInfo& info);
-    void ShowNothing(const QString& reason);
     void TurnTo(int pageIndex);
     void ShowPage(const DocumentInfo& info);
     void DrawPage();

@@ -3,20 +3,24 @@
 #include "hosts/layout_host/window/DocumentView.h"
 #include "hosts/scribus/panels/BookPanel.h"
 #include "hosts/scribus/panels/FileQuestions.h"
+#include "hosts/scribus/panels/ReportPanel.h"
 #include "plugin/host/CActionComponent.h"
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDockWidget>
+#include <QFileInfo>
 #include <QGroupBox>
 #include <QListWidget>
 #include <QLocale>
 #include <QMenuBar>
 #include <QSplitter>
-#include <QStatusBar>
 #include <QVBoxLayout>
 
 namespace
 {
+constexpr int cReportHeight = 180;  // in pixels; the user may change it
+
 // Puts a widget under a title.
 QGroupBox* MakeGroup(const QString& title, QWidget* content)
 {
@@ -56,8 +60,8 @@ HostWindow::HostWindow(const ScribusSetup& setup) : mHost(setup), mFrontend(*thi
     splitter->setStretchFactor(1, 1);
     splitter->setChildrenCollapsible(false);
     setCentralWidget(splitter);
+    AddReport();
     AddOwnEntries();
-    statusBar();
     resize(1120, 760);
     ShowDocuments();
 
@@ -82,39 +86,48 @@ QWidget* HostWindow::MakeLists()
     auto* lists = new QSplitter(Qt::Vertical);
     mDocuments = new QListWidget;
     mBooks = new BookPanel(mHost, this);
-    lists->addWidget(MakeGroup(QStringLiteral("Documents"), mDocuments));
-    lists->addWidget(MakeGroup(QStringLiteral("Book"), mBooks));
+    lists->addWidget(MakeGroup(tr("Documents"), mDocuments));
+    lists->addWidget(MakeGroup(tr("Book"), mBooks));
     lists->setChildrenCollapsible(false);
     lists->setMinimumWidth(200);
     return lists;
 }
 
+void HostWindow::AddReport()
+{
+    mReport = new ReportPanel(this);
+    mReportDock = new QDockWidget(tr("Last Export"), this);
+    mReportDock->setWidget(mReport);
+    mReportDock->setFeatures(QDockWidget::DockWidgetClosable);
+    addDockWidget(Qt::BottomDockWidgetArea, mReportDock);
+    resizeDocks({mReportDock}, {cReportHeight}, Qt::Vertical);
+    mReportDock->hide();
+}
+
 void HostWindow::AddOwnEntries()
 {
-    QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
+    QMenu* file = menuBar()->addMenu(tr("&File"));
     mFileEntries = std::make_unique<PositionedMenu>(*file);
-    const auto add = [this](double position, const char* name, const QKeySequence& shortcut,
+    const auto add = [this](double position, const QString& name, const QKeySequence& shortcut,
                             void (HostWindow::*choose)()) {
-        QAction* entry = mFileEntries->Add(position, QString::fromUtf8(name), [this, choose] {
+        QAction* entry = mFileEntries->Add(position, name, [this, choose] {
             if (!mFrontend.IsBusy())
                 (this->*choose)();
         });
         entry->setShortcut(shortcut);
         return entry;
     };
-    add(100, "&New from Template\u2026", QKeySequence::New, &HostWindow::NewDocument);
-    add(110, "&Open\u2026", QKeySequence::Open, &HostWindow::OpenChosenFiles);
-    mDocumentEntries = {add(400, "&Close", QKeySequence::Close, &HostWindow::CloseDocument),
-                        add(410, "&Save", QKeySequence::Save, &HostWindow::SaveDocument),
-                        add(420, "Save &As\u2026", QKeySequence::SaveAs, &HostWindow::SaveDocumentAs)};
-    mFileEntries->Add(9000, QStringLiteral("&Quit"), [this] { close(); })
+    add(100, tr("&New from Template..."), QKeySequence::New, &HostWindow::NewDocument);
+    add(110, tr("&Open..."), QKeySequence::Open, &HostWindow::OpenChosenFiles);
+    mDocumentEntries = {add(400, tr("&Close"), QKeySequence::Close, &HostWindow::CloseDocument),
+                        add(410, tr("&Save"), QKeySequence::Save, &HostWindow::SaveDocument),
+                        add(420, tr("Save &As..."), QKeySequence::SaveAs, &HostWindow::SaveDocumentAs)};
+    mFileEntries->Add(9000, tr("&Quit"), [this] { close(); })
         ->setShortcut(QKeySequence(Qt::CTRL + Qt::Key_Q));
-    menuBar()
-        ->addMenu(QStringLiteral("&Help"))
-        ->addAction(QStringLiteral("&About the Hopbox Plug-in"), this, [this] {
-            if (mPlugIn.GetActions() != nullptr)
-                RunPlugInAction(PlugInID::cAboutAction);
-        });
+    menuBar()->addMenu(tr("&Help"))->addAction(tr("&About the Hopbox Plug-in"), this, [this] {
+        if (mPlugIn.GetActions() != nullptr)
+            RunPlugInAction(PlugInID::cAboutAction);
+    });
     connect(file, &QMenu::aboutToShow, this, [this] { UpdatePlugInEntries(); });
     connect(&mBooks->GetPopupMenu(), &QMenu::aboutToShow, this, [this] { UpdatePlugInEntries(); });
 }
@@ -162,13 +175,13 @@ void HostWindow::UpdatePlugInEntries()
     mBooks->GetEntries().UpdatePlugInEntries(mMenus.GetEntries(HostMenuPath::cBookPanel));
 }
 
-// What the last command made is news only when there was one.
 void HostWindow::RunPlugInAction(ActionID action)
 {
-    const QString before = mHost.GetLastPDF();
+    const int before = mHost.GetExportCount();
+    mHost.SetLastFailure(QString());
     mPlugIn.GetActions()->DoAction(nullptr, action, nullptr);
-    if (mHost.GetLastPDF() != before)
-        statusBar()->showMessage(QStringLiteral("Exported to %1").arg(mHost.GetLastPDF()));
+    if (mReport->ShowNews(mHost, before))
+        mReportDock->show();
     ShowDocuments();
 }
 
@@ -178,13 +191,14 @@ void HostWindow::NewDocument()
     if (path.isEmpty())
         return;
     QString reason;
+    mView->ShowText(tr("Opening %1...").arg(QFileInfo(path).fileName()));
     const auto document = WhileWaiting([&] { return mHost.NewDocument(path, reason); });
     TakeNew(document, reason);
 }
 
 void HostWindow::OpenDocument(const QString& path)
 {
-    statusBar()->showMessage(QStringLiteral("Opening %1\u2026").arg(path));
+    mView->ShowText(tr("Opening %1...").arg(QFileInfo(path).fileName()));
     QString reason;
     const auto document = WhileWaiting([&] { return mHost.OpenDocument(path, reason); });
     TakeNew(document, reason);
@@ -192,7 +206,6 @@ void HostWindow::OpenDocument(const QString& path)
 
 void HostWindow::TakeNew(const ScribusHost::DocumentPtr& document, const QString& reason)
 {
-    statusBar()->clearMessage();
     if (!document)
         FileQuestions::ShowProblem(*this, reason);
     ShowDocuments();
@@ -262,10 +275,9 @@ void HostWindow::ShowDocuments()
     mDocuments->clear();
     const ScribusHost::DocumentPtr active = mHost.GetActiveDocument();
     for (const ScribusHost::DocumentPtr& document : mHost.GetDocuments()) {
-        auto* item = new QListWidgetItem(document->IsSaved()
-                                             ? document->GetName()
-                                             : QStringLiteral("%1 (not saved)").arg(document->GetName()),
-                                         mDocuments);
+        auto* item = new QListWidgetItem(
+            document->IsSaved() ? document->GetName() : tr("%1 (not saved)").arg(document->GetName()),
+            mDocuments);
         item->setToolTip(document->GetPath());
         if (document == active)
             mDocuments->setCurrentItem(item);

@@ -6,18 +6,23 @@
 #include "hosts/scribus/panels/PositionedMenu.h"
 #include "hosts/scribus/panels/WindowFrontend.h"
 
+#include <QCoreApplication>
 #include <QMainWindow>
 
 #include <memory>
 
 class BookPanel;
 class DocumentView;
+class ReportPanel;
+class QDockWidget;
 class QListWidget;
 
 // The application's window: the open documents and books, a view of the document in front, and the menus,
-// with the entries of the plug-in among them.
+// with the entries of the plug-in among them. After an export, a list says what became of the settings.
 class HostWindow : public QMainWindow
 {
+    Q_DECLARE_TR_FUNCTIONS(HostWindow)
+
 public:
     explicit HostWindow(const ScribusSetup& setup);
     ~HostWindow() override;
@@ -32,6 +37,7 @@ protected:
 
 private:
     QWidget* MakeLists();
+    void AddReport();
     void AddOwnEntries();
     void LoadPlugIn();
     void UpdatePlugInEntries();
@@ -57,6 +63,8 @@ private:
     QListWidget* mDocuments = nullptr;
     BookPanel* mBooks = nullptr;
     DocumentView* mView = nullptr;
+    ReportPanel* mReport = nullptr;
+    QDockWidget* mReportDock = nullptr;
     std::unique_ptr<PositionedMenu> mFileEntries;
     QList<QAction*> mDocumentEntries;  // those that need a document
     PlugInModule mPlugIn;              // the last: it goes while all that it knows is there

@@ -17,7 +17,7 @@ QTreeWidgetItem* MakeItem(const NameRow& row, const QWidget& widget)
     auto* item = new QTreeWidgetItem(QStringList(row.name));
     item->setToolTip(0, row.detail.isEmpty() ? row.name : row.detail);
     if (row.isMissing) {
-        item->setText(0, QStringLiteral("%1 (missing)").arg(row.name));
+        item->setText(0, NameList::tr("%1 (missing)").arg(row.name));
         item->setForeground(0, cMissingColour);
         item->setIcon(0, widget.style()->standardIcon(QStyle::SP_MessageBoxWarning));
     }
@@ -57,6 +57,6 @@ void NameList::Show(const QVector<NameRow>& rows)
     }
     QString heading = rows.isEmpty() ? mTitle : QStringLiteral("%1: %2").arg(mTitle).arg(rows.size());
     if (missing > 0)
-        heading += QStringLiteral(", %1 missing").arg(missing);
+        heading += tr(", %1 missing").arg(missing);
     mHeading->setText(heading);
 }

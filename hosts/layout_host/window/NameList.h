@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 #include <QVector>
 #include <QWidget>
@@ -18,6 +19,8 @@ struct NameRow
 // A titled list of names, such as a document's fonts, with the missing ones marked and counted.
 class NameList : public QWidget
 {
+    Q_DECLARE_TR_FUNCTIONS(NameList)
+
 public:
     NameList(const QString& title, QWidget* parent);
     ~NameList() override;

@@ -223,6 +223,7 @@ ErrorCode ScribusHost::RunCommand(const QString& title, int steps, const Work& w
 
 void ScribusHost::SetLastPDF(const QString& path, const QJsonObject& report)
 {
+    ++mExportCount;
     mLastPDF = path;
     mLastReport = report;
     const QFileInfo pdf(path);

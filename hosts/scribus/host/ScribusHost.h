@@ -81,6 +81,9 @@ public:
     // "settings", "images", "fonts" and "notes". Empty before one.
     const QJsonObject& GetLastReport() const { return mLastReport; }
 
+    // How many PDFs were exported.
+    int GetExportCount() const { return mExportCount; }
+
     // What the last commands that succeeded have made: a PDF, and the folder of a package. Empty where none
     // has.
     const QString& GetLastPDF() const { return mLastPDF; }
@@ -154,6 +157,7 @@ private:
     int mUntitledCount = 0;
     PdfSettings mPdfSettings;
     QString mLastFailure;
+    int mExportCount = 0;
     QString mLastPDF;
     QJsonObject mLastReport;
     QString mLastPackage;

@@ -16,13 +16,20 @@
 
 namespace
 {
+// A row that says why there is none.
+void AddHint(QListWidget& list, const QString& text)
+{
+    auto* item = new QListWidgetItem(text, &list);
+    item->setFlags(Qt::NoItemFlags);
+}
+
 QListWidgetItem* MakeItem(const QString& path, const QWidget& widget)
 {
     const QFileInfo file(path);
     auto* item = new QListWidgetItem(file.fileName());
     item->setToolTip(path);
     if (!file.exists()) {
-        item->setText(QStringLiteral("%1 (missing)").arg(file.fileName()));
+        item->setText(BookPanel::tr("%1 (missing)").arg(file.fileName()));
         item->setIcon(widget.style()->standardIcon(QStyle::SP_MessageBoxWarning));
     }
     return item;
@@ -39,7 +46,7 @@ BookPanel::BookPanel(ScribusHost& host, QWidget* parent)
 {
     auto* button = new QToolButton(this);
     button->setText(QStringLiteral("\u2261"));
-    button->setToolTip(QStringLiteral("Book menu"));
+    button->setToolTip(tr("Book menu"));
     button->setMenu(mPopup);
     button->setPopupMode(QToolButton::InstantPopup);
     auto* top = new QHBoxLayout;
@@ -67,14 +74,17 @@ BookPanel::~BookPanel() = default;
 
 void BookPanel::AddOwnEntries()
 {
-    AddEntry(100, QStringLiteral("&New Book\u2026"), &BookPanel::CreateBook);
-    AddEntry(110, QStringLiteral("&Open Book\u2026"), &BookPanel::OpenBooks);
-    mBookEntries = {AddEntry(200, QStringLiteral("&Add Documents\u2026"), &BookPanel::AddDocuments)};
-    mDocumentEntries = {AddEntry(210, QStringLiteral("&Remove Document"), &BookPanel::RemoveDocument),
-                        AddEntry(220, QStringLiteral("Move &Up"), &BookPanel::MoveUp),
-                        AddEntry(230, QStringLiteral("Move &Down"), &BookPanel::MoveDown)};
-    mBookEntries += {AddEntry(300, QStringLiteral("&Save Book"), &BookPanel::SaveBook),
-                     AddEntry(310, QStringLiteral("&Close Book"), &BookPanel::CloseBook)};
+    AddEntry(100, tr("&New Book..."), &BookPanel::CreateBook);
+    AddEntry(110, tr("&Open Book..."), &BookPanel::OpenBooks);
+    mBookEntries = {AddEntry(200, tr("&Add Documents..."), &BookPanel::AddDocuments)};
+    mDocumentEntries = {AddEntry(210, tr("&Remove Document"), &BookPanel::RemoveDocument),
+                        AddEntry(220, tr("Move &Up"), &BookPanel::MoveUp),
+                        AddEntry(230, tr("Move &Down"), &BookPanel::MoveDown)};
+    mNumbering = AddEntry(240, tr("&Number Pages On"), &BookPanel::NumberOn);
+    mNumbering->setToolTip(tr("Page numbers go on from one document to the next."));
+    mNumbering->setCheckable(true);
+    mBookEntries += {mNumbering, AddEntry(300, tr("&Save Book"), &BookPanel::SaveBook),
+                     AddEntry(310, tr("&Close Book"), &BookPanel::CloseBook)};
 }
 
 QAction* BookPanel::AddEntry(double position, const QString& name, void (BookPanel::*choose)())
@@ -157,6 +167,11 @@ void BookPanel::Move(int step)
     ChangeDocuments(documents, row + step);
 }
 
+void BookPanel::NumberOn()
+{
+    mHost.GetActiveBook()->SetNumberedOn(mNumbering->isChecked());
+}
+
 void BookPanel::SaveBook()
 {
     Save(mHost.GetActiveBook());
@@ -197,6 +212,10 @@ void BookPanel::ShowDocuments()
     if (const ScribusHost::BookPtr book = mHost.GetActiveBook()) {
         for (const QString& path : book->GetDocuments())
             mDocuments->addItem(MakeItem(path, *this));
+        if (book->GetDocuments().isEmpty())
+            AddHint(*mDocuments, tr("This book is empty. Its menu adds documents."));
+    } else {
+        AddHint(*mDocuments, tr("No book is open."));
     }
     UpdateEntries();
     if (mChange)
@@ -214,6 +233,8 @@ void BookPanel::UpdateEntries()
 {
     for (QAction* entry : mBookEntries)
         entry->setEnabled(mHost.GetActiveBook() != nullptr);
+    mNumbering->setChecked(mHost.GetActiveBook() != nullptr && mHost.GetActiveBook()->IsNumberedOn());
+    const int count = mHost.GetActiveBook() ? mHost.GetActiveBook()->GetDocuments().size() : 0;
     for (QAction* entry : mDocumentEntries)
-        entry->setEnabled(mDocuments->currentRow() >= 0);
+        entry->setEnabled(mDocuments->currentRow() >= 0 && mDocuments->currentRow() < count);
 }

@@ -3,6 +3,7 @@
 #include "hosts/scribus/host/ScribusHost.h"
 #include "hosts/scribus/panels/PositionedMenu.h"
 
+#include <QCoreApplication>
 #include <QWidget>
 
 #include <functional>
@@ -14,6 +15,8 @@ class QMenu;
 // The open books: the active one's documents in their order, and a popup menu for what can be done with it.
 class BookPanel : public QWidget
 {
+    Q_DECLARE_TR_FUNCTIONS(BookPanel)
+
 public:
     // The host outlives this.
     BookPanel(ScribusHost& host, QWidget* parent);
@@ -46,6 +49,7 @@ private:
     void MoveUp() { Move(-1); }
     void MoveDown() { Move(1); }
     void Move(int step);
+    void NumberOn();
     void SaveBook();
     void CloseBook();
     bool Save(const ScribusHost::BookPtr& book);
@@ -61,6 +65,7 @@ private:
     QListWidget* mDocuments;
     QMenu* mPopup;
     PositionedMenu mEntries;
+    QAction* mNumbering = nullptr;
     QList<QAction*> mBookEntries;      // those that need a book
     QList<QAction*> mDocumentEntries;  // those that need a document chosen in it
 };

@@ -2,13 +2,23 @@
 
 #include "hosts/scribus/books/BookFile.h"
 
+#include <QCoreApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
 
 namespace
 {
-const QString cDocumentFilter = QStringLiteral("Scribus documents (*.sla *.sla.gz)");
+class Texts
+{
+    Q_DECLARE_TR_FUNCTIONS(FileQuestions)
+};
+
+QString GetDocumentFilter()
+{
+    return Texts::tr("Scribus documents") + QStringLiteral(" (*.sla *.sla.gz)");
+}
+
 const QString cTemplateFolder = QStringLiteral("/usr/share/scribus/templates");
 
 QString GetBookEnding()
@@ -18,13 +28,13 @@ QString GetBookEnding()
 
 QString GetBookFilter()
 {
-    return QStringLiteral("Books (*%1)").arg(GetBookEnding());
+    return Texts::tr("Books") + QStringLiteral(" (*%1)").arg(GetBookEnding());
 }
 
 bool AskBeforeReplacing(QWidget& parent, const QString& path)
 {
-    QMessageBox box(QMessageBox::Warning, QStringLiteral("Save As"),
-                    QStringLiteral("\u201C%1\u201D already exists. Replace it?").arg(path),
+    QMessageBox box(QMessageBox::Warning, Texts::tr("Save As"),
+                    Texts::tr("\"%1\" already exists. Replace it?").arg(path),
                     QMessageBox::Yes | QMessageBox::No, &parent);
     box.setTextFormat(Qt::PlainText);
     box.setDefaultButton(QMessageBox::No);
@@ -53,45 +63,45 @@ bool FileQuestions::IsBook(const QString& path)
 
 QStringList FileQuestions::AskForDocumentsToOpen(QWidget& parent)
 {
-    return QFileDialog::getOpenFileNames(&parent, QStringLiteral("Open"), QString(), cDocumentFilter);
+    return QFileDialog::getOpenFileNames(&parent, Texts::tr("Open"), QString(), GetDocumentFilter());
 }
 
 QStringList FileQuestions::AskForFilesToOpen(QWidget& parent)
 {
-    const QString filter =
-        QStringLiteral("Scribus documents and books (*.sla *.sla.gz *%1)").arg(GetBookEnding());
-    return QFileDialog::getOpenFileNames(&parent, QStringLiteral("Open"), QString(), filter);
+    const QString filter = Texts::tr("Scribus documents and books") +
+                           QStringLiteral(" (*.sla *.sla.gz *%1)").arg(GetBookEnding());
+    return QFileDialog::getOpenFileNames(&parent, Texts::tr("Open"), QString(), filter);
 }
 
 QString FileQuestions::AskForTemplate(QWidget& parent)
 {
-    return QFileDialog::getOpenFileName(&parent, QStringLiteral("New from Template"), cTemplateFolder,
-                                        cDocumentFilter);
+    return QFileDialog::getOpenFileName(&parent, Texts::tr("New from Template"), cTemplateFolder,
+                                        GetDocumentFilter());
 }
 
 QString FileQuestions::AskForDocumentToSave(QWidget& parent, const QString& documentName)
 {
-    return AskForPath(parent, QStringLiteral("Save As"), documentName, cDocumentFilter,
+    return AskForPath(parent, Texts::tr("Save As"), documentName, GetDocumentFilter(),
                       {QStringLiteral(".sla"), QStringLiteral(".sla.gz")});
 }
 
 QStringList FileQuestions::AskForBooksToOpen(QWidget& parent)
 {
-    return QFileDialog::getOpenFileNames(&parent, QStringLiteral("Open Book"), QString(), GetBookFilter());
+    return QFileDialog::getOpenFileNames(&parent, Texts::tr("Open Book"), QString(), GetBookFilter());
 }
 
 QString FileQuestions::AskForNewBook(QWidget& parent)
 {
-    return AskForPath(parent, QStringLiteral("New Book"), QString(), GetBookFilter(), {GetBookEnding()});
+    return AskForPath(parent, Texts::tr("New Book"), QString(), GetBookFilter(), {GetBookEnding()});
 }
 
 FileQuestions::CloseAnswer FileQuestions::AskBeforeClosing(QWidget& parent, const QString& name)
 {
-    QMessageBox box(QMessageBox::Question, QStringLiteral("Close"),
-                    QStringLiteral("Save \u201C%1\u201D before closing?").arg(name),
+    QMessageBox box(QMessageBox::Question, Texts::tr("Close"),
+                    Texts::tr("Save \"%1\" before closing?").arg(name),
                     QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, &parent);
     box.setTextFormat(Qt::PlainText);
-    box.setInformativeText(QStringLiteral("If you don\u2019t save, it will be lost."));
+    box.setInformativeText(Texts::tr("If you don't save, it will be lost."));
     box.setDefaultButton(QMessageBox::Save);
     switch (box.exec()) {
         case QMessageBox::Save:

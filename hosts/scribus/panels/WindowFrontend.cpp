@@ -11,14 +11,27 @@ WindowFrontend::WindowFrontend(QWidget& window) : mWindow(window) {}
 
 WindowFrontend::~WindowFrontend() = default;
 
+// Commands are known by their English names, which the log has too.
+QString WindowFrontend::GetTitle(const QString& title)
+{
+    static const char* const cTitles[] = {QT_TR_NOOP("Export PDF"), QT_TR_NOOP("Export Book to PDF"),
+                                          QT_TR_NOOP("Package"), QT_TR_NOOP("Package Book"),
+                                          QT_TR_NOOP("Check Fonts")};
+    for (const char* known : cTitles) {
+        if (title == QLatin1String(known))
+            return tr(known);
+    }
+    return title;
+}
+
 // The window comes at once: a command starts another program, which takes longer than the eye. A single step
 // has no part that could be shown: the bar is then one that only moves.
 void WindowFrontend::BeginCommand(const QString& title, int steps)
 {
     mStep = 0;
     const int parts = steps > 1 ? steps : 0;
-    mProgress = std::make_unique<QProgressDialog>(title, QStringLiteral("Cancel"), 0, parts, &mWindow);
-    mProgress->setWindowTitle(title);
+    mProgress = std::make_unique<QProgressDialog>(GetTitle(title), tr("Cancel"), 0, parts, &mWindow);
+    mProgress->setWindowTitle(GetTitle(title));
     mProgress->setWindowModality(Qt::ApplicationModal);
     mProgress->setAutoClose(false);
     mProgress->setAutoReset(false);
@@ -73,14 +86,14 @@ IHostFrontend::Decision WindowFrontend::AskToGoOn(const QString& documentName, c
     constexpr int cMostShown = 12;
     QString text = problems.mid(0, cMostShown).join(QLatin1Char('\n'));
     if (problems.size() > cMostShown)
-        text += QLatin1Char('\n') + QStringLiteral("and %1 more").arg(problems.size() - cMostShown);
+        text += QLatin1Char('\n') + tr("and %1 more").arg(problems.size() - cMostShown);
     QWidget* const parent = mProgress ? static_cast<QWidget*>(mProgress.get()) : &mWindow;
     QMessageBox box(QMessageBox::Warning, documentName,
-                    QStringLiteral("The PDF of \"%1\" will not be as expected.").arg(documentName),
+                    tr("The PDF of \"%1\" will not be as expected.").arg(documentName),
                     QMessageBox::NoButton, parent);
     box.setTextFormat(Qt::PlainText);
     box.setInformativeText(text);
-    const QPushButton* const goOn = box.addButton(QStringLiteral("&Export Anyway"), QMessageBox::AcceptRole);
+    const QPushButton* const goOn = box.addButton(tr("&Export Anyway"), QMessageBox::AcceptRole);
     box.setDefaultButton(box.addButton(QMessageBox::Cancel));
     box.exec();
     return box.clickedButton() == goOn ? Decision::GoOn : Decision::Cancel;

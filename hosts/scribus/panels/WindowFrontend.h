@@ -2,6 +2,7 @@
 
 #include "hosts/scribus/runner/IHostFrontend.h"
 
+#include <QCoreApplication>
 #include <QProgressDialog>
 
 #include <memory>
@@ -10,6 +11,8 @@
 // and message boxes. While the engine works outside of a command, the window is drawn but takes no input.
 class WindowFrontend : public IHostFrontend
 {
+    Q_DECLARE_TR_FUNCTIONS(WindowFrontend)
+
 public:
     explicit WindowFrontend(QWidget& window);
     ~WindowFrontend() override;
@@ -27,6 +30,8 @@ public:
     QString AskForSavePath(const QString& documentName) override;
 
 private:
+    static QString GetTitle(const QString& title);
+
     QWidget& mWindow;
     std::unique_ptr<QProgressDialog> mProgress;
     int mStep = 0;

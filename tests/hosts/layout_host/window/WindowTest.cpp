@@ -1,14 +1,23 @@
 #include "hosts/layout_host/window/HostWindow.h"
+#include "hosts/scribus/panels/BookPanel.h"
+#include "hosts/scribus/panels/HostTexts.h"
 #include "hosts/scribus/panels/PositionedMenu.h"
+#include "hosts/scribus/panels/ReportPanel.h"
 #include "hosts/scribus/panels/WindowFrontend.h"
 #include "tests/support/Test.h"
 #include "tests/support/WindowDriver.h"
 
 #include <QAbstractButton>
 #include <QAction>
+#include <QApplication>
 #include <QDialog>
+#include <QJsonArray>
+#include <QLabel>
+#include <QListWidget>
 #include <QMenu>
 #include <QMessageBox>
+#include <QTranslator>
+#include <QTreeWidget>
 
 namespace
 {
@@ -121,6 +130,79 @@ TEST(HostWindow, AsksWhetherAnExportIsToGoOnWithItsProblems)
     frontend.EndCommand();
 }
 
+TEST(HostWindow, NewsOfAnExportAreAListAndOthersAreNone)
+{
+    const Sandbox sandbox;
+    const QString pdf = sandbox.GetPath("a.pdf"_q);
+    ScribusHost host;
+    ReportPanel panel(nullptr);
+    const auto* rows = panel.findChild<QTreeWidget*>();
+    const auto* heading = panel.findChild<QLabel*>();
+    EXPECT_FALSE(panel.ShowNews(host, 0));
+    host.SetLastPDF(pdf, {{"settings"_q, QJsonArray{QJsonObject{{"key"_q, "Slug"_q},
+                                                                {"asked"_q, "true"_q},
+                                                                {"answer"_q, "not possible"_q},
+                                                                {"note"_q, "it is <b>cut</b> off"_q}}}},
+                          {"notes"_q, QJsonArray{"A note."_q}}});
+    EXPECT_TRUE(panel.ShowNews(host, 0));
+    EXPECT_FALSE(panel.ShowNews(host, 1)) << "an export before this one";
+    ASSERT_EQ(rows->topLevelItemCount(), 2);
+    EXPECT_EQ(rows->topLevelItem(0)->text(2), "not possible"_q);
+    EXPECT_EQ(rows->topLevelItem(0)->text(3), "it is <b>cut</b> off"_q);
+    EXPECT_EQ(rows->topLevelItem(1)->text(0), "A note."_q);
+    EXPECT_TRUE(heading->text().contains(pdf));
+    host.SetLastFailure("The user cancelled."_q);
+    EXPECT_FALSE(panel.ShowNews(host, 0));
+    host.SetLastFailure("\"two.sla\": it is damaged."_q);
+    EXPECT_TRUE(panel.ShowNews(host, 0)) << "a PDF was made, but the package failed";
+    EXPECT_TRUE(heading->text().contains("two.sla"_q));
+    EXPECT_EQ(rows->topLevelItemCount(), 0);
+}
+
+TEST(HostWindow, AnEmptyBookSaysSo)
+{
+    ScribusHost host;
+    BookPanel panel(host, nullptr);
+    const auto* list = panel.findChild<QListWidget*>();
+    const auto enabled = [&] {
+        return DescribeEntries(panel.GetPopupMenu()).filter("Remove"_q) +
+               DescribeEntries(panel.GetPopupMenu()).filter("Number"_q);
+    };
+    panel.GetEntries().Finish({}, nullptr);
+    EXPECT_EQ(list->item(0)->text(), "No book is open."_q);
+    const ScribusHost::BookPtr book = host.NewBook("/nowhere/a.slabook"_q);
+    panel.Refresh();
+    EXPECT_EQ(list->item(0)->text(), "This book is empty. Its menu adds documents."_q);
+    panel.findChild<QListWidget*>()->setCurrentRow(0);
+    EXPECT_EQ(enabled(), "&Remove Document (greyed)|&Number Pages On"_list);
+    Choose(panel, "Number Pages On"_q);
+    EXPECT_TRUE(book->IsNumberedOn());
+    book->SetDocuments({"/nowhere/a.sla"_q});
+    panel.Refresh();
+    EXPECT_EQ(list->count(), 1);
+    panel.findChild<QListWidget*>()->setCurrentRow(0);
+    EXPECT_EQ(enabled(), "&Remove Document|&Number Pages On"_list);
+}
+
+TEST(HostWindow, SpeaksTheLanguageOfTheSystem)
+{
+    const struct
+    {
+        const char* locale;
+        const char* text;
+    } cases[] = {{"de_AT", "Kein Buch ist ge\u00F6ffnet."},
+                 {"fr_CA", "Aucun livre n\u2019est ouvert."},
+                 {"pt_BR", "No book is open."}};
+    ScribusHost host;
+    for (const auto& item : cases) {
+        HostTexts::Load(QLocale(QLatin1String(item.locale)));
+        const BookPanel panel(host, nullptr);
+        EXPECT_EQ(panel.findChild<QListWidget*>()->item(0)->text(), QString::fromUtf8(item.text));
+        for (const QTranslator* translator : qApp->findChildren<QTranslator*>())
+            delete translator;
+    }
+}
+
 // An untitled document and a changed book, each with every answer.
 TEST(HostWindow, AsksBeforeItClosesWhatNoFileHolds)
 {
@@ -144,14 +226,14 @@ TEST(HostWindow, AsksBeforeItClosesWhatNoFileHolds)
                          press("Save"), type(sandbox.GetPath("Saved"_q)), press("No"), press("Save"),
                          type(saved), press("Yes"), type(book), press("Cancel"), press("Save")});
     window.Start({});
-    Choose(window, "New from Template\u2026"_q);
+    Choose(window, "New from Template..."_q);
     EXPECT_FALSE(window.close());
     WriteFile(saved, "another document");
     Choose(window, "Close"_q);
     EXPECT_EQ(ReadFile(saved), "another document");
     Choose(window, "Close"_q);
     EXPECT_NE(ReadFile(saved), "another document");
-    Choose(window, "New Book\u2026"_q);
+    Choose(window, "New Book..."_q);
     EXPECT_FALSE(window.close());
     EXPECT_TRUE(window.close());
     EXPECT_TRUE(ReadFile(book).contains("layout-host book"));

@@ -116,7 +116,7 @@ TEST_F(ExportFaultsTest, AScribusThatFailsOrLiesIsFoundOut)
         {"os.remove(request['output']); answer()", "Scribus made no whole PDF"},
         {"open(request['answer'], 'w').write('{\"error\": \"no room\"}')",
          "Scribus can't open the document; it may be damaged."},
-        {"open(request['opened'], 'w'); open(request['answer'], 'w').write('{\"error\": \"no room\"}')",
+        {"open(request['answer'], 'w').write('{\"error\": \"no room\", \"opened\": true}')",
          "Scribus failed: no room."},
         {"open(request['answer'], 'w').write('{\"half')", "failed"},
         {"time.sleep(100)", "took more than 1 s"},

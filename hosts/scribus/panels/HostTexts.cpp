@@ -1,0 +1,29 @@
+#include "hosts/scribus/panels/HostTexts.h"
+
+#include <QCoreApplication>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
+
+// In a function outside of every namespace, as Qt wants it.
+static void BringInTexts()
+{
+    Q_INIT_RESOURCE(HostTexts);
+}
+
+void HostTexts::Load(const QLocale& locale)
+{
+    BringInTexts();
+    // One translation serves all countries of a language.
+    const QString language = locale.language() == QLocale::German   ? QStringLiteral("deDE")
+                             : locale.language() == QLocale::French ? QStringLiteral("frFR")
+                                                                    : QString();
+    // The buttons of Qt's own windows, where the system has their texts.
+    auto* ofQt = new QTranslator(QCoreApplication::instance());
+    const QString folder = QLibraryInfo::location(QLibraryInfo::TranslationsPath);
+    if (!language.isEmpty() && ofQt->load(locale, QStringLiteral("qtbase"), QStringLiteral("_"), folder))
+        QCoreApplication::installTranslator(ofQt);
+    auto* own = new QTranslator(QCoreApplication::instance());
+    if (own->load(QStringLiteral(":/texts/Host_%1.qm").arg(language)))
+        QCoreApplication::installTranslator(own);
+}
