@@ -49,7 +49,8 @@ bool LacksFonts(const QJsonObject& values, const QByteArray& text)
     const auto used = SlaFonts::FindUsed(text);
     const QJsonArray fonts = values.value(QLatin1String("fonts")).toArray();
     return std::any_of(fonts.begin(), fonts.end(), [&](const QJsonValue& font) {
-        return font[QLatin1String("missing")].toBool() && used.contains(font[QLatin1String("name")].toString());
+        return font[QLatin1String("missing")].toBool() &&
+               used.contains(font[QLatin1String("name")].toString());
     });
 }
 }  // namespace

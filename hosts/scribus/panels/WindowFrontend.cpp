@@ -89,8 +89,8 @@ IHostFrontend::Decision WindowFrontend::AskToGoOn(const QString& documentName, c
         text += QLatin1Char('\n') + tr("and %1 more").arg(problems.size() - cMostShown);
     QWidget* const parent = mProgress ? static_cast<QWidget*>(mProgress.get()) : &mWindow;
     QMessageBox box(QMessageBox::Warning, documentName,
-                    tr("The PDF of \"%1\" will not be as expected.").arg(documentName),
-                    QMessageBox::NoButton, parent);
+                    tr("The PDF of \"%1\" will not be as expected.").arg(documentName), QMessageBox::NoButton,
+                    parent);
     box.setTextFormat(Qt::PlainText);
     box.setInformativeText(text);
     const QPushButton* const goOn = box.addButton(tr("&Export Anyway"), QMessageBox::AcceptRole);
