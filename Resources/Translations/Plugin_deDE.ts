@@ -345,4 +345,61 @@ Hopbox: %2</translation>
         <translation>Alles auswählen</translation>
     </message>
 </context>
+<context>
+    <name>QScrollBar</name>
+    <message>
+        <source>Scroll here</source>
+        <translation>Hierher blättern</translation>
+    </message>
+    <message>
+        <source>Top</source>
+        <translation>Anfang</translation>
+    </message>
+    <message>
+        <source>Bottom</source>
+        <translation>Ende</translation>
+    </message>
+    <message>
+        <source>Page up</source>
+        <translation>Eine Seite nach oben</translation>
+    </message>
+    <message>
+        <source>Page down</source>
+        <translation>Eine Seite nach unten</translation>
+    </message>
+    <message>
+        <source>Scroll up</source>
+        <translation>Nach oben blättern</translation>
+    </message>
+    <message>
+        <source>Scroll down</source>
+        <translation>Nach unten blättern</translation>
+    </message>
+</context>
+<context>
+    <name>QShortcut</name>
+    <message>
+        <source>Ctrl</source>
+        <translation>Strg</translation>
+    </message>
+    <message>
+        <source>Shift</source>
+        <translation>Umschalt</translation>
+    </message>
+    <message>
+        <source>Alt</source>
+        <translation>Alt</translation>
+    </message>
+</context>
+<context>
+    <name>QWidgetTextControl</name>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>Select All</source>
+        <translation>Alles auswählen</translation>
+    </message>
+</context>
 </TS>

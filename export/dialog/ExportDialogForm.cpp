@@ -90,6 +90,8 @@ void ExportDialogForm::CreateButtons()
     buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &mDialog);
     buttons->button(QDialogButtonBox::Cancel)->setText(tr("Cancel"));
     okButton = buttons->button(QDialogButtonBox::Ok);
+    for (QAbstractButton* button : buttons->buttons())
+        button->setIcon({});  // what a desktop draws for OK is wrong on "Remove"
     okButton->setAccessibleDescription(altHint->text());
 }
 

@@ -27,6 +27,7 @@
 #include <QRadioButton>
 #include <QScreen>
 #include <QSignalBlocker>
+#include <QTimer>
 
 namespace
 {
@@ -93,7 +94,7 @@ void GCSPUSaveAsStamplexPDFDialog::ConnectSignals()
     connect(mForm.pageRange, &QLineEdit::textChanged, this, &GCSPUSaveAsStamplexPDFDialog::Update);
     connect(mForm.adjustment, &GCUSPDFSettingsAdjWdt::Changed, this, &GCSPUSaveAsStamplexPDFDialog::Update);
     connect(mForm.adjustment, &GCUSPDFSettingsAdjWdt::Corrected, this,
-            &GCSPUSaveAsStamplexPDFDialog::ShowNote);
+            &GCSPUSaveAsStamplexPDFDialog::OnCorrected);
 
     connect(mMode, &OkButtonMode::Changed, this, &GCSPUSaveAsStamplexPDFDialog::OnModeChanged);
     connect(mForm.pdfSettings, &HopboxBox::RemoveChosen, this, &GCSPUSaveAsStamplexPDFDialog::RemoveSelected);
@@ -246,6 +247,16 @@ void GCSPUSaveAsStamplexPDFDialog::Update()
 {
     UpdateOkButton();
     ShowNote(GetComplaint());
+}
+
+// The press of the mouse that left the field may be on the OK button: a length that nobody has seen yet is
+// not exported by it.
+void GCSPUSaveAsStamplexPDFDialog::OnCorrected(const QString& note)
+{
+    const QString complaint = GetComplaint();  // of another field
+    ShowNote(complaint.isEmpty() ? note : complaint);
+    mForm.okButton->setEnabled(false);
+    QTimer::singleShot(0, this, &GCSPUSaveAsStamplexPDFDialog::UpdateOkButton);
 }
 
 // What can't be exported doesn't keep a Hopbox from being removed.

@@ -53,6 +53,7 @@ private:
     QString GetComplaint() const;
     void Update();
     void UpdateOkButton();
+    void OnCorrected(const QString& note);
     void ShowNote(const QString& note);
 
     void RemoveSelected();

@@ -10,10 +10,10 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QDialogButtonBox>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QPushButton>
+#include <QPainter>
+#include <QRadioButton>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QToolButton>
@@ -23,6 +23,7 @@
 
 namespace
 {
+using Registration = void (*)();
 using Preparation = void (*)(QWidget& dialog);
 
 struct Picture
@@ -30,7 +31,7 @@ struct Picture
     const char* name;
     const char* language;  // empty for English
     DialogOptions options;
-    bool hasHopboxes;
+    Registration makeHopboxes;
     bool isDark;
     Preparation prepare;
 };
@@ -48,6 +49,8 @@ DialogOptions GetBookOptions()
     return options;
 }
 
+void MakeNone() {}
+
 void Leave(QWidget&) {}
 
 void OpenOptions(QWidget& dialog)
@@ -61,27 +64,52 @@ void HoldAlt(QWidget& dialog)
     QApplication::sendEvent(&dialog, &press);
 }
 
-void TypeNoLength(QWidget& dialog)
+void TypeLength(QWidget& dialog, const char* text)
 {
     OpenOptions(dialog);
     auto* field = dialog.findChildren<GQUIUnitSpinBox*>().at(1);
-    field->findChild<QLineEdit*>()->setText(QStringLiteral("4 m"));
+    field->setFocus();
+    field->GetTextField()->setText(QLatin1String(text));
 }
 
-void SelectLongName(QWidget& dialog)
+void TypeNoLength(QWidget& dialog)
 {
-    const GString name(120, QLatin1Char('m'));
-    MakeHopbox(name, {QStringLiteral("UserSettings=true")});
-    HoldAlt(dialog);
-    dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();  // the list is read again
+    TypeLength(dialog, "4 m");
+}
+
+void TypeTooLong(QWidget& dialog)
+{
+    TypeLength(dialog, "599");
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QApplication::sendEvent(dialog.focusWidget(), &enter);
+}
+
+void TypeHalfARange(QWidget& dialog)
+{
+    dialog.findChildren<QRadioButton*>().at(1)->click();
+    dialog.findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly)->setText(QStringLiteral("1-5,8,"));
+}
+
+void Select(QWidget& dialog, const char* text)
+{
     auto* list = dialog.findChild<QComboBox*>();
-    list->setCurrentIndex(list->findText(name));
+    list->setCurrentIndex(list->findText(QLatin1String(text)));
 }
 
 void SelectFixedSetting(QWidget& dialog)
 {
-    auto* list = dialog.findChild<QComboBox*>();
-    list->setCurrentIndex(list->findText(QStringLiteral("Proof, low resolution")));
+    Select(dialog, "Proof, low resolution");
+}
+
+void OpenUnsetOptions(QWidget& dialog)
+{
+    Select(dialog, "Newspaper 26v5");
+    OpenOptions(dialog);
+}
+
+void OpenList(QWidget& dialog)
+{
+    dialog.findChild<QComboBox*>()->showPopup();
 }
 
 QPalette GetDarkPalette()
@@ -90,6 +118,7 @@ QPalette GetDarkPalette()
     palette.setColor(QPalette::Base, QColor(35, 35, 38));
     palette.setColor(QPalette::Highlight, QColor(42, 130, 218));
     palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::Disabled, QPalette::ButtonText, Qt::gray);
     return palette;
 }
 
@@ -117,6 +146,28 @@ void MakeHopboxes()
     }
 }
 
+void MakeOneWithALongName()
+{
+    MakeHopbox(QStringLiteral("Gravure"), {QStringLiteral("UserSettings=true")});
+    HopboxRegistry().ChangeEntry(QStringLiteral("Gravure"), [&](HopboxRegistryEntry& entry) {
+        entry.pdfSettings = QStringLiteral(
+            "Gravure on thin coated paper, 150 lines per inch, hall 3 beside the river, night shift");
+    });
+    MakeHopboxes();
+}
+
+void MakeAThousand()
+{
+    const GString key = MakeHopbox(QStringLiteral("Press"), {QStringLiteral("UserSettings=true")});
+    HopboxRegistry registry;
+    HopboxRegistryEntry entry;
+    registry.GetEntry(key, entry);
+    for (int number = 1; number <= 999; ++number) {
+        entry.pdfSettings = QStringLiteral("Settings of press %1").arg(number, 3, 10, QLatin1Char('0'));
+        registry.AddEntry(QStringLiteral("Press %1").arg(number), entry);
+    }
+}
+
 void SetLanguage(const QString& language)
 {
     QLocale::setDefault(QLocale(language.left(2)));
@@ -126,13 +177,28 @@ void SetLanguage(const QString& language)
         GCUSTranslation::Load(GPathName(QStringLiteral(HOPBOX_TRANSLATIONS "/Plugin_%1.qm").arg(language)));
 }
 
+// The dialog with its open list.
+QImage DrawWithPopup(QWidget& dialog)
+{
+    const QImage picture = DrawFramed(dialog, dialog.windowTitle());
+    QWidget* popup = QApplication::activePopupWidget();
+    if (popup == nullptr)
+        return picture;
+    const QPoint place = popup->pos() - dialog.geometry().topLeft() + QPoint(1, cTitleHeight);
+    QImage both(picture.size().expandedTo({0, place.y() + popup->height() + 1}), picture.format());
+    both.fill(Qt::white);
+    QPainter painter(&both);
+    painter.drawImage(0, 0, picture);
+    painter.drawPixmap(place, popup->grab());
+    return both;
+}
+
 bool Save(const Picture& picture, const QString& folder)
 {
     SetLanguage(QLatin1String(picture.language));
     QApplication::setPalette(picture.isDark ? GetDarkPalette() : QApplication::style()->standardPalette());
     HopboxRegistry().Clear();
-    if (picture.hasHopboxes)
-        MakeHopboxes();
+    picture.makeHopboxes();
 
     ExportParty party;
     GCPTSaveAsTool tool(party.action, picture.options);
@@ -141,14 +207,14 @@ bool Save(const Picture& picture, const QString& folder)
     QApplication::processEvents();
     picture.prepare(dialog);
     QApplication::processEvents();
-    return DrawFramed(dialog, dialog.windowTitle())
-        .save(QStringLiteral("%1/%2.png").arg(folder, QLatin1String(picture.name)));
+    return DrawWithPopup(dialog).save(QStringLiteral("%1/%2.png").arg(folder, QLatin1String(picture.name)));
 }
 }  // namespace
 
 int main(int argc, char** argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     const QStringList arguments = QApplication::arguments();
@@ -158,20 +224,33 @@ int main(int argc, char** argv)
     const PlugInStore store;
     GUnitSupport::SetDefaultUnitCode(GUnitSupport::cMillimetres);
 
+    const DialogOptions book = GetBookOptions();
     const Picture pictures[] = {
-        {"dialog", "", cDocumentOptions, true, false, Leave},
-        {"dialog-options", "", cDocumentOptions, true, false, OpenOptions},
-        {"dialog-fixed", "", cDocumentOptions, true, false, SelectFixedSetting},
-        {"dialog-remove", "", cDocumentOptions, true, false, HoldAlt},
-        {"dialog-empty", "", cDocumentOptions, false, false, Leave},
-        {"dialog-book", "", GetBookOptions(), true, false, Leave},
-        {"dialog-german", "deDE", cDocumentOptions, true, false, OpenOptions},
-        {"dialog-french", "frFR", cDocumentOptions, true, false, OpenOptions},
-        {"dialog-dark", "", cDocumentOptions, true, true, OpenOptions},
-        {"dialog-no-length", "", cDocumentOptions, true, false, TypeNoLength},
-        {"dialog-no-length-german", "deDE", cDocumentOptions, true, false, TypeNoLength},
-        {"dialog-long-name", "", cDocumentOptions, true, false, SelectLongName},
-        {"dialog-2x", "", cDocumentOptions, true, false, OpenOptions},
+        {"dialog", "", cDocumentOptions, MakeHopboxes, false, Leave},
+        {"dialog-options", "", cDocumentOptions, MakeHopboxes, false, OpenOptions},
+        {"dialog-unset", "", cDocumentOptions, MakeHopboxes, false, OpenUnsetOptions},
+        {"dialog-fixed", "", cDocumentOptions, MakeHopboxes, false, SelectFixedSetting},
+        {"dialog-remove", "", cDocumentOptions, MakeHopboxes, false, HoldAlt},
+        {"dialog-empty", "", cDocumentOptions, MakeNone, false, Leave},
+        {"dialog-no-options", "", {}, MakeHopboxes, false, OpenOptions},
+        {"dialog-book", "", book, MakeHopboxes, false, Leave},
+        {"dialog-book-options", "", book, MakeHopboxes, false, OpenOptions},
+        {"dialog-german", "deDE", cDocumentOptions, MakeHopboxes, false, OpenOptions},
+        {"dialog-german-remove", "deDE", cDocumentOptions, MakeHopboxes, false, HoldAlt},
+        {"dialog-french", "frFR", cDocumentOptions, MakeHopboxes, false, OpenOptions},
+        {"dialog-french-remove", "frFR", cDocumentOptions, MakeHopboxes, false, HoldAlt},
+        {"dialog-dark", "", cDocumentOptions, MakeHopboxes, true, OpenOptions},
+        {"dialog-dark-unset", "", cDocumentOptions, MakeHopboxes, true, OpenUnsetOptions},
+        {"dialog-dark-no-length", "", cDocumentOptions, MakeHopboxes, true, TypeNoLength},
+        {"dialog-no-length", "", cDocumentOptions, MakeHopboxes, false, TypeNoLength},
+        {"dialog-no-length-german", "deDE", cDocumentOptions, MakeHopboxes, false, TypeNoLength},
+        {"dialog-too-long", "", cDocumentOptions, MakeHopboxes, false, TypeTooLong},
+        {"dialog-too-long-french", "frFR", cDocumentOptions, MakeHopboxes, false, TypeTooLong},
+        {"dialog-range", "", cDocumentOptions, MakeHopboxes, false, TypeHalfARange},
+        {"dialog-long-name", "", cDocumentOptions, MakeOneWithALongName, false, Leave},
+        {"dialog-long-name-list", "", cDocumentOptions, MakeOneWithALongName, false, OpenList},
+        {"dialog-thousand", "", cDocumentOptions, MakeAThousand, false, OpenList},
+        {"dialog-2x", "", cDocumentOptions, MakeHopboxes, false, OpenOptions},
     };
     bool isSaved = true;
     for (const Picture& picture : pictures) {

@@ -71,6 +71,39 @@ TEST_F(DialogTest, ALengthIsExportedAsItIsShownOrKeepsOKFromBeingPressed)
     }
 }
 
+TEST_F(DialogTest, AFieldThatIsCorrectedHidesNoComplaintAboutAnother)
+{
+    Add("Press", "1", "UserSettings=true BleedChoice=1 BleedTopValue=1");
+    Open();
+    Find("Options").click();
+    const auto fields = mDialog->findChildren<GQUIUnitSpinBox*>();
+    fields.at(1)->GetTextField()->setText("4 m"_q);
+    fields.at(2)->setFocus();
+    fields.at(2)->GetTextField()->setText("999"_q);
+    fields.at(3)->setFocus();
+    EXPECT_EQ(fields.at(2)->GetPoints(), 432);
+    EXPECT_FALSE(ok->isEnabled());
+    EXPECT_EQ(GetMessage(), "Bleed at the top takes a length, 0 pt to 432 pt, or nothing."_q);
+}
+
+TEST_F(DialogTest, TheClickThatLeavesAFieldDoesNotExportWhatTheFieldIsCorrectedTo)
+{
+    Add("Press", "1", "UserSettings=true");
+    Open();
+    Find("Options").click();
+    auto* field = mDialog->findChildren<GQUIUnitSpinBox*>().at(0);
+    field->setFocus();
+    field->GetTextField()->setText("999"_q);
+    EXPECT_FALSE(ok->isEnabled());
+    const QPoint place = ok->mapTo(mDialog.get(), ok->rect().center());
+    QTest::mouseClick(mDialog->windowHandle(), Qt::LeftButton, Qt::NoModifier, place);
+    EXPECT_EQ(field->GetPoints(), 72);
+    EXPECT_TRUE(party.host.commands.empty());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return ok->isEnabled(); }));
+    QTest::mouseClick(mDialog->windowHandle(), Qt::LeftButton, Qt::NoModifier, place);
+    EXPECT_EQ(party.host.commands.size(), 1u);
+}
+
 TEST_F(DialogTest, ATextThatIsNoLengthKeepsNobodyFromRemovingNorCountsWhereItsFieldIsClosed)
 {
     Add("Press", "1", "UserSettings=true BleedChoice=1");

@@ -352,11 +352,16 @@ TEST_F(KeyboardTest, AnEmptyCheckBoxIsSeenInDarkColours)
 TEST_F(KeyboardTest, TheMenusOfTheFieldsSpeakTheLanguageOfTheDialog)
 {
     Add("Press", "Press");
-    const std::pair<const char*, const char*> languages[] = {{"deDE", "Alles auswählen"},
-                                                             {"frFR", "Tout sélectionner"}};
-    for (const auto& [language, wanted] : languages) {
+    const struct
+    {
+        const char *language, *wanted, *keys;
+    } languages[] = {{"deDE", "Alles auswählen", "Strg+Umschalt+Z"},
+                     {"frFR", "Tout sélectionner", "Ctrl+Maj+Z"}};
+    for (const auto& [language, wanted, keys] : languages) {
         GCUSTranslation::Load(
             GPathName(QStringLiteral(HOPBOX_TRANSLATIONS "/Plugin_%1.qm").arg(QLatin1String(language))));
+        EXPECT_EQ(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z).toString(QKeySequence::NativeText),
+                  QLatin1String(keys));
         Open();
         mDialog->findChild<QToolButton*>()->click();
         range->setEnabled(true);

@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QMenu>
+#include <QPointer>
 
 #include <random>
 
@@ -26,6 +27,7 @@ protected:
         Add("c", "Gamma", "UserSettings=false");
         Open();
         mModifiers = Qt::NoModifier;
+        mHeld.clear();
         for (int event = 0; event < events && !HasFailure(); ++event) {
             SCOPED_TRACE(testing::Message() << "seed " << seed << ", event " << event);
             if (!mDialog->isVisible()) {
@@ -121,7 +123,13 @@ private:
         const QList<QWidget*> targets = GetTargets();
         QWidget* target = Draw(4) == 0 ? ok : targets.at(Draw(targets.size()));
         const QPoint place(Draw(target->width()), Draw(target->height()));
-        switch (Draw(5)) {
+        if (mHeld != nullptr && Draw(2) == 0) {
+            QTest::mouseRelease(mHeld, Qt::LeftButton, mModifiers,
+                                Draw(4) == 0 ? QPoint(-5, -5) : mHeld->rect().center());
+            mHeld.clear();
+            return;
+        }
+        switch (Draw(6)) {
             case 0: {
                 QWheelEvent wheel(place, target->mapToGlobal(place), {}, {0, Draw(2) ? 120 : -120},
                                   Qt::NoButton, mModifiers, Qt::NoScrollPhase, false);
@@ -134,6 +142,10 @@ private:
                 QApplication::sendEvent(target, &menu);
                 return;
             }
+            case 2:
+                QTest::mousePress(target, Qt::LeftButton, mModifiers, place);
+                mHeld = target;
+                return;
             default:
                 QTest::mouseClick(target, Qt::LeftButton, mModifiers, place);
         }
@@ -183,9 +195,24 @@ private:
         mCount = list->count();
         mIsRange = Find("Range:").isChecked();
         mRange = range->text();
+        mIsPackage = Find("Include File Package").isChecked();
+        mPackages = party.host.packages.size();
         mLengths.clear();
+        mSwitches.clear();
+        mArePagesJoined = false;
         if (!Find<QWidget>("Options").isVisible())
             return;
+        for (const auto& [mark, text] : {std::pair(PDFSwitch::CropMarks, "Crop"),
+                                         {PDFSwitch::BleedMarks, "Bleed"},
+                                         {PDFSwitch::RegistrationMarks, "Registration"},
+                                         {PDFSwitch::ColorBars, "Color Bars"},
+                                         {PDFSwitch::PageInformation, "Page Information"},
+                                         {PDFSwitch::UseDocumentBleed, "Use Document Bleed Settings"}})
+            if (const auto state = Find<QCheckBox>(text).checkState(); state != Qt::PartiallyChecked)
+                mSwitches[mark] = state == Qt::Checked;
+        if (Find("Include Slug Area (For Bleed)").isChecked())
+            mSwitches[PDFSwitch::IncludeSlug] = true;
+        mArePagesJoined = Find("Print Spreads").isChecked();
         const auto fields = mDialog->findChildren<GQUIUnitSpinBox*>();
         Note(PDFLength::MarkOffset, fields.at(0)->GetPoints());
         if (const int weight = mDialog->findChildren<QComboBox*>().last()->currentIndex(); weight >= 0)
@@ -238,6 +265,11 @@ private:
     void CompareExport(const FakeCommandRecord& command)
     {
         EXPECT_EQ(command.lengths, mLengths);
+        EXPECT_EQ(command.switches, mSwitches);
+        EXPECT_EQ(command.readerSpreads, mArePagesJoined ? cReaderSpreadsOn : cReaderSpreadsOff);
+        const bool isPDFMade = !mIsRange || !mRange.isEmpty();
+        EXPECT_EQ(party.host.packages.size() - mPackages, mIsPackage && isPDFMade ? 1u : 0u)
+            << party.alerts.join(QLatin1Char('\n')).toStdString();
         EXPECT_EQ(command.pages.size() == 3, !mIsRange || mRange == "1-3"_q) << mRange.toStdString();
     }
 
@@ -247,6 +279,11 @@ private:
     QString mShown, mRange;
     bool mIsRange = false;
     std::map<PDFLength, double> mLengths;
+    std::map<PDFSwitch, bool> mSwitches;
+    bool mArePagesJoined = false;
+    bool mIsPackage = false;
+    size_t mPackages = 0;
+    QPointer<QWidget> mHeld;  // under a mouse button that is down
     bool mWasRepeatedEnter = false;
     size_t mCommands = 0;
     int mCount = 0;

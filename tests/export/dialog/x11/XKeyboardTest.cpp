@@ -68,6 +68,7 @@ TEST_F(XKeyboardTest, RemoveFollowsAltInEveryOrderOfTheModifiers)
         OpenWith({"a", "b"});
         XServer::Do(entry.keys);
         EXPECT_EQ(ok->text(), QString::fromLatin1(entry.text));
+        EXPECT_TRUE(ok->icon().isNull());
         const bool isRemoving = ok->text() == "Remove"_q;
         MoveMouseTo(*ok);
         XServer::Do("click 1");
