@@ -93,7 +93,7 @@ PdfWishes PdfSettings::MakeWishes(bool managesColors) const
     made.compressesObjects = wishes.compressesObjects && !IsX() && version >= 15;
     made.keepsProfiles = IsX() || (includesProfiles && (managesColors || GetColors() == Colors::Tagged));
     const bool hasLines = cropMarks || bleedMarks || registrationMarks;
-    made.markWeight = hasLines && markWeight != cMarkWeight ? markWeight : 0;
+    made.markWeight = hasLines && markWeight != cMarkWeight ? markWeight : -1;
     if (IsX())
         made.version.clear();
     else

@@ -108,7 +108,7 @@ bool PdfFile::Change(const PdfWishes& wishes, const PdfImages::IsGray& isGray,
             DropProfiles();
         if (!wishes.mayBeTransparent)
             DropGroups();
-        if (wishes.markWeight > 0)
+        if (wishes.markWeight >= 0)
             SetWeightOfMarks(wishes.markWeight, wishes.compressesText);
         if (wishes.isX)
             SetIntent(wishes);

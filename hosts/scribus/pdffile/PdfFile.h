@@ -17,7 +17,7 @@ struct PdfWishes
     bool compressesText = true;
 
     bool keepsProfiles = true;  // otherwise, colours of the document are those of the device
-    double markWeight = 0;      // of crop, bleed and registration marks, in points; 0: Scribus's
+    double markWeight = -1;     // of crop, bleed and registration marks, in points; below 0: Scribus's
 
     // Of a PDF/X; empty texts leave what is there.
     bool isX = false;

@@ -103,8 +103,10 @@ QString EngineFixture::MakeText(const QString& font)
     return QStringLiteral(
                "<PAGEOBJECT XPOS=\"110\" YPOS=\"30\" OwnPage=\"0\" ItemID=\"70\" PTYPE=\"4\" WIDTH=\"100\" "
                "HEIGHT=\"100\" FRTYPE=\"0\" CLIPEDIT=\"0\" PWIDTH=\"0\" PCOLOR=\"None\" PCOLOR2=\"None\" "
-               "LAYER=\"0\" NUMO=\"0\"><StoryText><DefaultStyle/><ITEXT CH=\"Some words\" FONT=\"%1\" "
-               "FONTSIZE=\"12\" FCOLOR=\"Black\"/><trail/></StoryText></PAGEOBJECT>\n")
+               "LAYER=\"0\" NUMO=\"0\" COLUMNS=\"1\" path=\"M0 0 L100 0 L100 100 L0 100 L0 0 Z\" "
+               "copath=\"M0 0 L100 0 L100 100 L0 100 L0 0 Z\"><StoryText><DefaultStyle LINESPMode=\"1\"/>"
+               "<ITEXT CH=\"Some words\" FONT=\"%1\" FONTSIZE=\"12\" FCOLOR=\"Black\" FSHADE=\"100\" "
+               "SCALEH=\"100\" SCALEV=\"100\"/><trail LINESPMode=\"1\"/></StoryText></PAGEOBJECT>\n")
         .arg(font);
 }
 

@@ -1,137 +1,17 @@
-#include "EngineFixture.h"
+#include "ReferencePageFixture.h"
 
 #include <QImage>
 #include <QJsonArray>
 #include <QProcess>
-#include <QSet>
+#include <QRegularExpression>
 
 // One page with everything that a press has to be careful with, exported by many job options; what comes out
 // is judged by programs that are not ours.
 
 namespace
 {
-QStringList RunJudge(const QString& program, const QStringList& arguments)
+class ReferencePageTest : public ReferencePageFixture
 {
-    QProcess process;
-    process.start(program, arguments);
-    EXPECT_TRUE(process.waitForFinished(120000)) << program.toStdString();
-    return QString::fromUtf8(process.readAllStandardOutput()).split(QLatin1Char('\n'));
-}
-
-// The images in the order of the page, each as "rgb 3 8 jpeg 300"; a mask as "smask …".
-QStringList GetImages(const QString& path)
-{
-    QStringList images;
-    for (const QString& line : RunJudge("pdfimages"_q, {"-list"_q, path})) {
-        const QStringList columns = line.simplified().split(QLatin1Char(' '));
-        if (columns.size() > 13 && columns[0] != "page"_q)
-            images += (columns[2] == "image"_q ? QString() : columns[2] + QLatin1Char(' ')) + columns[5] +
-                      QLatin1Char(' ') + columns[6] + QLatin1Char(' ') + columns[7] + QLatin1Char(' ') +
-                      columns[8] + QLatin1Char(' ') + columns[12];
-    }
-    return images;
-}
-
-QByteArray MakeNumber(quint32 number, int length)
-{
-    QByteArray bytes;
-    for (int i = 0; i < length; ++i)
-        bytes.append(static_cast<char>(number >> (8 * i)));
-    return bytes;
-}
-
-// A TIFF of one CMYK colour, not compressed.
-QByteArray MakeCmyk(int side, const QByteArray& color)
-{
-    const auto entry = [](int tag, int type, quint32 count, quint32 value) {
-        return MakeNumber(tag, 2) + MakeNumber(type, 2) + MakeNumber(count, 4) + MakeNumber(value, 4);
-    };
-    const quint32 size = quint32(side * side * 4);
-    const QByteArray table = MakeNumber(9, 2) + entry(256, 3, 1, side) + entry(257, 3, 1, side) +
-                             entry(258, 3, 4, 8 + size) + entry(259, 3, 1, 1) + entry(262, 3, 1, 5) +
-                             entry(273, 4, 1, 8) + entry(277, 3, 1, 4) + entry(278, 3, 1, side) +
-                             entry(279, 4, 1, size) + MakeNumber(0, 4);
-    return "II*" + QByteArray(1, '\0') + MakeNumber(16 + size, 4) + color.repeated(side * side) +
-           MakeNumber(8, 2).repeated(4) + table;
-}
-
-// A PDF of 100 x 100 points with that content; fonts F and states S50 (half transparent) are there.
-QByteArray MakePdf(const QByteArray& content)
-{
-    const QByteArray objects[] = {
-        "<</Type/Catalog/Pages 2 0 R>>", "<</Type/Pages/Kids[3 0 R]/Count 1>>",
-        "<</Type/Page/Parent 2 0 R/MediaBox[0 0 100 100]/Contents 4 0 R/Resources<</ExtGState<</S50<</ca "
-        "0.5>>>>/Font<</F<</Type/Font/Subtype/Type1/BaseFont/Helvetica>>>>>>>>",
-        "<</Length " + QByteArray::number(content.size()) + ">>stream\n" + content + "\nendstream"};
-    QByteArray text = "%PDF-1.4\n";
-    QByteArray table = "xref\n0 5\n0000000000 65535 f \n";
-    for (int i = 0; i < 4; ++i) {
-        table += QByteArray::number(text.size()).rightJustified(10, '0') + " 00000 n \n";
-        text += QByteArray::number(i + 1) + " 0 obj\n" + objects[i] + "\nendobj\n";
-    }
-    return text + table + "trailer<</Size 5/Root 1 0 R>>\nstartxref\n" + QByteArray::number(text.size()) +
-           "\n%%EOF\n";
-}
-
-class ReferencePageTest : public EngineFixture
-{
-protected:
-    ReferencePageTest()
-    {
-        MakeColors("rgb.png"_q, QImage::Format_RGB32, 300);
-        MakeColors("gray.png"_q, QImage::Format_Grayscale8, 300);
-        MakeColors("mono.png"_q, QImage::Format_Mono, 1200);
-        WriteFile(mSandbox.GetPath("cmyk.tif"_q), MakeCmyk(300, QByteArray("\x10\x20\x30\x40")));
-        WriteFile(mSandbox.GetPath("placed.pdf"_q), MakePdf("0 1 0 0 k 10 10 80 80 re f"));
-        WriteFile(mSandbox.GetPath("text.pdf"_q), MakePdf("1 0 0 rg BT /F 20 Tf 10 10 Td (Abc) Tj ET"));
-        WriteFile(mSandbox.GetPath("half.pdf"_q), MakePdf("/S50 gs 0 1 0 0 k 10 10 80 80 re f"));
-    }
-
-    void MakeColors(const QString& name, QImage::Format format, int side)
-    {
-        QImage image(side, side, QImage::Format_RGB32);
-        for (int y = 0; y < side; ++y) {
-            for (int x = 0; x < side; ++x)
-                image.setPixelColor(
-                    x, y,
-                    format == QImage::Format_RGB32 ? QColor(10, 200, 60) : QColor(x % 200, x % 200, x % 200));
-        }
-        EXPECT_TRUE(image.convertToFormat(format).save(mSandbox.GetPath(name)));
-    }
-
-    // Frames of one inch beside each other, 10 points from the left and the top of the page.
-    QString MakeFrames(const QStringList& files)
-    {
-        QString frames;
-        for (const QString& file : files) {
-            QString frame = MakeImageFrame(file);
-            frame.replace("WIDTH=\"100\" HEIGHT=\"100\""_q, "WIDTH=\"72\" HEIGHT=\"72\""_q);
-            frame.replace("ItemID=\"7\""_q, "ItemID=\"%1\""_q.arg(frames.size() + 10));
-            frames +=
-                frame.replace("XPOS=\"110\""_q, "XPOS=\"%1\""_q.arg(110 + 75 * frames.count("PFILE="_q)));
-        }
-        return frames;
-    }
-
-    // A shape in an RGB colour of the document, 10 points from the left, 150 from the top.
-    static QString MakeShape(const QString& color)
-    {
-        return "<COLOR NAME=\"Leaf\" SPACE=\"RGB\" R=\"10\" G=\"200\" B=\"60\"/>\n"
-               "<COLOR NAME=\"Special\" SPACE=\"CMYK\" C=\"0\" M=\"70\" Y=\"100\" K=\"0\" Spot=\"1\"/>\n"
-               "<PAGEOBJECT XPOS=\"110\" YPOS=\"170\" OwnPage=\"0\" ItemID=\"99\" PTYPE=\"6\" WIDTH=\"50\" "
-               "HEIGHT=\"20\" FRTYPE=\"0\" CLIPEDIT=\"0\" PWIDTH=\"0\" PCOLOR=\"%1\" PCOLOR2=\"None\" "
-               "LAYER=\"0\" NUMO=\"0\" path=\"M0 0 L50 0 L50 20 L0 20 L0 0 Z\" copath=\"M0 0 L50 0 L50 20 L0 "
-               "20 L0 0 Z\"/>\n"_q.arg(color);
-    }
-
-    // What the page's content says, with everything in plain text.
-    static QByteArray GetContent(const QString& path)
-    {
-        QProcess process;
-        process.start("qpdf"_q, {"--qdf"_q, "--object-streams=disable"_q, path, "-"_q});
-        process.waitForFinished();
-        return process.readAllStandardOutput();
-    }
 };
 
 TEST_F(ReferencePageTest, ImagesAndColorsAreWhatEachJobOptionsAskFor)
@@ -179,21 +59,167 @@ TEST_F(ReferencePageTest, ImagesAndColorsAreWhatEachJobOptionsAskFor)
     }
 }
 
-TEST_F(ReferencePageTest, RgbThatIsLeftUnchangedIsThatOfTheDocumentInEveryDot)
+// Ten things of 72 points on the page, each with a black square of text in its middle.
+enum Thing
 {
-    Open(MakeDocument("a.sla"_q, 1, MakeShape("Leaf"_q) + MakeFrames("rgb.png|gray.png"_list)));
-    const QString output = GetOutput("a.pdf"_q);
-    ASSERT_EQ(Export(output, "/ColorImageFilter /FlateEncode /GrayImageFilter /FlateEncode"), cSuccess);
-    RunJudge("pdftoppm"_q, {"-r"_q, "300"_q, "-png"_q, "-singlefile"_q, output, GetOutput("page"_q)});
-    const QImage page(GetOutput("page.png"_q));
-    const auto at = [&](double x, double y) { return page.pixelColor(int(x * 300 / 72), int(y * 300 / 72)); };
-    const double bleedLeft = 6;
-    const double bleedTop = 5;
-    EXPECT_EQ(at(bleedLeft + 46, bleedTop + 46).name(), QColor(10, 200, 60).name());
-    EXPECT_EQ(at(bleedLeft + 30, bleedTop + 160).name(), QColor(10, 200, 60).name());
-    const QColor gray = at(bleedLeft + 85 + 24, bleedTop + 46);
-    EXPECT_NEAR(gray.red(), 100, 6);
-    EXPECT_EQ(gray.red(), gray.blue());
+    Rgb,
+    Gray,
+    Mono,
+    Cmyk,
+    CutOut,
+    PlacedPdf,
+    PlacedEps,
+    Leaf,
+    Special,
+    Ink,
+    cThings
+};
+
+class TenThingsTest : public ReferencePageFixture
+{
+protected:
+    static QPoint GetPlace(int thing) { return {4 + 78 * (thing % 5), 10 + 90 * (thing / 5)}; }
+
+    static QString MoveTo(QString element, int thing, int size, int number)
+    {
+        const QPoint place = GetPlace(thing) + QPoint((72 - size) / 2, (72 - size) / 2);
+        element.replace(QRegularExpression("XPOS=\"\\d+\" YPOS=\"\\d+\""_q),
+                        "XPOS=\"%1\" YPOS=\"%2\""_q.arg(100 + place.x()).arg(20 + place.y()));
+        element.replace(QRegularExpression("WIDTH=\"\\d+\" HEIGHT=\"\\d+\""_q),
+                        "WIDTH=\"%1\" HEIGHT=\"%1\""_q.arg(size));
+        return element.replace(QRegularExpression("ItemID=\"\\d+\""_q), "ItemID=\"%1\""_q.arg(number));
+    }
+
+    QString MakePage()
+    {
+        QImage cut(100, 100, QImage::Format_ARGB32);
+        for (int y = 0; y < 100; ++y)
+            for (int x = 0; x < 100; ++x)
+                cut.setPixelColor(x, y, QColor(255, 0, 0, x > 50 ? 0 : 255));
+        EXPECT_TRUE(cut.save(mSandbox.GetPath("cut.png"_q)));
+        QString page;
+        int thing = 0;
+        for (const QString& file : "rgb.png|gray.png|mono.png|cmyk.tif|cut.png|placed.pdf|vector.eps"_list) {
+            page += MoveTo(MakeImageFrame(file), thing, 72, 100 + thing);
+            ++thing;
+        }
+        for (const char* color : {"Leaf", "Special", "Ink"}) {
+            page += MoveTo(MakeShape(QLatin1String(color)), thing, 72, 100 + thing)
+                        .replace(QRegularExpression("path=\"[^\"]*\""_q),
+                                 "path=\"M0 0 L72 0 L72 72 L0 72 L0 0 Z\""_q);
+            ++thing;
+        }
+        for (thing = 0; thing < cThings; ++thing)
+            page += MoveTo(MakeText("DejaVu Sans Bold"_q), thing, 24, 200 + thing)
+                        .replace("Some words"_q, "\u2588\u2588"_q)
+                        .replace(QRegularExpression("path=\"[^\"]*\""_q),
+                                 "path=\"M0 0 L24 0 L24 24 L0 24 L0 0 Z\""_q);
+        return MakeDocument("a.sla"_q, 1, page);
+    }
+
+    QImage Draw(const QString& pdf)
+    {
+        RunJudge("pdftoppm"_q, {"-r"_q, "144"_q, "-png"_q, "-singlefile"_q, pdf, GetOutput("page"_q)});
+        return QImage(GetOutput("page.png"_q)).convertToFormat(QImage::Format_RGB32);
+    }
+
+    // A dot of a thing's, in points from its corner; the page has a bleed of 6 at the left and 5 above it.
+    static QColor GetColor(const QImage& page, int thing, int x, int y)
+    {
+        const QPoint place = GetPlace(thing);
+        return page.pixelColor(2 * (6 + place.x() + x), 2 * (5 + place.y() + y));
+    }
+};
+
+bool IsNear(const QColor& one, const QColor& other, int most)
+{
+    return qAbs(one.red() - other.red()) <= most && qAbs(one.green() - other.green()) <= most &&
+           qAbs(one.blue() - other.blue()) <= most;
+}
+
+enum class Rgbs
+{
+    Kept,
+    OnPress,  // kept, and shown by the judge as the press of the PDF/X shows them
+    Inks,
+    Grays
+};
+
+bool IsAsAskedFor(int thing, const QColor& color, Rgbs rgb)
+{
+    const int red = color.red();
+    const int green = color.green();
+    const int blue = color.blue();
+    if (rgb == Rgbs::Grays && thing != PlacedPdf && thing != PlacedEps)
+        return IsNear(color, QColor(red, red, red), 2);
+    switch (thing) {
+        case Rgb:
+        case Leaf:
+            if (rgb == Rgbs::Inks)
+                return green > red + 50 && green > blue + 50;
+            return IsNear(color, rgb == Rgbs::Kept ? QColor(10, 200, 60) : QColor(81, 191, 71), 12);
+        case Gray:
+        case Cmyk:
+            return color.lightness() > 20 && color.lightness() < 230;
+        case CutOut:
+        case Ink:
+            return red > green + 100 && red > blue + 100;
+        case PlacedPdf:
+            return red > green + 100 && blue > green + 50;
+        case PlacedEps:
+            return blue > red + 100;
+        case Special:
+            return red > green + 50 && green > blue + 30;
+        default:
+            return true;
+    }
+}
+
+// Colours of inks are what the judge makes of them.
+TEST_F(TenThingsTest, AreInTheColoursThatTenJobOptionsAskForAndTheTextIsOnTop)
+{
+    const QByteArray kind =
+        "/PDFXOutputIntentProfile (ISO Coated v2 300% \\(basICColor\\)) /CheckCompliance ";
+    const struct
+    {
+        QByteArray settings;
+        Rgbs rgb;
+    } cases[] = {
+        {"", Rgbs::Kept},
+        {"/ColorConversionStrategy /sRGB", Rgbs::Kept},
+        {"/ColorConversionStrategy /CMYK", Rgbs::Inks},
+        {"/ColorConversionStrategy /Gray", Rgbs::Grays},
+        {"/ColorConversionStrategy /UseDeviceIndependentColor", Rgbs::Kept},
+        {"/CompatibilityLevel 1.3", Rgbs::Kept},
+        {"/CompatibilityLevel 1.7 /ColorImageResolution 72 /GrayImageResolution 72 /MonoImageResolution 300",
+         Rgbs::Kept},
+        {kind + "[/PDFX1a:2001]", Rgbs::Inks},
+        {kind + "[/PDFX3:2003]", Rgbs::OnPress},
+        {kind + "[/PDFX4:2010]", Rgbs::OnPress},
+    };
+    Open(MakePage());
+    for (const auto& item : cases) {
+        SCOPED_TRACE(item.settings.constData());
+        const QString pdf = GetOutput("a.pdf"_q);
+        ASSERT_EQ(Export(pdf, item.settings + " /ColorImageFilter /FlateEncode"), cSuccess)
+            << mHost->GetLastFailure().toStdString();
+        const QImage page = Draw(pdf);
+        for (int thing = 0; thing < cThings; ++thing) {
+            EXPECT_LT(GetColor(page, thing, 36, 36).lightness(), 70) << "text on " << thing;
+            const QColor color = GetColor(page, thing, 12, 12);
+            const std::string name = std::to_string(thing) + " is " + color.name().toStdString();
+            EXPECT_TRUE(IsAsAskedFor(thing, color, item.rgb)) << name;
+        }
+        EXPECT_EQ(GetColor(page, CutOut, 66, 12).name(), "#ffffff"_q) << "what is cut away";
+        EXPECT_EQ(GetColor(page, PlacedPdf, 2, 2).name(), "#ffffff"_q);
+        const QStringList box =
+            RunJudge("gs"_q, {"-q"_q, "-dNOPAUSE"_q, "-dBATCH"_q, "-sDEVICE=bbox"_q, pdf});
+        const QStringList sides = box.filter("%%BoundingBox"_q).value(0).split(QLatin1Char(' '));
+        ASSERT_EQ(sides.size(), 5) << box.join(QLatin1Char(' ')).toStdString();
+        const int expected[] = {10, 136, 394, 298};
+        for (int side = 0; side < 4; ++side)
+            EXPECT_NEAR(sides[side + 1].toInt(), expected[side], 2) << side;
+    }
 }
 
 TEST_F(ReferencePageTest, PlacedFilesStayVectorsWithTheirFonts)
