@@ -53,6 +53,10 @@ set(may_use_hosts_layout_host_commandline ${engine} widgets)
 set(may_use_hosts_layout_host ${engine} widgets hosts/scribus/panels hosts/layout_host/window
   hosts/layout_host/commandline)
 
+# The helper of an application that has scripts only.
+set(may_use_hosts_indesign_bridge ${floor_1} plugin/host plugin/boundary joboptions)
+set(may_use_hosts_indesign ${may_use_hosts_indesign_bridge} foundation/cli hosts/indesign/bridge)
+
 set(may_use_apps_hopboxctl ${floor_1} ${floor_2} ${floor_3} ${floor_4})
 set(may_use_apps_printer_processor_inbox ${floor_1})
 set(may_use_apps_printer_processor ${floor_1} ${floor_2} ${floor_3} hopbox apps/printer_processor/inbox)

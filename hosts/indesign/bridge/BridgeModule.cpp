@@ -1,0 +1,69 @@
+#include "hosts/indesign/bridge/BridgeModule.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+namespace
+{
+void KeepText(void* context, const char* bytes, size_t length)
+{
+    *static_cast<QString*>(context) = QString::fromUtf8(bytes, static_cast<int>(length));
+}
+}  // namespace
+
+BridgeModule::~BridgeModule()
+{
+    if (!mIsLoaded)
+        return;
+    mTable->shutdown();
+    mTable->unload();
+}
+
+QString BridgeModule::FindFile()
+{
+    const QString named = qEnvironmentVariable("HOPBOX_PLUGIN");
+    if (!named.isEmpty())
+        return named;
+    const QDir program(QCoreApplication::applicationDirPath());
+    const QString cPlaces[] = {QStringLiteral("HopboxPlugIn.dll"), QStringLiteral("HopboxPlugIn.so"),
+                               QStringLiteral("../plugin/HopboxPlugIn.dll"),
+                               QStringLiteral("../plugin/HopboxPlugIn.so")};
+    for (const QString& place : cPlaces) {
+        const QString file = QDir::cleanPath(program.filePath(place));
+        if (QFileInfo::exists(file))
+            return file;
+    }
+    return program.filePath(cPlaces[0]);
+}
+
+bool BridgeModule::Load(const QString& file, const hopbox_host_table& table, void* host, QString& error)
+{
+    mLibrary.setFileName(file);
+    mLibrary.setLoadHints(QLibrary::PreventUnloadHint);
+    const auto entry = reinterpret_cast<hopbox_entry_function>(mLibrary.resolve(HOPBOX_ENTRY_NAME));
+    mTable = entry == nullptr ? nullptr : entry(HOPBOX_VERSION);
+    if (mTable == nullptr) {
+        error = mLibrary.isLoaded() ? QStringLiteral("it is of another version") : mLibrary.errorString();
+        return false;
+    }
+    const hopbox_sink sink{&error, KeepText};
+    if (mTable->load(&table, host, &sink) != HOPBOX_OK)
+        return false;
+    mIsLoaded = mTable->open_actions(&sink) == HOPBOX_OK;
+    if (mIsLoaded)
+        mTable->startup();
+    else
+        mTable->unload();
+    return mIsLoaded;
+}
+
+QJsonObject BridgeModule::GetState(int32_t action) const
+{
+    int32_t isOn = 0;
+    QString name;
+    const hopbox_sink nameSink{&name, KeepText};
+    if (mTable->get_action_state(action, &isOn, &nameSink, nullptr) != HOPBOX_OK)
+        return {};
+    return {{QStringLiteral("enabled"), isOn != 0}, {QStringLiteral("name"), name}};
+}
