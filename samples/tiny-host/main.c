@@ -3,6 +3,11 @@
 #include <stdlib.h>
 #include <string.h>
 
+/* A program that is linked with the plug-in has the entry itself. */
+#ifndef TINY_ENTRY
+#define TINY_ENTRY tiny_load_entry(getenv("HOPBOX_PLUGIN"))
+#endif
+
 static void print_error(void* context, const char* bytes, size_t length)
 {
     fprintf(stderr, "tiny-host: %.*s\n", (int)length, bytes);
@@ -35,8 +40,7 @@ static int work(tiny_host* host, const hopbox_plugin_table* plugin, int count, c
 
 int tiny_main(int count, char** arguments)
 {
-    const char* const module = getenv("HOPBOX_PLUGIN");
-    const hopbox_entry_function entry = tiny_find_entry(module == NULL ? TINY_MODULE : module);
+    const hopbox_entry_function entry = TINY_ENTRY;
     const hopbox_plugin_table* const plugin = entry == NULL ? NULL : entry(HOPBOX_VERSION);
     tiny_host host = {0};
     int status = 1;

@@ -9,7 +9,7 @@ FILE* tiny_open_file(const char* path, const char* mode)
 
 hopbox_entry_function tiny_load_entry(const char* module)
 {
-    void* const library = dlopen(module, RTLD_NOW | RTLD_LOCAL);
+    void* const library = dlopen(module == NULL ? TINY_MODULE : module, RTLD_NOW | RTLD_LOCAL);
     union {
         void* address;
         hopbox_entry_function function;

@@ -5,11 +5,7 @@
 #include <shellapi.h>
 #include <string.h>
 
-enum
-{
-    COMMAND_EXIT = 1,
-    COMMAND_PLUGIN = 2
-};
+#define COMMAND_PLUGIN 1
 
 static HWND window;
 static tiny_host* shown;
@@ -18,25 +14,21 @@ static const hopbox_plugin_table* actions;
 FILE* tiny_open_file(const char* path, const char* mode)
 {
     wchar_t name[TINY_PATH];
-    wchar_t how[8];
     MultiByteToWideChar(CP_UTF8, 0, path, -1, name, TINY_PATH);
-    MultiByteToWideChar(CP_UTF8, 0, mode, -1, how, 8);
-    return _wfopen(name, how);
+    return _wfopen(name, mode[0] == 'r' ? L"rb" : L"wb");
 }
 
 /* By the other search path, as the module's own libraries lie beside it. */
 hopbox_entry_function tiny_load_entry(const char* module)
 {
     wchar_t name[TINY_PATH];
-    wchar_t full[TINY_PATH];
     HMODULE library;
     union {
         FARPROC address;
         hopbox_entry_function function;
     } entry;
-    MultiByteToWideChar(CP_UTF8, 0, module, -1, name, TINY_PATH);
-    GetFullPathNameW(name, TINY_PATH, full, NULL);
-    library = LoadLibraryExW(full, NULL, LOAD_WITH_ALTERED_SEARCH_PATH);
+    MultiByteToWideChar(CP_UTF8, 0, module == NULL ? TINY_MODULE : module, -1, name, TINY_PATH);
+    library = LoadLibraryExW(name, NULL, LOAD_WITH_ALTERED_SEARCH_PATH);
     entry.address = library == NULL ? NULL : GetProcAddress(library, HOPBOX_ENTRY_NAME);
     return entry.function;
 }
@@ -94,8 +86,6 @@ static LRESULT CALLBACK handle(HWND target, UINT message, WPARAM first, LPARAM s
 {
     if (message == WM_INITMENUPOPUP)
         update_menu((HMENU)first);
-    else if (message == WM_COMMAND && LOWORD(first) == COMMAND_EXIT)
-        DestroyWindow(target);
     else if (message == WM_COMMAND && LOWORD(first) == COMMAND_PLUGIN)
         actions->do_action(shown->action);
     else if (message == WM_DESTROY)
@@ -117,7 +107,6 @@ void tiny_run(tiny_host* host, const hopbox_plugin_table* plugin)
     shortcut = make_shortcut();
     AppendMenuW(bar, MF_POPUP, (UINT_PTR)menu, L"&File");
     AppendMenuW(menu, MF_STRING, COMMAND_PLUGIN, L"");
-    AppendMenuW(menu, MF_STRING, COMMAND_EXIT, L"E&xit");
     RegisterClassW(&kind);
     window = CreateWindowExW(0, L"TinyHost", L"tiny-host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 40, 40, 700, 800,
                              NULL, bar, NULL, NULL);

@@ -27,15 +27,11 @@ int32_t tiny_count_pages(const tiny_host* host);
 /* adaptor.c. The functions of the table take a tiny_host. */
 hopbox_host_table tiny_make_table(void);
 
-/* entry_loaded.c, or entry_linked.c for a program that is linked with the plug-in. Null when there is none.
- */
-hopbox_entry_function tiny_find_entry(const char* module);
-
 /* main.c. The arguments are UTF-8. */
 int tiny_main(int count, char** arguments);
 
-/* system_posix.c and system_win32.c: files by UTF-8, the module's entry, what of the table needs windows, and
- * the user's work with the open document until he is done. */
+/* system_posix.c and system_win32.c: files by UTF-8; the entry of a module, TINY_MODULE for null; what of the
+ * table needs windows; and the user's work with the open document until it is done. */
 FILE* tiny_open_file(const char* path, const char* mode);
 hopbox_entry_function tiny_load_entry(const char* module);
 void tiny_add_windows(hopbox_host_table* table);

@@ -1,4 +1,5 @@
 #include "hosts/scribus/host/ScribusHost.h"
+#include "hosts/scribus/runner/IHostFrontend.h"
 #include "plugin/boundary/HostTable.h"
 #include "plugin/boundary/hopbox_adaptor.h"
 
@@ -11,8 +12,28 @@ namespace
 {
 const QString cDocument = QStringLiteral("/usr/share/scribus/templates/nl2/nl2.sla.gz");
 
+// A user who wants the export: the sample lacks two pictures.
+class WillingUser final : public IHostFrontend
+{
+public:
+    void BeginCommand(const QString&, int) override {}
+    void BeginStep(const QString&) override {}
+    bool IsCancelled() override { return false; }
+    void EndCommand() override {}
+    int32_t ShowAlert(const QString&, const QString&, const QString&, const QString&, int32_t button,
+                      int32_t) override
+    {
+        return button;
+    }
+    Decision AskToGoOn(const QString&, const QStringList&) override { return Decision::GoOn; }
+    QString AskForSavePath(const QString&) override { return {}; }
+};
+
 struct State
 {
+    State() { services.SetFrontend(&user); }
+
+    WillingUser user;
     ScribusHost services;
     HostTable host{services};
 };
