@@ -2,6 +2,8 @@
 
 #include "foundation/core/GException.h"
 #include "foundation/system/GDurableFile.h"
+#include "foundation/system/GFileSystemBase.h"
+#include "foundation/system/GSystemFolders.h"
 #include "foundation/trace/GTrace.h"
 #include "hosts/scribus/host/HostBooks.h"
 #include "hosts/scribus/host/HostDocuments.h"
@@ -9,6 +11,8 @@
 #include "hosts/scribus/host/ScribusHost.h"
 #include "hosts/scribus/packages/PackageFolder.h"
 
+#include <QDateTime>
+#include <QDir>
 #include <QFileInfo>
 
 static const QString cReportName = QStringLiteral("Package Report.txt");
@@ -27,6 +31,16 @@ bool WriteText(const QString& path, const QString& text)
         GTrace::Error(QStringLiteral("IPackageReportCommand::CreateReport"), error.GetDescription());
         return false;
     }
+}
+
+// The Hopbox that a package in the plug-in's work folder is for: below the temporary folder stand the user's
+// name, the Hopbox's, and what is made for it. Empty for a folder elsewhere.
+QString GetHopbox(const QString& folder)
+{
+    const QDir temporary(GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary).GetNativePath());
+    const QStringList names = temporary.relativeFilePath(folder).split(QLatin1Char('/'));
+    constexpr int cPlace = 1;
+    return names.size() > cPlace + 1 && names.first() != QLatin1String("..") ? names[cPlace] : QString();
 }
 
 // What both kinds of package have in common: the orders, the folder and its report.
@@ -71,7 +85,7 @@ protected:
         CommandResult result = folder.Make();
         if (result.HasSucceeded())
             result = fill(folder);
-        mReport = result.HasSucceeded() ? folder.MakeReport() : QString();
+        mReport = result.HasSucceeded() ? folder.MakeReport(MakeFacts()) : QString();
         if (result.HasSucceeded() && mHasReport && !WriteReport())
             result = CommandResult::Failure(QStringLiteral("The report can't be written."));
         if (result.HasSucceeded())
@@ -85,6 +99,14 @@ protected:
     QString mFolder;
 
 private:
+    // Only what was exported just before belongs to the package.
+    PackageFacts MakeFacts() const
+    {
+        const bool isSame = QFileInfo(mHost.GetLastPDF()).path() == QFileInfo(mFolder).path();
+        return {QDateTime::currentDateTime(), GetHopbox(mFolder),
+                isSame ? mHost.GetLastReport() : QJsonObject()};
+    }
+
     PackageSettings mSettings;
     bool mHasReport = false;
     QString mReport;
@@ -131,7 +153,8 @@ public:
 private:
     CommandResult Fill(PackageFolder& folder, const ScribusHost::BeginStep& step)
     {
-        BookFile copy(mFolder + QLatin1Char('/') + QFileInfo(mBook->GetPath()).fileName());
+        BookFile copy(mFolder + QLatin1Char('/') +
+                      folder.ReserveName({}, QFileInfo(mBook->GetPath()).fileName()));
         copy.TakeSettings(*mBook);
         QStringList copies;
         for (const QString& path : mBook->GetDocuments()) {

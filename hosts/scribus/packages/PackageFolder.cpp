@@ -15,6 +15,10 @@ static const QString cFontFolder = QStringLiteral("fonts");
 static const QString cImageFolder = QStringLiteral("images");
 static const QString cProfileFolder = QStringLiteral("profiles");
 
+// A file system takes 255 bytes; a file that is being written has a longer name for a moment.
+constexpr int cLongestName = 220;
+constexpr int cLongestEnding = 20;
+
 PackageFolder::PackageFolder(ScribusRunner& runner, const QString& folder, const PackageSettings& settings)
     : mRunner(runner), mFolder(QDir::cleanPath(folder)), mSettings(settings)
 {
@@ -39,16 +43,28 @@ CommandResult PackageFolder::Make()
                          QStringLiteral("The folder \"%1\" can't be made, or is not empty.").arg(mFolder));
 }
 
+// A name of the two parts that is no longer than the folder takes.
+static QString MakeName(const QString& base, const QString& ending)
+{
+    QString cut = base;
+    while (cut.toUtf8().size() + ending.toUtf8().size() > cLongestName && cut.size() > 1)
+        cut.chop(cut.at(cut.size() - 1).isLowSurrogate() ? 2 : 1);
+    return cut + ending;
+}
+
 QString PackageFolder::ReserveName(const QString& subfolder, const QString& wantedName)
 {
     const QString prefix = subfolder.isEmpty() ? QString() : subfolder + QLatin1Char('/');
     const QFileInfo wanted(wantedName);
-    QString name = prefix + wantedName;
-    for (int number = 2; mTakenNames.contains(name.toLower()); ++number) {
-        const QString ending = wanted.completeSuffix();
-        name = prefix + QStringLiteral("%1-%2").arg(wanted.baseName()).arg(number) +
-               (ending.isEmpty() ? ending : QLatin1Char('.') + ending);
-    }
+    QString ending = QLatin1Char('.') + wanted.completeSuffix();
+    if (ending.size() > cLongestEnding)
+        ending = QLatin1Char('.') + wanted.suffix();
+    if (ending.size() == 1 || ending.size() > cLongestEnding)
+        ending.clear();
+    const QString base = wantedName.left(wantedName.size() - ending.size());
+    QString name = prefix + MakeName(base, ending);
+    for (int number = 2; mTakenNames.contains(name.toLower()); ++number)
+        name = prefix + MakeName(base, QStringLiteral("-%1%2").arg(number).arg(ending));
     mTakenNames.insert(name.toLower());
     return name;
 }
@@ -162,44 +178,14 @@ CommandResult PackageFolder::Finish()
     return mIsFinished ? CommandResult::Success() : CommandResult::Cancellation();
 }
 
-QString PackageFolder::MakeReport() const
+QString PackageFolder::MakeReport(const PackageFacts& facts) const
 {
-    QStringList lines{QStringLiteral("Package Report"), QString()};
-    for (const Entry& entry : mEntries)
-        ReportDocument(entry, lines);
-    return lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
-}
-
-void PackageFolder::ReportDocument(const Entry& entry, QStringList& lines) const
-{
-    const DocumentInfo& info = entry.info;
-    const QString indent = QStringLiteral("  ");
-    const auto addGroup = [&](const QString& title, const QStringList& items) {
-        lines << QStringLiteral("%1: %2").arg(title).arg(items.size());
-        for (const QString& item : items)
-            lines << indent + item;
-        lines << QString();
-    };
-    const auto describe = [&](const QString& what, const QString& file, bool isMissing) {
-        const QString where = mFiles.value(file);
-        return isMissing         ? QStringLiteral("%1 - MISSING").arg(what)
-               : where.isEmpty() ? QStringLiteral("%1 - not copied").arg(what)
-                                 : QStringLiteral("%1 - %2").arg(what, where);
-    };
-    QStringList pages;
-    for (const DocumentPage& page : info.pages)
-        pages << QStringLiteral("%1: %2 x %3 pt").arg(page.number).arg(page.width).arg(page.height);
-    QStringList fonts;
-    for (const DocumentFont& font : info.fonts)
-        fonts << describe(font.name, font.file, font.isMissing);
-    QStringList links;
-    for (const DocumentLink& link : info.links)
-        links << describe(link.path, link.path, link.isMissing);
-    lines << QStringLiteral("Document: %1").arg(entry.name) << QStringLiteral("Title: %1").arg(info.title)
-          << QString();
-    addGroup(QStringLiteral("Pages"), pages);
-    addGroup(QStringLiteral("Fonts"), fonts);
-    addGroup(QStringLiteral("Links"), links);
-    addGroup(QStringLiteral("Colours"), info.colors);
-    addGroup(QStringLiteral("Colour profiles"), info.profiles);
+    PackageReport report(facts, mFiles);
+    for (const Entry& entry : mEntries) {
+        QStringList missing = entry.info.profiles;
+        for (const ColorProfile& profile : mRunner.GetProfiles())
+            missing.removeAll(profile.name);
+        report.AddDocument(entry.name, entry.info, missing);
+    }
+    return report.Finish();
 }

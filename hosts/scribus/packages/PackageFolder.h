@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hosts/scribus/packages/PackageReport.h"
 #include "hosts/scribus/runner/CommandResult.h"
 #include "hosts/scribus/sla/DocumentInfo.h"
 
@@ -23,7 +24,8 @@ struct PackageSettings
 // A folder with copies of documents and of what they need: linked images in "images", fonts in "fonts", where
 // Scribus looks for those of a document itself, and colour profiles in "profiles". The links of a copied
 // document are relative, so the folder can go anywhere as a whole. Two files of one name from two places both
-// get in, under names of their own; a file that is asked for twice gets in once.
+// get in, under names of their own; a name that is too long for the folder is cut; a file that is asked for
+// twice gets in once.
 //
 // For the main thread. Until Finish was called, the folder goes with this object.
 class PackageFolder
@@ -44,7 +46,11 @@ public:
     QString GetCopy(const QString& documentPath) const { return mDocuments.value(documentPath); }
 
     // Says what is in the package and what is missing, as text for a person.
-    QString MakeReport() const;
+    QString MakeReport(const PackageFacts& facts) const;
+
+    // A name in a subfolder that no other file has, as near to the wanted one as is possible; relative to the
+    // folder.
+    QString ReserveName(const QString& subfolder, const QString& wantedName);
 
     // The folder is to stay, unless the user has cancelled while the last file was copied.
     CommandResult Finish();
@@ -61,8 +67,6 @@ private:
     CommandResult AddLinks(const DocumentInfo& info);
     CommandResult WriteDocument(const ScribusDocument& document, const QString& name);
     CommandResult AddFile(const QString& source, const QString& subfolder);
-    QString ReserveName(const QString& subfolder, const QString& wantedName);
-    void ReportDocument(const Entry& entry, QStringList& lines) const;
 
     ScribusRunner& mRunner;
     QString mFolder;

@@ -84,6 +84,7 @@ struct DocumentInfo
     QVector<DocumentLink> links;  // each file once, by path
     QVector<DocumentImage> images;
     QStringList colors;    // by name
+    QStringList inks;      // that objects and texts ask for, as SlaInks tells them
     QStringList profiles;  // the colour profiles that it names
     DocumentBleed bleed;
     QString title;

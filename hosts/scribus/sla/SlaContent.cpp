@@ -1,5 +1,6 @@
 #include "hosts/scribus/sla/SlaContent.h"
 
+#include "hosts/scribus/sla/SlaInks.h"
 #include "hosts/scribus/sla/SlaScanner.h"
 
 #include <QDir>
@@ -142,16 +143,23 @@ std::vector<std::string_view> SlaContent::GetProfileAttributes(const SlaScanner&
 {
     if (element.GetName() == "DOCUMENT" && element.GetNumber("HCMS") != 0)
         return {"DPPr", "DPIn", "DPInCMYK", "DPIn2", "DPIn3"};
+    // An image's own profile goes before the one that is chosen for it.
+    if (element.Has("PTYPE") && !element.GetText("PFILE").isEmpty() && element.GetNumber("EMBEDDED") == 0)
+        return {"PRFILE"};
     return {};
 }
 
 QStringList SlaContent::FindProfiles(const QByteArray& text)
 {
     QStringList profiles;
+    bool isManaged = false;  // where colours are not managed, no profile is used
     SlaScanner element({text.constData(), static_cast<size_t>(text.size())});
     while (element.Next()) {
-        for (const std::string_view attribute : GetProfileAttributes(element))
-            profiles.append(element.GetText(attribute));
+        isManaged = isManaged || (element.GetName() == "DOCUMENT" && element.GetNumber("HCMS") != 0);
+        for (const std::string_view attribute : GetProfileAttributes(element)) {
+            if (isManaged)
+                profiles.append(element.GetText(attribute));
+        }
     }
     profiles.removeAll(QString());
     return profiles;
@@ -160,7 +168,6 @@ QStringList SlaContent::FindProfiles(const QByteArray& text)
 void SlaContent::Read(const QByteArray& text, const QString& folder, DocumentInfo& info)
 {
     QSet<QString> colors;
-    QSet<QString> profiles;
     QMap<QString, bool> links;
     Canvas canvas;
     SlaScanner element({text.constData(), static_cast<size_t>(text.size())});
@@ -182,14 +189,14 @@ void SlaContent::Read(const QByteArray& text, const QString& folder, DocumentInf
             if (!path.isEmpty() && attribute == "PFILE")
                 info.images.append(ReadImage(element, canvas, absolute));
         }
-        for (const std::string_view attribute : GetProfileAttributes(element))
-            profiles.insert(element.GetText(attribute));
     }
+    const QStringList named = FindProfiles(text);
+    const QSet<QString> profiles(named.begin(), named.end());
     for (const QString& path : links.keys())
         info.links.append({path, !QFileInfo(path).isFile()});
     info.colors = colors.values();
     info.colors.sort();
-    profiles.remove(QString());
+    info.inks = SlaInks::Find(text);
     info.profiles = profiles.values();
     info.profiles.sort();
     for (int i = 0; i < info.pages.size(); ++i) {

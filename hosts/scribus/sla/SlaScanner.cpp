@@ -121,6 +121,14 @@ bool SlaScanner::ReadAttribute()
     return true;
 }
 
+std::vector<std::string_view> SlaScanner::GetAttributeNames() const
+{
+    std::vector<std::string_view> names;
+    for (const Attribute& attribute : mAttributes)
+        names.push_back(attribute.name);
+    return names;
+}
+
 const SlaScanner::Attribute* SlaScanner::Find(std::string_view attribute) const
 {
     for (const Attribute& candidate : mAttributes) {

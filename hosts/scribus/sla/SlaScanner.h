@@ -28,6 +28,9 @@ public:
 
     bool Has(std::string_view attribute) const { return Find(attribute) != nullptr; }
 
+    // The names of the tag's attributes, in their order.
+    std::vector<std::string_view> GetAttributeNames() const;
+
     // The value of an attribute of the tag, its entities resolved; empty where there is none.
     QString GetText(std::string_view attribute) const;
     double GetNumber(std::string_view attribute) const { return GetText(attribute).toDouble(); }

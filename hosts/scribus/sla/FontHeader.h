@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+// What a font's file says of itself. TrueType, OpenType and Type 1 are known.
+struct FontHeader
+{
+    QString kind;       // such as "TrueType"; "unknown"
+    QString embedding;  // the right to put it into a file, such as "editable"; "not stated"
+
+    static FontHeader Read(const QString& path);
+};
