@@ -1,17 +1,32 @@
 #include "archive/ZipDestination.h"
 
+#include "foundation/system/GOwnedFile.h"
 #include "foundation/system/GSystemError.h"
 #include "foundation/system/GUniqueName.h"
 
 #include <QDir>
+#include <QRegularExpression>
 
 #include <limits>
 
 namespace Morvane
 {
+// Of our own form: what is found under such a name is taken away.
 static QString makeTemporaryName()
 {
-    return QStringLiteral(".%1.part").arg(MakeRandomName(12));
+    return QStringLiteral(".hopbox-%1.part").arg(MakeRandomName(12));
+}
+
+// What extractions that were killed have left in a folder.
+static void removeLeftovers(const ZipFolder& folder)
+{
+    static const QRegularExpression ours(QStringLiteral("^\\.hopbox-[0-9a-z]{12}\\.part$"));
+    const QString path = folder.getPath(QString());
+    const QStringList wildcard = {QStringLiteral(".hopbox-*.part")};
+    for (const QString& name : QDir(path).entryList(wildcard, QDir::Files | QDir::Hidden)) {
+        if (ours.match(name).hasMatch())
+            GOwnedFile::RemoveUnowned(GPathName(path + name));
+    }
 }
 
 ZipDestination::ZipDestination(const QString& path) : mPath(QDir(path).absolutePath())
@@ -188,15 +203,27 @@ ZipTarget::Result ZipTarget::lookAtTarget(bool& isFree) const
 bool ZipTarget::makeTemporary()
 {
     FileIdentity identity;
+    clearFolder();
     do {
         mTemporaryName = makeTemporaryName();
         mFile = getFolder().makeFile(mTemporaryName);
-        if (mFile != nullptr)
+        if (mFile != nullptr) {
+            mOwner = mFile->own();
             return true;
+        }
         mDestination.failBySystem();
     } while (getFolder().look(mTemporaryName, identity) != ZipFolder::Found::Nothing);
     mTemporaryName.clear();
     return false;
+}
+
+// Once for each folder, as long as it is open.
+void ZipTarget::clearFolder()
+{
+    ZipDestination::Level& level = mDestination.mLevels.back();
+    if (!level.isCleared)
+        removeLeftovers(*level.folder);
+    level.isCleared = true;
 }
 
 bool ZipTarget::commit()
@@ -216,6 +243,7 @@ bool ZipTarget::putInPlace()
     if (mTemporaryName.isEmpty()) {
         if (getFolder().giveName(*mFile, mName))
             return closeInPlace();
+        clearFolder();
         mTemporaryName = makeTemporaryName();
         if (!getFolder().giveName(*mFile, mTemporaryName)) {
             mTemporaryName.clear();

@@ -3,6 +3,7 @@
 #include "archive/ZipFolder.h"
 #include "archive/ZipLog.h"
 #include "foundation/files/FileHandler.h"
+#include "foundation/system/PFileHandle.h"
 
 #include <QStringList>
 
@@ -59,6 +60,7 @@ private:
     {
         QString name;
         std::unique_ptr<ZipFolder> folder;
+        bool isCleared = false;  // of what killed extractions left
     };
 
     bool goTo(const QStringList& parts, bool isMaking);
@@ -78,7 +80,8 @@ private:
 
 // One file on its way into a destination. It has no name, or a hidden one, until it is complete; what is not
 // committed leaves no trace, also when the process is killed. (Where a file system of a POSIX system knows no
-// files without a name, the hidden one stays then.)
+// files without a name, the hidden one stays then. The next extraction into the folder that needs such a name
+// removes it, unless a living process owns it.)
 class ZipTarget
 {
 public:
@@ -107,6 +110,7 @@ private:
     ZipFolder& getFolder() const;
     Result lookAtTarget(bool& isFree) const;
     bool makeTemporary();
+    void clearFolder();
     bool putInPlace();
     bool closeInPlace();
     void removeTemporary();
@@ -115,6 +119,7 @@ private:
     std::unique_ptr<ZipFile> mFile;
     QString mName;
     QString mTemporaryName;  // empty while the file has none
+    PFileHandle mOwner;      // keeps a file that had a name from the start, until it has its own
     int mEntryIndex = 0;
 };
 }  // namespace Morvane

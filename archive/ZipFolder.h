@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/system/PFileHandle.h"
+
 #include <QDateTime>
 #include <QString>
 
@@ -36,6 +38,9 @@ public:
 
     // Nothing when the system does not tell.
     std::optional<FileIdentity> getIdentity() const;
+
+    // Owns the file, as GOwnedFile does, until the handle is closed; not open where the file is safe without.
+    PFileHandle own() const;
 
     // Closes the file. False when the system reports a late failure to write.
     bool close();

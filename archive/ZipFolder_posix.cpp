@@ -1,6 +1,7 @@
 #include "archive/ZipFolder.h"
 
 #include "archive/ZipEntryPath.h"
+#include "foundation/system/GOwnedFile.h"
 
 #include <QFile>
 
@@ -79,6 +80,13 @@ std::optional<FileIdentity> ZipFile::getIdentity() const
     if (fstat(static_cast<int>(mHandle), &status) != 0)
         return std::nullopt;
     return getIdentityOf(status);
+}
+
+PFileHandle ZipFile::own() const
+{
+    PFileHandle owner(fcntl(static_cast<int>(mHandle), F_DUPFD_CLOEXEC, 0));
+    GOwnedFile::Own(owner);
+    return owner;
 }
 
 bool ZipFile::close()

@@ -94,6 +94,12 @@ std::optional<FileIdentity> ZipFile::getIdentity() const
     return getIdentityOf(reinterpret_cast<HANDLE>(mHandle));
 }
 
+// Nobody else can open it for writing.
+PFileHandle ZipFile::own() const
+{
+    return PFileHandle();
+}
+
 bool ZipFile::close()
 {
     const HANDLE handle = reinterpret_cast<HANDLE>(mHandle);

@@ -2,6 +2,7 @@
 
 #include "ZipSamples.h"
 #include "archive/ZipSource.h"
+#include "foundation/system/GOwnedFile.h"
 
 #include <QDateTime>
 #include <QProcess>
@@ -176,6 +177,18 @@ TEST_F(ZipArchiveTest, AnOldFileIsReplacedByAWholeOneOnly)
     EXPECT_TRUE(archive.ExtractCurrentFile(mTarget, QString(), 0));
     EXPECT_TRUE(archive.ExtractCurrentFile(mTarget, QString(), 0)) << "the same entry again";
     EXPECT_EQ((QMap<QString, QByteArray>{{"a"_q, "new"}}), ReadTree(mTarget));
+}
+
+TEST_F(ZipArchiveTest, WhatKilledExtractionsLeftGoesUnlessSomebodyOwnsIt)
+{
+    WriteFile(mArchive, BuildArchive({{"a", "new"}}));
+    WriteFile(GetTarget("a"), "old");
+    WriteFile(GetTarget(".hopbox-0123456789ab.part"), "left");
+    WriteFile(GetTarget(".hopbox-mine.part"), "the user's");
+    const GOwnedFile held([&] { return GPathName(GetTarget(".hopbox-ba9876543210.part")); });
+    EXPECT_TRUE(Extract());
+    EXPECT_EQ(ReadTree(QFileInfo(GetTarget("a")).path()).keys(),
+              QStringList({".hopbox-ba9876543210.part"_q, ".hopbox-mine.part"_q, "a"_q}));
 }
 
 TEST_F(ZipArchiveTest, PasswordsAreCheckedBeforeAnythingIsWritten)

@@ -96,6 +96,26 @@ CHILD_ROLE(ExtractArchive)
                : 1;
 }
 
+// Waits in the middle of the first file.
+CHILD_ROLE(ExtractInTwoSteps)
+{
+    const QString root = arguments.at(0);
+    bool hasWaited = false;
+    ZipRun run;
+    run.progress = [&](qint64 done, qint64) {
+        if (done > 0 && !hasWaited) {
+            hasWaited = true;
+            SayToParent("half");
+            HearFromParent();
+        }
+        return true;
+    };
+    return ZipHelper::extractFiles(GetArchive(root), root + "/out"_q, ZipPaths::Keep, QString(),
+                                   ZipOnError::Stop, 0, run)
+               ? 0
+               : 1;
+}
+
 FaultScenario GetArchiveCreation()
 {
     return {"ArchiveCreation", MakeTreeAndArchive, QString(), {"CreateArchive"_q, "%1"_q}, LookAtArchive};

@@ -1,5 +1,12 @@
 #include "Scenarios.h"
+#include "foundation/system/GOwnedFile.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/Test.h"
+#include "tests/support/faults/FaultCalls.h"
 
+#include <QCoreApplication>
+#include <QDir>
+#include <QDirIterator>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
@@ -56,6 +63,33 @@ TEST(DurableFile, IsFlushedBeforeItTakesItsPlaceAndItsFolderAfterwards)
     int renamed = -1;
     EXPECT_TRUE(FlushesBeforeRename(calls, "a\\.prefs", &renamed));
     EXPECT_GT(calls.lastIndexOf(QRegularExpression(QStringLiteral("flush ((?!a\\.prefs).)*$"))), renamed);
+}
+
+// Where no file without a name can be made, it has one from the start.
+TEST(ExtractedFile, IsOwnedWhileItHasAPassingName)
+{
+    const FaultScenario scenario = GetExtraction();
+    const Sandbox sandbox;
+    const QString root = sandbox.GetPath();
+    QDir().mkpath(root);
+    scenario.prepare(root);
+    const int nameless =
+        ListCalls(scenario).indexOf(QRegularExpression(QStringLiteral("open .*/out/.*\\.$"))) + 1;
+    ASSERT_GT(nameless, 0);
+    qputenv("LD_PRELOAD", qPrintable(QCoreApplication::applicationDirPath() + "/preloaded_faults.so"_q));
+    qputenv(cFaultRoot, qPrintable(root));
+    qputenv(cFaultReport, qPrintable(root + "/report"_q));
+    qputenv(cFaultNumber, QByteArray::number(nameless));
+    ChildProcess child("ExtractInTwoSteps"_q, {root});
+    qunsetenv("LD_PRELOAD");
+    ASSERT_EQ(child.ReadLine(), "half");
+    QDirIterator parts(root + "/out"_q, {".hopbox-*.part"_q}, QDir::Files | QDir::Hidden,
+                       QDirIterator::Subdirectories);
+    ASSERT_TRUE(parts.hasNext()) << ReadFile(root + "/report"_q).toStdString();
+    const GPathName part(parts.next());
+    EXPECT_FALSE(GOwnedFile::RemoveUnowned(part));
+    child.Kill();
+    EXPECT_TRUE(GOwnedFile::RemoveUnowned(part));
 }
 
 TEST(CopiedFile, IsFlushedBeforeItTakesItsPlace)
