@@ -125,7 +125,9 @@ CHILD_ROLE(TouchForeignMemory)
 
 TEST_F(CutOffTest, MemoryOfOthersEndsTheProcessAsEver)
 {
-    EXPECT_EQ(ChildProcess("TouchForeignMemory"_q, {GetName("segment")}).WaitForExit(), -1);
+    ChildProcess child("TouchForeignMemory"_q, {GetName("segment")});
+    EXPECT_EQ(child.WaitForExit(), -1);
+    EXPECT_FALSE(child.IsRunning());
 }
 
 // The handler's code may be a plug-in's that its host takes out of memory.
