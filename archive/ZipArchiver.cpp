@@ -186,7 +186,7 @@ bool ZipArchiver::copyOldEntries()
     const qint64 end = mOld->getEntryCount() > 0 ? mOld->getDirectory().start : 0;
     for (qint64 offset = 0; offset < end;) {
         const int size = static_cast<int>(std::min<qint64>(end - offset, chunk.size()));
-        if (mOld->getInput().readAt(offset, chunk.data(), size) != size ||
+        if (!goesOn(0) || mOld->getInput().readAt(offset, chunk.data(), size) != size ||
             !mOutput->write(chunk.constData(), size))
             return false;
         offset += size;
@@ -230,7 +230,10 @@ bool ZipArchiver::openSource(ZipSource& source, Entry& entry)
         return fail("ZipArchiver::AddFile",
                     withReason(QLatin1String("Error in opening file for reading: ") + source.getPath(),
                                source.getReason()));
-    if (!getFileCrc(source, entry.crc, entry.size) || !source.rewind())
+    const bool isRead = getFileCrc(source, entry.crc, entry.size, [this] { return goesOn(0); });
+    if (!goesOn(0))
+        return giveUp(QStringLiteral("The packing was stopped."));
+    if (!isRead || !source.rewind())
         return fail(
             "ZipArchiver::AddFile",
             withReason(QLatin1String("Error in reading file: ") + source.getPath(), source.getReason()));
@@ -338,6 +341,8 @@ bool ZipArchiver::addContent(ZipSource& source, const Entry& entry)
             break;
         if (zipWriteInFileInZip(mHandle.get(), mChunk.constData(), static_cast<unsigned>(count)) != ZIP_OK)
             return giveUp(QLatin1String("Error in writing file in the zipfile: ") + entry.sourcePath);
+        if (!goesOn(count))
+            return giveUp(QStringLiteral("The packing was stopped."));
         rest -= count;
         if (!entry.password.isEmpty())
             crc = crc32(crc, reinterpret_cast<const Bytef*>(mChunk.constData()), static_cast<uInt>(count));

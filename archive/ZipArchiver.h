@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 
 class GDurableFile;
@@ -89,6 +90,10 @@ public:
     // Where failures are reported; null for the process-wide trace.
     void setLogInterface(ILogInterface* log) { mLog = ZipLog(log); }
 
+    // Called with the bytes of files that were packed since the last call, often with 0. False gives up what
+    // is being done, and the archive.
+    void setProgress(std::function<bool(qint64 bytes)> progress) { mProgress = std::move(progress); }
+
     // The text of the last failure; empty before there was one.
     const QString& GetLastError() const { return mLastError; }
 
@@ -107,6 +112,7 @@ private:
     bool openEntry(const Entry& entry);
     bool addContent(ZipSource& source, const Entry& entry);
     bool checkSource(ZipSource& source, const Entry& entry);
+    bool goesOn(qint64 bytes) const { return !mProgress || mProgress(bytes); }
     bool endArchive();
     bool putInPlace(QString& reason);
     void drop();
@@ -126,6 +132,7 @@ private:
     int mAddedCount = 0;
     int mOldCount = 0;
     bool mHasLarge = false;
+    std::function<bool(qint64 bytes)> mProgress;
     ZipLog mLog;
     QString mLastError;
 };

@@ -6,6 +6,7 @@
 #include "archive/ZipHelper.h"
 #include "foundation/cli/CliStop.h"
 
+#include <QDirIterator>
 #include <QJsonArray>
 #include <QJsonObject>
 
@@ -102,6 +103,20 @@ int testArchive(const CliCall& call)
     return getStatus(damaged.isEmpty());
 }
 
+qint64 getTotalSize(const QStringList& items)
+{
+    qint64 total = 0;
+    for (const QString& item : items) {
+        QDirIterator files(item, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+        total += QFileInfo(item).isFile() ? QFileInfo(item).size() : 0;
+        while (files.hasNext() && !CliStop::IsAskedFor()) {
+            files.next();
+            total += files.fileInfo().size();
+        }
+    }
+    return total;
+}
+
 int writeArchive(const CliCall& call, ZipStart start)
 {
     bool isNumber = true;
@@ -116,6 +131,7 @@ int writeArchive(const CliCall& call, ZipStart start)
     const std::optional<QString> password = ZipOptions::GetPassword(call);
     if (!password)
         return cCliFailed;
+    const CliStop stop;
     ZipErrorPrinter printer;
     QStringList leftOut;
     ZipRun run;
@@ -124,6 +140,12 @@ int writeArchive(const CliCall& call, ZipStart start)
     ZipArchiver archiver(call.GetArgument(0));
     archiver.setLogInterface(&printer);
     const QStringList items = call.GetArguments().mid(1);
+    ProgressBar bar;
+    qint64 done = 0;
+    archiver.setProgress([&, total = getTotalSize(items)](qint64 bytes) {
+        done += bytes;
+        return bar.show(done, total);
+    });
     const ZipNames names = call.Has("name-field") ? ZipNames::NameField : ZipNames::Plain;
     const auto addItem = [&](const QString& item) {
         return ZipHelper::addItem(archiver, item, QString(), names, run);
@@ -174,7 +196,8 @@ const Command cZipTestCommand = {
 const Command cZipCreateCommand = {
     {"zip create",
      "make an archive of files and folders",
-     "An archive that is there is replaced when the new one is whole. What can't be packed (links to folders "
+     "An archive that is there is replaced when the new one is whole; Ctrl-C leaves it as it was. What can't "
+     "be packed (links to folders "
      "and to nothing, pipes, files that can't be read) is named, the rest is packed, and the exit status is "
      "1.",
      {{"ARCHIVE", "the zip archive"}, {"PATH", "a file or a folder", CliArgument::Count::cSome}},
@@ -185,7 +208,9 @@ const Command cZipCreateCommand = {
 const Command cZipAddCommand = {
     {"zip add",
      "add files and folders to an archive",
-     "A name that the archive has already is refused. If anything fails, the archive stays as it was.",
+     "A name that the archive has already is refused. If anything fails, and after Ctrl-C, the archive stays "
+     "as "
+     "it was.",
      {{"ARCHIVE", "the zip archive; made where there is none"},
       {"PATH", "a file or a folder", CliArgument::Count::cSome}},
      getWriteOptions(),

@@ -51,6 +51,9 @@ public:
 private:
     ActionOnError ask()
     {
+        // Not at a terminal that nobody sits at: who sends something else to standard input is a script.
+        if (!CliConsole::IsInputTerminal())
+            return skipAll();
         QString word;
         const QString question =
             QStringLiteral("[s]kip, skip [a]ll, try a[g]ain, s[t]op, stop and [r]emove? ");
@@ -67,7 +70,13 @@ private:
             if (letter == QLatin1Char('r'))
                 return ActionOnError::StopAndRemove;
         }
-        mForAll = ActionOnError::Skip;  // nobody is there to be asked
+        return skipAll();
+    }
+
+    ActionOnError skipAll()
+    {
+        PrintWarning(QStringLiteral("Nobody is there to be asked; entries that fail are skipped."));
+        mForAll = ActionOnError::Skip;
         return ActionOnError::Skip;
     }
 

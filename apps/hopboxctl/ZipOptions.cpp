@@ -3,12 +3,21 @@
 #include "foundation/cli/CliConsole.h"
 
 #include <QFile>
+#include <QTextCodec>
 
 #include <cstdio>
 
 namespace
 {
 constexpr qint64 cLongest = 4096;  // bytes that a password may have
+
+// A file that is not in UTF-8 is in Latin-1, of which every byte is a character.
+QString Decode(const QByteArray& line)
+{
+    QTextCodec::ConverterState state;
+    const QString text = QTextCodec::codecForName("UTF-8")->toUnicode(line.constData(), line.size(), &state);
+    return state.invalidChars + state.remainingChars == 0 ? text : QString::fromLatin1(line);
+}
 
 // The first line of a file, or of standard input for "-".
 std::optional<QString> ReadLine(const QString& path)
@@ -24,8 +33,8 @@ std::optional<QString> ReadLine(const QString& path)
     QByteArray line = file.readLine(cLongest);
     while (line.endsWith('\n') || line.endsWith('\r'))
         line.chop(1);
-    if (!line.isEmpty())
-        return QString::fromUtf8(line);
+    if (!line.isEmpty() && !line.contains('\0'))
+        return Decode(line);
     PrintError(
         QStringLiteral("--password-file: there is no password in the first line of \"%1\".").arg(path));
     return {};
@@ -44,7 +53,8 @@ std::optional<QString> AskForPassword()
 std::vector<CliOption> ZipOptions::GetPasswordOptions()
 {
     return {{"ask-password", "", "ask for the password on the terminal"},
-            {"password-file", "FILE", "take the password from the first line of a file; - is standard input"},
+            {"password-file", "FILE",
+             "take the password from the first line of a file, in UTF-8 or Latin-1; - is standard input"},
             {"password", "TEXT",
              "the password itself; everyone on this computer can see it while the command runs"}};
 }

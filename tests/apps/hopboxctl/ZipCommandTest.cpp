@@ -79,8 +79,12 @@ TEST_F(ZipCommand, APasswordComesFromAFile)
     EXPECT_EQ(0, Run("test made.zip --password-file=secret")) << mError.constData();
     EXPECT_EQ(0, Run("extract made.zip out --password-file secret"));
     EXPECT_EQ("content of a.txt", ReadFile(GetPath("out/a.txt")));
+    // As it is, not as UTF-8 would have it.
+    WriteFile(GetPath("latin"), "p\xE4ss w\xF6rd\n");
+    EXPECT_EQ(0, Run("test made.zip --password-file latin")) << mError.constData();
     WriteFile(GetPath("empty"), "\nsecret\n");
-    for (const char* file : {"none", "empty"}) {
+    WriteFile(GetPath("utf16"), QByteArray("p\0w\0\n\0", 6));
+    for (const char* file : {"none", "empty", "utf16"}) {
         EXPECT_EQ(1, Run(QByteArray("test made.zip --password-file ") + file));
         EXPECT_TRUE(mError.startsWith("hopboxctl: --password-file: ")) << mError.constData();
     }
@@ -114,11 +118,13 @@ TEST_F(ZipCommand, ADamagedEntryIsFoundAndDealtWithAsTold)
     {
         const char* option;
         int files;
-    } cases[] = {{"skip", 2}, {"stop", 1}, {"remove", 0}};
+    } cases[] = {{"skip", 2}, {"stop", 1}, {"remove", 0}, {"ask", 2}};
     for (const auto& test : cases) {
         EXPECT_EQ(1, Run(QByteArray("extract made.zip out --on-error ") + test.option)) << mError.constData();
         EXPECT_TRUE(mError.contains("b.txt")) << mError.constData();
         EXPECT_EQ(test.files, ReadTree(GetPath("out")).size()) << test.option;
+        EXPECT_EQ(mError.contains("Nobody is there to be asked; entries that fail are skipped."),
+                  QByteArray(test.option) == "ask");
         QDir(GetPath("out")).removeRecursively();
     }
 }

@@ -1,0 +1,40 @@
+#include "CommandFixture.h"
+
+#include <chrono>
+#include <csignal>
+#include <thread>
+
+// Far more than is packed before the stop is seen.
+TEST_F(CommandTest, PackingThatIsStoppedLeavesTheArchiveThatWasThere)
+{
+    WriteFile(GetPath("a.txt"), "1");
+    ASSERT_EQ(Run({"zip"_q, "create"_q, "made.zip"_q, "a.txt"_q}), 0);
+    const QByteArray before = ReadFile(GetPath("made.zip"));
+    QFile large(GetPath("large"));
+    ASSERT_TRUE(large.open(QIODevice::WriteOnly) && large.resize(qint64(40) << 30));
+    const QStringList names = QDir(mSandbox.GetPath()).entryList(QDir::AllEntries | QDir::Hidden);
+    for (const char* command : {"create", "add"}) {
+        QProcess process;
+        process.setWorkingDirectory(mSandbox.GetPath());
+        process.start(GetProgramPath("hopboxctl"),
+                      {"zip"_q, QLatin1String(command), "made.zip"_q, "large"_q, "--level"_q, "0"_q});
+        ASSERT_TRUE(process.waitForStarted());
+        // Until it has begun with the file, whose first pass writes nothing.
+        const QString files = "/proc/%1/fd"_q.arg(process.processId());
+        const auto hasBegun = [&] {
+            for (const QFileInfo& file : QDir(files).entryInfoList(QDir::System | QDir::Files))
+                if (file.symLinkTarget() == large.fileName())
+                    return true;
+            return false;
+        };
+        while (!hasBegun() && process.state() == QProcess::Running)
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        kill(static_cast<pid_t>(process.processId()), SIGINT);
+        ASSERT_TRUE(process.waitForFinished());
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(process.exitCode(), 1);
+        EXPECT_TRUE(process.readAllStandardError().contains("The packing was stopped.")) << command;
+        EXPECT_EQ(ReadFile(GetPath("made.zip")), before);
+        EXPECT_EQ(QDir(mSandbox.GetPath()).entryList(QDir::AllEntries | QDir::Hidden), names);
+    }
+}
