@@ -31,6 +31,11 @@ void Print(const QString& text)
         CliConsole::Print(text);
 }
 
+bool FlushOutput()
+{
+    return CliConsole::Finish();
+}
+
 void PrintError(const QString& line)
 {
     CliConsole::PrintError(line);

@@ -18,6 +18,9 @@ struct Command
 // Prints text for people; nothing with --json.
 void Print(const QString& text);
 
+// Writes out what was printed so far, for a command that goes on. False when that can't be done.
+bool FlushOutput();
+
 // Says on standard error what failed, and in the answer of --json.
 void PrintError(const QString& line);
 

@@ -17,11 +17,16 @@ namespace
 const std::vector<const Command*>& GetCommands()
 {
     static const std::vector<const Command*> commands = {
-        &cCreateCommand,  &cListCommand,       &cShowCommand,      &cCheckCommand,   &cDoctorCommand,
-        &cSetCommand,     &cRenameCommand,     &cRemoveCommand,    &cRestoreCommand, &cDeleteCommand,
-        &cExportCommand,  &cImportCommand,     &cSubmitCommand,    &cNotifyCommand,  &cOriginsCommand,
-        &cZipListCommand, &cZipExtractCommand, &cZipCreateCommand, &cZipAddCommand,  &cZipTestCommand,
-        &cPrefsCommand,   &cMacTypeCommand};
+        &cCreateCommand,          &cListCommand,           &cShowCommand,
+        &cCheckCommand,           &cDoctorCommand,         &cSetCommand,
+        &cRenameCommand,          &cRemoveCommand,         &cRestoreCommand,
+        &cDeleteCommand,          &cExportCommand,         &cImportCommand,
+        &cSubmitCommand,          &cNotifyCommand,         &cOriginsCommand,
+        &cReceiverInstallCommand, &cReceiverStatusCommand, &cReceiverRemoveCommand,
+        &cChannelListCommand,     &cChannelWatchCommand,   &cChannelCleanCommand,
+        &cZipListCommand,         &cZipExtractCommand,     &cZipCreateCommand,
+        &cZipAddCommand,          &cZipTestCommand,        &cPrefsCommand,
+        &cMacTypeCommand};
     return commands;
 }
 

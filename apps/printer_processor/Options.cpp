@@ -41,8 +41,8 @@ const CliProgram cProgram = {
        {"timeout", "SECONDS", "end after this time"}},
       {{"PrinterProcessorWin.exe --inbox inbox --timeout 1",
         "Puts what arrives into the folder \"inbox\", for a second."},
-       {"PrinterProcessorWin.exe --inbox inbox --hopbox Press --mode 0640 --run /usr/bin/lp --timeout 1",
-        "Prints what arrives for the Hopbox \"Press\"; the group may read it."}}}},
+       {"PrinterProcessorWin.exe --inbox inbox --hopbox Press --mode 0640 --run /usr/bin/gzip --timeout 1",
+        "Compresses what arrives for the Hopbox \"Press\"; the group may read it."}}}},
     {{"the command of --run",
       "It is run once for each job, when that lies in the inbox, in the order in which they came, without a "
       "shell. Its last "

@@ -65,6 +65,10 @@ public:
 
     bool IsEmpty() const { return mRing.IsEmpty(); }
 
+    // In bytes.
+    size_t GetFill() const { return mRing.GetFill(); }
+    size_t GetCapacity() const { return mRing.GetCapacity(); }
+
     // Waits until a message was put into the empty queue, or somebody called WakeUp. False when the time
     // passed. It may wake for nothing. For one thread.
     bool WaitForMessage(std::chrono::milliseconds timeout);

@@ -153,6 +153,13 @@ bool GMessageRing::HasForgotten(uint64_t end) const
     return GetHeader(mData).readPosition >= end;
 }
 
+size_t GMessageRing::GetFill() const
+{
+    const Header& header = GetHeader(mData);
+    const uint64_t held = header.writePosition - header.readPosition;
+    return static_cast<size_t>(std::min<uint64_t>(held, mCapacity));
+}
+
 void GMessageRing::Close()
 {
     GetHeader(mData).isClosed.store(1, std::memory_order_seq_cst);

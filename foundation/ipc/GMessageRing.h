@@ -67,6 +67,10 @@ public:
 
     bool IsEmpty() const;
 
+    // The bytes that the queue holds, and those that it has room for. At most the capacity.
+    size_t GetFill() const;
+    size_t GetCapacity() const { return mCapacity; }
+
     // Behind the last message, in bytes since the queue was made; and whether everything before such a place
     // has been taken out.
     uint64_t GetEnd() const;

@@ -172,13 +172,22 @@ bool GPPIPCChannel::IsGone(const Pair& pair) const
 void GPPIPCChannel::AddUnlisted(GPPIPCDirectory* directory) const
 {
     const std::vector<Pair> pairs = directory->GetPairs();
+    for (const Pair& pair : ListQueues()) {
+        if (std::find(pairs.cbegin(), pairs.cend(), pair) == pairs.cend())
+            directory->Add(pair);
+    }
+}
+
+std::vector<GPPIPCChannel::Pair> GPPIPCChannel::ListQueues() const
+{
+    std::vector<Pair> pairs;
     for (const GString& rest : GSharedSegment::ListRests(mName + QLatin1Char('_'))) {
         const QVector<QStringRef> numbers = rest.splitRef(QLatin1Char('_'));
         const Pair pair{numbers.first().toUInt(), numbers.last().toUInt()};
-        const bool isQueue = numbers.size() == 2 && pair.process != 0 && pair.receiver != 0;
-        if (isQueue && std::find(pairs.cbegin(), pairs.cend(), pair) == pairs.cend())
-            directory->Add(pair);
+        if (numbers.size() == 2 && pair.process != 0 && pair.receiver != 0)
+            pairs.push_back(pair);
     }
+    return pairs;
 }
 
 void GPPIPCChannel::RemoveDeadPairs(GPPIPCDirectory* directory, Removal removal) const
@@ -195,8 +204,7 @@ void GPPIPCChannel::RemoveDeadPairs(GPPIPCDirectory* directory, Removal removal)
             RemovePair(directory, pair);
         else if (removal == Removal::All) {
             GTrace::Error(QStringLiteral("GPPIPCChannel::RemoveDeadPairs"),
-                          QStringLiteral("The channel is full; messages that process %1 left are dropped.")
-                              .arg(pair.process));
+                          QStringLiteral("Messages that process %1 left are dropped.").arg(pair.process));
             RemovePair(directory, pair);
         }
     }
@@ -253,4 +261,61 @@ void GPPIPCChannel::TakeOver(uint64_t keeper, const std::function<void(GMessageQ
             RemovePair(&access->Get(), pair);
         mDirectory.Leave(std::move(access));
     }
+}
+
+GPPIPCReceiverInfo GPPIPCChannel::Describe(const Pair& pair) const
+{
+    GPPIPCReceiverInfo info;
+    info.process = pair.process;
+    info.receiver = pair.receiver;
+    info.isAlive = !IsGone(pair);
+    if (const std::unique_ptr<GMessageQueue> queue = TryToOpenQueue(pair)) {
+        info.isKept = !info.isAlive && queue->GetOwner().keeper != 0 && !queue->IsEmpty();
+        info.fill = queue->GetFill();
+        info.capacity = queue->GetCapacity();
+        info.addresses = GPPIPCAddresses(queue->GetOwner().notice);
+    }
+    return info;
+}
+
+std::vector<GPPIPCReceiverInfo> GPPIPCChannel::Look()
+{
+    std::vector<GPPIPCReceiverInfo> infos;
+    const std::unique_ptr<GPPIPCDirectoryFile::Access> access = mDirectory.TryToEnter();
+    std::vector<Pair> pairs = access ? access->Get().GetPairs() : std::vector<Pair>();
+    for (const Pair& pair : ListQueues()) {
+        if (std::find(pairs.cbegin(), pairs.cend(), pair) == pairs.cend())
+            pairs.push_back(pair);
+    }
+    for (const Pair& pair : pairs)
+        infos.push_back(Describe(pair));
+    return infos;
+}
+
+// Nobody makes a queue meanwhile: that is done under the directory's lock.
+size_t GPPIPCChannel::RemoveStrayNames() const
+{
+    size_t count = 0;
+    for (const GString& rest : GSharedSegment::ListRests(mName + QLatin1Char('_'))) {
+        const bool isPart = rest.endsWith(QLatin1String("_L")) || rest.endsWith(QLatin1String("_S"));
+        const GString queue = mName + QLatin1Char('_') + rest.chopped(isPart ? 2 : 0);
+        if (!isPart || GSharedSegment::IsThere(queue))
+            continue;
+        GMessageQueue::Remove(queue);
+        ++count;
+    }
+    return count;
+}
+
+size_t GPPIPCChannel::Clean(bool withMessages)
+{
+    if (!mDirectory.TryToEnter() && GSharedSegment::ListRests(mName + QLatin1Char('_')).empty())
+        return 0;
+    std::unique_ptr<GPPIPCDirectoryFile::Access> access = mDirectory.Enter();
+    AddUnlisted(&access->Get());
+    const size_t before = access->Get().GetPairs().size();
+    RemoveDeadPairs(&access->Get(), withMessages ? Removal::All : Removal::KeepMessages);
+    const size_t removed = before - access->Get().GetPairs().size() + RemoveStrayNames();
+    mDirectory.Leave(std::move(access));
+    return removed;
 }

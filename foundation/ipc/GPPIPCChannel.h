@@ -23,6 +23,18 @@ enum class GPPIPCState
     Reachable = 2
 };
 
+// What is known of one receiver, or of what is left of one.
+struct GPPIPCReceiverInfo
+{
+    uint32_t process = 0;
+    uint32_t receiver = 0;
+    bool isAlive = false;  // the process that made it runs
+    bool isKept = false;   // what is in the queue of a dead one waits for its keeper
+    size_t fill = 0;       // bytes in the queue
+    size_t capacity = 0;   // 0 where the queue can't be opened
+    GPPIPCAddresses addresses;
+};
+
 // One channel of the Printer Processor in one place: the directory of receivers, and the ways to their
 // queues. Its names may be taken away and made anew at any time. Any thread.
 //
@@ -48,6 +60,13 @@ public:
     // when it is worth a new look at the directory.
     bool Post(uint32_t process, uint32_t receiver, const GString& address, GPPIPCMessage message,
               const GPostPolicy& policy);
+
+    // Every receiver that is listed or has left a queue; none when there is no channel of the name.
+    std::vector<GPPIPCReceiverInfo> Look();
+
+    // Removes what dead processes left, with the locks and semaphores that have no queue; messages for a
+    // keeper only when told so. Gives the number of receivers and names that went.
+    size_t Clean(bool withMessages);
 
     // Whether a dead process of this one's number left messages for its keeper under the receiver's name: it
     // can't be registered then.
@@ -81,11 +100,14 @@ private:
         All
     };
 
+    GPPIPCReceiverInfo Describe(const Pair& pair) const;
+    size_t RemoveStrayNames() const;
     GString GetQueueName(const Pair& pair) const;
     std::shared_ptr<GMessageQueue> GetQueue(const Pair& pair);
     std::unique_ptr<GMessageQueue> OpenQueue(const Pair& pair) const;
     std::unique_ptr<GMessageQueue> TryToOpenQueue(const Pair& pair) const;
     bool IsGone(const Pair& pair) const;
+    std::vector<Pair> ListQueues() const;  // that have a name; none on Windows
     void AddUnlisted(GPPIPCDirectory* directory) const;
     void RemoveDeadPairs(GPPIPCDirectory* directory, Removal removal) const;
     void RemovePair(GPPIPCDirectory* directory, const Pair& pair) const;

@@ -170,6 +170,37 @@ void GPPIPCManager::Post(uint32_t process, int32_t kind, const GBuffer& payload,
         RaisePostError(process, QStringLiteral("The process has no message receiver."));
 }
 
+GPPIPCManager::Channels GPPIPCManager::GetAllChannels()
+{
+    Channels channels = GetSessionChannels();
+    if (const std::shared_ptr<GPPIPCChannel> global = GetGlobalChannel())
+        channels.push_back(global);
+    return channels;
+}
+
+std::vector<GPPIPCReceiverInfo> GPPIPCManager::Look()
+{
+    std::vector<GPPIPCReceiverInfo> all;
+    for (const std::shared_ptr<GPPIPCChannel>& channel : GetAllChannels()) {
+        for (const GPPIPCReceiverInfo& info : channel->Look()) {
+            // A receiver that stands in two places is one.
+            if (std::none_of(all.cbegin(), all.cend(), [&](const GPPIPCReceiverInfo& other) {
+                    return other.process == info.process && other.receiver == info.receiver;
+                }))
+                all.push_back(info);
+        }
+    }
+    return all;
+}
+
+size_t GPPIPCManager::Clean(bool withMessages)
+{
+    size_t count = 0;
+    for (const std::shared_ptr<GPPIPCChannel>& channel : GetAllChannels())
+        count += channel->Clean(withMessages);
+    return count;
+}
+
 // Never the same twice in a process.
 uint32_t GPPIPCManager::MakeReceiverID()
 {

@@ -35,6 +35,10 @@ public:
     // none. Takes up to 3 s for a receiver whose queue is full.
     void Post(uint32_t process, int32_t kind, const GBuffer& payload, const GString& address = {});
 
+    // What GPPIPCChannel's operations of these names give, for all places.
+    std::vector<GPPIPCReceiverInfo> Look();
+    size_t Clean(bool withMessages);
+
     // For another patience than 3 s, before threads share the manager.
     void SetPostPolicy(const GPostPolicy& policy) { mPolicy = policy; }
 
@@ -48,6 +52,7 @@ private:
     // The best place comes first.
     Channels GetSessionChannels();
     std::shared_ptr<GPPIPCChannel> GetGlobalChannel();  // none where it has the name of the session's
+    Channels GetAllChannels();
     Channels GetChannels(uint32_t process, bool* isGlobal);
     std::shared_ptr<GPPIPCChannel> GetChannel(const GString& prefix);
     static uint32_t MakeReceiverID();

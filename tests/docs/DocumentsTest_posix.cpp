@@ -52,6 +52,7 @@ QString Normalize(QString text)
         {"\"sender\":\\d+", "\"sender\":N"},
         {"\"UserName\":\"[^\"]*\"", "\"UserName\":\"USER\""},
         {"/Temp/[^/]*/", "/Temp/USER/"},
+        {"/[^ \n]*/systemd/user/", "UNITS/"},
         {"(hopboxctl|layout-host) \\d+(\\.\\d+)+", "PROGRAM N"},
         {"hopboxctl: (warning: )?(process N|No process \"PrinterProcessorWin.exe\" is running)[^\n]*\n", ""},
         {"morvane: HopboxHandOff::Deliver: process N [^\n]*\n", ""},
@@ -69,6 +70,9 @@ public:
         : mFolder(sandbox.GetPath("walk"_q)), mShown(folder)
     {
         EXPECT_TRUE(QDir().mkpath(mFolder));
+        // In place of the service manager, which a test has no right to.
+        EXPECT_TRUE(WriteFile(mFolder + "/bin/systemctl"_q, "#!/bin/sh\n"));
+        QFile::setPermissions(mFolder + "/bin/systemctl"_q, QFile::ReadOwner | QFile::ExeOwner);
     }
 
     // Types every step; gives the output of each and, where it failed, a line "status N".
@@ -81,7 +85,9 @@ public:
         QProcess shell;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         const QString programs = QFileInfo(GetProgramPath("hopboxctl")).path();
-        environment.insert("PATH"_q, programs + QLatin1Char(':') + environment.value("PATH"_q));
+        environment.insert("PATH"_q,
+                           mFolder + "/bin:"_q + programs + QLatin1Char(':') + environment.value("PATH"_q));
+        environment.insert("XDG_CONFIG_HOME"_q, mFolder + "/config"_q);
         environment.insert("MORVANE_ROOT"_q, mFolder + "/root"_q);
         // Qt's offscreen platform never frees its screen; a leak would be layout-host's exit status.
         const QString leaks = mFolder + "/leaks"_q;
@@ -128,28 +134,6 @@ TEST(DocumentsTest, WhatAPageSaysToTypeGivesWhatItShows)
             }
         }
     }
-}
-
-TEST(DocumentsTest, TheServiceOfTheGuideIsOneThatTheSystemTakes)
-{
-    const Sandbox sandbox;
-    const QString unit =
-        "    [Unit]"_q +
-        ReadPage("docs/guide.md"_q).section("    [Unit]"_q, 1).section("\n\nand say"_q, 0, 0);
-    const QString file = sandbox.GetPath("hopbox-receiver.service"_q);
-    WriteFile(file,
-              QString(unit)
-                  .replace("/usr/bin/PrinterProcessorWin.exe"_q, GetProgramPath("PrinterProcessorWin.exe"))
-                  .replace(QRegularExpression("^    "_q, QRegularExpression::MultilineOption), QString())
-                  .toUtf8());
-    QProcess verify;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("XDG_RUNTIME_DIR"_q, sandbox.GetPath());
-    verify.setProcessEnvironment(environment);
-    verify.start("systemd-analyze"_q, {"--user"_q, "verify"_q, file});
-    ASSERT_TRUE(verify.waitForFinished()) << "systemd-analyze is missing";
-    EXPECT_EQ(verify.exitCode(), 0);
-    EXPECT_EQ(verify.readAllStandardError().toStdString(), "");
 }
 
 TEST(DocumentsTest, EverySettingAndEveryAlertHasItsLine)

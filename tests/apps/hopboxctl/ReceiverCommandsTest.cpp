@@ -1,0 +1,87 @@
+#include "tests/support/PrinterProcessor.h"
+
+#include "CommandFixture.h"
+
+namespace
+{
+class ReceiverCommandsTest : public CommandTest
+{
+protected:
+    ReceiverCommandsTest()
+    {
+        qputenv("XDG_CONFIG_HOME", GetPath("config").toUtf8());
+        WriteFile(GetPath("a.joboptions"), "<< /A 1 >> setdistillerparams");
+        EXPECT_EQ(Run({"create"_q, "Press"_q, "--job-options"_q, "a.joboptions"_q, "--json"_q}), 0);
+        mKey = GetResult()["Key"_q].toString();
+    }
+    ~ReceiverCommandsTest() override
+    {
+        Run({"receiver"_q, "remove"_q, mKey});
+        qunsetenv("XDG_CONFIG_HOME");
+    }
+
+    int Install(const QStringList& more = {})
+    {
+        return Run(QStringList{"receiver"_q, "install"_q, "Press"_q, "--inbox"_q, "in"_q, "--no-start"_q,
+                               "--json"_q} +
+                   more);
+    }
+
+    // The installed receivers of the sandbox's Hopbox: whether each runs.
+    QList<bool> GetStatus()
+    {
+        EXPECT_EQ(Run({"receiver"_q, "status"_q, "--json"_q}), 0);
+        QList<bool> running;
+        for (const QJsonValue& receiver : GetResult().toArray()) {
+            if (receiver["Key"_q].toString() == mKey)
+                running.append(receiver["IsRunning"_q].toBool());
+        }
+        return running;
+    }
+
+    QString mKey;
+};
+}  // namespace
+
+TEST_F(ReceiverCommandsTest, AReceiverIsInstalledOnceAndSaysWhetherItRuns)
+{
+    EXPECT_EQ(GetStatus(), QList<bool>());
+    EXPECT_EQ(Run({"receiver"_q, "remove"_q, "Press"_q}), 1);
+    EXPECT_TRUE(mError.contains("No receiver of \"Press\" starts with the log-on.")) << mError.constData();
+    for (int count = 0; count < 2; ++count)
+        ASSERT_EQ(Install(), 0) << mError.constData();
+    EXPECT_FALSE(GetResult()["IsStarted"_q].toBool());
+    EXPECT_TRUE(GetResult()["Place"_q].toString().contains(mKey));
+    EXPECT_EQ(GetStatus(), QList<bool>({false}));
+    {
+        const PrinterProcessor other(mSandbox, {"--hopbox"_q, "Other"_q});
+        EXPECT_EQ(GetStatus(), QList<bool>({false}));
+        const PrinterProcessor own(mSandbox, {"--hopbox"_q, mKey});
+        EXPECT_EQ(GetStatus(), QList<bool>({true}));
+    }
+    ASSERT_EQ(Run({"delete"_q, "Press"_q}), 0);
+    EXPECT_EQ(Run({"receiver"_q, "status"_q}), 0);
+    EXPECT_TRUE(mOutput.contains(mKey.toUtf8() + " (deleted)")) << mOutput.constData();
+    EXPECT_EQ(Run({"receiver"_q, "remove"_q, mKey}), 0) << mError.constData();
+    EXPECT_EQ(GetStatus(), QList<bool>());
+}
+
+TEST_F(ReceiverCommandsTest, WhatCanNotStartIsRefused)
+{
+    const struct
+    {
+        QStringList call;
+        int status;
+        const char* error;
+    } cases[] = {
+        {"receiver|install|None|--inbox|in"_list, 1, "No Hopbox is registered as \"None\"."},
+        {"receiver|install|Press"_list, 2, "--inbox"},
+        {"receiver|install|Press|--inbox="_list, 2, "\"--inbox\" takes a folder, not \"\"."},
+        {"receiver|install|Press|--inbox|in|--run|no-such"_list, 2, "\"--run\" takes a program, not"},
+    };
+    for (const auto& test : cases) {
+        EXPECT_EQ(Run(test.call), test.status) << test.error;
+        EXPECT_TRUE(mError.contains(test.error)) << mError.constData();
+    }
+    EXPECT_EQ(GetStatus(), QList<bool>());
+}

@@ -1,0 +1,89 @@
+#include "CommandFixture.h"
+
+#include <QStandardPaths>
+
+namespace
+{
+// With a service manager that only notes what it is asked for, and fails when it is told to.
+class ReceiverUnitTest : public CommandTest
+{
+protected:
+    ReceiverUnitTest()
+    {
+        qputenv("XDG_CONFIG_HOME", GetPath("config").toUtf8());
+        qputenv("PATH", GetPath("bin").toUtf8() + ':' + mPath);
+        WriteFile(GetPath("bin/systemctl"), "#!/bin/sh\necho \"$@\" >> '" + GetPath("asked").toUtf8() +
+                                                "'\n[ ! -e '" + GetPath("fail").toUtf8() +
+                                                "' ] || { echo no bus; exit 1; }\n");
+        QFile::setPermissions(GetPath("bin/systemctl"), QFile::ReadOwner | QFile::ExeOwner);
+        WriteFile(GetPath("a.joboptions"), "<< /A 1 >> setdistillerparams");
+        EXPECT_EQ(Run({"create"_q, mName, "--job-options"_q, "a.joboptions"_q, "--json"_q}), 0);
+        mKey = GetResult()["Key"_q].toString();
+        mUnit = "hopbox-receiver-"_q + mKey + ".service"_q;
+    }
+    ~ReceiverUnitTest() override
+    {
+        qputenv("PATH", mPath);
+        qunsetenv("XDG_CONFIG_HOME");
+    }
+
+    const QByteArray mPath = qgetenv("PATH");
+    const QString mName = "Pr\u00E4ss 100%i $HOME \"x\" \\"_q;
+    QString mKey;
+    QString mUnit;
+};
+}  // namespace
+
+TEST_F(ReceiverUnitTest, TheUnitIsOneThatTheSystemTakesWhateverTheNames)
+{
+    const QString inbox = GetPath("in %h $HOME \"\\ \u65E5");
+    ASSERT_EQ(Run({"receiver"_q, "install"_q, mName, "--inbox"_q, inbox, "--mode"_q, "0640"_q, "--run"_q,
+                   "cp"_q, "--run-argument"_q, "-t"_q, "--run-argument"_q, "; x"_q}),
+              0)
+        << mError.constData();
+    const QString file = GetPath("config/systemd/user/") + mUnit;
+    EXPECT_EQ(mOutput, file.toUtf8() + '\n');
+    const QByteArray unit = ReadFile(file);
+    const QString shown =
+        QString(inbox).replace("\\"_q, "\\\\"_q).replace("%"_q, "%%"_q).replace("\""_q, "\\\""_q);
+    const QString words =
+        "\"--hopbox\" \"%1\" \"--inbox\" \"%2\" \"--mode\" \"0640\" \"--run\" \"%3\" "
+        "\"--run-argument=-t\" \"--run-argument=; x\"\n"_q;
+    EXPECT_TRUE(unit.contains(words.arg(mKey, shown, QStandardPaths::findExecutable("cp"_q)).toUtf8()))
+        << unit.constData();
+    EXPECT_TRUE(unit.contains("Environment=\"MORVANE_ROOT=" + mSandbox.GetPath().toUtf8() + "\"\n"))
+        << unit.constData();
+    EXPECT_EQ(QFile::symLinkTarget(GetPath("config/systemd/user/default.target.wants/") + mUnit), file);
+    EXPECT_EQ(ReadFile(GetPath("asked")), "--user daemon-reload\n--user restart " + mUnit.toUtf8() + '\n');
+
+    QProcess verify;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("XDG_RUNTIME_DIR"_q, mSandbox.GetPath());
+    environment.insert("PATH"_q, QString::fromUtf8(mPath));
+    verify.setProcessEnvironment(environment);
+    verify.start("systemd-analyze"_q, {"--user"_q, "verify"_q, file});
+    ASSERT_TRUE(verify.waitForFinished()) << "systemd-analyze is missing";
+    EXPECT_EQ(verify.readAllStandardError().toStdString(), "");
+    EXPECT_EQ(verify.exitCode(), 0);
+
+    ASSERT_EQ(Run({"receiver"_q, "remove"_q, mName}), 0) << mError.constData();
+    EXPECT_TRUE(
+        ReadFile(GetPath("asked")).contains("--user stop " + mUnit.toUtf8() + "\n--user daemon-reload\n"));
+    EXPECT_EQ(ReadTree(GetPath("config")).keys().filter(mKey), QStringList());
+}
+
+TEST_F(ReceiverUnitTest, WithoutAServiceManagerItStartsWithTheNextLogOn)
+{
+    WriteFile(GetPath("fail"), "");
+    ASSERT_EQ(Run({"receiver"_q, "install"_q, mName, "--inbox"_q, "in"_q}), 0);
+    EXPECT_EQ(mError,
+              "hopboxctl: warning: The receiver starts with the next log-on, not now. systemctl: no bus\n");
+    EXPECT_TRUE(QFile::exists(GetPath("config/systemd/user/") + mUnit));
+    WriteFile(GetPath("asked"), "");
+    ASSERT_EQ(Run({"receiver"_q, "install"_q, mName, "--inbox"_q, "in"_q, "--no-start"_q}), 0);
+    EXPECT_EQ(ReadFile(GetPath("asked")), "");
+    WriteFile(GetPath("blocked"), "");
+    qputenv("XDG_CONFIG_HOME", GetPath("blocked").toUtf8());
+    EXPECT_EQ(Run({"receiver"_q, "install"_q, mName, "--inbox"_q, "in"_q}), 1);
+    EXPECT_TRUE(mError.contains("can't be written")) << mError.constData();
+}
