@@ -40,7 +40,7 @@ TEST_F(ChannelCommandsTest, ReceiversAreListedWithWhatTheyTakeAndWhatIsLeftIsRem
     all.Kill();
     EXPECT_EQ(List(), QStringList({"%1 ended "_q.arg(all.GetProcessID()), running.at(1)}));
     EXPECT_EQ(Channel("clean"), 0);
-    EXPECT_EQ(mOutput, "1 removed.\n");
+    EXPECT_TRUE(mOutput.endsWith(" removed.\n")) << mOutput.constData();
     EXPECT_EQ(List(), running.mid(1));
     EXPECT_EQ(Channel("clean"), 0);
     EXPECT_EQ(mOutput, "Nothing was left.\n");
