@@ -5,13 +5,10 @@
 #include "apps/hopboxctl/PrefsFile.h"
 #include "apps/hopboxctl/ProjectPlace.h"
 #include "foundation/core/GException.h"
-#include "foundation/ipc/GPPIPCManager.h"
 #include "foundation/prefs/GPrefFileModule.h"
 #include "foundation/prefs/GPrefMemoryModule.h"
 #include "foundation/system/GDamagedCopies.h"
 #include "foundation/system/GFileSystemBase.h"
-#include "foundation/system/GProcessInfo.h"
-#include "hopbox/HopboxMessages.h"
 #include "hopbox/HopboxProject.h"
 #include "hopbox/HopboxRegistry.h"
 
@@ -232,18 +229,4 @@ void Doctor::LookAtFolders(QVector<Finding>& findings)
              QStringLiteral("The folder for temporary files, \"%1\", can't be used.").arg(temporary),
              QStringLiteral("look at its rights, or set TMPDIR"),
              {}});
-}
-
-void Doctor::LookAtReceivers(QVector<Finding>& findings)
-{
-    for (const uint32_t process : GProcessInfo::GetProcessIDs(HopboxMessage::cProcessImage)) {
-        if (GPPIPCManager::Get()->GetReceiverState(process) == GPPIPCState::Reachable)
-            return;
-    }
-    findings.append(
-        {"no-receiver",
-         QStringLiteral("No receiver is running that could take a job."),
-         QStringLiteral("PrinterProcessorWin.exe --inbox DIR (\"hopboxctl notify\" says why a running one "
-                        "can't be reached)"),
-         {}});
 }

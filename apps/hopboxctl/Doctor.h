@@ -25,5 +25,8 @@ void LookAtHopboxes(const HopboxRegistry& registry, QVector<Finding>& findings);
 void LookAtProjectFolders(const HopboxRegistry& registry, QVector<Finding>& findings);
 void LookAtPlugInSettings(QVector<Finding>& findings);
 void LookAtFolders(QVector<Finding>& findings);
-void LookAtReceivers(QVector<Finding>& findings);
+void LookAtReceivers(const HopboxRegistry& registry, QVector<Finding>& findings);
+void LookAtJobOptions(const HopboxRegistry& registry, QVector<Finding>& findings);
+void LookAtChannel(QVector<Finding>& findings);
+void LookAtWorkFolder(QVector<Finding>& findings);
 }  // namespace Doctor

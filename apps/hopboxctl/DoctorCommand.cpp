@@ -31,7 +31,10 @@ QVector<Finding> LookAtEverything()
     Try(findings, [&] { Doctor::LookAtHopboxes(HopboxRegistry(), findings); });
     Try(findings, [&] { Doctor::LookAtProjectFolders(HopboxRegistry(), findings); });
     Try(findings, [&] { Doctor::LookAtPlugInSettings(findings); });
-    Try(findings, [&] { Doctor::LookAtReceivers(findings); });
+    Try(findings, [&] { Doctor::LookAtJobOptions(HopboxRegistry(), findings); });
+    Try(findings, [&] { Doctor::LookAtWorkFolder(findings); });
+    Try(findings, [&] { Doctor::LookAtChannel(findings); });
+    Try(findings, [&] { Doctor::LookAtReceivers(HopboxRegistry(), findings); });
     return findings;
 }
 
@@ -77,14 +80,15 @@ int Run(const CliCall& call)
 }
 }  // namespace
 
-const Command cDoctorCommand = {
-    {"doctor",
-     "look for everything that may keep exports from working",
-     "It looks at the registry, the Hopboxes, their project folders, the plug-in's settings, the rights of "
-     "folders and "
-     "the receivers. Below each problem stands the command that mends it. Problems set the exit status to 1.",
-     {},
-     {{"fix", "", "mend what can be mended without losing anything"}},
-     {{"hopboxctl doctor", "Looks at everything and changes nothing."},
-      {"hopboxctl doctor --fix", "Mends what is safe to mend."}}},
-    Run};
+const Command cDoctorCommand = {{"doctor",
+                                 "look for everything that may keep exports from working",
+                                 "It looks at the registry, the Hopboxes, their project folders and job "
+                                 "options, the plug-in's settings, the "
+                                 "rights of folders, what exports left, the receivers and their queues. "
+                                 "Below each problem stands the command "
+                                 "that mends it. Problems set the exit status to 1.",
+                                 {},
+                                 {{"fix", "", "mend what can be mended without losing anything"}},
+                                 {{"hopboxctl doctor", "Looks at everything and changes nothing."},
+                                  {"hopboxctl doctor --fix", "Mends what is safe to mend."}}},
+                                Run};

@@ -7,6 +7,8 @@
 #include "hosts/layout_host/commandline/LastResort.h"
 #include "hosts/layout_host/window/HostWindow.h"
 #include "hosts/scribus/panels/HostTexts.h"
+#include "hosts/scribus/pdf/SettingsReport.h"
+#include "joboptions/JobOptions.h"
 
 #include <QApplication>
 #include <QJsonDocument>
@@ -55,6 +57,19 @@ int RunExport(const CommandLine& line)
     return CliConsole::Finish() && isDone ? cCliDone : cCliFailed;
 }
 
+int ReportJobOptions(const QString& path)
+{
+    JobOptions options;
+    QString fault;
+    if (!options.Read(path, fault)) {
+        CliConsole::PrintError(fault);
+        return cCliFailed;
+    }
+    const QJsonObject report{{QStringLiteral("settings"), SettingsReport::Make(options)}};
+    CliConsole::Print(QString::fromUtf8(QJsonDocument(report).toJson()));
+    return CliConsole::Finish() ? cCliDone : cCliFailed;
+}
+
 int RunWindow(const CommandLine& line)
 {
     HostTexts::Load(QLocale::system());
@@ -70,6 +85,8 @@ int main(int argc, char** argv)
     CommandLine line;
     if (const std::optional<int> status = CommandLine::Read(argc, argv, line))
         return *status;
+    if (!line.jobOptions.isEmpty())
+        return ReportJobOptions(line.jobOptions);
     if (line.isExport)
         GoOffscreen();
     if (!HasDisplay()) {

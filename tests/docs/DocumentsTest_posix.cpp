@@ -6,6 +6,10 @@
 #include <QDirIterator>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QTemporaryDir>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace
 {
@@ -62,17 +66,31 @@ QString Normalize(QString text)
     return text;
 }
 
-// A shell of a user who follows a page: the page's own folder is one of the sandbox.
+// Who follows a page. Somebody else than this user has rights and a home of his own, and no MORVANE_ROOT.
+struct User
+{
+    uid_t number = 0;  // 0: this user
+    gid_t group = 0;   // one more, beside his own
+};
+
+// A shell of a user who follows a page, in a folder in place of the page's own.
 class Walk
 {
 public:
-    explicit Walk(const Sandbox& sandbox, const QString& folder)
-        : mFolder(sandbox.GetPath("walk"_q)), mShown(folder)
+    Walk(const QString& folder, const QString& shown, const User& user = {})
+        : mFolder(folder), mShown(shown), mUser(user)
     {
-        EXPECT_TRUE(QDir().mkpath(mFolder));
+        EXPECT_TRUE(QDir().mkpath(mFolder + "/Temp"_q));
         // In place of the service manager, which a test has no right to.
         EXPECT_TRUE(WriteFile(mFolder + "/bin/systemctl"_q, "#!/bin/sh\n"));
-        QFile::setPermissions(mFolder + "/bin/systemctl"_q, QFile::ReadOwner | QFile::ExeOwner);
+        QFile::setPermissions(mFolder + "/bin/systemctl"_q,
+                              QFile::ReadOwner | QFile::ExeOwner | QFile::ReadOther | QFile::ExeOther);
+        if (mUser.number == 0)
+            return;
+        for (const char* name : {"", "/Temp"}) {
+            const QByteArray path = (mFolder + QLatin1String(name)).toUtf8();
+            EXPECT_EQ(chown(path.constData(), mUser.number, mUser.number), 0);
+        }
     }
 
     // Types every step; gives the output of each and, where it failed, a line "status N".
@@ -82,30 +100,81 @@ public:
         for (const Step& step : steps)
             script += "{ "_q + Localize(step.command) +
                       "\n} 2>&1; s=$?; [ $s = 0 ] || echo \"status $s\"; printf '\\f'\n"_q;
+        QStringList call = {"bash"_q, "-c"_q, script};
+        if (mUser.number != 0)
+            call = QStringList{"setpriv"_q,
+                               "--reuid"_q,
+                               QString::number(mUser.number),
+                               "--regid"_q,
+                               QString::number(mUser.number),
+                               "--groups"_q,
+                               QString::number(mUser.group)} +
+                   call;
         QProcess shell;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        const QString programs = QFileInfo(GetProgramPath("hopboxctl")).path();
-        environment.insert("PATH"_q,
-                           mFolder + "/bin:"_q + programs + QLatin1Char(':') + environment.value("PATH"_q));
-        environment.insert("XDG_CONFIG_HOME"_q, mFolder + "/config"_q);
-        environment.insert("MORVANE_ROOT"_q, mFolder + "/root"_q);
-        // Qt's offscreen platform never frees its screen; a leak would be layout-host's exit status.
-        const QString leaks = mFolder + "/leaks"_q;
-        EXPECT_TRUE(WriteFile(leaks, "leak:libqoffscreen.so\n"));
-        environment.insert("LSAN_OPTIONS"_q, "print_suppressions=0:suppressions="_q + leaks);
-        shell.setProcessEnvironment(environment);
+        shell.setProcessEnvironment(MakeEnvironment());
         shell.setWorkingDirectory(mFolder);
-        shell.start("bash"_q, {"-c"_q, script});
+        shell.start(call.first(), call.mid(1));
         EXPECT_TRUE(shell.waitForFinished(120000));
         return QString::fromUtf8(shell.readAllStandardOutput()).split(QLatin1Char('\f'));
     }
 
-    QString Localize(QString text) const { return text.replace(mShown, mFolder); }
+    // What the page shows, as it is here.
+    QString Localize(QString text) const
+    {
+        if (mUser.number != 0) {
+            text.replace(mShown + "/root/AppData"_q, mFolder + "/.config"_q);
+            text.replace(mShown + "/root"_q, mFolder);
+        }
+        return text.replace(mShown, mFolder);
+    }
 
 private:
+    QProcessEnvironment MakeEnvironment() const
+    {
+        QProcessEnvironment environment =
+            mUser.number == 0 ? QProcessEnvironment::systemEnvironment() : QProcessEnvironment();
+        const QString programs = QFileInfo(GetProgramPath("hopboxctl")).path();
+        environment.insert("PATH"_q,
+                           mFolder + "/bin:"_q + programs + QLatin1Char(':') + qEnvironmentVariable("PATH"));
+        if (mUser.number == 0) {
+            environment.insert("MORVANE_ROOT"_q, mFolder + "/root"_q);
+            environment.insert("XDG_CONFIG_HOME"_q, mFolder + "/config"_q);
+        } else {
+            environment.insert("HOME"_q, mFolder);
+            environment.insert("TMPDIR"_q, mFolder + "/Temp"_q);
+            environment.insert("LANG"_q, "C.UTF-8"_q);
+            environment.insert("LOGNAME"_q, "anna"_q);
+        }
+        // Qt's offscreen platform never frees its screen; a leak would be layout-host's exit status.
+        const QString leaks = mFolder + "/leaks"_q;
+        EXPECT_TRUE(WriteFile(leaks, "leak:libqoffscreen.so\n"));
+        environment.insert("LSAN_OPTIONS"_q, "print_suppressions=0:suppressions="_q + leaks);
+        return environment;
+    }
+
     QString mFolder;
     QString mShown;
+    User mUser;
 };
+
+// Types the steps of a page, and compares what comes out with what the page shows.
+void Follow(const QString& page, Walk walk, int leastSteps)
+{
+    const QVector<Step> steps = ReadSteps(ReadPage(page));
+    ASSERT_GE(steps.size(), leastSteps);
+    const QStringList outputs = walk.Type(steps);
+    ASSERT_EQ(outputs.size(), steps.size() + 1);
+    for (int at = 0; at < steps.size(); ++at) {
+        const QString output = Normalize(outputs.at(at)).remove(QRegularExpression("status \\d+\n$"_q));
+        const bool mayFail = steps.at(at).output.startsWith("hopboxctl: "_q);
+        EXPECT_TRUE(mayFail || !outputs.at(at).contains(QRegularExpression("status \\d+\n$"_q)))
+            << steps.at(at).command.toStdString() << ": " << outputs.at(at).toStdString();
+        if (!steps.at(at).output.isEmpty()) {
+            EXPECT_EQ(output.toStdString(), Normalize(walk.Localize(steps.at(at).output)).toStdString())
+                << steps.at(at).command.toStdString();
+        }
+    }
+}
 }  // namespace
 
 TEST(DocumentsTest, WhatAPageSaysToTypeGivesWhatItShows)
@@ -118,22 +187,50 @@ TEST(DocumentsTest, WhatAPageSaysToTypeGivesWhatItShows)
     for (const auto& page : pages) {
         SCOPED_TRACE(page.page);
         const Sandbox sandbox;
-        Walk walk(sandbox, QLatin1String(page.folder));
-        const QVector<Step> steps = ReadSteps(ReadPage(QLatin1String(page.page)));
-        ASSERT_GE(steps.size(), page.leastSteps);
-        const QStringList outputs = walk.Type(steps);
-        ASSERT_EQ(outputs.size(), steps.size() + 1);
-        for (int at = 0; at < steps.size(); ++at) {
-            const QString output = Normalize(outputs.at(at)).remove(QRegularExpression("status \\d+\n$"_q));
-            const bool mayFail = steps.at(at).output.startsWith("hopboxctl: "_q);
-            EXPECT_TRUE(mayFail || !outputs.at(at).contains(QRegularExpression("status \\d+\n$"_q)))
-                << steps.at(at).command.toStdString() << ": " << outputs.at(at).toStdString();
-            if (!steps.at(at).output.isEmpty()) {
-                EXPECT_EQ(output.toStdString(), Normalize(walk.Localize(steps.at(at).output)).toStdString())
-                    << steps.at(at).command.toStdString();
-            }
-        }
+        Follow(QLatin1String(page.page), Walk(sandbox.GetPath("walk"_q), QLatin1String(page.folder)),
+               page.leastSteps);
     }
+}
+
+// For an ordinary user the test above is that already, but for the root of his own, which keeps his files
+// out.
+TEST(DocumentsTest, TheGuideHoldsForOrdinaryUsersWithoutARootOfTheirOwn)
+{
+    if (geteuid() != 0)
+        return;
+    constexpr User cFirst{61201, 61210};
+    constexpr User cSecond{61202, 61202};
+    const QTemporaryDir folder;
+    ASSERT_EQ(chmod(folder.path().toUtf8().constData(), 0755), 0);
+    const QString first = folder.filePath("first"_q);
+    const QString second = folder.filePath("second"_q);
+    const Walk walk(first, "/tmp/hbguide"_q, cFirst);
+    const QByteArray inbox = (first + "/inbox"_q).toUtf8();
+    ASSERT_TRUE(mkdir(inbox.constData(), 0750) == 0 &&
+                chown(inbox.constData(), cFirst.number, cFirst.group) == 0);
+    Follow("docs/guide.md"_q, walk, 15);
+    struct stat status = {};
+    ASSERT_EQ(stat((inbox + "/nl2.sla.pdf").constData(), &status), 0);
+    EXPECT_EQ(status.st_uid, cFirst.number);
+    EXPECT_EQ(status.st_gid, cFirst.group) << "the group of the inbox";
+    EXPECT_EQ(status.st_mode & 0777, 0644U);
+
+    Walk move(second, "/tmp/hbguide"_q, cSecond);
+    const QString carried = second + "/Press.hopbox"_q;
+    ASSERT_TRUE(QFile::copy(first + "/Press.hopbox"_q, carried));
+    ASSERT_EQ(chown(carried.toUtf8().constData(), cSecond.number, cSecond.number), 0);
+    const QStringList outputs = move.Type({
+        {"hopboxctl import Press.hopbox --name Moved > /dev/null && hopboxctl check Moved"_q, {}},
+        {"PrinterProcessorWin.exe --inbox inbox --count 1 --timeout 90 > tickets.json 2> receiver.log &"_q,
+         {}},
+        {"until grep -q ready receiver.log; do sleep 0.1; done"_q, {}},
+        {"layout-host --export /usr/share/scribus/templates/nl2/nl2.sla.gz --hopbox Moved --pages 1 --force > out.json"_q,
+         {}},
+        {"wait; ls inbox"_q, {}},
+    });
+    EXPECT_TRUE(outputs.first().contains(second + "/.config/Morvane/Hopbox/Cache/Settings/Moved/"_q))
+        << outputs.first().toStdString();
+    EXPECT_EQ(outputs.value(4), "nl2.sla.pdf\n"_q) << outputs.join(QLatin1Char('|')).toStdString();
 }
 
 TEST(DocumentsTest, EverySettingAndEveryAlertHasItsLine)

@@ -27,9 +27,13 @@ const CliProgram cProgram = {
        {"force", "",
         "export even if an image or a colour profile is missing, or an image has too few dots for the job "
         "options"},
-       {"timeout", "SECONDS", "take no longer than this; 300 without it"}},
+       {"timeout", "SECONDS", "take no longer than this; 300 without it"},
+       {"check-job-options", "FILE",
+        "print, as JSON, the settings of job options that an export can't honour as they stand"}},
       {{"layout-host --export Report.sla --hopbox Press --pages 1-3",
-        "Exports three pages to the Hopbox \"Press\"."}}}},
+        "Exports three pages to the Hopbox \"Press\"."},
+       {"layout-host --check-job-options Press.joboptions",
+        "Says what an export can't do as the job options ask."}}}},
     {{"exit status",
       "  0  the export succeeded, or the window was closed\n"
       "  1  it failed; the JSON object says why\n"
@@ -55,6 +59,8 @@ QString FindFault(const CliCall& call)
             return QStringLiteral("\"--%1\" needs \"--export\" or \"--export-book\".")
                 .arg(QLatin1String(option));
     }
+    if (call.Has("check-job-options") && (isExport || !call.GetArguments().isEmpty()))
+        return QStringLiteral("\"--check-job-options\" stands alone.");
     if (!isExport)
         return {};
     if (call.GetAll("export").size() + call.GetAll("export-book").size() > 1)
@@ -82,6 +88,7 @@ std::optional<int> CommandLine::Read(int argc, char** argv, CommandLine& line)
                     .arg(QString::number(cLongestRun), call.Get("timeout"));
     if (!fault.isEmpty())
         return RefuseCli(cProgram, call.GetCommand(), fault);
+    line.jobOptions = call.Get("check-job-options");
     line.isExport = call.Has("hopbox");
     line.isBook = call.Has("export-book");
     line.files = call.GetArguments() + call.GetAll("export") + call.GetAll("export-book");

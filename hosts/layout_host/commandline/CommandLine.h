@@ -13,6 +13,7 @@ struct CommandLine
     // or the call was wrong, which is told.
     static std::optional<int> Read(int argc, char** argv, CommandLine& line);
 
+    QString jobOptions;     // to be reported on, and nothing else; empty: none
     bool isExport = false;  // run one export and end; else show the window, with `files` open in it
     QStringList files;      // documents and books; exactly one for an export
     bool isBook = false;    // whether that one is a book

@@ -1,3 +1,4 @@
+#include "foundation/system/PSystem.h"
 #include "tests/support/PrinterProcessor.h"
 
 #include "CommandFixture.h"
@@ -138,6 +139,9 @@ TEST_F(DoctorTest, EachDamageIsFoundNamedAndMendedWhereThatIsSafe)
          },
          false},
         {"log", [&] { WriteFile(mPreferences + "Morvane.log"_q, "x"); }, false},
+        {"receiver-ended", [&] { PrinterProcessor(mSandbox, {}).Kill(); }, true},
+        {"work-folder",
+         [&] { WriteFile(GetPath("Temp/") + PSystem::GetLogonName() + "/Press/a.pdf"_q, "a pdf"); }, false},
         {"!temporary-folder",
          [&] {
              QDir(GetPath("Temp")).removeRecursively();
@@ -164,6 +168,16 @@ TEST_F(DoctorTest, EachDamageIsFoundNamedAndMendedWhereThatIsSafe)
             << mOutput.toStdString();
         EXPECT_EQ(Look().contains(QLatin1String(test.finding)), !test.isMended);
     }
+}
+
+TEST_F(DoctorTest, TellsWhichHopboxNoReceiverTakes)
+{
+    PrinterProcessor receiver(mSandbox, {"--hopbox"_q, "Press"_q});
+    EXPECT_EQ(Look(), QStringList()) << mOutput.toStdString();
+    Create("Other");
+    EXPECT_EQ(Look(), QStringList("!not-received"_q)) << mOutput.toStdString();
+    EXPECT_TRUE(mOutput.contains("No running receiver takes the jobs of \\\"Other\\\"."))
+        << mOutput.toStdString();
 }
 
 TEST_F(DoctorTest, TellsThatNoReceiverRuns)

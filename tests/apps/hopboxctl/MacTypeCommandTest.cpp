@@ -16,6 +16,11 @@ TEST_F(CommandTest, MacTypePrintsTheTypeOrSaysWhatIsWrong)
     EXPECT_TRUE(
         mOutput.contains("\"result\":{\"creator\":\"CARO\",\"extension\":\"pdf\",\"type\":\"PDF \"}"));
 
+    WriteFile(GetPath("types.xml"),
+              "<MacFileTypes><Record Type=\"PDF \" Creator=\"CARO\" PCExtension=\"own\"/></MacFileTypes>");
+    EXPECT_EQ(Run({"mactype"_q, "--table"_q, "types.xml"_q, file}), 0);
+    EXPECT_TRUE(mOutput.endsWith("extension: own\n")) << mOutput.constData();
+
     WriteFile(companion, "nonsense");
     EXPECT_EQ(Run({"mactype"_q, file}), 1);
     EXPECT_EQ(mOutput + mError, "hopboxctl: Can't read magic number from appledouble file\n");
