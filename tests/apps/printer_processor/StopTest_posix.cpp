@@ -115,6 +115,23 @@ TEST(PrinterProcessor, CountIsExactAndTheRestIsForTheNextStart)
     EXPECT_EQ(QDir(inbox).entryList(QDir::Files).size(), 6);
 }
 
+// What was sent to a receiver of one Hopbox was taken rightly, whatever its next start takes.
+TEST(PrinterProcessor, WhatWasSentBeforeIsTakenByAStartForOtherHopboxes)
+{
+    const Sandbox sandbox;
+    const QString job = sandbox.GetPath("a.pdf"_q);
+    const QStringList call = {"--inbox"_q, sandbox.GetPath("in"_q), "--hopbox"_q};
+    WriteFile(job, "1");
+    {
+        PrinterProcessor first(sandbox, call + QStringList("Press"_q));
+        kill(static_cast<pid_t>(first.GetProcessID()), SIGSTOP);
+        EXPECT_TRUE(HopboxHandOff::SubmitJob("Press"_q, job));
+        first.Kill();
+    }
+    PrinterProcessor next(sandbox, call + QStringList("Other"_q));
+    EXPECT_EQ(ReadFile(next.ReadLine().value("saved"_q).toString()), "1");
+}
+
 // On a disk that is full until room is made.
 CHILD_ROLE(FillInbox)
 {
