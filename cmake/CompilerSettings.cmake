@@ -44,7 +44,7 @@ endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(compiler_settings INTERFACE -Wlogical-op -Wduplicated-cond -Wduplicated-branches)
 elseif(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
-  target_compile_options(compiler_settings INTERFACE -Wunreachable-code -Wextra-semi -Wself-assign)
+  target_compile_options(compiler_settings INTERFACE -Wextra-semi -Wself-assign)
 endif()
 # Text literals say which encoding they are in, and no text becomes bytes by accident.
 target_compile_definitions(compiler_settings INTERFACE

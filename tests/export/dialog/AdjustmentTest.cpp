@@ -142,7 +142,7 @@ TEST_F(DialogTest, WhatIsLeftToTheJobOptionsTellsWhatTheyGive)
                   "setdistillerparams");
     Add("Fixed", "3", "UserSettings=false");
     Open();
-    const auto getTip = [this](QWidget& widget) {
+    const auto getTip = [](QWidget& widget) {
         EXPECT_EQ(widget.accessibleDescription(), widget.toolTip());
         return widget.toolTip();
     };

@@ -326,7 +326,7 @@ TEST_F(CutOffTest, KeeperGetsTheMessagesOfADeadProcessOfTheSameNumber)
 
 TEST_F(CutOffTest, WhoLivesGetsTheRoomOfWhatWasLeft)
 {
-    const auto getName = [this](uint32_t receiver) { return GetQueueName(999999999, receiver); };
+    const auto getName = [](uint32_t receiver) { return GetQueueName(999999999, receiver); };
     const LeftQueues left(getName, 999999999, GPPIPCDirectory::cMostPairs);
     const GPPIPCReceiver receiver([](const GPPIPCMessage&) {});
     EXPECT_EQ(GPPIPCManager::Get()->GetReceiverState(mOwnID), GPPIPCState::Reachable);
