@@ -21,7 +21,7 @@
 #include <cstring>
 #include <string>
 
-#define PRELOADED extern "C" __attribute__((visibility("default")))
+#define PRELOADED extern "C"
 
 namespace
 {
@@ -52,7 +52,7 @@ std::string TakeVariable(const char* name)
     return text;
 }
 
-__attribute__((constructor)) void ReadPlan()
+void ReadPlan()
 {
     Plan& plan = GetPlan();
     plan.root = TakeVariable(cFaultRoot);
@@ -62,6 +62,13 @@ __attribute__((constructor)) void ReadPlan()
     unsetenv("LD_PRELOAD");
     plan.isActive = !plan.root.empty();
 }
+
+// Reads the plan when the library is loaded.
+struct AtLoading
+{
+    AtLoading() { ReadPlan(); }
+};
+const AtLoading cAtLoading;
 
 void Report(const std::string& line)
 {
