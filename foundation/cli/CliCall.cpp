@@ -174,12 +174,12 @@ void CliCall::FindNamed(const CliProgram& program, QStringList& words)
     }
 }
 
-void CliCall::ReadWords(const QStringList& words)
+// Teaches the parser the options and gives what the arguments are read into.
+static CLI::Option* AddOptions(const std::vector<CliOption>& options, CLI::App& app)
 {
-    CLI::App app;
     app.allow_windows_style_options(false)->allow_extras(true);
     app.set_help_flag("-h,--help");
-    for (const CliOption& option : mCommand->options) {
+    for (const CliOption& option : options) {
         const std::string name = std::string("--") + option.name;
         CLI::Option* added = nullptr;
         if (IsSwitch(option))
@@ -190,11 +190,17 @@ void CliCall::ReadWords(const QStringList& words)
                         ->allow_extra_args(false);
         added->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     }
-    CLI::Option* arguments = app.add_option("ARGUMENTS")
-                                 ->type_size(1)
-                                 ->expected(0, cMostWords)
-                                 ->allow_extra_args()
-                                 ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    return app.add_option("ARGUMENTS")
+        ->type_size(1)
+        ->expected(0, cMostWords)
+        ->allow_extra_args()
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
+void CliCall::ReadWords(const QStringList& words)
+{
+    CLI::App app;
+    const CLI::Option* arguments = AddOptions(mCommand->options, app);
     std::vector<std::string> texts;
     for (const QString& word : words)
         texts.insert(texts.begin(), Encode(word));  // the parser takes them from the end

@@ -135,6 +135,57 @@ QString GetBashCase(const CliCommand& command)
            QStringLiteral("            ;;\n");
 }
 
+// What finds the command of a program that has some: its words become `command`.
+QString GetBashCommandSearch(const CliProgram& program)
+{
+    if (!HasCommands(program))
+        return {};
+    QString text = QStringLiteral(
+                       "    if ((COMP_CWORD == 1)); then\n"
+                       "        COMPREPLY=($(compgen -W %1 -- \"$word\"))\n        return\n    fi\n"
+                       "    command=${COMP_WORDS[1]} start=2\n    case $command in\n")
+                       .arg(Quote(JoinWords(GetWords(program, QString())) +
+                                  QLatin1String(" help --help --version --manual --completion")));
+    for (const QString& group : GetGroups(program))
+        text += QStringLiteral(
+                    "        %1)\n            if ((COMP_CWORD == 2)); then\n"
+                    "                COMPREPLY=($(compgen -W %2 -- \"$word\"))\n"
+                    "                return\n            fi\n"
+                    "            command+=\" ${COMP_WORDS[2]}\" start=3\n            ;;\n")
+                    .arg(group, Quote(JoinWords(GetWords(program, group)) + QLatin1String(" --help")));
+    text += QStringLiteral("    esac\n");
+    return text;
+}
+
+// What completes the word, once it is known which options and arguments there are.
+QString GetBashEnd()
+{
+    return QStringLiteral(
+        "    esac\n"
+        "    for ((at = start; at < COMP_CWORD; at++)); do\n"
+        "        [[ ${COMP_WORDS[at]} == -* || \" $valued \" == *\" ${COMP_WORDS[at-1]} \"* ]] && "
+        "continue\n"
+        "        place=$((place + 1))\n"
+        "    done\n"
+        "    if [[ \" $valued \" != *\" $previous \"* ]]; then\n"
+        "        if [[ $word == -* ]]; then COMPREPLY=($(compgen -W \"$options\" -- \"$word\")); "
+        "return; fi\n"
+        "        ((place < ${#kinds[@]})) || place=$((${#kinds[@]} - 1))\n"
+        "        ((place < 0)) || kind=${kinds[place]}\n"
+        "    fi\n"
+        "    case $kind in\n"
+        "        file) mapfile -t COMPREPLY < <(compgen -f -- \"$word\") ;;\n"
+        "        folder) mapfile -t COMPREPLY < <(compgen -d -- \"$word\") ;;\n"
+        "        name)\n"
+        "            while IFS= read -r at; do\n"
+        "                [[ $at == \"$word\"* ]] && COMPREPLY+=(\"$at\")\n"
+        "            done < <(%1 list --names 2> /dev/null)\n"
+        "            ;;\n"
+        "    esac\n"
+        "}\n"
+        "complete -o filenames -F %2 %1\n");
+}
+
 QString GetBashScript(const CliProgram& program)
 {
     const QString name = QString::fromUtf8(program.name);
@@ -146,51 +197,11 @@ QString GetBashScript(const CliProgram& program)
                        "    COMPREPLY=()\n"
                        "    if [[ $word == '=' ]]; then word=''\n"
                        "    elif [[ $previous == '=' ]]; then previous=${COMP_WORDS[COMP_CWORD-2]}; fi\n");
-    if (HasCommands(program)) {
-        text += QStringLiteral(
-                    "    if ((COMP_CWORD == 1)); then\n"
-                    "        COMPREPLY=($(compgen -W %1 -- \"$word\"))\n        return\n    fi\n"
-                    "    command=${COMP_WORDS[1]} start=2\n    case $command in\n")
-                    .arg(Quote(JoinWords(GetWords(program, QString())) +
-                               QLatin1String(" help --help --version --manual --completion")));
-        for (const QString& group : GetGroups(program))
-            text += QStringLiteral(
-                        "        %1)\n            if ((COMP_CWORD == 2)); then\n"
-                        "                COMPREPLY=($(compgen -W %2 -- \"$word\"))\n"
-                        "                return\n            fi\n"
-                        "            command+=\" ${COMP_WORDS[2]}\" start=3\n            ;;\n")
-                        .arg(group, Quote(JoinWords(GetWords(program, group)) + QLatin1String(" --help")));
-        text += QStringLiteral("    esac\n");
-    }
+    text += GetBashCommandSearch(program);
     text += QStringLiteral("    case $command in\n");
     for (const CliCommand& command : program.commands)
         text += GetBashCase(command);
-    text += QStringLiteral(
-                "    esac\n"
-                "    for ((at = start; at < COMP_CWORD; at++)); do\n"
-                "        [[ ${COMP_WORDS[at]} == -* || \" $valued \" == *\" ${COMP_WORDS[at-1]} \"* ]] && "
-                "continue\n"
-                "        place=$((place + 1))\n"
-                "    done\n"
-                "    if [[ \" $valued \" != *\" $previous \"* ]]; then\n"
-                "        if [[ $word == -* ]]; then COMPREPLY=($(compgen -W \"$options\" -- \"$word\")); "
-                "return; fi\n"
-                "        ((place < ${#kinds[@]})) || place=$((${#kinds[@]} - 1))\n"
-                "        ((place < 0)) || kind=${kinds[place]}\n"
-                "    fi\n"
-                "    case $kind in\n"
-                "        file) mapfile -t COMPREPLY < <(compgen -f -- \"$word\") ;;\n"
-                "        folder) mapfile -t COMPREPLY < <(compgen -d -- \"$word\") ;;\n"
-                "        name)\n"
-                "            while IFS= read -r at; do\n"
-                "                [[ $at == \"$word\"* ]] && COMPREPLY+=(\"$at\")\n"
-                "            done < <(%1 list --names 2> /dev/null)\n"
-                "            ;;\n"
-                "    esac\n"
-                "}\n"
-                "complete -o filenames -F %2 %1\n")
-                .arg(name, function);
-    return text;
+    return text + GetBashEnd().arg(name, function);
 }
 
 // A text within one of the specifications of _arguments.

@@ -101,11 +101,57 @@ PdfWishes PdfSettings::MakeWishes(bool managesColors) const
     return made;
 }
 
+using OptionRow = std::pair<const char*, double>;
+
+static void Add(std::initializer_list<OptionRow> rows, QJsonObject& options)
+{
+    for (const OptionRow& row : rows)
+        options.insert(QLatin1String(row.first), row.second);
+}
+
+static void AddMarks(const PdfSettings& settings, QJsonObject& options)
+{
+    Add(
+        {
+            {"cropMarks", settings.cropMarks ? 1.0 : 0.0},
+            {"bleedMarks", settings.bleedMarks ? 1.0 : 0.0},
+            {"registrationMarks", settings.registrationMarks ? 1.0 : 0.0},
+            {"colorMarks", settings.colorBars ? 1.0 : 0.0},
+            {"docInfoMarks", settings.pageInformation ? 1.0 : 0.0},
+            {"markOffset", settings.markOffset},
+            {"markLength", cMarkLength},
+            {"useDocBleeds", settings.usesDocumentBleed ? 1.0 : 0.0},
+            {"bleedt", settings.bleedTop},
+            {"bleedb", settings.bleedBottom},
+            {"bleedl", settings.bleedInside},
+            {"bleedr", settings.bleedOutside},
+        },
+        options);
+}
+
+// Off, what a document may have stored from its last export by hand.
+static void AddUnwanted(QJsonObject& options)
+{
+    Add(
+        {
+            {"encrypt", 0},
+            {"domulti", 0},
+            {"mirrorH", 0},
+            {"mirrorV", 0},
+            {"rotateDeg", 0},
+            {"doClip", 0},
+            {"presentation", 0},
+            {"uselpi", 0},
+            {"usespot", 1},
+        },
+        options);
+}
+
 QJsonObject PdfSettings::MakeOptions() const
 {
     const auto flag = [](bool isOn) { return isOn ? 1 : 0; };
     constexpr int cWithoutLoss = 2;
-    return {
+    QJsonObject options{
         {QStringLiteral("version"), GetVersionNumber(*this)},
         {QStringLiteral("compress"), flag(isCompressed)},
         {QStringLiteral("compressmtd"), cWithoutLoss},
@@ -119,31 +165,12 @@ QJsonObject PdfSettings::MakeOptions() const
         {QStringLiteral("profiles"), flag(KeepsColors())},
         {QStringLiteral("profilei"), flag(KeepsColors())},
         {QStringLiteral("noembicc"), 0},
-        {QStringLiteral("cropMarks"), flag(cropMarks)},
-        {QStringLiteral("bleedMarks"), flag(bleedMarks)},
-        {QStringLiteral("registrationMarks"), flag(registrationMarks)},
-        {QStringLiteral("colorMarks"), flag(colorBars)},
-        {QStringLiteral("docInfoMarks"), flag(pageInformation)},
-        {QStringLiteral("markOffset"), markOffset},
-        {QStringLiteral("markLength"), cMarkLength},
-        {QStringLiteral("useDocBleeds"), flag(usesDocumentBleed)},
-        {QStringLiteral("bleedt"), bleedTop},
-        {QStringLiteral("bleedb"), bleedBottom},
-        {QStringLiteral("bleedl"), bleedInside},
-        {QStringLiteral("bleedr"), bleedOutside},
         {QStringLiteral("thumbnails"), flag(hasThumbnails)},
         {QStringLiteral("bookmarks"), flag(hasBookmarks)},
         {QStringLiteral("useLayers"), flag(hasLayers && !IsX() && version >= 15)},
         {QStringLiteral("binding"), flag(isBoundRight)},
-        // What a document may have stored from its last export by hand.
-        {QStringLiteral("encrypt"), 0},
-        {QStringLiteral("domulti"), 0},
-        {QStringLiteral("mirrorH"), 0},
-        {QStringLiteral("mirrorV"), 0},
-        {QStringLiteral("rotateDeg"), 0},
-        {QStringLiteral("doClip"), 0},
-        {QStringLiteral("presentation"), 0},
-        {QStringLiteral("uselpi"), 0},
-        {QStringLiteral("usespot"), 1},
     };
+    AddMarks(*this, options);
+    AddUnwanted(options);
+    return options;
 }

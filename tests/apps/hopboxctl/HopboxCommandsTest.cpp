@@ -1,44 +1,10 @@
-#include "foundation/core/GEncoding.h"
-
-#include "CommandFixture.h"
+#include "HopboxCommandsFixture.h"
 #include "tests/support/PrinterProcessor.h"
 
 #include <array>
 
 namespace
 {
-// The sandbox has job options to make Hopboxes with.
-class HopboxCommands : public CommandTest
-{
-protected:
-    HopboxCommands() { WriteFile(GetPath("a.joboptions"), "<< /A 1 >> setdistillerparams"); }
-
-    using CommandTest::Run;
-    int Run(const QByteArray& arguments) { return Run(arguments.constData()); }
-
-    // The arguments stand in a text with '|' between them.
-    int Run(const char* arguments) { return Run(QString::fromUtf8(arguments).split(QLatin1Char('|'))); }
-
-    int Create(const QString& name) { return Run({"create"_q, name, "--job-options"_q, "a.joboptions"_q}); }
-
-    QJsonObject GetObject() const { return GetResult().toObject(); }
-    QJsonArray GetArray() const { return GetResult().toArray(); }
-    QString GetText(const char* key) const { return GetObject().value(QLatin1String(key)).toString(); }
-
-    QString GetAppData(const char* relative) const { return GetPath("AppData/") + QLatin1String(relative); }
-
-    // Everything in the sandbox but the registry, which the first look at it makes.
-    QStringList ListFiles() const
-    {
-        QStringList files;
-        for (const QString& name : ReadTree(mSandbox.GetPath()).keys()) {
-            if (!name.contains("Morvane Prefs Folder"_q))
-                files.append(name);
-        }
-        return files;
-    }
-};
-
 // How names become names of folders is tested elsewhere.
 const QStringList cOddNames = {"../../a"_q,
                                "a/b\\c:d*?\"<>|"_q,
@@ -238,78 +204,6 @@ TEST_F(HopboxCommands, ACreateThatFailsLeavesNothingBehind)
     EXPECT_EQ(ListFiles(), before);
 }
 
-TEST_F(HopboxCommands, CheckTellsWhatIsWrong)
-{
-    ASSERT_EQ(Create("Press"_q), 0);
-    ASSERT_EQ(Run("show|Press|--json"), 0);
-    const QString archive = GetText("ContextFilePath");
-    ASSERT_EQ(Run("set|Press|HopboxIconPath=/none.png"), 0);
-    EXPECT_EQ(Run("check|Press"), 1);
-    EXPECT_TRUE(mError.contains("There is no icon")) << mError.toStdString();
-
-    WriteFile(archive, "no archive");
-    EXPECT_EQ(Run("check|Press|--json"), 1);
-    EXPECT_EQ(GetAnswer().value("errors"_q).toArray().size(), 2);
-    EXPECT_TRUE(mError.contains("Can't open zip archive")) << mError.toStdString();
-
-    ASSERT_TRUE(QFile::remove(archive));
-    EXPECT_EQ(Run("check|Press"), 1);
-    EXPECT_TRUE(mError.contains("There is no project archive")) << mError.toStdString();
-    EXPECT_EQ(Run("delete|Press"), 0);
-}
-
-TEST_F(HopboxCommands, DamagedSettingsOfAnArchiveAreToldAndKeptBeforeTheyAreReplaced)
-{
-    ASSERT_TRUE(WriteFile(GetPath("PrinterFiles/a.joboptions"), "<< /A 1 >> setdistillerparams"));
-    const QString text =
-        "#BEGINPREFS\r\n\"PluginSettings\"\r\n#BEGINDICT\r\n\"Trim\" \"true\"\r\n#ENDDICT\r\n\"Other\" x"_q;
-    ASSERT_TRUE(WriteFile(GetPath("Project/Project.prefs"), GEncoding::GetUTF16LittleEndian()->Encode(text)));
-    ASSERT_EQ(Create("Press"_q), 0);
-    ASSERT_EQ(Run("show|Press|--json"), 0);
-    const QString archive = GetText("ContextFilePath");
-    ASSERT_EQ(Run({"zip"_q, "create"_q, archive, "Project"_q, "PrinterFiles"_q}), 0) << mError.toStdString();
-    const QByteArray damaged = ReadFile(archive);
-    EXPECT_EQ(Run("check|Press"), 1);
-    EXPECT_TRUE(mError.contains("are damaged at byte")) << mError.toStdString();
-    for (int count = 0; count < 2; ++count) {
-        EXPECT_EQ(Run("set|Press|--setting|Bleed=true"), 0) << mError.toStdString();
-        EXPECT_EQ(ReadFile(archive + ".damaged"_q), damaged);
-        EXPECT_FALSE(QFile::exists(archive + ".damaged.1"_q));
-        EXPECT_EQ(Run("check|Press"), 0) << mError.toStdString();
-    }
-    EXPECT_TRUE(mOutput.contains("Trim=true"));
-    EXPECT_EQ(Run("delete|Press"), 0) << mError.toStdString();
-}
-
-TEST_F(HopboxCommands, CheckTellsOfAHopboxThatCannotExport)
-{
-    // An archive that another program has made: only its job options and settings are odd.
-    ASSERT_TRUE(WriteFile(GetPath("PrinterFiles/Old.joboptions"), "<< /CompatibilityLevel 1.4 >>"));
-    ASSERT_TRUE(
-        WriteFile(GetPath("Project/Project.prefs"),
-                  "#BEGINPREFS\r\n\"PluginSettings\" #BEGINDICT\r\n\"Bleed\" \"on\"\r\n\"Paper\" \"A4\"\r\n"
-                  "#ENDDICT\r\n#ENDPREFS\r\n"));
-    ASSERT_EQ(Create("Press"_q), 0);
-    EXPECT_EQ(Run("check|Press"), 0);
-    EXPECT_FALSE(mOutput.contains("Note"))
-        << "nothing is odd about a Hopbox of ours: " << mOutput.toStdString();
-
-    const QString utf16 = GetPath("Project/Project.prefs");
-    WriteFile(utf16, GEncoding::GetUTF16LittleEndian()->Encode(QString::fromLatin1(ReadFile(utf16))));
-    ASSERT_EQ(Run("zip|create|odd.zip|Project|PrinterFiles"), 0) << mError.toStdString();
-    ASSERT_EQ(Run({"set"_q, "Press"_q, "ContextFilePath="_q + GetPath("odd.zip")}), 0);
-    EXPECT_EQ(Run("check|Press|--json"), 1);
-    const QJsonArray problems = GetAnswer().value("errors"_q).toArray();
-    ASSERT_EQ(problems.size(), 1);
-    EXPECT_TRUE(
-        problems.at(0).toString().startsWith("The job options \"Old.joboptions\" can't be used: at"_q));
-    EXPECT_EQ(
-        GetObject().value(QLatin1String("Notes")).toArray(),
-        (QJsonArray{
-            "The plug-in passes over a setting. The setting \"Bleed\" can't be \"on\". It takes true or false."_q,
-            "The plug-in passes over a setting. A Hopbox has no setting \"Paper\"."_q}));
-}
-
 TEST_F(HopboxCommands, AForeignArchiveStaysWhenItsHopboxIsDeleted)
 {
     const QString settings = GetAppData("Morvane/Hopbox/Cache/Settings");
@@ -408,80 +302,4 @@ TEST_F(HopboxCommands, SubmitTellsWhatBecameOfTheJobAtEachReceiver)
     EXPECT_TRUE(mError.contains(
         "Process %1 (error 40153): The process has no message receiver.\n"_q.arg(stranger.GetProcessID())
             .toUtf8()));
-}
-
-TEST_F(HopboxCommands, AHopboxMovesInOneFile)
-{
-    WriteFile(GetPath("logo.png"), "icon");
-    ASSERT_EQ(Run("create|Press|--job-options|a.joboptions|--setting|Trim=true|--icon|logo.png|--pdf-"
-                  "settings|Coated"),
-              0);
-    ASSERT_EQ(Run("export|Press|Press.hopbox"), 0) << mError.toStdString();
-    EXPECT_EQ(Run("import|Press.hopbox"), 1);
-    EXPECT_TRUE(mError.contains("registered as \"Press\" already"));
-    ASSERT_EQ(Run("import|Press.hopbox|--name|Copy"), 0) << mError.toStdString();
-    ASSERT_EQ(Run("delete|Copy"), 0);
-
-    // Another user's folders.
-    ASSERT_TRUE(QDir().mkpath(GetPath("Old")) && QDir().rename(GetPath("AppData"), GetPath("Old/AppData")));
-    ASSERT_TRUE(QFile::remove(GetPath("logo.png")));
-    ASSERT_EQ(Run("import|Press.hopbox"), 0) << mError.toStdString();
-    ASSERT_EQ(Run("check|Press|--json"), 0) << mError.toStdString();
-    EXPECT_EQ(GetObject().value("Settings"_q), (QJsonObject{{"Trim"_q, "true"_q}}));
-    EXPECT_TRUE(GetObject().value("Notes"_q).toArray().isEmpty());
-    ASSERT_EQ(Run("show|Press|--json"), 0);
-    EXPECT_EQ(GetText("PDFSettings"), "Coated"_q);
-    EXPECT_EQ(ReadFile(GetText("HopboxIconPath")), "icon");
-    for (const char* path : {"ContextFilePath", "HopboxIconPath", "ApplicationPath"})
-        EXPECT_TRUE(QDir::fromNativeSeparators(GetText(path)).startsWith(GetPath("AppData"))) << path;
-    ASSERT_EQ(Run("delete|Press"), 0);
-    EXPECT_FALSE(QFileInfo::exists(GetAppData("Morvane/Hopbox/Cache/Settings/Press"))) << "the icon goes too";
-
-    // A copy by hand is told.
-    ASSERT_EQ(Create("Other"_q), 0);
-    ASSERT_EQ(Run("set|Other|ContextFilePath=Old/AppData/Morvane/Hopbox/Cache/Settings/Press/Project.hopbox"),
-              0);
-    ASSERT_EQ(Run("check|Other"), 0) << mError.toStdString();
-    EXPECT_TRUE(mOutput.contains("lies among another user's Hopboxes")) << mOutput.toStdString();
-}
-
-TEST_F(HopboxCommands, AFileThatIsNoHopboxIsNotImported)
-{
-    ASSERT_EQ(Create("Press"_q), 0);
-    ASSERT_EQ(Run("export|Press|Press.hopbox"), 0);
-    ASSERT_EQ(Run("zip|extract|Press.hopbox|good"), 0);
-    const auto pack = [this](const char* name, const char* change, const QByteArray& content) {
-        QDir(GetPath("Hopbox")).removeRecursively();
-        EXPECT_TRUE(QDir().mkpath(GetPath("Hopbox")));
-        for (const char* part : {"Record", "Project.hopbox"})
-            WriteFile(GetPath("Hopbox/") + QLatin1String(part),
-                      ReadFile(GetPath("good/Hopbox/") + QLatin1String(part)));
-        content.isEmpty() ? QFile::remove(GetPath("Hopbox/") + QLatin1String(change))
-                          : WriteFile(GetPath("Hopbox/") + QLatin1String(change), content);
-        EXPECT_EQ(Run({"zip"_q, "create"_q, QLatin1String(name), "Hopbox"_q}), 0);
-    };
-    ASSERT_EQ(Run("delete|Press"), 0);
-    pack("NoRecord.hopbox", "Record", "");
-    pack("BadRecord.hopbox", "Record", "nonsense");
-    pack("NoProject.hopbox", "Project.hopbox", "");
-    pack("BadProject.hopbox", "Project.hopbox", "nonsense");
-    const QStringList before = ListFiles();
-    const struct
-    {
-        const char *file, *error;
-    } cases[] = {
-        {"none.hopbox", "there is no file \"none.hopbox\""},
-        {"a.joboptions", "It is no file that \"hopboxctl export\" makes."},
-        {"NoRecord.hopbox", "It holds no Hopbox."},
-        {"BadRecord.hopbox", "It holds no Hopbox."},
-        {"NoProject.hopbox", "\"NoProject.hopbox\" can't be imported. "},
-        {"BadProject.hopbox", "\"BadProject.hopbox\" can't be imported. "},
-    };
-    for (const auto& test : cases) {
-        EXPECT_EQ(Run({"import"_q, QLatin1String(test.file)}), 1) << test.file;
-        EXPECT_TRUE(mError.contains(test.error)) << mError.toStdString();
-    }
-    EXPECT_EQ(ListFiles(), before);
-    EXPECT_EQ(Run("list|--names"), 0);
-    EXPECT_TRUE(mOutput.isEmpty());
 }
