@@ -4,6 +4,7 @@
 #include "apps/hopboxctl/HopboxCheck.h"
 #include "apps/hopboxctl/PrefsFile.h"
 #include "apps/hopboxctl/ProjectPlace.h"
+#include "foundation/core/GErrorCodes.h"
 #include "foundation/core/GException.h"
 #include "foundation/prefs/GPrefFileModule.h"
 #include "foundation/prefs/GPrefMemoryModule.h"
@@ -28,14 +29,17 @@ QString Quote(const QString& word)
            QLatin1Char('\'');
 }
 
+// Raises with the reason when the archive can't be changed.
 bool RemoveSetting(const GPathName& archive, const QString& setting)
 {
     HopboxProject project(archive);
     GPrefMemoryModule settings;
-    if (!project.ReadSettings(settings))
-        return false;
+    bool isDone = project.ReadSettings(settings);
     settings.Remove(HopboxProject::GetPlugInGroup(), setting.toUtf8());
-    return project.WriteSettings(settings);
+    isDone = isDone && project.WriteSettings(settings);
+    if (!isDone)
+        throw GCustomException(GErrorCode::cFile, project.GetLastError());
+    return true;
 }
 
 // What can be read of them. The damaged archive is kept.

@@ -46,7 +46,9 @@ protected:
         WriteFile(GetPath("Project/Project.prefs"),
                   QByteArray(reinterpret_cast<const char*>(settings.utf16()), settings.size() * 2));
         QFile::remove(mArchive);
-        EXPECT_EQ(Run({"zip"_q, "create"_q, mArchive, "Project"_q, "PrinterFiles"_q, "--name-field"_q}), 0)
+        EXPECT_EQ(Run({"zip"_q, "create"_q, mArchive, "Project"_q, "PrinterFiles"_q, "--name-field"_q,
+                       "--level"_q, "0"_q}),
+                  0)
             << mError.toStdString();
     }
 
@@ -178,6 +180,18 @@ TEST_F(DoctorTest, TellsWhichHopboxNoReceiverTakes)
     EXPECT_EQ(Look(), QStringList("!not-received"_q)) << mOutput.toStdString();
     EXPECT_TRUE(mOutput.contains("No running receiver takes the jobs of \\\"Other\\\"."))
         << mOutput.toStdString();
+}
+
+TEST_F(DoctorTest, TellsWhyAMendFails)
+{
+    WriteFile(GetPath("PrinterFiles/b"), "a file that is kept as it is");
+    ReplaceArchive("<< /A 1 >> setdistillerparams", "Paper"_q);
+    const QByteArray damaged = ReadFile(mArchive).replace("that is kept", "that is lost");
+    ASSERT_TRUE(damaged.contains("that is lost"));
+    WriteFile(mArchive, damaged);
+    EXPECT_TRUE(Look({"--fix"_q}).contains("!setting-odd"_q)) << mOutput.toStdString();
+    EXPECT_TRUE(mError.contains("PrinterFiles/b")) << mError.toStdString();
+    EXPECT_EQ(ReadFile(mArchive), damaged);
 }
 
 TEST_F(DoctorTest, TellsThatNoReceiverRuns)
