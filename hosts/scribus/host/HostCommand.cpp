@@ -10,6 +10,8 @@
 
 #include <QJsonObject>
 
+#include <array>
+
 struct HostCommand::Orders
 {
     PdfSettings settings;
@@ -30,6 +32,18 @@ QString GetPath(const IDFile& file)
 {
     return FileUtils::SysFileToPMString(file).GetString();
 }
+
+// Where each setting goes, in the order of its kind.
+constexpr std::array cSwitches = {&PdfSettings::usesDocumentBleed, &PdfSettings::includesSlug,
+                                  &PdfSettings::cropMarks,         &PdfSettings::bleedMarks,
+                                  &PdfSettings::registrationMarks, &PdfSettings::colorBars,
+                                  &PdfSettings::pageInformation};
+static_assert(cSwitches.size() == static_cast<size_t>(PDFSwitch::PageInformation) + 1);
+
+constexpr std::array cLengths = {&PdfSettings::bleedTop,    &PdfSettings::bleedBottom,
+                                 &PdfSettings::bleedInside, &PdfSettings::bleedOutside,
+                                 &PdfSettings::markOffset,  &PdfSettings::markWeight};
+static_assert(cLengths.size() == static_cast<size_t>(PDFLength::MarkWeight) + 1);
 
 template <class Interface>
 class Part : public HostObject<Interface>
@@ -61,55 +75,12 @@ public:
 
     void SetSwitch(PDFSwitch setting, bool isOn) override
     {
-        PdfSettings& settings = mOrders->settings;
-        switch (setting) {
-            case PDFSwitch::UseDocumentBleed:
-                settings.usesDocumentBleed = isOn;
-                break;
-            case PDFSwitch::IncludeSlug:
-                settings.includesSlug = isOn;
-                break;
-            case PDFSwitch::CropMarks:
-                settings.cropMarks = isOn;
-                break;
-            case PDFSwitch::BleedMarks:
-                settings.bleedMarks = isOn;
-                break;
-            case PDFSwitch::RegistrationMarks:
-                settings.registrationMarks = isOn;
-                break;
-            case PDFSwitch::ColorBars:
-                settings.colorBars = isOn;
-                break;
-            case PDFSwitch::PageInformation:
-                settings.pageInformation = isOn;
-                break;
-        }
+        mOrders->settings.*cSwitches.at(static_cast<size_t>(setting)) = isOn;
     }
 
     void SetLength(PDFLength setting, double points) override
     {
-        PdfSettings& settings = mOrders->settings;
-        switch (setting) {
-            case PDFLength::BleedTop:
-                settings.bleedTop = points;
-                break;
-            case PDFLength::BleedBottom:
-                settings.bleedBottom = points;
-                break;
-            case PDFLength::BleedInside:
-                settings.bleedInside = points;
-                break;
-            case PDFLength::BleedOutside:
-                settings.bleedOutside = points;
-                break;
-            case PDFLength::MarkOffset:
-                settings.markOffset = points;
-                break;
-            case PDFLength::MarkWeight:
-                settings.markWeight = points;
-                break;
-        }
+        mOrders->settings.*cLengths.at(static_cast<size_t>(setting)) = points;
     }
 
     int32_t GetReaderSpreads() const override { return mOrders->settings.readerSpreads; }
