@@ -90,9 +90,10 @@ GMessageQueue::GMessageQueue(const GString& name, std::unique_ptr<GSharedSegment
 void GMessageQueue::Post(const GBuffer& message, const GPostPolicy& policy)
 {
     const uint64_t end = PutIn(message, policy);
+    if (GSharedSegment::OutlivesItsUsers() || mOwner.keeper == 0)
+        return;
     // Who posts to himself can't wait for himself, and can't outlive the queue either.
-    const bool isOwn = mOwner.processID == GProcessInfo::GetOwnProcessID();
-    if (mOwner.keeper != 0 && !isOwn && !GSharedSegment::OutlivesItsUsers())
+    if (mOwner.processID != GProcessInfo::GetOwnProcessID())
         WaitUntilTaken(end, policy.limit);
 }
 

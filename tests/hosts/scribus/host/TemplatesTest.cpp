@@ -8,7 +8,7 @@
 
 namespace
 {
-constexpr int cShards = 4;  // so that they run side by side
+constexpr int cShards = 8;  // so that they run side by side
 
 QStringList FindTemplates()
 {
@@ -132,5 +132,5 @@ TEST_P(TemplatesTest, AreExportedOrNameTheirMissingFonts)
     std::printf("%d documents exported, %d refused\n", exported, refused);
 }
 
-INSTANTIATE_TEST_SUITE_P(Quarters, TemplatesTest, ::testing::Range(0, cShards));
+INSTANTIATE_TEST_SUITE_P(Eighths, TemplatesTest, ::testing::Range(0, cShards));
 }  // namespace
