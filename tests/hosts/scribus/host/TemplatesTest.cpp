@@ -4,6 +4,7 @@
 
 #include <QDirIterator>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSet>
 
 namespace
@@ -66,21 +67,31 @@ protected:
     {
         QSet<QString> names;
         for (const DocumentFont& font : info.fonts)
-            names += RunProgram("fc-query"_q, {"-f"_q, "%{postscriptname}"_q, font.file});
+            names.insert(QString::fromUtf8(
+                RunProgram("fc-query"_q, {"-f"_q, "%{postscriptname}\\n"_q, font.file}).split('\n').first()));
         return names;
     }
 
-    // The first word of each line that a program prints; without the mark of a font's subset.
-    static QSet<QString> RunProgram(const QString& program, const QStringList& arguments)
+    static QByteArray RunProgram(const QString& program, const QStringList& arguments)
     {
         QProcess process;
         process.start(program, arguments);
-        EXPECT_TRUE(process.waitForFinished(60000));
-        QSet<QString> words;
-        for (const QString& line :
-             QString::fromUtf8(process.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts))
-            words.insert(line.section(QLatin1Char(' '), 0, 0).section(QLatin1Char('+'), -1));
-        return words;
+        EXPECT_TRUE(process.waitForFinished(60000)) << program.toStdString();
+        return process.readAllStandardOutput();
+    }
+
+    // The names of the fonts in a PDF, without the mark of a subset. By qpdf, as pdffonts takes minutes for
+    // pages of some thousand nested forms.
+    static QSet<QString> GetFonts(const QString& pdf)
+    {
+        const QByteArray content =
+            RunProgram("qpdf"_q, {"--stream-data=preserve"_q, "--object-streams=disable"_q, pdf, "-"_q});
+        const QRegularExpression font("/BaseFont /(?:[A-Z]{6}\\+)?([^\\s/>]+?)(?:-Identity-H)?[\\s/>]"_q);
+        QSet<QString> names;
+        for (auto found = font.globalMatch(QString::fromLatin1(content.data(), content.size()));
+             found.hasNext();)
+            names.insert(found.next().captured(1));
+        return names;
     }
 
     // With `fonts`, they are those in the PDF, nothing that stands for another among them.
@@ -91,8 +102,7 @@ protected:
             << source.toStdString() << ": " << mHost->GetLastFailure().toStdString();
         EXPECT_EQ(PdfFacts::Read(output).pageCount, pageCount) << source.toStdString();
         EXPECT_EQ(QProcess::execute("qpdf"_q, {"--check"_q, output}), 0) << source.toStdString();
-        QSet<QString> inside = RunProgram("pdffonts"_q, {output});
-        inside -= {"name"_q, "------------------------------------"_q};
+        const QSet<QString> inside = GetFonts(output);
         EXPECT_TRUE(range.size() > 0 || inside == fonts)
             << source.toStdString() << ": "
             << QStringList(inside.values()).join(QLatin1Char(' ')).toStdString();
@@ -104,6 +114,7 @@ protected:
 // Each document of Scribus's own package is exported, or refused for just the fonts that are not there.
 TEST_P(TemplatesTest, AreExportedOrNameTheirMissingFonts)
 {
+    mFrontend.decision = IHostFrontend::Decision::GoOn;  // one lacks two of its pictures
     const QSet<QString> installed = GetInstalledFonts();
     ASSERT_TRUE(installed.contains("DejaVu Sans Book"_q));
     const QStringList templates = FindTemplates();
