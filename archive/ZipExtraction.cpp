@@ -61,6 +61,8 @@ ZipOutcome tryPasswords(const ZipReader& reader, const QVector<QByteArray>& pass
         if (told.failedAt < outcome.failedAt)
             told = outcome;
     }
+    if (told.failedAt != Step::OpenEntry && told.reason.isEmpty())
+        told.reason = QStringLiteral("the password may be wrong");
     return told;
 }
 

@@ -124,7 +124,10 @@ TEST_F(OtherToolsTest, PasswordsThatTheyWriteInUtf8OpenTheirArchives)
             EXPECT_EQ(400 * 300 + 1090, last) << "nothing counts twice";
             EXPECT_FALSE(
                 Extract(ZipOnError::Stop, ZipPaths::Keep, 0, QString(password.size(), QLatin1Char('?'))));
-            EXPECT_TRUE(mLog.TakeErrors().value(0).endsWith(QLatin1String("the password is wrong")));
+            const QString error = mLog.TakeErrors().value(0);
+            EXPECT_TRUE(error.endsWith(QLatin1String("the password is wrong")) ||
+                        error.endsWith(QLatin1String("the password may be wrong")))
+                << error.toStdString();
         }
     }
 }

@@ -210,6 +210,17 @@ TEST_F(ZipArchiveTest, PasswordsAreCheckedBeforeAnythingIsWritten)
         EXPECT_GE(refused, 1);
         EXPECT_TRUE(content.isEmpty() || ReadTree(mTarget).isEmpty());
     }
+    WriteFile(mSandbox.GetPath("secret.txt"_q), "content");
+    ASSERT_TRUE(ZipHelper::compressItem(mSandbox.GetPath("secret.txt"_q), mArchive, ZipStart::Create,
+                                        "first"_q, 0, QString(), ZipNames::Plain));
+    QByteArray damaged = ReadFile(mArchive);
+    const int content = 30 + damaged[26] + damaged[28] + 12;  // after the header, the names and the cipher's
+    damaged[content] = static_cast<char>(damaged[content] ^ 1);
+    WriteFile(mArchive, damaged);
+    ZipArchive torn(mArchive);
+    EXPECT_FALSE(torn.ExtractCurrentFile(mTarget, "first"_q, 0));
+    EXPECT_TRUE(torn.GetLastError().endsWith(QLatin1String("the password may be wrong")))
+        << torn.GetLastError().toStdString();
     Build({{"plain", "not encrypted"}});
     EXPECT_EQ("not encrypted", ZipArchive(mArchive).ExtractToMemory("plain"_q, "any"_q));
 }
