@@ -93,9 +93,10 @@ function(hopbox_program)
     OUTPUT_NAME "${arg_NAME}" AUTOMOC ${arg_MOC} RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 endfunction()
 
-# hopbox_test(NAME foundation_core_tests SOURCES… [LABEL threaded|slow] [LINK target…] [NEEDS target…] [MOC])
+# hopbox_test(NAME foundation_core_tests SOURCES… [LABEL threaded|slow|host] [LINK target…] [NEEDS target…] [MOC])
 # A test program on the common main of tests/support. LABEL `threaded`: runs under the thread sanitizer
-# too; `slow`: takes more than a few seconds. NEEDS names programs that the test starts.
+# too; `slow`: takes more than a few seconds; `host`: nearly all its time is the host application's, which no
+# sanitizer sees. NEEDS names programs that the test starts.
 function(hopbox_test)
   cmake_parse_arguments(PARSE_ARGV 0 arg "MOC" "NAME;LABEL" "SOURCES;LINK;NEEDS")
   add_executable(${arg_NAME} ${arg_SOURCES})
