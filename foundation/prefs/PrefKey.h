@@ -2,6 +2,8 @@
 
 #include "foundation/core/GBufferSupport.h"
 
+#include <cstring>
+
 // Keys of settings, which are bytes or text in memory, and text in a file.
 namespace PrefKey
 {
@@ -23,7 +25,9 @@ inline GString FromText<GString>(const GString& text)
 // Whether a key holds less than the text that it was made of: characters beyond the bytes that keys are of.
 inline bool IsLossy(const GString& text, const GBuffer& key)
 {
-    return key.contains('?') && key.count('?') != text.count(QLatin1Char('?'));
+    // memchr: each key that is read is looked at, and this is several times as fast as a byte array's search.
+    return std::memchr(key.constData(), '?', static_cast<size_t>(key.size())) != nullptr &&
+           key.count('?') != text.count(QLatin1Char('?'));
 }
 
 inline bool IsLossy(const GString&, const GString&)
