@@ -49,6 +49,21 @@ bool RecordedScribus::Repeat() const
     return process.waitForFinished(-1) && QFile(output).size() > 0;
 }
 
+QString RecordedScribus::MakeDocument(const QString& script, const QString& path)
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    process.setProcessEnvironment(environment);
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.start(QStringLiteral("/usr/bin/scribus"),
+                  {QStringLiteral("-g"), QStringLiteral("-ns"), QStringLiteral("-py"), script, path});
+    process.waitForFinished(-1);
+    return path;
+}
+
 QStringList RecordedScribus::Read(const char* name) const
 {
     QFile file(mFolder.filePath(QString::fromLatin1(name)));

@@ -17,6 +17,9 @@ public:
     // Starts Scribus as it was started last and waits for its end. False when it writes no file.
     bool Repeat() const;
 
+    // Has Scribus write a document by a script of its own; gives the document's path.
+    static QString MakeDocument(const QString& script, const QString& path);
+
 private:
     QStringList Read(const char* name) const;
 

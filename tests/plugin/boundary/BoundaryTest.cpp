@@ -9,8 +9,10 @@
 #include <QApplication>
 #include <QLibrary>
 
+#include <cstring>
 #include <limits>
 #include <thread>
+#include <tuple>
 
 namespace
 {
@@ -170,44 +172,100 @@ TEST_F(Lies, HandlesThatAreNoneAreFailures)
 
 namespace
 {
-// The module as a small host loads it.
+// The module as small hosts load it, and a later one beside it.
 class SmallHosts : public testing::Test
 {
 protected:
-    SmallHosts() : library(QStringLiteral(HOPBOX_MODULE)) {}
+    SmallHosts() : library(QStringLiteral(HOPBOX_MODULE)), laterLibrary(QStringLiteral(LATER_MODULE)) {}
 
-    hopbox_entry_function FindEntry()
+    hopbox_entry_function FindEntry() { return FindEntry(library); }
+    static hopbox_entry_function FindEntry(QLibrary& module)
     {
-        const auto entry = reinterpret_cast<hopbox_entry_function>(library.resolve(HOPBOX_ENTRY_NAME));
-        EXPECT_NE(entry, nullptr) << library.errorString().toStdString();
+        const auto entry = reinterpret_cast<hopbox_entry_function>(module.resolve(HOPBOX_ENTRY_NAME));
+        EXPECT_NE(entry, nullptr) << module.errorString().toStdString();
         return entry;
+    }
+
+    void Begin(const SmallHost& host, QLibrary& module) const
+    {
+        char error[200] = "";
+        const QByteArray prefix = sandbox.GetPath(QString::fromLatin1(host.name)).toUtf8();
+        EXPECT_EQ(host.begin(FindEntry(module), prefix.constData(), error), 0) << error;
+    }
+
+    // The entry is chosen, and Enter pressed in the dialog; the PDF is with the receiver then.
+    static void Export(const SmallHost& host, PrinterProcessor& receiver)
+    {
+        const WindowDriver driver({[](QWidget&) { WindowDriver::Click(Qt::Key_Return); }});
+        EXPECT_EQ(host.choose(), 0);
+        const QString saved = receiver.ReadLine().value("saved"_q).toString();
+        EXPECT_TRUE(ReadFile(saved).startsWith("%PDF-1.4"));
+        EXPECT_TRUE(saved.contains(QString::fromLatin1(host.name))) << saved.toStdString();
+        EXPECT_EQ(host.count_handles(), 0);
     }
 
     Sandbox sandbox;
     QLibrary library;
+    QLibrary laterLibrary;
 };
 }  // namespace
 
 // Hosts in C that were compiled against the header as it was before its last functions, as it is, and as it
-// may be once it has more.
-TEST_F(SmallHosts, OfAnEarlierAndALaterFormOfTheHeaderExport)
+// may be once it has more; each with the module of this form of the header and with a later one. In each round
+// two of them live at once, the one with the one module, the other with the other.
+TEST_F(SmallHosts, OfEachFormOfTheHeaderExportThroughModulesOfTwoFormsAtOnce)
 {
     MakeHopbox("Press"_q);
     int count = 1;
     char name[] = "host";
     char* arguments[] = {name, nullptr};
     const QApplication application(count, arguments);  // for the driver
-    for (const SmallHost* host : {&earlier_host, &present_host, &later_host}) {
-        SCOPED_TRACE(host->name);
-        const QByteArray folder = sandbox.GetPath(QString::fromLatin1(host->name)).toUtf8();
+    const struct
+    {
+        const SmallHost& ofModule;
+        const SmallHost& ofLaterModule;
+        bool isModuleFirstGone;
+    } rounds[] = {{earlier_host, present_host, true},
+                  {later_host, earlier_host, false},
+                  {present_host, later_host, true}};
+    for (const auto& round : rounds) {
+        SCOPED_TRACE(std::string(round.ofModule.name) + " and " + round.ofLaterModule.name);
         PrinterProcessor receiver(sandbox, {"--inbox"_q, sandbox.GetPath("Inbox"_q)});
-        WindowDriver driver({[](QWidget&) { WindowDriver::Click(Qt::Key_Return); }});
-        char error[200] = "";
-        EXPECT_EQ(host->run(FindEntry(), folder.constData(), error), 0) << error;
-        const QJsonObject job = receiver.ReadLine();
-        EXPECT_TRUE(ReadFile(job.value("saved"_q).toString()).startsWith("%PDF-1.4"));
-        EXPECT_EQ(host->count_handles(), 0);
-        EXPECT_EQ(host->count_entries(), 2);
+        const int entries = round.ofModule.count_entries();
+        Begin(round.ofModule, library);
+        EXPECT_EQ(round.ofModule.count_entries(), entries + 2);
+        Begin(round.ofLaterModule, laterLibrary);
+        Export(round.ofModule, receiver);
+        Export(round.ofLaterModule, receiver);
+        const auto& [first, second] = round.isModuleFirstGone
+                                          ? std::tie(round.ofModule, round.ofLaterModule)
+                                          : std::tie(round.ofLaterModule, round.ofModule);
+        EXPECT_EQ(first.end(), 0);
+        Export(second, receiver);
+        EXPECT_EQ(second.end(), 0);
+    }
+}
+
+// A later module asks a host of today for what the host does not have, and a host of today does not see what
+// the later module has.
+TEST_F(SmallHosts, DoWithoutWhatOnlyTheOtherSideHas)
+{
+    const hopbox_plugin_table* plugIn = FindEntry(laterLibrary)(HOPBOX_VERSION);
+    ASSERT_GT(plugIn->size, sizeof *plugIn);
+    struct
+    {
+        Table table;
+        int32_t (*beyond)(void* host);
+    } memory = {HostTable::GetTable(), [](void*) -> int32_t { return HOPBOX_OK; }};
+    FakeHost services;
+    HostTable host(services);
+    int32_t (*oneMore)(void*) = nullptr;
+    std::memcpy(&oneMore, reinterpret_cast<const char*>(plugIn) + sizeof *plugIn, sizeof oneMore);
+    for (const bool isLater : {false, true}) {
+        memory.table.size = sizeof memory.table + (isLater ? sizeof memory.beyond : 0);
+        ASSERT_EQ(plugIn->load(&memory.table, &host, nullptr), HOPBOX_OK);
+        EXPECT_EQ(oneMore(nullptr), isLater ? HOPBOX_OK : HOPBOX_UNSUPPORTED);
+        EXPECT_EQ(plugIn->unload(), HOPBOX_OK);
     }
 }
 

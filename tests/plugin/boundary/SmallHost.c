@@ -13,6 +13,10 @@ static int handles = 0;
 static int entries = 0;
 static char file[1000];
 static char output[1000];
+static const hopbox_plugin_table* plugin = NULL;
+
+/* The table alone, so that whoever reads beyond its size reads what is not the host's. */
+static hopbox_host_table table;
 
 static void copy(char* to, size_t size, const hopbox_text* text)
 {
@@ -136,12 +140,9 @@ static void keep_error(void* context, const char* bytes, size_t length)
     copy(context, 200, &text);
 }
 
-static int run(hopbox_entry_function entry, const char* prefix, char* error)
+static int begin(hopbox_entry_function entry, const char* prefix, char* error)
 {
-    hopbox_host_table table;
     const hopbox_sink sink = {error, keep_error};
-    const hopbox_plugin_table* const plugin = entry(HOPBOX_VERSION);
-    int32_t result;
 
     memset(&table, 0, sizeof table);
     table.size = sizeof table;
@@ -161,16 +162,20 @@ static int run(hopbox_entry_function entry, const char* prefix, char* error)
     table.run_command = run_command;
 
     snprintf(file, sizeof file, "%s.txt", prefix);
-    if (plugin->load(&table, NULL, &sink) != HOPBOX_OK)
+    plugin = entry(HOPBOX_VERSION);
+    if (plugin->load(&table, NULL, &sink) != HOPBOX_OK || plugin->open_actions(&sink) != HOPBOX_OK)
         return 1;
-    result = plugin->open_actions(&sink);
-    if (result == HOPBOX_OK)
-        plugin->startup();
-    if (result == HOPBOX_OK)
-        result = plugin->do_action(HOPBOX_ACTION_DOCUMENT);
-    plugin->shutdown();
-    plugin->close_actions();
-    return plugin->unload() == HOPBOX_OK && result == HOPBOX_OK ? 0 : 2;
+    return plugin->startup() == HOPBOX_OK ? 0 : 2;
+}
+
+static int choose(void)
+{
+    return plugin->do_action(HOPBOX_ACTION_DOCUMENT);
+}
+
+static int end(void)
+{
+    return plugin->shutdown() == HOPBOX_OK && plugin->close_actions() == HOPBOX_OK ? plugin->unload() : 1;
 }
 
 static int count_handles(void)
@@ -183,4 +188,4 @@ static int count_entries(void)
     return entries;
 }
 
-const SmallHost SMALL_HOST = {NAME_OF(SMALL_HOST), run, count_handles, count_entries};
+const SmallHost SMALL_HOST = {NAME_OF(SMALL_HOST), begin, choose, end, count_handles, count_entries};

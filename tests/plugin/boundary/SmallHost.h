@@ -12,9 +12,12 @@ typedef struct SmallHost
 {
     const char* name;
 
-    /* Loads the plug-in, exports the document with its files below a prefix of paths, and unloads. 0 on
+    /* Loads the plug-in, for a document whose files are below a prefix of paths; opens its actions. 0 on
      * success; else the reason is in `error`, which holds 200 bytes. */
-    int (*run)(hopbox_entry_function entry, const char* prefix, char* error);
+    int (*begin)(hopbox_entry_function entry, const char* prefix, char* error);
+
+    int (*choose)(void); /* the entry for documents, in the menu; 0 on success */
+    int (*end)(void);    /* unloads; 0 on success */
 
     int (*count_handles)(void); /* that were not released */
     int (*count_entries)(void); /* menu entries that the plug-in has added */
