@@ -1,6 +1,7 @@
 #include "apps/host_check/ExportChecks.h"
 
 #include "apps/host_check/CheckReport.h"
+#include "apps/host_check/FrontDocument.h"
 #include "apps/host_check/WatchedHost.h"
 #include "foundation/cli/CliConsole.h"
 #include "foundation/prefs/GPrefMemoryModule.h"
@@ -29,9 +30,9 @@ QString GetReason(const TextSink& sink)
 }
 }  // namespace
 
-ExportChecks::ExportChecks(hopbox_entry_function entry, const WatchedHost& host, const QString& receiver,
-                           CheckReport& report)
-    : mEntry(entry), mHost(host), mReceiver(receiver), mReport(report)
+ExportChecks::ExportChecks(hopbox_entry_function entry, const hopbox_adaptor& adaptor,
+                           const WatchedHost& host, const QString& receiver, CheckReport& report)
+    : mEntry(entry), mAdaptor(adaptor), mHost(host), mReceiver(receiver), mReport(report)
 {
 }
 
@@ -74,7 +75,7 @@ bool ExportChecks::IsReceived(QProcess& process, bool isFolder)
     return isFolder ? !QDir(saved).isEmpty() : pdf.open(QIODevice::ReadOnly) && pdf.read(5) == "%PDF-";
 }
 
-void ExportChecks::Run()
+void ExportChecks::Run(void (ExportChecks::*exports)(const hopbox_plugin_table& plugIn))
 {
     const hopbox_plugin_table& plugIn = *mEntry(HOPBOX_VERSION);
     const TextSink reason;
@@ -83,12 +84,15 @@ void ExportChecks::Run()
     mReport.Expect(isOpen, "load", QStringLiteral("the plug-in takes the table: %1").arg(GetReason(reason)));
     if (isOpen) {
         plugIn.startup();
-        ExportAll(plugIn);
+        (this->*exports)(plugIn);
         plugIn.shutdown();
     }
     mReport.Expect(plugIn.unload() == HOPBOX_OK, "load", QStringLiteral("the plug-in can be unloaded"));
-    mReport.Expect(mHost.GetHandleCount() == 0, "release",
-                   QStringLiteral("no handle is left after the exports"));
+}
+
+void ExportChecks::ExportOnce(const hopbox_plugin_table& plugIn)
+{
+    Export(plugIn, HOPBOX_ACTION_DOCUMENT, false);
 }
 
 void ExportChecks::ExportAll(const hopbox_plugin_table& plugIn)
@@ -100,12 +104,14 @@ void ExportChecks::ExportAll(const hopbox_plugin_table& plugIn)
     if (mHost.GetTable().write_report != nullptr)
         Export(plugIn, HOPBOX_ACTION_DOCUMENT, true);
     ExportNothing(plugIn);
+    ExportCancelled(plugIn);
     isOn = 0;
     plugIn.get_action_state(HOPBOX_ACTION_BOOK, &isOn, nullptr, nullptr);
     if (isOn != 0) {
         Export(plugIn, HOPBOX_ACTION_BOOK, false);
         Export(plugIn, HOPBOX_ACTION_BOOK, true);
     }
+    ExportUnsaved(plugIn);
 }
 
 void ExportChecks::Export(const hopbox_plugin_table& plugIn, hopbox_action action, bool hasPackage)
@@ -139,4 +145,33 @@ void ExportChecks::ExportNothing(const hopbox_plugin_table& plugIn)
     mReport.Expect(plugIn.export_to(HOPBOX_ACTION_DOCUMENT, hopbox, pages, 0, reason) == HOPBOX_FAILED &&
                        !GetReason(reason).isEmpty(),
                    "get_pages_of_range", QStringLiteral("an export of a page that is not there fails"));
+}
+
+void ExportChecks::ExportCancelled(const hopbox_plugin_table& plugIn)
+{
+    if (mAdaptor.cancel_next == nullptr)
+        return;
+    const PassedText hopbox(cHopbox);
+    mAdaptor.cancel_next(mAdaptor.host);
+    mReport.Expect(plugIn.export_to(HOPBOX_ACTION_DOCUMENT, hopbox, nullptr, 0, nullptr) == HOPBOX_CANCELLED,
+                   "run_command", QStringLiteral("an export that the user cancels is cancelled"));
+}
+
+// The plug-in saves what is not saved, and does not export what can't be saved. What was saved stays in
+// front.
+void ExportChecks::ExportUnsaved(const hopbox_plugin_table& plugIn)
+{
+    if (mAdaptor.open_unsaved == nullptr)
+        return;
+    const PassedText hopbox(cHopbox);
+    const QString root = GFileSystemBase::GetRoot().GetNativePath();
+    const QString ending = FrontDocument::GetEnding(mHost);
+    const TextSink reason;
+    FrontDocument::OpenUnsaved(mAdaptor, root + QStringLiteral("/Check.joboptions"), ending);
+    mReport.Expect(plugIn.export_to(HOPBOX_ACTION_DOCUMENT, hopbox, nullptr, 0, reason) == HOPBOX_FAILED &&
+                       !GetReason(reason).isEmpty(),
+                   "save_document", QStringLiteral("an export of what can't be saved fails"));
+    const QString path = FrontDocument::OpenUnsaved(mAdaptor, root, ending);
+    Export(plugIn, HOPBOX_ACTION_DOCUMENT, false);
+    mReport.Expect(QFile::exists(path), "save_document", QStringLiteral("an export saves what is not saved"));
 }

@@ -1,8 +1,9 @@
 #include "apps/host_check/TableChecks.h"
 
 #include "apps/host_check/CheckReport.h"
+#include "apps/host_check/FrontDocument.h"
+#include "apps/host_check/HeldHandle.h"
 #include "apps/host_check/TextTaker.h"
-#include "apps/host_check/WatchedHost.h"
 #include "plugin/boundary/BoundaryText.h"
 #include "plugin/boundary/hopbox_adaptor.h"
 
@@ -15,25 +16,6 @@ namespace
 using Table = hopbox_host_table;
 using Handle = hopbox_handle;
 using Boundary::PassedText;
-
-// A handle that goes back at the end of the scope.
-class Held
-{
-public:
-    explicit Held(const WatchedHost& host) : mHost(host) {}
-    ~Held()
-    {
-        if (value != 0)
-            mHost.Release(value);
-    }
-    Held(const Held&) = delete;
-    Held& operator=(const Held&) = delete;
-
-    Handle value = 0;
-
-private:
-    const WatchedHost& mHost;
-};
 
 constexpr const char* cNeeded = nullptr;
 
@@ -94,25 +76,9 @@ bool Has(const Table& table, const Operation& operation)
     return function != nullptr;
 }
 
-QByteArray Read(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QStringList List(const QString& folder)
-{
-    return QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System);
-}
-
 bool IsRefused(int32_t result)
 {
     return result != HOPBOX_OK;
-}
-
-bool IsTakenOrUnknown(int32_t result)
-{
-    return result == HOPBOX_OK || result == HOPBOX_UNSUPPORTED;
 }
 }  // namespace
 
@@ -139,7 +105,14 @@ bool TableChecks::CheckTable()
             mReport.Lack(operation.name, QString::fromLatin1(operation.consequence));
         }
     }
-    Held document(mHost);
+    const auto lackHand = [&](bool isThere, const char* name, const char* what) {
+        if (!isThere)
+            mReport.Lack(name, QString::fromLatin1(what));
+    };
+    lackHand(mAdaptor.count_handles, "count_handles", "whether handles come back is not tried");
+    lackHand(mAdaptor.cancel_next, "cancel_next", "cancelling is not tried");
+    lackHand(mAdaptor.open_unsaved, "open_unsaved", "saving is not tried");
+    HeldHandle document(mHost);
     if (isUsable)
         mReport.Expect(mHost.Call(&Table::get_front_document, &document.value) == HOPBOX_NONE,
                        "get_front_document", QStringLiteral("HOPBOX_NONE while no document is open"));
@@ -148,19 +121,20 @@ bool TableChecks::CheckTable()
 
 void TableChecks::ExpectOneText(const char* operation, int32_t result, const TextTaker& taker, bool isPath)
 {
-    mReport.Expect(!taker.IsFaulty(), operation, QStringLiteral("the text is UTF-8, on the same thread"));
+    const QString text = taker.GetTexts().value(0);
+    mReport.Expect(!taker.IsFaulty() && !text.contains(QChar::ReplacementCharacter), operation,
+                   QStringLiteral("the text is UTF-8, on the same thread"));
     mReport.Expect(result == HOPBOX_OK && taker.GetTexts().size() == 1, operation,
                    QStringLiteral("one text for HOPBOX_OK"));
     if (isPath)
-        mReport.Expect(
-            QDir::isAbsolutePath(taker.GetTexts().value(0)) && QFile::exists(taker.GetTexts().value(0)),
-            operation, QStringLiteral("the full path of a file that is there"));
+        mReport.Expect(QDir::isAbsolutePath(text) && QFile::exists(text), operation,
+                       QStringLiteral("the full path of a file that is there"));
 }
 
 void TableChecks::CheckDocument()
 {
-    Held document(mHost);
-    Held again(mHost);
+    HeldHandle document(mHost);
+    HeldHandle again(mHost);
     mReport.Expect(
         mHost.Call(&Table::get_front_document, &document.value) == HOPBOX_OK && document.value != 0,
         "get_front_document", QStringLiteral("a handle that is not 0 for the sample"));
@@ -168,6 +142,10 @@ void TableChecks::CheckDocument()
         return;
     mReport.Expect(mHost.Call(&Table::get_front_document, &again.value) == HOPBOX_OK, "get_front_document",
                    QStringLiteral("the document can be had twice"));
+    again.GiveBack();
+    int32_t count = 0;
+    mReport.Expect(mHost.Call(&Table::get_page_count, document.value, &count) == HOPBOX_OK, "release",
+                   QStringLiteral("what was given twice stays until it came back twice"));
     const Table& table = mHost.GetTable();
     TextTaker file;
     TextTaker name;
@@ -189,7 +167,7 @@ void TableChecks::CheckDocument()
     CheckPages(document.value);
     CheckRanges(document.value);
     if (table.find_open_document != nullptr) {
-        Held found(mHost);
+        HeldHandle found(mHost);
         const PassedText path(file.GetTexts().value(0));
         const PassedText none(mFolder + QStringLiteral("/none"));
         mReport.Expect(mHost.Call(&Table::find_open_document, &path.Get(), &found.value) == HOPBOX_OK,
@@ -254,7 +232,7 @@ void TableChecks::CheckRanges(Handle document)
 
 void TableChecks::CheckBook()
 {
-    Held book(mHost);
+    HeldHandle book(mHost);
     if (mHost.Call(&Table::get_active_book, &book.value) != HOPBOX_OK)
         return;
     int32_t count = 0;
@@ -269,10 +247,16 @@ void TableChecks::CheckBook()
                       mHost.Call(&Table::get_book_document_file, book.value, index, document.Get()), document,
                       true);
     }
+    int32_t isModified = 7;
+    if (mHost.GetTable().is_book_modified != nullptr)
+        mReport.Expect(mHost.Call(&Table::save_book, book.value) == HOPBOX_OK &&
+                           mHost.Call(&Table::is_book_modified, book.value, &isModified) == HOPBOX_OK &&
+                           isModified == 0,
+                       "is_book_modified", QStringLiteral("0 after save_book"));
     TextTaker none;
     mReport.Expect(IsRefused(mHost.Call(&Table::get_book_document_file, book.value, count, none.Get())),
                    "get_book_document_file", QStringLiteral("an index behind the last is refused"));
-    Held opened(mHost);
+    HeldHandle opened(mHost);
     const PassedText missing(mFolder + QStringLiteral("/none"));
     mReport.Expect(IsRefused(mHost.Call(&Table::open_document, &missing.Get(), &opened.value)),
                    "open_document", QStringLiteral("a file that is not there is refused"));
@@ -300,108 +284,62 @@ void TableChecks::CheckApplication()
     table.end_modal(mHost.GetHost(), outer);
 }
 
-void TableChecks::CheckCommands()
+void TableChecks::CheckSaving()
 {
-    Held document(mHost);
-    Held none(mHost);
-    mReport.Expect(mHost.Call(&Table::create_command, 99, &none.value) == HOPBOX_UNSUPPORTED,
-                   "create_command", QStringLiteral("HOPBOX_UNSUPPORTED for a kind that there is not"));
-    if (mHost.Call(&Table::get_front_document, &document.value) != HOPBOX_OK)
+    const Table& table = mHost.GetTable();
+    if (mAdaptor.open_unsaved == nullptr || table.is_document_saved == nullptr ||
+        table.save_document == nullptr)
         return;
-    CheckExport(document.value);
-    CheckPackage(document.value);
+    const QString ending = FrontDocument::GetEnding(mHost);
+    for (const bool canBeSaved : {false, true}) {
+        const QString path = FrontDocument::OpenUnsaved(
+            mAdaptor, canBeSaved ? mFolder : mFolder + QStringLiteral("/Check.joboptions"), ending);
+        HeldHandle document(mHost);
+        mReport.Expect(FrontDocument::IsSaved(mHost) == 0, "is_document_saved",
+                       QStringLiteral("0 for a document that is not saved"));
+        if (mHost.Call(&Table::get_front_document, &document.value) != HOPBOX_OK)
+            return;
+        const bool isSaved = mHost.Call(&Table::save_document, document.value) == HOPBOX_OK;
+        mReport.Expect(isSaved == canBeSaved && QFile::exists(path) == canBeSaved, "save_document",
+                       canBeSaved ? QStringLiteral("the document is in its file")
+                                  : QStringLiteral("a place that can't be written is a failure"));
+        mReport.Expect(FrontDocument::IsSaved(mHost) == int32_t(canBeSaved), "is_document_saved",
+                       QStringLiteral("as the save went"));
+    }
 }
 
-void TableChecks::CheckSettings(Handle command)
+void TableChecks::CheckClosing()
 {
-    const PassedText missing(mFolder + QStringLiteral("/none.joboptions"));
-    mReport.Expect(IsRefused(mHost.Call(&Table::read_job_options, command, &missing.Get())),
-                   "read_job_options", QStringLiteral("a file that is not there is refused"));
-    for (int32_t setting = HOPBOX_USE_DOCUMENT_BLEED; setting <= HOPBOX_PAGE_INFORMATION; ++setting)
-        mReport.Expect(IsTakenOrUnknown(mHost.Call(&Table::set_switch, command, setting, 0)), "set_switch",
-                       QStringLiteral("setting %1: HOPBOX_OK or HOPBOX_UNSUPPORTED").arg(setting));
-    for (int32_t setting = HOPBOX_BLEED_TOP; setting <= HOPBOX_MARK_WEIGHT; ++setting)
-        mReport.Expect(IsTakenOrUnknown(mHost.Call(&Table::set_length, command, setting, 3.0)), "set_length",
-                       QStringLiteral("setting %1: HOPBOX_OK or HOPBOX_UNSUPPORTED").arg(setting));
-    mReport.Expect(mHost.Call(&Table::set_switch, command, 99, 0) == HOPBOX_UNSUPPORTED, "set_switch",
-                   QStringLiteral("HOPBOX_UNSUPPORTED for a setting that there is not"));
-    mReport.Expect(mHost.Call(&Table::set_length, command, 99, 0.0) == HOPBOX_UNSUPPORTED, "set_length",
-                   QStringLiteral("HOPBOX_UNSUPPORTED for a setting that there is not"));
-}
-
-// An export of the first page, all told but not run; 0 when that was refused.
-Handle TableChecks::MakeExport(Handle document, const QString& output)
-{
-    Handle command = 0;
-    uint32_t page = 0;
-    const PassedText path(output);
-    const PassedText jobOptions(mFolder + QStringLiteral("/Check.joboptions"));
-    if (mHost.Call(&Table::create_command, int32_t(HOPBOX_EXPORT_DOCUMENT), &command) != HOPBOX_OK)
-        return 0;
-    const bool isTold = mHost.Call(&Table::read_job_options, command, &jobOptions.Get()) == HOPBOX_OK &&
-                        mHost.Call(&Table::set_output, command, &path.Get()) == HOPBOX_OK &&
-                        mHost.Call(&Table::get_page, document, 0, &page) == HOPBOX_OK &&
-                        mHost.Call(&Table::set_pages, command, document, static_cast<const uint32_t*>(&page),
-                                   size_t(1), 0) == HOPBOX_OK;
-    mReport.Expect(isTold, "create_command", QStringLiteral("an export takes job options, output and pages"));
-    if (isTold)
-        return command;
-    mHost.Release(command);
-    return 0;
-}
-
-void TableChecks::CheckExport(Handle document)
-{
-    const QString folder = mFolder + QStringLiteral("/Export");
-    const QString output = folder + QStringLiteral("/Sample \u00E9.pdf");
-    QDir().mkpath(folder);
-    QFile empty(output);  // as the plug-in reserves it
-    mReport.Expect(empty.open(QIODevice::WriteOnly), "run_command", QStringLiteral("the output can be made"));
-    empty.close();
-    Held command(mHost);
-    command.value = MakeExport(document, output);
-    if (command.value == 0)
+    const Table& table = mHost.GetTable();
+    const PassedText path(FrontDocument::GetFile(mHost));
+    HeldHandle front(mHost);
+    mReport.Expect(mAdaptor.close_all(mAdaptor.host) == HOPBOX_OK, "close_all",
+                   QStringLiteral("what is open closes"));
+    mReport.Expect(mHost.Call(&Table::get_front_document, &front.value) == HOPBOX_NONE, "close_all",
+                   QStringLiteral("no document is in front any more"));
+    if (table.open_document == nullptr || table.close_document == nullptr ||
+        table.find_open_document == nullptr || path.Get().length == 0)
         return;
-    mReport.Expect(
-        mHost.Call(&Table::run_command, command.value) == HOPBOX_OK && Read(output).startsWith("%PDF-"),
-        "run_command", QStringLiteral("a PDF at the place that was told"));
-    for (const QString& name : List(folder))
-        mReport.Expect(name.startsWith(QStringLiteral("Sample \u00E9.")), "run_command",
-                       QStringLiteral("nothing but the PDF is left behind: %1").arg(name));
-
-    const QString impossible = mFolder + QStringLiteral("/none/Sample.pdf");
-    Held failing(mHost);
-    failing.value = MakeExport(document, impossible);
-    if (failing.value != 0)
-        mReport.Expect(
-            IsRefused(mHost.Call(&Table::run_command, failing.value)) && !QFile::exists(impossible),
-            "run_command", QStringLiteral("a folder that is not there is a failure"));
-    Held settings(mHost);
-    if (mHost.Call(&Table::create_command, int32_t(HOPBOX_EXPORT_DOCUMENT), &settings.value) == HOPBOX_OK)
-        CheckSettings(settings.value);
+    HeldHandle opened(mHost);
+    HeldHandle found(mHost);
+    mReport.Expect(mHost.Call(&Table::open_document, &path.Get(), &opened.value) == HOPBOX_OK,
+                   "open_document", QStringLiteral("a closed document opens by its file"));
+    mReport.Expect(mHost.Call(&Table::get_front_document, &front.value) == HOPBOX_NONE, "open_document",
+                   QStringLiteral("it is not in front"));
+    if (opened.value == 0)
+        return;
+    mReport.Expect(mHost.Call(&Table::close_document, opened.value) == HOPBOX_OK &&
+                       IsRefused(mHost.Call(&Table::find_open_document, &path.Get(), &found.value)),
+                   "close_document", QStringLiteral("it is not open after that"));
 }
 
-void TableChecks::CheckPackage(Handle document)
+void TableChecks::CheckHandles()
 {
-    Held command(mHost);
-    TextTaker file;
-    mHost.Call(&Table::get_document_file, document, file.Get());
-    const QByteArray before = Read(file.GetTexts().value(0));
-    const QString folder = mFolder + QStringLiteral("/Package");
-    const PassedText path(folder);
-    QDir().mkpath(folder);
-    if (mHost.GetTable().write_report == nullptr ||
-        mHost.Call(&Table::create_command, int32_t(HOPBOX_PACKAGE_DOCUMENT), &command.value) != HOPBOX_OK)
-        return;
-    mReport.Expect(mHost.Call(&Table::set_document, command.value, document) == HOPBOX_OK &&
-                       mHost.Call(&Table::set_output, command.value, &path.Get()) == HOPBOX_OK,
-                   "create_command", QStringLiteral("a package takes document and folder"));
-    mReport.Expect(mHost.Call(&Table::run_command, command.value) == HOPBOX_OK && !List(folder).isEmpty(),
-                   "run_command", QStringLiteral("a package's folder is filled"));
-    const int count = List(folder).size();
-    mReport.Expect(
-        mHost.Call(&Table::write_report, command.value) == HOPBOX_OK && List(folder).size() > count,
-        "write_report", QStringLiteral("a report in the package's folder"));
-    mReport.Expect(Read(file.GetTexts().value(0)) == before, "run_command",
-                   QStringLiteral("the document's own file is as it was"));
+    for (const QString& operation : mHost.GetFaulty())
+        mReport.Expect(false, operation.toLatin1().constData(),
+                       QStringLiteral("a handle with HOPBOX_OK, and none without"));
+    int32_t count = 0;
+    if (mAdaptor.count_handles != nullptr)
+        mReport.Expect(mAdaptor.count_handles(mAdaptor.host, &count) == HOPBOX_OK && count == 0, "release",
+                       QStringLiteral("no handle is left: %1").arg(count));
 }

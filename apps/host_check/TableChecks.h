@@ -1,5 +1,7 @@
 #pragma once
 
+#include "apps/host_check/TextTaker.h"
+
 #include <QString>
 
 class CheckReport;
@@ -20,17 +22,21 @@ public:
     // With the sample open.
     void CheckDocument();
     void CheckBook();
-    void CheckCommands();
     void CheckApplication();
+
+    // A document that is not saved comes to the front, and stays there.
+    void CheckSaving();
+
+    // Closes everything.
+    void CheckClosing();
+
+    // After the rest: what came back, and what was given with which answer.
+    void CheckHandles();
 
 private:
     void CheckPages(uint64_t document);
     void CheckRanges(uint64_t document);
-    void CheckSettings(uint64_t command);
-    void CheckExport(uint64_t document);
-    void CheckPackage(uint64_t document);
-    uint64_t MakeExport(uint64_t document, const QString& output);
-    void ExpectOneText(const char* operation, int32_t result, const class TextTaker& taker, bool isPath);
+    void ExpectOneText(const char* operation, int32_t result, const TextTaker& taker, bool isPath);
 
     const hopbox_adaptor& mAdaptor;
     const WatchedHost& mHost;

@@ -1,50 +1,31 @@
 #pragma once
 
-#include "plugin/boundary/hopbox_host.h"
-
-#include <QStringList>
+#include "plugin/boundary/BoundaryText.h"
 
 #include <thread>
-#include <vector>
 
-// Takes what an operation puts, and notes what it may not do: another thread, no bytes, bytes that are no
-// UTF-8.
-class TextTaker
+// Takes what an operation puts, as the plug-in does, and notes also what the plug-in doesn't look at: the
+// thread that it comes on.
+template <class Inner, class Sink, class Item>
+class Taker : public Inner
 {
 public:
-    TextTaker() : mSink{this, Put} {}
-    TextTaker(const TextTaker&) = delete;
-    TextTaker& operator=(const TextTaker&) = delete;
-
-    const hopbox_sink* Get() const { return &mSink; }
-    const QStringList& GetTexts() const { return mTexts; }
-    bool IsFaulty() const { return mIsFaulty; }
+    const Sink* Get() const { return &mSink; }
+    bool IsFaulty() const { return mIsElsewhere || Inner::IsFaulty(); }
 
 private:
-    static void Put(void* context, const char* bytes, size_t length);
+    static void Put(void* context, const Item* items, size_t count)
+    {
+        auto& taker = *static_cast<Taker*>(context);
+        taker.mIsElsewhere |= std::this_thread::get_id() != taker.mThread;
+        const Sink& inner = *static_cast<const Sink*>(static_cast<const Inner&>(taker));
+        inner.put(inner.context, items, count);
+    }
 
-    hopbox_sink mSink;
-    QStringList mTexts;
-    bool mIsFaulty = false;
+    Sink mSink = {this, Put};
+    bool mIsElsewhere = false;
     const std::thread::id mThread = std::this_thread::get_id();
 };
 
-class PageTaker
-{
-public:
-    PageTaker() : mSink{this, Put} {}
-    PageTaker(const PageTaker&) = delete;
-    PageTaker& operator=(const PageTaker&) = delete;
-
-    const hopbox_page_sink* Get() const { return &mSink; }
-    const std::vector<uint32_t>& GetPages() const { return mPages; }
-    bool IsFaulty() const { return mIsFaulty; }
-
-private:
-    static void Put(void* context, const uint32_t* pages, size_t count);
-
-    hopbox_page_sink mSink;
-    std::vector<uint32_t> mPages;
-    bool mIsFaulty = false;
-    const std::thread::id mThread = std::this_thread::get_id();
-};
+using TextTaker = Taker<Boundary::TextSink, hopbox_sink, char>;
+using PageTaker = Taker<Boundary::PageSink, hopbox_page_sink, uint32_t>;

@@ -2,13 +2,21 @@
 
 #include "plugin/boundary/BoundaryText.h"
 
-#include <numeric>
-
 namespace
 {
 using Table = hopbox_host_table;
 
 WatchedHost* watched = nullptr;
+
+// What a parameter leads to, where it is a handle.
+hopbox_handle GetGiven(const hopbox_handle* handle)
+{
+    return *handle;
+}
+hopbox_handle GetGiven(...)
+{
+    return 0;
+}
 
 // An operation that gives a handle by its last pointer.
 template <auto operation>
@@ -19,24 +27,22 @@ struct Watch<operation>
 {
     static int32_t Call(void* host, Parameters... parameters)
     {
+        const hopbox_handle before = (GetGiven(parameters) + ...);
         const int32_t result = (WatchedHost::GetOriginal().*operation)(host, parameters...);
-        if (result == HOPBOX_OK)
-            (WatchedHost::Note(parameters), ...);
+        const hopbox_handle after = (GetGiven(parameters) + ...);
+        if (result == HOPBOX_OK ? after == 0 : after != before)
+            WatchedHost::NoteFault(name);
         return result;
     }
-    static void Put(Table& table)
+    static void Put(Table& table, const char* operationName)
     {
+        name = operationName;
         if (table.*operation != nullptr)
             table.*operation = Call;
     }
-};
 
-void Release(void* host, hopbox_handle handle)
-{
-    WatchedHost::NoteRelease(handle);
-    if (WatchedHost::GetOriginal().release != nullptr)
-        WatchedHost::GetOriginal().release(host, handle);
-}
+    static inline const char* name = nullptr;
+};
 }  // namespace
 
 WatchedHost::WatchedHost(const Table& table, void* host) : mHost(host)
@@ -44,12 +50,11 @@ WatchedHost::WatchedHost(const Table& table, void* host) : mHost(host)
     Boundary::Copy(&table, mOriginal);
     mTable = mOriginal;
     mTable.size = sizeof mTable;
-    mTable.release = ::Release;
-    Watch<&Table::get_front_document>::Put(mTable);
-    Watch<&Table::find_open_document>::Put(mTable);
-    Watch<&Table::open_document>::Put(mTable);
-    Watch<&Table::get_active_book>::Put(mTable);
-    Watch<&Table::create_command>::Put(mTable);
+    Watch<&Table::get_front_document>::Put(mTable, "get_front_document");
+    Watch<&Table::find_open_document>::Put(mTable, "find_open_document");
+    Watch<&Table::open_document>::Put(mTable, "open_document");
+    Watch<&Table::get_active_book>::Put(mTable, "get_active_book");
+    Watch<&Table::create_command>::Put(mTable, "create_command");
     watched = this;
 }
 
@@ -60,12 +65,8 @@ WatchedHost::~WatchedHost()
 
 void WatchedHost::Release(hopbox_handle handle) const
 {
-    mTable.release(mHost, handle);
-}
-
-int WatchedHost::GetHandleCount() const
-{
-    return std::accumulate(mHandles.begin(), mHandles.end(), 0);
+    if (mTable.release != nullptr)
+        mTable.release(mHost, handle);
 }
 
 const Table& WatchedHost::GetOriginal()
@@ -73,12 +74,7 @@ const Table& WatchedHost::GetOriginal()
     return watched->mOriginal;
 }
 
-void WatchedHost::Note(hopbox_handle* handle)
+void WatchedHost::NoteFault(const char* operation)
 {
-    ++watched->mHandles[*handle];
-}
-
-void WatchedHost::NoteRelease(hopbox_handle handle)
-{
-    --watched->mHandles[handle];
+    watched->mFaulty.insert(QString::fromLatin1(operation));
 }

@@ -2,10 +2,11 @@
 
 #include "plugin/boundary/hopbox_host.h"
 
-#include <QMap>
+#include <QSet>
+#include <QString>
 
-// The table of the adaptor under test, with a count of its handles in between. One at a time, as the
-// functions of a table know nothing but the host's own pointer.
+// The table of the adaptor under test, with a look at its handles in between. One at a time, as the functions
+// of a table know nothing but the host's own pointer.
 class WatchedHost
 {
 public:
@@ -27,18 +28,16 @@ public:
 
     void Release(hopbox_handle handle) const;
 
-    // Handles that were given and not given back.
-    int GetHandleCount() const;
+    // The operations that gave no handle with HOPBOX_OK, or one without it.
+    const QSet<QString>& GetFaulty() const { return mFaulty; }
 
     // For the functions of the table.
     static const hopbox_host_table& GetOriginal();
-    static void Note(hopbox_handle* handle);
-    static void Note(...) {}
-    static void NoteRelease(hopbox_handle handle);
+    static void NoteFault(const char* operation);
 
 private:
     hopbox_host_table mOriginal;
     hopbox_host_table mTable;
     void* mHost;
-    QMap<hopbox_handle, int> mHandles;
+    QSet<QString> mFaulty;
 };

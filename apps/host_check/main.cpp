@@ -1,4 +1,5 @@
 #include "apps/host_check/CheckReport.h"
+#include "apps/host_check/CommandChecks.h"
 #include "apps/host_check/ExportChecks.h"
 #include "apps/host_check/TableChecks.h"
 #include "apps/host_check/WatchedHost.h"
@@ -53,11 +54,11 @@ Function Find(QLibrary& library, const char* name)
     return found;
 }
 
-bool IsUsable(const hopbox_adaptor* adaptor)
+// Takes the adaptor in the form that is known here; a line on standard error when it can't be used.
+bool Take(const hopbox_adaptor* source, hopbox_adaptor& adaptor)
 {
-    const bool isUsable = adaptor != nullptr && adaptor->size >= sizeof *adaptor &&
-                          adaptor->version == HOPBOX_VERSION && adaptor->table != nullptr &&
-                          adaptor->open_sample != nullptr && adaptor->close_all != nullptr;
+    const bool isUsable = Boundary::Copy(source, adaptor) && adaptor.table != nullptr &&
+                          adaptor.open_sample != nullptr && adaptor.close_all != nullptr;
     if (!isUsable)
         CliConsole::PrintError(
             QStringLiteral("The library gives no hopbox_adaptor of version %1.").arg(HOPBOX_VERSION));
@@ -86,17 +87,16 @@ int Check(const hopbox_adaptor& adaptor, hopbox_entry_function plugIn, const QSt
         table.CheckDocument();
         table.CheckBook();
         table.CheckApplication();
-        table.CheckCommands();
-        report.Expect(host.GetHandleCount() == 0, "release",
-                      QStringLiteral("each handle is given back once"));
+        CommandChecks(adaptor, host, folder, report).Run();
+        table.CheckSaving();
         // Exports of what is wrong already tell nothing more. What was unloaded can be loaded again.
-        for (int round = 0; round < 2 && report.GetFaultCount() == 0; ++round)
-            ExportChecks(plugIn, host, receiver, report).Run();
-        report.Expect(adaptor.close_all(adaptor.host) == HOPBOX_OK, "close_all",
-                      QStringLiteral("what is open closes"));
-        hopbox_handle none = 0;
-        report.Expect(host.Call(&hopbox_host_table::get_front_document, &none) == HOPBOX_NONE, "close_all",
-                      QStringLiteral("no document is in front any more"));
+        ExportChecks exports(plugIn, adaptor, host, receiver, report);
+        if (report.GetFaultCount() == 0) {
+            exports.RunAll();
+            exports.RunOnce();
+        }
+        table.CheckClosing();
+        table.CheckHandles();
     }
     report.PrintSummary();
     return report.GetFaultCount() == 0 ? cExitSound : cExitFaulty;
@@ -116,14 +116,14 @@ int Run(const CliCall& call, const QString& folder)
     const auto plugIn = getAdaptor ? Find<hopbox_entry_function>(module, HOPBOX_ENTRY_NAME) : nullptr;
     if (plugIn == nullptr)
         return cExitWrongCall;
-    const hopbox_adaptor* adaptor = getAdaptor(HOPBOX_VERSION);
-    if (!IsUsable(adaptor) || plugIn(HOPBOX_VERSION) == nullptr)
+    hopbox_adaptor adaptor;
+    if (!Take(getAdaptor(HOPBOX_VERSION), adaptor) || plugIn(HOPBOX_VERSION) == nullptr)
         return cExitWrongCall;
     if (!QFile::exists(receiver)) {
         CliConsole::PrintError(QStringLiteral("There is no file \"%1\".").arg(receiver));
         return cExitWrongCall;
     }
-    return Check(*adaptor, plugIn, receiver, folder);
+    return Check(adaptor, plugIn, receiver, folder);
 }
 }  // namespace
 

@@ -16,8 +16,8 @@
 #include <chrono>
 
 // The plug-in's own share of an export of a real document: its time from the dialog's OK to the sent ticket
-// without the host's command, beside Scribus run alone with the same options, and beside the whole export. The
-// host is reached as a loaded module reaches it, through both sides of the C boundary; its answers to
+// without the host's command, beside Scribus run alone with the same options, and beside the whole export.
+// The host is reached as a loaded module reaches it, through both sides of the C boundary; its answers to
 // questions about the document count as the plug-in's time.
 namespace
 {
@@ -131,7 +131,11 @@ void PlugIn(benchmark::State& state)
             state.SkipWithError("the export failed");
     }
 }
-BENCHMARK(PlugIn)->DenseRange(0, cHundredPages)->Iterations(7)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(PlugIn)
+    ->DenseRange(0, cHundredPages)
+    ->Iterations(7)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 
 void ScribusAlone(benchmark::State& state)
 {
@@ -145,7 +149,11 @@ void ScribusAlone(benchmark::State& state)
         state.SetIterationTime(Seconds(Clock::now() - start).count());
     }
 }
-BENCHMARK(ScribusAlone)->DenseRange(0, cHundredPages)->Iterations(7)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(ScribusAlone)
+    ->DenseRange(0, cHundredPages)
+    ->Iterations(7)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 }  // namespace
 
 int main(int argc, char** argv)

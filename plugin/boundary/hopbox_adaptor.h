@@ -28,6 +28,18 @@ typedef struct hopbox_adaptor
 
     /* Closes everything: no document is in front after it. */
     int32_t (*close_all)(void* host);
+
+    /* The rest may be null: what needs it is not tried then. */
+
+    /* How many handles the host has given and not got back. */
+    int32_t (*count_handles)(void* host, int32_t* count);
+
+    /* Has the user press Cancel during the next run_command that makes a PDF or a package. */
+    int32_t (*cancel_next)(void* host);
+
+    /* Brings a document to the front that has changed since it was saved, or has no file yet. Its
+     * save_document writes to this path, as if the user had chosen it. */
+    int32_t (*open_unsaved)(void* host, const hopbox_text* path);
 } hopbox_adaptor;
 
 #define HOPBOX_ADAPTOR_ENTRY_NAME "hopbox_adaptor_entry"

@@ -187,6 +187,8 @@ static int32_t run_command(void* context, hopbox_handle handle)
                                                         command->page_count, command->output)
                    ? HOPBOX_OK
                    : HOPBOX_FAILED;
+    if (command->output[0] == 0)
+        return HOPBOX_FAILED;
     while (leaf > host->path && leaf[-1] != '/' && leaf[-1] != '\\')
         --leaf;
     return add_file(command, leaf, host->text, host->length);

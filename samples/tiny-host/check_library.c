@@ -29,11 +29,23 @@ static int32_t close_all(void* context)
     return HOPBOX_OK;
 }
 
+static int32_t count_handles(void* host, int32_t* count)
+{
+    *count = ((tiny_host*)host)->handle_count;
+    return HOPBOX_OK;
+}
+
 const hopbox_adaptor* hopbox_adaptor_entry(uint32_t version)
 {
     static tiny_host host;
     static hopbox_host_table table;
-    static hopbox_adaptor adaptor = {sizeof adaptor, HOPBOX_VERSION, &table, &host, open_sample, close_all};
+    static hopbox_adaptor adaptor = {.size = sizeof adaptor,
+                                     .version = HOPBOX_VERSION,
+                                     .table = &table,
+                                     .host = &host,
+                                     .open_sample = open_sample,
+                                     .close_all = close_all,
+                                     .count_handles = count_handles};
     table = tiny_make_table();
     return version == HOPBOX_VERSION ? &adaptor : NULL;
 }

@@ -1,10 +1,14 @@
+#include "plugin/boundary/BoundaryText.h"
 #include "plugin/boundary/HostTable.h"
 #include "plugin/boundary/hopbox_adaptor.h"
 #include "tests/support/TestFiles.h"
 #include "tests/support/Texts.h"
 #include "tests/support/fake_host/FakeHost.h"
 
-#include <qglobal.h>
+#include <QDir>
+#include <QFileInfo>
+
+#include <thread>
 
 // The fake host as a library for hopbox-host-check. What FAKE_ADAPTOR_LIE names is wrong with its table.
 
@@ -12,6 +16,11 @@ namespace
 {
 using Table = hopbox_host_table;
 using Handle = hopbox_handle;
+
+QString Read(const hopbox_text& text)
+{
+    return QString::fromUtf8(text.bytes, static_cast<int>(text.length));
+}
 
 struct State
 {
@@ -26,9 +35,12 @@ State& GetState()
     return *state;
 }
 
+bool hasFront = false;
+bool leavesOpen = false;
+
 int32_t OpenSample(void*, const hopbox_text* folder)
 {
-    const QString place = QString::fromUtf8(folder->bytes, static_cast<int>(folder->length));
+    const QString place = Read(*folder);
     FakeDocument document;
     document.name = "Sample.indd"_q;
     document.path = place + "/Sample.indd"_q;
@@ -39,18 +51,67 @@ int32_t OpenSample(void*, const hopbox_text* folder)
     book.documentPaths = QStringList{document.path};
     GetState().services.documents = {document};
     GetState().services.books = {book};
+    hasFront = true;
     return WriteFile(document.path, "document") && WriteFile(book.path, "book") ? HOPBOX_OK : HOPBOX_FAILED;
 }
 
-bool leavesOpen = false;
-
 int32_t CloseAll(void*)
 {
-    if (leavesOpen)
-        return HOPBOX_OK;
-    GetState().services.documents.clear();
+    for (FakeDocument& document : GetState().services.documents)
+        document.isOpen = leavesOpen;
     GetState().services.books.clear();
+    hasFront = leavesOpen;
     return HOPBOX_OK;
+}
+
+// What was opened without a window is not in front.
+int32_t GetFrontDocument(void* host, Handle* document)
+{
+    return hasFront ? HostTable::GetTable().get_front_document(host, document) : int32_t(HOPBOX_NONE);
+}
+
+int32_t CountHandles(void*, int32_t* count)
+{
+    *count = static_cast<int32_t>(GetState().host.GetHandleCount());
+    return HOPBOX_OK;
+}
+
+bool leavesRest = false;
+
+// The work is done to its end, and taken back.
+int32_t CancelNext(void*)
+{
+    FakeHost& services = GetState().services;
+    services.onRun = [&services] { services.CancelByUser(); };
+    services.onMade = [](const QString& path) {
+        if (!leavesRest)
+            QFileInfo(path).isDir() ? QDir(path).removeRecursively() : QFile::remove(path);
+    };
+    return HOPBOX_OK;
+}
+
+int32_t RunCommand(void* host, Handle command)
+{
+    const int32_t result = HostTable::GetTable().run_command(host, command);
+    GetState().services.onRun = nullptr;
+    GetState().services.onMade = nullptr;
+    return result;
+}
+
+int32_t OpenUnsaved(void*, const hopbox_text* path)
+{
+    auto& documents = GetState().services.documents;
+    documents.insert(documents.begin(), documents.front());
+    documents.front().path = Read(*path);
+    documents.front().isSaved = false;
+    return HOPBOX_OK;
+}
+
+int32_t SaveDocument(void* host, Handle document)
+{
+    QFile file(GetState().services.documents.front().path);
+    return file.open(QIODevice::WriteOnly) ? HostTable::GetTable().save_document(host, document)
+                                           : int32_t(HOPBOX_FAILED);
 }
 
 const std::map<QByteArray, void (*)(Table&)> cLies = {
@@ -124,21 +185,110 @@ const std::map<QByteArray, void (*)(Table&)> cLies = {
              return HOPBOX_NONE;
          };
      }},
-    {"no export",  // of the name that the plug-in gives it
+    {"no export",  // of the name that the plug-in gives it, after that of the document in front
      [](Table& table) {
          table.set_output = [](void* host, Handle command, const hopbox_text* path) -> int32_t {
-             const QByteArray text(path->bytes, static_cast<int>(path->length));
-             const bool isExport = text.endsWith("Sample.pdf") && !text.contains("none");
-             return isExport ? int32_t(HOPBOX_FAILED) : HostTable::GetTable().set_output(host, command, path);
+             return Read(*path).endsWith("Unsaved 2.pdf"_q)
+                        ? int32_t(HOPBOX_FAILED)
+                        : HostTable::GetTable().set_output(host, command, path);
          };
      }},
-    {"documents left open", [](Table&) { leavesOpen = true; }}};
+    {"documents left open", [](Table&) { leavesOpen = true; }},
+    {"a text of another thread",
+     [](Table& table) {
+         table.get_document_name = [](void*, Handle, const hopbox_sink* sink) -> int32_t {
+             std::thread([&] { sink->put(sink->context, "Sample", 6); }).join();
+             return HOPBOX_OK;
+         };
+     }},
+    {"pages of another thread",
+     [](Table& table) {
+         table.get_pages_of_range = [](void* host, Handle document, const hopbox_text* range,
+                                       const hopbox_page_sink* sink) -> int32_t {
+             int32_t result = 0;
+             std::thread([&] {
+                 result = HostTable::GetTable().get_pages_of_range(host, document, range, sink);
+             }).join();
+             return result;
+         };
+     }},
+    {"handles that are kept", [](Table& table) { table.release = [](void*, Handle) {}; }},
+    {"handles that are not counted",
+     [](Table& table) {
+         static Handle last = 0;
+         table.get_front_document = [](void* host, Handle* document) -> int32_t {
+             const int32_t result = last != 0 ? int32_t(HOPBOX_OK) : GetFrontDocument(host, &last);
+             *document = result == HOPBOX_OK ? last : *document;
+             return result;
+         };
+         table.release = [](void* host, Handle handle) {
+             last = last == handle ? 0 : last;
+             HostTable::GetTable().release(host, handle);
+         };
+     }},
+    {"a handle of nothing",
+     [](Table& table) {
+         table.find_open_document = [](void* host, const hopbox_text* path, Handle* document) -> int32_t {
+             const int32_t result = HostTable::GetTable().find_open_document(host, path, document);
+             *document = result == HOPBOX_OK ? *document : 4711;
+             return result;
+         };
+     }},
+    {"no handle",
+     [](Table& table) {
+         table.open_document = [](void*, const hopbox_text* path, Handle*) -> int32_t {
+             return QFileInfo::exists(Read(*path)) ? HOPBOX_OK : HOPBOX_FAILED;
+         };
+     }},
+    {"documents that stay open",
+     [](Table& table) { table.close_document = [](void*, Handle) -> int32_t { return HOPBOX_OK; }; }},
+    {"no Cancel",
+     [](Table& table) {
+         table.run_command = [](void* host, Handle command) -> int32_t {
+             const int32_t result = RunCommand(host, command);
+             return result == HOPBOX_CANCELLED ? int32_t(HOPBOX_OK) : result;
+         };
+     }},
+    {"a rest of what was cancelled", [](Table&) { leavesRest = true; }},
+    {"any folder",
+     [](Table& table) {
+         table.set_output = [](void* host, Handle command, const hopbox_text* path) -> int32_t {
+             const Boundary::PassedText elsewhere(Read(*path).remove("Check.joboptions/"_q));
+             return HostTable::GetTable().set_output(host, command, elsewhere);
+         };
+     }},
+    {"any report",
+     [](Table& table) {
+         table.write_report = [](void* host, Handle command) -> int32_t {
+             HostTable::GetTable().write_report(host, command);
+             return HOPBOX_OK;
+         };
+     }},
+    {"any save",
+     [](Table& table) { table.save_document = [](void*, Handle) -> int32_t { return HOPBOX_OK; }; }},
+    {"always saved",
+     [](Table& table) {
+         table.is_document_saved = [](void*, Handle, int32_t* isSaved) -> int32_t {
+             *isSaved = 1;
+             return HOPBOX_OK;
+         };
+     }},
+    {"a book that stays modified", [](Table& table) {
+         table.is_book_modified = [](void*, Handle, int32_t* isModified) -> int32_t {
+             *isModified = 1;
+             return HOPBOX_OK;
+         };
+     }}};
 }  // namespace
 
 extern "C" Q_DECL_EXPORT const hopbox_adaptor* hopbox_adaptor_entry(uint32_t)
 {
     static const hopbox_adaptor adaptor = {sizeof adaptor,   HOPBOX_VERSION, &GetState().table,
-                                           &GetState().host, OpenSample,     CloseAll};
+                                           &GetState().host, OpenSample,     CloseAll,
+                                           CountHandles,     CancelNext,     OpenUnsaved};
+    GetState().table.get_front_document = GetFrontDocument;
+    GetState().table.run_command = RunCommand;
+    GetState().table.save_document = SaveDocument;
     const auto lie = cLies.find(qgetenv("FAKE_ADAPTOR_LIE"));
     if (lie != cLies.end())
         lie->second(GetState().table);

@@ -32,7 +32,7 @@ struct ProgramRun
         process.setProcessEnvironment(environment);
         process.setProcessChannelMode(QProcess::MergedChannels);
         process.start(program + cSuffix, arguments);
-        EXPECT_TRUE(process.waitForFinished(120000)) << program.toStdString();
+        EXPECT_TRUE(process.waitForFinished(240000)) << program.toStdString();
         status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
         output = QString::fromUtf8(process.readAll());
     }
@@ -154,7 +154,21 @@ TEST(HostCheck, FindsTheFaultOfAnAdaptor)
                  {"no unit", "get_unit"_q},
                  {"books without documents", "get_book_document_file"_q},
                  {"no export", "run_command"_q},
-                 {"documents left open", "close_all"_q}};
+                 {"documents left open", "close_all"_q},
+                 {"a text of another thread", "get_document_name"_q},
+                 {"pages of another thread", "get_pages_of_range"_q},
+                 {"handles that are kept", "release"_q},
+                 {"handles that are not counted", "release"_q},
+                 {"a handle of nothing", "find_open_document"_q},
+                 {"no handle", "open_document"_q},
+                 {"documents that stay open", "close_document"_q},
+                 {"no Cancel", "run_command"_q},
+                 {"a rest of what was cancelled", "run_command"_q},
+                 {"any folder", "run_command"_q},
+                 {"any report", "write_report"_q},
+                 {"any save", "save_document"_q},
+                 {"always saved", "is_document_saved"_q},
+                 {"a book that stays modified", "is_book_modified"_q}};
     for (const auto& entry : cases) {
         const ProgramRun run(cCheck, {QStringLiteral(FAKE_ADAPTOR)}, entry.lie);
         EXPECT_EQ(run.status, 1) << entry.lie;

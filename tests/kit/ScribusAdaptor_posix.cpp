@@ -12,21 +12,24 @@ namespace
 {
 const QString cDocument = QStringLiteral("/usr/share/scribus/templates/nl2/nl2.sla.gz");
 
-// A user who wants the export: the sample lacks two pictures.
+// A user who wants the export: the sample lacks two pictures. Who presses Cancel does so in one command.
 class WillingUser final : public IHostFrontend
 {
 public:
     void BeginCommand(const QString&, int) override {}
     void BeginStep(const QString&) override {}
-    bool IsCancelled() override { return false; }
-    void EndCommand() override {}
+    bool IsCancelled() override { return cancelsNext; }
+    void EndCommand() override { cancelsNext = false; }
     int32_t ShowAlert(const QString&, const QString&, const QString&, const QString&, int32_t button,
                       int32_t) override
     {
         return button;
     }
     Decision AskToGoOn(const QString&, const QStringList&) override { return Decision::GoOn; }
-    QString AskForSavePath(const QString&) override { return {}; }
+    QString AskForSavePath(const QString&) override { return savePath; }
+
+    bool cancelsNext = false;
+    QString savePath;
 };
 
 struct State
@@ -44,9 +47,14 @@ State& GetState()
     return *state;
 }
 
+QString Read(const hopbox_text& text)
+{
+    return QString::fromUtf8(text.bytes, static_cast<int>(text.length));
+}
+
 int32_t OpenSample(void*, const hopbox_text* folder)
 {
-    const QDir place(QString::fromUtf8(folder->bytes, static_cast<int>(folder->length)));
+    const QDir place(Read(*folder));
     ScribusHost& services = GetState().services;
     const QString document = place.filePath(QStringLiteral("Sample.sla.gz"));
     QString reason;
@@ -66,11 +74,31 @@ int32_t CloseAll(void*)
         services.CloseBook(services.GetActiveBook());
     return HOPBOX_OK;
 }
+
+int32_t CountHandles(void*, int32_t* count)
+{
+    *count = static_cast<int32_t>(GetState().host.GetHandleCount());
+    return HOPBOX_OK;
+}
+
+int32_t CancelNext(void*)
+{
+    GetState().user.cancelsNext = true;
+    return HOPBOX_OK;
+}
+
+int32_t OpenUnsaved(void*, const hopbox_text* path)
+{
+    QString reason;
+    GetState().user.savePath = Read(*path);
+    return GetState().services.NewDocument(cDocument, reason) ? HOPBOX_OK : HOPBOX_FAILED;
+}
 }  // namespace
 
 extern "C" Q_DECL_EXPORT const hopbox_adaptor* hopbox_adaptor_entry(uint32_t)
 {
     static const hopbox_adaptor adaptor = {sizeof adaptor,   HOPBOX_VERSION, &HostTable::GetTable(),
-                                           &GetState().host, OpenSample,     CloseAll};
+                                           &GetState().host, OpenSample,     CloseAll,
+                                           CountHandles,     CancelNext,     OpenUnsaved};
     return &adaptor;
 }

@@ -211,8 +211,8 @@ protected:
 }  // namespace
 
 // Hosts in C that were compiled against the header as it was before its last functions, as it is, and as it
-// may be once it has more; each with the module of this form of the header and with a later one. In each round
-// two of them live at once, the one with the one module, the other with the other.
+// may be once it has more; each with the module of this form of the header and with a later one. In each
+// round two of them live at once, the one with the one module, the other with the other.
 TEST_F(SmallHosts, OfEachFormOfTheHeaderExportThroughModulesOfTwoFormsAtOnce)
 {
     MakeHopbox("Press"_q);
@@ -237,9 +237,8 @@ TEST_F(SmallHosts, OfEachFormOfTheHeaderExportThroughModulesOfTwoFormsAtOnce)
         Begin(round.ofLaterModule, laterLibrary);
         Export(round.ofModule, receiver);
         Export(round.ofLaterModule, receiver);
-        const auto& [first, second] = round.isModuleFirstGone
-                                          ? std::tie(round.ofModule, round.ofLaterModule)
-                                          : std::tie(round.ofLaterModule, round.ofModule);
+        const auto& [first, second] = round.isModuleFirstGone ? std::tie(round.ofModule, round.ofLaterModule)
+                                                              : std::tie(round.ofLaterModule, round.ofModule);
         EXPECT_EQ(first.end(), 0);
         Export(second, receiver);
         EXPECT_EQ(second.end(), 0);
