@@ -17,16 +17,6 @@ const GBuffer cLastSelection = QByteArrayLiteral("LastSelectedPDFSetting");
 const GBuffer cPackageChoice = QByteArrayLiteral("IncludeFilePackageChecked");
 
 int32_t useCount = 0;
-
-void Flush()
-{
-    try {
-        if (GPrefModule* module = GPreferences::GetPrefModule(cModule))
-            module->FlushPrefs();
-    } catch (const GException& error) {
-        GTrace::Error(QStringLiteral("PlugInPreferences::Flush"), error.GetDescription());
-    }
-}
 }  // namespace
 
 const GString PlugInPreferences::cFileName = QStringLiteral("JunctraPlugins.pref");
@@ -81,4 +71,14 @@ void PlugInPreferences::Prune(const QStringList& groups)
             GPreferences::Remove(cModule, name);
     }
     Flush();
+}
+
+void PlugInPreferences::Flush()
+{
+    try {
+        if (GPrefModule* module = GPreferences::GetPrefModule(cModule))
+            module->FlushPrefs();
+    } catch (const GException& error) {
+        GTrace::Error(QStringLiteral("PlugInPreferences::Flush"), error.GetDescription());
+    }
 }

@@ -30,4 +30,7 @@ void SetPackageChoice(const GString& group, bool isWanted);
 // Forgets the package choices of all Hopboxes but these, each with its whole group, and writes the file. A
 // file that can't be written is logged.
 void Prune(const QStringList& groups);
+
+// Writes the file. A file that can't be written is logged.
+void Flush();
 }  // namespace PlugInPreferences

@@ -1,7 +1,7 @@
 #include "hopbox/HopboxRegistry.h"
 
 #include "foundation/core/GBufferSupport.h"
-#include "foundation/core/GException.h"
+#include "foundation/core/GErrorCodes.h"
 #include "foundation/core/GStringSupport.h"
 #include "foundation/core/GUniqueID.h"
 #include "foundation/prefs/GListReader.h"
@@ -117,6 +117,16 @@ GString GetFirstNameBelow(const GPathName& path, const GPathName& folder)
 }
 }  // namespace
 
+UnreadRegistry::UnreadRegistry(const GPathName& registry, const GString& cause)
+    : GCustomException(GErrorCode::cFile,
+                       QStringLiteral("The registry \"%1\" can't be read: what Hopboxes there are is not "
+                                      "known. %2")
+                           .arg(registry.GetNativePath(), cause)),
+      file(registry),
+      reason(cause)
+{
+}
+
 HopboxRegistry::HopboxRegistry()
 {
     const GPathName path = GetPathName();
@@ -130,6 +140,13 @@ GPathName HopboxRegistry::GetPathName()
 {
     return GFileSystemBase::GetSpecialPath(GSpecialPath::cUserPreferences)
         .GetChild(QStringLiteral("Printer Processor/MorvanePrinterProcessor.prefs"));
+}
+
+const GPrefModule& HopboxRegistry::GetRead() const
+{
+    if (!mModule->GetUnreadReason().isEmpty())
+        throw UnreadRegistry(mModule->GetPathName(), mModule->GetUnreadReason());
+    return *mModule;
 }
 
 bool HopboxRegistry::AddEntry(const GString& actorName, const HopboxRegistryEntry& entry, GString* key)
@@ -220,7 +237,7 @@ bool HopboxRegistry::ChangeFound(const GString& name,
 
 bool HopboxRegistry::GetEntry(const GString& name, HopboxRegistryEntry& entry) const
 {
-    const std::optional<HopboxRecord> record = ReadRecord(*mModule, FindIn(*mModule, name));
+    const std::optional<HopboxRecord> record = ReadRecord(GetRead(), FindIn(GetRead(), name));
     if (record)
         entry = record->entry;
     return record.has_value();
@@ -229,8 +246,8 @@ bool HopboxRegistry::GetEntry(const GString& name, HopboxRegistryEntry& entry) c
 bool HopboxRegistry::FindByContextFile(const GPathName& contextFilePath, GString& actorName,
                                        HopboxRegistryEntry& entry) const
 {
-    for (const GBuffer& key : ListKeys(*mModule)) {
-        const std::optional<HopboxRecord> record = ReadRecord(*mModule, key);
+    for (const GBuffer& key : ListKeys(GetRead())) {
+        const std::optional<HopboxRecord> record = ReadRecord(GetRead(), key);
         if (record && record->entry.contextFilePath == contextFilePath) {
             actorName = record->actorName;
             entry = record->entry;
@@ -243,8 +260,8 @@ bool HopboxRegistry::FindByContextFile(const GPathName& contextFilePath, GString
 QStringList HopboxRegistry::GetActorNames() const
 {
     QStringList names;
-    for (const GBuffer& key : ListKeys(*mModule)) {
-        if (const std::optional<HopboxRecord> record = ReadRecord(*mModule, key))
+    for (const GBuffer& key : ListKeys(GetRead())) {
+        if (const std::optional<HopboxRecord> record = ReadRecord(GetRead(), key))
             names.append(record->actorName);
     }
     return names;
@@ -253,19 +270,19 @@ QStringList HopboxRegistry::GetActorNames() const
 QStringList HopboxRegistry::GetKeys() const
 {
     QStringList keys;
-    for (const GBuffer& key : ListKeys(*mModule))
+    for (const GBuffer& key : ListKeys(GetRead()))
         keys.append(GBufferSupport::GetNameText(key));
     return keys;
 }
 
 GString HopboxRegistry::FindKey(const GString& name) const
 {
-    return GBufferSupport::GetNameText(FindIn(*mModule, name));
+    return GBufferSupport::GetNameText(FindIn(GetRead(), name));
 }
 
 std::optional<HopboxRecord> HopboxRegistry::GetRecord(const GString& key) const
 {
-    return ReadRecord(*mModule, GBufferSupport::GetNameFromText(key));
+    return ReadRecord(GetRead(), GBufferSupport::GetNameFromText(key));
 }
 
 GString HopboxRegistry::GetPreferenceGroup(const GString& key) const
@@ -282,7 +299,7 @@ void HopboxRegistry::Clear()
 QStringList HopboxRegistry::GetAllowedOrigins() const
 {
     QStringList origins;
-    GListReader::ReadText(mModule->Get(cServerSettings, cAllowedOrigins), origins);
+    GListReader::ReadText(GetRead().Get(cServerSettings, cAllowedOrigins), origins);
     return origins;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/core/GDateTime.h"
+#include "foundation/core/GException.h"
 #include "foundation/core/GPathName.h"
 #include "hopbox/HopboxRegistryEntry.h"
 
@@ -15,6 +16,16 @@ class GPrefModule;
 class GPrefSharedFileModule;
 struct PrefDamage;
 
+// The registry's file is there but could not be read, so that nothing is known of the Hopboxes in it.
+class UnreadRegistry : public GCustomException
+{
+public:
+    UnreadRegistry(const GPathName& registry, const GString& cause);
+
+    const GPathName file;
+    const GString reason;
+};
+
 // The registry in which every Hopbox application of a user enters itself: one shared settings file.
 //
 // A handle reads the file when it is made and then answers from memory; make a new one for each task, and
@@ -27,8 +38,10 @@ struct PrefDamage;
 // compared exactly. Several entries may bear one actor name. A record that can't be read is found only by its
 // key, and then only to be replaced or removed.
 //
-// A missing file is an empty registry. Failures of the file and its lock raise a GException. A handle is used
-// by one thread at a time.
+// A missing file is an empty registry. Failures of the file and its lock raise a GException. A file that is
+// there but can't be read (no right, something else in its place, a lock that can't be had) is no empty
+// registry: whatever answers from it raises UnreadRegistry, until a change has read it. A handle is used by
+// one thread at a time.
 class HopboxRegistry
 {
 public:
@@ -128,6 +141,7 @@ public:
     static bool RenameSettingsInPath(const GString& newName, GPathName& path) noexcept;
 
 private:
+    const GPrefModule& GetRead() const;
     bool ChangeFound(const GString& name, const std::function<bool(GPrefModule&, const GBuffer&)>& change);
 
     std::unique_ptr<GPrefSharedFileModule> mModule;

@@ -78,7 +78,7 @@ int RunImport(const CliCall& call)
     HopboxRegistry registry;
     if (!registry.FindKey(name).isEmpty())
         return HopboxOutput::FailTaken(name);
-    ProjectPlace::NewFolder folder(name, registry);
+    ProjectPlace::NewFolder folder(name);
     GString key;
     const bool isAdded = registry.AddFirstEntry(name, PlaceEntry(*content, name, folder), key);
     DamageNotice::Tell(registry);

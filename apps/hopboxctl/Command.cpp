@@ -16,6 +16,7 @@ struct Answer
     const CliCommand* command = nullptr;
     QJsonValue result;
     QJsonValue damaged;
+    QJsonValue unread;
 };
 
 Answer& GetAnswer()
@@ -56,6 +57,11 @@ void SetDamaged(const QJsonValue& damaged)
     GetAnswer().damaged = damaged;
 }
 
+void SetUnread(const QJsonValue& unread)
+{
+    GetAnswer().unread = unread;
+}
+
 int RefuseCall(const QString& error)
 {
     return RefuseCli(Program::GetDescription(), GetAnswer().command, error);
@@ -88,6 +94,8 @@ int Program::FinishAnswer(int status)
             {QStringLiteral("warnings"), QJsonArray::fromStringList(CliConsole::GetWarnings())}};
         if (answer.damaged.isObject())
             object.insert(QStringLiteral("damaged"), answer.damaged);
+        if (answer.unread.isObject())
+            object.insert(QStringLiteral("unread"), answer.unread);
         CliConsole::Print(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)) +
                           QLatin1Char('\n'));
     }

@@ -27,9 +27,11 @@ void PrintError(const QString& line);
 // The same for what is worth knowing though nothing failed.
 void PrintWarning(const QString& line);
 
-// What a program gets with --json: the command's own part of the answer, and what is known of a damaged file.
+// What a program gets with --json: the command's own part of the answer, what is known of a damaged file, and
+// of a registry that can't be read.
 void SetResult(const QJsonValue& result);
 void SetDamaged(const QJsonValue& damaged);
+void SetUnread(const QJsonValue& unread);
 
 // Says that a word of the call is wrong, and gives the exit status of that.
 int RefuseCall(const QString& error);

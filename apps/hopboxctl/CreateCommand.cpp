@@ -44,7 +44,7 @@ int Create(const CliCall& call, const GPrefMemoryModule& settings)
     HopboxRegistry registry;
     if (!registry.FindKey(name).isEmpty())
         return HopboxOutput::FailTaken(name);
-    ProjectPlace::NewFolder folder(name, registry);
+    ProjectPlace::NewFolder folder(name);
     HopboxProject project(folder.GetArchivePath());
     if (!project.Create(GetAbsolute(call.Get("job-options")), settings)) {
         PrintError(project.GetLastError());

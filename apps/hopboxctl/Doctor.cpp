@@ -6,6 +6,7 @@
 #include "apps/hopboxctl/ProjectPlace.h"
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/core/GException.h"
+#include "foundation/core/SharedFile.h"
 #include "foundation/prefs/GPrefFileModule.h"
 #include "foundation/prefs/GPrefMemoryModule.h"
 #include "foundation/system/GDamagedCopies.h"
@@ -113,7 +114,7 @@ void LookForTwins(const std::map<QString, QStringList>& keysByName, const char* 
 void LookAtFile(const char* kind, const GPathName& path, QVector<Finding>& findings)
 {
     const QString native = path.GetNativePath();
-    if (!QFileInfo::exists(native))
+    if (IsFileMissing(native))
         return;
     try {
         const PrefsFile file(native);
@@ -124,7 +125,10 @@ void LookAtFile(const char* kind, const GPathName& path, QVector<Finding>& findi
                  QStringLiteral("the next change keeps a copy beside it and writes what can be read"),
                  {}});
     } catch (const GException& error) {
-        findings.append({kind, error.GetDescription(), QStringLiteral("look at its rights"), {}});
+        findings.append({kind,
+                         error.GetDescription(),
+                         QStringLiteral("look at its rights and at what is in its place"),
+                         {}});
     }
 }
 }  // namespace
@@ -172,8 +176,11 @@ void Doctor::LookAtHopboxes(const HopboxRegistry& registry, QVector<Finding>& fi
                  QStringLiteral("hopboxctl set %1 PDFSettings=TEXT"), findings);
 }
 
+// Of a damaged registry nobody knows what it named.
 void Doctor::LookAtProjectFolders(const HopboxRegistry& registry, QVector<Finding>& findings)
 {
+    if (registry.GetDamage())
+        return;
     const QDir settings(HopboxRegistry::GetSettingsFolder().GetNativePath());
     for (const QString& name :
          settings.entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot | QDir::NoSymLinks)) {

@@ -7,19 +7,23 @@
 #include <QJsonArray>
 #include <QJsonObject>
 
+#include <algorithm>
+
 using Doctor::Finding;
 
 namespace
 {
-// Looks at one thing; what keeps it from being looked at is a finding, too.
+// Looks at one thing; what keeps it from being looked at is a finding, too, once.
 template <typename Look>
 void Try(QVector<Finding>& findings, const Look& look)
 {
     try {
         look();
     } catch (const GException& error) {
-        findings.append(
-            {"not-looked-at", error.GetDescription(), QStringLiteral("mend this and look again"), {}});
+        const auto isIt = [&](const Finding& found) { return found.text == error.GetDescription(); };
+        if (std::none_of(findings.cbegin(), findings.cend(), isIt))
+            findings.append(
+                {"not-looked-at", error.GetDescription(), QStringLiteral("mend this and look again"), {}});
     }
 }
 

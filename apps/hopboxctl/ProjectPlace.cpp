@@ -41,25 +41,32 @@ void RemoveContent(const GPathName& folder)
     }
 }
 
-// Removes the folders of makers that were killed. One that the registry names was finished all the same; of a
-// registry that is damaged nobody knows what it named.
-void RemoveLeftovers(const HopboxRegistry& registry)
+// Removes what a killed maker left in a folder. One that the registry names was finished all the same; of a
+// registry that is damaged nobody knows what it named, and one that can't be read raises. It is read only now
+// that the maker is dead: what it still registered is there.
+void RemoveLeft(const GPathName& folder, const GPathName& owner)
 {
-    const GPathName settings = HopboxRegistry::GetSettingsFolder();
+    const HopboxRegistry registry;
+    GString actorName;
+    HopboxRegistryEntry entry;
+    const bool isUsed = registry.FindByContextFile(folder.GetChild(cArchiveName), actorName, entry);
     if (registry.GetDamage())
         return;
+    GOwnedFile::RemoveUnowned(owner, [&] {
+        if (!isUsed)
+            RemoveContent(folder);
+    });
+}
+
+void RemoveLeftovers()
+{
+    const GPathName settings = HopboxRegistry::GetSettingsFolder();
     for (const QString& name :
          QDir(settings.GetNativePath()).entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot)) {
         const GPathName folder = settings.GetChild(name);
         const GPathName owner = folder.GetChild(cOwnerName);
-        GString actorName;
-        HopboxRegistryEntry entry;
-        const bool isUsed = registry.FindByContextFile(folder.GetChild(cArchiveName), actorName, entry);
-        if (QFileInfo::exists(owner.GetNativePath()))
-            GOwnedFile::RemoveUnowned(owner, [&] {
-                if (!isUsed)
-                    RemoveContent(folder);
-            });
+        if (QFileInfo::exists(owner.GetNativePath()) && !GOwnedFile::IsOwned(owner))
+            RemoveLeft(folder, owner);
         RemoveEmptyFolder(folder);
     }
 }
@@ -102,11 +109,11 @@ bool ProjectPlace::Remove(const GPathName& archive)
     return true;
 }
 
-ProjectPlace::NewFolder::NewFolder(const QString& hopboxName, const HopboxRegistry& registry)
+ProjectPlace::NewFolder::NewFolder(const QString& hopboxName)
     : mMissing(FindMissing(HopboxRegistry::GetSettingsFolder()))
 {
     GFileSystemBase::CreateFolder(HopboxRegistry::GetSettingsFolder());
-    RemoveLeftovers(registry);
+    RemoveLeftovers();
     MakeOwned(HopboxFolder::MakeName(hopboxName));
 }
 

@@ -6,8 +6,6 @@
 #include <memory>
 #include <vector>
 
-class HopboxRegistry;
-
 // Where hopboxctl puts the Hopboxes that it makes.
 namespace ProjectPlace
 {
@@ -38,8 +36,8 @@ bool Remove(const GPathName& archive);
 class NewFolder
 {
 public:
-    // Raises when the folder can't be made. `registry` tells which folders are in use.
-    NewFolder(const QString& hopboxName, const HopboxRegistry& registry);
+    // Raises when the folder can't be made, or the registry, which tells what is in use, can't be read.
+    explicit NewFolder(const QString& hopboxName);
     ~NewFolder();
     NewFolder(const NewFolder&) = delete;
     NewFolder& operator=(const NewFolder&) = delete;

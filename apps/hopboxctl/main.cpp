@@ -1,12 +1,15 @@
 #include "apps/hopboxctl/Command.h"
 #include "apps/hopboxctl/HopboxCommands.h"
+#include "apps/hopboxctl/HopboxOutput.h"
 #include "apps/hopboxctl/MacTypeCommand.h"
 #include "apps/hopboxctl/PrefsCommand.h"
 #include "apps/hopboxctl/Program.h"
 #include "apps/hopboxctl/ZipCommand.h"
 #include "foundation/cli/CliMain.h"
+#include "hopbox/HopboxRegistry.h"
 
 #include <QCoreApplication>
+#include <QJsonObject>
 
 #include <exception>
 #include <vector>
@@ -44,7 +47,8 @@ CliProgram MakeDescription()
           "  result    what the command found out; null where there is nothing\n"
           "  errors    the errors, as on standard error\n"
           "  warnings  what is worth knowing though nothing failed\n"
-          "  damaged   only when the registry is damaged: where, and where a copy is"},
+          "  damaged   only when the registry is damaged: where, and where a copy is\n"
+          "  unread    only when the registry is there but can't be read: which file, and why"},
          {"exit status",
           "  0  done\n"
           "  1  failed; standard error says why\n"
@@ -66,6 +70,11 @@ int RunCommand(const CliCall& call)
     const auto place = static_cast<size_t>(call.GetCommand() - program.commands.data());
     try {
         return GetCommands().at(place)->run(call);
+    } catch (const UnreadRegistry& error) {
+        PrintError(HopboxOutput::GetShown(error.GetDescription()));
+        SetUnread(QJsonObject{{QStringLiteral("File"), error.file.GetNativePath()},
+                              {QStringLiteral("Reason"), error.reason}});
+        return cCliFailed;
     } catch (const std::exception& error) {
         PrintError(QString::fromUtf8(error.what()));
         return cCliFailed;

@@ -111,7 +111,7 @@ bool ParseProgram(const QString& text, QString& program)
 }
 
 // The name of a Hopbox, as tickets have it, for its name or key. What nothing is known of is taken for a
-// name.
+// name; raises where the registry, which would know, can't be read.
 GString GetHopboxName(const QString& name)
 {
     const HopboxRegistry registry;

@@ -187,10 +187,10 @@ int Receive(const Options& options)
 int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
-    Options options;
-    if (const std::optional<int> status = Options::Read(argc, argv, options))
-        return *status;
     try {
+        Options options;
+        if (const std::optional<int> status = Options::Read(argc, argv, options))
+            return *status;
         return Receive(options);
     } catch (const std::exception& error) {
         // Somebody who wants it to end does not mind that the inbox is another's.

@@ -147,7 +147,8 @@ void GCSPUSaveAsStamplexPDFDialog::OnPDFSettingsSelectionChanged(int)
 {
     const QSignalBlocker blocker(mForm.includePackage);
     const HopboxList::Item* item = mForm.pdfSettings->GetCurrentItem();
-    PlugInPreferences::SetLastSelection(item == nullptr ? GString() : item->key);
+    if (item != nullptr || mForm.pdfSettings->GetList().IsWhole())
+        PlugInPreferences::SetLastSelection(item == nullptr ? GString() : item->key);
     mIsAdjustable = false;
     mForm.pdfSettings->ShowCurrentTip();
     if (item == nullptr) {
@@ -313,13 +314,16 @@ void GCSPUSaveAsStamplexPDFDialog::StoreChoices()
         mTool.GetSettings().Set(group, entry.key, entry.value);
 }
 
+// What was chosen for a Hopbox is forgotten with it, but not when nobody knows whether it is still there.
 void GCSPUSaveAsStamplexPDFDialog::OnExit()
 {
     try {
-        PlugInPreferences::Prune(HopboxList::Read().GetPreferenceGroups());
+        if (const HopboxList list = HopboxList::Read(); list.IsWhole())
+            PlugInPreferences::Prune(list.GetPreferenceGroups());
     } catch (const GException& error) {
         GTrace::Error(QStringLiteral("GCSPUSaveAsStamplexPDFDialog::OnExit"), error.GetDescription());
     }
+    PlugInPreferences::Flush();
 }
 
 bool GCSPUSaveAsStamplexPDFDialog::IsRemoving() const

@@ -1,6 +1,7 @@
 #include "export/dialog/HopboxList.h"
 
 #include "foundation/core/GException.h"
+#include "foundation/prefs/GPrefFileModule.h"
 #include "foundation/strings/GStringPool.h"
 #include "foundation/trace/GTrace.h"
 #include "hopbox/HopboxRegistry.h"
@@ -22,6 +23,7 @@ HopboxList HopboxList::Read()
     HopboxList list;
     const HopboxRegistry registry;
     const QStringList keys = registry.GetKeys();
+    list.mIsWhole = !registry.GetDamage();
     list.mItems.reserve(static_cast<size_t>(keys.size()));
     for (const GString& key : keys) {
         std::optional<HopboxRecord> record = registry.GetRecord(key);

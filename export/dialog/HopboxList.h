@@ -18,10 +18,11 @@ public:
         HopboxRecord record;
     };
 
-    // No Hopbox.
+    // No Hopbox, and nothing known of those that there are.
     HopboxList() = default;
 
-    // Reads the registry, and each of its records, once. Raises what the registry raises.
+    // Reads the registry, and each of its records, once. Raises what the registry raises, also when its file
+    // is there but can't be read.
     static HopboxList Read();
 
     // In ascending order of their texts, as the current language (GStringPool) sorts; those of one text in
@@ -31,6 +32,9 @@ public:
     // The keys of the records that can't be read, in the registry's order. Whether they would offer
     // themselves is not known.
     const QStringList& GetUnreadableKeys() const { return mUnreadableKeys; }
+
+    // Whether these are all that there are: false, too, for a registry whose file is damaged.
+    bool IsWhole() const { return mIsWhole; }
 
     // The groups of the plug-in's settings that belong to the items.
     QStringList GetPreferenceGroups() const;
@@ -48,4 +52,5 @@ private:
 
     std::vector<Item> mItems;
     QStringList mUnreadableKeys;
+    bool mIsWhole = false;
 };

@@ -59,7 +59,7 @@ void GPrefFileModule::WriteDict()
 void GPrefFileModule::SaveAs(const GPathName& path)
 {
     mPath = path;
-    mIsUnread = false;
+    mUnreadReason.clear();
     mDamage.reset();
     SetDirty(true);
     WriteDict();
@@ -72,8 +72,10 @@ void GPrefFileModule::ReadFile(const GEncodingRef& encoding)
     mDamage.reset();
     try {
         ReadThere(encoding);
-        mIsUnread = false;
+        mUnreadReason.clear();
     } catch (const GException& error) {
+        ClearGroups();
+        SetDirty(false);
         NoteUnread(error);
         throw;
     }
@@ -93,13 +95,12 @@ void GPrefFileModule::ReadThere(const GEncodingRef& encoding)
 
 void GPrefFileModule::NoteUnread(const GException& error)
 {
-    mIsUnread = true;
     mUnreadReason = error.GetDescription();
 }
 
 void GPrefFileModule::WriteFile()
 {
-    if (mIsUnread) {
+    if (!mUnreadReason.isEmpty()) {
         throw GCustomException(GErrorCode::cFile,
                                QStringLiteral("The file \"%1\" could not be read and is not overwritten. %2")
                                    .arg(mPath.GetNativePath(), mUnreadReason));

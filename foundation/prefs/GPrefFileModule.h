@@ -45,6 +45,10 @@ public:
     // The damage that the last read of the file met; none when it was read whole.
     const std::optional<PrefDamage>& GetDamage() const { return mDamage; }
 
+    // Why the last attempt to read the file failed, though it is there; empty when it was read or is missing.
+    // The module is empty then, but the file may not be.
+    const GString& GetUnreadReason() const { return mUnreadReason; }
+
 protected:
     // For a derived class that reads the file in its own way, with StartWith in its constructor.
     struct Unread
@@ -56,7 +60,7 @@ protected:
     void StartWith(const std::function<void()>& read);
 
     // Reads the file, if it is there, in the encoding, null to find it, or in that whose mark it begins with;
-    // the module holds it and is not dirty then.
+    // the module holds it and is not dirty then. Of a file whose reading breaks off it holds nothing.
     void ReadFile(const GEncodingRef& encoding);
 
     // Replaces the file; the module is not dirty then.
@@ -72,6 +76,5 @@ private:
 
     GPathName mPath;
     std::optional<PrefDamage> mDamage;
-    bool mIsUnread = false;  // the file is there, but the last attempt to read it failed
     GString mUnreadReason;
 };

@@ -132,3 +132,35 @@ TEST_F(RegistryDamage, KeepsTheNewestThreeAndChangesNothingThatItCannotKeep)
     EXPECT_EQ(Run({"set"_q, "One"_q, "IsActive=true"_q}), 1);
     EXPECT_EQ(ReadFile(mFile), mWhole + "5");
 }
+
+TEST_F(RegistryDamage, OneThatCannotBeReadIsNotTakenForEmpty)
+{
+    const QString archive = GetPath("AppData/Morvane/Hopbox/Cache/Settings/One/Project.hopbox");
+    ASSERT_EQ(Run({"export"_q, "One"_q, "Carried.hopbox"_q}), 0);
+    WriteFile(QFileInfo(archive).path() + "/Project.making"_q, "");  // killed before the end
+    const QMap<QString, QByteArray> before = ReadTree(QFileInfo(archive).path());
+    for (const QString& inTheWay : {mFile, mFile + "lock"_q}) {
+        SCOPED_TRACE(inTheWay.toStdString());
+        ASSERT_TRUE(QFile::rename(inTheWay, inTheWay + ".away"_q) && QDir().mkpath(inTheWay));
+        for (const char* call :
+             {"list", "list|--names", "show|One", "check|One", "origins", "submit|One|a.joboptions",
+              "set|One|IsActive=false", "rename|One|Four", "remove|One", "restore|One", "delete|One",
+              "export|One|b.hopbox", "import|Carried.hopbox|--name|Five", "receiver|install|One|--inbox|in",
+              "create|Six|--job-options|a.joboptions"}) {
+            EXPECT_EQ(Run(QString::fromLatin1(call).split(QLatin1Char('|')) + "--json"_list), 1) << call;
+            EXPECT_TRUE(Says("what Hopboxes there are is not known")) << call << mError.toStdString();
+            const QJsonValue unread = GetAnswer().value("unread"_q);
+            EXPECT_EQ(unread["File"_q].toString(), QDir::toNativeSeparators(mFile));
+            EXPECT_FALSE(unread["Reason"_q].toString().isEmpty());
+        }
+        EXPECT_EQ(Run({"doctor"_q}), 1);
+        EXPECT_EQ(mOutput.count("what Hopboxes there are is not known"), 1) << mOutput.toStdString();
+        EXPECT_FALSE(mOutput.contains("project folder")) << mOutput.toStdString();
+        EXPECT_EQ(ReadTree(QFileInfo(archive).path()), before);
+        ASSERT_TRUE(QDir().rmdir(inTheWay) && QFile::rename(inTheWay + ".away"_q, inTheWay));
+    }
+    EXPECT_EQ(ReadFile(mFile), mWhole);
+    WriteFile(mFile, mWhole.left(mWhole.size() / 4));
+    Run({"doctor"_q});
+    EXPECT_FALSE(mOutput.contains("project folder")) << mOutput.toStdString();
+}

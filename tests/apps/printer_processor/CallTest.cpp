@@ -56,3 +56,17 @@ TEST(ReceiverCallTest, AWrongCallIsNamedAndHelpIsGiven)
     }
     EXPECT_TRUE(QFileInfo(sandbox.GetPath("in"_q)).isDir());
 }
+
+// It would take the key for a name, and no job ever.
+TEST(ReceiverCallTest, NoHopboxIsServedWhileTheRegistryCannotBeRead)
+{
+    const Sandbox sandbox;
+    QDir().mkpath(
+        sandbox.GetPath("AppData/Morvane Prefs Folder/Printer Processor/MorvanePrinterProcessor.prefs"_q));
+    QProcess process;
+    process.start(GetProgramPath("PrinterProcessorWin.exe"), "--hopbox|Press|--timeout|1"_list);
+    ASSERT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitCode(), 1);
+    const QByteArray error = process.readAllStandardError();
+    EXPECT_TRUE(error.contains("can't be read") && !error.contains("ready")) << error.toStdString();
+}

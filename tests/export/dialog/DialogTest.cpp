@@ -410,6 +410,31 @@ TEST_F(DialogTest, ARegistryThatCannotBeReadIsToldAndLeavesADialogThatCloses)
     EXPECT_TRUE(Find<QLabel>("No PDF Settings found").isVisible());
 }
 
+// Nobody knows what Hopboxes there are.
+TEST_F(DialogTest, ARegistryThatCannotBeReadMakesThePlugInForgetNothing)
+{
+    const GString key = Add("Press", "Press");
+    const QString registry = HopboxRegistry::GetPathName().GetNativePath();
+    const QByteArray whole = ReadFile(registry);
+    const auto putFolder = [&] { QFile::remove(registry) && QDir().mkpath(registry); };
+    const auto cut = [&] { WriteFile(registry, whole.left(whole.size() / 4)); };
+    for (const auto& fault : {std::function<void()>(putFolder), std::function<void()>(cut)}) {
+        PlugInPreferences::SetLastSelection(key);
+        PlugInPreferences::SetPackageChoice("Press"_q, true);
+        fault();
+        party.alerts.clear();
+        Open();
+        EXPECT_EQ(party.alerts.join(QLatin1Char(' ')).contains(registry), QFileInfo(registry).isDir());
+        WindowDriver::Click(Qt::Key_Escape);
+        EXPECT_EQ(PlugInPreferences::GetLastSelection(), key);
+        EXPECT_TRUE(PlugInPreferences::GetPackageChoice("Press"_q));
+        EXPECT_TRUE(QDir().rmdir(registry) || QFile::remove(registry));
+        EXPECT_TRUE(WriteFile(registry, whole));
+    }
+    Open();
+    EXPECT_EQ(GetList(), "[Press]"_q);
+}
+
 TEST_F(DialogTest, NoNameRemovesNothing)
 {
     const GString key = Add("", "U");
