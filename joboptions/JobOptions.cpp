@@ -3,7 +3,7 @@
 #include "foundation/core/SharedFile.h"
 #include "joboptions/PostScriptReader.h"
 
-bool JobOptions::Parse(const QByteArray& text, QString& error)
+GResult JobOptions::Parse(const QByteArray& text)
 {
     mParameters.clear();
     mDeviceSettings.clear();
@@ -12,39 +12,41 @@ bool JobOptions::Parse(const QByteArray& text, QString& error)
     PostScriptReader::Token token = reader.Next();
     for (; token == PostScriptReader::Token::Value || token == PostScriptReader::Token::Operator;
          token = reader.Next()) {
-        if (token == PostScriptReader::Token::Value)
+        if (token == PostScriptReader::Token::Value) {
             operands.push_back(reader.GetValue());
-        else if (!Execute(reader.GetOperator(), operands, error))
-            reader.Fail(error);
+            continue;
+        }
+        const GResult executed = Execute(reader.GetOperator(), operands);
+        if (!executed.HasSucceeded())
+            reader.Fail(executed.GetReason());
     }
-    error = reader.GetError();
-    if (error.isEmpty() && !operands.empty())
-        error = QStringLiteral("at the end: a value that nothing takes");
-    if (error.isEmpty() && mParameters.empty())
-        error = QStringLiteral("at the end: no \"setdistillerparams\", so it names no settings");
-    return error.isEmpty();
+    if (!reader.GetError().isEmpty())
+        return GResult::Failure(reader.GetError());
+    if (!operands.empty())
+        return GResult::Failure(QStringLiteral("at the end: a value that nothing takes"));
+    if (mParameters.empty())
+        return GResult::Failure(
+            QStringLiteral("at the end: no \"setdistillerparams\", so it names no settings"));
+    return GResult::Success();
 }
 
-bool JobOptions::Execute(const QByteArray& name, std::vector<PostScriptValue>& operands, QString& error)
+GResult JobOptions::Execute(const QByteArray& name, std::vector<PostScriptValue>& operands)
 {
     const bool isParameters = name == "setdistillerparams";
-    if (!isParameters && name != "setpagedevice") {
-        error = QStringLiteral("\"%1\" is nothing that job options hold").arg(QString::fromLatin1(name));
-        return false;
-    }
-    if (operands.empty() || !operands.back().Is(PostScriptValue::Type::Dictionary)) {
-        error = QStringLiteral("\"%1\" without a dictionary before it").arg(QString::fromLatin1(name));
-        return false;
-    }
+    const QString shown = QString::fromLatin1(name);
+    if (!isParameters && name != "setpagedevice")
+        return GResult::Failure(QStringLiteral("\"%1\" is nothing that job options hold").arg(shown));
+    if (operands.empty() || !operands.back().Is(PostScriptValue::Type::Dictionary))
+        return GResult::Failure(QStringLiteral("\"%1\" without a dictionary before it").arg(shown));
     (isParameters ? mParameters : mDeviceSettings).push_back(std::move(operands.back()));
     operands.pop_back();
-    return true;
+    return GResult::Success();
 }
 
-bool JobOptions::Read(const QString& path, QString& error)
+GResult JobOptions::Read(const QString& path)
 {
     QByteArray text;
-    return ReadSharedFile(path, cMostBytes, &text, error) && Parse(text, error);
+    return ReadSharedFile(path, cMostBytes, &text).Then([&] { return Parse(text); });
 }
 
 const PostScriptValue* JobOptions::Find(const std::vector<PostScriptValue>& dictionaries, const char* key)

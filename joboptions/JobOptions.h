@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/core/GResult.h"
 #include "joboptions/PostScriptValue.h"
 
 // A job options file: the settings of a PDF export as a PostScript program that only states them,
@@ -12,11 +13,11 @@ public:
     // Files larger than this are refused.
     static constexpr qint64 cMostBytes = 4 * 1024 * 1024;
 
-    // Reads a file's content. False, with what is wrong and where in `error`, when it is no job options file.
-    bool Parse(const QByteArray& text, QString& error);
+    // Reads a file's content. Fails when it is no job options file; the reason says what is wrong, and where.
+    GResult Parse(const QByteArray& text);
 
     // The same for a file.
-    bool Read(const QString& path, QString& error);
+    GResult Read(const QString& path);
 
     // The value of a setting of the distiller's parameters, or of the page device; null where the file names
     // none. With several dictionaries of a kind, the last that names it counts.
@@ -32,7 +33,7 @@ public:
 
 private:
     static const PostScriptValue* Find(const std::vector<PostScriptValue>& dictionaries, const char* key);
-    bool Execute(const QByteArray& name, std::vector<PostScriptValue>& operands, QString& error);
+    GResult Execute(const QByteArray& name, std::vector<PostScriptValue>& operands);
 
     std::vector<PostScriptValue> mParameters;
     std::vector<PostScriptValue> mDeviceSettings;

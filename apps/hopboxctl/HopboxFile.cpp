@@ -49,11 +49,12 @@ void WriteRecord(const HopboxRecord& record, const GPathName& path)
 HopboxRecord ReadRecord(const GPathName& path)
 {
     HopboxRecord record;
-    GString reason;
     QByteArray text;
     const bool isThere = !IsFileMissing(path.GetNativePath());
-    if (isThere && !ReadSharedFile(path.GetNativePath(), cMostRecordBytes, &text, reason))
-        Fail(QStringLiteral("Its record can't be read: %1.").arg(reason));
+    const GResult read =
+        isThere ? ReadSharedFile(path.GetNativePath(), cMostRecordBytes, &text) : GResult::Success();
+    if (!read.HasSucceeded())
+        Fail(QStringLiteral("Its record can't be read: %1.").arg(read.GetReason()));
     if (!isThere || !record.FromText(QString::fromUtf8(text)))
         Fail(QStringLiteral("It holds no Hopbox."));
     return record;

@@ -6,6 +6,6 @@
 QString JobOptionsCheck::FindFault(const QString& path)
 {
     JobOptions options;
-    QString error;
-    return options.Read(path, error) ? JobOptionsRules::FindFault(options) : error;
+    const GResult read = options.Read(path);
+    return read.HasSucceeded() ? JobOptionsRules::FindFault(options) : read.GetReason();
 }

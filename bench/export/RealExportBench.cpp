@@ -83,12 +83,13 @@ public:
           mTable(mTimedHost),
           mTableHost(HostTable::GetTable(), &mTable)
     {
-        QString reason;
-        mHost.OpenDocument(document == cHundredPages
-                               ? RecordedScribus::MakeDocument(QStringLiteral(HUNDRED_PAGES),
+        const GResult opened =
+            mHost.OpenDocument(document == cHundredPages ? RecordedScribus::MakeDocument(
+                                                               QStringLiteral(HUNDRED_PAGES),
                                                                mFolder.filePath(QStringLiteral("100.sla")))
-                               : QString::fromLatin1(cDocuments[document]),
-                           reason);
+                                                         : QString::fromLatin1(cDocuments[document]));
+        if (!opened.HasSucceeded())
+            qFatal("%s", qUtf8Printable(opened.GetReason()));
         HostServices::Set(&mTableHost);
     }
 

@@ -13,16 +13,15 @@ namespace
 constexpr std::array<const char*, AdjustmentValues::cMarkCount> cMarkKeys = {
     "AddCropMarks", "AddBleedMarks", "AddRegMarks", "AddColorBars", "AddPageInfo"};
 
-bool Read(const HopboxRecord& record, JobOptions& options, QString& error)
+GResult Read(const HopboxRecord& record, JobOptions& options)
 {
     const GPathName temporary = GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary);
     const QTemporaryDir folder(temporary.GetChild(QStringLiteral("XXXXXX")).GetNativePath());
     HopboxProject project(record.entry.contextFilePath);
     GPathName file;
     if (project.ExtractJobOptions(GPathName(folder.path()), file))
-        return options.Read(file.GetNativePath(), error);
-    error = project.GetLastError();
-    return false;
+        return options.Read(file.GetNativePath());
+    return GResult::Failure(project.GetLastError());
 }
 
 std::optional<bool> GetSwitch(const JobOptions& options, const char* key)
@@ -45,8 +44,8 @@ AdjustmentDefaults ReadJobOptionsDefaults(const HopboxRecord& record)
 {
     AdjustmentDefaults defaults;
     JobOptions options;
-    if (QString error; !Read(record, options, error)) {
-        GTrace::Error(QStringLiteral("ReadJobOptionsDefaults"), error);
+    if (const GResult read = Read(record, options); !read.HasSucceeded()) {
+        GTrace::Error(QStringLiteral("ReadJobOptionsDefaults"), read.GetReason());
         return defaults;
     }
     for (size_t mark = 0; mark < cMarkKeys.size(); ++mark)

@@ -11,7 +11,7 @@ GString GetTooLargeReason(int64_t size, int64_t largest)
     return QStringLiteral("it has %1 bytes, and more than %2 are not read").arg(size).arg(largest);
 }
 
-bool ReadToEnd(QFile& file, QByteArray* content, GString& reason)
+GResult ReadToEnd(QFile& file, QByteArray* content)
 {
     content->clear();
     qint64 count = 0;
@@ -22,16 +22,17 @@ bool ReadToEnd(QFile& file, QByteArray* content, GString& reason)
         content->resize(end + static_cast<int>(std::max<qint64>(count, 0)));
     } while (count > 0);
     if (count == 0)
-        return true;
-    reason = file.errorString();
+        return GResult::Success();
     content->clear();
-    return false;
+    return GResult::Failure(file.errorString());
 }
 
-bool ReadSharedFile(const GString& path, int64_t largest, QByteArray* content, GString& reason)
+GResult ReadSharedFile(const GString& path, int64_t largest, QByteArray* content)
 {
     content->clear();
     QFile file(path);
-    return OpenSharedForReading(file, largest, reason) == FileOpening::cOpen &&
-           ReadToEnd(file, content, reason);
+    GString reason;
+    if (OpenSharedForReading(file, largest, reason) != FileOpening::cOpen)
+        return GResult::Failure(reason);
+    return ReadToEnd(file, content);
 }

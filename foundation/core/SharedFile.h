@@ -1,6 +1,6 @@
 #pragma once
 
-#include "foundation/core/GString.h"
+#include "foundation/core/GResult.h"
 
 #include <QByteArray>
 
@@ -17,8 +17,7 @@ class QFile;
 // thread.
 
 // How an opening ended.
-enum class FileOpening
-{
+enum class [[nodiscard]] FileOpening{
     cOpen,
     cMissing,  // the system says that nothing bears the name; only this may be taken for "not there yet"
     cRefused   // something bears the name, or the system could not even look; the reason says which
@@ -36,13 +35,13 @@ FileOpening OpenSharedForReading(QFile& file, int64_t largest, GString& reason);
 // file then learns why.
 bool IsFileMissing(const GString& path);
 
-// Reads an open file to its end. False, with the reason, when a read fails on the way: QFile::readAll() takes
+// Reads an open file to its end. Fails, with no content, when a read fails on the way: QFile::readAll() takes
 // a read that breaks off for the end of the file.
-[[nodiscard]] bool ReadToEnd(QFile& file, QByteArray* content, GString& reason);
+GResult ReadToEnd(QFile& file, QByteArray* content);
 
-// Opens a file and reads all of it. False, with the reason, when it can't be opened or read, or has more
-// bytes than `largest`; the content is empty then.
-[[nodiscard]] bool ReadSharedFile(const GString& path, int64_t largest, QByteArray* content, GString& reason);
+// Opens a file and reads all of it. Fails, with no content, when it can't be opened or read, or has more
+// bytes than `largest`.
+GResult ReadSharedFile(const GString& path, int64_t largest, QByteArray* content);
 
 // The reason for a file of too many bytes.
 GString GetTooLargeReason(int64_t size, int64_t largest);

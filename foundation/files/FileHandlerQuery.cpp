@@ -99,8 +99,12 @@ bool FileHandler::readFile(const QString& path, QByteArray* content)
     QFile file(ConvertPath(path));
     QString reason;
     const FileOpening opening = OpenSharedForReading(file, cNoLargestFile, reason);
-    if (opening == FileOpening::cOpen && ReadToEnd(file, content, reason))
-        return true;
+    if (opening == FileOpening::cOpen) {
+        const GResult read = ReadToEnd(file, content);
+        if (read.HasSucceeded())
+            return true;
+        reason = read.GetReason();
+    }
     const bool isMissing = opening == FileOpening::cMissing;
     LogError(QStringLiteral("FileHandler::readFile"),
              isMissing ? QLatin1String("File does not exists: ") + file.fileName()

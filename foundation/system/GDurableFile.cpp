@@ -17,6 +17,15 @@ GDurableFile::GDurableFile(const GPathName& target, Access access)
     mBuffer.reserve(cBufferSize);
 }
 
+GResult GDurableFile::Replace(const GString& path, const GBuffer& content)
+{
+    return GResult::Catch([&] {
+        GDurableFile file{GPathName(path)};
+        file.Write(content.constData(), content.size());
+        file.Commit();
+    });
+}
+
 GDurableFile::~GDurableFile()
 {
     RemoveTemporary();

@@ -2,6 +2,7 @@
 
 #include "foundation/core/GOutputStream.h"
 #include "foundation/core/GPathName.h"
+#include "foundation/core/GResult.h"
 #include "foundation/core/GString.h"
 #include "foundation/system/PFileHandle.h"
 
@@ -36,6 +37,9 @@ public:
         cOwnerOnly
     };
     explicit GDurableFile(const GPathName& target, Access access = Access::cUsual);
+
+    // All in one: the file at the native path has the content afterwards, or is as it was.
+    static GResult Replace(const GString& path, const GBuffer& content);
 
     // Drops what was not committed.
     ~GDurableFile() override;

@@ -60,9 +60,9 @@ int RunExport(const CommandLine& line)
 int ReportJobOptions(const QString& path)
 {
     JobOptions options;
-    QString fault;
-    if (!options.Read(path, fault)) {
-        CliConsole::PrintError(fault);
+    const GResult read = options.Read(path);
+    if (!read.HasSucceeded()) {
+        CliConsole::PrintError(read.GetReason());
         return cCliFailed;
     }
     const QJsonObject report{{QStringLiteral("settings"), SettingsReport::Make(options)}};

@@ -22,10 +22,10 @@ QByteArray MakeText(const char* title)
 QString LookAtDocument(const QString& root)
 {
     QByteArray text;
-    QString reason;
     bool isPacked = false;
-    if (!SlaFile::Read(GetDocument(root), text, isPacked, reason))
-        return reason;
+    const GResult read = SlaFile::Read(GetDocument(root), text, isPacked);
+    if (!read.HasSucceeded())
+        return read.GetReason();
     return text == MakeText("old") ? "old"_q : text == MakeText("new") ? "new"_q : "a part"_q;
 }
 }  // namespace
@@ -34,13 +34,13 @@ CHILD_ROLE(ChangeDocument)
 {
     const QString path = GetDocument(arguments.at(0));
     QByteArray text;
-    QString reason;
     bool isPacked = false;
-    const bool isDone = SlaFile::Read(path, text, isPacked, reason) &&
-                        SlaFile::Write(path, text.replace("old", "new"), isPacked, reason);
-    if (!isDone)
-        std::fprintf(stderr, "%s\n", qPrintable(reason));
-    return isDone ? 0 : 1;
+    const GResult result = SlaFile::Read(path, text, isPacked).Then([&] {
+        return SlaFile::Write(path, text.replace("old", "new"), isPacked);
+    });
+    if (!result.HasSucceeded())
+        std::fprintf(stderr, "%s\n", qPrintable(result.GetReason()));
+    return result.HasSucceeded() ? 0 : 1;
 }
 
 FaultScenario GetDocumentChange()

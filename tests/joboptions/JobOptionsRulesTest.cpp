@@ -38,11 +38,10 @@ TEST(JobOptionsRulesTest, AValueThatCannotBeIsNamedWithWhatItsSettingTakes)
     };
     for (const auto& test : cases) {
         JobOptions options;
-        QString error;
         const QByteArray last =
             test.settings.contains("setpagedevice") ? "setpagedevice" : "setdistillerparams";
         const QByteArray text = "<</A 1>>setdistillerparams <<" + test.settings + ">>" + last;
-        ASSERT_TRUE(options.Parse(text, error)) << text.constData() << error.toStdString();
+        ASSERT_EQ(options.Parse(text).GetReason(), QString()) << text.constData();
         EXPECT_EQ(JobOptionsRules::FindFault(options).toStdString(), test.fault) << test.settings.constData();
     }
 }

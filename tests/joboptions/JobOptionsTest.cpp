@@ -62,10 +62,9 @@ TEST(JobOptionsTest, EveryFormOfAValueIsRead)
     };
     for (const auto& item : cases) {
         JobOptions options;
-        QString error;
-        ASSERT_TRUE(
-            options.Parse("\xEF\xBB\xBF%!PS\n<</X 0 /X " + item.text + "\n>>setdistillerparams", error))
-            << item.text.constData() << ": " << error.toStdString();
+        const GResult parsed =
+            options.Parse("\xEF\xBB\xBF%!PS\n<</X 0 /X " + item.text + "\n>>setdistillerparams");
+        ASSERT_EQ(parsed.GetReason(), QString()) << item.text.constData();
         EXPECT_EQ(Describe(*options.FindParameter("X")).toStdString(), item.value.toStdString());
     }
 }
@@ -92,9 +91,7 @@ TEST(JobOptionsTest, WhatIsNoJobOptionsFileIsRefusedWithItsPlace)
     };
     for (const auto& item : cases) {
         JobOptions options;
-        QString error;
-        EXPECT_FALSE(options.Parse(item.text, error));
-        EXPECT_EQ(error.toStdString(), item.error);
+        EXPECT_EQ(options.Parse(item.text).GetReason().toStdString(), item.error);
     }
 }
 TEST(JobOptionsTest, AFileLargerThanAnyJobOptionsIsRefused)
@@ -103,11 +100,10 @@ TEST(JobOptionsTest, AFileLargerThanAnyJobOptionsIsRefused)
     const QString path = sandbox.GetPath("a.joboptions"_q);
     const QByteArray text = "<< /a 1 >> setdistillerparams";
     JobOptions options;
-    QString error;
     WriteFile(path, text.leftJustified(int(JobOptions::cMostBytes)));
-    EXPECT_TRUE(options.Read(path, error)) << error.toStdString();
+    EXPECT_EQ(options.Read(path).GetReason(), QString());
     WriteFile(path, text.leftJustified(int(JobOptions::cMostBytes) + 1));
-    EXPECT_FALSE(options.Read(path, error));
-    EXPECT_TRUE(error.endsWith("are not read"_q)) << error.toStdString();
+    const GResult read = options.Read(path);
+    EXPECT_TRUE(read.GetReason().endsWith("are not read"_q)) << read.GetReason().toStdString();
 }
 }  // namespace

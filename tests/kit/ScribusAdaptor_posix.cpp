@@ -57,12 +57,11 @@ int32_t OpenSample(void*, const hopbox_text* folder)
     const QDir place(Read(*folder));
     ScribusHost& services = GetState().services;
     const QString document = place.filePath(QStringLiteral("Sample.sla.gz"));
-    QString reason;
-    if (!QFile::copy(cDocument, document) || !services.OpenDocument(document, reason))
+    if (!QFile::copy(cDocument, document) || !services.OpenDocument(document).HasSucceeded())
         return HOPBOX_FAILED;
     const ScribusHost::BookPtr book = services.NewBook(place.filePath(QStringLiteral("Sample.slabook")));
     book->SetDocuments({document});
-    return book->Save(reason) ? HOPBOX_OK : HOPBOX_FAILED;
+    return book->Save().HasSucceeded() ? HOPBOX_OK : HOPBOX_FAILED;
 }
 
 int32_t CloseAll(void*)
@@ -89,9 +88,8 @@ int32_t CancelNext(void*)
 
 int32_t OpenUnsaved(void*, const hopbox_text* path)
 {
-    QString reason;
     GetState().user.savePath = Read(*path);
-    return GetState().services.NewDocument(cDocument, reason) ? HOPBOX_OK : HOPBOX_FAILED;
+    return GetState().services.NewDocument(cDocument).HasSucceeded() ? HOPBOX_OK : HOPBOX_FAILED;
 }
 }  // namespace
 

@@ -36,8 +36,9 @@ GBuffer ReadAll(const GPathName& path)
     if (opening == FileOpening::cRefused)
         Raise(path, reason);
     GBuffer text;
-    if (!ReadToEnd(file, &text, reason))
-        Raise(path, reason);
+    const GResult read = ReadToEnd(file, &text);
+    if (!read.HasSucceeded())
+        Raise(path, read.GetReason());
     return text;
 }
 

@@ -9,17 +9,18 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     const QByteArray text(reinterpret_cast<const char*>(data), static_cast<int>(size));
     JobOptions options;
-    QString error;
-    if (options.Parse(text, error) != error.isEmpty())
+    const GResult parsed = options.Parse(text);
+    if (parsed.HasSucceeded() != parsed.GetReason().isEmpty())
         std::abort();
-    if (!error.isEmpty())
+    if (!parsed.HasSucceeded())
         return 0;
     PdfSettings settings;
-    if (PdfSettings::Make(options, settings, error) != error.isEmpty())
+    const GResult made = PdfSettings::Make(options, settings);
+    if (made.HasSucceeded() != made.GetReason().isEmpty())
         std::abort();
     // Only what this host can't make, or not in a PDF/X, may still be wrong with them.
     const bool mayBeWrong = settings.IsX() || !settings.impossible.isEmpty();
-    if (error.isEmpty() && !mayBeWrong && !settings.FindFault().isEmpty())
+    if (made.HasSucceeded() && !mayBeWrong && !settings.FindFault().isEmpty())
         std::abort();
     settings.MakeOptions();
     return 0;

@@ -26,7 +26,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     DocumentInfo info;
     info.pages.resize(3);
     SlaContent::Read(text, QStringLiteral("/nowhere"), info);
-    QString reason;
-    info.FindPages(QString::fromUtf8(text), reason);
+    QVector<int> found;
+    const GResult result = info.FindPages(QString::fromUtf8(text), found);
+    if (result.HasSucceeded() == found.isEmpty())
+        std::abort();
     return 0;
 }

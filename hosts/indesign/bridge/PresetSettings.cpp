@@ -6,28 +6,27 @@
 
 #include <algorithm>
 
-bool PresetSettings::Read(const QString& path, QString& error)
+GResult PresetSettings::Read(const QString& path)
 {
     JobOptions options;
-    return options.Read(path, error) && Take(options, error);
+    return options.Read(path).Then([&] { return Take(options); });
 }
 
-bool PresetSettings::Take(const JobOptions& options, QString& error)
+GResult PresetSettings::Take(const JobOptions& options)
 {
-    error = JobOptionsRules::FindFault(options);
-    if (!error.isEmpty())
-        return false;
+    const QString fault = JobOptionsRules::FindFault(options);
+    if (!fault.isEmpty())
+        return GResult::Failure(fault);
     PresetSettings made = *this;
     for (const PresetRow& row : PresetRow::GetAll()) {
         const PostScriptValue* value = row.Find(options);
         if (value == nullptr || value->Is(PostScriptValue::Type::Null) || row.take(*value, made))
             continue;
-        error =
-            QStringLiteral("\"%1\" has a value that this application can't do").arg(QLatin1String(row.key));
-        return false;
+        return GResult::Failure(
+            QStringLiteral("\"%1\" has a value that this application can't do").arg(QLatin1String(row.key)));
     }
     *this = made;
-    return true;
+    return GResult::Success();
 }
 
 void PresetSettings::Set(const char* property, const QJsonValue& value)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/core/GResult.h"
+
 #include <QJsonArray>
 #include <QJsonValue>
 #include <QString>
@@ -13,12 +15,12 @@ class JobOptions;
 class PresetSettings
 {
 public:
-    // Takes a job options file. False, with what is wrong, when it can't be read, has a value that breaks its
-    // rule, or asks for a PDF that the application can't make; what was taken before stays then.
-    bool Read(const QString& path, QString& error);
+    // Takes a job options file. Fails when it can't be read, has a value that breaks its rule, or asks for a
+    // PDF that the application can't make; what was taken before stays then.
+    GResult Read(const QString& path);
 
     // The same for what was read.
-    bool Take(const JobOptions& options, QString& error);
+    GResult Take(const JobOptions& options);
 
     void Set(const char* property, const QJsonValue& value);
     void SetItem(const char* property, const char* item);

@@ -174,10 +174,12 @@ struct HostFunctions
     static int32_t ReadJobOptions(void* host, hopbox_handle handle, const hopbox_text* path)
     {
         ScriptCommand* command = Find(host, handle);
-        QString error;
-        if (command != nullptr && command->preset.Read(ReadText(path), error))
+        const GResult read = command != nullptr
+                                 ? command->preset.Read(ReadText(path))
+                                 : GResult::Failure(QStringLiteral("there is no such command"));
+        if (read.HasSucceeded())
             return HOPBOX_OK;
-        qCWarning(cLog, "the job options can't be used: %s", qUtf8Printable(error));
+        qCWarning(cLog, "the job options can't be used: %s", qUtf8Printable(read.GetReason()));
         return HOPBOX_FAILED;
     }
 

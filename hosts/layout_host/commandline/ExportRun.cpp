@@ -67,14 +67,12 @@ bool ExportRun::OpenFile()
 {
     mActivity = QStringLiteral("opening the file");
     const QString file = mLine.files.constFirst();
-    QString reason;
-    const bool isOpen =
-        mLine.isBook ? mHost.OpenBook(file, reason) != nullptr : mHost.OpenDocument(file, reason) != nullptr;
-    if (!isOpen)
-        mAlerts.append({QString(), reason});
+    const GResult opened = mLine.isBook ? mHost.OpenBook(file) : mHost.OpenDocument(file);
+    if (!opened.HasSucceeded())
+        mAlerts.append({QString(), opened.GetReason()});
     else if (mLine.isBook && mHost.GetActiveBook()->GetDocuments().isEmpty())
         mError = QStringLiteral("The book \"%1\" is empty.").arg(file);
-    return isOpen && mError.isEmpty();
+    return opened.HasSucceeded() && mError.isEmpty();
 }
 
 void ExportRun::WatchForEnd()

@@ -39,12 +39,12 @@ ClassID GetLocalUnit()
 
 // Does what Scribus takes its time for, while the pointer shows that it is at work.
 template <class Work>
-ScribusHost::DocumentPtr WhileWaiting(const Work& work)
+GResult WhileWaiting(const Work& work)
 {
     QApplication::setOverrideCursor(Qt::WaitCursor);
-    const ScribusHost::DocumentPtr document = work();
+    const GResult result = work();
     QApplication::restoreOverrideCursor();
-    return document;
+    return result;
 }
 }  // namespace
 
@@ -190,24 +190,19 @@ void HostWindow::NewDocument()
     const QString path = FileQuestions::AskForTemplate(*this);
     if (path.isEmpty())
         return;
-    QString reason;
     mView->ShowText(tr("Opening %1...").arg(QFileInfo(path).fileName()));
-    const auto document = WhileWaiting([&] { return mHost.NewDocument(path, reason); });
-    TakeNew(document, reason);
+    TakeNew(WhileWaiting([&] { return mHost.NewDocument(path); }));
 }
 
 void HostWindow::OpenDocument(const QString& path)
 {
     mView->ShowText(tr("Opening %1...").arg(QFileInfo(path).fileName()));
-    QString reason;
-    const auto document = WhileWaiting([&] { return mHost.OpenDocument(path, reason); });
-    TakeNew(document, reason);
+    TakeNew(WhileWaiting([&] { return mHost.OpenDocument(path); }));
 }
 
-void HostWindow::TakeNew(const ScribusHost::DocumentPtr& document, const QString& reason)
+void HostWindow::TakeNew(const GResult& opened)
 {
-    if (!document)
-        FileQuestions::ShowProblem(*this, reason);
+    FileQuestions::ShowProblem(*this, opened);
     ShowDocuments();
 }
 
@@ -233,12 +228,10 @@ bool HostWindow::SaveTo(const ScribusHost::DocumentPtr& document, const QString&
 {
     if (path.isEmpty())
         return false;
-    QString reason;
-    const bool isSaved = document->SaveAs(path, reason);
-    if (!isSaved)
-        FileQuestions::ShowProblem(*this, reason);
+    const GResult saved = document->SaveAs(path);
+    FileQuestions::ShowProblem(*this, saved);
     ShowDocuments();
-    return isSaved;
+    return saved.HasSucceeded();
 }
 
 void HostWindow::CloseDocument()

@@ -55,7 +55,7 @@ private:
     bool Close(const ScribusHost::DocumentPtr& document);
     bool CloseAll();
     void ShowDocuments();
-    void TakeNew(const ScribusHost::DocumentPtr& document, const QString& reason);
+    void TakeNew(const GResult& opened);
 
     ScribusHost mHost;
     HostMenus mMenus;

@@ -1,6 +1,5 @@
 #include "hosts/scribus/books/BookFile.h"
 
-#include "foundation/core/GException.h"
 #include "foundation/core/SharedFile.h"
 #include "foundation/system/GDurableFile.h"
 
@@ -26,62 +25,70 @@ static QString MakeAbsolute(const QDir& folder, const QString& path)
     return QDir::cleanPath(folder.absoluteFilePath(path));
 }
 
-// The JSON of a book's text; with the reason when it is no book.
-static QJsonObject ReadJson(const QByteArray& text, QString& reason)
+// Whether an object is a book of a form that this program knows.
+static GResult CheckForm(const QJsonObject& book)
 {
-    QJsonParseError error;
-    const QJsonObject book = QJsonDocument::fromJson(text, &error).object();
-    if (error.error != QJsonParseError::NoError)
-        reason = QStringLiteral("%1 at byte %2").arg(error.errorString()).arg(error.offset);
-    else if (book.value(QLatin1String("format")).toString() != cFormatName)
-        reason = QStringLiteral("it does not call itself a %1").arg(cFormatName);
-    else if (book.value(QLatin1String("version")).toInt() != cFormatVersion)
-        reason = QStringLiteral("its version is not %1").arg(cFormatVersion);
+    if (book.value(QLatin1String("format")).toString() != cFormatName)
+        return GResult::Failure(QStringLiteral("it does not call itself a %1").arg(cFormatName));
+    if (book.value(QLatin1String("version")).toInt() != cFormatVersion)
+        return GResult::Failure(QStringLiteral("its version is not %1").arg(cFormatVersion));
     const QString numbering = book.value(cNumberingKey).toString(cOwnNumbers);
-    if (reason.isEmpty() && numbering != cOwnNumbers && numbering != cNumberedOn)
-        reason = QStringLiteral("its \"%1\" is neither \"%2\" nor \"%3\"")
-                     .arg(cNumberingKey, cOwnNumbers, cNumberedOn);
-    return book;
+    if (numbering != cOwnNumbers && numbering != cNumberedOn)
+        return GResult::Failure(QStringLiteral("its \"%1\" is neither \"%2\" nor \"%3\"")
+                                    .arg(cNumberingKey, cOwnNumbers, cNumberedOn));
+    return GResult::Success();
 }
 
-// The documents of a book, as they stand there. Empty, with the reason, when it is no book.
-static QStringList ReadPaths(const QJsonObject& book, QString& reason)
+static GResult ReadJson(const QByteArray& text, QJsonObject& book)
 {
-    QStringList paths;
+    QJsonParseError error;
+    book = QJsonDocument::fromJson(text, &error).object();
+    if (error.error != QJsonParseError::NoError)
+        return GResult::Failure(QStringLiteral("%1 at byte %2").arg(error.errorString()).arg(error.offset));
+    return CheckForm(book);
+}
+
+// The documents of a book, as they stand there.
+static GResult ReadPaths(const QJsonObject& book, QStringList& paths)
+{
     const QJsonArray documents = book.value(QLatin1String("documents")).toArray();
-    if (reason.isEmpty() && documents.size() > cMostDocuments)
-        reason = QStringLiteral("it lists more than %1 documents").arg(cMostDocuments);
+    if (documents.size() > cMostDocuments)
+        return GResult::Failure(QStringLiteral("it lists more than %1 documents").arg(cMostDocuments));
     for (const QJsonValue& document : documents) {
-        if (reason.isEmpty() && document.toString().isEmpty())
-            reason = QStringLiteral("it lists a document without a path");
+        if (document.toString().isEmpty())
+            return GResult::Failure(QStringLiteral("it lists a document without a path"));
         paths.append(document.toString());
     }
-    return paths;
+    return GResult::Success();
 }
 
 BookFile::BookFile(const QString& path) : mPath(MakeAbsolute(QDir(), path)) {}
 
-std::unique_ptr<BookFile> BookFile::Read(const QString& path, QString& reason)
+GResult BookFile::Read(const QString& path, std::shared_ptr<BookFile>& book)
 {
-    reason.clear();
-    auto book = std::make_unique<BookFile>(path);
+    const auto read = std::make_shared<BookFile>(path);
     QByteArray text;
+    QJsonObject json;
     QStringList paths;
-    if (ReadSharedFile(book->mPath, cMostBytes, &text, reason)) {
-        const QJsonObject json = ReadJson(text, reason);
-        paths = ReadPaths(json, reason);
-        book->mTitle = json.value(cTitleKey).toString();
-        book->mIsNumberedOn = json.value(cNumberingKey).toString() == cNumberedOn;
-    }
-    if (!reason.isEmpty()) {
-        reason = QStringLiteral("The book \"%1\" can't be read: %2.").arg(book->mPath, reason);
-        return nullptr;
-    }
-    const QDir folder = QFileInfo(book->mPath).dir();
+    return ReadSharedFile(read->mPath, cMostBytes, &text)
+        .Then([&] { return ReadJson(text, json); })
+        .Then([&] { return ReadPaths(json, paths); })
+        .Then([&] {
+            read->Take(json, paths);
+            book = read;
+            return GResult::Success();
+        })
+        .Within(QStringLiteral("The book \"%1\" can't be read: ").arg(read->mPath), QStringLiteral("."));
+}
+
+void BookFile::Take(const QJsonObject& json, const QStringList& paths)
+{
+    const QDir folder = QFileInfo(mPath).dir();
     for (const QString& document : paths)
-        book->mDocuments.append(MakeAbsolute(folder, document));
-    book->mIsModified = false;
-    return book;
+        mDocuments.append(MakeAbsolute(folder, document));
+    mTitle = json.value(cTitleKey).toString();
+    mIsNumberedOn = json.value(cNumberingKey).toString() == cNumberedOn;
+    mIsModified = false;
 }
 
 void BookFile::SetDocuments(const QStringList& paths)
@@ -107,7 +114,7 @@ void BookFile::TakeSettings(const BookFile& other)
     mIsNumberedOn = other.mIsNumberedOn;
 }
 
-bool BookFile::Save(QString& reason)
+GResult BookFile::Save()
 {
     const QDir folder = QFileInfo(mPath).dir();
     QJsonArray documents;
@@ -122,15 +129,7 @@ bool BookFile::Save(QString& reason)
         book.insert(cTitleKey, mTitle);
     if (mIsNumberedOn)
         book.insert(cNumberingKey, cNumberedOn);
-    const QByteArray text = QJsonDocument(book).toJson();
-    try {
-        GDurableFile file{GPathName(mPath)};
-        file.Write(text.constData(), text.size());
-        file.Commit();
-    } catch (const GException& error) {
-        reason = error.GetDescription();
-        return false;
-    }
-    mIsModified = false;
-    return true;
+    const GResult written = GDurableFile::Replace(mPath, QJsonDocument(book).toJson());
+    mIsModified = mIsModified && !written.HasSucceeded();
+    return written;
 }

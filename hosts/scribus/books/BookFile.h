@@ -1,9 +1,13 @@
 #pragma once
 
+#include "foundation/core/GResult.h"
+
 #include <QString>
 #include <QStringList>
 
 #include <memory>
+
+class QJsonObject;
 
 // A book: documents in an order of their own, kept in a small JSON file,
 //
@@ -18,8 +22,8 @@ public:
     // The name's ending by which a book is told from a document.
     static constexpr const char* cExtension = "slabook";
 
-    // Reads a book. Null, with the reason, when the file can't be read or is no book.
-    static std::unique_ptr<BookFile> Read(const QString& path, QString& reason);
+    // Reads a book into `book`, which stays as it was when the file can't be read or is no book.
+    static GResult Read(const QString& path, std::shared_ptr<BookFile>& book);
 
     // An empty book that has no file content yet; Save writes it.
     explicit BookFile(const QString& path);
@@ -48,11 +52,12 @@ public:
     // Whether the file lacks something that the book holds.
     bool IsModified() const { return mIsModified; }
 
-    // Writes the book to its file, whole or not at all; paths below the book's folder become relative. False,
-    // with the reason, when that fails.
-    bool Save(QString& reason);
+    // Writes the book to its file, whole or not at all; paths below the book's folder become relative.
+    GResult Save();
 
 private:
+    void Take(const QJsonObject& json, const QStringList& paths);
+
     QString mPath;
     QStringList mDocuments;
     QString mTitle;

@@ -63,7 +63,7 @@ void DocumentInquiry::Add(const QString& path, const FileStamp& stamp)
     mAnswers.push_back(answer);
 }
 
-CommandResult DocumentInquiry::Run(const BeginStep& beginStep)
+GResult DocumentInquiry::Run(const BeginStep& beginStep)
 {
     bool isComplete = true;
     for (Answer& answer : mAnswers) {
@@ -71,7 +71,7 @@ CommandResult DocumentInquiry::Run(const BeginStep& beginStep)
         answer.isThere = FindKept(answer);
         isComplete = isComplete && answer.isThere;
     }
-    CommandResult result = CommandResult::Success();
+    GResult result = GResult::Success();
     while (!isComplete && result.HasSucceeded()) {
         result = AskScribus(beginStep);
         isComplete = std::all_of(mAnswers.begin(), mAnswers.end(),
@@ -81,7 +81,7 @@ CommandResult DocumentInquiry::Run(const BeginStep& beginStep)
 }
 
 // One start of Scribus for all documents that have no answer yet. The first of them has one afterwards.
-CommandResult DocumentInquiry::AskScribus(const BeginStep& beginStep)
+GResult DocumentInquiry::AskScribus(const BeginStep& beginStep)
 {
     std::vector<std::pair<Answer*, QString>> asked;
     QJsonArray list;
@@ -102,8 +102,7 @@ CommandResult DocumentInquiry::AskScribus(const BeginStep& beginStep)
     look();
     QFile file(mRunner.MakeScratchPath(QStringLiteral("json")));
     if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(list).toJson()) < 0 || !file.flush())
-        return CommandResult::Failure(
-            QStringLiteral("The file \"%1\" can't be written.").arg(file.fileName()));
+        return GResult::Failure(QStringLiteral("The file \"%1\" can't be written.").arg(file.fileName()));
     const ScribusAnswer whole =
         mRunner.RunScript(QStringLiteral("info"), {{QStringLiteral("list"), file.fileName()}},
                           {static_cast<int>(asked.size()), look});
@@ -113,22 +112,22 @@ CommandResult DocumentInquiry::AskScribus(const BeginStep& beginStep)
         answer->isThere = Take(*answer, path);
         hasFirst = hasFirst || answer->isThere;
         // What ended Scribus is the fault of the document at which it was.
-        if (!answer->isThere && !hasFirst && whole.outcome != CommandResult::Outcome::Cancelled) {
-            answer->error = whole.HasSucceeded() ? QStringLiteral("Scribus gave no answer.") : whole.reason;
+        if (!answer->isThere && !hasFirst && !whole.WasCancelled()) {
+            answer->error =
+                whole.HasSucceeded() ? QStringLiteral("Scribus gave no answer.") : whole.GetReason();
             answer->isThere = hasFirst = true;
         }
     }
-    return whole.outcome == CommandResult::Outcome::Cancelled ? CommandResult::Cancellation()
-                                                              : CommandResult::Success();
+    return whole.WasCancelled() ? GResult::Cancellation() : GResult::Success();
 }
 
 // False when Scribus has not come to the document, or is to be asked again.
 bool DocumentInquiry::Take(Answer& answer, const QString& path)
 {
-    ScribusAnswer given;
+    ScribusAnswer given = GResult::Success();
     if (!mRunner.TakeAnswer(path, given) || given.values.contains(QLatin1String("again")))
         return false;
-    answer.error = given.reason;
+    answer.error = given.GetReason();
     answer.values = given.values;
     if (given.HasSucceeded())
         Keep(answer);
@@ -154,10 +153,9 @@ bool DocumentInquiry::FindKept(Answer& answer) const
 void DocumentInquiry::Keep(const Answer& answer) const
 {
     QByteArray text;
-    QString reason;
     bool isPacked = false;
     if (FileStamp::Take(answer.path) != answer.stamp ||
-        !SlaFile::Read(answer.presentForm, text, isPacked, reason) || LacksFonts(answer.values, text))
+        !SlaFile::Read(answer.presentForm, text, isPacked).HasSucceeded() || LacksFonts(answer.values, text))
         return;
     const QJsonObject head{{QStringLiteral("values"), answer.values},
                            {QStringLiteral("fonts"), StampFonts(answer.values)}};

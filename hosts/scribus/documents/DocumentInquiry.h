@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/core/GResult.h"
 #include "hosts/scribus/sla/DocumentInfo.h"
 
 #include <QJsonObject>
@@ -8,7 +9,6 @@
 #include <vector>
 
 class ScribusRunner;
-struct CommandResult;
 
 // What Scribus says of documents: many in one start, and what it said before of a document that has not
 // changed, without any.
@@ -24,7 +24,7 @@ public:
     void Add(const QString& path, const FileStamp& stamp);
 
     // Asks. Fails only when the user has cancelled; what goes wrong with a document is told there.
-    CommandResult Run(const BeginStep& beginStep);
+    GResult Run(const BeginStep& beginStep);
 
     // For the documents in the order in which they were added.
     struct Answer
@@ -41,7 +41,7 @@ public:
 private:
     bool FindKept(Answer& answer) const;
     void Keep(const Answer& answer) const;
-    CommandResult AskScribus(const BeginStep& beginStep);
+    GResult AskScribus(const BeginStep& beginStep);
     bool Take(Answer& answer, const QString& path);
 
     ScribusRunner& mRunner;

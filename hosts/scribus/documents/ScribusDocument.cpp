@@ -87,18 +87,18 @@ void ScribusDocument::Forget()
     RemoveFile(mPresentForm);
 }
 
-std::shared_ptr<ScribusDocument> ScribusDocument::MakeFromTemplate(ScribusRunner& runner,
-                                                                   const QString& templatePath, int number,
-                                                                   QString& reason)
+GResult ScribusDocument::MakeFromTemplate(ScribusRunner& runner, const QString& templatePath, int number,
+                                          std::shared_ptr<ScribusDocument>& document)
 {
-    auto document = std::make_shared<ScribusDocument>(runner, templatePath);
+    const auto made = std::make_shared<ScribusDocument>(runner, templatePath);
     const QString content = runner.MakeScratchPath(QStringLiteral("sla"));
-    if (!SlaLinks::CopyDocument(document->mPath, content, reason))
-        return nullptr;
-    document->mContentPath = content;
-    document->mPath.clear();
-    document->mUntitledName = QStringLiteral("Untitled-%1").arg(number);
-    return document;
+    return SlaLinks::CopyDocument(made->mPath, content).Then([&] {
+        made->mContentPath = content;
+        made->mPath.clear();
+        made->mUntitledName = QStringLiteral("Untitled-%1").arg(number);
+        document = made;
+        return GResult::Success();
+    });
 }
 
 QString ScribusDocument::GetName() const
@@ -106,16 +106,16 @@ QString ScribusDocument::GetName() const
     return mPath.isEmpty() ? mUntitledName : QFileInfo(mPath).fileName();
 }
 
-bool ScribusDocument::SaveAs(const QString& path, QString& reason)
+GResult ScribusDocument::SaveAs(const QString& path)
 {
     const QString target = QDir::cleanPath(QDir().absoluteFilePath(path));
     if (target == mPath)
-        return true;
-    if (!SlaLinks::CopyDocument(GetContentPath(), target, reason))
-        return false;
-    mPath = target;
-    RemoveFile(mContentPath);
-    return true;
+        return GResult::Success();
+    return SlaLinks::CopyDocument(GetContentPath(), target).Then([&] {
+        mPath = target;
+        RemoveFile(mContentPath);
+        return GResult::Success();
+    });
 }
 
 bool ScribusDocument::IsDescribed() const
@@ -125,21 +125,21 @@ bool ScribusDocument::IsDescribed() const
 
 const DocumentInfo* ScribusDocument::GetInfo()
 {
-    Ask({this}, nullptr);
+    static_cast<void>(Ask({this}, nullptr));  // what went wrong is in mError
     return mInfo.get();
 }
 
-CommandResult ScribusDocument::AskAbout(const std::vector<DocumentPtr>& documents,
-                                        const std::function<void(const QString& path)>& beginStep)
+GResult ScribusDocument::AskAbout(const std::vector<DocumentPtr>& documents,
+                                  const std::function<void(const QString& path)>& beginStep)
 {
     std::vector<ScribusDocument*> asked;
     for (const DocumentPtr& document : documents)
         asked.push_back(document.get());
-    return asked.empty() ? CommandResult::Success() : Ask(asked, beginStep);
+    return asked.empty() ? GResult::Success() : Ask(asked, beginStep);
 }
 
-CommandResult ScribusDocument::Ask(const std::vector<ScribusDocument*>& documents,
-                                   const std::function<void(const QString& path)>& beginStep)
+GResult ScribusDocument::Ask(const std::vector<ScribusDocument*>& documents,
+                             const std::function<void(const QString& path)>& beginStep)
 {
     std::vector<ScribusDocument*> asked;
     DocumentInquiry inquiry(documents.front()->mRunner);
@@ -150,11 +150,11 @@ CommandResult ScribusDocument::Ask(const std::vector<ScribusDocument*>& document
             inquiry.Add(document->GetContentPath(), stamp);
         }
     }
-    const CommandResult result = inquiry.Run(beginStep);
+    const GResult result = inquiry.Run(beginStep);
     for (size_t i = 0; i < asked.size(); ++i) {
         const DocumentInquiry::Answer& answer = inquiry.GetAnswers()[i];
         asked[i]->TakeAnswer(answer.values, answer.presentForm,
-                             answer.isThere ? answer.error : result.reason);
+                             answer.isThere ? answer.error : result.GetReason());
     }
     return result;
 }
@@ -168,7 +168,9 @@ bool ScribusDocument::MakeReady(const FileStamp& stamp)
     mStamp = stamp;
     if (!stamp.Exists())
         mError = QStringLiteral("There is no file \"%1\".").arg(GetContentPath());
-    else if (SlaFile::CheckBeginning(GetContentPath(), mError))
+    else
+        mError = SlaFile::CheckBeginning(GetContentPath()).GetReason();
+    if (mError.isEmpty())
         return true;
     mStamp = FileStamp();  // looked at again at the next call
     GTrace::Error(QStringLiteral("ScribusDocument::GetInfo"), mError);
@@ -180,15 +182,14 @@ void ScribusDocument::TakeAnswer(const QJsonObject& values, const QString& prese
     QByteArray text;
     bool isPacked = false;
     mPresentForm = presentForm;
-    mError = error;
-    if (mError.isEmpty() && SlaFile::Read(presentForm, text, isPacked, mError)) {
+    mError = error.isEmpty() ? SlaFile::Read(presentForm, text, isPacked).GetReason() : error;
+    if (mError.isEmpty()) {
         mInfo = std::make_unique<DocumentInfo>();
         ReadAnswer(values, *mInfo);
         SlaContent::Read(text, QFileInfo(presentForm).path(), *mInfo);
         ReadSides(values, *mInfo);
         KeepFonts(SlaFonts::FindUsed(text), mInfo->fonts);
-        QString reason;
-        if (SlaFile::Read(GetContentPath(), text, isPacked, reason))
+        if (SlaFile::Read(GetContentPath(), text, isPacked).HasSucceeded())
             AddProfiles(SlaContent::FindProfiles(text), mInfo->profiles);
     }
     if (mInfo == nullptr || FileStamp::Take(GetContentPath()) != mStamp)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/core/GResult.h"
 #include "hosts/scribus/sla/DocumentInfo.h"
 
 #include <QImage>
@@ -11,7 +12,6 @@
 #include <vector>
 
 class ScribusRunner;
-struct CommandResult;
 
 // A document that is open in this host: its file, and what Scribus reports of it.
 //
@@ -28,11 +28,10 @@ public:
     ScribusDocument(const ScribusDocument&) = delete;
     ScribusDocument& operator=(const ScribusDocument&) = delete;
 
-    // A new document with the content of the template; its name is "Untitled" with the number. Null, with the
-    // reason, when the template can't be read.
-    static std::shared_ptr<ScribusDocument> MakeFromTemplate(ScribusRunner& runner,
-                                                             const QString& templatePath, int number,
-                                                             QString& reason);
+    // A new document with the content of the template; its name is "Untitled" with the number. Fails, and
+    // leaves `document` as it was, when the template can't be read.
+    static GResult MakeFromTemplate(ScribusRunner& runner, const QString& templatePath, int number,
+                                    std::shared_ptr<ScribusDocument>& document);
 
     // The file's absolute path; empty for an untitled document.
     const QString& GetPath() const { return mPath; }
@@ -45,8 +44,8 @@ public:
     bool IsSaved() const { return !mPath.isEmpty(); }
 
     // Writes the document to a file and makes it that document's file. Links stay good, wherever it goes. A
-    // file that is there is replaced in one step. False, with the reason, when that fails.
-    bool SaveAs(const QString& path, QString& reason);
+    // file that is there is replaced in one step.
+    GResult SaveAs(const QString& path);
 
     // The file to read: the document's own, or that of an untitled document's content.
     const QString& GetContentPath() const { return mPath.isEmpty() ? mContentPath : mPath; }
@@ -55,8 +54,8 @@ public:
     // where that is possible. `beginStep` is told the path of each before its turn. What goes wrong with a
     // document is in its GetError; this fails only when the user has cancelled.
     using DocumentPtr = std::shared_ptr<ScribusDocument>;
-    static CommandResult AskAbout(const std::vector<DocumentPtr>& documents,
-                                  const std::function<void(const QString& path)>& beginStep);
+    static GResult AskAbout(const std::vector<DocumentPtr>& documents,
+                            const std::function<void(const QString& path)>& beginStep);
 
     // Whether Scribus has described the file as it now stands.
     bool IsDescribed() const;
@@ -85,8 +84,8 @@ private:
         QImage image;
     };
 
-    static CommandResult Ask(const std::vector<ScribusDocument*>& documents,
-                             const std::function<void(const QString& path)>& beginStep);
+    static GResult Ask(const std::vector<ScribusDocument*>& documents,
+                       const std::function<void(const QString& path)>& beginStep);
     void Forget();
     bool MakeReady(const FileStamp& stamp);
     void TakeAnswer(const QJsonObject& values, const QString& presentForm, const QString& error);

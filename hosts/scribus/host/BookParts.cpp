@@ -29,10 +29,10 @@ QString BookParts::GetName(const QString& path) const
     return QFileInfo(path).fileName();
 }
 
-CommandResult BookParts::Add(const QString& path)
+GResult BookParts::Add(const QString& path)
 {
     Part part = mKept.value(path);
-    CommandResult result = CommandResult::Success();
+    GResult result = GResult::Success();
     if (part.file.isEmpty())
         result = Export(path, part);
     if (!result.HasSucceeded())
@@ -45,7 +45,7 @@ CommandResult BookParts::Add(const QString& path)
     return result;
 }
 
-CommandResult BookParts::Export(const QString& path, Part& part)
+GResult BookParts::Export(const QString& path, Part& part)
 {
     PdfExport work(mHost.GetRunner(), mHost.GetPdfSettings());
     if (mIsNumberedOn)
@@ -53,13 +53,13 @@ CommandResult BookParts::Export(const QString& path, Part& part)
     const ScribusHost::DocumentPtr document = mHost.TakeDocument(path);
     part.file = mHost.GetRunner().MakeScratchPath(QStringLiteral("pdf"));
     mFiles.append(part.file);
-    CommandResult result = work.ExportPages(*document, GetAllPages(*document), part.file);
-    if (result.outcome == CommandResult::Outcome::Failed && !result.reason.contains(GetName(path)))
-        result.reason = QStringLiteral("\"%1\": %2").arg(GetName(path), result.reason);
+    const GResult result = work.ExportPages(*document, GetAllPages(*document), part.file);
     part.pageNumbers = work.GetPageNumbers();
     part.nextNumber = work.GetNextNumber();
     mReports.emplace_back(GetName(path), work.GetReport());
-    return result;
+    return result.GetReason().contains(GetName(path))
+               ? result
+               : result.Within(QStringLiteral("\"%1\": ").arg(GetName(path)), {});
 }
 
 QJsonObject BookParts::GetReport() const

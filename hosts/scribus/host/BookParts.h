@@ -1,7 +1,7 @@
 #pragma once
 
+#include "foundation/core/GResult.h"
 #include "hosts/scribus/pdffile/PdfBook.h"
-#include "hosts/scribus/runner/CommandResult.h"
 
 #include <QJsonObject>
 #include <QMap>
@@ -30,7 +30,7 @@ public:
     BookParts& operator=(const BookParts&) = delete;
 
     // Exports the next document. A failure names it.
-    CommandResult Add(const QString& path);
+    GResult Add(const QString& path);
 
     // In the book's order.
     const std::vector<PdfBookPart>& GetList() const { return mList; }
@@ -46,7 +46,7 @@ private:
         int nextNumber = 0;
     };
 
-    CommandResult Export(const QString& path, Part& part);
+    GResult Export(const QString& path, Part& part);
     QString GetName(const QString& path) const;
 
     ScribusHost& mHost;

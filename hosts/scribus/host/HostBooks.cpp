@@ -42,10 +42,10 @@ public:
 
     ErrorCode Save() override
     {
-        QString reason;
-        if (mBook->Save(reason))
+        const GResult saved = mBook->Save();
+        if (saved.HasSucceeded())
             return cSuccess;
-        GTrace::Error(QStringLiteral("BookFile::Save"), reason);
+        GTrace::Error(QStringLiteral("BookFile::Save"), saved.GetReason());
         return cFailure;
     }
 

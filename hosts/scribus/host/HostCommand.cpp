@@ -63,13 +63,15 @@ public:
     ErrorCode ReadJobOptions(const IDFile& file) override
     {
         JobOptions options;
-        QString error;
-        if (options.Read(GetPath(file), error) && PdfSettings::Make(options, mOrders->settings, error))
+        const GResult result =
+            options.Read(GetPath(file))
+                .Then([&] { return PdfSettings::Make(options, mOrders->settings); })
+                .Within(QStringLiteral("The job options \"%1\" can't be used: ").arg(GetPath(file)),
+                        QStringLiteral("."));
+        if (result.HasSucceeded())
             return cSuccess;
-        const QString reason =
-            QStringLiteral("The job options \"%1\" can't be used: %2.").arg(GetPath(file), error);
-        mOrders->host->SetLastFailure(reason);
-        GTrace::Error(QStringLiteral("IPDFExportPreferences::ReadJobOptions"), reason);
+        mOrders->host->SetLastFailure(result.GetReason());
+        GTrace::Error(QStringLiteral("IPDFExportPreferences::ReadJobOptions"), result.GetReason());
         return cFailure;
     }
 
@@ -200,16 +202,15 @@ ErrorCode HostCommand::ExportDocument()
 {
     const auto work = [this](const ScribusHost::BeginStep& step) {
         if (mOrders->document == nullptr || mOrders->output.isEmpty())
-            return CommandResult::Failure(
-                QStringLiteral("The export was given no pages, or no file to write."));
+            return GResult::Failure(QStringLiteral("The export was given no pages, or no file to write."));
         ScribusDocument& document = *mOrders->document;
         step(document.GetName());
         if (FileStamp::Take(document.GetContentPath()) != mOrders->stamp)
-            return CommandResult::Failure(
+            return GResult::Failure(
                 QStringLiteral("\"%1\" was changed or removed after its pages were chosen.")
                     .arg(document.GetContentPath()));
         PdfExport pdf(mHost.GetRunner(), mOrders->settings);
-        const CommandResult result = pdf.ExportPages(document, mOrders->pages, mOrders->output);
+        const GResult result = pdf.ExportPages(document, mOrders->pages, mOrders->output);
         mOrders->report = pdf.GetReport();
         return result;
     };
@@ -224,12 +225,12 @@ ErrorCode HostCommand::ExportBook()
         BookParts parts(mHost, book.isNumberedOn);
         for (const QString& path : book.documents) {
             step(path);
-            const CommandResult result = parts.Add(path);
+            const GResult result = parts.Add(path);
             if (!result.HasSucceeded())
                 return result;
         }
         if (parts.GetList().empty() || mOrders->output.isEmpty())
-            return CommandResult::Failure(QStringLiteral("The book has no documents, or no file to write."));
+            return GResult::Failure(QStringLiteral("The book has no documents, or no file to write."));
         step(mOrders->output);
         PdfExport pdf(mHost.GetRunner(), mHost.GetPdfSettings());
         mOrders->report = parts.GetReport();

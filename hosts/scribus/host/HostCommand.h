@@ -1,7 +1,7 @@
 #pragma once
 
+#include "foundation/core/GResult.h"
 #include "hosts/scribus/host/HostObject.h"
-#include "hosts/scribus/runner/CommandResult.h"
 #include "plugin/host/ICommand.h"
 
 #include <memory>

@@ -34,14 +34,14 @@ public:
     ErrorCode GetPageUIDs(const PMString& range, UIDList& pages) const override
     {
         const DocumentInfo* info = mDocument->GetInfo();
-        QString reason;
-        const QVector<int> found =
-            info == nullptr ? QVector<int>() : info->FindPages(range.GetString(), reason);
-        if (!reason.isEmpty())
-            mHost.SetLastFailure(reason);
+        QVector<int> found;
+        const GResult result = info == nullptr ? GResult::Failure(mDocument->GetError())
+                                               : info->FindPages(range.GetString(), found);
+        if (!result.HasSucceeded())
+            mHost.SetLastFailure(result.GetReason());
         for (const int page : found)
             pages.Append(HostDocuments::GetPageUID(page));
-        return found.isEmpty() ? cFailure : cSuccess;
+        return result.HasSucceeded() ? cSuccess : cFailure;
     }
 
 private:
@@ -131,7 +131,10 @@ public:
 
     ErrorCode SaveDocument(IDocument& document) override
     {
-        return mHost.SaveDocument(*HostDocuments::GetDocument(document)) ? cSuccess : cFailure;
+        const GResult saved = mHost.SaveDocument(*HostDocuments::GetDocument(document));
+        if (!saved.HasSucceeded())
+            GTrace::Error(QStringLiteral("IDocumentUtils::SaveDocument"), saved.GetReason());
+        return saved.HasSucceeded() ? cSuccess : cFailure;
     }
 
     HostPtr<IDocument> FindOpenDocument(const IDFile& file) const override

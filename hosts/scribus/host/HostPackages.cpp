@@ -1,6 +1,5 @@
 #include "hosts/scribus/host/HostPackages.h"
 
-#include "foundation/core/GException.h"
 #include "foundation/system/GDurableFile.h"
 #include "foundation/system/GFileSystemBase.h"
 #include "foundation/system/GSystemFolders.h"
@@ -19,20 +18,6 @@ static const QString cReportName = QStringLiteral("Package Report.txt");
 
 namespace
 {
-bool WriteText(const QString& path, const QString& text)
-{
-    try {
-        GDurableFile file{GPathName(path)};
-        const QByteArray bytes = text.toUtf8();
-        file.Write(bytes.constData(), bytes.size());
-        file.Commit();
-        return true;
-    } catch (const GException& error) {
-        GTrace::Error(QStringLiteral("IPackageReportCommand::CreateReport"), error.GetDescription());
-        return false;
-    }
-}
-
 // The Hopbox that a package in the plug-in's work folder is for: below the temporary folder stand the user's
 // name, the Hopbox's, and what is made for it. Empty for a folder elsewhere.
 QString GetHopbox(const QString& folder)
@@ -71,28 +56,32 @@ public:
             mHasReport = isOn;
     }
 
-    bool WriteReport() const
+    // Fails also where no package was made.
+    GResult WriteReport() const
     {
-        return !mReport.isEmpty() && WriteText(mFolder + QLatin1Char('/') + cReportName, mReport);
+        if (mReport.isEmpty())
+            return GResult::Failure(QStringLiteral("There is no package to report on."));
+        return GDurableFile::Replace(mFolder + QLatin1Char('/') + cReportName, mReport.toUtf8());
     }
 
 protected:
     // Fills the folder with what `fill` adds to it.
     template <class Fill>
-    CommandResult Collect(const Fill& fill)
+    GResult Collect(const Fill& fill)
     {
         PackageFolder folder(mHost.GetRunner(), mFolder, mSettings);
-        CommandResult result = folder.Make();
-        if (result.HasSucceeded())
-            result = fill(folder);
-        mReport = result.HasSucceeded() ? folder.MakeReport(MakeFacts()) : QString();
-        if (result.HasSucceeded() && mHasReport && !WriteReport())
-            result = CommandResult::Failure(QStringLiteral("The report can't be written."));
-        if (result.HasSucceeded())
-            result = folder.Finish();
-        if (result.HasSucceeded())
-            mHost.SetLastPackage(mFolder);
-        return result;
+        mReport.clear();
+        return folder.Make()
+            .Then([&] { return fill(folder); })
+            .Then([&] {
+                mReport = folder.MakeReport(MakeFacts());
+                return mHasReport ? WriteReport() : GResult::Success();
+            })
+            .Then([&] { return folder.Finish(); })
+            .Then([&] {
+                mHost.SetLastPackage(mFolder);
+                return GResult::Success();
+            });
     }
 
     ScribusHost& mHost;
@@ -123,7 +112,7 @@ public:
     {
         return mHost.RunCommand(QStringLiteral("Package"), 1, [this](const ScribusHost::BeginStep& step) {
             if (mDocument == nullptr)
-                return CommandResult::Failure(QStringLiteral("The package was given no document."));
+                return GResult::Failure(QStringLiteral("The package was given no document."));
             step(mDocument->GetName());
             return Collect([this](PackageFolder& folder) { return folder.AddDocument(*mDocument); });
         });
@@ -151,7 +140,7 @@ public:
     }
 
 private:
-    CommandResult Fill(PackageFolder& folder, const ScribusHost::BeginStep& step)
+    GResult Fill(PackageFolder& folder, const ScribusHost::BeginStep& step)
     {
         BookFile copy(mFolder + QLatin1Char('/') +
                       folder.ReserveName({}, QFileInfo(mBook->GetPath()).fileName()));
@@ -159,14 +148,13 @@ private:
         QStringList copies;
         for (const QString& path : mBook->GetDocuments()) {
             step(path);
-            const CommandResult result = folder.AddDocument(*mHost.TakeDocument(path));
+            const GResult result = folder.AddDocument(*mHost.TakeDocument(path));
             if (!result.HasSucceeded())
                 return result;
             copies.append(folder.GetCopy(path));
         }
         copy.SetDocuments(copies);
-        QString reason;
-        return copy.Save(reason) ? CommandResult::Success() : CommandResult::Failure(reason);
+        return copy.Save();
     }
 
     std::unique_ptr<BookFile> mBook;
@@ -177,7 +165,10 @@ class Report : public HostObject<IPackageReportCommand>
 public:
     int32_t CreateReport(const IDocumentPackageCommand& package) override
     {
-        return static_cast<const DocumentPackage&>(package).WriteReport() ? cReportWritten : 0;
+        const GResult written = static_cast<const DocumentPackage&>(package).WriteReport();
+        if (!written.HasSucceeded())
+            GTrace::Error(QStringLiteral("IPackageReportCommand::CreateReport"), written.GetReason());
+        return written.HasSucceeded() ? cReportWritten : 0;
     }
 };
 

@@ -1,6 +1,5 @@
 #include "hosts/scribus/host/ScribusHost.h"
 
-#include "foundation/core/GException.h"
 #include "foundation/system/GDurableFile.h"
 #include "foundation/trace/GTrace.h"
 #include "hosts/scribus/host/HostCommand.h"
@@ -50,38 +49,35 @@ void ScribusHost::SetFrontend(IHostFrontend* frontend)
     mRunner.SetFrontend(frontend);
 }
 
-ScribusHost::DocumentPtr ScribusHost::OpenDocument(const QString& path, QString& reason)
+GResult ScribusHost::OpenDocument(const QString& path)
 {
     const QString file = MakeAbsolute(path);
     const auto open = FindByPath(mDocuments, file);
-    if (open != mDocuments.end()) {
-        mActiveDocument = *open;
-        return mActiveDocument;
-    }
-    const DocumentPtr document = TakeDocument(file);
-    if (document->GetInfo() == nullptr) {
-        reason = document->GetError();
-        return nullptr;
-    }
-    mDocuments.push_back(document);
-    mActiveDocument = document;
-    return document;
+    if (open == mDocuments.end())
+        return Show(TakeDocument(file));
+    mActiveDocument = *open;
+    return GResult::Success();
 }
 
-ScribusHost::DocumentPtr ScribusHost::NewDocument(const QString& templatePath, QString& reason)
+GResult ScribusHost::NewDocument(const QString& templatePath)
 {
-    const DocumentPtr document =
-        ScribusDocument::MakeFromTemplate(mRunner, templatePath, mUntitledCount + 1, reason);
-    if (document == nullptr)
-        return nullptr;
-    if (document->GetInfo() == nullptr) {
-        reason = document->GetError();
-        return nullptr;
-    }
-    ++mUntitledCount;
+    DocumentPtr document;
+    return ScribusDocument::MakeFromTemplate(mRunner, templatePath, mUntitledCount + 1, document)
+        .Then([&] { return Show(document); })
+        .Then([&] {
+            ++mUntitledCount;
+            return GResult::Success();
+        });
+}
+
+// Asks Scribus about the document, and makes it one of the user's and the active one.
+GResult ScribusHost::Show(const DocumentPtr& document)
+{
+    if (document->GetInfo() == nullptr)
+        return GResult::Failure(document->GetError());
     mDocuments.push_back(document);
     mActiveDocument = document;
-    return document;
+    return GResult::Success();
 }
 
 void ScribusHost::CloseDocument(const DocumentPtr& document)
@@ -90,19 +86,17 @@ void ScribusHost::CloseDocument(const DocumentPtr& document)
     mActiveDocument = TakeOut(mDocuments, document, mActiveDocument);
 }
 
-ScribusHost::BookPtr ScribusHost::OpenBook(const QString& path, QString& reason)
+GResult ScribusHost::OpenBook(const QString& path)
 {
     const auto open = FindByPath(mBooks, MakeAbsolute(path));
     if (open != mBooks.end()) {
         mActiveBook = *open;
-        return mActiveBook;
+        return GResult::Success();
     }
-    const BookPtr book = BookFile::Read(path, reason);
-    if (book == nullptr)
-        return nullptr;
-    mBooks.push_back(book);
-    mActiveBook = book;
-    return book;
+    return BookFile::Read(path, mActiveBook).Then([this] {
+        mBooks.push_back(mActiveBook);
+        return GResult::Success();
+    });
 }
 
 ScribusHost::BookPtr ScribusHost::NewBook(const QString& path)
@@ -190,33 +184,29 @@ ScribusHost::DocumentPtr ScribusHost::FindDocument(const IDataBase* database) co
     return nullptr;
 }
 
-bool ScribusHost::SaveDocument(ScribusDocument& document)
+GResult ScribusHost::SaveDocument(ScribusDocument& document)
 {
     if (document.IsSaved())
-        return true;
+        return GResult::Success();
     const QString path = mFrontend != nullptr ? mFrontend->AskForSavePath(document.GetName()) : QString();
-    QString reason;
-    if (path.isEmpty() || document.SaveAs(path, reason))
-        return !path.isEmpty();
-    GTrace::Error(QStringLiteral("ScribusHost::SaveDocument"), reason);
-    return false;
+    return path.isEmpty() ? GResult::Cancellation() : document.SaveAs(path);
 }
 
 ErrorCode ScribusHost::RunCommand(const QString& title, int steps, const Work& work)
 {
     if (mFrontend != nullptr)
         mFrontend->BeginCommand(title, steps);
-    const CommandResult result = work([this](const QString& text) {
+    const GResult result = work([this](const QString& text) {
         if (mFrontend != nullptr)
             mFrontend->BeginStep(text);
     });
     if (mFrontend != nullptr)
         mFrontend->EndCommand();
-    mLastFailure = result.reason;
+    mLastFailure = result.GetReason();
     if (result.HasSucceeded())
         return cSuccess;
-    GTrace::Error(title, result.reason);
-    if (result.outcome == CommandResult::Outcome::Cancelled && mCancelObserver != nullptr)
+    GTrace::Error(title, result.GetReason());
+    if (result.WasCancelled() && mCancelObserver != nullptr)
         mCancelObserver->OnCommandCancelled();
     return cFailure;
 }
@@ -227,15 +217,11 @@ void ScribusHost::SetLastPDF(const QString& path, const QJsonObject& report)
     mLastPDF = path;
     mLastReport = report;
     const QFileInfo pdf(path);
-    try {
-        GDurableFile file{
-            GPathName(pdf.dir().filePath(pdf.completeBaseName() + QLatin1String(".report.json")))};
-        const QByteArray text = QJsonDocument(report).toJson();
-        file.Write(text.constData(), text.size());
-        file.Commit();
-    } catch (const GException& error) {
-        GTrace::Error(QStringLiteral("ScribusHost::SetLastPDF"), error.GetDescription());
-    }
+    const GResult written =
+        GDurableFile::Replace(pdf.dir().filePath(pdf.completeBaseName() + QLatin1String(".report.json")),
+                              QJsonDocument(report).toJson());
+    if (!written.HasSucceeded())
+        GTrace::Error(QStringLiteral("ScribusHost::SetLastPDF"), written.GetReason());
 }
 
 HostPtr<ISession> ScribusHost::QuerySession()

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "foundation/core/GResult.h"
 #include "hosts/scribus/books/BookFile.h"
 #include "hosts/scribus/documents/ScribusDocument.h"
 #include "hosts/scribus/pdf/PdfSettings.h"
-#include "hosts/scribus/runner/CommandResult.h"
 #include "hosts/scribus/runner/ScribusRunner.h"
 #include "plugin/host/IHostServices.h"
 
@@ -33,11 +33,11 @@ public:
     void SetFrontend(IHostFrontend* frontend);
 
     // Opens a document, asks Scribus about it, and makes it the active one; one that is open already is only
-    // made active. Null, with the reason, when there is no such file or Scribus can't read it.
-    DocumentPtr OpenDocument(const QString& path, QString& reason);
+    // made active. Fails when there is no such file or Scribus can't read it; nothing has changed then.
+    GResult OpenDocument(const QString& path);
 
     // Opens an untitled document with the content of another file, and makes it the active one.
-    DocumentPtr NewDocument(const QString& templatePath, QString& reason);
+    GResult NewDocument(const QString& templatePath);
 
     // Closes a document as it stands, without a question.
     void CloseDocument(const DocumentPtr& document);
@@ -50,7 +50,7 @@ public:
     void SetActiveDocument(const DocumentPtr& document) { mActiveDocument = document; }
 
     // The same for books. OpenBook does not look at the book's documents.
-    BookPtr OpenBook(const QString& path, QString& reason);
+    GResult OpenBook(const QString& path);
     BookPtr NewBook(const QString& path);
     void CloseBook(const BookPtr& book);
     const std::vector<BookPtr>& GetBooks() const { return mBooks; }
@@ -109,7 +109,7 @@ public:
     DocumentPtr FindDocument(const IDataBase* database) const;
 
     // Saves a document to its own file; the frontend is asked for the file of an untitled one.
-    bool SaveDocument(ScribusDocument& document);
+    GResult SaveDocument(ScribusDocument& document);
 
     // The settings of the last PDF preferences command.
     const PdfSettings& GetPdfSettings() const { return mPdfSettings; }
@@ -122,7 +122,7 @@ public:
     // Carries out a command with progress and a log line for its failure, and tells the plug-in when the user
     // has cancelled. `step` begins a step.
     using BeginStep = std::function<void(const QString& text)>;
-    using Work = std::function<CommandResult(const BeginStep& step)>;
+    using Work = std::function<GResult(const BeginStep& step)>;
     ErrorCode RunCommand(const QString& title, int steps, const Work& work);
 
     int32_t GetVersion() const override { return cVersion; }
@@ -139,6 +139,7 @@ public:
                        const PMString& button3, int32_t defaultButton, int32_t cancelButton) override;
 
 private:
+    GResult Show(const DocumentPtr& document);
     void KeepForLater(const DocumentPtr& document);
 
     ScribusRunner mRunner;

@@ -35,11 +35,11 @@ PackageFolder::~PackageFolder()
     }
 }
 
-CommandResult PackageFolder::Make()
+GResult PackageFolder::Make()
 {
     mIsMade = !mFolder.isEmpty() && QDir().mkpath(mFolder) && QDir(mFolder).isEmpty();
-    return mIsMade ? CommandResult::Success()
-                   : CommandResult::Failure(
+    return mIsMade ? GResult::Success()
+                   : GResult::Failure(
                          QStringLiteral("The folder \"%1\" can't be made, or is not empty.").arg(mFolder));
 }
 
@@ -69,96 +69,92 @@ QString PackageFolder::ReserveName(const QString& subfolder, const QString& want
     return name;
 }
 
-CommandResult PackageFolder::AddFile(const QString& source, const QString& subfolder)
+GResult PackageFolder::AddFile(const QString& source, const QString& subfolder)
 {
     if (mFiles.contains(source))
-        return CommandResult::Success();
+        return GResult::Success();
     if (mRunner.IsCancelled())
-        return CommandResult::Cancellation();
+        return GResult::Cancellation();
     const QString name = ReserveName(subfolder, QFileInfo(source).fileName());
     const QString target = mFolder + QLatin1Char('/') + name;
     QFile file(source);
     if (!QDir(mFolder).mkpath(subfolder) || !file.copy(target))
-        return CommandResult::Failure(
+        return GResult::Failure(
             QStringLiteral("\"%1\" can't be copied to \"%2\": %3.").arg(source, target, file.errorString()));
     // A copy of a read-only file could not be removed with the package on every system.
     QFile::setPermissions(target, file.permissions() | QFile::ReadOwner | QFile::WriteOwner);
     mFiles.insert(source, name);
-    return CommandResult::Success();
+    return GResult::Success();
 }
 
-CommandResult PackageFolder::AddFonts(const DocumentInfo& info)
+GResult PackageFolder::AddFonts(const DocumentInfo& info)
 {
     for (const DocumentFont& font : info.fonts) {
         for (const QString& file : font.FindFiles()) {
-            const CommandResult result = AddFile(file, cFontFolder);
+            const GResult result = AddFile(file, cFontFolder);
             if (!result.HasSucceeded())
                 return result;
         }
     }
-    return CommandResult::Success();
+    return GResult::Success();
 }
 
-CommandResult PackageFolder::AddProfiles(const DocumentInfo& info)
+GResult PackageFolder::AddProfiles(const DocumentInfo& info)
 {
     if (info.profiles.isEmpty())
-        return CommandResult::Success();
+        return GResult::Success();
     for (const ColorProfile& profile : mRunner.GetProfiles()) {
         if (!info.profiles.contains(profile.name))
             continue;
-        const CommandResult result = AddFile(profile.path, cProfileFolder);
+        const GResult result = AddFile(profile.path, cProfileFolder);
         if (!result.HasSucceeded())
             return result;
     }
-    return CommandResult::Success();
+    return GResult::Success();
 }
 
-CommandResult PackageFolder::AddLinks(const DocumentInfo& info)
+GResult PackageFolder::AddLinks(const DocumentInfo& info)
 {
     for (const DocumentLink& link : info.links) {
         if (link.isMissing && !mSettings.goesOnWithoutLinks)
-            return CommandResult::Failure(
-                QStringLiteral("The linked file \"%1\" is missing.").arg(link.path));
-        const CommandResult result =
-            link.isMissing ? CommandResult::Success() : AddFile(link.path, cImageFolder);
+            return GResult::Failure(QStringLiteral("The linked file \"%1\" is missing.").arg(link.path));
+        const GResult result = link.isMissing ? GResult::Success() : AddFile(link.path, cImageFolder);
         if (!result.HasSucceeded())
             return result;
     }
-    return CommandResult::Success();
+    return GResult::Success();
 }
 
 // The document as it stands, byte by byte, but for its links: to the copies of what they lead to, or to where
 // they led where there is no copy.
-CommandResult PackageFolder::WriteDocument(const ScribusDocument& document, const QString& name)
+GResult PackageFolder::WriteDocument(const ScribusDocument& document, const QString& name)
 {
     QByteArray text;
-    QString reason;
     bool isPacked = false;
-    if (!SlaFile::Read(document.GetContentPath(), text, isPacked, reason))
-        return CommandResult::Failure(reason);
+    const GResult read = SlaFile::Read(document.GetContentPath(), text, isPacked);
+    if (!read.HasSucceeded())
+        return read;
     if (FileStamp::Take(document.GetContentPath()) != document.GetStamp())
-        return CommandResult::Failure(
+        return GResult::Failure(
             QStringLiteral("\"%1\" was changed while it was packaged.").arg(document.GetName()));
     const QDir start = QFileInfo(document.GetContentPath()).absoluteDir();
     const QByteArray copy = SlaLinks::RewriteLinks(text, [&](const QString& link) {
         const QString path = QDir::cleanPath(start.absoluteFilePath(link));
         return mFiles.value(path, path);
     });
-    if (!SlaFile::Write(mFolder + QLatin1Char('/') + name, copy, isPacked, reason))
-        return CommandResult::Failure(reason);
-    return CommandResult::Success();
+    return SlaFile::Write(mFolder + QLatin1Char('/') + name, copy, isPacked);
 }
 
-CommandResult PackageFolder::AddDocument(ScribusDocument& document)
+GResult PackageFolder::AddDocument(ScribusDocument& document)
 {
     if (mDocuments.contains(document.GetPath()))
-        return CommandResult::Success();
+        return GResult::Success();
     const DocumentInfo* info = document.GetInfo();
     if (info == nullptr)
-        return CommandResult::Failure(document.GetError());
+        return GResult::Failure(document.GetError());
     const DocumentInfo described = *info;
     const QString name = ReserveName({}, document.GetName());
-    CommandResult result = CommandResult::Success();
+    GResult result = GResult::Success();
     if (mSettings.hasFonts)
         result = AddFonts(described);
     if (result.HasSucceeded() && mSettings.hasProfiles)
@@ -172,10 +168,10 @@ CommandResult PackageFolder::AddDocument(ScribusDocument& document)
     return result;
 }
 
-CommandResult PackageFolder::Finish()
+GResult PackageFolder::Finish()
 {
     mIsFinished = !mRunner.IsCancelled();
-    return mIsFinished ? CommandResult::Success() : CommandResult::Cancellation();
+    return mIsFinished ? GResult::Success() : GResult::Cancellation();
 }
 
 QString PackageFolder::MakeReport(const PackageFacts& facts) const

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "foundation/core/GResult.h"
 #include "hosts/scribus/packages/PackageReport.h"
-#include "hosts/scribus/runner/CommandResult.h"
 #include "hosts/scribus/sla/DocumentInfo.h"
 
 #include <QMap>
@@ -37,10 +37,10 @@ public:
     PackageFolder& operator=(const PackageFolder&) = delete;
 
     // Takes the folder, which is empty, or makes it where it is not there.
-    CommandResult Make();
+    GResult Make();
 
     // Copies a document with what it needs. The same document may be added twice: it gets in once.
-    CommandResult AddDocument(ScribusDocument& document);
+    GResult AddDocument(ScribusDocument& document);
 
     // The path of an added document's copy.
     QString GetCopy(const QString& documentPath) const { return mDocuments.value(documentPath); }
@@ -53,7 +53,7 @@ public:
     QString ReserveName(const QString& subfolder, const QString& wantedName);
 
     // The folder is to stay, unless the user has cancelled while the last file was copied.
-    CommandResult Finish();
+    GResult Finish();
 
 private:
     struct Entry
@@ -62,11 +62,11 @@ private:
         DocumentInfo info;
     };
 
-    CommandResult AddFonts(const DocumentInfo& info);
-    CommandResult AddProfiles(const DocumentInfo& info);
-    CommandResult AddLinks(const DocumentInfo& info);
-    CommandResult WriteDocument(const ScribusDocument& document, const QString& name);
-    CommandResult AddFile(const QString& source, const QString& subfolder);
+    GResult AddFonts(const DocumentInfo& info);
+    GResult AddProfiles(const DocumentInfo& info);
+    GResult AddLinks(const DocumentInfo& info);
+    GResult WriteDocument(const ScribusDocument& document, const QString& name);
+    GResult AddFile(const QString& source, const QString& subfolder);
 
     ScribusRunner& mRunner;
     QString mFolder;

@@ -101,9 +101,7 @@ void BookPanel::SetListeners(const std::function<void(const QString& path)>& ope
 
 void BookPanel::OpenBook(const QString& path)
 {
-    QString reason;
-    if (!mHost.OpenBook(path, reason))
-        FileQuestions::ShowProblem(*window(), reason);
+    FileQuestions::ShowProblem(*window(), mHost.OpenBook(path));
     Refresh();
 }
 
@@ -184,12 +182,10 @@ void BookPanel::CloseBook()
 
 bool BookPanel::Save(const ScribusHost::BookPtr& book)
 {
-    QString reason;
-    const bool isSaved = book->Save(reason);
-    if (!isSaved)
-        FileQuestions::ShowProblem(*window(), reason);
+    const GResult saved = book->Save();
+    FileQuestions::ShowProblem(*window(), saved);
     Refresh();
-    return isSaved;
+    return saved.HasSucceeded();
 }
 
 bool BookPanel::Close(const ScribusHost::BookPtr& book)

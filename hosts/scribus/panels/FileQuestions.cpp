@@ -119,3 +119,9 @@ void FileQuestions::ShowProblem(QWidget& parent, const QString& text)
     box.setTextFormat(Qt::PlainText);
     box.exec();
 }
+
+void FileQuestions::ShowProblem(QWidget& parent, const GResult& result)
+{
+    if (!result.HasSucceeded())
+        ShowProblem(parent, result.GetReason());
+}

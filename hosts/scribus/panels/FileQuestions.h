@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/core/GResult.h"
+
 #include <QStringList>
 
 class QWidget;
@@ -31,4 +33,7 @@ CloseAnswer AskBeforeClosing(QWidget& parent, const QString& name);
 
 // Tells the user what did not work.
 void ShowProblem(QWidget& parent, const QString& text);
+
+// The same for a result; nothing is shown where it is a success.
+void ShowProblem(QWidget& parent, const GResult& result);
 }  // namespace FileQuestions

@@ -42,7 +42,7 @@ ReportPanel::~ReportPanel() = default;
 bool ReportPanel::ShowNews(const ScribusHost& host, int exportsBefore)
 {
     const QString& failure = host.GetLastFailure();
-    if (failure == CommandResult::Cancellation().reason)
+    if (failure == GResult::Cancellation().GetReason())
         return false;
     if (!failure.isEmpty())
         ShowFailure(failure);

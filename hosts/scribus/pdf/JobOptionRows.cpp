@@ -317,22 +317,20 @@ const std::vector<JobOptionRow>& JobOptionRow::GetAll()
     return rows;
 }
 
-bool PdfSettings::Make(const JobOptions& options, PdfSettings& settings, QString& error)
+GResult PdfSettings::Make(const JobOptions& options, PdfSettings& settings)
 {
     PdfSettings made;
     for (const JobOptionRow& row : JobOptionRow::GetAll()) {
         const PostScriptValue* value = row.take ? row.Find(options) : nullptr;
         if (value == nullptr || value->Is(Type::Null))
             continue;
+        const QLatin1String key(row.key);
         if (!value->Is(row.type))
-            error = QStringLiteral("\"%1\" has a value of another type").arg(QLatin1String(row.key));
-        else if (!row.take(*value, made))
-            error = QStringLiteral("\"%1\" has a value out of bounds").arg(QLatin1String(row.key));
-        else
-            continue;
-        return false;
+            return GResult::Failure(QStringLiteral("\"%1\" has a value of another type").arg(key));
+        if (!row.take(*value, made))
+            return GResult::Failure(QStringLiteral("\"%1\" has a value out of bounds").arg(key));
     }
     made.answers = SettingsReport::Make(options);
     settings = made;
-    return true;
+    return GResult::Success();
 }

@@ -28,7 +28,7 @@ QString PdfCheck::GetPlaceText(int place, const QRectF& box, const QString& what
     return QStringLiteral("%1 on page %2").arg(object, GetPageText(place));
 }
 
-CommandResult PdfCheck::CheckTransparency(const PdfFile& pdf) const
+GResult PdfCheck::CheckTransparency(const PdfFile& pdf) const
 {
     QStringList places;
     for (const PdfFinding& finding : pdf.GetScan().GetFindings()) {
@@ -37,9 +37,9 @@ CommandResult PdfCheck::CheckTransparency(const PdfFile& pdf) const
             places.append(text);
     }
     if (places.isEmpty())
-        return CommandResult::Success();
-    return CommandResult::Failure(QStringLiteral("%1 allows no transparency. Transparent: %2.")
-                                      .arg(mSettings.GetKindText(), places.join(QStringLiteral(", "))));
+        return GResult::Success();
+    return GResult::Failure(QStringLiteral("%1 allows no transparency. Transparent: %2.")
+                                .arg(mSettings.GetKindText(), places.join(QStringLiteral(", "))));
 }
 
 bool PdfCheck::IsForbidden(Kind kind) const
@@ -56,7 +56,7 @@ bool PdfCheck::IsForbidden(Kind kind) const
     return mSettings.IsX();
 }
 
-CommandResult PdfCheck::CheckForX(const PdfFile& pdf, bool& isPlaced) const
+GResult PdfCheck::CheckForX(const PdfFile& pdf, bool& isPlaced) const
 {
     static const char* const cFaults[] = {"transparency", "RGB colours", "colours with a profile",
                                           "a font that is not inside"};
@@ -72,9 +72,9 @@ CommandResult PdfCheck::CheckForX(const PdfFile& pdf, bool& isPlaced) const
     }
     faults.removeDuplicates();
     if (faults.isEmpty())
-        return CommandResult::Success();
-    return CommandResult::Failure(QStringLiteral("%1 does not allow what the document has: %2.")
-                                      .arg(mSettings.GetKindText(), faults.join(QStringLiteral(", "))));
+        return GResult::Success();
+    return GResult::Failure(QStringLiteral("%1 does not allow what the document has: %2.")
+                                .arg(mSettings.GetKindText(), faults.join(QStringLiteral(", "))));
 }
 
 QStringList PdfCheck::CheckImages(const PdfFile& pdf)
@@ -92,7 +92,7 @@ QStringList PdfCheck::CheckImages(const PdfFile& pdf)
     return refused;
 }
 
-CommandResult PdfCheck::CheckFonts(const PdfFile& pdf)
+GResult PdfCheck::CheckFonts(const PdfFile& pdf)
 {
     QStringList places;
     for (const PdfFinding& finding : pdf.GetScan().GetFindings()) {
@@ -103,13 +103,13 @@ CommandResult PdfCheck::CheckFonts(const PdfFile& pdf)
     }
     places.removeDuplicates();
     if (places.isEmpty() || !mSettings.embedsFonts)
-        return CommandResult::Success();
+        return GResult::Success();
     const QString text =
         QStringLiteral("Fonts are not inside the PDF: %1.").arg(places.join(QStringLiteral(", ")));
     if (mSettings.refusesFontsOutside)
-        return CommandResult::Failure(text);
+        return GResult::Failure(text);
     mNotes.append(text);
-    return CommandResult::Success();
+    return GResult::Success();
 }
 
 bool PdfCheck::IsGray(const PdfImage& image) const

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "foundation/core/GResult.h"
 #include "hosts/scribus/pdf/PdfSettings.h"
-#include "hosts/scribus/runner/CommandResult.h"
 #include "hosts/scribus/sla/DocumentInfo.h"
 
 #include <QJsonObject>
@@ -19,17 +19,17 @@ public:
 
     // Fails where something shines through and must not. For the probe, in which Scribus has made nothing
     // solid.
-    CommandResult CheckTransparency(const PdfFile& pdf) const;
+    GResult CheckTransparency(const PdfFile& pdf) const;
 
     // Fails where colours or fonts are none that the kind of PDF/X allows. `isPlaced` says whether all of
     // them are in placed files.
-    CommandResult CheckForX(const PdfFile& pdf, bool& isPlaced) const;
+    GResult CheckForX(const PdfFile& pdf, bool& isPlaced) const;
 
     // The images with too few dots where the settings refuse that, a sentence for each.
     QStringList CheckImages(const PdfFile& pdf);
 
     // Fails where a font is not inside, and the settings refuse that.
-    CommandResult CheckFonts(const PdfFile& pdf);
+    GResult CheckFonts(const PdfFile& pdf);
 
     // Whether an image is one of grays in the file that the document links.
     bool IsGray(const PdfImage& image) const;

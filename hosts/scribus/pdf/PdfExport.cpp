@@ -1,6 +1,6 @@
 #include "hosts/scribus/pdf/PdfExport.h"
 
-#include "foundation/core/GException.h"
+#include "foundation/core/GErrorCodes.h"
 #include "foundation/system/GFileCalls.h"
 #include "foundation/system/GSystemError.h"
 #include "hosts/scribus/documents/ScribusDocument.h"
@@ -21,24 +21,24 @@ static QString GetPartPath(const QString& output)
     return output + QStringLiteral(".part");
 }
 
-CommandResult PdfExport::Check(ScribusDocument& document, const QVector<int>& pages) const
+GResult PdfExport::Check(ScribusDocument& document, const QVector<int>& pages) const
 {
     const QString fault = mSettings.FindFault();
     if (!fault.isEmpty())
-        return CommandResult::Failure(QStringLiteral("The PDF settings can't be used: %1.").arg(fault));
+        return GResult::Failure(QStringLiteral("The PDF settings can't be used: %1.").arg(fault));
     const DocumentInfo* info = document.GetInfo();
     if (info == nullptr)
-        return CommandResult::Failure(document.GetError());
+        return GResult::Failure(document.GetError());
     const QStringList missing = info->GetMissingFonts();
     if (!missing.isEmpty())
-        return CommandResult::Failure(QStringLiteral("Fonts of \"%1\" are missing: %2.")
-                                          .arg(document.GetName(), missing.join(QStringLiteral(", "))));
+        return GResult::Failure(QStringLiteral("Fonts of \"%1\" are missing: %2.")
+                                    .arg(document.GetName(), missing.join(QStringLiteral(", "))));
     const bool areThere = std::all_of(pages.begin(), pages.end(),
                                       [info](int page) { return page >= 0 && page < info->pages.size(); });
     if (pages.isEmpty() || !areThere)
-        return CommandResult::Failure(
+        return GResult::Failure(
             QStringLiteral("\"%1\" does not have the pages to be exported.").arg(document.GetName()));
-    return CommandResult::Success();
+    return GResult::Success();
 }
 
 QJsonObject PdfExport::MakeRequest(const DocumentInfo& info, const QString& source, const QVector<int>& pages,
@@ -69,7 +69,7 @@ ScribusAnswer PdfExport::RunScribus(QJsonObject request, const Paths& paths, boo
 }
 
 // What would make the PDF less than people expect is a failure, unless somebody lets it pass.
-CommandResult PdfExport::Permit(const QString& documentName, const QStringList& problems)
+GResult PdfExport::Permit(const QString& documentName, const QStringList& problems)
 {
     QStringList fresh;
     for (const QString& problem : problems) {
@@ -78,26 +78,25 @@ CommandResult PdfExport::Permit(const QString& documentName, const QStringList& 
     }
     fresh.removeDuplicates();
     if (fresh.isEmpty())
-        return CommandResult::Success();
+        return GResult::Success();
     using Decision = IHostFrontend::Decision;
     IHostFrontend* const frontend = mRunner.GetFrontend();
     switch (frontend == nullptr ? Decision::Refuse : frontend->AskToGoOn(documentName, fresh)) {
         case Decision::GoOn:
             mNotes += fresh;
-            return CommandResult::Success();
+            return GResult::Success();
         case Decision::Cancel:
-            return CommandResult::Cancellation();
+            return GResult::Cancellation();
         case Decision::Refuse:
             break;
     }
-    return CommandResult::Failure(fresh.join(QLatin1Char(' ')));
+    return GResult::Failure(fresh.join(QLatin1Char(' ')));
 }
 
-CommandResult PdfExport::ExportPages(ScribusDocument& document, const QVector<int>& pages,
-                                     const QString& output)
+GResult PdfExport::ExportPages(ScribusDocument& document, const QVector<int>& pages, const QString& output)
 {
     mNotes.clear();
-    CommandResult result = Check(document, pages);
+    GResult result = Check(document, pages);
     if (!result.HasSucceeded())
         return result;
     const FileStamp stamp = document.GetStamp();
@@ -123,72 +122,70 @@ CommandResult PdfExport::ExportPages(ScribusDocument& document, const QVector<in
         bool isWorthAnother = false;
         result = RunScribus(request, paths, embedsPlaced);
         if (result.HasSucceeded() && FileStamp::Take(document.GetContentPath()) != stamp)
-            result = CommandResult::Failure(
+            result = GResult::Failure(
                 QStringLiteral("\"%1\" was changed while it was exported.").arg(document.GetName()));
         if (result.HasSucceeded())
             result = FinishPdf(check, paths, document.GetName(), embedsPlaced, isWorthAnother);
         if (!isWorthAnother)
             break;
-        mNotes.append(result.reason + QStringLiteral(" It was turned into an image."));
+        mNotes.append(result.GetReason() + QStringLiteral(" It was turned into an image."));
     }
     QFile::remove(paths.written);
     return Finish(result, paths.finished, output);
 }
 
 // Makes of Scribus's PDF what was asked for. `isWorthAnother` says that it failed for a placed file alone.
-CommandResult PdfExport::FinishPdf(PdfCheck& check, const Paths& paths, const QString& documentName,
-                                   bool embedsPlaced, bool& isWorthAnother)
+GResult PdfExport::FinishPdf(PdfCheck& check, const Paths& paths, const QString& documentName,
+                             bool embedsPlaced, bool& isWorthAnother)
 {
     const int pageCount = check.CountPages();
     PdfFile pdf;
-    CommandResult result = OpenPdf(pdf, paths.written, pageCount);
-    if (result.HasSucceeded() && !mSettings.MayBeTransparent() && embedsPlaced) {
+    const auto checkProbe = [&] {
         PdfFile probe;
-        result = OpenPdf(probe, paths.probe, pageCount, false);
-        if (result.HasSucceeded())
-            result = check.CheckTransparency(probe);
-    }
-    if (result.HasSucceeded() && mSettings.IsX()) {
+        return mSettings.MayBeTransparent() || !embedsPlaced
+                   ? GResult::Success()
+                   : OpenPdf(probe, paths.probe, pageCount, false).Then([&] {
+                         return check.CheckTransparency(probe);
+                     });
+    };
+    const auto checkForX = [&] {
         bool isPlaced = false;
-        result = check.CheckForX(pdf, isPlaced);
+        const GResult result = mSettings.IsX() ? check.CheckForX(pdf, isPlaced) : GResult::Success();
         isWorthAnother = !result.HasSucceeded() && isPlaced && embedsPlaced;
-    }
-    if (result.HasSucceeded())
-        result = Permit(documentName, check.CheckImages(pdf));
-    if (result.HasSucceeded())
-        result = check.CheckFonts(pdf);
-    return result.HasSucceeded() ? ChangePdf(pdf, check, paths.finished) : result;
+        return result;
+    };
+    return OpenPdf(pdf, paths.written, pageCount)
+        .Then(checkProbe)
+        .Then(checkForX)
+        .Then([&] { return Permit(documentName, check.CheckImages(pdf)); })
+        .Then([&] { return check.CheckFonts(pdf); })
+        .Then([&] { return ChangePdf(pdf, check, paths.finished); });
 }
 
-CommandResult PdfExport::ChangePdf(PdfFile& pdf, const PdfCheck& check, const QString& path)
+GResult PdfExport::ChangePdf(PdfFile& pdf, const PdfCheck& check, const QString& path)
 {
     const PdfWishes wishes = mSettings.MakeWishes(check.ManagesColors());
     mReport = check.Describe(pdf);
     const auto isCancelled = [this] { return mRunner.IsCancelled(); };
-    QString reason;
-    if (pdf.Change(
-            wishes, [&](const PdfImage& image) { return check.IsGray(image); }, isCancelled, reason) &&
-        pdf.Write(path, wishes, reason))
-        return CommandResult::Success();
-    if (reason.isEmpty())
-        return {CommandResult::Outcome::Cancelled, QStringLiteral("The user cancelled.")};
-    return CommandResult::Failure(QStringLiteral("The PDF can't be finished: %1.").arg(reason));
+    const auto isGray = [&](const PdfImage& image) { return check.IsGray(image); };
+    return pdf.Change(wishes, isGray, isCancelled)
+        .Then([&] { return pdf.Write(path, wishes); })
+        .Within(QStringLiteral("The PDF can't be finished: "), QStringLiteral("."));
 }
 
 // Reads a PDF whole: one that ends too early or has a hole is refused.
-CommandResult PdfExport::OpenPdf(PdfFile& pdf, const QString& path, int pageCount, bool isResult) const
+GResult PdfExport::OpenPdf(PdfFile& pdf, const QString& path, int pageCount, bool isResult) const
 {
-    QString reason;
-    if (!pdf.Open(path, reason))
-        return CommandResult::Failure(QStringLiteral("Scribus made no whole PDF: %1.").arg(reason));
+    const GResult opened = pdf.Open(path);
+    if (!opened.HasSucceeded())
+        return opened.Within(QStringLiteral("Scribus made no whole PDF: "), QStringLiteral("."));
     if (pdf.CountPages() != pageCount)
-        return CommandResult::Failure(QStringLiteral("Scribus made a PDF of %1 pages in the place of %2.")
-                                          .arg(pdf.CountPages())
-                                          .arg(pageCount));
+        return GResult::Failure(QStringLiteral("Scribus made a PDF of %1 pages in the place of %2.")
+                                    .arg(pdf.CountPages())
+                                    .arg(pageCount));
     if (isResult && mSettings.IsX() && !pdf.BearsMarkOfX())
-        return CommandResult::Failure(
-            QStringLiteral("Scribus made a PDF that does not bear the mark of PDF/X."));
-    return CommandResult::Success();
+        return GResult::Failure(QStringLiteral("Scribus made a PDF that does not bear the mark of PDF/X."));
+    return GResult::Success();
 }
 
 QJsonObject PdfExport::GetReport() const
@@ -205,39 +202,33 @@ QJsonObject PdfExport::GetReport() const
     return report;
 }
 
-CommandResult PdfExport::Join(const std::vector<PdfBookPart>& parts, const QString& title,
-                              const QString& output)
+GResult PdfExport::Join(const std::vector<PdfBookPart>& parts, const QString& title, const QString& output)
 {
     PdfBook book(title);
-    QString reason;
     for (const PdfBookPart& part : parts) {
         if (mRunner.IsCancelled())
-            return CommandResult::Cancellation();
-        if (!book.Add(part, reason))
-            return CommandResult::Failure(
-                QStringLiteral("\"%1\" can't be a part of this book: %2.").arg(part.name, reason));
+            return GResult::Cancellation();
+        const GResult added = book.Add(part);
+        if (!added.HasSucceeded())
+            return added.Within(QStringLiteral("\"%1\" can't be a part of this book: ").arg(part.name),
+                                QStringLiteral("."));
     }
     // What becomes of the content was decided document by document.
-    const bool isWritten = book.Write(GetPartPath(output), mSettings.MakeWishes(true), reason);
-    const CommandResult result =
-        isWritten
-            ? CommandResult::Success()
-            : CommandResult::Failure(QStringLiteral("The book's PDF can't be written: %1.").arg(reason));
-    return Finish(result, GetPartPath(output), output);
+    const GResult written = book.Write(GetPartPath(output), mSettings.MakeWishes(true));
+    return Finish(written.Within(QStringLiteral("The book's PDF can't be written: "), QStringLiteral(".")),
+                  GetPartPath(output), output);
 }
 
-CommandResult PdfExport::Finish(const CommandResult& result, const QString& part, const QString& output) const
+GResult PdfExport::Finish(const GResult& result, const QString& part, const QString& output) const
 {
-    CommandResult finished = result;
-    if (result.HasSucceeded()) {
-        try {
+    const GResult finished = result.Then([&] {
+        return GResult::Catch([&] {
             if (!GFileCalls::RenameFile(GPathName(part), GPathName(output), true))
-                finished = CommandResult::Failure(QStringLiteral("\"%1\" can't be put in place: %2.")
-                                                      .arg(output, GetReasonText(GetLastSystemError())));
-        } catch (const GException& error) {
-            finished = CommandResult::Failure(error.GetDescription());
-        }
-    }
+                throw GCustomException(GErrorCode::cFile,
+                                       QStringLiteral("\"%1\" can't be put in place: %2.")
+                                           .arg(output, GetReasonText(GetLastSystemError())));
+        });
+    });
     if (!finished.HasSucceeded())
         QFile::remove(part);
     return finished;

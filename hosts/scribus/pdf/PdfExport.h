@@ -1,9 +1,9 @@
 #pragma once
 
+#include "foundation/core/GResult.h"
 #include "hosts/scribus/pdf/PdfCheck.h"
 #include "hosts/scribus/pdf/PdfSettings.h"
 #include "hosts/scribus/pdffile/PdfBook.h"
-#include "hosts/scribus/runner/CommandResult.h"
 
 #include <QStringList>
 #include <QVector>
@@ -25,7 +25,7 @@ public:
     // changed while it is exported, or it can't be what a PDF/X kind asks for. Where an image or a colour
     // profile is missing, or an image has fewer dots than the settings allow, the frontend decides, before
     // the export where that can be seen there; without one it fails.
-    CommandResult ExportPages(ScribusDocument& document, const QVector<int>& pages, const QString& output);
+    GResult ExportPages(ScribusDocument& document, const QVector<int>& pages, const QString& output);
 
     // From now on, pages are numbered from here, not as their document says.
     void SetFirstNumber(int firstNumber) { mFirstNumber = firstNumber; }
@@ -37,7 +37,7 @@ public:
 
     // Writes one PDF with all pages of the others, in the order of the list, under the title. Fails, and
     // names the document, where one is meant for another press than the first.
-    CommandResult Join(const std::vector<PdfBookPart>& parts, const QString& title, const QString& output);
+    GResult Join(const std::vector<PdfBookPart>& parts, const QString& title, const QString& output);
 
     // What became of the last PDF, for people and scripts: "settings" that were not honoured as they stand,
     // "images" as they came out of Scribus, "fonts", and "notes".
@@ -51,16 +51,16 @@ private:
         QString finished;
     };
 
-    CommandResult Check(ScribusDocument& document, const QVector<int>& pages) const;
+    GResult Check(ScribusDocument& document, const QVector<int>& pages) const;
     QJsonObject MakeRequest(const DocumentInfo& info, const QString& source, const QVector<int>& pages,
                             const Paths& paths) const;
     ScribusAnswer RunScribus(QJsonObject request, const Paths& paths, bool embedsPlaced) const;
-    CommandResult Permit(const QString& documentName, const QStringList& problems);
-    CommandResult FinishPdf(PdfCheck& check, const Paths& paths, const QString& documentName,
-                            bool embedsPlaced, bool& isWorthAnother);
-    CommandResult ChangePdf(PdfFile& pdf, const PdfCheck& check, const QString& path);
-    CommandResult OpenPdf(PdfFile& pdf, const QString& path, int pageCount, bool isResult = true) const;
-    CommandResult Finish(const CommandResult& result, const QString& part, const QString& output) const;
+    GResult Permit(const QString& documentName, const QStringList& problems);
+    GResult FinishPdf(PdfCheck& check, const Paths& paths, const QString& documentName, bool embedsPlaced,
+                      bool& isWorthAnother);
+    GResult ChangePdf(PdfFile& pdf, const PdfCheck& check, const QString& path);
+    GResult OpenPdf(PdfFile& pdf, const QString& path, int pageCount, bool isResult = true) const;
+    GResult Finish(const GResult& result, const QString& part, const QString& output) const;
 
     ScribusRunner& mRunner;
     PdfSettings mSettings;

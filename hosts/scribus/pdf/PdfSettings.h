@@ -79,9 +79,9 @@ struct PdfSettings
     // The settings of the job options that are not honoured as they stand, each as SettingsReport tells it.
     QJsonArray answers;
 
-    // Takes every setting that the job options name; the others get the values above. False, with the key
-    // and what is wrong with it in `error`, when a setting is of the wrong type or out of bounds.
-    static bool Make(const JobOptions& options, PdfSettings& settings, QString& error);
+    // Takes every setting that the job options name; the others get the values above. Fails, with the key in
+    // the reason, when a setting is of the wrong type or out of bounds.
+    static GResult Make(const JobOptions& options, PdfSettings& settings);
 
     // What is wrong with the settings, for people; empty when Scribus can be given them. Scribus itself takes
     // nonsense in silence.

@@ -32,16 +32,16 @@ static bool CopyOwnFonts(ScribusDocument& document, const QDir& folder)
     return true;
 }
 
-CommandResult PdfSource::CheckProfile(const QString& profile) const
+GResult PdfSource::CheckProfile(const QString& profile) const
 {
     QStringList installed;
     for (const ColorProfile& candidate : mRunner.GetProfiles()) {
         if (candidate.isCmykOutput && candidate.name == profile)
-            return CommandResult::Success();
+            return GResult::Success();
         if (candidate.isCmykOutput)
             installed.append(candidate.name);
     }
-    return CommandResult::Failure(
+    return GResult::Failure(
         QStringLiteral("PDF/X needs the colour profile of a press. \"%1\" is none that is installed (%2).")
             .arg(profile, installed.join(QStringLiteral(", "))));
 }
@@ -85,7 +85,7 @@ private:
 };
 }  // namespace
 
-CommandResult PdfSource::Edit(QByteArray& text) const
+GResult PdfSource::Edit(QByteArray& text) const
 {
     Changes changes;
     SlaScanner element({text.constData(), static_cast<size_t>(text.size())});
@@ -105,7 +105,7 @@ CommandResult PdfSource::Edit(QByteArray& text) const
         } else if (element.GetName() == "PDF" && element.Has("PrintP") && element.Has("InfoString")) {
             const QString profile =
                 mSettings.outputProfile.isEmpty() ? element.GetText("PrintP") : mSettings.outputProfile;
-            const CommandResult check = mSettings.IsX() ? CheckProfile(profile) : CommandResult::Success();
+            const GResult check = mSettings.IsX() ? CheckProfile(profile) : GResult::Success();
             if (!check.HasSucceeded())
                 return check;
             changes.Add(element, "PrintP", profile);
@@ -115,10 +115,9 @@ CommandResult PdfSource::Edit(QByteArray& text) const
         }
     }
     if (!isDocumentKnown || !isIntentKnown)
-        return CommandResult::Failure(
-            QStringLiteral("Scribus wrote no settings of colours into its document."));
+        return GResult::Failure(QStringLiteral("Scribus wrote no settings of colours into its document."));
     text = changes.Apply(text);
-    return CommandResult::Success();
+    return GResult::Success();
 }
 
 static QStringList GetNumbers(const DocumentInfo& info)
@@ -129,7 +128,7 @@ static QStringList GetNumbers(const DocumentInfo& info)
     return numbers;
 }
 
-CommandResult PdfSource::Make(ScribusDocument& document, const QString& copyPath)
+GResult PdfSource::Make(ScribusDocument& document, const QString& copyPath)
 {
     mPath = document.GetContentPath();
     const DocumentInfo& info = *document.GetInfo();
@@ -143,14 +142,14 @@ CommandResult PdfSource::Make(ScribusDocument& document, const QString& copyPath
     const bool isFine = info.managesColors ? areAllThere : !mSettings.KeepsColors();
     const bool hasFineColors = !mSettings.IsX() && isFine;
     if (hasFineColors && mFirstNumber == 0)
-        return CommandResult::Success();
+        return GResult::Success();
     QByteArray text;
-    QString reason;
     bool isPacked = false;
-    if (!SlaFile::Read(document.GetPresentForm(), text, isPacked, reason))
-        return CommandResult::Failure(reason);
+    const GResult read = SlaFile::Read(document.GetPresentForm(), text, isPacked);
+    if (!read.HasSucceeded())
+        return read;
     text = SlaLinks::MakeLinksAbsolute(text, QFileInfo(document.GetPresentForm()).path());
-    const CommandResult edited = hasFineColors ? CommandResult::Success() : Edit(text);
+    const GResult edited = hasFineColors ? GResult::Success() : Edit(text);
     if (!edited.HasSucceeded())
         return edited;
     if (mFirstNumber > 0) {
@@ -160,12 +159,13 @@ CommandResult PdfSource::Make(ScribusDocument& document, const QString& copyPath
         SlaContent::Read(text, QFileInfo(copyPath).path(), numbered);
         mPageNumbers = GetNumbers(numbered);
     }
-    if (!SlaFile::Write(copyPath, text, false, reason))
-        return CommandResult::Failure(reason);
+    const GResult written = SlaFile::Write(copyPath, text, false);
+    if (!written.HasSucceeded())
+        return written;
     mPath = copyPath;
     const QDir folder = QFileInfo(copyPath).dir();
     return CopyOwnFonts(document, folder)
-               ? CommandResult::Success()
-               : CommandResult::Failure(
+               ? GResult::Success()
+               : GResult::Failure(
                      QStringLiteral("The document's fonts can't be copied to \"%1\".").arg(folder.path()));
 }

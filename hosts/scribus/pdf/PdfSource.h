@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/core/GResult.h"
 #include "hosts/scribus/pdf/PdfSettings.h"
 #include "hosts/scribus/runner/ScribusRunner.h"
 
@@ -13,7 +14,7 @@ public:
 
     // Finds the file to be exported; a copy of the document goes to the path. Fails where the document can't
     // be the kind of PDF/X that is asked for.
-    CommandResult Make(ScribusDocument& document, const QString& copyPath);
+    GResult Make(ScribusDocument& document, const QString& copyPath);
 
     // From now on, the pages of documents are numbered from `firstNumber`, not as the document says.
     void SetFirstNumber(int firstNumber) { mFirstNumber = firstNumber; }
@@ -30,8 +31,8 @@ public:
     const QStringList& GetNotes() const { return mNotes; }
 
 private:
-    CommandResult CheckProfile(const QString& profile) const;
-    CommandResult Edit(QByteArray& text) const;
+    GResult CheckProfile(const QString& profile) const;
+    GResult Edit(QByteArray& text) const;
     QString FindProfile(const QString& wanted, bool ColorProfile::*kind) const;
 
     ScribusRunner& mRunner;

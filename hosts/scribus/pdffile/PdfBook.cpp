@@ -48,10 +48,10 @@ std::unique_ptr<QPDF> Open(const QString& path)
 }
 }  // namespace
 
-bool PdfBook::Add(const PdfBookPart& part, QString& reason)
+GResult PdfBook::Add(const PdfBookPart& part)
 {
     const auto add = [&] { AddPart(part); };
-    return PdfTry(add, reason);
+    return PdfTry(add);
 }
 
 void PdfBook::AddPart(const PdfBookPart& part)
@@ -175,7 +175,7 @@ void PdfBook::SetTitle()
     metadata.replaceStreamData(text, QPDFObjectHandle::newNull(), QPDFObjectHandle::newNull());
 }
 
-bool PdfBook::Write(const QString& path, const PdfWishes& wishes, QString& reason)
+GResult PdfBook::Write(const QString& path, const PdfWishes& wishes)
 {
     const auto write = [&] {
         FinishBookmarks();
@@ -185,5 +185,5 @@ bool PdfBook::Write(const QString& path, const PdfWishes& wishes, QString& reaso
         SetTitle();
         PdfFile::WriteTo(*mParts.front(), path, wishes);
     };
-    return PdfTry(write, reason);
+    return PdfTry(write);
 }

@@ -27,10 +27,10 @@ public:
 
     // Adds a document behind the others. One file may be added twice. False, with the reason, when it can't
     // be read, or is meant for another press than the first one. The file stays there until Write.
-    bool Add(const PdfBookPart& part, QString& reason);
+    GResult Add(const PdfBookPart& part);
 
     // Writes the whole; what the wishes say of the file as such is done. Only after something was added.
-    bool Write(const QString& path, const PdfWishes& wishes, QString& reason);
+    GResult Write(const QString& path, const PdfWishes& wishes);
 
 private:
     void AddPart(const PdfBookPart& part);

@@ -72,18 +72,16 @@ static QPDFObjectHandle ReplaceProfiles(QPDFObjectHandle value, const std::set<Q
 PdfFile::PdfFile() = default;
 PdfFile::~PdfFile() = default;
 
-bool PdfFile::Open(const QString& path, QString& reason)
+GResult PdfFile::Open(const QString& path)
 {
     mPdf = std::make_unique<QPDF>();
-    return PdfTry(
-        [&] {
-            mPdf->setSuppressWarnings(true);
-            mPdf->setAttemptRecovery(false);
-            mPdf->processFile(QFile::encodeName(path).constData());
-            mPageCount = static_cast<int>(QPDFPageDocumentHelper(*mPdf).getAllPages().size());
-            mScan = std::make_unique<PdfScan>(*mPdf);
-        },
-        reason);
+    return PdfTry([&] {
+        mPdf->setSuppressWarnings(true);
+        mPdf->setAttemptRecovery(false);
+        mPdf->processFile(QFile::encodeName(path).constData());
+        mPageCount = static_cast<int>(QPDFPageDocumentHelper(*mPdf).getAllPages().size());
+        mScan = std::make_unique<PdfScan>(*mPdf);
+    });
 }
 
 bool PdfFile::BearsMarkOfX() const
@@ -99,8 +97,8 @@ bool PdfFile::BearsMarkOfX() const
     return isMarked && hasIntent;
 }
 
-bool PdfFile::Change(const PdfWishes& wishes, const PdfImages::IsGray& isGray,
-                     const std::function<bool()>& isCancelled, QString& reason)
+GResult PdfFile::Change(const PdfWishes& wishes, const PdfImages::IsGray& isGray,
+                        const std::function<bool()>& isCancelled)
 {
     const auto change = [&] {
         PdfImages(wishes.images, isGray).Change(*mScan, isCancelled);
@@ -115,7 +113,7 @@ bool PdfFile::Change(const PdfWishes& wishes, const PdfImages::IsGray& isGray,
         if (!wishes.trapped.isEmpty())
             SetTrapped(wishes.trapped);
     };
-    return PdfTry(change, reason) && !isCancelled();
+    return PdfTry(change).Then([&] { return isCancelled() ? GResult::Cancellation() : GResult::Success(); });
 }
 
 // Profiles of placed files are theirs, and stay.
@@ -225,7 +223,7 @@ void PdfFile::WriteTo(QPDF& pdf, const QString& path, const PdfWishes& wishes)
     writer.write();
 }
 
-bool PdfFile::Write(const QString& path, const PdfWishes& wishes, QString& reason)
+GResult PdfFile::Write(const QString& path, const PdfWishes& wishes)
 {
-    return PdfTry([&] { WriteTo(*mPdf, path, wishes); }, reason);
+    return PdfTry([&] { WriteTo(*mPdf, path, wishes); });
 }

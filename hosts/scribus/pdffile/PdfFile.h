@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/core/GResult.h"
 #include "hosts/scribus/pdffile/PdfImages.h"
 
 #include <QString>
@@ -38,9 +39,9 @@ public:
     PdfFile(const PdfFile&) = delete;
     PdfFile& operator=(const PdfFile&) = delete;
 
-    // Reads the file's table of objects, its pages and their content. False, with the reason, for a file that
-    // is damaged or ends too early: nothing is repaired. `pageCount` is what it has.
-    bool Open(const QString& path, QString& reason);
+    // Reads the file's table of objects, its pages and their content. Fails for a file that is damaged or
+    // ends too early: nothing is repaired.
+    GResult Open(const QString& path);
 
     int CountPages() const { return mPageCount; }
 
@@ -50,13 +51,12 @@ public:
     // What its pages show. Only after Open has succeeded.
     const PdfScan& GetScan() const { return *mScan; }
 
-    // Does to the content what is wished. `isCancelled` is asked now and then; false when it said yes, with
-    // an empty reason, or when something failed.
-    bool Change(const PdfWishes& wishes, const PdfImages::IsGray& isGray,
-                const std::function<bool()>& isCancelled, QString& reason);
+    // Does to the content what is wished. `isCancelled` is asked now and then.
+    GResult Change(const PdfWishes& wishes, const PdfImages::IsGray& isGray,
+                   const std::function<bool()>& isCancelled);
 
     // Writes the PDF to another file.
-    bool Write(const QString& path, const PdfWishes& wishes, QString& reason);
+    GResult Write(const QString& path, const PdfWishes& wishes);
 
     // The same for a PDF of the library's; throws what the library throws.
     static void WriteTo(QPDF& pdf, const QString& path, const PdfWishes& wishes);

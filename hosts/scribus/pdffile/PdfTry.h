@@ -1,18 +1,17 @@
 #pragma once
 
-#include <QString>
+#include "foundation/core/GResult.h"
 
 #include <exception>
 
-// Runs what may throw; false, with the reason, when it did.
+// Runs what may throw; what it threw is the failure.
 template <class Work>
-bool PdfTry(const Work& work, QString& reason)
+GResult PdfTry(const Work& work)
 {
     try {
         work();
-        return true;
+        return GResult::Success();
     } catch (const std::exception& error) {
-        reason = QString::fromUtf8(error.what());
-        return false;
+        return GResult::Failure(QString::fromUtf8(error.what()));
     }
 }

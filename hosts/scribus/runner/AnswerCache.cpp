@@ -32,8 +32,7 @@ QByteArray AnswerCache::Find(const QByteArray& key, const QByteArray& condition)
 {
     const QString path = GetPath(key);
     QByteArray content;
-    QString reason;
-    if (!ReadSharedFile(path, cLargestFile, &content, reason))
+    if (!ReadSharedFile(path, cLargestFile, &content).HasSucceeded())
         return {};
     const int sealLength = QCryptographicHash::hashLength(QCryptographicHash::Sha256);
     const QByteArray packed = content.mid(sealLength);

@@ -98,6 +98,24 @@ QString TakeLastLines(const QByteArray& output)
     constexpr int cLinesKept = 6;
     return lines.mid(qMax(0, lines.size() - cLinesKept)).join(QStringLiteral(" / "));
 }
+
+void LogFailure(const QString& text)
+{
+    GTrace::Error(QStringLiteral("ScribusRunner"), text);
+}
+
+// What the script's answer says of a failure.
+GResult JudgeAnswer(const QJsonObject& values)
+{
+    const QJsonValue error = values.value(QLatin1String("error"));
+    if (error.isUndefined())
+        return GResult::Success();
+    const QString reason = values.value(QLatin1String("opened")).toBool()
+                               ? QStringLiteral("Scribus failed: %1.").arg(error.toString())
+                               : QStringLiteral("Scribus can't open the document; it may be damaged.");
+    LogFailure(QStringLiteral("%1 It said: %2").arg(reason, error.toString()));
+    return GResult::Failure(reason);
+}
 }  // namespace
 
 ScribusSetup ScribusSetup::MakeForUser()
@@ -182,30 +200,37 @@ ScribusRunner::Ended ScribusRunner::RunScribus(const QStringList& arguments, con
     return ended;
 }
 
-ScribusAnswer ScribusRunner::MakeFailure(const Ended& ended, int seconds) const
+GResult ScribusRunner::MakeFailure(const Ended& ended, int seconds) const
 {
     const QString& program = mSetup.scribus;
-    ScribusAnswer answer;
-    if (ended.isCancelled) {
-        answer.outcome = CommandResult::Outcome::Cancelled;
-        answer.reason = QStringLiteral("The user cancelled.");
-    } else if (!ended.hasStarted) {
-        answer.reason = QStringLiteral("%1 can't be started.").arg(program);
-    } else if (ended.isWaiting) {
-        answer.reason = QStringLiteral(
+    QString reason;
+    if (ended.isCancelled)
+        reason = GResult::Cancellation().GetReason();
+    else if (!ended.hasStarted)
+        reason = QStringLiteral("%1 can't be started.").arg(program);
+    else if (ended.isWaiting)
+        reason = QStringLiteral(
             "Scribus shows a dialog that nobody can see while it opens the document; it was ended.");
-    } else if (ended.isLate) {
-        answer.reason = QStringLiteral("%1 took more than %2 s and was ended.").arg(program).arg(seconds);
-    } else {
-        answer.reason = QStringLiteral("%1 %2 (%3).")
-                            .arg(program, ended.hasCrashed ? QStringLiteral("was killed or crashed")
-                                                           : QStringLiteral("failed"))
-                            .arg(ended.status);
-    }
+    else if (ended.isLate)
+        reason = QStringLiteral("%1 took more than %2 s and was ended.").arg(program).arg(seconds);
+    else
+        reason = QStringLiteral("%1 %2 (%3).")
+                     .arg(program, ended.hasCrashed ? QStringLiteral("was killed or crashed")
+                                                    : QStringLiteral("failed"))
+                     .arg(ended.status);
     // What the program itself says is for whoever looks for the cause.
-    GTrace::Error(QStringLiteral("ScribusRunner"),
-                  QStringLiteral("%1 It said last: %2").arg(answer.reason, TakeLastLines(ended.output)));
-    return answer;
+    LogFailure(QStringLiteral("%1 It said last: %2").arg(reason, TakeLastLines(ended.output)));
+    return ended.isCancelled ? GResult::Cancellation() : GResult::Failure(reason);
+}
+
+GResult ScribusRunner::CheckRequest(const QByteArray& request)
+{
+    if (!Prepare())
+        return GResult::Failure(QStringLiteral("The folder %1 can't be written.").arg(mFolder.path()));
+    if (request.size() > cLongestRequest)
+        return GResult::Failure(
+            QStringLiteral("The request is too long for Scribus (%1 bytes).").arg(request.size()));
+    return GResult::Success();
 }
 
 ScribusAnswer ScribusRunner::RunScript(const QString& operation, QJsonObject request)
@@ -215,32 +240,27 @@ ScribusAnswer ScribusRunner::RunScript(const QString& operation, QJsonObject req
 
 ScribusAnswer ScribusRunner::RunScript(const QString& operation, QJsonObject request, const Parts& parts)
 {
-    ScribusAnswer answer;
     const QString answerPath = MakeScratchPath(QStringLiteral("json"));
     request.insert(QStringLiteral("operation"), operation);
     request.insert(QStringLiteral("answer"), answerPath);
     const QString openedPath = answerPath + QStringLiteral(".opened");
     request.insert(QStringLiteral("opened"), openedPath);
     const QByteArray argument = QJsonDocument(request).toJson(QJsonDocument::Compact);
-    if (!Prepare())
-        answer.reason = QStringLiteral("The folder %1 can't be written.").arg(mFolder.path());
-    else if (argument.size() > cLongestRequest)
-        answer.reason =
-            QStringLiteral("The request is too long for Scribus (%1 bytes).").arg(argument.size());
-    if (!answer.reason.isEmpty()) {
-        GTrace::Error(QStringLiteral("ScribusRunner::RunScript"), answer.reason);
-        return answer;
+    const GResult check = CheckRequest(argument);
+    if (!check.HasSucceeded()) {
+        LogFailure(check.GetReason());
+        return check;
     }
 
     const Ended ended = RunScribus({QStringLiteral("-g"), QStringLiteral("-ns"), QStringLiteral("-py"),
                                     mScriptPath, QString::fromUtf8(argument)},
                                    openedPath, parts);
     QFile::remove(openedPath);
+    ScribusAnswer answer = GResult::Success();
     if (ended.isCancelled || !TakeAnswer(answerPath, answer))
         return MakeFailure(ended, mSetup.timeLimitSeconds * parts.count);
     if (!answer.HasSucceeded())
-        GTrace::Error(QStringLiteral("ScribusRunner::RunScript"),
-                      QStringLiteral("Scribus said last: %1").arg(TakeLastLines(ended.output)));
+        LogFailure(QStringLiteral("Scribus said last: %1").arg(TakeLastLines(ended.output)));
     return answer;
 }
 
@@ -253,18 +273,8 @@ bool ScribusRunner::TakeAnswer(const QString& path, ScribusAnswer& answer) const
     file.remove();
     if (!document.isObject())
         return false;
-    answer = ScribusAnswer();
+    answer = JudgeAnswer(document.object());
     answer.values = document.object();
-    const QJsonValue error = answer.values.value(QLatin1String("error"));
-    if (error.isUndefined()) {
-        answer.outcome = CommandResult::Outcome::Succeeded;
-        return true;
-    }
-    answer.reason = answer.values.value(QLatin1String("opened")).toBool()
-                        ? QStringLiteral("Scribus failed: %1.").arg(error.toString())
-                        : QStringLiteral("Scribus can't open the document; it may be damaged.");
-    GTrace::Error(QStringLiteral("ScribusRunner::TakeAnswer"),
-                  QStringLiteral("%1 It said: %2").arg(answer.reason, error.toString()));
     return true;
 }
 
@@ -320,7 +330,7 @@ QByteArray ScribusRunner::AskForProfiles()
         return lines;
     const Ended ended = RunScribus({QStringLiteral("-g"), QStringLiteral("-pi")}, QString(), Parts());
     if (ended.status != 0 || ended.hasCrashed || ended.isCancelled || ended.isLate) {
-        MakeFailure(ended, mSetup.timeLimitSeconds);  // for the log
+        static_cast<void>(MakeFailure(ended, mSetup.timeLimitSeconds));  // for the log
         return {};
     }
     lines = ended.output.isEmpty() ? QByteArray("\n") : ended.output;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "hosts/scribus/runner/CommandResult.h"
+#include "foundation/core/GResult.h"
 
 #include <QJsonObject>
 #include <QString>
@@ -40,8 +40,10 @@ struct ColorProfile
 };
 
 // How a program's work ended.
-struct ScribusAnswer : CommandResult
+struct ScribusAnswer : GResult
 {
+    ScribusAnswer(const GResult& result) : GResult(result) {}
+
     QJsonObject values;  // what the script answered
 };
 
@@ -119,7 +121,8 @@ private:
 
     // A Scribus that does nothing is ended while there is no file at `openedPath`; empty: it never is.
     Ended RunScribus(const QStringList& arguments, const QString& openedPath, const Parts& parts);
-    ScribusAnswer MakeFailure(const Ended& ended, int seconds) const;
+    GResult CheckRequest(const QByteArray& request);
+    GResult MakeFailure(const Ended& ended, int seconds) const;
     QByteArray AskForProfiles();
 
     ScribusSetup mSetup;

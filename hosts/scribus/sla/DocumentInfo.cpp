@@ -71,35 +71,38 @@ static int FindPage(const QVector<DocumentPage>& pages, const QString& number)
     return place >= 1 && place <= pages.size() ? place - 1 : -1;
 }
 
-QVector<int> DocumentInfo::FindPages(const QString& range, QString& reason) const
+// Adds the pages of "3" or "3-5" to those found, at most one more than `most`.
+static GResult AddPages(const QVector<DocumentPage>& pages, const QString& part, int most,
+                        QVector<int>& found)
+{
+    const bool isSingle = !part.contains(QLatin1Char('-'));
+    int ends[2] = {};
+    for (int i = 0; i < 2; ++i) {
+        const QString number = part.section(QLatin1Char('-'), isSingle ? 0 : i, i == 0 ? 0 : -1).trimmed();
+        ends[i] = FindPage(pages, number);
+        if (ends[i] < 0)
+            return GResult::Failure(QStringLiteral("The document has no page \"%1\"; it has %2 pages.")
+                                        .arg(number)
+                                        .arg(pages.size()));
+    }
+    if (ends[1] < ends[0])
+        return GResult::Failure(QStringLiteral("The page range \"%1\" runs backwards.").arg(part.trimmed()));
+    for (int page = ends[0]; page <= ends[1] && found.size() <= most; ++page)
+        found.append(page);
+    return GResult::Success();
+}
+
+GResult DocumentInfo::FindPages(const QString& range, QVector<int>& found) const
 {
     // A range that repeats itself could name more pages than any document has.
     constexpr int cMostPages = 20000;
-    QVector<int> found;
-    for (const QString& part : range.split(QLatin1Char(','))) {
-        const bool isSingle = !part.contains(QLatin1Char('-'));
-        int ends[2] = {};
-        for (int i = 0; i < 2; ++i) {
-            const QString number =
-                part.section(QLatin1Char('-'), isSingle ? 0 : i, i == 0 ? 0 : -1).trimmed();
-            ends[i] = FindPage(pages, number);
-            if (ends[i] < 0) {
-                reason = QStringLiteral("The document has no page \"%1\"; it has %2 pages.")
-                             .arg(number)
-                             .arg(pages.size());
-                return {};
-            }
-        }
-        if (ends[1] < ends[0]) {
-            reason = QStringLiteral("The page range \"%1\" runs backwards.").arg(part.trimmed());
-            return {};
-        }
-        for (int page = ends[0]; page <= ends[1] && found.size() <= cMostPages; ++page)
-            found.append(page);
-    }
-    if (found.size() > cMostPages) {
-        reason = QStringLiteral("The page range names more than %1 pages.").arg(cMostPages);
+    GResult result = GResult::Success();
+    found.clear();
+    for (const QString& part : range.split(QLatin1Char(',')))
+        result = result.Then([&] { return AddPages(pages, part, cMostPages, found); });
+    if (result.HasSucceeded() && found.size() > cMostPages)
+        result = GResult::Failure(QStringLiteral("The page range names more than %1 pages.").arg(cMostPages));
+    if (!result.HasSucceeded())
         found.clear();
-    }
-    return found;
+    return result;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/core/GResult.h"
+
 #include <QRectF>
 #include <QString>
 #include <QStringList>
@@ -100,7 +102,7 @@ struct DocumentInfo
     const DocumentImage* FindImage(int page, const QPointF& place) const;
 
     // The indexes, from 0, of the pages that a range text such as "iii-v,2" names, in its order, repetitions
-    // included. A number that no page bears is the place of a page, from 1. Empty, with the reason, when the
+    // included. A number that no page bears is the place of a page, from 1. Fails, with no pages, when the
     // text is no range, goes beyond the document, or runs backwards.
-    QVector<int> FindPages(const QString& range, QString& reason) const;
+    GResult FindPages(const QString& range, QVector<int>& found) const;
 };

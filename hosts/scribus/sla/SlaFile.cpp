@@ -1,6 +1,5 @@
 #include "hosts/scribus/sla/SlaFile.h"
 
-#include "foundation/core/GException.h"
 #include "foundation/core/SharedFile.h"
 #include "foundation/system/GDurableFile.h"
 #include "hosts/scribus/sla/SlaScanner.h"
@@ -15,11 +14,13 @@ constexpr int cChunk = 64 * 1024;
 // The window of zlib's largest kind, in the form of gzip.
 constexpr int cGzipWindow = 15 + 16;
 
-static bool Unpack(const QByteArray& packed, QByteArray& text, QString& reason)
+static const QString cNoMemory = QStringLiteral("there is not enough memory");
+
+static GResult Unpack(const QByteArray& packed, QByteArray& text)
 {
     z_stream stream = {};
     if (inflateInit2(&stream, cGzipWindow) != Z_OK)
-        return false;
+        return GResult::Failure(cNoMemory);
     QByteArray input = packed;
     stream.next_in = reinterpret_cast<Bytef*>(input.data());
     stream.avail_in = static_cast<uInt>(input.size());
@@ -32,23 +33,21 @@ static bool Unpack(const QByteArray& packed, QByteArray& text, QString& reason)
         text.append(chunk.constData(), cChunk - static_cast<int>(stream.avail_out));
     }
     inflateEnd(&stream);
-    if (result != Z_STREAM_END)
-        reason =
-            result == Z_OK ? QStringLiteral("it is too large") : QStringLiteral("its compression is damaged");
-    return result == Z_STREAM_END;
+    if (result == Z_STREAM_END)
+        return GResult::Success();
+    return GResult::Failure(result == Z_OK ? QStringLiteral("it is too large")
+                                           : QStringLiteral("its compression is damaged"));
 }
 
-// Null when there is not enough memory; nothing else can go wrong.
-static QByteArray Pack(const QByteArray& text)
+static GResult Pack(const QByteArray& text, QByteArray& packed)
 {
     z_stream stream = {};
     constexpr int cMemoryLevel = 8;
     if (deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, cGzipWindow, cMemoryLevel,
                      Z_DEFAULT_STRATEGY) != Z_OK)
-        return {};
+        return GResult::Failure(cNoMemory);
     QByteArray input = text;
-    QByteArray packed(static_cast<int>(deflateBound(&stream, static_cast<uLong>(input.size()))),
-                      Qt::Uninitialized);
+    packed.resize(static_cast<int>(deflateBound(&stream, static_cast<uLong>(input.size()))));
     stream.next_in = reinterpret_cast<Bytef*>(input.data());
     stream.avail_in = static_cast<uInt>(input.size());
     stream.next_out = reinterpret_cast<Bytef*>(packed.data());
@@ -56,7 +55,7 @@ static QByteArray Pack(const QByteArray& text)
     const int result = deflate(&stream, Z_FINISH);
     packed.chop(static_cast<int>(stream.avail_out));
     deflateEnd(&stream);
-    return result == Z_STREAM_END ? packed : QByteArray();
+    return result == Z_STREAM_END ? GResult::Success() : GResult::Failure(cNoMemory);
 }
 
 // Whether the first element is a document's. A text that is only a beginning may end within it.
@@ -66,59 +65,45 @@ static bool IsDocument(const QByteArray& text, bool isBeginning)
     return (scanner.Next() || isBeginning) && scanner.GetName().substr(0, 7) == "SCRIBUS";
 }
 
-bool SlaFile::CheckBeginning(const QString& path, QString& reason)
+GResult SlaFile::CheckBeginning(const QString& path)
 {
     QFile file(path);
-    if (OpenSharedForReading(file, cNoLargestFile, reason) != FileOpening::cOpen) {
-        reason = QStringLiteral("\"%1\" can't be opened: %2.").arg(path, reason);
-        return false;
-    }
+    QString reason;
+    if (OpenSharedForReading(file, cNoLargestFile, reason) != FileOpening::cOpen)
+        return GResult::Failure(QStringLiteral("\"%1\" can't be opened: %2.").arg(path, reason));
     QByteArray beginning = file.read(cChunk);
     if (beginning.startsWith("\x1f\x8b")) {
         QByteArray text;
-        QString cut;  // as the rest is not there
-        Unpack(beginning, text, cut);
+        static_cast<void>(Unpack(beginning, text));  // fails, as the rest is not there
         beginning = text;
     }
-    const bool isDocument = IsDocument(beginning, true);
-    if (!isDocument)
-        reason = QStringLiteral("\"%1\" is no Scribus document.").arg(path);
-    return isDocument;
+    if (IsDocument(beginning, true))
+        return GResult::Success();
+    return GResult::Failure(QStringLiteral("\"%1\" is no Scribus document.").arg(path));
 }
 
-bool SlaFile::Read(const QString& path, QByteArray& text, bool& isPacked, QString& reason)
+GResult SlaFile::Read(const QString& path, QByteArray& text, bool& isPacked)
 {
     QByteArray bytes;
     text.clear();
-    bool isRead = ReadSharedFile(path, cMostBytes, &bytes, reason);
-    isPacked = bytes.startsWith("\x1f\x8b");
-    if (isRead && isPacked)
-        isRead = Unpack(bytes, text, reason);
-    else
-        text = bytes;
-    if (isRead && !IsDocument(text, false)) {
-        reason = QStringLiteral("it is no Scribus document");
-        isRead = false;
-    }
-    if (!isRead)
-        reason = QStringLiteral("The document \"%1\" can't be read: %2.").arg(path, reason);
-    return isRead;
+    return ReadSharedFile(path, cMostBytes, &bytes)
+        .Then([&] {
+            isPacked = bytes.startsWith("\x1f\x8b");
+            if (isPacked)
+                return Unpack(bytes, text);
+            text = bytes;
+            return GResult::Success();
+        })
+        .Then([&] {
+            return IsDocument(text, false) ? GResult::Success()
+                                           : GResult::Failure(QStringLiteral("it is no Scribus document"));
+        })
+        .Within(QStringLiteral("The document \"%1\" can't be read: ").arg(path), QStringLiteral("."));
 }
 
-bool SlaFile::Write(const QString& path, const QByteArray& text, bool isPacked, QString& reason)
+GResult SlaFile::Write(const QString& path, const QByteArray& text, bool isPacked)
 {
-    const QByteArray bytes = isPacked ? Pack(text) : text;
-    if (isPacked && bytes.isNull()) {
-        reason = QStringLiteral("there is not enough memory to compress it");
-        return false;
-    }
-    try {
-        GDurableFile file{GPathName(path)};
-        file.Write(bytes.constData(), bytes.size());
-        file.Commit();
-    } catch (const GException& error) {
-        reason = error.GetDescription();
-        return false;
-    }
-    return true;
+    QByteArray bytes = text;
+    const GResult packed = isPacked ? Pack(text, bytes) : GResult::Success();
+    return packed.Then([&] { return GDurableFile::Replace(path, bytes); });
 }

@@ -36,12 +36,12 @@ QByteArray SlaLinks::MakeLinksAbsolute(const QByteArray& text, const QString& fo
                         [&](const QString& link) { return QDir::cleanPath(start.absoluteFilePath(link)); });
 }
 
-bool SlaLinks::CopyDocument(const QString& source, const QString& target, QString& reason)
+GResult SlaLinks::CopyDocument(const QString& source, const QString& target)
 {
     QByteArray text;
     bool isPacked = false;
-    if (!SlaFile::Read(source, text, isPacked, reason))
-        return false;
-    const QByteArray copy = MakeLinksAbsolute(text, QFileInfo(source).absolutePath());
-    return SlaFile::Write(target, copy, target.endsWith(QLatin1String(".gz")), reason);
+    return SlaFile::Read(source, text, isPacked).Then([&] {
+        const QByteArray copy = MakeLinksAbsolute(text, QFileInfo(source).absolutePath());
+        return SlaFile::Write(target, copy, target.endsWith(QLatin1String(".gz")));
+    });
 }

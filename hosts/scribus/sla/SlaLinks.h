@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/core/GResult.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -16,8 +18,8 @@ using Rewrite = std::function<QString(const QString& link)>;
 QByteArray RewriteLinks(const QByteArray& text, const Rewrite& rewrite);
 
 // Copies a document to another place with its links absolute, so that they lead to the same files. What is
-// there is replaced. False, with the reason, when that fails.
-bool CopyDocument(const QString& source, const QString& target, QString& reason);
+// there is replaced.
+GResult CopyDocument(const QString& source, const QString& target);
 
 // The text with its links, which start at the folder, made absolute.
 QByteArray MakeLinksAbsolute(const QByteArray& text, const QString& folder);

@@ -11,10 +11,9 @@ namespace
 QJsonObject MakePreset(const QByteArray& jobOptions)
 {
     JobOptions options;
-    QString error;
-    EXPECT_TRUE(options.Parse(jobOptions, error)) << error.toStdString();
     PresetSettings settings;
-    EXPECT_TRUE(settings.Take(options, error)) << error.toStdString();
+    const GResult taken = options.Parse(jobOptions).Then([&] { return settings.Take(options); });
+    EXPECT_TRUE(taken.HasSucceeded()) << taken.GetReason().toStdString();
     QJsonObject preset;
     for (const QJsonValue& pair : settings.GetProperties())
         preset.insert(pair.toArray().first().toString(), pair.toArray().last());
@@ -98,11 +97,9 @@ TEST(IndesignPreset, WhatCanNotBeDoneIsRefusedWhole)
     for (const char* wrong :
          {"/CheckCompliance [/PDFA1B:2005]", "/EmbedAllFonts false", "/CompatibilityLevel 99"}) {
         JobOptions options;
-        QString error;
-        ASSERT_TRUE(
-            options.Parse(QByteArray("<< /Optimize true ") + wrong + " >> setdistillerparams", error));
-        EXPECT_FALSE(settings.Take(options, error)) << wrong;
-        EXPECT_FALSE(error.isEmpty());
+        const QByteArray text = QByteArray("<< /Optimize true ") + wrong + " >> setdistillerparams";
+        ASSERT_TRUE(options.Parse(text).HasSucceeded());
+        EXPECT_FALSE(settings.Take(options).HasSucceeded()) << wrong;
         EXPECT_EQ(settings.GetProperties(), QJsonArray{(QJsonArray{"cropMarks"_q, true})});
     }
 }

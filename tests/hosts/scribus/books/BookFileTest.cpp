@@ -13,12 +13,12 @@ TEST(BookFileTest, ABookKeepsItsDocumentsWhereverItsFolderGoes)
     BookFile book(sandbox.GetPath("book/a.slabook"_q));
     book.SetDocuments(documents);
     EXPECT_TRUE(book.IsModified());
-    QString reason;
-    ASSERT_TRUE(book.Save(reason)) << reason.toStdString();
+    ASSERT_TRUE(book.Save().HasSucceeded());
     EXPECT_FALSE(book.IsModified());
     WriteFile(sandbox.GetPath("moved/a.slabook"_q), ReadFile(book.GetPath()));
-    const auto moved = BookFile::Read(sandbox.GetPath("moved/a.slabook"_q), reason);
-    ASSERT_NE(moved, nullptr) << reason.toStdString();
+    std::shared_ptr<BookFile> moved;
+    const GResult read = BookFile::Read(sandbox.GetPath("moved/a.slabook"_q), moved);
+    ASSERT_TRUE(read.HasSucceeded()) << read.GetReason().toStdString();
     EXPECT_EQ(moved->GetDocuments(), QStringList({sandbox.GetPath("moved/one.sla"_q), "/elsewhere/two.sla"_q,
                                                   sandbox.GetPath("moved/text/three \u00e4.sla"_q),
                                                   sandbox.GetPath("moved/one.sla"_q)}));
@@ -29,13 +29,18 @@ TEST(BookFileTest, ABookKeepsItsDocumentsWhereverItsFolderGoes)
     WriteFile(moved->GetPath(),
               "{\"format\":\"layout-host book\",\"version\":1,\"documents\":[\"a.sla\"],"
               "\"title\":\"A <title>\",\"numbering\":\"continued\"}");
-    const auto titled = BookFile::Read(moved->GetPath(), reason);
+    const auto reread = [](const QString& path) {
+        std::shared_ptr<BookFile> again;
+        EXPECT_TRUE(BookFile::Read(path, again).HasSucceeded());
+        return again;
+    };
+    const auto titled = reread(moved->GetPath());
     BookFile copy(sandbox.GetPath("copy.slabook"_q));
     copy.TakeSettings(*titled);
-    ASSERT_TRUE(copy.Save(reason) && titled->Save(reason));
+    ASSERT_TRUE(copy.Save().Then([&] { return titled->Save(); }).HasSucceeded());
     for (const QString& path : {copy.GetPath(), titled->GetPath()}) {
-        EXPECT_EQ(BookFile::Read(path, reason)->GetTitle(), "A <title>"_q);
-        EXPECT_TRUE(BookFile::Read(path, reason)->IsNumberedOn());
+        EXPECT_EQ(reread(path)->GetTitle(), "A <title>"_q);
+        EXPECT_TRUE(reread(path)->IsNumberedOn());
     }
     titled->SetNumberedOn(false);
     EXPECT_TRUE(titled->IsModified());
@@ -43,7 +48,7 @@ TEST(BookFileTest, ABookKeepsItsDocumentsWhereverItsFolderGoes)
                             "{\"format\":\"layout-host book\",\"version\":1,\"documents\":[1]}",
                             "{\"format\":\"layout-host book\",\"version\":1,\"numbering\":\"on\"}"}) {
         WriteFile(sandbox.GetPath("bad.slabook"_q), bad);
-        EXPECT_EQ(BookFile::Read(sandbox.GetPath("bad.slabook"_q), reason), nullptr) << bad;
+        EXPECT_FALSE(BookFile::Read(sandbox.GetPath("bad.slabook"_q), moved).HasSucceeded()) << bad;
     }
 }
 }  // namespace

@@ -238,10 +238,9 @@ TEST_F(BookTest, APackagedBookOpensElsewhere)
     ASSERT_EQ(PackageBook(folder), cSuccess) << mHost->GetLastFailure().toStdString();
     EXPECT_EQ(QDir(folder).entryList(QDir::Files), "a book.slabook|one-2.sla|one.sla"_list);
     const QString moved = MoveAway(folder, "book|images"_list);
-    QString reason;
-    const auto book = mHost->OpenBook(moved + "a book.slabook"_q, reason);
-    ASSERT_NE(book, nullptr) << reason.toStdString();
-    EXPECT_EQ(book->GetDocuments(),
+    const GResult opened = mHost->OpenBook(moved + "a book.slabook"_q);
+    ASSERT_TRUE(opened.HasSucceeded()) << opened.GetReason().toStdString();
+    EXPECT_EQ(mHost->GetActiveBook()->GetDocuments(),
               QStringList({moved + "one.sla"_q, moved + "one-2.sla"_q, moved + "one.sla"_q}));
     EXPECT_EQ(GetLinks(moved + "one-2.sla"_q, moved), "images/picture.png"_list);
     EXPECT_EQ(mHost->GetActiveDocument()->GetInfo()->pages.size(), 2);

@@ -102,9 +102,9 @@ TEST_F(DocumentTest, ANewDocumentKeepsItsLinksWhereverItIsSaved)
 {
     MakeImage("images/image.png"_q, 30, 30);
     const QString original = MakeDocument("a.sla"_q, 1, MakeImageFrame("images/image.png"_q));
-    QString reason;
-    const auto document = mHost->NewDocument(original, reason);
-    ASSERT_NE(document, nullptr) << reason.toStdString();
+    const GResult made = mHost->NewDocument(original);
+    ASSERT_TRUE(made.HasSucceeded()) << made.GetReason().toStdString();
+    const auto document = mHost->GetActiveDocument();
     EXPECT_FALSE(document->IsSaved());
     const HostPtr<IDocument> front = mHost->QueryLayoutUtils()->QueryFrontDocument();
     EXPECT_EQ(front->GetName().GetString(), "Untitled-1"_q);

@@ -230,8 +230,8 @@ void EngineFixture::CountStarts()
 
 void EngineFixture::Open(const QString& path)
 {
-    QString reason;
-    ASSERT_NE(mHost->OpenDocument(path, reason), nullptr) << reason.toStdString();
+    const GResult opened = mHost->OpenDocument(path);
+    ASSERT_TRUE(opened.HasSucceeded()) << opened.GetReason().toStdString();
 }
 
 QStringList EngineFixture::ListOutput() const

@@ -132,9 +132,7 @@ TEST_F(ExportFaultsTest, AScribusThatFailsOrLiesIsFoundOut)
     ScribusSetup missing = GetSetup();
     missing.scribus = "/nowhere/scribus"_q;
     RestartHost(missing);
-    QString reason;
-    EXPECT_EQ(mHost->OpenDocument(path, reason), nullptr);
-    EXPECT_EQ(reason, "/nowhere/scribus can't be started."_q);
+    EXPECT_EQ(mHost->OpenDocument(path).GetReason(), "/nowhere/scribus can't be started."_q);
 }
 
 TEST_F(ExportFaultsTest, AScribusThatWaitsForAnAnswerIsEndedAndOneThatWorksIsNot)
@@ -143,16 +141,14 @@ TEST_F(ExportFaultsTest, AScribusThatWaitsForAnAnswerIsEndedAndOneThatWorksIsNot
     RestartHost(MakeFaultyScribus("time.sleep(100)", "info"));
     QElapsedTimer time;
     time.start();
-    QString reason;
-    EXPECT_EQ(mHost->OpenDocument(path, reason), nullptr);
-    EXPECT_EQ(reason,
+    EXPECT_EQ(mHost->OpenDocument(path).GetReason(),
               "Scribus shows a dialog that nobody can see while it opens the document; it was ended."_q);
     EXPECT_LT(time.elapsed(), 15000);
     RestartHost(
         MakeFaultyScribus("end = time.time() + 10\nwhile time.time() < end: pass\n"
                           "os.execv('/usr/bin/scribus', sys.argv)",
                           "info"));
-    EXPECT_NE(mHost->OpenDocument(path, reason), nullptr) << reason.toStdString();
+    EXPECT_EQ(mHost->OpenDocument(path).GetReason(), QString());
 }
 
 TEST_F(ExportFaultsTest, AWholePdfThatIsNotWhatWasAskedForIsFoundOut)
@@ -184,9 +180,7 @@ CHILD_ROLE(ExportToSmallDisk)
     ScribusSetup setup;
     setup.home = arguments[2];
     ScribusHost host(setup);
-    QString reason;
-    const auto document = host.OpenDocument(arguments[0], reason);
-    if (document == nullptr)
+    if (!host.OpenDocument(arguments[0]).HasSucceeded())
         return 2;
     const HostPtr<ICommand> command = host.CreateCommand(HostClassID::cPDFExportCommand);
     UIDList pages(host.QueryLayoutUtils()->QueryFrontDocument()->GetDataBase());

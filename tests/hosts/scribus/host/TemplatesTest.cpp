@@ -26,9 +26,9 @@ QStringList FindTemplates()
 QSet<QString> GetNamedFonts(const QString& path)
 {
     QByteArray text;
-    QString reason;
     bool isPacked = false;
-    EXPECT_TRUE(SlaFile::Read(path, text, isPacked, reason)) << reason.toStdString();
+    const GResult read = SlaFile::Read(path, text, isPacked);
+    EXPECT_TRUE(read.HasSucceeded()) << read.GetReason().toStdString();
     QSet<QString> fonts;
     SlaScanner element({text.constData(), static_cast<size_t>(text.size())});
     while (element.Next()) {

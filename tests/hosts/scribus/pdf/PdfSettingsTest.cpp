@@ -13,9 +13,8 @@ void ExpectRefusal(const QByteArray& bad)
 {
     JobOptions options;
     PdfSettings settings;
-    QString error;
-    ASSERT_TRUE(options.Parse("<<" + bad + ">> setdistillerparams", error)) << bad.constData();
-    EXPECT_FALSE(PdfSettings::Make(options, settings, error)) << bad.constData();
+    ASSERT_EQ(options.Parse("<<" + bad + ">> setdistillerparams").GetReason(), QString()) << bad.constData();
+    EXPECT_FALSE(PdfSettings::Make(options, settings).HasSucceeded()) << bad.constData();
     EXPECT_FALSE(JobOptionsRules::FindFault(options).isEmpty()) << "no tool takes it: " << bad.constData();
 }
 
@@ -46,10 +45,8 @@ TEST(PdfSettingsTest, SettingsBecomeOptionsOfTheExport)
     for (const auto& item : cases) {
         JobOptions options;
         PdfSettings settings;
-        QString error;
-        ASSERT_TRUE(options.Parse("<<" + item.settings + ">> setdistillerparams", error))
-            << error.toStdString();
-        ASSERT_TRUE(PdfSettings::Make(options, settings, error)) << error.toStdString();
+        ASSERT_EQ(options.Parse("<<" + item.settings + ">> setdistillerparams").GetReason(), QString());
+        ASSERT_EQ(PdfSettings::Make(options, settings).GetReason(), QString());
         EXPECT_EQ(settings.MakeOptions().value(QLatin1String(item.option)).toDouble(-1), item.value)
             << item.settings.constData();
     }
@@ -94,9 +91,8 @@ TEST(PdfSettingsTest, EveryClassOfImagesHasItsOwnRule)
     for (const auto& item : cases) {
         JobOptions options;
         PdfSettings settings;
-        QString error;
-        ASSERT_TRUE(options.Parse("<<" + item.settings + ">> setdistillerparams", error));
-        ASSERT_TRUE(PdfSettings::Make(options, settings, error)) << error.toStdString();
+        ASSERT_EQ(options.Parse("<<" + item.settings + ">> setdistillerparams").GetReason(), QString());
+        ASSERT_EQ(PdfSettings::Make(options, settings).GetReason(), QString());
         EXPECT_EQ(item.get(settings.wishes.images), item.value) << item.settings.constData();
     }
 }
@@ -140,8 +136,7 @@ TEST(PdfSettingsTest, WhatIsNotHonouredAsItStandsIsTold)
     };
     for (const auto& item : cases) {
         JobOptions options;
-        QString error;
-        ASSERT_TRUE(options.Parse("<<" + item.settings + ">> setdistillerparams", error));
+        ASSERT_EQ(options.Parse("<<" + item.settings + ">> setdistillerparams").GetReason(), QString());
         QStringList told;
         for (const QJsonValue& answer : SettingsReport::Make(options))
             told += answer["key"_q].toString() + ": "_q + answer["answer"_q].toString();

@@ -35,11 +35,14 @@ TEST(DocumentFilesTest, ARangeNamesPagesByTheirNumbers)
     for (const QString& number : "i|ii|1|2|3"_list)
         info.pages.append({number, PageSide::Single, 1, 1});
     using Pages = QVector<int>;
-    QString reason;
-    EXPECT_EQ(info.FindPages("1-3,ii, 1"_q, reason), Pages({2, 3, 4, 1, 2}));
-    EXPECT_EQ(info.FindPages("ii-2"_q, reason), Pages({1, 2, 3}));
-    EXPECT_EQ(info.FindPages("4,5"_q, reason), Pages({3, 4})) << "no page bears them: they are places";
-    EXPECT_EQ(reason, QString());
+    Pages pages;
+    const auto find = [&](const QString& range) {
+        EXPECT_EQ(info.FindPages(range, pages).GetReason(), QString());
+        return pages;
+    };
+    EXPECT_EQ(find("1-3,ii, 1"_q), Pages({2, 3, 4, 1, 2}));
+    EXPECT_EQ(find("ii-2"_q), Pages({1, 2, 3}));
+    EXPECT_EQ(find("4,5"_q), Pages({3, 4})) << "no page bears them: they are places";
     const struct
     {
         const char* range;
@@ -53,8 +56,8 @@ TEST(DocumentFilesTest, ARangeNamesPagesByTheirNumbers)
         {"1, 3-1", "The page range \"3-1\" runs backwards."},
     };
     for (const auto& item : wrong) {
-        EXPECT_EQ(info.FindPages(QLatin1String(item.range), reason), Pages()) << item.range;
-        EXPECT_EQ(reason.toStdString(), item.reason);
+        EXPECT_EQ(info.FindPages(QLatin1String(item.range), pages).GetReason().toStdString(), item.reason);
+        EXPECT_EQ(pages, Pages()) << item.range;
     }
 }
 
@@ -85,23 +88,22 @@ TEST(DocumentFilesTest, DocumentsAreReadWhetherPackedOrNot)
     const QByteArray text =
         "<SCRIBUSUTF8NEW Version=\"1.5.8\">" + QByteArray(300000, ' ') + "</SCRIBUSUTF8NEW>";
     QByteArray read;
-    QString reason;
     bool isPacked = false;
     for (const bool packs : {true, false}) {
-        ASSERT_TRUE(SlaFile::Write(path, text, packs, reason));
-        ASSERT_TRUE(SlaFile::Read(path, read, isPacked, reason));
+        ASSERT_TRUE(SlaFile::Write(path, text, packs).HasSucceeded());
+        ASSERT_TRUE(SlaFile::Read(path, read, isPacked).HasSucceeded());
         EXPECT_EQ(isPacked, packs);
         EXPECT_EQ(read, text);
     }
-    ASSERT_TRUE(SlaFile::Write(path, text, true, reason));
+    ASSERT_TRUE(SlaFile::Write(path, text, true).HasSucceeded());
     const QByteArray packed = ReadFile(path);
     ASSERT_LT(packed.size(), 1000);
-    ASSERT_TRUE(SlaFile::Write(path, QByteArray(SlaFile::cMostBytes + 1000, ' '), true, reason));
+    ASSERT_TRUE(SlaFile::Write(path, QByteArray(SlaFile::cMostBytes + 1000, ' '), true).HasSucceeded());
     const QByteArray bomb = ReadFile(path);
     for (const QByteArray& bad : {packed.left(packed.size() / 2), QByteArray("\x1f\x8b garbage"), bomb,
                                   QByteArray("<html></html>"), QByteArray("<SCRIBUS"), QByteArray()}) {
         WriteFile(path, bad);
-        EXPECT_FALSE(SlaFile::Read(path, read, isPacked, reason));
+        EXPECT_FALSE(SlaFile::Read(path, read, isPacked).HasSucceeded());
     }
 }
 TEST(DocumentFilesTest, TheFirstBytesTellADocument)
@@ -123,16 +125,15 @@ TEST(DocumentFilesTest, TheFirstBytesTellADocument)
     const QString path = sandbox.GetPath("a.sla"_q);
     for (const auto& item : cases) {
         WriteFile(path, item.content);
-        QString reason;
-        EXPECT_EQ(SlaFile::CheckBeginning(path, reason), item.reason == nullptr)
-            << item.content.left(40).constData();
-        EXPECT_TRUE(reason.endsWith(QLatin1String(item.reason))) << reason.toStdString();
+        const GResult check = SlaFile::CheckBeginning(path);
+        EXPECT_EQ(check.HasSucceeded(), item.reason == nullptr) << item.content.left(40).constData();
+        EXPECT_TRUE(check.GetReason().endsWith(QLatin1String(item.reason)))
+            << check.GetReason().toStdString();
     }
-    QString reason;
     const QByteArray text = "<SCRIBUS>" + QByteArray(500000, 'x');
-    ASSERT_TRUE(SlaFile::Write(path, text, true, reason));
-    EXPECT_TRUE(SlaFile::CheckBeginning(path, reason)) << reason.toStdString();
-    EXPECT_FALSE(SlaFile::CheckBeginning(sandbox.GetPath("gone"_q), reason));
-    EXPECT_EQ(reason, "\"%1\" can't be opened: No such file or directory."_q.arg(sandbox.GetPath("gone"_q)));
+    ASSERT_TRUE(SlaFile::Write(path, text, true).HasSucceeded());
+    EXPECT_EQ(SlaFile::CheckBeginning(path).GetReason(), QString());
+    EXPECT_EQ(SlaFile::CheckBeginning(sandbox.GetPath("gone"_q)).GetReason(),
+              "\"%1\" can't be opened: No such file or directory."_q.arg(sandbox.GetPath("gone"_q)));
 }
 }  // namespace
