@@ -1,5 +1,6 @@
 #include "foundation/ipc/PGuardedMapping.h"
 
+#include <dlfcn.h>
 #include <sys/mman.h>
 
 #include <atomic>
@@ -62,7 +63,7 @@ void OnMemoryGone(int signal, siginfo_t* information, void* context)
     HandOn(signal, information, context);
 }
 
-// The handler is there as long as a mapping is: the code may be a plug-in's, and go when it has none.
+// The handler is there as long as a mapping is: the code may be a plug-in's, and goes when it has none.
 std::mutex sHandlerMutex;
 int sMappings = 0;
 bool sIsHandlerSet = false;
@@ -72,10 +73,26 @@ bool IsOurs(const struct sigaction& action)
     return (action.sa_flags & SA_SIGINFO) != 0 && action.sa_sigaction == OnMemoryGone;
 }
 
+// Whether nobody calls the handler that stayed behind another's: the system's own way was put back since.
+bool IsForgotten()
+{
+    struct sigaction now = {};
+    return ::sigaction(SIGBUS, nullptr, &now) == 0 && (now.sa_flags & SA_SIGINFO) == 0 &&
+           (now.sa_handler == SIG_DFL || now.sa_handler == SIG_IGN);
+}
+
+// Keeps this code in memory until the process ends.
+void StayResident()
+{
+    Dl_info own = {};
+    if (::dladdr(reinterpret_cast<void*>(&OnMemoryGone), &own) != 0)
+        ::dlopen(own.dli_fname, RTLD_NOW | RTLD_NOLOAD | RTLD_NODELETE);
+}
+
 void HoldHandler()
 {
     const std::lock_guard<std::mutex> lock(sHandlerMutex);
-    if (++sMappings != 1 || sIsHandlerSet)
+    if (++sMappings != 1 || (sIsHandlerSet && !IsForgotten()))
         return;
     struct sigaction action = {};
     sigemptyset(&action.sa_mask);
@@ -84,14 +101,17 @@ void HoldHandler()
     sIsHandlerSet = ::sigaction(SIGBUS, &action, &sBefore) == 0;
 }
 
-// Where somebody has put his own before ours meanwhile, and may call it, ours stays.
+// Where somebody has put his own before ours meanwhile, and may call it or put it back, ours stays.
 void ReleaseHandler()
 {
     const std::lock_guard<std::mutex> lock(sHandlerMutex);
-    struct sigaction now = {};
-    if (--sMappings != 0 || !sIsHandlerSet || ::sigaction(SIGBUS, nullptr, &now) != 0 || !IsOurs(now))
+    if (--sMappings != 0 || !sIsHandlerSet)
         return;
-    sIsHandlerSet = ::sigaction(SIGBUS, &sBefore, nullptr) != 0;
+    struct sigaction now = {};
+    if (::sigaction(SIGBUS, nullptr, &now) == 0 && IsOurs(now))
+        sIsHandlerSet = ::sigaction(SIGBUS, &sBefore, nullptr) != 0;
+    if (sIsHandlerSet)
+        StayResident();
 }
 
 Place* GetFreePlace()

@@ -107,6 +107,9 @@ TEST_F(CutOffTest, WhoTouchesMemoryThatIsGoneIsToldByAnError)
     CutShort(name);
     EXPECT_EQ(GetErrorCode([&] { others[1]->Post("b"); }), GErrorCode::cPostMessage);
     EXPECT_TRUE(own->Peek().empty());
+    // A file that grew again is not the memory that was lost.
+    EXPECT_EQ(::truncate(QFile::encodeName(name).constData(), 200000), 0);
+    EXPECT_FALSE(own->IsIntact());
     CutShort(name + QLatin1String("_S"));
     own->WakeUp();
     own->WaitForMessage(std::chrono::milliseconds(0));
