@@ -22,6 +22,7 @@ import sys
 import tempfile
 
 IMAGE = "PrinterProcessorWin.exe"
+LENGTH_BITS = 0x3FFFFFFF
 CAPACITY = 262144
 QUEUE_HEADER = 64
 DIRECTORY_SIZE = 3084
@@ -216,7 +217,7 @@ class Queue(Segment):
         super().__init__(path, QUEUE_HEADER + CAPACITY)
         process = os.getpid()
         number = random.SystemRandom().getrandbits(64)
-        struct.pack_into("<IIIQIIQQQQ", self.memory, 4, 2, process, 0, get_start_time(process), CAPACITY, 0, 0, 0, 0,
+        struct.pack_into("<IIIQIIQQQQ", self.memory, 4, 3, process, 0, get_start_time(process), CAPACITY, 0, 0, 0, 0,
                          number)
         self.put("I", 0, QUEUE_MAGIC)
         self.lock = Lock(path + "_L")
@@ -234,6 +235,7 @@ class Queue(Segment):
         if held == 0:
             return None
         length = struct.unpack("<I", self.read(read, 4))[0] if 4 <= held <= CAPACITY else held
+        length &= LENGTH_BITS
         if length > held - 4:
             self.put("Q", 32, write)
             return None

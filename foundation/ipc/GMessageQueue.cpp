@@ -94,7 +94,7 @@ void GMessageQueue::Post(const GBuffer& message, const GPostPolicy& policy)
         return;
     // Who posts to himself can't wait for himself, and can't outlive the queue either.
     if (mOwner.processID != GProcessInfo::GetOwnProcessID())
-        WaitUntilTaken(end, policy.limit);
+        SeeToItsTaking(message, end, policy.limit);
 }
 
 // Gives the place behind the message.
@@ -119,14 +119,44 @@ uint64_t GMessageQueue::PutIn(const GBuffer& message, const GPostPolicy& policy)
 
 // The owner may die meanwhile, and the next process of its keeper take the message: this one has the queue
 // open.
-void GMessageQueue::WaitUntilTaken(uint64_t end, std::chrono::milliseconds limit) const
+bool GMessageQueue::WaitUntilTaken(uint64_t end, std::chrono::milliseconds limit) const
 {
     const Clock::time_point deadline = Clock::now() + limit;
     while (!mRing.HasForgotten(end)) {
         if (Clock::now() >= deadline)
-            RaisePostError("the receiver has not taken it; it may still do so.");
+            return false;
         std::this_thread::sleep_for(cTakenPause);
     }
+    return true;
+}
+
+// Without the lock it can't be said what stands in the message's place.
+GMessageRing::Withdrawal GMessageQueue::Withdraw(const GBuffer& message, uint64_t end,
+                                                 std::chrono::milliseconds limit)
+{
+    if (!mMutex.Lock(limit))
+        return GMessageRing::Withdrawal::TakenUp;
+    const GMessageRing::Withdrawal result = mRing.Withdraw(message, end);
+    mMutex.Unlock();
+    return result;
+}
+
+// What the owner looks at is kept, or given back, in a moment.
+void GMessageQueue::SeeToItsTaking(const GBuffer& message, uint64_t end, std::chrono::milliseconds limit)
+{
+    using Withdrawal = GMessageRing::Withdrawal;
+    if (WaitUntilTaken(end, limit))
+        return;
+    Withdrawal result = Withdraw(message, end, limit);
+    if (result == Withdrawal::TakenUp) {
+        if (WaitUntilTaken(end, limit))
+            return;
+        result = Withdraw(message, end, limit);
+    }
+    if (result == Withdrawal::Done)
+        RaisePostError("the receiver has not taken it.");
+    if (result == Withdrawal::TakenUp)
+        RaisePostError("the receiver has not taken it; it may still do so.");
 }
 
 // False when it is worth another attempt.

@@ -52,8 +52,9 @@ public:
     // vain, when the queue is closed (GQueueIsPast) or damaged, and when it could never hold the message.
     //
     // On Windows a queue goes with the last process that has it open. What is meant for a keeper of another
-    // process is posted only when it was taken out; raises likewise when that takes longer than the policy's
-    // limit.
+    // process is posted only when it was taken out. Where that takes longer than the policy's limit, the
+    // message is withdrawn, and it raises likewise: nobody gets it any more. Only one that the owner has
+    // looked at, and neither kept nor given back for as long again, may still be taken, and the text says so.
     void Post(const GBuffer& message, const GPostPolicy& policy = {});
 
     // Gives the first messages, at most so many, and leaves them in the queue until Forget. Never waits.
@@ -62,6 +63,9 @@ public:
 
     // Takes out what Peek gave, up to this entry.
     void Forget(const Entry& last) { mRing.Forget(last.end); }
+
+    // Leaves in the queue what Peek gave, to be withdrawn or given again.
+    void GiveBack(const std::vector<Entry>& entries) { mRing.GiveBack(entries); }
 
     bool IsEmpty() const { return mRing.IsEmpty(); }
 
@@ -103,7 +107,9 @@ private:
 
     uint64_t PutIn(const GBuffer& message, const GPostPolicy& policy);
     bool TryPost(const GBuffer& message, std::chrono::milliseconds lockTime, uint64_t* end);
-    void WaitUntilTaken(uint64_t end, std::chrono::milliseconds limit) const;
+    bool WaitUntilTaken(uint64_t end, std::chrono::milliseconds limit) const;
+    GMessageRing::Withdrawal Withdraw(const GBuffer& message, uint64_t end, std::chrono::milliseconds limit);
+    void SeeToItsTaking(const GBuffer& message, uint64_t end, std::chrono::milliseconds limit);
 
     std::unique_ptr<GSharedSegment> mSegment;
     GInterProcessMutex mMutex;

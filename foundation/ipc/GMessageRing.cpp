@@ -13,7 +13,7 @@
 namespace
 {
 constexpr uint32_t cMagic = 0x5150564D;
-constexpr uint32_t cVersion = 2;
+constexpr uint32_t cVersion = 3;
 
 // The header as it lies in memory. The atomics keep the order of stores: a process that dies at any moment
 // leaves a position that was raised only when the bytes before it were there.
@@ -35,6 +35,15 @@ struct Header
     uint64_t keeper;
     uint64_t number;
 };
+// What becomes of an entry stands in the two upper bits of its length's last byte.
+constexpr size_t cStateOffset = 3;
+constexpr uint8_t cTakenUp = 0x80;    // by whoever takes out; it can't be withdrawn
+constexpr uint8_t cWithdrawn = 0x40;  // by its sender; it does not come out
+constexpr uint8_t cLengthBits = 0x3F;
+constexpr size_t cMostMessage = (size_t{1} << 30) - 1;
+
+static_assert(std::atomic<uint8_t>::is_always_lock_free && sizeof(std::atomic<uint8_t>) == 1,
+              "the state is shared between processes");
 static_assert(sizeof(Header) == GMessageRing::cHeaderSize, "the header's layout is fixed");
 static_assert(std::atomic<uint64_t>::is_always_lock_free, "positions are shared between processes");
 static_assert(Q_BYTE_ORDER == Q_LITTLE_ENDIAN, "the layout is little-endian");
@@ -89,7 +98,7 @@ GMessageRing::PutResult GMessageRing::Put(const GBuffer& message)
     const uint64_t needed = cEntryHeaderSize + static_cast<uint64_t>(length);
     if (header.isClosed.load(std::memory_order_relaxed) != 0)
         return PutResult::Closed;
-    if (needed > mCapacity)
+    if (needed > mCapacity || length > cMostMessage)
         return PutResult::TooLarge;
     if (held > mCapacity)
         return PutResult::Damaged;
@@ -111,30 +120,76 @@ std::vector<GMessageRing::Entry> GMessageRing::Peek(size_t most, bool* isDamaged
     uint64_t read = header.readPosition.load(std::memory_order_relaxed);
     const uint64_t write = header.writePosition.load(std::memory_order_seq_cst);
     std::vector<Entry> entries;
-    size_t place = static_cast<size_t>(read % mCapacity);
     *isDamaged = write - read > mCapacity;
     while (!*isDamaged && read != write && entries.size() < most) {
-        uint32_t length = 0;
         const uint64_t held = write - read;
-        if (held >= cEntryHeaderSize)
-            place = CopyOut(place, &length, sizeof length);
+        const uint32_t length = held >= cEntryHeaderSize ? ReadLength(read) : 0;
         *isDamaged = held < cEntryHeaderSize || length > held - cEntryHeaderSize;
         if (*isDamaged)
             break;
         const uint64_t end = read + cEntryHeaderSize + length;
-        entries.push_back({GBuffer(static_cast<int>(length), Qt::Uninitialized), read, end});
-        place = CopyOut(place, entries.back().message.data(), length);
+        if (TakeUp(read)) {
+            entries.push_back({GBuffer(static_cast<int>(length), Qt::Uninitialized), read, end});
+            CopyOut(static_cast<size_t>((read + cEntryHeaderSize) % mCapacity), entries.back().message.data(),
+                    length);
+        } else if (entries.empty()) {
+            Forget(end);
+        }
         read = end;
     }
     // What stands before the damage is taken out first; the next call meets the damage again.
     if (*isDamaged && entries.empty())
-        header.readPosition.store(write, std::memory_order_seq_cst);
+        Forget(write);
     return entries;
 }
 
 void GMessageRing::Forget(uint64_t end)
 {
     GetHeader(mData).readPosition.store(end, std::memory_order_seq_cst);
+}
+
+void GMessageRing::GiveBack(const std::vector<Entry>& entries)
+{
+    for (const Entry& entry : entries)
+        GetState(entry.position).fetch_and(cLengthBits);
+}
+
+// Nobody else puts anything into the place of the message meanwhile, as that takes the lock.
+GMessageRing::Withdrawal GMessageRing::Withdraw(const GBuffer& message, uint64_t end)
+{
+    const uint64_t length = static_cast<uint64_t>(message.size());
+    uint8_t state = static_cast<uint8_t>(length >> 24);
+    std::atomic<uint8_t>& shared = GetState(end - length - cEntryHeaderSize);
+    if (HasForgotten(end))
+        return Withdrawal::TakenOut;
+    if (shared.compare_exchange_strong(state, state | cWithdrawn))
+        return Withdrawal::Done;
+    return HasForgotten(end) ? Withdrawal::TakenOut : Withdrawal::TakenUp;
+}
+
+std::atomic<uint8_t>& GMessageRing::GetState(uint64_t position) const
+{
+    const size_t place = static_cast<size_t>((position + cStateOffset) % mCapacity);
+    return *reinterpret_cast<std::atomic<uint8_t>*>(mData + cHeaderSize + place);
+}
+
+uint32_t GMessageRing::ReadLength(uint64_t position) const
+{
+    uint32_t length = 0;
+    CopyOut(static_cast<size_t>(position % mCapacity), &length, cStateOffset);
+    return length | static_cast<uint32_t>(GetState(position) & cLengthBits) << 24;
+}
+
+// False when its sender has withdrawn it.
+bool GMessageRing::TakeUp(uint64_t position)
+{
+    std::atomic<uint8_t>& shared = GetState(position);
+    uint8_t state = shared;
+    while ((state & cWithdrawn) == 0) {
+        if (shared.compare_exchange_weak(state, state | cTakenUp))
+            return true;
+    }
+    return false;
 }
 
 bool GMessageRing::IsEmpty() const

@@ -2,13 +2,14 @@
 
 #include "foundation/core/GString.h"
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
 // A queue of messages laid out in memory: a header and a ring. What the bytes mean is in
-// docs/formats/channel.md. Only the layout: whoever puts in or closes holds the queue's lock; the one who
-// takes out needs none.
+// docs/formats/channel.md. Only the layout: whoever puts in, withdraws or closes holds the queue's lock; the
+// one who takes out needs none.
 //
 // The memory is taken for hostile. No call reads or writes outside it, whatever it holds.
 class GMessageRing
@@ -57,13 +58,26 @@ public:
 
     PutResult Put(const GBuffer& message);
 
-    // Gives the first messages of the queue, at most so many, and leaves them in it. Where a length makes no
-    // sense, the rest is dropped; `isDamaged` then becomes true, and the queue is usable. Only for whoever
-    // takes out, as Forget is.
+    // Gives the first messages of the queue, at most so many, and leaves them in it; none of them can be
+    // withdrawn then. Where a length makes no sense, the rest is dropped; `isDamaged` then becomes true, and
+    // the queue is usable. Only for whoever takes out, as Forget and GiveBack are.
     std::vector<Entry> Peek(size_t most, bool* isDamaged);
 
     // Takes out everything up to an entry's end.
     void Forget(uint64_t end);
+
+    // Gives entries that Peek gave back to their senders, who may withdraw them until the next Peek.
+    void GiveBack(const std::vector<Entry>& entries);
+
+    enum class Withdrawal
+    {
+        Done,      // the message never comes out
+        TakenOut,  // it was forgotten: whoever takes out has it
+        TakenUp    // Peek gave it; whether it is forgotten or given back is still open
+    };
+
+    // Takes back a message that was put in, by the place behind it.
+    Withdrawal Withdraw(const GBuffer& message, uint64_t end);
 
     bool IsEmpty() const;
 
@@ -90,6 +104,10 @@ private:
     // Copy to and from a place of the ring, over its end where need be; give the place behind.
     size_t CopyIn(size_t place, const void* bytes, size_t length);
     size_t CopyOut(size_t place, void* bytes, size_t length) const;
+
+    std::atomic<uint8_t>& GetState(uint64_t position) const;
+    uint32_t ReadLength(uint64_t position) const;
+    bool TakeUp(uint64_t position);
 
     uint8_t* mData;
     // As they were when the header was checked; what the header says later does not count.

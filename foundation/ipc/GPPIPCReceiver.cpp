@@ -189,8 +189,7 @@ void GPPIPCReceiver::TakeUpFrom(GMessageQueue* queue, size_t* rest, const Handle
             return;
         const std::vector<GPPIPCMessage> messages =
             Decode(entries, queue->GetOwner().number, handler ? mReceiverID : 0);
-        if (mKeeper.keep)
-            mKeeper.keep(messages);
+        Keep(queue, entries, messages);
         queue->Forget(entries.back());
         taken += entries.size();
         for (const GPPIPCMessage& message : messages) {
@@ -198,6 +197,18 @@ void GPPIPCReceiver::TakeUpFrom(GMessageQueue* queue, size_t* rest, const Handle
             if (handler)
                 HandOver(message);
         }
+    }
+}
+
+void GPPIPCReceiver::Keep(GMessageQueue* queue, const std::vector<GMessageQueue::Entry>& entries,
+                          const std::vector<GPPIPCMessage>& messages) const
+{
+    try {
+        if (mKeeper.keep)
+            mKeeper.keep(messages);
+    } catch (...) {
+        queue->GiveBack(entries);
+        throw;
     }
 }
 

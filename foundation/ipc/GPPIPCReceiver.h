@@ -19,8 +19,9 @@ struct GPPIPCKeeper
     uint64_t number = 0;
 
     // Is called with messages that are still in the queue; afterwards the queue forgets them. What it raises
-    // leaves them there, for the next tick. One that was kept when the process was killed comes again: it has
-    // the same `queue` and `position`. Must be quick: the queue fills meanwhile.
+    // leaves them there, for the next tick, unless their senders withdraw them meanwhile. One that was kept
+    // when the process was killed comes again: it has the same `queue` and `position`. Must be quick: the
+    // queue fills meanwhile, and senders wait.
     std::function<void(const std::vector<GPPIPCMessage>& messages)> keep;
 };
 
@@ -72,6 +73,8 @@ private:
     void DropPastPlaces();
     void Deregister(GPPIPCRegistration* place);
     void TakeUpFrom(GMessageQueue* queue, size_t* rest, const Handler& handler);
+    void Keep(GMessageQueue* queue, const std::vector<GMessageQueue::Entry>& entries,
+              const std::vector<GPPIPCMessage>& messages) const;
     static std::vector<GPPIPCMessage> Decode(const std::vector<GMessageQueue::Entry>& entries, uint64_t queue,
                                              uint32_t receiver);
     void HandOver(const GPPIPCMessage& message);

@@ -1,5 +1,8 @@
 #include "IpcFixture.h"
 
+#include <chrono>
+#include <thread>
+
 namespace
 {
 constexpr uint64_t cKeeper = 0x0123456789ABCDEF;
@@ -46,20 +49,24 @@ CHILD_ROLE(Sleep)
     return 0;
 }
 
-// Where a queue goes with those who have it open, a sender is told that nobody has taken his message: when he
-// and the receiver end, it is lost. Here he goes on.
+// Where a queue goes with those who have it open, the senders wait for whoever comes after the dead.
 TEST_F(KeeperTest, WhatADeadProcessWasPostedGoesToTheNextOneOfItsKeeper)
 {
     const auto manager = GPPIPCManager::Get();
-    manager->SetPostPolicy({std::chrono::milliseconds(10), std::chrono::milliseconds(50)});
+    manager->SetPostPolicy({std::chrono::milliseconds(10), std::chrono::milliseconds(20000)});
     ChildProcess dead("Sleep"_q, {});
     ASSERT_EQ(dead.ReadLine(), "ready");
-    const int expected = GSharedSegment::OutlivesItsUsers() ? 0 : GErrorCode::cPostMessage;
+    const uint32_t process = static_cast<uint32_t>(dead.GetProcessID());
+    const auto queue = GMessageQueue::Open(GetQueueName(process, 1));
+    std::vector<std::thread> senders;
     for (const char* payload : {"first", "second"}) {
-        const auto post = [&] { manager->Post(static_cast<uint32_t>(dead.GetProcessID()), 145, payload); };
-        EXPECT_EQ(GetErrorCode(post), expected);
+        const size_t fill = queue->GetFill();
+        senders.emplace_back([&manager, process, payload] {
+            EXPECT_EQ(GetErrorCode([&] { manager->Post(process, 145, payload); }), 0);
+        });
+        while (queue->GetFill() == fill)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
-    const auto queue = GMessageQueue::Open(GetQueueName(static_cast<uint32_t>(dead.GetProcessID()), 1));
     dead.Kill();
     // One of no keeper leaves it alone, as often as it comes, but for that nobody posts to it any more.
     for (int count = 0; count < 2; ++count)
@@ -76,9 +83,67 @@ TEST_F(KeeperTest, WhatADeadProcessWasPostedGoesToTheNextOneOfItsKeeper)
         EXPECT_LT(kept.places.at(0).second, kept.places.at(1).second);
         EXPECT_EQ(mHandedOver, 0);
     }
+    for (std::thread& sender : senders)
+        sender.join();
     const GPPIPCReceiver next(mCount, cKind, kept.GetKeeper());
     EXPECT_EQ(kept.payloads.size(), 2U);
     EXPECT_EQ(ListObjects().filter("_%1_"_q.arg(dead.GetProcessID())), QStringList());
+}
+
+namespace
+{
+constexpr std::chrono::milliseconds cLimit(1500);  // of a post
+}
+
+// The keeper is never asked, keeps for longer than a post's limit, or fails once; the number of what it has
+// kept is told when the sender is done.
+CHILD_ROLE(KeepLate)
+{
+    const QString how = arguments.at(0);
+    int calls = 0;
+    size_t kept = 0;
+    const auto keep = [&](const std::vector<GPPIPCMessage>& messages) {
+        if (++calls == 1 && how == "failing"_q)
+            throw GSimpleException(1, "no space"_q);
+        if (how == "slow"_q)
+            std::this_thread::sleep_for(cLimit * 3 / 2);
+        kept += messages.size();
+    };
+    GPPIPCReceiver receiver([](const GPPIPCMessage&) {}, GPPIPCChannelKind::PrinterProcessor,
+                            {cKeeper, keep});
+    SayToParent("ready");
+    while (calls == 0 && how != "asleep"_q) {
+        receiver.TakeUp();
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    HearFromParent();
+    receiver.TakeUp();
+    SayToParent(QByteArray::number(static_cast<int>(kept)));
+    return 0;
+}
+
+TEST_F(KeeperTest, OnWindowsWhatIsNotTakenInTimeIsNeverTaken)
+{
+    if (GSharedSegment::OutlivesItsUsers())
+        GTEST_SKIP() << "A message is safe once it is in the queue here.";
+    const auto manager = GPPIPCManager::Get();
+    manager->SetPostPolicy({std::chrono::milliseconds(10), cLimit});
+    const struct
+    {
+        const char* how;
+        int code;
+        const char* kept;
+    } cases[] = {{"asleep", GErrorCode::cPostMessage, "0"},
+                 {"slow", 0, "1"},
+                 {"failing", GErrorCode::cPostMessage, "0"}};
+    for (const auto& test : cases) {
+        ChildProcess late("KeepLate"_q, {QString::fromLatin1(test.how)});
+        ASSERT_EQ(late.ReadLine(), "ready");
+        const uint32_t process = static_cast<uint32_t>(late.GetProcessID());
+        EXPECT_EQ(GetErrorCode([&] { manager->Post(process, 145, "job"); }), test.code) << test.how;
+        late.Say("done");
+        EXPECT_EQ(late.ReadLine(), test.kept) << test.how;
+    }
 }
 
 TEST_F(KeeperTest, WhatIsNotKeptStaysInTheQueue)

@@ -74,8 +74,38 @@ TEST(GMessageRing, LayoutIsAsDocumented)
     const QByteArray bytes(reinterpret_cast<const char*>(memory.Get()), 72);
     EXPECT_EQ(QByteArray(reinterpret_cast<const char*>(memory.Get()) + 160, 4), QByteArray("A\0B\0", 4));
     EXPECT_EQ(bytes.toHex(),
-              "4d56505102000000040302010000000088776655443322116000000004000000000000000000000007000000000000"
+              "4d56505103000000040302010000000088776655443322116000000004000000000000000000000007000000000000"
               "00080706050403020118171615141312110300000061626300");
+}
+
+TEST(GMessageRing, MessageIsWithdrawnUntilItIsTakenUpAndThenNeverComesOut)
+{
+    using Withdrawal = GMessageRing::Withdrawal;
+    RingMemory memory;
+    bool isDamaged = false;
+    GMessageRing ring = GMessageRing::Make(memory.Get(), RingMemory::cSize, {7, 8});
+    for (int round = 0; round < 100; ++round) {  // over the end of the ring, too
+        std::vector<uint64_t> ends;
+        for (const char* message : {"first", "second", "third", "fourth"}) {
+            ring.Put(message);
+            ends.push_back(ring.GetEnd());
+        }
+        ASSERT_EQ(ring.Withdraw("first", ends[0]), Withdrawal::Done);
+        ASSERT_EQ(ring.Withdraw("third", ends[2]), Withdrawal::Done);
+        const std::vector<GMessageRing::Entry> seen = ring.Peek(1, &isDamaged);
+        ASSERT_EQ(ring.Withdraw("second", ends[1]), Withdrawal::TakenUp);
+        ring.GiveBack(seen);
+        ASSERT_EQ(ring.Withdraw("second", ends[1]), Withdrawal::Done);
+        ASSERT_EQ(TakeAll(ring, &isDamaged), std::vector<GBuffer>({"fourth"}));
+        ASSERT_FALSE(isDamaged);
+        ASSERT_EQ(ring.Withdraw("fourth", ends[3]), Withdrawal::TakenOut);
+        ASSERT_EQ(ring.Put(GBuffer(96, 'x')), Put::DoneAsFirst);
+        const uint64_t last = ring.GetEnd();
+        ASSERT_EQ(ring.Withdraw(GBuffer(96, 'x'), last), Withdrawal::Done);
+        ASSERT_TRUE(TakeAll(ring, &isDamaged).empty());
+        ASSERT_TRUE(ring.IsEmpty());
+        ASSERT_EQ(ring.Withdraw(GBuffer(96, 'x'), last), Withdrawal::TakenOut);
+    }
 }
 
 // An owner that ends does not wait for ever for a sender that was stopped in the middle.
@@ -104,7 +134,7 @@ TEST(GMessageRing, QueueThatIsClosedInTheMiddleOfAPostIsNoSuccess)
 
 TEST(GMessageRing, DamagedHeaderIsRefused)
 {
-    const std::pair<size_t, uint32_t> cases[] = {{0, 0},  {4, 1},    {24, 101},       {24, 63},
+    const std::pair<size_t, uint32_t> cases[] = {{0, 0},  {4, 2},    {24, 101},       {24, 63},
                                                  {28, 1}, {28, ~0U}, {24, 0xFFFFFFFF}};
     for (const auto& [offset, number] : cases) {
         RingMemory memory;
