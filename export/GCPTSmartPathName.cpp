@@ -77,16 +77,19 @@ void GCPTSmartPathName::Dispose()
 GPathName GCPTSmartPathName::Keep()
 {
     GPathName path = mPath;
-    Unlist();
+    Unlist(path);
     return path;
 }
 
 // Owns another path; what the old one names stays.
 void GCPTSmartPathName::TakeOver(const GPathName& path)
 {
-    mPath = path;
-    if (!mPath.IsEmpty() && (mNumber == 0 || !SmartFileList::Replace(mNumber, mPath)))
-        mNumber = SmartFileList::Add(mPath);
+    const GPathName old = std::exchange(mPath, path);
+    if (mPath.IsEmpty() || (mNumber != 0 && SmartFileList::Replace(mNumber, mPath)))
+        return;
+    if (mNumber != 0)
+        SmartFileList::Remove(mNumber, old);
+    mNumber = SmartFileList::Add(mPath);
 }
 
 // Gives whether it is gone.
@@ -108,9 +111,9 @@ void GCPTSmartPathName::LeaveToSweep(bool isLeft)
         mNumber = 0;
 }
 
-void GCPTSmartPathName::Unlist()
+void GCPTSmartPathName::Unlist(const GPathName& kept)
 {
     mPath = GPathName();
     if (const int32_t number = std::exchange(mNumber, 0))
-        SmartFileList::Remove(number);
+        SmartFileList::Remove(number, kept);
 }

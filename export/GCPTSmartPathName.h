@@ -42,7 +42,7 @@ private:
     void TakeOver(const GPathName& path);
     bool RemoveItem() const;
     void LeaveToSweep(bool isLeft);
-    void Unlist();
+    void Unlist(const GPathName& kept = {});
 
     GPathName mPath;
     int32_t mNumber = 0;  // in the list; 0: not listed

@@ -1,6 +1,7 @@
 #include "export/SmartFileList.h"
 
 #include "export/JobOptionsFolder.h"
+#include "export/KeptMark.h"
 #include "export/ListOwner.h"
 #include "export/PlugInItems.h"
 #include "foundation/core/GException.h"
@@ -106,11 +107,17 @@ std::vector<ListedPath> GetListedPaths(const GPrefModule& module)
 }
 
 // Numbers that could not be taken out of the list when that was asked for. What they name is no temporary
-// file any more, and must not be swept.
-std::set<int32_t>& GetPassed()
+// file any more, and must not be swept. With those that bear a mark, which goes when the list is written.
+struct Passed
 {
-    static std::set<int32_t> numbers;
-    return numbers;
+    std::set<int32_t> numbers;
+    std::vector<GPathName> marked;
+};
+
+Passed& GetPassed()
+{
+    static Passed passed;
+    return passed;
 }
 
 void RemoveNumber(GPrefModule& module, int32_t number)
@@ -122,12 +129,15 @@ void RemoveNumber(GPrefModule& module, int32_t number)
 bool Change(const char* operation, const std::function<void(GPrefModule&)>& change)
 {
     const bool isDone = PlugInItems::ChangeSettings(operation, [&](GPrefModule& module) {
-        for (const int32_t number : GetPassed())
+        for (const int32_t number : GetPassed().numbers)
             RemoveNumber(module, number);
         change(module);
     });
-    if (isDone)
-        GetPassed().clear();
+    if (isDone) {
+        for (const GPathName& path : GetPassed().marked)
+            KeptMark::Remove(path);
+        GetPassed() = {};
+    }
     return isDone;
 }
 
@@ -138,6 +148,8 @@ void SweepItem(const GString& text)
         const GPathName path(text);
         if (JobOptionsFolder::IsPlacedFile(path))
             JobOptionsFolder::RemovePlacedFile(path);
+        else if (PlugInItems::IsInTemporaryFolder(path) && KeptMark::IsSet(path))
+            GetPassed().marked.push_back(path);
         else if (PlugInItems::IsInTemporaryFolder(path))
             SmartFileList::RemoveItem(path);
         else if (!path.IsEmpty())
@@ -194,18 +206,21 @@ int32_t SmartFileList::Add(const GPathName& path)
 bool SmartFileList::Replace(int32_t number, const GPathName& path)
 {
     bool isListed = false;
-    Change("SmartFileList::Replace", [&](GPrefModule& module) {
+    const bool isWritten = Change("SmartFileList::Replace", [&](GPrefModule& module) {
         isListed = module.Has(cGroup, GetPathKey(number));
         if (isListed)
             module.Set(cGroup, GetPathKey(number), path.GetNativePath());
     });
-    return isListed;
+    return isListed && isWritten;
 }
 
-void SmartFileList::Remove(int32_t number)
+void SmartFileList::Remove(int32_t number, const GPathName& kept)
 {
-    GetPassed().insert(number);
-    Change("SmartFileList::Remove", [](GPrefModule&) {});
+    GetPassed().numbers.insert(number);
+    if (Change("SmartFileList::Remove", [](GPrefModule&) {}) || kept.IsEmpty())
+        return;
+    KeptMark::Set(kept);
+    GetPassed().marked.push_back(kept);
 }
 
 void SmartFileList::RemoveItem(const GPathName& path)

@@ -14,12 +14,15 @@ namespace SmartFileList
 // Lists a path; gives its number, or 0 when it could not be listed.
 int32_t Add(const GPathName& path);
 
-// Puts another path under a number. False, with nothing changed, when the list has no such number any more.
-bool Replace(int32_t number, const GPathName& path);
+// Puts another path under a number. False, with nothing changed, when the list has no such number any more
+// or can't be written.
+[[nodiscard]] bool Replace(int32_t number, const GPathName& path);
 
 // Takes a number out of the list, if it is there. Where the settings can't be written now, that comes with
-// the next change of the list, and before a sweep.
-void Remove(int32_t number);
+// the next change of the list, and before a sweep. What the number named and is to stay, if anything, is told
+// by `kept`: no sweep of a later process removes it, even when the settings can't be written until this one
+// ends (KeptMark).
+void Remove(int32_t number, const GPathName& kept = {});
 
 // Removes a listed file, or folder with all that it holds, whatever it is. Failures are ignored.
 void RemoveItem(const GPathName& path);

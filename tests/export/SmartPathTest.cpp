@@ -205,3 +205,78 @@ TEST_F(SmartPathTest, SweepLeavesWhatAnotherLivingProcessOwns)
     EXPECT_EQ(PlugInStore::ReadList().GetCount(), 1);
     EXPECT_EQ(listOwners(), QStringList());
 }
+
+namespace
+{
+// Nobody can read or write the settings while it lives: a folder stands in the place of their lock.
+class BlockedSettings
+{
+public:
+    BlockedSettings()
+    {
+        QFile::remove(mLock);
+        EXPECT_TRUE(QDir().mkdir(mLock));
+    }
+    ~BlockedSettings() { QDir().rmdir(mLock); }
+    BlockedSettings(const BlockedSettings&) = delete;
+    BlockedSettings& operator=(const BlockedSettings&) = delete;
+
+private:
+    const QString mLock = PlugInStore::GetFile().GetNativePath() + "lock"_q;
+};
+}  // namespace
+
+// Makes a file and a folder and keeps them while the settings can't be written: until it ends, or, with
+// "later", until then.
+CHILD_ROLE(KeepUnwritten)
+{
+    const PlugInStore store;
+    PlugInPreferences::Initialize();
+    {
+        const GPathName temporary = GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary);
+        GCPTSmartPathName file = GCPTSmartPathName::MakeFile(temporary, "kept"_q);
+        GCPTSmartPathName folder = GCPTSmartPathName::MakeFolder(temporary, "XXXXX"_q);
+        GCPTSmartPathName removed = GCPTSmartPathName::MakeFile(temporary, "removed"_q);
+        const BlockedSettings blocked;
+        file.Keep();
+        folder.Keep();
+        removed.Dispose();
+        if (!arguments.contains("later"_q))
+            PlugInPreferences::Release();
+    }
+    if (arguments.contains("later"_q))
+        PlugInPreferences::Release();
+    return testing::Test::HasFailure() ? 1 : 0;
+}
+
+TEST_F(SmartPathTest, WhatIsKeptStaysThoughTheSettingsCouldNotBeWritten)
+{
+    for (const QStringList& arguments : {QStringList(), QStringList("later"_q)}) {
+        GFileSystemBase::TryToRemoveFolder(GetTemporary());
+        EXPECT_EQ(ChildProcess("KeepUnwritten"_q, arguments).WaitForExit(), 0);
+        EXPECT_EQ(List(GetTemporary()).size(), arguments.isEmpty() ? 4 : 2) << "with a mark for each";
+        for (int start = 0; start < 2; ++start) {
+            SmartFileList::Sweep();
+            EXPECT_EQ(List(GetTemporary()).size(), 2) << start;
+        }
+        EXPECT_TRUE(Exists(GetPath("kept")));
+        EXPECT_EQ(PlugInStore::ReadList().GetCount(), 1);
+    }
+}
+
+// The old path may be somebody else's by the next sweep.
+TEST_F(SmartPathTest, PathThatCouldNotBeReplacedInTheListIsNotSwept)
+{
+    GCPTSmartPathName file = GCPTSmartPathName::MakeFile(GetTemporary(), "old"_q);
+    const GPathName old = file.GetPathName();
+    const int32_t number = SmartFileList::Add(GetPath("listed"));
+    {
+        const BlockedSettings blocked;
+        EXPECT_FALSE(SmartFileList::Replace(number, GetPath("other")));
+        file.Reassign(GetPath("new"));
+    }
+    EXPECT_EQ(GetListed("FilePathName_" + GBuffer::number(number)), GetPath("listed").GetNativePath());
+    MakeFile(old);
+    SmartFileList::Sweep();
+    EXPECT_TRUE(Exists(old));
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "foundation/core/GPathName.h"
+
+// A mark beside a file or folder of a work folder that is to stay although the plug-in's settings still list
+// it as temporary, because they could not be written. The next sweep heeds it, and whoever gets the settings
+// written takes it away. For the main thread; nothing raises.
+namespace KeptMark
+{
+// Marks what is there; nothing happens where nothing bears the name. What can't be done is logged.
+void Set(const GPathName& path);
+
+bool IsSet(const GPathName& path);
+
+void Remove(const GPathName& path);
+}  // namespace KeptMark
