@@ -1,5 +1,7 @@
 #include "foundation/ipc/PGuardedMapping.h"
 
+#include <QtGlobal>
+
 #include <memory>
 
 // A module of its own with guarded memory in it, as a plug-in is.
@@ -8,18 +10,18 @@ namespace
 std::unique_ptr<PGuardedMapping> sMapping;
 }
 
-extern "C" __attribute__((visibility("default"))) void MapGuarded(int file)
+extern "C" Q_DECL_EXPORT void MapGuarded(int file)
 {
     sMapping = std::make_unique<PGuardedMapping>(file, 64);
 }
 
-extern "C" __attribute__((visibility("default"))) void UnmapGuarded()
+extern "C" Q_DECL_EXPORT void UnmapGuarded()
 {
     sMapping.reset();
 }
 
 // What the first byte is.
-extern "C" __attribute__((visibility("default"))) int ReadGuarded()
+extern "C" Q_DECL_EXPORT int ReadGuarded()
 {
     return *sMapping->GetData();
 }
