@@ -1,6 +1,7 @@
 #include "foundation/core/SharedFile.h"
 
 #include "foundation/core/GPathNameRules.h"
+#include "foundation/core/PReplacedFile.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -26,7 +27,8 @@ bool IsMissing(const QString& systemPath)
     if (GetFileAttributesW(GetText(systemPath)) != INVALID_FILE_ATTRIBUTES)
         return false;
     const DWORD error = GetLastError();
-    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+    return error == ERROR_PATH_NOT_FOUND ||
+           (error == ERROR_FILE_NOT_FOUND && !PReplacedFile::BringBack(systemPath));
 }
 
 // Why an open handle is not read; empty when it is.
@@ -55,6 +57,12 @@ FileOpening JudgeFailure(const QString& systemPath, DWORD error, GString& reason
     return FileOpening::cRefused;
 }
 
+HANDLE Open(const QString& path)
+{
+    return ::CreateFileW(GetText(path), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                         nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+}
+
 // Gives the handle to the file, which closes it; false, with the handle still open, when that fails.
 bool TakeHandle(QFile& file, HANDLE handle, GString& reason)
 {
@@ -77,9 +85,9 @@ bool TakeHandle(QFile& file, HANDLE handle, GString& reason)
 FileOpening OpenSharedForReading(QFile& file, int64_t largest, GString& reason)
 {
     const QString path = GetSystemPath(file.fileName());
-    const HANDLE handle =
-        ::CreateFileW(GetText(path), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                      nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    HANDLE handle = Open(path);
+    if (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_NOT_FOUND && !IsMissing(path))
+        handle = Open(path);
     if (handle == INVALID_HANDLE_VALUE)
         return JudgeFailure(path, ::GetLastError(), reason);
     reason = GetRefusal(handle, largest);

@@ -59,10 +59,12 @@ GPathName GDurableFile::MakeTemporaryName() const
 
 void GDurableFile::RemoveLeftovers() const
 {
-    static const QRegularExpression cSuffix(QStringLiteral("^\\.([0-9]+)-([0-9a-f]+)-[0-9a-z]{6}\\.new$"));
+    static const QRegularExpression cSuffix(
+        QStringLiteral("^\\.([0-9]+)-([0-9a-f]+)-[0-9a-z]{6}\\.new(\\.old)?$"));
+    const QStringList wildcards = {QStringLiteral("*.new"), QStringLiteral("*.new.old")};
     const GString leaf = mTarget.GetLeaf();
     const QDir folder(QFileInfo(mTarget.GetNativePath()).absolutePath());
-    for (const GString& name : folder.entryList({QStringLiteral("*.new")}, QDir::Files | QDir::Hidden)) {
+    for (const GString& name : folder.entryList(wildcards, QDir::Files | QDir::Hidden)) {
         if (!name.startsWith(leaf))
             continue;
         const QRegularExpressionMatch match = cSuffix.match(name.mid(leaf.size()));

@@ -22,7 +22,8 @@
 // see each other, the process in the name tells.
 //
 // On Windows whoever has the target open holds the replacement up; Commit tries again for about two seconds,
-// then it takes the system's other way, which bears with readers that share deletion but is no single step.
+// then it takes the system's other way, which bears with readers that share deletion but is no single step:
+// what it leaves when it is killed in between, the next reader or writer puts right (PReplacedFile).
 // So open such a file with all share rights, and no longer than a read takes. Used by one thread.
 class GDurableFile : public GOutputStream
 {

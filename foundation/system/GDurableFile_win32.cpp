@@ -1,8 +1,10 @@
 #include "foundation/system/GDurableFile.h"
 
+#include "foundation/core/PReplacedFile.h"
 #include "foundation/system/GFileSystemBase.h"
 #include "foundation/system/GProcessInfo.h"
 #include "foundation/system/GSystemError.h"
+#include "foundation/system/PHeldFile.h"
 #include "foundation/system/POwnerSecurity.h"
 
 #include <windows.h>
@@ -12,10 +14,6 @@
 
 namespace
 {
-constexpr int cMostAttempts = 80;   // while somebody has the target open
-constexpr int cQuickAttempts = 20;  // of these, with hardly a pause: most readers are gone at once
-constexpr DWORD cPause = 25;        // milliseconds
-
 std::wstring GetText(const GPathName& path)
 {
     return path.GetSystemPath().toStdWString();
@@ -27,12 +25,6 @@ void SetDeletedOnClose(HANDLE file, bool isDeleted)
     FILE_DISPOSITION_INFO information = {};
     information.DeleteFile = isDeleted;
     SetFileInformationByHandle(file, FileDispositionInfo, &information, sizeof information);
-}
-
-// Whether the failure may pass when whoever has the target open closes it.
-bool MayPass(DWORD error)
-{
-    return error == ERROR_ACCESS_DENIED || error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION;
 }
 
 // Gives the new file the access rights and the marks of the old one, as far as the system allows.
@@ -57,7 +49,8 @@ bool RenameOver(const std::wstring& temporary, const std::wstring& target)
 }
 
 // Bears with readers that share deletion, but takes two steps inside the system: the old file goes to a name
-// that we give it, so that it can be brought back when the second step fails.
+// that we give it, so that it can be brought back when the second step fails, and by others when this process
+// is killed in between.
 bool Replace(const std::wstring& temporary, const std::wstring& target)
 {
     const std::wstring backup = temporary + L".old";
@@ -75,6 +68,7 @@ bool Replace(const std::wstring& temporary, const std::wstring& target)
 
 GPathName GDurableFile::FollowLinks(const GPathName& target)
 {
+    PReplacedFile::BringBack(target.GetSystemPath());
     const std::wstring text = GetText(target);
     const DWORD attributes = GetFileAttributesW(text.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0)
@@ -159,16 +153,10 @@ void GDurableFile::PutInPlace()
     const std::wstring temporary = GetText(mTemporary);
     const std::wstring target = GetText(mTarget);
     TakeOverRights(target, temporary);
-    for (int attempt = 1; !RenameOver(temporary, target); ++attempt) {
-        if (!MayPass(GetLastError()))
-            RaiseWriteError();
-        if (attempt > cMostAttempts) {
-            if (!Replace(temporary, target))
-                RaiseWriteError();
-            break;
-        }
-        Sleep(attempt < cQuickAttempts ? 1 : cPause);
-    }
+    const bool isReplaced = PHeldFile::Try([&] { return RenameOver(temporary, target); }) ||
+                            (PHeldFile::MayPass() && Replace(temporary, target));
+    if (!isReplaced)
+        RaiseWriteError();
     mTemporary = GPathName();
 }
 

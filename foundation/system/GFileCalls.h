@@ -19,7 +19,8 @@ PFileHandle CreateNewFile(const GPathName& path);
 // Whether the last call failed because the name is taken.
 bool IsNameTaken(int error);
 
-// Gives a file another name on the same volume in one step. What bears that name is replaced, read-only or
+// Gives a file another name on the same volume in one step. On Windows, tries for about two seconds while
+// somebody has one of the two open. What bears that name is replaced, read-only or
 // not, or makes the call fail.
 bool RenameFile(const GPathName& from, const GPathName& to, bool isReplacing);
 

@@ -1,6 +1,7 @@
 #include "foundation/system/GFileCalls.h"
 
 #include "foundation/system/GUniqueName.h"
+#include "foundation/system/PHeldFile.h"
 #include "foundation/system/POwnerSecurity.h"
 
 #include <QFile>
@@ -128,8 +129,8 @@ bool GFileCalls::RenameFile(const GPathName& from, const GPathName& to, bool isR
     const DWORD attributes = GetFileAttributesW(target.c_str());
     if (isReplacing && attributes != INVALID_FILE_ATTRIBUTES)
         PrepareRemoval(target, attributes, true);
-    return MoveFileExW(GetText(from).c_str(), target.c_str(), isReplacing ? MOVEFILE_REPLACE_EXISTING : 0) !=
-           0;
+    const DWORD flags = isReplacing ? MOVEFILE_REPLACE_EXISTING : 0;
+    return PHeldFile::Try([&] { return MoveFileExW(GetText(from).c_str(), target.c_str(), flags) != 0; });
 }
 
 bool GFileCalls::RemoveFile(const GPathName& path, bool readOnlyToo)

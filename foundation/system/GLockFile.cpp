@@ -17,7 +17,9 @@ void RaiseLockError(const GPathName& path, const GString& reason)
         QStringLiteral("The lock file \"%1\" can't be opened: %2").arg(path.GetNativePath(), reason));
 }
 
-void RaiseNoLockFolder()
+void RaiseNoLockFolder(const GPathName& path)
 {
-    throw GSimpleException(GErrorCode::cLockFile, QStringLiteral("The folder of a lock file is missing."));
+    throw GSimpleException(
+        GErrorCode::cLockFile,
+        QStringLiteral("The folder of the lock file \"%1\" is missing.").arg(path.GetNativePath()));
 }

@@ -49,4 +49,4 @@ private:
 
 // Raises what TryLock raises for a file that can't be opened for this reason of the system.
 [[noreturn]] void RaiseLockError(const GPathName& path, const GString& reason);
-[[noreturn]] void RaiseNoLockFolder();
+[[noreturn]] void RaiseNoLockFolder(const GPathName& path);

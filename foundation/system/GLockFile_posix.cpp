@@ -22,7 +22,7 @@ PFileHandle OpenLockFile(const GPathName& path, const QByteArray& systemPath, GL
     if (file >= 0)
         return PFileHandle(file);
     if (errno == ENOENT || errno == ENOTDIR)
-        RaiseNoLockFolder();
+        RaiseNoLockFolder(path);
     RaiseLockError(path, GetReasonText(GetLastSystemError()));
 }
 

@@ -20,7 +20,7 @@ GLockFile::Result JudgeFailure(const GPathName& path, DWORD error)
         case ERROR_PATH_NOT_FOUND:
         case ERROR_BAD_NETPATH:
         case ERROR_BAD_PATHNAME:
-            RaiseNoLockFolder();
+            RaiseNoLockFolder(path);
         default:
             SetLastError(error);
             RaiseLockError(path, GetReasonText(GetLastSystemError()));

@@ -1,5 +1,6 @@
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/core/GFileInputStream.h"
+#include "foundation/core/SharedFile.h"
 #include "foundation/system/GDurableFile.h"
 #include "foundation/system/GOwnedFile.h"
 #include "foundation/system/GProcessInfo.h"
@@ -10,6 +11,7 @@
 #include "tests/support/Threads.h"
 
 #include <atomic>
+#include <chrono>
 #include <thread>
 
 namespace
@@ -113,6 +115,51 @@ TEST(GDurableFile, OnWindowsWhoeverHoldsTheFileOpenOrReadOnlyKeepsIt)
     EXPECT_EQ(ReadFile(path), "old");
     EXPECT_EQ(List(sandbox.GetPath()), QStringList{"a.prefs"_q});
     QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+}
+
+// The system's way of replacing a file that somebody has open takes two steps. `reads` is what is read next,
+// and what a writer finds that gives up.
+TEST(GDurableFile, OnWindowsWhatAKillLeavesBetweenTwoStepsIsPutRight)
+{
+    if (QDir::separator() == QLatin1Char('/'))
+        GTEST_SKIP() << "There is one step here.";
+    const struct
+    {
+        const char *target, *fresh, *old, *older, *reads;
+    } cases[] = {{"old", "fresh", nullptr, nullptr, "old"},
+                 {nullptr, "fresh", "old", nullptr, "old"},
+                 {"fresh", nullptr, "old", nullptr, "fresh"},
+                 {nullptr, "fresh", "old", "older", "old"},
+                 {nullptr, "fresh", nullptr, nullptr, nullptr}};
+    for (const auto& test : cases) {
+        for (const bool isReadFirst : {true, false}) {
+            const Sandbox sandbox;
+            const QString path = sandbox.GetPath("a.prefs"_q);
+            const auto put = [&](const char* content, const char* ending) {
+                if (content != nullptr)
+                    WriteFile(path + QLatin1String(ending), content);
+            };
+            put(test.older, ".999999-1-zzzzzz.new.old");
+            std::this_thread::sleep_for(std::chrono::milliseconds(test.older != nullptr ? 50 : 0));
+            put(test.target, "");
+            put(test.fresh, ".999999-2-aaaaaa.new");
+            put(test.old, ".999999-2-aaaaaa.new.old");
+            const auto read = [&path] {
+                const auto file = GFileInputStream::OpenIfThere(path);
+                char content[10] = {};
+                return file == nullptr ? QByteArray() : QByteArray(content, file->Read(content, 10));
+            };
+            if (isReadFirst) {
+                EXPECT_EQ(IsFileMissing(path), test.reads == nullptr);
+            } else {
+                const GDurableFile dropped((GPathName(path)));
+            }
+            EXPECT_EQ(read(), QByteArray(test.reads));
+            Write(path, "next");
+            EXPECT_EQ(read(), "next");
+            EXPECT_EQ(List(sandbox.GetPath()), QStringList{"a.prefs"_q});
+        }
+    }
 }
 
 // What a process number in a name says means nothing to a process of another namespace.
