@@ -28,7 +28,7 @@ GPathName GetMark(const GPathName& path)
 
 void KeptMark::Set(const GPathName& path)
 {
-    if (!IsThere(path) || GFileCalls::CreateNewFile(GetMark(path)).IsOpen() || IsSet(path))
+    if (GFileCalls::CreateNewFile(GetMark(path)).IsOpen() || IsSet(path))
         return;
     GTrace::Error(
         QStringLiteral("KeptMark::Set"),

@@ -7,7 +7,7 @@
 // written takes it away. For the main thread; nothing raises.
 namespace KeptMark
 {
-// Marks what is there; nothing happens where nothing bears the name. What can't be done is logged.
+// Whatever bears the name, now or at the next sweep, stays. What can't be done is logged.
 void Set(const GPathName& path);
 
 bool IsSet(const GPathName& path);

@@ -1,7 +1,10 @@
 #include "ExportRun.h"
 #include "Scenarios.h"
 #include "export/JobOptionsFolder.h"
+#include "export/SmartFileList.h"
 #include "foundation/core/GException.h"
+#include "foundation/trace/GTrace.h"
+#include "foundation/trace/QtLogger.h"
 #include "tests/support/ChildProcess.h"
 
 #include <cstdio>
@@ -74,4 +77,31 @@ FaultScenario GetExport()
     // What could not be removed goes at the next start.
     scenario.leftovers = QStringList{"Morvane_Hopbox_PDF*"_q};
     return scenario;
+}
+
+CHILD_ROLE(ListTemporary)
+{
+    const PlugInStore store;
+    return SmartFileList::Add(GPathName(arguments.at(0) + "/old"_q)) == 1 ? 0 : 1;
+}
+
+CHILD_ROLE(ListAnotherTemporary)
+{
+    GTrace::SetLogger(std::make_shared<Morvane::QtLogger>());
+    const PlugInStore store;
+    return SmartFileList::Replace(1, GPathName(arguments.at(0) + "/new"_q)) ? 0 : 1;
+}
+
+FaultScenario GetListOfTemporaries()
+{
+    const auto prepare = [](const QString& root) {
+        EXPECT_EQ(ChildProcess("ListTemporary"_q, {root}).WaitForExit(), 0);
+    };
+    const auto look = [](const QString&) {
+        const GPrefGroup list = PlugInStore::ReadList();
+        const GString* const path = list.Find("FilePathName_1");
+        return path == nullptr ? "not listed"_q : path->right(3);
+    };
+    return {"ListOfTemporaries",     prepare, QString(), {"ListAnotherTemporary"_q, "%1"_q}, look,
+            {"*lock"_q, "*.owner"_q}};
 }

@@ -32,6 +32,7 @@ FaultScenario (*const cScenarios[])() = {
     GetCopyOfAcceptedJob,          //
     GetDocumentChange,             //
     GetExport,                     //
+    GetListOfTemporaries,          //
 };
 }  // namespace
 

@@ -37,20 +37,23 @@ private:
     ErrorPrinter mPrinter;
 };
 
+const bool cHasLinks = QDir::separator() == QLatin1Char('/');
+
 void MakeFolder(const QString& root)
 {
     WriteFile(root + "/from/a"_q, "first");
     WriteFile(root + "/from/sub/b"_q, QByteArray(100000, 'b'));
     WriteFile(root + "/from/sub/._b"_q, "companion");
-    QFile::link("../a"_q, root + "/from/sub/link"_q);
+    if (cHasLinks)
+        QFile::link("../a"_q, root + "/from/sub/link"_q);
     QDir().mkpath(root + "/other"_q);
 }
 
 bool IsWhole(const QString& folder)
 {
     const QMap<QString, QByteArray> tree = ReadTree(folder);
-    return tree.size() == 5 && tree["a"_q] == "first" && tree["sub/b"_q].size() == 100000 &&
-           tree["sub/._b"_q] == "companion" && QFileInfo(folder + "/sub/link"_q).isSymLink();
+    return tree.size() == (cHasLinks ? 5 : 4) && tree["a"_q] == "first" && tree["sub/b"_q].size() == 100000 &&
+           tree["sub/._b"_q] == "companion" && QFileInfo(folder + "/sub/link"_q).isSymLink() == cHasLinks;
 }
 
 QString LookAtCopy(const QString& root)

@@ -26,6 +26,7 @@ FaultScenario GetCopyOfAcceptedJob();
 
 // ExportScenarios.cpp
 FaultScenario GetExport();
+FaultScenario GetListOfTemporaries();
 
 // DocumentScenarios.cpp
 FaultScenario GetDocumentChange();
