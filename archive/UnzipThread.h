@@ -43,9 +43,13 @@ public:
     // the thread's end.
     ~UnzipThread() override;
 
-    // The next two before start().
+    // The next three before start().
     void setErrorHandler(const ErrorHandler& handler) { mErrorHandler = handler; }
     void setLimits(const ZipLimits& limits) { mArchive.SetLimits(limits); }
+    void setProgress(std::function<void(qint64 bytes)> progress)
+    {
+        mArchive.setProgress(std::move(progress));
+    }
 
     // The names of the entries extracted so far, in the order of the archive. From any thread. After
     // ActionOnError::StopAndRemove it still tells what had been extracted.

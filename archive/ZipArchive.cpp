@@ -70,7 +70,11 @@ bool ZipArchive::ExtractCurrentFile(const QString& destinationFolder, const QStr
     options.passwords = ZipPassword::getForms(password);
     options.mode = mode;
     options.chunkSize = cChunkSize;
-    options.onWritten = [this](qint64) { return !mIsCancelled; };
+    options.onWritten = [this](qint64 bytes) {
+        if (mProgress)
+            mProgress(bytes);
+        return !mIsCancelled;
+    };
     const ZipOutcome outcome = extractEntry(*mReader, mIndex, destination, options);
     destination.closeFolders();
     if (!outcome.isDone())

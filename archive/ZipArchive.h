@@ -98,6 +98,10 @@ public:
     // From any thread: the extraction that is under way, and every later one, fails soon.
     void cancel() { mIsCancelled = true; }
 
+    // Told, on the thread that extracts, of the bytes of each chunk that ExtractCurrentFile() has written,
+    // and of less than none when they are taken back. May be empty.
+    void setProgress(std::function<void(qint64 bytes)> progress) { mProgress = std::move(progress); }
+
     // The folders that extraction has made since StartIterate() and that are empty are removed again. For
     // whoever takes an extraction back.
     void removeMadeFolders(const QString& destinationFolder);
@@ -130,6 +134,7 @@ private:
     bool mHasFailed = false;
     bool mIsLimited = false;  // whether the next is known, and the budget made for the destination
     bool mIsReasonable = false;
+    std::function<void(qint64 bytes)> mProgress;
     std::atomic<bool> mIsCancelled{false};
 };
 }  // namespace Morvane

@@ -11,7 +11,9 @@
 #include <QRegularExpression>
 #include <QTimer>
 
+#include <atomic>
 #include <map>
+#include <numeric>
 
 using namespace Morvane;
 
@@ -28,6 +30,12 @@ const std::map<QString, ActionOnError>& getActions()
     };
     return actions;
 }
+
+class SilentLog : public ILogInterface
+{
+public:
+    void log(LogLevel, const QString&, const QString&) noexcept override {}
+};
 
 // What becomes of an extraction when an entry fails: as the option says, or as the user answers.
 class ErrorQuestions
@@ -83,28 +91,51 @@ private:
     std::optional<ActionOnError> mForAll;
 };
 
+// The bytes that there will be, as far as the archive can be read. What is wrong with it is told by whoever
+// extracts it.
+qint64 getTotalSize(const QString& archive)
+{
+    SilentLog log;
+    ZipRun run;
+    run.log = &log;
+    QVector<ZipEntry> entries;
+    ZipHelper::getEntryList(archive, entries, run);
+    return std::accumulate(entries.cbegin(), entries.cend(), qint64(0),
+                           [](qint64 total, const ZipEntry& entry) { return total + entry.size; });
+}
+
 // Extracts everything on a thread, which asks what is to be done about an entry that fails.
 bool extractWithQuestions(const QString& archive, const QString& folder, const QString& onError,
                           const ZipLimits& limits)
 {
     bool isDone = true;
     ErrorQuestions questions(onError);
+    const qint64 total = getTotalSize(archive);
+    std::atomic<qint64> done{0};
+    ProgressBar bar;
     QEventLoop loop;
     UnzipThread thread(archive, folder, 0);
     thread.setLimits(limits);
+    thread.setProgress([&done](qint64 bytes) { done += bytes; });
     thread.setErrorHandler([&](const QString& text) {
         isDone = false;
+        bar.leave();
         return questions.answer(text);
     });
     QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, &loop, [&loop] {
+    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
         if (CliStop::IsAskedFor())
             loop.quit();
+        else if (total > 0)
+            bar.show(done, total);
     });
     QObject::connect(&thread, &QThread::finished, &loop, &QEventLoop::quit);
     poll.start(cPollInterval);
     thread.start();
     loop.exec();
+    if (total > 0)
+        bar.show(done, total);
+    bar.leave();
     if (!thread.getOpenError().isEmpty()) {
         PrintError(makePrintable(thread.getOpenError()));
         return false;

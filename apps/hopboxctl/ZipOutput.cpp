@@ -25,8 +25,14 @@ ProgressBar::ProgressBar() : mIsSeen(CliConsole::IsErrorTerminal())
 
 ProgressBar::~ProgressBar()
 {
+    leave();
+}
+
+void ProgressBar::leave()
+{
     if (mPercent >= 0)
         CliConsole::PrintNote(QStringLiteral("\n"));
+    mPercent = -1;
 }
 
 bool ProgressBar::show(qint64 done, qint64 total)

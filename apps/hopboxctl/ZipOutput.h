@@ -32,6 +32,9 @@ public:
     // Bytes. False when the user wants to stop: Ctrl-C.
     bool show(qint64 done, qint64 total);
 
+    // Leaves the line as it is, for something else to be said below it.
+    void leave();
+
 private:
     const bool mIsSeen;
     QElapsedTimer mClock;

@@ -4,6 +4,20 @@
 #include <csignal>
 #include <thread>
 
+namespace
+{
+// Whether the process has a file open whose path, or the folder that is to have it, begins like that.
+bool HasOpen(const QProcess& process, const QString& begin)
+{
+    for (const QFileInfo& file :
+         QDir("/proc/%1/fd"_q.arg(process.processId())).entryInfoList(QDir::System | QDir::Files)) {
+        if (file.symLinkTarget().startsWith(begin))
+            return true;
+    }
+    return false;
+}
+}  // namespace
+
 // Far more than is packed before the stop is seen.
 TEST_F(CommandTest, PackingThatIsStoppedLeavesTheArchiveThatWasThere)
 {
@@ -20,14 +34,7 @@ TEST_F(CommandTest, PackingThatIsStoppedLeavesTheArchiveThatWasThere)
                       {"zip"_q, QLatin1String(command), "made.zip"_q, "large"_q, "--level"_q, "0"_q});
         ASSERT_TRUE(process.waitForStarted());
         // Until it has begun with the file, whose first pass writes nothing.
-        const QString files = "/proc/%1/fd"_q.arg(process.processId());
-        const auto hasBegun = [&] {
-            for (const QFileInfo& file : QDir(files).entryInfoList(QDir::System | QDir::Files))
-                if (file.symLinkTarget() == large.fileName())
-                    return true;
-            return false;
-        };
-        while (!hasBegun() && process.state() == QProcess::Running)
+        while (!HasOpen(process, large.fileName()) && process.state() == QProcess::Running)
             std::this_thread::sleep_for(std::chrono::milliseconds(2));
         kill(static_cast<pid_t>(process.processId()), SIGINT);
         ASSERT_TRUE(process.waitForFinished());
@@ -36,5 +43,33 @@ TEST_F(CommandTest, PackingThatIsStoppedLeavesTheArchiveThatWasThere)
         EXPECT_TRUE(process.readAllStandardError().contains("The packing was stopped.")) << command;
         EXPECT_EQ(ReadFile(GetPath("made.zip")), before);
         EXPECT_EQ(QDir(mSandbox.GetPath()).entryList(QDir::AllEntries | QDir::Hidden), names);
+    }
+}
+
+TEST_F(CommandTest, ExtractionThatIsStoppedLeavesWhatIsWhole)
+{
+    WriteFile(GetPath("a.txt"), "1");
+    QFile large(GetPath("large"));
+    ASSERT_TRUE(large.open(QIODevice::WriteOnly) && large.resize(qint64(400) << 20));
+    ASSERT_EQ(Run({"zip"_q, "create"_q, "made.zip"_q, "a.txt"_q, "large"_q, "--level"_q, "1"_q}), 0);
+    const QDir folder(GetPath("out"));
+    const auto list = [&] {
+        return folder.entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    };
+    for (const QStringList& more : {QStringList(), QStringList{"--on-error"_q, "skip"_q}}) {
+        QProcess process;
+        process.setWorkingDirectory(mSandbox.GetPath());
+        process.start(GetProgramPath("hopboxctl"),
+                      QStringList{"zip"_q, "extract"_q, "made.zip"_q, "out"_q} + more);
+        ASSERT_TRUE(process.waitForStarted());
+        while (!(list() == QStringList("a.txt"_q) && HasOpen(process, GetPath("out/"))) &&
+               !process.waitForFinished(2)) {
+        }
+        kill(static_cast<pid_t>(process.processId()), SIGINT);
+        ASSERT_TRUE(process.waitForFinished());
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(process.exitCode(), 1);
+        EXPECT_EQ(list(), QStringList("a.txt"_q)) << process.readAllStandardError().constData();
+        QDir(folder).removeRecursively();
     }
 }
