@@ -20,16 +20,10 @@
 #include <map>
 
 using Doctor::Finding;
+using Doctor::Quote;
 
 namespace
 {
-// A word of a command line as a shell takes it.
-QString Quote(const QString& word)
-{
-    return QLatin1Char('\'') + QString(word).replace(QLatin1Char('\''), QLatin1String("'\\''")) +
-           QLatin1Char('\'');
-}
-
 // Raises with the reason when the archive can't be changed.
 bool RemoveSetting(const GPathName& archive, const QString& setting)
 {
@@ -132,6 +126,12 @@ void LookAtFile(const char* kind, const GPathName& path, QVector<Finding>& findi
     }
 }
 }  // namespace
+
+QString Doctor::Quote(const QString& word)
+{
+    return QLatin1Char('\'') + QString(word).replace(QLatin1Char('\''), QLatin1String("'\\''")) +
+           QLatin1Char('\'');
+}
 
 void Doctor::LookAtRegistry(const HopboxRegistry& registry, QVector<Finding>& findings)
 {

@@ -19,6 +19,9 @@ struct Finding
     bool isProblem = true;
 };
 
+// A word of a command line as a shell takes it.
+QString Quote(const QString& word);
+
 // Each looks at one thing and changes nothing.
 void LookAtRegistry(const HopboxRegistry& registry, QVector<Finding>& findings);
 void LookAtHopboxes(const HopboxRegistry& registry, QVector<Finding>& findings);
@@ -26,6 +29,7 @@ void LookAtProjectFolders(const HopboxRegistry& registry, QVector<Finding>& find
 void LookAtPlugInSettings(QVector<Finding>& findings);
 void LookAtFolders(QVector<Finding>& findings);
 void LookAtReceivers(const HopboxRegistry& registry, QVector<Finding>& findings);
+void LookAtStarts(const HopboxRegistry& registry, QVector<Finding>& findings);
 void LookAtJobOptions(const HopboxRegistry& registry, QVector<Finding>& findings);
 void LookAtChannel(QVector<Finding>& findings);
 void LookAtWorkFolder(QVector<Finding>& findings);

@@ -79,6 +79,12 @@ void Doctor::LookAtChannel(QVector<Finding>& findings)
                              QStringLiteral("stop it and start it again; nothing is lost"),
                              {}});
     }
+    const size_t names = GPPIPCManager::Get()->CountStrayNames();
+    if (names > 0)
+        findings.append(
+            {"names-left",
+             QStringLiteral("Names are left of receivers that have ended, without a queue: %1.").arg(names),
+             QStringLiteral("hopboxctl channel clean"), Clean, false});
 }
 
 void Doctor::LookAtWorkFolder(QVector<Finding>& findings)

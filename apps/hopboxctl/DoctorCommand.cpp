@@ -39,6 +39,7 @@ QVector<Finding> LookAtEverything()
     Try(findings, [&] { Doctor::LookAtWorkFolder(findings); });
     Try(findings, [&] { Doctor::LookAtChannel(findings); });
     Try(findings, [&] { Doctor::LookAtReceivers(HopboxRegistry(), findings); });
+    Try(findings, [&] { Doctor::LookAtStarts(HopboxRegistry(), findings); });
     return findings;
 }
 
@@ -84,15 +85,16 @@ int Run(const CliCall& call)
 }
 }  // namespace
 
-const Command cDoctorCommand = {{"doctor",
-                                 "look for everything that may keep exports from working",
-                                 "It looks at the registry, the Hopboxes, their project folders and job "
-                                 "options, the plug-in's settings, the "
-                                 "rights of folders, what exports left, the receivers and their queues. "
-                                 "Below each problem stands the command "
-                                 "that mends it. Problems set the exit status to 1.",
-                                 {},
-                                 {{"fix", "", "mend what can be mended without losing anything"}},
-                                 {{"hopboxctl doctor", "Looks at everything and changes nothing."},
-                                  {"hopboxctl doctor --fix", "Mends what is safe to mend."}}},
-                                Run};
+const Command cDoctorCommand = {
+    {"doctor",
+     "look for everything that may keep exports from working",
+     "It looks at the registry, the Hopboxes, their project folders and job "
+     "options, the plug-in's settings, the "
+     "rights of folders, what exports left, the receivers, their inboxes and queues. "
+     "Below each problem stands the command "
+     "that mends it. Problems set the exit status to 1.",
+     {},
+     {{"fix", "", "mend what can be mended without losing anything"}},
+     {{"hopboxctl doctor", "Looks at everything and changes nothing."},
+      {"hopboxctl doctor --fix", "Mends what is safe to mend."}}},
+    Run};

@@ -9,6 +9,9 @@ namespace FolderRights
 // profile.
 bool MayOthersWrite(const QString& folder);
 
-// Takes that right from them. False when it can't be done.
+// Whether everybody may, as above.
+bool MayAnybodyWrite(const QString& folder);
+
+// Leaves that right to the owner only. False when it can't be done.
 bool CloseToOthers(const QString& folder);
 }  // namespace FolderRights

@@ -9,6 +9,11 @@ bool FolderRights::MayOthersWrite(const QString& folder)
     return (QFile::permissions(folder) & cOthersWrite) != 0;
 }
 
+bool FolderRights::MayAnybodyWrite(const QString& folder)
+{
+    return (QFile::permissions(folder) & QFileDevice::WriteOther) != 0;
+}
+
 bool FolderRights::CloseToOthers(const QString& folder)
 {
     return QFile::setPermissions(folder, QFile::permissions(folder) & ~cOthersWrite);

@@ -5,6 +5,11 @@ bool FolderRights::MayOthersWrite(const QString&)
     return false;
 }
 
+bool FolderRights::MayAnybodyWrite(const QString&)
+{
+    return false;
+}
+
 bool FolderRights::CloseToOthers(const QString&)
 {
     return false;

@@ -18,8 +18,11 @@ struct Call
 // Where the entry of a key is, for people.
 QString GetPlace(const QString& key);
 
-// The keys that have an entry.
+// The keys that have an entry, on Linux one for this MORVANE_ROOT.
 QStringList GetKeys();
+
+// The words of an entry's call, the program first; none when they can't be read.
+QStringList GetWords(const QString& key);
 
 // Writes the entry, in place of one that is there. Gives what failed; empty when nothing did.
 QString Write(const Call& call);

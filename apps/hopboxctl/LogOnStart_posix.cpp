@@ -48,20 +48,38 @@ QByteArray Quote(const QString& word)
     return '"' + Escape(word) + '"';
 }
 
+// What a unit says before the call, which tells the root that its receiver belongs to.
+QByteArray MakeServiceHead()
+{
+    const QString root = qEnvironmentVariable("MORVANE_ROOT");
+    QByteArray environment;
+    if (!root.isEmpty())
+        environment =
+            "Environment=" + Quote(QLatin1String("MORVANE_ROOT=") + QDir::current().absoluteFilePath(root)) +
+            '\n';
+    return "\n[Service]\n" + environment + "ExecStart=";
+}
+
 // The colon keeps "$" what it is.
 QByteArray MakeUnit(const LogOnStart::Call& call)
 {
     QByteArrayList words;
     for (const QString& word : call.words)
         words.append(Quote(words.isEmpty() ? QLatin1Char(':') + word : word));
-    QByteArray environment = "";
-    const QString root = qEnvironmentVariable("MORVANE_ROOT");
-    if (!root.isEmpty())
-        environment =
-            "Environment=" + Quote(QLatin1String("MORVANE_ROOT=") + QDir::current().absoluteFilePath(root)) +
-            '\n';
-    return "[Unit]\nDescription=" + Escape(call.summary) + "\n\n[Service]\n" + environment +
-           "ExecStart=" + words.join(' ') + "\nRestart=on-failure\n\n[Install]\nWantedBy=default.target\n";
+    return "[Unit]\nDescription=" + Escape(call.summary) + '\n' + MakeServiceHead() + words.join(' ') +
+           "\nRestart=on-failure\n\n[Install]\nWantedBy=default.target\n";
+}
+
+// The call of a unit as it stands there; empty when the unit is of another root.
+QByteArray ReadCall(const QString& key)
+{
+    QFile unit(LogOnStart::GetPlace(key));
+    if (!unit.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray head = MakeServiceHead();
+    const QByteArray text = unit.readAll();
+    const int begin = text.indexOf(head);
+    return begin < 0 ? QByteArray() : text.mid(begin + head.size()).split('\n').first();
 }
 
 // Asks the user's service manager; gives what it says when it can't.
@@ -86,10 +104,40 @@ QString LogOnStart::GetPlace(const QString& key)
 
 QStringList LogOnStart::GetKeys()
 {
-    QStringList keys = GetFolder().entryList({cPrefix + QLatin1Char('*') + cSuffix}, QDir::Files);
-    for (QString& key : keys)
-        key = key.mid(cPrefix.size()).chopped(cSuffix.size());
+    QStringList keys;
+    for (const QString& unit : GetFolder().entryList({cPrefix + QLatin1Char('*') + cSuffix}, QDir::Files)) {
+        const QString key = unit.mid(cPrefix.size()).chopped(cSuffix.size());
+        if (!ReadCall(key).isEmpty())
+            keys.append(key);
+    }
     return keys;
+}
+
+// What MakeUnit has quoted.
+QStringList LogOnStart::GetWords(const QString& key)
+{
+    const QByteArray line = ReadCall(key);
+    QStringList words;
+    QByteArray word;
+    bool isQuoted = false;
+    for (int at = 0; at < line.size(); ++at) {
+        const char character = line.at(at);
+        if (character == '"') {
+            isQuoted = !isQuoted;
+            if (!isQuoted)
+                words.append(QString::fromUtf8(word));
+            word.clear();
+        } else if (character == '\\' && line.mid(at + 1, 1) == "x") {
+            word += QByteArray::fromHex(line.mid(at + 2, 2));
+            at += 3;
+        } else {
+            at += character == '\\' || character == '%' ? 1 : 0;
+            word += line.mid(at, 1);
+        }
+    }
+    if (!words.isEmpty() && words.first().startsWith(QLatin1Char(':')))
+        words.first().remove(0, 1);
+    return words;
 }
 
 QString LogOnStart::Write(const Call& call)

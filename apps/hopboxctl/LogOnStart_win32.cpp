@@ -3,6 +3,10 @@
 #include <QProcess>
 #include <QSettings>
 
+#include <windows.h>
+
+#include <shellapi.h>
+
 namespace
 {
 const QString cRunKey =
@@ -45,6 +49,19 @@ QStringList LogOnStart::GetKeys()
             keys.append(name.mid(cPrefix.size()));
     }
     return keys;
+}
+
+QStringList LogOnStart::GetWords(const QString& key)
+{
+    const QString line = QSettings(cRunKey, QSettings::NativeFormat).value(cPrefix + key).toString();
+    int count = 0;
+    LPWSTR* const parts =
+        line.isEmpty() ? nullptr : CommandLineToArgvW(reinterpret_cast<LPCWSTR>(line.utf16()), &count);
+    QStringList words;
+    for (int at = 0; parts != nullptr && at < count; ++at)
+        words.append(QString::fromWCharArray(parts[at]));
+    LocalFree(parts);
+    return words;
 }
 
 QString LogOnStart::Write(const Call& call)

@@ -1,6 +1,7 @@
 #include "apps/hopboxctl/HopboxCommands.h"
 #include "apps/hopboxctl/HopboxOutput.h"
 #include "apps/hopboxctl/LogOnStart.h"
+#include "apps/hopboxctl/ReceiverStarts.h"
 #include "foundation/ipc/GPPIPCManager.h"
 #include "foundation/system/GProcessInfo.h"
 #include "hopbox/HopboxMessages.h"
@@ -8,9 +9,9 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QProcess>
 #include <QStandardPaths>
 
 #include <algorithm>
@@ -24,21 +25,56 @@ bool IsPlain(const QString& key)
     });
 }
 
+QString FindProgram(const QString& text)
+{
+    const QString program = QStandardPaths::findExecutable(text);
+    return program.isEmpty() ? QDir::current().absoluteFilePath(text) : program;
+}
+
 // The call of the receiver. Paths are made absolute: a log-on has no current folder.
 LogOnStart::Call MakeCall(const CliCall& call, const QString& key, const QString& name)
 {
     LogOnStart::Call made{key, QStringLiteral("Receives what is sent to the Hopbox %1").arg(name), {}};
     made.words =
         QStringList{QCoreApplication::applicationDirPath() + QLatin1Char('/') + HopboxMessage::cProcessImage,
-                    QStringLiteral("--hopbox"), key, QStringLiteral("--inbox"),
-                    QDir::current().absoluteFilePath(call.Get("inbox"))};
-    if (call.Has("mode"))
-        made.words += {QStringLiteral("--mode"), call.Get("mode")};
+                    QStringLiteral("--hopbox"), key, ReceiverStarts::cInboxOption,
+                    QDir::cleanPath(QDir::current().absoluteFilePath(call.Get("inbox")))};
+    for (const char* option : {"mode", "retry", "attempts"}) {
+        if (call.Has(option))
+            made.words += {QLatin1String("--") + QLatin1String(option), call.Get(option)};
+    }
     if (call.Has("run"))
-        made.words += {QStringLiteral("--run"), QStandardPaths::findExecutable(call.Get("run"))};
+        made.words += {QStringLiteral("--run"), FindProgram(call.Get("run"))};
     for (const QString& argument : call.GetAll("run-argument"))
         made.words.append(QStringLiteral("--run-argument=") + argument);
     return made;
+}
+
+// Asks the receiver itself what it takes. Gives what it says when the call is wrong; empty when it is right.
+QString AskReceiver(const QStringList& words)
+{
+    QProcess receiver;
+    receiver.start(words.first(), words.mid(1) << QStringLiteral("--check"));
+    if (!receiver.waitForFinished(-1))
+        return QStringLiteral("\"%1\" can't be started: %2").arg(words.first(), receiver.errorString());
+    if (receiver.exitStatus() == QProcess::NormalExit && receiver.exitCode() == cCliDone)
+        return {};
+    const QString said = QString::fromUtf8(receiver.readAllStandardError()).section(QLatin1Char('\n'), 0, 0);
+    return said.section(QStringLiteral(": "), 1).trimmed();
+}
+
+// Why the receiver can't have what its right call names; empty when it can.
+QString FindConflict(const LogOnStart::Call& made)
+{
+    if (!IsPlain(made.key))
+        return QStringLiteral("The key \"%1\" is no usual one.").arg(made.key);
+    const QString inbox = ReceiverStarts::GetInbox(made.words);
+    const QString other = ReceiverStarts::FindByInbox(inbox, made.key);
+    return other.isEmpty() ? QString()
+                           : QStringLiteral(
+                                 "\"%1\" is the inbox of the receiver of \"%2\" already; each "
+                                 "receiver needs one of its own.")
+                                 .arg(inbox, ReceiverStarts::GetName(HopboxRegistry(), other));
 }
 
 int Install(const CliCall& call)
@@ -50,13 +86,11 @@ int Install(const CliCall& call)
         return cCliFailed;
     if (call.Get("inbox").isEmpty())
         return RefuseCall(QStringLiteral("\"--inbox\" takes a folder, not \"\"."));
-    if (call.Has("run") && QStandardPaths::findExecutable(call.Get("run")).isEmpty())
-        return RefuseCall(QStringLiteral("\"--run\" takes a program, not \"%1\".").arg(call.Get("run")));
     const LogOnStart::Call made = MakeCall(call, key, record->GetName(key));
-    const QString program = made.words.first();
-    QString fault = IsPlain(key) ? QString() : QStringLiteral("The key \"%1\" is no usual one.").arg(key);
-    if (fault.isEmpty() && !QFileInfo(program).isExecutable())
-        fault = QStringLiteral("There is no program \"%1\".").arg(program);
+    QString fault = AskReceiver(made.words);
+    if (!fault.isEmpty())
+        return RefuseCall(HopboxOutput::GetShown(fault));
+    fault = FindConflict(made);
     if (fault.isEmpty())
         fault = LogOnStart::Write(made);
     if (!fault.isEmpty()) {
@@ -91,9 +125,8 @@ int ShowStatus(const CliCall&)
     QVector<QStringList> rows = {
         {QStringLiteral("HOPBOX"), QStringLiteral("RUNNING"), QStringLiteral("STARTED BY")}};
     for (const QString& key : LogOnStart::GetKeys()) {
-        const std::optional<HopboxRecord> record = registry.GetRecord(key);
-        const QString name = record ? QString(record->GetName(key)) : key + QLatin1String(" (deleted)");
-        const bool isRunning = record && IsServed(name);
+        const QString name = ReceiverStarts::GetName(registry, key);
+        const bool isRunning = registry.GetRecord(key) && IsServed(name);
         rows.append(
             {name, isRunning ? QStringLiteral("yes") : QStringLiteral("no"), LogOnStart::GetPlace(key)});
         json.append(QJsonObject{{QStringLiteral("Key"), key},
@@ -146,6 +179,8 @@ const Command cReceiverInstallCommand = {
       {"mode", "MODE", "as for PrinterProcessorWin.exe"},
       {"run", "COMMAND", "as for PrinterProcessorWin.exe"},
       {"run-argument", "TEXT", "as for PrinterProcessorWin.exe", CliOption::Use::cRepeated},
+      {"retry", "SECONDS", "as for PrinterProcessorWin.exe"},
+      {"attempts", "N", "as for PrinterProcessorWin.exe"},
       {"no-start", "", "start it with the next log-on only"}},
      {{"hopboxctl receiver install Press --inbox Inbox",
        "What is sent to the Hopbox \"Press\" arrives in \"Inbox\" from now on."}}},

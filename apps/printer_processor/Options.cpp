@@ -38,7 +38,8 @@ const CliProgram cProgram = {
         "time, up to a minute"},
        {"attempts", "N", "give up a command that failed N times, until the next start"},
        {"count", "N", "end after N messages"},
-       {"timeout", "SECONDS", "end after this time"}},
+       {"timeout", "SECONDS", "end after this time"},
+       {"check", "", "only look whether the call is right, and end"}},
       {{"PrinterProcessorWin.exe --inbox inbox --timeout 1",
         "Puts what arrives into the folder \"inbox\", for a second."},
        {"PrinterProcessorWin.exe --inbox inbox --hopbox Press --mode 0640 --run /usr/bin/gzip --timeout 1",
@@ -171,6 +172,8 @@ std::optional<int> Options::Read(int argc, char** argv, Options& options)
     const QString fault = Take(call, options);
     if (!fault.isEmpty())
         return RefuseCli(cProgram, call.GetCommand(), fault);
+    if (call.Has("check"))
+        return cCliDone;
     std::vector<GString> names;
     for (const QString& name : call.GetAll("hopbox"))
         names.push_back(GetHopboxName(name));

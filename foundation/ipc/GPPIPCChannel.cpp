@@ -292,19 +292,24 @@ std::vector<GPPIPCReceiverInfo> GPPIPCChannel::Look()
     return infos;
 }
 
-// Nobody makes a queue meanwhile: that is done under the directory's lock.
-size_t GPPIPCChannel::RemoveStrayNames() const
+// Locks and semaphores without a queue; the names of these queues. Nobody makes a queue meanwhile: that is
+// done under the directory's lock.
+std::set<GString> GPPIPCChannel::ListStrayNames() const
 {
-    size_t count = 0;
+    std::set<GString> names;
     for (const GString& rest : GSharedSegment::ListRests(mName + QLatin1Char('_'))) {
         const bool isPart = rest.endsWith(QLatin1String("_L")) || rest.endsWith(QLatin1String("_S"));
         const GString queue = mName + QLatin1Char('_') + rest.chopped(isPart ? 2 : 0);
-        if (!isPart || GSharedSegment::IsThere(queue))
-            continue;
-        GMessageQueue::Remove(queue);
-        ++count;
+        if (isPart && !GSharedSegment::IsThere(queue))
+            names.insert(queue);
     }
-    return count;
+    return names;
+}
+
+size_t GPPIPCChannel::CountStrayNames()
+{
+    const std::unique_ptr<GPPIPCDirectoryFile::Access> access = mDirectory.TryToEnter();
+    return ListStrayNames().size();
 }
 
 size_t GPPIPCChannel::Clean(bool withMessages)
@@ -315,7 +320,10 @@ size_t GPPIPCChannel::Clean(bool withMessages)
     AddUnlisted(&access->Get());
     const size_t before = access->Get().GetPairs().size();
     RemoveDeadPairs(&access->Get(), withMessages ? Removal::All : Removal::KeepMessages);
-    const size_t removed = before - access->Get().GetPairs().size() + RemoveStrayNames();
+    const std::set<GString> strayNames = ListStrayNames();
+    for (const GString& queue : strayNames)
+        GMessageQueue::Remove(queue);
+    const size_t removed = before - access->Get().GetPairs().size() + strayNames.size();
     mDirectory.Leave(std::move(access));
     return removed;
 }

@@ -10,6 +10,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -64,6 +65,10 @@ public:
     // Every receiver that is listed or has left a queue; none when there is no channel of the name.
     std::vector<GPPIPCReceiverInfo> Look();
 
+    // How many names Clean would remove that belong to no receiver of Look: locks and semaphores without a
+    // queue.
+    size_t CountStrayNames();
+
     // Removes what dead processes left, with the locks and semaphores that have no queue; messages for a
     // keeper only when told so. Gives the number of receivers and names that went.
     size_t Clean(bool withMessages);
@@ -101,7 +106,7 @@ private:
     };
 
     GPPIPCReceiverInfo Describe(const Pair& pair) const;
-    size_t RemoveStrayNames() const;
+    std::set<GString> ListStrayNames() const;
     GString GetQueueName(const Pair& pair) const;
     std::shared_ptr<GMessageQueue> GetQueue(const Pair& pair);
     std::unique_ptr<GMessageQueue> OpenQueue(const Pair& pair) const;

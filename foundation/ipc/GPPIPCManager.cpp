@@ -193,6 +193,14 @@ std::vector<GPPIPCReceiverInfo> GPPIPCManager::Look()
     return all;
 }
 
+size_t GPPIPCManager::CountStrayNames()
+{
+    size_t count = 0;
+    for (const std::shared_ptr<GPPIPCChannel>& channel : GetAllChannels())
+        count += channel->CountStrayNames();
+    return count;
+}
+
 size_t GPPIPCManager::Clean(bool withMessages)
 {
     size_t count = 0;

@@ -37,6 +37,7 @@ public:
 
     // What GPPIPCChannel's operations of these names give, for all places.
     std::vector<GPPIPCReceiverInfo> Look();
+    size_t CountStrayNames();
     size_t Clean(bool withMessages);
 
     // For another patience than 3 s, before threads share the manager.

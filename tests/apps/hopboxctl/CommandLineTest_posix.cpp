@@ -59,7 +59,8 @@ protected:
     // A Hopbox "Press" and the files that the examples name, whatever was there.
     void Prepare(bool withHopbox)
     {
-        QDir(GetPath("AppData")).removeRecursively();
+        for (const char* folder : {"AppData", "config"})
+            QDir(GetPath(folder)).removeRecursively();
         for (const char* name : {"Press.joboptions", "Coated.joboptions"})
             WriteFile(GetPath(name), "<< /CompatibilityLevel 1.4 >> setdistillerparams");
         for (const char* name : {"Report.pdf", "Package/Report.pdf", "Package/Links/a.png", "Links/b.png"})
@@ -121,8 +122,8 @@ TEST_F(CommandLine, EveryCommandHasHelpAndItsExamplesWork)
 TEST_F(CommandLine, OutputThatCannotBeWrittenIsAFailure)
 {
     for (const char* call : {"list", "list --json", "--help", "list --help", "--version", "--manual",
-                             "--completion bash", "origins --json"}) {
-        EXPECT_EQ(RunShell("hopboxctl "_q + QLatin1String(call) + " > /dev/full"_q), 1) << call;
+                             "--completion bash", "origins --json", "channel watch"}) {
+        EXPECT_EQ(RunShell("timeout 20 hopboxctl "_q + QLatin1String(call) + " > /dev/full"_q), 1) << call;
         EXPECT_EQ(mError, "hopboxctl: The output can't be written: No space left on device.\n");
     }
 }
@@ -194,6 +195,7 @@ TEST_F(CommandLine, QuestionsAreAskedOnTheTerminal)
         EXPECT_EQ(RunOnTerminal("hopboxctl zip extract made.zip out"_q, "skip"_q, test.answers), 1);
         EXPECT_EQ(mOutput.count("skip [a]ll"), test.questions) << test.answers << mOutput.constData();
         EXPECT_EQ(ReadTree(GetPath("out")).size(), test.files) << test.answers;
+        EXPECT_TRUE(mOutput.contains(" %  ") && mOutput.contains(" MB/s ")) << mOutput.constData();
     }
     QDir(GetPath("out")).removeRecursively();
     EXPECT_EQ(RunShell("setsid -w hopboxctl zip extract made.zip out --on-error ask"_q), 1);

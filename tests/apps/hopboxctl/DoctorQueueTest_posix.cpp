@@ -1,3 +1,4 @@
+#include "foundation/system/GSessionInfo.h"
 #include "hopbox/HopboxHandOff.h"
 #include "tests/support/PrinterProcessor.h"
 
@@ -20,6 +21,24 @@ TEST_F(CommandTest, DoctorSeesAQueueThatNobodyEmpties)
     EXPECT_EQ(Run({"doctor"_q, "--fix"_q, "--json"_q}), 1);
     EXPECT_EQ(GetResult().toArray().at(0)["kind"_q].toString(), "jobs-wait"_q);
     EXPECT_FALSE(GetResult().toArray().at(0)["canBeFixed"_q].toBool());
+}
+
+TEST_F(CommandTest, DoctorSeesNamesWithoutAQueue)
+{
+    const PrinterProcessor receiver(mSandbox, {});
+    const QString stray = GSessionInfo::GetObjectNamePrefix() + "201_PP_4711_1"_q;
+    WriteFile(stray + "_L"_q, "a lock");
+    WriteFile(stray + "_S"_q, "a semaphore");
+    EXPECT_EQ(Run({"doctor"_q}), 0);
+    EXPECT_TRUE(
+        mOutput.startsWith("note: Names are left of receivers that have ended, without a queue: 1.\n    "
+                           "hopboxctl channel clean\n"))
+        << mOutput.constData();
+    EXPECT_EQ(Run({"doctor"_q, "--fix"_q}), 0);
+    EXPECT_TRUE(mOutput.startsWith("mended: ")) << mOutput.constData();
+    EXPECT_FALSE(QFile::exists(stray + "_L"_q) || QFile::exists(stray + "_S"_q));
+    EXPECT_EQ(Run({"doctor"_q}), 0);
+    EXPECT_EQ(mOutput, "All is well.\n");
 }
 
 TEST_F(CommandTest, DoctorTellsWhatTheHostCanNotDo)

@@ -26,7 +26,6 @@ TEST_F(HopboxCommands, EveryCommandSaysWhatItDidByItsStatusAndMessage)
         {"list", 0, "You have no Hopbox yet. Make one with \"hopboxctl create\".\n", ""},
         {"list|--json", 0, "{\"errors\":[],\"ok\":true,\"result\":[],\"warnings\":[]}\n", ""},
         {"notify", 1, "", "No running Hopbox could be reached.\n"},
-        {"notify|--own", 1, "", "No running Hopbox could be reached.\n"},
         {"create|Press|--job-options|none", 1, "", "there is no file \"none\""},
         {"create|Press|--job-options|.", 1, "", "there is no file \".\""},
         {"create|Press|--job-options|a.joboptions|--icon|none", 1, "", "--icon: there is no file"},
@@ -66,6 +65,9 @@ TEST_F(HopboxCommands, EveryCommandSaysWhatItDidByItsStatusAndMessage)
         {"origins|--none", 0, "", ""},
         {"origins|--json", 0, "\"result\":[]", ""},
         {"delete|Press", 0, "", ""},
+        {"create|Own|--job-options|a.joboptions|--application|a.joboptions", 0, "\n", ""},
+        {"show|Own", 0, "a.joboptions\nContextFilePath", ""},
+        {"delete|Own", 0, "", ""},
         {"list", 0, "You have no Hopbox yet.", ""},
     };
     for (const auto& test : cases) {
@@ -291,6 +293,9 @@ TEST_F(HopboxCommands, SubmitTellsWhatBecameOfTheJobAtEachReceiver)
     };
     PrinterProcessor taking(mSandbox, {});
     EXPECT_TRUE(submit(taking, 0).value("sent"_q).toBool());
+    EXPECT_EQ(Run("notify"), 0);
+    EXPECT_EQ(taking.ReadLine().value("kind"_q).toInt(), 145);
+    EXPECT_EQ(taking.ReadLine().value("kind"_q).toInt(), 146);
     taking.Kill();
     const Sandbox other;
     PrinterProcessor stranger(other, {});

@@ -78,10 +78,29 @@ TEST_F(ReceiverCommandsTest, WhatCanNotStartIsRefused)
         {"receiver|install|Press"_list, 2, "--inbox"},
         {"receiver|install|Press|--inbox="_list, 2, "\"--inbox\" takes a folder, not \"\"."},
         {"receiver|install|Press|--inbox|in|--run|no-such"_list, 2, "\"--run\" takes a program, not"},
+        {"receiver|install|Press|--inbox|in|--mode|banana"_list, 2,
+         "takes rights such as 0640, not \"banana\""},
+        {"receiver|install|Press|--inbox|in|--attempts|2"_list, 2, "\"--attempts\" is for \"--run\"."},
     };
     for (const auto& test : cases) {
         EXPECT_EQ(Run(test.call), test.status) << test.error;
         EXPECT_TRUE(mError.contains(test.error)) << mError.constData();
     }
     EXPECT_EQ(GetStatus(), QList<bool>());
+}
+
+TEST_F(ReceiverCommandsTest, EachReceiverHasAnInboxOfItsOwn)
+{
+    ASSERT_EQ(Run({"create"_q, "Other"_q, "--job-options"_q, "a.joboptions"_q}), 0);
+    QDir().mkpath(GetPath("in"));
+    ASSERT_EQ(Install(), 0) << mError.constData();
+    for (const char* inbox : {"in", "./in/", "x/../in"}) {
+        EXPECT_EQ(
+            Run({"receiver"_q, "install"_q, "Other"_q, "--no-start"_q, "--inbox"_q, QLatin1String(inbox)}),
+            1);
+        EXPECT_TRUE(mError.contains("is the inbox of the receiver of \"Press\" already"))
+            << mError.constData();
+    }
+    EXPECT_EQ(Install(), 0) << "its own may be written anew: " << mError.constData();
+    EXPECT_EQ(GetStatus(), QList<bool>({false}));
 }

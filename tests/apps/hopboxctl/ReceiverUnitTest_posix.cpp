@@ -1,5 +1,6 @@
 #include "CommandFixture.h"
 
+#include <QRegularExpression>
 #include <QStandardPaths>
 
 namespace
@@ -38,7 +39,8 @@ TEST_F(ReceiverUnitTest, TheUnitIsOneThatTheSystemTakesWhateverTheNames)
 {
     const QString inbox = GetPath("in %h $HOME \"\\ \u65E5");
     ASSERT_EQ(Run({"receiver"_q, "install"_q, mName, "--inbox"_q, inbox, "--mode"_q, "0640"_q, "--run"_q,
-                   "cp"_q, "--run-argument"_q, "-t"_q, "--run-argument"_q, "; x"_q}),
+                   "cp"_q, "--run-argument"_q, "-t"_q, "--run-argument"_q, "; x"_q, "--retry"_q, "2"_q,
+                   "--attempts"_q, "3"_q}),
               0)
         << mError.constData();
     const QString file = GetPath("config/systemd/user/") + mUnit;
@@ -47,7 +49,8 @@ TEST_F(ReceiverUnitTest, TheUnitIsOneThatTheSystemTakesWhateverTheNames)
     const QString shown =
         QString(inbox).replace("\\"_q, "\\\\"_q).replace("%"_q, "%%"_q).replace("\""_q, "\\\""_q);
     const QString words =
-        "\"--hopbox\" \"%1\" \"--inbox\" \"%2\" \"--mode\" \"0640\" \"--run\" \"%3\" "
+        "\"--hopbox\" \"%1\" \"--inbox\" \"%2\" \"--mode\" \"0640\" \"--retry\" \"2\" \"--attempts\" \"3\" "
+        "\"--run\" \"%3\" "
         "\"--run-argument=-t\" \"--run-argument=; x\"\n"_q;
     EXPECT_TRUE(unit.contains(words.arg(mKey, shown, QStandardPaths::findExecutable("cp"_q)).toUtf8()))
         << unit.constData();
@@ -86,4 +89,38 @@ TEST_F(ReceiverUnitTest, WithoutAServiceManagerItStartsWithTheNextLogOn)
     qputenv("XDG_CONFIG_HOME", GetPath("blocked").toUtf8());
     EXPECT_EQ(Run({"receiver"_q, "install"_q, mName, "--inbox"_q, "in"_q}), 1);
     EXPECT_TRUE(mError.contains("can't be written")) << mError.constData();
+}
+
+TEST_F(ReceiverUnitTest, TheDoctorLooksAtWhatStartsWithTheLogOn)
+{
+    const QString inbox = GetPath("in % \"x\" \\");
+    const auto look = [this] {
+        Run({"doctor"_q, "--json"_q});
+        QStringList kinds;
+        for (const QJsonValue& finding : GetResult().toArray())
+            kinds.append(finding["kind"_q].toString());
+        return kinds.filter(QRegularExpression("^(inbox|start)-"_q));
+    };
+    ASSERT_EQ(Run({"receiver"_q, "install"_q, mName, "--inbox"_q, inbox, "--no-start"_q}), 0);
+    EXPECT_EQ(look(), QStringList());
+    WriteFile(inbox, "a file");
+    EXPECT_EQ(look(), QStringList("inbox-unusable"_q));
+    QFile::remove(inbox);
+    ASSERT_TRUE(QDir().mkpath(inbox) &&
+                QFile::setPermissions(inbox, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner |
+                                                 QFile::WriteGroup | QFile::WriteOther));
+    EXPECT_EQ(look(), QStringList("inbox-open"_q));
+    ASSERT_TRUE(QFile::setPermissions(
+        inbox, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::WriteGroup));
+    EXPECT_EQ(look(), QStringList()) << "a group may share it";
+
+    const QString file = GetPath("config/systemd/user/") + mUnit;
+    const QByteArray unit = ReadFile(file);
+    WriteFile(file, QByteArray(unit).replace("PrinterProcessorWin.exe", "gone"));
+    EXPECT_EQ(look(), QStringList("start-broken"_q));
+    WriteFile(file, QByteArray(unit).replace("MORVANE_ROOT=", "MORVANE_ROOT=/other"));
+    EXPECT_EQ(look(), QStringList()) << "it is another root's";
+    WriteFile(file, unit);
+    ASSERT_EQ(Run({"delete"_q, mName}), 0);
+    EXPECT_EQ(look(), QStringList("start-left"_q));
 }

@@ -38,6 +38,8 @@ TEST(ReceiverCallTest, AWrongCallIsNamedAndHelpIsGiven)
         {{"--inbox=in"_q, "--run="_q + program, "--retry=soon"_q}, 2, "", "not \"soon\"."},
         {{"--inbox=in"_q, "--run="_q + program, "--attempts=0"_q}, 2, "", "not \"0\"."},
         {"--hopbox="_list, 2, "", "\"--hopbox\" takes a name, not \"\"."},
+        {"--inbox=unmade|--check"_list, 0, "", ""},
+        {"--count|0|--check"_list, 2, "", "not \"0\"."},
         {"inbox"_list, 2, "", "Unexpected \"inbox\"."},
         {"--inbox=in|--timeout=0.01"_list, 0, "", "ready as process"},
         {"--count=1|--timeout=0.01"_list, 1, "", "ready as process"},
@@ -55,6 +57,7 @@ TEST(ReceiverCallTest, AWrongCallIsNamedAndHelpIsGiven)
             << output.toStdString() << error.toStdString();
     }
     EXPECT_TRUE(QFileInfo(sandbox.GetPath("in"_q)).isDir());
+    EXPECT_FALSE(QFileInfo::exists(sandbox.GetPath("unmade"_q)));
 }
 
 // It would take the key for a name, and no job ever.
