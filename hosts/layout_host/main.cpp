@@ -9,6 +9,7 @@
 #include "hosts/scribus/panels/HostTexts.h"
 #include "hosts/scribus/pdf/SettingsReport.h"
 #include "joboptions/JobOptions.h"
+#include "joboptions/JobOptionsRules.h"
 
 #include <QApplication>
 #include <QJsonDocument>
@@ -61,8 +62,9 @@ int ReportJobOptions(const QString& path)
 {
     JobOptions options;
     const GResult read = options.Read(path);
-    if (!read.HasSucceeded()) {
-        CliConsole::PrintError(read.GetReason());
+    const QString fault = read.HasSucceeded() ? JobOptionsRules::FindFault(options) : read.GetReason();
+    if (!fault.isEmpty()) {
+        CliConsole::PrintError(QStringLiteral("\"%1\" can't be used: %2.").arg(path, fault));
         return cCliFailed;
     }
     const QJsonObject report{{QStringLiteral("settings"), SettingsReport::Make(options)}};

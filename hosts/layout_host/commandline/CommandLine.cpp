@@ -36,7 +36,7 @@ const CliProgram cProgram = {
         "Says what an export can't do as the job options ask."}}}},
     {{"exit status",
       "  0  the export succeeded, or the window was closed\n"
-      "  1  it failed; the JSON object says why\n"
+      "  1  it failed; the JSON object or standard error says why\n"
       "  2  the call was wrong; standard error names the wrong word"},
      {"environment",
       "  HOPBOX_PLUGIN        the file of the plug-in\n"
@@ -61,6 +61,8 @@ QString FindFault(const CliCall& call)
     }
     if (call.Has("check-job-options") && (isExport || !call.GetArguments().isEmpty()))
         return QStringLiteral("\"--check-job-options\" stands alone.");
+    if (call.Has("check-job-options") && call.Get("check-job-options").isEmpty())
+        return QStringLiteral("\"--check-job-options\" takes a file, not \"\".");
     if (!isExport)
         return {};
     if (call.GetAll("export").size() + call.GetAll("export-book").size() > 1)

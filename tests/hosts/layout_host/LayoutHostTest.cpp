@@ -249,6 +249,9 @@ TEST_F(LayoutHost, RefusesACallThatIsNone)
         {"--export|a.sla|--hopbox|Press|--options|shut"_list, "\"--options\" can only be \"open\"."},
         {"--export|a.sla|--hopbox|Press|--timeout|0"_list, "takes seconds, from 1 to 86400, not \"0\"."},
         {"--export|a.sla|--hopbox|Press|--pages"_list, "\"--pages\" needs a value: --pages RANGE."},
+        {"--check-job-options="_list, "\"--check-job-options\" takes a file, not \"\"."},
+        {"--check-job-options|a|--export|a.sla|--hopbox|Press"_list, "\"--check-job-options\" stands alone."},
+        {"--check-job-options|a|a.sla"_list, "\"--check-job-options\" stands alone."},
         {"--export|a.sla|--hopbox|Press|--page"_list, "no option \"--page\". Did you mean \"--pages\"?"},
     };
     for (const auto& test : cases) {
@@ -258,10 +261,36 @@ TEST_F(LayoutHost, RefusesACallThatIsNone)
         const QByteArray error = program.GetError();
         EXPECT_TRUE(error.startsWith("layout-host: ") && error.contains(test.error)) << error.toStdString();
     }
-    for (const char* call : {"--help", "--version", "--manual"}) {
+    for (const char* call : {"--help", "--version", "--manual", "--completion=fish"}) {
         Program program(GetProgramPath("layout-host"), {QLatin1String(call)});
         EXPECT_EQ(program.GetStatus(), 0) << call;
         EXPECT_TRUE(program.GetOutput().contains("layout")) << call;
+    }
+}
+
+TEST_F(LayoutHost, TellsWhichJobOptionsItCanNotHonour)
+{
+    const QString file = mSandbox.GetPath("b.joboptions"_q);
+    const struct
+    {
+        const char *content, *output, *error;
+    } cases[] = {
+        {"<< /CompatibilityLevel 1.4 >> setdistillerparams", "\"settings\": [\n    ]", ""},
+        {"<< /OPM 0 >> setdistillerparams", "\"key\": \"OPM\"", ""},
+        {"<< /CompatibilityLevel (x) >> setdistillerparams", "", "\"CompatibilityLevel\" takes a number"},
+        {"Dear printer,", "", "line 1, column 1"},
+        {nullptr, "", "No such file or directory"},
+    };
+    for (const auto& test : cases) {
+        EXPECT_TRUE(test.content == nullptr ? QFile::remove(file) : WriteFile(file, test.content));
+        Program program(GetProgramPath("layout-host"), {"--check-job-options"_q, file});
+        EXPECT_EQ(program.GetStatus(), *test.error == '\0' ? 0 : 1);
+        EXPECT_TRUE(program.GetOutput().contains(test.output)) << test.output;
+        const QByteArray error = program.GetError();
+        EXPECT_TRUE(error.contains(test.error) && (*test.error == '\0') == error.isEmpty())
+            << error.toStdString();
+        EXPECT_TRUE(error.isEmpty() ||
+                    error.startsWith("layout-host: \"" + file.toUtf8() + "\" can't be used: "));
     }
 }
 
