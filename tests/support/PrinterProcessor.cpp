@@ -22,7 +22,10 @@ PrinterProcessor::PrinterProcessor(const Sandbox& sandbox, const QStringList& ar
         EXPECT_TRUE(reader->waitForFinished());
     }
     mProcess.setReadChannel(QProcess::StandardError);
-    const QByteArray line = ChildProcess::ReadLine();
+    QByteArray line;
+    do  // the command of a job that a start before has left may say something first
+        line = ChildProcess::ReadLine();
+    while (!line.isEmpty() && !line.contains("ready as process "));
     mProcess.setReadChannel(QProcess::StandardOutput);
     EXPECT_TRUE(line.contains("ready as process ")) << line.toStdString();
     mProcessID = line.mid(line.lastIndexOf(' ') + 1).toUInt();
