@@ -1,19 +1,16 @@
 #include "export/dialog/PageRangeEdit.h"
 
 #include "export/DocumentSource.h"
-#include "foundation/trace/GTrace.h"
+#include "plugin/host/HostFault.h"
 
 #include <QRegularExpressionValidator>
 
 // Also when the host can't tell: the export says so then.
 static bool NamesPages(const QString& range)
 {
-    try {
-        return DocumentSource::HasPages(range).value_or(true);
-    } catch (const std::exception& error) {
-        GTrace::Error(QStringLiteral("PageRangeEdit"), QString::fromUtf8(error.what()));
-        return true;
-    }
+    bool namesPages = true;
+    HostFault::Contain("PageRangeEdit", [&] { namesPages = DocumentSource::HasPages(range).value_or(true); });
+    return namesPages;
 }
 
 // As much of a long range as a line of the dialog holds.

@@ -287,7 +287,7 @@ TEST_F(DialogTest, APageRangeNamesPagesOrKeepsOKFromBeingPressed)
         EXPECT_EQ(ok->isEnabled(), *entry.complaint == '\0') << entry.pasted;
         EXPECT_EQ(GetMessage(), QString::fromLatin1(entry.complaint));
     }
-    for (const HostAnswer answer : {HostAnswer::Absent, HostAnswer::Raises}) {
+    for (const HostAnswer answer : {HostAnswer::Absent, HostAnswer::Raises, HostAnswer::RaisesNumber}) {
         party.host.Make(HostOperation::QueryPageList, answer);
         range->setText("1"_q);
         range->setText("14"_q);

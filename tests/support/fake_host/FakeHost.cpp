@@ -131,9 +131,16 @@ HostAnswer FakeHost::Note(bool canFail)
     const bool isNone = mCallsLeft == std::numeric_limits<int>::max();
     if (isNone || (mDisturbance == HostAnswer::Fails && !canFail) || --mCallsLeft != 0)
         return HostAnswer::Works;
-    if (mDisturbance == HostAnswer::Raises)
+    return Answer(mDisturbance);
+}
+
+HostAnswer FakeHost::Answer(HostAnswer answer)
+{
+    if (answer == HostAnswer::Raises)
         throw std::runtime_error("Raised by the host");
-    return mDisturbance;
+    if (answer == HostAnswer::RaisesNumber)
+        throw 4711;
+    return answer;
 }
 
 int32_t FakeHost::Give(int32_t number)
@@ -165,12 +172,14 @@ ErrorCode FakeHost::AskForCode(HostOperation operation)
 HostAnswer FakeHost::Ask(HostOperation operation)
 {
     mAsked.push_back(operation);
+    if (onAsk)
+        onAsk(operation);
     if (const HostAnswer disturbed = Note(true); disturbed != HostAnswer::Works)
         return disturbed;
     const auto order = mOrders.find(operation);
     const auto calls = std::count(mAsked.begin(), mAsked.end(), operation);
     const bool isOrdered = order != mOrders.end() && calls >= order->second.fromCall;
-    return isOrdered ? order->second.answer : HostAnswer::Works;
+    return isOrdered ? Answer(order->second.answer) : HostAnswer::Works;
 }
 
 void FakeHost::SetCancelObserver(ICancelObserver* observer)

@@ -43,6 +43,9 @@ public:
     // Runs when a command has made a PDF or a package, before it reports success; for a host that lies.
     std::function<void(const QString& path)> onMade;
 
+    // Runs when an operation is asked for, before it answers.
+    std::function<void(HostOperation)> onAsk;
+
     // From the call of that number on, counted from 1, the operation answers like this.
     void Make(HostOperation operation, HostAnswer answer, int fromCall = 1);
 
@@ -87,6 +90,9 @@ public:
     void NoteRelease(const QString& name) { mUnreleased.removeOne(name); }
 
 private:
+    // The answer itself, unless it is one that raises.
+    static HostAnswer Answer(HostAnswer answer);
+
     struct Order
     {
         HostAnswer answer;

@@ -34,10 +34,11 @@ enum class HostOperation
 enum class HostAnswer
 {
     Works,
-    Absent,   // gives nothing: an empty handle, file or number
-    Fails,    // gives an error
-    Raises,   // against the interface's rule
-    Nonsense  // gives a count, text, number or error that no host has
+    Absent,        // gives nothing: an empty handle, file or number
+    Fails,         // gives an error
+    Raises,        // against the interface's rule
+    RaisesNumber,  // the same, something that is no exception
+    Nonsense       // gives a count, text, number or error that no host has
 };
 
 struct HostOperationInfo
