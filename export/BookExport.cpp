@@ -76,8 +76,10 @@ bool BookExport::RunExport()
         command ? command->QueryBookExportData() : HostPtr<IBookExportData>();
     if (!data)
         return Fail(PlugInMessage::cPDFExportCommandNotFound);
-    data->SetBook(*mBook);
-    data->SetDocuments(*mContent);
-    data->SetOutputFile(file);
-    return WritePDF(*command) || Fail(PlugInMessage::cPDFExportCommandNotFound);
+    return CallHost(PlugInMessage::cPDFExportCommandNotFound, [&] {
+        data->SetBook(*mBook);
+        data->SetDocuments(*mContent);
+        data->SetOutputFile(file);
+        return WritePDF(*command) || Fail(PlugInMessage::cPDFExportCommandNotFound);
+    });
 }

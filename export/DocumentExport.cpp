@@ -73,8 +73,11 @@ bool DocumentExport::SaveDocument()
 
 bool DocumentExport::SetOutputFile()
 {
-    mFileData->SetFile(ReservePDF(DocumentSource::GetOutputName(*mDocument)));
-    return true;
+    const IDFile file = ReservePDF(DocumentSource::GetOutputName(*mDocument));
+    return CallHost(PlugInMessage::cFileDataNotFound, [&] {
+        mFileData->SetFile(file);
+        return true;
+    });
 }
 
 bool DocumentExport::SetPages()
@@ -85,9 +88,11 @@ bool DocumentExport::SetPages()
     const HostPtr<IOutputPages> output = mCommand->QueryOutputPages();
     if (!output)
         return Fail(PlugInMessage::cPDFExportFailed);
-    output->SetPages(pages, GetPreferences().GetReaderSpreads() == cReaderSpreadsOn);
-    output->SetName(mDocument->GetName());
-    return true;
+    return CallHost(PlugInMessage::cPDFExportFailed, [&] {
+        output->SetPages(pages, GetPreferences().GetReaderSpreads() == cReaderSpreadsOn);
+        output->SetName(mDocument->GetName());
+        return true;
+    });
 }
 
 bool DocumentExport::CheckFonts()

@@ -35,6 +35,8 @@ bool DocumentPackage::WriteReport()
     const HostPtr<IPackageReportCommand> report = mObjectModel->CreatePackageReportCommand();
     if (!report)
         return Fail(PlugInMessage::cReportCommandNotFound);
-    return report->CreateReport(*mCommand) == IPackageReportCommand::cReportWritten ||
-           Fail(PlugInMessage::cReportFailed);
+    return CallHost(PlugInMessage::cReportCommandNotFound, [&] {
+        return report->CreateReport(*mCommand) == IPackageReportCommand::cReportWritten ||
+               Fail(PlugInMessage::cReportFailed);
+    });
 }

@@ -2,6 +2,7 @@
 
 #include "export/ResultList.h"
 #include "export/WorkFolder.h"
+#include "plugin/host/HostFault.h"
 #include "plugin/messages/ErrorText.h"
 
 ExportStep::~ExportStep() = default;
@@ -15,6 +16,15 @@ bool ExportStep::FailWith(const GString& text)
 {
     mErrorText = text;
     return false;
+}
+
+bool ExportStep::CallHost(uint32_t missing, const std::function<bool()>& calls)
+{
+    try {
+        return calls();
+    } catch (const HostFault::NotSupported&) {
+        return Fail(missing);
+    }
 }
 
 IDFile ExportStep::ReserveOutput(const GString& name, ReservedOutput::Kind kind)

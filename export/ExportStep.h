@@ -3,6 +3,7 @@
 #include "export/ReservedOutput.h"
 #include "plugin/host/IDFile.h"
 
+#include <functional>
 #include <optional>
 
 // One step of an export, which the host does with a command: what it makes in a folder, and why it failed. A
@@ -32,6 +33,10 @@ protected:
 
     // Gives false, with an error text as it stands.
     bool FailWith(const GString& text);
+
+    // Runs calls of the host's that give whether they have succeeded. What the host turns out not to have is
+    // the failure of a code.
+    bool CallHost(uint32_t missing, const std::function<bool()>& calls);
 
     // Reserves what the step makes, in the folder. It goes with the step unless it is kept.
     IDFile ReserveOutput(const GString& name, ReservedOutput::Kind kind);

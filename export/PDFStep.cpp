@@ -20,10 +20,12 @@ bool PDFStep::ApplyJobOptions(ICommand& command)
     mJobOptions.emplace(mProperties.jobOptions);
     if (!mJobOptions->IsPlaced())
         return FailWith(mJobOptions->GetError());
-    if (mPreferences->ReadJobOptions(IDFile(mJobOptions->GetPathName())) != cSuccess)
-        return Fail(PlugInMessage::cJobOptionsUnreadable);
-    ApplyOutputSettings(mProperties.outputSettings, *mPreferences);
-    return true;
+    return CallHost(PlugInMessage::cPDFPreferencesNotFound, [this] {
+        if (mPreferences->ReadJobOptions(IDFile(mJobOptions->GetPathName())) != cSuccess)
+            return Fail(PlugInMessage::cJobOptionsUnreadable);
+        ApplyOutputSettings(mProperties.outputSettings, *mPreferences);
+        return true;
+    });
 }
 
 bool PDFStep::CheckMissingFonts(int count, const GString& detail)

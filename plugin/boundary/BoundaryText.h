@@ -80,17 +80,18 @@ GString Read(const hopbox_text* text);
 // Puts a text into the other side's sink; nothing where there is none.
 void Put(const hopbox_sink* sink, const GString& text);
 
-// A copy of the other side's table in the form that is known here: what its size does not reach is null.
-// Nothing of the table but its size and version is looked at before. False for a table that is none or of
-// another version.
+// A copy of the other side's table in the form that is known here: what its size does not reach is null, and
+// so is a function of which it reaches a part. Nothing of the table but its size and version is looked at
+// before. False for a table that is none or of another version.
 template <class Table>
 bool Copy(const Table* source, Table& copy)
 {
     copy = Table();
-    if (source == nullptr || source->size < offsetof(Table, version) + sizeof source->version ||
-        source->version != HOPBOX_VERSION)
+    constexpr size_t cHead = offsetof(Table, version) + sizeof source->version;
+    if (source == nullptr || source->size < cHead || source->version != HOPBOX_VERSION)
         return false;
-    std::memcpy(&copy, source, std::min<size_t>(source->size, sizeof copy));
+    const size_t functions = (std::min<size_t>(source->size, sizeof copy) - cHead) / sizeof(void*);
+    std::memcpy(&copy, source, cHead + functions * sizeof(void*));
     return true;
 }
 }  // namespace Boundary

@@ -166,13 +166,14 @@ int32_t FindOpenDocument(void* host, const hopbox_text* path, hopbox_handle* doc
 
 int32_t OpenDocument(void* host, const hopbox_text* path, hopbox_handle* document)
 {
-    return Guard(host, [&](HostTable& table) {
+    return GuardCommand(host, [&](HostTable& table, const CancelWatch& watch) {
         const auto utils = table.GetServices().QueryDocumentUtils();
         HostPtr<IDocument> opened;
         const ErrorCode result = utils ? utils->OpenDocument(ReadFile(path), opened) : cFailure;
-        if (result != cSuccess && opened)
+        const bool isGiven = result == cSuccess && !watch.IsCancelled();
+        if (!isGiven && opened)
             utils->CloseDocument(*opened, CloseFlags());
-        return result == cSuccess ? GiveObject(table, &Object::document, opened, document) : HOPBOX_FAILED;
+        return isGiven ? GiveObject(table, &Object::document, opened, document) : HOPBOX_FAILED;
     });
 }
 
@@ -187,7 +188,7 @@ int32_t CloseDocument(void* host, hopbox_handle document)
 
 int32_t SaveDocument(void* host, hopbox_handle document)
 {
-    return Guard(host, [&](HostTable& table) {
+    return GuardCommand(host, [&](HostTable& table, const CancelWatch&) {
         const auto utils = table.GetServices().QueryDocumentUtils();
         return ToResult(utils ? utils->SaveDocument(table.Get(document, &Object::document)) : cFailure);
     });

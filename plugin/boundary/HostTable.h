@@ -7,8 +7,9 @@
 
 // The table of a host that is written in the classes of plugin/host, for the module at the other side of the
 // boundary. Keeps the objects behind the handles that it has given out; a handle that it has not, or of
-// another kind, is a failure. What the host raises is logged and becomes HOPBOX_FAILED; a command during
-// which the user has cancelled gives HOPBOX_CANCELLED, whatever else it gave. For the host's main thread.
+// another kind, is a failure. What the host raises is logged and becomes HOPBOX_FAILED; a command, an opening
+// or a saving during which the user has cancelled gives HOPBOX_CANCELLED, whatever else it gave. For the
+// host's main thread.
 class HostTable
 {
 public:

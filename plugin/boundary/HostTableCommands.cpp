@@ -7,27 +7,6 @@ namespace
 {
 using Object = HostTable::Object;
 
-// Told of the user's cancelling while a command runs.
-class CancelWatch final : private ICancelObserver
-{
-public:
-    explicit CancelWatch(IHostServices& services) : mServices(services) { mServices.SetCancelObserver(this); }
-    ~CancelWatch()
-    {
-        HostFault::Contain("HostTable", [this] { mServices.SetCancelObserver(nullptr); });
-    }
-    CancelWatch(const CancelWatch&) = delete;
-    CancelWatch& operator=(const CancelWatch&) = delete;
-
-    bool IsCancelled() const { return mIsCancelled; }
-
-private:
-    void OnCommandCancelled() override { mIsCancelled = true; }
-
-    IHostServices& mServices;
-    bool mIsCancelled = false;
-};
-
 ClassID GetClass(int32_t kind)
 {
     switch (kind) {
@@ -186,8 +165,10 @@ int32_t SetBook(void* host, hopbox_handle command, hopbox_handle book)
             return HOPBOX_OK;
         }
         const auto data = table.Get(command, &Object::command).QueryBookExportData();
+        if (!data)
+            return HOPBOX_UNSUPPORTED;
         const auto content = source.QueryContent();
-        if (!data || !content)
+        if (!content)
             return HOPBOX_FAILED;
         data->SetBook(source);
         data->SetDocuments(*content);
@@ -208,19 +189,17 @@ int32_t SetPackageSetting(void* host, hopbox_handle command, int32_t setting, in
 
 int32_t RunCommand(void* host, hopbox_handle command)
 {
-    return Guard(host, [&](HostTable& table) {
-        const CancelWatch watch(table.GetServices());
+    return GuardCommand(host, [&](HostTable& table, const CancelWatch&) {
         IPackageCommand* package = table.Get(command).GetPackage();
-        const ErrorCode result =
-            package != nullptr ? package->Execute()
-                               : table.GetServices().ProcessCommand(table.Get(command, &Object::command));
-        return watch.IsCancelled() ? HOPBOX_CANCELLED : ToResult(result);
+        return ToResult(package != nullptr
+                            ? package->Execute()
+                            : table.GetServices().ProcessCommand(table.Get(command, &Object::command)));
     });
 }
 
 int32_t WriteReport(void* host, hopbox_handle package)
 {
-    return Guard(host, [&](HostTable& table) {
+    return GuardCommand(host, [&](HostTable& table, const CancelWatch&) {
         const IDocumentPackageCommand& command = table.Get(package, &Object::documentPackage);
         const auto model = table.GetServices().QueryObjectModel();
         const auto report = model ? model->CreatePackageReportCommand() : HostPtr<IPackageReportCommand>();

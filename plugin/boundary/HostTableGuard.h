@@ -13,6 +13,39 @@ int32_t Guard(void* host, const Body& body) noexcept
     return result;
 }
 
+// Told of the user's cancelling while an operation runs.
+class CancelWatch final : private ICancelObserver
+{
+public:
+    explicit CancelWatch(IHostServices& services) : mServices(services) { mServices.SetCancelObserver(this); }
+    ~CancelWatch()
+    {
+        HostFault::Contain("HostTable", [this] { mServices.SetCancelObserver(nullptr); });
+    }
+    CancelWatch(const CancelWatch&) = delete;
+    CancelWatch& operator=(const CancelWatch&) = delete;
+
+    bool IsCancelled() const { return mIsCancelled; }
+
+private:
+    void OnCommandCancelled() override { mIsCancelled = true; }
+
+    IHostServices& mServices;
+    bool mIsCancelled = false;
+};
+
+// The frame of a function that runs a command of the host's, or may: HOPBOX_CANCELLED where the user has
+// cancelled meanwhile, whatever else it gave.
+template <class Body>
+int32_t GuardCommand(void* host, const Body& body) noexcept
+{
+    return Guard(host, [&](HostTable& table) {
+        const CancelWatch watch(table.GetServices());
+        const int32_t result = body(table, watch);
+        return watch.IsCancelled() ? int32_t(HOPBOX_CANCELLED) : result;
+    });
+}
+
 inline hopbox_result ToResult(ErrorCode code)
 {
     return code == cSuccess ? HOPBOX_OK : HOPBOX_FAILED;

@@ -21,7 +21,7 @@ public:
     ErrorCode ReadJobOptions(const IDFile& file) override
     {
         const Boundary::PassedText path(FileUtils::SysFileToPMString(file).GetString());
-        return Call(&Table::read_job_options, &path.Get());
+        return CheckIsSupported(Call(&Table::read_job_options, &path.Get()));
     }
 
     void SetSwitch(PDFSwitch setting, bool isOn) override
@@ -109,8 +109,7 @@ public:
 
     HostPtr<IPDFExportPreferences> QueryPDFExportPreferences() override
     {
-        return Give<Preferences, IPDFExportPreferences>(mKind != HOPBOX_EXPORT_BOOK &&
-                                                        mHost.Has(&Table::read_job_options));
+        return Give<Preferences, IPDFExportPreferences>(mKind != HOPBOX_EXPORT_BOOK);
     }
     HostPtr<ISystemFileData> QuerySystemFileData() override
     {
@@ -177,7 +176,7 @@ public:
     int32_t CreateReport(const IDocumentPackageCommand& package) override
     {
         const hopbox_handle handle = static_cast<const DocumentPackage&>(package).GetHandle();
-        return mHost.Call(&Table::write_report, handle) == HOPBOX_OK ? cReportWritten : 0;
+        return CheckIsSupported(mHost.Call(&Table::write_report, handle)) == HOPBOX_OK ? cReportWritten : 0;
     }
 };
 

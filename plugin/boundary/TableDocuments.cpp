@@ -121,8 +121,10 @@ public:
     ErrorCode OpenDocument(const IDFile& file, HostPtr<IDocument>& document) override
     {
         const Boundary::PassedText path(FileUtils::SysFileToPMString(file).GetString());
-        document = TakeObject<Document, IDocument>(mHost, &Table::open_document, &path.Get());
-        return document ? cSuccess : cFailure;
+        hopbox_handle handle = 0;
+        const int32_t result = mHost.Call(&Table::open_document, &path.Get(), &handle);
+        document = TakeHandle<Document, IDocument>(mHost, result, handle);
+        return result == HOPBOX_OK || result == HOPBOX_NONE ? cSuccess : cFailure;
     }
 
     ErrorCode CloseDocument(IDocument& document, const CloseFlags&) override
@@ -131,23 +133,24 @@ public:
     }
 };
 
+// The host counted when it was asked for the content.
 class Content final : public TableObject<IBookContent>
 {
 public:
-    using TableObject::TableObject;
-
-    // A book whose documents are not known must not pass for an empty one.
-    int32_t GetDocumentCount() const override
+    Content(const TableHost& host, const TableHandlePtr& book, int32_t count)
+        : TableObject(host, book), mCount(count)
     {
-        int32_t count = 0;
-        Require(&Table::get_book_document_count, &count);
-        return count;
     }
+
+    int32_t GetDocumentCount() const override { return mCount; }
 
     IDFile GetNthDocumentFile(int32_t index) const override
     {
         return MakeFile(TakeText(&Table::get_book_document_file, index));
     }
+
+private:
+    int32_t mCount;
 };
 
 class Book final : public TableObject<IBook>
@@ -159,9 +162,17 @@ public:
     PMString GetName() const override { return PMString::Untranslated(TakeText(&Table::get_book_name)); }
     bool IsModified() const override { return Ask(&Table::is_book_modified, false, true); }
     ErrorCode Save() override { return Call(&Table::save_book); }
+
+    // A book whose documents are not known must not pass for an empty one.
     HostPtr<IBookContent> QueryContent() const override
     {
-        return MakeTableObject<Content, IBookContent>(mHost, mHandle);
+        int32_t count = 0;
+        const int32_t result = Call(&Table::get_book_document_count, &count);
+        if (result == HOPBOX_NONE || result == HOPBOX_UNSUPPORTED)
+            return {};
+        if (result != HOPBOX_OK)
+            throw std::runtime_error("The host does not tell a book's documents.");
+        return MakeTableObject<Content, IBookContent>(mHost, mHandle, count);
     }
 };
 

@@ -122,10 +122,7 @@ void TableHost::EndModal(ModalToken token) const
 
 ErrorCode TableHost::Run(hopbox_handle command) const
 {
-    const int32_t result = Call(&Table::run_command, command);
-    if (result == HOPBOX_CANCELLED && mCancelObserver != nullptr)
-        mCancelObserver->OnCommandCancelled();
-    return result == HOPBOX_OK ? cSuccess : cFailure;
+    return Call(&Table::run_command, command) == HOPBOX_OK ? cSuccess : cFailure;
 }
 
 HostPtr<ISession> TableHost::QuerySession()

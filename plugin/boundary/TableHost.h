@@ -16,15 +16,19 @@ public:
     TableHost(const TableHost&) = delete;
     TableHost& operator=(const TableHost&) = delete;
 
-    // Calls an operation; HOPBOX_UNSUPPORTED where the table has none, HOPBOX_WRONG_THREAD on a thread that
-    // is not the one of this object's making.
+    // Calls an operation, and tells the observer when the user has cancelled during it. HOPBOX_UNSUPPORTED
+    // where the table has none, HOPBOX_WRONG_THREAD on a thread that is not the one of this object's making.
     template <class... Parameters, class... Arguments>
     int32_t Call(int32_t (*hopbox_host_table::*operation)(void*, Parameters...), Arguments... arguments) const
     {
         if (mThread != std::this_thread::get_id())
             return HOPBOX_WRONG_THREAD;
-        return mTable.*operation == nullptr ? int32_t(HOPBOX_UNSUPPORTED)
-                                            : (mTable.*operation)(mHost, arguments...);
+        if (mTable.*operation == nullptr)
+            return HOPBOX_UNSUPPORTED;
+        const int32_t result = (mTable.*operation)(mHost, arguments...);
+        if (result == HOPBOX_CANCELLED && mCancelObserver != nullptr)
+            mCancelObserver->OnCommandCancelled();
+        return result;
     }
 
     void Release(hopbox_handle handle) const noexcept;
@@ -36,7 +40,7 @@ public:
         return mTable.*operation != nullptr;
     }
 
-    // Runs a command to its end, and tells the observer when the user has cancelled.
+    // Runs a command to its end.
     ErrorCode Run(hopbox_handle command) const;
 
     int32_t GetVersion() const override { return cVersion; }

@@ -2,9 +2,9 @@
 
 #include "plugin/boundary/BoundaryText.h"
 #include "plugin/boundary/TableHost.h"
+#include "plugin/host/HostFault.h"
 
 #include <memory>
-#include <stdexcept>
 
 // A handle of the host's, given back with the last of the objects that share it.
 class TableHandle
@@ -22,6 +22,14 @@ private:
     hopbox_handle mHandle;
 };
 using TableHandlePtr = std::shared_ptr<const TableHandle>;
+
+// The result of an operation without which the step makes no sense; raises where the host has none such.
+inline int32_t CheckIsSupported(int32_t result)
+{
+    if (result == HOPBOX_UNSUPPORTED)
+        throw HostFault::NotSupported("The host does not do what its command needs.");
+    return result;
+}
 
 // An object of the plug-in's interface that stands for a handle of the host's, or for the host itself.
 template <class Interface>
@@ -53,11 +61,11 @@ protected:
         return mHost.Call(operation, GetHandle(), arguments...);
     }
 
-    // The same for an operation without which the step makes no sense.
+    // The same for an operation that must not fail.
     template <class Operation, class... Arguments>
     void Require(Operation operation, Arguments... arguments) const
     {
-        if (Call(operation, arguments...) != HOPBOX_OK)
+        if (CheckIsSupported(Call(operation, arguments...)) != HOPBOX_OK)
             throw std::runtime_error("The host does not do what its command needs.");
     }
 
@@ -103,12 +111,20 @@ HostPtr<Interface> MakeTableObject(Arguments&&... arguments)
     return HostPtr<Interface>::Adopt(new Object(std::forward<Arguments>(arguments)...));
 }
 
-// The object for a handle that an operation gives last; empty when it gives none.
+// The object for a handle that an operation has given; empty when it has given none.
+template <class Object, class Interface>
+HostPtr<Interface> TakeHandle(const TableHost& host, int32_t result, hopbox_handle handle)
+{
+    if (result != HOPBOX_OK || handle == 0)
+        return {};
+    return MakeTableObject<Object, Interface>(host, std::make_shared<const TableHandle>(host, handle));
+}
+
+// The same for an operation that gives it last.
 template <class Object, class Interface, class Operation, class... Arguments>
 HostPtr<Interface> TakeObject(const TableHost& host, Operation operation, Arguments... arguments)
 {
     hopbox_handle handle = 0;
-    if (host.Call(operation, arguments..., &handle) != HOPBOX_OK || handle == 0)
-        return {};
-    return MakeTableObject<Object, Interface>(host, std::make_shared<const TableHandle>(host, handle));
+    const int32_t result = host.Call(operation, arguments..., &handle);
+    return TakeHandle<Object, Interface>(host, result, handle);
 }

@@ -3,7 +3,6 @@
 #include "foundation/core/GException.h"
 #include "foundation/trace/GTrace.h"
 
-#include <stdexcept>
 #include <string>
 
 GString HostFault::Describe()

@@ -4,10 +4,19 @@
 
 #include <cstdint>
 #include <functional>
+#include <stdexcept>
 
 // What a host raises although no call of its may: it goes to the log and becomes a failure of the plug-in's.
 namespace HostFault
 {
+// Raised by an object of the host's for an operation that the host turns out not to have: not every host can
+// tell before it is asked to do it.
+class NotSupported : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
 // The words of what is being handled, for use in a catch clause; of no particular language. A text of its own
 // for what is no exception.
 GString Describe();

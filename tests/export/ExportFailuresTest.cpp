@@ -131,9 +131,15 @@ std::vector<Row> CompleteRows()
 
 TEST_F(ExportFailuresTest, EachHostOperationThatIsAbsentOrFailsEndsTheExportWithItsAlert)
 {
-    for (const ExportKind kind : {ExportKind::Document, ExportKind::Book}) {
-        const auto run = [&](ExportParty& party, const Row& row) {
+    const std::pair<ExportKind, bool> ways[] = {{ExportKind::Document, false},
+                                                {ExportKind::Book, false},
+                                                {ExportKind::Document, true},
+                                                {ExportKind::Book, true}};
+    for (const auto& [kind, isAtBoundary] : ways) {
+        const auto run = [&, isAtBoundary = isAtBoundary](ExportParty& party, const Row& row) {
             GFileSystemBase::TryToRemoveFolder(GetTemporary());
+            if (isAtBoundary)
+                party.UseBoundary();
             party.host.documents.front().isSaved = false;
             party.host.books.front().isModified = true;
             party.host.Make(row.operation, row.answer, row.fromCall);
@@ -146,7 +152,8 @@ TEST_F(ExportFailuresTest, EachHostOperationThatIsAbsentOrFailsEndsTheExportWith
             asked = party.host.GetAsked();
         }
         for (const Row& row : CompleteRows()) {
-            SCOPED_TRACE(GetName(row.operation).toStdString() + " from call " + std::to_string(row.fromCall));
+            SCOPED_TRACE(testing::Message() << GetName(row.operation).toStdString() << " from call "
+                                            << row.fromCall << (isAtBoundary ? " at the boundary" : ""));
             const char* const text = kind == ExportKind::Document ? row.document : row.book;
             if (text == cGoesOn && std::count(asked.begin(), asked.end(), row.operation) == 0)
                 continue;
@@ -186,12 +193,12 @@ TEST_F(ExportFailuresTest, AnyOneCallOfTheHostMayFailRaiseOrAnswerNonsense)
                  {ExportKind::Book, HostAnswer::Nonsense, most, false, 32},
                  {ExportKind::Book, HostAnswer::Nonsense, -1, false, 28},
                  {ExportKind::Document, HostAnswer::Fails, 0, true, 3},
-                 {ExportKind::Document, HostAnswer::Raises, 0, true, 7},
-                 {ExportKind::Document, HostAnswer::Nonsense, most, true, 28},
+                 {ExportKind::Document, HostAnswer::Raises, 0, true, 9},
+                 {ExportKind::Document, HostAnswer::Nonsense, most, true, 32},
                  {ExportKind::Book, HostAnswer::Fails, 0, true, 13},
-                 {ExportKind::Book, HostAnswer::Raises, 0, true, 14},
-                 {ExportKind::Book, HostAnswer::Nonsense, most, true, 41},
-                 {ExportKind::Book, HostAnswer::Nonsense, -1, true, 37}};
+                 {ExportKind::Book, HostAnswer::Raises, 0, true, 16},
+                 {ExportKind::Book, HostAnswer::Nonsense, most, true, 45},
+                 {ExportKind::Book, HostAnswer::Nonsense, -1, true, 41}};
     for (const auto& row : cases) {
         ExportParty party(row.kind);
         if (row.isAtBoundary)
@@ -220,6 +227,37 @@ TEST_F(ExportFailuresTest, AnyOneCallOfTheHostMayFailRaiseOrAnswerNonsense)
         }
         EXPECT_GT(call, 20);
         EXPECT_EQ(goneOn, row.goesOn) << int(row.kind) << int(row.answer) << row.nonsense << row.isAtBoundary;
+    }
+}
+
+// The host shows its progress in more than the commands: opening and saving may take one, too.
+TEST_F(ExportFailuresTest, WhatTheUserCancelsEndsWithoutAnAlertInWhicheverOperation)
+{
+    const std::pair<ExportKind, Op> cases[] = {{ExportKind::Document, Op::SaveDocument},
+                                               {ExportKind::Document, Op::CreateReport},
+                                               {ExportKind::Book, Op::OpenDocument}};
+    for (const auto& [kind, cancelled] : cases) {
+        // At the boundary what was cancelled has failed, even where all of it was done.
+        for (const auto& [isAtBoundary, answer] :
+             {std::pair(false, HostAnswer::Fails), {true, HostAnswer::Fails}, {true, HostAnswer::Works}}) {
+            SCOPED_TRACE(testing::Message()
+                         << GetName(cancelled).toStdString() << isAtBoundary << int(answer));
+            GFileSystemBase::TryToRemoveFolder(GetTemporary());
+            ExportParty party(kind);
+            if (isAtBoundary)
+                party.UseBoundary();
+            party.host.documents.front().isSaved = false;
+            party.host.Make(cancelled, answer);
+            party.host.onAsk = [&, op = cancelled](Op asked) {
+                if (asked == op)
+                    party.host.CancelByUser();
+            };
+            party.Export(key);
+            EXPECT_EQ(party.alerts, QStringList());
+            EXPECT_EQ(party.action.GetPackagePath().IsEmpty(), cancelled != Op::CreateReport);
+            CheckWhatIsLeft(party);
+            CheckDocumentsAreAsTheyWere(party);
+        }
     }
 }
 

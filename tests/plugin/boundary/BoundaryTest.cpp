@@ -99,13 +99,22 @@ TEST_F(Lies, EndInAnErrorOfTheExport)
         {"cancelled",
          [](Table& table) { table.run_command = [](void*, Handle) -> int32_t { return HOPBOX_CANCELLED; }; },
          "-"_q},
-        {"no output", [](Table& table) { table.set_output = nullptr; },
+        {"no output, which comes before the document",
+         [](Table& table) {
+             table.set_output = nullptr;
+             table.get_front_document = nullptr;
+         },
          "Unable to retrieve system file data"_q},
         {"an output that is refused",
          [](Table& table) {
              table.set_output = [](void*, Handle, const hopbox_text*) -> int32_t {
                  return HOPBOX_UNSUPPORTED;
              };
+         },
+         "Unable to retrieve system file data"_q},
+        {"an output that fails",
+         [](Table& table) {
+             table.set_output = [](void*, Handle, const hopbox_text*) -> int32_t { return HOPBOX_FAILED; };
          },
          ended + "\nThe host does not do what its command needs."_q},
         {"a setting that it lacks", [](Table& table) { table.set_switch = nullptr; }, cNobodyTakesIt},
@@ -140,6 +149,34 @@ TEST_F(Lies, EndInAnErrorOfTheExport)
         EXPECT_EQ(party.alerts, alerts);
         EXPECT_EQ(party.GetHandleCount(), 0U);
         EXPECT_EQ(party.host.GetUnreleased(), QStringList());
+    }
+}
+
+// A size that ends within a pointer must not lead to a call of a part of it.
+TEST(Boundary, TakesOfATableTheWholeFunctionsThatItsSizeReaches)
+{
+    for (size_t more = 0; more <= sizeof(void*); ++more) {
+        Table table = HostTable::GetTable();
+        table.size = static_cast<uint32_t>(offsetof(Table, run_command) + more);
+        Table copy;
+        ASSERT_TRUE(Boundary::Copy(&table, copy));
+        EXPECT_EQ(copy.set_package_setting, table.set_package_setting) << more;
+        EXPECT_EQ(copy.run_command, more < sizeof(void*) ? nullptr : table.run_command) << more;
+        EXPECT_EQ(copy.write_report, nullptr) << more;
+    }
+}
+
+TEST_F(Lies, AnOpeningThatGivesNoDocumentIsNoFailureOfTheOpening)
+{
+    static int32_t answer = HOPBOX_OK;
+    Table table = {};
+    table.open_document = [](void*, const hopbox_text*, Handle*) -> int32_t { return answer; };
+    TableHost host(table, nullptr);
+    for (answer = HOPBOX_OK; answer <= HOPBOX_WRONG_THREAD; ++answer) {
+        HostPtr<IDocument> document;
+        const ErrorCode result = host.QueryDocumentUtils()->OpenDocument(IDFile(PMString("/a"_q)), document);
+        EXPECT_EQ(result == cSuccess, answer == HOPBOX_OK || answer == HOPBOX_NONE) << answer;
+        EXPECT_FALSE(document);
     }
 }
 
