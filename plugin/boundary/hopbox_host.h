@@ -9,7 +9,7 @@
  *   1. It loads the module and finds the entry HOPBOX_ENTRY_NAME, a hopbox_entry_function.
  *   2. It calls the entry with HOPBOX_VERSION and gets the plug-in's table.
  *   3. It calls `load` with its own table, `open_actions`, and `startup` once its menus can be filled.
- *   4. It asks `action_state` before it shows a menu, and calls `do_action` on a choice.
+ *   4. It asks `get_action_state` before it shows a menu, and calls `do_action` on a choice.
  *   5. At the end it calls `shutdown`, `close_actions`, `unload`. The module stays in memory until the
  * process ends, and can be loaded again.
  *
@@ -17,8 +17,9 @@
  * `load`. A call from another thread changes nothing and gives HOPBOX_WRONG_THREAD.
  *
  * Re-entry. While `do_action` runs it calls the host's operations, shows windows and handles events, so the
- * host's own code may run inside it. A further `do_action` then brings the open window to the front and does
- * nothing else; `close_actions` and `unload` give HOPBOX_BUSY and change nothing.
+ * host's own code may run inside it, and so it is with `export_to`. A further `do_action` then brings the
+ * open window to the front and does nothing else, a further `export_to` gives HOPBOX_BUSY. `close_actions`
+ * and `unload` give HOPBOX_BUSY and change nothing, then and from inside any function of the host's table.
  *
  * Errors. An operation gives HOPBOX_OK or says why not. A number that is none of hopbox_result counts as
  * HOPBOX_FAILED. Nothing may be thrown or jumped across the boundary. An operation that does not give
@@ -27,12 +28,13 @@
  * Sizes and versions. Each table begins with its size in bytes and its version, which the side that makes it
  * fills in with sizeof and HOPBOX_VERSION. Later forms add functions at the end and nothing else while the
  * version stays: a side calls only what lies within the other's size, and takes a function that is missing or
- * null for one that gives HOPBOX_UNSUPPORTED. A table of another version is refused.
+ * null for one that gives HOPBOX_UNSUPPORTED. A size that ends within a function does not reach it. A table
+ * of another version is refused.
  *
  * Handles. Numbers of the host's choice, such as pointers or places in a table; 0 is none. Each handle that
  * an operation gives belongs to the plug-in, which gives it back with `release` once. The host may give the
  * same number several times and counts how often then. The plug-in gives all handles back before `do_action`,
- * `action_state`, `startup`, `shutdown` or `unload` returns.
+ * `export_to`, `get_action_state`, `startup`, `shutdown` or `unload` returns.
  *
  * Texts. UTF-8 with a length in bytes, without a zero byte at the end; at most HOPBOX_LONGEST_TEXT bytes. A
  * longer text, or a null pointer with a length, is a fault. What a side passes is the other's to read until
@@ -60,8 +62,8 @@ enum hopbox_result
     HOPBOX_OK = 0,
     HOPBOX_NONE = 1,        /* there is no such thing: no document in front, no file, no font list */
     HOPBOX_FAILED = 2,      /* it was tried */
-    HOPBOX_CANCELLED = 3,   /* the user has cancelled; shows no alert */
-    HOPBOX_BUSY = 4,        /* not while an action runs */
+    HOPBOX_CANCELLED = 3,   /* the user has cancelled: the export ends, without an alert */
+    HOPBOX_BUSY = 4,        /* not while another call runs */
     HOPBOX_UNSUPPORTED = 5, /* this side does not know the operation, or the value that it was given */
     HOPBOX_WRONG_THREAD = 6 /* not the thread that called `load` */
 };
@@ -191,7 +193,7 @@ typedef struct hopbox_host_table
     int32_t (*is_action_known)(void* host, int32_t action, int32_t* is_known);
 
     /* Adds an action. `area` groups actions where the user edits shortcuts. The name and shortcut come from
-     * action_state, each time a menu is shown. */
+     * get_action_state, each time a menu is shown. */
     int32_t (*add_action)(void* host, int32_t action, const hopbox_text* area);
 
     /* Puts an action into a menu, named by a path such as "Main:&File", at a position among its entries: they
@@ -207,8 +209,9 @@ typedef struct hopbox_host_table
      * as are the next two. */
     int32_t (*find_open_document)(void* host, const hopbox_text* path, hopbox_handle* document);
 
-    /* Opens a document without a window and without a question. Without it: a book's documents that are not
-     * open can't be exported. */
+    /* Opens a document without a window and without a question. HOPBOX_NONE when that worked and there is no
+     * document: the user is told that it is invalid, else that it can't be opened. Without it: a book's
+     * documents that are not open can't be exported. */
     int32_t (*open_document)(void* host, const hopbox_text* path, hopbox_handle* document);
 
     /* Closes a document that open_document has opened, at once and without a question. The handle is released
@@ -254,7 +257,8 @@ typedef struct hopbox_host_table
     int32_t (*is_book_modified)(void* host, hopbox_handle book, int32_t* is_modified);
     int32_t (*save_book)(void* host, hopbox_handle book);
 
-    /* The number of documents of a book, and the file of the one at an index from 0. */
+    /* The number of documents of a book, and the file of the one at an index from 0. HOPBOX_NONE for the
+     * number says that the book has no list: its menu entry is off then, and it is not exported. */
     int32_t (*get_book_document_count)(void* host, hopbox_handle book, int32_t* count);
     int32_t (*get_book_document_file)(void* host, hopbox_handle book, int32_t index, const hopbox_sink* path);
 
@@ -263,7 +267,9 @@ typedef struct hopbox_host_table
     /* A command of hopbox_command, with nothing told yet; HOPBOX_UNSUPPORTED where the host has none such. */
     int32_t (*create_command)(void* host, int32_t kind, hopbox_handle* command);
 
-    /* Takes all settings of a PDF from a job options file; on HOPBOX_FAILED they are as they were. */
+    /* Takes all settings of a PDF from a job options file; on HOPBOX_FAILED they are as they were.
+     * HOPBOX_UNSUPPORTED, and a missing function, say that the command has no such settings; the user is told
+     * which of the two it is. So it is with set_output, set_book and write_report. */
     int32_t (*read_job_options)(void* host, hopbox_handle command, const hopbox_text* path);
 
     /* One setting, of hopbox_switch or hopbox_length, after the job options. Without these, and where they
@@ -325,11 +331,12 @@ typedef struct hopbox_plugin_table
     int32_t (*startup)(void);
     int32_t (*shutdown)(void);
 
-    /* Takes down what open_actions brought up. HOPBOX_BUSY while an action runs. */
+    /* Takes down what open_actions brought up. HOPBOX_BUSY while an action runs, and from inside a function
+     * of the host's table. */
     int32_t (*close_actions)(void);
 
-    /* Gives the host's table back, and closes the actions first where they are open. HOPBOX_BUSY while an
-     * action runs: table and host must stay then. */
+    /* Gives the host's table back, and closes the actions first where they are open. HOPBOX_BUSY where
+     * close_actions gives that: table and host must stay then. */
     int32_t (*unload)(void);
 
     /* What the entry of an action is to show now: whether it is on, its name in the user's language, and the

@@ -14,8 +14,9 @@ class WBaseResourceAccess;
 // then the startup service's Shutdown, the component's end, Unload.
 //
 // While an action runs, which includes the time that its dialog is open, Unload and ReleaseActionComponent
-// are refused: the action works with the services and the component until it ends. A host that wants to stop
-// then lets DoAction return first.
+// are refused: the action works with the services and the component until it ends. So are they from inside
+// whatever the plug-in asks of the host during UpdateActionStates and Startup. A host that wants to stop then
+// lets the call return first.
 class IPlugIn
 {
 public:
@@ -29,8 +30,8 @@ public:
     virtual bool Load(IHostServices* services, PMString& error) = 0;
 
     // Takes the services back, and with them an action component that is still there. The plug-in can be
-    // loaded again. Without services, does nothing. False, and nothing has changed, while an action runs: the
-    // services must stay then.
+    // loaded again. Without services, does nothing. False, and nothing has changed, while an action or
+    // another of the host's calls runs: the services must stay then.
     virtual bool Unload() = 0;
 
     // The service that the host starts once its menus are there. The plug-in's own; null without services.
@@ -41,7 +42,7 @@ public:
     // `error`, without services or when the plug-in's own services can't be brought up.
     virtual IActionComponent* CreateActionComponent(PMString& error) = 0;
 
-    // Ends the component, if there is one. False, and nothing has changed, while an action runs.
+    // Ends the component, if there is one. False, and nothing has changed, where Unload gives that.
     virtual bool ReleaseActionComponent() = 0;
 
     virtual const WBaseResourceAccess& GetResourceAccess() const = 0;

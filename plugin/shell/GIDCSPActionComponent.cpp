@@ -143,6 +143,7 @@ void GIDCSPActionComponent::Dispatch(IActiveContext* context, ActionID action)
 
 void GIDCSPActionComponent::UpdateActionStates(IActiveContext*, IActionStateList& states)
 {
+    const QScopedValueRollback<bool> asking(mIsAsking, true);
     HostFault::Contain("GIDCSPActionComponent::UpdateActionStates", [&] {
         for (int32_t index = 0; index < states.Length(); ++index)
             UpdateState(states, index);

@@ -27,8 +27,9 @@ public:
     void UpdateActionStates(IActiveContext* context, IActionStateList& states) override;
     ExportResult Export(ActionID action, const ExportChoices& choices, PMString& error) override;
 
-    // Whether an action runs now. The component must stay until it has ended.
-    bool IsBusy() const { return mIsBusy; }
+    // Whether an action runs, or the host is asked for the states of the entries, now. The component must
+    // stay until that has ended.
+    bool IsBusy() const { return mIsBusy || mIsAsking; }
 
 private:
     void UpdateState(IActionStateList& states, int32_t index) const;
@@ -40,5 +41,6 @@ private:
     DialogRunner mRunDialog;
     GIDCSPSaveAsAction mDocumentAction;
     GIDCSPExportBookAction mBookAction;
-    bool mIsBusy = false;
+    bool mIsBusy = false;    // an action runs
+    bool mIsAsking = false;  // for the states of entries
 };

@@ -3,6 +3,8 @@
 #include "plugin/host/HostCalls.h"
 #include "plugin/host/HostFault.h"
 
+#include <QScopedValueRollback>
+
 namespace
 {
 // An entry of a menu, with the action that it stands for.
@@ -58,6 +60,7 @@ void AddEntries()
 
 void GIDCSPStartupShutdown::Startup()
 {
+    const QScopedValueRollback<bool> starting(mIsStarting, true);
     HostFault::Contain("GIDCSPStartupShutdown::Startup", AddEntries);
 }
 

@@ -10,6 +10,12 @@ public:
     // earlier session. Without an action or a menu manager nothing is added.
     void Startup() override;
 
+    // Whether Startup is asking the host now, whose services must stay until it has its answers.
+    bool IsBusy() const { return mIsStarting; }
+
     // The host's menus go with its session: nothing to do.
     void Shutdown() override;
+
+private:
+    bool mIsStarting = false;
 };

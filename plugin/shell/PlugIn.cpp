@@ -70,9 +70,14 @@ IActionComponent* PlugIn::CreateActionComponent(PMString& error)
     return mActionComponent.get();
 }
 
+bool PlugIn::IsBusy() const
+{
+    return mStartupShutdown.IsBusy() || (mActionComponent && mActionComponent->IsBusy());
+}
+
 bool PlugIn::ReleaseActionComponent()
 {
-    if (mActionComponent && mActionComponent->IsBusy())
+    if (IsBusy())
         return false;
     mActionComponent.reset();
     return true;

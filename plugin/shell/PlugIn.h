@@ -26,6 +26,9 @@ public:
     const WBaseResourceAccess& GetResourceAccess() const override { return mResourceAccess; }
 
 private:
+    // Whether the plug-in is inside a call of the host's that needs the services.
+    bool IsBusy() const;
+
     GIDCSPStartupShutdown mStartupShutdown;
     WResourceAccess mResourceAccess;
     std::unique_ptr<GIDCSPActionComponent> mActionComponent;

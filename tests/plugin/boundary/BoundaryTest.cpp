@@ -352,6 +352,37 @@ TEST_F(SmallHosts, AreAnsweredOnTheThreadThatLoadedAlone)
     EXPECT_TRUE(services.GetAsked().empty());
 }
 
+// What a host's own code does that runs inside its functions: the plug-in still has to come back from them.
+TEST_F(SmallHosts, AreKeptWhileThePlugInAsksThem)
+{
+    const hopbox_plugin_table* plugIn = FindEntry()(HOPBOX_VERSION);
+    FakeHost services;
+    services.documents.push_back({});
+    services.books.push_back({});
+    HostTable host(services);
+    int asked = 0;
+    services.onAsk = [&](HostOperation) {
+        ++asked;
+        EXPECT_EQ(plugIn->close_actions(), HOPBOX_BUSY);
+        EXPECT_EQ(plugIn->unload(), HOPBOX_BUSY);
+    };
+    ASSERT_EQ(plugIn->load(&HostTable::GetTable(), &host, nullptr), HOPBOX_OK);
+    EXPECT_EQ(plugIn->startup(), HOPBOX_OK);
+    EXPECT_EQ(services.actions.size(), 2U);
+    ASSERT_EQ(plugIn->open_actions(nullptr), HOPBOX_OK);
+    const int askedAtStart = std::exchange(asked, 0);
+    EXPECT_GT(askedAtStart, 0);
+    for (const int32_t action : {HOPBOX_ACTION_DOCUMENT, HOPBOX_ACTION_BOOK}) {
+        int32_t isOn = -1;
+        EXPECT_EQ(plugIn->get_action_state(action, &isOn, nullptr, nullptr), HOPBOX_OK);
+        EXPECT_EQ(isOn, action == HOPBOX_ACTION_DOCUMENT);
+        EXPECT_GT(std::exchange(asked, 0), 0);
+    }
+    EXPECT_EQ(host.GetHandleCount(), 0U);
+    EXPECT_EQ(plugIn->close_actions(), HOPBOX_OK);
+    EXPECT_EQ(plugIn->unload(), HOPBOX_OK);
+}
+
 // A module of an earlier form has the last function of its table less.
 TEST_F(SmallHosts, UseOfAnEarlierModuleWhatItHas)
 {
