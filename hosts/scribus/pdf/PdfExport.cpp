@@ -219,6 +219,7 @@ GResult PdfExport::Join(const std::vector<PdfBookPart>& parts, const QString& ti
                   GetPartPath(output), output);
 }
 
+// A large PDF takes its time to be written: the user may have pressed Cancel since the last look.
 GResult PdfExport::Finish(const GResult& result, const QString& part, const QString& output) const
 {
     const GResult finished = result.Then([&] {
@@ -231,5 +232,8 @@ GResult PdfExport::Finish(const GResult& result, const QString& part, const QStr
     });
     if (!finished.HasSucceeded())
         QFile::remove(part);
-    return finished;
+    if (!finished.HasSucceeded() || !mRunner.IsCancelled())
+        return finished;
+    QFile::remove(output);
+    return GResult::Cancellation();
 }

@@ -1,4 +1,6 @@
 #include "EngineFixture.h"
+#include "plugin/boundary/BoundaryText.h"
+#include "plugin/boundary/HostTable.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -98,6 +100,10 @@ TEST_F(BookTest, ABookBecomesOnePdfInItsOrder)
     EXPECT_TRUE(ReadFile(output).contains("/GTS_PDFX"));
 
     ASSERT_TRUE(QFile::remove(output));
+    mFrontend.onWait = [&] { return QFile::exists(output); };  // all of the work is done then
+    EXPECT_EQ(ExportBook(output), cFailure);
+    EXPECT_TRUE(mHost->GetLastFailure().contains("The user cancelled"_q));
+    mFrontend.onWait = nullptr;
     OpenBook("one.sla|gone.sla|three.sla"_list);
     EXPECT_EQ(ExportBook(output), cFailure);
     EXPECT_TRUE(mHost->GetLastFailure().contains("book/gone.sla"_q));
@@ -225,6 +231,10 @@ TEST_F(BookTest, AllDocumentsAreAskedAboutInOneStart)
     mHost->SetCancelObserver(&observer);
     EXPECT_EQ(check("two.sla").left(7), "failed:"_q);
     EXPECT_EQ(observer.count, 1);
+    HostTable table(*mHost);
+    const Boundary::PassedText path(mSandbox.GetPath("book/two.sla"_q));
+    hopbox_handle document = 0;
+    EXPECT_EQ(HostTable::GetTable().open_document(&table, path, &document), HOPBOX_CANCELLED);
     mHost->SetCancelObserver(nullptr);
 }
 

@@ -99,6 +99,10 @@ TEST_F(ExportFaultsTest, AScribusThatIsKilledOrCancelledLeavesNothing)
     mFrontend.onWait = [] { return true; };
     ExpectFailure("The user cancelled");
     EXPECT_EQ(observer.count, 1);
+    const QString output = GetOutput("a.pdf"_q);
+    mFrontend.onWait = [&] { return QFile::exists(output); };  // all of the work is done then
+    ExpectFailure("The user cancelled");
+    EXPECT_EQ(observer.count, 2);
     EXPECT_EQ(GetChildren(), QList<QByteArray>{QByteArray()});
 }
 
