@@ -51,7 +51,7 @@ bool RenameOver(const std::wstring& temporary, const std::wstring& target)
 // Bears with readers that share deletion, but takes two steps inside the system: the old file goes to a name
 // that we give it, so that it can be brought back when the second step fails, and by others when this process
 // is killed in between.
-bool Replace(const std::wstring& temporary, const std::wstring& target)
+bool ReplaceInTwoSteps(const std::wstring& temporary, const std::wstring& target)
 {
     const std::wstring backup = temporary + L".old";
     const bool isReplaced = ReplaceFileW(target.c_str(), temporary.c_str(), backup.c_str(),
@@ -154,7 +154,7 @@ void GDurableFile::PutInPlace()
     const std::wstring target = GetText(mTarget);
     TakeOverRights(target, temporary);
     const bool isReplaced = PHeldFile::Try([&] { return RenameOver(temporary, target); }) ||
-                            (PHeldFile::MayPass() && Replace(temporary, target));
+                            (PHeldFile::MayPass() && ReplaceInTwoSteps(temporary, target));
     if (!isReplaced)
         RaiseWriteError();
     mTemporary = GPathName();
