@@ -1,5 +1,6 @@
 #include "archive/ZipDestination.h"
 
+#include "foundation/files/FileSystem.h"
 #include "foundation/system/GOwnedFile.h"
 #include "foundation/system/GSystemError.h"
 #include "foundation/system/GUniqueName.h"
@@ -245,6 +246,7 @@ bool ZipTarget::putInPlace()
             return closeInPlace();
         clearFolder();
         mTemporaryName = makeTemporaryName();
+        mOwner = mFile->own();
         if (!getFolder().giveName(*mFile, mTemporaryName)) {
             mTemporaryName.clear();
             return mDestination.failBySystem();
@@ -270,7 +272,8 @@ bool ZipTarget::closeInPlace()
     if (mFile->close())
         return true;
     mDestination.failBySystem();
-    mDestination.mFiles.removeFile(getFolder().getPath(mName));
+    // Not with its companion, which is not ours.
+    FileSystem::removeItem(getFolder().getPath(mName));
     return false;
 }
 

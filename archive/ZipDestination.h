@@ -119,7 +119,7 @@ private:
     std::unique_ptr<ZipFile> mFile;
     QString mName;
     QString mTemporaryName;  // empty while the file has none
-    PFileHandle mOwner;      // keeps a file that had a name from the start, until it has its own
+    PFileHandle mOwner;      // keeps a file that has a passing name, until it has its own
     int mEntryIndex = 0;
 };
 }  // namespace Morvane

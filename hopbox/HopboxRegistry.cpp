@@ -26,8 +26,11 @@ std::vector<GBuffer> ListKeys(const GPrefModule& module)
     return keys;
 }
 
+// None for the null key, which stands for no entry; the empty key is one that a file can hold.
 std::optional<HopboxRecord> ReadRecord(const GPrefModule& module, const GBuffer& key)
 {
+    if (key.isNull())
+        return {};
     HopboxRecord record;
     if (const GString* text = module.Find(cEntries, key); text != nullptr && record.FromText(*text))
         return record;

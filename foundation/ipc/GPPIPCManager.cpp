@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <exception>
 #include <set>
 
 namespace
@@ -121,6 +122,7 @@ GPPIPCState GPPIPCManager::GetReceiverState(uint32_t process, GString* reason, c
     bool isGlobal = false;
     GPPIPCState best = GPPIPCState::NoReceiver;
     GString bestReason;
+    std::exception_ptr failure;  // of the best place
     const Channels channels = GetChannels(process, &isGlobal);
     for (const std::shared_ptr<GPPIPCChannel>& channel : channels) {
         GString text;
@@ -128,15 +130,17 @@ GPPIPCState GPPIPCManager::GetReceiverState(uint32_t process, GString* reason, c
         try {
             state = channel->GetReceiverState(process, address, &text);
         } catch (const GException& error) {
-            // A further place that can't be looked into, such as one that another user holds, blocks nobody.
-            if (channel == channels.front())
-                throw;
+            // A place that can't be looked into, such as one that another user holds, blocks nobody.
             bestReason = error.GetDescription();
+            if (channel == channels.front())
+                failure = std::current_exception();
         }
         if (bestReason.isEmpty() || state > best)
             bestReason = text;
         best = std::max(best, state);
     }
+    if (failure && best == GPPIPCState::NoReceiver)
+        std::rethrow_exception(failure);
     if (reason != nullptr)
         *reason = best == GPPIPCState::Reachable ? GString() : bestReason;
     return best;

@@ -27,7 +27,8 @@ public:
     static std::shared_ptr<GPPIPCManager> Get(GPPIPCChannelKind kind = GPPIPCChannelKind::PrinterProcessor);
 
     // Whether the process can be sent messages for an address, or for anybody where that is empty; `reason`
-    // says why, where it can't. Raises as GPPIPCChannel does.
+    // says why, where it can't. Raises as GPPIPCChannel does when the best place can't be looked into and no
+    // other one has a receiver.
     GPPIPCState GetReceiverState(uint32_t process, GString* reason = nullptr, const GString& address = {});
 
     // Posts a message to every receiver of a process that takes messages for the address. Raises with

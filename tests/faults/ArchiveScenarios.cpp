@@ -141,9 +141,12 @@ FaultScenario GetExtraction()
         EXPECT_TRUE(ZipHelper::compressFolderContents(root + "/tree"_q, archive, ZipStart::Create, QString(),
                                                       6, ZipNames::Plain));
         WriteFile(root + "/out/noise"_q, "old");
+        WriteFile(root + "/out/folder/._text"_q, "of the user");
     };
     const auto look = [](const QString& root) {
-        const QMap<QString, QByteArray> tree = ReadTree(root + "/out"_q);
+        QMap<QString, QByteArray> tree = ReadTree(root + "/out"_q);
+        if (tree.take("folder/._text"_q) != "of the user")
+            return "without what was there"_q;
         const QMap<QString, QByteArray> whole = ReadTree(root + "/tree"_q);
         for (auto item = tree.begin(); item != tree.end(); ++item) {
             if (!whole.contains(item.key()) || (*item != whole.value(item.key()) && *item != "old"))

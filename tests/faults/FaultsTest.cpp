@@ -18,6 +18,7 @@ class Faults : public testing::TestWithParam<FaultScenario (*)()>
 };
 
 FaultScenario (*const cScenarios[])() = {
+    GetDurableWrite,               //
     GetRegistryChange,             //
     GetDamagedRegistryChange,      //
     GetSettingsFlush,              //
@@ -66,31 +67,64 @@ TEST(DurableFile, IsFlushedBeforeItTakesItsPlaceAndItsFolderAfterwards)
     EXPECT_GT(calls.lastIndexOf(QRegularExpression(QStringLiteral("flush ((?!a\\.prefs).)*$"))), renamed);
 }
 
-// Where no file without a name can be made, it has one from the start.
-TEST(ExtractedFile, IsOwnedWhileItHasAPassingName)
+// Of a file that has a name for a moment before it replaces another.
+TEST(ExtractedFile, IsOwnedBeforeItGetsAPassingName)
 {
-    const FaultScenario scenario = GetExtraction();
+    const QStringList calls = ListCalls(GetExtraction());
+    const int named = calls.indexOf(QRegularExpression(QStringLiteral("link .*\\.hopbox-.*\\.part$")));
+    const int made = calls.lastIndexOf(QRegularExpression(QStringLiteral("open .*/out/.*\\.$")), named);
+    ASSERT_TRUE(made > 0 && named > made) << calls.join(QLatin1Char('\n')).toStdString();
+    EXPECT_TRUE(calls.mid(made, named - made).join(QLatin1Char('|')).contains(QLatin1String("|lock ")));
+}
+
+namespace
+{
+// Where no file without a name can be made, it has one from the start, by which it must not be removed.
+// The call of that pattern fails that comes last before the one of the other.
+void SeeThatThePassingNameIsOwned(const FaultScenario& scenario, const char* call, const char* nextCall,
+                                  const QString& role, const QString& wildcard)
+{
     const Sandbox sandbox;
     const QString root = sandbox.GetPath();
     QDir().mkpath(root);
     scenario.prepare(root);
-    const int nameless =
-        ListCalls(scenario).indexOf(QRegularExpression(QStringLiteral("open .*/out/.*\\.$"))) + 1;
-    ASSERT_GT(nameless, 0);
+    const QStringList calls = ListCalls(scenario);
+    const int next = calls.indexOf(QRegularExpression(QLatin1String(nextCall)));
+    const int nameless = calls.lastIndexOf(QRegularExpression(QLatin1String(call)), next) + 1;
+    ASSERT_TRUE(next > 0 && nameless > 0) << calls.join(QLatin1Char('\n')).toStdString();
     qputenv("LD_PRELOAD", qPrintable(QCoreApplication::applicationDirPath() + "/preloaded_faults.so"_q));
     qputenv(cFaultRoot, qPrintable(root));
     qputenv(cFaultReport, qPrintable(root + "/report"_q));
     qputenv(cFaultNumber, QByteArray::number(nameless));
-    ChildProcess child("ExtractInTwoSteps"_q, {root});
+    ChildProcess child(role, {root});
     qunsetenv("LD_PRELOAD");
     ASSERT_EQ(child.ReadLine(), "half");
-    QDirIterator parts(root + "/out"_q, {".hopbox-*.part"_q}, QDir::Files | QDir::Hidden,
-                       QDirIterator::Subdirectories);
+    QDirIterator parts(root, {wildcard}, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
     ASSERT_TRUE(parts.hasNext()) << ReadFile(root + "/report"_q).toStdString();
     const GPathName part(parts.next());
     EXPECT_FALSE(GOwnedFile::RemoveUnowned(part));
     child.Kill();
     EXPECT_TRUE(GOwnedFile::RemoveUnowned(part));
+}
+}  // namespace
+
+TEST(ExtractedFile, IsOwnedWhileItHasAPassingName)
+{
+    SeeThatThePassingNameIsOwned(GetExtraction(), "open .*/out/.*\\.$", "write .*/out/",
+                                 "ExtractInTwoSteps"_q, ".hopbox-*.part"_q);
+}
+
+TEST(DurableFile, IsOwnedWhileItHasAPassingName)
+{
+    SeeThatThePassingNameIsOwned(GetDurableWrite(), "open .*", "lock .*", "WriteInTwoSteps"_q, "a.*.new"_q);
+}
+
+TEST(JobJournal, IsFlushedWhenAJobCountsAsTaken)
+{
+    const QStringList calls = ListCalls(GetPostAndAccept());
+    const int written = calls.lastIndexOf(QRegularExpression(QStringLiteral("write .*/journal$")));
+    ASSERT_GT(written, 0) << calls.join(QLatin1Char('\n')).toStdString();
+    EXPECT_GT(calls.lastIndexOf(QRegularExpression(QStringLiteral("flush .*/journal$"))), written);
 }
 
 TEST(CopiedFile, IsFlushedBeforeItTakesItsPlace)

@@ -14,6 +14,7 @@ constexpr const char* cRegistry =
 constexpr const char* cJournal = "in/.printer-processor/journal";
 
 const OutsideTarget cTargets[] = {
+    {GetDurableWrite, "a"},
     {GetRegistryChange, cRegistry},
     {GetDamagedRegistryChange, cRegistry},
     {GetSettingsFlush, "a.prefs"},

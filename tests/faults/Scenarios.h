@@ -5,6 +5,7 @@
 // The tasks whose every call is made to fail, each in the file of its subject.
 
 // SettingsScenarios.cpp
+FaultScenario GetDurableWrite();
 FaultScenario GetRegistryChange();
 FaultScenario GetDamagedRegistryChange();
 FaultScenario GetSettingsFlush();

@@ -4,6 +4,7 @@
 #include "foundation/prefs/GPrefFileModule.h"
 #include "foundation/prefs/GPrefMemoryModule.h"
 #include "foundation/prefs/GPrefSharedFileModule.h"
+#include "foundation/system/GDurableFile.h"
 #include "hopbox/HopboxProject.h"
 #include "hopbox/HopboxRegistry.h"
 #include "tests/support/ChildProcess.h"
@@ -75,6 +76,39 @@ QString LookAtProject(const QString& root)
                                           : project.GetLastError();
 }
 }  // namespace
+
+CHILD_ROLE(WriteDurably)
+{
+    return RunStep([&] {
+        GDurableFile file(GPathName(arguments.at(0) + "/a"_q));
+        file.Write("new", 3);
+        file.Commit();
+    });
+}
+
+CHILD_ROLE(WriteInTwoSteps)
+{
+    return RunStep([&] {
+        GDurableFile file(GPathName(arguments.at(0) + "/a"_q));
+        SayToParent("half");
+        HearFromParent();
+        file.Commit();
+    });
+}
+
+// The rights of the old file count as well.
+FaultScenario GetDurableWrite()
+{
+    const auto prepare = [](const QString& root) {
+        WriteFile(root + "/a"_q, "old");
+        QFile::setPermissions(root + "/a"_q, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther);
+    };
+    const auto look = [](const QString& root) {
+        const int rights = static_cast<int>(QFile::permissions(root + "/a"_q));
+        return "%1 %2"_q.arg(QString::fromLatin1(ReadFile(root + "/a"_q))).arg(rights);
+    };
+    return {"DurableWrite", prepare, QString(), {"WriteDurably"_q, "%1"_q}, look};
+}
 
 CHILD_ROLE(ChangeTwo)
 {

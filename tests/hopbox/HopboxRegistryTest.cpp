@@ -133,6 +133,12 @@ TEST(HopboxRegistry, RecordsOfOtherProgramsAreFoundOrPassedOver)
     EXPECT_EQ(GetSettings("k1"_q), "1"_q);
     PutText("k1", "no record"_q);
     EXPECT_TRUE(registry.RemoveEntry("k1"_q));
+
+    // The entry of the empty key is none of an unknown name.
+    PutText("", "#BEGINDICT\n\"PDFSettings\" \"5\"\n\"ActorName\" \"e\"\n#ENDDICT"_q);
+    EXPECT_EQ(GetSettings("e"_q), "5"_q);
+    EXPECT_EQ(GetSettings("unknown"_q), "(none)"_q);
+    EXPECT_EQ(registry.RenameEntry("unknown"_q, "new"_q), HopboxRegistry::Renaming::cNotFound);
 }
 
 TEST(HopboxRegistry, OriginsComeBackAndOutliveTheEntries)

@@ -74,9 +74,16 @@ CHILD_ROLE(MoveToTheBetterPlace)
         return cNoDisk;
     const auto manager = GPPIPCManager::Get();
     const uint32_t own = GProcessInfo::GetOwnProcessID();
+    const QFileInfo directory(GSessionInfo::GetObjectNamePrefix() + QLatin1String("201_PP"));
     std::vector<GBuffer> payloads;
     {
         GPPIPCReceiver receiver([&](const GPPIPCMessage& message) { payloads.push_back(message.payload); });
+        // A better place that can't be looked into hides no receiver.
+        const QString better = QString::fromLatin1(GetUserFolder());
+        EXPECT_EQ(::mkdir(GetUserFolder().constData(), 0700), 0);
+        EXPECT_TRUE(QDir(better).mkdir(directory.fileName()));
+        EXPECT_EQ(manager->GetReceiverState(own), GPPIPCState::Reachable);
+        EXPECT_TRUE(QDir(better).removeRecursively());
         // Others could look into a folder of these rights.
         EXPECT_EQ(::mkdir(GetUserFolder().constData(), 0750), 0);
         GMessageLoop::Start(20);

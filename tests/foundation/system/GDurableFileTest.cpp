@@ -132,7 +132,7 @@ TEST(GDurableFile, OnWindowsWhatAKillLeavesBetweenTwoStepsIsPutRight)
                  {nullptr, "fresh", "old", "older", "old"},
                  {nullptr, "fresh", nullptr, nullptr, nullptr}};
     for (const auto& test : cases) {
-        for (const bool isReadFirst : {true, false}) {
+        for (const char* first : {"look", "read", "write"}) {
             const Sandbox sandbox;
             const QString path = sandbox.GetPath("a.prefs"_q);
             const auto put = [&](const char* content, const char* ending) {
@@ -149,9 +149,10 @@ TEST(GDurableFile, OnWindowsWhatAKillLeavesBetweenTwoStepsIsPutRight)
                 char content[10] = {};
                 return file == nullptr ? QByteArray() : QByteArray(content, file->Read(content, 10));
             };
-            if (isReadFirst) {
+            if (*first == 'l') {
                 EXPECT_EQ(IsFileMissing(path), test.reads == nullptr);
-            } else {
+            }
+            if (*first == 'w') {
                 const GDurableFile dropped((GPathName(path)));
             }
             EXPECT_EQ(read(), QByteArray(test.reads));

@@ -67,3 +67,7 @@ constexpr const char* cFaultRoot = "HOPBOX_FAULT_ROOT";
 constexpr const char* cFaultNumber = "HOPBOX_FAULT_NUMBER";
 constexpr const char* cFaultIndex = "HOPBOX_FAULT_INDEX";
 constexpr const char* cFaultReport = "HOPBOX_FAULT_REPORT";
+
+// With the name of a call, no call fails: the first call of that name writes the report, and waits until
+// somebody has removed it.
+constexpr const char* cFaultPause = "HOPBOX_FAULT_PAUSE";

@@ -31,6 +31,7 @@ struct Plan
 {
     std::string root;
     std::string report;
+    std::string pause;
     long number = 0;
     long index = 0;
     std::atomic<long> count{0};
@@ -57,6 +58,7 @@ void ReadPlan()
     Plan& plan = GetPlan();
     plan.root = TakeVariable(cFaultRoot);
     plan.report = TakeVariable(cFaultReport);
+    plan.pause = TakeVariable(cFaultPause);
     plan.number = atol(TakeVariable(cFaultNumber).c_str());
     plan.index = atol(TakeVariable(cFaultIndex).c_str());
     unsetenv("LD_PRELOAD");
@@ -110,6 +112,17 @@ const char* GetFaultName(int error)
     return error == cShortWrite ? "short write" : error == cBrokenRead ? "EIO" : strerrorname_np(error);
 }
 
+void PauseOnce(const char* call, const std::string& path)
+{
+    Plan& plan = GetPlan();
+    if (plan.pause != call)
+        return;
+    plan.pause = "done";
+    Report(path + '\n');
+    while (syscall(SYS_faccessat, AT_FDCWD, plan.report.c_str(), F_OK) == 0)
+        usleep(1000);
+}
+
 // Counts a call. Gives 0 when it is to go on, else the error that it is to give.
 int Count(FaultCallID id, const std::string& path)
 {
@@ -117,6 +130,10 @@ int Count(FaultCallID id, const std::string& path)
     if (!plan.isActive || (id != FaultCallID::cFork && !IsBelowRoot(path)))
         return 0;
     const FaultCall& call = cFaultCalls[static_cast<int>(id)];
+    if (!plan.pause.empty()) {
+        PauseOnce(call.name, path);
+        return 0;
+    }
     const long number = ++plan.count;
     if (plan.number == 0)
         Report(std::string(call.name) + ' ' + path + '\n');

@@ -1,0 +1,106 @@
+#include "foundation/core/SharedFile.h"
+#include "foundation/system/GOwnedFile.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/Test.h"
+#include "tests/support/faults/FaultCalls.h"
+
+#include <QCoreApplication>
+
+#include <sys/stat.h>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <thread>
+
+// What another process does between two calls of a task.
+namespace
+{
+// A child in which the first call of that name on the file waits, before it is made, until GoOn.
+class PausedChild
+{
+public:
+    PausedChild(const Sandbox& sandbox, const char* role, const char* call)
+        : mReport(sandbox.GetPath("../%1-report"_q.arg(QFileInfo(sandbox.GetPath()).fileName())))
+    {
+        qputenv("LD_PRELOAD", qPrintable(QCoreApplication::applicationDirPath() + "/preloaded_faults.so"_q));
+        qputenv(cFaultRoot, qPrintable(sandbox.GetPath("a"_q)));
+        qputenv(cFaultReport, qPrintable(mReport));
+        qputenv(cFaultPause, call);
+        mChild =
+            std::make_unique<ChildProcess>(QString::fromLatin1(role), QStringList(sandbox.GetPath("a"_q)));
+        for (const char* name : {"LD_PRELOAD", cFaultRoot, cFaultReport, cFaultPause})
+            qunsetenv(name);
+        while (!QFile::exists(mReport) && mChild->IsRunning())
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    ~PausedChild() { QFile::remove(mReport); }
+    PausedChild(const PausedChild&) = delete;
+    PausedChild& operator=(const PausedChild&) = delete;
+
+    int GoOn()
+    {
+        EXPECT_TRUE(QFile::remove(mReport));
+        return mChild->WaitForExit();
+    }
+
+private:
+    const QString mReport;
+    std::unique_ptr<ChildProcess> mChild;
+};
+
+GOwnedFile OwnFile(const QString& path)
+{
+    return GOwnedFile([&path] { return GPathName(path); });
+}
+}  // namespace
+
+CHILD_ROLE(OwnAFile)
+{
+    const GOwnedFile file = OwnFile(arguments.at(0));
+    return QFile::exists(arguments.at(0)) ? 0 : 1;
+}
+
+CHILD_ROLE(RemoveALeftover)
+{
+    GOwnedFile::RemoveUnowned(GPathName(arguments.at(0)));
+    return 0;
+}
+
+CHILD_ROLE(OpenAFile)
+{
+    QFile file(arguments.at(0));
+    GString reason;
+    return OpenSharedForReading(file, cLargestTextFile, reason) == FileOpening::cRefused ? 0 : 1;
+}
+
+TEST(PausedCalls, FileThatWasTakenForALeftoverBeforeItWasLockedIsMadeAnew)
+{
+    const Sandbox sandbox;
+    PausedChild maker(sandbox, "OwnAFile", "lock");
+    EXPECT_TRUE(GOwnedFile::RemoveUnowned(GPathName(sandbox.GetPath("a"_q))));
+    EXPECT_EQ(maker.GoOn(), 0);
+}
+
+TEST(PausedCalls, LeftoverThatGaveWayToAnOwnedFileMeanwhileTakesNothingAlong)
+{
+    const Sandbox sandbox;
+    const QString path = sandbox.GetPath("a"_q);
+    WriteFile(path, "left");
+    PausedChild cleaner(sandbox, "RemoveALeftover", "lock");
+    EXPECT_TRUE(QFile::remove(path));
+    const GOwnedFile own = OwnFile(path);
+    EXPECT_EQ(cleaner.GoOn(), 0);
+    EXPECT_TRUE(QFile::exists(path));
+}
+
+TEST(PausedCalls, PipeThatTakesTheNameBetweenTheLookAndTheOpeningHoldsNobodyUp)
+{
+    const Sandbox sandbox;
+    const QString path = sandbox.GetPath("a"_q);
+    WriteFile(path, "a file");
+    PausedChild reader(sandbox, "OpenAFile", "open");
+    EXPECT_TRUE(QFile::remove(path));
+    EXPECT_EQ(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+    EXPECT_EQ(reader.GoOn(), 0);
+}
