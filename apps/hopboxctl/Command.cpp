@@ -83,6 +83,12 @@ void Program::BeginAnswer(const CliCall& call)
     GetAnswer().command = call.GetCommand();
 }
 
+int Program::FinishJson(int status)
+{
+    GetAnswer().isJson = true;
+    return FinishAnswer(status);
+}
+
 int Program::FinishAnswer(int status)
 {
     const Answer& answer = GetAnswer();

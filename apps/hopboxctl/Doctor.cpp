@@ -163,7 +163,8 @@ void Doctor::LookAtHopboxes(const HopboxRegistry& registry, QVector<Finding>& fi
         if (!record)
             continue;
         names[record->GetName(key)].append(key);
-        if (record->entry.isPlugin)
+        // One without a text is listed under its key.
+        if (record->entry.isPlugin && !record->entry.pdfSettings.isEmpty())
             listed[record->entry.pdfSettings].append(key);
         const HopboxCheck check = HopboxCheck::Make(record->entry);
         for (const HopboxCheck::Finding& found : check.problems + check.notes)

@@ -30,7 +30,7 @@ void PrintList(const HopboxRegistry& registry)
     for (const QString& key : registry.GetKeys()) {
         const std::optional<HopboxRecord> record = registry.GetRecord(key);
         if (record) {
-            rows.append({key, record->actorName, record->entry.pdfSettings,
+            rows.append({key, record->GetName(key), record->entry.pdfSettings,
                          GStringSupport::FromBool(record->entry.isPlugin),
                          GStringSupport::FromBool(record->entry.isActive)});
         } else {

@@ -12,4 +12,7 @@ const CliProgram& GetDescription();
 // which is another one when the output could not be written.
 void BeginAnswer(const CliCall& call);
 int FinishAnswer(int status);
+
+// Answers in JSON though the call could not be read.
+int FinishJson(int status);
 }  // namespace Program

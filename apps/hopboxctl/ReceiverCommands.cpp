@@ -1,3 +1,4 @@
+#include "apps/hopboxctl/DamageNotice.h"
 #include "apps/hopboxctl/HopboxCommands.h"
 #include "apps/hopboxctl/HopboxOutput.h"
 #include "apps/hopboxctl/LogOnStart.h"
@@ -82,6 +83,7 @@ int Install(const CliCall& call)
     QString key;
     const HopboxRegistry registry;
     const std::optional<HopboxRecord> record = HopboxOutput::FindOrFail(registry, call.GetArgument(0), key);
+    DamageNotice::Tell(registry);
     if (!record)
         return cCliFailed;
     if (call.Get("inbox").isEmpty())
@@ -140,7 +142,7 @@ int ShowStatus(const CliCall&)
             "No receiver starts with the log-on. \"hopboxctl receiver install\" makes one.\n"));
     else
         HopboxOutput::PrintTable(rows);
-    return cCliDone;
+    return DamageNotice::Tell(registry);
 }
 
 int Remove(const CliCall& call)

@@ -83,8 +83,8 @@ int testArchive(const CliCall& call)
     const QString fault = ZipOptions::FindFault(call);
     if (!fault.isEmpty())
         return RefuseCall(fault);
-    const std::optional<QString> password = ZipOptions::GetPassword(call);
     const CliStop stop;
+    const std::optional<QString> password = ZipOptions::GetPassword(call);
     ZipErrorPrinter printer;
     ZipRun run;
     run.log = &printer;
@@ -128,10 +128,10 @@ int writeArchive(const CliCall& call, ZipStart start)
     const QString fault = ZipOptions::FindFault(call);
     if (!fault.isEmpty())
         return RefuseCall(fault);
+    const CliStop stop;
     const std::optional<QString> password = ZipOptions::GetPassword(call);
     if (!password)
         return cCliFailed;
-    const CliStop stop;
     ZipErrorPrinter printer;
     QStringList leftOut;
     ZipRun run;

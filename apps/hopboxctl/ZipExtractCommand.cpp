@@ -78,7 +78,7 @@ private:
             if (letter == QLatin1Char('r'))
                 return ActionOnError::StopAndRemove;
         }
-        return skipAll();
+        return CliStop::IsAskedFor() ? ActionOnError::Stop : skipAll();
     }
 
     ActionOnError skipAll()
@@ -189,12 +189,12 @@ int extractArchive(const CliCall& call)
         fault = QStringLiteral("\"--on-error\" is for whole archives, with their paths.");
     if (!fault.isEmpty())
         return RefuseCall(fault);
+    const CliStop stop;
     const std::optional<QString> password = ZipOptions::GetPassword(call);
     if (!password)
         return cCliFailed;
     if (call.Has("on-error") && !password->isEmpty())
         return RefuseCall(QStringLiteral("\"--on-error\" is for archives without a password."));
-    const CliStop stop;
     const ZipLimits limits = call.Has("no-limits") ? ZipLimits::none() : ZipLimits();
     if (call.Has("on-error") || (isPlain && password->isEmpty() && CliConsole::IsInputTerminal()))
         return extractWithQuestions(call.GetArgument(0), call.GetArgument(1), onError, limits) ? cCliDone

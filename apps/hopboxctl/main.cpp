@@ -55,7 +55,7 @@ CliProgram MakeDescription()
           "  2  the call was wrong; standard error names the wrong word"},
          {"environment",
           "  MORVANE_ROOT    a folder for everything that belongs to Hopboxes, in place of your own\n"
-          "  NO_COLOR        when set, nothing is printed bold\n"
+          "  NO_COLOR        when set, nothing is printed bold; CLICOLOR=0 does the same\n"
           "  CLICOLOR_FORCE  when set, headings are bold even when no terminal shows them"}}};
     for (const Command* command : GetCommands()) {
         program.commands.push_back(command->description);
@@ -93,7 +93,9 @@ int main(int argc, char** argv)
     const QCoreApplication application(argc, argv);
     CliCall call;
     if (const std::optional<int> status = AnswerCli(Program::GetDescription(), argc, argv, call))
-        return *status;
+        return *status == cCliWrongCall && QCoreApplication::arguments().contains(QStringLiteral("--json"))
+                   ? Program::FinishJson(*status)
+                   : *status;
     Program::BeginAnswer(call);
     return Program::FinishAnswer(RunCommand(call));
 }

@@ -156,7 +156,10 @@ void CliCall::FindNamed(const CliProgram& program, QStringList& words)
     } else if (words.isEmpty()) {
         Refuse(QStringLiteral("A command is missing."));
     } else if (members.isEmpty() && first.startsWith(QLatin1Char('-'))) {
-        Refuse(QStringLiteral("There is no option %1 before a command.").arg(Quote(first)));
+        static const QStringList cOptions = {QStringLiteral("--help"), QStringLiteral("--version"),
+                                             QStringLiteral("--manual"), QStringLiteral("--completion")};
+        Refuse(QStringLiteral("There is no option %1 before a command.").arg(Quote(first)) +
+               AskForNearestWord(first, cOptions));
     } else if (members.isEmpty()) {
         Refuse(QStringLiteral("There is no command %1.").arg(Quote(first)) +
                AskForNearestWord(first, GetCommandWords(program, QString())));

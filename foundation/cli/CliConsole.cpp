@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstring>
 #include <mutex>
+#include <utility>
 
 namespace
 {
@@ -16,6 +17,7 @@ struct State
     QStringList errors;
     QStringList warnings;
     bool hasFailed = false;
+    bool isFailureTold = false;
     int reason = 0;  // of the failure, an errno
 };
 
@@ -118,8 +120,9 @@ bool CliConsole::Finish()
     }
     if (!state.hasFailed)
         return true;
-    PrintError(QStringLiteral("The output can't be written: %1.")
-                   .arg(QString::fromLocal8Bit(std::strerror(state.reason))));
+    if (!std::exchange(state.isFailureTold, true))
+        PrintError(QStringLiteral("The output can't be written: %1.")
+                       .arg(QString::fromLocal8Bit(std::strerror(state.reason))));
     return false;
 }
 

@@ -39,7 +39,7 @@ bool AskSecret(const QString& question, QString& answer);
 // Asks on the terminal and reads a line. False when there is none.
 bool Ask(const QString& question, QString& answer);
 
-// Writes out what is on its way. False, after a line on standard error, when anything that was printed could
-// not be written.
+// Writes out what is on its way. False, after a line on standard error the first time, when anything that was
+// printed could not be written.
 bool Finish();
 }  // namespace CliConsole

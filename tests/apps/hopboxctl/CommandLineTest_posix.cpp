@@ -40,8 +40,8 @@ protected:
         return RunShell(
             "rm -f typed done; (until grep -qs '%2' typed; do sleep 0.1; done; printf '%3'; "
             "until [ -e done ]; do sleep 0.1; done) | "
-            "script -qfec '%1; s=$?; touch done; exit $s' /dev/null > typed; s=$?; cat typed; exit $s"_q.arg(
-                command, question, QLatin1String(answers)));
+            "script -qfec 'trap : INT; %1; s=$?; touch done; exit $s' /dev/null > typed; s=$?; cat typed; exit $s"_q
+                .arg(command, question, QLatin1String(answers)));
     }
 
     // The commands that the help lists.
@@ -205,6 +205,13 @@ TEST_F(CommandLine, QuestionsAreAskedOnTheTerminal)
     EXPECT_FALSE(mOutput.contains("geheim")) << "what is typed is not shown";
     EXPECT_TRUE(mOutput.contains("Password: ") && mOutput.contains("1 entries, all whole."))
         << mOutput.constData();
+    EXPECT_EQ(RunOnTerminal("stty -a; hopboxctl zip test secret.zip --ask-password; stty -a; false"_q,
+                            "Password"_q, "\\003"),
+              1);
+    EXPECT_FALSE(mOutput.contains(" -echo ")) << "Ctrl-C leaves a terminal that shows what is typed";
+    EXPECT_EQ(mOutput.count(" echo "), 2) << mOutput.constData();
+    EXPECT_EQ(RunOnTerminal("hopboxctl zip extract made.zip out"_q, "skip"_q, "\\003"), 1);
+    EXPECT_TRUE(mOutput.contains("Stopped.") && !mOutput.contains("Nobody")) << mOutput.constData();
     EXPECT_EQ(RunShell("echo geheim | hopboxctl zip test secret.zip --password-file -"_q), 0)
         << mError.constData();
     EXPECT_EQ(RunShell("setsid -w hopboxctl zip test secret.zip --ask-password"_q), 1) << "no terminal";

@@ -87,6 +87,8 @@ TEST_F(HopboxCommands, EveryCommandSaysWhatItDidByItsStatusAndMessage)
     EXPECT_EQ(Run("show|Press|--json"), 1);
     EXPECT_EQ(GetAnswer().value("ok"_q), QJsonValue(false));
     EXPECT_EQ(GetAnswer().value("errors"_q), QJsonArray{"No Hopbox is registered as \"Press\"."_q});
+    EXPECT_EQ(Run("show|--json"), 2);
+    EXPECT_EQ(GetAnswer().value("errors"_q), QJsonArray{"NAME is missing."_q}) << mOutput.constData();
     const struct
     {
         const char *arguments, *error;
@@ -112,7 +114,7 @@ TEST_F(HopboxCommands, EveryCommandSaysWhatItDidByItsStatusAndMessage)
         {"zip|lst",
          "There is no command \"lst\" in \"zip\": it has list, extract, create, add, test. Did you mean "
          "\"list\"?"},
-        {"--json|list", "There is no option \"--json\" before a command."},
+        {"--names|list", "There is no option \"--names\" before a command."},
     };
     for (const auto& test : wrong) {
         EXPECT_EQ(Run(test.arguments), 2) << test.arguments;

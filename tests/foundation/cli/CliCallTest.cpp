@@ -67,6 +67,7 @@ TEST(CliCallTest, AWrongCallNamesTheWrongWordAndTheNearestRightOne)
         {"mak|x", "There is no command \"mak\". Did you mean \"make\"?"},
         {"banana", "There is no command \"banana\"."},
         {"--fast", "There is no option \"--fast\" before a command."},
+        {"--verison", "There is no option \"--verison\" before a command. Did you mean \"--version\"?"},
         {"pack", "\"pack\" needs a command: list, make."},
         {"pack|lits", "There is no command \"lits\" in \"pack\": it has list, make. Did you mean \"list\"?"},
         {"make|--from|a", "NAME is missing."},
