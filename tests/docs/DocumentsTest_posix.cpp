@@ -294,6 +294,14 @@ TEST(DocumentsTest, EverySettingAndEveryAlertHasItsLine)
     const QString settingsPage = ReadPage("docs/settings.md"_q);
     for (const QString& setting : settings)
         EXPECT_TRUE(settingsPage.contains("\n| `"_q + setting + "` | "_q)) << setting.toStdString();
+    const QString format = ReadPage("docs/formats/plugin-settings.md"_q);
+    QRegularExpressionMatchIterator general =
+        QRegularExpression("\n(\\| `General` \\| `\\w+` \\|)"_q).globalMatch(format);
+    ASSERT_TRUE(general.hasNext());
+    while (general.hasNext()) {
+        const QString row = general.next().captured(1);
+        EXPECT_TRUE(settingsPage.contains(QLatin1Char('\n') + row)) << row.toStdString();
+    }
 
     GStringPool::Initialize();
     RegisterPlugInMessages();
