@@ -126,7 +126,7 @@ public:
         shell.setProcessEnvironment(MakeEnvironment());
         shell.setWorkingDirectory(mFolder);
         shell.start(call.first(), call.mid(1));
-        EXPECT_TRUE(shell.waitForFinished(120000));
+        EXPECT_TRUE(shell.waitForFinished(300000));
         return QString::fromUtf8(shell.readAllStandardOutput()).split(QLatin1Char('\f'));
     }
 
