@@ -42,8 +42,7 @@ bool GIDCSPSaveAsAction::RunStep(ExportStep& step, uint32_t faultCode)
     } catch (const GException&) {
         throw;
     } catch (...) {
-        const GString words = HostFault::Describe();
-        GTrace::Error(QStringLiteral("GIDCSPSaveAsAction::RunStep"), words);
-        return FailWith(ErrorText::Compose(faultCode, QLatin1Char('\n') + words));
+        GTrace::Error(QStringLiteral("GIDCSPSaveAsAction::RunStep"), HostFault::Describe());
+        return FailWith(ErrorText::Compose(faultCode, QLatin1Char('\n') + ErrorText::DescribeCurrent()));
     }
 }

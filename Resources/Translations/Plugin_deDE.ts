@@ -206,6 +206,17 @@
     </message>
 </context>
 <context>
+    <name>GIDCSPActionComponent</name>
+    <message>
+        <source>Export to Hopbox 18, %1 2026 the Hopbox plug-in authors. All rights reserved.</source>
+        <translation>An Hopbox exportieren 18, %1 2026 die Autoren des Hopbox-Plug-ins. Alle Rechte vorbehalten.</translation>
+    </message>
+    <message>
+        <source>The dialog for the export is not installed.</source>
+        <translation>Der Dialog für den Export ist nicht installiert.</translation>
+    </message>
+</context>
+<context>
     <name>GQUICollapsibleFrame</name>
     <message>
         <source>Collapsed</source>
@@ -248,6 +259,33 @@
 Hopbox: %2</source>
         <translation>%1
 Hopbox: %2</translation>
+    </message>
+</context>
+<context>
+    <name>HostFault</name>
+    <message>
+        <source>The host does not tell a document&apos;s missing fonts.</source>
+        <translation>Die Anwendung nennt die fehlenden Schriften eines Dokuments nicht.</translation>
+    </message>
+    <message>
+        <source>The host does not do what its command needs.</source>
+        <translation>Die Anwendung tut nicht, was ihr Befehl braucht.</translation>
+    </message>
+    <message>
+        <source>The host does not take a setting of its command.</source>
+        <translation>Die Anwendung nimmt eine Einstellung ihres Befehls nicht an.</translation>
+    </message>
+    <message>
+        <source>The host gave a text that can&apos;t be read.</source>
+        <translation>Die Anwendung hat einen unlesbaren Text übergeben.</translation>
+    </message>
+    <message>
+        <source>The host raised something that is no exception.</source>
+        <translation>Die Anwendung hat etwas ausgelöst, das keine Ausnahme ist.</translation>
+    </message>
+    <message>
+        <source>The host gave a count that can&apos;t be.</source>
+        <translation>Die Anwendung hat eine unmögliche Anzahl angegeben.</translation>
     </message>
 </context>
 <context>
@@ -400,6 +438,57 @@ Hopbox: %2</translation>
     <message>
         <source>Select All</source>
         <translation>Alles auswählen</translation>
+    </message>
+</context>
+<context>
+    <name>RefusalText</name>
+    <message>
+        <source>The plug-in can&apos;t show its windows: %1</source>
+        <translation>Das Plug-in kann seine Fenster nicht zeigen: %1</translation>
+    </message>
+    <message>
+        <source>the host is a Qt program without windows.</source>
+        <translation>Die Anwendung ist ein Qt-Programm ohne Fenster.</translation>
+    </message>
+    <message>
+        <source>The plug-in is loaded already.</source>
+        <translation>Das Plug-in ist schon geladen.</translation>
+    </message>
+    <message>
+        <source>The host gave the plug-in no services.</source>
+        <translation>Die Anwendung hat dem Plug-in keine Dienste übergeben.</translation>
+    </message>
+    <message>
+        <source>The plug-in needs version %1 of the host interface; this host has version %2.</source>
+        <translation>Das Plug-in braucht die Version %1 der Schnittstelle der Anwendung; diese Anwendung hat die Version %2.</translation>
+    </message>
+    <message>
+        <source>The plug-in is not loaded.</source>
+        <translation>Das Plug-in ist nicht geladen.</translation>
+    </message>
+    <message>
+        <source>The plug-in&apos;s actions are in use already.</source>
+        <translation>Die Aktionen des Plug-ins sind schon in Gebrauch.</translation>
+    </message>
+    <message>
+        <source>Qt&apos;s platform plug-in &quot;%1&quot; is missing.</source>
+        <translation>Das Plattform-Plug-in „%1“ von Qt fehlt.</translation>
+    </message>
+    <message>
+        <source>the Wayland display can&apos;t be reached.</source>
+        <translation>Die Wayland-Anzeige ist nicht erreichbar.</translation>
+    </message>
+    <message>
+        <source>there is no display.</source>
+        <translation>Es gibt keine Anzeige.</translation>
+    </message>
+    <message>
+        <source>the display &quot;%1&quot; can&apos;t be reached.</source>
+        <translation>Die Anzeige „%1“ ist nicht erreichbar.</translation>
+    </message>
+    <message>
+        <source>The plug-in needs version %1 of the host&apos;s table.</source>
+        <translation>Das Plug-in braucht die Version %1 der Tabelle der Anwendung.</translation>
     </message>
 </context>
 </TS>

@@ -206,6 +206,17 @@
     </message>
 </context>
 <context>
+    <name>GIDCSPActionComponent</name>
+    <message>
+        <source>Export to Hopbox 18, %1 2026 the Hopbox plug-in authors. All rights reserved.</source>
+        <translation>Exporter vers Hopbox 18, %1 2026 les auteurs du module externe Hopbox. Tous droits réservés.</translation>
+    </message>
+    <message>
+        <source>The dialog for the export is not installed.</source>
+        <translation>La boîte de dialogue d’exportation n’est pas installée.</translation>
+    </message>
+</context>
+<context>
     <name>GQUICollapsibleFrame</name>
     <message>
         <source>Collapsed</source>
@@ -248,6 +259,33 @@
 Hopbox: %2</source>
         <translation>%1
 Hopbox : %2</translation>
+    </message>
+</context>
+<context>
+    <name>HostFault</name>
+    <message>
+        <source>The host does not tell a document&apos;s missing fonts.</source>
+        <translation>L’application n’indique pas les polices manquantes d’un document.</translation>
+    </message>
+    <message>
+        <source>The host does not do what its command needs.</source>
+        <translation>L’application ne fait pas ce dont sa commande a besoin.</translation>
+    </message>
+    <message>
+        <source>The host does not take a setting of its command.</source>
+        <translation>L’application n’accepte pas un réglage de sa commande.</translation>
+    </message>
+    <message>
+        <source>The host gave a text that can&apos;t be read.</source>
+        <translation>L’application a fourni un texte illisible.</translation>
+    </message>
+    <message>
+        <source>The host raised something that is no exception.</source>
+        <translation>L’application a déclenché quelque chose qui n’est pas une exception.</translation>
+    </message>
+    <message>
+        <source>The host gave a count that can&apos;t be.</source>
+        <translation>L’application a indiqué un nombre impossible.</translation>
     </message>
 </context>
 <context>
@@ -400,6 +438,57 @@ Hopbox : %2</translation>
     <message>
         <source>Select All</source>
         <translation>Tout sélectionner</translation>
+    </message>
+</context>
+<context>
+    <name>RefusalText</name>
+    <message>
+        <source>The plug-in can&apos;t show its windows: %1</source>
+        <translation>Le module externe ne peut pas afficher ses fenêtres : %1</translation>
+    </message>
+    <message>
+        <source>the host is a Qt program without windows.</source>
+        <translation>l’application est un programme Qt sans fenêtres.</translation>
+    </message>
+    <message>
+        <source>The plug-in is loaded already.</source>
+        <translation>Le module externe est déjà chargé.</translation>
+    </message>
+    <message>
+        <source>The host gave the plug-in no services.</source>
+        <translation>L’application n’a fourni aucun service au module externe.</translation>
+    </message>
+    <message>
+        <source>The plug-in needs version %1 of the host interface; this host has version %2.</source>
+        <translation>Le module externe a besoin de la version %1 de l’interface de l’application ; cette application a la version %2.</translation>
+    </message>
+    <message>
+        <source>The plug-in is not loaded.</source>
+        <translation>Le module externe n’est pas chargé.</translation>
+    </message>
+    <message>
+        <source>The plug-in&apos;s actions are in use already.</source>
+        <translation>Les actions du module externe sont déjà utilisées.</translation>
+    </message>
+    <message>
+        <source>Qt&apos;s platform plug-in &quot;%1&quot; is missing.</source>
+        <translation>le module de plateforme « %1 » de Qt est absent.</translation>
+    </message>
+    <message>
+        <source>the Wayland display can&apos;t be reached.</source>
+        <translation>l’affichage Wayland est inaccessible.</translation>
+    </message>
+    <message>
+        <source>there is no display.</source>
+        <translation>il n’y a pas d’affichage.</translation>
+    </message>
+    <message>
+        <source>the display &quot;%1&quot; can&apos;t be reached.</source>
+        <translation>l’affichage « %1 » est inaccessible.</translation>
+    </message>
+    <message>
+        <source>The plug-in needs version %1 of the host&apos;s table.</source>
+        <translation>Le module externe a besoin de la version %1 de la table de l’application.</translation>
     </message>
 </context>
 </TS>

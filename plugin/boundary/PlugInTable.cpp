@@ -13,6 +13,9 @@
 namespace
 {
 IPlugIn* plugIn = nullptr;
+PlugInTable::Translator translate = nullptr;
+const char* const cBadTable =
+    QT_TRANSLATE_NOOP("RefusalText", "The plug-in needs version %1 of the host's table.");
 IActionComponent* actions = nullptr;
 std::atomic<std::thread::id> hostThread;  // the one that gave the table; none without a host
 
@@ -45,9 +48,7 @@ int32_t Load(const hopbox_host_table* table, void* host, const hopbox_sink* erro
     return Guard([&] {
         hopbox_host_table copy;
         if (!Boundary::Copy(table, copy))
-            return Refuse(
-                error,
-                QStringLiteral("The plug-in needs version %1 of the host's table.").arg(HOPBOX_VERSION));
+            return Refuse(error, translate("RefusalText", cBadTable).arg(HOPBOX_VERSION));
         auto services = std::make_unique<TableHost>(copy, host);
         PMString reason;
         if (!plugIn->Load(services.get(), reason))
@@ -214,7 +215,7 @@ int32_t ExportTo(int32_t action, const hopbox_text* hopbox, const hopbox_text* p
 }
 }  // namespace
 
-const hopbox_plugin_table* PlugInTable::Get(uint32_t version, IPlugIn& object)
+const hopbox_plugin_table* PlugInTable::Get(uint32_t version, IPlugIn& object, Translator translator)
 {
     static const hopbox_plugin_table table = {
         sizeof table, HOPBOX_VERSION, Load,           OpenActions, Startup,           Shutdown,
@@ -222,5 +223,6 @@ const hopbox_plugin_table* PlugInTable::Get(uint32_t version, IPlugIn& object)
     if (version != HOPBOX_VERSION)
         return nullptr;
     plugIn = &object;
+    translate = translator;
     return &table;
 }

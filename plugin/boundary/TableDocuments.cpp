@@ -86,7 +86,8 @@ public:
         if (result == HOPBOX_NONE || result == HOPBOX_UNSUPPORTED)
             return {};
         if (result != HOPBOX_OK || names.IsFaulty())
-            throw std::runtime_error("The host does not tell a document's missing fonts.");
+            throw std::runtime_error(
+                QT_TRANSLATE_NOOP("HostFault", "The host does not tell a document's missing fonts."));
         return MakeTableObject<Fonts, IFontList>(mHost, names.GetTexts());
     }
 };

@@ -66,7 +66,8 @@ protected:
     void Require(Operation operation, Arguments... arguments) const
     {
         if (CheckIsSupported(Call(operation, arguments...)) != HOPBOX_OK)
-            throw std::runtime_error("The host does not do what its command needs.");
+            throw std::runtime_error(
+                QT_TRANSLATE_NOOP("HostFault", "The host does not do what its command needs."));
     }
 
     // The same for one that a host may lack.
@@ -75,7 +76,8 @@ protected:
     {
         const int32_t result = Call(operation, arguments...);
         if (result != HOPBOX_OK && result != HOPBOX_UNSUPPORTED)
-            throw std::runtime_error("The host does not take a setting of its command.");
+            throw std::runtime_error(
+                QT_TRANSLATE_NOOP("HostFault", "The host does not take a setting of its command."));
     }
 
     // A yes or no; `otherwise` from a host that lacks the operation, `isFailed` from one that fails it.
@@ -94,7 +96,8 @@ protected:
         const Boundary::TextSink sink;
         const int32_t result = Call(operation, arguments..., static_cast<const hopbox_sink*>(sink));
         if (sink.IsFaulty())
-            throw std::runtime_error("The host gave a text that can't be read.");
+            throw std::runtime_error(
+                QT_TRANSLATE_NOOP("HostFault", "The host gave a text that can't be read."));
         return result == HOPBOX_OK ? sink.GetTexts().value(0) : GString();
     }
 

@@ -17,9 +17,10 @@
  * `load`. A call from another thread changes nothing and gives HOPBOX_WRONG_THREAD.
  *
  * Re-entry. While `do_action` runs it calls the host's operations, shows windows and handles events, so the
- * host's own code may run inside it, and so it is with `export_to`. A further `do_action` then brings the
- * open window to the front and does nothing else, a further `export_to` gives HOPBOX_BUSY. `close_actions`
- * and `unload` give HOPBOX_BUSY and change nothing, then and from inside any function of the host's table.
+ * host's own code may run inside it, and so it is with `export_to`. A further `do_action` of this
+ * module then brings the open window to the front and does nothing else, a further `export_to` gives
+ * HOPBOX_BUSY. `close_actions` and `unload` give HOPBOX_BUSY and change nothing, then and from inside any
+ * function of the host's table.
  *
  * Errors. An operation gives HOPBOX_OK or says why not. A number that is none of hopbox_result counts as
  * HOPBOX_FAILED. Nothing may be thrown or jumped across the boundary. An operation that does not give
@@ -37,8 +38,9 @@
  * `export_to`, `get_action_state`, `startup`, `shutdown` or `unload` returns.
  *
  * Texts. UTF-8 with a length in bytes, without a zero byte at the end; at most HOPBOX_LONGEST_TEXT bytes. A
- * longer text, or a null pointer with a length, is a fault. What a side passes is the other's to read until
- * the call returns, and is never kept or freed by it. Texts come back through a sink.
+ * longer text, or a null pointer with a length, is a fault, and so are more than 100,000 texts of one list.
+ * What a side passes is the other's to read until the call returns, and is never kept or freed by it. Texts
+ * come back through a sink.
  *
  * Paths are full paths in the system's own form, as texts. Lengths are points (1/72 inch), page numbers those
  * that the user sees. Truth is an int32_t, 0 or 1.
@@ -168,7 +170,7 @@ typedef struct hopbox_host_table
     uint32_t size;    /* sizeof(hopbox_host_table) */
     uint32_t version; /* HOPBOX_VERSION */
 
-    /* Takes a handle back. Handles are not counted by a host that gives none to count. */
+    /* Takes a handle back. Null in a host that does not count its handles. */
     void (*release)(void* host, hopbox_handle object);
 
     /* --- The application --- */
@@ -202,11 +204,11 @@ typedef struct hopbox_host_table
 
     /* --- Documents --- */
 
-    /* The document in front, or HOPBOX_NONE: the menu entry is off then. */
+    /* The document in front, or HOPBOX_NONE: the menu entry is off then, as without it. */
     int32_t (*get_front_document)(void* host, hopbox_handle* document);
 
     /* The document of a file if it is open, in a window or not, or HOPBOX_NONE. For the documents of books,
-     * as are the next two. */
+     * as are the next two. Without it: none is open. */
     int32_t (*find_open_document)(void* host, const hopbox_text* path, hopbox_handle* document);
 
     /* Opens a document without a window and without a question. HOPBOX_NONE when that worked and there is no
@@ -215,17 +217,19 @@ typedef struct hopbox_host_table
     int32_t (*open_document)(void* host, const hopbox_text* path, hopbox_handle* document);
 
     /* Closes a document that open_document has opened, at once and without a question. The handle is released
-     * after that. */
+     * after that. Without it: they stay open. */
     int32_t (*close_document)(void* host, hopbox_handle document);
 
     /* Whether the file holds the document as it stands. Without it: it does. */
     int32_t (*is_document_saved)(void* host, hopbox_handle document, int32_t* is_saved);
 
-    /* Saves a document to its file; the host asks for one where there is none. */
+    /* Saves a document to its file; the host asks for one where there is none. Without it: a document that is
+     * not saved is not exported. */
     int32_t (*save_document)(void* host, hopbox_handle document);
 
     /* The document's file, or HOPBOX_NONE when it was never saved; the name that its window bears. PDF and
-     * package are named after the file, without its ending, else after the name. */
+     * package are named after the file, without its ending, else after the name. Without them: there is none.
+     */
     int32_t (*get_document_file)(void* host, hopbox_handle document, const hopbox_sink* path);
     int32_t (*get_document_name)(void* host, hopbox_handle document, const hopbox_sink* name);
 
@@ -235,7 +239,8 @@ typedef struct hopbox_host_table
     int32_t (*get_page)(void* host, hopbox_handle document, int32_t index, uint32_t* page);
 
     /* The pages that a text such as "1-3,8" names, in the order of the text and as often as it names them.
-     * HOPBOX_FAILED when it names one that the document does not have. Shows nothing. */
+     * HOPBOX_FAILED when it names one that the document does not have. Shows nothing. Without it: no range of
+     * pages is exported. */
     int32_t (*get_pages_of_range)(void* host, hopbox_handle document, const hopbox_text* range,
                                   const hopbox_page_sink* pages);
 
@@ -249,7 +254,7 @@ typedef struct hopbox_host_table
     /* The book whose panel is in front, or HOPBOX_NONE: the book's menu entry is off then. */
     int32_t (*get_active_book)(void* host, hopbox_handle* book);
 
-    /* As for a document. */
+    /* As for a document, without them, too. */
     int32_t (*get_book_file)(void* host, hopbox_handle book, const hopbox_sink* path);
     int32_t (*get_book_name)(void* host, hopbox_handle book, const hopbox_sink* name);
 
@@ -264,7 +269,9 @@ typedef struct hopbox_host_table
 
     /* --- Commands --- */
 
-    /* A command of hopbox_command, with nothing told yet; HOPBOX_UNSUPPORTED where the host has none such. */
+    /* A command of hopbox_command, with nothing told yet; HOPBOX_UNSUPPORTED where the host has none such.
+     * Without it, read_job_options, set_output, set_pages or run_command nothing is exported; without
+     * set_document and set_book nothing is packaged, and no book is exported without set_book. */
     int32_t (*create_command)(void* host, int32_t kind, hopbox_handle* command);
 
     /* Takes all settings of a PDF from a job options file; on HOPBOX_FAILED they are as they were.
@@ -289,14 +296,15 @@ typedef struct hopbox_host_table
     int32_t (*set_pages)(void* host, hopbox_handle command, hopbox_handle document, const uint32_t* pages,
                          size_t count, int32_t are_joined);
 
-    /* The name that progress windows and the PDF's title bear. */
+    /* The name that progress windows and the PDF's title bear. Without it: as the host likes. */
     int32_t (*set_name)(void* host, hopbox_handle command, const hopbox_text* name);
 
     /* What is packaged; what is exported or packaged as a book, with all of its documents in their order. */
     int32_t (*set_document)(void* host, hopbox_handle command, hopbox_handle document);
     int32_t (*set_book)(void* host, hopbox_handle command, hopbox_handle book);
 
-    /* A setting of hopbox_package_setting. */
+    /* A setting of hopbox_package_setting. Without it, and on HOPBOX_UNSUPPORTED, the package is made
+     * without. */
     int32_t (*set_package_setting)(void* host, hopbox_handle command, int32_t setting, int32_t is_on);
 
     /* Does the work, all of it, before it returns. HOPBOX_OK means that the PDF or the filled folder is

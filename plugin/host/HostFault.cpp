@@ -3,8 +3,6 @@
 #include "foundation/core/GException.h"
 #include "foundation/trace/GTrace.h"
 
-#include <string>
-
 GString HostFault::Describe()
 {
     try {
@@ -14,7 +12,8 @@ GString HostFault::Describe()
     } catch (const std::exception& error) {
         return GString::fromLocal8Bit(error.what());
     } catch (...) {
-        return QStringLiteral("The host raised something that is no exception.");
+        return QStringLiteral(
+            QT_TRANSLATE_NOOP("HostFault", "The host raised something that is no exception."));
     }
 }
 
@@ -32,7 +31,8 @@ bool HostFault::Contain(const char* source, const std::function<void()>& calls) 
 int32_t HostFault::CheckCount(int32_t count)
 {
     constexpr int32_t cMost = 1'000'000;
-    if (count < 0 || count > cMost)
-        throw std::range_error("The host gave a count that can't be: " + std::to_string(count));
-    return count;
+    if (count >= 0 && count <= cMost)
+        return count;
+    GTrace::Error(QStringLiteral("HostFault::CheckCount"), QString::number(count));
+    throw std::range_error(QT_TRANSLATE_NOOP("HostFault", "The host gave a count that can't be."));
 }

@@ -17,8 +17,9 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-// The words of what is being handled, for use in a catch clause; of no particular language. A text of its own
-// for what is no exception.
+// The words of what is being handled, for use in a catch clause: English, or the host's own. What the plug-in
+// raises about its host is a text of the translations' context "HostFault". A text of its own for what is no
+// exception.
 GString Describe();
 
 // Runs calls that must not fail by raising. What they raise goes to the log under `source`; false then.

@@ -5,6 +5,7 @@
 #include "foundation/strings/GStringPool.h"
 #include "plugin/host/HostFault.h"
 #include "plugin/messages/MessageCodes.h"
+#include "widgets/GCUSTranslation.h"
 
 GString ErrorText::Compose(uint32_t code, const GString& detail)
 {
@@ -43,6 +44,6 @@ GString ErrorText::DescribeCurrent()
     } catch (const GException& error) {
         return Describe(error);
     } catch (...) {
-        return HostFault::Describe();
+        return GCUSTranslation::Translate("HostFault", HostFault::Describe().toUtf8().constData());
     }
 }

@@ -3,16 +3,19 @@
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/core/GException.h"
 #include "foundation/system/GFileSystemBase.h"
+#include "plugin/shell/RefusalText.h"
 #include "plugin/shell/WindowSystem.h"
 
 #include <QApplication>
+
+using RefusalText::Translate;
 
 namespace
 {
 [[noreturn]] void RaiseNoWindows(const GString& reason)
 {
     throw GCustomException(GErrorCode::cIllegalArgument,
-                           QStringLiteral("The plug-in can't show its windows: %1").arg(reason));
+                           Translate("RefusalText", "The plug-in can't show its windows: %1").arg(reason));
 }
 
 // How many modules use an application that one of them has made. A host's own has no such property.
@@ -47,7 +50,7 @@ ApplicationUse::ApplicationUse()
             RaiseNoWindows(fault);
         MakeApplication();
     } else if (qobject_cast<QApplication*>(existing) == nullptr) {
-        RaiseNoWindows(QStringLiteral("the host is a Qt program without windows."));
+        RaiseNoWindows(Translate("RefusalText", "the host is a Qt program without windows."));
     } else if (GetUses() > 0) {
         existing->setProperty(cUses, GetUses() + 1);
     }

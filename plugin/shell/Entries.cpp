@@ -1,5 +1,7 @@
 #include "plugin/shell/PlugIn.h"
 
+#include "plugin/shell/RefusalText.h"
+
 #include <qglobal.h>
 
 #include <new>
@@ -22,5 +24,5 @@ IPlugIn* GetPlugIn()
 // The entry for hosts of any compiler and language.
 const hopbox_plugin_table* hopbox_plugin(uint32_t version)
 {
-    return PlugInTable::Get(version, *GetPlugIn());
+    return PlugInTable::Get(version, *GetPlugIn(), RefusalText::Translate);
 }

@@ -14,16 +14,16 @@
 #include "plugin/messages/ErrorText.h"
 #include "plugin/messages/MessageCodes.h"
 #include "plugin/shell/DefaultUnit.h"
+#include "widgets/GCUSTranslation.h"
 
 #include <QApplication>
 #include <QScopedValueRollback>
 #include <QWidget>
 
+using GCUSTranslation::Translate;
+
 namespace
 {
-const GString cAboutText =
-    QStringLiteral("Export to Hopbox 18, \u00A9 2026 the Hopbox plug-in authors. All rights reserved.");
-
 // A document's page range keeps its default; a book has none.
 const DialogOptions cDocumentOptions = {{DialogOption::cSlugArea, true},
                                         {DialogOption::cSpreads, true},
@@ -164,15 +164,20 @@ void GIDCSPActionComponent::UpdateState(IActionStateList& states, int32_t index)
 void GIDCSPActionComponent::ShowAbout() const
 {
     constexpr int32_t cOK = 1;
-    CAlert::ModalAlert(PMString::Untranslated(cAboutText), PMString::Untranslated(QStringLiteral("OK")),
-                       PMString(), PMString(), cOK, cOK);
+    const QChar copyright(0xA9);
+    const GString text =
+        Translate("GIDCSPActionComponent",
+                  "Export to Hopbox 18, %1 2026 the Hopbox plug-in authors. All rights reserved.")
+            .arg(copyright);
+    CAlert::ModalAlert(PMString::Untranslated(text), PMString::Untranslated(QStringLiteral("OK")), PMString(),
+                       PMString(), cOK, cOK);
 }
 
 void GIDCSPActionComponent::RunDialog(IActiveContext* context, GCPTSaveAsAction& action,
                                       const DialogOptions& options)
 {
     if (!mRunDialog) {
-        ShowError(QStringLiteral("The dialog for the export is not installed."));
+        ShowError(Translate("GIDCSPActionComponent", "The dialog for the export is not installed."));
         return;
     }
     action.SetActive(true);

@@ -4,18 +4,22 @@
 #include "plugin/host/HostCalls.h"
 #include "plugin/shell/GIDCSPActionComponent.h"
 #include "plugin/shell/ModuleResidence.h"
+#include "plugin/shell/RefusalText.h"
 
 #include <exception>
+
+using RefusalText::Translate;
 
 // Why the services can't be taken; empty when they can.
 static GString GetRefusal(const IHostServices* services)
 {
     if (HostServices::Get() != nullptr)
-        return QStringLiteral("The plug-in is loaded already.");
+        return Translate("RefusalText", "The plug-in is loaded already.");
     if (services == nullptr)
-        return QStringLiteral("The host gave the plug-in no services.");
+        return Translate("RefusalText", "The host gave the plug-in no services.");
     if (services->GetVersion() != IHostServices::cVersion)
-        return QStringLiteral("The plug-in needs version %1 of the host interface; this host has version %2.")
+        return Translate("RefusalText",
+                         "The plug-in needs version %1 of the host interface; this host has version %2.")
             .arg(IHostServices::cVersion)
             .arg(services->GetVersion());
     return {};
@@ -57,9 +61,9 @@ IActionComponent* PlugIn::CreateActionComponent(PMString& error)
 {
     error = PMString();
     if (HostServices::Get() == nullptr)
-        error = PMString::Untranslated(QStringLiteral("The plug-in is not loaded."));
+        error = PMString::Untranslated(Translate("RefusalText", "The plug-in is not loaded."));
     else if (mActionComponent)
-        error = PMString::Untranslated(QStringLiteral("The plug-in's actions are in use already."));
+        error = PMString::Untranslated(Translate("RefusalText", "The plug-in's actions are in use already."));
     if (!error.IsEmpty())
         return nullptr;
     try {

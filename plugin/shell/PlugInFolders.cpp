@@ -4,6 +4,8 @@
 #include "export/PlugInPreferences.h"
 #include "foundation/core/GException.h"
 #include "foundation/prefs/GPreferences.h"
+#include "foundation/startup/GBasicFrameworkCoreLayer.h"
+#include "foundation/strings/GStringPoolSupport.h"
 #include "foundation/system/GFileSystemBase.h"
 #include "foundation/trace/GTrace.h"
 
@@ -31,6 +33,15 @@ void PlugInFolders::InstallSettings()
     const GPathName file = GFileSystemBase::GetSpecialPath(GSpecialPath::cPlugInPreferences)
                                .GetChild(PlugInPreferences::cFileName);
     GPreferences::SetPrefModule(GPreferences::cUserFileModule, std::make_unique<PlugInPrefModule>(file));
+}
+
+GPathName PlugInFolders::FindTranslation()
+{
+    const GPathName folder = GFileSystemBase::GetSpecialPath(GSpecialPath::cTranslations);
+    GStringPoolSupport::ReadStringFiles(folder, QStringLiteral("CSP"), 0, 0, 0);
+    const GString name = QStringLiteral("Plugin_%1.qm").arg(GBasicFrameworkCoreLayer::GetLanguage());
+    // The setting names a language, not a path.
+    return GPathName(name).GetLeaf() == name ? folder.GetChild(name) : GPathName();
 }
 
 void PlugInFolders::Forget()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/core/GPathName.h"
+
 // The plug-in's folders and its settings file.
 namespace PlugInFolders
 {
@@ -12,6 +14,10 @@ void RegisterPreferences();
 
 // Puts the settings file in that folder into the settings store, as the module of the user's file.
 void InstallSettings();
+
+// The file of the windows' texts in the user's language, in the folder of translation files; empty where the
+// language that the settings name is not the name of one. Has the string pool look in that folder, too.
+GPathName FindTranslation();
 
 // Takes the registrations back.
 void Forget();

@@ -9,9 +9,6 @@
 class ShellServices
 {
 public:
-    ShellServices() = default;
-
-private:
     // The foundation with the plug-in's folders and settings.
     class Foundation
     {
@@ -22,6 +19,9 @@ private:
         Foundation& operator=(const Foundation&) = delete;
     };
 
+    ShellServices() = default;
+
+private:
     class UserInterface
     {
     public:

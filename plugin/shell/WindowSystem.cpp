@@ -1,5 +1,7 @@
 #include "plugin/shell/WindowSystem.h"
 
+#include "plugin/shell/RefusalText.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QJsonArray>
@@ -46,8 +48,10 @@ bool HasPlugIn(const QString& platform)
 
 GString FindPlatformFault(const QString& platform)
 {
-    return HasPlugIn(platform) ? WindowSystem::FindDisplayFault(platform)
-                               : QStringLiteral("Qt's platform plug-in \"%1\" is missing.").arg(platform);
+    return HasPlugIn(platform)
+               ? WindowSystem::FindDisplayFault(platform)
+               : RefusalText::Translate("RefusalText", "Qt's platform plug-in \"%1\" is missing.")
+                     .arg(platform);
 }
 }  // namespace
 

@@ -1,11 +1,15 @@
 #include "plugin/shell/WindowSystem.h"
 
+#include "plugin/shell/RefusalText.h"
+
 #include <dlfcn.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
 
 #include <cstring>
+
+using RefusalText::Translate;
 
 namespace
 {
@@ -61,10 +65,11 @@ QStringList WindowSystem::GetDefaultPlatforms()
 GString WindowSystem::FindDisplayFault(const GString& platform)
 {
     if (platform.startsWith(QLatin1String("wayland")))
-        return IsWaylandThere() ? GString() : QStringLiteral("the Wayland display can't be reached.");
+        return IsWaylandThere() ? GString()
+                                : Translate("RefusalText", "the Wayland display can't be reached.");
     if (platform != QLatin1String("xcb") || IsXServerThere())
         return {};
     const QString display = qEnvironmentVariable("DISPLAY");
-    return display.isEmpty() ? QStringLiteral("there is no display.")
-                             : QStringLiteral("the display \"%1\" can't be reached.").arg(display);
+    return display.isEmpty() ? Translate("RefusalText", "there is no display.")
+                             : Translate("RefusalText", "the display \"%1\" can't be reached.").arg(display);
 }

@@ -1,6 +1,7 @@
 #include "ExportRun.h"
 #include "FakeStateList.h"
 #include "hopbox/HopboxRegistry.h"
+#include "plugin/boundary/BoundaryText.h"
 #include "plugin/boundary/ModulePlugIn.h"
 #include "plugin/host/CActionComponent.h"
 #include "plugin/host/IPlugIn.h"
@@ -100,6 +101,16 @@ protected:
         book.path = sandbox.GetPath("Year.indb"_q);
         book.documentPaths = QStringList{document.path};
         host.books = {book};
+    }
+
+    static void SpeakGerman()
+    {
+        const GPathName folder = GFileSystemBase::GetSpecialPath(GSpecialPath::cUserPreferences)
+                                     .GetChild("Junctra_CC2019_64_InDesign"_q);
+        GFileSystemBase::CreateFolder(folder);
+        PlugInPrefModule settings(folder.GetChild("JunctraPlugins.pref"_q));
+        settings.Set("General", "Language", "deDE"_q);
+        settings.FlushPrefs();
     }
 
     Sandbox sandbox;
@@ -241,13 +252,7 @@ TEST_F(Module, StaysLoadedWhileAnActionRuns)
 // The string files beside the module, the settings file and the alerts have found each other.
 TEST_F(Module, SpeaksTheLanguageOfItsSettings)
 {
-    const GPathName folder = GFileSystemBase::GetSpecialPath(GSpecialPath::cUserPreferences)
-                                 .GetChild("Junctra_CC2019_64_InDesign"_q);
-    GFileSystemBase::CreateFolder(folder);
-    PlugInPrefModule settings(folder.GetChild("JunctraPlugins.pref"_q));
-    settings.Set("General", "Language", "deDE"_q);
-    settings.FlushPrefs();
-
+    SpeakGerman();
     MakeHopbox("Press"_q);
     HopboxRegistry().ChangeEntry("Press"_q, [](HopboxRegistryEntry& entry) {
         entry.contextFilePath = GPathName();  // its export fails
@@ -278,6 +283,44 @@ TEST_F(Module, SpeaksTheLanguageOfItsSettings)
     GFileSystemBase::TryToRemoveFolder(temporary);
     WriteFile(temporary.GetNativePath(), "in the way");
     component->DoAction(nullptr, cDocument, nullptr);
+}
+
+// Before its texts are there, and about its host.
+TEST_F(Module, RefusesAndBlamesTheHostInTheLanguageOfItsSettings)
+{
+    SpeakGerman();
+    MakeHopbox("Press"_q);
+    MakeDocumentAndBook();
+    const hopbox_plugin_table& table =
+        *reinterpret_cast<hopbox_entry_function>(library.resolve(HOPBOX_ENTRY_NAME))(HOPBOX_VERSION);
+    const Boundary::TextSink reason;
+    EXPECT_EQ(table.load(nullptr, nullptr, reason), HOPBOX_FAILED);
+    EXPECT_EQ(reason.GetTexts().value(0), "Das Plug-in braucht die Version 1 der Tabelle der Anwendung."_q);
+    EXPECT_EQ(Create(), nullptr);
+    EXPECT_EQ(error, "Das Plug-in ist nicht geladen."_q);
+    ASSERT_EQ(GiveServices(&host), QString());
+    EXPECT_EQ(GiveServices(&host), "Das Plug-in ist schon geladen."_q);
+    {
+        const Variable platform("QT_QPA_PLATFORM", "nonsense");
+        EXPECT_EQ(Create(), nullptr);
+        EXPECT_EQ(error,
+                  "Das Plug-in kann seine Fenster nicht zeigen: Das Plattform-Plug-in \u201Enonsense\u201C "
+                  "von Qt fehlt."_q);
+    }
+    IActionComponent* component = Create();
+    ASSERT_NE(component, nullptr) << error.toStdString();
+    EXPECT_EQ(Create(), nullptr);
+    EXPECT_EQ(error, "Die Aktionen des Plug-ins sind schon in Gebrauch."_q);
+    host.documents.front().missingFonts =
+        QVector<QString>(100'001, "A"_q).toList();  // more than a host can mean
+    PMString alert;
+    EXPECT_EQ(component->Export(cDocument, {PMString("Press"_q), PMString(), false}, alert),
+              ExportResult::Failed);
+    EXPECT_TRUE(
+        alert.GetString().endsWith("\nDie Anwendung nennt die fehlenden Schriften eines Dokuments nicht."_q))
+        << alert.GetString().toStdString();
+    component->DoAction(nullptr, 1674240, nullptr);
+    EXPECT_TRUE(host.alerts.value(0).startsWith("An Hopbox exportieren 18, "_q));
 }
 
 // From the menu choice to the ticket that a running Hopbox process takes up, with no hand on the mouse: the
