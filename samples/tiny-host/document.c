@@ -4,11 +4,8 @@
 #include <stdlib.h>
 #include <string.h>
 
-enum
-{
-    LINES = 56, /* of a page */
-    LETTERS = 80
-};
+#define LINES 56 /* of a page */
+#define LETTERS 80
 
 int tiny_open(tiny_host* host, const char* path)
 {
@@ -121,10 +118,8 @@ int tiny_write_pdf(const tiny_host* host, const double bleed[4], const uint32_t*
             fprintf(file, "%d 0 R ", object);
         fputs("] >> endobj\n", file);
         offsets[3] = ftell(file);
-        fputs(
-            "3 0 obj << /Type /Font /Subtype /Type1 /BaseFont /Courier /Encoding /WinAnsiEncoding >> "
-            "endobj\n",
-            file);
+        fputs("3 0 obj << /Type /Font /Subtype /Type1 /BaseFont /Courier ", file);
+        fputs("/Encoding /WinAnsiEncoding >> endobj\n", file);
         for (size_t page = 0; page < count; ++page)
             write_page(host, bleed, pages[page], file, 4 + (int)page * 3, offsets);
         offsets[0] = ftell(file);

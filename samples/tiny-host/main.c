@@ -46,7 +46,7 @@ int tiny_main(int count, char** arguments)
     int status = 1;
     if (count < 2 || count > 5)
         status = 2, fputs("usage: tiny-host FILE [HOPBOX [PAGES] [package]]\n", stderr);
-    else if (plugin == NULL)
+    else if (plugin == NULL || plugin->size < sizeof *plugin) /* without what is called here */
         fputs("tiny-host: the plug-in can't be loaded\n", stderr);
     else if (!tiny_open(&host, arguments[1]))
         fputs("tiny-host: the file can't be read\n", stderr);

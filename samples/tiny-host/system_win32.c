@@ -22,15 +22,14 @@ FILE* tiny_open_file(const char* path, const char* mode)
 hopbox_entry_function tiny_load_entry(const char* module)
 {
     wchar_t name[TINY_PATH];
+    hopbox_entry_function entry;
+    FARPROC address;
     HMODULE library;
-    union {
-        FARPROC address;
-        hopbox_entry_function function;
-    } entry;
     MultiByteToWideChar(CP_UTF8, 0, module == NULL ? TINY_MODULE : module, -1, name, TINY_PATH);
     library = LoadLibraryExW(name, NULL, LOAD_WITH_ALTERED_SEARCH_PATH);
-    entry.address = library == NULL ? NULL : GetProcAddress(library, HOPBOX_ENTRY_NAME);
-    return entry.function;
+    address = library == NULL ? NULL : GetProcAddress(library, HOPBOX_ENTRY_NAME);
+    memcpy(&entry, &address, sizeof entry);
+    return entry;
 }
 
 static int32_t begin_modal(void* host, uint64_t* token)
@@ -113,10 +112,8 @@ void tiny_run(tiny_host* host, const hopbox_plugin_table* plugin)
     CreateWindowExA(0, "STATIC", host->text, WS_CHILD | WS_VISIBLE | SS_NOPREFIX, 0, 0, 700, 760, window,
                     NULL, NULL, NULL);
     while (window != NULL && GetMessageW(&message, NULL, 0, 0) > 0)
-        if (!TranslateAcceleratorW(window, shortcut, &message)) {
-            TranslateMessage(&message);
-            DispatchMessageW(&message);
-        }
+        if (!TranslateAcceleratorW(window, shortcut, &message))
+            TranslateMessage(&message), DispatchMessageW(&message);
     window = NULL;
 }
 
