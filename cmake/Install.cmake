@@ -1,6 +1,7 @@
 # What `cmake --install` lays out, by component:
 #
-#     runtime   the module in a folder of its own with its texts, the tools, the receiving process
+#     runtime   the module in a folder of its own with its texts, the tools, the receiving process, and on Linux
+#               layout-host, which has its script and its texts in itself
 #     sdk       what an adaptor is built with: headers, the import library, the CMake package
 #
 # Nothing in it names the place where it was installed.
@@ -20,7 +21,11 @@ install(DIRECTORY Resources/Strings
 install(DIRECTORY "${translations_folder}/"
   DESTINATION "${module_folder}/Resources/Strings" COMPONENT runtime
   FILES_MATCHING PATTERN "*.qm")
-install(TARGETS apps_hopboxctl apps_printer_processor
+set(programs apps_hopboxctl apps_printer_processor)
+if(TARGET hosts_layout_host)
+  list(APPEND programs hosts_layout_host)
+endif()
+install(TARGETS ${programs}
   RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
 
 install(FILES plugin/boundary/hopbox_host.h plugin/boundary/hopbox_adaptor.h

@@ -1,6 +1,7 @@
 #include "foundation/strings/GStringPool.h"
 #include "plugin/messages/MessageCodes.h"
 #include "plugin/messages/MessageTable.h"
+#include "tests/support/LeakOptions.h"
 #include "tests/support/Test.h"
 
 #include <QDirIterator>
@@ -157,10 +158,7 @@ private:
             environment.insert("LANG"_q, "C.UTF-8"_q);
             environment.insert("LOGNAME"_q, "anna"_q);
         }
-        // Qt's offscreen platform never frees its screen; a leak would be layout-host's exit status.
-        const QString leaks = mFolder + "/leaks"_q;
-        EXPECT_TRUE(WriteFile(leaks, "leak:libqoffscreen.so\n"));
-        environment.insert("LSAN_OPTIONS"_q, "print_suppressions=0:suppressions="_q + leaks);
+        environment.insert("LSAN_OPTIONS"_q, QString::fromUtf8(WriteLeakOptions(mFolder)));
         return environment;
     }
 

@@ -1,4 +1,5 @@
 #include "ExportRun.h"
+#include "tests/support/LeakOptions.h"
 #include "tests/support/PrinterProcessor.h"
 
 #include <QDir>
@@ -24,11 +25,8 @@ struct ProgramRun
                                QDir::listSeparator() + environment.value("PATH"_q));
         environment.insert("FAKE_ADAPTOR_LIE"_q, QLatin1String(lie));
         environment.remove("HOPBOX_PLUGIN"_q);
-        // Qt's offscreen platform never frees its screen; a leak would be the program's exit status.
         const QTemporaryDir folder;
-        EXPECT_TRUE(WriteFile(folder.filePath("leaks"_q), "leak:libqoffscreen.so\n"));
-        environment.insert("LSAN_OPTIONS"_q,
-                           "print_suppressions=0:suppressions="_q + folder.filePath("leaks"_q));
+        environment.insert("LSAN_OPTIONS"_q, QString::fromUtf8(WriteLeakOptions(folder.path())));
         process.setProcessEnvironment(environment);
         process.setProcessChannelMode(QProcess::MergedChannels);
         process.start(program + cSuffix, arguments);

@@ -22,12 +22,14 @@ QString PlugInModule::FindFile()
     const QString named = qEnvironmentVariable("HOPBOX_PLUGIN");
     if (!named.isEmpty())
         return named;
-    const QString fileName = QStringLiteral("HopboxPlugIn.so");
     const QDir program(QCoreApplication::applicationDirPath());
-    const QString beside = program.filePath(fileName);
-    return QFileInfo::exists(beside)
-               ? beside
-               : QDir::cleanPath(program.filePath(QStringLiteral("../plugin/") + fileName));
+    QString file;
+    for (const char* place : {"HopboxPlugIn.so", "../plugin/HopboxPlugIn.so", INSTALLED_MODULE}) {
+        file = QDir::cleanPath(program.filePath(QString::fromLatin1(place)));
+        if (QFileInfo::exists(file))
+            break;
+    }
+    return file;
 }
 
 bool PlugInModule::Load(const QString& file, IHostServices& services)

@@ -20,8 +20,8 @@ public:
     PlugInModule(const PlugInModule&) = delete;
     PlugInModule& operator=(const PlugInModule&) = delete;
 
-    // Where the module lies: HOPBOX_PLUGIN names the file, else it is in the folder "plugin" beside the
-    // program's own folder, or beside the program.
+    // Where the module lies: HOPBOX_PLUGIN names the file, else it is beside the program, in the folder
+    // "plugin" beside the program's own folder, or where it is installed.
     static QString FindFile();
 
     // Loads the module, gives it the services and starts it: its actions and menu entries are registered when

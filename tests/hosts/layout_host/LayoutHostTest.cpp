@@ -1,3 +1,4 @@
+#include "tests/support/LeakOptions.h"
 #include "tests/support/PrinterProcessor.h"
 #include "tests/support/Test.h"
 
@@ -74,10 +75,7 @@ protected:
              "BleedBottomValue=10|BleedInsideValue=11|BleedOutsideValue=12"_list)
             create << "--setting"_q << setting;
         EXPECT_EQ(Program(GetProgramPath("hopboxctl"), create).GetStatus(), 0);
-        // The leak sanitizer would change the exit status: Qt's offscreen platform never frees its screen.
-        const QString leaks = mSandbox.GetPath("leaks"_q);
-        EXPECT_TRUE(WriteFile(leaks, "leak:libqoffscreen.so\n"));
-        qputenv("LSAN_OPTIONS", "print_suppressions=0:suppressions=" + leaks.toUtf8());
+        qputenv("LSAN_OPTIONS", WriteLeakOptions(mSandbox.GetPath()));
     }
 
     // The arguments of an export to that Hopbox. The newsletter's images are not in its package.
