@@ -38,7 +38,7 @@ const Operation cOperations[] = {
     {"get_front_document", offsetof(Table, get_front_document), cNeeded},
     {"find_open_document", offsetof(Table, find_open_document), "a book's open documents are not found"},
     {"open_document", offsetof(Table, open_document), "a book's closed documents can't be exported"},
-    {"close_document", offsetof(Table, close_document), "a book's closed documents can't be exported"},
+    {"close_document", offsetof(Table, close_document), "a book's closed documents stay open"},
     {"is_document_saved", offsetof(Table, is_document_saved), "documents count as saved"},
     {"save_document", offsetof(Table, save_document), "changed documents can't be exported"},
     {"get_document_file", offsetof(Table, get_document_file), "the PDF is named after the document's name"},

@@ -5,7 +5,6 @@
 namespace
 {
 constexpr int cMostTexts = 100000;
-constexpr size_t cMostPages = 1000000;
 
 bool IsReadable(const char* bytes, size_t length)
 {

@@ -12,6 +12,8 @@
 // Texts and lists on their way through the boundary. What can't be read is a fault, never a part of a text.
 namespace Boundary
 {
+constexpr size_t cMostPages = 1'000'000;  // of one list
+
 // A text with its bytes, for the time of a call.
 class PassedText
 {

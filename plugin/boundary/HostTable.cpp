@@ -243,6 +243,8 @@ int32_t GetPagesOfRange(void* host, hopbox_handle document, const hopbox_text* r
     return Guard(host, [&](HostTable& table) {
         const IDocument& source = table.Get(document, &Object::document);
         const auto list = source.QueryPageList();
+        if (sink == nullptr || sink->put == nullptr)
+            return HOPBOX_FAILED;
         UIDList pages(source.GetDataBase());
         if (!list || list->GetPageUIDs(PMString::Untranslated(Boundary::Read(range)), pages) != cSuccess)
             return HOPBOX_FAILED;

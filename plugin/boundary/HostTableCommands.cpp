@@ -126,6 +126,8 @@ int32_t SetPages(void* host, hopbox_handle command, hopbox_handle document, cons
                  size_t count, int32_t areJoined)
 {
     return Guard(host, [&](HostTable& table) {
+        if (count > Boundary::cMostPages || (pages == nullptr && count > 0))
+            return HOPBOX_FAILED;
         UIDList list(table.Get(document, &Object::document).GetDataBase());
         for (size_t index = 0; index < count; ++index)
             list.Append(pages[index]);

@@ -11,6 +11,7 @@
 
 #include <cstring>
 #include <limits>
+#include <stdexcept>
 #include <thread>
 #include <tuple>
 
@@ -96,6 +97,27 @@ TEST_F(Lies, EndInAnErrorOfTheExport)
          "No current document"_q},
         {"a result of its own",
          [](Table& table) { table.run_command = [](void*, Handle) -> int32_t { return 77; }; }, ended},
+        {"a run that raises",
+         [](Table& table) {
+             table.run_command = [](void*, Handle) -> int32_t { throw std::runtime_error("Boom"); };
+         },
+         ended + "\nBoom"_q},
+        {"a release that raises",
+         [](Table& table) {
+             table.release = [](void* host, Handle object) {
+                 HostTable::GetTable().release(host, object);
+                 throw std::runtime_error("Boom");
+             };
+         },
+         cNobodyTakesIt},
+        {"a command of no handle",
+         [](Table& table) {
+             table.create_command = [](void*, int32_t, Handle* command) -> int32_t {
+                 *command = 0;
+                 return HOPBOX_OK;
+             };
+         },
+         "PDF Export command not found"_q},
         {"cancelled",
          [](Table& table) { table.run_command = [](void*, Handle) -> int32_t { return HOPBOX_CANCELLED; }; },
          "-"_q},
@@ -180,6 +202,20 @@ TEST_F(Lies, AnOpeningThatGivesNoDocumentIsNoFailureOfTheOpening)
     }
 }
 
+// A host may begin what it can't end.
+TEST_F(Lies, AModalStateWithoutAnEndIsLeftAsItIs)
+{
+    Table table = {};
+    table.begin_modal = [](void*, uint64_t* token) -> int32_t {
+        *token = 7;
+        return HOPBOX_OK;
+    };
+    TableHost host(table, nullptr);
+    const auto modal = host.QueryModalUtils();
+    EXPECT_EQ(modal->AcquireModalToken(), 7U);
+    modal->HandBackModalToken(7);
+}
+
 TEST_F(Lies, HandlesThatAreNoneAreFailures)
 {
     ExportParty party;
@@ -190,6 +226,10 @@ TEST_F(Lies, HandlesThatAreNoneAreFailures)
     ASSERT_EQ(table.get_front_document(&host, &document), HOPBOX_OK);
     ASSERT_EQ(table.create_command(&host, HOPBOX_PACKAGE_DOCUMENT, &command), HOPBOX_OK);
     const Boundary::PassedText path("/a"_q);
+    const Boundary::PassedText range("1"_q);
+    const uint32_t page = 1;
+    Handle pdf = 0;
+    ASSERT_EQ(table.create_command(&host, HOPBOX_EXPORT_DOCUMENT, &pdf), HOPBOX_OK);
     int32_t number = 0;
     EXPECT_EQ(table.get_page_count(&host, 4711, &number), HOPBOX_FAILED);
     EXPECT_EQ(table.get_page_count(&host, command, &number), HOPBOX_FAILED);
@@ -197,12 +237,16 @@ TEST_F(Lies, HandlesThatAreNoneAreFailures)
     EXPECT_EQ(table.set_book(&host, command, document), HOPBOX_FAILED);
     EXPECT_EQ(table.set_output(&host, document, path), HOPBOX_FAILED);
     EXPECT_EQ(table.set_output(&host, command, nullptr), HOPBOX_FAILED);
+    EXPECT_EQ(table.set_pages(&host, pdf, document, nullptr, 1, 0), HOPBOX_FAILED);
+    EXPECT_EQ(table.set_pages(&host, pdf, document, &page, cEndless, 0), HOPBOX_FAILED);
+    EXPECT_EQ(table.get_pages_of_range(&host, document, range, nullptr), HOPBOX_FAILED);
     EXPECT_EQ(table.set_package_setting(&host, command, cPackageSettingCount, 1), HOPBOX_UNSUPPORTED);
     EXPECT_EQ(table.create_command(&host, 99, &document), HOPBOX_UNSUPPORTED);
     table.release(&host, document);
     table.release(&host, document);
     EXPECT_EQ(table.get_page_count(&host, document, &number), HOPBOX_FAILED);
-    EXPECT_EQ(host.GetHandleCount(), 1U);
+    EXPECT_EQ(host.GetHandleCount(), 2U);
+    table.release(&host, pdf);
     table.release(&host, command);
     EXPECT_EQ(party.host.GetUnreleased(), QStringList());
 }
@@ -322,6 +366,8 @@ TEST_F(SmallHosts, WithATableThatIsNoneAreRefused)
         EXPECT_EQ(plugIn->load(table, nullptr, reason), HOPBOX_FAILED);
         EXPECT_EQ(reason.GetTexts().size(), 1);
         EXPECT_EQ(plugIn->load(table, nullptr, nullptr), HOPBOX_FAILED);
+        const hopbox_sink withoutFunction = {nullptr, nullptr};
+        EXPECT_EQ(plugIn->load(table, nullptr, &withoutFunction), HOPBOX_FAILED);
     }
     EXPECT_EQ(plugIn->do_action(HOPBOX_ACTION_DOCUMENT), HOPBOX_NONE);
     const Boundary::PassedText hopbox("Press"_q);
