@@ -1,6 +1,7 @@
 #include "foundation/system/GDamagedCopies.h"
 
 #include "foundation/core/GFileInputStream.h"
+#include "foundation/core/SharedFile.h"
 #include "foundation/system/GDurableFile.h"
 #include "foundation/system/GFileCalls.h"
 #include "foundation/system/GSystemError.h"
@@ -56,17 +57,20 @@ bool IsKept(const GPathName& file, const GPathName& newest)
     return kept != nullptr && AreEqual(damaged, *kept);
 }
 
-// Makes room for a new copy: each of the others is one older.
-void Shift(const GPathName& file)
+// Makes room for a copy of that age: those from there on are one older, up to the first gap, so that a new
+// attempt after a failed one moves nothing.
+void MakeRoom(const GPathName& file, int age)
 {
-    for (int age = GDamagedCopies::cMostCopies - 1; age > 0; --age) {
-        const GPathName older = GetCopy(file, age);
-        if (GFileCalls::RenameFile(GetCopy(file, age - 1), older, true))
-            continue;
-        const boost::system::error_code reason = GetLastSystemError();
-        if (reason != boost::system::errc::no_such_file_or_directory)
-            RaiseFileError(QStringLiteral("The file \"%1\" can't be written"), older, reason);
-    }
+    const GPathName copy = GetCopy(file, age);
+    const GPathName older = GetCopy(file, age + 1);
+    if (age + 1 == GDamagedCopies::cMostCopies || IsFileMissing(copy.GetNativePath()))
+        return;
+    MakeRoom(file, age + 1);
+    if (GFileCalls::RenameFile(copy, older, true))
+        return;
+    const boost::system::error_code reason = GetLastSystemError();
+    if (reason != boost::system::errc::no_such_file_or_directory)
+        RaiseFileError(QStringLiteral("The file \"%1\" can't be written"), older, reason);
 }
 }  // namespace
 
@@ -88,7 +92,9 @@ GPathName GDamagedCopies::Keep(const GPathName& file)
         copy.Write(bytes, count);
         return true;
     });
-    Shift(file);
+    // Whatever finds no space fails before an older copy goes.
+    copy.Prepare();
+    MakeRoom(file, 0);
     copy.Commit();
     return newest;
 }

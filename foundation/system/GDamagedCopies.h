@@ -12,9 +12,9 @@ constexpr int cMostCopies = 3;
 GPathName GetNewest(const GPathName& file);
 
 // Keeps a copy of the file, for its owner only and flushed to disk, and gives its path. The oldest of three
-// goes. A file that the newest copy already holds is not kept again, so that a write that fails and is tried
-// anew pushes no other copy out. Of one that is gone or holds no byte nothing is kept, which gives the empty
-// path.
+// goes, once the new one is on disk. A file that the newest copy already holds is not kept again, so that a
+// write that fails and is tried anew pushes no other copy out. Of one that is gone or holds no byte nothing
+// is kept, which gives the empty path.
 //
 // Raises a GCustomException with GErrorCode::cFile when the file can't be kept: it must not be overwritten
 // then. Whoever may change the file at the same time has to be locked out by the caller.

@@ -41,10 +41,17 @@ void GDurableFile::Write(const char* bytes, int count)
         mBuffer.append(bytes, count);
 }
 
-void GDurableFile::Commit()
+void GDurableFile::Prepare()
 {
     FlushBuffer();
-    FlushAndReplace();
+    FlushToDisk();
+    GiveName();
+}
+
+void GDurableFile::Commit()
+{
+    Prepare();
+    PutInPlace();
 }
 
 GPathName GDurableFile::MakeTemporaryName() const

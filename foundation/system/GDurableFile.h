@@ -54,6 +54,10 @@ public:
     // Where the new file is until it is in place; empty while it has no name.
     const GPathName& GetTemporaryPath() const { return mTemporary; }
 
+    // Brings everything that was written to disk, under a passing name, so that little is left that can fail
+    // when Commit puts the file in place. For who has to make room for it in between.
+    void Prepare();
+
     // Puts the new file in place. Called once, at the end.
     void Commit();
 
@@ -61,8 +65,11 @@ private:
     // The platform's half.
     static GPathName FollowLinks(const GPathName& target);
     void OpenTemporary();
+    void OpenOwned(uint32_t mode, int attempt);  // POSIX alone
+    [[noreturn]] void FailToOpen();              // POSIX alone
     void WriteNow(const char* bytes, int count);
-    void FlushAndReplace();
+    void FlushToDisk();
+    void GiveName();
     void PutInPlace();
     void RemoveTemporary() noexcept;
     static void RemoveLeftover(const GPathName& path, uint32_t process, uint64_t startTime);

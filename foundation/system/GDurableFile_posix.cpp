@@ -17,7 +17,8 @@
 
 namespace
 {
-constexpr int cMostLinks = 40;  // the system's own limit
+constexpr int cMostLinks = 40;   // the system's own limit
+constexpr int cMostNames = 100;  // that others may take for leftovers
 
 QByteArray GetSystemName(const GPathName& path)
 {
@@ -114,24 +115,37 @@ void GDurableFile::OpenTemporary()
     const mode_t mode = hasOld || mAccess == Access::cOwnerOnly ? cForOwner : cForAll;
     if (HasProcessFolder())
         mHandle = OpenNameless(GetFolder(mTarget), mode);
-    while (!mHandle.IsOpen()) {
-        // Not every file system knows files without a name.
-        const GPathName temporary = MakeTemporaryName();
-        mHandle = OpenNamed(temporary, mode);
-        if (!mHandle.IsOpen())
-            RaiseWriteError();
-        // Another writer may have taken the file for a leftover before it was owned.
-        if (GOwnerLock::IsNamed(mHandle, temporary))
-            mTemporary = temporary;
-        else
-            mHandle.Close();
-    }
-    if (hasOld && !TakeOverRights(static_cast<int>(mHandle.Get()), old)) {
-        const int error = errno;
-        RemoveTemporary();
-        errno = error;
+    // Not every file system knows files without a name.
+    for (int attempt = 1; !mHandle.IsOpen(); ++attempt)
+        OpenOwned(mode, attempt);
+    if (hasOld && !TakeOverRights(static_cast<int>(mHandle.Get()), old))
+        FailToOpen();
+}
+
+// Another writer may take the file for a leftover before it is owned: the handle is closed then.
+void GDurableFile::OpenOwned(uint32_t mode, int attempt)
+{
+    mTemporary = MakeTemporaryName();
+    mHandle = OpenNamed(mTemporary, static_cast<mode_t>(mode));
+    if (!mHandle.IsOpen()) {
+        mTemporary = GPathName();
         RaiseWriteError();
     }
+    const GOwnerLock::Naming naming = GOwnerLock::LookAtName(mHandle, mTemporary);
+    if (naming == GOwnerLock::Naming::cSame)
+        return;
+    if (naming == GOwnerLock::Naming::cUnknown || attempt == cMostNames)
+        FailToOpen();
+    mTemporary = GPathName();
+    mHandle.Close();
+}
+
+void GDurableFile::FailToOpen()
+{
+    const int error = errno;
+    RemoveTemporary();
+    errno = error;
+    RaiseWriteError();
 }
 
 void GDurableFile::WriteNow(const char* bytes, int count)
@@ -162,11 +176,29 @@ void GDurableFile::WriteAt(int64_t offset, const char* bytes, int count)
     }
 }
 
-void GDurableFile::FlushAndReplace()
+void GDurableFile::FlushToDisk()
 {
     if (fsync(static_cast<int>(mHandle.Get())) != 0)
         RaiseWriteError();
-    PutInPlace();
+}
+
+void GDurableFile::GiveName()
+{
+    if (!mTemporary.IsEmpty())
+        return;
+    const GPathName name = MakeTemporaryName();
+    const QByteArray handle = "/proc/self/fd/" + QByteArray::number(static_cast<int>(mHandle.Get()));
+    if (linkat(AT_FDCWD, handle.constData(), AT_FDCWD, GetSystemName(name).constData(), AT_SYMLINK_FOLLOW) !=
+        0)
+        RaiseWriteError();
+    mTemporary = name;
+}
+
+void GDurableFile::PutInPlace()
+{
+    if (rename(GetSystemName(mTemporary).constData(), GetSystemName(mTarget).constData()) != 0)
+        RaiseWriteError();
+    mTemporary = GPathName();
     if (!mHandle.Close())
         RaiseWriteError();
     const PFileHandle folder(
@@ -177,21 +209,6 @@ void GDurableFile::FlushAndReplace()
                       QStringLiteral("The folder of \"%1\" can't be flushed: %2")
                           .arg(mTarget.GetNativePath(), GetReasonText(GetLastSystemError())));
     }
-}
-
-void GDurableFile::PutInPlace()
-{
-    if (mTemporary.IsEmpty()) {
-        const GPathName name = MakeTemporaryName();
-        const QByteArray handle = "/proc/self/fd/" + QByteArray::number(static_cast<int>(mHandle.Get()));
-        if (linkat(AT_FDCWD, handle.constData(), AT_FDCWD, GetSystemName(name).constData(),
-                   AT_SYMLINK_FOLLOW) != 0)
-            RaiseWriteError();
-        mTemporary = name;
-    }
-    if (rename(GetSystemName(mTemporary).constData(), GetSystemName(mTarget).constData()) != 0)
-        RaiseWriteError();
-    mTemporary = GPathName();
 }
 
 void GDurableFile::RemoveLeftover(const GPathName& path, uint32_t, uint64_t)

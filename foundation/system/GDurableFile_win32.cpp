@@ -137,19 +137,20 @@ void GDurableFile::WriteAt(int64_t offset, const char* bytes, int count)
     }
 }
 
-void GDurableFile::FlushAndReplace()
+void GDurableFile::FlushToDisk()
 {
-    const auto file = reinterpret_cast<HANDLE>(mHandle.Get());
-    if (!FlushFileBuffers(file))
+    if (!FlushFileBuffers(reinterpret_cast<HANDLE>(mHandle.Get())))
         RaiseWriteError();
-    SetDeletedOnClose(file, false);
-    if (!mHandle.Close())
-        RaiseWriteError();
-    PutInPlace();
 }
+
+// It has one from the start.
+void GDurableFile::GiveName() {}
 
 void GDurableFile::PutInPlace()
 {
+    SetDeletedOnClose(reinterpret_cast<HANDLE>(mHandle.Get()), false);
+    if (!mHandle.Close())
+        RaiseWriteError();
     const std::wstring temporary = GetText(mTemporary);
     const std::wstring target = GetText(mTarget);
     TakeOverRights(target, temporary);

@@ -1,5 +1,6 @@
 #include "foundation/system/GLockFile.h"
 
+#include "foundation/system/GOwnerLock.h"
 #include "foundation/system/GSystemError.h"
 
 #include <QFile>
@@ -12,6 +13,7 @@
 namespace
 {
 constexpr mode_t cOwnerOnly = 0600;
+constexpr int cMostAttempts = 1000;  // while others delete the file
 
 PFileHandle OpenLockFile(const GPathName& path, const QByteArray& systemPath, GLockType type)
 {
@@ -36,22 +38,13 @@ bool SetLock(int file, short type)
     return fcntl(file, F_OFD_SETLK, &lock) == 0;
 }
 
-// Whether the path still names the open file: whoever deleted it meanwhile would leave us with a lock that
-// nobody else sees.
-bool IsStillThere(int file, const QByteArray& systemPath)
-{
-    struct stat open = {};
-    struct stat named = {};
-    return fstat(file, &open) == 0 && lstat(systemPath.constData(), &named) == 0 &&
-           open.st_dev == named.st_dev && open.st_ino == named.st_ino;
-}
 }  // namespace
 
 GLockFile::Result GLockFile::TryLock(GLockType type)
 {
     Unlock();
     const QByteArray systemPath = QFile::encodeName(mPath.GetSystemPath());
-    for (;;) {
+    for (int attempt = 0; attempt < cMostAttempts; ++attempt) {
         PFileHandle file = OpenLockFile(mPath, systemPath, type);
         const int descriptor = static_cast<int>(file.Get());
         struct stat status = {};
@@ -64,11 +57,16 @@ GLockFile::Result GLockFile::TryLock(GLockType type)
                 return Result::cHeld;
             RaiseLockError(mPath, GetReasonText(GetLastSystemError()));
         }
-        if (IsStillThere(descriptor, systemPath)) {
+        // Whoever deleted the file meanwhile would leave us with a lock that nobody else sees.
+        const GOwnerLock::Naming naming = GOwnerLock::LookAtName(file, mPath);
+        if (naming == GOwnerLock::Naming::cUnknown)
+            RaiseLockError(mPath, GetReasonText(GetLastSystemError()));
+        if (naming == GOwnerLock::Naming::cSame) {
             mHandle = std::move(file);
             return Result::cLocked;
         }
     }
+    RaiseLockError(mPath, QStringLiteral("it is deleted again and again"));
 }
 
 void GLockFile::Unlock() noexcept

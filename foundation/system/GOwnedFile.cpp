@@ -21,7 +21,13 @@ GOwnedFile::GOwnedFile(const NextName& nextName)
         }
         // Somebody who clears up may have come between the making and the lock; the file is gone then.
         const GOwnerLock::State state = GOwnerLock::TryLock(file);
-        if (state == GOwnerLock::State::cHeld || !GOwnerLock::IsNamed(file, path))
+        const GOwnerLock::Naming naming = GOwnerLock::LookAtName(file, path);
+        if (naming == GOwnerLock::Naming::cUnknown) {
+            reason = GetLastSystemError();
+            GFileSystemBase::TryToRemoveFile(path);
+            RaiseFileError(QStringLiteral("The file \"%1\" can't be created"), path, reason);
+        }
+        if (state == GOwnerLock::State::cHeld || naming != GOwnerLock::Naming::cSame)
             continue;
         mPath = path;
         mHandle = std::move(file);
@@ -59,8 +65,8 @@ bool GOwnedFile::RemoveUnowned(const GPathName& path, const std::function<void()
     if (!file.IsOpen())
         return GetLastSystemError() == boost::system::errc::no_such_file_or_directory;
     // The lock is held while the file goes: whoever has just made it sees that and makes another.
-    const bool isFree =
-        GOwnerLock::TryLock(file) == GOwnerLock::State::cLocked && GOwnerLock::IsNamed(file, path);
+    const bool isFree = GOwnerLock::TryLock(file) == GOwnerLock::State::cLocked &&
+                        GOwnerLock::LookAtName(file, path) == GOwnerLock::Naming::cSame;
     if (isFree && removeRest)
         removeRest();
     const bool isRemoved = isFree && GFileSystemBase::TryToRemoveFile(path);

@@ -22,6 +22,11 @@ PFileHandle OpenOld(const GPathName& path) noexcept;
 State TryLock(const PFileHandle& file) noexcept;
 void Unlock(const PFileHandle& file) noexcept;
 
-// Whether the path names the open file.
-bool IsNamed(const PFileHandle& file, const GPathName& path) noexcept;
+enum class Naming
+{
+    cSame,     // the path names the open file
+    cOther,    // it names another one, or nothing any more
+    cUnknown,  // the system could not look
+};
+Naming LookAtName(const PFileHandle& file, const GPathName& path) noexcept;
 }  // namespace GOwnerLock

@@ -59,11 +59,13 @@ void GOwnerLock::Unlock(const PFileHandle& file) noexcept
         SetLock(file, F_UNLCK);
 }
 
-bool GOwnerLock::IsNamed(const PFileHandle& file, const GPathName& path) noexcept
+GOwnerLock::Naming GOwnerLock::LookAtName(const PFileHandle& file, const GPathName& path) noexcept
 {
     struct stat open = {};
     struct stat named = {};
-    return fstat(static_cast<int>(file.Get()), &open) == 0 &&
-           lstat(GetSystemName(path).constData(), &named) == 0 && open.st_dev == named.st_dev &&
-           open.st_ino == named.st_ino;
+    if (fstat(static_cast<int>(file.Get()), &open) != 0)
+        return Naming::cUnknown;
+    if (lstat(GetSystemName(path).constData(), &named) != 0)
+        return errno == ENOENT ? Naming::cOther : Naming::cUnknown;
+    return open.st_dev == named.st_dev && open.st_ino == named.st_ino ? Naming::cSame : Naming::cOther;
 }

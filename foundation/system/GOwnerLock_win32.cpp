@@ -63,13 +63,22 @@ void GOwnerLock::Unlock(const PFileHandle& file) noexcept
         UnlockFileEx(GetHandle(file), 0, 1, 0, &place);
 }
 
-bool GOwnerLock::IsNamed(const PFileHandle& file, const GPathName& path) noexcept
+// A file that somebody else is just removing can't be opened: access is denied then.
+GOwnerLock::Naming GOwnerLock::LookAtName(const PFileHandle& file, const GPathName& path) noexcept
 {
     BY_HANDLE_FILE_INFORMATION open = {};
     BY_HANDLE_FILE_INFORMATION named = {};
     const PFileHandle other = OpenOld(path);
-    return other.IsOpen() && GetFileInformationByHandle(GetHandle(file), &open) &&
-           GetFileInformationByHandle(GetHandle(other), &named) &&
-           open.dwVolumeSerialNumber == named.dwVolumeSerialNumber &&
-           open.nFileIndexHigh == named.nFileIndexHigh && open.nFileIndexLow == named.nFileIndexLow;
+    if (!other.IsOpen()) {
+        const DWORD error = GetLastError();
+        return error == ERROR_FILE_NOT_FOUND || error == ERROR_ACCESS_DENIED ? Naming::cOther
+                                                                             : Naming::cUnknown;
+    }
+    if (!GetFileInformationByHandle(GetHandle(file), &open) ||
+        !GetFileInformationByHandle(GetHandle(other), &named))
+        return Naming::cUnknown;
+    const bool isSame = open.dwVolumeSerialNumber == named.dwVolumeSerialNumber &&
+                        open.nFileIndexHigh == named.nFileIndexHigh &&
+                        open.nFileIndexLow == named.nFileIndexLow;
+    return isSame ? Naming::cSame : Naming::cOther;
 }

@@ -121,6 +121,42 @@ CHILD_ROLE(FlushToFullDisk)
     return 0;
 }
 
+// There is room for the copies that are there, but not for another one.
+CHILD_ROLE(KeepDamagedOnFullDisk)
+{
+    const QString path = arguments.at(0) + "/a.uprefs"_q;
+    if (!MountSmallDisk(arguments.at(0), 64 * 1024))
+        return 1;
+    for (const char* copy : {"", ".1", ".2"})
+        WriteFile(path + ".damaged"_q + QLatin1String(copy), copy);
+    if (!WriteFile(path, QByteArray(30000, 'x')) ||
+        !WriteFile(arguments.at(0) + "/full"_q, QByteArray(12000, 'x')))
+        return 2;
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        const auto module = Open("shared"_q, path);
+        module->Set("G", "k", "v"_q);
+        if (TryToFlush(*module) == 0)
+            return 3;
+        for (const char* copy : {"", ".1", ".2"}) {
+            if (ReadFile(path + ".damaged"_q + QLatin1String(copy)) != copy)
+                return 4;
+        }
+    }
+    return 0;
+}
+
+TEST(DamagedFile, FullDiskCostsNoOlderCopy)
+{
+    const Sandbox sandbox;
+    const QString folder = sandbox.GetPath("disk"_q);
+    ASSERT_TRUE(QDir().mkpath(folder));
+    ChildProcess child("KeepDamagedOnFullDisk"_q, {folder});
+    const int status = child.WaitForExit();
+    if (status == 1)
+        GTEST_SKIP() << "Nothing can be mounted here.";
+    EXPECT_EQ(status, 0);
+}
+
 TEST(KilledWriter, LeavesTheOldFileOrTheNewOne)
 {
     const Sandbox sandbox;
