@@ -75,6 +75,11 @@ std::unique_ptr<GMessageQueue> GMessageQueue::Open(const GString& name)
         new GMessageQueue(name, std::move(segment), ring, GInterProcessMutex::Mode::Open));
 }
 
+bool GMessageQueue::IsThere(const GString& name)
+{
+    return GSharedSegment::IsThere(name) && GSharedSegment::IsThere(GetLockName(name));
+}
+
 GMessageQueue::GMessageQueue(const GString& name, std::unique_ptr<GSharedSegment> segment,
                              const GMessageRing& ring, GInterProcessMutex::Mode mode)
     : mSegment(std::move(segment)),

@@ -47,6 +47,10 @@ public:
     // Opens another's queue. Raises likewise, also when there is none.
     static std::unique_ptr<GMessageQueue> Open(const GString& name);
 
+    // False when nothing bears the name of the queue or that of its lock, so that nobody can open it; true
+    // when that can't be found out.
+    static bool IsThere(const GString& name);
+
     // Puts a message in, and wakes the owner. Where the queue is full or its lock is held, it is tried again
     // as the policy says, as long as the owner runs. Raises with GErrorCode::cPostMessage when that is in
     // vain, when the queue is closed (GQueueIsPast) or damaged, and when it could never hold the message.

@@ -1,7 +1,7 @@
 #include "foundation/ipc/GMessageRing.h"
 
 #include "foundation/core/GErrorCodes.h"
-#include "foundation/core/GException.h"
+#include "foundation/ipc/GSharedSegment.h"
 
 #include <QtGlobal>
 
@@ -84,8 +84,8 @@ GMessageRing GMessageRing::Open(uint8_t* data, size_t size)
         capacity < cLeastCapacity || capacity > size - cHeaderSize ||
         noticeSize > size - cHeaderSize - capacity || noticeSize > cMostNotice ||
         header.readPosition > cMostPosition || header.writePosition > cMostPosition)
-        throw GSimpleException(GErrorCode::cSegmentHeader,
-                               QStringLiteral("The header of a message queue is damaged."));
+        throw GDamagedObject(GErrorCode::cSegmentHeader,
+                             QStringLiteral("The header of a message queue is damaged."));
     return GMessageRing(data, capacity, noticeSize);
 }
 

@@ -52,8 +52,8 @@ public:
     // a multiple of eight.
     static GMessageRing Make(uint8_t* data, size_t size, const Owner& owner);
 
-    // Takes over a queue that is there. Raises with GErrorCode::cSegmentHeader when its header does not
-    // check.
+    // Takes over a queue that is there. Raises a GDamagedObject with GErrorCode::cSegmentHeader when its
+    // header does not check.
     static GMessageRing Open(uint8_t* data, size_t size);
 
     PutResult Put(const GBuffer& message);

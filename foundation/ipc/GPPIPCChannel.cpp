@@ -9,6 +9,7 @@
 #include <QVector>
 
 #include <algorithm>
+#include <exception>
 
 namespace
 {
@@ -82,10 +83,25 @@ std::unique_ptr<GMessageQueue> GPPIPCChannel::OpenQueue(const Pair& pair) const
 {
     std::unique_ptr<GMessageQueue> queue = GMessageQueue::Open(GetQueueName(pair));
     if (queue->GetOwner().processID != pair.process)
-        RaiseSegmentError(
+        RaiseSegmentDamage(
             QStringLiteral("The message queue \"%1\" belongs to another process than its name says."),
             GetQueueName(pair));
     return queue;
+}
+
+// The queue of a pair; null for one that is gone or damaged, so that nobody can use it ever again. Raises
+// when it can't be opened just now, as this process may be short of something: what it holds is not known.
+std::unique_ptr<GMessageQueue> GPPIPCChannel::OpenUsable(const Pair& pair) const
+{
+    try {
+        return OpenQueue(pair);
+    } catch (const GDamagedObject&) {
+        return nullptr;
+    } catch (const GException&) {
+        if (!GMessageQueue::IsThere(GetQueueName(pair)))
+            return nullptr;
+        throw;
+    }
 }
 
 std::unique_ptr<GMessageQueue> GPPIPCChannel::TryToOpenQueue(const Pair& pair) const
@@ -125,8 +141,12 @@ bool GPPIPCChannel::HoldsMessagesOf(uint32_t receiver) const
     const Pair pair{GProcessInfo::GetOwnProcessID(), receiver};
     if (!GSharedSegment::IsThere(GetQueueName(pair)))
         return false;
-    const std::unique_ptr<GMessageQueue> queue = TryToOpenQueue(pair);
-    return queue && !queue->IsOwnerAlive() && queue->GetOwner().keeper != 0 && !queue->IsEmpty();
+    try {
+        const std::unique_ptr<GMessageQueue> queue = OpenUsable(pair);
+        return queue && !queue->IsOwnerAlive() && queue->GetOwner().keeper != 0 && !queue->IsEmpty();
+    } catch (const GException&) {
+        return true;
+    }
 }
 
 std::unique_ptr<GMessageQueue> GPPIPCChannel::Register(uint32_t receiver, uint64_t keeper,
@@ -195,7 +215,13 @@ void GPPIPCChannel::RemoveDeadPairs(GPPIPCDirectory* directory, Removal removal)
     for (const Pair& pair : directory->GetPairs()) {
         if (!IsGone(pair))
             continue;
-        const std::unique_ptr<GMessageQueue> queue = TryToOpenQueue(pair);
+        std::unique_ptr<GMessageQueue> queue;
+        try {
+            queue = OpenUsable(pair);
+        } catch (const GException& error) {
+            GTrace::Error(QStringLiteral("GPPIPCChannel::RemoveDeadPairs"), error.GetDescription());
+            continue;  // it may hold messages for a keeper
+        }
         // Closed first: who is still posting is told that it failed.
         if (queue)
             queue->Close();
@@ -250,8 +276,14 @@ void GPPIPCChannel::TakeOver(uint64_t keeper, const std::function<void(GMessageQ
         pairs = access->Get().GetPairs();
         mDirectory.Leave(std::move(access));
     }
+    std::exception_ptr failure;
     for (const Pair& pair : pairs) {
-        const std::unique_ptr<GMessageQueue> queue = TryToOpenQueue(pair);
+        std::unique_ptr<GMessageQueue> queue;
+        try {
+            queue = OpenUsable(pair);
+        } catch (const GException&) {
+            failure = std::current_exception();
+        }
         if (!queue || queue->GetOwner().keeper != keeper || queue->IsOwnerAlive())
             continue;
         queue->Close();
@@ -261,6 +293,8 @@ void GPPIPCChannel::TakeOver(uint64_t keeper, const std::function<void(GMessageQ
             RemovePair(&access->Get(), pair);
         mDirectory.Leave(std::move(access));
     }
+    if (failure)
+        std::rethrow_exception(failure);
 }
 
 GPPIPCReceiverInfo GPPIPCChannel::Describe(const Pair& pair) const

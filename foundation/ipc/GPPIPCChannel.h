@@ -74,12 +74,12 @@ public:
     size_t Clean(bool withMessages);
 
     // Whether a dead process of this one's number left messages for its keeper under the receiver's name: it
-    // can't be registered then.
+    // can't be registered then. True also for a queue that can't be opened just now.
     bool HoldsMessagesOf(uint32_t receiver) const;
 
     // Enters a receiver of this process and makes its queue, with its keeper's number and addresses. Removes
-    // what dead processes left, but for queues that hold messages for a keeper. A missing or damaged
-    // directory is made anew, with the receivers whose queues are there. Raises with
+    // what dead processes left, but for queues that hold messages for a keeper, or can't be opened just now.
+    // A missing or damaged directory is made anew, with the receivers whose queues are there. Raises with
     // GErrorCode::cSegmentHeader, too, when the directory is full of receivers that live.
     std::unique_ptr<GMessageQueue> Register(uint32_t receiver, uint64_t keeper,
                                             const GPPIPCAddresses& addresses = {});
@@ -94,7 +94,8 @@ public:
     void Deregister(uint32_t receiver, const GMessageQueue& queue);
 
     // Hands every queue that a dead process with this keeper's number left to `take`, closed, and removes
-    // those that are empty then. What `take` raises ends it.
+    // those that are empty then. What `take` raises ends it. A queue that can't be opened just now is passed
+    // over, and its error raised after the others.
     void TakeOver(uint64_t keeper, const std::function<void(GMessageQueue& queue)>& take);
 
 private:
@@ -111,6 +112,7 @@ private:
     std::shared_ptr<GMessageQueue> GetQueue(const Pair& pair);
     std::unique_ptr<GMessageQueue> OpenQueue(const Pair& pair) const;
     std::unique_ptr<GMessageQueue> TryToOpenQueue(const Pair& pair) const;
+    std::unique_ptr<GMessageQueue> OpenUsable(const Pair& pair) const;
     bool IsGone(const Pair& pair) const;
     std::vector<Pair> ListQueues() const;  // that have a name; none on Windows
     void AddUnlisted(GPPIPCDirectory* directory) const;

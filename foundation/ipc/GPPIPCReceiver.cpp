@@ -77,18 +77,21 @@ void GPPIPCReceiver::TakeOverLeftMessages()
 {
     if (mKeeper.number == 0 || mHasTakenOver)
         return;
-    try {
-        for (const std::shared_ptr<GPPIPCChannel>& channel : mManager->GetSessionChannels()) {
+    GString trouble;
+    for (const std::shared_ptr<GPPIPCChannel>& channel : mManager->GetSessionChannels()) {
+        try {
             channel->TakeOver(mKeeper.number, [this](GMessageQueue& queue) {
                 size_t all = cNoLimit;
                 TakeUpFrom(&queue, &all, {});
             });
+        } catch (const std::exception& error) {
+            trouble = GString::fromUtf8(error.what());
         }
-        mHasTakenOver = true;
-    } catch (const std::exception& error) {
-        GTrace::Error(QStringLiteral("GPPIPCReceiver::TakeOverLeftMessages"),
-                      GString::fromUtf8(error.what()));
     }
+    mHasTakenOver = trouble.isEmpty();
+    if (trouble != mTakeOverTrouble)
+        GTrace::Error(QStringLiteral("GPPIPCReceiver::TakeOverLeftMessages"), trouble);
+    mTakeOverTrouble = trouble;
 }
 
 void GPPIPCReceiver::Receive(int32_t message, const GTick&)

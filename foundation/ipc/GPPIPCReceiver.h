@@ -90,6 +90,7 @@ private:
     std::vector<Place> mPast;  // closed; what they hold is still taken up
     std::chrono::steady_clock::time_point mNextLook;
     GString mLastTrouble;
+    GString mTakeOverTrouble;
     bool mHasTakenOver = false;
     bool mIsHandingOver = false;
 };

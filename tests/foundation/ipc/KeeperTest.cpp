@@ -146,6 +146,31 @@ TEST_F(KeeperTest, OnWindowsWhatIsNotTakenInTimeIsNeverTaken)
     }
 }
 
+// A process that is short of something can't open the queue for a moment. Here its rights are wrong.
+TEST_F(KeeperTest, AQueueThatCannotBeOpenedJustNowIsNeitherRemovedNorForgotten)
+{
+    ChildProcess dead("Sleep"_q, {});
+    ASSERT_EQ(dead.ReadLine(), "ready");
+    if (!GSharedSegment::OutlivesItsUsers())
+        GTEST_SKIP() << "A queue goes with its users here.";
+    const uint32_t process = static_cast<uint32_t>(dead.GetProcessID());
+    GPPIPCManager::Get()->Post(process, 145, "accepted");
+    dead.Kill();
+    const QString queue = GetQueueName(process, 1);
+    const QFile::Permissions own = QFile::permissions(queue);
+    ASSERT_TRUE(QFile::setPermissions(queue, own | QFile::ReadOther));
+    {
+        const GPPIPCReceiver other(mCount);
+    }
+    ASSERT_TRUE(QFileInfo::exists(queue));
+    Kept kept;
+    GPPIPCReceiver next(mCount, cKind, kept.GetKeeper());
+    EXPECT_TRUE(kept.payloads.empty());
+    ASSERT_TRUE(QFile::setPermissions(queue, own));
+    next.LookAfterPlaces();
+    EXPECT_EQ(kept.payloads, std::vector<GBuffer>({"accepted"}));
+}
+
 TEST_F(KeeperTest, WhatIsNotKeptStaysInTheQueue)
 {
     const auto manager = GPPIPCManager::Get();
