@@ -11,8 +11,13 @@ namespace
 {
 // The objects of the channel come and go with its receivers; lock files mean nothing; a whole copy that did
 // not get its name waits for the next run.
-const QStringList cPassingFiles = {"Channel_*"_q, "Channel_*/*"_q, "in/.printer-processor/lock"_q,
-                                   "in/.printer-processor/copies/1*"_q, "in/.printer-processor/copies/1/*"_q};
+const QStringList cPassingFiles = {"Channel_*"_q,
+                                   "Channel_*/*"_q,
+                                   "in/.printer-processor/lock"_q,
+                                   "in/.printer-processor/copies/1*"_q,
+                                   "in/.printer-processor/copies/1/*"_q,
+                                   "in/.printer-processor/copies/1/*/"_q,
+                                   "in/.printer-processor/copies/1/*/*"_q};
 
 GPathName GetInbox(const QString& root)
 {
@@ -38,12 +43,14 @@ QString CountJobs(const QString& root)
 void AcceptJob(const QString& root)
 {
     WriteFile(root + "/job/a.pdf"_q, QByteArray(1000, 'a'));
+    WriteFile(root + "/job/sub/b.pdf"_q, "b");
     JobInbox(GetInbox(root)).GetJournal().Add({{0, 77, 0, 1, "{}", GString()}});
 }
 
 QString LookIntoInbox(const QString& root)
 {
-    return QString::fromUtf8(ReadFile(root + "/in/job/a.pdf"_q));
+    const QMap<QString, QByteArray> job = ReadTree(root + "/in/job"_q);
+    return QStringList(job.keys()).join(QLatin1Char(' ')) + QString::fromUtf8(job["a.pdf"_q]);
 }
 }  // namespace
 

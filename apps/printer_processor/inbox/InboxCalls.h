@@ -36,6 +36,16 @@ enum class Look
 };
 Look LookAt(const GPathName& path);
 
+enum class Kind
+{
+    File,
+    Folder,
+    Other,   // a link, a pipe and the like, or nothing any more
+    Unknown  // the system could not look, this time
+};
+// Links are not followed.
+Kind GetKind(const GPathName& path);
+
 // The names in a folder, hidden ones included. False when they can't all be read.
 bool ListNames(const GPathName& folder, QStringList* names);
 

@@ -65,6 +65,14 @@ InboxCalls::Look InboxCalls::LookAt(const GPathName& path)
     return isNone ? Look::Nothing : Look::Unknown;
 }
 
+InboxCalls::Kind InboxCalls::GetKind(const GPathName& path)
+{
+    struct stat status = {};
+    if (lstat(GetSystemName(path).constData(), &status) != 0)
+        return errno == ENOENT ? Kind::Other : Kind::Unknown;
+    return S_ISREG(status.st_mode) ? Kind::File : S_ISDIR(status.st_mode) ? Kind::Folder : Kind::Other;
+}
+
 bool InboxCalls::ListNames(const GPathName& folder, QStringList* names)
 {
     const std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(GetSystemName(folder).constData()), closedir);

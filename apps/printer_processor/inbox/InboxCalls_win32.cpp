@@ -53,6 +53,20 @@ InboxCalls::Look InboxCalls::LookAt(const GPathName& path)
     }
 }
 
+// Files of a cloud folder are marked as links are, but stand for no other name.
+InboxCalls::Kind InboxCalls::GetKind(const GPathName& path)
+{
+    WIN32_FIND_DATAW data = {};
+    const HANDLE search = FindFirstFileW(GetText(path).c_str(), &data);
+    if (search == INVALID_HANDLE_VALUE)
+        return GetLastError() == ERROR_FILE_NOT_FOUND ? Kind::Other : Kind::Unknown;
+    FindClose(search);
+    if ((data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+        IsReparseTagNameSurrogate(data.dwReserved0))
+        return Kind::Other;
+    return (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? Kind::Folder : Kind::File;
+}
+
 bool InboxCalls::ListNames(const GPathName& folder, QStringList* names)
 {
     const QDir listed(folder.GetNativePath());

@@ -55,6 +55,7 @@ struct Item
 {
     QFileInfo source;
     GString relativePath;
+    bool isFolder;
 };
 
 class Copier
@@ -82,22 +83,26 @@ void Copier::CheckStop() const
 // Everything in a folder that is copied, each folder before what is in it.
 std::vector<Item> Copier::ListItems(const QFileInfo& folder) const
 {
-    std::vector<Item> items = {{folder, QString()}};
+    std::vector<Item> items = {{folder, QString(), true}};
     qint64 bytes = 0;
     for (size_t at = 0; at < items.size(); ++at) {
         CheckStop();
         const Item parent = items[at];
         QStringList names;
-        if (!parent.source.isDir())
+        if (!parent.isFolder)
             continue;
         if (!InboxCalls::ListNames(GPathName(parent.source.filePath()), &names))
             Fail(QStringLiteral("Can't list"), parent.source.filePath(), GetLastReason());
         for (const QString& name : names) {
             const QFileInfo source(parent.source.filePath() + QLatin1Char('/') + name);
-            if (source.isSymLink() || !(source.isDir() || source.isFile()))
+            const InboxCalls::Kind kind = InboxCalls::GetKind(GPathName(source.filePath()));
+            if (kind == InboxCalls::Kind::Unknown)
+                Fail(QStringLiteral("Can't look at"), source.filePath(), GetLastReason());
+            if (kind == InboxCalls::Kind::Other)
                 continue;
-            bytes += source.isFile() ? source.size() : 0;
-            items.push_back({source, parent.relativePath + QLatin1Char('/') + name});
+            const bool isFolder = kind == InboxCalls::Kind::Folder;
+            bytes += isFolder ? 0 : source.size();
+            items.push_back({source, parent.relativePath + QLatin1Char('/') + name, isFolder});
             if (items.size() > JobCopy::cMaximumItems || bytes > JobCopy::cMaximumBytes)
                 throw RefusedJob(QStringLiteral("The job is too large."));
         }
@@ -144,7 +149,7 @@ void Copier::CopyFolder(const QFileInfo& source, const GPathName& path) const
     const std::vector<Item> items = ListItems(source);
     for (const Item& item : items) {
         const GPathName copy = item.relativePath.isEmpty() ? path : path.GetChild(item.relativePath.mid(1));
-        if (!item.source.isDir())
+        if (!item.isFolder)
             CopyFile(item.source, copy);
         else if (!InboxCalls::MakeFolder(copy))
             Fail(QStringLiteral("Can't make"), copy.GetNativePath(), GetLastReason());
@@ -152,7 +157,7 @@ void Copier::CopyFolder(const QFileInfo& source, const GPathName& path) const
     for (const Item& item : items) {
         const GPathName copy = item.relativePath.isEmpty() ? path : path.GetChild(item.relativePath.mid(1));
         CheckStop();
-        if (item.source.isDir() && !InboxCalls::FlushFolder(copy))
+        if (item.isFolder && !InboxCalls::FlushFolder(copy))
             Fail(QStringLiteral("Can't flush"), copy.GetNativePath(), GetLastReason());
     }
 }
