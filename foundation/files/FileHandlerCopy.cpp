@@ -217,7 +217,7 @@ bool FileHandler::copyEntry(const QString& source, const QString& destination)
         case ItemKind::Link:
             error = FileSystem::copyLink(source, destination);
             if (!error)
-                return true;
+                return copyCompanion(source, destination);
             break;
         case ItemKind::None:
         case ItemKind::Other:

@@ -124,10 +124,12 @@ bool FileHandler::flushCopy(const QString& path, ItemKind kind)
         error = FileSystem::flushFile(file);
         failed = file;
     };
-    if (kind == ItemKind::Folder)
+    if (kind == ItemKind::Folder) {
         visitFiles(path, flush);
-    else
+    } else {
         flush(path);
+        flush(getCompanionPath(path));
+    }
     if (error)
         LogFailure(QStringLiteral("FileHandler::copyFile"), "Can't create destination file: ", failed, error);
     return !error;
