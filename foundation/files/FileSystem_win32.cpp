@@ -50,6 +50,21 @@ QString getNearestExisting(const QString& path)
     return item.absoluteFilePath();
 }
 
+// Whether nothing bears the name, nor could anything: not what failed for another reason.
+bool saysMissing(const Error& error)
+{
+    switch (error.value()) {
+        case ERROR_FILE_NOT_FOUND:
+        case ERROR_PATH_NOT_FOUND:
+        case ERROR_INVALID_NAME:
+        case ERROR_BAD_PATHNAME:
+        case ERROR_DIRECTORY:
+            return true;
+        default:
+            return false;
+    }
+}
+
 bool isLinkTag(DWORD tag)
 {
     return tag == IO_REPARSE_TAG_SYMLINK || tag == IO_REPARSE_TAG_MOUNT_POINT;
@@ -150,11 +165,10 @@ ItemKind getItemKind(const QString& path, Error* error)
     *error = Error();
     if (attributes == INVALID_FILE_ATTRIBUTES) {
         const Error reason = lastError();
-        const bool isUnreadable =
-            reason.value() == ERROR_ACCESS_DENIED || reason.value() == ERROR_SHARING_VIOLATION;
-        if (isUnreadable)
-            *error = reason;
-        return isUnreadable ? ItemKind::Other : ItemKind::None;
+        if (saysMissing(reason))
+            return ItemKind::None;
+        *error = reason;
+        return ItemKind::Other;
     }
     if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
         WIN32_FIND_DATAW data = {};

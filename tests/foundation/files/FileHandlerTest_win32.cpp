@@ -40,6 +40,18 @@ TEST_F(FileHandlerTest, ReadOnlyFileIsRemovedAndKeepsItsMarkWhileItIsHeld)
     EXPECT_EQ(Tree(), "");
 }
 
+// A server that does not answer may hold the file all the same.
+TEST_F(FileHandlerTest, WhatTheSystemCannotReachIsNotTakenForMissing)
+{
+    const QString unreached = "//no-such-server.invalid/share/a"_q;
+    Morvane::FileSystem::Error error;
+    EXPECT_EQ(Morvane::FileSystem::getItemKind(unreached, &error), Morvane::FileSystem::ItemKind::Other);
+    EXPECT_TRUE(error);
+    EXPECT_FALSE(mHandler.removeFile(unreached));
+    for (const QString& missing : {At("none"), At("none/a"), At("a|b"), Make("file") + "/a"_q, "Q:/a"_q})
+        EXPECT_TRUE(mHandler.removeFile(missing)) << missing.toStdString();
+}
+
 TEST_F(FileHandlerTest, FolderIsHeldWhileItIsLocked)
 {
     Make("folder/file");
