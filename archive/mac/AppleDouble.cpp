@@ -1,5 +1,6 @@
 #include "archive/mac/AppleDouble.h"
 
+#include "foundation/core/SharedFile.h"
 #include "foundation/files/CompanionFile.h"
 #include "foundation/trace/GTrace.h"
 
@@ -124,9 +125,14 @@ QString getIfFile(const QString& path)
 bool AppleDouble::getMacFileType(const QString& path, MacFileInfo* info)
 {
     QFile file(path);
-    if (file.open(QIODevice::ReadOnly))
+    GString reason;
+    const FileOpening opening = OpenSharedForReading(file, cNoLargestFile, reason);
+    if (opening == FileOpening::cOpen)
         return getMacFileType(&file, info);
     logFailure("Can't open file for reading");
+    if (opening == FileOpening::cRefused)
+        GTrace::Error(QStringLiteral("Morvane::AppleDouble::getMacFileType"),
+                      QStringLiteral("\"%1\": %2").arg(path, reason));
     return false;
 }
 

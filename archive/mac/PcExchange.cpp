@@ -1,5 +1,6 @@
 #include "archive/mac/PcExchange.h"
 
+#include "foundation/core/SharedFile.h"
 #include "foundation/trace/GTrace.h"
 
 #include <QFile>
@@ -72,8 +73,12 @@ void PcExchange::release()
 PcExchange::PcExchange(const QString& path)
 {
     QFile file(path);
-    file.open(QIODevice::ReadOnly);
+    GString reason;
+    const FileOpening opening = OpenSharedForReading(file, cLargestTextFile, reason);
     load(&file);
+    if (opening == FileOpening::cRefused)
+        GTrace::Error(QStringLiteral("Morvane::PcExchange::PcExchange"),
+                      QStringLiteral("\"%1\": %2").arg(path, reason));
 }
 
 PcExchange::PcExchange(QIODevice* file)

@@ -26,3 +26,21 @@ TEST_F(CommandTest, MacTypePrintsTheTypeOrSaysWhatIsWrong)
     EXPECT_EQ(mOutput + mError, "hopboxctl: Can't read magic number from appledouble file\n");
     EXPECT_EQ(Run({"mactype"_q}), 2);
 }
+
+// A pipe under the name would be waited for.
+TEST_F(CommandTest, MacTypeSaysWhatIsInThePlaceOfAFile)
+{
+    for (const char* place : {"folder", "._folder"})
+        QDir().mkpath(GetPath(place));
+    QStringList kinds = {"folder"_q};
+    if (QProcess::execute("mkfifo"_q, {GetPath("pipe"), GetPath("._pipe")}) == 0)
+        kinds.append("pipe"_q);
+    WriteFile(GetPath("a"), "data");
+    for (const QString& kind : kinds) {
+        EXPECT_EQ(Run({"mactype"_q, "a"_q, "--table"_q, kind}), 1);
+        EXPECT_TRUE(mError.contains("\"" + kind.toUtf8() + "\": it is a " + kind.toUtf8()))
+            << mError.toStdString();
+        EXPECT_EQ(Run({"mactype"_q, "._"_q + kind}), 1);
+        EXPECT_TRUE(mError.contains("\": it is a " + kind.toUtf8())) << mError.toStdString();
+    }
+}
