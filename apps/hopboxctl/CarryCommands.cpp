@@ -12,10 +12,29 @@
 #include <QFileInfo>
 #include <QJsonObject>
 
+#include <algorithm>
+
 // "export" and "import": a Hopbox in one file.
 
 namespace
 {
+// Whether the file is the registry, or belongs to a Hopbox: it would be lost.
+bool IsInUse(const HopboxRegistry& registry, const QFileInfo& file)
+{
+    const auto isIt = [&file](const GPathName& path) {
+        return !path.IsEmpty() && QFileInfo(path.GetNativePath()) == file;
+    };
+    if (!file.exists())
+        return false;
+    const QStringList keys = registry.GetKeys();
+    return isIt(HopboxRegistry::GetPathName()) ||
+           std::any_of(keys.cbegin(), keys.cend(), [&](const QString& key) {
+               const std::optional<HopboxRecord> record = registry.GetRecord(key);
+               return record && (isIt(record->entry.contextFilePath) || isIt(record->entry.hopboxIconPath) ||
+                                 isIt(record->entry.applicationPath));
+           });
+}
+
 int RunExport(const CliCall& call)
 {
     const HopboxRegistry registry;
@@ -25,6 +44,12 @@ int RunExport(const CliCall& call)
     if (!record)
         return cCliFailed;
     const GPathName file = HopboxOptions::GetAbsolute(call.GetArgument(1));
+    if (IsInUse(registry, QFileInfo(file.GetNativePath()))) {
+        PrintError(
+            QStringLiteral("\"%1\" belongs to your Hopboxes and is not overwritten. Give another file.")
+                .arg(HopboxOutput::GetShown(file.GetNativePath())));
+        return cCliFailed;
+    }
     HopboxFile::Write(*record, file);
     SetResult(QJsonObject{{QStringLiteral("Key"), key}, {QStringLiteral("File"), file.GetNativePath()}});
     return status;
@@ -94,7 +119,8 @@ int RunImport(const CliCall& call)
 const Command cExportCommand = {
     {"export",
      "write a Hopbox into one file, as a backup or for another user or computer",
-     "The file holds the job options, the settings and the icon. A file that is there is replaced.",
+     "The file holds the job options, the settings and the icon. A file that is there is replaced, unless it "
+     "belongs to a Hopbox.",
      {{"NAME", "the Hopbox"}, {"FILE", "the file, as Press.hopbox"}},
      {},
      {{"hopboxctl export Press Press.hopbox", "Writes the Hopbox \"Press\" into the file."}}},

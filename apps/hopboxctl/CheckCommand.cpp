@@ -52,6 +52,8 @@ int Run(const CliCall& call)
     if (!record)
         return cCliFailed;
     const HopboxCheck check = HopboxCheck::Make(record->entry);
+    if (check.damagePosition >= 0)
+        DamageNotice::SetSettings(check.archive, check.damagePosition, DamageNotice::Copy::cBeforeChange);
     SetResult(GetJson(key, check));
     PrintAsText(check);
     for (const HopboxCheck::Finding& problem : check.problems)

@@ -63,3 +63,25 @@ int DamageNotice::Tell(const HopboxRegistry& registry)
     SetDamaged(GetJson(notice));
     return cCliFailed;
 }
+
+QString DamageNotice::DescribeSettings(const GPathName& archive, int64_t position, Copy copy)
+{
+    const QString text =
+        copy == Copy::cKept
+            ? QStringLiteral(
+                  "The settings in \"%1\" were damaged at byte %2; some may be missing. The damaged "
+                  "archive is kept as \"%3\".")
+            : QStringLiteral(
+                  "The settings in \"%1\" are damaged at byte %2; some may be missing. The archive "
+                  "will be kept as \"%3\" before the first change.");
+    return text.arg(archive.GetNativePath(), QString::number(position),
+                    GDamagedCopies::GetNewest(archive).GetNativePath());
+}
+
+void DamageNotice::SetSettings(const GPathName& archive, int64_t position, Copy copy)
+{
+    SetDamaged(QJsonObject{{QStringLiteral("File"), archive.GetNativePath()},
+                           {QStringLiteral("Byte"), static_cast<qint64>(position)},
+                           {QStringLiteral("Copy"), GDamagedCopies::GetNewest(archive).GetNativePath()},
+                           {QStringLiteral("IsKept"), copy == Copy::cKept}});
+}

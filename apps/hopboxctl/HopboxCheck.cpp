@@ -1,10 +1,10 @@
 #include "apps/hopboxctl/HopboxCheck.h"
 
+#include "apps/hopboxctl/DamageNotice.h"
 #include "apps/hopboxctl/JobOptionsCheck.h"
 #include "apps/hopboxctl/PlugInSettings.h"
 #include "apps/hopboxctl/ProjectPlace.h"
 #include "foundation/prefs/GPrefMemoryModule.h"
-#include "foundation/system/GDamagedCopies.h"
 #include "hopbox/HopboxProject.h"
 #include "hopbox/HopboxRegistry.h"
 #include "hopbox/TemporaryFolder.h"
@@ -28,14 +28,11 @@ void CheckSettings(HopboxProject& project, HopboxCheck& check)
         return;
     }
     if (project.GetDamagePosition() >= 0)
-        check.problems.append(
-            {Kind::cDamagedSettings,
-             QStringLiteral(
-                 "The settings in \"%1\" are damaged at byte %2; some may be missing. The archive will "
-                 "be kept as \"%3\" before the first change.")
-                 .arg(check.archive.GetNativePath(), QString::number(project.GetDamagePosition()),
-                      GDamagedCopies::GetNewest(check.archive).GetNativePath()),
-             {}});
+        check.problems.append({Kind::cDamagedSettings,
+                               DamageNotice::DescribeSettings(check.archive, project.GetDamagePosition(),
+                                                              DamageNotice::Copy::cBeforeChange),
+                               {}});
+    check.damagePosition = project.GetDamagePosition();
     check.settings = PlugInSettings::GetJson(settings);
     for (const QString& key : check.settings.keys()) {
         const QString fault = PlugInSettings::FindFault(key, check.settings.value(key).toString());

@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <QVector>
 
+#include <cstdint>
+
 struct HopboxRegistryEntry;
 
 // What was found out about one Hopbox: whether an export to it can work.
@@ -35,6 +37,7 @@ struct HopboxCheck
 
     GPathName archive;
     QJsonObject settings;
+    int64_t damagePosition = -1;  // the byte of the settings where their damage begins; -1 when there is none
     QString jobOptionsName;
     qint64 jobOptionsSize = 0;
     int build = 0;

@@ -102,6 +102,12 @@ void ChangeProject(const HopboxRegistryEntry& entry, const CliCall& call)
     check(call.Has("job-options")
               ? project.Replace(HopboxOptions::GetAbsolute(call.Get("job-options")), settings)
               : project.WriteSettings(settings));
+    if (project.GetDamagePosition() < 0)
+        return;
+    constexpr auto cKept = DamageNotice::Copy::cKept;
+    PrintError(HopboxOutput::GetShown(
+        DamageNotice::DescribeSettings(entry.contextFilePath, project.GetDamagePosition(), cKept)));
+    DamageNotice::SetSettings(entry.contextFilePath, project.GetDamagePosition(), cKept);
 }
 
 QString FindFault(const CliCall& call)

@@ -47,7 +47,7 @@ CliProgram MakeDescription()
           "  result    what the command found out; null where there is nothing\n"
           "  errors    the errors, as on standard error\n"
           "  warnings  what is worth knowing though nothing failed\n"
-          "  damaged   only when the registry is damaged: where, and where a copy is\n"
+          "  damaged   only when the registry or an archive is damaged: where, and where a copy is\n"
           "  unread    only when the registry is there but can't be read: which file, and why"},
          {"exit status",
           "  0  done\n"

@@ -75,3 +75,28 @@ TEST_F(HopboxCommands, AFileThatIsNoHopboxIsNotImported)
     EXPECT_EQ(Run("list|--names"), 0);
     EXPECT_TRUE(mOutput.isEmpty());
 }
+
+TEST_F(HopboxCommands, ExportOverwritesNothingThatAHopboxNeeds)
+{
+    WriteFile(GetPath("logo.png"), "icon");
+    WriteFile(GetPath("program"), "program");
+    ASSERT_EQ(Run("create|Press|--job-options|a.joboptions|--icon|logo.png|--application|program"), 0);
+    ASSERT_EQ(Create("Other"_q), 0);
+    const QString settings = "AppData/Morvane/Hopbox/Cache/Settings"_q;
+    const QString link = GetPath("link");
+    const bool hasLinks =
+        QFile::link(GetPath("logo.png"), link) && !link.endsWith(".lnk"_q) && QFileInfo(link).isSymLink();
+    QStringList inUse = {settings + "/Press/Project.hopbox"_q,
+                         settings + "/../Settings/Other/Project.hopbox"_q, "logo.png"_q, "program"_q,
+                         "AppData/Morvane Prefs Folder/Printer Processor/MorvanePrinterProcessor.prefs"_q};
+    if (hasLinks)
+        inUse.append("link"_q);
+    const QMap<QString, QByteArray> before = ReadTree(mSandbox.GetPath());
+    for (const QString& file : inUse) {
+        EXPECT_EQ(Run({"export"_q, "Press"_q, file}), 1) << file.toStdString();
+        EXPECT_TRUE(mError.contains("belongs to your Hopboxes")) << mError.toStdString();
+    }
+    EXPECT_EQ(ReadTree(mSandbox.GetPath()), before);
+    WriteFile(GetPath("Press.hopbox"), "an older one");
+    EXPECT_EQ(Run("export|Press|Press.hopbox"), 0) << mError.toStdString();
+}

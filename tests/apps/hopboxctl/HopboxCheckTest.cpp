@@ -33,10 +33,14 @@ TEST_F(HopboxCommands, DamagedSettingsOfAnArchiveAreToldAndKeptBeforeTheyAreRepl
     const QString archive = GetText("ContextFilePath");
     ASSERT_EQ(Run({"zip"_q, "create"_q, archive, "Project"_q, "PrinterFiles"_q}), 0) << mError.toStdString();
     const QByteArray damaged = ReadFile(archive);
-    EXPECT_EQ(Run("check|Press"), 1);
+    const auto isKept = [this] { return GetAnswer().value("damaged"_q)["IsKept"_q]; };
+    EXPECT_EQ(Run("check|Press|--json"), 1);
     EXPECT_TRUE(mError.contains("are damaged at byte")) << mError.toStdString();
+    EXPECT_EQ(isKept(), QJsonValue(false));
     for (int count = 0; count < 2; ++count) {
-        EXPECT_EQ(Run("set|Press|--setting|Bleed=true"), 0) << mError.toStdString();
+        EXPECT_EQ(Run("set|Press|--setting|Bleed=true|--json"), 0) << mError.toStdString();
+        EXPECT_EQ(mError.contains("were damaged at byte"), count == 0) << mError.toStdString();
+        EXPECT_EQ(isKept(), count == 0 ? QJsonValue(true) : QJsonValue(QJsonValue::Undefined));
         EXPECT_EQ(ReadFile(archive + ".damaged"_q), damaged);
         EXPECT_FALSE(QFile::exists(archive + ".damaged.1"_q));
         EXPECT_EQ(Run("check|Press"), 0) << mError.toStdString();

@@ -127,6 +127,13 @@ TEST_F(RegistryDamage, KeepsTheNewestThreeAndChangesNothingThatItCannotKeep)
     const QString folder = QFileInfo(mFile).path();
     EXPECT_EQ(QDir(folder).entryList({"*.damaged*"_q, "*.new"_q}).size(), 3);
 
+    // As after a copy that did not get its name: the next attempt pushes no other one out.
+    QFile::remove(mCopy);
+    WriteFile(mFile, mWhole + "5");
+    EXPECT_EQ(Run({"set"_q, "One"_q, "IsActive=false"_q}), 0);
+    EXPECT_EQ(ReadFile(mCopy) + ReadFile(mCopy + ".1"_q) + ReadFile(mCopy + ".2"_q),
+              mWhole + "5" + mWhole + "3" + mWhole + "2");
+
     QFile::remove(mCopy);
     QDir().mkpath(mCopy + "/x"_q);
     WriteFile(mFile, mWhole + "5");
