@@ -11,6 +11,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <vector>
+
 namespace
 {
 class Faults : public testing::TestWithParam<FaultScenario (*)()>
@@ -79,6 +82,35 @@ TEST(ExtractedFile, IsOwnedBeforeItGetsAPassingName)
 
 namespace
 {
+// While one lives, children are started with the preloaded library, and their call of that number fails.
+class Preload
+{
+public:
+    Preload(const QString& root, int number)
+    {
+        Set("LD_PRELOAD", QCoreApplication::applicationDirPath() + "/preloaded_faults.so"_q);
+        Set(cFaultRoot, root);
+        Set(cFaultReport, root + "/report"_q);
+        Set(cFaultNumber, QString::number(number));
+    }
+    ~Preload()
+    {
+        for (const char* name : mNames)
+            qunsetenv(name);
+    }
+    Preload(const Preload&) = delete;
+    Preload& operator=(const Preload&) = delete;
+
+    void Set(const char* name, const QString& value)
+    {
+        qputenv(name, QFile::encodeName(value));
+        mNames.push_back(name);
+    }
+
+private:
+    std::vector<const char*> mNames;
+};
+
 // Where no file without a name can be made, it has one from the start, by which it must not be removed.
 // The call of that pattern fails that comes last before the one of the other.
 void SeeThatThePassingNameIsOwned(const FaultScenario& scenario, const char* call, const char* nextCall,
@@ -92,12 +124,8 @@ void SeeThatThePassingNameIsOwned(const FaultScenario& scenario, const char* cal
     const int next = calls.indexOf(QRegularExpression(QLatin1String(nextCall)));
     const int nameless = calls.lastIndexOf(QRegularExpression(QLatin1String(call)), next) + 1;
     ASSERT_TRUE(next > 0 && nameless > 0) << calls.join(QLatin1Char('\n')).toStdString();
-    qputenv("LD_PRELOAD", qPrintable(QCoreApplication::applicationDirPath() + "/preloaded_faults.so"_q));
-    qputenv(cFaultRoot, qPrintable(root));
-    qputenv(cFaultReport, qPrintable(root + "/report"_q));
-    qputenv(cFaultNumber, QByteArray::number(nameless));
+    const Preload preload(root, nameless);
     ChildProcess child(role, {root});
-    qunsetenv("LD_PRELOAD");
     ASSERT_EQ(child.ReadLine(), "half");
     QDirIterator parts(root, {wildcard}, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
     ASSERT_TRUE(parts.hasNext()) << ReadFile(root + "/report"_q).toStdString();
@@ -131,4 +159,69 @@ TEST(CopiedFile, IsFlushedBeforeItTakesItsPlace)
 {
     int renamed = -1;
     EXPECT_TRUE(FlushesBeforeRename(ListCalls(GetFileCopy()), "b", &renamed));
+}
+
+// What was read of a file before its disk failed is no change of this process.
+TEST(SharedSettings, AReadThatBreaksOffLeavesNothingThatTheNextChangeBringsBack)
+{
+    const FaultScenario scenario = GetChangeAfterABrokenRead();
+    const Sandbox sandbox;
+    const QString root = sandbox.GetPath();
+    scenario.prepare(root);
+    const QStringList calls = ListCalls(scenario);
+    const QRegularExpression reading("read .*/a\\.prefs$"_q);
+    const int second = calls.indexOf(reading, calls.indexOf(reading) + 1) + 1;
+    ASSERT_GT(second, 1);
+    const Preload preload(root, second);
+    ChildProcess child(scenario.arguments.first(), {root});
+    EXPECT_EQ(child.ReadLine(), "unread");
+    EXPECT_EQ(child.WaitForExit(), 0);
+    EXPECT_EQ(scenario.look(root), "New"_q);
+}
+
+// A loop that waits for others to be done with a file ends when nobody else is there.
+TEST(Loops, EndWhenTheSystemNeverTellsWhatAFileIs)
+{
+    const auto getScenario = [](const QString& step) {
+        FaultScenario scenario = GetSettingsFlush();
+        scenario.prepare = [](const QString&) {};
+        scenario.arguments = QStringList{"TakeAStep"_q, "%1"_q, step};
+        return scenario;
+    };
+    // The new file gets a name at once where none without one can be made.
+    const QStringList calls = ListCalls(getScenario("write"_q));
+    const int nameless =
+        calls.lastIndexOf(QRegularExpression("open .*"_q), calls.indexOf(QRegularExpression("link .*"_q))) +
+        1;
+    const struct
+    {
+        const char *step, *file;
+        int firstFault;
+    } steps[] = {{"lock", "a.lock", 0}, {"own", ".owner", 0}, {"write", ".new", nameless}};
+    for (const auto& each : steps) {
+        for (const int error : {EIO, ENOENT}) {
+            SCOPED_TRACE(testing::Message() << each.step << ' ' << error);
+            const Sandbox sandbox;
+            const QString root = sandbox.GetPath();
+            Preload preload(root, each.firstFault);
+            preload.Set(cFaultLookAt, QLatin1String(each.file));
+            preload.Set(cFaultLookError, QString::number(error));
+            ChildProcess child("TakeAStep"_q, {root, QLatin1String(each.step)});
+            EXPECT_EQ(child.WaitForExit(), 1);
+            const QStringList left = QDir(root).entryList({"*.new"_q, "*.owner"_q}, QDir::Files);
+            EXPECT_TRUE(error == ENOENT || left.isEmpty()) << left.size();
+        }
+    }
+}
+
+TEST(MovedFile, IsFlushedWithItsCompanionBeforeTheSourceGoes)
+{
+    FaultScenario scenario = GetFolderRenameAcrossVolumes();
+    scenario.arguments.first() = "RenameFile"_q;
+    const QStringList calls = ListCalls(scenario);
+    const int removed = calls.indexOf(QRegularExpression("(rename|unlink) .*/from/sub/.*"_q));
+    for (const char* copy : {"flush .*/other/b$", "flush .*/other/\\._b$"}) {
+        const int flushed = calls.indexOf(QRegularExpression(QLatin1String(copy)));
+        EXPECT_TRUE(flushed >= 0 && flushed < removed) << copy << calls.join(QLatin1Char('|')).toStdString();
+    }
 }

@@ -46,14 +46,16 @@ void MakeFolder(const QString& root)
     WriteFile(root + "/from/sub/._b"_q, "companion");
     if (cHasLinks)
         QFile::link("../a"_q, root + "/from/sub/link"_q);
+    WriteFile(root + "/from/sub/._link"_q, "of the link");
     QDir().mkpath(root + "/other"_q);
 }
 
 bool IsWhole(const QString& folder)
 {
     const QMap<QString, QByteArray> tree = ReadTree(folder);
-    return tree.size() == (cHasLinks ? 5 : 4) && tree["a"_q] == "first" && tree["sub/b"_q].size() == 100000 &&
-           tree["sub/._b"_q] == "companion" && QFileInfo(folder + "/sub/link"_q).isSymLink() == cHasLinks;
+    return tree.size() == (cHasLinks ? 6 : 5) && tree["a"_q] == "first" && tree["sub/b"_q].size() == 100000 &&
+           tree["sub/._b"_q] == "companion" && tree["sub/._link"_q] == "of the link" &&
+           QFileInfo(folder + "/sub/link"_q).isSymLink() == cHasLinks;
 }
 
 QString LookAtCopy(const QString& root)
@@ -116,6 +118,11 @@ FaultScenario GetFolderCopyAcrossVolumes()
 CHILD_ROLE(RenameFolder)
 {
     return Copier().renameFolder(arguments.at(0) + "/from"_q, arguments.at(0) + "/other/to"_q) ? 0 : 1;
+}
+
+CHILD_ROLE(RenameFile)
+{
+    return Copier().renameFile(arguments.at(0) + "/from/sub/b"_q, arguments.at(0) + "/other/b"_q) ? 0 : 1;
 }
 
 FaultScenario GetFolderRenameAcrossVolumes()

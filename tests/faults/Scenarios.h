@@ -10,6 +10,7 @@ FaultScenario GetRegistryChange();
 FaultScenario GetDamagedRegistryChange();
 FaultScenario GetSettingsFlush();
 FaultScenario GetProjectSettings();
+FaultScenario GetChangeAfterABrokenRead();
 
 // FilesScenarios.cpp
 FaultScenario GetFileCopy();

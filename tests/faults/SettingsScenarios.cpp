@@ -5,6 +5,8 @@
 #include "foundation/prefs/GPrefMemoryModule.h"
 #include "foundation/prefs/GPrefSharedFileModule.h"
 #include "foundation/system/GDurableFile.h"
+#include "foundation/system/GLockFile.h"
+#include "foundation/system/GOwnedFile.h"
 #include "hopbox/HopboxProject.h"
 #include "hopbox/HopboxRegistry.h"
 #include "tests/support/ChildProcess.h"
@@ -194,4 +196,58 @@ FaultScenario GetProjectSettings()
     // Where the removal of the owner's file itself fails.
     scenario.leftovers = QStringList{"hopbox-*.owner"_q};
     return scenario;
+}
+
+// Another process removes everything between this one's reading and its change.
+CHILD_ROLE(ChangeAfterABrokenRead)
+{
+    const GPathName path(GetSettingsFile(arguments.at(0)));
+    GPrefSharedFileModule module(path, GEncoding::GetUTF16());
+    SayToParent(module.GetUnreadReason().isEmpty() ? "read" : "unread");
+    return RunStep([&] {
+        GPrefSharedFileModule(path, GEncoding::GetUTF16()).ChangeUnderLock([](GPrefModule& other) {
+            std::vector<GBuffer> groups;
+            other.GetGroupNames(groups);
+            for (const GBuffer& group : groups)
+                other.RemoveGroup(group);
+        });
+        module.ChangeUnderLock([](GPrefModule& own) { own.Set("New", "K", "v"_q); });
+    });
+}
+
+FaultScenario GetChangeAfterABrokenRead()
+{
+    const auto prepare = [](const QString& root) {
+        GPrefSharedFileModule module(GPathName(GetSettingsFile(root)), GEncoding::GetUTF16());
+        for (int group = 0; group < 50; ++group)
+            module.Set(GBuffer::number(group), "K", QString(2000, QLatin1Char('x')));
+        module.FlushPrefs();
+    };
+    const auto look = [](const QString& root) {
+        const GPrefSharedFileModule module(GPathName(GetSettingsFile(root)), GEncoding::GetUTF16());
+        std::vector<GBuffer> groups;
+        module.GetGroupNames(groups);
+        QStringList names;
+        for (const GBuffer& group : groups)
+            names.append(QString::fromLatin1(group));
+        return names.join(QLatin1Char(' '));
+    };
+    return {
+        "ChangeAfterABrokenRead", prepare, QString(), {"ChangeAfterABrokenRead"_q, "%1"_q}, look, cLockFiles};
+}
+
+CHILD_ROLE(TakeAStep)
+{
+    const GPathName root(arguments.at(0));
+    const QString step = arguments.at(1);
+    return RunStep([&] {
+        if (step == "lock"_q) {
+            GLockFile(root.GetChild("a.lock"_q)).TryLock(GLockType::cWrite);
+        } else if (step == "own"_q) {
+            int number = 0;
+            const GOwnedFile file([&] { return root.GetChild(QString::number(++number) + ".owner"_q); });
+        } else {
+            GDurableFile(root.GetChild("a"_q)).Commit();
+        }
+    });
 }

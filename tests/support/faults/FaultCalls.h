@@ -71,3 +71,8 @@ constexpr const char* cFaultReport = "HOPBOX_FAULT_REPORT";
 // With the name of a call, no call fails: the first call of that name writes the report, and waits until
 // somebody has removed it.
 constexpr const char* cFaultPause = "HOPBOX_FAULT_PAUSE";
+
+// Beside that one call, every lstat of a path below the root that ends with the text fails with the error of
+// that number, from the first one on.
+constexpr const char* cFaultLookAt = "HOPBOX_FAULT_LOOK_AT";
+constexpr const char* cFaultLookError = "HOPBOX_FAULT_LOOK_ERROR";

@@ -36,6 +36,8 @@ struct Plan
     long index = 0;
     std::atomic<long> count{0};
     std::atomic<int> brokenFile{-1};  // its next read fails
+    std::string lookAt;
+    int lookError = 0;
     bool isActive = false;
 };
 
@@ -61,6 +63,8 @@ void ReadPlan()
     plan.pause = TakeVariable(cFaultPause);
     plan.number = atol(TakeVariable(cFaultNumber).c_str());
     plan.index = atol(TakeVariable(cFaultIndex).c_str());
+    plan.lookAt = TakeVariable(cFaultLookAt);
+    plan.lookError = atoi(TakeVariable(cFaultLookError).c_str());
     unsetenv("LD_PRELOAD");
     plan.isActive = !plan.root.empty();
 }
@@ -164,6 +168,18 @@ bool FailsOn(FaultCallID id, int file)
 bool FailsAt(FaultCallID id, int folder, const char* name)
 {
     return GetPlan().isActive && Fails(id, GetPathOf(folder, name));
+}
+
+// Likewise, for a look at a path that always fails.
+bool FailsToLook(const char* path)
+{
+    const Plan& plan = GetPlan();
+    const std::string whole = plan.lookAt.empty() ? std::string() : GetPathOf(AT_FDCWD, path);
+    if (plan.lookAt.empty() || !IsBelowRoot(whole) || whole.size() < plan.lookAt.size() ||
+        whole.compare(whole.size() - plan.lookAt.size(), std::string::npos, plan.lookAt) != 0)
+        return false;
+    errno = plan.lookError;
+    return true;
 }
 
 template <typename Function>
@@ -287,9 +303,9 @@ FUNCTION(int, -1, stat, (const char* path, struct stat* status), (path, status),
 FUNCTION(int, -1, stat64, (const char* path, struct stat64* status), (path, status),
          FailsAt(FaultCallID::cStat, AT_FDCWD, path))
 FUNCTION(int, -1, lstat, (const char* path, struct stat* status), (path, status),
-         FailsAt(FaultCallID::cStat, AT_FDCWD, path))
+         FailsToLook(path) || FailsAt(FaultCallID::cStat, AT_FDCWD, path))
 FUNCTION(int, -1, lstat64, (const char* path, struct stat64* status), (path, status),
-         FailsAt(FaultCallID::cStat, AT_FDCWD, path))
+         FailsToLook(path) || FailsAt(FaultCallID::cStat, AT_FDCWD, path))
 FUNCTION(int, -1, fstat, (int file, struct stat* status), (file, status), FailsOn(FaultCallID::cStat, file))
 FUNCTION(int, -1, fstat64, (int file, struct stat64* status), (file, status),
          FailsOn(FaultCallID::cStat, file))
