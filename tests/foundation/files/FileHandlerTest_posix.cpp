@@ -42,6 +42,19 @@ TEST_F(FileHandlerTest, LinksOutOfAFolderAreNeverFollowed)
     EXPECT_EQ(Tree(), "folder/ outside/kept");
 }
 
+TEST_F(FileHandlerTest, CompanionOfALinkGoesWhereTheLinkGoes)
+{
+    Make("folder/._link", "companion");
+    ASSERT_TRUE(QFile::link(At("nowhere"), At("folder/link")) && QDir().mkpath(At("elsewhere")));
+    mHandler.isOneVolume = false;
+    EXPECT_TRUE(mHandler.copyFolder(At("folder"), At("copy")));
+    EXPECT_EQ(ReadFile(At("copy/._link")), "companion");
+    EXPECT_TRUE(mHandler.renameFile(At("copy/link"), At("elsewhere/link")));
+    EXPECT_EQ(ReadFile(At("elsewhere/._link")), "companion");
+    EXPECT_TRUE(mHandler.renameFolder(At("folder"), At("elsewhere/folder")));
+    EXPECT_EQ(ReadFile(At("elsewhere/folder/._link")), "companion");
+}
+
 TEST_F(FileHandlerTest, PipeInAFolderFailsTheCopyInsteadOfHangingIt)
 {
     Make("folder/a");
