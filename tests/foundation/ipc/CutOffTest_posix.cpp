@@ -225,6 +225,16 @@ TEST_F(CutOffTest, WrongThingsUnderANameAreRefused)
     EXPECT_EQ(GetErrorCode([&] { const GInterProcessMutex mutex(file); }), GErrorCode::cCreateSemaphore);
 }
 
+TEST_F(CutOffTest, QueueWithoutItsSemaphoreLeavesNoName)
+{
+    const GString name = GetName("queue");
+    const QString semaphore = name + "_S"_q;
+    ASSERT_TRUE(QDir().mkpath(semaphore));
+    EXPECT_EQ(::chmod(QFile::encodeName(QFileInfo(name).path()).constData(), 0700), 0);
+    EXPECT_EQ(GetErrorCode([&] { GMessageQueue::Create(name, 1000); }), GErrorCode::cCreateSemaphore);
+    EXPECT_FALSE(GSharedSegment::IsThere(name) || GSharedSegment::IsThere(name + "_L"_q));
+}
+
 // Holds the lock that somebody waits for, while its name is taken away.
 TEST_F(CutOffTest, WhoWaitedForAPastDirectoryRegistersInTheNewOne)
 {
