@@ -278,6 +278,17 @@ QStringList HopboxRegistry::GetKeys() const
     return keys;
 }
 
+std::vector<std::pair<GString, GString>> HopboxRegistry::GetRecordTexts() const
+{
+    GPrefGroup entries;
+    mModule->GetGroupPreferences(cEntries, entries);
+    std::vector<std::pair<GString, GString>> texts;
+    texts.reserve(static_cast<size_t>(entries.GetCount()));
+    for (const auto& entry : entries)
+        texts.emplace_back(GBufferSupport::GetNameText(entry.key), entry.value);
+    return texts;
+}
+
 GString HopboxRegistry::FindKey(const GString& name) const
 {
     return GBufferSupport::GetNameText(FindIn(GetRead(), name));

@@ -11,6 +11,8 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
+#include <vector>
 
 class GPrefModule;
 class GPrefSharedFileModule;
@@ -100,6 +102,9 @@ public:
 
     // The entry of that key with its actor name; none when there is no such key or its record can't be read.
     std::optional<HopboxRecord> GetRecord(const GString& key) const;
+
+    // The key and the record of each entry, which may be one that can't be read, in the order of the file.
+    std::vector<std::pair<GString, GString>> GetRecordTexts() const;
 
     // The group of the plug-in's settings that belongs to the entry of that key: its actor name, or its key
     // where that is empty or is the name of a group that the plug-in keeps for itself. Empty when the entry

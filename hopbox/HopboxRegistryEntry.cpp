@@ -27,28 +27,55 @@ const QLatin1String cReservedGroups[] = {QLatin1String("CSPluginUI"), QLatin1Str
                                          QLatin1String("General"), QLatin1String("PrefSharing"),
                                          QLatin1String("Results")};
 
+bool ToBool(const DictValue& value)
+{
+    GString memory;
+    return GStringSupport::ToBool(value.GetText(memory));
+}
+
+// Most keys differ in their lengths.
+bool Is(const QStringRef& key, const GString& name)
+{
+    return key.size() == name.size() && key == name;
+}
+
 // Sets what the key names; another key says nothing. Raises where a path is not a legal one.
-void SetValue(HopboxRecord& record, const QStringRef& key, GString&& value)
+void SetValue(HopboxRecord& record, const QStringRef& key, const DictValue& value)
 {
     HopboxRegistryEntry& entry = record.entry;
-    if (key == HopboxRecordKey::cActorName)
-        record.actorName = std::move(value);
-    else if (key == HopboxRecordKey::cApplicationPath)
-        entry.applicationPath = GPathName(value);
-    else if (key == HopboxRecordKey::cContextFilePath)
-        entry.contextFilePath = GPathName(value);
-    else if (key == HopboxRecordKey::cIsVirtualPrinter)
-        entry.isVirtualPrinter = GStringSupport::ToBool(value);
-    else if (key == HopboxRecordKey::cIsPlugin)
-        entry.isPlugin = GStringSupport::ToBool(value);
-    else if (key == HopboxRecordKey::cPDFSettings)
-        entry.pdfSettings = std::move(value);
-    else if (key == HopboxRecordKey::cHopboxName)
-        entry.hopboxName = std::move(value);
-    else if (key == HopboxRecordKey::cHopboxIconPath)
-        entry.hopboxIconPath = GPathName(value);
-    else if (key == HopboxRecordKey::cIsActive)
-        entry.isActive = GStringSupport::ToBool(value);
+    if (Is(key, HopboxRecordKey::cActorName))
+        record.actorName = value.GetText();
+    else if (Is(key, HopboxRecordKey::cApplicationPath))
+        entry.applicationPath = GPathName(value.GetText());
+    else if (Is(key, HopboxRecordKey::cContextFilePath))
+        entry.contextFilePath = GPathName(value.GetText());
+    else if (Is(key, HopboxRecordKey::cIsVirtualPrinter))
+        entry.isVirtualPrinter = ToBool(value);
+    else if (Is(key, HopboxRecordKey::cIsPlugin))
+        entry.isPlugin = ToBool(value);
+    else if (Is(key, HopboxRecordKey::cPDFSettings))
+        entry.pdfSettings = value.GetText();
+    else if (Is(key, HopboxRecordKey::cHopboxName))
+        entry.hopboxName = value.GetText();
+    else if (Is(key, HopboxRecordKey::cHopboxIconPath))
+        entry.hopboxIconPath = GPathName(value.GetText());
+    else if (Is(key, HopboxRecordKey::cIsActive))
+        entry.isActive = ToBool(value);
+}
+
+// Sets what the key names, if it is of the offer. False for a path that is not a legal one.
+bool SetValue(HopboxOffer& offer, const QStringRef& key, const DictValue& value)
+{
+    if (Is(key, HopboxRecordKey::cPDFSettings)) {
+        offer.pdfSettings = value.GetText();
+    } else if (Is(key, HopboxRecordKey::cIsPlugin)) {
+        offer.isPlugin = ToBool(value);
+    } else if (Is(key, HopboxRecordKey::cApplicationPath) || Is(key, HopboxRecordKey::cContextFilePath) ||
+               Is(key, HopboxRecordKey::cHopboxIconPath)) {
+        GString memory;
+        return GPathName::IsLegal(value.GetText(memory));
+    }
+    return true;
 }
 
 auto GetFields(const HopboxRegistryEntry& entry)
@@ -89,14 +116,27 @@ bool HopboxRecord::FromText(const GString& text)
     GDictBufferReader<GString, GString> reader;
     HopboxRecord record;
     try {
-        if (!reader.ReadText(text, [&](const QStringRef& key, GString&& value) {
-                SetValue(record, key, std::move(value));
-            }))
+        if (!reader.ReadText(
+                text, [&](const QStringRef& key, const DictValue& value) { SetValue(record, key, value); }))
             return false;
     } catch (const GException&) {
         return false;  // a path of another system, or garbage
     }
     *this = std::move(record);
+    return true;
+}
+
+bool HopboxOffer::FromText(const GString& text)
+{
+    GDictBufferReader<GString, GString> reader;
+    HopboxOffer offer;
+    bool arePathsLegal = true;
+    const bool isRead = reader.ReadText(text, [&](const QStringRef& key, const DictValue& value) {
+        arePathsLegal = SetValue(offer, key, value) && arePathsLegal;
+    });
+    if (!isRead || !arePathsLegal)
+        return false;
+    *this = std::move(offer);
     return true;
 }
 

@@ -160,7 +160,8 @@ void GCSPUSaveAsStamplexPDFDialog::OnPDFSettingsSelectionChanged(int)
         return;
     }
     // A project that can't be read gives no settings; choosing it fails with the export's alert.
-    mTool.SelectPDFSetting(item->key, item->record);
+    const HopboxRecord record = item->GetRecord();
+    mTool.SelectPDFSetting(item->key, record);
     const GPrefGroup settings = GetPlugInSettings(mTool);
     mIsAdjustable = IsOn(settings, cUserSettings);
     if (mIsAdjustable)
@@ -172,17 +173,16 @@ void GCSPUSaveAsStamplexPDFDialog::OnPDFSettingsSelectionChanged(int)
     if (!mTool.GetOption(DialogOption::cFilePackage))
         return;
     mForm.includePackage->setVisible(mIsAdjustable);
-    mForm.includePackage->setChecked(ChoosePackage(*item, mIsAdjustable, IsOn(settings, cIncludesPackage)));
+    mForm.includePackage->setChecked(
+        ChoosePackage(record.GetPreferenceGroup(item->key), mIsAdjustable, IsOn(settings, cIncludesPackage)));
 }
 
 // Whether the file package is included: what the user chose for this Hopbox the last time, or else, and where
 // it is not the user's choice, the Hopbox's own setting.
-bool GCSPUSaveAsStamplexPDFDialog::ChoosePackage(const HopboxList::Item& item, bool isUserChoice,
-                                                 bool isDefault)
+bool GCSPUSaveAsStamplexPDFDialog::ChoosePackage(const GString& group, bool isUserChoice, bool isDefault)
 {
     if (!isUserChoice)
         return isDefault;
-    const GString& group = item.record.GetPreferenceGroup(item.key);
     if (PlugInPreferences::HasPackageChoice(group))
         return PlugInPreferences::GetPackageChoice(group);
     PlugInPreferences::SetPackageChoice(group, isDefault);
@@ -192,7 +192,7 @@ bool GCSPUSaveAsStamplexPDFDialog::ChoosePackage(const HopboxList::Item& item, b
 void GCSPUSaveAsStamplexPDFDialog::OnIncludeFilePackageToggled(bool isChecked)
 {
     if (const HopboxList::Item* item = mForm.pdfSettings->GetCurrentItem())
-        PlugInPreferences::SetPackageChoice(item->record.GetPreferenceGroup(item->key), isChecked);
+        PlugInPreferences::SetPackageChoice(item->GetRecord().GetPreferenceGroup(item->key), isChecked);
 }
 
 void GCSPUSaveAsStamplexPDFDialog::OnRadioGroupClicked(int id)
@@ -232,7 +232,7 @@ void GCSPUSaveAsStamplexPDFDialog::ShowDefaults()
     if (mHasDefaults || !mIsAdjustable || mForm.options->IsCollapsed())
         return;
     mHasDefaults = true;
-    mForm.adjustment->SetDefaults(ReadJobOptionsDefaults(mForm.pdfSettings->GetCurrentItem()->record));
+    mForm.adjustment->SetDefaults(ReadJobOptionsDefaults(mForm.pdfSettings->GetCurrentItem()->GetRecord()));
 }
 
 // What keeps the choices from being exported; empty when they can be.

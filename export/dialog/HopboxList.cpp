@@ -18,21 +18,29 @@ static QCollator MakeCollator()
     return QCollator(QLocale(language.insert(2, QLatin1Char('_'))));
 }
 
+HopboxRecord HopboxList::Item::GetRecord() const
+{
+    HopboxRecord record;
+    const bool isRead = record.FromText(recordText);
+    Q_ASSERT(isRead);
+    static_cast<void>(isRead);
+    return record;
+}
+
 HopboxList HopboxList::Read()
 {
     HopboxList list;
     const HopboxRegistry registry;
-    const QStringList keys = registry.GetKeys();
+    std::vector<std::pair<GString, GString>> texts = registry.GetRecordTexts();
     list.mIsWhole = !registry.GetDamage();
-    list.mItems.reserve(static_cast<size_t>(keys.size()));
-    for (const GString& key : keys) {
-        std::optional<HopboxRecord> record = registry.GetRecord(key);
-        if (!record) {
+    list.mItems.reserve(texts.size());
+    for (auto& [key, recordText] : texts) {
+        HopboxOffer offer;
+        if (!offer.FromText(recordText))
             list.mUnreadableKeys.append(key);
-        } else if (record->entry.isPlugin) {
-            const GString text = record->entry.pdfSettings.isEmpty() ? key : record->entry.pdfSettings;
-            list.mItems.push_back({key, text, std::move(*record)});
-        }
+        else if (offer.isPlugin)
+            list.mItems.push_back({key, offer.pdfSettings.isEmpty() ? key : std::move(offer.pdfSettings),
+                                   std::move(recordText)});
     }
     list.Sort();
     return list;
@@ -62,7 +70,7 @@ QStringList HopboxList::GetPreferenceGroups() const
 {
     QStringList groups;
     for (const Item& item : mItems)
-        groups.append(item.record.GetPreferenceGroup(item.key));
+        groups.append(item.GetRecord().GetPreferenceGroup(item.key));
     return groups;
 }
 

@@ -15,14 +15,16 @@ public:
     {
         GString key;   // in the registry
         GString text;  // what the user sees: the name of the PDF settings, or the key where that is empty
-        HopboxRecord record;
+        GString recordText;  // can be read
+
+        // Reads the record; most items are never asked for it.
+        HopboxRecord GetRecord() const;
     };
 
     // No Hopbox, and nothing known of those that there are.
     HopboxList() = default;
 
-    // Reads the registry, and each of its records, once. Raises what the registry raises, also when its file
-    // is there but can't be read.
+    // Raises what the registry raises, also when its file is there but can't be read.
     static HopboxList Read();
 
     // In ascending order of their texts, as the current language (GStringPool) sorts; those of one text in

@@ -5,7 +5,7 @@
 // The text, and the name that tells Hopboxes of one text apart.
 QString HopboxListModel::DescribeItem(const HopboxList::Item& item)
 {
-    return tr("%1\nHopbox: %2").arg(item.text, item.record.GetName(item.key));
+    return tr("%1\nHopbox: %2").arg(item.text, item.GetRecord().GetName(item.key));
 }
 
 void HopboxListModel::SetList(HopboxList list)
@@ -35,7 +35,7 @@ QVariant HopboxListModel::data(const QModelIndex& index, int role) const
         case Qt::UserRole:
             return item.key;
         case cNameRole:
-            return item.record.GetName(item.key);
+            return item.GetRecord().GetName(item.key);
         default:
             return {};
     }

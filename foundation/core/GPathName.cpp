@@ -101,6 +101,18 @@ GPathName::GPathName(const GString& nativeOrPortablePath)
         mPath = cHere;
 }
 
+bool GPathName::IsLegal(const QStringRef& nativeOrPortablePath)
+{
+    if (GPathNameRules::IsPlainlyLegal(nativeOrPortablePath))
+        return true;
+    try {
+        const GPathName path(nativeOrPortablePath.toString());
+        return true;
+    } catch (const GCustomException&) {
+        return false;
+    }
+}
+
 GString GPathName::GetNativePath() const
 {
     return GPathNameRules::ToNative(mPath);

@@ -26,6 +26,9 @@ public:
     // An empty text gives the empty path.
     explicit GPathName(const GString& nativeOrPortablePath);
 
+    // Whether a path can be made of the text.
+    static bool IsLegal(const QStringRef& nativeOrPortablePath);
+
     bool IsEmpty() const { return mPath.isEmpty(); }
     bool IsAbsolute() const { return mRootLength > 0; }
 

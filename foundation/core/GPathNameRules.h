@@ -19,6 +19,9 @@ int GetRootLength(const GString& portablePath);
 // Whether a file can bear the name; an empty one passes, as what stands between two separators.
 bool IsLegalName(const QStringRef& name);
 
+// Whether a glance tells that a path can be made of the text, which may be in the system's own form.
+bool IsPlainlyLegal(const QStringRef& path);
+
 GString ToNative(const GString& portablePath);
 
 // The path for the calls of the operating system.

@@ -17,6 +17,11 @@ bool GPathNameRules::IsLegalName(const QStringRef& name)
     return !name.contains(QChar(0));
 }
 
+bool GPathNameRules::IsPlainlyLegal(const QStringRef& path)
+{
+    return IsLegalName(path);
+}
+
 GString GPathNameRules::ToNative(const GString& portablePath)
 {
     return portablePath;

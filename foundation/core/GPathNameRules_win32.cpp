@@ -67,6 +67,11 @@ bool GPathNameRules::IsLegalName(const QStringRef& name)
     return !endsOpen && std::none_of(name.begin(), name.end(), IsReserved);
 }
 
+bool GPathNameRules::IsPlainlyLegal(const QStringRef&)
+{
+    return false;
+}
+
 GString GPathNameRules::ToNative(const GString& portablePath)
 {
     GString path = portablePath;

@@ -127,6 +127,11 @@ bool GStringSupport::ToBool(const GString& text)
     return text == QLatin1String("true");
 }
 
+bool GStringSupport::ToBool(const QStringRef& text)
+{
+    return text == QLatin1String("true");
+}
+
 GString GStringSupport::FromInt32(int32_t value)
 {
     return GString::number(value);

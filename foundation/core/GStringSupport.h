@@ -34,6 +34,7 @@ GString DeScramble(const GString& scrambled);
 // "true" and "false". Only exactly "true" reads as true.
 GString FromBool(bool value);
 bool ToBool(const GString& text);
+bool ToBool(const QStringRef& text);
 
 // Decimal, with a sign where negative. A text that is no integer of 32 bits reads as the fallback; blanks
 // around it do no harm.

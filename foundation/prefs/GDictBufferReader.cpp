@@ -51,9 +51,9 @@ bool GDictBufferReader<Key, Value>::ReadText(const GString& text, const Take& ta
     const bool isPlain = plain.ReadBegin();
     bool hasEntries = false;
     QStringRef key;
-    GString value;
+    DictValue value;
     for (; isPlain && plain.ReadEntry(key, value); hasEntries = true)
-        take(key, std::move(value));
+        take(key, value);
     if (isPlain && plain.IsAtEnd())
         return true;
     const GString rest = hasEntries ? plain.GetRest() : text;
@@ -62,7 +62,7 @@ bool GDictBufferReader<Key, Value>::ReadText(const GString& text, const Take& ta
     return ReadFromText(rest, [&](GBin2TextStream& stream) {
         return (hasEntries || ReadBegin(stream)) &&
                ReadEntries(stream, [&](const GString& keyText, GString&& valueText) {
-                   take(QStringRef(&keyText), std::move(valueText));
+                   take(QStringRef(&keyText), DictValue(QStringRef(&valueText), false));
                    return true;
                });
     });

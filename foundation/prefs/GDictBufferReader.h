@@ -2,6 +2,7 @@
 
 #include "foundation/core/GDict.h"
 #include "foundation/core/GString.h"
+#include "foundation/prefs/DictValue.h"
 
 #include <functional>
 
@@ -26,9 +27,9 @@ public:
     // Reads a block that is the value of an entry. What stands behind the block is ignored.
     bool ReadText(const GString& text, GDict<Key, Value>& dict);
 
-    // The same, but each entry goes to `take` as it is read, which may use the value's memory; nothing of
-    // what came twice is left out.
-    using Take = std::function<void(const QStringRef& key, GString&& value)>;
+    // The same, but each entry goes to `take` as it is read, for as long as that runs; nothing of what came
+    // twice is left out.
+    using Take = std::function<void(const QStringRef& key, const DictValue& value)>;
     bool ReadText(const GString& text, const Take& take);
 
     // The byte of the source where the first damage begins that the last Read met; -1 when it met none. What

@@ -1,6 +1,5 @@
 #include "foundation/prefs/PlainDictText.h"
 
-#include "foundation/core/EscapeCodes.h"
 #include "foundation/prefs/PrefMarkers.h"
 
 #include <algorithm>
@@ -13,29 +12,18 @@ constexpr QLatin1Char cEscape('\\');
 const QLatin1String cBetween("\" \"");  // from the end of a key to the begin of its value
 const QLatin1String cLineEnd("\r\n");
 
-GString TakeEscapesBack(const QStringRef& quoted)
-{
-    GString text;
-    text.reserve(quoted.size());
-    for (int position = 0; position < quoted.size(); ++position) {
-        const bool isEscape = quoted.at(position) == cEscape && position + 1 < quoted.size();
-        const QLatin1String meaning =
-            isEscape ? EscapeCodes::GetMeaning(quoted.at(position + 1).unicode()) : QLatin1String();
-        if (meaning.isEmpty()) {
-            text.append(quoted.at(position));
-        } else {
-            text.append(meaning);
-            ++position;
-        }
-    }
-    return text;
-}
 // False when there is no escape for sure, which is found in long steps.
-bool MayHoldEscape(const QChar* text, int length)
+bool MayHoldEscape(const QStringRef& text)
 {
-    return std::memchr(text, cEscape.toLatin1(), static_cast<size_t>(length) * sizeof(QChar)) != nullptr;
+    return std::memchr(text.constData(), cEscape.toLatin1(),
+                       static_cast<size_t>(text.size()) * sizeof(QChar)) != nullptr;
 }
 }  // namespace
+
+PlainDictText::PlainDictText(const GString& text)
+    : mText(text), mMayHoldEscapes(MayHoldEscape(QStringRef(&text)))
+{
+}
 
 bool PlainDictText::ReadBegin()
 {
@@ -46,23 +34,21 @@ bool PlainDictText::ReadBegin()
     return true;
 }
 
-bool PlainDictText::ReadEntry(QStringRef& key, GString& value)
+bool PlainDictText::ReadEntry(QStringRef& key, DictValue& value)
 {
     if (mPosition >= mText.size() || mText.at(mPosition) != cQuote)
         return false;
     const int keyBegin = mPosition + 1;
-    const int keyEnd = mText.indexOf(cQuote, keyBegin);
+    const int keyEnd = FindQuote(keyBegin);
     if (keyEnd < 0 || !IsHere(keyEnd, cBetween))
         return false;
     key = QStringRef(&mText, keyBegin, keyEnd - keyBegin);
     const int valueBegin = keyEnd + cBetween.size();
     bool hasEscapes = false;
     const int valueEnd = FindValueEnd(valueBegin, hasEscapes);
-    if (valueEnd < 0 || !IsHere(valueEnd + 1, cLineEnd) || MayHoldEscape(key.constData(), key.size()))
+    if (valueEnd < 0 || !IsHere(valueEnd + 1, cLineEnd) || (mMayHoldEscapes && MayHoldEscape(key)))
         return false;
-    const int length = valueEnd - valueBegin;
-    value = hasEscapes ? TakeEscapesBack(mText.midRef(valueBegin, length))
-                       : GString(mText.constData() + valueBegin, length);
+    value = DictValue(QStringRef(&mText, valueBegin, valueEnd - valueBegin), hasEscapes);
     mPosition = valueEnd + 1 + cLineEnd.size();
     return true;
 }
@@ -84,12 +70,21 @@ bool PlainDictText::IsHere(int position, QLatin1String text) const
                       [](char expected, QChar character) { return character == QLatin1Char(expected); });
 }
 
+// The position of the next quote; -1 when there is none. Quotes are so near that a search in long steps takes
+// longer.
+int PlainDictText::FindQuote(int position) const
+{
+    const QChar* const begin = mText.constData();
+    const QChar* const end = begin + mText.size();
+    const QChar* const quote = std::find(begin + position, end, cQuote);
+    return quote == end ? -1 : static_cast<int>(quote - begin);
+}
+
 // The position of the quote that ends a value; -1 when there is none.
 int PlainDictText::FindValueEnd(int position, bool& hasEscapes) const
 {
-    const int quote = mText.indexOf(cQuote, position);
-    if (quote < 0 || !MayHoldEscape(mText.constData() + position, quote - position))
-        return quote;
+    if (!mMayHoldEscapes)
+        return FindQuote(position);
     for (; position < mText.size(); ++position) {
         const QChar character = mText.at(position);
         if (character == cQuote)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "foundation/core/GString.h"
+#include "foundation/prefs/DictValue.h"
 
 // Reads the entries of a dictionary block from a text in memory, as long as they stand as the writers of
 // settings write them: marker and entries each on a line of its own with CR LF, one blank between key and
@@ -10,14 +10,14 @@ class PlainDictText
 {
 public:
     // The text outlives the reader.
-    explicit PlainDictText(const GString& text) : mText(text) {}
+    explicit PlainDictText(const GString& text);
 
     // Passes over the begin marker. False, with nothing passed over, when the text begins otherwise.
     bool ReadBegin();
 
-    // Passes over an entry; the key is part of the text. False, with nothing passed over, when what stands
-    // here is none, or has another form.
-    bool ReadEntry(QStringRef& key, GString& value);
+    // Passes over an entry; key and value are parts of the text. False, with nothing passed over, when what
+    // stands here is none, or has another form.
+    bool ReadEntry(QStringRef& key, DictValue& value);
 
     // Whether a word that ends the block stands here.
     bool IsAtEnd() const;
@@ -27,8 +27,10 @@ public:
 
 private:
     bool IsHere(int position, QLatin1String text) const;
+    int FindQuote(int position) const;
     int FindValueEnd(int position, bool& hasEscapes) const;
 
     const GString& mText;
+    bool mMayHoldEscapes;
     int mPosition = 0;
 };

@@ -70,6 +70,10 @@ TEST(HopboxRecord, WhatIsReadFromForeignTexts)
         GString text = GString::fromUtf8(test.text);
         text.replace("/a?b"_q, "/a\0b"_q);
         ASSERT_EQ(record.FromText(text), test.isRead);
+        HopboxOffer offer{true, "kept"_q};
+        EXPECT_EQ(offer.FromText(text), test.isRead);
+        EXPECT_EQ(offer.isPlugin, !test.isRead || test.isPlugin);
+        EXPECT_EQ(offer.pdfSettings, test.isRead ? GString::fromUtf8(test.pdfSettings) : "kept"_q);
         if (!test.isRead) {
             EXPECT_EQ(record.entry, MakeRecord().entry);
             continue;

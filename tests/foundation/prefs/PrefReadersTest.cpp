@@ -150,8 +150,12 @@ TEST(PrefReadersTest, TheShortWayThroughABlockReadsWhatTheLongOneReads)
         GDict<GString, GString> expected;
         const bool isRead = reader.ReadText(text, expected);
         std::map<GString, GString> entries;
-        EXPECT_EQ(reader.ReadText(text, [&](const QStringRef& key,
-                                            GString&& value) { entries[key.toString()] = std::move(value); }),
+        EXPECT_EQ(reader.ReadText(text,
+                                  [&](const QStringRef& key, const DictValue& value) {
+                                      GString memory;
+                                      EXPECT_EQ(value.GetText(memory), value.GetText());
+                                      entries[key.toString()] = value.GetText();
+                                  }),
                   isRead)
             << text.toStdString();
         EXPECT_EQ(entries.size(), static_cast<size_t>(expected.GetCount())) << text.toStdString();
