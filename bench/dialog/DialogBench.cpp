@@ -6,6 +6,7 @@
 #include "foundation/prefs/GPrefMemoryModule.h"
 #include "foundation/prefs/GPrefSharedFileModule.h"
 #include "foundation/prefs/GPreferences.h"
+#include "foundation/strings/GStringPool.h"
 #include "foundation/system/GFileSystemBase.h"
 #include "hopbox/HopboxProject.h"
 #include "hopbox/HopboxRegistry.h"
@@ -153,6 +154,7 @@ int main(int argc, char** argv)
     const QApplication application(argc, argv);
     QTemporaryDir settings;
     GPreferences::Initialize();
+    GStringPool::Initialize();  // names a language, by which lists are sorted
     GPreferences::SetPrefModule(
         GPreferences::cUserFileModule,
         std::make_unique<PlugInPrefModule>(GPathName(settings.filePath(QStringLiteral("settings")))));
@@ -163,6 +165,7 @@ int main(int argc, char** argv)
          {"OpenBeyondNone/10000/manual_time", "ReadRegistry/10000/manual_time",
           "what 10,000 Hopboxes add to the dialog's opening, beside reading the registry"},
          {"OpenBeyondNone/10000/manual_time", "OpenBeyondNone/1000/manual_time", "10 times the Hopboxes"}});
+    GStringPool::Finalize();
     GPreferences::Finalize();
     return status;
 }

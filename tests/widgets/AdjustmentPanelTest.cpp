@@ -88,6 +88,21 @@ void BringBack(QWidget* panel, QWidget* control)
     menu->close();
 }
 
+class TipCounter : public QObject
+{
+public:
+    explicit TipCounter(QWidget& widget) { widget.installEventFilter(this); }
+
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        count += event->type() == QEvent::ToolTipChange ? 1 : 0;
+        return false;
+    }
+};
+
 constexpr char cMarksOff[] = "Bleed=false ColorBars=false PageInfo=false PrinterRegistration=false ";
 constexpr char cEqualBleeds[] =
     "BleedBottomValue=5 BleedChoice=1 BleedInsideValue=5 BleedOutsideValue=5 BleedTopValue=5";
@@ -207,6 +222,22 @@ TEST(AdjustmentPanel, StoresWhatTheUserChanges)
         panel.Store(again);
         EXPECT_EQ(ToText(again), test.after) << "not all of it is shown again";
     }
+}
+
+// However many values are new, and whatever values the fields had.
+TEST(AdjustmentPanel, LoadingShowsTheValuesAndMakesEachTipOnce)
+{
+    Panel panel;
+    panel.Load(ToValues(QString::fromLatin1(cEqualBleeds)));
+    TipCounter tips(*GetField(&panel, 0));
+    const QString values =
+        "BleedBottomValue=2 BleedChoice=2 BleedInsideValue=3 BleedTopValue=1 MarkOffset=4 Trim=true"_q;
+    panel.Load(ToValues(values));
+    EXPECT_EQ(tips.count, 1);
+    Panel::Values stored;
+    panel.Store(stored);
+    EXPECT_EQ(ToText(stored), values);
+    EXPECT_EQ(FindBox(&panel, "Use Document Bleed Settings")->checkState(), Qt::Checked);
 }
 
 TEST(AdjustmentPanel, LeavesTheBleedMarkAloneWhereItIsNotOffered)

@@ -294,6 +294,12 @@ TEST_F(DialogTest, APageRangeNamesPagesOrKeepsOKFromBeingPressed)
         EXPECT_TRUE(ok->isEnabled()) << "the host gives no list";
     }
     party.host.Make(HostOperation::QueryPageList, HostAnswer::Works);
+    range->setText("15"_q);
+    EXPECT_FALSE(ok->isEnabled());
+    party.host.DisturbCall(1, HostAnswer::Raises);
+    EXPECT_NO_THROW(range->setText("16"_q));
+    EXPECT_TRUE(party.host.IsDisturbed());
+    EXPECT_TRUE(ok->isEnabled()) << "nobody knows";
     range->clear();
     range->setFocus();
     WindowDriver::Type("1 a,"_q);
@@ -389,6 +395,29 @@ TEST_F(DialogTest, WhatCannotBeRemovedStaysWithAnAlert)
         EXPECT_EQ(GetList(), "[Press]"_q);
         EXPECT_TRUE(mDialog->isVisible());
     }
+}
+
+TEST_F(DialogTest, AListThatAnotherProcessHasEmptiedLeavesNothingToExportOrRemove)
+{
+    const GString keys[] = {Add("a", "A"), Add("b", "B")};
+    Open();
+    for (const GString& key : keys)
+        HopboxRegistry().ChangeEntry(key, [](HopboxRegistryEntry& entry) { entry.isPlugin = false; });
+    WindowDriver::Press(Qt::Key_Alt, Qt::AltModifier);
+    for (int press = 0; press < 3; ++press) {
+        WindowDriver::Click(Qt::Key_Return, Qt::AltModifier);
+        QTest::mouseClick(ok, Qt::LeftButton, Qt::AltModifier);
+        EXPECT_EQ(GetList(), QString());
+        EXPECT_EQ(GetMessage(), "No PDF Settings found"_q);
+        EXPECT_FALSE(ok->isEnabled());
+    }
+    WindowDriver::Release(Qt::Key_Alt);
+    EXPECT_FALSE(ok->isEnabled());
+    WindowDriver::Click(Qt::Key_Return);
+    EXPECT_TRUE(mDialog->isVisible());
+    EXPECT_TRUE(party.host.commands.empty());
+    EXPECT_EQ(party.alerts, QStringList());
+    EXPECT_EQ(HopboxRegistry().GetKeys().size(), 2);
 }
 
 TEST_F(DialogTest, ARegistryThatCannotBeReadIsToldAndLeavesADialogThatCloses)

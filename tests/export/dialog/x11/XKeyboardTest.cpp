@@ -6,6 +6,7 @@
 
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QScreen>
 
 extern std::unique_ptr<XServer> xServer;
 
@@ -117,6 +118,21 @@ TEST_F(XKeyboardTest, WhereTheWindowManagerKeepsAltWithAClickEnterAndTheListsMen
         EXPECT_EQ(list->count(), isKept ? 2 : 1);
         EXPECT_TRUE(party.host.commands.empty());
     }
+}
+
+// Offscreen, windows have no frame.
+TEST_F(XKeyboardTest, OKAndCancelStayOnTheScreenWithinTheFrameOfTheWindowManager)
+{
+    OpenWith({"a"});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return mDialog->frameGeometry().height() > mDialog->height(); }));
+    const QRect room = mDialog->screen()->availableGeometry();
+    const QPoint frame = mDialog->frameGeometry().bottomRight() - mDialog->geometry().bottomRight();
+    EXPECT_GT(frame.y(), 0) << "a window manager without a frame proves nothing";
+    mDialog->move(room.right() - 100, room.bottom() - 100);
+    QTest::qWait(100);
+    Find("Options").click();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return room.contains(mDialog->frameGeometry()); }))
+        << mDialog->frameGeometry().bottom() << " " << room.bottom();
 }
 
 // From the menu to the alert, with Enter held down long on the way.
