@@ -281,7 +281,7 @@ QStringList HopboxRegistry::GetKeys() const
 std::vector<std::pair<GString, GString>> HopboxRegistry::GetRecordTexts() const
 {
     GPrefGroup entries;
-    mModule->GetGroupPreferences(cEntries, entries);
+    GetRead().GetGroupPreferences(cEntries, entries);
     std::vector<std::pair<GString, GString>> texts;
     texts.reserve(static_cast<size_t>(entries.GetCount()));
     for (const auto& entry : entries)
