@@ -8,6 +8,14 @@
 
 namespace
 {
+bool HoldsNone(const UIDList& pages)
+{
+    for (int index = 0; index < pages.Length(); ++index)
+        if (pages[index] == cNoUID)
+            return true;
+    return false;
+}
+
 // The pages to export; none where the range names none, or where the host can't give one of them.
 UIDList GetPages(const IDocument& document, const GCPTSaveAsProperties& properties)
 {
@@ -16,7 +24,8 @@ UIDList GetPages(const IDocument& document, const GCPTSaveAsProperties& properti
     if (!list)
         return pages;
     if (properties.hasPageRange) {
-        if (list->GetPageUIDs(PMString::Untranslated(properties.pageRange), pages) != cSuccess)
+        if (list->GetPageUIDs(PMString::Untranslated(properties.pageRange), pages) != cSuccess ||
+            HoldsNone(pages))
             pages.Clear();
         return pages;
     }

@@ -39,7 +39,8 @@ hopbox_result GiveObject(HostTable& table, HostPtr<Interface> Object::*kind, Hos
         return HOPBOX_NONE;
     Object object;
     object.*kind = std::move(found);
-    *handle = table.Keep(std::move(object));
+    hopbox_handle& place = Out(handle);
+    place = table.Keep(std::move(object));
     return HOPBOX_OK;
 }
 
@@ -53,20 +54,20 @@ int32_t GetUnit(void* host, int32_t* unit)
             return HOPBOX_NONE;
         switch (settings->GetHorizontalUnit()) {
             case HostUnitID::cPicas:
-                *unit = HOPBOX_PICAS;
+                Out(unit) = HOPBOX_PICAS;
                 break;
             case HostUnitID::cInches:
             case HostUnitID::cDecimalInches:
-                *unit = HOPBOX_INCHES;
+                Out(unit) = HOPBOX_INCHES;
                 break;
             case HostUnitID::cCentimetres:
-                *unit = HOPBOX_CENTIMETRES;
+                Out(unit) = HOPBOX_CENTIMETRES;
                 break;
             case HostUnitID::cMillimetres:
-                *unit = HOPBOX_MILLIMETRES;
+                Out(unit) = HOPBOX_MILLIMETRES;
                 break;
             default:
-                *unit = HOPBOX_POINTS;
+                Out(unit) = HOPBOX_POINTS;
         }
         return HOPBOX_OK;
     });
@@ -79,8 +80,8 @@ int32_t ShowAlert(void* host, const hopbox_text* text, const hopbox_text buttons
         const auto read = [](const hopbox_text* label) {
             return PMString::Untranslated(Boundary::Read(label));
         };
-        *pressed = table.GetServices().ModalAlert(read(text), read(&buttons[0]), read(&buttons[1]),
-                                                  read(&buttons[2]), defaultButton, cancelButton);
+        Out(pressed) = table.GetServices().ModalAlert(read(text), read(&buttons[0]), read(&buttons[1]),
+                                                      read(&buttons[2]), defaultButton, cancelButton);
         return *pressed == 0 ? HOPBOX_FAILED : HOPBOX_OK;
     });
 }
@@ -89,8 +90,9 @@ int32_t BeginModal(void* host, uint64_t* token)
 {
     return Guard(host, [&](HostTable& table) {
         const auto modal = table.GetServices().QueryModalUtils();
-        *token = modal ? modal->AcquireModalToken() : cNoModalToken;
-        return *token == cNoModalToken ? HOPBOX_NONE : HOPBOX_OK;
+        uint64_t& place = Out(token);
+        place = modal ? modal->AcquireModalToken() : cNoModalToken;
+        return place == cNoModalToken ? HOPBOX_NONE : HOPBOX_OK;
     });
 }
 
@@ -117,7 +119,7 @@ int32_t IsActionKnown(void* host, int32_t action, int32_t* isKnown)
 {
     return Guard(host, [&](HostTable& table) {
         const auto actions = QueryActions(table);
-        *isKnown = !actions || !actions->QueryMenuManager() || actions->IsActionKnown(action);
+        Out(isKnown) = !actions || !actions->QueryMenuManager() || actions->IsActionKnown(action);
         return HOPBOX_OK;
     });
 }
@@ -197,7 +199,7 @@ int32_t SaveDocument(void* host, hopbox_handle document)
 int32_t IsDocumentSaved(void* host, hopbox_handle document, int32_t* isSaved)
 {
     return Guard(host, [&](HostTable& table) {
-        *isSaved = table.Get(document, &Object::document).IsSaved();
+        Out(isSaved) = table.Get(document, &Object::document).IsSaved();
         return HOPBOX_OK;
     });
 }
@@ -223,7 +225,7 @@ int32_t GetPageCount(void* host, hopbox_handle document, int32_t* count)
         const auto pages = table.Get(document, &Object::document).QueryPageList();
         if (!pages)
             return HOPBOX_NONE;
-        *count = pages->GetPageCount();
+        Out(count) = pages->GetPageCount();
         return HOPBOX_OK;
     });
 }
@@ -232,7 +234,7 @@ int32_t GetPage(void* host, hopbox_handle document, int32_t index, uint32_t* pag
 {
     return Guard(host, [&](HostTable& table) {
         const auto pages = table.Get(document, &Object::document).QueryPageList();
-        *page = pages ? pages->GetNthPage(index) : cNoUID;
+        Out(page) = pages ? pages->GetNthPage(index) : cNoUID;
         return *page == cNoUID ? HOPBOX_NONE : HOPBOX_OK;
     });
 }
@@ -300,7 +302,7 @@ int32_t GetBookName(void* host, hopbox_handle book, const hopbox_sink* name)
 int32_t IsBookModified(void* host, hopbox_handle book, int32_t* isModified)
 {
     return Guard(host, [&](HostTable& table) {
-        *isModified = table.Get(book, &Object::book).IsModified();
+        Out(isModified) = table.Get(book, &Object::book).IsModified();
         return HOPBOX_OK;
     });
 }
@@ -316,7 +318,7 @@ int32_t GetBookDocumentCount(void* host, hopbox_handle book, int32_t* count)
         const auto content = table.Get(book, &Object::book).QueryContent();
         if (!content)
             return HOPBOX_NONE;
-        *count = content->GetDocumentCount();
+        Out(count) = content->GetDocumentCount();
         return HOPBOX_OK;
     });
 }

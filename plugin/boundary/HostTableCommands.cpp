@@ -42,7 +42,8 @@ int32_t CreateCommand(void* host, int32_t kind, hopbox_handle* command)
         Object object = MakeCommand(table.GetServices(), kind);
         if (!object.command && object.GetPackage() == nullptr)
             return HOPBOX_UNSUPPORTED;
-        *command = table.Keep(std::move(object));
+        hopbox_handle& place = Out(command);
+        place = table.Keep(std::move(object));
         return HOPBOX_OK;
     });
 }
@@ -89,7 +90,7 @@ int32_t SetLength(void* host, hopbox_handle command, int32_t setting, double poi
 int32_t GetSpreads(void* host, hopbox_handle command, int32_t* areJoined)
 {
     return WithPreferences(host, command, [&](IPDFExportPreferences& preferences) {
-        *areJoined = preferences.GetReaderSpreads() == cReaderSpreadsOn;
+        Out(areJoined) = preferences.GetReaderSpreads() == cReaderSpreadsOn;
         return HOPBOX_OK;
     });
 }

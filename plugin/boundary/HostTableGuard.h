@@ -4,6 +4,8 @@
 #include "plugin/boundary/HostTable.h"
 #include "plugin/host/HostFault.h"
 
+#include <stdexcept>
+
 // The frame of every function of the table: the object behind the host's pointer, and nothing raised past it.
 template <class Body>
 int32_t Guard(void* host, const Body& body) noexcept
@@ -11,6 +13,15 @@ int32_t Guard(void* host, const Body& body) noexcept
     int32_t result = HOPBOX_FAILED;
     HostFault::Contain("HostTable", [&] { result = body(*static_cast<HostTable*>(host)); });
     return result;
+}
+
+// Where the module wants its answer; raises where it names no place.
+template <class Value>
+Value& Out(Value* place)
+{
+    if (place == nullptr)
+        throw std::invalid_argument("An operation at the boundary was given no place for its answer.");
+    return *place;
 }
 
 // Told of the user's cancelling while an operation runs.

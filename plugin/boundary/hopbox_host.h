@@ -17,10 +17,10 @@
  * `load`. A call from another thread changes nothing and gives HOPBOX_WRONG_THREAD.
  *
  * Re-entry. While `do_action` runs it calls the host's operations, shows windows and handles events, so the
- * host's own code may run inside it, and so it is with `export_to`. A further `do_action` of this
- * module then brings the open window to the front and does nothing else, a further `export_to` gives
- * HOPBOX_BUSY. `close_actions` and `unload` give HOPBOX_BUSY and change nothing, then and from inside any
- * function of the host's table.
+ * host's own code may run inside it, and so it is with `export_to`. A further `do_action` then
+ * brings the open window to the front and does nothing else, a further `export_to` gives HOPBOX_BUSY; where
+ * two modules live in a process, the action of the other counts, too. `close_actions` and `unload` give
+ * HOPBOX_BUSY and change nothing, then and from inside any function of the host's table.
  *
  * Errors. An operation gives HOPBOX_OK or says why not. A number that is none of hopbox_result counts as
  * HOPBOX_FAILED. Nothing may be thrown or jumped across the boundary. An operation that does not give

@@ -60,6 +60,25 @@ bool IsAvailable(bool (*question)())
     return isAvailable;
 }
 
+// Tells the other modules in this process that an action runs. They have the application in common.
+class RunningAction
+{
+public:
+    RunningAction() { qApp->setProperty(cName, true); }
+    ~RunningAction()
+    {
+        if (qApp != nullptr)
+            qApp->setProperty(cName, false);
+    }
+    RunningAction(const RunningAction&) = delete;
+    RunningAction& operator=(const RunningAction&) = delete;
+
+    static bool IsThere() { return qApp->property(cName).toBool(); }
+
+private:
+    static constexpr const char* cName = "HopboxPlugInAction";
+};
+
 // While an export runs the dialog is gone from the screen, and the window may be an alert or the host's own.
 void BringModalWindowToFront()
 {
@@ -119,10 +138,11 @@ GIDCSPActionComponent::~GIDCSPActionComponent() = default;
 
 void GIDCSPActionComponent::DoAction(IActiveContext* context, ActionID action, IHostObject*)
 {
-    if (mIsBusy) {
+    if (RunningAction::IsThere()) {
         BringModalWindowToFront();
         return;
     }
+    const RunningAction running;
     const QScopedValueRollback<bool> busy(mIsBusy, true);
     try {
         Dispatch(context, action);
@@ -191,8 +211,9 @@ ExportResult GIDCSPActionComponent::Export(ActionID actionID, const ExportChoice
     const bool isBook = actionID == PlugInID::cBookAction;
     if ((!isBook && actionID != PlugInID::cDocumentAction) || (isBook && !choices.pages.IsEmpty()))
         return ExportResult::Unsupported;
-    if (mIsBusy)
+    if (RunningAction::IsThere())
         return ExportResult::Busy;
+    const RunningAction running;
     const QScopedValueRollback<bool> busy(mIsBusy, true);
     GCPTSaveAsAction& action = isBook ? static_cast<GCPTSaveAsAction&>(mBookAction) : mDocumentAction;
     action.SetActive(true);

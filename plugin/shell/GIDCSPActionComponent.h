@@ -10,7 +10,8 @@
 // The owner of the plug-in's actions: brings up what they stand on, and answers the host's menu choices and
 // its questions about menu entries. Nothing that goes wrong in here leaves it: the user sees an alert.
 //
-// One action runs at a time. A host whose menus still answer while a dialog is open, or while a command runs,
+// One action runs at a time in a process, also where two modules of this kind live in it: their windows and
+// their Qt are the same. A host whose menus still answer while a dialog is open, or while a command runs,
 // may call DoAction again; that brings the open window to the front and does nothing else.
 class GIDCSPActionComponent : public CActionComponent
 {
@@ -41,6 +42,6 @@ private:
     DialogRunner mRunDialog;
     GIDCSPSaveAsAction mDocumentAction;
     GIDCSPExportBookAction mBookAction;
-    bool mIsBusy = false;    // an action runs
+    bool mIsBusy = false;    // an action of this component runs
     bool mIsAsking = false;  // for the states of entries
 };

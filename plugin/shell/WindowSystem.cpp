@@ -1,5 +1,6 @@
 #include "plugin/shell/WindowSystem.h"
 
+#include "foundation/trace/GTrace.h"
 #include "plugin/shell/RefusalText.h"
 
 #include <QCoreApplication>
@@ -30,16 +31,25 @@ QStringList GetPlugInFolders()
     return folders;
 }
 
-// Reads what the files say about themselves; loads none of them.
+// Qt ends the process for one that is there and can't be loaded, such as one of another Qt. What is loaded
+// here stays, for Qt.
+bool CanBeLoaded(QPluginLoader& plugIn)
+{
+    if (plugIn.load())
+        return true;
+    GTrace::Error(QStringLiteral("WindowSystem"), plugIn.errorString());
+    return false;
+}
+
+// Reads what the files say about themselves, and loads the one that is meant.
 bool HasPlugIn(const QString& platform)
 {
     for (const QString& folder : GetPlugInFolders()) {
         for (const QString& file : QDir(folder).entryList(QDir::Files)) {
-            const QJsonObject data = QPluginLoader(folder + QLatin1Char('/') + file).metaData();
-            const QJsonArray keys =
-                data.value(QLatin1String("MetaData")).toObject().value(QLatin1String("Keys")).toArray();
-            for (const QJsonValue& key : keys)
-                if (key.toString().compare(platform, Qt::CaseInsensitive) == 0)
+            QPluginLoader plugIn(folder + QLatin1Char('/') + file);
+            const QJsonObject data = plugIn.metaData().value(QLatin1String("MetaData")).toObject();
+            for (const QJsonValue& key : data.value(QLatin1String("Keys")).toArray())
+                if (key.toString().compare(platform, Qt::CaseInsensitive) == 0 && CanBeLoaded(plugIn))
                     return true;
         }
     }

@@ -129,8 +129,8 @@ TEST_F(ExportTest, ThePackageFollowsThePDFAsThePathOrURLThatTheBuildTakes)
             packages.append(package.GetNativePath());
             QString settings;
             for (const auto& setting : party.host.packages.back()->settings)
-                settings += QString::number(setting.second);
-            EXPECT_EQ(settings, "11100100"_q);
+                settings += " %1=%2"_q.arg(int(setting.first)).arg(int(setting.second));
+            EXPECT_EQ(settings, " 0=1 1=1 2=1 3=0 4=0 7=0 5=1 6=0"_q);
 
             EXPECT_EQ(receiver.ReadLine().value("JobPath"_q).toString(), pdf.GetNativePath());
             const QJsonObject job = receiver.ReadLine();

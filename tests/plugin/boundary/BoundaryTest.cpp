@@ -87,6 +87,29 @@ TEST_F(Lies, EndInAnErrorOfTheExport)
              };
          },
          noPages},
+        {"a page that is none",
+         [](Table& table) {
+             table.get_pages_of_range = [](void*, Handle, const hopbox_text*,
+                                           const hopbox_page_sink* sink) -> int32_t {
+                 const uint32_t pages[] = {1001, 0};
+                 sink->put(sink->context, pages, 2);
+                 return HOPBOX_OK;
+             };
+         },
+         noPages},
+        {"a command of 0",
+         [](Table& table) {
+             table.create_command = [](void*, int32_t, Handle* command) -> int32_t {
+                 *command = 0;
+                 return HOPBOX_OK;
+             };
+         },
+         "PDF Export command not found"_q},
+        {"a command that raises",
+         [](Table& table) {
+             table.run_command = [](void*, Handle) -> int32_t { throw std::runtime_error("raised"); };
+         },
+         ended + "\nraised"_q},
         {"no document, and success",
          [](Table& table) {
              table.get_front_document = [](void*, Handle* document) -> int32_t {
@@ -242,6 +265,10 @@ TEST_F(Lies, HandlesThatAreNoneAreFailures)
     EXPECT_EQ(table.get_pages_of_range(&host, document, range, nullptr), HOPBOX_FAILED);
     EXPECT_EQ(table.set_package_setting(&host, command, cPackageSettingCount, 1), HOPBOX_UNSUPPORTED);
     EXPECT_EQ(table.create_command(&host, 99, &document), HOPBOX_UNSUPPORTED);
+    // Nor is a place for an answer that is none written to.
+    EXPECT_EQ(table.get_page_count(&host, document, nullptr), HOPBOX_FAILED);
+    EXPECT_EQ(table.get_front_document(&host, nullptr), HOPBOX_FAILED);
+    EXPECT_EQ(table.create_command(&host, HOPBOX_PACKAGE_DOCUMENT, nullptr), HOPBOX_FAILED);
     table.release(&host, document);
     table.release(&host, document);
     EXPECT_EQ(table.get_page_count(&host, document, &number), HOPBOX_FAILED);

@@ -217,6 +217,24 @@ TEST_F(Module, RefusesAProcessThatCanShowNoWindows)
     }
 }
 
+// Qt's "offscreen" under another name, and linked with a library that is not there: Qt would end the process.
+TEST_F(Module, RefusesAPlatformThatCannotBeLoaded)
+{
+    const QString folder = sandbox.GetPath("Platforms"_q);
+    ASSERT_TRUE(QDir().mkpath(folder));
+    for (const QString& path : QCoreApplication::libraryPaths())
+        for (const QFileInfo& file : QDir(path + "/platforms"_q).entryInfoList({"*qoffscreen*"_q}))
+            WriteFile(
+                folder + QLatin1Char('/') + file.fileName(),
+                ReadFile(file.filePath()).replace("offscreen", "onscreens").replace("Qt5Core.", "Qt5C0re."));
+    ASSERT_FALSE(QDir(folder).isEmpty());
+    const Variable platform("QT_QPA_PLATFORM", "onscreens");
+    const Variable place("QT_QPA_PLATFORM_PLUGIN_PATH", QFile::encodeName(folder).constData());
+    ASSERT_EQ(GiveServices(&host), QString());
+    EXPECT_EQ(Create(), nullptr);
+    EXPECT_TRUE(error.contains("\"onscreens\""_q)) << error.toStdString();
+}
+
 // The host's main loop may unload a plug-in whose dialog is open, or whose command runs.
 TEST_F(Module, StaysLoadedWhileAnActionRuns)
 {
@@ -448,6 +466,15 @@ TEST_F(Module, LivesBesideAnotherModule)
                     << reason.GetString().toStdString();
         }
         EXPECT_EQ(host.commands.size(), otherHost.commands.size());
+        ExportResult meanwhile = ExportResult::Done;
+        host.onRun = [&] {
+            meanwhile = second->Export(cDocument, choices, reason);
+            second->DoAction(nullptr, cDocument, nullptr);  // opens no dialog: nobody would close it
+        };
+        first->Export(cDocument, choices, reason);
+        host.onRun = nullptr;
+        host.commands.pop_back();
+        EXPECT_EQ(meanwhile, ExportResult::Busy);
         EXPECT_TRUE(isFirstGone ? plugIn->Unload() : other.Unload());
         EXPECT_NE(QCoreApplication::instance(), nullptr);
         {

@@ -134,7 +134,7 @@ public:
     void SetSetting(PackageSetting setting, bool isOn) override
     {
         this->mHost.Note();
-        mRecord->settings[setting] = isOn;
+        mRecord->settings.emplace_back(setting, isOn);
     }
 
     // Puts a copy of the document or book, or "Content" where it is no real file, into the folder, which must

@@ -57,6 +57,6 @@ struct FakePackageRecord
 {
     QString sourcePath;  // the document or book
     QString folder;
-    std::map<PackageSetting, bool> settings;
+    std::vector<std::pair<PackageSetting, bool>> settings;  // in the order in which it was told them
     bool hasRun = false;
 };
