@@ -97,19 +97,6 @@ TEST_F(Lies, EndInAnErrorOfTheExport)
              };
          },
          noPages},
-        {"a command of 0",
-         [](Table& table) {
-             table.create_command = [](void*, int32_t, Handle* command) -> int32_t {
-                 *command = 0;
-                 return HOPBOX_OK;
-             };
-         },
-         "PDF Export command not found"_q},
-        {"a command that raises",
-         [](Table& table) {
-             table.run_command = [](void*, Handle) -> int32_t { throw std::runtime_error("raised"); };
-         },
-         ended + "\nraised"_q},
         {"no document, and success",
          [](Table& table) {
              table.get_front_document = [](void*, Handle* document) -> int32_t {
