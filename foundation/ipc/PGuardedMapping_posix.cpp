@@ -8,6 +8,7 @@
 #include <csignal>
 #include <mutex>
 #include <new>
+#include <utility>
 
 // In a list that only grows, so that the signal's handler can walk it at any moment. A place whose mapping is
 // gone is used again.
@@ -113,6 +114,19 @@ void ReleaseHandler()
     if (sIsHandlerSet)
         StayResident();
 }
+
+// The places go with the code, unless a handler that stays may still walk them.
+struct PlacesEnd
+{
+    ~PlacesEnd()
+    {
+        const std::lock_guard<std::mutex> lock(sHandlerMutex);
+        if (sMappings != 0 || sIsHandlerSet)
+            return;
+        for (const Place* place = sPlaces.exchange(nullptr); place != nullptr;)
+            delete std::exchange(place, place->next);
+    }
+} sPlacesEnd;
 
 Place* GetFreePlace()
 {
