@@ -248,11 +248,11 @@ void GCUSPDFSettingsAdjWdt::Load(const Values& values)
         const QSignalBlocker blocker(mBleeds.at(bleed));
         mBleeds.at(bleed)->SetPoints(AdjustmentValues::GetBleed(values, bleed));
     }
+    ShowState(*mDocumentBleed, AdjustmentValues::UsesDocumentBleed(values));
+    ShowBleedChoice();
     mChain->setChecked(std::all_of(mBleeds.begin(), mBleeds.end(), [this](const GQUIUnitSpinBox* field) {
         return field->GetPoints() == mBleeds.front()->GetPoints();
     }));
-    ShowState(*mDocumentBleed, AdjustmentValues::UsesDocumentBleed(values));
-    ShowBleedChoice();
     mSlug->setChecked(AdjustmentValues::IsSlugIncluded(values));
     mSpreads->setChecked(AdjustmentValues::AreSpreadsPrinted(values));
     mIsLoading = false;
@@ -276,9 +276,10 @@ void GCUSPDFSettingsAdjWdt::Store(Values& values) const
     AdjustmentValues::SetMarkWeight(values, weight < 0 ? std::nullopt : std::make_optional(weight));
     AdjustmentValues::SetMarkOffset(values, mOffset->GetPoints());
 
-    for (int bleed = 0; bleed < cBleedCount; ++bleed)
+    const std::optional<bool> usesDocumentBleed = ReadState(*mDocumentBleed);
+    for (int bleed = 0; bleed < cBleedCount && usesDocumentBleed; ++bleed)
         AdjustmentValues::SetBleed(values, bleed, mBleeds.at(bleed)->GetPoints());
-    AdjustmentValues::SetDocumentBleed(values, ReadState(*mDocumentBleed));
+    AdjustmentValues::SetDocumentBleed(values, usesDocumentBleed);
     AdjustmentValues::SetSlugIncluded(values, mSlug->isChecked());
     AdjustmentValues::SetSpreadsPrinted(values, mSpreads->isChecked());
 }
@@ -342,6 +343,9 @@ void GCUSPDFSettingsAdjWdt::OnChainClicked()
     if (!mChain->isChecked())
         return;
     for (const GQUIUnitSpinBox* field : mBleeds)
+        if (!field->IsAcceptable())
+            return mChain->setChecked(false);  // its text would be lost
+    for (const GQUIUnitSpinBox* field : mBleeds)
         if (field->GetPoints())
             return OnBleedChanged(*field);
 }
@@ -357,8 +361,12 @@ void GCUSPDFSettingsAdjWdt::OnBleedChanged(const GQUIUnitSpinBox& changed)
             field->SetPoints(changed.GetPoints());
 }
 
+// Where the choice is left to the job options, so are the lengths, whatever they were: none of them is shown.
 void GCUSPDFSettingsAdjWdt::ShowBleedChoice()
 {
+    if (!ReadState(*mDocumentBleed))
+        for (GQUIUnitSpinBox* field : mBleeds)
+            field->SetPoints({});
     const bool isOwn = mDocumentBleed->checkState() != Qt::Checked;
     for (GQUIUnitSpinBox* field : mBleeds)
         field->setEnabled(isOwn);

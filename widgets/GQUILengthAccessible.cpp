@@ -5,6 +5,8 @@
 #include <QAccessibleWidget>
 #include <QLineEdit>
 
+#include <cmath>
+
 namespace
 {
 class LengthAccessible : public QAccessibleWidget, public QAccessibleValueInterface
@@ -34,7 +36,12 @@ public:
 
     // In points.
     QVariant currentValue() const override { return mBox.GetPoints().value_or(0); }
-    void setCurrentValue(const QVariant& value) override { mBox.SetPoints(value.toDouble()); }
+    void setCurrentValue(const QVariant& value) override
+    {
+        const double points = value.toDouble();
+        if (mBox.isEnabled() && !std::isnan(points))
+            mBox.SetPoints(qBound(mBox.GetMinimumPoints(), points, mBox.GetMaximumPoints()));
+    }
     QVariant minimumValue() const override { return mBox.GetMinimumPoints(); }
     QVariant maximumValue() const override { return mBox.GetMaximumPoints(); }
     QVariant minimumStepSize() const override { return {}; }

@@ -1,12 +1,11 @@
 #include "export/dialog/JobOptionsDefaults.h"
 
-#include "foundation/system/GFileSystemBase.h"
+#include "foundation/core/GException.h"
 #include "foundation/trace/GTrace.h"
 #include "hopbox/HopboxProject.h"
 #include "hopbox/HopboxRegistryEntry.h"
+#include "hopbox/TemporaryFolder.h"
 #include "joboptions/JobOptions.h"
-
-#include <QTemporaryDir>
 
 namespace
 {
@@ -15,13 +14,16 @@ constexpr std::array<const char*, AdjustmentValues::cMarkCount> cMarkKeys = {
 
 GResult Read(const HopboxRecord& record, JobOptions& options)
 {
-    const GPathName temporary = GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary);
-    const QTemporaryDir folder(temporary.GetChild(QStringLiteral("XXXXXX")).GetNativePath());
-    HopboxProject project(record.entry.contextFilePath);
-    GPathName file;
-    if (project.ExtractJobOptions(GPathName(folder.path()), file))
-        return options.Read(file.GetNativePath());
-    return GResult::Failure(project.GetLastError());
+    try {
+        const TemporaryFolder folder;
+        HopboxProject project(record.entry.contextFilePath);
+        GPathName file;
+        if (project.ExtractJobOptions(folder.GetPathName(), file))
+            return options.Read(file.GetNativePath());
+        return GResult::Failure(project.GetLastError());
+    } catch (const GException& error) {
+        return GResult::Failure(error.GetDescription());
+    }
 }
 
 std::optional<bool> GetSwitch(const JobOptions& options, const char* key)

@@ -169,15 +169,23 @@ TEST(AdjustmentPanel, StoresWhatTheUserChanges)
         {"MarkOffset=6"_q, type(0, "12"), "MarkOffset=12"_q},
         // An emptied length is left to the job options.
         {"MarkOffset=6"_q, type(0, "\b"), {}},
-        {"BleedBottomValue=1e9 BleedTopValue=4"_q, type(1, "\b"), "BleedBottomValue=1e9"_q},
+        {"BleedBottomValue=1e9 BleedChoice=1 BleedTopValue=4"_q, type(1, "\b"),
+         "BleedBottomValue=1e9 BleedChoice=1"_q},
         {equalBleeds, type(2, "\b"), "BleedChoice=1"_q},
         // Own lengths count under the own choice only.
         {{}, type(1, "5"), equalBleeds},
         {"BleedChoice=1 BleedTopValue=1"_q, type(2, "5"),
          "BleedBottomValue=5 BleedChoice=1 BleedTopValue=1"_q},
         {equalBleeds, type(3, "6"), QString(equalBleeds).replace("Value=5"_q, "Value=6"_q)},
-        {"BleedTopValue=5"_q, ClickChain, equalBleeds},
-        {"BleedBottomValue=5"_q, ClickChain, equalBleeds},
+        {"BleedChoice=1 BleedTopValue=5"_q, ClickChain, equalBleeds},
+        {"BleedBottomValue=5 BleedChoice=1"_q, ClickChain, equalBleeds},
+        {"BleedChoice=1 BleedTopValue=5"_q,
+         [](QWidget* panel) {
+             Type(panel, 2, "4 m");
+             ClickChain(panel);
+             EXPECT_EQ(GetField(panel, 2)->text(), "4 m"_q);
+         },
+         "BleedBottomValue=4 BleedChoice=1 BleedTopValue=5"_q},
         {QString(equalBleeds).remove("BleedChoice=1 "_q), ClickChain,
          QString(equalBleeds).remove("BleedChoice=1 "_q)},  // opened, it changes nothing
         {"BleedChoice=2 BleedTopValue=1"_q, ClickChain, "BleedChoice=2 BleedTopValue=1"_q},
@@ -202,6 +210,19 @@ TEST(AdjustmentPanel, StoresWhatTheUserChanges)
          "Bleed=true ColorBars=true PageInfo=true PrinterRegistration=true"_q},
         {"Bleed=true PrinterMarks=false"_q, back("All Printer's Marks"), {}},
         {"BleedChoice=2"_q, back("Use Document Bleed Settings"), {}},
+        // Lengths that don't count are not shown.
+        {"BleedBottomValue=5 BleedChoice=1 BleedTopValue=4"_q,
+         [](QWidget* panel) {
+             BringBack(panel, FindBox(panel, "Use Document Bleed Settings"));
+             EXPECT_EQ(GetField(panel, 1)->text() + GetField(panel, 2)->text(), QString());
+         },
+         "BleedBottomValue=5 BleedTopValue=4"_q},
+        {"BleedBottomValue=5 BleedTopValue=4"_q,
+         [](QWidget* panel) {
+             EXPECT_EQ(GetField(panel, 1)->text() + GetField(panel, 2)->text(), QString());
+             EXPECT_TRUE(GetField(panel, 1)->isEnabled());
+         },
+         "BleedBottomValue=5 BleedTopValue=4"_q},
         {"MarkWeight=2"_q, [](QWidget* panel) { BringBack(panel, panel->findChild<QComboBox*>()); }, {}},
         {"MarkOffset=6"_q, [](QWidget* panel) { BringBack(panel, GetField(panel, 0)); }, {}},
         {{}, click("Include Slug Area (For Bleed)"), "BleedSlugArea=true"_q},

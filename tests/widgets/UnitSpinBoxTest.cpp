@@ -2,6 +2,7 @@
 #include "tests/support/Test.h"
 #include "widgets/GQUIUnitSpinBox.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QLineEdit>
@@ -11,6 +12,7 @@
 #include <QToolTip>
 #include <QWheelEvent>
 
+#include <cmath>
 #include <functional>
 
 namespace
@@ -259,6 +261,19 @@ TEST_F(UnitSpinBox, StepsFromNothingAndShowsAnyLengthThatItIsGiven)
     Retype("0.0001 in");  // rounded to less than the least length
     EXPECT_TRUE(box.IsAcceptable());
     EXPECT_EQ(box.GetPoints(), 0.01);
+}
+
+TEST_F(UnitSpinBox, TakesFromAScreenReaderWhatTheUserCouldType)
+{
+    auto* value = QAccessible::queryAccessibleInterface(&box)->valueInterface();
+    const std::pair<double, double> cases[] = {{-5, 0}, {99999, 1440}, {12, 12}, {std::nan(""), 12}};
+    for (const auto& [set, taken] : cases) {
+        value->setCurrentValue(set);
+        EXPECT_EQ(box.GetPoints(), taken);
+    }
+    box.setEnabled(false);
+    value->setCurrentValue(3);
+    EXPECT_EQ(box.GetPoints(), 12);
 }
 
 TEST_F(UnitSpinBox, AWheelChangesOnlyTheFieldThatIsEdited)

@@ -1,5 +1,6 @@
 #include "DialogFixture.h"
 #include "foundation/prefs/GPrefMemoryModule.h"
+#include "foundation/system/GFileSystemBase.h"
 #include "hopbox/HopboxProject.h"
 #include "widgets/GQUIUnitSpinBox.h"
 
@@ -176,4 +177,22 @@ TEST_F(DialogTest, WhatIsLeftToTheJobOptionsTellsWhatTheyGive)
     list->setCurrentIndex(2);
     list->setCurrentIndex(1);
     EXPECT_EQ(getTip(Find("Crop")), unknown + ": off"_q);
+}
+
+TEST_F(DialogTest, WithoutATemporaryFolderTheOptionsOpenAndNothingIsWrittenElsewhere)
+{
+    Add("Press", "1", "UserSettings=true");
+    SetJobOptions("Press"_q, "<< /OtherNamespaces [<< /AddCropMarks true >>] >> setdistillerparams");
+    Open();
+    const QString here = GetSandbox().GetPath("here"_q);
+    ASSERT_TRUE(QDir().mkpath(here));
+    const QString before = QDir::currentPath();
+    const QString temporary = GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary).GetNativePath();
+    QDir(temporary).removeRecursively();
+    ASSERT_TRUE(WriteFile(temporary, "in the way"));
+    QDir::setCurrent(here);
+    Find("Options").click();
+    EXPECT_EQ(QDir(here).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList());
+    QDir::setCurrent(before);
+    EXPECT_EQ(Find("Crop").toolTip(), "As the job options say"_q);
 }

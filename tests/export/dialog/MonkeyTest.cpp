@@ -217,7 +217,7 @@ private:
         Note(PDFLength::MarkOffset, fields.at(0)->GetPoints());
         if (const int weight = mDialog->findChildren<QComboBox*>().last()->currentIndex(); weight >= 0)
             Note(PDFLength::MarkWeight, AdjustmentValues::cWeightPoints.at(weight));
-        if (static_cast<QCheckBox&>(Find("Use Document Bleed Settings")).checkState() == Qt::Unchecked)
+        if (static_cast<QCheckBox&>(Find("Use Document Bleed Settings")).checkState() != Qt::Checked)
             for (const auto& [length, field] :
                  {std::pair(PDFLength::BleedTop, 1), std::pair(PDFLength::BleedBottom, 2),
                   std::pair(PDFLength::BleedInside, 3), std::pair(PDFLength::BleedOutside, 4)})
