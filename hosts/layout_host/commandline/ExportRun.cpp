@@ -59,8 +59,14 @@ void ExportRun::Export()
     mActivity = QStringLiteral("the dialog");
     mDriver.Run([&] { plugIn.GetActions()->DoAction(nullptr, action, nullptr); });
     mError = mDriver.GetError();
-    if (!mError.isEmpty() && !mHost.GetLastFailure().isEmpty())
-        mError += QLatin1Char(' ') + mHost.GetLastFailure();
+    if (!mError.isEmpty() && !GetCause().isEmpty())
+        mError += QLatin1Char(' ') + GetCause();
+}
+
+// An alert says what its code says; the host knows why.
+const QString& ExportRun::GetCause() const
+{
+    return mHost.GetLastFailure().isEmpty() ? mHost.GetRangeFailure() : mHost.GetLastFailure();
 }
 
 bool ExportRun::OpenFile()
@@ -102,8 +108,7 @@ QJsonObject ExportRun::MakeReport() const
     else if (!alerts.isEmpty())
         result = QStringLiteral("alert");
     const ShownAlert alert = alerts.value(0);
-    // An alert says what its code says; the host knows why.
-    const QString& cause = mHost.GetLastFailure().isEmpty() ? alert.text : mHost.GetLastFailure();
+    const QString& cause = GetCause().isEmpty() ? alert.text : GetCause();
     const QJsonObject& report = mHost.GetLastReport();
     return {{QStringLiteral("result"), result},
             {QStringLiteral("pdf"), MakeValue(mHost.GetLastPDF())},

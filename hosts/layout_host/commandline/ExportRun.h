@@ -44,6 +44,7 @@ private:
     bool OpenFile();
     void WatchForEnd();
     bool HasToEnd();
+    const QString& GetCause() const;
     QJsonObject MakeReport() const;
 
     CommandLine mLine;

@@ -37,8 +37,7 @@ public:
         QVector<int> found;
         const GResult result = info == nullptr ? GResult::Failure(mDocument->GetError())
                                                : info->FindPages(range.GetString(), found);
-        if (!result.HasSucceeded())
-            mHost.SetLastFailure(result.GetReason());
+        mHost.SetRangeFailure(result.GetReason());
         for (const int page : found)
             pages.Append(HostDocuments::GetPageUID(page));
         return result.HasSucceeded() ? cSuccess : cFailure;

@@ -74,8 +74,13 @@ public:
     // Why the last command failed, as it stands in the log; empty after one that succeeded.
     const QString& GetLastFailure() const { return mLastFailure; }
 
-    // For a failure outside a command, such as a range of pages that are not there.
+    // For a failure outside a command, such as a document that can't be opened.
     void SetLastFailure(const QString& reason) { mLastFailure = reason; }
+
+    // Why the range of pages that was tried last names none; empty after one that names pages. Ranges are
+    // tried while they are typed, so this is no failure of a command.
+    const QString& GetRangeFailure() const { return mRangeFailure; }
+    void SetRangeFailure(const QString& reason) { mRangeFailure = reason; }
 
     // What the last export that succeeded made of the job options, as docs/layout-host.md shows it:
     // "settings", "images", "fonts" and "notes". Empty before one.
@@ -158,6 +163,7 @@ private:
     int mUntitledCount = 0;
     PdfSettings mPdfSettings;
     QString mLastFailure;
+    QString mRangeFailure;
     int mExportCount = 0;
     QString mLastPDF;
     QJsonObject mLastReport;

@@ -45,6 +45,15 @@ TEST_F(DocumentTest, ScribusIsAskedOnceForEachStateOfTheFile)
     WriteFile(path, text.replace("A title", "Another"));
     EXPECT_EQ(mHost->GetActiveDocument()->GetInfo()->title, "Another"_q);
     EXPECT_EQ(GetStarts(), 3);
+
+    // A range that is tried, as the dialog does while it is typed, is no failure of what is done next.
+    const HostPtr<IDocument> opened = mHost->QueryLayoutUtils()->QueryFrontDocument();
+    for (const auto& [range, names] : {std::pair("1-9"_q, false), std::pair("1-3"_q, true)}) {
+        UIDList pages(opened->GetDataBase());
+        EXPECT_EQ(opened->QueryPageList()->GetPageUIDs(PMString(range), pages) == cSuccess, names);
+        EXPECT_EQ(mHost->GetRangeFailure().isEmpty(), names);
+        EXPECT_EQ(mHost->GetLastFailure(), QString());
+    }
 }
 
 TEST_F(DocumentTest, WhatScribusSaidIsKnownAtTheNextStartOfTheProgram)
