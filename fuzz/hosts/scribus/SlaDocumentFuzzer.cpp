@@ -26,9 +26,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     DocumentInfo info;
     info.pages.resize(3);
     SlaContent::Read(text, QStringLiteral("/nowhere"), info);
-    QVector<int> found;
-    const GResult result = info.FindPages(QString::fromUtf8(text), found);
-    if (result.HasSucceeded() == found.isEmpty())
+    QVector<int> pages;
+    const GResult result = info.FindPages(QString::fromUtf8(text), pages);
+    if (result.HasSucceeded() == pages.isEmpty())
         std::abort();
     return 0;
 }
