@@ -3,6 +3,7 @@
 #include "ExportRun.h"
 #include "export/PlugInPreferences.h"
 #include "export/dialog/GCSPUSaveAsStamplexPDFDialog.h"
+#include "foundation/prefs/GPrefSharedFileModule.h"
 #include "foundation/prefs/GPreferences.h"
 #include "hopbox/HopboxRegistry.h"
 #include "tests/support/WindowDriver.h"
@@ -35,6 +36,14 @@ protected:
         HopboxRegistry().ChangeEntry(
             key, [&](HopboxRegistryEntry& entry) { entry.pdfSettings = QString::fromUtf8(pdfSettings); });
         return key;
+    }
+
+    // Puts any text in the place of a Hopbox's record.
+    static void WriteRecord(const char* key, const QString& text)
+    {
+        GPrefSharedFileModule module(HopboxRegistry::GetPathName(), GEncoding::GetUTF16LittleEndian());
+        module.Set("PrinterProcessorRegistry", key, text);
+        module.FlushPrefs();
     }
 
     void Open(const DialogOptions& options = GetAllOptions())
