@@ -18,7 +18,7 @@ struct Call
 // Where the entry of a key is, for people.
 QString GetPlace(const QString& key);
 
-// The keys that have an entry, on Linux one for this MORVANE_ROOT.
+// The keys that have an entry for this MORVANE_ROOT.
 QStringList GetKeys();
 
 // The words of an entry's call, the program first; none when they can't be read.

@@ -1,5 +1,7 @@
 #include "apps/hopboxctl/LogOnStart.h"
 
+#include "foundation/system/GFileSystemBase.h"
+
 #include <QProcess>
 #include <QSettings>
 
@@ -11,7 +13,12 @@ namespace
 {
 const QString cRunKey =
     QStringLiteral("HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Run");
-const QString cPrefix = QStringLiteral("Hopbox receiver ");
+
+// What the names of this root's values begin with: all roots share the user's registry key.
+QString GetPrefix()
+{
+    return QStringLiteral("Hopbox receiver%1 ").arg(GFileSystemBase::GetRootMark());
+}
 
 // A word as programs read it out of a command line: backslashes count only before a quote.
 QString Quote(const QString& word)
@@ -38,22 +45,23 @@ QString GetFault(QSettings& run)
 
 QString LogOnStart::GetPlace(const QString& key)
 {
-    return cRunKey + QLatin1Char('\\') + cPrefix + key;
+    return cRunKey + QLatin1Char('\\') + GetPrefix() + key;
 }
 
 QStringList LogOnStart::GetKeys()
 {
     QStringList keys;
+    const QString prefix = GetPrefix();
     for (const QString& name : QSettings(cRunKey, QSettings::NativeFormat).childKeys()) {
-        if (name.startsWith(cPrefix))
-            keys.append(name.mid(cPrefix.size()));
+        if (name.startsWith(prefix))
+            keys.append(name.mid(prefix.size()));
     }
     return keys;
 }
 
 QStringList LogOnStart::GetWords(const QString& key)
 {
-    const QString line = QSettings(cRunKey, QSettings::NativeFormat).value(cPrefix + key).toString();
+    const QString line = QSettings(cRunKey, QSettings::NativeFormat).value(GetPrefix() + key).toString();
     int count = 0;
     LPWSTR* const parts =
         line.isEmpty() ? nullptr : CommandLineToArgvW(reinterpret_cast<LPCWSTR>(line.utf16()), &count);
@@ -70,14 +78,14 @@ QString LogOnStart::Write(const Call& call)
     for (const QString& word : call.words)
         words.append(Quote(word));
     QSettings run(cRunKey, QSettings::NativeFormat);
-    run.setValue(cPrefix + call.key, words.join(QLatin1Char(' ')));
+    run.setValue(GetPrefix() + call.key, words.join(QLatin1Char(' ')));
     return GetFault(run);
 }
 
 QString LogOnStart::Remove(const QString& key)
 {
     QSettings run(cRunKey, QSettings::NativeFormat);
-    run.remove(cPrefix + key);
+    run.remove(GetPrefix() + key);
     return GetFault(run);
 }
 

@@ -8,6 +8,7 @@
 #include "foundation/system/GUniqueName.h"
 #include "foundation/trace/GTrace.h"
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QFileInfo>
 #include <QThread>
@@ -146,6 +147,17 @@ GPathName GFileSystemBase::GetRoot()
                                    .arg(root.GetNativePath()));
     }
     return root;
+}
+
+GString GFileSystemBase::GetRootMark()
+{
+    constexpr int cLength = 8;
+    const GPathName root = GetRoot();
+    if (root.IsEmpty())
+        return GString();
+    const QByteArray path = root.GetPortablePath().toLower().toUtf8();
+    const QByteArray digest = QCryptographicHash::hash(path, QCryptographicHash::Sha1).toHex();
+    return QLatin1Char('_') + QString::fromLatin1(digest.left(cLength));
 }
 
 GPathName GFileSystemBase::GetDllPath()

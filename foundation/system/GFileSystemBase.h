@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/core/GPathName.h"
+#include "foundation/core/GString.h"
 #include "foundation/system/GSpecialPaths.h"
 
 #include <functional>
@@ -29,6 +30,11 @@ public:
 
     // The root that MORVANE_ROOT names; the empty path when there is none.
     static GPathName GetRoot();
+
+    // What sets this root's names apart in a name space that all roots share: an underscore and the first
+    // eight digits of the digest of its path, the same for two spellings of it on Windows. Empty without a
+    // root.
+    static GString GetRootMark();
 
     // The file of the module (plug-in, library or program) that this code was linked into. Its folder is
     // GetDllPath().GetParent().

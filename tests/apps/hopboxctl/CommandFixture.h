@@ -19,7 +19,7 @@ protected:
         QProcess process;
         process.setWorkingDirectory(mSandbox.GetPath());
         process.start(GetProgramPath("hopboxctl"), arguments);
-        EXPECT_TRUE(process.waitForFinished());
+        EXPECT_TRUE(process.waitForFinished()) << process.errorString().toStdString();
         mOutput = process.readAllStandardOutput().replace("\r\n", "\n");
         mError = process.readAllStandardError().replace("\r\n", "\n");
         return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;

@@ -27,15 +27,13 @@ protected:
                    more);
     }
 
-    // The installed receivers of the sandbox's Hopbox: whether each runs.
+    // The sandbox's installed receivers: whether each runs.
     QList<bool> GetStatus()
     {
         EXPECT_EQ(Run({"receiver"_q, "status"_q, "--json"_q}), 0);
         QList<bool> running;
-        for (const QJsonValue& receiver : GetResult().toArray()) {
-            if (receiver["Key"_q].toString() == mKey)
-                running.append(receiver["IsRunning"_q].toBool());
-        }
+        for (const QJsonValue& receiver : GetResult().toArray())
+            running.append(receiver["IsRunning"_q].toBool());
         return running;
     }
 
@@ -102,5 +100,18 @@ TEST_F(ReceiverCommandsTest, EachReceiverHasAnInboxOfItsOwn)
             << mError.constData();
     }
     EXPECT_EQ(Install(), 0) << "its own may be written anew: " << mError.constData();
+    EXPECT_EQ(GetStatus(), QList<bool>({false}));
+}
+
+TEST_F(ReceiverCommandsTest, AnotherRootsReceiversAreNotSeenAndNotTakenAway)
+{
+    ASSERT_EQ(Install(), 0) << mError.constData();
+    {
+        const Sandbox other;
+        EXPECT_EQ(GetStatus(), QList<bool>());
+        Run({"doctor"_q, "--json"_q});
+        EXPECT_FALSE(mOutput.contains(mKey.toUtf8())) << mOutput.constData();
+        EXPECT_EQ(Run({"receiver"_q, "remove"_q, mKey}), 1) << mOutput.constData();
+    }
     EXPECT_EQ(GetStatus(), QList<bool>({false}));
 }
