@@ -353,17 +353,33 @@ bool ZipArchiver::addContent(ZipSource& source, const Entry& entry)
                                        source.getReason()));
 }
 
+bool ZipArchiver::EndWriting()
+{
+    return reach(&GDurableFile::Prepare, "ZipArchiver::EndWriting", mHandle != nullptr && endArchive());
+}
+
 bool ZipArchiver::FinishWriting()
 {
-    const QString failure = QLatin1String("Error in closing file: ") + mPath;
-    if (mHandle == nullptr)
-        return fail("ZipArchiver::FinishWriting", failure);
-    QString reason;
-    const bool isInPlace = endArchive() && putInPlace(reason);
-    if (reason.isEmpty())
-        reason = mOutput->getReason();
+    const bool isReady = mFile != nullptr && (mHandle == nullptr || endArchive());
+    const bool isInPlace = reach(&GDurableFile::Commit, "ZipArchiver::FinishWriting", isReady);
     drop();
-    return isInPlace || fail("ZipArchiver::FinishWriting", withReason(failure, reason));
+    return isInPlace;
+}
+
+// Takes the archive, when it is ready for it, a step further; drops it when that fails.
+bool ZipArchiver::reach(void (GDurableFile::*step)(), const char* source, bool isReady)
+{
+    QString reason = mOutput != nullptr ? mOutput->getReason() : QString();
+    try {
+        if (isReady) {
+            (mFile.get()->*step)();
+            return true;
+        }
+    } catch (const GException& error) {
+        reason = error.GetDescription();
+    }
+    drop();
+    return fail(source, withReason(QLatin1String("Error in closing file: ") + mPath, reason));
 }
 
 bool ZipArchiver::endArchive()
@@ -374,17 +390,6 @@ bool ZipArchiver::endArchive()
     if (mHasLarge)
         correctDirectory(mOutput->getHeldBack(), mOutput->getHeldBackSize(), mOldCount);
     return mOutput->flush() && isEnded;
-}
-
-bool ZipArchiver::putInPlace(QString& reason)
-{
-    try {
-        mFile->Commit();
-        return true;
-    } catch (const GException& error) {
-        reason = error.GetDescription();
-        return false;
-    }
 }
 
 bool ZipArchiver::isOwnFile(const QString& path) const

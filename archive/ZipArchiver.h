@@ -74,7 +74,11 @@ public:
     // Adds a file under its path relative to the base folder.
     bool AddFileWithIerarchy(const QString& sourcePath, const QString& baseFolder, int level, ZipNames names);
 
-    // Ends the archive and puts it in its place.
+    // Ends the archive and brings it to the disk beside its place, so that FinishWriting() has one step to
+    // do. For whoever has something else to change with it. Nothing can be added any more.
+    bool EndWriting();
+
+    // Ends the archive, unless EndWriting() did, and puts it in its place.
     bool FinishWriting();
 
     // Whether entries can be added: writing has begun, and nothing has failed that can't be taken back.
@@ -114,7 +118,7 @@ private:
     bool checkSource(ZipSource& source, const Entry& entry);
     bool goesOn(qint64 bytes) const { return !mProgress || mProgress(bytes); }
     bool endArchive();
-    bool putInPlace(QString& reason);
+    bool reach(void (GDurableFile::*step)(), const char* source, bool isReady);
     void drop();
     bool giveUp(const QString& text);
     bool fail(const char* source, const QString& text);

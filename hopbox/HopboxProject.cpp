@@ -17,6 +17,9 @@
 
 #include <QFileInfo>
 
+#include <functional>
+#include <utility>
+
 using Morvane::ZipArchive;
 using Morvane::ZipArchiver;
 using Morvane::ZipLimits;
@@ -84,11 +87,13 @@ GPathName WriteSettingsFile(const GPrefModule& settings, const GPathName& folder
     return path;
 }
 
+}  // namespace
+
 // A project archive on its way. Every step raises when it fails, and the old archive then stays.
-class ProjectWriter
+class HopboxProject::Writer
 {
 public:
-    explicit ProjectWriter(const GPathName& archive) : mArchiver(archive.GetPortablePath())
+    explicit Writer(const GPathName& archive) : mArchiver(archive.GetPortablePath())
     {
         Check(mArchiver.StartWriting(ZipStart::Create, GetPassword(), cCompressionLevel));
     }
@@ -104,6 +109,7 @@ public:
         AddFile(source, cJobOptionsFolder + HopboxFolder::MakeName(source.GetLeaf()));
     }
 
+    void End() { Check(mArchiver.EndWriting()); }
     void Finish() { Check(mArchiver.FinishWriting()); }
 
 private:
@@ -116,11 +122,13 @@ private:
     ZipArchiver mArchiver;
 };
 
-// Carries the files of an archive over to another, but for the settings and, where they are replaced, the job
-// options, of which the first count. The old archive is closed again then: on Windows it could not be
+namespace
+{
+// Hands out the files of an archive for another one, but for the settings and, where they are replaced, the
+// job options, of which the first count. The old archive is closed again then: on Windows it could not be
 // replaced otherwise.
 void CopyOtherFiles(const GPathName& archivePath, const GPathName& folder, bool withJobOptions,
-                    ProjectWriter& writer)
+                    const std::function<void(const GPathName&, const GString&)>& add)
 {
     bool isPassed = withJobOptions;
     ZipArchive archive(archivePath.GetPortablePath());
@@ -135,7 +143,7 @@ void CopyOtherFiles(const GPathName& archivePath, const GPathName& folder, bool 
             continue;
         }
         const GString number = GString::number(archive.GetCurrentIndex());
-        writer.AddFile(Extract(archive, folder.GetChild(number)), archive.GetCurrentFileName());
+        add(Extract(archive, folder.GetChild(number)), archive.GetCurrentFileName());
     }
     if (archive.HasFailed())
         throw GCustomException(GErrorCode::cFile, archive.GetLastError());
@@ -149,6 +157,7 @@ const GBuffer& HopboxProject::GetPlugInGroup()
 }
 
 HopboxProject::HopboxProject(const GPathName& archive) : mPath(archive) {}
+HopboxProject::~HopboxProject() = default;
 
 bool HopboxProject::ExtractJobOptions(const GPathName& folder, GPathName& jobOptions)
 {
@@ -182,28 +191,40 @@ bool HopboxProject::ReadSettings(GPrefModule& settings)
 
 bool HopboxProject::WriteSettings(const GPrefModule& settings)
 {
-    return Rewrite(GPathName(), settings);
+    return Prepare(GPathName(), settings) && PutInPlace();
 }
 
 bool HopboxProject::Replace(const GPathName& jobOptions, const GPrefModule& settings)
 {
-    return IsSmallEnough(jobOptions) && Rewrite(jobOptions, settings);
+    return Prepare(jobOptions, settings) && PutInPlace();
 }
 
-// Empty job options stay as they are in the archive.
-bool HopboxProject::Rewrite(const GPathName& jobOptions, const GPrefModule& settings)
+bool HopboxProject::Prepare(const GPathName& jobOptions, const GPrefModule& settings)
 {
-    if (!HasJobOptions())
+    const bool withJobOptions = !jobOptions.IsEmpty();
+    if ((withJobOptions && !IsSmallEnough(jobOptions)) || !HasJobOptions())
         return false;
     try {
         KeepDamaged();
         const TemporaryFolder folder;
-        ProjectWriter writer(mPath);
-        writer.AddFile(WriteSettingsFile(settings, folder.GetPathName()), cSettingsEntry);
-        if (!jobOptions.IsEmpty())
-            writer.AddJobOptions(jobOptions);
-        CopyOtherFiles(mPath, folder.GetPathName(), jobOptions.IsEmpty(), writer);
-        writer.Finish();
+        auto writer = std::make_unique<Writer>(mPath);
+        writer->AddFile(WriteSettingsFile(settings, folder.GetPathName()), cSettingsEntry);
+        if (withJobOptions)
+            writer->AddJobOptions(jobOptions);
+        CopyOtherFiles(mPath, folder.GetPathName(), !withJobOptions,
+                       [&](const GPathName& source, const GString& name) { writer->AddFile(source, name); });
+        writer->End();
+        mPrepared = std::move(writer);
+        return true;
+    } catch (const GException& error) {
+        return Fail(error.GetDescription());
+    }
+}
+
+bool HopboxProject::PutInPlace()
+{
+    try {
+        std::exchange(mPrepared, nullptr)->Finish();
         return true;
     } catch (const GException& error) {
         return Fail(error.GetDescription());
@@ -236,7 +257,7 @@ bool HopboxProject::Create(const GPathName& jobOptions, const GPrefModule& setti
         return false;
     try {
         const TemporaryFolder folder;
-        ProjectWriter writer(mPath);
+        Writer writer(mPath);
         writer.AddFile(WriteSettingsFile(settings, folder.GetPathName()), cSettingsEntry);
         writer.AddJobOptions(jobOptions);
         writer.Finish();

@@ -2,6 +2,8 @@
 
 #include "foundation/core/GPathName.h"
 
+#include <memory>
+
 class GPrefModule;
 
 namespace Morvane
@@ -28,6 +30,9 @@ public:
     static const GBuffer& GetPlugInGroup();
 
     explicit HopboxProject(const GPathName& archive);
+    ~HopboxProject();
+    HopboxProject(const HopboxProject&) = delete;
+    HopboxProject& operator=(const HopboxProject&) = delete;
 
     const GPathName& GetPathName() const { return mPath; }
 
@@ -52,6 +57,12 @@ public:
     // The same, with other job options in the place of the archive's too.
     bool Replace(const GPathName& jobOptions, const GPrefModule& settings);
 
+    // The same in two steps, for who has something else to change along with the archive: first the new
+    // archive is made beside the old one, with these settings and, unless the path is empty, these job
+    // options; PutInPlace then is one step. Without it the old archive stays and the new one goes.
+    bool Prepare(const GPathName& jobOptions, const GPrefModule& settings);
+    bool PutInPlace();
+
     // Makes the archive from settings and a job options file, in place of one that is there. Its folder must
     // be there.
     bool Create(const GPathName& jobOptions, const GPrefModule& settings);
@@ -60,7 +71,8 @@ public:
     const GString& GetLastError() const { return mLastError; }
 
 private:
-    bool Rewrite(const GPathName& jobOptions, const GPrefModule& settings);
+    class Writer;
+
     bool IsSmallEnough(const GPathName& jobOptions);
     void KeepDamaged();
     bool HasJobOptions();
@@ -69,6 +81,7 @@ private:
     bool Fail(const GString& text);
 
     GPathName mPath;
+    std::unique_ptr<Writer> mPrepared;
     GString mLastError;
     int64_t mDamagePosition = -1;
 };

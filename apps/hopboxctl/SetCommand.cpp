@@ -16,6 +16,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <variant>
 
 namespace
@@ -85,11 +86,15 @@ Change MakeChange(const QString& assignment)
     };
 }
 
-// Puts settings and job options into the Hopbox's archive. Raises when that fails; the archive is then as it
-// was.
-void ChangeProject(const HopboxRegistryEntry& entry, const CliCall& call)
+bool ChangesProject(const CliCall& call)
 {
-    HopboxProject project(entry.contextFilePath);
+    return call.Has("job-options") || call.Has("setting") || call.Has("without-setting");
+}
+
+// Makes the Hopbox's new archive, with the settings and job options, beside the old one. Raises when that
+// fails; nothing is left of it then.
+void PrepareProject(HopboxProject& project, const CliCall& call)
+{
     GPrefMemoryModule settings;
     const auto check = [&project](bool isDone) {
         if (!isDone)
@@ -99,16 +104,80 @@ void ChangeProject(const HopboxRegistryEntry& entry, const CliCall& call)
     PlugInSettings::Take(call.GetAll("setting"), settings);
     for (const QString& key : call.GetAll("without-setting"))
         settings.Remove(HopboxProject::GetPlugInGroup(), key.toUtf8());
-    check(call.Has("job-options")
-              ? project.Replace(HopboxOptions::GetAbsolute(call.Get("job-options")), settings)
-              : project.WriteSettings(settings));
+    const bool withJobOptions = call.Has("job-options");
+    check(project.Prepare(withJobOptions ? HopboxOptions::GetAbsolute(call.Get("job-options")) : GPathName(),
+                          settings));
+}
+
+void TellDamage(const HopboxProject& project)
+{
     if (project.GetDamagePosition() < 0)
         return;
     constexpr auto cKept = DamageNotice::Copy::cKept;
-    PrintError(HopboxOutput::GetShown(
-        DamageNotice::DescribeSettings(entry.contextFilePath, project.GetDamagePosition(), cKept)));
-    DamageNotice::SetSettings(entry.contextFilePath, project.GetDamagePosition(), cKept);
+    const GPathName& archive = project.GetPathName();
+    PrintError(
+        HopboxOutput::GetShown(DamageNotice::DescribeSettings(archive, project.GetDamagePosition(), cKept)));
+    DamageNotice::SetSettings(archive, project.GetDamagePosition(), cKept);
 }
+
+// A change of a Hopbox: of its fields in the registry, and of its archive.
+class HopboxChange
+{
+public:
+    HopboxChange(const CliCall& call, HopboxRegistry& registry, const QString& name)
+        : mCall(call), mRegistry(registry), mName(name)
+    {
+    }
+
+    // The registry is written with the new archive ready: what remains is one step.
+    bool Make(const QVector<Change>& changes)
+    {
+        const bool isFound = mRegistry.ChangeEntry(mName, [&](HopboxRegistryEntry& entry) {
+            mOld = entry;
+            for (const Change& change : changes)
+                change(entry);
+            mNew = entry;
+            if (!ChangesProject(mCall))
+                return;
+            mProject = std::make_unique<HopboxProject>(entry.contextFilePath);
+            PrepareProject(*mProject, mCall);
+        });
+        if (mProject != nullptr)
+            PutArchiveInPlace();
+        return isFound;
+    }
+
+private:
+    void PutArchiveInPlace()
+    {
+        if (mProject->PutInPlace())
+            return TellDamage(*mProject);
+        TakeBack();
+        throw GCustomException(GErrorCode::cFile, mProject->GetLastError());
+    }
+
+    // Unless somebody else has changed the Hopbox meanwhile.
+    void TakeBack()
+    {
+        try {
+            mRegistry.ChangeEntry(mName, [this](HopboxRegistryEntry& entry) {
+                if (entry == mNew)
+                    entry = mOld;
+            });
+        } catch (const GException& error) {
+            PrintError(HopboxOutput::GetShown(
+                QStringLiteral(
+                    "The fields have the new values, the project archive \"%1\" is the old one: %2")
+                    .arg(mProject->GetPathName().GetNativePath(), error.GetDescription())));
+        }
+    }
+
+    const CliCall& mCall;
+    HopboxRegistry& mRegistry;
+    const QString mName;
+    HopboxRegistryEntry mOld, mNew;
+    std::unique_ptr<HopboxProject> mProject;
+};
 
 QString FindFault(const CliCall& call)
 {
@@ -117,8 +186,7 @@ QString FindFault(const CliCall& call)
         if (!fault.isEmpty())
             return fault;
     }
-    const bool changesProject = call.Has("job-options") || call.Has("setting") || call.Has("without-setting");
-    if (!changesProject && call.GetArguments().size() == 1)
+    if (!ChangesProject(call) && call.GetArguments().size() == 1)
         return QStringLiteral("There is nothing to set: FIELD=VALUE, --setting or --job-options is missing.");
     return PlugInSettings::FindFault(call.GetAll("setting"));
 }
@@ -137,12 +205,7 @@ int Run(const CliCall& call)
     const QString name = call.GetArgument(0);
     HopboxRegistry registry;
     const QString key = registry.FindKey(name);
-    const bool isChanged = registry.ChangeEntry(name, [&](HopboxRegistryEntry& entry) {
-        for (const Change& change : changes)
-            change(entry);
-        if (call.Has("job-options") || call.Has("setting") || call.Has("without-setting"))
-            ChangeProject(entry, call);
-    });
+    const bool isChanged = HopboxChange(call, registry, name).Make(changes);
     DamageNotice::Tell(registry);
     if (isChanged) {
         SetResult(QJsonObject{{QStringLiteral("Key"), key}});
@@ -157,7 +220,8 @@ int Run(const CliCall& call)
 const Command cSetCommand = {
     {"set",
      "change a Hopbox",
-     "All changes are made in one step, or none.\n\n"
+     "All changes are made, or none. After a kill just between the two files the fields are new and the "
+     "project archive is old: give the call again.\n\n"
      "The fields ApplicationPath, ContextFilePath, HopboxIconPath take a path, PDFSettings and HopboxName a "
      "text, "
      "IsVirtualPrinter, IsPlugin and IsActive take true or false.",

@@ -199,8 +199,7 @@ void GDurableFile::PutInPlace()
     if (rename(GetSystemName(mTemporary).constData(), GetSystemName(mTarget).constData()) != 0)
         RaiseWriteError();
     mTemporary = GPathName();
-    if (!mHandle.Close())
-        RaiseWriteError();
+    mHandle.Close();  // nothing is lost with it: everything has been flushed
     const PFileHandle folder(
         open(GetSystemName(GetFolder(mTarget)).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     // The new file is in place whatever comes of this; without it a power cut may bring the old one back.

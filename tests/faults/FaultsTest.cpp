@@ -26,6 +26,7 @@ FaultScenario (*const cScenarios[])() = {
     GetDamagedRegistryChange,      //
     GetSettingsFlush,              //
     GetProjectSettings,            //
+    GetHopboxChange,               //
     GetFileCopy,                   //
     GetFolderCopyAcrossVolumes,    //
     GetFolderRenameAcrossVolumes,  //

@@ -11,6 +11,7 @@ FaultScenario GetDamagedRegistryChange();
 FaultScenario GetSettingsFlush();
 FaultScenario GetProjectSettings();
 FaultScenario GetChangeAfterABrokenRead();
+FaultScenario GetHopboxChange();
 
 // FilesScenarios.cpp
 FaultScenario GetFileCopy();

@@ -70,12 +70,17 @@ QString GetProject(const QString& root)
     return root + "/Project.hopbox"_q;
 }
 
-QString LookAtProject(const QString& root)
+QString LookAtProjectSetting(const QString& root, const char* key)
 {
     GPrefMemoryModule settings;
     HopboxProject project((GPathName(GetProject(root))));
-    return project.ReadSettings(settings) ? settings.Get(HopboxProject::GetPlugInGroup(), "K")
+    return project.ReadSettings(settings) ? settings.Get(HopboxProject::GetPlugInGroup(), key)
                                           : project.GetLastError();
+}
+
+QString LookAtProject(const QString& root)
+{
+    return LookAtProjectSetting(root, "K");
 }
 }  // namespace
 
@@ -194,6 +199,27 @@ FaultScenario GetProjectSettings()
     FaultScenario scenario{"ProjectSettings", prepare,       QString(), {"WriteProjectSettings"_q, "%1"_q},
                            LookAtProject,     QStringList(), true,      false};
     // Where the removal of the owner's file itself fails.
+    scenario.leftovers = QStringList{"hopbox-*.owner"_q};
+    return scenario;
+}
+
+// Fields in one file and settings in another.
+FaultScenario GetHopboxChange()
+{
+    const auto prepare = [](const QString& root) {
+        GetProjectSettings().prepare(root);
+        RegisterThree(root);
+        HopboxRegistry().ChangeEntry("Two"_q, [&root](HopboxRegistryEntry& entry) {
+            entry.contextFilePath = GPathName(GetProject(root));
+        });
+    };
+    const auto look = [](const QString& root) {
+        return LookAtRegistry(root) + QLatin1Char(' ') + LookAtProjectSetting(root, "MarkOffset");
+    };
+    FaultScenario scenario{
+        "HopboxChange", prepare,
+        "hopboxctl"_q,  {"set"_q, "Two"_q, "PDFSettings=New"_q, "--setting"_q, "MarkOffset=6"_q},
+        look,           cLockFiles};
     scenario.leftovers = QStringList{"hopbox-*.owner"_q};
     return scenario;
 }
