@@ -3,6 +3,7 @@
 #include "foundation/files/FileHandler.h"
 #include "foundation/files/FileSystem.h"
 #include "foundation/files/FolderEntries.h"
+#include "foundation/system/GFileCalls.h"
 #include "foundation/system/GSystemError.h"
 
 #include <QDir>
@@ -127,7 +128,7 @@ bool FileHandler::copyContent(const QString& source, const QString& destination,
     qint64 count = 0;
     bool isWritten = true;
     while (isWritten && (count = from.read(chunk.data(), cChunkSize)) > 0)
-        isWritten = to.write(chunk.data(), count) == count;
+        isWritten = GFileCalls::WriteAll(to, chunk.data(), count);
     *reason = count < 0 ? from.errorString() : to.errorString();
     to.close();
     isWritten = isWritten && count == 0;

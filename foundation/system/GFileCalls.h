@@ -9,6 +9,10 @@ class QFile;
 // reason.
 namespace GFileCalls
 {
+// Writes all of the bytes to an open, unbuffered file, also where the system takes them in parts, as it does
+// with the last ones that a volume has room for. False, with the file's error set, when that fails.
+bool WriteAll(QFile& file, const char* bytes, qint64 count);
+
 // Brings what was written to an open, unbuffered file to the disk.
 bool FlushFile(const QFile& file);
 

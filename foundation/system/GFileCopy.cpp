@@ -63,7 +63,7 @@ public:
         std::vector<char> chunk(cChunkSize);
         qint64 count = 0;
         while ((count = from.read(chunk.data(), cChunkSize)) > 0) {
-            if (to.write(chunk.data(), count) != count)
+            if (!GFileCalls::WriteAll(to, chunk.data(), count))
                 RaiseCopyError(source, to.errorString());
         }
         if (count < 0)

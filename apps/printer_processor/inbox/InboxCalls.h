@@ -6,16 +6,10 @@
 
 #include <optional>
 
-class QFile;
-
 // The calls of the operating system that the inbox needs besides Qt's. Where one fails, GetLastSystemError
 // has the reason.
 namespace InboxCalls
 {
-// Writes all of the bytes to an unbuffered file, also where the system takes them in parts. False, with the
-// file's error set, when that fails.
-bool WriteAll(QFile& file, const QByteArray& bytes);
-
 // Sees to it that the names in a folder survive a power cut. Always true on Windows, which has no such call.
 bool FlushFolder(const GPathName& folder);
 

@@ -1,7 +1,5 @@
 #include "apps/printer_processor/inbox/InboxCalls.h"
 
-#include <QDir>
-
 #include <aclapi.h>
 #include <windows.h>
 
@@ -69,9 +67,19 @@ InboxCalls::Kind InboxCalls::GetKind(const GPathName& path)
 
 bool InboxCalls::ListNames(const GPathName& folder, QStringList* names)
 {
-    const QDir listed(folder.GetNativePath());
-    *names = listed.entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-    return listed.isReadable();
+    WIN32_FIND_DATAW data = {};
+    const HANDLE search = FindFirstFileW((GetText(folder) + L"\\*").c_str(), &data);
+    if (search == INVALID_HANDLE_VALUE)
+        return false;
+    do {
+        const QString name = QString::fromWCharArray(data.cFileName);
+        if (name != QLatin1String(".") && name != QLatin1String(".."))
+            names->append(name);
+    } while (FindNextFileW(search, &data));
+    const DWORD error = GetLastError();
+    FindClose(search);
+    SetLastError(error);
+    return error == ERROR_NO_MORE_FILES;
 }
 
 bool InboxCalls::HasModes()

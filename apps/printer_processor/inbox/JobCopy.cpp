@@ -118,7 +118,7 @@ void Copier::CopyContent(QFile& from, QFile& to) const
         const QByteArray chunk = from.read(qMin(rest, cChunk));
         if (chunk.isEmpty())
             break;
-        if (!InboxCalls::WriteAll(to, chunk))
+        if (!GFileCalls::WriteAll(to, chunk.constData(), chunk.size()))
             Fail(QStringLiteral("Can't write"), to.fileName(), to.errorString());
         rest -= chunk.size();
         unflushed += chunk.size();

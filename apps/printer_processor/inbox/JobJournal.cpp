@@ -117,7 +117,7 @@ void JobJournal::Append(const GBuffer& lines)
     if (!mIsSound || mFile.size() > std::max(cLargeSize, 2 * mWholeSize))
         Rewrite();
     mIsSound = false;
-    if (!InboxCalls::WriteAll(mFile, lines))
+    if (!GFileCalls::WriteAll(mFile, lines.constData(), lines.size()))
         Raise(mPath, mFile.errorString());
     if (!GFileCalls::FlushFile(mFile))
         Raise(mPath, GetReasonText(GetLastSystemError()));

@@ -24,3 +24,11 @@ struct OutsideTarget
 };
 
 void RunOutsideFaults(const OutsideTarget& target);
+
+// The same with the folder of the target, to which this user gets no access, or none for writing. See
+// DeniedFolder::CanBe.
+void RunInDeniedFolders(const OutsideTarget& target);
+
+// The same on a volume with no space left, then with a little more each time, until the task is done. The
+// temporary folder is on that volume. See FullVolume::GetFolder.
+void RunOnFullVolumes(const OutsideTarget& target);

@@ -2,6 +2,8 @@
 
 #include "foundation/system/GSystemError.h"
 #include "tests/support/TestFiles.h"
+#include "tests/support/faults/DeniedFolder.h"
+#include "tests/support/faults/FullVolume.h"
 #include "tests/support/faults/ScenarioRun.h"
 
 #include <QDir>
@@ -17,6 +19,8 @@
 
 namespace
 {
+constexpr int cSmallestPart = 4096;  // of a volume, which files take as a whole
+
 // Undoes a fault when it goes.
 using Fault = std::shared_ptr<void>;
 
@@ -91,7 +95,7 @@ Fault PutFileForFolder(const QString& file)
 struct OutsideFault
 {
     const char* name;
-    Fault (*make)(const QString& file);
+    std::function<Fault(const QString& file)> make;
     enum Kind
     {
         cOfAFile,  // which is there
@@ -151,19 +155,36 @@ QString JudgeError(const ScenarioRun& run, const ScenarioRun::Outcome& outcome, 
                : QStringLiteral("the reason is not told: ") + QString::fromLocal8Bit(outcome.error);
 }
 
-QString RunWithFault(ScenarioRun& run, const QString& file, const OutsideFault& fault)
+QString RunWithFault(ScenarioRun& run, const QString& file, const OutsideFault& fault, int* status = nullptr)
 {
     run.PutBack();
     const QStringList names = {QFileInfo(file).fileName(), QFileInfo(file).dir().dirName()};
     Fault made = fault.make(file);
     const ScenarioRun::Outcome outcome = run.Run(QProcessEnvironment::systemEnvironment());
     made.reset();
+    if (status != nullptr)
+        *status = outcome.status;
     QString wrong = run.JudgeState(outcome);
     if (wrong.isEmpty())
         wrong = JudgeError(run, outcome, names, fault);
     if (wrong.isEmpty())
         wrong = run.JudgeNames();
     return wrong.isEmpty() ? run.RunAgain() : wrong;
+}
+
+std::vector<OutsideFault> GetDenials()
+{
+    const auto denyAll = [](const QString& file) -> Fault {
+        return std::make_shared<DeniedFolder>(QFileInfo(file).path(), DeniedFolder::cAll);
+    };
+    const auto denyWriting = [](const QString& file) -> Fault {
+        return std::make_shared<DeniedFolder>(QFileInfo(file).path(), DeniedFolder::cWriting);
+    };
+    // Wine tells only of a folder that it can't be emptied.
+    const QStringList denied = {GetText(ERROR_ACCESS_DENIED), QStringLiteral("access is denied"),
+                                GetText(ERROR_DIR_NOT_EMPTY)};
+    return {{"denied", denyAll, OutsideFault::cOfAFile, denied},
+            {"denied for writing", denyWriting, OutsideFault::cInItsPlace, denied}};
 }
 
 // The whole root is on a drive that is not there.
@@ -184,17 +205,27 @@ QString RunOnMissingDrive(ScenarioRun& run)
          QStringLiteral("doesn't exist"), QStringLiteral("Can't find"), QStringLiteral("is missing")}};
     return JudgeError(run, outcome, {QStringLiteral("Q:")}, fault);
 }
+
+QString GetFile(const ScenarioRun& run, const OutsideTarget& target)
+{
+    return run.GetRoot() + QLatin1Char('/') + QString::fromLatin1(target.file);
+}
+
+void RunWhole(ScenarioRun& run)
+{
+    const ScenarioRun::Outcome whole = run.Run(QProcessEnvironment::systemEnvironment());
+    ASSERT_EQ(whole.status, 0) << whole.error.toStdString();
+    run.NoteNew();
+}
 }  // namespace
 
 void RunOutsideFaults(const OutsideTarget& target)
 {
     const FaultScenario scenario = target.scenario();
     ScenarioRun run(scenario);
-    const QString file = run.GetRoot() + QLatin1Char('/') + QString::fromLatin1(target.file);
+    const QString file = GetFile(run, target);
     const bool isThere = QFileInfo::exists(file);
-    const ScenarioRun::Outcome whole = run.Run(QProcessEnvironment::systemEnvironment());
-    ASSERT_EQ(whole.status, 0) << whole.error.toStdString();
-    run.NoteNew();
+    RunWhole(run);
     for (const OutsideFault& fault : GetFaults()) {
         const bool isMade = fault.kind == OutsideFault::cInItsPlace
                                 ? target.use == OutsideTarget::cWritten
@@ -205,4 +236,33 @@ void RunOutsideFaults(const OutsideTarget& target)
     }
     const QString wrong = RunOnMissingDrive(run);
     EXPECT_TRUE(wrong.isEmpty()) << "a missing drive: " << wrong.toStdString();
+}
+
+void RunInDeniedFolders(const OutsideTarget& target)
+{
+    const FaultScenario scenario = target.scenario();
+    ScenarioRun run(scenario);
+    RunWhole(run);
+    for (const OutsideFault& fault : GetDenials()) {
+        if (fault.kind == OutsideFault::cInItsPlace && target.use == OutsideTarget::cRead)
+            continue;
+        const QString wrong = RunWithFault(run, GetFile(run, target), fault);
+        EXPECT_TRUE(wrong.isEmpty()) << fault.name << ": " << target.file << ": " << wrong.toStdString();
+    }
+}
+
+void RunOnFullVolumes(const OutsideTarget& target)
+{
+    const FaultScenario scenario = target.scenario();
+    ScenarioRun run(scenario);
+    RunWhole(run);
+    const OutsideFault::Kind kind = OutsideFault::cInItsPlace;
+    const QStringList reasons = {GetText(ERROR_DISK_FULL), QStringLiteral("the disk has no room")};
+    int status = 1;
+    for (int left = 0; status != 0; left = left == 0 ? cSmallestPart : 2 * left) {
+        const auto fill = [left](const QString&) -> Fault { return std::make_shared<FullVolume>(left); };
+        const QString wrong = RunWithFault(run, GetFile(run, target), {"", fill, kind, reasons}, &status);
+        EXPECT_TRUE(wrong.isEmpty()) << left << " bytes left: " << target.file << ": " << wrong.toStdString();
+        EXPECT_TRUE(status != 0 || left > 0) << "The full volume was not noticed.";
+    }
 }
