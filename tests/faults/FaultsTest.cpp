@@ -148,6 +148,23 @@ TEST(DurableFile, IsOwnedWhileItHasAPassingName)
     SeeThatThePassingNameIsOwned(GetDurableWrite(), "open .*", "lock .*", "WriteInTwoSteps"_q, "a.*.new"_q);
 }
 
+// Whoever is told of a failure takes the old file to be there.
+TEST(DurableFile, FailsNoMoreOnceItHasTakenItsPlace)
+{
+    const FaultScenario scenario = GetDurableWrite();
+    const QStringList calls = ListCalls(scenario);
+    const int renamed = calls.indexOf(QRegularExpression("rename .*/a$"_q));
+    ASSERT_GT(renamed, 0);
+    ASSERT_GT(calls.size(), renamed + 3) << calls.join(QLatin1Char('\n')).toStdString();
+    for (int number = renamed + 2; number <= calls.size(); ++number) {
+        const Sandbox sandbox;
+        scenario.prepare(sandbox.GetPath());
+        const Preload preload(sandbox.GetPath(), number);
+        EXPECT_EQ(ChildProcess(scenario.arguments.first(), {sandbox.GetPath()}).WaitForExit(), 0)
+            << calls.at(number - 1).toStdString();
+    }
+}
+
 TEST(JobJournal, IsFlushedWhenAJobCountsAsTaken)
 {
     const QStringList calls = ListCalls(GetPostAndAccept());
