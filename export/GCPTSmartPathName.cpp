@@ -1,10 +1,7 @@
 #include "export/GCPTSmartPathName.h"
 
-#include "export/JobOptionsFolder.h"
 #include "export/SmartFileList.h"
 #include "foundation/system/GFileSystemBase.h"
-
-#include <QFileInfo>
 
 #include <utility>
 
@@ -61,7 +58,7 @@ GCPTSmartPathName GCPTSmartPathName::MakeFolder(const GPathName& parent, const G
 
 void GCPTSmartPathName::Reassign(const GPathName& path)
 {
-    LeaveToSweep(!RemoveItem());
+    RemoveItem();
     if (path.IsEmpty())
         Unlist();
     else
@@ -70,7 +67,7 @@ void GCPTSmartPathName::Reassign(const GPathName& path)
 
 void GCPTSmartPathName::Dispose()
 {
-    LeaveToSweep(!RemoveItem());
+    RemoveItem();
     Unlist();
 }
 
@@ -92,23 +89,10 @@ void GCPTSmartPathName::TakeOver(const GPathName& path)
     mNumber = SmartFileList::Add(mPath);
 }
 
-// Gives whether it is gone.
-bool GCPTSmartPathName::RemoveItem() const
+void GCPTSmartPathName::RemoveItem() const
 {
-    if (mPath.IsEmpty())
-        return true;
-    if (JobOptionsFolder::IsPlacedFile(mPath))
-        JobOptionsFolder::RemovePlacedFile(mPath);
-    else
-        SmartFileList::RemoveItem(mPath);
-    return !QFileInfo::exists(mPath.GetNativePath());
-}
-
-// What could not be removed stays in the list: the next sweep tries it again.
-void GCPTSmartPathName::LeaveToSweep(bool isLeft)
-{
-    if (isLeft)
-        mNumber = 0;
+    if (!mPath.IsEmpty())
+        SmartFileList::RemoveOrRetry(mPath);
 }
 
 void GCPTSmartPathName::Unlist(const GPathName& kept)

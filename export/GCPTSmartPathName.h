@@ -28,7 +28,8 @@ public:
     // Removes what the path names and takes another path over.
     void Reassign(const GPathName& path);
 
-    // Removes what the path names and takes it out of the list; owns nothing afterwards.
+    // Removes what the path names and takes it out of the list, also where it can't be removed: this
+    // process's next sweep tries that again. Owns nothing afterwards.
     void Dispose();
 
     // Takes the path out of the list and leaves what it names where it is. Gives the path; owns nothing
@@ -40,8 +41,7 @@ public:
 
 private:
     void TakeOver(const GPathName& path);
-    bool RemoveItem() const;
-    void LeaveToSweep(bool isLeft);
+    void RemoveItem() const;
     void Unlist(const GPathName& kept = {});
 
     GPathName mPath;

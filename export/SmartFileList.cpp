@@ -10,12 +10,14 @@
 #include "foundation/system/GFileSystemBase.h"
 #include "foundation/trace/GTrace.h"
 
+#include <QDateTime>
 #include <QFileInfo>
 #include <QStringList>
 
 #include <algorithm>
 #include <limits>
 #include <set>
+#include <utility>
 
 namespace
 {
@@ -160,6 +162,33 @@ void SweepItem(const GString& text)
     }
 }
 
+// What this process could not remove when it was done with it. A file of the user's may bear that name by the
+// sweep: only what has not changed since is tried again.
+struct Stuck
+{
+    GPathName path;
+    QDateTime modified;
+};
+
+std::vector<Stuck>& GetStuck()
+{
+    static std::vector<Stuck> stuck;
+    return stuck;
+}
+
+QDateTime GetModified(const GPathName& path)
+{
+    return QFileInfo(path.GetNativePath()).lastModified();
+}
+
+void SweepStuck()
+{
+    for (const Stuck& item : std::exchange(GetStuck(), {})) {
+        if (GetModified(item.path) == item.modified)
+            SweepItem(item.path.GetNativePath());
+    }
+}
+
 void SweepList(GPrefModule& module)
 {
     if (!module.Has(cGroup, cMaximum))
@@ -233,7 +262,18 @@ void SmartFileList::RemoveItem(const GPathName& path)
         GFileSystemBase::TryToRemoveFile(path);
 }
 
+void SmartFileList::RemoveOrRetry(const GPathName& path)
+{
+    if (JobOptionsFolder::IsPlacedFile(path))
+        JobOptionsFolder::RemovePlacedFile(path);
+    else
+        RemoveItem(path);
+    if (QFileInfo::exists(path.GetNativePath()))
+        GetStuck().push_back({path, GetModified(path)});
+}
+
 void SmartFileList::Sweep()
 {
+    SweepStuck();
     Change("SmartFileList::Sweep", SweepList);
 }

@@ -27,6 +27,12 @@ void Remove(int32_t number, const GPathName& kept = {});
 // Removes a listed file, or folder with all that it holds, whatever it is. Failures are ignored.
 void RemoveItem(const GPathName& path);
 
+// Removes a temporary file or folder of this process's, placed job options included. What can't be removed,
+// such as a file that another program has open, is tried again by this process's next sweep, unless it has
+// changed by then. It needs no place in the list for that: a list that keeps what nobody can remove would
+// grow, and might lead a later process to a file that has come by the name meanwhile.
+void RemoveOrRetry(const GPathName& path);
+
 // Removes what is listed, and empties the list. For the plug-in's start and end, when this process has no
 // temporary file in use.
 //

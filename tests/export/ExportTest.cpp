@@ -1,5 +1,6 @@
 #include "ExportRun.h"
 #include "export/JobOptionsFolder.h"
+#include "export/PlacedJobOptions.h"
 #include "foundation/system/PSystem.h"
 #include "foundation/trace/GTrace.h"
 #include "hopbox/HopboxFolder.h"
@@ -58,6 +59,20 @@ protected:
         EXPECT_EQ(PlugInStore::ReadList().GetCount(), 1);
     }
 };
+
+// The host puts a name into brackets whose settings the user can't change.
+TEST_F(ExportTest, PlacedJobOptionsBearTheNameThatTheHostShows)
+{
+    const GPathName source(GetSandbox().GetPath("Press.joboptions"_q));
+    ASSERT_TRUE(WriteFile(source.GetNativePath(), "<< >>"));
+    const PlacedJobOptions first(source);
+    const PlacedJobOptions second(source);
+    EXPECT_EQ(first.GetSettingsName(), "[Morvane_Hopbox_PDF]"_q);
+    EXPECT_EQ(second.GetSettingsName(), "["_q + second.GetPathName().GetLeafWithoutExtension() + "]"_q);
+    EXPECT_NE(second.GetSettingsName(), first.GetSettingsName());
+    QFile::setPermissions(first.GetPathName().GetNativePath(), QFile::ReadOwner | QFile::WriteOwner);
+    EXPECT_EQ(first.GetSettingsName(), "Morvane_Hopbox_PDF"_q);
+}
 
 TEST_F(ExportTest, FromAHopboxOfTheCommandLineToTheInboxOfARealReceiver)
 {

@@ -5,6 +5,8 @@
 #include "foundation/core/GException.h"
 #include "tests/support/ChildProcess.h"
 
+#include <QDateTime>
+
 static const GBuffer cGroup = "SmartFileList";
 
 // What another host would read now.
@@ -279,4 +281,31 @@ TEST_F(SmartPathTest, PathThatCouldNotBeReplacedInTheListIsNotSwept)
     MakeFile(old);
     SmartFileList::Sweep();
     EXPECT_TRUE(Exists(old));
+}
+
+// A folder in the place of a placed file is not removed. It leaves the list, and is tried again as long as it
+// is the same: what was there first, not what has come in its place.
+TEST_F(SmartPathTest, WhatCannotBeRemovedIsTriedOnceMoreAtTheEndAndListedNoMore)
+{
+    const QString path = JobOptionsFolder::GetPath().GetChild(JobOptionsFolder::cPlacedName).GetNativePath();
+    for (const bool isReassigned : {false, true}) {
+        for (const bool isTheSame : {false, true}) {
+            PlugInPreferences::Initialize();
+            ASSERT_TRUE(QDir().mkpath(path));
+            const QDateTime modified = QFileInfo(path).lastModified();
+            GCPTSmartPathName item{GPathName(path)};
+            isReassigned ? item.Reassign(GPathName()) : item.Dispose();
+            EXPECT_TRUE(Exists(GPathName(path)));
+            EXPECT_EQ(PlugInStore::ReadList().GetCount(), 1) << "the highest number alone";
+            ASSERT_TRUE(QDir().rmdir(path));
+            QFile file(MakeFile(GPathName(path)).GetNativePath());
+            ASSERT_TRUE(file.open(QIODevice::ReadWrite) &&
+                        file.setFileTime(isTheSame ? modified : modified.addSecs(-1),
+                                         QFileDevice::FileModificationTime));
+            file.close();
+            PlugInPreferences::Release();
+            EXPECT_EQ(Exists(GPathName(path)), !isTheSame);
+            QFile::remove(path);
+        }
+    }
 }

@@ -74,8 +74,6 @@ FaultScenario GetExport()
                            true,
                            false};
     scenario.stride = 5;
-    // What could not be removed goes at the next start.
-    scenario.leftovers = QStringList{"Morvane_Hopbox_PDF*"_q};
     return scenario;
 }
 
