@@ -3,6 +3,7 @@
 #include "RecordedScribus.h"
 
 #include "hosts/scribus/host/ScribusHost.h"
+#include "hosts/scribus/runner/IHostFrontend.h"
 #include "plugin/boundary/HostTable.h"
 #include "plugin/boundary/TableHost.h"
 #include "plugin/host/HostCalls.h"
@@ -72,6 +73,23 @@ private:
     ScribusHost& mHost;
 };
 
+// A user who wants each export: some of the documents lack a picture.
+class WillingUser final : public IHostFrontend
+{
+public:
+    void BeginCommand(const QString&, int) override {}
+    void BeginStep(const QString&) override {}
+    bool IsCancelled() override { return false; }
+    void EndCommand() override {}
+    int32_t ShowAlert(const QString&, const QString&, const QString&, const QString&, int32_t button,
+                      int32_t) override
+    {
+        return button;
+    }
+    Decision AskToGoOn(const QString&, const QStringList&) override { return Decision::GoOn; }
+    QString AskForSavePath(const QString&) override { return {}; }
+};
+
 // An export of one of the documents, through the plug-in and the host over Scribus.
 class RealExport
 {
@@ -83,6 +101,7 @@ public:
           mTable(mTimedHost),
           mTableHost(HostTable::GetTable(), &mTable)
     {
+        mHost.SetFrontend(&mUser);
         const GResult opened =
             mHost.OpenDocument(document == cHundredPages ? RecordedScribus::MakeDocument(
                                                                QStringLiteral(HUNDRED_PAGES),
@@ -103,6 +122,7 @@ private:
     Exporter mExporter;
     RecordedScribus mScribus;
     QTemporaryDir mFolder;
+    WillingUser mUser;
     ScribusHost mHost;
     TimedHost mTimedHost;
     HostTable mTable;

@@ -1,15 +1,17 @@
 #include "RecordedScribus.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 
-// The file that a request, the last argument of a start, has Scribus write.
-static QString GetOutput(const QStringList& arguments)
+// The file that a request, the last argument of a start, names under a key.
+static QString GetFile(const QStringList& arguments, const char* key)
 {
     const QJsonDocument request = QJsonDocument::fromJson(arguments.constLast().toUtf8());
-    return request.object().value(QStringLiteral("output")).toString();
+    return request.object().value(QLatin1String(key)).toString();
 }
 
 RecordedScribus::RecordedScribus()
@@ -19,6 +21,9 @@ RecordedScribus::RecordedScribus()
     script.write(QStringLiteral("#!/bin/sh\n"
                                 "env -0 > '%1/environment'\n"
                                 "printf '%s\\0' \"$@\" > '%1/arguments'\n"
+                                "for request; do :; done\n"
+                                "document=${request#*\\\"document\\\":\\\"}\n"
+                                "cp \"${document%%\\\"*}\" '%1/document' 2> /dev/null\n"
                                 "exec /usr/bin/scribus \"$@\"\n")
                      .arg(mFolder.path())
                      .toUtf8());
@@ -43,8 +48,12 @@ bool RecordedScribus::Repeat() const
     process.setStandardOutputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
     const QStringList arguments = Read("arguments");
-    const QString output = GetOutput(arguments);
+    const QString output = GetFile(arguments, "output");
     QFile::remove(output);
+    // An export may have given Scribus a copy of the document that went with it.
+    const QString document = GetFile(arguments, "document");
+    QDir().mkpath(QFileInfo(document).path());
+    QFile::copy(mFolder.filePath(QStringLiteral("document")), document);
     process.start(QStringLiteral("/usr/bin/scribus"), arguments);
     return process.waitForFinished(-1) && QFile(output).size() > 0;
 }
