@@ -9,6 +9,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <utility>
+
 namespace
 {
 using Table = hopbox_host_table;
@@ -24,6 +26,11 @@ QByteArray Read(const QString& path)
 QStringList List(const QString& folder)
 {
     return QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System);
+}
+
+bool IsPackage(hopbox_command kind)
+{
+    return kind == HOPBOX_PACKAGE_DOCUMENT || kind == HOPBOX_PACKAGE_BOOK;
 }
 
 // As the plug-in reserves the place of a PDF, in a folder of its own, or that of a package.
@@ -60,158 +67,231 @@ CommandChecks::CommandChecks(const hopbox_adaptor& adaptor, const WatchedHost& h
 
 void CommandChecks::Run()
 {
-    HeldHandle document(mHost);
     HeldHandle none(mHost);
-    mReport.Expect(mHost.Call(&Table::create_command, 99, &none.value) == HOPBOX_UNSUPPORTED,
-                   "create_command", QStringLiteral("HOPBOX_UNSUPPORTED for a kind that there is not"));
-    if (mHost.Call(&Table::get_front_document, &document.value) != HOPBOX_OK)
+    for (const int32_t kind : {0, HOPBOX_PACKAGE_BOOK + 1, 99})
+        mReport.Expect(mHost.Call(&Table::create_command, kind, &none.value) == HOPBOX_UNSUPPORTED,
+                       "create_command", QStringLiteral("HOPBOX_UNSUPPORTED for kind %1").arg(kind));
+    HeldHandle document(mHost);
+    if (mHost.Call(&Table::get_front_document, &document.value) == HOPBOX_OK) {
+        CheckKind(HOPBOX_EXPORT_DOCUMENT, document.value);
+        if (mHost.GetTable().write_report != nullptr)
+            CheckKind(HOPBOX_PACKAGE_DOCUMENT, document.value);
+    }
+    HeldHandle book(mHost);
+    if (mHost.Call(&Table::get_active_book, &book.value) != HOPBOX_OK)
         return;
-    CheckFailures(document.value);
-    CheckExport(document.value);
-    if (mHost.GetTable().write_report != nullptr)
-        CheckPackage(document.value);
+    CheckKind(HOPBOX_EXPORT_BOOK, book.value);
+    if (mHost.Makes(HOPBOX_PACKAGE_BOOK))
+        CheckKind(HOPBOX_PACKAGE_BOOK, book.value);
+    else
+        mReport.Lack("create_command", QStringLiteral("books can't be packaged"));
 }
 
-void CommandChecks::CheckSettings(Handle command)
+void CommandChecks::CheckKind(hopbox_command kind, Handle source)
 {
+    CheckSettings(kind);
+    CheckFailures(kind, source);
+    CheckCancel(kind, source);
+    CheckResult(kind, source);
+}
+
+// Whether a setting is taken, or its lack is said.
+void CommandChecks::ExpectTaken(int32_t result, const char* operation, int32_t setting)
+{
+    mReport.Expect(result == HOPBOX_OK || result == HOPBOX_UNSUPPORTED, operation,
+                   QStringLiteral("setting %1: HOPBOX_OK or HOPBOX_UNSUPPORTED").arg(setting));
+    if (result == HOPBOX_UNSUPPORTED)
+        mReport.Lack(operation, QStringLiteral("setting %1 has no effect").arg(setting));
+}
+
+void CommandChecks::CheckSettings(hopbox_command kind)
+{
+    HeldHandle command(mHost);
+    const int32_t owner = kind == HOPBOX_EXPORT_BOOK ? HOPBOX_PDF_PREFERENCES : kind;
+    if (mHost.Call(&Table::create_command, owner, &command.value) != HOPBOX_OK)
+        return;
+    const QString noSetting = QStringLiteral("HOPBOX_UNSUPPORTED for a setting that there is not");
+    if (IsPackage(kind)) {
+        if (mHost.GetTable().set_package_setting == nullptr)
+            return;
+        for (int32_t setting = HOPBOX_PACKAGE_FONTS; setting <= HOPBOX_PACKAGE_DOCUMENT_HYPHENATION;
+             ++setting)
+            ExpectTaken(mHost.Call(&Table::set_package_setting, command.value, setting, 1),
+                        "set_package_setting", setting);
+        mReport.Expect(mHost.Call(&Table::set_package_setting, command.value, 99, 1) == HOPBOX_UNSUPPORTED,
+                       "set_package_setting", noSetting);
+        return;
+    }
     const PassedText missing(mFolder + QStringLiteral("/none.joboptions"));
-    mReport.Expect(mHost.Call(&Table::read_job_options, command, &missing.Get()) != HOPBOX_OK,
+    mReport.Expect(mHost.Call(&Table::read_job_options, command.value, &missing.Get()) != HOPBOX_OK,
                    "read_job_options", QStringLiteral("a file that is not there is refused"));
-    const auto look = [this](int32_t result, const char* operation, int32_t setting) {
-        mReport.Expect(result == HOPBOX_OK || result == HOPBOX_UNSUPPORTED, operation,
-                       QStringLiteral("setting %1: HOPBOX_OK or HOPBOX_UNSUPPORTED").arg(setting));
-        if (result == HOPBOX_UNSUPPORTED)
-            mReport.Lack(operation, QStringLiteral("setting %1 has no effect").arg(setting));
-    };
     if (mHost.GetTable().set_switch != nullptr) {
         for (int32_t setting = HOPBOX_USE_DOCUMENT_BLEED; setting <= HOPBOX_PAGE_INFORMATION; ++setting)
-            look(mHost.Call(&Table::set_switch, command, setting, 0), "set_switch", setting);
-        mReport.Expect(mHost.Call(&Table::set_switch, command, 99, 0) == HOPBOX_UNSUPPORTED, "set_switch",
-                       QStringLiteral("HOPBOX_UNSUPPORTED for a setting that there is not"));
+            ExpectTaken(mHost.Call(&Table::set_switch, command.value, setting, 0), "set_switch", setting);
+        mReport.Expect(mHost.Call(&Table::set_switch, command.value, 99, 0) == HOPBOX_UNSUPPORTED,
+                       "set_switch", noSetting);
     }
-    if (mHost.GetTable().set_length == nullptr)
+    if (mHost.GetTable().set_length != nullptr) {
+        for (int32_t setting = HOPBOX_BLEED_TOP; setting <= HOPBOX_MARK_WEIGHT; ++setting)
+            ExpectTaken(mHost.Call(&Table::set_length, command.value, setting, 3.0), "set_length", setting);
+        mReport.Expect(mHost.Call(&Table::set_length, command.value, 99, 0.0) == HOPBOX_UNSUPPORTED,
+                       "set_length", noSetting);
+    }
+    CheckSpreadsAndName(command.value, kind);
+}
+
+void CommandChecks::CheckSpreadsAndName(Handle command, hopbox_command kind)
+{
+    const Table& table = mHost.GetTable();
+    if (table.get_spreads != nullptr && table.set_spreads != nullptr) {
+        for (const int32_t wanted : {1, 0}) {
+            int32_t areJoined = 7;
+            const int32_t result = mHost.Call(&Table::set_spreads, command, wanted);
+            ExpectTaken(result, "set_spreads", wanted);
+            mReport.Expect(result == HOPBOX_UNSUPPORTED ||
+                               (mHost.Call(&Table::get_spreads, command, &areJoined) == HOPBOX_OK &&
+                                areJoined == wanted),
+                           "get_spreads", QStringLiteral("%1 after it was set").arg(wanted));
+        }
+    }
+    if (table.set_name == nullptr || kind != HOPBOX_EXPORT_DOCUMENT)
         return;
-    for (int32_t setting = HOPBOX_BLEED_TOP; setting <= HOPBOX_MARK_WEIGHT; ++setting)
-        look(mHost.Call(&Table::set_length, command, setting, 3.0), "set_length", setting);
-    mReport.Expect(mHost.Call(&Table::set_length, command, 99, 0.0) == HOPBOX_UNSUPPORTED, "set_length",
-                   QStringLiteral("HOPBOX_UNSUPPORTED for a setting that there is not"));
+    const PassedText name(QStringLiteral("Sample \u00E9"));
+    mReport.Expect(mHost.Call(&Table::set_name, command, &name.Get()) == HOPBOX_OK, "set_name",
+                   QStringLiteral("a name is taken"));
 }
 
-// An export of the first page, all told but not run; 0 when that was refused.
-Handle CommandChecks::MakeExport(Handle document, const QString& output)
+// A command is told what it has to know; gives whether it was taken.
+template <class Operation, class... Arguments>
+bool CommandChecks::Tell(const char* name, Operation operation, Arguments... arguments)
 {
-    Handle command = 0;
-    uint32_t page = 0;
-    const PassedText path(output);
+    const bool isTaken = mHost.Call(operation, arguments...) == HOPBOX_OK;
+    mReport.Expect(isTaken, name, QStringLiteral("a command takes it"));
+    return isTaken;
+}
+
+bool CommandChecks::TellSettings(Handle command)
+{
     const PassedText jobOptions(mFolder + QStringLiteral("/Check.joboptions"));
-    const bool isMade =
-        mHost.Call(&Table::create_command, int32_t(HOPBOX_EXPORT_DOCUMENT), &command) == HOPBOX_OK;
-    mReport.Expect(isMade, "create_command", QStringLiteral("every adaptor makes exports"));
-    if (!isMade)
-        return 0;
-    const bool isTold = mHost.Call(&Table::read_job_options, command, &jobOptions.Get()) == HOPBOX_OK &&
-                        mHost.Call(&Table::set_output, command, &path.Get()) == HOPBOX_OK &&
-                        mHost.Call(&Table::get_page, document, 0, &page) == HOPBOX_OK &&
-                        mHost.Call(&Table::set_pages, command, document, static_cast<const uint32_t*>(&page),
-                                   size_t(1), 0) == HOPBOX_OK;
-    mReport.Expect(isTold, "create_command", QStringLiteral("an export takes job options, output and pages"));
-    return command;
+    return Tell("read_job_options", &Table::read_job_options, command, &jobOptions.Get());
 }
 
-// A package, all told but not run; 0 from a host that has none.
-Handle CommandChecks::MakePackage(Handle document, const QString& output)
+// A book takes its settings by a command of their own, which runs before.
+bool CommandChecks::TellBookSettings()
 {
-    Handle command = 0;
+    HeldHandle preferences(mHost);
+    return Tell("create_command", &Table::create_command, int32_t(HOPBOX_PDF_PREFERENCES),
+                &preferences.value) &&
+           TellSettings(preferences.value) && Tell("run_command", &Table::run_command, preferences.value);
+}
+
+// The first page.
+bool CommandChecks::TellPages(Handle command, Handle document)
+{
+    uint32_t page = 0;
+    return mHost.Call(&Table::get_page, document, 0, &page) == HOPBOX_OK &&
+           Tell("set_pages", &Table::set_pages, command, document, static_cast<const uint32_t*>(&page),
+                size_t(1), 0);
+}
+
+bool CommandChecks::TellSource(hopbox_command kind, Handle command, Handle source)
+{
+    switch (kind) {
+        case HOPBOX_EXPORT_DOCUMENT:
+            return TellSettings(command) && TellPages(command, source);
+        case HOPBOX_PACKAGE_DOCUMENT:
+            return Tell("set_document", &Table::set_document, command, source);
+        case HOPBOX_EXPORT_BOOK:
+            return TellBookSettings() && Tell("set_book", &Table::set_book, command, source);
+        default:
+            return Tell("set_book", &Table::set_book, command, source);
+    }
+}
+
+// A command, all told but not run; 0 when that was refused.
+Handle CommandChecks::Make(hopbox_command kind, Handle source, const QString& output)
+{
+    HeldHandle command(mHost);
     const PassedText path(output);
-    if (mHost.Call(&Table::create_command, int32_t(HOPBOX_PACKAGE_DOCUMENT), &command) != HOPBOX_OK)
+    if (!Tell("create_command", &Table::create_command, int32_t(kind), &command.value) ||
+        !TellSource(kind, command.value, source) ||
+        !Tell("set_output", &Table::set_output, command.value, &path.Get()))
         return 0;
-    mReport.Expect(mHost.Call(&Table::set_document, command, document) == HOPBOX_OK &&
-                       mHost.Call(&Table::set_output, command, &path.Get()) == HOPBOX_OK,
-                   "create_command", QStringLiteral("a package takes document and folder"));
-    return command;
+    return std::exchange(command.value, 0);
 }
 
 // What a command can't do, and what it was not told.
-void CommandChecks::CheckFailures(Handle document)
+void CommandChecks::CheckFailures(hopbox_command kind, Handle source)
 {
     const QString nowhere = mFolder + QStringLiteral("/Check.joboptions/Sample");
-    const bool hasPackages = mHost.GetTable().write_report != nullptr;
-    for (const bool isPackage : {false, true}) {
-        if (isPackage && !hasPackages)
-            continue;
-        HeldHandle command(mHost);
-        command.value = isPackage ? MakePackage(document, nowhere) : MakeExport(document, nowhere);
-        if (command.value == 0)
-            continue;
-        mReport.Expect(
-            mHost.Call(&Table::run_command, command.value) != HOPBOX_OK && !QFileInfo::exists(nowhere),
-            "run_command", QStringLiteral("a place that can't be written is a failure"));
-        const int32_t kind = isPackage ? HOPBOX_PACKAGE_DOCUMENT : HOPBOX_EXPORT_DOCUMENT;
-        HeldHandle untold(mHost);
-        if (mHost.Call(&Table::create_command, kind, &untold.value) == HOPBOX_OK)
-            mReport.Expect(mHost.Call(&Table::run_command, untold.value) != HOPBOX_OK, "run_command",
-                           QStringLiteral("a command that was told nothing is a failure"));
-        if (isPackage)
-            mReport.Expect(mHost.Call(&Table::write_report, command.value) != HOPBOX_OK, "write_report",
-                           QStringLiteral("a report without its package is a failure"));
-    }
+    HeldHandle command(mHost);
+    command.value = Make(kind, source, nowhere);
+    if (command.value == 0)
+        return;
+    mReport.Expect(mHost.Call(&Table::run_command, command.value) != HOPBOX_OK && !QFileInfo::exists(nowhere),
+                   "run_command",
+                   QStringLiteral("kind %1: a place that can't be written is a failure").arg(kind));
+    HeldHandle untold(mHost);
+    if (mHost.Call(&Table::create_command, int32_t(kind), &untold.value) == HOPBOX_OK)
+        mReport.Expect(mHost.Call(&Table::run_command, untold.value) != HOPBOX_OK, "run_command",
+                       QStringLiteral("kind %1: a command that was told nothing is a failure").arg(kind));
+    if (kind == HOPBOX_PACKAGE_DOCUMENT)
+        mReport.Expect(mHost.Call(&Table::write_report, command.value) != HOPBOX_OK, "write_report",
+                       QStringLiteral("a report without its package is a failure"));
 }
 
-void CommandChecks::CheckCancel(Handle command, const QString& output)
+QString CommandChecks::Reserve(hopbox_command kind, const char* purpose) const
 {
-    if (mAdaptor.cancel_next == nullptr || command == 0)
+    const QString folder = QStringLiteral("%1/%2 %3").arg(mFolder, QLatin1String(purpose)).arg(kind);
+    return IsPackage(kind) ? ReserveFolder(folder) : ReserveFile(folder);
+}
+
+void CommandChecks::CheckCancel(hopbox_command kind, Handle source)
+{
+    if (mAdaptor.cancel_next == nullptr)
+        return;
+    const QString output = Reserve(kind, "Cancelled");
+    HeldHandle command(mHost);
+    command.value = Make(kind, source, output);
+    if (command.value == 0)
         return;
     mReport.Expect(mAdaptor.cancel_next(mAdaptor.host) == HOPBOX_OK &&
-                       mHost.Call(&Table::run_command, command) == HOPBOX_CANCELLED,
-                   "run_command", QStringLiteral("HOPBOX_CANCELLED when the user pressed Cancel"));
+                       mHost.Call(&Table::run_command, command.value) == HOPBOX_CANCELLED,
+                   "run_command",
+                   QStringLiteral("kind %1: HOPBOX_CANCELLED when the user pressed Cancel").arg(kind));
     mReport.Expect(IsNothingLeft(output), "run_command",
-                   QStringLiteral("a command that was cancelled leaves nothing"));
+                   QStringLiteral("kind %1: a command that was cancelled leaves nothing").arg(kind));
 }
 
-void CommandChecks::CheckExport(Handle document)
-{
-    HeldHandle cancelled(mHost);
-    const QString place = ReserveFile(mFolder + QStringLiteral("/Cancelled"));
-    cancelled.value = MakeExport(document, place);
-    CheckCancel(cancelled.value, place);
-
-    const QString output = ReserveFile(mFolder + QStringLiteral("/Export"));
-    HeldHandle command(mHost);
-    command.value = MakeExport(document, output);
-    if (command.value == 0)
-        return;
-    mReport.Expect(
-        mHost.Call(&Table::run_command, command.value) == HOPBOX_OK && Read(output).startsWith("%PDF-"),
-        "run_command", QStringLiteral("a PDF at the place that was told"));
-    for (const QString& name : List(QFileInfo(output).path()))
-        mReport.Expect(name.startsWith(QStringLiteral("Sample \u00E9.")), "run_command",
-                       QStringLiteral("nothing but the PDF is left behind: %1").arg(name));
-    HeldHandle settings(mHost);
-    if (mHost.Call(&Table::create_command, int32_t(HOPBOX_EXPORT_DOCUMENT), &settings.value) == HOPBOX_OK)
-        CheckSettings(settings.value);
-}
-
-void CommandChecks::CheckPackage(Handle document)
+void CommandChecks::CheckResult(hopbox_command kind, Handle source)
 {
     TextTaker file;
-    mHost.Call(&Table::get_document_file, document, file.Get());
-    const QByteArray before = Read(file.GetTexts().value(0));
-    HeldHandle cancelled(mHost);
-    const QString place = ReserveFolder(mFolder + QStringLiteral("/Cancelled package"));
-    cancelled.value = MakePackage(document, place);
-    CheckCancel(cancelled.value, place);
-
-    const QString folder = ReserveFolder(mFolder + QStringLiteral("/Packages"));
+    mHost.Call(kind == HOPBOX_EXPORT_BOOK || kind == HOPBOX_PACKAGE_BOOK ? &Table::get_book_file
+                                                                         : &Table::get_document_file,
+               source, file.Get());
+    const QString path = file.GetTexts().value(0);
+    const QByteArray before = Read(path);
+    const QString output = Reserve(kind, "Result");
     HeldHandle command(mHost);
-    command.value = MakePackage(document, folder);
+    command.value = Make(kind, source, output);
     if (command.value == 0)
         return;
-    mReport.Expect(mHost.Call(&Table::run_command, command.value) == HOPBOX_OK && !List(folder).isEmpty(),
-                   "run_command", QStringLiteral("a package's folder is filled"));
-    const int count = List(folder).size();
+    const bool isDone = mHost.Call(&Table::run_command, command.value) == HOPBOX_OK;
+    if (IsPackage(kind))
+        mReport.Expect(isDone && !List(output).isEmpty(), "run_command",
+                       QStringLiteral("kind %1: a package's folder is filled").arg(kind));
+    else
+        mReport.Expect(isDone && Read(output).startsWith("%PDF-"), "run_command",
+                       QStringLiteral("kind %1: a PDF at the place that was told").arg(kind));
+    for (const QString& name : List(QFileInfo(output).path()))
+        mReport.Expect(name.startsWith(QFileInfo(output).completeBaseName()), "run_command",
+                       QStringLiteral("nothing but the result is left behind: %1").arg(name));
+    mReport.Expect(Read(path) == before, "run_command",
+                   QStringLiteral("kind %1: the file that it is made from is as it was").arg(kind));
+    if (kind != HOPBOX_PACKAGE_DOCUMENT)
+        return;
+    const int count = List(output).size();
     mReport.Expect(
-        mHost.Call(&Table::write_report, command.value) == HOPBOX_OK && List(folder).size() > count,
+        mHost.Call(&Table::write_report, command.value) == HOPBOX_OK && List(output).size() > count,
         "write_report", QStringLiteral("a report in the package's folder"));
-    mReport.Expect(Read(file.GetTexts().value(0)) == before, "run_command",
-                   QStringLiteral("the document's own file is as it was"));
 }

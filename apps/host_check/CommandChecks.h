@@ -1,12 +1,11 @@
 #pragma once
 
-#include <QString>
+#include "plugin/boundary/hopbox_adaptor.h"
 
-#include <cstdint>
+#include <QString>
 
 class CheckReport;
 class WatchedHost;
-struct hopbox_adaptor;
 
 // The commands of an adaptor: what they make, what they refuse, and what they leave behind when they fail or
 // are cancelled.
@@ -21,13 +20,21 @@ public:
     void Run();
 
 private:
-    void CheckSettings(uint64_t command);
-    void CheckExport(uint64_t document);
-    void CheckPackage(uint64_t document);
-    void CheckFailures(uint64_t document);
-    void CheckCancel(uint64_t command, const QString& output);
-    uint64_t MakeExport(uint64_t document, const QString& output);
-    uint64_t MakePackage(uint64_t document, const QString& output);
+    void CheckKind(hopbox_command kind, uint64_t source);
+    void CheckSettings(hopbox_command kind);
+    void CheckSpreadsAndName(uint64_t command, hopbox_command kind);
+    void CheckFailures(hopbox_command kind, uint64_t source);
+    void CheckCancel(hopbox_command kind, uint64_t source);
+    void CheckResult(hopbox_command kind, uint64_t source);
+    void ExpectTaken(int32_t result, const char* operation, int32_t setting);
+    uint64_t Make(hopbox_command kind, uint64_t source, const QString& output);
+    bool TellSource(hopbox_command kind, uint64_t command, uint64_t source);
+    bool TellSettings(uint64_t command);
+    bool TellBookSettings();
+    bool TellPages(uint64_t command, uint64_t document);
+    template <class Operation, class... Arguments>
+    bool Tell(const char* name, Operation operation, Arguments... arguments);
+    QString Reserve(hopbox_command kind, const char* purpose) const;
 
     const hopbox_adaptor& mAdaptor;
     const WatchedHost& mHost;

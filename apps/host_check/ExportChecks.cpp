@@ -1,5 +1,6 @@
 #include "apps/host_check/ExportChecks.h"
 
+#include "apps/host_check/ApplicationChecks.h"
 #include "apps/host_check/CheckReport.h"
 #include "apps/host_check/FrontDocument.h"
 #include "apps/host_check/WatchedHost.h"
@@ -30,10 +31,17 @@ QString GetReason(const TextSink& sink)
 }
 }  // namespace
 
-ExportChecks::ExportChecks(hopbox_entry_function entry, const hopbox_adaptor& adaptor,
+ExportChecks::ExportChecks(const hopbox_plugin_table& plugIn, const hopbox_adaptor& adaptor,
                            const WatchedHost& host, const QString& receiver, CheckReport& report)
-    : mEntry(entry), mAdaptor(adaptor), mHost(host), mReceiver(receiver), mReport(report)
+    : mPlugIn(plugIn), mAdaptor(adaptor), mHost(host), mReceiver(receiver), mReport(report)
 {
+}
+
+bool ExportChecks::CanExport(const hopbox_plugin_table& plugIn)
+{
+    return plugIn.load != nullptr && plugIn.open_actions != nullptr && plugIn.startup != nullptr &&
+           plugIn.shutdown != nullptr && plugIn.unload != nullptr && plugIn.get_action_state != nullptr &&
+           plugIn.export_to != nullptr;
 }
 
 bool ExportChecks::MakeHopbox(const QString& jobOptions)
@@ -75,46 +83,47 @@ bool ExportChecks::IsReceived(QProcess& process, bool isFolder)
     return isFolder ? !QDir(saved).isEmpty() : pdf.open(QIODevice::ReadOnly) && pdf.read(5) == "%PDF-";
 }
 
-void ExportChecks::Run(void (ExportChecks::*exports)(const hopbox_plugin_table& plugIn))
+void ExportChecks::Run(void (ExportChecks::*exports)())
 {
-    const hopbox_plugin_table& plugIn = *mEntry(HOPBOX_VERSION);
     const TextSink reason;
-    const bool isLoaded = plugIn.load(&mHost.GetTable(), mHost.GetHost(), reason) == HOPBOX_OK;
-    const bool isOpen = isLoaded && plugIn.open_actions(reason) == HOPBOX_OK;
+    const bool isLoaded = mPlugIn.load(&mHost.GetTable(), mHost.GetHost(), reason) == HOPBOX_OK;
+    const bool isOpen = isLoaded && mPlugIn.open_actions(reason) == HOPBOX_OK;
     mReport.Expect(isOpen, "load", QStringLiteral("the plug-in takes the table: %1").arg(GetReason(reason)));
     if (isOpen) {
-        plugIn.startup();
-        (this->*exports)(plugIn);
-        plugIn.shutdown();
+        mPlugIn.startup();
+        ApplicationChecks(mAdaptor, mHost, mReport).CheckStarted();
+        (this->*exports)();
+        mPlugIn.shutdown();
     }
-    mReport.Expect(plugIn.unload() == HOPBOX_OK, "load", QStringLiteral("the plug-in can be unloaded"));
+    mReport.Expect(mPlugIn.unload() == HOPBOX_OK, "load", QStringLiteral("the plug-in can be unloaded"));
 }
 
-void ExportChecks::ExportOnce(const hopbox_plugin_table& plugIn)
+void ExportChecks::ExportOnce()
 {
-    Export(plugIn, HOPBOX_ACTION_DOCUMENT, false);
+    Export(HOPBOX_ACTION_DOCUMENT, false);
 }
 
-void ExportChecks::ExportAll(const hopbox_plugin_table& plugIn)
+void ExportChecks::ExportAll()
 {
     int32_t isOn = 0;
-    plugIn.get_action_state(HOPBOX_ACTION_DOCUMENT, &isOn, nullptr, nullptr);
+    mPlugIn.get_action_state(HOPBOX_ACTION_DOCUMENT, &isOn, nullptr, nullptr);
     mReport.Expect(isOn == 1, "get_front_document", QStringLiteral("the menu entry is on"));
-    Export(plugIn, HOPBOX_ACTION_DOCUMENT, false);
+    Export(HOPBOX_ACTION_DOCUMENT, false);
     if (mHost.GetTable().write_report != nullptr)
-        Export(plugIn, HOPBOX_ACTION_DOCUMENT, true);
-    ExportNothing(plugIn);
-    ExportCancelled(plugIn);
+        Export(HOPBOX_ACTION_DOCUMENT, true);
+    ExportNothing();
+    ExportCancelled();
     isOn = 0;
-    plugIn.get_action_state(HOPBOX_ACTION_BOOK, &isOn, nullptr, nullptr);
+    mPlugIn.get_action_state(HOPBOX_ACTION_BOOK, &isOn, nullptr, nullptr);
     if (isOn != 0) {
-        Export(plugIn, HOPBOX_ACTION_BOOK, false);
-        Export(plugIn, HOPBOX_ACTION_BOOK, true);
+        Export(HOPBOX_ACTION_BOOK, false);
+        if (mHost.Makes(HOPBOX_PACKAGE_BOOK))
+            Export(HOPBOX_ACTION_BOOK, true);
     }
-    ExportUnsaved(plugIn);
+    ExportUnsaved();
 }
 
-void ExportChecks::Export(const hopbox_plugin_table& plugIn, hopbox_action action, bool hasPackage)
+void ExportChecks::Export(hopbox_action action, bool hasPackage)
 {
     const char* const operation = action == HOPBOX_ACTION_BOOK ? "get_active_book" : "run_command";
     const QString name =
@@ -125,7 +134,7 @@ void ExportChecks::Export(const hopbox_plugin_table& plugIn, hopbox_action actio
     const PassedText hopbox(cHopbox);
     const TextSink reason;
     mReport.Expect(StartReceiver(receiver), operation, QStringLiteral("the receiving process starts"));
-    const int32_t result = plugIn.export_to(action, hopbox, nullptr, hasPackage, reason);
+    const int32_t result = mPlugIn.export_to(action, hopbox, nullptr, hasPackage, reason);
     mReport.Expect(result == HOPBOX_OK, operation, QStringLiteral("%1: %2").arg(name, GetReason(reason)));
     if (result == HOPBOX_OK) {
         mReport.Expect(IsReceived(receiver, false), operation, name + QStringLiteral(" reaches its Hopbox"));
@@ -137,29 +146,29 @@ void ExportChecks::Export(const hopbox_plugin_table& plugIn, hopbox_action actio
     receiver.waitForFinished(cPatience);
 }
 
-void ExportChecks::ExportNothing(const hopbox_plugin_table& plugIn)
+void ExportChecks::ExportNothing()
 {
     const PassedText hopbox(cHopbox);
     const PassedText pages(QStringLiteral("99999"));
     const TextSink reason;
-    mReport.Expect(plugIn.export_to(HOPBOX_ACTION_DOCUMENT, hopbox, pages, 0, reason) == HOPBOX_FAILED &&
+    mReport.Expect(mPlugIn.export_to(HOPBOX_ACTION_DOCUMENT, hopbox, pages, 0, reason) == HOPBOX_FAILED &&
                        !GetReason(reason).isEmpty(),
                    "get_pages_of_range", QStringLiteral("an export of a page that is not there fails"));
 }
 
-void ExportChecks::ExportCancelled(const hopbox_plugin_table& plugIn)
+void ExportChecks::ExportCancelled()
 {
     if (mAdaptor.cancel_next == nullptr)
         return;
     const PassedText hopbox(cHopbox);
     mAdaptor.cancel_next(mAdaptor.host);
-    mReport.Expect(plugIn.export_to(HOPBOX_ACTION_DOCUMENT, hopbox, nullptr, 0, nullptr) == HOPBOX_CANCELLED,
+    mReport.Expect(mPlugIn.export_to(HOPBOX_ACTION_DOCUMENT, hopbox, nullptr, 0, nullptr) == HOPBOX_CANCELLED,
                    "run_command", QStringLiteral("an export that the user cancels is cancelled"));
 }
 
 // The plug-in saves what is not saved, and does not export what can't be saved. What was saved stays in
 // front.
-void ExportChecks::ExportUnsaved(const hopbox_plugin_table& plugIn)
+void ExportChecks::ExportUnsaved()
 {
     if (mAdaptor.open_unsaved == nullptr)
         return;
@@ -168,10 +177,10 @@ void ExportChecks::ExportUnsaved(const hopbox_plugin_table& plugIn)
     const QString ending = FrontDocument::GetEnding(mHost);
     const TextSink reason;
     FrontDocument::OpenUnsaved(mAdaptor, root + QStringLiteral("/Check.joboptions"), ending);
-    mReport.Expect(plugIn.export_to(HOPBOX_ACTION_DOCUMENT, hopbox, nullptr, 0, reason) == HOPBOX_FAILED &&
+    mReport.Expect(mPlugIn.export_to(HOPBOX_ACTION_DOCUMENT, hopbox, nullptr, 0, reason) == HOPBOX_FAILED &&
                        !GetReason(reason).isEmpty(),
                    "save_document", QStringLiteral("an export of what can't be saved fails"));
     const QString path = FrontDocument::OpenUnsaved(mAdaptor, root, ending);
-    Export(plugIn, HOPBOX_ACTION_DOCUMENT, false);
+    Export(HOPBOX_ACTION_DOCUMENT, false);
     mReport.Expect(QFile::exists(path), "save_document", QStringLiteral("an export saves what is not saved"));
 }

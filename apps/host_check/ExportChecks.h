@@ -14,9 +14,12 @@ class WatchedHost;
 class ExportChecks
 {
 public:
-    // The plug-in is the module's; `receiver` is the file of the receiving process.
-    ExportChecks(hopbox_entry_function entry, const hopbox_adaptor& adaptor, const WatchedHost& host,
+    // The plug-in has all functions that CanExport asks for; `receiver` is the file of the receiving process.
+    ExportChecks(const hopbox_plugin_table& plugIn, const hopbox_adaptor& adaptor, const WatchedHost& host,
                  const QString& receiver, CheckReport& report);
+
+    // Whether the table of a plug-in holds what exports need.
+    static bool CanExport(const hopbox_plugin_table& plugIn);
 
     // Makes the Hopbox; false with a line on standard error when that can't be done.
     static bool MakeHopbox(const QString& jobOptions);
@@ -26,17 +29,17 @@ public:
     void RunOnce() { Run(&ExportChecks::ExportOnce); }
 
 private:
-    void Run(void (ExportChecks::*exports)(const hopbox_plugin_table& plugIn));
-    void ExportAll(const hopbox_plugin_table& plugIn);
-    void ExportOnce(const hopbox_plugin_table& plugIn);
-    void Export(const hopbox_plugin_table& plugIn, hopbox_action action, bool hasPackage);
-    void ExportNothing(const hopbox_plugin_table& plugIn);
-    void ExportCancelled(const hopbox_plugin_table& plugIn);
-    void ExportUnsaved(const hopbox_plugin_table& plugIn);
+    void Run(void (ExportChecks::*exports)());
+    void ExportAll();
+    void ExportOnce();
+    void Export(hopbox_action action, bool hasPackage);
+    void ExportNothing();
+    void ExportCancelled();
+    void ExportUnsaved();
     bool StartReceiver(QProcess& process);
     bool IsReceived(QProcess& process, bool isFolder);
 
-    hopbox_entry_function mEntry;
+    const hopbox_plugin_table& mPlugIn;
     const hopbox_adaptor& mAdaptor;
     const WatchedHost& mHost;
     const QString mReceiver;

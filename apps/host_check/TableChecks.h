@@ -22,7 +22,6 @@ public:
     // With the sample open.
     void CheckDocument();
     void CheckBook();
-    void CheckApplication();
 
     // A document that is not saved comes to the front, and stays there.
     void CheckSaving();
@@ -34,6 +33,7 @@ public:
     void CheckHandles();
 
 private:
+    void ExpectNothingOpen();
     void CheckPages(uint64_t document);
     void CheckRanges(uint64_t document);
     void ExpectOneText(const char* operation, int32_t result, const TextTaker& taker, bool isPath);

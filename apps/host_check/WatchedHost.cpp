@@ -69,6 +69,15 @@ void WatchedHost::Release(hopbox_handle handle) const
         mTable.release(mHost, handle);
 }
 
+bool WatchedHost::Makes(int32_t kind) const
+{
+    hopbox_handle command = 0;
+    const int32_t result = Call(&Table::create_command, kind, &command);
+    if (result == HOPBOX_OK && command != 0)
+        Release(command);
+    return result != HOPBOX_UNSUPPORTED;
+}
+
 const Table& WatchedHost::GetOriginal()
 {
     return watched->mOriginal;

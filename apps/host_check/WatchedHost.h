@@ -28,6 +28,9 @@ public:
 
     void Release(hopbox_handle handle) const;
 
+    // Whether the host has commands of a kind.
+    bool Makes(int32_t kind) const;
+
     // The operations that gave no handle with HOPBOX_OK, or one without it.
     const QSet<QString>& GetFaulty() const { return mFaulty; }
 

@@ -1,3 +1,4 @@
+#include "apps/host_check/ApplicationChecks.h"
 #include "apps/host_check/CheckReport.h"
 #include "apps/host_check/CommandChecks.h"
 #include "apps/host_check/ExportChecks.h"
@@ -65,7 +66,17 @@ bool Take(const hopbox_adaptor* source, hopbox_adaptor& adaptor)
     return isUsable;
 }
 
-int Check(const hopbox_adaptor& adaptor, hopbox_entry_function plugIn, const QString& receiver,
+// The same for the plug-in, of which an earlier form may lack what is called here.
+bool Take(const hopbox_plugin_table* source, hopbox_plugin_table& plugIn)
+{
+    const bool isUsable = Boundary::Copy(source, plugIn) && ExportChecks::CanExport(plugIn);
+    if (!isUsable)
+        CliConsole::PrintError(
+            QStringLiteral("The plug-in is of another version, or of a form that can't export by itself."));
+    return isUsable;
+}
+
+int Check(const hopbox_adaptor& adaptor, const hopbox_plugin_table& plugIn, const QString& receiver,
           const QString& folder)
 {
     const QString jobOptions = folder + QStringLiteral("/Check.joboptions");
@@ -86,7 +97,7 @@ int Check(const hopbox_adaptor& adaptor, hopbox_entry_function plugIn, const QSt
                       QStringLiteral("the sample opens"));
         table.CheckDocument();
         table.CheckBook();
-        table.CheckApplication();
+        ApplicationChecks(adaptor, host, report).Run();
         CommandChecks(adaptor, host, folder, report).Run();
         table.CheckSaving();
         // Exports of what is wrong already tell nothing more. What was unloaded can be loaded again.
@@ -113,11 +124,12 @@ int Run(const CliCall& call, const QString& folder)
     QLibrary library(QDir::current().absoluteFilePath(call.GetArgument(0)));
     QLibrary module(find("module", HOPBOX_MODULE_PLACE));
     const auto getAdaptor = Find<hopbox_adaptor_function>(library, HOPBOX_ADAPTOR_ENTRY_NAME);
-    const auto plugIn = getAdaptor ? Find<hopbox_entry_function>(module, HOPBOX_ENTRY_NAME) : nullptr;
-    if (plugIn == nullptr)
+    const auto getPlugIn = getAdaptor ? Find<hopbox_entry_function>(module, HOPBOX_ENTRY_NAME) : nullptr;
+    if (getPlugIn == nullptr)
         return cExitWrongCall;
     hopbox_adaptor adaptor;
-    if (!Take(getAdaptor(HOPBOX_VERSION), adaptor) || plugIn(HOPBOX_VERSION) == nullptr)
+    hopbox_plugin_table plugIn;
+    if (!Take(getAdaptor(HOPBOX_VERSION), adaptor) || !Take(getPlugIn(HOPBOX_VERSION), plugIn))
         return cExitWrongCall;
     if (!QFile::exists(receiver)) {
         CliConsole::PrintError(QStringLiteral("There is no file \"%1\".").arg(receiver));

@@ -114,12 +114,14 @@ HostPtr<IActionManager> QueryActions(const HostTable& table)
     return application ? application->QueryActionManager() : HostPtr<IActionManager>();
 }
 
-// A host without menus knows all actions: none is added then.
+// A host without menus makes its entries itself.
 int32_t IsActionKnown(void* host, int32_t action, int32_t* isKnown)
 {
     return Guard(host, [&](HostTable& table) {
         const auto actions = QueryActions(table);
-        Out(isKnown) = !actions || !actions->QueryMenuManager() || actions->IsActionKnown(action);
+        if (!actions || !actions->QueryMenuManager())
+            return HOPBOX_UNSUPPORTED;
+        Out(isKnown) = actions->IsActionKnown(action);
         return HOPBOX_OK;
     });
 }

@@ -40,6 +40,9 @@ typedef struct hopbox_adaptor
     /* Brings a document to the front that has changed since it was saved, or has no file yet. Its
      * save_document writes to this path, as if the user had chosen it. */
     int32_t (*open_unsaved)(void* host, const hopbox_text* path);
+
+    /* Has the user press a button of the next show_alert; buttons are counted from 1. */
+    int32_t (*answer_alert)(void* host, int32_t button);
 } hopbox_adaptor;
 
 #define HOPBOX_ADAPTOR_ENTRY_NAME "hopbox_adaptor_entry"

@@ -9,6 +9,7 @@
 #include <QFileInfo>
 
 #include <thread>
+#include <utility>
 
 // The fake host as a library for hopbox-host-check. What FAKE_ADAPTOR_LIE names is wrong with its table.
 
@@ -37,6 +38,7 @@ State& GetState()
 
 bool hasFront = false;
 bool leavesOpen = false;
+bool leavesBooksOpen = false;
 
 int32_t OpenSample(void*, const hopbox_text* folder)
 {
@@ -59,7 +61,8 @@ int32_t CloseAll(void*)
 {
     for (FakeDocument& document : GetState().services.documents)
         document.isOpen = leavesOpen;
-    GetState().services.books.clear();
+    if (!leavesBooksOpen)
+        GetState().services.books.clear();
     hasFront = leavesOpen;
     return HOPBOX_OK;
 }
@@ -105,6 +108,51 @@ int32_t OpenUnsaved(void*, const hopbox_text* path)
     documents.front().path = Read(*path);
     documents.front().isSaved = false;
     return HOPBOX_OK;
+}
+
+int32_t nextButton = 1;
+
+int32_t AnswerAlert(void*, int32_t button)
+{
+    nextButton = button;
+    return HOPBOX_OK;
+}
+
+int32_t ShowAlert(void* host, const hopbox_text* text, const hopbox_text buttons[3], int32_t first,
+                  int32_t last, int32_t* pressed)
+{
+    const int32_t result = HostTable::GetTable().show_alert(host, text, buttons, first, last, pressed);
+    *pressed = std::exchange(nextButton, 1);
+    return result;
+}
+
+// The kinds of the commands, for lies about one of them.
+std::map<Handle, int32_t>& GetKinds()
+{
+    static auto* const kinds = new std::map<Handle, int32_t>;
+    return *kinds;
+}
+
+int32_t CreateCommand(void* host, int32_t kind, Handle* command)
+{
+    const int32_t result = HostTable::GetTable().create_command(host, kind, command);
+    if (result == HOPBOX_OK)
+        GetKinds()[*command] = kind;
+    return result;
+}
+
+// A run of a command of one kind that does nothing and gives the result.
+template <int32_t kind, int32_t lie>
+int32_t RunNothing(void* host, Handle command)
+{
+    return GetKinds()[command] == kind ? lie : RunCommand(host, command);
+}
+
+// An operation that fails, or says that it has done what it has not.
+template <int32_t result, class... Parameters>
+int32_t Give(void*, Parameters...)
+{
+    return result;
 }
 
 int32_t SaveDocument(void* host, Handle document)
@@ -154,17 +202,133 @@ const std::map<QByteArray, void (*)(Table&)> cLies = {
                  host, kind == 99 ? int32_t(HOPBOX_EXPORT_DOCUMENT) : kind, command);
          };
      }},
-    {"any job options",
+    {"any job options", [](Table& table) { table.read_job_options = Give<HOPBOX_OK>; }},
+    {"any setting", [](Table& table) { table.set_switch = Give<HOPBOX_OK>; }},
+    {"any length", [](Table& table) { table.set_length = Give<HOPBOX_OK>; }},
+    {"any package setting", [](Table& table) { table.set_package_setting = Give<HOPBOX_OK>; }},
+    {"no PDF", [](Table& table) { table.run_command = Give<HOPBOX_OK>; }},
+    {"no PDF of a book", [](Table& table) { table.run_command = RunNothing<HOPBOX_EXPORT_BOOK, HOPBOX_OK>; }},
+    {"no package of a book",
+     [](Table& table) { table.run_command = RunNothing<HOPBOX_PACKAGE_BOOK, HOPBOX_OK>; }},
+    {"no preferences of a book",
+     [](Table& table) { table.run_command = RunNothing<HOPBOX_PDF_PREFERENCES, HOPBOX_FAILED>; }},
+    {"no Cancel of a book",
      [](Table& table) {
-         table.read_job_options = [](void*, Handle, const hopbox_text*) -> int32_t { return HOPBOX_OK; };
+         table.run_command = [](void* host, Handle command) -> int32_t {
+             const int32_t result = RunCommand(host, command);
+             return result == HOPBOX_CANCELLED && GetKinds()[command] == HOPBOX_EXPORT_BOOK
+                        ? int32_t(HOPBOX_OK)
+                        : result;
+         };
      }},
-    {"any setting",
+    {"a rest beside what was made",
      [](Table& table) {
-         table.set_switch = [](void*, Handle, int32_t, int32_t) -> int32_t { return HOPBOX_OK; };
+         table.run_command = [](void* host, Handle command) -> int32_t {
+             GetState().services.onMade = [](const QString& path) {
+                 WriteFile(QFileInfo(path).path() + "/rest"_q, "rest");
+             };
+             return RunCommand(host, command);
+         };
      }},
-    {"no PDF", [](Table& table) { table.run_command = [](void*, Handle) -> int32_t { return HOPBOX_OK; }; }},
-    {"no report",
-     [](Table& table) { table.write_report = [](void*, Handle) -> int32_t { return HOPBOX_OK; }; }},
+    {"a document that is written to",
+     [](Table& table) {
+         table.run_command = [](void* host, Handle command) -> int32_t {
+             const QString path = GetState().services.documents.front().path;
+             WriteFile(path, ReadFile(path) + "more");
+             return RunCommand(host, command);
+         };
+     }},
+    {"no report", [](Table& table) { table.write_report = Give<HOPBOX_OK>; }},
+    {"no document for a package", [](Table& table) { table.set_document = Give<HOPBOX_FAILED>; }},
+    {"no book for a command", [](Table& table) { table.set_book = Give<HOPBOX_FAILED>; }},
+    {"no output", [](Table& table) { table.set_output = Give<HOPBOX_FAILED>; }},
+    {"no pages", [](Table& table) { table.set_pages = Give<HOPBOX_FAILED>; }},
+    {"no name", [](Table& table) { table.set_name = Give<HOPBOX_FAILED>; }},
+    {"no spreads", [](Table& table) { table.set_spreads = Give<HOPBOX_FAILED>; }},
+    {"spreads that are forgotten", [](Table& table) { table.set_spreads = Give<HOPBOX_OK>; }},
+    {"no action", [](Table& table) { table.add_action = Give<HOPBOX_FAILED>; }},
+    {"an action that is forgotten", [](Table& table) { table.add_action = Give<HOPBOX_OK>; }},
+    {"no menu", [](Table& table) { table.add_menu_item = Give<HOPBOX_FAILED>; }},
+    {"any action",
+     [](Table& table) {
+         table.is_action_known = [](void*, int32_t, int32_t* isKnown) -> int32_t {
+             *isKnown = 1;
+             return HOPBOX_OK;
+         };
+     }},
+    {"one button",
+     [](Table& table) {
+         table.show_alert = [](void*, const hopbox_text*, const hopbox_text*, int32_t, int32_t,
+                               int32_t* pressed) -> int32_t {
+             *pressed = 1;
+             return HOPBOX_OK;
+         };
+     }},
+    {"fonts that are no UTF-8",
+     [](Table& table) {
+         table.get_missing_fonts = [](void*, Handle, const hopbox_sink* sink) -> int32_t {
+             sink->put(sink->context, "\xFF", 1);
+             return HOPBOX_OK;
+         };
+     }},
+    {"no page",
+     [](Table& table) {
+         table.get_page_count = [](void*, Handle, int32_t* count) -> int32_t {
+             *count = 0;
+             return HOPBOX_OK;
+         };
+     }},
+    {"a document of nothing",
+     [](Table& table) {
+         table.get_front_document = [](void*, Handle* document) -> int32_t {
+             *document = 4711;
+             return HOPBOX_OK;
+         };
+     }},
+    {"any document that is open",
+     [](Table& table) {
+         table.find_open_document = [](void* host, const hopbox_text*, Handle* document) -> int32_t {
+             return GetFrontDocument(host, document);
+         };
+     }},
+    {"any document that opens",
+     [](Table& table) {
+         table.open_document = [](void* host, const hopbox_text* path, Handle* document) -> int32_t {
+             return QFileInfo::exists(Read(*path)) ? HostTable::GetTable().open_document(host, path, document)
+                                                   : GetFrontDocument(host, document);
+         };
+     }},
+    {"a document that is unsaved for ever", [](Table& table) { table.save_document = Give<HOPBOX_FAILED>; }},
+    {"a book without a file",
+     [](Table& table) {
+         table.get_book_file = [](void*, Handle, const hopbox_sink* sink) -> int32_t {
+             sink->put(sink->context, "Sample", 6);
+             return HOPBOX_OK;
+         };
+     }},
+    {"a book's name that is no UTF-8",
+     [](Table& table) {
+         table.get_book_name = [](void*, Handle, const hopbox_sink* sink) -> int32_t {
+             sink->put(sink->context, "\xFF", 1);
+             return HOPBOX_OK;
+         };
+     }},
+    {"any document of a book",
+     [](Table& table) {
+         table.get_book_document_file = [](void* host, Handle book, int32_t,
+                                           const hopbox_sink* sink) -> int32_t {
+             return HostTable::GetTable().get_book_document_file(host, book, 0, sink);
+         };
+     }},
+    {"an empty book",
+     [](Table& table) {
+         table.get_book_document_count = [](void*, Handle, int32_t* count) -> int32_t {
+             *count = 0;
+             return HOPBOX_OK;
+         };
+     }},
+    {"a book that is not saved", [](Table& table) { table.save_book = Give<HOPBOX_FAILED>; }},
+    {"books left open", [](Table&) { leavesBooksOpen = true; }},
     {"no token",
      [](Table& table) {
          table.begin_modal = [](void*, uint64_t* token) -> int32_t {
@@ -240,8 +404,7 @@ const std::map<QByteArray, void (*)(Table&)> cLies = {
              return QFileInfo::exists(Read(*path)) ? HOPBOX_OK : HOPBOX_FAILED;
          };
      }},
-    {"documents that stay open",
-     [](Table& table) { table.close_document = [](void*, Handle) -> int32_t { return HOPBOX_OK; }; }},
+    {"documents that stay open", [](Table& table) { table.close_document = Give<HOPBOX_OK>; }},
     {"no Cancel",
      [](Table& table) {
          table.run_command = [](void* host, Handle command) -> int32_t {
@@ -264,8 +427,7 @@ const std::map<QByteArray, void (*)(Table&)> cLies = {
              return HOPBOX_OK;
          };
      }},
-    {"any save",
-     [](Table& table) { table.save_document = [](void*, Handle) -> int32_t { return HOPBOX_OK; }; }},
+    {"any save", [](Table& table) { table.save_document = Give<HOPBOX_OK>; }},
     {"always saved",
      [](Table& table) {
          table.is_document_saved = [](void*, Handle, int32_t* isSaved) -> int32_t {
@@ -283,9 +445,11 @@ const std::map<QByteArray, void (*)(Table&)> cLies = {
 
 extern "C" Q_DECL_EXPORT const hopbox_adaptor* hopbox_adaptor_entry(uint32_t)
 {
-    static const hopbox_adaptor adaptor = {sizeof adaptor,   HOPBOX_VERSION, &GetState().table,
-                                           &GetState().host, OpenSample,     CloseAll,
-                                           CountHandles,     CancelNext,     OpenUnsaved};
+    static const hopbox_adaptor adaptor = {
+        sizeof adaptor, HOPBOX_VERSION, &GetState().table, &GetState().host, OpenSample,
+        CloseAll,       CountHandles,   CancelNext,        OpenUnsaved,      AnswerAlert};
+    GetState().table.show_alert = ShowAlert;
+    GetState().table.create_command = CreateCommand;
     GetState().table.get_front_document = GetFrontDocument;
     GetState().table.run_command = RunCommand;
     GetState().table.save_document = SaveDocument;

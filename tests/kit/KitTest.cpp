@@ -152,7 +152,7 @@ TEST(HostCheck, FindsTheFaultOfAnAdaptor)
                  {"no unit", "get_unit"_q},
                  {"books without documents", "get_book_document_file"_q},
                  {"no export", "run_command"_q},
-                 {"documents left open", "close_all"_q},
+                 {"documents left open", "get_front_document"_q},
                  {"a text of another thread", "get_document_name"_q},
                  {"pages of another thread", "get_pages_of_range"_q},
                  {"handles that are kept", "release"_q},
@@ -166,7 +166,39 @@ TEST(HostCheck, FindsTheFaultOfAnAdaptor)
                  {"any report", "write_report"_q},
                  {"any save", "save_document"_q},
                  {"always saved", "is_document_saved"_q},
-                 {"a book that stays modified", "is_book_modified"_q}};
+                 {"a book that stays modified", "is_book_modified"_q},
+                 {"any length", "set_length"_q},
+                 {"any package setting", "set_package_setting"_q},
+                 {"no PDF of a book", "run_command"_q},
+                 {"no package of a book", "run_command"_q},
+                 {"no preferences of a book", "run_command"_q},
+                 {"no Cancel of a book", "run_command"_q},
+                 {"a rest beside what was made", "run_command"_q},
+                 {"a document that is written to", "run_command"_q},
+                 {"no document for a package", "set_document"_q},
+                 {"no book for a command", "set_book"_q},
+                 {"no output", "set_output"_q},
+                 {"no pages", "set_pages"_q},
+                 {"no name", "set_name"_q},
+                 {"no spreads", "set_spreads"_q},
+                 {"spreads that are forgotten", "get_spreads"_q},
+                 {"no action", "add_action"_q},
+                 {"an action that is forgotten", "is_action_known"_q},
+                 {"any action", "is_action_known"_q},
+                 {"no menu", "add_menu_item"_q},
+                 {"one button", "show_alert"_q},
+                 {"fonts that are no UTF-8", "get_missing_fonts"_q},
+                 {"no page", "get_page_count"_q},
+                 {"a document of nothing", "get_front_document"_q},
+                 {"any document that is open", "find_open_document"_q},
+                 {"any document that opens", "open_document"_q},
+                 {"a document that is unsaved for ever", "save_document"_q},
+                 {"a book without a file", "get_book_file"_q},
+                 {"a book's name that is no UTF-8", "get_book_name"_q},
+                 {"any document of a book", "get_book_document_file"_q},
+                 {"an empty book", "get_book_document_count"_q},
+                 {"a book that is not saved", "save_book"_q},
+                 {"books left open", "get_active_book"_q}};
     for (const auto& entry : cases) {
         const ProgramRun run(cCheck, {QStringLiteral(FAKE_ADAPTOR)}, entry.lie);
         EXPECT_EQ(run.status, 1) << entry.lie;
@@ -184,6 +216,8 @@ TEST(HostCheck, SaysWhatItCantUse)
     } cases[] = {{{}, "LIBRARY"_q},
                  {{"none.so"_q}, "none.so"_q},
                  {{QStringLiteral(FAKE_ADAPTOR), "--module"_q, "none"_q}, "none"_q},
+                 {{QStringLiteral(FAKE_ADAPTOR), "--module"_q, QStringLiteral(SHORT_MODULE)},
+                  "can't export by itself"_q},
                  {{QStringLiteral(FAKE_ADAPTOR), "--receiver"_q, "none"_q}, "none"_q}};
     for (const auto& entry : cases) {
         const ProgramRun run(cCheck, entry.arguments);

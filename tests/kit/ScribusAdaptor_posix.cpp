@@ -20,15 +20,16 @@ public:
     void BeginStep(const QString&) override {}
     bool IsCancelled() override { return cancelsNext; }
     void EndCommand() override { cancelsNext = false; }
-    int32_t ShowAlert(const QString&, const QString&, const QString&, const QString&, int32_t button,
+    int32_t ShowAlert(const QString&, const QString&, const QString&, const QString&, int32_t,
                       int32_t) override
     {
-        return button;
+        return nextButton;
     }
     Decision AskToGoOn(const QString&, const QStringList&) override { return Decision::GoOn; }
     QString AskForSavePath(const QString&) override { return savePath; }
 
     bool cancelsNext = false;
+    int32_t nextButton = 1;
     QString savePath;
 };
 
@@ -86,6 +87,12 @@ int32_t CancelNext(void*)
     return HOPBOX_OK;
 }
 
+int32_t AnswerAlert(void*, int32_t button)
+{
+    GetState().user.nextButton = button;
+    return HOPBOX_OK;
+}
+
 int32_t OpenUnsaved(void*, const hopbox_text* path)
 {
     GetState().user.savePath = Read(*path);
@@ -97,6 +104,7 @@ extern "C" Q_DECL_EXPORT const hopbox_adaptor* hopbox_adaptor_entry(uint32_t)
 {
     static const hopbox_adaptor adaptor = {sizeof adaptor,   HOPBOX_VERSION, &HostTable::GetTable(),
                                            &GetState().host, OpenSample,     CloseAll,
-                                           CountHandles,     CancelNext,     OpenUnsaved};
+                                           CountHandles,     CancelNext,     OpenUnsaved,
+                                           AnswerAlert};
     return &adaptor;
 }

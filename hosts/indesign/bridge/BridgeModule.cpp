@@ -1,8 +1,12 @@
 #include "hosts/indesign/bridge/BridgeModule.h"
 
+#include "plugin/boundary/BoundaryText.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+
+using Table = hopbox_plugin_table;
 
 namespace
 {
@@ -16,8 +20,8 @@ BridgeModule::~BridgeModule()
 {
     if (!mIsLoaded)
         return;
-    mTable->shutdown();
-    mTable->unload();
+    Call(&Table::shutdown);
+    Call(&Table::unload);
 }
 
 QString BridgeModule::FindFile()
@@ -42,19 +46,15 @@ bool BridgeModule::Load(const QString& file, const hopbox_host_table& table, voi
     mLibrary.setFileName(file);
     mLibrary.setLoadHints(QLibrary::PreventUnloadHint);
     const auto entry = reinterpret_cast<hopbox_entry_function>(mLibrary.resolve(HOPBOX_ENTRY_NAME));
-    mTable = entry == nullptr ? nullptr : entry(HOPBOX_VERSION);
-    if (mTable == nullptr) {
+    if (entry == nullptr || !Boundary::Copy(entry(HOPBOX_VERSION), mTable)) {
         error = mLibrary.isLoaded() ? QStringLiteral("it is of another version") : mLibrary.errorString();
         return false;
     }
     const hopbox_sink sink{&error, KeepText};
-    if (mTable->load(&table, host, &sink) != HOPBOX_OK)
+    if (Call(&Table::load, &table, host, &sink) != HOPBOX_OK)
         return false;
-    mIsLoaded = mTable->open_actions(&sink) == HOPBOX_OK;
-    if (mIsLoaded)
-        mTable->startup();
-    else
-        mTable->unload();
+    mIsLoaded = Call(&Table::open_actions, &sink) == HOPBOX_OK;
+    Call(mIsLoaded ? &Table::startup : &Table::unload);
     return mIsLoaded;
 }
 
@@ -63,7 +63,8 @@ QJsonObject BridgeModule::GetState(int32_t action) const
     int32_t isOn = 0;
     QString name;
     const hopbox_sink nameSink{&name, KeepText};
-    if (mTable->get_action_state(action, &isOn, &nameSink, nullptr) != HOPBOX_OK)
+    const hopbox_sink* const noSink = nullptr;
+    if (Call(&Table::get_action_state, action, &isOn, &nameSink, noSink) != HOPBOX_OK)
         return {};
     return {{QStringLiteral("enabled"), isOn != 0}, {QStringLiteral("name"), name}};
 }

@@ -30,10 +30,17 @@ public:
     QJsonObject GetState(int32_t action) const;
 
     // Returns when the action's windows are closed.
-    void Do(int32_t action) const { mTable->do_action(action); }
+    void Do(int32_t action) const { Call(&hopbox_plugin_table::do_action, action); }
 
 private:
+    // A module of an earlier form may lack a function.
+    template <class... Parameters, class... Arguments>
+    int32_t Call(int32_t (*hopbox_plugin_table::*operation)(Parameters...), Arguments... arguments) const
+    {
+        return mTable.*operation == nullptr ? int32_t(HOPBOX_UNSUPPORTED) : (mTable.*operation)(arguments...);
+    }
+
     QLibrary mLibrary;
-    const hopbox_plugin_table* mTable = nullptr;
+    hopbox_plugin_table mTable = {};
     bool mIsLoaded = false;
 };

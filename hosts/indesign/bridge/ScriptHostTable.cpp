@@ -94,9 +94,9 @@ struct HostFunctions
 
     static void EndModal(void* host, uint64_t /*token*/) { Get(host).mWindow.SetResting(false); }
 
-    static int32_t IsActionKnown(void* /*host*/, int32_t /*action*/, int32_t* isKnown)
+    static int32_t IsActionKnown(void* host, int32_t action, int32_t* isKnown)
     {
-        *isKnown = 0;
+        *isKnown = Get(host).mActions.contains(action) ? 1 : 0;
         return HOPBOX_OK;
     }
 

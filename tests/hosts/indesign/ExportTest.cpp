@@ -175,3 +175,18 @@ TEST(IndesignExport, EntriesAreOffWithoutADocumentOrBook)
     application.Do("book", {{"path"_q, workplace.MakeBook("All.indb"_q, {file})}});
     EXPECT_EQ(look("book").value("enabled"_q), true);
 }
+
+// A module of an earlier form has no function for it.
+TEST(IndesignExport, ChoiceThatTheModuleDoesNotKnowDoesNothing)
+{
+    qputenv("TEST_MODULE", SHORT_MODULE);
+    Workplace workplace;
+    SimulatedApplication application(workplace);
+    application.Do("open", {{"path"_q, workplace.MakeDocument("Doc.indd"_q, {"1"_q})}});
+    application.WaitForRest();
+    const QJsonObject helper = workplace.ReadPlace();
+    EXPECT_EQ(Find(application.Choose(), "state").value("state"_q).toObject().value("enabled"_q), true);
+    EXPECT_EQ(workplace.ReadPlace(), helper) << "it is another one";
+    EXPECT_EQ(workplace.TakeWindows(), QStringList());
+    qunsetenv("TEST_MODULE");
+}
