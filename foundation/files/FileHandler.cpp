@@ -170,13 +170,14 @@ bool FileHandler::hasDiskInDrive(const QString& path)
 
 bool FileHandler::setRWPermissions(const QString& path)
 {
-    return setOwnerRights(ConvertPath(path),
-                          QStringLiteral("Failed to set permissions for the file or folder: "));
+    return setOwnerRights(ConvertPath(path), "Failed to set permissions for the file or folder: ");
 }
 
-bool FileHandler::setOwnerRights(const QString& path, const QString& message)
+bool FileHandler::setOwnerRights(const QString& path, const char* message)
 {
-    const FileSystem::ItemKind kind = FileSystem::getItemKind(path);
+    const QString operation = QStringLiteral("FileHandler::setRWPermissions");
+    FileSystem::Error error;
+    const FileSystem::ItemKind kind = FileSystem::getItemKind(path, &error);
     if (kind == FileSystem::ItemKind::Link)
         return true;
     const bool isFolder = kind == FileSystem::ItemKind::Folder;
@@ -184,13 +185,18 @@ bool FileHandler::setOwnerRights(const QString& path, const QString& message)
         QFile::permissions(path) | QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
     if (isFolder)
         rights |= QFile::ExeOwner | QFile::ExeUser;
-    bool isDone = QFile::setPermissions(path, rights);
-    if (!isDone)
-        LogError(QStringLiteral("FileHandler::setRWPermissions"), message + path);
+    if (!error && !QFile::setPermissions(path, rights))
+        error = GetLastSystemError();
+    if (error)
+        LogFailure(operation, message, path, error);
+    bool isDone = !error;
     if (isFolder) {
-        for (const QString& name : listEntries(path))
-            isDone &= setOwnerRights(QDir(path).filePath(name),
-                                     QStringLiteral("Failed to set permissions for the file: "));
+        const QStringList names = listEntries(path, &error);
+        if (error)
+            LogFailure(operation, "Can't read folder: ", path, error);
+        isDone &= !error;
+        for (const QString& name : names)
+            isDone &= setOwnerRights(QDir(path).filePath(name), "Failed to set permissions for the file: ");
     }
     return isDone;
 }
@@ -212,10 +218,10 @@ bool FileHandler::getExtensionFromLink(const QString& link, QString* extension)
 bool FileHandler::saveXmlNodeKeepingAttributesOrder(const QDomNode& node, const QString& path)
 {
     const QString file = ConvertPath(path);
-    if (XmlNodeWriter(file).write(node))
-        return true;
-    LogError(QStringLiteral("FileHandler::saveXmlNodeKeepingAttributesOrder"),
-             QLatin1String("Can't create destination file: ") + file);
-    return false;
+    const GResult written = XmlNodeWriter(file).write(node);
+    if (!written.HasSucceeded())
+        LogError(QStringLiteral("FileHandler::saveXmlNodeKeepingAttributesOrder"),
+                 QStringLiteral("Can't create destination file: %1 (%2)").arg(file, written.GetReason()));
+    return written.HasSucceeded();
 }
 }  // namespace Morvane

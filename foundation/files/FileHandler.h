@@ -174,7 +174,8 @@ public:
     virtual bool checkAccess(const QString& path, QIODevice::OpenMode mode = QIODevice::ReadWrite);
 
     // Counts in a folder: its own entries of every kind; files and links at any depth; files and links
-    // directly in it. The companions count like any file. False when there is no such folder; the count is 0.
+    // directly in it. The companions count like any file. False when there is no such folder, or it or one in
+    // it can't be read; the count is 0, a list or a path below empty.
     virtual bool countFolderItems(const QString& folder, qint64* count);
     virtual bool getFileCount(const QString& folder, qint64* count);
     virtual bool getTopLevelFileCount(const QString& folder, qint64* count);
@@ -190,9 +191,10 @@ public:
     // Bytes that the user may still write to the volume of the path, which need not be there yet.
     virtual bool getFreeSpace(const QString& path, qint64* bytes);
 
-    // Look for a file by name below a folder; false, without a log line, when there is none. findFile takes
-    // the one nearest to the top, findFileDepthFirst goes down each sub-folder before it looks at the files
-    // beside it; among equals the first in the order of names. Names are compared as the file system does.
+    // Look for a file by name below a folder; false, without a log line, when there is none, and with one
+    // when a folder that could hold it can't be read. findFile takes the one nearest to the top,
+    // findFileDepthFirst goes down each sub-folder before it looks at the files beside it; among equals the
+    // first in the order of names. Names are compared as the file system does.
     virtual bool findFile(const QString& folder, const QString& name, QString* found);
     virtual bool findFileDepthFirst(const QString& folder, const QString& name, QString* found);
 
@@ -291,10 +293,13 @@ private:
     bool copyThroughHiddenFile(const QString& source, const QString& destination);
     bool copyContent(const QString& source, const QString& destination, QString* reason);
     bool copyCompanion(const QString& source, const QString& destination);
-    bool setOwnerRights(const QString& path, const QString& message);
+    bool setOwnerRights(const QString& path, const char* message);
 
     bool checkFolder(const QString& folder, const QString& operation);
     bool checkItem(const QString& item, const QString& operation, qint64* count);
+    template <typename Answer>
+    bool checkListing(const QString& folder, const QString& operation, const boost::system::error_code& error,
+                      Answer* answer);
     QString getHiddenPath(const QString& path);
     QString getTemporaryFolder() const;
 

@@ -8,38 +8,36 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <algorithm>
-
 namespace Morvane
 {
 using FileSystem::ItemKind;
 
 namespace
 {
-bool isFolder(const QString& path)
+// Adds the size of the item itself: a link has none.
+FileSystem::Error addOwnSize(const QString& path, qint64* bytes)
 {
-    return FileSystem::getItemKind(path) == ItemKind::Folder;
-}
-
-// The size of the item itself: a link has none.
-qint64 getOwnSize(const QString& path)
-{
-    return FileSystem::getItemKind(path) == ItemKind::File ? QFileInfo(path).size() : 0;
+    FileSystem::Error error;
+    qint64 size = 0;
+    if (FileSystem::getItemKind(path, &error) == ItemKind::File)
+        error = FileSystem::getFileSize(path, &size);
+    *bytes += size;
+    return error;
 }
 
 // Adds up the wanted files in a folder, or, where the item is none, the size of the one file.
-bool sumBytes(const QString& item, const QString& file, const std::function<bool(const QString&)>& isWanted,
-              qint64* bytes)
+FileSystem::Error sumBytes(const QString& item, const QString& file,
+                           const std::function<bool(const QString&)>& isWanted, qint64* bytes)
 {
-    if (!isFolder(item)) {
-        *bytes = getOwnSize(file);
-        return true;
-    }
-    visitFiles(item, [&](const QString& path) {
-        if (isWanted(path))
-            *bytes += getOwnSize(path);
+    FileSystem::Error error;
+    const bool isInFolder = FileSystem::getItemKind(item, &error) == ItemKind::Folder;
+    if (error || !isInFolder)
+        return error ? error : addOwnSize(file, bytes);
+    const FileSystem::Error visited = visitFiles(item, [&](const QString& path) {
+        if (isWanted(path) && !error)
+            error = addOwnSize(path, bytes);
     });
-    return true;
+    return error ? error : visited;
 }
 
 enum class Order
@@ -48,14 +46,15 @@ enum class Order
     FoldersFirst
 };
 
-// The first file below the folder whose name is wanted; empty when there is none.
-QString searchFile(const QString& folder, Order order, const std::function<bool(const QString&)>& isWanted)
+// The first file below the folder whose name is wanted; empty when there is none, and after an error.
+QString searchFile(const QString& folder, Order order, const std::function<bool(const QString&)>& isWanted,
+                   FileSystem::Error* error)
 {
-    const QStringList names = listSortedEntries(folder);
+    const QStringList names = listSortedEntries(folder, error);
     const auto searchOwnFiles = [&]() -> QString {
         for (const QString& name : names) {
             const QString path = QDir(folder).filePath(name);
-            if (isWanted(path) && !isFolder(path))
+            if (isWanted(path) && FileSystem::getItemKind(path, error) != ItemKind::Folder)
                 return path;
         }
         return {};
@@ -63,9 +62,11 @@ QString searchFile(const QString& folder, Order order, const std::function<bool(
     QString found = order == Order::FilesFirst ? searchOwnFiles() : QString();
     for (const QString& name : names) {
         const QString path = QDir(folder).filePath(name);
-        if (found.isEmpty() && isFolder(path))
-            found = searchFile(path, order, isWanted);
+        if (found.isEmpty() && !*error && FileSystem::getItemKind(path, error) == ItemKind::Folder)
+            found = searchFile(path, order, isWanted, error);
     }
+    if (*error)
+        return {};
     return found.isEmpty() && order == Order::FoldersFirst ? searchOwnFiles() : found;
 }
 
@@ -83,6 +84,18 @@ bool matchesFile(const QString& path, const QString& wildcard)
            (!isCompanion(path) || wildcard.startsWith(QLatin1String("._")));
 }
 }  // namespace
+
+// What is known of a folder that could not be read whole is not given: it is too little.
+template <typename Answer>
+bool FileHandler::checkListing(const QString& folder, const QString& operation,
+                               const FileSystem::Error& error, Answer* answer)
+{
+    if (!error)
+        return true;
+    *answer = Answer();
+    LogFailure(operation, "Can't read folder: ", folder, error);
+    return false;
+}
 
 bool FileHandler::checkFolder(const QString& folder, const QString& operation)
 {
@@ -140,8 +153,9 @@ bool FileHandler::countFolderItems(const QString& folder, qint64* count)
     const QString path = ConvertPath(folder);
     if (!checkFolder(path, QStringLiteral("FileHandler::countFolderItems")))
         return false;
-    *count = listEntries(path).size();
-    return true;
+    FileSystem::Error error;
+    *count = listEntries(path, &error).size();
+    return checkListing(path, QStringLiteral("FileHandler::countFolderItems"), error, count);
 }
 
 bool FileHandler::getFileCount(const QString& folder, qint64* count)
@@ -150,8 +164,8 @@ bool FileHandler::getFileCount(const QString& folder, qint64* count)
     const QString path = ConvertPath(folder);
     if (!checkFolder(path, QStringLiteral("FileHandler::getFileCount")))
         return false;
-    visitFiles(path, [count](const QString&) { ++*count; });
-    return true;
+    const FileSystem::Error error = visitFiles(path, [count](const QString&) { ++*count; });
+    return checkListing(path, QStringLiteral("FileHandler::getFileCount"), error, count);
 }
 
 bool FileHandler::getTopLevelFileCount(const QString& folder, qint64* count)
@@ -160,10 +174,13 @@ bool FileHandler::getTopLevelFileCount(const QString& folder, qint64* count)
     const QString path = ConvertPath(folder);
     if (!checkFolder(path, QStringLiteral("FileHandler::getTopLevelFileCount")))
         return false;
-    const QStringList names = listEntries(path);
-    *count = std::count_if(names.cbegin(), names.cend(),
-                           [&path](const QString& name) { return !isFolder(QDir(path).filePath(name)); });
-    return true;
+    FileSystem::Error error;
+    for (const QString& name : listEntries(path, &error)) {
+        FileSystem::Error own;
+        *count += FileSystem::getItemKind(QDir(path).filePath(name), &own) == ItemKind::Folder ? 0 : 1;
+        error = error ? error : own;
+    }
+    return checkListing(path, QStringLiteral("FileHandler::getTopLevelFileCount"), error, count);
 }
 
 bool FileHandler::getFileList(const QString& folder, QStringList* files)
@@ -172,24 +189,26 @@ bool FileHandler::getFileList(const QString& folder, QStringList* files)
     const QString path = QFileInfo(ConvertPath(folder)).absoluteFilePath();
     if (!checkFolder(path, QStringLiteral("FileHandler::getFileList")))
         return false;
-    visitFiles(path, [files](const QString& file) { files->append(file); });
+    const FileSystem::Error error = visitFiles(path, [files](const QString& file) { files->append(file); });
     files->sort();
-    return true;
+    return checkListing(path, QStringLiteral("FileHandler::getFileList"), error, files);
 }
 
 bool FileHandler::getByteCount(const QString& path, qint64* bytes)
 {
     const QString item = ConvertPath(path);
-    return checkItem(item, QStringLiteral("FileHandler::getByteCount"), bytes) &&
-           sumBytes(
-               item, item, [](const QString&) { return true; }, bytes);
+    const QString operation = QStringLiteral("FileHandler::getByteCount");
+    const auto isAny = [](const QString&) { return true; };
+    return checkItem(item, operation, bytes) &&
+           checkListing(item, operation, sumBytes(item, item, isAny, bytes), bytes);
 }
 
 bool FileHandler::getDotUnderscoreByteCount(const QString& path, qint64* bytes)
 {
     const QString item = ConvertPath(path);
-    return checkItem(item, QStringLiteral("FileHandler::getDotUnderscoreByteCount"), bytes) &&
-           sumBytes(item, getCompanionPath(item), isCompanion, bytes);
+    const QString operation = QStringLiteral("FileHandler::getDotUnderscoreByteCount");
+    return checkItem(item, operation, bytes) &&
+           checkListing(item, operation, sumBytes(item, getCompanionPath(item), isCompanion, bytes), bytes);
 }
 
 // The counterpart of checkFolder for what may be a file too; the count begins at 0.
@@ -215,32 +234,38 @@ bool FileHandler::getFreeSpace(const QString& path, qint64* bytes)
 bool FileHandler::findFile(const QString& folder, const QString& name, QString* found)
 {
     const auto isWanted = [&name](const QString& path) { return isNamed(path, name); };
-    *found = searchFile(ConvertPath(folder), Order::FilesFirst, isWanted);
-    return !found->isEmpty();
+    FileSystem::Error error;
+    *found = searchFile(ConvertPath(folder), Order::FilesFirst, isWanted, &error);
+    return checkListing(folder, QStringLiteral("FileHandler::findFile"), error, found) && !found->isEmpty();
 }
 
 bool FileHandler::findFileDepthFirst(const QString& folder, const QString& name, QString* found)
 {
     const auto isWanted = [&name](const QString& path) { return isNamed(path, name); };
-    *found = searchFile(ConvertPath(folder), Order::FoldersFirst, isWanted);
-    return !found->isEmpty();
+    FileSystem::Error error;
+    *found = searchFile(ConvertPath(folder), Order::FoldersFirst, isWanted, &error);
+    return checkListing(folder, QStringLiteral("FileHandler::findFileDepthFirst"), error, found) &&
+           !found->isEmpty();
 }
 
 bool FileHandler::findFileByWildcard(const QString& folder, const QString& wildcard, QString* found)
 {
     const auto isWanted = [&wildcard](const QString& path) { return matchesFile(path, wildcard); };
-    *found = searchFile(ConvertPath(folder), Order::FilesFirst, isWanted);
-    return !found->isEmpty();
+    FileSystem::Error error;
+    *found = searchFile(ConvertPath(folder), Order::FilesFirst, isWanted, &error);
+    return checkListing(folder, QStringLiteral("FileHandler::findFileByWildcard"), error, found) &&
+           !found->isEmpty();
 }
 
 bool FileHandler::findFilesByWildcard(const QString& folder, const QString& wildcard, QStringList* found)
 {
     found->clear();
-    visitFiles(ConvertPath(folder), [&](const QString& file) {
+    const FileSystem::Error error = visitFiles(ConvertPath(folder), [&](const QString& file) {
         if (matchesFile(file, wildcard))
             found->append(file);
     });
     found->sort();
-    return !found->isEmpty();
+    return checkListing(folder, QStringLiteral("FileHandler::findFilesByWildcard"), error, found) &&
+           !found->isEmpty();
 }
 }  // namespace Morvane

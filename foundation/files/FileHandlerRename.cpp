@@ -28,6 +28,21 @@ QString getFolder(const QString& path)
     return QFileInfo(path).absolutePath();
 }
 
+// Brings a file, or a folder with all that is in it, to the disk. What is not there, or no file, has nothing
+// to bring; what can't be looked at is an error.
+FileSystem::Error flushTree(const QString& path)
+{
+    FileSystem::Error error;
+    const ItemKind kind = FileSystem::getItemKind(path, &error);
+    if (error || (kind != ItemKind::File && kind != ItemKind::Folder))
+        return error;
+    if (kind == ItemKind::File)
+        return FileSystem::flushFile(path);
+    for (const QString& name : listEntries(path, &error))
+        error = error ? error : flushTree(QDir(path).filePath(name));
+    return error ? error : FileSystem::flushFolder(path);
+}
+
 // Two spellings of one name, where the file system takes them for one: a rename that only changes the case.
 bool isSameItem(const QString& one, const QString& other)
 {
@@ -116,22 +131,13 @@ bool FileHandler::moveAcrossVolumes(const QString& source, const QString& destin
 
 bool FileHandler::flushCopy(const QString& path, ItemKind kind)
 {
-    FileSystem::Error error;
-    QString failed;
-    const auto flush = [&](const QString& file) {
-        if (error || FileSystem::getItemKind(file) != ItemKind::File)
-            return;
-        error = FileSystem::flushFile(file);
-        failed = file;
-    };
-    if (kind == ItemKind::Folder) {
-        visitFiles(path, flush);
-    } else {
-        flush(path);
-        flush(getCompanionPath(path));
-    }
+    FileSystem::Error error = flushTree(path);
+    if (!error && kind != ItemKind::Folder)
+        error = flushTree(getCompanionPath(path));
+    if (!error)
+        error = FileSystem::flushFolder(getFolder(path));
     if (error)
-        LogFailure(QStringLiteral("FileHandler::copyFile"), "Can't create destination file: ", failed, error);
+        LogFailure(QStringLiteral("FileHandler::copyFile"), "Can't create destination file: ", path, error);
     return !error;
 }
 

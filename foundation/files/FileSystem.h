@@ -40,6 +40,9 @@ ItemKind getItemKind(const QString& path, Error* error);
 // the system gives them. After an error the list is empty.
 Error listFolder(const QString& path, QStringList* names);
 
+// The bytes in a file; of a link those of its own.
+Error getFileSize(const QString& path, qint64* size);
+
 // Makes one folder.
 Error makeFolder(const QString& path);
 
@@ -48,6 +51,9 @@ Error copyRights(const QString& source, const QString& destination);
 
 // Brings what was written to a file to the disk.
 Error flushFile(const QString& path);
+
+// Brings the names in a folder to the disk; on Windows the system does that by itself.
+Error flushFolder(const QString& path);
 
 // Removes a file or a link, never what the link points to; a read-only mark does not stop it.
 Error removeItem(const QString& path);

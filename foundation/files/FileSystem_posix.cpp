@@ -141,6 +141,20 @@ Error flushFile(const QString& path)
     return error;
 }
 
+Error getFileSize(const QString& path, qint64* size)
+{
+    struct stat status = {};
+    if (::lstat(toSystem(path).constData(), &status) != 0)
+        return lastError();
+    *size = status.st_size;
+    return {};
+}
+
+Error flushFolder(const QString& path)
+{
+    return flushFile(path);
+}
+
 Error removeItem(const QString& path)
 {
     return result(::unlink(toSystem(path).constData()));

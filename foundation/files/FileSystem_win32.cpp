@@ -227,6 +227,20 @@ Error flushFile(const QString& path)
     return error;
 }
 
+Error getFileSize(const QString& path, qint64* size)
+{
+    WIN32_FILE_ATTRIBUTE_DATA data = {};
+    if (::GetFileAttributesExW(toSystem(path).c_str(), GetFileExInfoStandard, &data) == 0)
+        return lastError();
+    *size = (static_cast<qint64>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
+    return {};
+}
+
+Error flushFolder(const QString&)
+{
+    return {};
+}
+
 Error removeItem(const QString& path)
 {
     const std::wstring native = toSystem(path);

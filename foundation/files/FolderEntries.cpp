@@ -13,15 +13,11 @@ QStringList Morvane::listEntries(const QString& folder, FileSystem::Error* error
     return names;
 }
 
-QStringList Morvane::listEntries(const QString& folder)
+QStringList Morvane::listSortedEntries(const QString& folder, FileSystem::Error* error)
 {
-    FileSystem::Error error;
-    return listEntries(folder, &error);
-}
-
-QStringList Morvane::listSortedEntries(const QString& folder)
-{
-    QStringList names = listEntries(folder);
+    QStringList names = listEntries(folder, error);
+    if (*error == boost::system::errc::no_such_file_or_directory)
+        error->clear();
     std::sort(names.begin(), names.end());
     return names;
 }
@@ -44,15 +40,21 @@ QStringList Morvane::listEntriesToCarry(const QString& folder, FileSystem::Error
     return names;
 }
 
-void Morvane::visitFiles(const QString& folder, const std::function<void(const QString&)>& visit)
+Morvane::FileSystem::Error Morvane::visitFiles(const QString& folder,
+                                               const std::function<void(const QString&)>& visit)
 {
-    for (const QString& name : listSortedEntries(folder)) {
+    FileSystem::Error first;
+    for (const QString& name : listSortedEntries(folder, &first)) {
         const QString path = QDir(folder).filePath(name);
-        if (FileSystem::getItemKind(path) == FileSystem::ItemKind::Folder)
-            visitFiles(path, visit);
+        FileSystem::Error error;
+        if (FileSystem::getItemKind(path, &error) == FileSystem::ItemKind::Folder)
+            error = visitFiles(path, visit);
         else
             visit(path);
+        if (!first)
+            first = error;
     }
+    return first;
 }
 
 bool Morvane::matchesWildcard(const QString& name, const QString& wildcard)

@@ -14,16 +14,16 @@ namespace Morvane
 // The names of the folder's own entries, in the order in which the system gives them. A folder that can't be
 // read whole gives none; `error` tells.
 QStringList listEntries(const QString& folder, FileSystem::Error* error);
-QStringList listEntries(const QString& folder);
 
-// The same, in the order of their names.
-QStringList listSortedEntries(const QString& folder);
+// The same, in the order of their names; a folder that is not there has none, which is no error.
+QStringList listSortedEntries(const QString& folder, FileSystem::Error* error);
 
 // The same without the companions that go along when their file is copied or moved.
 QStringList listEntriesToCarry(const QString& folder, FileSystem::Error* error);
 
-// Calls `visit` with the path of each file and link (everything but folders) at any depth of the folder.
-void visitFiles(const QString& folder, const std::function<void(const QString&)>& visit);
+// Calls `visit` with the path of each file and link (everything but folders) at any depth of the folder. Goes
+// on past what can't be read, and gives the first error: not everything was visited then.
+FileSystem::Error visitFiles(const QString& folder, const std::function<void(const QString&)>& visit);
 
 // Whether a name matches a wildcard, or one of several, without regard to case.
 bool matchesWildcard(const QString& name, const QString& wildcard);

@@ -1,8 +1,9 @@
 #include "foundation/files/XmlNodeWriter.h"
 
+#include "foundation/core/SharedFile.h"
+#include "foundation/system/GDurableFile.h"
+
 #include <QDomDocument>
-#include <QFile>
-#include <QSaveFile>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
@@ -42,10 +43,11 @@ XmlNodeWriter::XmlNodeWriter(const QString& path) : mPath(path)
 
 void XmlNodeWriter::readOrder()
 {
-    QFile file(mPath);
-    if (!file.open(QIODevice::ReadOnly))
+    QByteArray text;
+    if (IsFileMissing(mPath))
         return;
-    QXmlStreamReader reader(&file);
+    mRead = ReadSharedFile(mPath, cLargestTextFile, &text);
+    QXmlStreamReader reader(text);
     reader.setNamespaceProcessing(false);
     std::vector<OpenElement> open(1);
     while (!reader.atEnd()) {
@@ -63,12 +65,12 @@ void XmlNodeWriter::readOrder()
     }
 }
 
-bool XmlNodeWriter::write(const QDomNode& node) const
+GResult XmlNodeWriter::write(const QDomNode& node) const
 {
-    QSaveFile file(mPath);
-    if (node.isNull() || !file.open(QIODevice::WriteOnly))
-        return false;
-    QXmlStreamWriter writer(&file);
+    if (node.isNull())
+        return GResult::Failure(QStringLiteral("There is nothing to write."));
+    QByteArray text;
+    QXmlStreamWriter writer(&text);
     writer.setAutoFormatting(true);
     writer.setAutoFormattingIndent(1);
     writer.writeStartDocument();
@@ -77,7 +79,7 @@ bool XmlNodeWriter::write(const QDomNode& node) const
     else
         writeNode(node, AddressCounter().getAddress(QString(), node.nodeName()), &writer);
     writer.writeEndDocument();
-    return !writer.hasError() && file.commit();
+    return mRead.Then([&] { return GDurableFile::Replace(mPath, text); });
 }
 
 void XmlNodeWriter::writeNode(const QDomNode& node, const QString& address, QXmlStreamWriter* writer) const

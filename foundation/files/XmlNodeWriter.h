@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/core/GResult.h"
+
 #include <QHash>
 #include <QString>
 #include <QStringList>
@@ -19,9 +21,9 @@ public:
     // none, and attributes then stand in the order of their names.
     explicit XmlNodeWriter(const QString& path);
 
-    // Replaces the file whole. False when it can't be written; the old file is then as it was. A null node is
-    // refused.
-    bool write(const QDomNode& node) const;
+    // Replaces the file whole. Fails, with the old file as it was, when it can't be written, and when there
+    // is one that could not be read: its order would be lost. A null node is refused.
+    GResult write(const QDomNode& node) const;
 
 private:
     void readOrder();
@@ -30,6 +32,7 @@ private:
     void writeAttributes(const QDomNode& node, const QString& address, QXmlStreamWriter* writer) const;
 
     QString mPath;
+    GResult mRead = GResult::Success();
     QHash<QString, QStringList> mOrder;  // attribute names by the element's address
 };
 }  // namespace Morvane

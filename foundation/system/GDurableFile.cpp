@@ -4,8 +4,10 @@
 #include "foundation/system/GSystemError.h"
 #include "foundation/system/GUniqueName.h"
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QRegularExpression>
+#include <QSysInfo>
 
 static constexpr int cBufferSize = 64 * 1024;
 
@@ -54,20 +56,31 @@ void GDurableFile::Commit()
     PutInPlace();
 }
 
+const GDurableFile::Maker& GDurableFile::Maker::GetOwn()
+{
+    static const Maker own = [] {
+        const QByteArray id = QSysInfo::machineUniqueId();
+        const QByteArray machine = id.isEmpty() ? QSysInfo::machineHostName().toUtf8() : id;
+        const uint32_t process = GProcessInfo::GetOwnProcessID();
+        const QByteArray digest = QCryptographicHash::hash(machine, QCryptographicHash::Sha256).toHex();
+        return Maker{process, GProcessInfo::GetStartTime(process), QString::fromLatin1(digest.left(8))};
+    }();
+    return own;
+}
+
 GPathName GDurableFile::MakeTemporaryName() const
 {
-    const uint32_t process = GProcessInfo::GetOwnProcessID();
-    static const uint64_t startTime = GProcessInfo::GetStartTime(process);
-    const GString suffix =
-        QStringLiteral(".%1-%2-%3.new")
-            .arg(QString::number(process), QString::number(startTime, 16), MakeRandomName(6));
+    const Maker& own = Maker::GetOwn();
+    const GString suffix = QStringLiteral(".%1-%2-%3-%4.new")
+                               .arg(QString::number(own.process), QString::number(own.startTime, 16),
+                                    own.machine, MakeRandomName(6));
     return GPathName(mTarget.GetPortablePath() + suffix);
 }
 
 void GDurableFile::RemoveLeftovers() const
 {
     static const QRegularExpression cSuffix(
-        QStringLiteral("^\\.([0-9]+)-([0-9a-f]+)-[0-9a-z]{6}\\.new(\\.old)?$"));
+        QStringLiteral("^\\.([0-9]+)-([0-9a-f]+)-([0-9a-f]{8})-[0-9a-z]{6}\\.new(\\.old)?$"));
     const QStringList wildcards = {QStringLiteral("*.new"), QStringLiteral("*.new.old")};
     const GString leaf = mTarget.GetLeaf();
     const QDir folder(QFileInfo(mTarget.GetNativePath()).absolutePath());
@@ -77,8 +90,9 @@ void GDurableFile::RemoveLeftovers() const
         const QRegularExpressionMatch match = cSuffix.match(name.mid(leaf.size()));
         if (!match.hasMatch())
             continue;
-        RemoveLeftover(GPathName(folder.absoluteFilePath(name)), match.captured(1).toUInt(),
-                       match.captured(2).toULongLong(nullptr, 16));
+        RemoveLeftover(
+            GPathName(folder.absoluteFilePath(name)),
+            {match.captured(1).toUInt(), match.captured(2).toULongLong(nullptr, 16), match.captured(3)});
     }
 }
 

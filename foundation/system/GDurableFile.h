@@ -17,9 +17,9 @@
 // target is a symbolic link, the file that it leads to is replaced and the link stays. The target's folder
 // must be there. A target that can't even be looked at is not replaced. Two writers of one target at once do
 // each other no harm: one of the two files results. A writer that is killed at the very moment of replacing
-// can leave its temporary file, the target's name with the process and ".new" added. The next writer of the
-// target removes it, unless a living process owns it: on POSIX see GOwnedFile; on Windows, where processes
-// see each other, the process in the name tells.
+// can leave its temporary file, the target's name with the process, the machine and ".new" added. The next
+// writer of the target removes it, unless a living process owns it: on POSIX see GOwnedFile; on Windows,
+// where processes see each other, the process in the name tells.
 //
 // On Windows whoever has the target open holds the replacement up; Commit tries again for about two seconds,
 // then it takes the system's other way, which bears with readers that share deletion but is no single step:
@@ -62,6 +62,17 @@ public:
     void Commit();
 
 private:
+    // Whom a temporary file's name tells of: PROCESS-START-MACHINE. On Windows a folder may be shared by
+    // machines, each with its own processes.
+    struct Maker
+    {
+        uint32_t process;
+        uint64_t startTime;
+        GString machine;  // 8 hexadecimal digits
+
+        static const Maker& GetOwn();
+    };
+
     // The platform's half.
     static GPathName FollowLinks(const GPathName& target);
     void OpenTemporary();
@@ -72,7 +83,7 @@ private:
     void GiveName();
     void PutInPlace();
     void RemoveTemporary() noexcept;
-    static void RemoveLeftover(const GPathName& path, uint32_t process, uint64_t startTime);
+    static void RemoveLeftover(const GPathName& path, const Maker& maker);
 
     GPathName MakeTemporaryName() const;
     void RemoveLeftovers() const;

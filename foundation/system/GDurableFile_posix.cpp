@@ -85,6 +85,8 @@ GPathName GDurableFile::FollowLinks(const GPathName& target)
     for (int link = 0; link < cMostLinks; ++link) {
         char leadsTo[PATH_MAX];
         const ssize_t length = readlink(path.constData(), leadsTo, sizeof leadsTo);
+        if (length < 0 && errno != EINVAL && errno != ENOENT)
+            break;
         if (length < 0)
             return GPathName(QFile::decodeName(path));
         path = ResolveFolder(path, QByteArray(leadsTo, static_cast<int>(length)));
@@ -210,7 +212,7 @@ void GDurableFile::PutInPlace()
     }
 }
 
-void GDurableFile::RemoveLeftover(const GPathName& path, uint32_t, uint64_t)
+void GDurableFile::RemoveLeftover(const GPathName& path, const Maker&)
 {
     GOwnedFile::RemoveUnowned(path);
 }

@@ -162,10 +162,12 @@ void GDurableFile::PutInPlace()
 }
 
 // The file is closed before it is renamed, so it can't be owned by a lock; but here no process is hidden from
-// another. The identifier alone would not do: this very process may bear that of the one that was killed.
-void GDurableFile::RemoveLeftover(const GPathName& path, uint32_t process, uint64_t startTime)
+// another, on one machine. The identifier alone would not do: this very process may bear that of the one that
+// was killed.
+void GDurableFile::RemoveLeftover(const GPathName& path, const Maker& maker)
 {
-    if (GProcessInfo::GetStartTime(process) != startTime)
+    if (maker.machine == Maker::GetOwn().machine &&
+        GProcessInfo::GetStartTime(maker.process) != maker.startTime)
         GFileSystemBase::TryToRemoveFile(path);
 }
 

@@ -111,6 +111,17 @@ bool RemoveEntry(int parent, const char* name, Removal& removal, int depth)
     return unlinkat(parent, name, isFolder ? AT_REMOVEDIR : 0) == 0 || errno == ENOENT;
 }
 
+// The second half of a rename by a second name. What fails leaves the old name alone, as it was.
+bool TakeOldName(const QByteArray& from, const QByteArray& to)
+{
+    if (unlink(from.constData()) == 0)
+        return true;
+    const int error = errno;
+    unlink(to.constData());
+    errno = error;
+    return false;
+}
+
 // The kind of what bears the name, 0 when nothing does.
 mode_t GetKind(const QByteArray& path)
 {
@@ -144,7 +155,7 @@ bool GFileCalls::RenameFile(const GPathName& from, const GPathName& to, bool isR
         return rename(fromPath.constData(), toPath.constData()) == 0;
     // A second name is never made over one that is there, on any file system that knows them.
     if (link(fromPath.constData(), toPath.constData()) == 0)
-        return unlink(fromPath.constData()) == 0;
+        return TakeOldName(fromPath, toPath);
     // File systems without second names say so in various ways.
     constexpr unsigned cNoReplace = 1;
     return errno != EEXIST &&

@@ -28,6 +28,9 @@ FaultScenario (*const cScenarios[])() = {
     GetProjectSettings,            //
     GetHopboxChange,               //
     GetFileCopy,                   //
+    GetFileCopyToAFreeName,        //
+    GetXmlSave,                    //
+    GetFolderQueries,              //
     GetFolderCopyAcrossVolumes,    //
     GetFolderRenameAcrossVolumes,  //
     GetArchiveCreation,            //
@@ -145,7 +148,8 @@ TEST(ExtractedFile, IsOwnedWhileItHasAPassingName)
 
 TEST(DurableFile, IsOwnedWhileItHasAPassingName)
 {
-    SeeThatThePassingNameIsOwned(GetDurableWrite(), "open .*", "lock .*", "WriteInTwoSteps"_q, "a.*.new"_q);
+    SeeThatThePassingNameIsOwned(GetDurableWrite(), "open .*", "lock .*", "WriteInTwoSteps"_q,
+                                 "file.*.new"_q);
 }
 
 // Whoever is told of a failure takes the old file to be there.
@@ -236,10 +240,38 @@ TEST(MovedFile, IsFlushedWithItsCompanionBeforeTheSourceGoes)
 {
     FaultScenario scenario = GetFolderRenameAcrossVolumes();
     scenario.arguments.first() = "RenameFile"_q;
+    scenario.look = [](const QString&) { return QString(); };
     const QStringList calls = ListCalls(scenario);
     const int removed = calls.indexOf(QRegularExpression("(rename|unlink) .*/from/sub/.*"_q));
     for (const char* copy : {"flush .*/other/b$", "flush .*/other/\\._b$"}) {
         const int flushed = calls.indexOf(QRegularExpression(QLatin1String(copy)));
         EXPECT_TRUE(flushed >= 0 && flushed < removed) << copy << calls.join(QLatin1Char('|')).toStdString();
+    }
+}
+
+// Only what has reached the disk may cost the source: also the names in the folders, and nothing is passed
+// over.
+TEST(MovedFolder, StaysWhenItsCopyCannotBeFlushed)
+{
+    const FaultScenario scenario = GetFolderRenameAcrossVolumes();
+    const QStringList calls = ListCalls(scenario);
+    const int removed = calls.indexOf(QRegularExpression("rename .*/\\.~#~from_del.*"_q));
+    int number = calls.indexOf(QRegularExpression("flush .*"_q));
+    ASSERT_TRUE(number >= 0 && removed > number);
+    for (const char* folder : {"other", "other/to", "other/to/sub"}) {
+        const QRegularExpression flush("flush .*/%1$"_q.arg(QLatin1String(folder)));
+        const int flushed = calls.indexOf(flush, number);
+        EXPECT_TRUE(flushed >= 0 && flushed < removed) << folder;
+    }
+    for (; number < removed; ++number) {
+        if (calls.at(number).startsWith("close"_q) || !calls.at(number).contains("/other"_q))
+            continue;
+        const Sandbox sandbox;
+        QDir().mkpath(sandbox.GetPath());
+        scenario.prepare(sandbox.GetPath());
+        const Preload preload(sandbox.GetPath(), number + 1);
+        ChildProcess child(scenario.arguments.first(), {sandbox.GetPath()});
+        EXPECT_EQ(child.WaitForExit(), 1) << calls.at(number).toStdString();
+        EXPECT_TRUE(QFile::exists(sandbox.GetPath("from/sub/b"_q))) << calls.at(number).toStdString();
     }
 }

@@ -1,9 +1,12 @@
 #include "Scenarios.h"
 #include "foundation/files/FileHandler.h"
+#include "foundation/system/GDurableFile.h"
 #include "foundation/system/GFileSystemBase.h"
 #include "foundation/trace/ILogInterface.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Test.h"
+
+#include <QDomDocument>
 
 #include <cstdio>
 
@@ -79,13 +82,12 @@ CHILD_ROLE(CopyFolder)
     return Copier().copyFolder(arguments.at(0) + "/from"_q, arguments.at(0) + "/other/to"_q) ? 0 : 1;
 }
 
-// One file over another.
-CHILD_ROLE(CopyOverFile)
+CHILD_ROLE(CopyToFile)
 {
     try {
         const QString root = arguments.at(0);
-        GFileSystemBase::CopyAndRenameFile(GPathName(root + "/a"_q), GPathName(root + "/b"_q),
-                                           GFileSystemBase::cReplaceExisting);
+        GFileSystemBase::CopyAndRenameFile(GPathName(root + "/a"_q), GPathName(root + arguments.at(1)),
+                                           GFileSystemBase::cReplaceExisting * arguments.at(2).toUInt());
         return 0;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
@@ -103,10 +105,79 @@ FaultScenario GetFileCopy()
         const QByteArray copy = ReadFile(root + "/b"_q);
         return copy == "old" ? "old"_q : copy == ReadFile(root + "/a"_q) ? "new"_q : "a part"_q;
     };
-    FaultScenario scenario{"FileCopy", prepare, QString(), {"CopyOverFile"_q, "%1"_q}, look};
+    FaultScenario scenario{"FileCopy", prepare, QString(), {"CopyToFile"_q, "%1"_q, "/b"_q, "1"_q}, look};
     // Where its own removal fails.
     scenario.leftovers = QStringList{"b.*.new"_q};
     return scenario;
+}
+
+FaultScenario GetFileCopyToAFreeName()
+{
+    FaultScenario scenario = GetFileCopy();
+    scenario.name = "FileCopyToAFreeName";
+    scenario.arguments = QStringList{"CopyToFile"_q, "%1"_q, "/c"_q, "0"_q};
+    scenario.look = [](const QString& root) {
+        return QFile::exists(root + "/c"_q) ? "copied"_q : "not copied"_q;
+    };
+    scenario.isRepeatable = false;
+    scenario.failsToOld = true;
+    scenario.leftovers.clear();
+    return scenario;
+}
+
+CHILD_ROLE(SaveXml)
+{
+    QDomDocument document;
+    document.setContent(QByteArray("<table a='new' z='2' y='3'/>"));
+    return Copier().saveXmlNodeKeepingAttributesOrder(document, arguments.at(0) + "/a.xml"_q) ? 0 : 1;
+}
+
+// The order of the attributes counts as well.
+FaultScenario GetXmlSave()
+{
+    const auto prepare = [](const QString& root) {
+        WriteFile(root + "/a.xml"_q, "<table z='2'\ny='3' a='old'/>" + QByteArray(40000, '\n'));
+    };
+    const auto look = [](const QString& root) {
+        const QByteArray text = ReadFile(root + "/a.xml"_q);
+        return text.contains("<table z='2'\ny='3' a='old'/>")        ? "old"_q
+               : text.contains("<table z=\"2\" y=\"3\" a=\"new\"/>") ? "new"_q
+                                                                     : "a part"_q;
+    };
+    return {"XmlSave", prepare, QString(), {"SaveXml"_q, "%1"_q}, look};
+}
+
+// Asks everything about a folder; writes down the answers when there were all of them.
+CHILD_ROLE(AskFolder)
+{
+    const QString root = arguments.at(0);
+    const QString folder = root + "/from"_q;
+    Copier files;
+    qint64 count[6] = {};
+    QStringList all, found;
+    QString first, deep, wild;
+    const bool areAnswered =
+        files.countFolderItems(folder, &count[0]) && files.getFileCount(folder, &count[1]) &&
+        files.getTopLevelFileCount(folder, &count[2]) && files.getByteCount(folder, &count[3]) &&
+        files.getDotUnderscoreByteCount(folder, &count[4]) && files.getFileList(folder, &all) &&
+        files.findFile(folder, "link"_q, &first) && files.findFileDepthFirst(folder, "a"_q, &deep) &&
+        files.findFileByWildcard(folder, "lin*"_q, &wild) &&
+        files.findFilesByWildcard(folder, "?"_q, &found) && files.setRWPermissions(folder);
+    if (!areAnswered)
+        return 1;
+    QStringList answers = all + found + QStringList{first, deep, wild};
+    for (const qint64 number : count)
+        answers.append(QString::number(number));
+    const GResult written =
+        GDurableFile::Replace(root + "/answers"_q, answers.join(QLatin1Char('\n')).toUtf8());
+    std::fprintf(stderr, "%s", qPrintable(written.GetReason()));
+    return written.HasSucceeded() ? 0 : 1;
+}
+
+FaultScenario GetFolderQueries()
+{
+    const auto look = [](const QString& root) { return QString::fromUtf8(ReadFile(root + "/answers"_q)); };
+    return {"FolderQueries", MakeFolder, QString(), {"AskFolder"_q, "%1"_q}, look};
 }
 
 FaultScenario GetFolderCopyAcrossVolumes()

@@ -15,6 +15,9 @@ FaultScenario GetHopboxChange();
 
 // FilesScenarios.cpp
 FaultScenario GetFileCopy();
+FaultScenario GetFileCopyToAFreeName();
+FaultScenario GetXmlSave();
+FaultScenario GetFolderQueries();
 FaultScenario GetFolderCopyAcrossVolumes();
 FaultScenario GetFolderRenameAcrossVolumes();
 

@@ -103,16 +103,21 @@ CHILD_ROLE(WriteInTwoSteps)
     });
 }
 
-// The rights of the old file count as well.
+// The rights of the old file count as well, and that a link to it stays one.
 FaultScenario GetDurableWrite()
 {
-    const auto prepare = [](const QString& root) {
-        WriteFile(root + "/a"_q, "old");
-        QFile::setPermissions(root + "/a"_q, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther);
+    const bool hasLinks = QDir::separator() == QLatin1Char('/');
+    const auto prepare = [hasLinks](const QString& root) {
+        const QString file = root + (hasLinks ? "/file"_q : "/a"_q);
+        WriteFile(file, "old");
+        QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther);
+        EXPECT_TRUE(!hasLinks || QFile::link("file"_q, root + "/a"_q));
     };
     const auto look = [](const QString& root) {
         const int rights = static_cast<int>(QFile::permissions(root + "/a"_q));
-        return "%1 %2"_q.arg(QString::fromLatin1(ReadFile(root + "/a"_q))).arg(rights);
+        return "%1 %2%3"_q.arg(QString::fromLatin1(ReadFile(root + "/a"_q)))
+            .arg(rights)
+            .arg(QFileInfo(root + "/a"_q).isSymLink() ? " by a link"_q : QString());
     };
     return {"DurableWrite", prepare, QString(), {"WriteDurably"_q, "%1"_q}, look};
 }

@@ -3,6 +3,8 @@
 #include "tests/support/ChildProcess.h"
 #include "tests/support/SecondUser.h"
 
+#include <QDomDocument>
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -64,6 +66,16 @@ TEST_F(FileHandlerTest, PipeInAFolderFailsTheCopyInsteadOfHangingIt)
     EXPECT_FALSE(QFile::exists(At("copy")));
     EXPECT_TRUE(mHandler.removeFolder(At("folder")));
     EXPECT_EQ(Tree(), "");
+}
+
+TEST_F(FileHandlerTest, PipeInThePlaceOfAnXmlFileIsNeitherWaitedForNorReplaced)
+{
+    ASSERT_EQ(::mkfifo(QFile::encodeName(At("pipe")).constData(), 0600), 0);
+    QDomDocument document;
+    document.appendChild(document.createElement("a"_q));
+    EXPECT_FALSE(mHandler.saveXmlNodeKeepingAttributesOrder(document, At("pipe")));
+    EXPECT_TRUE(mLog.TakeErrors().join(QString()).endsWith("(it is a pipe)"_q));
+    EXPECT_EQ(getItemKind(At("pipe")), ItemKind::Other);
 }
 
 CHILD_ROLE(AskForAccess)

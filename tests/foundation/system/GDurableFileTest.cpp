@@ -23,6 +23,15 @@ void Write(const QString& path, const QByteArray& content)
     file.Commit();
 }
 
+// This machine, as the names of temporary files have it.
+QString GetMachine()
+{
+    const Sandbox sandbox;
+    GDurableFile file((GPathName(sandbox.GetPath("a"_q))));
+    file.Prepare();
+    return file.GetTemporaryPath().GetLeaf().section(QLatin1Char('-'), 2, 2);
+}
+
 QStringList List(const QString& folder)
 {
     return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
@@ -131,19 +140,20 @@ TEST(GDurableFile, OnWindowsWhatAKillLeavesBetweenTwoStepsIsPutRight)
                  {"fresh", nullptr, "old", nullptr, "fresh"},
                  {nullptr, "fresh", "old", "older", "old"},
                  {nullptr, "fresh", nullptr, nullptr, nullptr}};
+    const QString machine = GetMachine();
     for (const auto& test : cases) {
         for (const char* first : {"look", "read", "write"}) {
             const Sandbox sandbox;
             const QString path = sandbox.GetPath("a.prefs"_q);
             const auto put = [&](const char* content, const char* ending) {
                 if (content != nullptr)
-                    WriteFile(path + QLatin1String(ending), content);
+                    WriteFile(path + QString::fromLatin1(ending).replace("%1"_q, machine), content);
             };
-            put(test.older, ".999999-1-zzzzzz.new.old");
+            put(test.older, ".999999-1-%1-zzzzzz.new.old");
             std::this_thread::sleep_for(std::chrono::milliseconds(test.older != nullptr ? 50 : 0));
             put(test.target, "");
-            put(test.fresh, ".999999-2-aaaaaa.new");
-            put(test.old, ".999999-2-aaaaaa.new.old");
+            put(test.fresh, ".999999-2-%1-aaaaaa.new");
+            put(test.old, ".999999-2-%1-aaaaaa.new.old");
             const auto read = [&path] {
                 const auto file = GFileInputStream::OpenIfThere(path);
                 char content[10] = {};
@@ -169,20 +179,28 @@ TEST(GDurableFile, LeftoversOfTheDeadGoWithTheNextWriteWhateverTheirNamesSay)
     const Sandbox sandbox;
     const QString path = sandbox.GetPath("a.prefs"_q);
     const uint32_t process = GProcessInfo::GetOwnProcessID();
-    const auto makeName = [](const char* leaf, uint32_t id, uint64_t startTime) {
-        return "%1.%2-%3-aaaaaa.new"_q.arg(QString::fromLatin1(leaf), QString::number(id),
-                                           QString::number(startTime, 16));
+    const QString machine = GetMachine();
+    const auto makeName = [&machine](const char* leaf, uint32_t id, uint64_t startTime) {
+        return "%1.%2-%3-%4-aaaaaa.new"_q.arg(QString::fromLatin1(leaf), QString::number(id),
+                                              QString::number(startTime, 16), machine);
     };
     const uint64_t startTime = GProcessInfo::GetStartTime(process);
     const bool isByLock = QDir::separator() == QLatin1Char('/');
     const QString owned = makeName("a.prefs", isByLock ? 999999 : process, startTime);
     ChildProcess owner("OwnFile"_q, {sandbox.GetPath(owned)});
     ASSERT_EQ(owner.ReadLine(), "owned");
-    const QStringList others = {makeName("b.prefs", process, startTime + 1), "a.prefs.new"_q};
+    QStringList others = {makeName("b.prefs", process, startTime + 1), "a.prefs.new"_q};
     for (const QString& name : others + QStringList{makeName("a.prefs", process, startTime + 1)})
         WriteFile(sandbox.GetPath(name), "left");
+    const QString living = "a.prefs.%1-%2-%3-bbbbbb.new"_q.arg(process).arg(startTime, 0, 16);
     if (isByLock)
-        WriteFile(sandbox.GetPath("a.prefs.%1-%2-bbbbbb.new"_q.arg(process).arg(startTime, 0, 16)), "left");
+        WriteFile(sandbox.GetPath(living.arg(machine)), "left");
+    // Of processes of another machine nobody here knows whether they live.
+    const QString foreign =
+        sandbox.GetPath(makeName("a.prefs", process, startTime + 1).replace(machine, "0000dead"_q));
+    WriteFile(foreign, "left");
+    if (!isByLock)
+        others.append(QFileInfo(foreign).fileName());
     Write(path, "1");
     QStringList expected = others + QStringList{"a.prefs"_q, owned};
     expected.sort();

@@ -8,7 +8,7 @@
 // A call that ends early with part of its bytes written, in the place of an error number.
 constexpr int cShortWrite = -1;
 
-// A read that gives a part, after which the next read of the file gives EIO: a disk with a bad place.
+// A read that gives a part, after which every read of the open file gives EIO: a disk with a bad place.
 constexpr int cBrokenRead = -2;
 
 constexpr int cMostFaults = 6;
@@ -29,6 +29,7 @@ enum class FaultCallID
     cLink,
     cUnlink,
     cStat,
+    cReadLink,
     cMakeFolder,
     cLock,
     cMap,
@@ -49,6 +50,7 @@ constexpr FaultCall cFaultCalls[] = {
     {"link", {EACCES, EIO, ENOSPC}},
     {"unlink", {EACCES, EIO, EBUSY}},
     {"stat", {EACCES, EIO}},
+    {"readlink", {EIO, EACCES}},
     {"mkdir", {EACCES, ENOSPC, EIO}},
     {"lock", {ENOLCK, EINTR, EIO}},
     {"mmap", {ENOMEM, EACCES}},

@@ -41,7 +41,8 @@ struct FaultScenario
     QString program;
     QStringList arguments;
 
-    // Says, in a text, what the state is, as the product reads it. Two runs of the task lead to one text.
+    // Says, in a text, what the state is, as the product reads it; "a part" for one that must not be, whoever
+    // made it. Two runs of the task lead to one text.
     std::function<QString(const QString& root)> look;
 
     // Names of files and folders, as wildcards, that may be there or not, whatever they hold: lock files, for
@@ -59,6 +60,9 @@ struct FaultScenario
 
     // Only every so many calls fail, unless every call fails with every error: for tasks of many calls.
     int stride = 1;
+
+    // Whether a run that said that it failed has to leave the old state.
+    bool failsToOld = false;
 
     // Names, likewise, of what a failed run may leave, and the next one takes away.
     QStringList leftovers = {};

@@ -35,7 +35,7 @@ struct Plan
     long number = 0;
     long index = 0;
     std::atomic<long> count{0};
-    std::atomic<int> brokenFile{-1};  // its next read fails
+    std::atomic<int> brokenFile{-1};  // no read of it gives anything until it is closed
     std::string lookAt;
     int lookError = 0;
     bool isActive = false;
@@ -208,7 +208,7 @@ ssize_t LimitRead(int file, Size count)
     if (!plan.isActive)
         return static_cast<ssize_t>(count);
     const int kept = errno;
-    int error = plan.brokenFile.exchange(-1) == file ? EIO : Count(FaultCallID::cRead, GetPathOf(file));
+    int error = plan.brokenFile == file ? EIO : Count(FaultCallID::cRead, GetPathOf(file));
     if (error == cBrokenRead)
         plan.brokenFile = file;
     errno = error > 0 ? error : kept;
@@ -315,6 +315,8 @@ FUNCTION(int, -1, statx, (int folder, const char* path, int flags, unsigned mask
          (folder, path, flags, mask, status), FailsAt(FaultCallID::cStat, folder, path))
 FUNCTION(int, -1, faccessat, (int folder, const char* path, int mode, int flags), (folder, path, mode, flags),
          FailsAt(FaultCallID::cStat, folder, path))
+FUNCTION(ssize_t, -1, readlink, (const char* path, char* text, size_t size), (path, text, size),
+         FailsAt(FaultCallID::cReadLink, AT_FDCWD, path))
 FUNCTION(int, -1, mkdir, (const char* path, mode_t mode), (path, mode),
          FailsAt(FaultCallID::cMakeFolder, AT_FDCWD, path))
 FUNCTION(int, -1, mkdirat, (int folder, const char* path, mode_t mode), (folder, path, mode),
@@ -395,6 +397,8 @@ PRELOADED int close(int file)
 {
     static const auto next = NEXT(close);
     const bool isFailed = FailsOn(FaultCallID::cClose, file);
+    int broken = file;
+    GetPlan().brokenFile.compare_exchange_strong(broken, -1);
     const int error = errno;
     const int result = next(file);
     if (isFailed)
