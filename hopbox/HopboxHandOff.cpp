@@ -64,12 +64,13 @@ void DeliverTo(GPPIPCManager& manager, uint32_t process, const Parcel& parcel, R
     report.deliveries.push_back({process, false, 0, GString()});
     Delivery& delivery = report.deliveries.back();
     try {
-        if (manager.GetReceiverState(process, &delivery.reason, parcel.hopbox) == GPPIPCState::Reachable) {
+        GResult reason = GResult::Success();
+        if (manager.GetReceiverState(process, &reason, parcel.hopbox) == GPPIPCState::Reachable) {
             manager.Post(process, parcel.kind, parcel.payload, parcel.hopbox);
             delivery.isSent = true;
-        } else {
-            delivery.code = GErrorCode::cPostMessage;
         }
+        delivery.code = reason.GetCode();
+        delivery.reason = reason.GetReason();
     } catch (const GException& error) {
         delivery.code = error.GetCode();
         delivery.reason = error.GetDescription();

@@ -41,19 +41,25 @@ std::vector<uint32_t> GPPIPCChannel::GetReceivers(uint32_t process)
     return receivers;
 }
 
-GPPIPCState GPPIPCChannel::GetReceiverState(uint32_t process, const GString& address, GString* reason)
+GPPIPCState GPPIPCChannel::GetReceiverState(uint32_t process, const GString& address, GResult* reason)
 {
     const std::vector<uint32_t> receivers = GetReceivers(process);
     GPPIPCState state = GPPIPCState::NoReceiver;
-    *reason = QStringLiteral("The process has no message receiver.");
+    *reason =
+        GResult::Failure(QStringLiteral("The process has no message receiver."), GErrorCode::cPostMessage);
     for (const uint32_t receiver : receivers) {
         try {
             const GPPIPCAddresses addresses(GetQueue({process, receiver})->GetOwner().notice);
-            if (addresses.Take(address))
+            *reason =
+                addresses.Take(address)
+                    ? GResult::Success()
+                    : GResult::Failure(
+                          QStringLiteral("The process takes messages for %1 only.").arg(addresses.GetText()),
+                          GErrorCode::cPostMessage);
+            if (reason->HasSucceeded())
                 return GPPIPCState::Reachable;
-            *reason = QStringLiteral("The process takes messages for %1 only.").arg(addresses.GetText());
         } catch (const GException& error) {
-            *reason = error.GetDescription();
+            *reason = GResult::Failure(error.GetDescription(), error.GetCode());
             state = GPPIPCState::Unreachable;
         }
     }

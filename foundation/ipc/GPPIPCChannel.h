@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/core/GResult.h"
 #include "foundation/core/GString.h"
 #include "foundation/ipc/GMessageQueue.h"
 #include "foundation/ipc/GPPIPCAddresses.h"
@@ -52,9 +53,9 @@ public:
     // The receivers of a process; none when there is no channel of the name.
     std::vector<uint32_t> GetReceivers(uint32_t process);
 
-    // Receivers that take nothing for the address count as none. `reason` says why the process is not
-    // reachable, where it is not.
-    GPPIPCState GetReceiverState(uint32_t process, const GString& address, GString* reason);
+    // Receivers that take nothing for the address count as none. `reason` fails, with a reason and a code,
+    // where the process is not reachable.
+    GPPIPCState GetReceiverState(uint32_t process, const GString& address, GResult* reason);
 
     // Posts the message, with the receiver's identifier filled in, to one receiver; false when that takes
     // nothing for the address. Raises with GErrorCode::cPostMessage when it did not get it: a GQueueIsPast

@@ -117,32 +117,32 @@ GPPIPCManager::Channels GPPIPCManager::GetChannels(uint32_t process, bool* isGlo
     return global ? Channels{global} : GetSessionChannels();
 }
 
-GPPIPCState GPPIPCManager::GetReceiverState(uint32_t process, GString* reason, const GString& address)
+GPPIPCState GPPIPCManager::GetReceiverState(uint32_t process, GResult* reason, const GString& address)
 {
     bool isGlobal = false;
     GPPIPCState best = GPPIPCState::NoReceiver;
-    GString bestReason;
+    GResult bestReason = GResult::Success();
     std::exception_ptr failure;  // of the best place
     const Channels channels = GetChannels(process, &isGlobal);
     for (const std::shared_ptr<GPPIPCChannel>& channel : channels) {
-        GString text;
+        GResult own = GResult::Success();
         GPPIPCState state = GPPIPCState::NoReceiver;
         try {
-            state = channel->GetReceiverState(process, address, &text);
+            state = channel->GetReceiverState(process, address, &own);
         } catch (const GException& error) {
             // A place that can't be looked into, such as one that another user holds, blocks nobody.
-            bestReason = error.GetDescription();
+            bestReason = GResult::Failure(error.GetDescription(), error.GetCode());
             if (channel == channels.front())
                 failure = std::current_exception();
         }
-        if (bestReason.isEmpty() || state > best)
-            bestReason = text;
+        if (bestReason.HasSucceeded() || state > best)
+            bestReason = own;
         best = std::max(best, state);
     }
     if (failure && best == GPPIPCState::NoReceiver)
         std::rethrow_exception(failure);
     if (reason != nullptr)
-        *reason = best == GPPIPCState::Reachable ? GString() : bestReason;
+        *reason = best == GPPIPCState::Reachable ? GResult::Success() : bestReason;
     return best;
 }
 

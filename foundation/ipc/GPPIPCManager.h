@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/core/GResult.h"
 #include "foundation/core/GString.h"
 #include "foundation/ipc/GPPIPCChannel.h"
 
@@ -27,9 +28,9 @@ public:
     static std::shared_ptr<GPPIPCManager> Get(GPPIPCChannelKind kind = GPPIPCChannelKind::PrinterProcessor);
 
     // Whether the process can be sent messages for an address, or for anybody where that is empty; `reason`
-    // says why, where it can't. Raises as GPPIPCChannel does when the best place can't be looked into and no
-    // other one has a receiver.
-    GPPIPCState GetReceiverState(uint32_t process, GString* reason = nullptr, const GString& address = {});
+    // fails, with a reason and a code, where it can't. Raises as GPPIPCChannel does when the best place can't
+    // be looked into and no other one has a receiver.
+    GPPIPCState GetReceiverState(uint32_t process, GResult* reason = nullptr, const GString& address = {});
 
     // Posts a message to every receiver of a process that takes messages for the address. Raises with
     // GErrorCode::cPostMessage and a text that names the process when one of them did not get it, or there is

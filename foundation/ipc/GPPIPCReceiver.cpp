@@ -64,12 +64,19 @@ void GPPIPCReceiver::ChooseReceiverID()
 
 void GPPIPCReceiver::Register(Place* place, const std::shared_ptr<GPPIPCChannel>& channel)
 {
-    auto fresh = std::make_unique<GPPIPCRegistration>(channel, mReceiverID, mKeeper.number, mAddresses);
+    *place = std::make_unique<GPPIPCRegistration>(channel, mReceiverID, mKeeper.number, mAddresses);
+}
+
+// A new place takes the old one's names: what that holds is taken up before, or a kill would lose it. False
+// when that does not go now; the names stay then, and the place is closed.
+bool GPPIPCReceiver::GiveUp(Place* place)
+{
     if (*place) {
         (*place)->Close();
         mPast.push_back(std::move(*place));
     }
-    *place = std::move(fresh);
+    TakeUp();
+    return mPast.empty();
 }
 
 // What fails is tried again at the next look: the messages stay where they are.
@@ -111,7 +118,8 @@ void GPPIPCReceiver::LookAfterPlaces()
     TakeOverLeftMessages();
     try {
         const std::shared_ptr<GPPIPCChannel> best = mManager->GetSessionChannels().front();
-        if (&mSession->GetChannel() != best.get() || !mSession->Renew()) {
+        const bool isFound = mSession && &mSession->GetChannel() == best.get() && mSession->Renew();
+        if (!isFound && GiveUp(&mSession)) {
             Register(&mSession, best);
             GTrace::Error(
                 QStringLiteral("GPPIPCReceiver::LookAfterPlaces"),

@@ -69,6 +69,7 @@ private:
     void Receive(int32_t message, const GTick& tick) override;
     void ChooseReceiverID();
     void Register(Place* place, const std::shared_ptr<GPPIPCChannel>& channel);
+    bool GiveUp(Place* place);
     void TakeOverLeftMessages();
     void DropPastPlaces();
     void Deregister(GPPIPCRegistration* place);
@@ -87,7 +88,7 @@ private:
     uint32_t mReceiverID = 0;
     Place mSession;
     Place mGlobal;
-    std::vector<Place> mPast;  // closed; what they hold is still taken up
+    std::vector<Place> mPast;  // closed; what they hold is still taken up, and then they go
     std::chrono::steady_clock::time_point mNextLook;
     GString mLastTrouble;
     GString mTakeOverTrouble;

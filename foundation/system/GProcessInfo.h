@@ -12,7 +12,8 @@ public:
     // The identifiers of all running processes whose image has the name, in ascending order. The image name
     // is the last name of the executable's path: on POSIX compared exactly, also when the file has been
     // replaced since; on Windows without regard to case. Processes of other users that the system does not
-    // show are left out.
+    // show are left out. Raises a GCustomException with GErrorCode::cFile where the system gives no list, or
+    // not all of it.
     static std::vector<uint32_t> GetProcessIDs(const GString& imageName);
 
     static uint32_t GetOwnProcessID();

@@ -1,15 +1,26 @@
 #include "foundation/system/GProcessInfo.h"
 
-#include <QDir>
+#include "foundation/core/GPathName.h"
+#include "foundation/system/GSystemError.h"
+
+#include <QByteArrayList>
 #include <QFile>
 
+#include <dirent.h>
 #include <unistd.h>
-#include <climits>
 
 #include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <memory>
 
 namespace
 {
+struct FolderCloser
+{
+    void operator()(DIR* folder) const { closedir(folder); }
+};
+
 // The fields of a process's status line that count here.
 struct Status
 {
@@ -40,6 +51,27 @@ bool IsRunning(const Status& status)
     return status.state != 0 && status.state != 'Z' && status.state != 'X' && status.state != 'x';
 }
 
+// The names of the folders that the processes have.
+QByteArrayList ListProcesses()
+{
+    const GPathName path(QStringLiteral("/proc"));
+    const std::unique_ptr<DIR, FolderCloser> folder(opendir("/proc"));
+    QByteArrayList processes;
+    errno = folder != nullptr ? 0 : errno;
+    while (const dirent* entry = folder != nullptr ? readdir(folder.get()) : nullptr) {
+        const QByteArray name(entry->d_name);
+        bool isNumber = false;
+        name.toUInt(&isNumber);
+        if (isNumber)
+            processes.append(name);
+        errno = 0;
+    }
+    if (errno != 0)
+        RaiseFileError(QStringLiteral("The list of processes in \"%1\" can't be read"), path,
+                       GetLastSystemError());
+    return processes;
+}
+
 // The image name of a process, empty when it can't be read. The system adds a note to the path of a file that
 // was removed or replaced.
 QByteArray GetImageName(const QByteArray& processID)
@@ -60,11 +92,9 @@ std::vector<uint32_t> GProcessInfo::GetProcessIDs(const GString& imageName)
 {
     std::vector<uint32_t> processIDs;
     const QByteArray wanted = QFile::encodeName(imageName);
-    for (const QString& entry : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        bool isNumber = false;
-        const uint32_t processID = entry.toUInt(&isNumber);
-        if (isNumber && !wanted.isEmpty() && GetImageName(entry.toLatin1()) == wanted)
-            processIDs.push_back(processID);
+    for (const QByteArray& entry : ListProcesses()) {
+        if (!wanted.isEmpty() && GetImageName(entry) == wanted)
+            processIDs.push_back(entry.toUInt());
     }
     std::sort(processIDs.begin(), processIDs.end());
     return processIDs;

@@ -1,5 +1,8 @@
 #include "foundation/system/GProcessInfo.h"
 
+#include "foundation/core/GErrorCodes.h"
+#include "foundation/core/GException.h"
+#include "foundation/system/GSystemError.h"
 #include "foundation/system/PFileHandle.h"
 
 #include <windows.h>
@@ -29,7 +32,8 @@ std::vector<uint32_t> GProcessInfo::GetProcessIDs(const GString& imageName)
     PROCESSENTRY32W entry = {};
     entry.dwSize = sizeof entry;
     if (!snapshot.IsOpen() || !Process32FirstW(GetHandle(snapshot), &entry))
-        return processIDs;
+        throw GCustomException(GErrorCode::cFile, QStringLiteral("The list of processes can't be read: ") +
+                                                      GetReasonText(GetLastSystemError()));
     do {
         if (imageName.compare(QString::fromWCharArray(entry.szExeFile), Qt::CaseInsensitive) == 0)
             processIDs.push_back(entry.th32ProcessID);

@@ -5,6 +5,9 @@
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Test.h"
 
+#include <QCoreApplication>
+#include <QFileInfo>
+
 #include <cstdio>
 
 namespace
@@ -53,6 +56,19 @@ QString LookIntoInbox(const QString& root)
     return QStringList(job.keys()).join(QLatin1Char(' ')) + QString::fromUtf8(job["a.pdf"_q]);
 }
 }  // namespace
+
+CHILD_ROLE(ListProcesses)
+{
+    try {
+        return GProcessInfo::GetProcessIDs(QFileInfo(QCoreApplication::applicationFilePath()).fileName())
+                       .empty()
+                   ? 2
+                   : 0;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
+    }
+}
 
 // Registers, posts a ticket to itself unless one was left in a queue by the run before, and accepts it.
 CHILD_ROLE(PostAndAccept)

@@ -201,6 +201,26 @@ TEST(SharedSettings, AReadThatBreaksOffLeavesNothingThatTheNextChangeBringsBack)
     EXPECT_EQ(scenario.look(root), "New"_q);
 }
 
+// A list of processes that breaks off is no list of nobody.
+TEST(ProcessList, IsNotTakenForEmptyWhereItCannotBeRead)
+{
+    const Sandbox sandbox;
+    const QString report = sandbox.GetPath("report"_q);
+    const auto list = [&report](int number) {
+        QFile::remove(report);
+        Preload preload("/proc"_q, number);
+        preload.Set(cFaultReport, report);
+        return ChildProcess("ListProcesses"_q, {}).WaitForExit();
+    };
+    WriteFile(report, "");
+    ASSERT_EQ(list(0), 0);
+    const QStringList calls = QString::fromUtf8(ReadFile(report)).split(QLatin1Char('\n'));
+    for (const char* call : {"open /proc", "readdir /proc"}) {
+        EXPECT_GE(calls.indexOf(QLatin1String(call)), 0);
+        EXPECT_EQ(list(calls.lastIndexOf(QLatin1String(call)) + 1), 1) << call;
+    }
+}
+
 // A loop that waits for others to be done with a file ends when nobody else is there.
 TEST(Loops, EndWhenTheSystemNeverTellsWhatAFileIs)
 {

@@ -78,12 +78,13 @@ TEST_F(ChannelTest, WhoTakesOtherAddressesOnlyCountsAsNoReceiver)
     } cases[] = {{"Press", true}, {"Gr\u00F6\u00DFe", true}, {"", true}, {"press", false}, {"Pres", false}};
     for (const auto& test : cases) {
         const GString address = GString::fromUtf8(test.address);
-        GString reason;
+        GResult reason = GResult::Success();
         EXPECT_EQ(manager->GetReceiverState(mOwnID, &reason, address),
                   test.isTaken ? GPPIPCState::Reachable : GPPIPCState::NoReceiver);
-        EXPECT_EQ(reason, test.isTaken
-                              ? GString()
-                              : "The process takes messages for \"Press\", \"Gr\u00F6\u00DFe\" only."_q);
+        EXPECT_EQ(reason.GetCode(), test.isTaken ? 0 : GErrorCode::cPostMessage);
+        EXPECT_EQ(reason.GetReason(),
+                  test.isTaken ? GString()
+                               : "The process takes messages for \"Press\", \"Gr\u00F6\u00DFe\" only."_q);
         EXPECT_EQ(GetErrorCode([&] { manager->Post(mOwnID, 145, test.address, address); }),
                   test.isTaken ? 0 : GErrorCode::cPostMessage);
     }
@@ -131,7 +132,9 @@ TEST_F(ChannelTest, QueueOfAnotherProcessThanItsNameSaysIsNotPostedTo)
     const uint32_t process = static_cast<uint32_t>(other.GetProcessID());
     const GSharedSegment queue(GetOwnQueueName(), 1000, GSharedSegment::Mode::Open);
     GMessageRing::Make(queue.GetData(), 1000, {process, GProcessInfo::GetStartTime(process)});
-    EXPECT_EQ(GPPIPCManager::Get()->GetReceiverState(mOwnID), GPPIPCState::Unreachable);
+    GResult reason = GResult::Success();
+    EXPECT_EQ(GPPIPCManager::Get()->GetReceiverState(mOwnID, &reason), GPPIPCState::Unreachable);
+    EXPECT_EQ(reason.GetCode(), GErrorCode::cSegmentHeader);
 }
 
 TEST_F(ChannelTest, PosterThatDiesWithALockBlocksNobody)

@@ -338,6 +338,32 @@ TEST_F(CutOffTest, KeeperGetsTheMessagesOfADeadProcessOfTheSameNumber)
     EXPECT_EQ(left.CountThere(), 0U);
 }
 
+// A kill between the two would lose what was posted.
+TEST_F(CutOffTest, QueueKeepsItsNameUntilWhatItHoldsIsKept)
+{
+    bool isFailing = true;
+    int kept = 0;
+    const auto keep = [&](const std::vector<GPPIPCMessage>& messages) {
+        if (isFailing)
+            throw GSimpleException(GErrorCode::cFile, "no space"_q);
+        kept += static_cast<int>(messages.size());
+    };
+    const auto manager = GPPIPCManager::Get();
+    GPPIPCReceiver receiver([](const GPPIPCMessage&) {}, GPPIPCChannelKind::PrinterProcessor,
+                            {LeftQueues::cKeeper, keep});
+    manager->Post(mOwnID, 1, "x");
+    const GSharedSegment queue(GetQueue(), 1000, GSharedSegment::Mode::Open);
+    QFile::remove(GetQueue() + "_S"_q);
+    for (int look = 0; look < 2; ++look) {
+        receiver.LookAfterPlaces();
+        EXPECT_TRUE(queue.IsCurrent()) << look;
+    }
+    isFailing = false;
+    receiver.LookAfterPlaces();
+    EXPECT_EQ(kept, 1);
+    EXPECT_EQ(manager->GetReceiverState(mOwnID), GPPIPCState::Reachable);
+}
+
 TEST_F(CutOffTest, WhoLivesGetsTheRoomOfWhatWasLeft)
 {
     const auto getName = [](uint32_t receiver) { return GetQueueName(999999999, receiver); };

@@ -119,9 +119,10 @@ CHILD_ROLE(MeetAnotherUser)
     EXPECT_TRUE(GetRefusal().contains("user number 65534"_q)) << GetRefusal().toStdString();
     EXPECT_EQ(GetErrorCode([&] { manager->GetReceiverState(own); }), GErrorCode::cSegmentHeader);
     EXPECT_EQ(::mkdir(GetUserFolder().constData(), 0700), 0);
-    GString reason;
+    GResult reason = GResult::Success();
     EXPECT_EQ(manager->GetReceiverState(own, &reason), GPPIPCState::NoReceiver);
-    EXPECT_TRUE(reason.contains("user number 65534"_q)) << reason.toStdString();
+    EXPECT_TRUE(reason.GetReason().contains("user number 65534"_q)) << reason.GetReason().toStdString();
+    EXPECT_EQ(reason.GetCode(), GErrorCode::cSegmentHeader);
     EXPECT_EQ(GetErrorCode([&] { manager->Post(own, 1, "x"); }), GErrorCode::cSegmentHeader);
     const GPPIPCReceiver receiver([](const GPPIPCMessage&) {});
     EXPECT_EQ(manager->GetReceiverState(own), GPPIPCState::Reachable);
