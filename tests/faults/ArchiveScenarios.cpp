@@ -3,10 +3,6 @@
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Test.h"
 
-#include <cstdio>
-
-using Morvane::ILogInterface;
-using Morvane::LogLevel;
 using Morvane::ZipArchiver;
 using Morvane::ZipEntry;
 using Morvane::ZipNames;
@@ -14,16 +10,6 @@ using Morvane::ZipStart;
 
 namespace
 {
-class ErrorLog : public ILogInterface
-{
-public:
-    void log(LogLevel level, const QString&, const QString& message) noexcept override
-    {
-        if (level == LogLevel::Error)
-            std::fprintf(stderr, "%s\n", message.toUtf8().constData());
-    }
-};
-
 QString GetArchive(const QString& root)
 {
     return root + "/kept.zip"_q;
@@ -31,7 +17,7 @@ QString GetArchive(const QString& root)
 
 int Compress(const QString& root, ZipStart start)
 {
-    ErrorLog log;
+    ErrorPrinter log;
     ZipRun run;
     run.log = &log;
     return ZipHelper::compressItem(root + "/tree"_q, GetArchive(root), start, QString(), 6, QString(),
@@ -87,7 +73,7 @@ CHILD_ROLE(AddToArchive)
 CHILD_ROLE(ExtractArchive)
 {
     const QString root = arguments.at(0);
-    ErrorLog log;
+    ErrorPrinter log;
     ZipRun run;
     run.log = &log;
     return ZipHelper::extractFiles(GetArchive(root), root + "/out"_q, ZipPaths::Keep, QString(),

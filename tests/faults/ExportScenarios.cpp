@@ -4,7 +4,6 @@
 #include "export/SmartFileList.h"
 #include "foundation/core/GException.h"
 #include "foundation/trace/GTrace.h"
-#include "foundation/trace/QtLogger.h"
 #include "tests/support/ChildProcess.h"
 
 #include <cstdio>
@@ -85,7 +84,7 @@ CHILD_ROLE(ListTemporary)
 
 CHILD_ROLE(ListAnotherTemporary)
 {
-    GTrace::SetLogger(std::make_shared<Morvane::QtLogger>());
+    GTrace::SetLogger(std::make_shared<ErrorPrinter>());
     const PlugInStore store;
     return SmartFileList::Replace(1, GPathName(arguments.at(0) + "/new"_q)) ? 0 : 1;
 }

@@ -2,7 +2,6 @@
 #include "foundation/files/FileHandler.h"
 #include "foundation/system/GDurableFile.h"
 #include "foundation/system/GFileSystemBase.h"
-#include "foundation/trace/ILogInterface.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Test.h"
 
@@ -12,16 +11,6 @@
 
 namespace
 {
-class ErrorPrinter : public Morvane::ILogInterface
-{
-public:
-    void log(Morvane::LogLevel level, const QString& source, const QString& message) noexcept override
-    {
-        if (level == Morvane::LogLevel::Error)
-            std::fprintf(stderr, "%s: %s\n", qPrintable(source), qPrintable(message));
-    }
-};
-
 // Every folder counts as another volume; a failing call is not tried twenty times a second apart.
 class Copier : public Morvane::FileHandler
 {

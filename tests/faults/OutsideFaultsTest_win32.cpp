@@ -28,6 +28,10 @@ private:
 
 constexpr const char* cRegistry =
     "AppData/Morvane Prefs Folder/Printer Processor/MorvanePrinterProcessor.prefs";
+constexpr const char* cProject = "AppData/Morvane/Hopbox/Cache/Settings/77378595/Project.hopbox";
+constexpr const char* cPlacedJobOptions = "AppData/Adobe/Adobe PDF/Settings/Morvane_Hopbox_PDF.joboptions";
+constexpr const char* cPlugInSettings =
+    "AppData/Morvane Prefs Folder/Junctra_CC2019_64_InDesign/JunctraPlugins.pref";
 constexpr const char* cJournal = "in/.printer-processor/journal";
 
 const OutsideTarget cTargets[] = {
@@ -49,6 +53,9 @@ const OutsideTarget cTargets[] = {
     {GetPostAndAccept, cJournal},
     {GetCopyOfAcceptedJob, cJournal},
     {GetCopyOfAcceptedJob, "job/a.pdf", OutsideTarget::cRead},
+    {GetExport, cProject, OutsideTarget::cRead},
+    {GetExport, cPlacedJobOptions},
+    {GetListOfTemporaries, cPlugInSettings},
 };
 
 std::string GetName(const testing::TestParamInfo<OutsideTarget>& each)

@@ -1,6 +1,20 @@
 #pragma once
 
+#include "foundation/trace/ILogInterface.h"
 #include "tests/support/faults/FaultDriver.h"
+
+#include <cstdio>
+
+// Tells a task's errors on standard error.
+class ErrorPrinter : public Morvane::ILogInterface
+{
+public:
+    void log(Morvane::LogLevel level, const QString& source, const QString& message) noexcept override
+    {
+        if (level == Morvane::LogLevel::Error)
+            std::fprintf(stderr, "%s: %s\n", qPrintable(source), qPrintable(message));
+    }
+};
 
 // The tasks whose every call is made to fail, each in the file of its subject.
 
