@@ -230,18 +230,26 @@ GMessageRing::Owner GMessageRing::GetOwner() const
 
 size_t GMessageRing::CopyIn(size_t place, const void* bytes, size_t length)
 {
-    const size_t first = std::min(length, mCapacity - place);
+    const size_t first = mCapacity - place;
     uint8_t* const ring = mData + cHeaderSize;
+    if (length < first) {
+        std::memcpy(ring + place, bytes, length);
+        return place + length;
+    }
     std::memcpy(ring + place, bytes, first);
     std::memcpy(ring, static_cast<const uint8_t*>(bytes) + first, length - first);
-    return first < mCapacity - place ? place + length : length - first;
+    return length - first;
 }
 
 size_t GMessageRing::CopyOut(size_t place, void* bytes, size_t length) const
 {
-    const size_t first = std::min(length, mCapacity - place);
+    const size_t first = mCapacity - place;
     const uint8_t* const ring = mData + cHeaderSize;
+    if (length < first) {
+        std::memcpy(bytes, ring + place, length);
+        return place + length;
+    }
     std::memcpy(bytes, ring + place, first);
     std::memcpy(static_cast<uint8_t*>(bytes) + first, ring, length - first);
-    return first < mCapacity - place ? place + length : length - first;
+    return length - first;
 }

@@ -1,6 +1,5 @@
 #include "foundation/prefs/GPrefFileModule.h"
 
-#include "foundation/core/GBufferedInputStream.h"
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/core/GException.h"
 #include "foundation/core/GFileInputStream.h"
@@ -8,13 +7,12 @@
 #include "foundation/system/GDurableFile.h"
 #include "foundation/trace/GTrace.h"
 
-#include <algorithm>
-
 // Whether the data begins with the mark of an encoding, which is its own then whatever the module writes.
-static bool HasMark(GBufferedInputStream& stream)
+static bool HasMark(GInputStream& stream)
 {
-    const int length = std::min(stream.LookAhead(3), 3);
-    const GBuffer begin = GBuffer::fromRawData(stream.GetAhead(), length);
+    char bytes[3];
+    const GBuffer begin = GBuffer::fromRawData(bytes, stream.Read(bytes, sizeof bytes));
+    stream.Reset();
     return begin.startsWith("\xFF\xFE") || begin.startsWith("\xFE\xFF") || begin == "\xEF\xBB\xBF";
 }
 
@@ -86,9 +84,7 @@ void GPrefFileModule::ReadThere(const GEncodingRef& encoding)
     const auto file = GFileInputStream::OpenIfThere(mPath.GetNativePath());
     if (file == nullptr)
         return;
-    GBufferedInputStream buffered(*file);
-    const int64_t damage =
-        ReadGroups(buffered, HasMark(buffered) ? nullptr : encoding, mPath.GetNativePath());
+    const int64_t damage = ReadGroups(*file, HasMark(*file) ? nullptr : encoding, mPath.GetNativePath());
     if (damage >= 0)
         mDamage = PrefDamage{mPath, damage, IsEmpty(mPath), GPathName()};
 }

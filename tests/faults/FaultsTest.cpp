@@ -192,9 +192,10 @@ TEST(SharedSettings, AReadThatBreaksOffLeavesNothingThatTheNextChangeBringsBack)
     scenario.prepare(root);
     const QStringList calls = ListCalls(scenario);
     const QRegularExpression reading("read .*/a\\.prefs$"_q);
-    const int second = calls.indexOf(reading, calls.indexOf(reading) + 1) + 1;
-    ASSERT_GT(second, 1);
-    const Preload preload(root, second);
+    // The first two give the beginning: once for the mark of its encoding.
+    const int third = calls.indexOf(reading, calls.indexOf(reading, calls.indexOf(reading) + 1) + 1) + 1;
+    ASSERT_GT(third, 2);
+    const Preload preload(root, third);
     ChildProcess child(scenario.arguments.first(), {root});
     EXPECT_EQ(child.ReadLine(), "unread");
     EXPECT_EQ(child.WaitForExit(), 0);
