@@ -139,7 +139,7 @@ bool ZipDestination::remove(const QStringList& parts)
         case ZipFolder::Found::File:
         case ZipFolder::Found::ReadOnlyFile:
         case ZipFolder::Found::Link:
-            return mFiles.removeFile(folder.getPath(parts.last()));
+            return mFiles.removeFileAlone(folder.getPath(parts.last()));
         default:
             return folder.removeFolder(parts.last());
     }
@@ -272,8 +272,7 @@ bool ZipTarget::closeInPlace()
     if (mFile->close())
         return true;
     mDestination.failBySystem();
-    // Not with its companion, which is not ours.
-    FileSystem::removeItem(getFolder().getPath(mName));
+    mDestination.mFiles.removeFileAlone(getFolder().getPath(mName));
     return false;
 }
 

@@ -312,8 +312,14 @@ bool ZipHelper::compressFolderContents(const QString& folder, const QString& zip
                                        const QString& password, int level, ZipNames names, const ZipRun& run)
 {
     const ZipLog log(run.log);
-    if (!QFileInfo(folder).isDir()) {
-        log.error("ZipHelper::compressFolderContents", QLatin1String("Folder doesn't exist: ") + folder);
+    ZipSource source(folder);
+    const ZipSource::Kind kind = source.look();
+    if (kind != ZipSource::Kind::Folder && kind != ZipSource::Kind::LinkToFolder) {
+        const QString line =
+            kind == ZipSource::Kind::Unknown
+                ? QStringLiteral("Folder can't be read: %1: %2").arg(folder, source.getReason())
+                : QLatin1String("Folder doesn't exist: ") + folder;
+        log.error("ZipHelper::compressFolderContents", line);
         return false;
     }
     ZipArchiver archiver(zipPath);

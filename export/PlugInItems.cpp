@@ -6,6 +6,12 @@
 #include "foundation/system/GFileSystemBase.h"
 #include "foundation/trace/GTrace.h"
 
+GPathName PlugInItems::GetSettingsFile(const GPrefModule& module)
+{
+    const auto* file = dynamic_cast<const GPrefFileModule*>(&module);
+    return file != nullptr ? file->GetPathName() : GPathName();
+}
+
 bool PlugInItems::ChangeSettings(const char* operation, const std::function<void(GPrefModule&)>& change)
 {
     try {

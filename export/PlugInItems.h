@@ -13,6 +13,9 @@ namespace PlugInItems
 // a line in the log under the operation's name, when that can't be done. For the main thread; never raises.
 bool ChangeSettings(const char* operation, const std::function<void(GPrefModule&)>& change);
 
+// The file of the settings; empty where they are in none.
+GPathName GetSettingsFile(const GPrefModule& module);
+
 // Whether the path lies in the temporary folder, and really there: no folder on the way is a link.
 bool IsInTemporaryFolder(const GPathName& path);
 }  // namespace PlugInItems

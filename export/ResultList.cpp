@@ -1,20 +1,23 @@
 #include "export/ResultList.h"
 
+#include "export/ListOwner.h"
 #include "export/PlugInItems.h"
 #include "export/SmartFileList.h"
 #include "foundation/core/GException.h"
+#include "foundation/core/SharedFile.h"
 #include "foundation/prefs/GMorvaneGeneralPrefs.h"
 #include "foundation/prefs/GPrefModule.h"
 #include "foundation/prefs/GPreferences.h"
 
 #include <QDateTime>
 #include <QDir>
-#include <QFileInfo>
 
 namespace
 {
-const GBuffer cGroup = QByteArrayLiteral("Results");  // a native path in UTF-8; the second when it was noted
+const GBuffer cGroup =
+    QByteArrayLiteral("Results");  // a native path in UTF-8; the second when it was noted, and by whom
 const GBuffer cDays = QByteArrayLiteral("RemoveResultsAfterDays");
+constexpr QLatin1Char cBlank(' ');
 constexpr qint64 cSecondsOfDay = 24 * 60 * 60;
 
 // 0: results stay.
@@ -34,7 +37,7 @@ bool Remove(const GString& text)
         // Goes only when nothing else is in it.
         if (PlugInItems::IsInTemporaryFolder(path.GetParent()))
             QDir().rmdir(path.GetParent().GetNativePath());
-        return !QFileInfo::exists(path.GetNativePath());
+        return IsFileMissing(path.GetNativePath());
     } catch (const GException&) {
         return true;
     }
@@ -43,8 +46,15 @@ bool Remove(const GString& text)
 bool IsOld(const GString& noted, qint64 seconds)
 {
     bool isNumber = false;
-    const qint64 time = noted.toLongLong(&isNumber);
+    const qint64 time = noted.section(cBlank, 0, 0).toLongLong(&isNumber);
     return !isNumber || QDateTime::currentSecsSinceEpoch() - time >= seconds;
+}
+
+// Whoever made it still runs, and may be about to use it.
+bool IsInUse(const GPrefModule& module, const GString& noted)
+{
+    const GPathName settings = PlugInItems::GetSettingsFile(module);
+    return !settings.IsEmpty() && ListOwner::IsInOtherHands(settings, noted.section(cBlank, 1));
 }
 }  // namespace
 
@@ -53,8 +63,10 @@ void ResultList::Note(const GPathName& path)
     if (GetDays() <= 0)
         return;
     PlugInItems::ChangeSettings("ResultList::Note", [&](GPrefModule& module) {
+        const GPathName settings = PlugInItems::GetSettingsFile(module);
+        const GString owner = settings.IsEmpty() ? GString() : ListOwner::GetOwnName(settings);
         module.Set(cGroup, path.GetNativePath().toUtf8(),
-                   GString::number(QDateTime::currentSecsSinceEpoch()));
+                   GString::number(QDateTime::currentSecsSinceEpoch()) + cBlank + owner);
     });
 }
 
@@ -67,7 +79,8 @@ void ResultList::RemoveOld()
         GPrefGroup noted;
         module.GetGroupPreferences(cGroup, noted);
         for (const auto& result : noted) {
-            if (IsOld(result.value, seconds) && Remove(QString::fromUtf8(result.key)))
+            if (IsOld(result.value, seconds) && !IsInUse(module, result.value) &&
+                Remove(QString::fromUtf8(result.key)))
                 module.Remove(cGroup, result.key);
         }
     });

@@ -4,7 +4,8 @@
 
 // The PDFs and packages that stay in the work folder. Nothing removes them, unless the setting
 // "General"/"RemoveResultsAfterDays" is above 0: what is made from then on is noted in the plug-in's
-// settings, and the plug-in's start removes what has been noted for that many days.
+// settings, and the plug-in's start removes what has been noted for that many days by a process that has
+// ended (see ListOwner).
 //
 // For the main thread; never raises.
 namespace ResultList

@@ -6,6 +6,7 @@
 #include "export/PlugInItems.h"
 #include "foundation/core/GException.h"
 #include "foundation/core/GStringSupport.h"
+#include "foundation/core/SharedFile.h"
 #include "foundation/prefs/GPrefSharedFileModule.h"
 #include "foundation/system/GFileSystemBase.h"
 #include "foundation/trace/GTrace.h"
@@ -43,22 +44,15 @@ GBuffer GetOwnerKey(int32_t number)
     return cOwnerPrefix + GBuffer::number(number);
 }
 
-// The file in which the list is kept; empty where the settings are in no file.
-GPathName GetSettingsFile(const GPrefModule& module)
-{
-    const auto* file = dynamic_cast<const GPrefFileModule*>(&module);
-    return file != nullptr ? file->GetPathName() : GPathName();
-}
-
 GString GetOwnOwnerText(const GPrefModule& module)
 {
-    const GPathName settings = GetSettingsFile(module);
+    const GPathName settings = PlugInItems::GetSettingsFile(module);
     return settings.IsEmpty() ? GString() : ListOwner::GetOwnName(settings);
 }
 
 bool IsInOtherHands(const GPrefModule& module, int32_t number)
 {
-    const GPathName settings = GetSettingsFile(module);
+    const GPathName settings = PlugInItems::GetSettingsFile(module);
     return !settings.IsEmpty() &&
            ListOwner::IsInOtherHands(settings, module.Get(cGroup, GetOwnerKey(number)));
 }
@@ -215,8 +209,8 @@ void SweepList(GPrefModule& module)
     }
     if (module.Get(cGroup, cMaximum) != GStringSupport::FromInt32(maximum))
         SetMaximum(module, maximum);
-    if (!GetSettingsFile(module).IsEmpty())
-        ListOwner::CleanUp(GetSettingsFile(module));
+    if (!PlugInItems::GetSettingsFile(module).IsEmpty())
+        ListOwner::CleanUp(PlugInItems::GetSettingsFile(module));
 }
 }  // namespace
 
@@ -268,7 +262,7 @@ void SmartFileList::RemoveOrRetry(const GPathName& path)
         JobOptionsFolder::RemovePlacedFile(path);
     else
         RemoveItem(path);
-    if (QFileInfo::exists(path.GetNativePath()))
+    if (!IsFileMissing(path.GetNativePath()))
         GetStuck().push_back({path, GetModified(path)});
 }
 

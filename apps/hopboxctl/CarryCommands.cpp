@@ -101,8 +101,10 @@ int RunImport(const CliCall& call)
     if (!HopboxOptions::IsUsable(QStringLiteral("A Hopbox's name"), name))
         return cCliFailed;
     HopboxRegistry registry;
-    if (!registry.FindKey(name).isEmpty())
+    if (!registry.FindKey(name).isEmpty()) {
+        DamageNotice::Tell(registry);
         return HopboxOutput::FailTaken(name);
+    }
     ProjectPlace::NewFolder folder(name);
     GString key;
     const bool isAdded = registry.AddFirstEntry(name, PlaceEntry(*content, name, folder), key);

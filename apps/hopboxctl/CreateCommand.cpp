@@ -42,8 +42,10 @@ int Create(const CliCall& call, const GPrefMemoryModule& settings)
 {
     const QString name = call.GetArgument(0);
     HopboxRegistry registry;
-    if (!registry.FindKey(name).isEmpty())
+    if (!registry.FindKey(name).isEmpty()) {
+        DamageNotice::Tell(registry);
         return HopboxOutput::FailTaken(name);
+    }
     ProjectPlace::NewFolder folder(name);
     HopboxProject project(folder.GetArchivePath());
     if (!project.Create(GetAbsolute(call.Get("job-options")), settings)) {

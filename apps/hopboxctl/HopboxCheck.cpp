@@ -4,20 +4,33 @@
 #include "apps/hopboxctl/JobOptionsCheck.h"
 #include "apps/hopboxctl/PlugInSettings.h"
 #include "apps/hopboxctl/ProjectPlace.h"
+#include "foundation/core/SharedFile.h"
 #include "foundation/prefs/GPrefMemoryModule.h"
 #include "hopbox/HopboxProject.h"
 #include "hopbox/HopboxRegistry.h"
 #include "hopbox/TemporaryFolder.h"
 
+#include <QFile>
 #include <QFileInfo>
 
 namespace
 {
 using Kind = HopboxCheck::Kind;
 
-bool IsThere(const GPathName& file)
+// What is wrong where a file should be, of which the text has %1; empty when nothing is. Only what the system
+// says is not there is missing.
+QString FindFault(const GPathName& file, const QString& missing)
 {
-    return QFileInfo(file.GetNativePath()).isFile();
+    const QString native = file.GetNativePath();
+    if (QFileInfo(native).isFile())
+        return {};
+    if (file.IsEmpty() || IsFileMissing(native))
+        return missing.arg(native);
+    QFile opened(native);
+    GString reason;
+    return OpenSharedForReading(opened, cNoLargestFile, reason) == FileOpening::cOpen
+               ? QString()
+               : QStringLiteral("\"%1\" can't be used: %2").arg(native, reason);
 }
 
 void CheckSettings(HopboxProject& project, HopboxCheck& check)
@@ -65,11 +78,9 @@ void CheckJobOptions(HopboxProject& project, HopboxCheck& check)
 
 void CheckArchive(HopboxCheck& check)
 {
-    if (!IsThere(check.archive)) {
-        check.problems.append(
-            {Kind::cNoArchive,
-             QStringLiteral("There is no project archive \"%1\".").arg(check.archive.GetNativePath()),
-             {}});
+    const QString fault = FindFault(check.archive, QStringLiteral("There is no project archive \"%1\"."));
+    if (!fault.isEmpty()) {
+        check.problems.append({Kind::cNoArchive, fault, {}});
         return;
     }
     HopboxProject project(check.archive);
@@ -79,17 +90,13 @@ void CheckArchive(HopboxCheck& check)
 
 void CheckEntry(const HopboxRegistryEntry& entry, HopboxCheck& check)
 {
-    if (!entry.hopboxIconPath.IsEmpty() && !IsThere(entry.hopboxIconPath))
-        check.problems.append(
-            {Kind::cNoIcon,
-             QStringLiteral("There is no icon \"%1\".").arg(entry.hopboxIconPath.GetNativePath()),
-             {}});
+    const QString iconFault = FindFault(entry.hopboxIconPath, QStringLiteral("There is no icon \"%1\"."));
+    if (!entry.hopboxIconPath.IsEmpty() && !iconFault.isEmpty())
+        check.problems.append({Kind::cNoIcon, iconFault, {}});
     // Hopboxes of ours name an application for its build number only: a receiver that is running serves them.
-    if (entry.applicationPath != ProjectPlace::GetDefaultApplication() && !IsThere(entry.applicationPath))
-        check.notes.append(
-            {Kind::cNoApplication,
-             QStringLiteral("There is no application \"%1\".").arg(entry.applicationPath.GetNativePath()),
-             {}});
+    const QString fault = FindFault(entry.applicationPath, QStringLiteral("There is no application \"%1\"."));
+    if (entry.applicationPath != ProjectPlace::GetDefaultApplication() && !fault.isEmpty())
+        check.notes.append({Kind::cNoApplication, fault, {}});
     if (ProjectPlace::IsOfAnotherUser(check.archive))
         check.notes.append(
             {Kind::cOfAnotherUser,

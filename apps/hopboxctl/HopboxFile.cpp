@@ -1,5 +1,7 @@
 #include "apps/hopboxctl/HopboxFile.h"
 
+#include "apps/hopboxctl/Command.h"
+#include "apps/hopboxctl/HopboxOutput.h"
 #include "apps/hopboxctl/JobOptionsCheck.h"
 #include "archive/ZipHelper.h"
 #include "foundation/core/GErrorCodes.h"
@@ -11,6 +13,7 @@
 #include "hopbox/TemporaryFolder.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 using Morvane::ZipArchiver;
@@ -79,6 +82,22 @@ GPathName FindIcon(const GPathName& folder)
                                   .entryList({QStringLiteral("Icon*")}, QDir::Files | QDir::NoSymLinks);
     return icons.isEmpty() ? GPathName() : folder.GetChild(cFolder).GetChild(icons.first());
 }
+
+// Raises for one that can't be read, and says that one is missing.
+bool IsIconThere(const GPathName& icon)
+{
+    if (icon.IsEmpty())
+        return false;
+    QFile file(icon.GetNativePath());
+    GString reason;
+    const FileOpening opening = OpenSharedForReading(file, cNoLargestFile, reason);
+    if (opening == FileOpening::cRefused)
+        Fail(QStringLiteral("The icon \"%1\" can't be read: %2").arg(icon.GetNativePath(), reason));
+    if (opening == FileOpening::cMissing)
+        PrintWarning(HopboxOutput::GetShown(
+            QStringLiteral("The icon \"%1\" is not there and is left out.").arg(icon.GetNativePath())));
+    return opening == FileOpening::cOpen;
+}
 }  // namespace
 
 void HopboxFile::Write(const HopboxRecord& record, const GPathName& file)
@@ -99,7 +118,7 @@ void HopboxFile::Write(const HopboxRecord& record, const GPathName& file)
     add(recordPath, cRecord);
     add(record.entry.contextFilePath, cProject);
     const GPathName& icon = record.entry.hopboxIconPath;
-    if (QFileInfo(icon.GetNativePath()).isFile())
+    if (IsIconThere(icon))
         add(icon, cIcon + QLatin1Char('.') + QFileInfo(icon.GetNativePath()).suffix());
     check(archiver.FinishWriting());
 }

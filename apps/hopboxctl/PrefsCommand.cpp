@@ -32,6 +32,7 @@ int Read(const CliCall& call)
     if (!file.IsDamaged())
         return status;
     PrintError(file.DescribeDamage());
+    SetDamaged(file.GetDamageJson());
     return cCliFailed;
 }
 

@@ -93,6 +93,13 @@ QString PrefsFile::DescribeDamage() const
         .arg(mDamagePosition);
 }
 
+QJsonObject PrefsFile::GetDamageJson() const
+{
+    return {{QStringLiteral("File"), mPath},
+            {QStringLiteral("Line"), GetLine(mPath, mDamagePosition)},
+            {QStringLiteral("Byte"), static_cast<qint64>(mDamagePosition)}};
+}
+
 void PrefsFile::Set(const QString& path, const QString& group, const QString& key, const QString& value,
                     Access access)
 {

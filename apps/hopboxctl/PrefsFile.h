@@ -2,6 +2,7 @@
 
 #include "foundation/prefs/GPrefGroups.h"
 
+#include <QJsonObject>
 #include <QString>
 
 // A settings file as a person deals with it: groups and keys are named by their shown names (see
@@ -27,6 +28,7 @@ public:
     // Whether the file could not be read whole; where that begins, for people: file, line and byte.
     bool IsDamaged() const { return mDamagePosition >= 0; }
     QString DescribeDamage() const;
+    QJsonObject GetDamageJson() const;
 
     // The line of a file in which the byte lies, from 1 on.
     static int GetLine(const QString& path, int64_t position);

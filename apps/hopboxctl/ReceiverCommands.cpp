@@ -150,8 +150,12 @@ int Remove(const CliCall& call)
     const QString name = call.GetArgument(0);
     // A Hopbox that was deleted is known by its key only.
     QString key = name;
-    if (!LogOnStart::GetKeys().contains(key) && !HopboxOutput::FindOrFail(HopboxRegistry(), name, key))
-        return cCliFailed;
+    if (!LogOnStart::GetKeys().contains(key)) {
+        const HopboxRegistry registry;
+        DamageNotice::Tell(registry);
+        if (!HopboxOutput::FindOrFail(registry, name, key))
+            return cCliFailed;
+    }
     if (!LogOnStart::GetKeys().contains(key)) {
         PrintError(QStringLiteral("No receiver of \"%1\" starts with the log-on.")
                        .arg(HopboxOutput::GetShown(name)));

@@ -2,6 +2,8 @@
 #include "apps/hopboxctl/DeliveryOutput.h"
 #include "apps/hopboxctl/HopboxCommands.h"
 #include "apps/hopboxctl/HopboxOutput.h"
+#include "foundation/core/SharedFile.h"
+#include "foundation/system/GSystemError.h"
 #include "hopbox/HopboxRegistry.h"
 
 #include <QDir>
@@ -15,23 +17,28 @@ bool IsFileURL(const QString& text)
     return text.startsWith(QLatin1String("file:"), Qt::CaseInsensitive);
 }
 
-bool IsThere(const QString& path)
-{
-    return !path.isEmpty() && QFileInfo::exists(path);
-}
-
-// The location for the ticket; empty when there is no such file or folder.
+// The location for the ticket.
 QString GetJobLocation(const QString& path)
 {
     if (IsFileURL(path))
-        return IsThere(QUrl(path).toLocalFile()) ? path : QString();
-    if (!IsThere(path))
-        return {};
+        return path;
     const QString absolute = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
     // A ticket's text can't carry a line break, the URL of the path can.
     if (absolute.contains(QLatin1Char('\n')) || absolute.contains(QLatin1Char('\r')))
         return QString::fromLatin1(QUrl::fromLocalFile(absolute).toEncoded());
     return QDir::toNativeSeparators(absolute);
+}
+
+// Why a job can't be sent; empty when it can.
+QString FindFault(const QString& job)
+{
+    const QString path = IsFileURL(job) ? QUrl(job).toLocalFile() : job;
+    if (!path.isEmpty() && QFileInfo::exists(path))
+        return {};
+    const boost::system::error_code error = GetLastSystemError();
+    if (path.isEmpty() || IsFileMissing(path))
+        return QStringLiteral("There is no file or folder \"%1\".").arg(job);
+    return QStringLiteral("\"%1\" can't be sent: %2").arg(job, GetReasonText(error));
 }
 
 int Submit(const QString& printerName, const QString& location)
@@ -50,11 +57,10 @@ int Run(const CliCall& call)
     DamageNotice::Tell(registry);
     if (!record)
         return cCliFailed;
-    const QString location = GetJobLocation(call.GetArgument(1));
-    if (!location.isEmpty())
-        return Submit(record->GetName(key), location);
-    PrintError(QStringLiteral("There is no file or folder \"%1\".")
-                   .arg(HopboxOutput::GetShown(call.GetArgument(1))));
+    const QString fault = FindFault(call.GetArgument(1));
+    if (fault.isEmpty())
+        return Submit(record->GetName(key), GetJobLocation(call.GetArgument(1)));
+    PrintError(HopboxOutput::GetShown(fault));
     return cCliFailed;
 }
 }  // namespace

@@ -13,22 +13,29 @@ using FileSystem::ItemKind;
 
 bool FileHandler::removeFile(const QString& path)
 {
+    const QString file = ConvertPath(path);
+    if (!removeFileAlone(file))
+        return false;
+    const QString companion = getCompanionPath(file);
+    if (companion.isEmpty() || FileSystem::getItemKind(companion) == ItemKind::None)
+        return true;
+    return removeFile(companion);
+}
+
+bool FileHandler::removeFileAlone(const QString& path)
+{
     const QString source = QStringLiteral("FileHandler::removeFile");
     const QString file = ConvertPath(path);
     for (int attempt = 1;; ++attempt) {
         const FileSystem::Error error = FileSystem::removeItem(file);
         if (!error || FileSystem::getItemKind(file) == ItemKind::None)
-            break;
+            return true;
         LogAttempt(source, "delete file", attempt, file);
         if (!waitBeforeRetry(mPauses.remove) || attempt == cAttempts) {
             LogFailure(source, "Failed to remove file: ", file, error);
             return false;
         }
     }
-    const QString companion = getCompanionPath(file);
-    if (companion.isEmpty() || FileSystem::getItemKind(companion) == ItemKind::None)
-        return true;
-    return removeFile(companion);
 }
 
 bool FileHandler::removeFolder(const QString& path)

@@ -70,7 +70,8 @@ protected:
 };
 }  // namespace
 
-// Files go before their folders, and folders that no entry names go, too.
+// Files go before their folders, and folders that no entry names go, too; what was there before stays, beside
+// what goes.
 TEST_F(UnzipThreadTest, TheAnswerDecidesWhatBecomesOfTheRest)
 {
     const struct
@@ -78,9 +79,9 @@ TEST_F(UnzipThreadTest, TheAnswerDecidesWhatBecomesOfTheRest)
         ActionOnError answer;
         QStringList lines, tree;
     } cases[] = {
-        {ActionOnError::Skip, "4 c|done"_list, "blocked/|c|d/|d/a|e/|e/f/|e/f/b|foreign"_list},
-        {ActionOnError::Stop, "done"_list, "blocked/|d/|d/a|e/|e/f/|e/f/b|foreign"_list},
-        {ActionOnError::StopAndRemove, "2 e/f/b|1 d/a|0 d/|done"_list, "blocked/|foreign"_list},
+        {ActionOnError::Skip, "4 c|done"_list, "blocked/|c|d/|d/._a|d/a|e/|e/f/|e/f/b|foreign"_list},
+        {ActionOnError::Stop, "done"_list, "blocked/|d/|d/._a|d/a|e/|e/f/|e/f/b|foreign"_list},
+        {ActionOnError::StopAndRemove, "2 e/f/b|1 d/a|0 d/|done"_list, "blocked/|d/|d/._a|foreign"_list},
     };
     for (const auto& test : cases) {
         SCOPED_TRACE(static_cast<int>(test.answer));
@@ -88,6 +89,7 @@ TEST_F(UnzipThreadTest, TheAnswerDecidesWhatBecomesOfTheRest)
         mLines.clear();
         MakeUsual();
         WriteFile(GetTarget("foreign"), "stays");
+        WriteFile(GetTarget("d/._a"), "stays");
         mThread->start();
         WaitFor(mError);
         mThread->answer(test.answer);

@@ -169,6 +169,13 @@ TEST_F(ZipWritingTest, AFailureLeavesWhatWasThereAndNothingElse)
     EXPECT_FALSE(ZipHelper::compressFolderContents(missing, mArchive, ZipStart::Create, QString(), 6,
                                                    ZipNames::Plain, mRun));
     EXPECT_EQ(names, GetTopNames());
+    // What the system does not even look for may be there.
+    const QString unknown = mSandbox.GetPath(QString(300, QLatin1Char('x')));
+    mLog.TakeErrors();
+    EXPECT_FALSE(ZipHelper::compressFolderContents(unknown, mArchive, ZipStart::Create, QString(), 6,
+                                                   ZipNames::Plain, mRun));
+    EXPECT_EQ(mLog.TakeErrors().join(QString()).contains("doesn't exist"_q),
+              QDir::separator() != QLatin1Char('/'));
 }
 
 TEST_F(ZipWritingTest, AnArchiveInsideItsFolderLeavesItselfOut)

@@ -1,6 +1,7 @@
 #include "ExportRun.h"
 #include "export/ResultList.h"
 #include "export/SmartFileList.h"
+#include "foundation/system/GOwnedFile.h"
 
 #include <QDateTime>
 
@@ -73,12 +74,18 @@ TEST_F(PlugInPreferencesTest, ResultsStayUnlessASettingGivesDays)
 {
     const qint64 now = QDateTime::currentSecsSinceEpoch();
     const qint64 day = 24 * 60 * 60;
+    const GString owner = PlugInStore::GetFile().GetLeaf() + ".%1.owner"_q;
+    const GString livingName = owner.arg("aaaaaaaaaaaa"_q), deadName = owner.arg("bbbbbbbbbbbb"_q);
+    const GOwnedFile living([&] { return PlugInStore::GetFile().GetParent().GetChild(livingName); });
     const struct
     {
         const char* path;
         qint64 age;
         bool stays;
+        GString owner = {};
     } cases[] = {{"Temp/anna/Press/old.pdf", 3 * day, false},
+                 {"Temp/anna/Press/used.pdf", 3 * day, true, livingName},
+                 {"Temp/anna/Press/unused.pdf", 3 * day, false, deadName},
                  {"Temp/anna/Press/new.pdf", day, true},
                  {"Temp/anna/Pack/p/a.indd", 3 * day, false},
                  {"Home/old.pdf", 3 * day, true},
@@ -88,7 +95,8 @@ TEST_F(PlugInPreferencesTest, ResultsStayUnlessASettingGivesDays)
         const QString path = GetSandbox().GetPath(QString::fromLatin1(each.path));
         ASSERT_TRUE(WriteFile(path, "x"));
         const QString item = path.endsWith("indd"_q) ? QFileInfo(path).path() : path;
-        module.Set("Results", QDir::toNativeSeparators(item).toUtf8(), QString::number(now - each.age));
+        module.Set("Results", QDir::toNativeSeparators(item).toUtf8(),
+                   QString::number(now - each.age) + QLatin1Char(' ') + each.owner);
     }
     GPreferences::FlushPrefs();
     ResultList::RemoveOld();
@@ -102,5 +110,5 @@ TEST_F(PlugInPreferencesTest, ResultsStayUnlessASettingGivesDays)
     EXPECT_FALSE(QFile::exists(GetSandbox().GetPath("Temp/anna/Pack"_q)));
     GPrefGroup noted;
     module.GetGroupPreferences("Results", noted);
-    EXPECT_EQ(noted.GetCount(), 2) << "The new one and the later one.";
+    EXPECT_EQ(noted.GetCount(), 3) << "The new one, the later one and the one in use.";
 }

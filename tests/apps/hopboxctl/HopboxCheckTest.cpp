@@ -77,3 +77,25 @@ TEST_F(HopboxCommands, CheckTellsOfAHopboxThatCannotExport)
             "The plug-in passes over a setting. The setting \"Bleed\" can't be \"on\". It takes true or false."_q,
             "The plug-in passes over a setting. A Hopbox has no setting \"Paper\"."_q}));
 }
+
+// Only what the system says is not there is missing.
+TEST_F(HopboxCommands, WhatCannotBeLookedAtIsToldWithItsReason)
+{
+    ASSERT_EQ(Create("Press"_q), 0);
+    ASSERT_EQ(Run({"set"_q, "Press"_q, "HopboxIconPath=gone.png"_q}), 0);
+    EXPECT_EQ(Run("export|Press|Press.hopbox"), 0);
+    EXPECT_TRUE(mError.contains("is not there and is left out")) << mError.toStdString();
+    if (QDir::separator() != QLatin1Char('/'))
+        GTEST_SKIP() << "Names that are too long are names of nothing here.";
+    const QString unknown = QString(300, QLatin1Char('x'));
+    const char* const reason = "File name too long";
+    EXPECT_EQ(Run({"submit"_q, "Press"_q, unknown}), 1);
+    EXPECT_TRUE(mError.contains(reason)) << mError.toStdString();
+    ASSERT_EQ(Run({"set"_q, "Press"_q, "HopboxIconPath="_q + unknown}), 0);
+    EXPECT_EQ(Run("export|Press|Press.hopbox"), 1);
+    EXPECT_TRUE(mError.contains(reason)) << mError.toStdString();
+    ASSERT_EQ(Run({"set"_q, "Press"_q, "ContextFilePath="_q + unknown, "ApplicationPath="_q + unknown}), 0);
+    EXPECT_EQ(Run("check|Press"), 1);
+    EXPECT_EQ(mError.count(reason), 2) << mError.toStdString();
+    EXPECT_TRUE(mOutput.contains(reason)) << mOutput.toStdString();
+}

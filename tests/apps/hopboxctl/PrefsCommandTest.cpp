@@ -76,6 +76,7 @@ TEST_F(PrefsCommandTest, SaysWhereTheFileIsDamaged)
     EXPECT_EQ(Run({"FILE"}).error, message);
     EXPECT_EQ(Run({"FILE", "--get", "A", "k"}).output, "v\n");
     EXPECT_EQ(Run({"FILE", "--get", "A", "k"}).error, message);
+    EXPECT_NE(Run({"FILE", "--json"}).output.find("\"damaged\":{\"Byte\":64,"), std::string::npos);
     for (const std::vector<const char*>& set : {std::vector<const char*>{"FILE", "--set", "A", "k", "w"},
                                                 {"--shared", "FILE", "--set", "A", "k", "w"}}) {
         EXPECT_EQ(Run(set).status, 1);

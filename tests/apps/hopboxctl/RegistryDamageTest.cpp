@@ -106,8 +106,15 @@ TEST_F(RegistryDamage, IsToldByTheCommandsAboutOneHopbox)
         EXPECT_EQ(Run({QString::fromLatin1(command), "Two"_q, "--json"_q}), 1);
         EXPECT_TRUE(Says("will be kept as") && mOutput.contains("\"damaged\":{")) << mOutput.toStdString();
     }
-    Run({"submit"_q, "Two"_q, "a.joboptions"_q});
-    EXPECT_TRUE(Says("will be kept as"));
+    WriteFile(mFile, mWhole);
+    ASSERT_EQ(Run({"export"_q, "Two"_q, "Two.hopbox"_q}), 0);
+    WriteFile(mFile, mWhole.left(mWhole.size() - 14));
+    for (const QStringList& failing :
+         {"submit|Two|a.joboptions"_list, "receiver|remove|Two"_list, "import|Two.hopbox"_list,
+          "create|Two|--job-options|a.joboptions"_list}) {
+        EXPECT_EQ(Run(failing), 1);
+        EXPECT_TRUE(Says("will be kept as")) << failing.first().toStdString();
+    }
     EXPECT_EQ(Run({"set"_q, "Two"_q, "IsActive=false"_q}), 0);
     EXPECT_TRUE(Says("is kept as"));
     WriteFile(mFile, mWhole.left(mWhole.size() - 14));
