@@ -45,6 +45,13 @@ int GFileInputStream::Read(char* bytes, int count)
     return total;
 }
 
+int GFileInputStream::Peek(char* bytes, int count)
+{
+    const qint64 length = mFile->peek(bytes, count);
+    Check(length >= 0);
+    return static_cast<int>(length);
+}
+
 void GFileInputStream::Reset()
 {
     Seek(0);

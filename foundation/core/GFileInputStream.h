@@ -21,6 +21,10 @@ public:
                                                          int64_t largest = cLargestTextFile);
 
     int Read(char* bytes, int count) override;
+
+    // Gives the next bytes, fewer at the end of the file, and leaves them to the next Read.
+    int Peek(char* bytes, int count);
+
     void Reset() override;
 
     // Opens the file by its path again; raises as the constructor does. Where the file was replaced

@@ -8,11 +8,10 @@
 #include "foundation/trace/GTrace.h"
 
 // Whether the data begins with the mark of an encoding, which is its own then whatever the module writes.
-static bool HasMark(GInputStream& stream)
+static bool HasMark(GFileInputStream& file)
 {
     char bytes[3];
-    const GBuffer begin = GBuffer::fromRawData(bytes, stream.Read(bytes, sizeof bytes));
-    stream.Reset();
+    const GBuffer begin = GBuffer::fromRawData(bytes, file.Peek(bytes, sizeof bytes));
     return begin.startsWith("\xFF\xFE") || begin.startsWith("\xFE\xFF") || begin == "\xEF\xBB\xBF";
 }
 

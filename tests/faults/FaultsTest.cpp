@@ -157,7 +157,7 @@ TEST(DurableFile, FailsNoMoreOnceItHasTakenItsPlace)
 {
     const FaultScenario scenario = GetDurableWrite();
     const QStringList calls = ListCalls(scenario);
-    const int renamed = calls.indexOf(QRegularExpression("rename .*/a$"_q));
+    const int renamed = calls.indexOf(QRegularExpression("rename .*"_q));
     ASSERT_GT(renamed, 0);
     ASSERT_GT(calls.size(), renamed + 3) << calls.join(QLatin1Char('\n')).toStdString();
     for (int number = renamed + 2; number <= calls.size(); ++number) {
@@ -192,10 +192,9 @@ TEST(SharedSettings, AReadThatBreaksOffLeavesNothingThatTheNextChangeBringsBack)
     scenario.prepare(root);
     const QStringList calls = ListCalls(scenario);
     const QRegularExpression reading("read .*/a\\.prefs$"_q);
-    // The first two give the beginning: once for the mark of its encoding.
-    const int third = calls.indexOf(reading, calls.indexOf(reading, calls.indexOf(reading) + 1) + 1) + 1;
-    ASSERT_GT(third, 2);
-    const Preload preload(root, third);
+    const int second = calls.indexOf(reading, calls.indexOf(reading) + 1) + 1;
+    ASSERT_GT(second, 1);
+    const Preload preload(root, second);
     ChildProcess child(scenario.arguments.first(), {root});
     EXPECT_EQ(child.ReadLine(), "unread");
     EXPECT_EQ(child.WaitForExit(), 0);
