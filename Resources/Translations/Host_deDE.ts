@@ -246,6 +246,21 @@
     </message>
 </context>
 <context>
+    <name>ModulePlugIn</name>
+    <message>
+        <source>The plug-in gave no reason.</source>
+        <translation>Das Plug-in hat keinen Grund genannt.</translation>
+    </message>
+    <message>
+        <source>The module does not serve version %1 of the boundary.</source>
+        <translation>Das Modul bedient die Version %1 der Schnittstelle nicht.</translation>
+    </message>
+    <message>
+        <source>The host gave the plug-in no services.</source>
+        <translation>Die Anwendung hat dem Plug-in keine Dienste übergeben.</translation>
+    </message>
+</context>
+<context>
     <name>NameList</name>
     <message>
         <source>%1 (missing)</source>
@@ -254,6 +269,17 @@
     <message>
         <source>, %1 missing</source>
         <translation>, %1 fehlen</translation>
+    </message>
+</context>
+<context>
+    <name>PlugInModule</name>
+    <message>
+        <source>it has no entry &quot;%1&quot;.</source>
+        <translation>Es hat keinen Einsprungpunkt „%1“.</translation>
+    </message>
+    <message>
+        <source>The plug-in &quot;%1&quot; can&apos;t be used: %2</source>
+        <translation>Das Plug-in „%1“ kann nicht benutzt werden: %2</translation>
     </message>
 </context>
 <context>

@@ -246,6 +246,21 @@
     </message>
 </context>
 <context>
+    <name>ModulePlugIn</name>
+    <message>
+        <source>The plug-in gave no reason.</source>
+        <translation>Le module externe n’a pas donné de raison.</translation>
+    </message>
+    <message>
+        <source>The module does not serve version %1 of the boundary.</source>
+        <translation>Le module ne sert pas la version %1 de l’interface.</translation>
+    </message>
+    <message>
+        <source>The host gave the plug-in no services.</source>
+        <translation>L’application n’a fourni aucun service au module externe.</translation>
+    </message>
+</context>
+<context>
     <name>NameList</name>
     <message>
         <source>%1 (missing)</source>
@@ -254,6 +269,17 @@
     <message>
         <source>, %1 missing</source>
         <translation>, %1 manquants</translation>
+    </message>
+</context>
+<context>
+    <name>PlugInModule</name>
+    <message>
+        <source>it has no entry &quot;%1&quot;.</source>
+        <translation>il n’a pas de point d’entrée « %1 ».</translation>
+    </message>
+    <message>
+        <source>The plug-in &quot;%1&quot; can&apos;t be used: %2</source>
+        <translation>Le module externe « %1 » ne peut pas être utilisé : %2</translation>
     </message>
 </context>
 <context>

@@ -289,6 +289,21 @@ Hopbox: %2</translation>
     </message>
 </context>
 <context>
+    <name>ModulePlugIn</name>
+    <message>
+        <source>The plug-in gave no reason.</source>
+        <translation>Das Plug-in hat keinen Grund genannt.</translation>
+    </message>
+    <message>
+        <source>The module does not serve version %1 of the boundary.</source>
+        <translation>Das Modul bedient die Version %1 der Schnittstelle nicht.</translation>
+    </message>
+    <message>
+        <source>The host gave the plug-in no services.</source>
+        <translation>Die Anwendung hat dem Plug-in keine Dienste übergeben.</translation>
+    </message>
+</context>
+<context>
     <name>OkButtonMode</name>
     <message>
         <source>Remove</source>

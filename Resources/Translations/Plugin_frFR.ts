@@ -289,6 +289,21 @@ Hopbox : %2</translation>
     </message>
 </context>
 <context>
+    <name>ModulePlugIn</name>
+    <message>
+        <source>The plug-in gave no reason.</source>
+        <translation>Le module externe n’a pas donné de raison.</translation>
+    </message>
+    <message>
+        <source>The module does not serve version %1 of the boundary.</source>
+        <translation>Le module ne sert pas la version %1 de l’interface.</translation>
+    </message>
+    <message>
+        <source>The host gave the plug-in no services.</source>
+        <translation>L’application n’a fourni aucun service au module externe.</translation>
+    </message>
+</context>
+<context>
     <name>OkButtonMode</name>
     <message>
         <source>Remove</source>

@@ -2,13 +2,17 @@
 
 #include "plugin/boundary/BoundaryText.h"
 
+#include <QCoreApplication>
+
 using Table = hopbox_plugin_table;
 
-// The text of a refusal; something in any case.
+// The text of a refusal; something in any case. The words of this file are in the language of the host that
+// shows them.
 static PMString TakeReason(const Boundary::TextSink& reason)
 {
     const GString text = reason.GetTexts().value(0);
-    return PMString::Untranslated(text.isEmpty() ? QStringLiteral("The plug-in gave no reason.") : text);
+    return PMString::Untranslated(
+        text.isEmpty() ? QCoreApplication::translate("ModulePlugIn", "The plug-in gave no reason.") : text);
 }
 
 ModulePlugIn::ModulePlugIn(hopbox_entry_function entry)
@@ -22,9 +26,12 @@ bool ModulePlugIn::Load(IHostServices* services, PMString& error)
     error = PMString();
     if (!IsServed())
         error = PMString::Untranslated(
-            QStringLiteral("The module does not serve version %1 of the boundary.").arg(HOPBOX_VERSION));
+            QCoreApplication::translate("ModulePlugIn",
+                                        "The module does not serve version %1 of the boundary.")
+                .arg(HOPBOX_VERSION));
     else if (services == nullptr)
-        error = PMString::Untranslated(QStringLiteral("The host gave the plug-in no services."));
+        error = PMString::Untranslated(
+            QCoreApplication::translate("ModulePlugIn", "The host gave the plug-in no services."));
     if (!error.IsEmpty())
         return false;
     auto host = std::make_unique<HostTable>(*services);

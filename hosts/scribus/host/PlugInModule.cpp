@@ -44,8 +44,8 @@ bool PlugInModule::FindEntry()
         return Fail(mLibrary.errorString());
     const auto entry = reinterpret_cast<hopbox_entry_function>(mLibrary.resolve(HOPBOX_ENTRY_NAME));
     mPlugIn = std::make_unique<ModulePlugIn>(entry);
-    return entry != nullptr ||
-           Fail(QStringLiteral("it has no entry \"%1\".").arg(QStringLiteral(HOPBOX_ENTRY_NAME)));
+    return entry != nullptr || Fail(QCoreApplication::translate("PlugInModule", "it has no entry \"%1\".")
+                                        .arg(QStringLiteral(HOPBOX_ENTRY_NAME)));
 }
 
 bool PlugInModule::GiveServices(IHostServices& services)
@@ -67,6 +67,7 @@ bool PlugInModule::StartUp()
 
 bool PlugInModule::Fail(const QString& text)
 {
-    mError = QStringLiteral("The plug-in \"%1\" can't be used: %2").arg(mLibrary.fileName(), text);
+    mError = QCoreApplication::translate("PlugInModule", "The plug-in \"%1\" can't be used: %2")
+                 .arg(mLibrary.fileName(), text);
     return false;
 }

@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QLibrary>
+#include <QTranslator>
 
 #include <cstring>
 #include <limits>
@@ -460,7 +461,50 @@ TEST_F(SmallHosts, UseOfAnEarlierModuleWhatItHas)
     ASSERT_NE(component, nullptr) << error.GetString().toStdString();
     EXPECT_EQ(component->Export(HOPBOX_ACTION_DOCUMENT, {}, error), ExportResult::Unsupported);
     EXPECT_TRUE(plugIn.Unload());
-    ModulePlugIn none([](uint32_t) -> const hopbox_plugin_table* { return nullptr; });
-    EXPECT_FALSE(none.Load(&host, error));
-    EXPECT_FALSE(error.IsEmpty());
+}
+
+namespace
+{
+// A language in which every text of a context is the context and the text.
+class Language final : public QTranslator
+{
+public:
+    QString translate(const char* context, const char* text, const char*, int) const override
+    {
+        return QLatin1String(context) + QLatin1Char(':') + QLatin1String(text);
+    }
+    bool isEmpty() const override { return false; }
+};
+}  // namespace
+
+TEST_F(SmallHosts, RefuseInTheLanguageOfTheHost)
+{
+    int count = 1;
+    char name[] = "host";
+    char* arguments[] = {name, nullptr};
+    const QCoreApplication application(count, arguments);
+    Language language;
+    QCoreApplication::installTranslator(&language);
+    static hopbox_plugin_table silent = {};
+    silent.size = sizeof silent;
+    silent.version = HOPBOX_VERSION;
+    FakeHost host;
+    const struct
+    {
+        hopbox_entry_function entry;
+        IHostServices* services;
+        QString reason;
+    } cases[] = {{[](uint32_t) -> const hopbox_plugin_table* { return nullptr; }, &host,
+                  "ModulePlugIn:The module does not serve version 1 of the boundary."_q},
+                 {nullptr, &host, "ModulePlugIn:The module does not serve version 1 of the boundary."_q},
+                 {[](uint32_t) -> const hopbox_plugin_table* { return &silent; }, nullptr,
+                  "ModulePlugIn:The host gave the plug-in no services."_q},
+                 {[](uint32_t) -> const hopbox_plugin_table* { return &silent; }, &host,
+                  "ModulePlugIn:The plug-in gave no reason."_q}};
+    for (const auto& row : cases) {
+        ModulePlugIn plugIn(row.entry);
+        PMString error;
+        EXPECT_FALSE(plugIn.Load(row.services, error));
+        EXPECT_EQ(error.GetString(), row.reason);
+    }
 }
