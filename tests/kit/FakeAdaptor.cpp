@@ -249,6 +249,21 @@ const std::map<QByteArray, void (*)(Table&)> cLies = {
     {"no action", [](Table& table) { table.add_action = Give<HOPBOX_FAILED>; }},
     {"an action that is forgotten", [](Table& table) { table.add_action = Give<HOPBOX_OK>; }},
     {"no menu", [](Table& table) { table.add_menu_item = Give<HOPBOX_FAILED>; }},
+    {"no packages of books",
+     [](Table& table) {
+         table.create_command = [](void* host, int32_t kind, Handle* command) -> int32_t {
+             return kind == HOPBOX_PACKAGE_BOOK ? int32_t(HOPBOX_UNSUPPORTED)
+                                                : CreateCommand(host, kind, command);
+         };
+     }},
+    {"actions of an earlier session",
+     [](Table& table) {
+         table.is_action_known = [](void*, int32_t action, int32_t* isKnown) -> int32_t {
+             *isKnown = action == HOPBOX_ACTION_DOCUMENT || action == HOPBOX_ACTION_BOOK;
+             return HOPBOX_OK;
+         };
+         table.add_action = Give<HOPBOX_FAILED>;
+     }},
     {"any action",
      [](Table& table) {
          table.is_action_known = [](void*, int32_t, int32_t* isKnown) -> int32_t {

@@ -207,6 +207,21 @@ TEST(HostCheck, FindsTheFaultOfAnAdaptor)
     }
 }
 
+TEST(HostCheck, TakesWhatAHostMayLackOrHaveAlready)
+{
+    const struct
+    {
+        const char* adaptor;
+        QString output;
+    } cases[] = {{"no packages of books", "lacks  create_command: books can't be packaged"_q},
+                 {"actions of an earlier session", " 0 faults"_q}};
+    for (const auto& entry : cases) {
+        const ProgramRun run(cCheck, {QStringLiteral(FAKE_ADAPTOR)}, entry.adaptor);
+        EXPECT_EQ(run.status, 0) << entry.adaptor << run.output.toStdString();
+        EXPECT_TRUE(run.output.contains(entry.output)) << entry.adaptor << run.output.toStdString();
+    }
+}
+
 TEST(HostCheck, SaysWhatItCantUse)
 {
     const struct
