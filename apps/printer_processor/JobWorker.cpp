@@ -2,6 +2,8 @@
 
 #include "apps/printer_processor/MessageLine.h"
 
+#include <QJsonArray>
+
 #include <algorithm>
 
 static constexpr std::chrono::seconds cLongestPause(60);
@@ -135,6 +137,8 @@ void JobWorker::Deliver(Item* item, const HopboxJobTicket& ticket)
 {
     const GPathName copy = mInbox->Deliver(&*item->job, ticket.jobPath, mIsStopped);
     item->line.insert(QStringLiteral("saved"), copy.GetNativePath());
+    if (!item->job->leftOut.isEmpty())
+        item->line.insert(QStringLiteral("left_out"), QJsonArray::fromStringList(item->job->leftOut));
     if (mHook)
         item->line.insert(QStringLiteral("id"), item->job->GetID());
     else

@@ -64,11 +64,11 @@ public:
     explicit Copier(const std::atomic<bool>& isStopped) : mIsStopped(isStopped) {}
 
     void CopyFile(const QFileInfo& source, const GPathName& path) const;
-    void CopyFolder(const QFileInfo& source, const GPathName& path) const;
+    QStringList CopyFolder(const QFileInfo& source, const GPathName& path) const;
 
 private:
     void CheckStop() const;
-    std::vector<Item> ListItems(const QFileInfo& folder) const;
+    std::vector<Item> ListItems(const QFileInfo& folder, QStringList* leftOut) const;
     void CopyContent(QFile& from, QFile& to) const;
 
     const std::atomic<bool>& mIsStopped;
@@ -80,8 +80,8 @@ void Copier::CheckStop() const
         throw GSimpleException(GErrorCode::cFile, QStringLiteral("The copying was stopped."));
 }
 
-// Everything in a folder that is copied, each folder before what is in it.
-std::vector<Item> Copier::ListItems(const QFileInfo& folder) const
+// Everything in a folder that is copied, each folder before what is in it; and what is not.
+std::vector<Item> Copier::ListItems(const QFileInfo& folder, QStringList* leftOut) const
 {
     std::vector<Item> items = {{folder, QString(), true}};
     qint64 bytes = 0;
@@ -98,12 +98,14 @@ std::vector<Item> Copier::ListItems(const QFileInfo& folder) const
             const InboxCalls::Kind kind = InboxCalls::GetKind(GPathName(source.filePath()));
             if (kind == InboxCalls::Kind::Unknown)
                 Fail(QStringLiteral("Can't look at"), source.filePath(), GetLastReason());
+            const QString path = parent.relativePath + QLatin1Char('/') + name;
+            bytes += kind == InboxCalls::Kind::File ? source.size() : 0;
             if (kind == InboxCalls::Kind::Other)
-                continue;
-            const bool isFolder = kind == InboxCalls::Kind::Folder;
-            bytes += isFolder ? 0 : source.size();
-            items.push_back({source, parent.relativePath + QLatin1Char('/') + name, isFolder});
-            if (items.size() > JobCopy::cMaximumItems || bytes > JobCopy::cMaximumBytes)
+                leftOut->append(path.mid(1));
+            else
+                items.push_back({source, path, kind == InboxCalls::Kind::Folder});
+            if (items.size() + static_cast<size_t>(leftOut->size()) > JobCopy::cMaximumItems ||
+                bytes > JobCopy::cMaximumBytes)
                 throw RefusedJob(QStringLiteral("The job is too large."));
         }
     }
@@ -144,9 +146,10 @@ void Copier::CopyFile(const QFileInfo& source, const GPathName& path) const
     CopyContent(from, to);
 }
 
-void Copier::CopyFolder(const QFileInfo& source, const GPathName& path) const
+QStringList Copier::CopyFolder(const QFileInfo& source, const GPathName& path) const
 {
-    const std::vector<Item> items = ListItems(source);
+    QStringList leftOut;
+    const std::vector<Item> items = ListItems(source, &leftOut);
     for (const Item& item : items) {
         const GPathName copy = item.relativePath.isEmpty() ? path : path.GetChild(item.relativePath.mid(1));
         if (!item.isFolder)
@@ -160,6 +163,7 @@ void Copier::CopyFolder(const QFileInfo& source, const GPathName& path) const
         if (item.isFolder && !InboxCalls::FlushFolder(copy))
             Fail(QStringLiteral("Can't flush"), copy.GetNativePath(), GetLastReason());
     }
+    return leftOut;
 }
 }  // namespace
 
@@ -186,11 +190,11 @@ JobCopy::Source JobCopy::Find(const GString& location, const GPathName& inbox)
     return {file, path.GetLeaf()};
 }
 
-void JobCopy::Copy(const Source& source, const GPathName& target, const std::atomic<bool>& isStopped)
+QStringList JobCopy::Copy(const Source& source, const GPathName& target, const std::atomic<bool>& isStopped)
 {
     const Copier copier(isStopped);
     if (source.file.isDir())
-        copier.CopyFolder(source.file, target);
-    else
-        copier.CopyFile(source.file, target);
+        return copier.CopyFolder(source.file, target);
+    copier.CopyFile(source.file, target);
+    return {};
 }

@@ -35,6 +35,6 @@ Source Find(const GString& location, const GPathName& inbox);
 
 // Copies the job to a path that nothing bears, flushed to disk. Raises a RefusedJob when it holds more than
 // cMaximumBytes or cMaximumItems, another GException for everything else, also when `isStopped` has become
-// true. A part may be there then.
-void Copy(const Source& source, const GPathName& target, const std::atomic<bool>& isStopped);
+// true. A part may be there then. Gives what was passed over, as paths in the job with '/' separators.
+QStringList Copy(const Source& source, const GPathName& target, const std::atomic<bool>& isStopped);
 }  // namespace JobCopy

@@ -124,7 +124,7 @@ void JobInbox::MakeCopy(InboxJob* job, const GString& location, const std::atomi
     Remove(copy);
     const JobCopy::Source source = JobCopy::Find(location, mFolder);
     try {
-        JobCopy::Copy(source, copy, isStopped);
+        job->leftOut = JobCopy::Copy(source, copy, isStopped);
         if (!InboxCalls::PrepareRights(copy, mFolder, mMode))
             RaiseFileError(QStringLiteral("The rights of \"%1\" can't be set"), copy, GetLastSystemError());
         Flush(mCopies);
@@ -135,6 +135,9 @@ void JobInbox::MakeCopy(InboxJob* job, const GString& location, const std::atomi
         throw;
     }
     job->name = source.name;
+    if (!job->leftOut.isEmpty())
+        Log(QStringLiteral("\"%1\" is taken without these, which are neither files nor folders: %2")
+                .arg(source.name, job->leftOut.join(QStringLiteral(", "))));
 }
 
 // From a number on, the first name that nothing bears.

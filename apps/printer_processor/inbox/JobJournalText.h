@@ -2,6 +2,8 @@
 
 #include "foundation/core/GString.h"
 
+#include <QStringList>
+
 #include <cstdint>
 #include <map>
 #include <utility>
@@ -16,6 +18,7 @@ struct InboxJob
     uint32_t sender = 0;    // process identifier
     GBuffer payload;        // the bytes of the message: a ticket, as far as one knows
     GString name;           // under which its whole copy is put into the inbox; empty until it is whole
+    QStringList leftOut = {};  // of it: what was no file and no folder; not in the journal
 
     // A text that no other job has, of this or another inbox, and that stays the same.
     QString GetID() const;

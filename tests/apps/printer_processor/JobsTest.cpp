@@ -4,6 +4,7 @@
 #include "tests/support/PrinterProcessor.h"
 #include "tests/support/Test.h"
 
+#include <QJsonArray>
 #include <QUrl>
 
 namespace
@@ -42,11 +43,13 @@ protected:
         const QJsonObject line = mReceiver.ReadLine();
         EXPECT_FALSE(line.isEmpty()) << "The receiver is gone.";
         mError = line.value("error"_q).toString();
+        mLeftOut = line.value("left_out"_q).toArray();
         return line.value("saved"_q).toString();
     }
 
     const Sandbox mSandbox;
     PrinterProcessor mReceiver;
+    QJsonArray mLeftOut;
     QString mError;
 };
 }  // namespace
@@ -89,6 +92,7 @@ TEST_F(JobsTest, FoldersAreCopiedWithoutLinks)
         EXPECT_EQ(ReadFile(saved + "/.hidden"_q), "2");
         EXPECT_EQ(QDir(saved).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(),
                   isFile ? 4 : 3);
+        EXPECT_EQ(mLeftOut, isFile ? QJsonArray() : QJsonArray{"loop.lnk"_q});
         EXPECT_EQ(ReadFile(saved + "/loop.lnk"_q), isFile ? ReadFile(link) : QByteArray("none"));
     }
     EXPECT_EQ(ListInbox(), "package|package-2"_list);
