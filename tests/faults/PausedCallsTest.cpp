@@ -1,10 +1,14 @@
+#include "Scenarios.h"
 #include "foundation/core/SharedFile.h"
 #include "foundation/system/GOwnedFile.h"
+#include "hopbox/HopboxRegistry.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Test.h"
 #include "tests/support/faults/FaultCalls.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QProcess>
 
 #include <sys/stat.h>
 
@@ -103,4 +107,37 @@ TEST(PausedCalls, PipeThatTakesTheNameBetweenTheLookAndTheOpeningHoldsNobodyUp)
     EXPECT_TRUE(QFile::remove(path));
     EXPECT_EQ(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
     EXPECT_EQ(reader.GoOn(), 0);
+}
+
+// Both files are out of reach in the middle of a change of both.
+TEST(PausedCalls, ChangeThatCanNeitherGoOnNorBackIsTold)
+{
+    const Sandbox sandbox;
+    const QString root = sandbox.GetPath();
+    const QString report = sandbox.GetPath("../%1-report"_q.arg(QFileInfo(root).fileName()));
+    QDir().mkpath(root);
+    const FaultScenario scenario = GetHopboxChange();
+    scenario.prepare(root);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("LD_PRELOAD"_q, QCoreApplication::applicationDirPath() + "/preloaded_faults.so"_q);
+    environment.insert(QLatin1String(cFaultRoot), root);
+    environment.insert(QLatin1String(cFaultReport), report);
+    environment.insert(QLatin1String(cFaultPause), "rename"_q);
+    QProcess set;
+    set.setProcessEnvironment(environment);
+    set.start(GetProgramPath("hopboxctl"), scenario.arguments);
+    while (!QFile::exists(report) && set.state() != QProcess::NotRunning)
+        set.waitForFinished(5);
+    const QString archive = root + "/Project.hopbox"_q;
+    const QString lock = HopboxRegistry::GetPathName().GetNativePath() + "lock"_q;
+    for (const QString& path : {archive, lock}) {
+        EXPECT_TRUE(QFile::remove(path));
+        EXPECT_TRUE(QDir().mkpath(path));
+    }
+    EXPECT_TRUE(QFile::remove(report));
+    EXPECT_TRUE(set.waitForFinished());
+    EXPECT_EQ(set.exitCode(), 1);
+    const QByteArray error = set.readAllStandardError();
+    EXPECT_TRUE(error.contains("The fields have the new values")) << error.toStdString();
+    EXPECT_TRUE(error.contains("Is a directory")) << error.toStdString();
 }
