@@ -110,7 +110,7 @@ void UnzipThread::removeExtractedFiles()
     int remaining = names.size();
     for (const QString& name : names) {
         emit Progress(--remaining, name);
-        mArchive.removeExtracted(mDestinationFolder, name);
+        static_cast<void>(mArchive.removeExtracted(mDestinationFolder, name));  // others may have taken it
     }
     mArchive.removeMadeFolders(mDestinationFolder);
 }

@@ -68,7 +68,8 @@ public:
     // as it was and no partial file. `mode` is added to the rights of the file (the nine bits of a file mode;
     // 0 for none beyond what the entry brings). The password counts for encrypted entries only; it is
     // tried in Latin-1 and then in UTF-8, as archives do not tell which they have.
-    bool ExtractCurrentFile(const QString& destinationFolder, const QString& password, int mode);
+    [[nodiscard]] bool ExtractCurrentFile(const QString& destinationFolder, const QString& password,
+                                          int mode);
 
     // The bytes of the current entry. A null array on failure; an entry without bytes gives an empty one that
     // is not null. More than the memory limit is refused.
@@ -76,7 +77,8 @@ public:
 
     // Reads the current entry and keeps nothing of it: whether it is whole, as its checksum says. `onRead` is
     // told of the bytes of each chunk; false gives up. May be empty. Folders are whole.
-    bool CheckCurrentFile(const QString& password, const std::function<bool(qint64 bytes)>& onRead);
+    [[nodiscard]] bool CheckCurrentFile(const QString& password,
+                                        const std::function<bool(qint64 bytes)>& onRead);
 
     // The bytes of the first entry whose whole name matches the regular expression, folders passed over; null
     // when none does, and on failure. Moves to that entry, or to the end.
@@ -107,7 +109,7 @@ public:
     void removeMadeFolders(const QString& destinationFolder);
 
     // Removes what ExtractCurrentFile() wrote for an entry of that name. True when it was there and is gone.
-    bool removeExtracted(const QString& destinationFolder, const QString& entryName);
+    [[nodiscard]] bool removeExtracted(const QString& destinationFolder, const QString& entryName);
 
 private:
     bool fail(const char* source, const QString& text);

@@ -59,7 +59,7 @@ public:
     // Begins to write. The password (empty for none) is that of every entry that is added without one of its
     // own, and has to be one of Latin-1; the level, 0 (stored) to 9, that of every entry added with
     // cStartLevel. Appending to an archive that is not there creates it.
-    bool StartWriting(ZipStart start, const QString& password, int level);
+    [[nodiscard]] bool StartWriting(ZipStart start, const QString& password, int level);
 
     // Adds a file, or a folder without its contents, under a name with '/' or '\' between its parts. A name
     // that the archive has already is refused. The entry gets the file's date and rights, the content of what
@@ -68,18 +68,19 @@ public:
     //
     // A file that grows meanwhile is packed as far as it went at first, and one that changes may be a mixture
     // in the archive: that is told as a failure, too, and the archive can go on.
-    bool AddFile(const QString& sourcePath, const QString& nameInArchive, int level, ZipNames names,
-                 const QString& password);
+    [[nodiscard]] bool AddFile(const QString& sourcePath, const QString& nameInArchive, int level,
+                               ZipNames names, const QString& password);
 
     // Adds a file under its path relative to the base folder.
-    bool AddFileWithIerarchy(const QString& sourcePath, const QString& baseFolder, int level, ZipNames names);
+    [[nodiscard]] bool AddFileWithIerarchy(const QString& sourcePath, const QString& baseFolder, int level,
+                                           ZipNames names);
 
     // Ends the archive and brings it to the disk beside its place, so that FinishWriting() has one step to
     // do. For whoever has something else to change with it. Nothing can be added any more.
-    bool EndWriting();
+    [[nodiscard]] bool EndWriting();
 
     // Ends the archive, unless EndWriting() did, and puts it in its place.
-    bool FinishWriting();
+    [[nodiscard]] bool FinishWriting();
 
     // Whether entries can be added: writing has begun, and nothing has failed that can't be taken back.
     bool isWriting() const { return mHandle != nullptr; }
@@ -108,17 +109,18 @@ private:
         void operator()(void* handle) const;
     };
 
-    bool openArchive(ZipStart start);
-    bool copyOldEntries();
-    bool prepareEntry(const ZipSource& source, const QString& nameInArchive, ZipNames names, Entry& entry);
-    bool openSource(ZipSource& source, Entry& entry);
-    bool writeEntry(ZipSource& source, const Entry& entry);
-    bool openEntry(const Entry& entry);
-    bool addContent(ZipSource& source, const Entry& entry);
-    bool checkSource(ZipSource& source, const Entry& entry);
+    [[nodiscard]] bool openArchive(ZipStart start);
+    [[nodiscard]] bool copyOldEntries();
+    [[nodiscard]] bool prepareEntry(const ZipSource& source, const QString& nameInArchive, ZipNames names,
+                                    Entry& entry);
+    [[nodiscard]] bool openSource(ZipSource& source, Entry& entry);
+    [[nodiscard]] bool writeEntry(ZipSource& source, const Entry& entry);
+    [[nodiscard]] bool openEntry(const Entry& entry);
+    [[nodiscard]] bool addContent(ZipSource& source, const Entry& entry);
+    [[nodiscard]] bool checkSource(ZipSource& source, const Entry& entry);
     bool goesOn(qint64 bytes) const { return !mProgress || mProgress(bytes); }
-    bool endArchive();
-    bool reach(void (GDurableFile::*step)(), const char* source, bool isReady);
+    [[nodiscard]] bool endArchive();
+    [[nodiscard]] bool reach(void (GDurableFile::*step)(), const char* source, bool isReady);
     void drop();
     bool giveUp(const QString& text);
     bool fail(const char* source, const QString& text);

@@ -125,7 +125,7 @@ bool ZipDestination::descend(const QString& name, bool isMaking)
 void ZipDestination::removeMadeFolders()
 {
     for (auto made = mMadeFolders.rbegin(); made != mMadeFolders.rend(); ++made)
-        remove(*made);
+        static_cast<void>(remove(*made));  // one that is in use by now stays
     mMadeFolders.clear();
 }
 
@@ -272,14 +272,15 @@ bool ZipTarget::closeInPlace()
     if (mFile->close())
         return true;
     mDestination.failBySystem();
-    mDestination.mFiles.removeFileAlone(getFolder().getPath(mName));
+    static_cast<void>(
+        mDestination.mFiles.removeFileAlone(getFolder().getPath(mName)));  // it has failed already
     return false;
 }
 
 void ZipTarget::removeTemporary()
 {
     if (!mTemporaryName.isEmpty())
-        mDestination.mFiles.removeFile(getFolder().getPath(mTemporaryName));
+        static_cast<void>(mDestination.mFiles.removeFile(getFolder().getPath(mTemporaryName)));
     mTemporaryName.clear();
 }
 }  // namespace Morvane

@@ -30,7 +30,7 @@ public:
 
     // Makes a folder and all that is missing on the way to it, and adds the mode bits to it. False when that
     // can't be, or when a link or a file stands in the way.
-    bool makeFolder(const QStringList& parts, int mode = 0);
+    [[nodiscard]] bool makeFolder(const QStringList& parts, int mode = 0);
 
     // Where waiting for whoever holds a file is told, and what ends the wait; see FileHandler.
     void setLog(const ZipLog& log) { mLog = log; }
@@ -47,7 +47,7 @@ public:
     void removeMadeFolders();
 
     // Removes a file or an empty folder. True when it was there and is gone.
-    bool remove(const QStringList& parts);
+    [[nodiscard]] bool remove(const QStringList& parts);
 
     // Forgets which files were written, and closes the folders that are kept open between calls.
     void startAnew();
@@ -63,11 +63,11 @@ private:
         bool isCleared = false;  // of what killed extractions left
     };
 
-    bool goTo(const QStringList& parts, bool isMaking);
+    [[nodiscard]] bool goTo(const QStringList& parts, bool isMaking);
     void log(LogLevel level, const QString& source, const QString& message) noexcept override;
     bool failBySystem();
-    bool openRoot(bool isMaking);
-    bool descend(const QString& name, bool isMaking);
+    [[nodiscard]] bool openRoot(bool isMaking);
+    [[nodiscard]] bool descend(const QString& name, bool isMaking);
 
     const QString mPath;
     QString mReason;
@@ -104,15 +104,15 @@ public:
     ZipFile& getFile() { return *mFile; }
 
     // Closes the file and puts it in its place. False when that fails, and nothing is left.
-    bool commit();
+    [[nodiscard]] bool commit();
 
 private:
     ZipFolder& getFolder() const;
     Result lookAtTarget(bool& isFree) const;
-    bool makeTemporary();
+    [[nodiscard]] bool makeTemporary();
     void clearFolder();
-    bool putInPlace();
-    bool closeInPlace();
+    [[nodiscard]] bool putInPlace();
+    [[nodiscard]] bool closeInPlace();
     void removeTemporary();
 
     ZipDestination& mDestination;

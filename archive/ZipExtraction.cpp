@@ -121,7 +121,7 @@ ZipOutcome extractOnce(ZipReader& reader, int entryIndex, ZipDestination& destin
     ZipTarget target(destination);
     const ZipTarget::Result begun = target.begin(parts.last(), entryIndex);
     if (begun != ZipTarget::Result::Done) {
-        reader.closeEntry();
+        static_cast<void>(reader.closeEntry());  // none of it was read
         if (begun == ZipTarget::Result::TakenByOther)
             return {Step::CheckEntry, path, QStringLiteral("another entry has the same name")};
         return {Step::MakeFile, path, destination.getReason()};
@@ -181,7 +181,7 @@ ZipOutcome passContent(ZipReader& reader, const QByteArray& password,
     do {
         count = reader.readEntry(bytes.data(), bytes.size());
         if (count > 0 && onRead && !onRead(count)) {
-            reader.closeEntry();
+            static_cast<void>(reader.closeEntry());  // the rest is not wanted
             return {Step::GivenUp, {}, {}};
         }
     } while (count > 0);

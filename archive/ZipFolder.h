@@ -27,14 +27,14 @@ public:
     ZipFile& operator=(const ZipFile&) = delete;
 
     // Writes all of it. False when not all could be written.
-    bool write(const char* bytes, int size);
+    [[nodiscard]] bool write(const char* bytes, int size);
 
     // Adds rights, the nine bits of a file mode, to those that the file has. Windows knows none.
-    bool addMode(int mode);
+    [[nodiscard]] bool addMode(int mode);
 
     // Takes the right to write from everybody.
-    bool setReadOnly();
-    bool setModified(const QDateTime& moment);
+    [[nodiscard]] bool setReadOnly();
+    [[nodiscard]] bool setModified(const QDateTime& moment);
 
     // Nothing when the system does not tell.
     std::optional<FileIdentity> getIdentity() const;
@@ -43,7 +43,7 @@ public:
     PFileHandle own() const;
 
     // Closes the file. False when the system reports a late failure to write.
-    bool close();
+    [[nodiscard]] bool close();
 
 private:
     friend class ZipFolder;
@@ -76,34 +76,34 @@ public:
     std::unique_ptr<ZipFolder> openFolder(const QString& name) const;
 
     // Makes a folder in this one. False when it could not be made, or is there.
-    bool makeFolder(const QString& name) const;
+    [[nodiscard]] bool makeFolder(const QString& name) const;
 
     // Makes a file that has no name yet and goes with its last handle, also that of a process that is killed.
     // Null where the file system knows none; Windows has none.
     std::unique_ptr<ZipFile> makeNameless() const;
 
     // Gives such a file its name. False when that fails, as it does when the name is taken.
-    bool giveName(const ZipFile& file, const QString& name) const;
+    [[nodiscard]] bool giveName(const ZipFile& file, const QString& name) const;
 
     // Makes a file that is not there yet. Null when it could not be made, or is there. On Windows it goes
     // with its handle until keep() is called.
     std::unique_ptr<ZipFile> makeFile(const QString& name) const;
-    static bool keep(const ZipFile& file);
+    [[nodiscard]] static bool keep(const ZipFile& file);
 
     // What stands at a name, and which file it is.
     Found look(const QString& name, FileIdentity& identity) const;
 
     // Puts a file of this folder at the place of another, which may be there, in one step.
-    bool replaceFile(const QString& from, const QString& to) const;
+    [[nodiscard]] bool replaceFile(const QString& from, const QString& to) const;
 
     // A path to what stands at a name, for operations that take paths. On POSIX it leads through the open
     // handle: it means this folder, whatever becomes of the folder's own name.
     QString getPath(const QString& name) const;
 
     // Removes an empty folder.
-    bool removeFolder(const QString& name) const;
+    [[nodiscard]] bool removeFolder(const QString& name) const;
 
-    bool addMode(int mode) const;
+    [[nodiscard]] bool addMode(int mode) const;
 
 private:
     struct Place;

@@ -56,7 +56,7 @@ bool canHoldName(const QString& name)
 
 ZipFile::~ZipFile()
 {
-    close();
+    static_cast<void>(close());  // who wrote has closed it
 }
 
 bool ZipFile::write(const char* bytes, int size)

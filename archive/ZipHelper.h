@@ -57,31 +57,34 @@ public:
     // devices, what can't be read, and a file that changes meanwhile, see ZipRun::leftOut. The archive itself
     // is passed over. A failure leaves what was at the archive's path. `level` is 0 (stored) to 9; an empty
     // password encrypts nothing.
-    static bool compressItem(const QString& item, const QString& zipPath, Morvane::ZipStart start,
-                             const QString& password, int level, const QString& baseFolder,
-                             Morvane::ZipNames names, const ZipRun& run = {});
+    [[nodiscard]] static bool compressItem(const QString& item, const QString& zipPath,
+                                           Morvane::ZipStart start, const QString& password, int level,
+                                           const QString& baseFolder, Morvane::ZipNames names,
+                                           const ZipRun& run = {});
 
     // Packs what is below a folder, with names relative to it. The archive is named as given: no ".zip" is
     // added.
-    static bool compressFolderContents(const QString& folder, const QString& zipPath, Morvane::ZipStart start,
-                                       const QString& password, int level, Morvane::ZipNames names,
-                                       const ZipRun& run = {});
+    [[nodiscard]] static bool compressFolderContents(const QString& folder, const QString& zipPath,
+                                                     Morvane::ZipStart start, const QString& password,
+                                                     int level, Morvane::ZipNames names,
+                                                     const ZipRun& run = {});
 
     // Extracts every entry. Files get the date of their entries. `mode` is added to the rights of files and
     // folders, as the nine bits of a file mode.
-    static bool extractFiles(const QString& zipPath, const QString& destinationFolder, ZipPaths paths,
-                             const QString& password, ZipOnError onError, int mode, const ZipRun& run = {});
+    [[nodiscard]] static bool extractFiles(const QString& zipPath, const QString& destinationFolder,
+                                           ZipPaths paths, const QString& password, ZipOnError onError,
+                                           int mode, const ZipRun& run = {});
 
     // Extracts only the entries of these names. Ends at the first that fails; a name that the archive lacks
     // is a failure, too, told before anything is extracted.
-    static bool extractFiles(const QString& zipPath, const QStringList& names,
-                             const QString& destinationFolder, ZipPaths paths, const QString& password,
-                             int mode, const ZipRun& run = {});
+    [[nodiscard]] static bool extractFiles(const QString& zipPath, const QStringList& names,
+                                           const QString& destinationFolder, ZipPaths paths,
+                                           const QString& password, int mode, const ZipRun& run = {});
 
     // The description of every entry, in the order of the archive. False when the archive can't be read to
     // its end; the list then holds what could be.
-    static bool getEntryList(const QString& zipPath, QVector<Morvane::ZipEntry>& entries,
-                             const ZipRun& run = {});
+    [[nodiscard]] static bool getEntryList(const QString& zipPath, QVector<Morvane::ZipEntry>& entries,
+                                           const ZipRun& run = {});
 
     // The bytes of all files below a folder, without hidden and system files and without folders that are
     // links.
@@ -89,9 +92,10 @@ public:
 
     // Adds an item to an archive that is being written, as compressItem() does, with the archive's own level
     // and password. For archives of several items. An item that is not there is a failure in any case.
-    static bool addItem(Morvane::ZipArchiver& archiver, const QString& item, const QString& baseFolder,
-                        Morvane::ZipNames names, const ZipRun& run = {});
+    [[nodiscard]] static bool addItem(Morvane::ZipArchiver& archiver, const QString& item,
+                                      const QString& baseFolder, Morvane::ZipNames names,
+                                      const ZipRun& run = {});
 
     // Ends such an archive and puts it in its place; not when all that was to be packed was left out.
-    static bool finish(Morvane::ZipArchiver& archiver, const ZipRun& run = {});
+    [[nodiscard]] static bool finish(Morvane::ZipArchiver& archiver, const ZipRun& run = {});
 };

@@ -54,7 +54,7 @@ private:
 
     void* openHandle(int mode);
     qint64 getBufferEnd() const { return mBufferStart + mBuffer.size(); }
-    bool writeThrough(qint64 offset, const char* bytes, int count);
+    [[nodiscard]] bool writeThrough(qint64 offset, const char* bytes, int count);
 
     GDurableFile& mFile;
     ZipInput* mOld = nullptr;

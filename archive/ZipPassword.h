@@ -15,6 +15,6 @@ namespace ZipPassword
 QVector<QByteArray> getForms(const QString& password);
 
 // The form in which a password is written. False, and the reason, for one that Latin-1 lacks characters of.
-bool encode(const QString& password, QByteArray& bytes, QString& reason);
+[[nodiscard]] bool encode(const QString& password, QByteArray& bytes, QString& reason);
 }  // namespace ZipPassword
 }  // namespace Morvane

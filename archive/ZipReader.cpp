@@ -124,14 +124,14 @@ ZipReader::OpenResult ZipReader::openEntry(const QByteArray& password)
     if (mEntry.isEncrypted() && password.isEmpty())
         return OpenResult::NeedsPassword;
     if (unzOpenCurrentFile(mHandle.get()) != UNZ_OK) {
-        endContent();
+        static_cast<void>(endContent());  // none of it was read
         return OpenResult::Damaged;
     }
     mRest = mEntry.size;
     mIsDamaged = false;
     if (!mEntry.isEncrypted() || beginDecryption(password))
         return OpenResult::Done;
-    endContent();
+    static_cast<void>(endContent());  // none of it was read
     return OpenResult::WrongPassword;
 }
 

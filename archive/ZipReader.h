@@ -37,7 +37,7 @@ public:
 
     // Opens the archive and counts its entries. False when it can't be read or is no archive, and when it
     // announces more entries than it has room for. An archive without entries is one.
-    bool open();
+    [[nodiscard]] bool open();
 
     // Whether open() found an archive, be its number of entries believed or not.
     bool isArchive() const { return mIsArchive; }
@@ -56,8 +56,8 @@ public:
 
     // Reads the description of an entry. False when there is none left or it can't be read; the two are told
     // apart by the number of entries. The library's error number is kept for messages.
-    bool goToFirst();
-    bool goToNext();
+    [[nodiscard]] bool goToFirst();
+    [[nodiscard]] bool goToNext();
     const ZipEntry& getEntry() const { return mEntry; }
     int getError() const { return mError; }
 
@@ -69,7 +69,7 @@ public:
 
     // Ends reading. False when the content was not read to its end, is shorter than declared, or fails the
     // checksum.
-    bool closeEntry();
+    [[nodiscard]] bool closeEntry();
 
 private:
     struct Closer
@@ -77,11 +77,11 @@ private:
         void operator()(void* handle) const;
     };
 
-    bool openHandle();
-    bool openDevice();
-    bool readDescription();
-    bool beginDecryption(const QByteArray& password);
-    bool endContent();
+    [[nodiscard]] bool openHandle();
+    [[nodiscard]] bool openDevice();
+    [[nodiscard]] bool readDescription();
+    [[nodiscard]] bool beginDecryption(const QByteArray& password);
+    [[nodiscard]] bool endContent();
 
     std::unique_ptr<QIODevice> mDevice;
     std::unique_ptr<ZipInput> mInput;

@@ -34,13 +34,13 @@ public:
     Kind look();
 
     // Opens a file for reading and takes note of its size. False when it can't be opened or is none.
-    bool open();
+    [[nodiscard]] bool open();
 
     // Reads the next bytes: how many came, 0 at the end, -1 when they can't be read.
     int read(char* bytes, int size);
 
     // Goes back to the first byte.
-    bool rewind();
+    [[nodiscard]] bool rewind();
 
     // Whether the open file is another one than it was when it was opened, by its size and date. Also when
     // the system does not tell; then there is a reason.
@@ -77,7 +77,7 @@ private:
 
 // The names of what is in a folder, hidden files included, in their order. False, and the reason, when not
 // all of them can be read.
-bool listSources(const QString& folder, QStringList& names, QString& reason);
+[[nodiscard]] bool listSources(const QString& folder, QStringList& names, QString& reason);
 
 // The system in the high byte of an entry's "made by" field, which tells how its attributes are to be read.
 uint16_t getMadeBy();

@@ -13,15 +13,15 @@ public:
     BookExport(const GCPTSaveAsProperties& properties, const GPathName& workFolder);
     ~BookExport() override;
 
-    bool Execute() override;
+    [[nodiscard]] bool Execute() override;
 
 private:
-    bool FindBook();
-    bool CheckDocuments();
-    bool CountMissingFonts(const IDFile& file);
-    bool SaveBook();
-    bool SetPreferences();
-    bool RunExport();
+    [[nodiscard]] bool FindBook();
+    [[nodiscard]] bool CheckDocuments();
+    [[nodiscard]] bool CountMissingFonts(const IDFile& file);
+    [[nodiscard]] bool SaveBook();
+    [[nodiscard]] bool SetPreferences();
+    [[nodiscard]] bool RunExport();
 
     HostPtr<IBook> mBook;
     HostPtr<IBookContent> mContent;

@@ -9,5 +9,5 @@ public:
     // The folder outlives this object.
     explicit BookPackage(const GPathName& folder) : PackageStep(folder) {}
 
-    bool Execute() override;
+    [[nodiscard]] bool Execute() override;
 };

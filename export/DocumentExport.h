@@ -14,17 +14,17 @@ public:
     DocumentExport(const GCPTSaveAsProperties& properties, const GPathName& workFolder);
     ~DocumentExport() override;
 
-    bool Execute() override;
+    [[nodiscard]] bool Execute() override;
 
 private:
-    bool CreateCommand();
-    bool TakeOutputFileData();
-    bool TakeDocument();
-    bool SaveDocument();
-    bool SetOutputFile();
-    bool SetPages();
-    bool CheckFonts();
-    bool RunCommand();
+    [[nodiscard]] bool CreateCommand();
+    [[nodiscard]] bool TakeOutputFileData();
+    [[nodiscard]] bool TakeDocument();
+    [[nodiscard]] bool SaveDocument();
+    [[nodiscard]] bool SetOutputFile();
+    [[nodiscard]] bool SetPages();
+    [[nodiscard]] bool CheckFonts();
+    [[nodiscard]] bool RunCommand();
 
     HostPtr<ICommand> mCommand;
     HostPtr<ISystemFileData> mFileData;

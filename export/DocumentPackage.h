@@ -14,12 +14,12 @@ public:
     explicit DocumentPackage(const GPathName& folder);
     ~DocumentPackage() override;
 
-    bool Execute() override;
+    [[nodiscard]] bool Execute() override;
 
 private:
-    bool CreateCommand();
-    bool MakeDocumentPackage();
-    bool WriteReport();
+    [[nodiscard]] bool CreateCommand();
+    [[nodiscard]] bool MakeDocumentPackage();
+    [[nodiscard]] bool WriteReport();
 
     HostPtr<IObjectModel> mObjectModel;
     HostPtr<IDocumentPackageCommand> mCommand;

@@ -17,7 +17,7 @@ public:
 
     // Does what is to be done, in order; the first failure ends it, with the error text if there is one for
     // it. Raises what the foundation raises.
-    virtual bool Execute() = 0;
+    [[nodiscard]] virtual bool Execute() = 0;
 
     const GString& GetErrorText() const { return mErrorText; }
 

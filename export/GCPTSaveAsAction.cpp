@@ -95,17 +95,16 @@ bool GCPTSaveAsAction::RunSteps(GCPTSaveAsProperties& properties)
 bool GCPTSaveAsAction::ObtainJobOptions(const GCPTSaveAsProperties& properties, const GPathName& folder,
                                         GPathName& jobOptions)
 {
-    GString reason;
-    try {
-        HopboxProject project(FindProject(properties));
+    GPathName archive;
+    const GResult obtained = GResult::Catch([&] { archive = FindProject(properties); }).Then([&] {
+        HopboxProject project(archive);
         GPrefMemoryModule settings;
-        if (project.ReadSettings(settings) && project.ExtractJobOptions(folder, jobOptions))
-            return true;
-        reason = project.GetLastError();
-    } catch (const GException& error) {
-        reason = error.GetDescription();
-    }
-    GTrace::Error(QStringLiteral("GCPTSaveAsAction::ObtainJobOptions"), reason);
+        return project.ReadSettings(settings).Then(
+            [&] { return project.ExtractJobOptions(folder, jobOptions); });
+    });
+    if (obtained.HasSucceeded())
+        return true;
+    GTrace::Error(QStringLiteral("GCPTSaveAsAction::ObtainJobOptions"), obtained.GetReason());
     return FailWith(ErrorText::GetSettingNotFound(properties.hopboxName));
 }
 

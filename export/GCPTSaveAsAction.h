@@ -29,7 +29,7 @@ public:
 
     // Runs the steps with the properties that were received last; gives whether they succeeded. Fails without
     // an error text when the action is not active.
-    bool Execute();
+    [[nodiscard]] bool Execute();
 
     // Whether a run is under way; a step that lets the host's events through may find it so.
     bool IsRunning() const { return mIsRunning; }
@@ -46,10 +46,11 @@ public:
 protected:
     // Exports a PDF with the properties' job options below the work folder, which need not be there yet, and
     // sets the PDF's path.
-    virtual bool ExportPDF(const GCPTSaveAsProperties& properties, const GPathName& workFolder) = 0;
+    [[nodiscard]] virtual bool ExportPDF(const GCPTSaveAsProperties& properties,
+                                         const GPathName& workFolder) = 0;
 
     // Makes the file package in a folder, which need not be there yet, and sets the package's path.
-    virtual bool CreatePackage(const GPathName& folder) = 0;
+    [[nodiscard]] virtual bool CreatePackage(const GPathName& folder) = 0;
 
     // Sets the error text; gives false, the result of the step.
     bool FailWith(const GString& text);
@@ -59,9 +60,9 @@ protected:
 
 private:
     void Run();
-    bool RunSteps(GCPTSaveAsProperties& properties);
-    bool ObtainJobOptions(const GCPTSaveAsProperties& properties, const GPathName& folder,
-                          GPathName& jobOptions);
+    [[nodiscard]] bool RunSteps(GCPTSaveAsProperties& properties);
+    [[nodiscard]] bool ObtainJobOptions(const GCPTSaveAsProperties& properties, const GPathName& folder,
+                                        GPathName& jobOptions);
 
     // The properties come by a signal, and a cancel request may come while a run is under way on this thread.
     std::recursive_mutex mLock;

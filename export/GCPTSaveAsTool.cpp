@@ -69,7 +69,7 @@ bool GCPTSaveAsTool::SelectPDFSetting(const GString& registryKey)
 bool GCPTSaveAsTool::SelectPDFSetting(const GString& registryKey, const HopboxRecord& record)
 {
     Take(registryKey, record);
-    return HopboxProject(record.entry.contextFilePath).ReadSettings(*mSettings);
+    return HopboxProject(record.entry.contextFilePath).ReadSettings(*mSettings).HasSucceeded();
 }
 
 void GCPTSaveAsTool::Take(const GString& registryKey, const HopboxRecord& record)

@@ -39,14 +39,14 @@ public:
     ~GCPTSaveAsTool() override;
 
     // An option that was not given has its default: the page range is offered, nothing else.
-    bool GetOption(DialogOption option) const;
+    [[nodiscard]] bool GetOption(DialogOption option) const;
 
     // Takes the Hopbox of a registry key, with the settings of its project. False when the registry or the
     // project can't be read; what could be read is taken all the same, and submitting it fails with an alert.
-    bool SelectPDFSetting(const GString& registryKey);
+    [[nodiscard]] bool SelectPDFSetting(const GString& registryKey);
 
     // The same with what the caller has read of the registry.
-    bool SelectPDFSetting(const GString& registryKey, const HopboxRecord& record);
+    [[nodiscard]] bool SelectPDFSetting(const GString& registryKey, const HopboxRecord& record);
 
     // The settings of the selected Hopbox's project, which the dialog changes for this export.
     GPrefMemoryModule& GetSettings() { return *mSettings; }

@@ -11,17 +11,18 @@ protected:
     // Exports the document with the host's PDF export command: a document that has changed is saved first,
     // and one with missing fonts is not exported. The PDF bears the document's name; one that is there
     // already is left, and the new one goes into a fresh folder beside it. A failure leaves no PDF.
-    bool ExportPDF(const GCPTSaveAsProperties& properties, const GPathName& workFolder) override;
+    [[nodiscard]] bool ExportPDF(const GCPTSaveAsProperties& properties,
+                                 const GPathName& workFolder) override;
 
     // Has the host collect the document with its fonts, links and profiles, and write a report, into a folder
     // that bears the document's name with " Folder" behind. One that is there already is left, as with the
     // PDF. Where only the report fails, the package stays and its path is set.
-    bool CreatePackage(const GPathName& folder) override;
+    [[nodiscard]] bool CreatePackage(const GPathName& folder) override;
 
     // Run a step; set the PDF's or the package's path, and the error text.
-    bool RunPDFStep(ExportStep& step);
-    bool RunPackageStep(ExportStep& step);
+    [[nodiscard]] bool RunPDFStep(ExportStep& step);
+    [[nodiscard]] bool RunPackageStep(ExportStep& step);
 
 private:
-    bool RunStep(ExportStep& step, uint32_t faultCode);
+    [[nodiscard]] bool RunStep(ExportStep& step, uint32_t faultCode);
 };

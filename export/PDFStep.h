@@ -21,16 +21,16 @@ protected:
 
     // Places the job options among the host's settings, until the end of the step, and puts them and the
     // Hopbox's output settings into the preferences of a command.
-    bool ApplyJobOptions(ICommand& command);
+    [[nodiscard]] bool ApplyJobOptions(ICommand& command);
 
     // Gives false, with the message for so many missing fonts, if there are any.
-    bool CheckMissingFonts(int count, const GString& detail);
+    [[nodiscard]] bool CheckMissingFonts(int count, const GString& detail);
 
     IDFile ReservePDF(const GString& name);
 
     // Runs the command that writes the PDF that was reserved, and keeps it. False when the command fails, and
     // when there is no PDF after it.
-    bool WritePDF(ICommand& command);
+    [[nodiscard]] bool WritePDF(ICommand& command);
 
     const GCPTSaveAsProperties& GetProperties() const { return mProperties; }
 

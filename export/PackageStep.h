@@ -12,5 +12,5 @@ protected:
     explicit PackageStep(const GPathName& folder) : ExportStep(folder) {}
 
     // Has the command, which knows what to collect, make the package of that name.
-    bool MakePackage(IPackageCommand& command, const GString& name);
+    [[nodiscard]] bool MakePackage(IPackageCommand& command, const GString& name);
 };

@@ -35,8 +35,9 @@ struct Report
 // printer name, the own process left out.
 // `jobLocation` is a native path or an encoded `file` URL. True when at least one process was sent the
 // ticket; never raises. `report`, where one is given, is filled anew.
-bool SubmitJob(const GString& printerName, const GString& jobLocation, Report* report = nullptr);
+[[nodiscard]] bool SubmitJob(const GString& printerName, const GString& jobLocation,
+                             Report* report = nullptr);
 
 // Sends every Hopbox process that can be reached the message without data. The same result.
-bool NotifyHopboxProcesses(OwnProcess ownProcess, Report* report = nullptr);
+[[nodiscard]] bool NotifyHopboxProcesses(OwnProcess ownProcess, Report* report = nullptr);
 }  // namespace HopboxHandOff

@@ -32,5 +32,5 @@ struct HopboxJobTicket
 
     // Takes the values that the text holds and leaves the others as they are; a copy count that is no number
     // becomes 0. False, with the ticket unchanged, when the text is no ticket.
-    bool FromText(const GString& text);
+    [[nodiscard]] bool FromText(const GString& text);
 };

@@ -3,8 +3,6 @@
 #include "archive/ZipArchive.h"
 #include "archive/ZipArchiver.h"
 #include "archive/ZipExtraction.h"
-#include "foundation/core/GErrorCodes.h"
-#include "foundation/core/GException.h"
 #include "foundation/core/GFileOutputStream.h"
 #include "foundation/core/GMemoryInputStream.h"
 #include "foundation/core/GStringSupport.h"
@@ -59,12 +57,12 @@ GPathName GetExtractedPath(const ZipArchive& archive, const GPathName& folder)
     return folder.GetChild(parts.join(QLatin1Char('/')));
 }
 
-// Extracts the current entry below a folder. Raises when it is refused.
-GPathName Extract(ZipArchive& archive, const GPathName& folder)
+// Extracts the current entry below a folder.
+GResult Extract(ZipArchive& archive, const GPathName& folder, GPathName& extracted)
 {
     if (!archive.ExtractCurrentFile(folder.GetPortablePath(), GetPassword(), cOwnRights))
-        throw GCustomException(GErrorCode::cFile, archive.GetLastError());
-    return GetExtractedPath(archive, folder);
+        return GResult::Failure(archive.GetLastError());
+    return GResult::Catch([&] { extracted = GetExtractedPath(archive, folder); });
 }
 
 // Whether anything of a settings document can be read; `damage` becomes the byte where it is damaged, or -1.
@@ -78,45 +76,63 @@ bool IsDocument(const GBuffer& bytes, int64_t* damage)
     return isRead || groups.GetCount() > 0;
 }
 
-GPathName WriteSettingsFile(const GPrefModule& settings, const GPathName& folder)
+GResult WriteSettingsFile(const GPrefModule& settings, const GPathName& path)
 {
-    const GPathName path = folder.GetChild(QStringLiteral("Project.prefs"));
-    GFileOutputStream stream(path.GetNativePath());
-    settings.GetPrefsDataToStream(stream, GEncoding::GetUTF16LittleEndian());
-    stream.Close();
-    return path;
+    return GResult::Catch([&] {
+        GFileOutputStream stream(path.GetNativePath());
+        settings.GetPrefsDataToStream(stream, GEncoding::GetUTF16LittleEndian());
+        stream.Close();
+    });
 }
-
 }  // namespace
 
-// A project archive on its way. Every step raises when it fails, and the old archive then stays.
+// A project archive on its way; the old one stays until Finish.
 class HopboxProject::Writer
 {
 public:
-    explicit Writer(const GPathName& archive) : mArchiver(archive.GetPortablePath())
+    explicit Writer(const GPathName& archive) : mArchiver(archive.GetPortablePath()) {}
+
+    // Begins with the settings. The step adds the rest, and has a folder to work in.
+    template <typename AddRest>
+    GResult Fill(const GPrefModule& settings, const AddRest& addRest)
     {
-        Check(mArchiver.StartWriting(ZipStart::Create, GetPassword(), cCompressionLevel));
+        return GResult::Catch([&] {
+            const TemporaryFolder folder;
+            return Start().Then([&] { return AddSettings(settings, folder.GetPathName()); }).Then([&] {
+                return addRest(folder.GetPathName());
+            });
+        });
     }
 
-    void AddFile(const GPathName& source, const GString& name)
+    GResult AddFile(const GPathName& source, const GString& name)
     {
-        Check(mArchiver.AddFile(source.GetPortablePath(), name, ZipArchiver::cStartLevel, ZipNames::NameField,
-                                GString()));
+        return Check(mArchiver.AddFile(source.GetPortablePath(), name, ZipArchiver::cStartLevel,
+                                       ZipNames::NameField, GString()));
     }
 
-    void AddJobOptions(const GPathName& source)
+    GResult AddJobOptions(const GPathName& source)
     {
-        AddFile(source, cJobOptionsFolder + HopboxFolder::MakeName(source.GetLeaf()));
+        return AddFile(source, cJobOptionsFolder + HopboxFolder::MakeName(source.GetLeaf()));
     }
 
-    void End() { Check(mArchiver.EndWriting()); }
-    void Finish() { Check(mArchiver.FinishWriting()); }
+    GResult End() { return Check(mArchiver.EndWriting()); }
+    GResult Finish() { return Check(mArchiver.FinishWriting()); }
 
 private:
-    void Check(bool isDone) const
+    GResult Start()
     {
-        if (!isDone)
-            throw GCustomException(GErrorCode::cFile, mArchiver.GetLastError());
+        return Check(mArchiver.StartWriting(ZipStart::Create, GetPassword(), cCompressionLevel));
+    }
+
+    GResult AddSettings(const GPrefModule& settings, const GPathName& folder)
+    {
+        const GPathName path = folder.GetChild(QStringLiteral("Project.prefs"));
+        return WriteSettingsFile(settings, path).Then([&] { return AddFile(path, cSettingsEntry); });
+    }
+
+    GResult Check(bool isDone) const
+    {
+        return isDone ? GResult::Success() : GResult::Failure(mArchiver.GetLastError());
     }
 
     ZipArchiver mArchiver;
@@ -127,8 +143,8 @@ namespace
 // Hands out the files of an archive for another one, but for the settings and, where they are replaced, the
 // job options, of which the first count. The old archive is closed again then: on Windows it could not be
 // replaced otherwise.
-void CopyOtherFiles(const GPathName& archivePath, const GPathName& folder, bool withJobOptions,
-                    const std::function<void(const GPathName&, const GString&)>& add)
+GResult CopyOtherFiles(const GPathName& archivePath, const GPathName& folder, bool withJobOptions,
+                       const std::function<GResult(const GPathName&, const GString&)>& add)
 {
     bool isPassed = withJobOptions;
     ZipArchive archive(archivePath.GetPortablePath());
@@ -142,11 +158,23 @@ void CopyOtherFiles(const GPathName& archivePath, const GPathName& folder, bool 
             isPassed = true;
             continue;
         }
-        const GString number = GString::number(archive.GetCurrentIndex());
-        add(Extract(archive, folder.GetChild(number)), archive.GetCurrentFileName());
+        GPathName file;
+        const GResult copied =
+            Extract(archive, folder.GetChild(GString::number(archive.GetCurrentIndex())), file).Then([&] {
+                return add(file, archive.GetCurrentFileName());
+            });
+        if (!copied.HasSucceeded())
+            return copied;
     }
-    if (archive.HasFailed())
-        throw GCustomException(GErrorCode::cFile, archive.GetLastError());
+    return archive.HasFailed() ? GResult::Failure(archive.GetLastError()) : GResult::Success();
+}
+
+GResult CheckSize(const GPathName& jobOptions)
+{
+    if (QFileInfo(jobOptions.GetNativePath()).size() <= HopboxProject::cMaximumJobOptionsSize)
+        return GResult::Success();
+    return GResult::Failure(
+        QStringLiteral("The job options %1 are too large.").arg(jobOptions.GetNativePath()));
 }
 }  // namespace
 
@@ -159,80 +187,83 @@ const GBuffer& HopboxProject::GetPlugInGroup()
 HopboxProject::HopboxProject(const GPathName& archive) : mPath(archive) {}
 HopboxProject::~HopboxProject() = default;
 
-bool HopboxProject::ExtractJobOptions(const GPathName& folder, GPathName& jobOptions)
+GResult HopboxProject::ExtractJobOptions(const GPathName& folder, GPathName& jobOptions) const
 {
     ZipArchive archive(mPath.GetPortablePath());
     ZipLimits limits;
     limits.entryBytes = cMaximumJobOptionsSize;
     archive.SetLimits(limits);
-    if (!FindJobOptions(archive))
-        return false;
-    try {
-        jobOptions = Extract(archive, folder);
-        return true;
-    } catch (const GException& error) {
+    const GResult found = FindJobOptions(archive);
+    const GResult extracted = found.Then([&] { return Extract(archive, folder, jobOptions); });
+    if (found.HasSucceeded() && !extracted.HasSucceeded())
         archive.removeMadeFolders(folder.GetPortablePath());
-        return Fail(error.GetDescription());
-    }
+    return extracted;
 }
 
-bool HopboxProject::ReadSettings(GPrefModule& settings)
+GResult HopboxProject::ReadSettings(GPrefModule& settings)
 {
     ZipArchive archive(mPath.GetPortablePath());
     archive.SetMemoryLimit(cMaximumSettingsSize);
     GBuffer text;
-    if (!FindJobOptions(archive) || !FindSettings(archive, text))
-        return false;
-    if (!IsDocument(text, &mDamagePosition))
-        return Fail(QStringLiteral("The project settings in %1 can't be read.").arg(mPath.GetNativePath()));
-    settings.UpdateWith(GPrefMemoryModule(text, GEncoding::GetUTF16LittleEndian()));
-    return true;
+    return FindJobOptions(archive).Then([&] { return FindSettings(archive, text); }).Then([&] {
+        if (!IsDocument(text, &mDamagePosition))
+            return GResult::Failure(
+                QStringLiteral("The project settings in %1 can't be read.").arg(mPath.GetNativePath()));
+        settings.UpdateWith(GPrefMemoryModule(text, GEncoding::GetUTF16LittleEndian()));
+        return GResult::Success();
+    });
 }
 
-bool HopboxProject::WriteSettings(const GPrefModule& settings)
+GResult HopboxProject::WriteSettings(const GPrefModule& settings)
 {
-    return Prepare(GPathName(), settings) && PutInPlace();
+    return Prepare(GPathName(), settings).Then([&] { return PutInPlace(); });
 }
 
-bool HopboxProject::Replace(const GPathName& jobOptions, const GPrefModule& settings)
+GResult HopboxProject::Replace(const GPathName& jobOptions, const GPrefModule& settings)
 {
-    return Prepare(jobOptions, settings) && PutInPlace();
+    return Prepare(jobOptions, settings).Then([&] { return PutInPlace(); });
 }
 
-bool HopboxProject::Prepare(const GPathName& jobOptions, const GPrefModule& settings)
+// Empty job options stay as they are in the archive.
+GResult HopboxProject::Prepare(const GPathName& jobOptions, const GPrefModule& settings)
 {
-    const bool withJobOptions = !jobOptions.IsEmpty();
-    if ((withJobOptions && !IsSmallEnough(jobOptions)) || !HasJobOptions())
-        return false;
-    try {
-        KeepDamaged();
-        const TemporaryFolder folder;
-        auto writer = std::make_unique<Writer>(mPath);
-        writer->AddFile(WriteSettingsFile(settings, folder.GetPathName()), cSettingsEntry);
-        if (withJobOptions)
-            writer->AddJobOptions(jobOptions);
-        CopyOtherFiles(mPath, folder.GetPathName(), !withJobOptions,
-                       [&](const GPathName& source, const GString& name) { writer->AddFile(source, name); });
-        writer->End();
-        mPrepared = std::move(writer);
-        return true;
-    } catch (const GException& error) {
-        return Fail(error.GetDescription());
-    }
+    const bool keepsJobOptions = jobOptions.IsEmpty();
+    auto writer = std::make_unique<Writer>(mPath);
+    const auto addRest = [&](const GPathName& folder) {
+        return (keepsJobOptions ? GResult::Success() : writer->AddJobOptions(jobOptions)).Then([&] {
+            return CopyOtherFiles(
+                mPath, folder, keepsJobOptions,
+                [&](const GPathName& source, const GString& name) { return writer->AddFile(source, name); });
+        });
+    };
+    return CheckSize(jobOptions)
+        .Then([&] { return HasJobOptions(); })
+        .Then([&] { return GResult::Catch([&] { KeepDamaged(); }); })
+        .Then([&] { return writer->Fill(settings, addRest); })
+        .Then([&] { return writer->End(); })
+        .Then([&] {
+            mPrepared = std::move(writer);
+            return GResult::Success();
+        });
 }
 
-bool HopboxProject::PutInPlace()
+GResult HopboxProject::PutInPlace()
 {
-    try {
-        std::exchange(mPrepared, nullptr)->Finish();
-        return true;
-    } catch (const GException& error) {
-        return Fail(error.GetDescription());
-    }
+    return std::exchange(mPrepared, nullptr)->Finish();
+}
+
+GResult HopboxProject::Create(const GPathName& jobOptions, const GPrefModule& settings) const
+{
+    Writer writer(mPath);
+    return CheckSize(jobOptions)
+        .Then([&] {
+            return writer.Fill(settings, [&](const GPathName&) { return writer.AddJobOptions(jobOptions); });
+        })
+        .Then([&] { return writer.Finish(); });
 }
 
 // What can't be read whole is kept before it is replaced.
-void HopboxProject::KeepDamaged()
+void HopboxProject::KeepDamaged() const
 {
     ZipArchive archive(mPath.GetPortablePath());
     archive.SetMemoryLimit(cMaximumSettingsSize);
@@ -242,7 +273,7 @@ void HopboxProject::KeepDamaged()
         return;
     const GBuffer text = archive.ExtractCurrentToMemory(GetPassword());
     int64_t damage = -1;
-    IsDocument(text, &damage);
+    static_cast<void>(IsDocument(text, &damage));  // the place says more
     if (!text.isNull() && (damage < 0 || text.isEmpty()))
         return;
     const GPathName copy = GDamagedCopies::Keep(mPath);
@@ -251,61 +282,34 @@ void HopboxProject::KeepDamaged()
                       .arg(mPath.GetNativePath(), copy.GetNativePath()));
 }
 
-bool HopboxProject::Create(const GPathName& jobOptions, const GPrefModule& settings)
-{
-    if (!IsSmallEnough(jobOptions))
-        return false;
-    try {
-        const TemporaryFolder folder;
-        Writer writer(mPath);
-        writer.AddFile(WriteSettingsFile(settings, folder.GetPathName()), cSettingsEntry);
-        writer.AddJobOptions(jobOptions);
-        writer.Finish();
-        return true;
-    } catch (const GException& error) {
-        return Fail(error.GetDescription());
-    }
-}
-
-bool HopboxProject::IsSmallEnough(const GPathName& jobOptions)
-{
-    return QFileInfo(jobOptions.GetNativePath()).size() <= cMaximumJobOptionsSize ||
-           Fail(QStringLiteral("The job options %1 are too large.").arg(jobOptions.GetNativePath()));
-}
-
-bool HopboxProject::HasJobOptions()
+GResult HopboxProject::HasJobOptions() const
 {
     ZipArchive archive(mPath.GetPortablePath());
     return FindJobOptions(archive);
 }
 
 // Leaves the archive on the job options.
-bool HopboxProject::FindJobOptions(ZipArchive& archive)
+GResult HopboxProject::FindJobOptions(ZipArchive& archive) const
 {
     for (archive.StartIterate(); !archive.AtEnd(); archive.Next()) {
         if (IsJobOptions(archive))
-            return true;
+            return GResult::Success();
     }
     if (archive.HasFailed())
-        return Fail(archive.GetLastError());
-    return Fail(QStringLiteral("There are no job options in %1.").arg(mPath.GetNativePath()));
+        return GResult::Failure(archive.GetLastError());
+    return GResult::Failure(QStringLiteral("There are no job options in %1.").arg(mPath.GetNativePath()));
 }
 
-bool HopboxProject::FindSettings(ZipArchive& archive, GBuffer& text)
+GResult HopboxProject::FindSettings(ZipArchive& archive, GBuffer& text) const
 {
     for (archive.StartIterate(); !archive.AtEnd(); archive.Next()) {
         if (!IsSettings(archive))
             continue;
         text = archive.ExtractCurrentToMemory(GetPassword());
-        return !text.isNull() || Fail(archive.GetLastError());
+        return text.isNull() ? GResult::Failure(archive.GetLastError()) : GResult::Success();
     }
     if (archive.HasFailed())
-        return Fail(archive.GetLastError());
-    return Fail(QStringLiteral("There are no project settings in %1.").arg(mPath.GetNativePath()));
-}
-
-bool HopboxProject::Fail(const GString& text)
-{
-    mLastError = text;
-    return false;
+        return GResult::Failure(archive.GetLastError());
+    return GResult::Failure(
+        QStringLiteral("There are no project settings in %1.").arg(mPath.GetNativePath()));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/core/GPathName.h"
+#include "foundation/core/GResult.h"
 
 #include <memory>
 
@@ -18,8 +19,8 @@ class ZipArchive;
 // settings nor job options may be larger than cMaximumSettingsSize and cMaximumJobOptionsSize. Folder entries
 // are passed over, so that an archive from any zip tool serves.
 //
-// Operations never raise; they give whether they succeeded, and a failure leaves its text in GetLastError.
-// Each opens the archive anew. An object is used by one thread.
+// Operations never raise; the reason of a failure is for the user. Each opens the archive anew. An object is
+// used by one thread.
 class HopboxProject
 {
 public:
@@ -38,12 +39,12 @@ public:
 
     // Extracts the job options, the first file whose name holds "PrinterFiles/", below a folder, which is
     // made when it is missing, and gives the path of the file there. A failure leaves nothing in it.
-    bool ExtractJobOptions(const GPathName& folder, GPathName& jobOptions);
+    GResult ExtractJobOptions(const GPathName& folder, GPathName& jobOptions) const;
 
     // Reads the settings and puts them over those that the module holds. Fails, with the module unchanged,
     // also when the archive has no job options.
     // Where they are damaged, what could be read of them is read, and GetDamagePosition tells.
-    bool ReadSettings(GPrefModule& settings);
+    GResult ReadSettings(GPrefModule& settings);
 
     // The byte of the settings where the damage begins that the last successful ReadSettings met; -1 when
     // there was none.
@@ -52,36 +53,30 @@ public:
     // Puts these settings in the place of the archive's, which must have job options. The archive is replaced
     // whole, with its other files as they were; a failure leaves it as it was. One whose settings are damaged
     // is kept beside it first (see GDamagedCopies). Of two writers at once, the last one's settings stay.
-    bool WriteSettings(const GPrefModule& settings);
+    GResult WriteSettings(const GPrefModule& settings);
 
     // The same, with other job options in the place of the archive's too.
-    bool Replace(const GPathName& jobOptions, const GPrefModule& settings);
+    GResult Replace(const GPathName& jobOptions, const GPrefModule& settings);
 
     // The same in two steps, for who has something else to change along with the archive: first the new
     // archive is made beside the old one, with these settings and, unless the path is empty, these job
     // options; PutInPlace then is one step. Without it the old archive stays and the new one goes.
-    bool Prepare(const GPathName& jobOptions, const GPrefModule& settings);
-    bool PutInPlace();
+    GResult Prepare(const GPathName& jobOptions, const GPrefModule& settings);
+    GResult PutInPlace();
 
     // Makes the archive from settings and a job options file, in place of one that is there. Its folder must
     // be there.
-    bool Create(const GPathName& jobOptions, const GPrefModule& settings);
-
-    // The text of the last failure, for the user; empty before there was one.
-    const GString& GetLastError() const { return mLastError; }
+    GResult Create(const GPathName& jobOptions, const GPrefModule& settings) const;
 
 private:
     class Writer;
 
-    bool IsSmallEnough(const GPathName& jobOptions);
-    void KeepDamaged();
-    bool HasJobOptions();
-    bool FindJobOptions(Morvane::ZipArchive& archive);
-    bool FindSettings(Morvane::ZipArchive& archive, GBuffer& text);
-    bool Fail(const GString& text);
+    void KeepDamaged() const;
+    GResult HasJobOptions() const;
+    GResult FindJobOptions(Morvane::ZipArchive& archive) const;
+    GResult FindSettings(Morvane::ZipArchive& archive, GBuffer& text) const;
 
     GPathName mPath;
     std::unique_ptr<Writer> mPrepared;
-    GString mLastError;
     int64_t mDamagePosition = -1;
 };

@@ -313,7 +313,8 @@ void HopboxRegistry::Clear()
 QStringList HopboxRegistry::GetAllowedOrigins() const
 {
     QStringList origins;
-    GListReader::ReadText(GetRead().Get(cServerSettings, cAllowedOrigins), origins);
+    // What is no list stands for none.
+    static_cast<void>(GListReader::ReadText(GetRead().Get(cServerSettings, cAllowedOrigins), origins));
     return origins;
 }
 

@@ -58,11 +58,13 @@ public:
 
     // Adds an entry under a fresh key, also when there is one of that actor name. Gives the key where asked
     // for.
-    bool AddEntry(const GString& actorName, const HopboxRegistryEntry& entry, GString* key = nullptr);
+    [[nodiscard]] bool AddEntry(const GString& actorName, const HopboxRegistryEntry& entry,
+                                GString* key = nullptr);
 
     // The same unless an entry is addressed by that name already, decided under the lock: of several
     // processes that add one name at once, one does. Gives whether the entry was added.
-    bool AddFirstEntry(const GString& actorName, const HopboxRegistryEntry& entry, GString& key);
+    [[nodiscard]] bool AddFirstEntry(const GString& actorName, const HopboxRegistryEntry& entry,
+                                     GString& key);
 
     enum class Renaming
     {
@@ -76,20 +78,21 @@ public:
     Renaming RenameEntry(const GString& name, const GString& newName);
 
     // The others give whether the entry was found.
-    bool RemoveEntry(const GString& name);
+    [[nodiscard]] bool RemoveEntry(const GString& name);
 
     // Replaces an entry under its key. One that is addressed by its key keeps its actor name.
-    bool UpdateEntry(const GString& name, const HopboxRegistryEntry& entry);
+    [[nodiscard]] bool UpdateEntry(const GString& name, const HopboxRegistryEntry& entry);
 
     // Lets `change` work on the entry as the file holds it now, with nobody else's change between reading and
     // writing. It is not called when the entry isn't found or can't be read.
-    bool ChangeEntry(const GString& name, const std::function<void(HopboxRegistryEntry&)>& change);
+    [[nodiscard]] bool ChangeEntry(const GString& name,
+                                   const std::function<void(HopboxRegistryEntry&)>& change);
 
-    bool GetEntry(const GString& name, HopboxRegistryEntry& entry) const;
+    [[nodiscard]] bool GetEntry(const GString& name, HopboxRegistryEntry& entry) const;
 
     // The first entry whose context file path is the given one.
-    bool FindByContextFile(const GPathName& contextFilePath, GString& actorName,
-                           HopboxRegistryEntry& entry) const;
+    [[nodiscard]] bool FindByContextFile(const GPathName& contextFilePath, GString& actorName,
+                                         HopboxRegistryEntry& entry) const;
 
     // The actor names of all entries that can be read, one for each entry, in the order of the file.
     QStringList GetActorNames() const;
@@ -139,15 +142,16 @@ public:
 
     // The settings name of a path: the sub-folder of the settings folder in which it lies. False, with an
     // empty name, for a path elsewhere.
-    static bool GetSettingsName(const GPathName& path, GString& name) noexcept;
+    [[nodiscard]] static bool GetSettingsName(const GPathName& path, GString& name) noexcept;
 
     // Puts another settings name into a path. True when the path has a settings name that differs from the
     // new one. A new name that can't be the name of a folder changes nothing.
-    static bool RenameSettingsInPath(const GString& newName, GPathName& path) noexcept;
+    [[nodiscard]] static bool RenameSettingsInPath(const GString& newName, GPathName& path) noexcept;
 
 private:
     const GPrefModule& GetRead() const;
-    bool ChangeFound(const GString& name, const std::function<bool(GPrefModule&, const GBuffer&)>& change);
+    [[nodiscard]] bool ChangeFound(const GString& name,
+                                   const std::function<bool(GPrefModule&, const GBuffer&)>& change);
 
     std::unique_ptr<GPrefSharedFileModule> mModule;
 };

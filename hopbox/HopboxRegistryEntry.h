@@ -48,7 +48,7 @@ struct HopboxRecord
 
     // Takes the values of a record; what the text doesn't hold becomes empty or false. False, with the record
     // unchanged, when the text is no record or names a path that no file of this system can have.
-    bool FromText(const GString& text);
+    [[nodiscard]] bool FromText(const GString& text);
 
     // The actor name, or the key under which the registry holds the record where that is empty.
     const GString& GetName(const GString& key) const { return actorName.isEmpty() ? key : actorName; }

@@ -11,5 +11,5 @@
 //
 // False when the shortcut can't be written, the system has no command interpreter, or a name can't stand in a
 // shortcut. Nothing is reported. Never raises.
-bool MakeStartShortcut(const GString& applicationName, const GPathName& folder,
-                       const GPathName& shortcutPath) noexcept;
+[[nodiscard]] bool MakeStartShortcut(const GString& applicationName, const GPathName& folder,
+                                     const GPathName& shortcutPath) noexcept;

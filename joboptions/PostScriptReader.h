@@ -41,14 +41,14 @@ private:
         DictionaryEnd
     };
 
-    bool SkipToToken();
-    bool ReadToken(int depth, PostScriptValue& value, QByteArray& word, Mark& mark);
-    bool ReadItems(int depth, Mark end, std::vector<PostScriptValue>& items);
-    bool ReadDictionary(int depth, PostScriptValue& value);
-    bool ReadString(PostScriptValue& value);
+    [[nodiscard]] bool SkipToToken();
+    [[nodiscard]] bool ReadToken(int depth, PostScriptValue& value, QByteArray& word, Mark& mark);
+    [[nodiscard]] bool ReadItems(int depth, Mark end, std::vector<PostScriptValue>& items);
+    [[nodiscard]] bool ReadDictionary(int depth, PostScriptValue& value);
+    [[nodiscard]] bool ReadString(PostScriptValue& value);
     void ReadEscape(QByteArray& bytes);
-    bool ReadHexadecimal(PostScriptValue& value);
-    bool ReadBase85(PostScriptValue& value);
+    [[nodiscard]] bool ReadHexadecimal(PostScriptValue& value);
+    [[nodiscard]] bool ReadBase85(PostScriptValue& value);
     QByteArray ReadWord();
     char Peek(int ahead = 0) const;
     bool FailAt(int position, const QString& what);

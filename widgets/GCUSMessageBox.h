@@ -13,5 +13,5 @@ void ShowError(const GString& title, const GString& text);
 
 // Two buttons, "OK" and "Cancel"; neither is the default, so that no stray return key answers. True for "OK"
 // alone: closing the box is "Cancel".
-bool ConfirmWarning(const GString& title, const GString& text);
+[[nodiscard]] bool ConfirmWarning(const GString& title, const GString& text);
 }  // namespace GCUSMessageBox

@@ -8,7 +8,7 @@ namespace GCUSTranslation
 {
 // Takes the translations of a file in Qt's form, in the place of those that were loaded. False, with the
 // English texts left, when the file is missing or damaged or there is no QCoreApplication.
-bool Load(const GPathName& file);
+[[nodiscard]] bool Load(const GPathName& file);
 
 // Takes back what was loaded.
 void Unload();

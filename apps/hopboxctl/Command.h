@@ -37,4 +37,4 @@ void SetUnread(const QJsonValue& unread);
 int RefuseCall(const QString& error);
 
 // A text KEY=VALUE in two; false when it has no key or no equal sign.
-bool SplitAssignment(const QString& text, QString& key, QString& value);
+[[nodiscard]] bool SplitAssignment(const QString& text, QString& key, QString& value);

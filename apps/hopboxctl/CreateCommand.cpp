@@ -48,8 +48,9 @@ int Create(const CliCall& call, const GPrefMemoryModule& settings)
     }
     ProjectPlace::NewFolder folder(name);
     HopboxProject project(folder.GetArchivePath());
-    if (!project.Create(GetAbsolute(call.Get("job-options")), settings)) {
-        PrintError(project.GetLastError());
+    const GResult created = project.Create(GetAbsolute(call.Get("job-options")), settings);
+    if (!created.HasSucceeded()) {
+        PrintError(created.GetReason());
         return cCliFailed;
     }
     GString key;

@@ -24,25 +24,27 @@ using Doctor::Quote;
 
 namespace
 {
-// Raises with the reason when the archive can't be changed.
-bool RemoveSetting(const GPathName& archive, const QString& setting)
+GResult RemoveSetting(const GPathName& archive, const QString& setting)
 {
     HopboxProject project(archive);
     GPrefMemoryModule settings;
-    bool isDone = project.ReadSettings(settings);
-    settings.Remove(HopboxProject::GetPlugInGroup(), setting.toUtf8());
-    isDone = isDone && project.WriteSettings(settings);
-    if (!isDone)
-        throw GCustomException(GErrorCode::cFile, project.GetLastError());
-    return true;
+    return project.ReadSettings(settings).Then([&] {
+        settings.Remove(HopboxProject::GetPlugInGroup(), setting.toUtf8());
+        return project.WriteSettings(settings);
+    });
 }
 
 // What can be read of them. The damaged archive is kept.
-bool RewriteSettings(const GPathName& archive)
+GResult RewriteSettings(const GPathName& archive)
 {
     HopboxProject project(archive);
     GPrefMemoryModule settings;
-    return project.ReadSettings(settings) && project.WriteSettings(settings);
+    return project.ReadSettings(settings).Then([&] { return project.WriteSettings(settings); });
+}
+
+GResult MakeResult(bool isDone, const QString& reason)
+{
+    return isDone ? GResult::Success() : GResult::Failure(reason);
 }
 
 // What is to be done about a finding of a check. What the check calls a note may still need a hand.
@@ -69,8 +71,9 @@ Finding MakeFinding(const HopboxCheck::Finding& found, const HopboxCheck& check,
         case Kind::cNoIcon:
             return {"icon-missing", text, QStringLiteral("hopboxctl set %1 HopboxIconPath=").arg(address),
                     [key] {
-                        return HopboxRegistry().ChangeEntry(
+                        const bool isChanged = HopboxRegistry().ChangeEntry(
                             key, [](HopboxRegistryEntry& entry) { entry.hopboxIconPath = GPathName(); });
+                        return MakeResult(isChanged, QStringLiteral("There is no such Hopbox any more."));
                     }};
         case Kind::cOddSetting:
             return {
@@ -197,7 +200,10 @@ void Doctor::LookAtProjectFolders(const HopboxRegistry& registry, QVector<Findin
             findings.append({"folder-left",
                              QStringLiteral("An empty folder is left: \"%1\".").arg(folder.GetNativePath()),
                              QStringLiteral("rmdir %1").arg(Quote(folder.GetNativePath())),
-                             [path = folder.GetNativePath()] { return QDir().rmdir(path); }});
+                             [path = folder.GetNativePath()] {
+                                 return MakeResult(QDir().rmdir(path),
+                                                   QStringLiteral("\"%1\" can't be removed.").arg(path));
+                             }});
         else
             findings.append(
                 {"archive-left",
@@ -230,8 +236,11 @@ void Doctor::LookAtFolders(QVector<Finding>& findings)
         const QString path = folder.GetNativePath();
         if (QFileInfo::exists(path) && FolderRights::MayOthersWrite(path))
             findings.append({"folder-open", QStringLiteral("Others may change the folder \"%1\".").arg(path),
-                             QStringLiteral("chmod go-w %1").arg(Quote(path)),
-                             [path] { return FolderRights::CloseToOthers(path); }});
+                             QStringLiteral("chmod go-w %1").arg(Quote(path)), [path] {
+                                 return MakeResult(
+                                     FolderRights::CloseToOthers(path),
+                                     QStringLiteral("The rights of \"%1\" can't be changed.").arg(path));
+                             }});
     }
     const QString temporary = GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary).GetNativePath();
     const QFileInfo info(temporary);

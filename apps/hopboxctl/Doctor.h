@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/core/GResult.h"
+
 #include <QString>
 #include <QVector>
 
@@ -15,7 +17,7 @@ struct Finding
     const char* kind;  // a word that stays the same, for programs
     QString text;      // what is wrong
     QString mend;      // the command that mends it, or what to do; empty when it is only worth knowing
-    std::function<bool()> fix;  // mends it where that can lose nothing; else empty. Gives whether it did
+    std::function<GResult()> fix;  // mends it where that can lose nothing; else empty
     bool isProblem = true;
 };
 

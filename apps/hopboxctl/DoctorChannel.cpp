@@ -26,9 +26,11 @@ bool IsServed(const std::vector<uint32_t>& processes, const GString& hopbox)
     });
 }
 
-bool Clean()
+GResult Clean()
 {
-    return GPPIPCManager::Get()->Clean(false) > 0;
+    return GPPIPCManager::Get()->Clean(false) > 0
+               ? GResult::Success()
+               : GResult::Failure(QStringLiteral("Nothing of an ended receiver could be removed."));
 }
 }  // namespace
 

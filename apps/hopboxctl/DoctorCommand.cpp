@@ -45,12 +45,12 @@ QVector<Finding> LookAtEverything()
 
 bool Mend(const Finding& finding)
 {
-    try {
-        return finding.fix && finding.fix();
-    } catch (const GException& error) {
-        PrintError(HopboxOutput::GetShown(error.GetDescription()));
+    if (!finding.fix)
         return false;
-    }
+    const GResult result = GResult::Catch(finding.fix);
+    if (!result.HasSucceeded())
+        PrintError(HopboxOutput::GetShown(result.GetReason()));
+    return result.HasSucceeded();
 }
 
 void PrintFinding(const Finding& finding, bool isMended)

@@ -44,7 +44,9 @@ void Doctor::LookAtJobOptions(const HopboxRegistry& registry, QVector<Finding>& 
         const TemporaryFolder folder;
         GPathName jobOptions;
         if (!record || !record->entry.isPlugin ||
-            !HopboxProject(record->entry.contextFilePath).ExtractJobOptions(folder.GetPathName(), jobOptions))
+            !HopboxProject(record->entry.contextFilePath)
+                 .ExtractJobOptions(folder.GetPathName(), jobOptions)
+                 .HasSucceeded())
             continue;
         const QStringList settings = AskHost(host, jobOptions.GetNativePath());
         if (!settings.isEmpty())

@@ -13,5 +13,5 @@ bool MayOthersWrite(const QString& folder);
 bool MayAnybodyWrite(const QString& folder);
 
 // Leaves that right to the owner only. False when it can't be done.
-bool CloseToOthers(const QString& folder);
+[[nodiscard]] bool CloseToOthers(const QString& folder);
 }  // namespace FolderRights

@@ -36,8 +36,9 @@ QString FindFault(const GPathName& file, const QString& missing)
 void CheckSettings(HopboxProject& project, HopboxCheck& check)
 {
     GPrefMemoryModule settings;
-    if (!project.ReadSettings(settings)) {
-        check.problems.append({Kind::cBadArchive, project.GetLastError(), {}});
+    const GResult read = project.ReadSettings(settings);
+    if (!read.HasSucceeded()) {
+        check.problems.append({Kind::cBadArchive, read.GetReason(), {}});
         return;
     }
     if (project.GetDamagePosition() >= 0)
@@ -59,11 +60,11 @@ void CheckJobOptions(HopboxProject& project, HopboxCheck& check)
 {
     const TemporaryFolder folder;
     GPathName jobOptions;
-    if (!project.ExtractJobOptions(folder.GetPathName(), jobOptions)) {
-        const bool isKnown =
-            !check.problems.isEmpty() && check.problems.last().text == project.GetLastError();
+    const GResult extracted = project.ExtractJobOptions(folder.GetPathName(), jobOptions);
+    if (!extracted.HasSucceeded()) {
+        const bool isKnown = !check.problems.isEmpty() && check.problems.last().text == extracted.GetReason();
         if (!isKnown)
-            check.problems.append({Kind::cBadArchive, project.GetLastError(), {}});
+            check.problems.append({Kind::cBadArchive, extracted.GetReason(), {}});
         return;
     }
     check.jobOptionsName = jobOptions.GetLeaf();

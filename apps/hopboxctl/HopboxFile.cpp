@@ -70,8 +70,10 @@ QString FindFault(const GPathName& archive)
     GPrefMemoryModule settings;
     const TemporaryFolder folder;
     GPathName jobOptions;
-    if (!project.ReadSettings(settings) || !project.ExtractJobOptions(folder.GetPathName(), jobOptions))
-        return project.GetLastError();
+    const GResult read = project.ReadSettings(settings).Then(
+        [&] { return project.ExtractJobOptions(folder.GetPathName(), jobOptions); });
+    if (!read.HasSucceeded())
+        return read.GetReason();
     const QString fault = JobOptionsCheck::FindFault(jobOptions.GetNativePath());
     return fault.isEmpty() ? QString() : QStringLiteral("Its job options can't be used: %1.").arg(fault);
 }

@@ -32,9 +32,10 @@ int RunMacType(const CliCall& call)
     const QString file = call.GetArgument(0);
     const auto printer = std::make_shared<ErrorPrinter>();
     GTrace::SetLogger(printer);
-    PcExchange::createPcExchange(call.Has("table") ? call.Get("table")
-                                                   : QCoreApplication::applicationDirPath() +
-                                                         QLatin1String("/Resources/MacFileTypes.xml"));
+    const QString table = call.Has("table") ? call.Get("table")
+                                            : QCoreApplication::applicationDirPath() +
+                                                  QLatin1String("/Resources/MacFileTypes.xml");
+    static_cast<void>(PcExchange::createPcExchange(table));  // what is wrong is printed, and fails below
     MacFileInfo info;
     if (!QFileInfo::exists(file))
         PrintError(QStringLiteral("There is no file \"%1\".").arg(file));

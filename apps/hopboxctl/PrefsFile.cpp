@@ -75,7 +75,7 @@ PrefsFile::PrefsFile(const QString& path) : mPath(path)
 {
     GFileInputStream file(path);
     GDictListReader<GBuffer, GBuffer, GString> reader;
-    reader.Read(file, nullptr, mGroups);
+    static_cast<void>(reader.Read(file, nullptr, mGroups));  // the place of the damage says more
     mDamagePosition = reader.GetDamagePosition();
 }
 

@@ -28,7 +28,7 @@ bool IsOfAnotherUser(const GPathName& archive);
 
 // Removes an archive of ours, and its folder when nothing else is in it. False when something that should
 // have gone is still there.
-bool Remove(const GPathName& archive);
+[[nodiscard]] bool Remove(const GPathName& archive);
 
 // A folder for a new project, made with the folders above it that were missing. Unless it is kept, all of
 // them go again with this object, whatever was put into the new one included. As long as it is not kept, a

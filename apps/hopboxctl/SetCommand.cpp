@@ -72,7 +72,7 @@ Change MakeChange(const QString& assignment)
 {
     QString name;
     QString value;
-    SplitAssignment(assignment, name, value);
+    static_cast<void>(SplitAssignment(assignment, name, value));  // was looked at with the call
     const Field field = GetFields().at(name);
     if (const auto* path = std::get_if<GPathName HopboxRegistryEntry::*>(&field))
         return [member = *path, to = HopboxOptions::GetAbsolute(value)](HopboxRegistryEntry& entry) {
@@ -96,9 +96,9 @@ bool ChangesProject(const CliCall& call)
 void PrepareProject(HopboxProject& project, const CliCall& call)
 {
     GPrefMemoryModule settings;
-    const auto check = [&project](bool isDone) {
-        if (!isDone)
-            throw GCustomException(GErrorCode::cFile, project.GetLastError());
+    const auto check = [](const GResult& result) {
+        if (!result.HasSucceeded())
+            throw GCustomException(GErrorCode::cFile, result.GetReason());
     };
     check(project.ReadSettings(settings));
     PlugInSettings::Take(call.GetAll("setting"), settings);
@@ -150,20 +150,22 @@ public:
 private:
     void PutArchiveInPlace()
     {
-        if (mProject->PutInPlace())
+        const GResult result = mProject->PutInPlace();
+        if (result.HasSucceeded())
             return TellDamage(*mProject);
         TakeBack();
-        throw GCustomException(GErrorCode::cFile, mProject->GetLastError());
+        throw GCustomException(GErrorCode::cFile, result.GetReason());
     }
 
     // Unless somebody else has changed the Hopbox meanwhile.
     void TakeBack()
     {
         try {
-            mRegistry.ChangeEntry(mName, [this](HopboxRegistryEntry& entry) {
+            // One that is gone meanwhile needs nothing.
+            static_cast<void>(mRegistry.ChangeEntry(mName, [this](HopboxRegistryEntry& entry) {
                 if (entry == mNew)
                     entry = mOld;
-            });
+            }));
         } catch (const GException& error) {
             PrintError(HopboxOutput::GetShown(
                 QStringLiteral(

@@ -99,7 +99,7 @@ qint64 getTotalSize(const QString& archive)
     ZipRun run;
     run.log = &log;
     QVector<ZipEntry> entries;
-    ZipHelper::getEntryList(archive, entries, run);
+    static_cast<void>(ZipHelper::getEntryList(archive, entries, run));
     return std::accumulate(entries.cbegin(), entries.cend(), qint64(0),
                            [](qint64 total, const ZipEntry& entry) { return total + entry.size; });
 }
@@ -124,17 +124,15 @@ bool extractWithQuestions(const QString& archive, const QString& folder, const Q
     });
     QTimer poll;
     QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
-        if (CliStop::IsAskedFor())
+        if (CliStop::IsAskedFor() || (total > 0 && !bar.show(done, total)))
             loop.quit();
-        else if (total > 0)
-            bar.show(done, total);
     });
     QObject::connect(&thread, &QThread::finished, &loop, &QEventLoop::quit);
     poll.start(cPollInterval);
     thread.start();
     loop.exec();
     if (total > 0)
-        bar.show(done, total);
+        static_cast<void>(bar.show(done, total));  // nothing is left to be stopped
     bar.leave();
     if (!thread.getOpenError().isEmpty()) {
         PrintError(makePrintable(thread.getOpenError()));

@@ -30,7 +30,7 @@ public:
     ProgressBar& operator=(const ProgressBar&) = delete;
 
     // Bytes. False when the user wants to stop: Ctrl-C.
-    bool show(qint64 done, qint64 total);
+    [[nodiscard]] bool show(qint64 done, qint64 total);
 
     // Leaves the line as it is, for something else to be said below it.
     void leave();

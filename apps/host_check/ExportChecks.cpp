@@ -49,8 +49,9 @@ bool ExportChecks::MakeHopbox(const QString& jobOptions)
     const GPathName folder = HopboxRegistry::GetSettingsFolder().GetChild(cHopbox);
     GFileSystemBase::CreateFolder(folder);
     HopboxProject project(folder.GetChild(QStringLiteral("Project.hopbox")));
-    if (!project.Create(GPathName(jobOptions), GPrefMemoryModule())) {
-        CliConsole::PrintError(project.GetLastError());
+    const GResult created = project.Create(GPathName(jobOptions), GPrefMemoryModule());
+    if (!created.HasSucceeded()) {
+        CliConsole::PrintError(created.GetReason());
         return false;
     }
     HopboxRegistryEntry entry;

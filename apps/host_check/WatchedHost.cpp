@@ -47,7 +47,7 @@ struct Watch<operation>
 
 WatchedHost::WatchedHost(const Table& table, void* host) : mHost(host)
 {
-    Boundary::Copy(&table, mOriginal);
+    static_cast<void>(Boundary::Copy(&table, mOriginal));  // another version is a fault that is told
     mTable = mOriginal;
     mTable.size = sizeof mTable;
     Watch<&Table::get_front_document>::Put(mTable, "get_front_document");

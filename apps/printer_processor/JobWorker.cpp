@@ -20,7 +20,7 @@ JobWorker::JobWorker(JobInbox* inbox, const JobCommand& command)
 
 JobWorker::~JobWorker()
 {
-    Stop(std::chrono::milliseconds(0));
+    static_cast<void>(Stop(std::chrono::milliseconds(0)));  // waited for below
     mThread.join();
 }
 

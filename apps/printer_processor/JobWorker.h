@@ -48,7 +48,7 @@ public:
 
     // Ends the copying and the command, whose jobs stay in the journal. False when a thread has not come back
     // in time: it waits for the system, and only the end of the process ends it.
-    bool Stop(std::chrono::milliseconds timeout);
+    [[nodiscard]] bool Stop(std::chrono::milliseconds timeout);
 
 private:
     using Clock = std::chrono::steady_clock;

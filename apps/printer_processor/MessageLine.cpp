@@ -17,7 +17,8 @@ QJsonObject MessageLine::Describe(const GPPIPCMessage& message)
     QJsonObject line;
     HopboxJobTicket ticket;
     if (message.kind == HopboxMessage::cSubmitJob) {
-        DescribeJob(message.process, message.payload, &line, &ticket);
+        // The line itself says what is wrong.
+        static_cast<void>(DescribeJob(message.process, message.payload, &line, &ticket));
         return line;
     }
     line = Begin(message.kind, message.process);

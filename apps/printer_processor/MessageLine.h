@@ -18,10 +18,11 @@ QJsonObject Describe(const GPPIPCMessage& message);
 
 // The same for a submitted job of these bytes. `ticket` becomes the job's ticket; false when it is none that
 // is valid.
-bool DescribeJob(uint32_t sender, const GBuffer& payload, QJsonObject* line, HopboxJobTicket* ticket);
+[[nodiscard]] bool DescribeJob(uint32_t sender, const GBuffer& payload, QJsonObject* line,
+                               HopboxJobTicket* ticket);
 
 void SetError(QJsonObject* line, const GString& error);
 
 // Prints an object in a line of standard output, at once. False when it could not be written.
-bool Print(const QJsonObject& line);
+[[nodiscard]] bool Print(const QJsonObject& line);
 }  // namespace MessageLine

@@ -25,11 +25,11 @@ public:
     // and `info` as it was, when the file can't be read or is none. A file without Finder information of 8
     // bytes or more is read with success and leaves the info empty. Of Finder information beyond 1 MiB the
     // start is taken.
-    static bool getMacFileType(const QString& path, MacFileInfo* info);
+    [[nodiscard]] static bool getMacFileType(const QString& path, MacFileInfo* info);
 
     // The same from a device that is open for reading, stands at its begin and can seek, such as an archive's
     // entry in memory.
-    static bool getMacFileType(QIODevice* file, MacFileInfo* info);
+    [[nodiscard]] static bool getMacFileType(QIODevice* file, MacFileInfo* info);
 
     // Whether the file's name begins with "._".
     static bool isAppleDoubleName(const QString& path);

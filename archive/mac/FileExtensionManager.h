@@ -18,7 +18,7 @@ public:
 
     // Type, creator and Finder information of a file, read from its AppleDouble file, or from the file itself
     // when its own name begins with "._". False when there is none or it can't be read.
-    static bool getFileInfo(const QString& file, MacFileInfo* info);
+    [[nodiscard]] static bool getFileInfo(const QString& file, MacFileInfo* info);
 
     // Whether the file is of the kind that the extension (without the dot) names: its name ends so, or its
     // Mac type says so. Extensions are what follows the last "." and are compared without regard to case.

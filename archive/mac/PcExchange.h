@@ -27,7 +27,7 @@ class PcExchange
 public:
     // Makes the process's table. False when the path does not exist or a table is there already, which stays.
     // A file that can't be read as such a table (a document type declaration is refused) makes an empty one.
-    static bool createPcExchange(const QString& path);
+    [[nodiscard]] static bool createPcExchange(const QString& path);
 
     // The table, or none before it was made or after `release`. Whoever holds the result may go on asking it.
     static std::shared_ptr<const PcExchange> instance();
@@ -43,18 +43,19 @@ public:
 
     // The extension for a type and creator: that of the first record of both; else of the last record of the
     // type whose creator is "????". False, and `extension` empty, when there is none.
-    bool findExtension(const QString& type, const QString& creator, QString* extension) const;
+    [[nodiscard]] bool findExtension(const QString& type, const QString& creator, QString* extension) const;
 
     // Type and creator of the first record of an extension, which is compared without regard to case. False,
     // and both empty, when there is none.
-    bool findFileTypeAndCreator(const QString& extension, QString* type, QString* creator) const;
+    [[nodiscard]] bool findFileTypeAndCreator(const QString& extension, QString* type,
+                                              QString* creator) const;
 
     // Every record in the order of the file.
     const std::vector<PcExchangeRecord>& getAllEntries() const { return mRecords; }
 
 private:
     void load(QIODevice* file);
-    bool readRecords(QIODevice* file);
+    [[nodiscard]] bool readRecords(QIODevice* file);
 
     std::vector<PcExchangeRecord> mRecords;
 };

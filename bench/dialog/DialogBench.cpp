@@ -90,7 +90,7 @@ private:
         GPrefMemoryModule settings;
         settings.Set(HopboxProject::GetPlugInGroup(), "UserSettings", QStringLiteral("true"));
         HopboxProject project(GPathName(mFolder.filePath(QStringLiteral("Project.hopbox"))));
-        if (!project.Create(jobOptions, settings))
+        if (!project.Create(jobOptions, settings).HasSucceeded())
             std::abort();
         HopboxRecord record;
         record.entry.applicationPath =

@@ -82,7 +82,8 @@ void ReadProject(benchmark::State& state)
         HopboxProject project(exporter.GetArchive());
         GPrefMemoryModule settings;
         GPathName jobOptions;
-        if (!project.ReadSettings(settings) || !project.ExtractJobOptions(folder, jobOptions))
+        if (!project.ReadSettings(settings).HasSucceeded() ||
+            !project.ExtractJobOptions(folder, jobOptions).HasSucceeded())
             state.SkipWithError("not read");
         GFileSystemBase::TryToRemoveFolder(folder);
     }

@@ -60,7 +60,8 @@ Exporter::Exporter(int hopboxes, const QByteArray& jobOptions)
     mArchive = GPathName(mRoot.filePath(QStringLiteral("Project.hopbox")));
     GPrefMemoryModule values;
     values.Set(HopboxProject::GetPlugInGroup(), "UserSettings", QStringLiteral("true"));
-    HopboxProject(mArchive).Create(mJobOptions, values);
+    if (!HopboxProject(mArchive).Create(mJobOptions, values).HasSucceeded())
+        qFatal("the project archive can't be made");
     Register(hopboxes);
 
     FakeDocument document;

@@ -161,7 +161,7 @@ void GCSPUSaveAsStamplexPDFDialog::OnPDFSettingsSelectionChanged(int)
     }
     // A project that can't be read gives no settings; choosing it fails with the export's alert.
     const HopboxRecord record = item->GetRecord();
-    mTool.SelectPDFSetting(item->key, record);
+    static_cast<void>(mTool.SelectPDFSetting(item->key, record));
     const GPrefGroup settings = GetPlugInSettings(mTool);
     mIsAdjustable = IsOn(settings, cUserSettings);
     if (mIsAdjustable)

@@ -49,7 +49,7 @@ private:
     void ReadHopboxes();
     void ShowDefaults();
     void ShowMissing(const QStringList& keys);
-    static bool ChoosePackage(const GString& group, bool isUserChoice, bool isDefault);
+    [[nodiscard]] static bool ChoosePackage(const GString& group, bool isUserChoice, bool isDefault);
     QString GetComplaint() const;
     void Update();
     void UpdateOkButton();

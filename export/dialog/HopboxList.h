@@ -47,7 +47,7 @@ public:
     // Makes a Hopbox offer itself no longer; its entry stays in the registry. The entry is changed as it
     // stands by now, so that what another process did to it, or to others, is kept. False when there is no
     // such entry or the registry can't be written.
-    static bool Withdraw(const GString& key);
+    [[nodiscard]] static bool Withdraw(const GString& key);
 
 private:
     void Sort();

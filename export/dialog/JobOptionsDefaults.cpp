@@ -16,11 +16,11 @@ GResult Read(const HopboxRecord& record, JobOptions& options)
 {
     try {
         const TemporaryFolder folder;
-        HopboxProject project(record.entry.contextFilePath);
+        const HopboxProject project(record.entry.contextFilePath);
         GPathName file;
-        if (project.ExtractJobOptions(folder.GetPathName(), file))
+        return project.ExtractJobOptions(folder.GetPathName(), file).Then([&] {
             return options.Read(file.GetNativePath());
-        return GResult::Failure(project.GetLastError());
+        });
     } catch (const GException& error) {
         return GResult::Failure(error.GetDescription());
     }

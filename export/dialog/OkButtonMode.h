@@ -26,7 +26,7 @@ public:
     Mode Get() const { return mMode; }
 
     // Whether the event is the press of Alt, which turns the mode to Remove.
-    bool TakePress(const QKeyEvent& event);
+    [[nodiscard]] bool TakePress(const QKeyEvent& event);
 
     // A release of Alt turns the mode to OK.
     void TakeRelease(const QKeyEvent& event);

@@ -61,4 +61,4 @@ private:
 
 // The words of the call of this process, without the program's name. False, with `wrong` the first that is no
 // text in the system's encoding: such a word would change in silence.
-bool GetCliWords(int argc, char** argv, QStringList& words, QString& wrong);
+[[nodiscard]] bool GetCliWords(int argc, char** argv, QStringList& words, QString& wrong);

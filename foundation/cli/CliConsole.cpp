@@ -27,13 +27,19 @@ State& GetState()
     return state;
 }
 
+// Where this fails there is no place left to say so.
+void WriteError(const QString& text)
+{
+    static_cast<void>(CliTerminal::Write(stderr, text.toUtf8()));
+    std::fflush(stderr);
+}
+
 void PrintLine(QStringList State::*list, const QString& mark, const QString& line)
 {
     State& state = GetState();
     const std::lock_guard<std::mutex> guard(state.lock);
     (state.*list).append(line);
-    CliTerminal::Write(stderr, (state.name + QLatin1String(": ") + mark + line + QLatin1Char('\n')).toUtf8());
-    std::fflush(stderr);
+    WriteError(state.name + QLatin1String(": ") + mark + line + QLatin1Char('\n'));
 }
 }  // namespace
 
@@ -73,8 +79,7 @@ QStringList CliConsole::GetWarnings()
 
 void CliConsole::PrintNote(const QString& text)
 {
-    CliTerminal::Write(stderr, text.toUtf8());
-    std::fflush(stderr);
+    WriteError(text);
 }
 
 bool CliConsole::IsOutputTerminal()

@@ -34,12 +34,12 @@ bool IsInputTerminal();
 bool HasStyle();
 
 // Asks on the terminal, without showing what is typed. False when there is no terminal, or nothing was typed.
-bool AskSecret(const QString& question, QString& answer);
+[[nodiscard]] bool AskSecret(const QString& question, QString& answer);
 
 // Asks on the terminal and reads a line. False when there is none.
-bool Ask(const QString& question, QString& answer);
+[[nodiscard]] bool Ask(const QString& question, QString& answer);
 
 // Writes out what is on its way. False, after a line on standard error the first time, when anything that was
 // printed could not be written.
-bool Finish();
+[[nodiscard]] bool Finish();
 }  // namespace CliConsole

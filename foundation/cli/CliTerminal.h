@@ -12,12 +12,12 @@ namespace CliTerminal
 bool IsTerminal(std::FILE* stream);
 
 // Writes text in UTF-8. False when it could not be written.
-bool Write(std::FILE* stream, const QByteArray& text);
+[[nodiscard]] bool Write(std::FILE* stream, const QByteArray& text);
 
 // Reads a line from the terminal itself, whatever standard input is; `isShown` says whether what is typed
 // appears. False without a terminal or at its end.
-bool ReadLine(const QByteArray& question, bool isShown, QString& line);
+[[nodiscard]] bool ReadLine(const QByteArray& question, bool isShown, QString& line);
 
 // See CliCall.h.
-bool GetWords(int argc, char** argv, QStringList& words, QString& wrong);
+[[nodiscard]] bool GetWords(int argc, char** argv, QStringList& words, QString& wrong);
 }  // namespace CliTerminal

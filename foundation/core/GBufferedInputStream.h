@@ -47,7 +47,7 @@ public:
     void ForgetRollBackPoint();
 
     // Goes back to the roll-back point, which is then forgotten. False when there is none.
-    bool RollBack();
+    [[nodiscard]] bool RollBack();
 
     // How many bytes of the source lie before the next one; bytes that were pushed back count as unread
     // again.

@@ -4,6 +4,7 @@
 #include "foundation/core/GString.h"
 
 #include <cstdint>
+#include <type_traits>
 #include <utility>
 
 // How an operation ended: it succeeded, it failed, or the user cancelled it. What did not succeed has a
@@ -26,13 +27,17 @@ public:
         return GResult(Kind::Failed, reason, code);
     }
 
-    // Runs a step that raises; what it raised becomes the failure.
+    // Runs a step that raises, and gives a GResult or nothing; what it raised becomes the failure.
     template <typename Step>
-    static GResult Catch(Step&& step)
+    static GResult Catch(const Step& step)
     {
         try {
-            std::forward<Step>(step)();
-            return Success();
+            if constexpr (std::is_same_v<decltype(step()), GResult>) {
+                return step();
+            } else {
+                step();
+                return Success();
+            }
         } catch (const GException& error) {
             return Failure(error.GetDescription(), error.GetCode());
         }

@@ -23,7 +23,7 @@ public:
 
     // False, with nothing done, when there is no use to give back.
     template <class TakeDown>
-    bool Remove(TakeDown takeDown)
+    [[nodiscard]] bool Remove(TakeDown takeDown)
     {
         if (mCount == 0)
             return false;

@@ -104,7 +104,8 @@ bool FileHandler::copyThroughHiddenFile(const QString& source, const QString& de
         LogError(operation, QLatin1String("Can't copy file: ") + source + inBrackets(reason));
         return false;
     }
-    CopyDateTimeInfo(QFileInfo(source).canonicalFilePath(), hidden);
+    // A date that can't be kept is in the log.
+    static_cast<void>(CopyDateTimeInfo(QFileInfo(source).canonicalFilePath(), hidden));
     error = FileSystem::renameItem(hidden, destination);
     if (error) {
         LogFailure(operation, "Can't create destination file: ", destination, error);
@@ -171,11 +172,11 @@ bool FileHandler::copyFolder(const QString& source, const QString& destination)
     if (error)
         return fail("Can't create 'hidden' directory: ", hidden);
     if (!copyFolderPrivate(from, hidden)) {
-        removeFolder(hidden);
+        static_cast<void>(removeFolder(hidden));
         return fail("Can't copy dir: ", from);
     }
     if (!renameFolder(hidden, to)) {
-        removeFolder(hidden);
+        static_cast<void>(removeFolder(hidden));
         return fail("Can't rename dir: ", hidden);
     }
     return true;
@@ -194,7 +195,7 @@ bool FileHandler::copyFolderPrivate(const QString& source, const QString& destin
         return false;
     }
     // Last: writing into the folder would change its date, and may not be allowed any more.
-    CopyDateTimeInfo(source, destination);
+    static_cast<void>(CopyDateTimeInfo(source, destination));
     error = FileSystem::copyRights(source, destination);
     if (error)
         LogFailure(QStringLiteral("FileHandler::copyFolderPrivate"),

@@ -119,7 +119,7 @@ bool FileHandler::moveAcrossVolumes(const QString& source, const QString& destin
     }
     // Only what has reached the disk may cost the source.
     if (!flushCopy(destination, kind)) {
-        isFolder ? removeFolder(destination) : removeFile(destination);
+        static_cast<void>(isFolder ? removeFolder(destination) : removeFile(destination));
         return false;
     }
     if (!(isFolder ? removeFolder(source) : removeFile(source))) {
@@ -171,7 +171,7 @@ FileSystem::Error FileHandler::renameOnce(const QString& source, const QString& 
     const FileSystem::Error error = source != destination && isSameItem(source, destination)
                                         ? changeCase(source, destination)
                                         : FileSystem::renameItem(source, destination);
-    UnlockFolder(source);
+    static_cast<void>(UnlockFolder(source));
     return error;
 }
 

@@ -24,7 +24,7 @@ public:
 
     // Waits for the lock, by the steady clock. False when the time passed; raises with
     // GErrorCode::cLockSemaphore when it can't be had for another reason.
-    bool Lock(std::chrono::milliseconds timeout);
+    [[nodiscard]] bool Lock(std::chrono::milliseconds timeout);
 
     // Raises with GErrorCode::cUnlockSemaphore when this thread does not have it.
     void Unlock();

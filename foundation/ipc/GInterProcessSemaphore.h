@@ -21,7 +21,7 @@ public:
     GInterProcessSemaphore& operator=(const GInterProcessSemaphore&) = delete;
 
     // False when the time passed, by the steady clock. Raises with GErrorCode::cLockSemaphore.
-    bool Acquire(std::chrono::milliseconds timeout);
+    [[nodiscard]] bool Acquire(std::chrono::milliseconds timeout);
 
     // Raises with GErrorCode::cUnlockSemaphore when the count is at the system's limit.
     void Release();

@@ -244,7 +244,7 @@ bool GMessageQueue::IsCurrent() const
 
 void GMessageQueue::Remove(const GString& name)
 {
-    GSharedSegment::Remove(name);
+    static_cast<void>(GSharedSegment::Remove(name));  // another's: it is not for us to remove
     try {
         GInterProcessMutex::Remove(GetLockName(name));
         GInterProcessSemaphore::Remove(GetSemaphoreName(name));

@@ -79,7 +79,7 @@ public:
 
     // Waits until a message was put into the empty queue, or somebody called WakeUp. False when the time
     // passed. It may wake for nothing. For one thread.
-    bool WaitForMessage(std::chrono::milliseconds timeout);
+    [[nodiscard]] bool WaitForMessage(std::chrono::milliseconds timeout);
     void WakeUp();
 
     // Whether the memory that WaitForMessage waits in is all there.
@@ -109,9 +109,9 @@ private:
     GMessageQueue(const GString& name, std::unique_ptr<GSharedSegment> segment, const GMessageRing& ring,
                   GInterProcessMutex::Mode mode);
 
-    uint64_t PutIn(const GBuffer& message, const GPostPolicy& policy);
-    bool TryPost(const GBuffer& message, std::chrono::milliseconds lockTime, uint64_t* end);
-    bool WaitUntilTaken(uint64_t end, std::chrono::milliseconds limit) const;
+    [[nodiscard]] uint64_t PutIn(const GBuffer& message, const GPostPolicy& policy);
+    [[nodiscard]] bool TryPost(const GBuffer& message, std::chrono::milliseconds lockTime, uint64_t* end);
+    [[nodiscard]] bool WaitUntilTaken(uint64_t end, std::chrono::milliseconds limit) const;
     GMessageRing::Withdrawal Withdraw(const GBuffer& message, uint64_t end, std::chrono::milliseconds limit);
     void SeeToItsTaking(const GBuffer& message, uint64_t end, std::chrono::milliseconds limit);
 

@@ -200,7 +200,7 @@ void GPPIPCChannel::AddUnlisted(GPPIPCDirectory* directory) const
     const std::vector<Pair> pairs = directory->GetPairs();
     for (const Pair& pair : ListQueues()) {
         if (std::find(pairs.cbegin(), pairs.cend(), pair) == pairs.cend())
-            directory->Add(pair);
+            static_cast<void>(directory->Add(pair));  // a full one takes no more
     }
 }
 

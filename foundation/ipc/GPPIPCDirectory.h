@@ -40,7 +40,7 @@ public:
     std::vector<Pair> GetPairs() const;
 
     // False when the directory is full. A pair that is there already stands only once.
-    bool Add(const Pair& pair);
+    [[nodiscard]] bool Add(const Pair& pair);
 
     // Removes the pair wherever it stands.
     void Remove(const Pair& pair);

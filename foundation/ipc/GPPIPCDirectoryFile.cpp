@@ -81,7 +81,7 @@ std::shared_ptr<GPPIPCDirectoryFile::Open> GPPIPCDirectoryFile::GetOpen(Mode mod
                                     [&] { GInterProcessMutex::Remove(GetLockName(mName)); });
         const GInterProcessLock lock(*open->mutex, cLockTime);
         open->segment = OpenOrReplace([&] { return OpenSegment(mName, GSharedSegment::Mode::OpenOrCreate); },
-                                      [&] { GSharedSegment::Remove(mName); });
+                                      [&] { static_cast<void>(GSharedSegment::Remove(mName)); });
     }
     mOpen = open;
     return open;
@@ -133,6 +133,6 @@ void GPPIPCDirectoryFile::Leave(std::unique_ptr<Access> access)
 {
     if (!access->Get().GetPairs().empty())
         return;
-    GSharedSegment::Remove(mName);
+    static_cast<void>(GSharedSegment::Remove(mName));  // one that stays is empty
     GInterProcessMutex::Remove(GetLockName(mName));
 }

@@ -24,5 +24,5 @@ struct GPPIPCMessage
     GBuffer Encode() const;
 
     // False, with `message` unchanged, for bytes that are no message.
-    static bool Decode(const GBuffer& bytes, GPPIPCMessage* message);
+    [[nodiscard]] static bool Decode(const GBuffer& bytes, GPPIPCMessage* message);
 };

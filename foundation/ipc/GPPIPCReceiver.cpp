@@ -125,8 +125,9 @@ void GPPIPCReceiver::LookAfterPlaces()
                 QStringLiteral("GPPIPCReceiver::LookAfterPlaces"),
                 QStringLiteral("Senders did not find this receiver any more; it is registered again."));
         }
+        // Names of that kind last as long as their objects: only the directory can have lost the pair.
         if (mGlobal)
-            mGlobal->Renew();
+            static_cast<void>(mGlobal->Renew());
     } catch (const std::exception& error) {
         trouble = GString::fromUtf8(error.what());
         if (trouble != mLastTrouble)

@@ -27,7 +27,7 @@ public:
 
     // Whether senders find the queue under its name. Where only the directory has lost the pair, it is
     // entered again. Raises as GPPIPCChannel does.
-    bool Renew();
+    [[nodiscard]] bool Renew();
 
     // No more messages are put in.
     void Close();

@@ -78,7 +78,7 @@ public:
 
     // Takes the name away. Those who have the segment open keep it; the next one makes a new one. Nothing on
     // Windows. False when there is one that this process may not remove.
-    static bool Remove(const GString& name);
+    [[nodiscard]] static bool Remove(const GString& name);
 
 private:
     struct Handle;

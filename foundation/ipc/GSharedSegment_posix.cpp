@@ -29,7 +29,7 @@ size_t MakeWhole(const PSegmentFile& file, size_t needed, GSharedSegment::Mode m
         return whole;
     const GString reason = GetReasonText(GetLastSystemError());
     if (isNew)
-        GSharedSegment::Remove(file.GetName());
+        static_cast<void>(GSharedSegment::Remove(file.GetName()));  // the error below says enough
     RaiseSegmentError(QStringLiteral("There is no space for the shared segment \"%1\": ") + reason,
                       file.GetName());
 }

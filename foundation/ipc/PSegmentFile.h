@@ -25,7 +25,7 @@ public:
 
     // Claims every byte: where memory is mapped that the file system does not have, the first touch of it
     // kills the process. What a file holds already stays. False, with errno set, without the space.
-    bool ClaimSpace(off_t size, bool isNew) const;
+    [[nodiscard]] bool ClaimSpace(off_t size, bool isNew) const;
 
     // The text names who holds the file where that is another user.
     [[noreturn]] void RaiseLastError() const;

@@ -30,31 +30,31 @@ public:
     int64_t SkipChars(const GString& set);
 
     // Skips all whitespace, then reads up to the next whitespace. False at the end of the data.
-    bool ReadString(GString& token);
+    [[nodiscard]] bool ReadString(GString& token);
 
     // Reads up to the end of the line and consumes that: LF, CR or CR LF. False at the end of the data.
-    bool ReadLine(GString& line);
+    [[nodiscard]] bool ReadLine(GString& line);
 
     // Consumes what ReadLine would. False when that was more than blanks and TABs.
     bool SkipLine();
 
     // Reads up to one of the terminators, which stays. False at the end of the data.
-    bool ReadTillTerminator(const GString& terminators, GString& text);
+    [[nodiscard]] bool ReadTillTerminator(const GString& terminators, GString& text);
 
     // Reads a quoted string and takes its escapes back; `\n` becomes CR LF, a `\` before anything that is no
     // escape stays. False, with nothing consumed, when the next character is no quote; false also, with what
     // was read as the text, when the data ends before the closing quote.
-    bool ReadQuotedString(GString& text);
+    [[nodiscard]] bool ReadQuotedString(GString& text);
 
     // Reads up to `count` characters: UTF-16 units, or bytes of an 8-bit encoding, where a character of UTF-8
     // that begins within the count is read whole. Gives whether there were any.
-    bool Read(int count, GString& text);
+    [[nodiscard]] bool Read(int count, GString& text);
 
     // Puts text in front of what comes next.
     void Unread(const GString& text);
 
     void SetRollBackPoint();
-    bool RollBack();
+    [[nodiscard]] bool RollBack();
 
     // The bytes as they stand in the source, in no encoding.
     int Read(char* bytes, int count) override;
@@ -83,7 +83,7 @@ private:
     GBin2TextStream(const GBin2TextStream& other, std::unique_ptr<GBufferedInputStream> source);
 
     void InitializeEncoding();
-    bool SkipBytes(const GBuffer& bytes);
+    [[nodiscard]] bool SkipBytes(const GBuffer& bytes);
     void SetEncoding(const GEncodingRef& encoding);
 
     template <typename Operation>
@@ -91,7 +91,7 @@ private:
     template <typename Units>
     bool HasUnit();
     template <typename Units, typename IsEnd>
-    bool CollectTill(IsEnd isEnd);
+    [[nodiscard]] bool CollectTill(IsEnd isEnd);
     template <typename Units, typename IsEnd>
     bool Collect(GString& text, IsEnd isEnd);
     template <typename Units, typename IsSkipped>
@@ -99,7 +99,7 @@ private:
     template <typename Units>
     void SkipLineEnd();
     template <typename Units>
-    bool ReadQuotedUnits(GString& text);
+    [[nodiscard]] bool ReadQuotedUnits(GString& text);
     template <typename Units>
     void CollectEscape();
     template <typename Units>

@@ -22,15 +22,15 @@ public:
     // Reads from the begin marker to the end of the line of the end marker. False when there is no block
     // here, or a damaged one: a key without a value, a stray word, the end of the data. What was read before
     // the damage is in the dictionary all the same.
-    bool Read(GBin2TextStream& stream, GDict<Key, Value>& dict);
+    [[nodiscard]] bool Read(GBin2TextStream& stream, GDict<Key, Value>& dict);
 
     // Reads a block that is the value of an entry. What stands behind the block is ignored.
-    bool ReadText(const GString& text, GDict<Key, Value>& dict);
+    [[nodiscard]] bool ReadText(const GString& text, GDict<Key, Value>& dict);
 
     // The same, but each entry goes to `take` as it is read, for as long as that runs; nothing of what came
     // twice is left out.
     using Take = std::function<void(const QStringRef& key, const DictValue& value)>;
-    bool ReadText(const GString& text, const Take& take);
+    [[nodiscard]] bool ReadText(const GString& text, const Take& take);
 
     // The byte of the source where the first damage begins that the last Read met; -1 when it met none. What
     // is read over counts, too, since it would be lost in a copy: text behind a value, a wrong end marker,
@@ -48,11 +48,11 @@ protected:
     virtual bool IsEndMarker(const GString& token) const;
 
 private:
-    bool ReadEnd(GBin2TextStream& stream);
-    bool ReadBegin(GBin2TextStream& stream);
+    [[nodiscard]] bool ReadEnd(GBin2TextStream& stream);
+    [[nodiscard]] bool ReadBegin(GBin2TextStream& stream);
     void NoteDamage();
     template <typename TakeEntry>
-    bool ReadEntries(GBin2TextStream& stream, TakeEntry takeEntry);
+    [[nodiscard]] bool ReadEntries(GBin2TextStream& stream, TakeEntry takeEntry);
 
     int64_t mPosition = 0;  // where the marker or entry in hand begins
     int64_t mDamagePosition = -1;

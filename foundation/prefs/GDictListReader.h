@@ -22,7 +22,7 @@ public:
     // replaces the earlier one. False, with no group, when the source does not begin as a document; false
     // with the groups when something other than the end marker follows them. A damaged group and all that
     // follows it are left out, which is true nevertheless; GetDamagePosition tells.
-    bool Read(GInputStream& source, const GEncodingRef& encoding, Groups& groups);
+    [[nodiscard]] bool Read(GInputStream& source, const GEncodingRef& encoding, Groups& groups);
 
     // The byte of the source where the first damage begins that the last Read met: what it left out or read
     // over, or the end of the data where the end marker is missing. -1 when there was none, so that the
@@ -35,8 +35,8 @@ protected:
     virtual bool IsEndMarker(const GString& token) const;
 
 private:
-    bool ReadGroups(GBin2TextStream& stream, Groups& groups);
-    bool ReadEnd(GBin2TextStream& stream, int64_t position, bool hasEnded);
+    [[nodiscard]] bool ReadGroups(GBin2TextStream& stream, Groups& groups);
+    [[nodiscard]] bool ReadEnd(GBin2TextStream& stream, int64_t position, bool hasEnded);
 
     void NoteDamage(int64_t position);
 

@@ -11,8 +11,8 @@ class GBin2TextStream;
 namespace GListReader
 {
 // Reads the block that comes next; false, with an empty list, when none does.
-bool Read(GBin2TextStream& stream, QStringList& list);
+[[nodiscard]] bool Read(GBin2TextStream& stream, QStringList& list);
 
 // Reads a block that is the value of an entry; a byte order mark may lead the text.
-bool ReadText(const GString& text, QStringList& list);
+[[nodiscard]] bool ReadText(const GString& text, QStringList& list);
 }  // namespace GListReader

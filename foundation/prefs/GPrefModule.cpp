@@ -179,7 +179,7 @@ void GPrefModule::GetPrefsDataToStream(GOutputStream& stream, const GEncodingRef
 int64_t GPrefModule::ReadGroups(GInputStream& stream, const GEncodingRef& encoding, const GString& name)
 {
     GDictListReader<GBuffer, GBuffer, GString> reader;
-    reader.Read(stream, encoding, mGroups);
+    static_cast<void>(reader.Read(stream, encoding, mGroups));  // the place of the damage says more
     NoteSharingMarks();
     const int64_t damage = reader.GetDamagePosition();
     if (damage >= 0) {

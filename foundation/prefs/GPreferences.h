@@ -104,12 +104,12 @@ public:
     static GDateTime GetDateTime(int32_t id, const GBuffer& group, const GBuffer& key);
 
     // Give whether a value was found; without one the target becomes empty, 0 or false.
-    static bool Get(const GBuffer& group, const GBuffer& key, GString& value);
-    static bool Get(const GBuffer& group, const GBuffer& key, int32_t& value);
-    static bool Get(const GBuffer& group, const GBuffer& key, bool& value);
-    static bool Get(const GBuffer& group, const GBuffer& key, double& value);
-    static bool Get(const GBuffer& group, const GBuffer& key, GPathName& value);
-    static bool Get(const GBuffer& group, const GBuffer& key, GDateTime& value);
+    [[nodiscard]] static bool Get(const GBuffer& group, const GBuffer& key, GString& value);
+    [[nodiscard]] static bool Get(const GBuffer& group, const GBuffer& key, int32_t& value);
+    [[nodiscard]] static bool Get(const GBuffer& group, const GBuffer& key, bool& value);
+    [[nodiscard]] static bool Get(const GBuffer& group, const GBuffer& key, double& value);
+    [[nodiscard]] static bool Get(const GBuffer& group, const GBuffer& key, GPathName& value);
+    [[nodiscard]] static bool Get(const GBuffer& group, const GBuffer& key, GDateTime& value);
 
     // The value without regard to module -2.
     static GString GetNonSharedPref(const GBuffer& group, const GBuffer& key);

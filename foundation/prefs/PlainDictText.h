@@ -13,11 +13,11 @@ public:
     explicit PlainDictText(const GString& text);
 
     // Passes over the begin marker. False, with nothing passed over, when the text begins otherwise.
-    bool ReadBegin();
+    [[nodiscard]] bool ReadBegin();
 
     // Passes over an entry; key and value are parts of the text. False, with nothing passed over, when what
     // stands here is none, or has another form.
-    bool ReadEntry(QStringRef& key, DictValue& value);
+    [[nodiscard]] bool ReadEntry(QStringRef& key, DictValue& value);
 
     // Whether a word that ends the block stands here.
     bool IsAtEnd() const;

@@ -22,7 +22,7 @@ public:
     // Reads a file into the language's table of the string pool; each entry replaces the text that is there.
     // False, with a line in the log, when the file can't be read or is too large; texts that were read before
     // an error stay. A file without entries makes no table.
-    static bool ParseStringFile(const GPathName& path, const GString& language);
+    [[nodiscard]] static bool ParseStringFile(const GPathName& path, const GString& language);
 
     // Reads the content of a string file and gives each entry in the order of the lines. `name` is the file's
     // name for the log.

@@ -33,10 +33,10 @@ public:
     static const GString& GetString(uint32_t code);
 
     // Whether the code is known; its text, or an empty one.
-    static bool GetString(uint32_t code, GString& text);
+    [[nodiscard]] static bool GetString(uint32_t code, GString& text);
 
     // The same from the table of one language alone.
-    static bool GetString(const GString& language, uint32_t code, GString& text);
+    [[nodiscard]] static bool GetString(const GString& language, uint32_t code, GString& text);
 
     // The texts of code, code + 1, code + 2 and so on, as long as each is known.
     static void GetStringList(uint32_t code, QStringList& texts);
@@ -61,7 +61,7 @@ public:
     // Forgets a language's texts; its string files are not read again until other parameters for them are
     // given. The current language then becomes "enUS" if it was this one. False for a language that is not
     // known, and for "enUS" and "Neutral", which stay.
-    static bool DeleteLanguage(const GString& name);
+    [[nodiscard]] static bool DeleteLanguage(const GString& name);
 
     // Another language for a scope. Restores the one that was current, or "enUS" where that is gone.
     class TempLanguageForcer

@@ -19,7 +19,7 @@ public:
     virtual void ShowErrorMessage(const GString& title, const GString& text) = 0;
 
     // True exactly when the answer was not "OK".
-    virtual bool ShowWarningMessage(const GString& title, const GString& text) = 0;
+    [[nodiscard]] virtual bool ShowWarningMessage(const GString& title, const GString& text) = 0;
 
     // Installs the service, or with null removes it.
     static void SetInstance(std::unique_ptr<GUserMessage> instance);

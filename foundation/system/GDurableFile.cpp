@@ -60,10 +60,10 @@ const GDurableFile::Maker& GDurableFile::Maker::GetOwn()
 {
     static const Maker own = [] {
         const QByteArray id = QSysInfo::machineUniqueId();
-        const QByteArray machine = id.isEmpty() ? QSysInfo::machineHostName().toUtf8() : id;
-        const uint32_t process = GProcessInfo::GetOwnProcessID();
-        const QByteArray digest = QCryptographicHash::hash(machine, QCryptographicHash::Sha256).toHex();
-        return Maker{process, GProcessInfo::GetStartTime(process), QString::fromLatin1(digest.left(8))};
+        const QByteArray name = id.isEmpty() ? QSysInfo::machineHostName().toUtf8() : id;
+        const QByteArray digest = QCryptographicHash::hash(name, QCryptographicHash::Sha256).toHex();
+        const uint32_t number = GProcessInfo::GetOwnProcessID();
+        return Maker{number, GProcessInfo::GetStartTime(number), QString::fromLatin1(digest.left(8))};
     }();
     return own;
 }

@@ -139,7 +139,7 @@ void GDurableFile::OpenOwned(uint32_t mode, int attempt)
     if (naming == GOwnerLock::Naming::cUnknown || attempt == cMostNames)
         FailToOpen();
     mTemporary = GPathName();
-    mHandle.Close();
+    mHandle.Drop();
 }
 
 void GDurableFile::FailToOpen()
@@ -201,7 +201,7 @@ void GDurableFile::PutInPlace()
     if (rename(GetSystemName(mTemporary).constData(), GetSystemName(mTarget).constData()) != 0)
         RaiseWriteError();
     mTemporary = GPathName();
-    mHandle.Close();  // nothing is lost with it: everything has been flushed
+    mHandle.Drop();  // nothing is lost with it: everything has been flushed
     const PFileHandle folder(
         open(GetSystemName(GetFolder(mTarget)).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     // The new file is in place whatever comes of this; without it a power cut may bring the old one back.
@@ -222,5 +222,5 @@ void GDurableFile::RemoveTemporary() noexcept
     if (!mTemporary.IsEmpty())
         unlink(GetSystemName(mTemporary).constData());
     mTemporary = GPathName();
-    mHandle.Close();
+    mHandle.Drop();
 }

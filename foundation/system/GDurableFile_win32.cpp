@@ -173,7 +173,7 @@ void GDurableFile::RemoveLeftover(const GPathName& path, const Maker& maker)
 
 void GDurableFile::RemoveTemporary() noexcept
 {
-    mHandle.Close();
+    mHandle.Drop();
     if (!mTemporary.IsEmpty())
         DeleteFileW(GetText(mTemporary).c_str());
     mTemporary = GPathName();

@@ -26,12 +26,12 @@ bool IsNameTaken(int error);
 // Gives a file another name on the same volume in one step. On Windows, tries for about two seconds while
 // somebody has one of the two open. What bears that name is replaced, read-only or
 // not, or makes the call fail.
-bool RenameFile(const GPathName& from, const GPathName& to, bool isReplacing);
+[[nodiscard]] bool RenameFile(const GPathName& from, const GPathName& to, bool isReplacing);
 
 // Removes a file or a link. False when that fails or it is a folder; a name that is not there counts as
 // removed.
-bool RemoveFile(const GPathName& path, bool readOnlyToo);
+[[nodiscard]] bool RemoveFile(const GPathName& path, bool readOnlyToo);
 
 // Removes a folder with its content, as far as that goes, never following a link. The same results.
-bool RemoveTree(const GPathName& path, bool readOnlyToo);
+[[nodiscard]] bool RemoveTree(const GPathName& path, bool readOnlyToo);
 }  // namespace GFileCalls

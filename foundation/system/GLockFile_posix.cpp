@@ -75,5 +75,5 @@ void GLockFile::Unlock() noexcept
     // ours alone would leave the lock in its hands.
     if (mHandle.IsOpen())
         SetLock(static_cast<int>(mHandle.Get()), F_UNLCK);
-    mHandle.Close();
+    mHandle.Drop();
 }

@@ -58,5 +58,5 @@ GLockFile::Result GLockFile::TryLock(GLockType type)
 
 void GLockFile::Unlock() noexcept
 {
-    mHandle.Close();
+    mHandle.Drop();
 }

@@ -46,7 +46,7 @@ GOwnedFile::~GOwnedFile()
 void GOwnedFile::Disown() noexcept
 {
     GOwnerLock::Unlock(mHandle);
-    mHandle.Close();
+    mHandle.Drop();
 }
 
 bool GOwnedFile::IsOwned(const GPathName& path) noexcept

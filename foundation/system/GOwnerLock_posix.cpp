@@ -39,7 +39,7 @@ PFileHandle GOwnerLock::OpenOld(const GPathName& path) noexcept
     PFileHandle file(open(GetSystemName(path).constData(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     struct stat status = {};
     if (file.IsOpen() && (fstat(static_cast<int>(file.Get()), &status) != 0 || !S_ISREG(status.st_mode))) {
-        file.Close();
+        file.Drop();
         errno = EINVAL;
     }
     return file;

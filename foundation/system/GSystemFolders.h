@@ -22,5 +22,5 @@ GPathName GetModuleFile();
 
 // Makes one folder, for its owner only. False, with the reason to be read by GetLastSystemError, when it
 // can't be made, one that is already there included.
-bool MakeFolder(const GPathName& path) noexcept;
+[[nodiscard]] bool MakeFolder(const GPathName& path) noexcept;
 }  // namespace GSystemFolders

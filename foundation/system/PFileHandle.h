@@ -10,14 +10,14 @@ public:
 
     PFileHandle() = default;
     explicit PFileHandle(intptr_t handle) : mHandle(handle) {}
-    ~PFileHandle() { Close(); }
+    ~PFileHandle() { Drop(); }
     PFileHandle(const PFileHandle&) = delete;
     PFileHandle& operator=(const PFileHandle&) = delete;
     PFileHandle(PFileHandle&& other) noexcept : mHandle(other.Release()) {}
     PFileHandle& operator=(PFileHandle&& other) noexcept
     {
         if (this != &other) {
-            Close();
+            Drop();
             mHandle = other.Release();
         }
         return *this;
@@ -35,7 +35,10 @@ public:
     }
 
     // False when the system reports that what was written may be lost. A handle that is not open closes well.
-    bool Close() noexcept;
+    [[nodiscard]] bool Close() noexcept;
+
+    // Closes a handle through which nothing was written that must last.
+    void Drop() noexcept { static_cast<void>(Close()); }
 
 private:
     intptr_t mHandle = cNone;

@@ -11,17 +11,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 
     GDictBufferReader<GString, GString> reader;
     GDict<GString, GString> dict;
-    reader.ReadText(text, dict);
+    static_cast<void>(reader.ReadText(text, dict));
     GDictBufferReader<GBuffer, GString> bufferReader;
     GDict<GBuffer, GString> bufferDict;
-    bufferReader.ReadText(text, bufferDict);
+    static_cast<void>(bufferReader.ReadText(text, bufferDict));
 
     QStringList list;
-    GListReader::ReadText(text, list);
+    static_cast<void>(GListReader::ReadText(text, list));
     GString written;
     GPrefWriter::AppendList(written, list);
     QStringList again;
-    GListReader::ReadText(written, again);
+    static_cast<void>(GListReader::ReadText(written, again));
     GString writtenAgain;
     GPrefWriter::AppendList(writtenAgain, again);
     if (again.size() != list.size() || written != writtenAgain)

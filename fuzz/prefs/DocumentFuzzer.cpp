@@ -13,7 +13,7 @@ GPrefGroups ReadGroups(const GBuffer& bytes, const GEncodingRef& encoding)
     GMemoryInputStream source(bytes);
     GDictListReader<GBuffer, GBuffer, GString> reader;
     GPrefGroups groups;
-    reader.Read(source, encoding, groups);
+    static_cast<void>(reader.Read(source, encoding, groups));
     return groups;
 }
 

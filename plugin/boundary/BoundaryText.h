@@ -86,7 +86,7 @@ void Put(const hopbox_sink* sink, const GString& text);
 // so is a function of which it reaches a part. Nothing of the table but its size and version is looked at
 // before. False for a table that is none or of another version.
 template <class Table>
-bool Copy(const Table* source, Table& copy)
+[[nodiscard]] bool Copy(const Table* source, Table& copy)
 {
     copy = Table();
     constexpr size_t cHead = offsetof(Table, version) + sizeof source->version;

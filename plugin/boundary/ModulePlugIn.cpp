@@ -18,7 +18,7 @@ static PMString TakeReason(const Boundary::TextSink& reason)
 ModulePlugIn::ModulePlugIn(hopbox_entry_function entry)
 {
     if (entry != nullptr)
-        Boundary::Copy(entry(HOPBOX_VERSION), mTable);
+        static_cast<void>(Boundary::Copy(entry(HOPBOX_VERSION), mTable));  // IsServed looks at the copy
 }
 
 bool ModulePlugIn::Load(IHostServices* services, PMString& error)

@@ -27,11 +27,11 @@ public:
     size_t GetHandleCount() const { return mHost ? mHost->GetHandleCount() : 0; }
 
     int32_t GetInterfaceVersion() const override { return IHostServices::cVersion; }
-    bool Load(IHostServices* services, PMString& error) override;
-    bool Unload() override;
+    [[nodiscard]] bool Load(IHostServices* services, PMString& error) override;
+    [[nodiscard]] bool Unload() override;
     IStartupShutdownService* GetStartupShutdownService() override;
     IActionComponent* CreateActionComponent(PMString& error) override;
-    bool ReleaseActionComponent() override;
+    [[nodiscard]] bool ReleaseActionComponent() override;
     const WBaseResourceAccess& GetResourceAccess() const override { return *this; }
 
 private:
@@ -40,7 +40,7 @@ private:
     ExportResult Export(ActionID action, const ExportChoices& choices, PMString& error) override;
     void Startup() override;
     void Shutdown() override;
-    bool GetResourceFile(ResourceFileInfo& info) const override;
+    [[nodiscard]] bool GetResourceFile(ResourceFileInfo& info) const override;
 
     template <class... Parameters, class... Arguments>
     int32_t Call(int32_t (*hopbox_plugin_table::*operation)(Parameters...), Arguments... arguments) const

@@ -82,7 +82,7 @@ protected:
 
     // A yes or no; `otherwise` from a host that lacks the operation, `isFailed` from one that fails it.
     template <class Operation>
-    bool Ask(Operation operation, bool otherwise, bool isFailed) const
+    [[nodiscard]] bool Ask(Operation operation, bool otherwise, bool isFailed) const
     {
         int32_t value = 0;
         const int32_t result = Call(operation, &value);

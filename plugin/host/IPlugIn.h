@@ -27,12 +27,12 @@ public:
     // Gives the plug-in the services of its host, which stay until Unload. False, with the reason for the
     // user in `error`, when they are none or of another version, or when the plug-in has services already;
     // nothing has changed then.
-    virtual bool Load(IHostServices* services, PMString& error) = 0;
+    [[nodiscard]] virtual bool Load(IHostServices* services, PMString& error) = 0;
 
     // Takes the services back, and with them an action component that is still there. The plug-in can be
     // loaded again. Without services, does nothing. False, and nothing has changed, while an action or
     // another of the host's calls runs: the services must stay then.
-    virtual bool Unload() = 0;
+    [[nodiscard]] virtual bool Unload() = 0;
 
     // The service that the host starts once its menus are there. The plug-in's own; null without services.
     virtual IStartupShutdownService* GetStartupShutdownService() = 0;
@@ -43,7 +43,7 @@ public:
     virtual IActionComponent* CreateActionComponent(PMString& error) = 0;
 
     // Ends the component, if there is one. False, and nothing has changed, where Unload gives that.
-    virtual bool ReleaseActionComponent() = 0;
+    [[nodiscard]] virtual bool ReleaseActionComponent() = 0;
 
     virtual const WBaseResourceAccess& GetResourceAccess() const = 0;
 
@@ -78,7 +78,7 @@ class WBaseResourceAccess
 {
 public:
     // False where the place can't be told; `info` is left alone then.
-    virtual bool GetResourceFile(ResourceFileInfo& info) const = 0;
+    [[nodiscard]] virtual bool GetResourceFile(ResourceFileInfo& info) const = 0;
 
 protected:
     ~WBaseResourceAccess() = default;

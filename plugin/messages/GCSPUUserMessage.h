@@ -9,5 +9,5 @@ class GCSPUUserMessage : public GUserMessage
 public:
     void ShowInfoMessage(const GString& title, const GString& text) override;
     void ShowErrorMessage(const GString& title, const GString& text) override;
-    bool ShowWarningMessage(const GString& title, const GString& text) override;
+    [[nodiscard]] bool ShowWarningMessage(const GString& title, const GString& text) override;
 };

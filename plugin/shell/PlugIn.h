@@ -18,11 +18,11 @@ public:
     PlugIn& operator=(const PlugIn&) = delete;
 
     int32_t GetInterfaceVersion() const override;
-    bool Load(IHostServices* services, PMString& error) override;
-    bool Unload() override;
+    [[nodiscard]] bool Load(IHostServices* services, PMString& error) override;
+    [[nodiscard]] bool Unload() override;
     IStartupShutdownService* GetStartupShutdownService() override;
     IActionComponent* CreateActionComponent(PMString& error) override;
-    bool ReleaseActionComponent() override;
+    [[nodiscard]] bool ReleaseActionComponent() override;
     const WBaseResourceAccess& GetResourceAccess() const override { return mResourceAccess; }
 
 private:

@@ -6,5 +6,5 @@
 class WResourceAccess final : public WBaseResourceAccess
 {
 public:
-    bool GetResourceFile(ResourceFileInfo& info) const override;
+    [[nodiscard]] bool GetResourceFile(ResourceFileInfo& info) const override;
 };

@@ -368,7 +368,7 @@ TEST_F(ExportFailuresTest, EachOtherFailureHasItsAlertAndEndsTheExport)
         {"an archive that is none", document, [&](ExportParty&) { WriteFile(archive, "zip"); }, noSetting},
         {"no entry",
          document,
-         [&](ExportParty&) { HopboxRegistry().RemoveEntry(key); },
+         [&](ExportParty&) { EXPECT_TRUE(HopboxRegistry().RemoveEntry(key)); },
          {MakeAlert("Unable to retrieve PDF setting: "_q + key)}}};
     for (const Case& row : cases) {
         SCOPED_TRACE(row.name);

@@ -60,7 +60,7 @@ void ExportParty::Export(const GString& key, const std::function<void(GCPTSaveAs
 {
     alerts.clear();
     GCPTSaveAsTool tool(action, {});
-    tool.SelectPDFSetting(key);
+    static_cast<void>(tool.SelectPDFSetting(key));  // the export tells why it fails
     prepare(tool);
     tool.Submit();
 }
@@ -79,14 +79,14 @@ GString MakeHopbox(const GString& name, const QStringList& settings, int32_t bui
                    setting.section(QLatin1Char('='), 1));
     }
     HopboxProject project(folder.GetChild("Project.hopbox"_q));
-    EXPECT_TRUE(project.Create(jobOptions, module)) << project.GetLastError().toStdString();
+    EXPECT_EQ(project.Create(jobOptions, module).GetReason(), QString());
     HopboxRegistryEntry entry;
     entry.contextFilePath = project.GetPathName();
     entry.applicationPath =
         HopboxRegistry::GetCacheFolder().GetChild(QString::number(build) + "/Hopbox.exe"_q);
     entry.isPlugin = true;
     GString key;
-    HopboxRegistry().AddEntry(name, entry, &key);
+    EXPECT_TRUE(HopboxRegistry().AddEntry(name, entry, &key));
     return key;
 }
 

@@ -362,7 +362,7 @@ TEST_F(ExportTest, EachToolHandsOffItsOwnRunAlone)
     const GString key = MakeHopbox("Press"_q);
     const GString otherKey = MakeHopbox("Proof"_q);
     GCPTSaveAsTool other(party.action, {});
-    other.SelectPDFSetting(otherKey);
+    EXPECT_TRUE(other.SelectPDFSetting(otherKey));
     int attempts = 0;
     party.host.onRun = [&] {
         ++attempts;

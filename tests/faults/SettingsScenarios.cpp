@@ -37,7 +37,7 @@ void RegisterThree(const QString&)
     for (const char* name : {"One", "Two", "Three"}) {
         HopboxRegistryEntry entry;
         entry.pdfSettings = QString::fromLatin1(name);
-        registry.AddEntry(entry.pdfSettings, entry);
+        EXPECT_TRUE(registry.AddEntry(entry.pdfSettings, entry));
     }
 }
 
@@ -47,7 +47,7 @@ QString LookAtRegistry(const QString&)
     QStringList lines;
     for (const QString& name : registry.GetActorNames()) {
         HopboxRegistryEntry entry;
-        registry.GetEntry(name, entry);
+        EXPECT_TRUE(registry.GetEntry(name, entry));
         lines.append(name + QLatin1Char(' ') + entry.pdfSettings);
     }
     lines.sort();
@@ -74,8 +74,8 @@ QString LookAtProjectSetting(const QString& root, const char* key)
 {
     GPrefMemoryModule settings;
     HopboxProject project((GPathName(GetProject(root))));
-    return project.ReadSettings(settings) ? settings.Get(HopboxProject::GetPlugInGroup(), key)
-                                          : project.GetLastError();
+    const GResult read = project.ReadSettings(settings);
+    return read.HasSucceeded() ? settings.Get(HopboxProject::GetPlugInGroup(), key) : read.GetReason();
 }
 
 QString LookAtProject(const QString& root)
@@ -187,8 +187,9 @@ CHILD_ROLE(WriteProjectSettings)
         GPrefMemoryModule settings;
         settings.Set(HopboxProject::GetPlugInGroup(), "K", "new"_q);
         HopboxProject project((GPathName(GetProject(arguments.at(0)))));
-        if (!project.WriteSettings(settings))
-            throw GCustomException(GErrorCode::cFile, project.GetLastError());
+        const GResult written = project.WriteSettings(settings);
+        if (!written.HasSucceeded())
+            throw GCustomException(GErrorCode::cFile, written.GetReason());
     });
 }
 
@@ -199,7 +200,7 @@ FaultScenario GetProjectSettings()
         GPrefMemoryModule settings;
         settings.Set(HopboxProject::GetPlugInGroup(), "K", "old"_q);
         HopboxProject project((GPathName(GetProject(root))));
-        EXPECT_TRUE(project.Create(GPathName(root + "/a.joboptions"_q), settings));
+        EXPECT_EQ(project.Create(GPathName(root + "/a.joboptions"_q), settings).GetReason(), QString());
     };
     FaultScenario scenario{"ProjectSettings", prepare,       QString(), {"WriteProjectSettings"_q, "%1"_q},
                            LookAtProject,     QStringList(), true,      false};
@@ -214,9 +215,9 @@ FaultScenario GetHopboxChange()
     const auto prepare = [](const QString& root) {
         GetProjectSettings().prepare(root);
         RegisterThree(root);
-        HopboxRegistry().ChangeEntry("Two"_q, [&root](HopboxRegistryEntry& entry) {
+        EXPECT_TRUE(HopboxRegistry().ChangeEntry("Two"_q, [&root](HopboxRegistryEntry& entry) {
             entry.contextFilePath = GPathName(GetProject(root));
-        });
+        }));
     };
     const auto look = [](const QString& root) {
         return LookAtRegistry(root) + QLatin1Char(' ') + LookAtProjectSetting(root, "MarkOffset");

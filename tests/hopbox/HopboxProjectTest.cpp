@@ -29,19 +29,16 @@ protected:
     {
         GPrefMemoryModule settings;
         settings.Set(HopboxProject::GetPlugInGroup(), cKey, "(before)"_q);
-        HopboxProject project(archive);
-        const bool isRead = project.ReadSettings(settings);
-        EXPECT_EQ(isRead, project.GetLastError().isEmpty());
+        const bool isRead = HopboxProject(archive).ReadSettings(settings).HasSucceeded();
         return isRead ? settings.Get(HopboxProject::GetPlugInGroup(), cKey) : "(none)"_q;
     }
 
     GPathName ExtractJobOptions()
     {
         GPathName jobOptions;
-        HopboxProject project(archive);
-        const bool isExtracted = project.ExtractJobOptions(GPathName(GetFolder()), jobOptions);
-        EXPECT_EQ(isExtracted, project.GetLastError().isEmpty());
-        EXPECT_EQ(isExtracted, !jobOptions.IsEmpty());
+        const GResult extracted =
+            HopboxProject(archive).ExtractJobOptions(GPathName(GetFolder()), jobOptions);
+        EXPECT_EQ(extracted.HasSucceeded(), !jobOptions.IsEmpty());
         return jobOptions;
     }
 
@@ -72,7 +69,7 @@ TEST_F(HopboxProjectTest, SettingsAndJobOptionsComeBackFromAProtectedArchive)
     const GPathName source(mSandbox.GetPath("from/"_q + name));
     const char* const setting = "Gr\u00F6\u00DFe \u65E5 \"1\"";
     ASSERT_TRUE(WriteFile(source.GetNativePath(), "<< /A 1 >>"));
-    ASSERT_TRUE(HopboxProject(archive).Create(source, MakeSettings(setting)));
+    ASSERT_EQ(HopboxProject(archive).Create(source, MakeSettings(setting)).GetReason(), QString());
     EXPECT_EQ(ReadSetting(), QString::fromUtf8(setting));
     const GPathName jobOptions = ExtractJobOptions();
     EXPECT_EQ(jobOptions, GPathName(GetFolder()).GetChild("PrinterFiles/"_q + name));
@@ -93,7 +90,7 @@ TEST_F(HopboxProjectTest, WritingSettingsKeepsTheOtherFilesAndLeavesNothingBesid
         "PrinterFiles/|PrinterFiles/a.joboptions|Project/Project.prefs|Project/icon \u65E5.png|A/a|a/A"_list;
     MakeArchive(names, QByteArray());
     HopboxProject project(archive);
-    ASSERT_TRUE(project.WriteSettings(MakeSettings("new"))) << project.GetLastError().toStdString();
+    ASSERT_EQ(project.WriteSettings(MakeSettings("new")).GetReason(), QString());
     EXPECT_EQ(ReadSetting(), "new"_q);
     EXPECT_EQ(ReadFile(ExtractJobOptions().GetNativePath()), "PrinterFiles/a.joboptions");
     QStringList left = ZipArchive(archive.GetPortablePath()).GetFileList();
@@ -105,7 +102,7 @@ TEST_F(HopboxProjectTest, WritingSettingsKeepsTheOtherFilesAndLeavesNothingBesid
 
     const QByteArray half = ReadFile(archive.GetNativePath()).left(300);
     ASSERT_TRUE(WriteFile(archive.GetNativePath(), half));
-    EXPECT_FALSE(project.WriteSettings(MakeSettings("lost")));
+    EXPECT_FALSE(project.WriteSettings(MakeSettings("lost")).HasSucceeded());
     EXPECT_EQ(ReadFile(archive.GetNativePath()), half);
 }
 

@@ -108,7 +108,7 @@ TEST(HopboxRegistryProcesses, WhatIsCutUnderThemIsToldAndKept)
     const QDir folder(QFileInfo(path).path());
     EXPECT_EQ(folder.entryList({"*.damaged*"_q}).size(), 3);
     EXPECT_TRUE(folder.entryList({"*.new"_q}).isEmpty());
-    HopboxRegistry().AddEntry("last"_q, HopboxRegistryEntry());
+    EXPECT_TRUE(HopboxRegistry().AddEntry("last"_q, HopboxRegistryEntry()));
     EXPECT_FALSE(HopboxRegistry().GetDamage());
 }
 

@@ -122,6 +122,19 @@ QPalette GetDarkPalette()
     return palette;
 }
 
+// A picture without what it is to show would be worse than none.
+void Demand(bool isMade)
+{
+    if (!isMade)
+        qFatal("What the picture shows can't be made.");
+}
+
+void ChangeHopbox(const GString& name, const QString& pdfSettings)
+{
+    Demand(HopboxRegistry().ChangeEntry(
+        name, [&](HopboxRegistryEntry& entry) { entry.pdfSettings = pdfSettings; }));
+}
+
 void MakeHopboxes()
 {
     const struct
@@ -140,19 +153,16 @@ void MakeHopboxes()
     for (const auto& hopbox : hopboxes) {
         const GString name = QString::fromLatin1(hopbox.name);
         MakeHopbox(name, QString::fromLatin1(hopbox.settings).split(QLatin1Char(' ')));
-        HopboxRegistry().ChangeEntry(name, [&](HopboxRegistryEntry& entry) {
-            entry.pdfSettings = QString::fromLatin1(hopbox.pdfSettings);
-        });
+        ChangeHopbox(name, QString::fromLatin1(hopbox.pdfSettings));
     }
 }
 
 void MakeOneWithALongName()
 {
     MakeHopbox(QStringLiteral("Gravure"), {QStringLiteral("UserSettings=true")});
-    HopboxRegistry().ChangeEntry(QStringLiteral("Gravure"), [&](HopboxRegistryEntry& entry) {
-        entry.pdfSettings = QStringLiteral(
-            "Gravure on thin coated paper, 150 lines per inch, hall 3 beside the river, night shift");
-    });
+    ChangeHopbox(QStringLiteral("Gravure"),
+                 QStringLiteral("Gravure on thin coated paper, 150 lines per inch, hall 3 beside the river, "
+                                "night shift"));
     MakeHopboxes();
 }
 
@@ -161,10 +171,10 @@ void MakeAThousand()
     const GString key = MakeHopbox(QStringLiteral("Press"), {QStringLiteral("UserSettings=true")});
     HopboxRegistry registry;
     HopboxRegistryEntry entry;
-    registry.GetEntry(key, entry);
+    Demand(registry.GetEntry(key, entry));
     for (int number = 1; number <= 999; ++number) {
         entry.pdfSettings = QStringLiteral("Settings of press %1").arg(number, 3, 10, QLatin1Char('0'));
-        registry.AddEntry(QStringLiteral("Press %1").arg(number), entry);
+        Demand(registry.AddEntry(QStringLiteral("Press %1").arg(number), entry));
     }
 }
 
@@ -174,7 +184,8 @@ void SetLanguage(const QString& language)
     if (language.isEmpty())
         GCUSTranslation::Unload();
     else
-        GCUSTranslation::Load(GPathName(QStringLiteral(HOPBOX_TRANSLATIONS "/Plugin_%1.qm").arg(language)));
+        Demand(GCUSTranslation::Load(
+            GPathName(QStringLiteral(HOPBOX_TRANSLATIONS "/Plugin_%1.qm").arg(language))));
 }
 
 // The dialog with its open list.

@@ -11,13 +11,13 @@
 namespace InboxCalls
 {
 // Sees to it that the names in a folder survive a power cut. Always true on Windows, which has no such call.
-bool FlushFolder(const GPathName& folder);
+[[nodiscard]] bool FlushFolder(const GPathName& folder);
 
 // Makes one folder, with the rights that the user gives what he makes.
-bool MakeFolder(const GPathName& folder);
+[[nodiscard]] bool MakeFolder(const GPathName& folder);
 
 // Gives a file or folder another name on the same volume, in one step, and never over one that is there.
-bool MoveToFreeName(const GPathName& from, const GPathName& to);
+[[nodiscard]] bool MoveToFreeName(const GPathName& from, const GPathName& to);
 
 // Whether the last call failed because something bears the name.
 bool IsNameTaken(int error);
@@ -41,7 +41,7 @@ enum class Kind
 Kind GetKind(const GPathName& path);
 
 // The names in a folder, hidden ones included. False when they can't all be read.
-bool ListNames(const GPathName& folder, QStringList* names);
+[[nodiscard]] bool ListNames(const GPathName& folder, QStringList* names);
 
 // Whether files have a mode that can be set.
 bool HasModes();

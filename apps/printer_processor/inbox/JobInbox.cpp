@@ -93,7 +93,9 @@ void JobInbox::RemoveLeftovers() const
             wanted.insert(GetUnfinished(job.number).GetLeaf());
     }
     QStringList names;
-    InboxCalls::ListNames(mCopies, &names);
+    if (!InboxCalls::ListNames(mCopies, &names))
+        Log(QStringLiteral("The folder \"%1\" can't be read whole; what is left over in it stays.")
+                .arg(mCopies.GetNativePath()));
     for (const QString& name : names) {
         if (wanted.count(name) != 0)
             continue;

@@ -55,11 +55,11 @@ private:
     void Answer(QDialog& window);
     void CloseAlert(QMessageBox& box);
     void FillIn(QDialog& dialog);
-    bool ChooseHopbox(const QDialog& dialog);
-    bool ChoosePages(const QDialog& dialog);
-    bool ChoosePackage(const QDialog& dialog);
-    bool OpenOptions(const QDialog& dialog);
-    bool PressOK(const QDialog& dialog);
+    [[nodiscard]] bool ChooseHopbox(const QDialog& dialog);
+    [[nodiscard]] bool ChoosePages(const QDialog& dialog);
+    [[nodiscard]] bool ChoosePackage(const QDialog& dialog);
+    [[nodiscard]] bool OpenOptions(const QDialog& dialog);
+    [[nodiscard]] bool PressOK(const QDialog& dialog);
     bool Fail(const QString& text);
 
     DialogChoices mChoices;

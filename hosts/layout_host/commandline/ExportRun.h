@@ -41,7 +41,7 @@ public:
 
 private:
     void Export();
-    bool OpenFile();
+    [[nodiscard]] bool OpenFile();
     void WatchForEnd();
     bool HasToEnd();
     const QString& GetCause() const;

@@ -208,13 +208,13 @@ void HostWindow::TakeNew(const GResult& opened)
 
 void HostWindow::SaveDocument()
 {
-    Save(mHost.GetActiveDocument());
+    static_cast<void>(Save(mHost.GetActiveDocument()));  // a failure has been shown
 }
 
 void HostWindow::SaveDocumentAs()
 {
     const ScribusHost::DocumentPtr document = mHost.GetActiveDocument();
-    SaveTo(document, FileQuestions::AskForDocumentToSave(*this, document->GetName()));
+    static_cast<void>(SaveTo(document, FileQuestions::AskForDocumentToSave(*this, document->GetName())));
 }
 
 // A document with a file holds nothing that the file lacks.
@@ -236,7 +236,7 @@ bool HostWindow::SaveTo(const ScribusHost::DocumentPtr& document, const QString&
 
 void HostWindow::CloseDocument()
 {
-    Close(mHost.GetActiveDocument());
+    static_cast<void>(Close(mHost.GetActiveDocument()));  // the user may have thought better of it
 }
 
 bool HostWindow::Close(const ScribusHost::DocumentPtr& document)

@@ -50,10 +50,10 @@ private:
     void SaveDocument();
     void SaveDocumentAs();
     void CloseDocument();
-    bool Save(const ScribusHost::DocumentPtr& document);
-    bool SaveTo(const ScribusHost::DocumentPtr& document, const QString& path);
-    bool Close(const ScribusHost::DocumentPtr& document);
-    bool CloseAll();
+    [[nodiscard]] bool Save(const ScribusHost::DocumentPtr& document);
+    [[nodiscard]] bool SaveTo(const ScribusHost::DocumentPtr& document, const QString& path);
+    [[nodiscard]] bool Close(const ScribusHost::DocumentPtr& document);
+    [[nodiscard]] bool CloseAll();
     void ShowDocuments();
     void TakeNew(const GResult& opened);
 

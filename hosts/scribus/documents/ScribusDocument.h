@@ -87,7 +87,7 @@ private:
     static GResult Ask(const std::vector<ScribusDocument*>& documents,
                        const std::function<void(const QString& path)>& beginStep);
     void Forget();
-    bool MakeReady(const FileStamp& stamp);
+    [[nodiscard]] bool MakeReady(const FileStamp& stamp);
     void TakeAnswer(const QJsonObject& values, const QString& presentForm, const QString& error);
     QImage RenderPreview(int pageIndex, int dotsPerInch);
 

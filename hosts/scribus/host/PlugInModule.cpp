@@ -14,7 +14,7 @@ PlugInModule::~PlugInModule()
         return;
     if (mActions != nullptr)
         mPlugIn->GetStartupShutdownService()->Shutdown();
-    mPlugIn->Unload();
+    static_cast<void>(mPlugIn->Unload());  // a module in use stays as it is until the process ends
 }
 
 QString PlugInModule::FindFile()

@@ -26,7 +26,7 @@ public:
 
     // Loads the module, gives it the services and starts it: its actions and menu entries are registered when
     // this returns true. False, with a text for the user in GetError, leaves nothing of it in use. Once.
-    bool Load(const QString& file, IHostServices& services);
+    [[nodiscard]] bool Load(const QString& file, IHostServices& services);
 
     const QString& GetError() const { return mError; }
 
@@ -34,9 +34,9 @@ public:
     IActionComponent* GetActions() const { return mActions; }
 
 private:
-    bool FindEntry();
-    bool GiveServices(IHostServices& services);
-    bool StartUp();
+    [[nodiscard]] bool FindEntry();
+    [[nodiscard]] bool GiveServices(IHostServices& services);
+    [[nodiscard]] bool StartUp();
     bool Fail(const QString& text);
 
     QLibrary mLibrary;

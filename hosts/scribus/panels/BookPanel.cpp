@@ -172,12 +172,12 @@ void BookPanel::NumberOn()
 
 void BookPanel::SaveBook()
 {
-    Save(mHost.GetActiveBook());
+    static_cast<void>(Save(mHost.GetActiveBook()));  // a failure has been shown
 }
 
 void BookPanel::CloseBook()
 {
-    Close(mHost.GetActiveBook());
+    static_cast<void>(Close(mHost.GetActiveBook()));  // the user may have thought better of it
 }
 
 bool BookPanel::Save(const ScribusHost::BookPtr& book)

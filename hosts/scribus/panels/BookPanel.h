@@ -34,7 +34,7 @@ public:
     void OpenBook(const QString& path);
 
     // Closes all books; false when the user wants to keep one.
-    bool CloseAll();
+    [[nodiscard]] bool CloseAll();
 
     // Shows the books anew.
     void Refresh();
@@ -52,8 +52,8 @@ private:
     void NumberOn();
     void SaveBook();
     void CloseBook();
-    bool Save(const ScribusHost::BookPtr& book);
-    bool Close(const ScribusHost::BookPtr& book);
+    [[nodiscard]] bool Save(const ScribusHost::BookPtr& book);
+    [[nodiscard]] bool Close(const ScribusHost::BookPtr& book);
     void ShowDocuments();
     void ChangeDocuments(const QStringList& documents, int row);
     void UpdateEntries();

@@ -117,7 +117,7 @@ private:
         QByteArray output;  // the end of it, standard output and error together
     };
 
-    bool Prepare();
+    [[nodiscard]] bool Prepare();
 
     // A Scribus that does nothing is ended while there is no file at `openedPath`; empty: it never is.
     Ended RunScribus(const QStringList& arguments, const QString& openedPath, const Parts& parts);

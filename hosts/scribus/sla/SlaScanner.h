@@ -19,7 +19,7 @@ public:
 
     // Goes to the next start tag, or the tag of an element without content. False at the end of the text, or
     // where it is no XML any more.
-    bool Next();
+    [[nodiscard]] bool Next();
 
     // Whether the text was XML to its end, once Next has given false.
     bool IsIntact() const { return mIsIntact; }
@@ -52,9 +52,9 @@ private:
     };
 
     const Attribute* Find(std::string_view attribute) const;
-    bool SkipPast(std::string_view end);
-    bool ReadTag();
-    bool ReadAttribute();
+    [[nodiscard]] bool SkipPast(std::string_view end);
+    [[nodiscard]] bool ReadTag();
+    [[nodiscard]] bool ReadAttribute();
     void SkipBlanks();
     bool IsAt(std::string_view text) const { return mText.substr(mPosition, text.size()) == text; }
 

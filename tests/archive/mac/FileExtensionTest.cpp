@@ -71,7 +71,7 @@ TEST_F(FileExtensionTest, FileIsWhatItsNameOrItsMacTypeSays)
               "Morvane::FileExtensionManager::getExtension|Mac file type correspondence table in not "
               "initialized; cannot find extension for the file: " +
                   file.toStdString());
-    PcExchange::createPcExchange(Table(cRecords));
+    EXPECT_TRUE(PcExchange::createPcExchange(Table(cRecords)));
     EXPECT_EQ(FileExtensionManager::getExtension(file), QString());
     Write("._Report", MakeAppleDouble("PDF CARO"));
     EXPECT_EQ(FileExtensionManager::getExtension(file), "pdf"_q);

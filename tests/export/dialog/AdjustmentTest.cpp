@@ -17,10 +17,10 @@ QString SetJobOptions(const GString& key, const char* text)
     EXPECT_TRUE(HopboxRegistry().GetEntry(key, entry));
     HopboxProject project(entry.contextFilePath);
     GPrefMemoryModule settings;
-    EXPECT_TRUE(project.ReadSettings(settings));
+    EXPECT_EQ(project.ReadSettings(settings).GetReason(), QString());
     const GPathName file = entry.contextFilePath.GetParent().GetChild("new.joboptions"_q);
     EXPECT_TRUE(WriteFile(file.GetNativePath(), text));
-    EXPECT_TRUE(project.Create(file, settings));
+    EXPECT_EQ(project.Create(file, settings).GetReason(), QString());
     return entry.contextFilePath.GetNativePath();
 }
 }  // namespace

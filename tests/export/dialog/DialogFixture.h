@@ -33,9 +33,16 @@ protected:
     {
         const GString key =
             MakeHopbox(QLatin1String(name), QString::fromLatin1(settings).split(QLatin1Char(' ')));
-        HopboxRegistry().ChangeEntry(
-            key, [&](HopboxRegistryEntry& entry) { entry.pdfSettings = QString::fromUtf8(pdfSettings); });
+        EXPECT_TRUE(HopboxRegistry().ChangeEntry(
+            key, [&](HopboxRegistryEntry& entry) { entry.pdfSettings = QString::fromUtf8(pdfSettings); }));
         return key;
+    }
+
+    // Takes a Hopbox away from the plug-in.
+    static void Withdraw(const GString& key)
+    {
+        EXPECT_TRUE(
+            HopboxRegistry().ChangeEntry(key, [](HopboxRegistryEntry& entry) { entry.isPlugin = false; }));
     }
 
     // Puts any text in the place of a Hopbox's record.

@@ -26,8 +26,7 @@ TEST_F(DialogTest, ListsWhatOffersItselfByTextAndSelectsTheLastChoice)
     const GString beta = Add("b", "Beta");
     Add("a", "Alpha");
     const GString unnamed = Add("c", "");
-    HopboxRegistry().ChangeEntry(Add("d", "Delta"),
-                                 [](HopboxRegistryEntry& entry) { entry.isPlugin = false; });
+    Withdraw(Add("d", "Delta"));
     WriteRecord("x1", "garbage"_q);
     WriteRecord("x2", "#DICT"_q);
     const struct
@@ -222,8 +221,7 @@ TEST_F(DialogTest, ClosingForgetsThePackageChoicesOfHopboxesThatAreGone)
     Add("Stays", "S");
     Add("Goes", "G");
     const GString unnamed = Add("", "U");
-    HopboxRegistry().ChangeEntry(Add("Withdrawn", "W"),
-                                 [](HopboxRegistryEntry& entry) { entry.isPlugin = false; });
+    Withdraw(Add("Withdrawn", "W"));
     for (const QString& group : {"Stays"_q, unnamed, "Goes"_q, "Withdrawn"_q, "Gone before \u65E5"_q})
         PlugInPreferences::SetPackageChoice(group, true);
     GPreferences::Set(GPreferences::cUserFileModule, "Other", "Key", "value"_q);
@@ -344,7 +342,7 @@ TEST_F(DialogTest, AHopboxWithoutAReadableProjectIsListedAndFailsWhenChosen)
 {
     const auto hurt = [](const GString& key, const std::function<void(const QString&)>& change) {
         HopboxRegistryEntry entry;
-        HopboxRegistry().GetEntry(key, entry);
+        EXPECT_TRUE(HopboxRegistry().GetEntry(key, entry));
         change(entry.contextFilePath.GetNativePath());
     };
     hurt(Add("Missing", "1"), [](const QString& path) { QFile::remove(path); });

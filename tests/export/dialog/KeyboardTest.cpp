@@ -260,8 +260,9 @@ TEST_F(KeyboardTest, InEachLanguageNothingIsCutOrJumpsAndMnemonicsAreUnique)
 {
     for (const char* language : {"", "deDE", "frFR"}) {
         SCOPED_TRACE(language);
-        GCUSTranslation::Load(
-            GPathName(QStringLiteral(HOPBOX_TRANSLATIONS "/Plugin_%1.qm").arg(QLatin1String(language))));
+        EXPECT_EQ(GCUSTranslation::Load(GPathName(
+                      QStringLiteral(HOPBOX_TRANSLATIONS "/Plugin_%1.qm").arg(QLatin1String(language)))),
+                  *language != '\0');
         HopboxRegistry().Clear();
         Add("Press", "A text that is longer than the list of the dialog can show at once, by far, by far");
         Open();
@@ -358,8 +359,9 @@ TEST_F(KeyboardTest, TheMenusOfTheFieldsSpeakTheLanguageOfTheDialog)
     } languages[] = {{"deDE", "Alles auswählen", "Strg+Umschalt+Z"},
                      {"frFR", "Tout sélectionner", "Ctrl+Maj+Z"}};
     for (const auto& [language, wanted, keys] : languages) {
-        GCUSTranslation::Load(
-            GPathName(QStringLiteral(HOPBOX_TRANSLATIONS "/Plugin_%1.qm").arg(QLatin1String(language))));
+        EXPECT_EQ(GCUSTranslation::Load(GPathName(
+                      QStringLiteral(HOPBOX_TRANSLATIONS "/Plugin_%1.qm").arg(QLatin1String(language)))),
+                  *language != '\0');
         EXPECT_EQ(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z).toString(QKeySequence::NativeText),
                   QLatin1String(keys));
         Open();

@@ -172,11 +172,10 @@ private:
     {
         const QStringList keys = HopboxRegistry().GetKeys();
         const GString key = keys.at(Draw(keys.size()));
-        if (Draw(3) == 0)
-            HopboxRegistry().ChangeEntry(
-                key, [](HopboxRegistryEntry& entry) { entry.isPlugin = !entry.isPlugin; });
-        else
-            HopboxRegistry().ChangeEntry(key, [](HopboxRegistryEntry& entry) { entry.isPlugin = true; });
+        const bool isTurned = Draw(3) == 0;
+        EXPECT_TRUE(HopboxRegistry().ChangeEntry(key, [isTurned](HopboxRegistryEntry& entry) {
+            entry.isPlugin = isTurned ? !entry.isPlugin : true;
+        }));
     }
 
     static int CountOffered()

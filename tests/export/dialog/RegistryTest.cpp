@@ -9,7 +9,7 @@ TEST_F(DialogTest, WhatCannotBeRemovedStaysWithAnAlert)
 {
     const GString key = Add("Press", "Press");
     const std::function<void()> faults[] = {[&] { WriteRecord(key.toLatin1().constData(), "garbage"_q); },
-                                            [&] { HopboxRegistry().RemoveEntry(key); }};
+                                            [&] { EXPECT_TRUE(HopboxRegistry().RemoveEntry(key)); }};
     Open();
     for (const auto& fault : faults) {
         fault();
@@ -27,7 +27,7 @@ TEST_F(DialogTest, AListThatAnotherProcessHasEmptiedLeavesNothingToExportOrRemov
     const GString keys[] = {Add("a", "A"), Add("b", "B")};
     Open();
     for (const GString& key : keys)
-        HopboxRegistry().ChangeEntry(key, [](HopboxRegistryEntry& entry) { entry.isPlugin = false; });
+        Withdraw(key);
     WindowDriver::Press(Qt::Key_Alt, Qt::AltModifier);
     for (int press = 0; press < 3; ++press) {
         WindowDriver::Click(Qt::Key_Return, Qt::AltModifier);

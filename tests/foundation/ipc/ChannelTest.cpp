@@ -116,7 +116,7 @@ TEST_F(ChannelTest, ReusedProcessNumberIsNotTakenForTheDeadOne)
     const GSharedSegment queue(GetQueueName(process, 1), 1000, GSharedSegment::Mode::CreateNew);
     GMessageRing::Make(queue.GetData(), 1000, {process, GProcessInfo::GetStartTime(process) + 1});
     const GInterProcessMutex lock(GetQueueName(process, 1) + QLatin1String("_L"));
-    GPPIPCDirectory(OpenDirectory()->GetData()).Add({process, 1});
+    EXPECT_TRUE(GPPIPCDirectory(OpenDirectory()->GetData()).Add({process, 1}));
 
     EXPECT_EQ(manager->GetReceiverState(process), GPPIPCState::Unreachable);
     EXPECT_EQ(GetErrorCode([&] { manager->Post(process, 145, "x"); }), GErrorCode::cPostMessage);

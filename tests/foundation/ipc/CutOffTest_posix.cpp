@@ -112,7 +112,7 @@ TEST_F(CutOffTest, WhoTouchesMemoryThatIsGoneIsToldByAnError)
     EXPECT_FALSE(own->IsIntact());
     CutShort(name + QLatin1String("_S"));
     own->WakeUp();
-    own->WaitForMessage(std::chrono::milliseconds(0));
+    EXPECT_TRUE(own->WaitForMessage(std::chrono::milliseconds(0)));
     EXPECT_FALSE(own->CanWait());
 }
 

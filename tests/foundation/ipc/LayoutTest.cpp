@@ -203,7 +203,11 @@ TEST(GPPIPCDirectory, HoldsPairsAndRefusesDamage)
     for (const size_t word : {size_t(0), size_t(1), size_t(2)}) {
         const uint32_t kept = words[word];
         words[word] = 385;
-        EXPECT_EQ(GetErrorCode([&] { directory.Add({1, 1}); }), GErrorCode::cSegmentHeader) << word;
+        EXPECT_EQ(GetErrorCode([&] {
+                      static_cast<void>(directory.Add({1, 1}));
+                  }),
+                  GErrorCode::cSegmentHeader)
+            << word;
         words[word] = kept;
     }
 }

@@ -18,7 +18,7 @@ struct TextInput
     GString ReadRest()
     {
         GString rest;
-        stream.Read(GBin2TextStream::cLongestText, rest);
+        static_cast<void>(stream.Read(GBin2TextStream::cLongestText, rest));
         return rest;
     }
 

@@ -16,9 +16,9 @@ TEST_F(Module, SpeaksTheLanguageOfItsSettings)
 {
     SpeakGerman();
     MakeHopbox("Press"_q);
-    HopboxRegistry().ChangeEntry("Press"_q, [](HopboxRegistryEntry& entry) {
+    EXPECT_TRUE(HopboxRegistry().ChangeEntry("Press"_q, [](HopboxRegistryEntry& entry) {
         entry.contextFilePath = GPathName();  // its export fails
-    });
+    }));
     ASSERT_EQ(GiveServices(&host), QString());
     IActionComponent* component = Create();
     ASSERT_NE(component, nullptr) << error.toStdString();
@@ -107,9 +107,9 @@ TEST_F(Module, ExportsThroughItsDialogByKeysAlone)
         MakeHopbox("A"_q);
         MakeHopbox("B"_q, {"UserSettings=true"_q});
         for (const char* actor : {"A", "B"})
-            HopboxRegistry().ChangeEntry(QLatin1String(actor), [&](HopboxRegistryEntry& record) {
+            EXPECT_TRUE(HopboxRegistry().ChangeEntry(QLatin1String(actor), [&](HopboxRegistryEntry& record) {
                 record.pdfSettings = "Settings "_q + QLatin1String(actor);
-            });
+            }));
         MakeDocumentAndBook();
         ASSERT_EQ(GiveServices(&host), QString());
         IActionComponent* component = Create();
@@ -145,7 +145,8 @@ TEST_F(Module, ExportsWithoutADialogWhatAScriptAsksFor)
 {
     MakeHopbox("Press"_q);
     MakeHopbox("Withdrawn"_q);
-    HopboxRegistry().ChangeEntry("Withdrawn"_q, [](HopboxRegistryEntry& entry) { entry.isPlugin = false; });
+    EXPECT_TRUE(HopboxRegistry().ChangeEntry("Withdrawn"_q,
+                                             [](HopboxRegistryEntry& entry) { entry.isPlugin = false; }));
     MakeDocumentAndBook();
     ASSERT_EQ(GiveServices(&host), QString());
     IActionComponent* component = Create();
