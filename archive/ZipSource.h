@@ -52,7 +52,7 @@ public:
     const QString& getReason() const { return mReason; }
 
     qint64 getSize() const { return mSize; }
-    const QDateTime& getModified() const { return mModified; }
+    QDateTime getModified() const { return QDateTime::fromMSecsSinceEpoch(mModified); }
     bool isFolder() const { return mIsFolder; }
     bool isReadOnly() const { return mIsReadOnly; }
 
@@ -69,7 +69,7 @@ private:
     PFileHandle mFile;
     QString mReason;
     qint64 mSize = 0;
-    QDateTime mModified;
+    qint64 mModified = 0;  // milliseconds since 1970, UTC; the time zone is looked up where it is asked for
     uint32_t mUnixAttributes = 0;
     bool mIsFolder = false;
     bool mIsReadOnly = false;

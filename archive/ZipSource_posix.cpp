@@ -17,10 +17,9 @@ namespace Morvane
 {
 static constexpr uint16_t cUnix = 3 << 8;
 
-static QDateTime getModifiedOf(const struct stat& status)
+static qint64 getModifiedOf(const struct stat& status)
 {
-    return QDateTime::fromMSecsSinceEpoch(qint64(status.st_mtim.tv_sec) * 1000 +
-                                          status.st_mtim.tv_nsec / 1000000);
+    return qint64(status.st_mtim.tv_sec) * 1000 + status.st_mtim.tv_nsec / 1000000;
 }
 
 static ZipSource::Kind getKindOf(const struct stat& status)

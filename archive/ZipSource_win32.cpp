@@ -24,12 +24,12 @@ static std::wstring getSystemPath(const QString& path)
     }
 }
 
-static QDateTime getMoment(const FILETIME& time)
+static qint64 getMoment(const FILETIME& time)
 {
     constexpr qint64 cTicksPerMillisecond = 10000;
     constexpr qint64 cMillisecondsFrom1601 = 11644473600000;
     const qint64 ticks = qint64(time.dwHighDateTime) << 32 | time.dwLowDateTime;
-    return QDateTime::fromMSecsSinceEpoch(ticks / cTicksPerMillisecond - cMillisecondsFrom1601);
+    return ticks / cTicksPerMillisecond - cMillisecondsFrom1601;
 }
 
 static bool isMissing(DWORD error)
