@@ -68,13 +68,31 @@ const GDurableFile::Maker& GDurableFile::Maker::GetOwn()
     return own;
 }
 
+// What the names of the target's temporary files begin with: its own name, or, where that would leave no room
+// for the rest, the beginning of it and a digest of it all.
+GString GDurableFile::GetTemporaryStem() const
+{
+    constexpr int cMostBytes = 190;  // of the 255 that file systems take
+    constexpr int cBeginning = 40;   // characters
+    constexpr int cDigest = 16;
+    const GString leaf = mTarget.GetLeaf();
+    if (leaf.toUtf8().size() <= cMostBytes)
+        return leaf;
+    GString beginning = leaf.left(cBeginning);
+    if (beginning.at(beginning.size() - 1).isHighSurrogate())
+        beginning.chop(1);
+    const QByteArray digest = QCryptographicHash::hash(leaf.toUtf8(), QCryptographicHash::Sha256).toHex();
+    return beginning + QLatin1Char('~') + QString::fromLatin1(digest.left(cDigest));
+}
+
 GPathName GDurableFile::MakeTemporaryName() const
 {
     const Maker& own = Maker::GetOwn();
     const GString suffix = QStringLiteral(".%1-%2-%3-%4.new")
                                .arg(QString::number(own.process), QString::number(own.startTime, 16),
                                     own.machine, MakeRandomName(6));
-    return GPathName(mTarget.GetPortablePath() + suffix);
+    const GString folder = mTarget.GetPortablePath().chopped(mTarget.GetLeaf().size());
+    return GPathName(folder + GetTemporaryStem() + suffix);
 }
 
 void GDurableFile::RemoveLeftovers() const
@@ -82,12 +100,12 @@ void GDurableFile::RemoveLeftovers() const
     static const QRegularExpression cSuffix(
         QStringLiteral("^\\.([0-9]+)-([0-9a-f]+)-([0-9a-f]{8})-[0-9a-z]{6}\\.new(\\.old)?$"));
     const QStringList wildcards = {QStringLiteral("*.new"), QStringLiteral("*.new.old")};
-    const GString leaf = mTarget.GetLeaf();
+    const GString stem = GetTemporaryStem();
     const QDir folder(QFileInfo(mTarget.GetNativePath()).absolutePath());
     for (const GString& name : folder.entryList(wildcards, QDir::Files | QDir::Hidden)) {
-        if (!name.startsWith(leaf))
+        if (!name.startsWith(stem))
             continue;
-        const QRegularExpressionMatch match = cSuffix.match(name.mid(leaf.size()));
+        const QRegularExpressionMatch match = cSuffix.match(name.mid(stem.size()));
         if (!match.hasMatch())
             continue;
         RemoveLeftover(

@@ -85,6 +85,7 @@ private:
     void RemoveTemporary() noexcept;
     static void RemoveLeftover(const GPathName& path, const Maker& maker);
 
+    GString GetTemporaryStem() const;
     GPathName MakeTemporaryName() const;
     void RemoveLeftovers() const;
     void FlushBuffer();

@@ -67,6 +67,21 @@ TEST(GDurableFile, TargetIsWholeAndAloneWhateverTheSize)
     EXPECT_EQ(List(sandbox.GetPath()), QStringList{"a.prefs"_q});
 }
 
+// The names that it needs meanwhile find room, too; "\U0001F5A8" has four bytes.
+TEST(GDurableFile, NamesOfAnyLengthAreWrittenAndReplaced)
+{
+    const QString printer = QString::fromUtf8("\U0001F5A8");
+    for (const QString& name : {QString(250, QLatin1Char('a')), QString(190, QLatin1Char('a')) + ".pdf"_q,
+                                "x"_q + printer.repeated(60)}) {
+        const Sandbox sandbox;
+        const QString path = sandbox.GetPath(name);
+        Write(path, "old");
+        Write(path, "new");
+        EXPECT_EQ(ReadFile(path), "new");
+        EXPECT_EQ(List(sandbox.GetPath()), QStringList(name));
+    }
+}
+
 TEST(GDurableFile, RightsStayAndLinksStayLinks)
 {
     const Sandbox sandbox;
