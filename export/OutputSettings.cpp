@@ -5,6 +5,7 @@
 
 namespace
 {
+// In the order of AdjustmentValues::cMarks and cBleeds, which can't see the host's preferences.
 constexpr PDFSwitch cMarks[] = {PDFSwitch::CropMarks, PDFSwitch::BleedMarks, PDFSwitch::RegistrationMarks,
                                 PDFSwitch::ColorBars, PDFSwitch::PageInformation};
 static_assert(std::size(cMarks) == AdjustmentValues::cMarkCount);

@@ -8,14 +8,7 @@
 
 namespace
 {
-using AdjustmentValues::cBleedCount;
-using AdjustmentValues::cMarkCount;
 using AdjustmentValues::Values;
-
-constexpr std::array<const char*, cMarkCount> cMarkKeys = {"Trim", "Bleed", "PrinterRegistration",
-                                                           "ColorBars", "PageInfo"};
-constexpr std::array<const char*, cBleedCount> cBleedKeys = {"BleedTopValue", "BleedBottomValue",
-                                                             "BleedInsideValue", "BleedOutsideValue"};
 
 constexpr int32_t cMediumWeight = 1;
 constexpr int32_t cThickWeight = 2;
@@ -64,7 +57,7 @@ std::optional<double> GetLength(const Values& values, const char* key, double le
 
 std::optional<bool> AdjustmentValues::GetMark(const Values& values, int mark)
 {
-    const GString* value = Find(values, cMarkKeys.at(mark));
+    const GString* value = Find(values, cMarks.at(mark).key);
     if (value == nullptr)
         value = Find(values, "PrinterMarks");
     return value != nullptr ? std::make_optional(GStringSupport::ToBool(*value)) : std::nullopt;
@@ -86,7 +79,7 @@ std::optional<double> AdjustmentValues::GetMarkOffset(const Values& values)
 
 std::optional<double> AdjustmentValues::GetBleed(const Values& values, int bleed)
 {
-    return GetLength(values, cBleedKeys.at(bleed), 0);
+    return GetLength(values, cBleeds.at(bleed).key, 0);
 }
 
 std::optional<bool> AdjustmentValues::UsesDocumentBleed(const Values& values)
@@ -115,7 +108,7 @@ void AdjustmentValues::SetMarks(Values& values, const std::array<std::optional<b
     if (!isChanged)
         return;
     for (int mark = 0; mark < cMarkCount; ++mark)
-        SetOrRemove(values, cMarkKeys.at(mark), marks.at(mark), GStringSupport::FromBool);
+        SetOrRemove(values, cMarks.at(mark).key, marks.at(mark), GStringSupport::FromBool);
     const bool areAllOn = std::all_of(marks.begin(), marks.end(), [](auto mark) { return mark == true; });
     const bool areKnown = std::all_of(marks.begin(), marks.end(), [](auto mark) { return mark.has_value(); });
     if (!areKnown)
@@ -147,7 +140,7 @@ void AdjustmentValues::SetDocumentBleed(Values& values, std::optional<bool> isUs
 void AdjustmentValues::SetBleed(Values& values, int bleed, std::optional<double> points)
 {
     if (GetBleed(values, bleed) != points)
-        SetOrRemove(values, cBleedKeys.at(bleed), points, GStringSupport::FromReal);
+        SetOrRemove(values, cBleeds.at(bleed).key, points, GStringSupport::FromReal);
 }
 
 void AdjustmentValues::SetSlugIncluded(Values& values, bool isIncluded)

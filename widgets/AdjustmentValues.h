@@ -3,6 +3,8 @@
 #include "foundation/core/GDict.h"
 #include "foundation/core/GString.h"
 
+#include <QtGlobal>
+
 #include <array>
 #include <optional>
 
@@ -10,11 +12,11 @@
 // puts them over the job options.
 //
 //   "PrinterMarks"   all marks: "true" or "false"
-//   "Trim", "Bleed", "PrinterRegistration", "ColorBars", "PageInfo"   one mark each, before "PrinterMarks"
+//   the keys of cMarks   one mark each, before "PrinterMarks"
 //   "MarkWeight"     0, 1, 2 for lines of 0.125, 0.25, 0.5 points; anything else is 0.25
 //   "MarkOffset"     points, above 0
 //   "BleedChoice"    1 the four own lengths, 2 the document's bleed
-//   "BleedTopValue", "BleedBottomValue", "BleedInsideValue", "BleedOutsideValue"   points
+//   the keys of cBleeds   points
 //   "BleedSlugArea", "PrintSpreads"   "true" turns it on; nothing turns it off
 //
 // A value that is absent, or says nothing, leaves what the job options say; it reads as empty.
@@ -22,10 +24,41 @@ namespace AdjustmentValues
 {
 using Values = GDict<GBuffer, GString>;
 
-// Marks and bleeds are numbered in the order above.
-constexpr int cMarkCount = 5;
+// Marks and bleeds are numbered in this order, in which the panel shows them, too. Its texts are to be
+// translated in the context "GCUSPDFSettingsAdjWdt".
+struct Mark
+{
+    const char* key;
+    const char* jobOptions;  // the layout setting that says it where the values don't
+    const char* text;
+};
+constexpr std::array cMarks = {
+    Mark{"Trim", "AddCropMarks", QT_TRANSLATE_NOOP("GCUSPDFSettingsAdjWdt", "&Crop")},
+    Mark{"Bleed", "AddBleedMarks", QT_TRANSLATE_NOOP("GCUSPDFSettingsAdjWdt", "&Bleed")},
+    Mark{"PrinterRegistration", "AddRegMarks", QT_TRANSLATE_NOOP("GCUSPDFSettingsAdjWdt", "Re&gistration")},
+    Mark{"ColorBars", "AddColorBars", QT_TRANSLATE_NOOP("GCUSPDFSettingsAdjWdt", "Co&lor Bars")},
+    Mark{"PageInfo", "AddPageInfo", QT_TRANSLATE_NOOP("GCUSPDFSettingsAdjWdt", "Page &Information")},
+};
+constexpr int cMarkCount = static_cast<int>(cMarks.size());
 constexpr int cBleedMark = 1;
-constexpr int cBleedCount = 4;
+
+struct Bleed
+{
+    const char* key;
+    const char* text;
+    const char* name;  // for those who do not see where the field is
+};
+constexpr std::array cBleeds = {
+    Bleed{"BleedTopValue", QT_TRANSLATE_NOOP("GCUSPDFSettingsAdjWdt", "Top:"),
+          QT_TRANSLATE_NOOP("GCUSPDFSettingsAdjWdt", "Bleed at the top")},
+    Bleed{"BleedBottomValue", QT_TRANSLATE_NOOP("GCUSPDFSettingsAdjWdt", "Bottom:"),
+          QT_TRANSLATE_NOOP("GCUSPDFSettingsAdjWdt", "Bleed at the bottom")},
+    Bleed{"BleedInsideValue", QT_TRANSLATE_NOOP("GCUSPDFSettingsAdjWdt", "Inside:"),
+          QT_TRANSLATE_NOOP("GCUSPDFSettingsAdjWdt", "Bleed on the inside")},
+    Bleed{"BleedOutsideValue", QT_TRANSLATE_NOOP("GCUSPDFSettingsAdjWdt", "Outside:"),
+          QT_TRANSLATE_NOOP("GCUSPDFSettingsAdjWdt", "Bleed on the outside")},
+};
+constexpr int cBleedCount = static_cast<int>(cBleeds.size());
 
 // Whether the mark is set, by its own value or that of all marks.
 std::optional<bool> GetMark(const Values& values, int mark);

@@ -121,15 +121,13 @@ void GCUSPDFSettingsAdjWdt::AddMarks(QGridLayout& grid)
 {
     mAllMarks = new QCheckBox(tr("All Printer's &Marks"));
     grid.addWidget(mAllMarks, cHeadRow, cMarkLabel, 1, 2);
-    const QString texts[] = {tr("&Crop"), tr("&Bleed"), tr("Re&gistration"), tr("Co&lor Bars"),
-                             tr("Page &Information")};
     auto* marks = new QVBoxLayout;
     marks->setSpacing(grid.verticalSpacing());
     const int indent = style()->pixelMetric(QStyle::PM_IndicatorWidth) +
                        style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing);
     marks->setContentsMargins(indent, 0, 0, 0);
     for (int mark = 0; mark < cMarkCount; ++mark) {
-        mMarks.at(mark) = new QCheckBox(texts[mark]);
+        mMarks.at(mark) = new QCheckBox(tr(AdjustmentValues::cMarks.at(mark).text));
         marks->addWidget(mMarks.at(mark));
     }
     marks->addStretch();
@@ -164,15 +162,12 @@ void GCUSPDFSettingsAdjWdt::AddBleed(QGridLayout& grid)
 
 void GCUSPDFSettingsAdjWdt::AddBleedFields(QGridLayout& grid)
 {
-    const QString texts[] = {tr("Top:"), tr("Bottom:"), tr("Inside:"), tr("Outside:")};
-    const QString names[] = {tr("Bleed at the top"), tr("Bleed at the bottom"), tr("Bleed on the inside"),
-                             tr("Bleed on the outside")};
     for (int bleed = 0; bleed < cBleedCount; ++bleed) {
         auto* field = new GQUIUnitSpinBox;
         field->SetRangePoints(0, cMostBleed);
-        field->setAccessibleName(names[bleed]);
+        field->setAccessibleName(tr(AdjustmentValues::cBleeds.at(bleed).name));
         mBleeds.at(bleed) = field;
-        auto* label = new QLabel(texts[bleed]);
+        auto* label = new QLabel(tr(AdjustmentValues::cBleeds.at(bleed).text));
         label->setBuddy(field);
         grid.addWidget(label, cFirstRow + 1 + bleed, cBleedLabel);
         grid.addWidget(field, cFirstRow + 1 + bleed, cBleedField);

@@ -9,9 +9,6 @@
 
 namespace
 {
-constexpr std::array<const char*, AdjustmentValues::cMarkCount> cMarkKeys = {
-    "AddCropMarks", "AddBleedMarks", "AddRegMarks", "AddColorBars", "AddPageInfo"};
-
 GResult Read(const HopboxRecord& record, JobOptions& options)
 {
     try {
@@ -50,8 +47,8 @@ AdjustmentDefaults ReadJobOptionsDefaults(const HopboxRecord& record)
         GTrace::Error(QStringLiteral("ReadJobOptionsDefaults"), read.GetReason());
         return defaults;
     }
-    for (size_t mark = 0; mark < cMarkKeys.size(); ++mark)
-        defaults.marks.at(mark) = GetSwitch(options, cMarkKeys.at(mark));
+    for (size_t mark = 0; mark < defaults.marks.size(); ++mark)
+        defaults.marks.at(mark) = GetSwitch(options, AdjustmentValues::cMarks.at(mark).jobOptions);
     defaults.weight = GetLength(options.FindLayoutSetting("MarksWeight"));
     defaults.offset = GetLength(options.FindLayoutSetting("MarksOffset"));
     defaults.documentBleed = GetSwitch(options, "UseDocumentBleed");
