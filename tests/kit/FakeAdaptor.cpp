@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <cstring>
 #include <thread>
 #include <utility>
 
@@ -155,6 +156,23 @@ int32_t Give(void*, Parameters...)
     return result;
 }
 
+constexpr char cSample[] = "Sample";
+constexpr char cNoUtf8[] = "\xFF";
+
+template <const char* text>
+int32_t GiveText(void*, Handle, const hopbox_sink* sink)
+{
+    sink->put(sink->context, text, std::strlen(text));
+    return HOPBOX_OK;
+}
+
+template <int32_t number>
+int32_t GiveNumber(void*, Handle, int32_t* answer)
+{
+    *answer = number;
+    return HOPBOX_OK;
+}
+
 int32_t SaveDocument(void* host, Handle document)
 {
     QFile file(GetState().services.documents.front().path);
@@ -165,20 +183,8 @@ int32_t SaveDocument(void* host, Handle document)
 const std::map<QByteArray, void (*)(Table&)> cLies = {
     {"version", [](Table& table) { table.version = HOPBOX_VERSION + 1; }},
     {"needed", [](Table& table) { table.set_pages = nullptr; }},
-    {"no file",
-     [](Table& table) {
-         table.get_document_file = [](void*, Handle, const hopbox_sink* sink) -> int32_t {
-             sink->put(sink->context, "Sample", 6);
-             return HOPBOX_OK;
-         };
-     }},
-    {"no UTF-8",
-     [](Table& table) {
-         table.get_document_name = [](void*, Handle, const hopbox_sink* sink) -> int32_t {
-             sink->put(sink->context, "\xFF", 1);
-             return HOPBOX_OK;
-         };
-     }},
+    {"no file", [](Table& table) { table.get_document_file = GiveText<cSample>; }},
+    {"no UTF-8", [](Table& table) { table.get_document_name = GiveText<cNoUtf8>; }},
     {"any page",
      [](Table& table) {
          table.get_page = [](void*, Handle, int32_t index, uint32_t* page) -> int32_t {
@@ -279,20 +285,8 @@ const std::map<QByteArray, void (*)(Table&)> cLies = {
              return HOPBOX_OK;
          };
      }},
-    {"fonts that are no UTF-8",
-     [](Table& table) {
-         table.get_missing_fonts = [](void*, Handle, const hopbox_sink* sink) -> int32_t {
-             sink->put(sink->context, "\xFF", 1);
-             return HOPBOX_OK;
-         };
-     }},
-    {"no page",
-     [](Table& table) {
-         table.get_page_count = [](void*, Handle, int32_t* count) -> int32_t {
-             *count = 0;
-             return HOPBOX_OK;
-         };
-     }},
+    {"fonts that are no UTF-8", [](Table& table) { table.get_missing_fonts = GiveText<cNoUtf8>; }},
+    {"no page", [](Table& table) { table.get_page_count = GiveNumber<0>; }},
     {"a document of nothing",
      [](Table& table) {
          table.get_front_document = [](void*, Handle* document) -> int32_t {
@@ -314,20 +308,8 @@ const std::map<QByteArray, void (*)(Table&)> cLies = {
          };
      }},
     {"a document that is unsaved for ever", [](Table& table) { table.save_document = Give<HOPBOX_FAILED>; }},
-    {"a book without a file",
-     [](Table& table) {
-         table.get_book_file = [](void*, Handle, const hopbox_sink* sink) -> int32_t {
-             sink->put(sink->context, "Sample", 6);
-             return HOPBOX_OK;
-         };
-     }},
-    {"a book's name that is no UTF-8",
-     [](Table& table) {
-         table.get_book_name = [](void*, Handle, const hopbox_sink* sink) -> int32_t {
-             sink->put(sink->context, "\xFF", 1);
-             return HOPBOX_OK;
-         };
-     }},
+    {"a book without a file", [](Table& table) { table.get_book_file = GiveText<cSample>; }},
+    {"a book's name that is no UTF-8", [](Table& table) { table.get_book_name = GiveText<cNoUtf8>; }},
     {"any document of a book",
      [](Table& table) {
          table.get_book_document_file = [](void* host, Handle book, int32_t,
@@ -335,13 +317,7 @@ const std::map<QByteArray, void (*)(Table&)> cLies = {
              return HostTable::GetTable().get_book_document_file(host, book, 0, sink);
          };
      }},
-    {"an empty book",
-     [](Table& table) {
-         table.get_book_document_count = [](void*, Handle, int32_t* count) -> int32_t {
-             *count = 0;
-             return HOPBOX_OK;
-         };
-     }},
+    {"an empty book", [](Table& table) { table.get_book_document_count = GiveNumber<0>; }},
     {"a book that is not saved", [](Table& table) { table.save_book = Give<HOPBOX_FAILED>; }},
     {"books left open", [](Table&) { leavesBooksOpen = true; }},
     {"no token",
@@ -443,19 +419,8 @@ const std::map<QByteArray, void (*)(Table&)> cLies = {
          };
      }},
     {"any save", [](Table& table) { table.save_document = Give<HOPBOX_OK>; }},
-    {"always saved",
-     [](Table& table) {
-         table.is_document_saved = [](void*, Handle, int32_t* isSaved) -> int32_t {
-             *isSaved = 1;
-             return HOPBOX_OK;
-         };
-     }},
-    {"a book that stays modified", [](Table& table) {
-         table.is_book_modified = [](void*, Handle, int32_t* isModified) -> int32_t {
-             *isModified = 1;
-             return HOPBOX_OK;
-         };
-     }}};
+    {"always saved", [](Table& table) { table.is_document_saved = GiveNumber<1>; }},
+    {"a book that stays modified", [](Table& table) { table.is_book_modified = GiveNumber<1>; }}};
 }  // namespace
 
 extern "C" Q_DECL_EXPORT const hopbox_adaptor* hopbox_adaptor_entry(uint32_t)
