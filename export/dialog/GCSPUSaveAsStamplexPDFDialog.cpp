@@ -28,6 +28,7 @@
 #include <QScreen>
 #include <QSignalBlocker>
 #include <QTimer>
+#include <QWindow>
 
 namespace
 {
@@ -207,22 +208,43 @@ void GCSPUSaveAsStamplexPDFDialog::OnCollapsibleButtonClicked()
     adjustSize();
 }
 
-// OK and Cancel are always within reach: the dialog stays on its screen, and what is too high for that
-// scrolls.
+void GCSPUSaveAsStamplexPDFDialog::showEvent(QShowEvent* event)
+{
+    windowHandle()->installEventFilter(this);
+    GQUIWindow::showEvent(event);
+}
+
 void GCSPUSaveAsStamplexPDFDialog::resizeEvent(QResizeEvent* event)
 {
     GQUIWindow::resizeEvent(event);
-    const QRect room = screen()->availableGeometry();
-    const QSize frame = frameGeometry().size() - size();
+    KeepOnScreen();
+}
+
+// A window manager may give the frame, or another one, after Qt has looked at it, and Qt is not told: it
+// looks again when the window system has carried out a change of size. Then the window is exposed.
+bool GCSPUSaveAsStamplexPDFDialog::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Expose && windowHandle()->frameMargins() != mFrame)
+        KeepOnScreen();
+    return GQUIWindow::eventFilter(watched, event);
+}
+
+// OK and Cancel are always within reach: the dialog stays on its screen, and what is too high for that
+// scrolls.
+void GCSPUSaveAsStamplexPDFDialog::KeepOnScreen()
+{
+    mFrame = windowHandle() == nullptr ? QMargins() : windowHandle()->frameMargins();
+    const QRect room = screen()->availableGeometry().marginsRemoved(mFrame);
     const int rest = layout()->totalSizeHint().height() - mForm.adjustment->sizeHint().height();
     if (!mForm.options->isHidden() && !mForm.options->IsCollapsed())
-        mForm.adjustment->SetMostHeight(room.height() - frame.height() - rest);
+        mForm.adjustment->SetMostHeight(room.height() - rest);
     if (!isVisible())
         return;
-    const QPoint most =
-        room.bottomRight() + QPoint(1, 1) - QPoint(width() + frame.width(), height() + frame.height());
-    move(std::max(room.left(), std::min(pos().x(), most.x())),
-         std::max(room.top(), std::min(pos().y(), most.y())));
+    const QPoint most = room.bottomRight() + QPoint(1, 1) - QPoint(width(), height());
+    const QPoint place = geometry().topLeft();
+    const QPoint kept(std::max(room.left(), std::min(place.x(), most.x())),
+                      std::max(room.top(), std::min(place.y(), most.y())));
+    move(pos() + kept - place);  // pos() may be that of an older frame
 }
 
 // Once for each selection, and only for those who look at the options: the project's archive is opened for

@@ -32,7 +32,9 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     bool focusNextPrevChild(bool next) override;
+    void showEvent(QShowEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private slots:
     void OkOrRemoveClicked();
@@ -60,6 +62,8 @@ private:
     void Submit();
     void StoreChoices();
 
+    void KeepOnScreen();
+
     bool IsRemoving() const;
     void OnModeChanged();
     void TakeFocus();
@@ -70,5 +74,6 @@ private:
     OkButtonMode* mMode;
     bool mIsAdjustable = false;  // the selected Hopbox lets the user adjust the options
     bool mHasDefaults = false;   // of the selected Hopbox's job options
+    QMargins mFrame;             // within which the dialog was kept on its screen
     QPointer<QWidget> mFocusBeforeAlt;
 };

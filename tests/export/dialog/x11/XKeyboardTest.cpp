@@ -6,7 +6,9 @@
 
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QProcess>
 #include <QScreen>
+#include <QWindow>
 
 extern std::unique_ptr<XServer> xServer;
 
@@ -27,6 +29,23 @@ protected:
         for (const char* name : names)
             Add(name, name);
         Open();
+    }
+
+    // As a window manager tells it.
+    void SetFrame(const QMargins& frame)
+    {
+        QStringList widths;
+        for (const int width : {frame.left(), frame.right(), frame.top(), frame.bottom()})
+            widths.append(QString::number(static_cast<quint32>(width)));
+        const QStringList words{"-id"_q,
+                                QString::number(mDialog->winId()),
+                                "-f"_q,
+                                "_NET_FRAME_EXTENTS"_q,
+                                "32c"_q,
+                                "-set"_q,
+                                "_NET_FRAME_EXTENTS"_q,
+                                widths.join(", "_q)};
+        EXPECT_EQ(QProcess::execute("xprop"_q, words), 0);
     }
 
     void MoveMouseTo(const QWidget& widget)
@@ -120,19 +139,35 @@ TEST_F(XKeyboardTest, WhereTheWindowManagerKeepsAltWithAClickEnterAndTheListsMen
     }
 }
 
-// Offscreen, windows have no frame.
+// Offscreen, windows have no frame. Qt asks for it when the window is moved or resized, and is not told when
+// the window manager gives another one later: here, when it is gone, the test does.
 TEST_F(XKeyboardTest, OKAndCancelStayOnTheScreenWithinTheFrameOfTheWindowManager)
 {
+    const auto expectKept = [&](const QMargins& frame) {
+        const QRect room = mDialog->screen()->availableGeometry().marginsRemoved(frame);
+        Find("Options").click();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return room.contains(mDialog->geometry()); }))
+            << mDialog->geometry().bottom() << " " << room.bottom();
+    };
+    const auto moveAndWaitFor = [&](const std::function<bool(const QMargins&)>& isFrame) {
+        mDialog->move(500, 400);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return isFrame(mDialog->windowHandle()->frameMargins()); }));
+    };
     OpenWith({"a"});
-    EXPECT_TRUE(QTest::qWaitFor([&] { return mDialog->frameGeometry().height() > mDialog->height(); }));
-    const QRect room = mDialog->screen()->availableGeometry();
-    const QPoint frame = mDialog->frameGeometry().bottomRight() - mDialog->geometry().bottomRight();
-    EXPECT_GT(frame.y(), 0) << "a window manager without a frame proves nothing";
-    mDialog->move(room.right() - 100, room.bottom() - 100);
-    QTest::qWait(100);
-    Find("Options").click();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return room.contains(mDialog->frameGeometry()); }))
-        << mDialog->frameGeometry().bottom() << " " << room.bottom();
+    moveAndWaitFor([](const QMargins& frame) { return frame.top() > 0 && frame.bottom() > 0; });
+    expectKept(mDialog->windowHandle()->frameMargins());
+    const QMargins given(40, 50, 40, 40);
+    for (const QMargins& before : {QMargins(), QMargins(0, 200, 0, -226)}) {
+        SCOPED_TRACE(before.bottom());
+        xServer->StartManager(false);
+        OpenWith({"a"});
+        xServer->StopManager();
+        SetFrame(before);
+        moveAndWaitFor([&](const QMargins& frame) { return frame == before; });
+        SetFrame(given);
+        expectKept(given);
+    }
+    xServer->StartManager(false);
 }
 
 // From the menu to the alert, with Enter held down long on the way.

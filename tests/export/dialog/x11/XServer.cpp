@@ -57,8 +57,7 @@ XServer::~XServer()
 
 void XServer::StartManager(bool keepsAltClick)
 {
-    if (mManager.state() != QProcess::NotRunning)
-        Stop(mManager);
+    StopManager();
     const QByteArray click =
         R"(<mousebind button="A-Left" action="Press"><action name="Raise"/></mousebind>)";
     const QByteArray config =
@@ -71,6 +70,12 @@ void XServer::StartManager(bool keepsAltClick)
     ASSERT_TRUE(WriteFile(file, config));
     Start(mManager, "openbox", {"--sm-disable"_q, "--config-file"_q, file, "--startup"_q, "echo ready"_q});
     EXPECT_TRUE(mManager.waitForReadyRead(30000));
+}
+
+void XServer::StopManager()
+{
+    if (mManager.state() != QProcess::NotRunning)
+        Stop(mManager);
 }
 
 void XServer::Do(const char* words)

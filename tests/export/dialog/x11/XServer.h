@@ -15,6 +15,7 @@ public:
 
     // Whether the window manager keeps Alt with a click for itself. Restarts it.
     void StartManager(bool keepsAltClick);
+    void StopManager();
 
     // Sends keys and mouse events as a keyboard and a mouse would, in the words of xdotool, and waits until
     // they have reached the program.
