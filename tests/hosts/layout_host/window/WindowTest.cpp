@@ -1,4 +1,5 @@
 #include "hosts/layout_host/window/HostWindow.h"
+#include "hosts/scribus/host/PlugInModule.h"
 #include "hosts/scribus/panels/BookPanel.h"
 #include "hosts/scribus/panels/HostTexts.h"
 #include "hosts/scribus/panels/PositionedMenu.h"
@@ -190,14 +191,23 @@ TEST(HostWindow, SpeaksTheLanguageOfTheSystem)
     {
         const char* locale;
         const char* text;
-    } cases[] = {{"de_AT", "Kein Buch ist ge\u00F6ffnet."},
-                 {"fr_CA", "Aucun livre n\u2019est ouvert."},
-                 {"pt_BR", "No book is open."}};
+        const char* module;
+    } cases[] = {{"de_AT", "Kein Buch ist ge\u00F6ffnet.",
+                  "Das Plug-in \u201E%1\u201C kann nicht benutzt werden: "
+                  "Es hat keinen Einsprungpunkt \u201Ehopbox_plugin\u201C."},
+                 {"fr_CA", "Aucun livre n\u2019est ouvert.",
+                  "Le module externe \u00AB %1 \u00BB ne peut pas \u00EAtre utilis\u00E9 : "
+                  "il n\u2019a pas de point d\u2019entr\u00E9e \u00AB hopbox_plugin \u00BB."},
+                 {"pt_BR", "No book is open.",
+                  "The plug-in \"%1\" can't be used: it has no entry \"hopbox_plugin\"."}};
     ScribusHost host;
     for (const auto& item : cases) {
         HostTexts::Load(QLocale(QLatin1String(item.locale)));
         const BookPanel panel(host, nullptr);
         EXPECT_EQ(panel.findChild<QListWidget*>()->item(0)->text(), QString::fromUtf8(item.text));
+        PlugInModule module;
+        EXPECT_FALSE(module.Load("libm.so.6"_q, host));
+        EXPECT_EQ(module.GetError(), QString::fromUtf8(item.module).arg("libm.so.6"_q));
         for (const QTranslator* translator : qApp->findChildren<QTranslator*>())
             delete translator;
     }
