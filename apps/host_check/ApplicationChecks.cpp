@@ -38,8 +38,19 @@ void ApplicationChecks::CheckModalState()
         return;
     mReport.Expect(mHost.Call(&Table::begin_modal, &inner) == HOPBOX_OK, "begin_modal",
                    QStringLiteral("a second one within the first"));
+    ExpectResting("begin_modal", 1);
     table.end_modal(mHost.GetHost(), inner);
     table.end_modal(mHost.GetHost(), outer);
+    ExpectResting("end_modal", 0);
+}
+
+void ApplicationChecks::ExpectResting(const char* operation, int wanted)
+{
+    int32_t isResting = -1;
+    if (mAdaptor.is_resting != nullptr)
+        mReport.Expect(
+            mAdaptor.is_resting(mAdaptor.host, &isResting) == HOPBOX_OK && isResting == wanted, operation,
+            wanted != 0 ? QStringLiteral("the host rests") : QStringLiteral("the host rests no more"));
 }
 
 void ApplicationChecks::CheckAlerts()

@@ -21,6 +21,7 @@ public:
 private:
     void CheckUnit();
     void CheckModalState();
+    void ExpectResting(const char* operation, int wanted);
     void CheckAlerts();
     void CheckActions();
     bool HasMenus() const;

@@ -71,6 +71,8 @@ void CommandChecks::Run()
     for (const int32_t kind : {0, HOPBOX_PACKAGE_BOOK + 1, 99})
         mReport.Expect(mHost.Call(&Table::create_command, kind, &none.value) == HOPBOX_UNSUPPORTED,
                        "create_command", QStringLiteral("HOPBOX_UNSUPPORTED for kind %1").arg(kind));
+    mReport.Expect(mHost.Call(&Table::run_command, Handle(0)) != HOPBOX_OK, "run_command",
+                   QStringLiteral("the handle 0, which is none, is refused"));
     HeldHandle document(mHost);
     if (mHost.Call(&Table::get_front_document, &document.value) == HOPBOX_OK) {
         CheckKind(HOPBOX_EXPORT_DOCUMENT, document.value);
@@ -189,7 +191,7 @@ bool CommandChecks::TellBookSettings()
 bool CommandChecks::TellPages(Handle command, Handle document)
 {
     uint32_t page = 0;
-    return mHost.Call(&Table::get_page, document, 0, &page) == HOPBOX_OK &&
+    return Tell("get_page", &Table::get_page, document, 0, &page) &&
            Tell("set_pages", &Table::set_pages, command, document, static_cast<const uint32_t*>(&page),
                 size_t(1), 0);
 }

@@ -112,6 +112,7 @@ bool TableChecks::CheckTable()
     lackHand(mAdaptor.cancel_next, "cancel_next", "cancelling is not tried");
     lackHand(mAdaptor.open_unsaved, "open_unsaved", "saving is not tried");
     lackHand(mAdaptor.answer_alert, "answer_alert", "alerts are not tried");
+    lackHand(mAdaptor.is_resting, "is_resting", "whether the host rests is not tried");
     if (isUsable)
         ExpectNothingOpen();
     return isUsable;
@@ -190,6 +191,8 @@ void TableChecks::CheckDocument()
 void TableChecks::CheckPages(Handle document)
 {
     int32_t count = 0;
+    mReport.Expect(IsRefused(mHost.Call(&Table::get_page_count, Handle(0), &count)), "get_page_count",
+                   QStringLiteral("the handle 0, which is none, is refused"));
     mReport.Expect(
         mHost.Call(&Table::get_page_count, document, &count) == HOPBOX_OK && count >= 2 && count <= 1000,
         "get_page_count", QStringLiteral("two pages or more"));
@@ -295,6 +298,10 @@ void TableChecks::CheckSaving()
                        QStringLiteral("0 for a document that is not saved"));
         if (mHost.Call(&Table::get_front_document, &document.value) != HOPBOX_OK)
             return;
+        TextTaker file;
+        if (table.get_document_file != nullptr &&
+            mHost.Call(&Table::get_document_file, document.value, file.Get()) != HOPBOX_NONE)
+            ExpectOneText("get_document_file", HOPBOX_OK, file, true);
         const bool isSaved = mHost.Call(&Table::save_document, document.value) == HOPBOX_OK;
         mReport.Expect(isSaved == canBeSaved && QFile::exists(path) == canBeSaved, "save_document",
                        canBeSaved ? QStringLiteral("the document is in its file")

@@ -43,6 +43,9 @@ typedef struct hopbox_adaptor
 
     /* Has the user press a button of the next show_alert; buttons are counted from 1. */
     int32_t (*answer_alert)(void* host, int32_t button);
+
+    /* Whether the host rests: from begin_modal until end_modal. */
+    int32_t (*is_resting)(void* host, int32_t* is_resting);
 } hopbox_adaptor;
 
 #define HOPBOX_ADAPTOR_ENTRY_NAME "hopbox_adaptor_entry"

@@ -32,10 +32,11 @@
  * null for one that gives HOPBOX_UNSUPPORTED. A size that ends within a function does not reach it. A table
  * of another version is refused.
  *
- * Handles. Numbers of the host's choice, such as pointers or places in a table; 0 is none. Each handle that
- * an operation gives belongs to the plug-in, which gives it back with `release` once. The host may give the
- * same number several times and counts how often then. The plug-in gives all handles back before `do_action`,
- * `export_to`, `get_action_state`, `startup`, `shutdown` or `unload` returns.
+ * Handles. Numbers of the host's choice, such as pointers or places in a table; 0 is none, and an operation
+ * on it fails. Each handle that an operation gives belongs to the plug-in, which gives it back with `release`
+ * once. The host may give the same number several times and counts how often then. The plug-in gives all
+ * handles back before `do_action`, `export_to`, `get_action_state`, `startup`, `shutdown` or `unload`
+ * returns.
  *
  * Texts. UTF-8 with a length in bytes, without a zero byte at the end; at most HOPBOX_LONGEST_TEXT bytes. A
  * longer text, or a null pointer with a length, is a fault, and so are more than 100,000 texts of one list.

@@ -70,6 +70,8 @@ static int32_t get_document_file(void* host, hopbox_handle document, const hopbo
 
 static int32_t get_page_count(void* host, hopbox_handle document, int32_t* count)
 {
+    if (document == 0)
+        return HOPBOX_FAILED;
     *count = tiny_count_pages(host);
     return HOPBOX_OK;
 }
@@ -169,11 +171,9 @@ static int32_t set_document(void* host, hopbox_handle command, hopbox_handle doc
 static int32_t add_file(const tiny_command* command, const char* leaf, const char* bytes, size_t length)
 {
     char path[2 * TINY_PATH];
-    FILE* file;
-    int is_whole;
     snprintf(path, sizeof path, "%s/%s", command->output, leaf);
-    file = tiny_open_file(path, "wb");
-    is_whole = file != NULL && fwrite(bytes, 1, length, file) == length;
+    FILE* const file = tiny_open_file(path, "wb");
+    const int is_whole = file != NULL && fwrite(bytes, 1, length, file) == length;
     return file != NULL && fclose(file) == 0 && is_whole ? HOPBOX_OK : HOPBOX_FAILED;
 }
 
@@ -182,13 +182,13 @@ static int32_t run_command(void* context, hopbox_handle handle)
     const tiny_host* const host = context;
     const tiny_command* const command = get_command(handle);
     const char* leaf = host->path + strlen(host->path);
+    if (command == NULL || command->output[0] == 0)
+        return HOPBOX_FAILED;
     if (command->kind == HOPBOX_EXPORT_DOCUMENT)
         return command->pages != NULL && tiny_write_pdf(host, command->bleed, command->pages,
                                                         command->page_count, command->output)
                    ? HOPBOX_OK
                    : HOPBOX_FAILED;
-    if (command->output[0] == 0)
-        return HOPBOX_FAILED;
     while (leaf > host->path && leaf[-1] != '/' && leaf[-1] != '\\')
         --leaf;
     return add_file(command, leaf, host->text, host->length);

@@ -40,6 +40,9 @@ State& GetState()
 bool hasFront = false;
 bool leavesOpen = false;
 bool leavesBooksOpen = false;
+bool namesFileEarly = false;
+int32_t closing = HOPBOX_OK;
+QString savePath;
 
 int32_t OpenSample(void*, const hopbox_text* folder)
 {
@@ -65,7 +68,7 @@ int32_t CloseAll(void*)
     if (!leavesBooksOpen)
         GetState().services.books.clear();
     hasFront = leavesOpen;
-    return HOPBOX_OK;
+    return closing;
 }
 
 // What was opened without a window is not in front.
@@ -102,11 +105,18 @@ int32_t RunCommand(void* host, Handle command)
     return result;
 }
 
+int32_t IsResting(void*, int32_t* isResting)
+{
+    *isResting = GetState().services.modalTokens.empty() ? 0 : 1;
+    return HOPBOX_OK;
+}
+
 int32_t OpenUnsaved(void*, const hopbox_text* path)
 {
     auto& documents = GetState().services.documents;
+    savePath = Read(*path);
     documents.insert(documents.begin(), documents.front());
-    documents.front().path = Read(*path);
+    documents.front().path = namesFileEarly ? savePath : QString();
     documents.front().isSaved = false;
     return HOPBOX_OK;
 }
@@ -175,9 +185,10 @@ int32_t GiveNumber(void*, Handle, int32_t* answer)
 
 int32_t SaveDocument(void* host, Handle document)
 {
-    QFile file(GetState().services.documents.front().path);
-    return file.open(QIODevice::WriteOnly) ? HostTable::GetTable().save_document(host, document)
-                                           : int32_t(HOPBOX_FAILED);
+    if (!WriteFile(savePath, "document"))
+        return HOPBOX_FAILED;
+    GetState().services.documents.front().path = savePath;
+    return HostTable::GetTable().save_document(host, document);
 }
 
 const std::map<QByteArray, void (*)(Table&)> cLies = {
@@ -209,6 +220,40 @@ const std::map<QByteArray, void (*)(Table&)> cLies = {
          };
      }},
     {"any job options", [](Table& table) { table.read_job_options = Give<HOPBOX_OK>; }},
+    {"pages of one handle",
+     [](Table& table) {
+         table.get_page = [](void* host, Handle document, int32_t index, uint32_t* page) -> int32_t {
+             static const Handle first = document;
+             return document == first ? HostTable::GetTable().get_page(host, document, index, page)
+                                      : int32_t(HOPBOX_FAILED);
+         };
+     }},
+    {"a document of no handle",
+     [](Table& table) {
+         table.get_page_count = [](void* host, Handle document, int32_t* count) -> int32_t {
+             return document == 0 ? int32_t(HOPBOX_OK)
+                                  : HostTable::GetTable().get_page_count(host, document, count);
+         };
+     }},
+    {"a command of no handle",
+     [](Table& table) {
+         table.run_command = [](void* host, Handle command) -> int32_t {
+             return command == 0 ? int32_t(HOPBOX_OK) : RunCommand(host, command);
+         };
+     }},
+    {"a file that is not there yet", [](Table&) { namesFileEarly = true; }},
+    {"documents that don't close", [](Table&) { closing = HOPBOX_FAILED; }},
+    {"a rest without an end", [](Table& table) { table.end_modal = [](void*, uint64_t) {}; }},
+    {"no rest",
+     [](Table& table) {
+         table.begin_modal = [](void*, uint64_t* token) -> int32_t {
+             *token = 1;
+             return HOPBOX_OK;
+         };
+     }},
+    {"no setting", [](Table& table) { table.set_switch = Give<HOPBOX_FAILED>; }},
+    {"no length", [](Table& table) { table.set_length = Give<HOPBOX_FAILED>; }},
+    {"no package setting", [](Table& table) { table.set_package_setting = Give<HOPBOX_FAILED>; }},
     {"any setting", [](Table& table) { table.set_switch = Give<HOPBOX_OK>; }},
     {"any length", [](Table& table) { table.set_length = Give<HOPBOX_OK>; }},
     {"any package setting", [](Table& table) { table.set_package_setting = Give<HOPBOX_OK>; }},
@@ -426,8 +471,8 @@ const std::map<QByteArray, void (*)(Table&)> cLies = {
 extern "C" Q_DECL_EXPORT const hopbox_adaptor* hopbox_adaptor_entry(uint32_t)
 {
     static const hopbox_adaptor adaptor = {
-        sizeof adaptor, HOPBOX_VERSION, &GetState().table, &GetState().host, OpenSample,
-        CloseAll,       CountHandles,   CancelNext,        OpenUnsaved,      AnswerAlert};
+        sizeof adaptor, HOPBOX_VERSION, &GetState().table, &GetState().host, OpenSample, CloseAll,
+        CountHandles,   CancelNext,     OpenUnsaved,       AnswerAlert,      IsResting};
     GetState().table.show_alert = ShowAlert;
     GetState().table.create_command = CreateCommand;
     GetState().table.get_front_document = GetFrontDocument;

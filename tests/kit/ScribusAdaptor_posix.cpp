@@ -93,6 +93,12 @@ int32_t AnswerAlert(void*, int32_t button)
     return HOPBOX_OK;
 }
 
+int32_t IsResting(void*, int32_t* isResting)
+{
+    *isResting = GetState().services.IsModal() ? 1 : 0;
+    return HOPBOX_OK;
+}
+
 int32_t OpenUnsaved(void*, const hopbox_text* path)
 {
     GetState().user.savePath = Read(*path);
@@ -105,6 +111,6 @@ extern "C" Q_DECL_EXPORT const hopbox_adaptor* hopbox_adaptor_entry(uint32_t)
     static const hopbox_adaptor adaptor = {sizeof adaptor,   HOPBOX_VERSION, &HostTable::GetTable(),
                                            &GetState().host, OpenSample,     CloseAll,
                                            CountHandles,     CancelNext,     OpenUnsaved,
-                                           AnswerAlert};
+                                           AnswerAlert,      IsResting};
     return &adaptor;
 }
