@@ -114,9 +114,7 @@ static const QString cCheck = cKit + "/moved/bin/hopbox-host-check"_q;
 
 TEST(HostCheck, FindsNoFaultInOurAdaptors)
 {
-    QStringList libraries = QStringList{QStringLiteral(FAKE_ADAPTOR)};
-    if (!QStringLiteral(SCRIBUS_ADAPTOR).isEmpty())
-        libraries.append(QStringLiteral(SCRIBUS_ADAPTOR));
+    QStringList libraries = QStringLiteral(OUR_ADAPTORS).split(QLatin1Char(','));
     const int withBooks = libraries.size();
     for (const QString& compiler : QStringLiteral(KIT_COMPILERS).split(QLatin1Char(',')))
         libraries.append(cKit + QLatin1Char('/') + compiler + "/tiny-adaptor"_q +

@@ -1,11 +1,24 @@
 #include "hosts/indesign/bridge/ScriptHost.h"
 
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
 namespace
 {
 void PutText(const hopbox_sink* sink, const QString& text)
 {
     const QByteArray bytes = text.toUtf8();
     sink->put(sink->context, bytes.constData(), static_cast<size_t>(bytes.size()));
+}
+
+// The application does not take back what a command has made before the user cancels it.
+void Remove(const QString& output)
+{
+    if (QFileInfo(output).isDir())
+        QDir(output).removeRecursively();
+    else
+        QFile::remove(output);
 }
 }  // namespace
 
@@ -77,5 +90,8 @@ int32_t ScriptHost::Run(ScriptCommand& command)
             settings.append(isOn);
         arguments.insert(QStringLiteral("settings"), settings);
     }
-    return Ask(cOperations[command.kind], arguments, true).result;
+    const int32_t result = Ask(cOperations[command.kind], arguments, true).result;
+    if (result == HOPBOX_CANCELLED)
+        Remove(command.output);
+    return result;
 }

@@ -42,7 +42,7 @@ private:
     QVector<int32_t> mActions;
     std::map<hopbox_handle, ScriptCommand> mCommands;
     hopbox_handle mLastCommand = cFirstCommand;
-    QJsonArray mPages;  // of the document that was counted last
+    QJsonArray mPages;  // of the document that was asked last
     hopbox_handle mPagesOf = 0;
     QJsonArray mBookPreset;  // the settings of the next book
 

@@ -113,7 +113,7 @@ struct HostFunctions
     }
 
     // A question for each page would take longer than the export.
-    static int32_t GetPageCount(void* host, hopbox_handle document, int32_t* count)
+    static int32_t AskForPages(void* host, hopbox_handle document)
     {
         const BridgeTalk::Answer answer = Get(host).Ask("get_pages", OfDocument(document));
         if (answer.result != HOPBOX_OK)
@@ -122,15 +122,26 @@ struct HostFunctions
             return HOPBOX_FAILED;
         Get(host).mPages = answer.value.toArray();
         Get(host).mPagesOf = document;
-        *count = Get(host).mPages.size();
         return HOPBOX_OK;
+    }
+
+    static int32_t GetPageCount(void* host, hopbox_handle document, int32_t* count)
+    {
+        const int32_t result = AskForPages(host, document);
+        if (result == HOPBOX_OK)
+            *count = Get(host).mPages.size();
+        return result;
     }
 
     static int32_t GetPage(void* host, hopbox_handle document, int32_t index, uint32_t* page)
     {
-        const bool isCounted =
-            document == Get(host).mPagesOf && index >= 0 && index < Get(host).mPages.size();
-        return isCounted && ReadPage(Get(host).mPages.at(index), *page) ? HOPBOX_OK : HOPBOX_FAILED;
+        const int32_t result =
+            document == Get(host).mPagesOf ? int32_t(HOPBOX_OK) : AskForPages(host, document);
+        if (result != HOPBOX_OK)
+            return result;
+        const QJsonArray& pages = Get(host).mPages;
+        return index >= 0 && index < pages.size() && ReadPage(pages.at(index), *page) ? HOPBOX_OK
+                                                                                      : HOPBOX_FAILED;
     }
 
     static bool ReadPage(const QJsonValue& value, uint32_t& page)

@@ -82,14 +82,20 @@ namespace Hopbox {
     }
   }
 
+  // Documents that were opened without a window are none that the user sees.
+  export function hasFrontDocument(): boolean {
+    for (let i = 0; i < app.documents.length; i++) if (app.documents.item(i).visible) return true
+    return false
+  }
+
   function frontDocument(): Document {
-    if (app.documents.length === 0) throw new Stop(NONE)
+    if (!hasFrontDocument()) throw new Stop(NONE)
     return app.activeDocument
   }
 
   export const documentOperations: Operations = {
     get_unit: function () {
-      const preferences = app.documents.length > 0 ? app.activeDocument.viewPreferences : app.viewPreferences
+      const preferences = hasFrontDocument() ? app.activeDocument.viewPreferences : app.viewPreferences
       return unitOf(preferences.horizontalMeasurementUnits)
     },
     get_front_document: function () {

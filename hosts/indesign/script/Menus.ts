@@ -110,7 +110,7 @@ namespace Hopbox {
 
   function onDisplay(entry: Entry): void {
     const state = isConnected() ? askState(entry.action) : null
-    const isThere = entry.action === entries[0].action ? app.documents.length > 0 : app.books.length > 0
+    const isThere = entry.action === entries[0].action ? hasFrontDocument() : app.books.length > 0
     if (entry.item === null) return
     entry.item.properties = state === null ? { enabled: isThere } : { enabled: state.enabled, title: state.name }
   }

@@ -1,7 +1,7 @@
 //@target indesign
 //@targetengine "hopbox"
 // Compiled by tools/script; edit the TypeScript sources instead.
-// Sources: 90213daa6311e1018a65cd9c59316ee952260380fecfaa3af687d3633bcf1c9f
+// Sources: 7ca4cbfbd410a0cfe94d70e5c1ac2aa2cc986bec0940e57abcf04fcf521f9a56
 "use strict";
 // The script engine has no reader of JSON, and its own evaluation would run what it reads.
 var Hopbox;
@@ -557,14 +557,22 @@ var Hopbox;
             default: return 0;
         }
     }
+    // Documents that were opened without a window are none that the user sees.
+    function hasFrontDocument() {
+        for (var i = 0; i < app.documents.length; i++)
+            if (app.documents.item(i).visible)
+                return true;
+        return false;
+    }
+    Hopbox.hasFrontDocument = hasFrontDocument;
     function frontDocument() {
-        if (app.documents.length === 0)
+        if (!hasFrontDocument())
             throw new Hopbox.Stop(Hopbox.NONE);
         return app.activeDocument;
     }
     Hopbox.documentOperations = {
         get_unit: function () {
-            var preferences = app.documents.length > 0 ? app.activeDocument.viewPreferences : app.viewPreferences;
+            var preferences = hasFrontDocument() ? app.activeDocument.viewPreferences : app.viewPreferences;
             return unitOf(preferences.horizontalMeasurementUnits);
         },
         get_front_document: function () {
@@ -1012,7 +1020,7 @@ var Hopbox;
     }
     function onDisplay(entry) {
         var state = Hopbox.isConnected() ? Hopbox.askState(entry.action) : null;
-        var isThere = entry.action === entries[0].action ? app.documents.length > 0 : app.books.length > 0;
+        var isThere = entry.action === entries[0].action ? Hopbox.hasFrontDocument() : app.books.length > 0;
         if (entry.item === null)
             return;
         entry.item.properties = state === null ? { enabled: isThere } : { enabled: state.enabled, title: state.name };

@@ -241,15 +241,22 @@ function expectQuiet(what) {
   if (app.scriptPreferences.userInteractionLevel !== globals.UserInteractionLevels.NEVER_INTERACT) say({ dialog: what });
 }
 
+// Cancel is pressed at the very end, or once where "cancel" was ordered.
+function cancelIfPressed() {
+  var isPressed = setting.cancelled || setting.cancelledNext;
+  setting.cancelledNext = false;
+  if (isPressed) fail("User canceled this action.", -128);
+}
+
 function exportPdf(format, to, showingOptions, using, pages) {
   if (format !== globals.ExportFormat.PDF_TYPE || !(to instanceof globals.File)) fail("Invalid parameter", 30477);
   if (showingOptions || !(using instanceof globals.PDFExportPreset) || !using.isValid) say({ dialog: "options" });
   expectQuiet("export");
-  if (setting.cancelled) fail("User canceled this action.", -128);
   var values = {};
   for (var name in using.state$.set) values[name] = using.state$.set[name].item || using.state$.set[name];
   say({ exported: to.fsName, pages: pages, preset: values, view: app.pdfExportPreferences.viewPDF });
   writePdf(to, pages);
+  cancelIfPressed();
 }
 
 var packageNames = ["fonts", "links", "profiles", "update", "hidden", "ignore", "report", "idml", "pdf", "style", "hyphenation"];
@@ -269,6 +276,7 @@ function packageFiles(folder, documents, values) {
     }
     if (!native.write(folder.fsName + "/" + documents[i].name, JSON.stringify(content))) return false;
   }
+  cancelIfPressed();
   return true;
 }
 
@@ -276,7 +284,7 @@ function makeDocument(path, isShown) {
   var text = path === null ? '{"pages":["1"],"fonts":[],"links":[]}' : native.read(path);
   if (text === null) fail("The file can't be opened.", 30486);
   var content = JSON.parse(text);
-  var state = { content: content, path: path, name: path === null ? "Untitled-1" : path.replace(/.*\//, ""), modified: false };
+  var state = { content: content, path: path, name: path === null ? "Untitled-1" : path.replace(/.*\//, ""), modified: false, visible: isShown };
   var document = make("Document", state, {
     get_saved: function () { return state.path !== null; },
     get_fullName: function () {
@@ -285,9 +293,10 @@ function makeDocument(path, isShown) {
     },
     get_viewPreferences: function () { return app.viewPreferences; },
     save: function (to) {
-      if (to) state.path = to.fsName;
-      if (state.path === null || setting.cannotSave) fail("The document can't be saved.", 30486);
-      native.write(state.path, JSON.stringify(content));
+      var path = to ? to.fsName : state.path;
+      if (path === null || setting.cannotSave || !native.write(path, JSON.stringify(content)))
+        fail("The document can't be saved.", 30486);
+      state.path = path;
       state.modified = false;
       say({ saved: state.path });
       return document;
@@ -404,8 +413,8 @@ function makeApplication() {
     })
   }, {
     get_activeDocument: function () {
-      if (openDocuments.length === 0) fail("No documents are open.", 30661);
-      return openDocuments[0];
+      for (var i = 0; i < openDocuments.length; i++) if (openDocuments[i].state$.visible) return openDocuments[i];
+      fail("No documents are open.", 30661);
     },
     get_activeBook: function () {
       if (openBooks.length === 0) fail("No books are open.", 30661);
@@ -459,7 +468,9 @@ function obey(command) {
   var path = command.path;
   switch (command["do"]) {
     case "open": makeDocument(path, true); break;
-    case "new": makeDocument(null, true); break;
+    case "new": setting.saveAs = path || setting.saveAs; makeDocument(null, true); break;
+    case "close": while (openDocuments.length > 0) drop(openDocuments, openDocuments[0]); openBooks.length = 0; break;
+    case "cancel": setting.cancelledNext = true; break;
     case "change": app.activeDocument.state$.modified = true; break;
     case "book": makeBook(path); break;
     case "look": choose(command.menu === "book" ? menus[1] : fileMenu, false); break;
