@@ -104,7 +104,7 @@ GMessageRing::PutResult GMessageRing::Put(const GBuffer& message)
         return PutResult::Damaged;
     if (needed > mCapacity - held)
         return PutResult::Full;
-    const size_t place = CopyIn(static_cast<size_t>(write % mCapacity), &length, sizeof length);
+    const size_t place = CopyIn(GetPlace(write), &length, sizeof length);
     CopyIn(place, message.constData(), length);
     header.writePosition.store(write + needed, std::memory_order_seq_cst);
     if (header.isClosed.load(std::memory_order_seq_cst) != 0)
@@ -118,20 +118,22 @@ std::vector<GMessageRing::Entry> GMessageRing::Peek(size_t most, bool* isDamaged
 {
     Header& header = GetHeader(mData);
     uint64_t read = header.readPosition.load(std::memory_order_relaxed);
-    const uint64_t write = header.writePosition.load(std::memory_order_seq_cst);
+    uint64_t write = header.writePosition.load(std::memory_order_acquire);
+    if (read == write)
+        write = LookAgain(read);
     std::vector<Entry> entries;
     *isDamaged = write - read > mCapacity;
     while (!*isDamaged && read != write && entries.size() < most) {
         const uint64_t held = write - read;
-        const uint32_t length = held >= cEntryHeaderSize ? ReadLength(read) : 0;
+        const size_t place = GetPlace(read);
+        const uint32_t length = held >= cEntryHeaderSize ? ReadLength(place) : 0;
         *isDamaged = held < cEntryHeaderSize || length > held - cEntryHeaderSize;
         if (*isDamaged)
             break;
         const uint64_t end = read + cEntryHeaderSize + length;
-        if (TakeUp(read)) {
+        if (TakeUp(place)) {
             entries.push_back({GBuffer(static_cast<int>(length), Qt::Uninitialized), read, end});
-            CopyOut(static_cast<size_t>((read + cEntryHeaderSize) % mCapacity), entries.back().message.data(),
-                    length);
+            CopyOut(Behind(place, cEntryHeaderSize), entries.back().message.data(), length);
         } else if (entries.empty()) {
             Forget(end);
         }
@@ -143,15 +145,26 @@ std::vector<GMessageRing::Entry> GMessageRing::Peek(size_t most, bool* isDamaged
     return entries;
 }
 
+// Who finds nothing goes to sleep, and a sender wakes him who finds the queue empty. Both must not miss each
+// other, and only the order of this store and this load, against those of Put, sees to that. Who finds
+// something looks again anyway, and need not pay for it.
+uint64_t GMessageRing::LookAgain(uint64_t read)
+{
+    Header& header = GetHeader(mData);
+    header.readPosition.store(read, std::memory_order_seq_cst);
+    return header.writePosition.load(std::memory_order_seq_cst);
+}
+
+// The sender who sees this may put his bytes in the place of those that were copied out.
 void GMessageRing::Forget(uint64_t end)
 {
-    GetHeader(mData).readPosition.store(end, std::memory_order_seq_cst);
+    GetHeader(mData).readPosition.store(end, std::memory_order_release);
 }
 
 void GMessageRing::GiveBack(const std::vector<Entry>& entries)
 {
     for (const Entry& entry : entries)
-        GetState(entry.position).fetch_and(cLengthBits);
+        GetState(GetPlace(entry.position)).fetch_and(cLengthBits);
 }
 
 // Nobody else puts anything into the place of the message meanwhile, as that takes the lock.
@@ -159,7 +172,7 @@ GMessageRing::Withdrawal GMessageRing::Withdraw(const GBuffer& message, uint64_t
 {
     const uint64_t length = static_cast<uint64_t>(message.size());
     uint8_t state = static_cast<uint8_t>(length >> 24);
-    std::atomic<uint8_t>& shared = GetState(end - length - cEntryHeaderSize);
+    std::atomic<uint8_t>& shared = GetState(GetPlace(end - length - cEntryHeaderSize));
     if (HasForgotten(end))
         return Withdrawal::TakenOut;
     if (shared.compare_exchange_strong(state, state | cWithdrawn))
@@ -167,23 +180,35 @@ GMessageRing::Withdrawal GMessageRing::Withdraw(const GBuffer& message, uint64_t
     return HasForgotten(end) ? Withdrawal::TakenOut : Withdrawal::TakenUp;
 }
 
-std::atomic<uint8_t>& GMessageRing::GetState(uint64_t position) const
+size_t GMessageRing::GetPlace(uint64_t position) const
 {
-    const size_t place = static_cast<size_t>((position + cStateOffset) % mCapacity);
-    return *reinterpret_cast<std::atomic<uint8_t>*>(mData + cHeaderSize + place);
+    return static_cast<size_t>(position % mCapacity);
 }
 
-uint32_t GMessageRing::ReadLength(uint64_t position) const
+// Divides nothing, as that takes as long as the rest of a look.
+size_t GMessageRing::Behind(size_t place, size_t count) const
 {
-    uint32_t length = 0;
-    CopyOut(static_cast<size_t>(position % mCapacity), &length, cStateOffset);
-    return length | static_cast<uint32_t>(GetState(position) & cLengthBits) << 24;
+    const size_t left = mCapacity - place;
+    return count < left ? place + count : count - left;
+}
+
+std::atomic<uint8_t>& GMessageRing::GetState(size_t place) const
+{
+    return *reinterpret_cast<std::atomic<uint8_t>*>(mData + cHeaderSize + Behind(place, cStateOffset));
+}
+
+uint32_t GMessageRing::ReadLength(size_t place) const
+{
+    uint8_t bytes[cStateOffset];  // one by one: a number put together in memory is slow to read back
+    CopyOut(place, bytes, sizeof bytes);
+    const uint32_t last = GetState(place) & cLengthBits;
+    return bytes[0] | uint32_t{bytes[1]} << 8 | uint32_t{bytes[2]} << 16 | last << 24;
 }
 
 // False when its sender has withdrawn it.
-bool GMessageRing::TakeUp(uint64_t position)
+bool GMessageRing::TakeUp(size_t place)
 {
-    std::atomic<uint8_t>& shared = GetState(position);
+    std::atomic<uint8_t>& shared = GetState(place);
     uint8_t state = shared;
     while ((state & cWithdrawn) == 0) {
         if (shared.compare_exchange_weak(state, state | cTakenUp))

@@ -105,9 +105,16 @@ private:
     size_t CopyIn(size_t place, const void* bytes, size_t length);
     size_t CopyOut(size_t place, void* bytes, size_t length) const;
 
-    std::atomic<uint8_t>& GetState(uint64_t position) const;
-    uint32_t ReadLength(uint64_t position) const;
-    bool TakeUp(uint64_t position);
+    // Where a position lies in the ring, and the place that lies so many bytes behind another; at most the
+    // capacity.
+    size_t GetPlace(uint64_t position) const;
+    size_t Behind(size_t place, size_t count) const;
+
+    // Of the entry that begins at a place.
+    std::atomic<uint8_t>& GetState(size_t place) const;
+    uint32_t ReadLength(size_t place) const;
+    bool TakeUp(size_t place);
+    uint64_t LookAgain(uint64_t read);
 
     uint8_t* mData;
     // As they were when the header was checked; what the header says later does not count.
