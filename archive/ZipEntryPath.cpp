@@ -20,7 +20,9 @@ bool isDeviceName(const QString& name)
                                       QStringLiteral("AUX"),    QStringLiteral("NUL"),
                                       QStringLiteral("CONIN$"), QStringLiteral("CONOUT$")};
     static const QString digits = QStringLiteral("0123456789\u00B9\u00B2\u00B3");
-    QString stem = name.section(QLatin1Char('.'), 0, 0).section(QLatin1Char(':'), 0, 0).toUpper();
+    const auto isEnd = [](QChar character) { return character == u'.' || character == u':'; };
+    const auto end = std::find_if(name.begin(), name.end(), isEnd);
+    QString stem = name.left(static_cast<int>(end - name.begin())).toUpper();
     while (stem.endsWith(QLatin1Char(' ')))
         stem.chop(1);
     const bool isPort = stem.startsWith(QLatin1String("COM")) || stem.startsWith(QLatin1String("LPT"));

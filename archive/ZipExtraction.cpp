@@ -189,6 +189,13 @@ ZipOutcome passContent(ZipReader& reader, const QByteArray& password,
         return {count < 0 ? Step::ReadEntry : Step::CloseEntry, {}, reader.getReason()};
     return {};
 }
+
+QStringList findTargetOf(const ZipEntryPath& path, const ZipEntry& entry, bool isFlat)
+{
+    if (!path.isSafe() || (isFlat && entry.isFolder()))
+        return {};
+    return isFlat ? QStringList(path.parts.mid(path.parts.size() - 1)) : path.parts;
+}
 }  // namespace
 
 ZipOutcome extractEntry(ZipReader& reader, int entryIndex, ZipDestination& destination,
@@ -200,7 +207,7 @@ ZipOutcome extractEntry(ZipReader& reader, int entryIndex, ZipDestination& desti
         return {Step::CheckEntry, {}, path.refusal};
     if (entry.isLink())
         return {Step::CheckEntry, {}, QStringLiteral("it is a symbolic link")};
-    const QStringList parts = findTarget(entry, options.isFlat);
+    const QStringList parts = findTargetOf(path, entry, options.isFlat);
     if (entry.isFolder()) {
         const bool isMade = options.isFlat || destination.makeFolder(parts, getRights(entry, options));
         return {isMade ? Step::Done : Step::MakeFolder, destination.getPath(parts),
@@ -213,10 +220,7 @@ ZipOutcome extractEntry(ZipReader& reader, int entryIndex, ZipDestination& desti
 
 QStringList findTarget(const ZipEntry& entry, bool isFlat)
 {
-    const ZipEntryPath path(entry.name);
-    if (!path.isSafe() || (isFlat && entry.isFolder()))
-        return {};
-    return isFlat ? QStringList(path.parts.mid(path.parts.size() - 1)) : path.parts;
+    return findTargetOf(ZipEntryPath(entry.name), entry, isFlat);
 }
 
 ZipOutcome readEntryContent(ZipReader& reader, const QVector<QByteArray>& passwords, qint64 limit,

@@ -22,9 +22,11 @@ static FileIdentity getIdentityOf(const struct stat& status)
 static bool changeMode(int descriptor, int added, int taken)
 {
     struct stat status = {};
-    return fstat(descriptor, &status) == 0 &&
-           fchmod(descriptor,
-                  ((status.st_mode & 07777) | static_cast<mode_t>(added)) & ~static_cast<mode_t>(taken)) == 0;
+    if (fstat(descriptor, &status) != 0)
+        return false;
+    const mode_t old = status.st_mode & 07777;
+    const mode_t mode = (old | static_cast<mode_t>(added)) & ~static_cast<mode_t>(taken);
+    return mode == old || fchmod(descriptor, mode) == 0;
 }
 
 static bool addModeTo(int descriptor, int mode)
