@@ -1,7 +1,8 @@
 # What `cmake --install` lays out, by component:
 #
-#     runtime   the module in a folder of its own with its texts, the tools, the receiving process, and on Linux
-#               layout-host, which has its script and its texts in itself
+#     runtime   the module in a folder of its own with its texts, the tools, the receiving process, on Linux
+#               layout-host, which has its script and its texts in itself, and on Windows, beside the module,
+#               the helper and the start-up script for InDesign
 #     sdk       what an adaptor is built with: headers, the import library, the CMake package
 #
 # Nothing in it names the place where it was installed.
@@ -27,6 +28,13 @@ if(TARGET hosts_layout_host)
 endif()
 install(TARGETS ${programs}
   RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
+
+if(WIN32)
+  install(TARGETS hosts_indesign
+    RUNTIME DESTINATION "${module_folder}" COMPONENT runtime)
+  install(FILES hosts/indesign/script/hopbox.jsx
+    DESTINATION "${module_folder}" COMPONENT runtime)
+endif()
 
 install(FILES plugin/boundary/hopbox_host.h plugin/boundary/hopbox_adaptor.h
   DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/hopbox" COMPONENT sdk)
