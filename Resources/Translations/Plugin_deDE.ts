@@ -268,6 +268,10 @@ Hopbox: %2</translation>
         <translation>Die Anwendung nennt die fehlenden Schriften eines Dokuments nicht.</translation>
     </message>
     <message>
+        <source>The host does not tell a book&apos;s documents.</source>
+        <translation>Die Anwendung nennt die Dokumente eines Buchs nicht.</translation>
+    </message>
+    <message>
         <source>The host does not do what its command needs.</source>
         <translation>Die Anwendung tut nicht, was ihr Befehl braucht.</translation>
     </message>

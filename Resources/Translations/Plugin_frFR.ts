@@ -268,6 +268,10 @@ Hopbox : %2</translation>
         <translation>L’application n’indique pas les polices manquantes d’un document.</translation>
     </message>
     <message>
+        <source>The host does not tell a book&apos;s documents.</source>
+        <translation>L’application n’indique pas les documents d’un livre.</translation>
+    </message>
+    <message>
         <source>The host does not do what its command needs.</source>
         <translation>L’application ne fait pas ce dont sa commande a besoin.</translation>
     </message>

@@ -25,6 +25,7 @@ private:
     void CheckAlerts();
     void CheckActions();
     bool HasMenus() const;
+    bool HasMenuOf(int action) const;
     int IsActionKnown(int action) const;
 
     const hopbox_adaptor& mAdaptor;

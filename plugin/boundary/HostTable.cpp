@@ -31,6 +31,16 @@ hopbox_result PutFile(const hopbox_sink* sink, const IDFile& file)
     return HOPBOX_OK;
 }
 
+// Gives a number; `otherwise` where it is none, and its place stays as it is then.
+template <class Number>
+hopbox_result Give(Number& place, Number number, Number none, hopbox_result otherwise)
+{
+    if (number == none)
+        return otherwise;
+    place = number;
+    return HOPBOX_OK;
+}
+
 template <class Interface>
 hopbox_result GiveObject(HostTable& table, HostPtr<Interface> Object::*kind, HostPtr<Interface> found,
                          hopbox_handle* handle)
@@ -80,9 +90,10 @@ int32_t ShowAlert(void* host, const hopbox_text* text, const hopbox_text buttons
         const auto read = [](const hopbox_text* label) {
             return PMString::Untranslated(Boundary::Read(label));
         };
-        Out(pressed) = table.GetServices().ModalAlert(read(text), read(&buttons[0]), read(&buttons[1]),
-                                                      read(&buttons[2]), defaultButton, cancelButton);
-        return *pressed == 0 ? HOPBOX_FAILED : HOPBOX_OK;
+        int32_t& place = Out(pressed);
+        const int32_t button = table.GetServices().ModalAlert(
+            read(text), read(&buttons[0]), read(&buttons[1]), read(&buttons[2]), defaultButton, cancelButton);
+        return Give(place, button, 0, HOPBOX_FAILED);
     });
 }
 
@@ -91,8 +102,7 @@ int32_t BeginModal(void* host, uint64_t* token)
     return Guard(host, [&](HostTable& table) {
         const auto modal = table.GetServices().QueryModalUtils();
         uint64_t& place = Out(token);
-        place = modal ? modal->AcquireModalToken() : cNoModalToken;
-        return place == cNoModalToken ? HOPBOX_NONE : HOPBOX_OK;
+        return Give(place, modal ? modal->AcquireModalToken() : cNoModalToken, cNoModalToken, HOPBOX_NONE);
     });
 }
 
@@ -236,8 +246,7 @@ int32_t GetPage(void* host, hopbox_handle document, int32_t index, uint32_t* pag
 {
     return Guard(host, [&](HostTable& table) {
         const auto pages = table.Get(document, &Object::document).QueryPageList();
-        Out(page) = pages ? pages->GetNthPage(index) : cNoUID;
-        return *page == cNoUID ? HOPBOX_NONE : HOPBOX_OK;
+        return Give(Out(page), pages ? pages->GetNthPage(index) : cNoUID, cNoUID, HOPBOX_NONE);
     });
 }
 

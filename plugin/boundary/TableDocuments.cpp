@@ -172,7 +172,8 @@ public:
         if (result == HOPBOX_NONE || result == HOPBOX_UNSUPPORTED)
             return {};
         if (result != HOPBOX_OK)
-            throw std::runtime_error("The host does not tell a book's documents.");
+            throw std::runtime_error(
+                QT_TRANSLATE_NOOP("HostFault", "The host does not tell a book's documents."));
         return MakeTableObject<Content, IBookContent>(mHost, mHandle, count);
     }
 };

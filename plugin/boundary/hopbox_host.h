@@ -190,17 +190,18 @@ typedef struct hopbox_host_table
     int32_t (*begin_modal)(void* host, uint64_t* token);
     void (*end_modal)(void* host, uint64_t token);
 
-    /* --- Menus; without these three the host makes its entries itself --- */
+    /* --- Menus --- */
 
-    /* Whether the host has an action already, from an earlier start or session. */
+    /* Whether the host has an action already, from an earlier start or session. Without it, and where it does
+     * not give HOPBOX_OK, the host makes its actions and entries itself: the next two are not called. */
     int32_t (*is_action_known)(void* host, int32_t action, int32_t* is_known);
 
     /* Adds an action. `area` groups actions where the user edits shortcuts. The name and shortcut come from
-     * get_action_state, each time a menu is shown. */
+     * get_action_state, each time a menu is shown. Without it: the menu items alone. */
     int32_t (*add_action)(void* host, int32_t action, const hopbox_text* area);
 
     /* Puts an action into a menu, named by a path such as "Main:&File", at a position among its entries: they
-     * stand in the order of their positions. */
+     * stand in the order of their positions. Without it: the actions alone. */
     int32_t (*add_menu_item)(void* host, int32_t action, const hopbox_text* menu, double position);
 
     /* --- Documents --- */
@@ -271,8 +272,8 @@ typedef struct hopbox_host_table
     /* --- Commands --- */
 
     /* A command of hopbox_command, with nothing told yet; HOPBOX_UNSUPPORTED where the host has none such.
-     * Without it, read_job_options, set_output, set_pages or run_command nothing is exported; without
-     * set_document and set_book nothing is packaged, and no book is exported without set_book. */
+     * Without it, read_job_options, set_output or run_command nothing is exported; without set_pages no
+     * document is exported, without set_document none is packaged, without set_book no book is either. */
     int32_t (*create_command)(void* host, int32_t kind, hopbox_handle* command);
 
     /* Takes all settings of a PDF from a job options file; on HOPBOX_FAILED they are as they were.
@@ -336,7 +337,7 @@ typedef struct hopbox_plugin_table
     int32_t (*open_actions)(const hopbox_sink* error);
 
     /* Adds the actions and menu entries that the host does not know yet; tells the end of the host's session.
-     */
+     * HOPBOX_NONE before `load`. */
     int32_t (*startup)(void);
     int32_t (*shutdown)(void);
 
@@ -350,8 +351,8 @@ typedef struct hopbox_plugin_table
 
     /* What the entry of an action is to show now: whether it is on, its name in the user's language, and the
      * shortcut that it bears while the user has set none, such as "Alt+Shift+E". The sinks may be null.
-     * HOPBOX_NONE for the about action and for what is not the plug-in's: their entries are the host's
-     * business. */
+     * HOPBOX_NONE for the about action and for what is not the plug-in's, whose entries are the host's
+     * business, and when the actions are not open. */
     int32_t (*get_action_state)(int32_t action, int32_t* is_on, const hopbox_sink* name,
                                 const hopbox_sink* shortcut);
 

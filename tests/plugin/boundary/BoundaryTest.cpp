@@ -243,6 +243,10 @@ TEST_F(Lies, HandlesThatAreNoneAreFailures)
     EXPECT_EQ(table.create_command(&host, 99, &document), HOPBOX_UNSUPPORTED);
     // Nor is a place for an answer that is none written to.
     EXPECT_EQ(table.get_page_count(&host, document, nullptr), HOPBOX_FAILED);
+    party.host.Make(HostOperation::QueryModalUtils, HostAnswer::Absent);
+    uint64_t token = 4711;
+    EXPECT_EQ(table.begin_modal(&host, &token), HOPBOX_NONE);
+    EXPECT_EQ(token, 4711U);
     EXPECT_EQ(table.get_front_document(&host, nullptr), HOPBOX_FAILED);
     EXPECT_EQ(table.create_command(&host, HOPBOX_PACKAGE_DOCUMENT, nullptr), HOPBOX_FAILED);
     table.release(&host, document);
