@@ -506,6 +506,10 @@ Hopbox: %2</translation>
         <translation>Die Anzeige „%1“ ist nicht erreichbar.</translation>
     </message>
     <message>
+        <source>The host&apos;s choices can&apos;t be read.</source>
+        <translation>Was die Anwendung gewählt hat, ist nicht lesbar.</translation>
+    </message>
+    <message>
         <source>The plug-in needs version %1 of the host&apos;s table.</source>
         <translation>Das Plug-in braucht die Version %1 der Tabelle der Anwendung.</translation>
     </message>

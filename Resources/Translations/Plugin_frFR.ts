@@ -506,6 +506,10 @@ Hopbox : %2</translation>
         <translation>l’affichage « %1 » est inaccessible.</translation>
     </message>
     <message>
+        <source>The host&apos;s choices can&apos;t be read.</source>
+        <translation>Les choix de l’application sont illisibles.</translation>
+    </message>
+    <message>
         <source>The plug-in needs version %1 of the host&apos;s table.</source>
         <translation>Le module externe a besoin de la version %1 de la table de l’application.</translation>
     </message>

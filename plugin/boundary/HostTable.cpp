@@ -320,7 +320,9 @@ int32_t IsBookModified(void* host, hopbox_handle book, int32_t* isModified)
 
 int32_t SaveBook(void* host, hopbox_handle book)
 {
-    return Guard(host, [&](HostTable& table) { return ToResult(table.Get(book, &Object::book).Save()); });
+    return GuardCommand(host, [&](HostTable& table, const CancelWatch&) {
+        return ToResult(table.Get(book, &Object::book).Save());
+    });
 }
 
 int32_t GetBookDocumentCount(void* host, hopbox_handle book, int32_t* count)

@@ -28,7 +28,10 @@ Value& Out(Value* place)
 class CancelWatch final : private ICancelObserver
 {
 public:
-    explicit CancelWatch(IHostServices& services) : mServices(services) { mServices.SetCancelObserver(this); }
+    explicit CancelWatch(IHostServices& services) : mServices(services)
+    {
+        HostFault::Contain("HostTable", [this] { mServices.SetCancelObserver(this); });
+    }
     ~CancelWatch()
     {
         HostFault::Contain("HostTable", [this] { mServices.SetCancelObserver(nullptr); });
@@ -46,13 +49,14 @@ private:
 };
 
 // The frame of a function that runs a command of the host's, or may: HOPBOX_CANCELLED where the user has
-// cancelled meanwhile, whatever else it gave.
+// cancelled meanwhile, whatever else it gave or raised.
 template <class Body>
 int32_t GuardCommand(void* host, const Body& body) noexcept
 {
     return Guard(host, [&](HostTable& table) {
         const CancelWatch watch(table.GetServices());
-        const int32_t result = body(table, watch);
+        int32_t result = HOPBOX_FAILED;
+        HostFault::Contain("HostTable", [&] { result = body(table, watch); });
         return watch.IsCancelled() ? int32_t(HOPBOX_CANCELLED) : result;
     });
 }

@@ -14,6 +14,7 @@ namespace
 {
 IPlugIn* plugIn = nullptr;
 PlugInTable::Translator translate = nullptr;
+const char* const cBadChoices = QT_TRANSLATE_NOOP("RefusalText", "The host's choices can't be read.");
 const char* const cBadTable =
     QT_TRANSLATE_NOOP("RefusalText", "The plug-in needs version %1 of the host's table.");
 IActionComponent* actions = nullptr;
@@ -201,9 +202,13 @@ int32_t ExportTo(int32_t action, const hopbox_text* hopbox, const hopbox_text* p
         if (actions == nullptr)
             return int32_t(HOPBOX_NONE);
         ExportChoices choices;
-        choices.hopbox = PMString::Untranslated(Boundary::Read(hopbox));
-        if (pages != nullptr)
-            choices.pages = PMString::Untranslated(Boundary::Read(pages));
+        const bool isRead = HostFault::Contain("hopbox_plugin_table::export_to", [&] {
+            choices.hopbox = PMString::Untranslated(Boundary::Read(hopbox));
+            if (pages != nullptr)
+                choices.pages = PMString::Untranslated(Boundary::Read(pages));
+        });
+        if (!isRead)
+            return int32_t(Refuse(error, translate("RefusalText", cBadChoices)));
         if (includesPackage != HOPBOX_AS_SET)
             choices.includesPackage = includesPackage != 0;
         PMString reason;

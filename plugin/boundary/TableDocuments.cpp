@@ -130,7 +130,7 @@ public:
 
     ErrorCode CloseDocument(IDocument& document, const CloseFlags&) override
     {
-        return mHost.Call(&Table::close_document, TableDocuments::GetHandle(document));
+        return mHost.CallAside(&Table::close_document, TableDocuments::GetHandle(document));
     }
 };
 

@@ -16,16 +16,23 @@ public:
     TableHost(const TableHost&) = delete;
     TableHost& operator=(const TableHost&) = delete;
 
-    // Calls an operation, and tells the observer when the user has cancelled during it. HOPBOX_UNSUPPORTED
-    // where the table has none, HOPBOX_WRONG_THREAD on a thread that is not the one of this object's making.
+    // Calls an operation that the export does not depend on. HOPBOX_UNSUPPORTED where the table has none,
+    // HOPBOX_WRONG_THREAD on a thread that is not the one of this object's making.
     template <class... Parameters, class... Arguments>
-    int32_t Call(int32_t (*hopbox_host_table::*operation)(void*, Parameters...), Arguments... arguments) const
+    int32_t CallAside(int32_t (*hopbox_host_table::*operation)(void*, Parameters...),
+                      Arguments... arguments) const
     {
         if (mThread != std::this_thread::get_id())
             return HOPBOX_WRONG_THREAD;
-        if (mTable.*operation == nullptr)
-            return HOPBOX_UNSUPPORTED;
-        const int32_t result = (mTable.*operation)(mHost, arguments...);
+        return mTable.*operation == nullptr ? int32_t(HOPBOX_UNSUPPORTED)
+                                            : (mTable.*operation)(mHost, arguments...);
+    }
+
+    // Calls any other, and tells the observer when the user has cancelled during it: the caller has to fail.
+    template <class Operation, class... Arguments>
+    int32_t Call(Operation hopbox_host_table::*operation, Arguments... arguments) const
+    {
+        const int32_t result = CallAside(operation, arguments...);
         if (result == HOPBOX_CANCELLED && mCancelObserver != nullptr)
             mCancelObserver->OnCommandCancelled();
         return result;

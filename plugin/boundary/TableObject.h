@@ -31,6 +31,14 @@ inline int32_t CheckIsSupported(int32_t result)
     return result;
 }
 
+// The result of an operation without which the step would go on; raises where the user has cancelled.
+inline int32_t CheckIsNotCancelled(int32_t result)
+{
+    if (result == HOPBOX_CANCELLED)
+        throw std::runtime_error("The user has cancelled.");  // for the log: no alert is shown
+    return result;
+}
+
 // An object of the plug-in's interface that stands for a handle of the host's, or for the host itself.
 template <class Interface>
 class TableObject : public Interface
@@ -85,7 +93,7 @@ protected:
     [[nodiscard]] bool Ask(Operation operation, bool otherwise, bool isFailed) const
     {
         int32_t value = 0;
-        const int32_t result = Call(operation, &value);
+        const int32_t result = CheckIsNotCancelled(Call(operation, &value));
         return result == HOPBOX_OK ? value != 0 : result == HOPBOX_UNSUPPORTED ? otherwise : isFailed;
     }
 
@@ -94,7 +102,8 @@ protected:
     GString TakeText(Operation operation, Arguments... arguments) const
     {
         const Boundary::TextSink sink;
-        const int32_t result = Call(operation, arguments..., static_cast<const hopbox_sink*>(sink));
+        const int32_t result =
+            CheckIsNotCancelled(Call(operation, arguments..., static_cast<const hopbox_sink*>(sink)));
         if (sink.IsFaulty())
             throw std::runtime_error(
                 QT_TRANSLATE_NOOP("HostFault", "The host gave a text that can't be read."));
@@ -128,6 +137,6 @@ template <class Object, class Interface, class Operation, class... Arguments>
 HostPtr<Interface> TakeObject(const TableHost& host, Operation operation, Arguments... arguments)
 {
     hopbox_handle handle = 0;
-    const int32_t result = host.Call(operation, arguments..., &handle);
+    const int32_t result = CheckIsNotCancelled(host.Call(operation, arguments..., &handle));
     return TakeHandle<Object, Interface>(host, result, handle);
 }

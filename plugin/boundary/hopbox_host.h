@@ -219,7 +219,8 @@ typedef struct hopbox_host_table
     int32_t (*open_document)(void* host, const hopbox_text* path, hopbox_handle* document);
 
     /* Closes a document that open_document has opened, at once and without a question. The handle is released
-     * after that. Without it: they stay open. */
+     * after that. Without it, and where it gives anything but HOPBOX_OK: they stay open, and the export goes
+     * on. */
     int32_t (*close_document)(void* host, hopbox_handle document);
 
     /* Whether the file holds the document as it stands. Without it: it does. */
@@ -230,8 +231,8 @@ typedef struct hopbox_host_table
     int32_t (*save_document)(void* host, hopbox_handle document);
 
     /* The document's file, or HOPBOX_NONE when it was never saved; the name that its window bears. PDF and
-     * package are named after the file, without its ending, else after the name. Without them: there is none.
-     */
+     * package are named after the file, else after the name, without what follows the last dot. Without them:
+     * there is none. */
     int32_t (*get_document_file)(void* host, hopbox_handle document, const hopbox_sink* path);
     int32_t (*get_document_name)(void* host, hopbox_handle document, const hopbox_sink* name);
 
@@ -365,10 +366,11 @@ typedef struct hopbox_plugin_table
 
     /* Exports without a dialog and without an alert, for a host's command line and scripts: what do_action
      * does once the user has made these choices. `hopbox` is a Hopbox's name or registry key, `pages` a text
-     * such as "1-3,8" or null for all, `includes_package` 0, 1 or HOPBOX_AS_SET. HOPBOX_OK when a Hopbox
-     * process has taken the result; HOPBOX_FAILED with the text of the alert in `error`; HOPBOX_CANCELLED
-     * when the host's command gave that; HOPBOX_BUSY while an action runs; HOPBOX_NONE when the actions are
-     * not open; HOPBOX_UNSUPPORTED for an action that exports nothing, and for pages of a book. */
+     * such as "1-3,8", null or empty for all, `includes_package` 0, 1 or HOPBOX_AS_SET. HOPBOX_OK when a
+     * Hopbox process has taken the result; HOPBOX_FAILED with the text of the alert in `error`;
+     * HOPBOX_CANCELLED when the host's command gave that; HOPBOX_BUSY while an action runs; HOPBOX_NONE when
+     * the actions are not open; HOPBOX_UNSUPPORTED for an action that exports nothing, and for pages of a
+     * book. */
     int32_t (*export_to)(int32_t action, const hopbox_text* hopbox, const hopbox_text* pages,
                          int32_t includes_package, const hopbox_sink* error);
 } hopbox_plugin_table;

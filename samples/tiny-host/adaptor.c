@@ -41,7 +41,6 @@ static int copy_text(char* to, const hopbox_text* text)
     return snprintf(to, TINY_PATH, "%.*s", (int)text->length, text->bytes) < TINY_PATH;
 }
 
-/* The menu is made anew in each session. */
 static int32_t is_action_known(void* host, int32_t action, int32_t* is_known)
 {
     *is_known = ((tiny_host*)host)->action == action;

@@ -50,6 +50,7 @@ bool BridgeModule::Load(const QString& file, const hopbox_host_table& table, voi
         error = mLibrary.isLoaded() ? QStringLiteral("it is of another version") : mLibrary.errorString();
         return false;
     }
+    error = QStringLiteral("it gives no reason");
     const hopbox_sink sink{&error, KeepText};
     if (Call(&Table::load, &table, host, &sink) != HOPBOX_OK)
         return false;

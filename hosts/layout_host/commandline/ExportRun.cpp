@@ -151,7 +151,8 @@ IHostFrontend::Decision ExportRun::AskToGoOn(const QString&, const QStringList&)
 }
 
 // Nobody is there to be asked.
-QString ExportRun::AskForSavePath(const QString&)
+QString ExportRun::AskForSavePath(const QString& documentName)
 {
+    mError = QStringLiteral("\"%1\" was never saved.").arg(documentName);
     return {};
 }

@@ -132,7 +132,7 @@ public:
     {
         const GResult saved = mHost.SaveDocument(*HostDocuments::GetDocument(document));
         if (!saved.HasSucceeded())
-            GTrace::Error(QStringLiteral("IDocumentUtils::SaveDocument"), saved.GetReason());
+            mHost.TellOfFailure(QStringLiteral("IDocumentUtils::SaveDocument"), saved);
         return saved.HasSucceeded() ? cSuccess : cFailure;
     }
 
@@ -144,8 +144,11 @@ public:
     ErrorCode OpenDocument(const IDFile& file, HostPtr<IDocument>& document) override
     {
         const DocumentPtr opened = mHost.TakeDocument(GetPath(file));
-        const bool isAsked = !opened->IsDescribed() && mHost.AskAboutBook(opened->GetPath());
-        if (isAsked ? !opened->IsDescribed() : opened->GetInfo() == nullptr) {
+        const std::optional<ErrorCode> asked =
+            opened->IsDescribed() ? std::nullopt : mHost.AskAboutBook(opened->GetPath());
+        if (asked && *asked != cSuccess)
+            return cFailure;
+        if (asked ? !opened->IsDescribed() : opened->GetInfo() == nullptr) {
             const QString& reason = opened->GetError();
             mHost.SetLastFailure(reason.contains(opened->GetName())
                                      ? reason

@@ -14,7 +14,9 @@ PlugInModule::~PlugInModule()
         return;
     if (mActions != nullptr)
         mPlugIn->GetStartupShutdownService()->Shutdown();
-    static_cast<void>(mPlugIn->Unload());  // a module in use stays as it is until the process ends
+    if (!mPlugIn->Unload())
+        static_cast<void>(
+            mPlugIn.release());  // a module in use keeps its host's table until the process ends
 }
 
 QString PlugInModule::FindFile()
@@ -35,7 +37,11 @@ QString PlugInModule::FindFile()
 bool PlugInModule::Load(const QString& file, IHostServices& services)
 {
     mLibrary.setFileName(file);
-    return FindEntry() && GiveServices(services) && StartUp();
+    if (FindEntry() && GiveServices(services) && StartUp())
+        return true;
+    if (mHasServices)
+        mHasServices = !mPlugIn->Unload();
+    return false;
 }
 
 bool PlugInModule::FindEntry()

@@ -32,6 +32,30 @@ static Item TakeOut(std::vector<Item>& items, const Item& item, const Item& acti
     return items.empty() ? Item() : items.back();
 }
 
+namespace
+{
+// A command's progress window, until the command has ended or raised.
+class Progress
+{
+public:
+    Progress(IHostFrontend* frontend, const QString& title, int steps) : mFrontend(frontend)
+    {
+        if (mFrontend != nullptr)
+            mFrontend->BeginCommand(title, steps);
+    }
+    ~Progress()
+    {
+        if (mFrontend != nullptr)
+            mFrontend->EndCommand();
+    }
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+
+private:
+    IHostFrontend* mFrontend;
+};
+}  // namespace
+
 template <class Items>
 static auto FindByPath(const Items& items, const QString& path)
 {
@@ -148,18 +172,17 @@ ScribusHost::DocumentPtr ScribusHost::TakeDocument(const QString& path)
     return document;
 }
 
-bool ScribusHost::AskAboutBook(const QString& path)
+std::optional<ErrorCode> ScribusHost::AskAboutBook(const QString& path)
 {
     if (!mActiveBook || !mActiveBook->GetDocuments().contains(path))
-        return false;
+        return std::nullopt;
     QStringList paths = mActiveBook->GetDocuments();
     paths.removeDuplicates();
     std::vector<DocumentPtr> documents;
     for (const QString& document : paths)
         documents.push_back(TakeDocument(document));
-    RunCommand(QStringLiteral("Check Fonts"), qMax(1, paths.size()),
-               [&](const BeginStep& step) { return ScribusDocument::AskAbout(documents, step); });
-    return true;
+    return RunCommand(QStringLiteral("Check Fonts"), qMax(1, paths.size()),
+                      [&](const BeginStep& step) { return ScribusDocument::AskAbout(documents, step); });
 }
 
 ScribusHost::DocumentPtr ScribusHost::FindDocument(const QString& path) const
@@ -192,22 +215,26 @@ GResult ScribusHost::SaveDocument(ScribusDocument& document)
     return path.isEmpty() ? GResult::Cancellation() : document.SaveAs(path);
 }
 
+void ScribusHost::TellOfFailure(const QString& what, const GResult& result)
+{
+    GTrace::Error(what, result.GetReason());
+    if (result.WasCancelled() && mCancelObserver != nullptr)
+        mCancelObserver->OnCommandCancelled();
+}
+
 ErrorCode ScribusHost::RunCommand(const QString& title, int steps, const Work& work)
 {
-    if (mFrontend != nullptr)
-        mFrontend->BeginCommand(title, steps);
-    const GResult result = work([this](const QString& text) {
-        if (mFrontend != nullptr)
-            mFrontend->BeginStep(text);
-    });
-    if (mFrontend != nullptr)
-        mFrontend->EndCommand();
+    const auto result = [&] {
+        const Progress progress(mFrontend, title, steps);
+        return work([this](const QString& text) {
+            if (mFrontend != nullptr)
+                mFrontend->BeginStep(text);
+        });
+    }();
     mLastFailure = result.GetReason();
     if (result.HasSucceeded())
         return cSuccess;
-    GTrace::Error(title, result.GetReason());
-    if (result.WasCancelled() && mCancelObserver != nullptr)
-        mCancelObserver->OnCommandCancelled();
+    TellOfFailure(title, result);
     return cFailure;
 }
 

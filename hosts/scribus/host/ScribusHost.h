@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class IHostFrontend;
@@ -102,9 +103,9 @@ public:
     DocumentPtr TakeDocument(const QString& path);
 
     // Asks Scribus about all documents of the active book, as a command with progress and Cancel, in one
-    // start where that is possible. False, and nothing is asked, when the file is none of them. What went
-    // wrong with a document is there.
-    bool AskAboutBook(const QString& path);
+    // start where that is possible. No code, and nothing is asked, when the file is none of them. Fails only
+    // when the user has cancelled: what went wrong with a document is there.
+    std::optional<ErrorCode> AskAboutBook(const QString& path);
 
     // The documents that a plug-in has opened and not closed.
     std::vector<DocumentPtr>& GetHiddenDocuments() { return mHiddenDocuments; }
@@ -119,6 +120,9 @@ public:
     // The settings of the last PDF preferences command.
     const PdfSettings& GetPdfSettings() const { return mPdfSettings; }
     void SetPdfSettings(const PdfSettings& settings) { mPdfSettings = settings; }
+
+    // Logs why something of the plug-in's failed, and tells the plug-in when the user has cancelled it.
+    void TellOfFailure(const QString& what, const GResult& result);
 
     // A PDF that was made. Its report is written beside it, under its name with ".report.json".
     void SetLastPDF(const QString& path, const QJsonObject& report);

@@ -10,6 +10,26 @@ class Lies : public ExportFixture
 {
 };
 
+int cancelledCalls = 0;
+
+// The function says that the user has cancelled, and does nothing.
+template <class... Parameters>
+void Cancel(int32_t (*&function)(Parameters...))
+{
+    function = [](Parameters...) -> int32_t {
+        ++cancelledCalls;
+        return HOPBOX_CANCELLED;
+    };
+}
+
+// One change of a table for each function.
+template <class... Functions>
+auto MakeCancelling(Functions hopbox_host_table::*... functions)
+{
+    return std::vector<std::function<void(hopbox_host_table&)>>{
+        [functions](hopbox_host_table& table) { Cancel(table.*functions); }...};
+}
+
 constexpr size_t cEndless = std::numeric_limits<size_t>::max();
 using Table = hopbox_host_table;
 using Handle = hopbox_handle;
@@ -173,6 +193,50 @@ TEST_F(Lies, EndInAnErrorOfTheExport)
     }
 }
 
+// The user may cancel whatever takes a while, also what the export could do without: nothing is sent then,
+// and no alert is shown. A document that stays open is no reason.
+TEST_F(Lies, OfTheUsersCancellingEndTheExportInSilence)
+{
+    const auto changes = MakeCancelling(
+        &Table::get_front_document, &Table::find_open_document, &Table::open_document,
+        &Table::is_document_saved, &Table::save_document, &Table::get_document_file,
+        &Table::get_document_name, &Table::get_page_count, &Table::get_page, &Table::get_pages_of_range,
+        &Table::get_missing_fonts, &Table::get_active_book, &Table::get_book_file, &Table::get_book_name,
+        &Table::is_book_modified, &Table::save_book, &Table::get_book_document_count,
+        &Table::get_book_document_file, &Table::create_command, &Table::read_job_options, &Table::set_switch,
+        &Table::set_length, &Table::get_spreads, &Table::set_spreads, &Table::set_output, &Table::set_pages,
+        &Table::set_name, &Table::set_document, &Table::set_book, &Table::set_package_setting,
+        &Table::run_command, &Table::write_report);
+    const GString key = MakeHopbox("Press"_q, {"Trim=true"_q, "IncludeFilePackage=true"_q});
+    int reached = 0;
+    for (const auto kind : {ExportKind::Document, ExportKind::Book}) {
+        for (size_t at = 0; at < changes.size(); ++at) {
+            SCOPED_TRACE(at);
+            ExportParty party(kind);
+            party.host.documents.front().isSaved = false;
+            party.host.books.front().isModified = true;
+            Table table = HostTable::GetTable();
+            changes[at](table);
+            cancelledCalls = 0;
+            party.UseBoundary(table);
+            party.Export(key);
+            EXPECT_EQ(party.alerts,
+                      cancelledCalls > 0 ? QStringList() : QStringList{MakeAlert(cNobodyTakesIt)});
+            EXPECT_EQ(party.GetHandleCount(), 0U);
+            reached += kind == ExportKind::Book && cancelledCalls > 0;
+        }
+    }
+    EXPECT_GT(reached, 15);
+    cancelledCalls = 0;
+    ExportParty party(ExportKind::Book);
+    Table table = HostTable::GetTable();
+    Cancel(table.close_document);
+    party.UseBoundary(table);
+    party.Export(key);
+    EXPECT_GT(cancelledCalls, 0);
+    EXPECT_EQ(party.alerts, QStringList{MakeAlert(cNobodyTakesIt)});
+}
+
 // A size that ends within a pointer must not lead to a call of a part of it.
 TEST(Boundary, TakesOfATableTheWholeFunctionsThatItsSizeReaches)
 {
@@ -249,6 +313,9 @@ TEST_F(Lies, HandlesThatAreNoneAreFailures)
     EXPECT_EQ(token, 4711U);
     EXPECT_EQ(table.get_front_document(&host, nullptr), HOPBOX_FAILED);
     EXPECT_EQ(table.create_command(&host, HOPBOX_PACKAGE_DOCUMENT, nullptr), HOPBOX_FAILED);
+    uint32_t none = 77;
+    EXPECT_EQ(table.get_page(&host, document, 99, &none), HOPBOX_NONE);
+    EXPECT_EQ(none, 77U) << "answered with a refusal";
     table.release(&host, document);
     table.release(&host, document);
     EXPECT_EQ(table.get_page_count(&host, document, &number), HOPBOX_FAILED);

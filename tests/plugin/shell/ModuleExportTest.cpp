@@ -81,6 +81,15 @@ TEST_F(Module, RefusesAndBlamesTheHostInTheLanguageOfItsSettings)
     EXPECT_TRUE(
         alert.GetString().endsWith("\nDie Anwendung nennt die fehlenden Schriften eines Dokuments nicht."_q))
         << alert.GetString().toStdString();
+    const Boundary::TextSink unread;
+    EXPECT_EQ(table.export_to(cDocument, nullptr, nullptr, HOPBOX_AS_SET, unread), HOPBOX_FAILED);
+    EXPECT_EQ(unread.GetTexts().value(0),
+              QString::fromUtf8("Was die Anwendung gewählt hat, ist nicht lesbar."));
+    host.Make(HostOperation::QueryBookContent, HostAnswer::Raises);
+    EXPECT_EQ(component->Export(cBook, {PMString("Press"_q), PMString(), false}, alert),
+              ExportResult::Failed);
+    EXPECT_TRUE(alert.GetString().endsWith("\nDie Anwendung nennt die Dokumente eines Buchs nicht."_q))
+        << alert.GetString().toStdString();
     component->DoAction(nullptr, 1674240, nullptr);
     EXPECT_TRUE(host.alerts.value(0).startsWith("An Hopbox exportieren 18, "_q));
 }

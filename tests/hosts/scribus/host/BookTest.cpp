@@ -236,6 +236,11 @@ TEST_F(BookTest, AllDocumentsAreAskedAboutInOneStart)
     hopbox_handle document = 0;
     EXPECT_EQ(HostTable::GetTable().open_document(&table, path, &document), HOPBOX_CANCELLED);
     mHost->SetCancelObserver(nullptr);
+    MakeDocument("book/one.sla"_q, 2);
+    mFrontend.onWait = [&, second = mFrontend.steps + 2] { return mFrontend.steps == second; };
+    EXPECT_EQ(check("one.sla").left(7), "failed:"_q) << "it was described before the user cancelled";
+    EXPECT_THROW(mHost->RunCommand("Raise"_q, 1, [](const auto&) -> GResult { throw 1; }), int);
+    EXPECT_EQ(mFrontend.events.mid(mFrontend.events.size() - 2), "begin Raise|end"_list);
 }
 
 TEST_F(BookTest, APackagedBookOpensElsewhere)

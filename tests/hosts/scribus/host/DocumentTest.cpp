@@ -1,4 +1,5 @@
 #include "EngineFixture.h"
+#include "plugin/boundary/HostTable.h"
 
 #include <QImage>
 
@@ -118,7 +119,10 @@ TEST_F(DocumentTest, ANewDocumentKeepsItsLinksWhereverItIsSaved)
     const HostPtr<IDocument> front = mHost->QueryLayoutUtils()->QueryFrontDocument();
     EXPECT_EQ(front->GetName().GetString(), "Untitled-1"_q);
     EXPECT_TRUE(front->GetFile().IsEmpty());
-    EXPECT_EQ(mHost->QueryDocumentUtils()->SaveDocument(*front), cFailure) << "the user cancels";
+    HostTable table(*mHost);
+    hopbox_handle handle = 0;
+    ASSERT_EQ(HostTable::GetTable().get_front_document(&table, &handle), HOPBOX_OK);
+    EXPECT_EQ(HostTable::GetTable().save_document(&table, handle), HOPBOX_CANCELLED);
     mFrontend.savePath = mSandbox.GetPath("else where/b.sla.gz"_q);
     EXPECT_EQ(mHost->QueryDocumentUtils()->SaveDocument(*front), cFailure) << "there is no such folder";
     mFrontend.savePath = GetOutput("b.sla.gz"_q);
