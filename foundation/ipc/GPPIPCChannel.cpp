@@ -147,12 +147,8 @@ bool GPPIPCChannel::HoldsMessagesOf(uint32_t receiver) const
     const Pair pair{GProcessInfo::GetOwnProcessID(), receiver};
     if (!GSharedSegment::IsThere(GetQueueName(pair)))
         return false;
-    try {
-        const std::unique_ptr<GMessageQueue> queue = OpenUsable(pair);
-        return queue && !queue->IsOwnerAlive() && queue->GetOwner().keeper != 0 && !queue->IsEmpty();
-    } catch (const GException&) {
-        return true;
-    }
+    const std::unique_ptr<GMessageQueue> queue = OpenUsable(pair);
+    return queue && !queue->IsOwnerAlive() && queue->GetOwner().keeper != 0 && !queue->IsEmpty();
 }
 
 std::unique_ptr<GMessageQueue> GPPIPCChannel::Register(uint32_t receiver, uint64_t keeper,

@@ -75,13 +75,14 @@ public:
     size_t Clean(bool withMessages);
 
     // Whether a dead process of this one's number left messages for its keeper under the receiver's name: it
-    // can't be registered then. True also for a queue that can't be opened just now.
+    // can't be registered then. Raises GErrorCode::cSegmentHeader for a queue that can't be opened just now.
     bool HoldsMessagesOf(uint32_t receiver) const;
 
     // Enters a receiver of this process and makes its queue, with its keeper's number and addresses. Removes
     // what dead processes left, but for queues that hold messages for a keeper, or can't be opened just now.
     // A missing or damaged directory is made anew, with the receivers whose queues are there. Raises with
-    // GErrorCode::cSegmentHeader, too, when the directory is full of receivers that live.
+    // GErrorCode::cSegmentHeader, too, when the directory is full of receivers that live, and as
+    // HoldsMessagesOf does.
     std::unique_ptr<GMessageQueue> Register(uint32_t receiver, uint64_t keeper,
                                             const GPPIPCAddresses& addresses = {});
 

@@ -11,7 +11,8 @@ namespace
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds cLookInterval(1000);
-constexpr size_t cBatch = 256;  // messages that a keeper gets at a time
+constexpr int cMostFailures = 4;  // to look whether a number can be used
+constexpr size_t cBatch = 256;    // messages that a keeper gets at a time
 
 // More than a queue holds. Who is posted to without a pause still has to see to other things.
 constexpr size_t cMostAtOnce = 16384;
@@ -52,14 +53,21 @@ GPPIPCReceiver::GPPIPCReceiver(Handler handler, GPPIPCChannelKind kind, GPPIPCKe
     GMessageLoop::GetTickSignal().Attach(*this);
 }
 
-// Process numbers come again, quickly so in a container: a dead one of this number may have left messages.
+// Process numbers come again, quickly so in a container: a dead one of this number may have left messages. A
+// single queue that can't be opened is passed over as well, but not for ever: it may be the whole place.
 void GPPIPCReceiver::ChooseReceiverID()
 {
-    const GPPIPCManager::Channels channels = mManager->GetSessionChannels();
-    do {
+    const std::shared_ptr<GPPIPCChannel> best = mManager->GetSessionChannels().front();
+    for (int failures = 0;;) {
         mReceiverID = GPPIPCManager::MakeReceiverID();
-    } while (std::any_of(channels.cbegin(), channels.cend(),
-                         [this](const auto& channel) { return channel->HoldsMessagesOf(mReceiverID); }));
+        try {
+            if (!best->HoldsMessagesOf(mReceiverID))
+                return;
+        } catch (const GException&) {
+            if (++failures == cMostFailures)
+                throw;
+        }
+    }
 }
 
 void GPPIPCReceiver::Register(Place* place, const std::shared_ptr<GPPIPCChannel>& channel)
@@ -67,16 +75,61 @@ void GPPIPCReceiver::Register(Place* place, const std::shared_ptr<GPPIPCChannel>
     *place = std::make_unique<GPPIPCRegistration>(channel, mReceiverID, mKeeper.number, mAddresses);
 }
 
-// A new place takes the old one's names: what that holds is taken up before, or a kill would lose it. False
-// when that does not go now; the names stay then, and the place is closed.
-bool GPPIPCReceiver::GiveUp(Place* place)
+bool GPPIPCReceiver::IsIn(const Place& place, const GPPIPCChannel& channel)
 {
-    if (*place) {
-        (*place)->Close();
-        mPast.push_back(std::move(*place));
+    return place && &place->GetChannel() == &channel;
+}
+
+// Nothing more is posted there; what it holds is taken up now or later.
+void GPPIPCReceiver::GiveUp(Place* place)
+{
+    (*place)->Close();
+    mPast.push_back(std::move(*place));
+}
+
+// Sees to it that the receiver stands in the channel, or does later, when its past queue there is empty.
+//
+// The order of the steps keeps two promises: a kill at any moment loses nothing that was posted, and a
+// receiver that is found somewhere is found all the time.
+// - In the channel where it stands, a new queue takes the names of the old one, so that what this still holds
+//   would be lost with them: the old one is closed, emptied and deregistered before the new one is made.
+// - In another channel nothing bears those names: the new queue is made first, and only when that has worked
+//   the old one is closed. Until it is emptied, it keeps its names for whoever comes after a kill.
+void GPPIPCReceiver::StandIn(const std::shared_ptr<GPPIPCChannel>& channel)
+{
+    if (IsIn(mSession, *channel)) {
+        if (mSession->Renew())
+            return;
+        GiveUp(&mSession);
     }
     TakeUp();
-    return mPast.empty();
+    if (std::any_of(mPast.cbegin(), mPast.cend(), [&](const Place& past) { return IsIn(past, *channel); }))
+        return;
+    Place place;
+    Register(&place, channel);
+    if (mSession)
+        GiveUp(&mSession);
+    mSession = std::move(place);
+    TakeUp();
+    GTrace::Error(QStringLiteral("GPPIPCReceiver::StandIn"),
+                  QStringLiteral("Senders did not find this receiver any more, or there is a better place; "
+                                 "it is registered again."));
+}
+
+// In the best channel where senders can find it.
+void GPPIPCReceiver::FindPlace()
+{
+    std::exception_ptr failure;
+    for (const std::shared_ptr<GPPIPCChannel>& channel : mManager->GetSessionChannels()) {
+        try {
+            StandIn(channel);
+            break;
+        } catch (const GException&) {
+            failure = failure ? failure : std::current_exception();
+        }
+    }
+    if (failure)
+        std::rethrow_exception(failure);
 }
 
 // What fails is tried again at the next look: the messages stay where they are.
@@ -117,14 +170,7 @@ void GPPIPCReceiver::LookAfterPlaces()
     GString trouble;
     TakeOverLeftMessages();
     try {
-        const std::shared_ptr<GPPIPCChannel> best = mManager->GetSessionChannels().front();
-        const bool isFound = mSession && &mSession->GetChannel() == best.get() && mSession->Renew();
-        if (!isFound && GiveUp(&mSession)) {
-            Register(&mSession, best);
-            GTrace::Error(
-                QStringLiteral("GPPIPCReceiver::LookAfterPlaces"),
-                QStringLiteral("Senders did not find this receiver any more; it is registered again."));
-        }
+        FindPlace();
         // Names of that kind last as long as their objects: only the directory can have lost the pair.
         if (mGlobal)
             static_cast<void>(mGlobal->Renew());

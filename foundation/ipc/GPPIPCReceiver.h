@@ -69,7 +69,10 @@ private:
     void Receive(int32_t message, const GTick& tick) override;
     void ChooseReceiverID();
     void Register(Place* place, const std::shared_ptr<GPPIPCChannel>& channel);
-    bool GiveUp(Place* place);
+    static bool IsIn(const Place& place, const GPPIPCChannel& channel);
+    void GiveUp(Place* place);
+    void StandIn(const std::shared_ptr<GPPIPCChannel>& channel);
+    void FindPlace();
     void TakeOverLeftMessages();
     void DropPastPlaces();
     void Deregister(GPPIPCRegistration* place);

@@ -55,6 +55,14 @@ QString GetRefusal()
     return {};
 }
 
+// Takes the names away that end so.
+void RemoveShared(const char* ending)
+{
+    QDir folder(cShared);
+    for (const QString& name : folder.entryList({QStringLiteral("*PP_*_1") + QLatin1String(ending)}))
+        EXPECT_TRUE(folder.remove(name));
+}
+
 QStringList ListFiles(const QString& folder)
 {
     return QDir(folder).entryList(QDir::Files);
@@ -93,17 +101,35 @@ CHILD_ROLE(MoveToTheBetterPlace)
         manager->Post(own, 1, "on the way");
         EXPECT_EQ(::chmod(GetUserFolder().constData(), 0700), 0);
         manager->Post(own, 1, "before it moves");
+        // What is in the way there keeps it where it is, also when it has to register again.
+        EXPECT_TRUE(QDir(better).mkdir(directory.fileName()));
+        for (const char* lost : {"_S", ""}) {
+            receiver.LookAfterPlaces();
+            EXPECT_EQ(GetErrorCode([&] { manager->Post(own, 1, "not yet"); }), 0);
+            RemoveShared(lost);
+        }
         receiver.LookAfterPlaces();
-        // It stands in both places now.
-        manager->Post(own, 1, "while it moves");
+        EXPECT_EQ(GetErrorCode([&] { manager->Post(own, 1, "not yet"); }), 0);
+        EXPECT_TRUE(QDir(better).rmdir(directory.fileName()));
+        receiver.LookAfterPlaces();
+        manager->Post(own, 1, "after the move");
         RunLoop(1500);
         EXPECT_EQ(ListFiles(cShared), QStringList());
         manager->Post(own, 1, "in the own place");
         RunLoop(100);
+        // A directory that nobody can open any more: it goes back where it is found.
+        QFile::remove(better + "/"_q + directory.fileName());
+        EXPECT_TRUE(QDir(better).mkdir(directory.fileName()));
+        receiver.LookAfterPlaces();
+        EXPECT_EQ(GetErrorCode([&] { manager->Post(own, 1, "back"); }), 0);
+        EXPECT_TRUE(QDir(better).rmdir(directory.fileName()));
+        receiver.LookAfterPlaces();
+        RunLoop(100);
         GMessageLoop::Stop();
     }
-    EXPECT_EQ(payloads, std::vector<GBuffer>({"in the shared place", "on the way", "before it moves",
-                                              "while it moves", "in the own place"}));
+    EXPECT_EQ(payloads,
+              std::vector<GBuffer>({"in the shared place", "on the way", "before it moves", "not yet",
+                                    "not yet", "not yet", "after the move", "in the own place", "back"}));
     EXPECT_EQ(ListFiles(QString::fromLatin1(GetUserFolder())), QStringList());
     return testing::Test::HasFailure() ? 1 : 0;
 }
@@ -143,3 +169,17 @@ TEST_P(PlacesTest, Role)
 }
 
 INSTANTIATE_TEST_SUITE_P(Places, PlacesTest, testing::Values("MoveToTheBetterPlace", "MeetAnotherUser"));
+
+TEST_F(IpcTest, WhereNothingCanBeLookedAtAReceiverDoesNotStart)
+{
+    const QString endless = mSandbox.GetPath("endless"_q);
+    ASSERT_EQ(::symlink("endless", QFile::encodeName(endless).constData()), 0);
+    const QString closed = mSandbox.GetPath("closed"_q);
+    ASSERT_TRUE(QDir().mkpath(closed) && ::chmod(QFile::encodeName(closed).constData(), 0) == 0);
+    for (const QString& root : {mSandbox.GetPath(QString(300, QLatin1Char('x'))), endless, closed}) {
+        if (root == closed && ::geteuid() == 0)
+            continue;
+        qputenv("MORVANE_ROOT", QFile::encodeName(root));
+        EXPECT_TRUE(GetRefusal().contains(root)) << GetRefusal().toStdString();
+    }
+}
