@@ -35,6 +35,17 @@ GString GetSemaphoreName(const GString& name)
                            QLatin1String("The message could not be posted: ") + QLatin1String(reason));
 }
 
+std::unique_ptr<GSharedSegment> OpenSegment(const GString& name)
+{
+    return std::make_unique<GSharedSegment>(name, GMessageRing::cHeaderSize + GMessageRing::cLeastCapacity,
+                                            GSharedSegment::Mode::Open);
+}
+
+bool IsAlive(const GMessageQueue::Owner& owner)
+{
+    return owner.startTime != 0 && GProcessInfo::GetStartTime(owner.processID) == owner.startTime;
+}
+
 std::chrono::milliseconds GetRemaining(Clock::time_point deadline)
 {
     return std::max(std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()),
@@ -68,16 +79,28 @@ std::unique_ptr<GMessageQueue> GMessageQueue::Create(const GString& name, size_t
 
 std::unique_ptr<GMessageQueue> GMessageQueue::Open(const GString& name)
 {
-    auto segment = std::make_unique<GSharedSegment>(
-        name, GMessageRing::cHeaderSize + GMessageRing::cLeastCapacity, GSharedSegment::Mode::Open);
+    auto segment = OpenSegment(name);
     const GMessageRing ring = GMessageRing::Open(segment->GetData(), segment->GetSize());
     return std::unique_ptr<GMessageQueue>(
         new GMessageQueue(name, std::move(segment), ring, GInterProcessMutex::Mode::Open));
 }
 
-bool GMessageQueue::IsThere(const GString& name)
+std::unique_ptr<GMessageQueue> GMessageQueue::OpenLeft(const GString& name)
 {
-    return GSharedSegment::IsThere(name) && GSharedSegment::IsThere(GetLockName(name));
+    try {
+        return Open(name);
+    } catch (const GException&) {
+        auto segment = OpenSegment(name);
+        const GMessageRing ring = GMessageRing::Open(segment->GetData(), segment->GetSize());
+        if (IsAlive(ring.GetOwner()) && !GSharedSegment::IsThere(GetLockName(name)))
+            RaiseSegmentDamage(QStringLiteral("The message queue \"%1\" has no lock."), name);
+        if (IsAlive(ring.GetOwner()))
+            throw;
+        GInterProcessMutex::Remove(GetLockName(name));
+        GInterProcessSemaphore::Remove(GetSemaphoreName(name));
+        return std::unique_ptr<GMessageQueue>(
+            new GMessageQueue(name, std::move(segment), ring, GInterProcessMutex::Mode::OpenOrCreate));
+    }
 }
 
 GMessageQueue::GMessageQueue(const GString& name, std::unique_ptr<GSharedSegment> segment,
@@ -234,7 +257,7 @@ void GMessageQueue::Close()
 
 bool GMessageQueue::IsOwnerAlive() const
 {
-    return mOwner.startTime != 0 && GProcessInfo::GetStartTime(mOwner.processID) == mOwner.startTime;
+    return IsAlive(mOwner);
 }
 
 bool GMessageQueue::IsCurrent() const

@@ -47,9 +47,10 @@ public:
     // Opens another's queue. Raises likewise, also when there is none.
     static std::unique_ptr<GMessageQueue> Open(const GString& name);
 
-    // False when nothing bears the name of the queue or that of its lock, so that nobody can open it; true
-    // when that can't be found out.
-    static bool IsThere(const GString& name);
+    // Opens the queue that a dead owner left, to take out what it holds. Lock and semaphore that are gone or
+    // damaged are made anew: the dead have no use for them. The queue of an owner who lives is opened as Open
+    // does. Raises likewise, a GDamagedObject also for a living one's queue without its lock.
+    static std::unique_ptr<GMessageQueue> OpenLeft(const GString& name);
 
     // Puts a message in, and wakes the owner. Where the queue is full or its lock is held, it is tried again
     // as the policy says, as long as the owner runs. Raises with GErrorCode::cPostMessage when that is in

@@ -85,9 +85,9 @@ std::shared_ptr<GMessageQueue> GPPIPCChannel::GetQueue(const Pair& pair)
     return queue;
 }
 
-std::unique_ptr<GMessageQueue> GPPIPCChannel::OpenQueue(const Pair& pair) const
+std::unique_ptr<GMessageQueue> GPPIPCChannel::OpenQueue(const Pair& pair, const Opening& open) const
 {
-    std::unique_ptr<GMessageQueue> queue = GMessageQueue::Open(GetQueueName(pair));
+    std::unique_ptr<GMessageQueue> queue = open(GetQueueName(pair));
     if (queue->GetOwner().processID != pair.process)
         RaiseSegmentDamage(
             QStringLiteral("The message queue \"%1\" belongs to another process than its name says."),
@@ -95,16 +95,18 @@ std::unique_ptr<GMessageQueue> GPPIPCChannel::OpenQueue(const Pair& pair) const
     return queue;
 }
 
-// The queue of a pair; null for one that is gone or damaged, so that nobody can use it ever again. Raises
-// when it can't be opened just now, as this process may be short of something: what it holds is not known.
+// The queue of a pair; null for one that is gone or damaged, so that nobody can use it ever again, with a
+// line in the log. Raises when it can't be opened just now, as this process may be short of something: what
+// it holds is not known.
 std::unique_ptr<GMessageQueue> GPPIPCChannel::OpenUsable(const Pair& pair) const
 {
     try {
-        return OpenQueue(pair);
-    } catch (const GDamagedObject&) {
+        return OpenQueue(pair, GMessageQueue::OpenLeft);
+    } catch (const GDamagedObject& error) {
+        GTrace::Error(QStringLiteral("GPPIPCChannel::OpenUsable"), error.GetDescription());
         return nullptr;
     } catch (const GException&) {
-        if (!GMessageQueue::IsThere(GetQueueName(pair)))
+        if (!GSharedSegment::IsThere(GetQueueName(pair)))
             return nullptr;
         throw;
     }

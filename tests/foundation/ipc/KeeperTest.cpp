@@ -171,6 +171,30 @@ TEST_F(KeeperTest, AQueueThatCannotBeOpenedJustNowIsNeitherRemovedNorForgotten)
     EXPECT_EQ(kept.payloads, std::vector<GBuffer>({"accepted"}));
 }
 
+TEST_F(KeeperTest, WhatADeadProcessWasPostedDoesNotNeedItsLock)
+{
+    if (!GSharedSegment::OutlivesItsUsers())
+        GTEST_SKIP() << "A queue goes with its users here.";
+    for (const GBuffer& content : {GBuffer("gone"), GBuffer(), GBuffer(64, 'x')}) {
+        ChildProcess dead("Sleep"_q, {});
+        ASSERT_EQ(dead.ReadLine(), "ready");
+        const uint32_t process = static_cast<uint32_t>(dead.GetProcessID());
+        GPPIPCManager::Get()->Post(process, 145, "accepted");
+        dead.Kill();
+        QFile lock(GetQueueName(process, 1) + "_L"_q);
+        if (content == "gone")
+            ASSERT_TRUE(lock.remove());
+        else
+            ASSERT_TRUE(WriteFile(lock.fileName(), content));
+        {
+            const GPPIPCReceiver other(mCount);
+        }
+        Kept kept;
+        const GPPIPCReceiver next(mCount, cKind, kept.GetKeeper());
+        EXPECT_EQ(kept.payloads, std::vector<GBuffer>({"accepted"})) << content.size();
+    }
+}
+
 TEST_F(KeeperTest, WhatIsNotKeptStaysInTheQueue)
 {
     const auto manager = GPPIPCManager::Get();
