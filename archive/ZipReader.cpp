@@ -2,7 +2,8 @@
 
 #include "archive/ZipInput.h"
 #include "archive/ZipName.h"
-#include "archive/ZipSource.h"
+
+#include "foundation/core/SharedFile.h"
 
 #include <QFile>
 
@@ -59,14 +60,11 @@ bool ZipReader::openDevice()
 {
     if (mDevice->isOpen())
         return true;
-    const auto* file = qobject_cast<QFile*>(mDevice.get());
-    ZipSource source(file != nullptr ? file->fileName() : QString());
-    const ZipSource::Kind kind = file != nullptr ? source.look() : ZipSource::Kind::File;
-    if (kind == ZipSource::Kind::File && mDevice->open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+    if (auto* const file = qobject_cast<QFile*>(mDevice.get()))
+        return OpenSharedForReading(*file, cNoLargestFile, mReason) == FileOpening::cOpen;
+    if (mDevice->open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return true;
-    mReason = kind == ZipSource::Kind::File ? mDevice->errorString() : source.getReason();
-    if (mReason.isEmpty())
-        mReason = QStringLiteral("it is a folder");
+    mReason = mDevice->errorString();
     return false;
 }
 

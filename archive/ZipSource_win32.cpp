@@ -2,6 +2,7 @@
 
 #include "foundation/core/GException.h"
 #include "foundation/core/GPathName.h"
+#include "foundation/core/PReplacedFile.h"
 #include "foundation/system/GSystemError.h"
 
 #include <windows.h>
@@ -37,6 +38,16 @@ static bool isMissing(DWORD error)
     return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND || error == ERROR_INVALID_NAME;
 }
 
+// Of a path that may be missing only because a replacement was cut off, so that the old file comes back.
+static DWORD getAttributes(const std::wstring& path)
+{
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES || GetLastError() != ERROR_FILE_NOT_FOUND)
+        return attributes;
+    const PReplacedFile::Found found = PReplacedFile::BringBack(QString::fromStdWString(path));
+    return found == PReplacedFile::Found::cTarget ? GetFileAttributesW(path.c_str()) : attributes;
+}
+
 // What a link leads to is asked of an open handle: the attributes of a path are the link's own.
 static bool getInformation(const std::wstring& path, BY_HANDLE_FILE_INFORMATION& information)
 {
@@ -65,7 +76,7 @@ bool ZipSource::failBySystem()
 ZipSource::Kind ZipSource::look()
 {
     const std::wstring path = getSystemPath(mPath);
-    const DWORD attributes = path.empty() ? INVALID_FILE_ATTRIBUTES : GetFileAttributesW(path.c_str());
+    const DWORD attributes = path.empty() ? INVALID_FILE_ATTRIBUTES : getAttributes(path);
     if (attributes == INVALID_FILE_ATTRIBUTES) {
         const bool isGone = isMissing(GetLastError());
         failBySystem();

@@ -3,12 +3,20 @@
 #include "foundation/core/GString.h"
 
 // What a process leaves that is killed in the middle of the system's two-step replacement of a file, in which
-// the old file goes to another name first (GDurableFile): nothing under the target's name, the old file as
-// TARGET.PROCESS-START-RANDOM.new.old, and the new one, of which nobody was told that it is there, without
-// ".old". Any thread.
+// the old file goes to another name first (GDurableFile): nothing under the target's name, the old file under
+// the new one's temporary name (PTemporaryName) with ".old" behind it, and the new file, of which nobody was
+// told that it is there. Any thread.
 namespace PReplacedFile
 {
-// Gives the old file its name back, the latest where there are several. Nothing happens while anything bears
-// the target's name. Gives whether something does now. The path is in the system's form.
-bool BringBack(const GString& target);
+enum class Found
+{
+    cNothing,  // neither the target nor an old file
+    cTarget,   // something bears the target's name, now or again, or it can't be looked at
+    cHeld  // an old file, but it can't be brought back: the target is not missing, and not to be made anew
+};
+
+// Gives the old file its name back, the latest where there are several, and waits for whoever has it open as
+// PHeldFile does. Nothing happens while anything bears the target's name. For cNothing and cHeld the system's
+// last error says why. The path is in the system's form.
+[[nodiscard]] Found BringBack(const GString& target);
 }  // namespace PReplacedFile

@@ -28,7 +28,8 @@ bool IsMissing(const QString& systemPath)
         return false;
     const DWORD error = GetLastError();
     return error == ERROR_PATH_NOT_FOUND ||
-           (error == ERROR_FILE_NOT_FOUND && !PReplacedFile::BringBack(systemPath));
+           (error == ERROR_FILE_NOT_FOUND &&
+            PReplacedFile::BringBack(systemPath) == PReplacedFile::Found::cNothing);
 }
 
 // Why an open handle is not read; empty when it is.
@@ -55,6 +56,12 @@ FileOpening JudgeFailure(const QString& systemPath, DWORD error, GString& reason
         return FileOpening::cMissing;
     reason = QStringLiteral("it is a link that leads nowhere");
     return FileOpening::cRefused;
+}
+
+GString GetHeldReason()
+{
+    return QStringLiteral("its old version can't be brought back after a replacement that was cut off: ") +
+           qt_error_string(static_cast<int>(GetLastError()));
 }
 
 HANDLE Open(const QString& path)
@@ -86,8 +93,15 @@ FileOpening OpenSharedForReading(QFile& file, int64_t largest, GString& reason)
 {
     const QString path = GetSystemPath(file.fileName());
     HANDLE handle = Open(path);
-    if (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_NOT_FOUND && !IsMissing(path))
-        handle = Open(path);
+    if (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_NOT_FOUND) {
+        const PReplacedFile::Found found = PReplacedFile::BringBack(path);
+        if (found == PReplacedFile::Found::cHeld) {
+            reason = GetHeldReason();
+            return FileOpening::cRefused;
+        }
+        if (found == PReplacedFile::Found::cTarget)
+            handle = Open(path);
+    }
     if (handle == INVALID_HANDLE_VALUE)
         return JudgeFailure(path, ::GetLastError(), reason);
     reason = GetRefusal(handle, largest);

@@ -4,6 +4,7 @@
 #include "foundation/core/GPathName.h"
 #include "foundation/core/GResult.h"
 #include "foundation/core/GString.h"
+#include "foundation/core/PTemporaryName.h"
 #include "foundation/system/PFileHandle.h"
 
 // Writes a file whole and puts it in the place of the old one in one step.
@@ -17,7 +18,7 @@
 // target is a symbolic link, the file that it leads to is replaced and the link stays. The target's folder
 // must be there. A target that can't even be looked at is not replaced. Two writers of one target at once do
 // each other no harm: one of the two files results. A writer that is killed at the very moment of replacing
-// can leave its temporary file, the target's name with the process, the machine and ".new" added. The next
+// can leave its temporary file, named as PTemporaryName says. The next
 // writer of the target removes it, unless a living process owns it: on POSIX see GOwnedFile; on Windows,
 // where processes see each other, the process in the name tells.
 //
@@ -62,16 +63,7 @@ public:
     void Commit();
 
 private:
-    // Whom a temporary file's name tells of: PROCESS-START-MACHINE. On Windows a folder may be shared by
-    // machines, each with its own processes.
-    struct Maker
-    {
-        uint32_t process;
-        uint64_t startTime;
-        GString machine;  // 8 hexadecimal digits
-
-        static const Maker& GetOwn();
-    };
+    static const PTemporaryName::Maker& GetOwnMaker();
 
     // The platform's half.
     static GPathName FollowLinks(const GPathName& target);
@@ -83,9 +75,8 @@ private:
     void GiveName();
     void PutInPlace();
     void RemoveTemporary() noexcept;
-    static void RemoveLeftover(const GPathName& path, const Maker& maker);
+    static void RemoveLeftover(const GPathName& path, const PTemporaryName::Maker& maker);
 
-    GString GetTemporaryStem() const;
     GPathName MakeTemporaryName() const;
     void RemoveLeftovers() const;
     void FlushBuffer();

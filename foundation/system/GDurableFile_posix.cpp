@@ -212,7 +212,7 @@ void GDurableFile::PutInPlace()
     }
 }
 
-void GDurableFile::RemoveLeftover(const GPathName& path, const Maker&)
+void GDurableFile::RemoveLeftover(const GPathName& path, const PTemporaryName::Maker&)
 {
     GOwnedFile::RemoveUnowned(path);
 }

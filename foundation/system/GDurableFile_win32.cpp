@@ -1,10 +1,10 @@
 #include "foundation/system/GDurableFile.h"
 
+#include "foundation/core/PHeldFile.h"
 #include "foundation/core/PReplacedFile.h"
 #include "foundation/system/GFileSystemBase.h"
 #include "foundation/system/GProcessInfo.h"
 #include "foundation/system/GSystemError.h"
-#include "foundation/system/PHeldFile.h"
 #include "foundation/system/POwnerSecurity.h"
 
 #include <windows.h>
@@ -68,7 +68,8 @@ bool ReplaceInTwoSteps(const std::wstring& temporary, const std::wstring& target
 
 GPathName GDurableFile::FollowLinks(const GPathName& target)
 {
-    PReplacedFile::BringBack(target.GetSystemPath());
+    if (PReplacedFile::BringBack(target.GetSystemPath()) == PReplacedFile::Found::cHeld)
+        RaiseFileError(QStringLiteral("The file \"%1\" can't be written"), target, GetLastSystemError());
     const std::wstring text = GetText(target);
     const DWORD attributes = GetFileAttributesW(text.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0)
@@ -164,9 +165,9 @@ void GDurableFile::PutInPlace()
 // The file is closed before it is renamed, so it can't be owned by a lock; but here no process is hidden from
 // another, on one machine. The identifier alone would not do: this very process may bear that of the one that
 // was killed.
-void GDurableFile::RemoveLeftover(const GPathName& path, const Maker& maker)
+void GDurableFile::RemoveLeftover(const GPathName& path, const PTemporaryName::Maker& maker)
 {
-    if (maker.machine == Maker::GetOwn().machine &&
+    if (maker.machine == GetOwnMaker().machine &&
         GProcessInfo::GetStartTime(maker.process) != maker.startTime)
         GFileSystemBase::TryToRemoveFile(path);
 }

@@ -1,7 +1,7 @@
 #include "foundation/system/GFileCalls.h"
 
+#include "foundation/core/PHeldFile.h"
 #include "foundation/system/GUniqueName.h"
-#include "foundation/system/PHeldFile.h"
 #include "foundation/system/POwnerSecurity.h"
 
 #include <QFile>

@@ -23,13 +23,19 @@ void Write(const QString& path, const QByteArray& content)
     file.Commit();
 }
 
+// The temporary name of a target; its end is PROCESS-START-MACHINE-RANDOM.new.
+QString MakeTemporaryName(const QString& target)
+{
+    const Sandbox sandbox;
+    GDurableFile file((GPathName(sandbox.GetPath(target))));
+    file.Prepare();
+    return file.GetTemporaryPath().GetLeaf();
+}
+
 // This machine, as the names of temporary files have it.
 QString GetMachine()
 {
-    const Sandbox sandbox;
-    GDurableFile file((GPathName(sandbox.GetPath("a"_q))));
-    file.Prepare();
-    return file.GetTemporaryPath().GetLeaf().section(QLatin1Char('-'), 2, 2);
+    return MakeTemporaryName("a"_q).section(QLatin1Char('-'), 2, 2);
 }
 
 QStringList List(const QString& folder)
@@ -150,25 +156,35 @@ TEST(GDurableFile, OnWindowsWhatAKillLeavesBetweenTwoStepsIsPutRight)
     const struct
     {
         const char *target, *fresh, *old, *older, *reads;
+        QString name = "a.prefs"_q;
+        const char* others = nullptr;  // of another target, whose name is longer
     } cases[] = {{"old", "fresh", nullptr, nullptr, "old"},
                  {nullptr, "fresh", "old", nullptr, "old"},
                  {"fresh", nullptr, "old", nullptr, "fresh"},
                  {nullptr, "fresh", "old", "older", "old"},
+                 {nullptr, "fresh", "old", "older", "old", QString(70, QChar(0x30d7))},
+                 {nullptr, "fresh", "old", "older", "old", "a.prefs"_q, "others"},
+                 {nullptr, "fresh", nullptr, nullptr, nullptr, "a.prefs"_q, "others"},
                  {nullptr, "fresh", nullptr, nullptr, nullptr}};
     const QString machine = GetMachine();
     for (const auto& test : cases) {
         for (const char* first : {"look", "read", "write"}) {
             const Sandbox sandbox;
-            const QString path = sandbox.GetPath("a.prefs"_q);
+            const QString path = sandbox.GetPath(test.name);
+            const QString stem =
+                sandbox.GetPath(MakeTemporaryName(test.name).section(QLatin1Char('.'), 0, -3));
             const auto put = [&](const char* content, const char* ending) {
+                const QString name = stem + QString::fromLatin1(ending).replace("%1"_q, machine);
                 if (content != nullptr)
-                    WriteFile(path + QString::fromLatin1(ending).replace("%1"_q, machine), content);
+                    WriteFile(name, content);
+                return name;
             };
             put(test.older, ".999999-1-%1-zzzzzz.new.old");
             std::this_thread::sleep_for(std::chrono::milliseconds(test.older != nullptr ? 50 : 0));
             put(test.target, "");
             put(test.fresh, ".999999-2-%1-aaaaaa.new");
             put(test.old, ".999999-2-%1-aaaaaa.new.old");
+            const QString others = put(test.others, ".damaged.999999-3-%1-aaaaaa.new.old");
             const auto read = [&path] {
                 const auto file = GFileInputStream::OpenIfThere(path);
                 char content[10] = {};
@@ -183,9 +199,33 @@ TEST(GDurableFile, OnWindowsWhatAKillLeavesBetweenTwoStepsIsPutRight)
             EXPECT_EQ(read(), QByteArray(test.reads));
             Write(path, "next");
             EXPECT_EQ(read(), "next");
-            EXPECT_EQ(List(sandbox.GetPath()), QStringList{"a.prefs"_q});
+            EXPECT_EQ(QFile::remove(others), test.others != nullptr);
+            EXPECT_EQ(List(sandbox.GetPath()), QStringList{test.name});
         }
     }
+}
+
+TEST(GDurableFile, OnWindowsWhatCannotBeBroughtBackIsNotMissing)
+{
+    if (QDir::separator() == QLatin1Char('/'))
+        GTEST_SKIP() << "There is one step here.";
+    const Sandbox sandbox;
+    const QString path = sandbox.GetPath("a.prefs"_q);
+    const QString old = path + ".999999-2-%1-aaaaaa.new.old"_q.arg(GetMachine());
+    WriteFile(old, "old");
+    QFile holder(old);
+    ASSERT_TRUE(holder.open(QIODevice::ReadOnly));  // without the right to rename it meanwhile
+    EXPECT_FALSE(IsFileMissing(path));
+    EXPECT_THROW(GFileInputStream::OpenIfThere(path), GException);
+    EXPECT_THROW(Write(path, "new"), GException);
+    // Who holds it for a moment is waited for.
+    std::thread release([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        holder.close();
+    });
+    EXPECT_NE(GFileInputStream::OpenIfThere(path), nullptr);
+    release.join();
+    EXPECT_EQ(ReadFile(path), "old");
 }
 
 // What a process number in a name says means nothing to a process of another namespace.

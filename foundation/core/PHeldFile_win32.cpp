@@ -1,4 +1,4 @@
-#include "foundation/system/PHeldFile.h"
+#include "foundation/core/PHeldFile.h"
 
 #include <windows.h>
 
