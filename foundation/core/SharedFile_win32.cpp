@@ -58,12 +58,6 @@ FileOpening JudgeFailure(const QString& systemPath, DWORD error, GString& reason
     return FileOpening::cRefused;
 }
 
-GString GetHeldReason()
-{
-    return QStringLiteral("its old version can't be brought back after a replacement that was cut off: ") +
-           qt_error_string(static_cast<int>(GetLastError()));
-}
-
 HANDLE Open(const QString& path)
 {
     return ::CreateFileW(GetText(path), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
@@ -93,15 +87,9 @@ FileOpening OpenSharedForReading(QFile& file, int64_t largest, GString& reason)
 {
     const QString path = GetSystemPath(file.fileName());
     HANDLE handle = Open(path);
-    if (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_NOT_FOUND) {
-        const PReplacedFile::Found found = PReplacedFile::BringBack(path);
-        if (found == PReplacedFile::Found::cHeld) {
-            reason = GetHeldReason();
-            return FileOpening::cRefused;
-        }
-        if (found == PReplacedFile::Found::cTarget)
-            handle = Open(path);
-    }
+    if (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_NOT_FOUND &&
+        PReplacedFile::BringBack(path) == PReplacedFile::Found::cTarget)
+        handle = Open(path);
     if (handle == INVALID_HANDLE_VALUE)
         return JudgeFailure(path, ::GetLastError(), reason);
     reason = GetRefusal(handle, largest);

@@ -53,7 +53,8 @@ void AcceptJob(const QString& root)
 QString LookIntoInbox(const QString& root)
 {
     const QMap<QString, QByteArray> job = ReadTree(root + "/in/job"_q);
-    return QStringList(job.keys()).join(QLatin1Char(' ')) + QString::fromUtf8(job["a.pdf"_q]);
+    return QStringList(job.keys()).join(QLatin1Char(' ')) +
+           QString::fromUtf8(job["a.pdf"_q] + ReadFile(root + "/in/a.pdf"_q));
 }
 }  // namespace
 
@@ -104,7 +105,11 @@ CHILD_ROLE(CopyAcceptedJobs)
         const std::atomic<bool> isStopped{false};
         JobInbox inbox(GetInbox(arguments.at(0)));
         for (InboxJob& job : inbox.GetJournal().GetJobs()) {
-            inbox.Deliver(&job, arguments.at(0) + "/job"_q, isStopped);
+            try {
+                inbox.Deliver(&job, arguments.at(0) + arguments.at(1), isStopped);
+            } catch (const RefusedJob&) {
+                // It is written off like one that is done.
+            }
             inbox.GetJournal().NoteDone(job.number);
         }
         return 0;
@@ -115,6 +120,12 @@ CHILD_ROLE(CopyAcceptedJobs)
 
 FaultScenario GetCopyOfAcceptedJob()
 {
-    return {"CopyOfAcceptedJob", AcceptJob,     QString(), {"CopyAcceptedJobs"_q, "%1"_q},
+    return {"CopyOfAcceptedJob", AcceptJob,     QString(), {"CopyAcceptedJobs"_q, "%1"_q, "/job"_q},
             LookIntoInbox,       cPassingFiles, true,      true};
+}
+
+FaultScenario GetCopyOfAcceptedFile()
+{
+    return {"CopyOfAcceptedFile", AcceptJob,     QString(), {"CopyAcceptedJobs"_q, "%1"_q, "/job/a.pdf"_q},
+            LookIntoInbox,        cPassingFiles, true,      true};
 }

@@ -38,6 +38,7 @@ FaultScenario (*const cScenarios[])() = {
     GetExtraction,                 //
     GetPostAndAccept,              //
     GetCopyOfAcceptedJob,          //
+    GetCopyOfAcceptedFile,         //
     GetDocumentChange,             //
     GetExport,                     //
     GetListOfTemporaries,          //

@@ -1,8 +1,12 @@
 #include "Scenarios.h"
+#include "apps/printer_processor/inbox/JobCopy.h"
+#include "archive/ZipReader.h"
+#include "foundation/core/GErrorCodes.h"
 #include "foundation/core/SharedFile.h"
 #include "foundation/system/GOwnedFile.h"
 #include "hopbox/HopboxRegistry.h"
 #include "tests/support/ChildProcess.h"
+#include "tests/support/ErrorCode.h"
 #include "tests/support/Test.h"
 #include "tests/support/faults/FaultCalls.h"
 
@@ -78,6 +82,20 @@ CHILD_ROLE(OpenAFile)
     return OpenSharedForReading(file, cLargestTextFile, reason) == FileOpening::cRefused ? 0 : 1;
 }
 
+CHILD_ROLE(OpenAnArchive)
+{
+    return Morvane::ZipReader(arguments.at(0)).open() ? 1 : 0;
+}
+
+CHILD_ROLE(CopyAJob)
+{
+    const JobCopy::Source job = JobCopy::Find(arguments.at(0), GPathName(arguments.at(0) + "-inbox"_q));
+    const std::atomic<bool> isStopped{false};
+    const int32_t code =
+        GetErrorCode([&] { JobCopy::Copy(job, GPathName(arguments.at(0) + "-copy"_q), isStopped); });
+    return code == GErrorCode::cFile ? 0 : 1;
+}
+
 TEST(PausedCalls, FileThatWasTakenForALeftoverBeforeItWasLockedIsMadeAnew)
 {
     const Sandbox sandbox;
@@ -100,13 +118,26 @@ TEST(PausedCalls, LeftoverThatGaveWayToAnOwnedFileMeanwhileTakesNothingAlong)
 
 TEST(PausedCalls, PipeThatTakesTheNameBetweenTheLookAndTheOpeningHoldsNobodyUp)
 {
-    const Sandbox sandbox;
-    const QString path = sandbox.GetPath("a"_q);
-    WriteFile(path, "a file");
-    PausedChild reader(sandbox, "OpenAFile", "open");
-    EXPECT_TRUE(QFile::remove(path));
-    EXPECT_EQ(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
-    EXPECT_EQ(reader.GoOn(), 0);
+    for (const char* role : {"OpenAFile", "OpenAnArchive"}) {
+        const Sandbox sandbox;
+        const QString path = sandbox.GetPath("a"_q);
+        WriteFile(path, "a file");
+        PausedChild reader(sandbox, role, "open");
+        EXPECT_TRUE(QFile::remove(path));
+        EXPECT_EQ(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+        EXPECT_EQ(reader.GoOn(), 0) << role;
+    }
+}
+
+TEST(PausedCalls, FileThatIsWrittenToMeanwhileIsNoCopy)
+{
+    for (const char* content : {"longer than it was", "short", "as long."}) {
+        const Sandbox sandbox;
+        WriteFile(sandbox.GetPath("a"_q), "8 bytes.");
+        PausedChild copier(sandbox, "CopyAJob", "read");
+        WriteFile(sandbox.GetPath("a"_q), content);
+        EXPECT_EQ(copier.GoOn(), 0) << content;
+    }
 }
 
 // Both files are out of reach in the middle of a change of both.

@@ -43,6 +43,7 @@ FaultScenario GetExtraction();
 // ChannelScenarios.cpp
 FaultScenario GetPostAndAccept();
 FaultScenario GetCopyOfAcceptedJob();
+FaultScenario GetCopyOfAcceptedFile();
 
 // ExportScenarios.cpp
 FaultScenario GetExport();

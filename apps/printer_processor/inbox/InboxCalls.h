@@ -2,6 +2,7 @@
 
 #include "foundation/core/GPathName.h"
 
+#include <QFile>
 #include <QStringList>
 
 #include <optional>
@@ -37,8 +38,20 @@ enum class Kind
     Other,   // a link, a pipe and the like, or nothing any more
     Unknown  // the system could not look, this time
 };
-// Links are not followed.
-Kind GetKind(const GPathName& path);
+// Links are not followed. The size is a file's, in bytes.
+Kind GetKind(const GPathName& path, qint64* size);
+
+// By what one tells that somebody has written to a file: its size in bytes, and when it was last changed, in
+// units of the system.
+struct State
+{
+    qint64 size = -1;
+    qint64 time = 0;
+
+    bool operator!=(const State& other) const { return size != other.size || time != other.time; }
+};
+// Of an open file, as it is now. False when the system does not tell.
+[[nodiscard]] bool GetState(const QFile& file, State* state);
 
 // The names in a folder, hidden ones included. False when they can't all be read.
 [[nodiscard]] bool ListNames(const GPathName& folder, QStringList* names);

@@ -3,7 +3,6 @@
 #include "foundation/system/PFileHandle.h"
 
 #include <QDirIterator>
-#include <QFile>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -65,12 +64,23 @@ InboxCalls::Look InboxCalls::LookAt(const GPathName& path)
     return isNone ? Look::Nothing : Look::Unknown;
 }
 
-InboxCalls::Kind InboxCalls::GetKind(const GPathName& path)
+InboxCalls::Kind InboxCalls::GetKind(const GPathName& path, qint64* size)
 {
     struct stat status = {};
     if (lstat(GetSystemName(path).constData(), &status) != 0)
         return errno == ENOENT ? Kind::Other : Kind::Unknown;
+    *size = status.st_size;
     return S_ISREG(status.st_mode) ? Kind::File : S_ISDIR(status.st_mode) ? Kind::Folder : Kind::Other;
+}
+
+bool InboxCalls::GetState(const QFile& file, State* state)
+{
+    struct stat status = {};
+    if (fstat(file.handle(), &status) != 0)
+        return false;
+    constexpr qint64 cNanoseconds = 1000000000;
+    *state = {status.st_size, status.st_mtim.tv_sec * cNanoseconds + status.st_mtim.tv_nsec};
+    return true;
 }
 
 bool InboxCalls::ListNames(const GPathName& folder, QStringList* names)

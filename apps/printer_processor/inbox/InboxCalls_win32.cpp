@@ -1,6 +1,7 @@
 #include "apps/printer_processor/inbox/InboxCalls.h"
 
 #include <aclapi.h>
+#include <io.h>
 #include <windows.h>
 
 #include <string>
@@ -10,6 +11,11 @@ namespace
 std::wstring GetText(const GPathName& path)
 {
     return path.GetSystemPath().toStdWString();
+}
+
+qint64 Join(DWORD high, DWORD low)
+{
+    return qint64(high) << 32 | low;
 }
 }  // namespace
 
@@ -52,17 +58,29 @@ InboxCalls::Look InboxCalls::LookAt(const GPathName& path)
 }
 
 // Files of a cloud folder are marked as links are, but stand for no other name.
-InboxCalls::Kind InboxCalls::GetKind(const GPathName& path)
+InboxCalls::Kind InboxCalls::GetKind(const GPathName& path, qint64* size)
 {
     WIN32_FIND_DATAW data = {};
     const HANDLE search = FindFirstFileW(GetText(path).c_str(), &data);
     if (search == INVALID_HANDLE_VALUE)
         return GetLastError() == ERROR_FILE_NOT_FOUND ? Kind::Other : Kind::Unknown;
     FindClose(search);
+    *size = Join(data.nFileSizeHigh, data.nFileSizeLow);
     if ((data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
         IsReparseTagNameSurrogate(data.dwReserved0))
         return Kind::Other;
     return (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? Kind::Folder : Kind::File;
+}
+
+bool InboxCalls::GetState(const QFile& file, State* state)
+{
+    BY_HANDLE_FILE_INFORMATION information = {};
+    if (!GetFileInformationByHandle(reinterpret_cast<HANDLE>(_get_osfhandle(file.handle())), &information))
+        return false;
+    const FILETIME& time = information.ftLastWriteTime;
+    *state = {Join(information.nFileSizeHigh, information.nFileSizeLow),
+              Join(time.dwHighDateTime, time.dwLowDateTime)};
+    return true;
 }
 
 bool InboxCalls::ListNames(const GPathName& folder, QStringList* names)

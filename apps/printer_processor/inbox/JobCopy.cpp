@@ -7,6 +7,7 @@
 #include "foundation/system/GSystemError.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QUrl>
 
 #include <vector>
@@ -26,6 +27,14 @@ constexpr qint64 cFlushInterval = 16 * 1024 * 1024;
 GString GetLastReason()
 {
     return GetReasonText(GetLastSystemError());
+}
+
+InboxCalls::State GetState(const GString& path, const QFile& file)
+{
+    InboxCalls::State state;
+    if (!InboxCalls::GetState(file, &state))
+        Fail(QStringLiteral("Can't look at"), path, GetLastReason());
+    return state;
 }
 
 GString GetPathOfURL(const GString& location)
@@ -53,7 +62,7 @@ GPathName GetPath(const GString& location)
 // A file or folder of a job, and where it goes below the job's copy.
 struct Item
 {
-    QFileInfo source;
+    GString source;
     GString relativePath;
     bool isFolder;
 };
@@ -63,13 +72,13 @@ class Copier
 public:
     explicit Copier(const std::atomic<bool>& isStopped) : mIsStopped(isStopped) {}
 
-    void CopyFile(const QFileInfo& source, const GPathName& path) const;
-    QStringList CopyFolder(const QFileInfo& source, const GPathName& path) const;
+    void CopyFile(const GString& source, const GPathName& path) const;
+    QStringList CopyFolder(const GString& source, const GPathName& path) const;
 
 private:
     void CheckStop() const;
-    std::vector<Item> ListItems(const QFileInfo& folder, QStringList* leftOut) const;
-    void CopyContent(QFile& from, QFile& to) const;
+    std::vector<Item> ListItems(const GString& folder, QStringList* leftOut) const;
+    void CopyContent(const GString& source, QFile& from, QFile& to) const;
 
     const std::atomic<bool>& mIsStopped;
 };
@@ -81,7 +90,7 @@ void Copier::CheckStop() const
 }
 
 // Everything in a folder that is copied, each folder before what is in it; and what is not.
-std::vector<Item> Copier::ListItems(const QFileInfo& folder, QStringList* leftOut) const
+std::vector<Item> Copier::ListItems(const GString& folder, QStringList* leftOut) const
 {
     std::vector<Item> items = {{folder, QString(), true}};
     qint64 bytes = 0;
@@ -91,15 +100,16 @@ std::vector<Item> Copier::ListItems(const QFileInfo& folder, QStringList* leftOu
         QStringList names;
         if (!parent.isFolder)
             continue;
-        if (!InboxCalls::ListNames(GPathName(parent.source.filePath()), &names))
-            Fail(QStringLiteral("Can't list"), parent.source.filePath(), GetLastReason());
+        if (!InboxCalls::ListNames(GPathName(parent.source), &names))
+            Fail(QStringLiteral("Can't list"), parent.source, GetLastReason());
         for (const QString& name : names) {
-            const QFileInfo source(parent.source.filePath() + QLatin1Char('/') + name);
-            const InboxCalls::Kind kind = InboxCalls::GetKind(GPathName(source.filePath()));
+            const GString source = parent.source + QLatin1Char('/') + name;
+            qint64 size = 0;
+            const InboxCalls::Kind kind = InboxCalls::GetKind(GPathName(source), &size);
             if (kind == InboxCalls::Kind::Unknown)
-                Fail(QStringLiteral("Can't look at"), source.filePath(), GetLastReason());
+                Fail(QStringLiteral("Can't look at"), source, GetLastReason());
             const QString path = parent.relativePath + QLatin1Char('/') + name;
-            bytes += kind == InboxCalls::Kind::File ? source.size() : 0;
+            bytes += kind == InboxCalls::Kind::File ? size : 0;
             if (kind == InboxCalls::Kind::Other)
                 leftOut->append(path.mid(1));
             else
@@ -112,41 +122,45 @@ std::vector<Item> Copier::ListItems(const QFileInfo& folder, QStringList* leftOu
     return items;
 }
 
-void Copier::CopyContent(QFile& from, QFile& to) const
+void Copier::CopyContent(const GString& source, QFile& from, QFile& to) const
 {
+    const InboxCalls::State before = GetState(source, from);
     qint64 unflushed = 0;
-    for (qint64 rest = from.size(); rest > 0;) {
+    qint64 copied = 0;
+    while (copied <= before.size) {
         CheckStop();
-        const QByteArray chunk = from.read(qMin(rest, cChunk));
+        const QByteArray chunk = from.read(cChunk);
         if (chunk.isEmpty())
             break;
         if (!GFileCalls::WriteAll(to, chunk.constData(), chunk.size()))
             Fail(QStringLiteral("Can't write"), to.fileName(), to.errorString());
-        rest -= chunk.size();
+        copied += chunk.size();
         unflushed += chunk.size();
         if (unflushed >= cFlushInterval && GFileCalls::FlushFile(to))
             unflushed = 0;
     }
     if (from.error() != QFile::NoError)
-        Fail(QStringLiteral("Can't read"), from.fileName(), from.errorString());
+        Fail(QStringLiteral("Can't read"), source, from.errorString());
+    if (GetState(source, from) != before || copied != before.size)
+        Fail(QStringLiteral("Can't copy"), source, QStringLiteral("it was written to meanwhile"));
     if (!GFileCalls::FlushFile(to))
         Fail(QStringLiteral("Can't flush"), to.fileName(), GetLastReason());
 }
 
-void Copier::CopyFile(const QFileInfo& source, const GPathName& path) const
+void Copier::CopyFile(const GString& source, const GPathName& path) const
 {
-    QFile from(source.filePath());
+    QFile from(source);
     QFile to(path.GetNativePath());
     GString reason;
     const FileOpening opening = OpenSharedForReading(from, JobCopy::cMaximumBytes, reason);
     if (opening != FileOpening::cOpen)
-        Fail(QStringLiteral("Can't read"), source.filePath(), reason);
+        Fail(QStringLiteral("Can't read"), source, reason);
     if (!to.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
         Fail(QStringLiteral("Can't make"), to.fileName(), to.errorString());
-    CopyContent(from, to);
+    CopyContent(source, from, to);
 }
 
-QStringList Copier::CopyFolder(const QFileInfo& source, const GPathName& path) const
+QStringList Copier::CopyFolder(const GString& source, const GPathName& path) const
 {
     QStringList leftOut;
     const std::vector<Item> items = ListItems(source, &leftOut);
@@ -177,24 +191,29 @@ JobCopy::Source JobCopy::Find(const GString& location, const GPathName& inbox)
         throw RefusedJob(QStringLiteral("There is no such file or folder."));
     if (look == InboxCalls::Look::Unknown)
         Fail(QStringLiteral("Can't look at"), path.GetNativePath(), GetLastReason());
-    const QFileInfo file(QFileInfo(path.GetNativePath()).canonicalFilePath());
-    if (file.filePath().isEmpty())
+    const GString found = QFileInfo(path.GetNativePath()).canonicalFilePath();
+    if (found.isEmpty())
         Fail(QStringLiteral("Can't look at"), path.GetNativePath(), GetLastReason());
-    if (!file.isFile() && !file.isDir())
+    const GPathName job(found);
+    qint64 size = 0;
+    const InboxCalls::Kind kind = InboxCalls::GetKind(job, &size);
+    if (kind == InboxCalls::Kind::Unknown)
+        Fail(QStringLiteral("Can't look at"), found, GetLastReason());
+    if (kind == InboxCalls::Kind::Other)
         throw RefusedJob(QStringLiteral("The job is neither a file nor a folder."));
-    if (file.isFile() && file.size() > cMaximumBytes)
+    const bool isFolder = kind == InboxCalls::Kind::Folder;
+    if (!isFolder && size > cMaximumBytes)
         throw RefusedJob(QStringLiteral("The job is too large."));
-    const GPathName folder(file.filePath());
-    if (file.isDir() && (folder == inbox || inbox.IsBelow(folder)))
+    if (isFolder && (job == inbox || inbox.IsBelow(job)))
         throw RefusedJob(QStringLiteral("The inbox lies in the job."));
-    return {file, path.GetLeaf()};
+    return {found, path.GetLeaf(), isFolder};
 }
 
 QStringList JobCopy::Copy(const Source& source, const GPathName& target, const std::atomic<bool>& isStopped)
 {
     const Copier copier(isStopped);
-    if (source.file.isDir())
-        return copier.CopyFolder(source.file, target);
-    copier.CopyFile(source.file, target);
+    if (source.isFolder)
+        return copier.CopyFolder(source.path, target);
+    copier.CopyFile(source.path, target);
     return {};
 }

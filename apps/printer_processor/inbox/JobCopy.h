@@ -3,7 +3,7 @@
 #include "foundation/core/GException.h"
 #include "foundation/core/GPathName.h"
 
-#include <QFileInfo>
+#include <QStringList>
 
 #include <atomic>
 
@@ -15,8 +15,8 @@ public:
 };
 
 // Copies what a ticket names, which is taken as hostile. A job is a plain file, or a folder, of which plain
-// files and folders are copied and everything else (links, pipes, devices) is passed over. Of a file no more
-// is copied than it says to hold, so that one without an end does no harm.
+// files and folders are copied and everything else (links, pipes, devices) is passed over. A file that
+// somebody writes to meanwhile is no copy of anything: that raises.
 namespace JobCopy
 {
 constexpr qint64 cMaximumBytes = qint64(16) << 30;
@@ -24,8 +24,9 @@ constexpr size_t cMaximumItems = 100000;
 
 struct Source
 {
-    QFileInfo file;
+    GString path;  // where it is, with all links resolved
     GString name;  // under which the ticket knows it
+    bool isFolder;
 };
 
 // Finds the job that lies at a location, a native path or an encoded `file` URL. Raises a RefusedJob when it

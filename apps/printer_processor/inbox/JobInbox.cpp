@@ -159,7 +159,7 @@ GPathName JobInbox::GiveName(InboxJob* job)
     const GString wanted = job->name;
     for (int number = 1;; ++number) {
         const GPathName path = FindFreeName(wanted, &number);
-        mJournal->NoteReady(job->number, path.GetLeaf());
+        mJournal->NoteReady(job->number, path.GetLeaf(), job->leftOut);
         job->name = path.GetLeaf();
         if (InboxCalls::MoveToFreeName(GetUnfinished(job->number), path)) {
             if (!InboxCalls::FlushFolder(mFolder))

@@ -93,11 +93,13 @@ std::vector<InboxJob> JobJournal::Add(const std::vector<InboxJob>& jobs)
     return added;
 }
 
-void JobJournal::NoteReady(uint64_t number, const GString& name)
+void JobJournal::NoteReady(uint64_t number, const GString& name, const QStringList& leftOut)
 {
     const std::lock_guard<std::mutex> guard(mMutex);
-    Append(JobJournalLine::Ready(number, name));
-    mContent.jobs[number].name = name;
+    Append(JobJournalLine::Ready(number, name, leftOut));
+    InboxJob& job = mContent.jobs[number];
+    job.name = name;
+    job.leftOut = leftOut;
 }
 
 void JobJournal::NoteDone(uint64_t number)

@@ -29,8 +29,9 @@ public:
     // been taken in before. Raises when they can't be noted: none of them is accepted then.
     std::vector<InboxJob> Add(const std::vector<InboxJob>& jobs);
 
-    // The job's copy is whole and will get this name. Raises when that can't be noted.
-    void NoteReady(uint64_t number, const GString& name);
+    // The job's copy is whole but for what was left out, and will get this name. Raises when that can't be
+    // noted.
+    void NoteReady(uint64_t number, const GString& name, const QStringList& leftOut = {});
 
     // The job is over. What can't be noted is logged: the next start finds out.
     void NoteDone(uint64_t number);

@@ -1,6 +1,7 @@
 #include "apps/printer_processor/inbox/JobJournalText.h"
 
 #include <QCryptographicHash>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -19,6 +20,7 @@ const QString cSender = QStringLiteral("sender");
 const QString cPayload = QStringLiteral("payload");
 const QString cReady = QStringLiteral("ready");
 const QString cName = QStringLiteral("name");
+const QString cLeftOut = QStringLiteral("left_out");
 const QString cDone = QStringLiteral("done");
 const QString cEnd = QStringLiteral("end");
 
@@ -76,9 +78,13 @@ bool TakeReady(const QJsonObject& object, JobJournalContent* content)
     uint64_t number = 0;
     const QString name = object.value(cName).toString();
     const auto job = ToNumber(object, cReady, &number) ? content->jobs.find(number) : content->jobs.end();
+    const QJsonArray leftOut = object.value(cLeftOut).toArray();
     if (job == content->jobs.end() || !IsPlainName(name))
         return false;
     job->second.name = name;
+    job->second.leftOut.clear();
+    for (const QJsonValue& path : leftOut)
+        job->second.leftOut.append(path.toString());
     return true;
 }
 
@@ -142,7 +148,7 @@ GBuffer JobJournalContent::Write() const
     for (const auto& job : jobs) {
         text += JobJournalLine::Job(job.second);
         if (!job.second.name.isEmpty())
-            text += JobJournalLine::Ready(job.first, job.second.name);
+            text += JobJournalLine::Ready(job.first, job.second.name, job.second.leftOut);
     }
     for (const auto& end : ends)
         text += JobJournalLine::End(end.first, end.second);
@@ -189,9 +195,12 @@ GBuffer JobJournalLine::Job(const InboxJob& job)
                      {cPayload, QString::fromLatin1(job.payload.toBase64())}});
 }
 
-GBuffer JobJournalLine::Ready(uint64_t number, const GString& name)
+GBuffer JobJournalLine::Ready(uint64_t number, const GString& name, const QStringList& leftOut)
 {
-    return MakeLine({{cReady, FromNumber(number)}, {cName, name}});
+    QJsonObject line = {{cReady, FromNumber(number)}, {cName, name}};
+    if (!leftOut.isEmpty())
+        line.insert(cLeftOut, QJsonArray::fromStringList(leftOut));
+    return MakeLine(line);
 }
 
 GBuffer JobJournalLine::Done(uint64_t number)

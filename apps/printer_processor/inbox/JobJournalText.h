@@ -18,7 +18,7 @@ struct InboxJob
     uint32_t sender = 0;    // process identifier
     GBuffer payload;        // the bytes of the message: a ticket, as far as one knows
     GString name;           // under which its whole copy is put into the inbox; empty until it is whole
-    QStringList leftOut = {};  // of it: what was no file and no folder; not in the journal
+    QStringList leftOut = {};  // of the copy: what was no file and no folder
 
     // A text that no other job has, of this or another inbox, and that stays the same.
     QString GetID() const;
@@ -53,7 +53,7 @@ namespace JobJournalLine
 {
 GBuffer Keeper(uint64_t keeper);
 GBuffer Job(const InboxJob& job);
-GBuffer Ready(uint64_t number, const GString& name);
+GBuffer Ready(uint64_t number, const GString& name, const QStringList& leftOut = {});
 GBuffer Done(uint64_t number);
 GBuffer End(uint64_t queue, uint64_t end);
 }  // namespace JobJournalLine

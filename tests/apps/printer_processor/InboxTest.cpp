@@ -87,13 +87,15 @@ TEST_F(InboxTest, JournalTakesEachMessageOnceAndForgetsNothing)
         EXPECT_EQ(journal.Add({MakeJob(0, "a"), MakeJob(9, "b")}).size(), 2U);
         EXPECT_EQ(journal.Add({MakeJob(9, "b"), MakeJob(20, "c")}).size(), 1U);
         journal.NoteDone(1);
-        journal.NoteReady(2, "b.pdf"_q);
+        journal.NoteReady(2, "b.pdf"_q, "a pipe|a/link"_list);
     }
     WriteFile(GetPath("journal"), ReadFile(GetPath("journal")) + "torn");
     JobJournal again(GPathName(GetPath("journal")));
     EXPECT_EQ(again.GetKeeper(), keeper);
     ASSERT_EQ(again.GetJobs().size(), 2U);
     EXPECT_EQ(again.GetJobs().front().name, "b.pdf"_q);
+    EXPECT_EQ(again.GetJobs().front().leftOut, "a pipe|a/link"_list);
+    EXPECT_EQ(JobJournalContent::Read(ReadFile(GetPath("journal"))).jobs[2].leftOut, "a pipe|a/link"_list);
     EXPECT_EQ(again.GetJobs().back().payload, "c");
     EXPECT_TRUE(again.Add({MakeJob(0), MakeJob(20)}).empty());
     // What is over does not stay for ever.
