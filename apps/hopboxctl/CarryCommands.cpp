@@ -101,14 +101,12 @@ int RunImport(const CliCall& call)
     if (!HopboxOptions::IsUsable(QStringLiteral("A Hopbox's name"), name))
         return cCliFailed;
     HopboxRegistry registry;
-    if (!registry.FindKey(name).isEmpty()) {
-        DamageNotice::Tell(registry);
+    const DamageNotice::AtEnd notice(registry);
+    if (!registry.FindKey(name).isEmpty())
         return HopboxOutput::FailTaken(name);
-    }
     ProjectPlace::NewFolder folder(name);
     GString key;
     const bool isAdded = registry.AddFirstEntry(name, PlaceEntry(*content, name, folder), key);
-    DamageNotice::Tell(registry);
     if (!isAdded)
         return HopboxOutput::FailTaken(name);
     folder.Keep();

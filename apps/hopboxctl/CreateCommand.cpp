@@ -42,10 +42,9 @@ int Create(const CliCall& call, const GPrefMemoryModule& settings)
 {
     const QString name = call.GetArgument(0);
     HopboxRegistry registry;
-    if (!registry.FindKey(name).isEmpty()) {
-        DamageNotice::Tell(registry);
+    const DamageNotice::AtEnd notice(registry);
+    if (!registry.FindKey(name).isEmpty())
         return HopboxOutput::FailTaken(name);
-    }
     ProjectPlace::NewFolder folder(name);
     HopboxProject project(folder.GetArchivePath());
     const GResult created = project.Create(GetAbsolute(call.Get("job-options")), settings);
@@ -55,7 +54,6 @@ int Create(const CliCall& call, const GPrefMemoryModule& settings)
     }
     GString key;
     const bool isAdded = registry.AddFirstEntry(name, MakeEntry(call, project.GetPathName()), key);
-    DamageNotice::Tell(registry);
     if (!isAdded)
         return HopboxOutput::FailTaken(name);
     folder.Keep();

@@ -5,9 +5,12 @@
 #include "apps/hopboxctl/PrefsFile.h"
 #include "foundation/prefs/GPrefFileModule.h"
 #include "foundation/system/GDamagedCopies.h"
+#include "foundation/trace/GTrace.h"
 #include "hopbox/HopboxRegistry.h"
 
 #include <QJsonObject>
+
+#include <exception>
 
 namespace
 {
@@ -62,6 +65,15 @@ int DamageNotice::Tell(const HopboxRegistry& registry)
     PrintError(HopboxOutput::GetShown(GetText(notice)));
     SetDamaged(GetJson(notice));
     return cCliFailed;
+}
+
+DamageNotice::AtEnd::~AtEnd()
+{
+    try {
+        Tell(mRegistry);
+    } catch (const std::exception& error) {
+        GTrace::Error(QStringLiteral("DamageNotice::AtEnd"), GString::fromUtf8(error.what()));
+    }
 }
 
 QString DamageNotice::DescribeSettings(const GPathName& archive, int64_t position, Copy copy)

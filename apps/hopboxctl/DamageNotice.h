@@ -15,6 +15,19 @@ namespace DamageNotice
 // command that only read: it failed when entries may be missing from its answer.
 int Tell(const HopboxRegistry& registry);
 
+// Tells it at the end of a command that changes the registry, also of one that ends with an exception.
+class AtEnd
+{
+public:
+    explicit AtEnd(const HopboxRegistry& registry) : mRegistry(registry) {}
+    ~AtEnd();
+    AtEnd(const AtEnd&) = delete;
+    AtEnd& operator=(const AtEnd&) = delete;
+
+private:
+    const HopboxRegistry& mRegistry;
+};
+
 // The text for settings of an archive that are damaged at a byte. Once the archive was written, the damaged
 // one is kept.
 enum class Copy

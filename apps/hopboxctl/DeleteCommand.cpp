@@ -32,10 +32,10 @@ int DeleteArchive(const HopboxRegistry& registry, const GPathName& archive)
 int Run(const CliCall& call)
 {
     HopboxRegistry registry;
+    const DamageNotice::AtEnd notice(registry);
     const QString key = registry.FindKey(call.GetArgument(0));
     const GPathName archive = GetOwnArchive(registry, key);
     const bool isDeleted = !key.isEmpty() && registry.RemoveEntry(key);
-    DamageNotice::Tell(registry);
     if (!isDeleted)
         return HopboxOutput::FailUnknown(call.GetArgument(0));
     SetResult(QJsonObject{{QStringLiteral("Key"), key}});

@@ -13,10 +13,10 @@ int SetListed(const CliCall& call, bool isListed)
 {
     const QString name = call.GetArgument(0);
     HopboxRegistry registry;
+    const DamageNotice::AtEnd notice(registry);
     const QString key = registry.FindKey(name);
     const bool isChanged =
         registry.ChangeEntry(name, [&](HopboxRegistryEntry& entry) { entry.isPlugin = isListed; });
-    DamageNotice::Tell(registry);
     if (isChanged) {
         SetResult(QJsonObject{{QStringLiteral("Key"), key}});
         return cCliDone;

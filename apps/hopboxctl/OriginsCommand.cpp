@@ -10,9 +10,9 @@ namespace
 int Change(const QStringList& origins)
 {
     HopboxRegistry registry;
+    const DamageNotice::AtEnd notice(registry);
     registry.SetAllowedOrigins(origins);
     SetResult(QJsonArray::fromStringList(origins));
-    DamageNotice::Tell(registry);
     return cCliDone;
 }
 

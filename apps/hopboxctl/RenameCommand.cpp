@@ -15,9 +15,9 @@ int Run(const CliCall& call)
     if (!HopboxOptions::IsUsable(QStringLiteral("A Hopbox's name"), newName))
         return cCliFailed;
     HopboxRegistry registry;
+    const DamageNotice::AtEnd notice(registry);
     const QString key = registry.FindKey(name);
     const HopboxRegistry::Renaming renaming = registry.RenameEntry(name, newName);
-    DamageNotice::Tell(registry);
     switch (renaming) {
         case HopboxRegistry::Renaming::cDone:
             SetResult(QJsonObject{{QStringLiteral("Key"), key}});

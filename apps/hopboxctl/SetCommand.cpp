@@ -206,9 +206,9 @@ int Run(const CliCall& call)
         changes.append(MakeChange(assignment));
     const QString name = call.GetArgument(0);
     HopboxRegistry registry;
+    const DamageNotice::AtEnd notice(registry);
     const QString key = registry.FindKey(name);
     const bool isChanged = HopboxChange(call, registry, name).Make(changes);
-    DamageNotice::Tell(registry);
     if (isChanged) {
         SetResult(QJsonObject{{QStringLiteral("Key"), key}});
         return cCliDone;

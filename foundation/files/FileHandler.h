@@ -300,6 +300,7 @@ private:
     [[nodiscard]] bool copyThroughHiddenFile(const QString& source, const QString& destination);
     [[nodiscard]] bool copyContent(const QString& source, const QString& destination, QString* reason);
     [[nodiscard]] bool copyCompanion(const QString& source, const QString& destination);
+    [[nodiscard]] bool completeCopy(const QString& source, const QString& destination);
     [[nodiscard]] bool setOwnerRights(const QString& path, const char* message);
 
     [[nodiscard]] bool checkFolder(const QString& folder, const QString& operation);

@@ -73,7 +73,17 @@ bool FileHandler::copyFile(const QString& source, const QString& destination)
         LogFailure(operation, "Can't copy file, a file with the same name existed: ", to, error);
         return false;
     }
-    return copyThroughHiddenFile(from, to) && copyCompanion(from, to);
+    return copyThroughHiddenFile(from, to) && completeCopy(from, to);
+}
+
+// Copies the companion as well. Without it there is no copy, and the next attempt finds the name free.
+bool FileHandler::completeCopy(const QString& source, const QString& destination)
+{
+    if (copyCompanion(source, destination))
+        return true;
+    if (const FileSystem::Error error = FileSystem::removeItem(destination))
+        LogFailure(QStringLiteral("FileHandler::copyFile"), "Can't remove file: ", destination, error);
+    return false;
 }
 
 bool FileHandler::copyCompanion(const QString& source, const QString& destination)
@@ -219,7 +229,7 @@ bool FileHandler::copyEntry(const QString& source, const QString& destination)
         case ItemKind::Link:
             error = FileSystem::copyLink(source, destination);
             if (!error)
-                return copyCompanion(source, destination);
+                return completeCopy(source, destination);
             break;
         case ItemKind::None:
         case ItemKind::Other:

@@ -81,7 +81,12 @@ bool FileHandler::renameFile(const QString& source, const QString& destination)
         return false;
     if (companion.isEmpty() || isCompanion(to) || !exists(companion))
         return true;
-    return retryRename(companion, getCompanionPath(to), operation, QStringLiteral("file"));
+    if (retryRename(companion, getCompanionPath(to), operation, QStringLiteral("file")))
+        return true;
+    // The two stay together.
+    if (const FileSystem::Error error = renameOnce(to, from))
+        LogFailure(operation, "Failed to rename file: ", to, error);
+    return false;
 }
 
 // Neither the file nor its companion may meet a file of that name.

@@ -142,6 +142,13 @@ bool GFileCalls::FlushFile(const QFile& file)
     return fsync(file.handle()) == 0;
 }
 
+bool GFileCalls::FlushFolder(const GPathName& folder)
+{
+    const QByteArray path = QFile::encodeName(folder.GetSystemPath());
+    const PFileHandle handle(open(path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return handle.IsOpen() && fsync(static_cast<int>(handle.Get())) == 0;
+}
+
 bool GFileCalls::IsNameTaken(int error)
 {
     return error == EEXIST;

@@ -118,6 +118,11 @@ bool GFileCalls::FlushFile(const QFile& file)
     return FlushFileBuffers(reinterpret_cast<HANDLE>(_get_osfhandle(file.handle()))) != 0;
 }
 
+bool GFileCalls::FlushFolder(const GPathName&)
+{
+    return true;
+}
+
 bool GFileCalls::IsNameTaken(int error)
 {
     return error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS;

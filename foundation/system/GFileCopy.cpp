@@ -6,6 +6,7 @@
 #include "foundation/system/GOwnedFile.h"
 #include "foundation/system/GSystemError.h"
 #include "foundation/system/GUniqueName.h"
+#include "foundation/trace/GTrace.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -37,6 +38,12 @@ void RemoveLeftovers(const GPathName& destination)
         if (name.startsWith(leaf) && cSuffix.match(name.mid(leaf.size())).hasMatch())
             GOwnedFile::RemoveUnowned(folder.GetChild(name));
     }
+}
+
+GPathName GetFolder(const GPathName& file)
+{
+    const GPathName folder = file.GetParent();
+    return folder.IsEmpty() ? GPathName(QStringLiteral(".")) : folder;
 }
 
 GPathName MakePassingName(const GPathName& destination)
@@ -81,6 +88,11 @@ public:
             RaiseFileError(QStringLiteral("The file \"%1\" can't be written"), destination,
                            GetLastSystemError());
         mFile.Disown();
+        // The copy is in place whatever comes of this; without it a power cut may take its name away.
+        if (!GFileCalls::FlushFolder(GetFolder(destination)))
+            GTrace::Error(QStringLiteral("GFileSystemBase::CopyAndRenameFile"),
+                          QStringLiteral("The folder of \"%1\" can't be flushed: %2")
+                              .arg(destination.GetNativePath(), GetReasonText(GetLastSystemError())));
     }
 
 private:

@@ -31,13 +31,15 @@ std::vector<uint32_t> GProcessInfo::GetProcessIDs(const GString& imageName)
     const PFileHandle snapshot(reinterpret_cast<intptr_t>(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0)));
     PROCESSENTRY32W entry = {};
     entry.dwSize = sizeof entry;
-    if (!snapshot.IsOpen() || !Process32FirstW(GetHandle(snapshot), &entry))
-        throw GCustomException(GErrorCode::cFile, QStringLiteral("The list of processes can't be read: ") +
-                                                      GetReasonText(GetLastSystemError()));
-    do {
+    bool isThere = snapshot.IsOpen() && Process32FirstW(GetHandle(snapshot), &entry);
+    while (isThere) {
         if (imageName.compare(QString::fromWCharArray(entry.szExeFile), Qt::CaseInsensitive) == 0)
             processIDs.push_back(entry.th32ProcessID);
-    } while (Process32NextW(GetHandle(snapshot), &entry));
+        isThere = Process32NextW(GetHandle(snapshot), &entry);
+    }
+    if (GetLastError() != ERROR_NO_MORE_FILES)
+        throw GCustomException(GErrorCode::cFile, QStringLiteral("The list of processes can't be read: ") +
+                                                      GetReasonText(GetLastSystemError()));
     std::sort(processIDs.begin(), processIDs.end());
     return processIDs;
 }

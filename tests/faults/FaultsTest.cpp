@@ -32,6 +32,7 @@ FaultScenario (*const cScenarios[])() = {
     GetXmlSave,                    //
     GetFolderQueries,              //
     GetFolderCopyAcrossVolumes,    //
+    GetFileRenameAcrossVolumes,    //
     GetFolderRenameAcrossVolumes,  //
     GetArchiveCreation,            //
     GetArchiveAddition,            //
@@ -178,10 +179,12 @@ TEST(JobJournal, IsFlushedWhenAJobCountsAsTaken)
     EXPECT_GT(calls.lastIndexOf(QRegularExpression(QStringLiteral("flush .*/journal$"))), written);
 }
 
-TEST(CopiedFile, IsFlushedBeforeItTakesItsPlace)
+TEST(CopiedFile, IsFlushedBeforeItTakesItsPlaceAndItsFolderAfterwards)
 {
     int renamed = -1;
-    EXPECT_TRUE(FlushesBeforeRename(ListCalls(GetFileCopy()), "b", &renamed));
+    const QStringList calls = ListCalls(GetFileCopy());
+    EXPECT_TRUE(FlushesBeforeRename(calls, "b", &renamed));
+    EXPECT_GT(calls.lastIndexOf(QRegularExpression(QStringLiteral("flush .*"))), renamed);
 }
 
 // What was read of a file before its disk failed is no change of this process.

@@ -185,6 +185,19 @@ CHILD_ROLE(RenameFile)
     return Copier().renameFile(arguments.at(0) + "/from/sub/b"_q, arguments.at(0) + "/other/b"_q) ? 0 : 1;
 }
 
+FaultScenario GetFileRenameAcrossVolumes()
+{
+    const auto look = [](const QString& root) {
+        const auto hasBoth = [&root](const char* folder) {
+            return ReadFile(root + QLatin1String(folder) + "/b"_q).size() == 100000 &&
+                   ReadFile(root + QLatin1String(folder) + "/._b"_q) == "companion";
+        };
+        const bool isMoved = QFileInfo::exists(root + "/other/b"_q);
+        return !hasBoth(isMoved ? "/other" : "/from/sub") ? "a part"_q : isMoved ? "moved"_q : "not moved"_q;
+    };
+    return {"FileRenameAcrossVolumes", MakeFolder, QString(), {"RenameFile"_q, "%1"_q}, look, {}, false};
+}
+
 FaultScenario GetFolderRenameAcrossVolumes()
 {
     // The source, which may be left whole, in part, or under the hidden name of a folder that is being

@@ -33,6 +33,7 @@ FaultScenario GetFileCopyToAFreeName();
 FaultScenario GetXmlSave();
 FaultScenario GetFolderQueries();
 FaultScenario GetFolderCopyAcrossVolumes();
+FaultScenario GetFileRenameAcrossVolumes();
 FaultScenario GetFolderRenameAcrossVolumes();
 
 // ArchiveScenarios.cpp

@@ -11,9 +11,6 @@
 // has the reason.
 namespace InboxCalls
 {
-// Sees to it that the names in a folder survive a power cut. Always true on Windows, which has no such call.
-[[nodiscard]] bool FlushFolder(const GPathName& folder);
-
 // Makes one folder, with the rights that the user gives what he makes.
 [[nodiscard]] bool MakeFolder(const GPathName& folder);
 

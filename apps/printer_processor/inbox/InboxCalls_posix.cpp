@@ -21,12 +21,6 @@ QByteArray GetSystemName(const GPathName& path)
 }
 }  // namespace
 
-bool InboxCalls::FlushFolder(const GPathName& folder)
-{
-    const PFileHandle handle(open(GetSystemName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    return handle.IsOpen() && fsync(static_cast<int>(handle.Get())) == 0;
-}
-
 bool InboxCalls::MakeFolder(const GPathName& folder)
 {
     return mkdir(GetSystemName(folder).constData(), S_IRWXU | S_IRWXG | S_IRWXO) == 0;

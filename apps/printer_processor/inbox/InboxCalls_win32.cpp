@@ -19,11 +19,6 @@ qint64 Join(DWORD high, DWORD low)
 }
 }  // namespace
 
-bool InboxCalls::FlushFolder(const GPathName&)
-{
-    return true;
-}
-
 bool InboxCalls::MakeFolder(const GPathName& folder)
 {
     return CreateDirectoryW(GetText(folder).c_str(), nullptr) != 0;

@@ -174,7 +174,7 @@ QStringList Copier::CopyFolder(const GString& source, const GPathName& path) con
     for (const Item& item : items) {
         const GPathName copy = item.relativePath.isEmpty() ? path : path.GetChild(item.relativePath.mid(1));
         CheckStop();
-        if (item.isFolder && !InboxCalls::FlushFolder(copy))
+        if (item.isFolder && !GFileCalls::FlushFolder(copy))
             Fail(QStringLiteral("Can't flush"), copy.GetNativePath(), GetLastReason());
     }
     return leftOut;

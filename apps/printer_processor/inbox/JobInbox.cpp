@@ -2,6 +2,7 @@
 
 #include "apps/printer_processor/inbox/InboxCalls.h"
 #include "foundation/core/GErrorCodes.h"
+#include "foundation/system/GFileCalls.h"
 #include "foundation/system/GFileSystemBase.h"
 #include "foundation/system/GSystemError.h"
 #include "foundation/trace/GTrace.h"
@@ -45,7 +46,7 @@ void Remove(const GPathName& path)
 
 void Flush(const GPathName& folder)
 {
-    if (!InboxCalls::FlushFolder(folder))
+    if (!GFileCalls::FlushFolder(folder))
         RaiseFileError(QStringLiteral("The folder \"%1\" can't be flushed"), folder, GetLastSystemError());
 }
 }  // namespace
@@ -162,7 +163,7 @@ GPathName JobInbox::GiveName(InboxJob* job)
         mJournal->NoteReady(job->number, path.GetLeaf(), job->leftOut);
         job->name = path.GetLeaf();
         if (InboxCalls::MoveToFreeName(GetUnfinished(job->number), path)) {
-            if (!InboxCalls::FlushFolder(mFolder))
+            if (!GFileCalls::FlushFolder(mFolder))
                 Log(QStringLiteral("The inbox can't be flushed to disk."));
             return path;
         }

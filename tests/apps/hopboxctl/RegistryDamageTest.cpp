@@ -141,11 +141,18 @@ TEST_F(RegistryDamage, KeepsTheNewestThreeAndChangesNothingThatItCannotKeep)
     EXPECT_EQ(ReadFile(mCopy) + ReadFile(mCopy + ".1"_q) + ReadFile(mCopy + ".2"_q),
               mWhole + "5" + mWhole + "3" + mWhole + "2");
 
+    ASSERT_EQ(Run({"export"_q, "One"_q, "One.hopbox"_q}), 0);
     QFile::remove(mCopy);
     QDir().mkpath(mCopy + "/x"_q);
     WriteFile(mFile, mWhole + "5");
-    EXPECT_EQ(Run({"set"_q, "One"_q, "IsActive=true"_q}), 1);
-    EXPECT_EQ(ReadFile(mFile), mWhole + "5");
+    for (const char* call :
+         {"set|One|IsActive=true", "rename|One|Four", "remove|One", "delete|One", "origins|--none",
+          "create|Six|--job-options|a.joboptions", "import|One.hopbox|--name|Five"}) {
+        EXPECT_EQ(Run(QString::fromLatin1(call).split(QLatin1Char('|')) + "--json"_list), 1) << call;
+        EXPECT_TRUE(Says(" is damaged at line ")) << call << mError.toStdString();
+        EXPECT_EQ(GetAnswer().value("damaged"_q)["IsKept"_q], QJsonValue(false)) << call;
+        EXPECT_EQ(ReadFile(mFile), mWhole + "5");
+    }
 }
 
 TEST_F(RegistryDamage, OneThatCannotBeReadIsNotTakenForEmpty)

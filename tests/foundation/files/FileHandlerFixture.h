@@ -35,6 +35,12 @@ public:
         return !source.endsWith(QLatin1String("/stuck")) && FileHandler::copyFile(source, destination);
     }
 
+    // Nor can its companion be renamed.
+    bool LockFolder(const QString& path) override
+    {
+        return !path.endsWith(QLatin1String("/._stuck")) && FileHandler::LockFolder(path);
+    }
+
     void NoteAttempt(const QString& message) const
     {
         if (message.contains(QLatin1String("Attempt number"))) {

@@ -114,6 +114,7 @@ TEST_F(FileOperations, RenameAcrossVolumesIsDoneWholeOrNotAtAll)
         {"from/a/x from/._x", "renameFolder from other/to", "other/to/._x=from/._x other/to/a/x=from/a/x"},
         {"from/x taken/y", "renameFolder from taken", "from/x taken/y",
          "renameFolder|Destination directory already exists: taken"},
+        {"stuck ._stuck", "renameFile stuck y", "._stuck stuck", "renameFile|Failed to rename file: ._stuck"},
         {"from/x from/stuck", "renameFolder from none/to", "from/stuck from/x none/",
          cNotCopied + "\nrenameFolder|Failed to copy folder: from"},
     });
