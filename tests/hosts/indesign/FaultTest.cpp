@@ -144,11 +144,18 @@ TEST(IndesignHelper, GoesWithTheApplicationAndItsOpenDialog)
 TEST(IndesignHelper, MissingProgramOrModuleIsTold)
 {
     Workplace workplace;
-    ASSERT_TRUE(WriteFile(workplace.sandbox.GetPath("none.so"_q), "no module"));
-    qputenv("TEST_MODULE", workplace.sandbox.GetPath("none.so"_q).toUtf8());
-    SimulatedApplication application(workplace);
+    const QString none = workplace.sandbox.GetPath("none.so"_q);
+    ASSERT_TRUE(WriteFile(none, "no module"));
+    const std::pair<QString, QString> cases[] = {{none, none},
+                                                 {QStringLiteral(SHORT_MODULE), "it gives no reason"_q}};
+    qputenv("TEST_REFUSES_ACTIONS", "1");
+    for (const auto& [module, words] : cases) {
+        qputenv("TEST_MODULE", module.toUtf8());
+        SimulatedApplication application(workplace);
+        application.Do("open", {{"path"_q, workplace.MakeDocument("Doc.indd"_q, {"1"_q})}});
+        const QString alert = Find(application.Choose(), "alert").value("alert"_q).toString();
+        EXPECT_TRUE(alert.contains(words) && alert.contains("can't be used"_q)) << alert.toStdString();
+    }
     qunsetenv("TEST_MODULE");
-    application.Do("open", {{"path"_q, workplace.MakeDocument("Doc.indd"_q, {"1"_q})}});
-    const QString alert = Find(application.Choose(), "alert").value("alert"_q).toString();
-    EXPECT_TRUE(alert.contains("none.so"_q) && alert.contains("can't be used"_q)) << alert.toStdString();
+    qunsetenv("TEST_REFUSES_ACTIONS");
 }

@@ -17,6 +17,8 @@ const hopbox_plugin_table* hopbox_plugin(uint32_t version)
         return nullptr;
     table = *whole;
     table.size = offsetof(hopbox_plugin_table, do_action);
+    if (qEnvironmentVariableIsSet("TEST_REFUSES_ACTIONS"))  // without a word
+        table.open_actions = [](const hopbox_sink*) -> int32_t { return HOPBOX_FAILED; };
     table.do_action = [](int32_t) -> int32_t { std::abort(); };
     table.export_to = [](int32_t, const hopbox_text*, const hopbox_text*, int32_t,
                          const hopbox_sink*) -> int32_t { std::abort(); };

@@ -213,6 +213,18 @@ TEST(HostWindow, SpeaksTheLanguageOfTheSystem)
     }
 }
 
+TEST(HostWindow, APlugInThatRefusesIsNotKept)
+{
+    ScribusHost host;
+    qputenv("TEST_REFUSES_ACTIONS", "1");
+    PlugInModule refusing;
+    EXPECT_FALSE(refusing.Load(QStringLiteral(SHORT_MODULE), host));
+    EXPECT_TRUE(refusing.GetError().endsWith("The plug-in gave no reason."_q));
+    qunsetenv("TEST_REFUSES_ACTIONS");
+    PlugInModule another;
+    EXPECT_TRUE(another.Load(QStringLiteral(SHORT_MODULE), host)) << another.GetError().toStdString();
+}
+
 // An untitled document and a changed book, each with every answer.
 TEST(HostWindow, AsksBeforeItClosesWhatNoFileHolds)
 {
