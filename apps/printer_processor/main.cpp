@@ -5,6 +5,7 @@
 #include "foundation/core/GMessageLoop.h"
 #include "foundation/ipc/GPPIPCReceiver.h"
 #include "foundation/system/GProcessInfo.h"
+#include "foundation/trace/GTrace.h"
 #include "hopbox/HopboxMessages.h"
 
 #include <QCoreApplication>
@@ -33,6 +34,17 @@ void PrintError(const QString& text)
     std::fprintf(stderr, "PrinterProcessorWin.exe: %s\n", text.toUtf8().constData());
     std::fflush(stderr);
 }
+
+// What the inbox and the channel have to tell, from any thread, goes where people look for it.
+class ErrorLog : public Morvane::ILogInterface
+{
+public:
+    void log(Morvane::LogLevel level, const QString&, const QString& message) noexcept override
+    {
+        if (level != Morvane::LogLevel::Debug)
+            PrintError(message);
+    }
+};
 
 std::unique_ptr<JobInbox> OpenInbox(const Options& options)
 {
@@ -187,6 +199,7 @@ int Receive(const Options& options)
 int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
+    GTrace::SetLogger(std::make_shared<ErrorLog>());
     try {
         Options options;
         if (const std::optional<int> status = Options::Read(argc, argv, options))

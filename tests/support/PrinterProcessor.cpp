@@ -21,14 +21,20 @@ PrinterProcessor::PrinterProcessor(const Sandbox& sandbox, const QStringList& ar
         reader->start(GetProgramPath(cProgram), {"wrong call"_q});
         EXPECT_TRUE(reader->waitForFinished());
     }
-    mProcess.setReadChannel(QProcess::StandardError);
     QByteArray line;
     do  // the command of a job that a start before has left may say something first
-        line = ChildProcess::ReadLine();
+        line = ReadErrorLine();
     while (!line.isEmpty() && !line.contains("ready as process "));
-    mProcess.setReadChannel(QProcess::StandardOutput);
     EXPECT_TRUE(line.contains("ready as process ")) << line.toStdString();
     mProcessID = line.mid(line.lastIndexOf(' ') + 1).toUInt();
+}
+
+QByteArray PrinterProcessor::ReadErrorLine()
+{
+    mProcess.setReadChannel(QProcess::StandardError);
+    const QByteArray line = ChildProcess::ReadLine();
+    mProcess.setReadChannel(QProcess::StandardOutput);
+    return line;
 }
 
 QJsonObject PrinterProcessor::ReadLine()

@@ -22,5 +22,8 @@ public:
     // What its next line says; empty when it ends without one, or says nothing for 30 s.
     QJsonObject ReadLine();
 
+    // The next line that it says on standard error, likewise.
+    QByteArray ReadErrorLine();
+
     uint32_t GetProcessID() const { return static_cast<uint32_t>(mProcessID); }
 };

@@ -93,6 +93,7 @@ TEST_F(JobsTest, FoldersAreCopiedWithoutLinks)
         EXPECT_EQ(QDir(saved).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(),
                   isFile ? 4 : 3);
         EXPECT_EQ(mLeftOut, isFile ? QJsonArray() : QJsonArray{"loop.lnk"_q});
+        EXPECT_TRUE(isFile || mReceiver.ReadErrorLine().endsWith("neither files nor folders: loop.lnk"));
         EXPECT_EQ(ReadFile(saved + "/loop.lnk"_q), isFile ? ReadFile(link) : QByteArray("none"));
     }
     EXPECT_EQ(ListInbox(), "package|package-2"_list);
