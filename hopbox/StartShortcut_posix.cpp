@@ -75,7 +75,8 @@ bool MakeStartShortcut(const GString& applicationName, const GPathName& folder,
         file.Commit();
         // Desktops start only entries that are marked as executable.
         QFile shortcut(shortcutPath.GetNativePath());
-        return shortcut.setPermissions(shortcut.permissions() | QFile::ExeOwner | QFile::ExeUser);
+        const QFileDevice::Permissions rights = shortcut.permissions();
+        return rights != 0 && shortcut.setPermissions(rights | QFile::ExeOwner | QFile::ExeUser);
     } catch (const GException&) {
         return false;
     }

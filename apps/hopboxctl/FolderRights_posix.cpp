@@ -16,5 +16,7 @@ bool FolderRights::MayAnybodyWrite(const QString& folder)
 
 bool FolderRights::CloseToOthers(const QString& folder)
 {
-    return QFile::setPermissions(folder, QFile::permissions(folder) & ~cOthersWrite);
+    const QFileDevice::Permissions rights = QFile::permissions(folder);
+    // Nothing where the system does not tell them, and then none may be set.
+    return rights != 0 && QFile::setPermissions(folder, rights & ~cOthersWrite);
 }

@@ -181,12 +181,11 @@ bool FileHandler::setOwnerRights(const QString& path, const char* message)
     if (kind == FileSystem::ItemKind::Link)
         return true;
     const bool isFolder = kind == FileSystem::ItemKind::Folder;
-    QFile::Permissions rights =
-        QFile::permissions(path) | QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
+    QFile::Permissions added = QFile::ReadOwner | QFile::WriteOwner;
     if (isFolder)
-        rights |= QFile::ExeOwner | QFile::ExeUser;
-    if (!error && !QFile::setPermissions(path, rights))
-        error = GetLastSystemError();
+        added |= QFile::ExeOwner;
+    if (!error)
+        error = FileSystem::addOwnerRights(path, added);
     if (error)
         LogFailure(operation, message, path, error);
     bool isDone = !error;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDateTime>
+#include <QFileDevice>
 #include <QString>
 #include <QStringList>
 
@@ -48,6 +49,9 @@ Error makeFolder(const QString& path);
 
 // Gives `destination` the rights of `source`, of what it leads to where it is a link.
 Error copyRights(const QString& source, const QString& destination);
+
+// Adds rights of the owner to those that an item has. It fails rather than take those away that it can't see.
+Error addOwnerRights(const QString& path, QFileDevice::Permissions added);
 
 // Brings what was written to a file to the disk.
 Error flushFile(const QString& path);

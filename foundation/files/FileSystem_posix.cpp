@@ -60,6 +60,8 @@ Error renameIfFree(const QByteArray& source, const QByteArray& destination)
     struct stat status = {};
     if (::lstat(destination.constData(), &status) == 0)
         return Error(EEXIST, boost::system::system_category());
+    if (errno != ENOENT)
+        return lastError();
     return result(::rename(source.constData(), destination.constData()));
 }
 
@@ -129,6 +131,18 @@ Error copyRights(const QString& source, const QString& destination)
         return lastError();
     constexpr mode_t cRights = S_IRWXU | S_IRWXG | S_IRWXO;
     return result(::chmod(toSystem(destination).constData(), status.st_mode & cRights));
+}
+
+Error addOwnerRights(const QString& path, QFileDevice::Permissions added)
+{
+    struct stat status = {};
+    if (::stat(toSystem(path).constData(), &status) != 0)
+        return lastError();
+    mode_t mode = status.st_mode & 07777;
+    mode |= added & QFile::ReadOwner ? S_IRUSR : 0;
+    mode |= added & QFile::WriteOwner ? S_IWUSR : 0;
+    mode |= added & QFile::ExeOwner ? S_IXUSR : 0;
+    return result(::chmod(toSystem(path).constData(), mode));
 }
 
 Error flushFile(const QString& path)

@@ -214,6 +214,18 @@ Error copyRights(const QString& source, const QString& destination)
                : Error(ERROR_ACCESS_DENIED, boost::system::system_category());
 }
 
+// All that there is to add is taking away the mark of a read-only file.
+Error addOwnerRights(const QString& path, QFileDevice::Permissions added)
+{
+    const DWORD attributes = ::GetFileAttributesW(toSystem(path).c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES)
+        return lastError();
+    const bool isKept = (added & QFile::WriteOwner) == 0 || (attributes & FILE_ATTRIBUTE_READONLY) == 0;
+    return isKept
+               ? Error()
+               : result(::SetFileAttributesW(toSystem(path).c_str(), attributes & ~FILE_ATTRIBUTE_READONLY));
+}
+
 Error flushFile(const QString& path)
 {
     const HANDLE file = ::CreateFileW(toSystem(path).c_str(), GENERIC_WRITE,

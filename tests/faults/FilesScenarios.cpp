@@ -165,7 +165,11 @@ CHILD_ROLE(AskFolder)
 
 FaultScenario GetFolderQueries()
 {
-    const auto look = [](const QString& root) { return QString::fromUtf8(ReadFile(root + "/answers"_q)); };
+    // Nobody loses the rights that he had.
+    const auto look = [](const QString& root) {
+        const bool isReadable = QFile::permissions(root + "/from/a"_q) & QFile::ReadOther;
+        return isReadable ? QString::fromUtf8(ReadFile(root + "/answers"_q)) : "a part of the rights"_q;
+    };
     return {"FolderQueries", MakeFolder, QString(), {"AskFolder"_q, "%1"_q}, look};
 }
 
