@@ -9,6 +9,7 @@
 #include <QFileInfo>
 
 #include <cstdio>
+#include <cstdlib>
 
 namespace
 {
@@ -71,11 +72,11 @@ CHILD_ROLE(ListProcesses)
     }
 }
 
-// Registers, posts a ticket to itself unless one was left in a queue by the run before, and accepts it.
-CHILD_ROLE(PostAndAccept)
+// Registers, and accepts a ticket: one that a queue holds from before, or one of its own.
+static int Accept(const QString& root, bool isPosting)
 {
     try {
-        JobInbox inbox(GetInbox(arguments.at(0)));
+        JobInbox inbox(GetInbox(root));
         JobJournal& journal = inbox.GetJournal();
         const auto keep = [&journal](const std::vector<GPPIPCMessage>& messages) {
             for (const GPPIPCMessage& message : messages)
@@ -83,7 +84,7 @@ CHILD_ROLE(PostAndAccept)
         };
         GPPIPCReceiver receiver([](const GPPIPCMessage&) {}, GPPIPCChannelKind::PrinterProcessor,
                                 {journal.GetKeeper(), keep});
-        if (journal.GetJobs().empty())
+        if (isPosting && journal.GetJobs().empty())
             GPPIPCManager::Get()->Post(GProcessInfo::GetOwnProcessID(), 145, "{}");
         receiver.TakeUp();
         return journal.GetJobs().size() == 1 ? 0 : Fail("The ticket waits in the queue.");
@@ -92,10 +93,44 @@ CHILD_ROLE(PostAndAccept)
     }
 }
 
+CHILD_ROLE(PostAndAccept)
+{
+    return Accept(arguments.at(0), true);
+}
+
+CHILD_ROLE(TakeOverTicket)
+{
+    return Accept(arguments.at(0), false);
+}
+
 FaultScenario GetPostAndAccept()
 {
     return {"PostAndAccept", MakeEmptyInbox, QString(), {"PostAndAccept"_q, "%1"_q},
             CountJobs,       cPassingFiles,  true,      false};
+}
+
+// Ends without a word to anybody, with a ticket in its queue.
+CHILD_ROLE(LeaveTicket)
+{
+    JobInbox inbox(GetInbox(arguments.at(0)));
+    const auto receiver = std::make_unique<GPPIPCReceiver>(
+        [](const GPPIPCMessage&) {}, GPPIPCChannelKind::PrinterProcessor,
+        GPPIPCKeeper{inbox.GetJournal().GetKeeper(), [](const std::vector<GPPIPCMessage>&) {}});
+    GPPIPCManager::Get()->Post(GProcessInfo::GetOwnProcessID(), 145, "{}");
+    std::_Exit(receiver == nullptr ? 1 : 0);
+}
+
+// The ticket of a dead receiver is taken, or waits where the next start finds it.
+FaultScenario GetTakeOver()
+{
+    FaultScenario scenario = GetPostAndAccept();
+    scenario.name = "TakeOver";
+    scenario.prepare = [](const QString& root) {
+        MakeEmptyInbox(root);
+        EXPECT_EQ(ChildProcess("LeaveTicket"_q, {root}).WaitForExit(), 0);
+    };
+    scenario.arguments = QStringList{"TakeOverTicket"_q, "%1"_q};
+    return scenario;
 }
 
 // What a start does with the jobs that are in the journal.

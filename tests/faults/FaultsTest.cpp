@@ -38,6 +38,7 @@ FaultScenario (*const cScenarios[])() = {
     GetArchiveAddition,            //
     GetExtraction,                 //
     GetPostAndAccept,              //
+    GetTakeOver,                   //
     GetCopyOfAcceptedJob,          //
     GetCopyOfAcceptedFile,         //
     GetDocumentChange,             //

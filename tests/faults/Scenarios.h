@@ -43,6 +43,7 @@ FaultScenario GetExtraction();
 
 // ChannelScenarios.cpp
 FaultScenario GetPostAndAccept();
+FaultScenario GetTakeOver();
 FaultScenario GetCopyOfAcceptedJob();
 FaultScenario GetCopyOfAcceptedFile();
 

@@ -143,21 +143,28 @@ FaultScenario GetDamagedRegistryChange()
 {
     const auto damage = [](const QString& root) {
         RegisterThree(root);
-        QFile file(HopboxRegistry::GetPathName().GetNativePath());
+        const QString path = HopboxRegistry::GetPathName().GetNativePath();
+        for (const char* number : {"", ".1", ".2"})
+            WriteFile(path + ".damaged"_q + QLatin1String(number), QByteArray("copy") + number);
+        QFile file(path);
         file.open(QIODevice::Append);
         file.write("x");
     };
+    // Of the three copies that are there before, only the oldest may go.
     const auto look = [](const QString& root) {
         const QString copy = HopboxRegistry::GetPathName().GetNativePath() + ".damaged"_q;
+        const QByteArrayList copies = {ReadFile(copy), ReadFile(copy + ".1"_q), ReadFile(copy + ".2"_q)};
         const QString state = LookAtRegistry(root);
-        return state.endsWith("damaged"_q) || !QFile::exists(copy) ? state : state + " kept"_q;
+        if (!copies.contains("copy") || !copies.contains("copy.1"))
+            return "a part of the copies"_q;
+        return state.endsWith("damaged"_q) || !copies.first().endsWith('x') ? state : state + " kept"_q;
     };
     return {"DamagedRegistryChange",
             damage,
             QString(),
             {"ChangeTwo"_q},
             look,
-            cLockFiles + QStringList{"*.damaged"_q},
+            cLockFiles + QStringList{"*.damaged*"_q},
             true};
 }
 

@@ -36,6 +36,9 @@ enum class FaultCallID
     cResize,
     cReadFolder,
     cRights,
+    cAccess,
+    cVolume,
+    cTimes,
     cClose,
     cFork
 };
@@ -46,7 +49,7 @@ constexpr FaultCall cFaultCalls[] = {
     {"read", {EIO, EINTR, cBrokenRead}},
     {"write", {ENOSPC, EIO, EINTR, cShortWrite}},
     {"flush", {EIO, ENOSPC}},
-    {"rename", {EACCES, EIO, ENOSPC}},
+    {"rename", {EACCES, EIO, ENOSPC, EINVAL}},
     {"link", {EACCES, EIO, ENOSPC}},
     {"unlink", {EACCES, EIO, EBUSY}},
     {"stat", {EACCES, EIO}},
@@ -57,6 +60,9 @@ constexpr FaultCall cFaultCalls[] = {
     {"resize", {ENOSPC, EIO, EINTR}},
     {"readdir", {EIO}},
     {"chmod", {EPERM, EIO}},
+    {"access", {EACCES, EIO}},
+    {"statvfs", {EIO, EACCES}},
+    {"utime", {EPERM, EIO}},
     {"close", {EIO}},
     {"fork", {EAGAIN}},
 };

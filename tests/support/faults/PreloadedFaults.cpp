@@ -7,8 +7,10 @@
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <sys/syscall.h>
 #include <sys/uio.h>
 #include <unistd.h>
@@ -314,7 +316,20 @@ FUNCTION(int, -1, fstatat, (int folder, const char* path, struct stat* status, i
 FUNCTION(int, -1, statx, (int folder, const char* path, int flags, unsigned mask, struct statx* status),
          (folder, path, flags, mask, status), FailsAt(FaultCallID::cStat, folder, path))
 FUNCTION(int, -1, faccessat, (int folder, const char* path, int mode, int flags), (folder, path, mode, flags),
-         FailsAt(FaultCallID::cStat, folder, path))
+         FailsAt(FaultCallID::cAccess, folder, path))
+FUNCTION(int, -1, access, (const char* path, int mode), (path, mode),
+         FailsAt(FaultCallID::cAccess, AT_FDCWD, path))
+FUNCTION(int, -1, statvfs, (const char* path, struct statvfs* volume), (path, volume),
+         FailsAt(FaultCallID::cVolume, AT_FDCWD, path))
+FUNCTION(int, -1, statvfs64, (const char* path, struct statvfs64* volume), (path, volume),
+         FailsAt(FaultCallID::cVolume, AT_FDCWD, path))
+FUNCTION(int, -1, futimens, (int file, const struct timespec* times), (file, times),
+         FailsOn(FaultCallID::cTimes, file))
+FUNCTION(int, -1, utimensat, (int folder, const char* path, const struct timespec* times, int flags),
+         (folder, path, times, flags), FailsAt(FaultCallID::cTimes, folder, path))
+FUNCTION(int, -1, flock, (int file, int operation), (file, operation), FailsOn(FaultCallID::cLock, file))
+FUNCTION(int, -1, truncate64, (const char* path, off64_t size), (path, size),
+         FailsAt(FaultCallID::cResize, AT_FDCWD, path))
 FUNCTION(ssize_t, -1, readlink, (const char* path, char* text, size_t size), (path, text, size),
          FailsAt(FaultCallID::cReadLink, AT_FDCWD, path))
 FUNCTION(int, -1, mkdir, (const char* path, mode_t mode), (path, mode),
