@@ -6,6 +6,25 @@
 
 #include <csignal>
 
+TEST_F(CommandTest, HandOffTellsOfADamagedQueueWithItsOwnCode)
+{
+    const PrinterProcessor receiver(mSandbox, {"--inbox"_q, GetPath("in")});
+    kill(static_cast<pid_t>(receiver.GetProcessID()), SIGSTOP);
+    QDir channel(QFileInfo(GSessionInfo::GetObjectNamePrefix()).path());
+    for (const QString& name : channel.entryList({"*_201_PP_%1_*"_q.arg(receiver.GetProcessID())})) {
+        QFile file(channel.filePath(name));
+        ASSERT_TRUE(name.endsWith("_L"_q) || name.endsWith("_S"_q) ||
+                    (file.open(QIODevice::ReadWrite) && file.write("none") == 4));
+    }
+    HopboxHandOff::Report report;
+    EXPECT_FALSE(HopboxHandOff::SubmitJob("Press"_q, GetPath("a.pdf"), &report));
+    // Others of the same image name may run on this machine, which belong to other roots.
+    for (const HopboxHandOff::Delivery& delivery : report.deliveries) {
+        EXPECT_EQ(delivery.code, delivery.process == receiver.GetProcessID() ? 40154 : 40153)
+            << delivery.reason.toStdString();
+    }
+}
+
 // On Windows nothing is left under a name.
 TEST_F(CommandTest, JobsThatWaitStayUntilSomebodySaysOtherwise)
 {

@@ -120,6 +120,9 @@ TEST_F(RegistryDamage, IsToldByTheCommandsAboutOneHopbox)
     WriteFile(mFile, mWhole.left(mWhole.size() - 14));
     EXPECT_EQ(Run({"delete"_q, "Two"_q}), 0);
     EXPECT_TRUE(Says("is kept as"));
+    WriteFile(mFile, ReadFile(mFile) + 'x');
+    EXPECT_EQ(Run({"import"_q, "Two.hopbox"_q}), 0);
+    EXPECT_TRUE(Says("is kept as"));
 }
 
 TEST_F(RegistryDamage, KeepsTheNewestThreeAndChangesNothingThatItCannotKeep)
