@@ -1,12 +1,12 @@
 #include "export/ListOwner.h"
 
 #include "foundation/core/GException.h"
+#include "foundation/core/SharedFile.h"
 #include "foundation/system/GOwnedFile.h"
 #include "foundation/system/GUniqueName.h"
 #include "foundation/trace/GTrace.h"
 
 #include <QDir>
-#include <QFileInfo>
 #include <QRegularExpression>
 
 #include <map>
@@ -42,7 +42,8 @@ GString ListOwner::GetOwnName(const GPathName& settings)
 {
     std::unique_ptr<GOwnedFile>& file = GetOwnFiles()[settings.GetPortablePath()];
     try {
-        if (file == nullptr || !QFileInfo::exists(file->GetPathName().GetNativePath()))
+        // Whoever lost it for a failing look would leave what it listed before to anybody.
+        if (file == nullptr || IsFileMissing(file->GetPathName().GetNativePath()))
             file = std::make_unique<GOwnedFile>([&] { return MakePath(settings); });
         return file->GetPathName().GetLeaf();
     } catch (const GException& error) {

@@ -86,7 +86,16 @@ CHILD_ROLE(ListAnotherTemporary)
 {
     GTrace::SetLogger(std::make_shared<ErrorPrinter>());
     const PlugInStore store;
-    return SmartFileList::Replace(1, GPathName(arguments.at(0) + "/new"_q)) ? 0 : 1;
+    const GPathName path(arguments.at(0) + "/new"_q);
+    const int32_t numbers[] = {SmartFileList::Add(path), SmartFileList::Add(path)};
+    const bool isListed = numbers[0] != 0 && numbers[1] != 0 && SmartFileList::Replace(1, path);
+    // What one process has listed stays its own.
+    const GPrefGroup list = PlugInStore::ReadList();
+    const GString* const first = list.Find("FileOwner_" + GBuffer::number(numbers[0]));
+    const GString* const second = list.Find("FileOwner_" + GBuffer::number(numbers[1]));
+    if (first != nullptr && second != nullptr && !first->isEmpty() && *first != *second)
+        WriteFile(arguments.at(0) + "/lost"_q, "");
+    return isListed ? 0 : 1;
 }
 
 FaultScenario GetListOfTemporaries()
@@ -94,9 +103,11 @@ FaultScenario GetListOfTemporaries()
     const auto prepare = [](const QString& root) {
         EXPECT_EQ(ChildProcess("ListTemporary"_q, {root}).WaitForExit(), 0);
     };
-    const auto look = [](const QString&) {
+    const auto look = [](const QString& root) {
         const GPrefGroup list = PlugInStore::ReadList();
         const GString* const path = list.Find("FilePathName_1");
+        if (QFile::exists(root + "/lost"_q))
+            return "a part is nobody's"_q;
         return path == nullptr ? "not listed"_q : path->right(3);
     };
     return {"ListOfTemporaries",     prepare, QString(), {"ListAnotherTemporary"_q, "%1"_q}, look,
