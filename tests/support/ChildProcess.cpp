@@ -9,17 +9,14 @@
 
 #include <cstdio>
 
-namespace
-{
-QMap<QString, ChildRole>& GetRoles()
+static QMap<QString, ChildRole>& GetRoles()
 {
     static QMap<QString, ChildRole> roles;
     return roles;
 }
 
-constexpr int cLineTimeout = 30000;  // milliseconds
-constexpr int cExitTimeout = 60000;
-}  // namespace
+static constexpr int cLineTimeout = 30000;  // milliseconds
+static constexpr int cExitTimeout = 60000;
 
 ChildRoleRegistration::ChildRoleRegistration(const char* name, ChildRole role)
 {
@@ -103,4 +100,14 @@ bool ChildProcess::IsRunning()
     if (mProcess.state() != QProcess::NotRunning)
         mProcess.waitForFinished(0);
     return mProcess.state() != QProcess::NotRunning;
+}
+
+std::vector<std::unique_ptr<ChildProcess>> StartChildren(const QString& role, int count,
+                                                         const QStringList& arguments)
+{
+    std::vector<std::unique_ptr<ChildProcess>> children;
+    for (int number = 0; number < count; ++number)
+        children.push_back(
+            std::make_unique<ChildProcess>(role, arguments + QStringList(QString::number(number))));
+    return children;
 }

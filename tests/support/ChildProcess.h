@@ -5,6 +5,9 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+#include <vector>
+
 // What a second process of a test does. The test program starts itself again with the role's name; the
 // role gets the arguments that the test gave, and its result is the process's exit status.
 using ChildRole = int (*)(const QStringList& arguments);
@@ -63,3 +66,7 @@ protected:
     QProcess mProcess;
     qint64 mProcessID = 0;
 };
+
+// So many children in a role at once, each called with the arguments and, behind them, its number from 0 on.
+std::vector<std::unique_ptr<ChildProcess>> StartChildren(const QString& role, int count,
+                                                         const QStringList& arguments = {});

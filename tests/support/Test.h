@@ -11,3 +11,6 @@
 #include <QStringList>
 
 #include <gtest/gtest.h>
+
+#include <tuple>
+#include <utility>

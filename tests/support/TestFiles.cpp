@@ -22,6 +22,17 @@ bool WriteFile(const QString& path, const QByteArray& content)
            file.write(content) == content.size();
 }
 
+bool WriteProgram(const QString& path, const QByteArray& content)
+{
+    return WriteFile(path, content) &&
+           QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+QStringList ListFolder(const QString& folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+}
+
 QMap<QString, QByteArray> ReadTree(const QString& folder)
 {
     QMap<QString, QByteArray> tree;

@@ -12,5 +12,11 @@ QByteArray ReadFile(const QString& path);
 // Makes the file hold just the bytes, and the folders above it. False when that fails.
 bool WriteFile(const QString& path, const QByteArray& content);
 
+// The same with a program that its owner may run.
+bool WriteProgram(const QString& path, const QByteArray& content);
+
+// The names of all that is in a folder itself, in order.
+QStringList ListFolder(const QString& folder);
+
 // Every file below a folder with its content, and every folder with a '/' at its end, by relative path.
 QMap<QString, QByteArray> ReadTree(const QString& folder);

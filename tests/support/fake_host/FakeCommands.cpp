@@ -54,11 +54,7 @@ public:
         mRecord->lengths[setting] = points;
     }
     int32_t GetReaderSpreads() const override { return mHost.Give(mRecord->readerSpreads); }
-    void SetReaderSpreads(int32_t spreads) override
-    {
-        mHost.Note();
-        mRecord->readerSpreads = spreads;
-    }
+    void SetReaderSpreads(int32_t spreads) override { Take(mRecord->readerSpreads, spreads); }
 };
 
 class FakeFileData : public CommandPart<ISystemFileData>
@@ -66,11 +62,7 @@ class FakeFileData : public CommandPart<ISystemFileData>
 public:
     using FakeRecordObject::FakeRecordObject;
 
-    void SetFile(const IDFile& file) override
-    {
-        mHost.Note();
-        mRecord->outputPath = GetPath(file);
-    }
+    void SetFile(const IDFile& file) override { Take(mRecord->outputPath, GetPath(file)); }
 };
 
 class FakeOutputPages : public CommandPart<IOutputPages>
@@ -87,11 +79,7 @@ public:
         mRecord->isSpreads = isSpreads;
     }
 
-    void SetName(const PMString& name) override
-    {
-        mHost.Note();
-        mRecord->name = name.GetString();
-    }
+    void SetName(const PMString& name) override { Take(mRecord->name, name.GetString()); }
 };
 
 class FakeBookExportData : public CommandPart<IBookExportData>
@@ -99,21 +87,13 @@ class FakeBookExportData : public CommandPart<IBookExportData>
 public:
     using FakeRecordObject::FakeRecordObject;
 
-    void SetBook(const IBook& book) override
-    {
-        mHost.Note();
-        mRecord->bookPath = GetRecord(book).path;
-    }
+    void SetBook(const IBook& book) override { Take(mRecord->bookPath, GetRecord(book).path); }
     void SetDocuments(const IBookContent& documents) override
     {
         mHost.Note();
         mRecord->documentCount = documents.GetDocumentCount();
     }
-    void SetOutputFile(const IDFile& file) override
-    {
-        mHost.Note();
-        mRecord->outputPath = GetPath(file);
-    }
+    void SetOutputFile(const IDFile& file) override { Take(mRecord->outputPath, GetPath(file)); }
 };
 
 template <class Interface>
@@ -126,11 +106,7 @@ public:
         host.packages.push_back(mRecord);
     }
 
-    void SetTargetFolder(const IDFile& folder) override
-    {
-        this->mHost.Note();
-        mRecord->folder = GetPath(folder);
-    }
+    void SetTargetFolder(const IDFile& folder) override { this->Take(mRecord->folder, GetPath(folder)); }
     void SetSetting(PackageSetting setting, bool isOn) override
     {
         this->mHost.Note();
@@ -164,8 +140,7 @@ public:
     using FakePackage::FakePackage;
     void SetDocument(const IDocument& document) override
     {
-        mHost.Note();
-        mRecord->sourcePath = GetRecord(document).path;
+        Take(mRecord->sourcePath, GetRecord(document).path);
     }
 };
 
@@ -173,11 +148,7 @@ class FakeBookPackage : public FakePackage<IBookPackageCommand>
 {
 public:
     using FakePackage::FakePackage;
-    void SetBook(const IBook& book) override
-    {
-        mHost.Note();
-        mRecord->sourcePath = GetRecord(book).path;
-    }
+    void SetBook(const IBook& book) override { Take(mRecord->sourcePath, GetRecord(book).path); }
 };
 
 class FakeReport : public FakeObject<IPackageReportCommand>

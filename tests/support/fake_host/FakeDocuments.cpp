@@ -1,7 +1,6 @@
 #include "tests/support/fake_host/FakeDocuments.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace
 {

@@ -29,6 +29,14 @@ public:
     }
 
 protected:
+    // The host is told a value.
+    template <class Place, class Value>
+    void Take(Place& place, const Value& value)
+    {
+        mHost.Note();
+        place = value;
+    }
+
     FakeHost& mHost;
 
 private:

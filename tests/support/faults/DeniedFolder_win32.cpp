@@ -8,15 +8,12 @@
 
 #include <aclapi.h>
 
-namespace
-{
-void SetRights(HANDLE folder, PACL rights)
+static void SetRights(HANDLE folder, PACL rights)
 {
     EXPECT_EQ(
         SetSecurityInfo(folder, SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr, nullptr, rights, nullptr),
         ERROR_SUCCESS);
 }
-}  // namespace
 
 DeniedFolder::DeniedFolder(const QString& folder, Rights rights)
     : mHandle(CreateFileW(reinterpret_cast<const wchar_t*>(folder.utf16()), READ_CONTROL | WRITE_DAC,

@@ -11,17 +11,14 @@
 #include <algorithm>
 #include <filesystem>
 
-namespace
-{
-constexpr int cTimeLimit = 30000;  // milliseconds of one run
+static constexpr int cTimeLimit = 30000;  // milliseconds of one run
 
-void CopyFolder(const QString& from, const QString& to)
+static void CopyFolder(const QString& from, const QString& to)
 {
     namespace fs = std::filesystem;
     fs::copy(fs::path(from.toStdString()), fs::path(to.toStdString()),
              fs::copy_options::recursive | fs::copy_options::copy_symlinks);
 }
-}  // namespace
 
 ScenarioRun::ScenarioRun(const FaultScenario& scenario) : mScenario(scenario)
 {
