@@ -3,19 +3,16 @@
 
 #include "CliSample.h"
 
-namespace
-{
-QString Join(const QStringList& words)
+static QString Join(const QStringList& words)
 {
     return words.join(QLatin1Char('|'));
 }
 
-CliCall Read(const char* words)
+static CliCall Read(const char* words)
 {
     const QString text = QString::fromUtf8(words);
     return CliCall::Read(GetSampleProgram(), text.isEmpty() ? QStringList() : text.split(QLatin1Char('|')));
 }
-}  // namespace
 
 TEST(CliCallTest, WordsAreTakenAsTheyStand)
 {
@@ -59,10 +56,7 @@ TEST(CliCallTest, WordsAreTakenAsTheyStand)
 
 TEST(CliCallTest, AWrongCallNamesTheWrongWordAndTheNearestRightOne)
 {
-    const struct
-    {
-        const char *words, *error;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"", "A command is missing."},
         {"mak|x", "There is no command \"mak\". Did you mean \"make\"?"},
         {"banana", "There is no command \"banana\"."},
@@ -84,21 +78,16 @@ TEST(CliCallTest, AWrongCallNamesTheWrongWordAndTheNearestRightOne)
         {"--completion|tcsh", "\"--completion\" needs a shell: bash, zsh or fish."},
         {"--completion", "\"--completion\" needs a shell: bash, zsh or fish."},
     };
-    for (const auto& test : cases) {
-        const CliCall call = Read(test.words);
-        EXPECT_EQ(call.GetKind(), CliCall::Kind::cWrong) << test.words;
-        EXPECT_EQ(call.GetError().toStdString(), test.error);
+    for (const auto& [words, error] : cases) {
+        const CliCall call = Read(words);
+        EXPECT_EQ(call.GetKind(), CliCall::Kind::cWrong) << words;
+        EXPECT_EQ(call.GetError().toStdString(), error);
     }
 }
 
 TEST(CliCallTest, HelpIsGivenWhereverItIsAskedFor)
 {
-    const struct
-    {
-        const char* words;
-        CliCall::Kind kind;
-        const char *command, *topic;
-    } cases[] = {
+    const std::tuple<const char*, CliCall::Kind, const char*, const char*> cases[] = {
         {"--help", CliCall::Kind::cHelp, "", ""},
         {"-h", CliCall::Kind::cHelp, "", ""},
         {"help", CliCall::Kind::cHelp, "", ""},
@@ -114,10 +103,10 @@ TEST(CliCallTest, HelpIsGivenWhereverItIsAskedFor)
         {"--completion|zsh", CliCall::Kind::cCompletion, "", "zsh"},
         {"--completion=fish", CliCall::Kind::cCompletion, "", "fish"},
     };
-    for (const auto& test : cases) {
-        const CliCall call = Read(test.words);
-        EXPECT_EQ(call.GetKind(), test.kind) << test.words << ": " << call.GetError().toStdString();
-        EXPECT_STREQ(call.GetCommand() == nullptr ? "" : call.GetCommand()->name, test.command) << test.words;
-        EXPECT_EQ(call.GetTopic(), QLatin1String(test.topic)) << test.words;
+    for (const auto& [words, kind, command, topic] : cases) {
+        const CliCall call = Read(words);
+        EXPECT_EQ(call.GetKind(), kind) << words << ": " << call.GetError().toStdString();
+        EXPECT_STREQ(call.GetCommand() == nullptr ? "" : call.GetCommand()->name, command) << words;
+        EXPECT_EQ(call.GetTopic(), QLatin1String(topic)) << words;
     }
 }

@@ -3,13 +3,10 @@
 
 #include "CliSample.h"
 
-namespace
-{
-const CliCommand& GetMake()
+static const CliCommand& GetMake()
 {
     return GetSampleProgram().commands.front();
 }
-}  // namespace
 
 TEST(CliTextsTest, HelpShowsTheCallItsWordsAndItsExamples)
 {

@@ -4,10 +4,7 @@
 TEST(NearestWordTest, AMistypedWordIsFoundAndAnotherIsNot)
 {
     const QStringList words = {"list"_q, "set"_q, "show"_q, "UserSettings"_q, "remove"_q, "rename"_q};
-    const struct
-    {
-        const char *typed, *meant;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"lsit", "list"},
         {"lst", "list"},
         {"SHOW", "show"},
@@ -21,8 +18,8 @@ TEST(NearestWordTest, AMistypedWordIsFoundAndAnotherIsNot)
         {"", ""},
         {"lost and found", ""},
     };
-    for (const auto& test : cases)
-        EXPECT_EQ(FindNearestWord(QLatin1String(test.typed), words), QLatin1String(test.meant)) << test.typed;
+    for (const auto& [typed, meant] : cases)
+        EXPECT_EQ(FindNearestWord(QLatin1String(typed), words), QLatin1String(meant)) << typed;
     EXPECT_EQ(AskForNearestWord("sett"_q, words), " Did you mean \"set\"?"_q);
     EXPECT_EQ(AskForNearestWord("banana"_q, words), QString());
     EXPECT_EQ(FindNearestWord(QString(1 << 20, QLatin1Char('s')), words), QString());

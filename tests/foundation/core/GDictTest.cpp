@@ -45,12 +45,8 @@ GBuffer MakeKey(int number)
 // changes the order of entries in every settings file.
 TEST(GDictHash, IsTheDocumentedOneForEveryLength)
 {
-    const struct
-    {
-        GBuffer text;
-        uint32_t bytes;
-        uint32_t units;  // of the text as UTF-16
-    } cases[] = {
+    // units: of the text as UTF-16
+    const std::tuple<GBuffer, uint32_t, uint32_t> cases[] = {
         {"", 0xB0B1032B, 0xB0B1032B},
         {"a", 0x1EBBE1F7, 0xCC69924F},
         {"ab", 0xF95A0FA9, 0xD88762AC},
@@ -60,9 +56,9 @@ TEST(GDictHash, IsTheDocumentedOneForEveryLength)
         {"The quick brown fox jumps over the dog", 0xE88FBA1A, 0x2E66FB1F},
         {"Gr\u00F6\u00DFe", 0x536CC7B5, 0x08A280E2},
     };
-    for (const auto& testCase : cases) {
-        EXPECT_EQ(GDictHash(testCase.text), testCase.bytes) << testCase.text.constData();
-        EXPECT_EQ(GDictHash(GString::fromUtf8(testCase.text)), testCase.units) << testCase.text.constData();
+    for (const auto& [text, bytes, units] : cases) {
+        EXPECT_EQ(GDictHash(text), bytes) << text.constData();
+        EXPECT_EQ(GDictHash(GString::fromUtf8(text)), units) << text.constData();
     }
     EXPECT_EQ(GDictHash(30060000u), 30060000u);
 }
@@ -93,12 +89,8 @@ TEST(GDict, GrowsAsSoonAsThreeQuartersAreReached)
 // The order of entries is the order in the file, so each way to come by a table must give the same one.
 TEST(GDict, IteratesInSlotOrder)
 {
-    const struct
-    {
-        const char* what;
-        std::vector<uint32_t> hashes;  // of the keys 0, 1, 2, … in the order in which they are put in
-        std::vector<int> order;
-    } cases[] = {
+    // hashes: of the keys 0, 1, 2, … in the order in which they are put in
+    const std::tuple<const char*, std::vector<uint32_t>, std::vector<int>> cases[] = {
         {"by home slot", {5, 0, 3}, {1, 2, 0}},
         {"the second of one home goes behind the first", {3, 3, 4}, {0, 1, 2}},
         {"from the last slot on at the front", {6, 6, 0}, {1, 2, 0}},
@@ -106,14 +98,14 @@ TEST(GDict, IteratesInSlotOrder)
          {6, 6, 0, 29, 1, 52},
          {2, 4, 1, 3, 5, 0}},
     };
-    for (const auto& testCase : cases) {
+    for (const auto& [what, hashes, order] : cases) {
         GDict<ChosenKey, int> dict;
-        for (const uint32_t hash : testCase.hashes)
+        for (const uint32_t hash : hashes)
             dict.Insert({dict.GetCount(), hash}, 0);
         for (int id = dict.GetCount() - 1; id >= 0; --id)  // replaced in place
-            dict.Insert({id, testCase.hashes[static_cast<size_t>(id)]}, 1);
-        EXPECT_EQ(GetOrder(dict), testCase.order) << testCase.what;
-        EXPECT_EQ(GetOrder(GDict<ChosenKey, int>(dict)), testCase.order) << testCase.what << ", copied";
+            dict.Insert({id, hashes[static_cast<size_t>(id)]}, 1);
+        EXPECT_EQ(GetOrder(dict), order) << what;
+        EXPECT_EQ(GetOrder(GDict<ChosenKey, int>(dict)), order) << what << ", copied";
     }
 }
 

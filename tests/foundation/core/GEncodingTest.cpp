@@ -5,12 +5,7 @@
 TEST(GEncodingTest, WritesAndReadsTheBytesOfEachEncoding)
 {
     const GString text = QStringLiteral("A\u00E9\u20AC\U0001D11E");
-    const struct
-    {
-        GEncodingRef encoding;
-        GString text;
-        GBuffer bytes;
-    } cases[] = {
+    const std::tuple<GEncodingRef, GString, GBuffer> cases[] = {
         {GEncoding::GetUTF16LittleEndian(), text, GBuffer("A\0\xE9\0\xAC\x20\x34\xD8\x1E\xDD", 10)},
         {GEncoding::GetUTF16BigEndian(), text, GBuffer("\0A\0\xE9\x20\xAC\xD8\x34\xDD\x1E", 10)},
         {GEncoding::GetUTF8(), text, GBuffer("A\xC3\xA9\xE2\x82\xAC\xF0\x9D\x84\x9E")},
@@ -21,9 +16,9 @@ TEST(GEncodingTest, WritesAndReadsTheBytesOfEachEncoding)
          GBuffer("A\x80\x9E\x9F\xA0\xFF\x81")},
         {GEncoding::GetOEM(), QStringLiteral("A\u00E9\u2592"), GBuffer("A\x82\xB1")},
     };
-    for (const auto& each : cases) {
-        EXPECT_EQ(each.encoding->Encode(each.text), each.bytes) << each.encoding->GetName().toStdString();
-        EXPECT_EQ(each.encoding->Decode(each.bytes), each.text) << each.encoding->GetName().toStdString();
+    for (const auto& [encoding, decoded, bytes] : cases) {
+        EXPECT_EQ(encoding->Encode(decoded), bytes) << encoding->GetName().toStdString();
+        EXPECT_EQ(encoding->Decode(bytes), decoded) << encoding->GetName().toStdString();
     }
 }
 

@@ -53,22 +53,19 @@ TEST(GPathName, PathsAreTidiedAndTakenApart)
 
 TEST(GPathName, WindowsFormsFollowTheSystem)
 {
-    const struct
-    {
-        const char *text, *native, *system;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*> cases[] = {
         {"C:/Jobs/a.pdf", "C:\\Jobs\\a.pdf", "\\\\?\\C:\\Jobs\\a.pdf"},
         {"\\\\?\\C:\\Jobs\\a.pdf", "C:\\Jobs\\a.pdf", "\\\\?\\C:\\Jobs\\a.pdf"},
         {"\\\\srv\\share\\a", "\\\\srv\\share\\a", "\\\\?\\UNC\\srv\\share\\a"},
         {"\\\\?\\UNC\\srv\\share\\a", "\\\\srv\\share\\a", "\\\\?\\UNC\\srv\\share\\a"},
         {"Jobs/a", "Jobs\\a", "Jobs\\a"},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.text);
-        const GPathName path = Path(test.text);
+    for (const auto& [text, native, system] : cases) {
+        SCOPED_TRACE(text);
+        const GPathName path = Path(text);
         // Elsewhere, a backslash is a character of the name.
-        EXPECT_EQ(Text(path.GetNativePath()), cIsWindows ? test.native : test.text);
-        EXPECT_EQ(Text(path.GetSystemPath()), cIsWindows ? test.system : test.text);
+        EXPECT_EQ(Text(path.GetNativePath()), cIsWindows ? native : text);
+        EXPECT_EQ(Text(path.GetSystemPath()), cIsWindows ? system : text);
     }
     EXPECT_EQ(Path("/Jobs/A") == Path("/jobs/a"), cIsWindows);
     EXPECT_EQ(Path("/Jobs/A/b").IsBelow(Path("/jobs/a")), cIsWindows);
@@ -94,21 +91,19 @@ TEST(GPathName, IllegalPathsRaise)
 
 TEST(GPathName, OnlyWhatIsStrictlyInsideIsBelow)
 {
-    const struct
-    {
-        const char *path, *base, *relative;  // no relative path: not below
-    } cases[] = {
+    // text, baseText, relative: no relative path: not below
+    const std::tuple<const char*, const char*, const char*> cases[] = {
         {"/tmp/a/b", "/tmp", "a/b"}, {"/tmp", "/tmp", nullptr},        {"/tmpx/a", "/tmp", nullptr},
         {"/tmp", "/", "tmp"},        {"/tmp/../etc", "/tmp", nullptr}, {"tmp/a", "/tmp", nullptr},
         {"a/b", "a", "b"},           {"../..", "..", nullptr},         {"/a", "", nullptr},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.path);
-        const GPathName path = Path(test.path), base = Path(test.base);
-        EXPECT_EQ(path.IsBelow(base), test.relative != nullptr);
-        if (test.relative != nullptr) {
-            EXPECT_EQ(Text(path.GetRelativeTo(base).GetPortablePath()), test.relative);
-            EXPECT_EQ(base.GetChild(QString::fromLatin1(test.relative)), path);
+    for (const auto& [text, baseText, relative] : cases) {
+        SCOPED_TRACE(text);
+        const GPathName path = Path(text), base = Path(baseText);
+        EXPECT_EQ(path.IsBelow(base), relative != nullptr);
+        if (relative != nullptr) {
+            EXPECT_EQ(Text(path.GetRelativeTo(base).GetPortablePath()), relative);
+            EXPECT_EQ(base.GetChild(QString::fromLatin1(relative)), path);
         }
     }
 }

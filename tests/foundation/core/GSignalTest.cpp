@@ -62,12 +62,7 @@ TEST(GSignal, ReceiversComeAndGoDuringAnEmission)
     std::string record;
     std::unique_ptr<Signal> signal;
     std::unique_ptr<Recorder> a, b, c, late;
-    const struct
-    {
-        const char* what;
-        std::function<void()> act;
-        std::string record, delayedRecord;
-    } cases[] = {
+    const std::tuple<const char*, std::function<void()>, std::string, std::string> cases[] = {
         {"nothing", [] {}, "a1x b1x c1x a2y b2y c2y ", "a1x b1x c1x a2y b2y c2y "},
         {"detaches itself", [&] { signal->Detach(*a); }, "a1x b1x c1x b2y c2y ", "b1x c1x b2y c2y "},
         {"ends the next", [&] { b.reset(); }, "a1x c1x a2y c2y ", "a1x c1x a2y c2y "},
@@ -80,7 +75,7 @@ TEST(GSignal, ReceiversComeAndGoDuringAnEmission)
         {"throws", [] { throw std::runtime_error("refused"); }, "a1x a2y b2y c2y ", "a2y b2y c2y "},
         {"ends the signal", [&] { signal.reset(); }, "a1x ", ""},
     };
-    for (const auto& testCase : cases) {
+    for (const auto& [what, act, now, delayed] : cases) {
         signal = std::make_unique<Signal>();
         signal->SetDelayed(true);
         char name = 'a';
@@ -90,20 +85,20 @@ TEST(GSignal, ReceiversComeAndGoDuringAnEmission)
                 signal->Attach(**receiver);
         }
         record.clear();
-        a->onReceive = testCase.act;
+        a->onReceive = act;
         try {
             signal->Emit(1, "x");
         } catch (const std::runtime_error&) {
         }
         if (signal)
             signal->Emit(2, "y");
-        EXPECT_EQ(record, testCase.record) << testCase.what;
+        EXPECT_EQ(record, now) << what;
         record.clear();
         GMessageLoop::DeliverQueued();
-        EXPECT_EQ(record, testCase.delayedRecord) << testCase.what;
+        EXPECT_EQ(record, delayed) << what;
         record.clear();
         GMessageLoop::DeliverQueued();
-        EXPECT_EQ(record, "") << testCase.what;
+        EXPECT_EQ(record, "") << what;
     }
 }
 

@@ -6,13 +6,9 @@
 #include "tests/support/ErrorCode.h"
 #include "tests/support/Test.h"
 
-#include <QTemporaryDir>
-
 #include <memory>
 
-namespace
-{
-GBuffer MakeBytes(int count)
+static GBuffer MakeBytes(int count)
 {
     GBuffer bytes;
     for (int index = 0; index < count; ++index)
@@ -20,13 +16,12 @@ GBuffer MakeBytes(int count)
     return bytes;
 }
 
-GBuffer ReadBytes(GInputStream& stream, int count)
+static GBuffer ReadBytes(GInputStream& stream, int count)
 {
     GBuffer bytes(count, '\0');
     bytes.truncate(stream.Read(bytes.data(), count));
     return bytes;
 }
-}  // namespace
 
 TEST(StreamsTest, BufferedStreamGivesTheSameBytesWhateverItsSize)
 {

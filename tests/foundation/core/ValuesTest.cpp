@@ -63,19 +63,15 @@ TEST(GDateTime, AnyOtherTextIsNoMoment)
 
 TEST(GUnitSupport, LengthsByUnitCode)
 {
-    const struct
-    {
-        int32_t code;
-        double length;  // of 720 points
-        const char* abbreviation;
-        int32_t codeAsDefault;
-    } cases[] = {{0, 720, "pt", 0}, {1, 60, "p", 1},   {2, 10, "in", 2},  {3, 25.4, "cm", 3},
-                 {4, 254, "mm", 4}, {5, 720, "pt", 0}, {-1, 720, "pt", 0}};
-    for (const auto& testCase : cases) {
-        EXPECT_DOUBLE_EQ(GUnitSupport::FromPoints(720, testCase.code), testCase.length) << testCase.code;
-        EXPECT_DOUBLE_EQ(GUnitSupport::ToPoints(testCase.length, testCase.code), 720) << testCase.code;
-        EXPECT_EQ(GUnitSupport::GetAbbreviation(testCase.code), QString::fromLatin1(testCase.abbreviation));
-        GUnitSupport::SetDefaultUnitCode(testCase.code);
-        EXPECT_EQ(GUnitSupport::GetDefaultUnitCode(), testCase.codeAsDefault);
+    // length: of 720 points
+    const std::tuple<int32_t, double, const char*, int32_t> cases[] = {
+        {0, 720, "pt", 0}, {1, 60, "p", 1},   {2, 10, "in", 2},  {3, 25.4, "cm", 3},
+        {4, 254, "mm", 4}, {5, 720, "pt", 0}, {-1, 720, "pt", 0}};
+    for (const auto& [code, length, abbreviation, codeAsDefault] : cases) {
+        EXPECT_DOUBLE_EQ(GUnitSupport::FromPoints(720, code), length) << code;
+        EXPECT_DOUBLE_EQ(GUnitSupport::ToPoints(length, code), 720) << code;
+        EXPECT_EQ(GUnitSupport::GetAbbreviation(code), QString::fromLatin1(abbreviation));
+        GUnitSupport::SetDefaultUnitCode(code);
+        EXPECT_EQ(GUnitSupport::GetDefaultUnitCode(), codeAsDefault);
     }
 }

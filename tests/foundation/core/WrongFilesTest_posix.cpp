@@ -9,9 +9,7 @@
 #include <cstring>
 #include <functional>
 
-namespace
-{
-bool MakeSocket(const QByteArray& path)
+static bool MakeSocket(const QByteArray& path)
 {
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
@@ -21,7 +19,6 @@ bool MakeSocket(const QByteArray& path)
     ::close(file);
     return isBound;
 }
-}  // namespace
 
 // A program that reads one of these hangs, or fills its memory.
 TEST(SharedFile, WrongThingsInThePlaceOfAFileAreRefusedAtOnceWithTheReason)
@@ -29,11 +26,8 @@ TEST(SharedFile, WrongThingsInThePlaceOfAFileAreRefusedAtOnceWithTheReason)
     const auto leadTo = [](const char* target) {
         return [target](const QByteArray& path) { return ::symlink(target, path.constData()) == 0; };
     };
-    const struct
-    {
-        const char* reason;  // empty: it is missing
-        std::function<bool(const QByteArray& path)> make;
-    } cases[] = {
+    // expected: empty: it is missing
+    const std::pair<const char*, std::function<bool(const QByteArray& path)>> cases[] = {
         {"it is a pipe", [](auto& path) { return ::mkfifo(path.constData(), 0600) == 0; }},
         {"it is a socket", MakeSocket},
         {"it is a folder", [](auto& path) { return ::mkdir(path.constData(), 0700) == 0; }},
@@ -48,19 +42,19 @@ TEST(SharedFile, WrongThingsInThePlaceOfAFileAreRefusedAtOnceWithTheReason)
     };
     // What the system refuses to look for may be there.
     EXPECT_FALSE(IsFileMissing("/tmp/"_q + QString(300, QLatin1Char('x'))));
-    for (const auto& test : cases) {
+    for (const auto& [expected, make] : cases) {
         const Sandbox sandbox;
         const QString path = sandbox.GetPath("file"_q);
-        ASSERT_TRUE(test.make(QFile::encodeName(path))) << test.reason;
-        const bool isMissing = *test.reason == '\0';
-        EXPECT_EQ(IsFileMissing(path), isMissing) << test.reason;
+        ASSERT_TRUE(make(QFile::encodeName(path))) << expected;
+        const bool isMissing = *expected == '\0';
+        EXPECT_EQ(IsFileMissing(path), isMissing) << expected;
         QFile file(path);
         GString reason;
         EXPECT_EQ(OpenSharedForReading(file, cLargestTextFile, reason),
                   isMissing ? FileOpening::cMissing : FileOpening::cRefused);
-        EXPECT_TRUE(reason.contains(QLatin1String(test.reason))) << reason.toStdString();
+        EXPECT_TRUE(reason.contains(QLatin1String(expected))) << reason.toStdString();
         QByteArray content("old");
-        EXPECT_FALSE(ReadSharedFile(path, cLargestTextFile, &content).HasSucceeded()) << test.reason;
+        EXPECT_FALSE(ReadSharedFile(path, cLargestTextFile, &content).HasSucceeded()) << expected;
         EXPECT_TRUE(content.isEmpty());
     }
 }

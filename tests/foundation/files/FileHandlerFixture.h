@@ -7,7 +7,6 @@
 #include <QRegularExpression>
 
 #include <functional>
-#include <utility>
 
 using Texts = std::pair<const char*, const char*>;
 

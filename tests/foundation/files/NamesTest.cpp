@@ -18,19 +18,16 @@ TEST_F(FileHandlerTest, SizesStayInAUnitUpToTwoThousand)
 
 TEST_F(FileHandlerTest, LongFormsOfPaths)
 {
-    const struct
-    {
-        const char *path, *longForm;
-        bool isUnc;
-    } cases[] = {{"C:\\a", "\\\\?\\C:\\a", false},
-                 {"c:/a/b", "\\\\?\\c:\\a\\b", false},
-                 {"//srv/share/a", "\\\\?\\UNC\\srv\\share\\a", true},
-                 {"\\\\.\\COM1", "\\\\.\\COM1", false},
-                 {"\\\\?\\UNC\\srv\\a", "\\\\?\\UNC\\srv\\a", false},
-                 {"C:name", "C:name", false}};
-    for (const auto& entry : cases) {
-        EXPECT_EQ(mHandler.longFileName(QString::fromLatin1(entry.path)).toStdString(), entry.longForm);
-        EXPECT_EQ(mHandler.isUncPath(QString::fromLatin1(entry.path)), entry.isUnc) << entry.path;
+    const std::tuple<const char*, const char*, bool> cases[] = {
+        {"C:\\a", "\\\\?\\C:\\a", false},
+        {"c:/a/b", "\\\\?\\c:\\a\\b", false},
+        {"//srv/share/a", "\\\\?\\UNC\\srv\\share\\a", true},
+        {"\\\\.\\COM1", "\\\\.\\COM1", false},
+        {"\\\\?\\UNC\\srv\\a", "\\\\?\\UNC\\srv\\a", false},
+        {"C:name", "C:name", false}};
+    for (const auto& [path, longForm, isUnc] : cases) {
+        EXPECT_EQ(mHandler.longFileName(QString::fromLatin1(path)).toStdString(), longForm);
+        EXPECT_EQ(mHandler.isUncPath(QString::fromLatin1(path)), isUnc) << path;
     }
     EXPECT_EQ(mHandler.ConvertPath("a//b/./c/"_q), "a/b/c"_q);
 }

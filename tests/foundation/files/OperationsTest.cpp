@@ -3,8 +3,6 @@
 #include <chrono>
 #include <map>
 
-namespace
-{
 class FileOperations : public FileHandlerTest
 {
 protected:
@@ -61,10 +59,9 @@ protected:
     }
 };
 
-const std::string cTaken = "renameFile|Can't rename file, a file with the same name existed: ";
-const std::string cNotCopied =
+static const std::string cTaken = "renameFile|Can't rename file, a file with the same name existed: ";
+static const std::string cNotCopied =
     "copyFolderPrivate|Failed to copy folder: from\ncopyFolder|Can't copy dir: from";
-}  // namespace
 
 TEST_F(FileOperations, RemovalTakesWhatBelongsToIt)
 {

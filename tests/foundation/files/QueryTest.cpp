@@ -1,7 +1,5 @@
 #include "FileHandlerFixture.h"
 
-namespace
-{
 class FileHandlerQueryTest : public FileHandlerTest
 {
 protected:
@@ -10,7 +8,6 @@ protected:
         MakeAll("top/b.txt top/._b.txt top/a/target.pdf top/a/deep/only.PDF top/z/target.pdf top/target.pdf");
     }
 };
-}  // namespace
 
 TEST_F(FileHandlerQueryTest, CountsAndSizes)
 {

@@ -7,8 +7,6 @@
 
 #include <stdexcept>
 
-namespace
-{
 class GPrefModules : public testing::Test
 {
 protected:
@@ -16,7 +14,6 @@ protected:
     const QString mFile = mSandbox.GetPath("a.uprefs"_q);
     const GPathName mPath = GPathName(mFile);
 };
-}  // namespace
 
 TEST_F(GPrefModules, FileComesWithTheFirstFlushAfterAChangeAndIsLeftAloneOtherwise)
 {

@@ -5,8 +5,6 @@
 #include "foundation/prefs/GPreferences.h"
 #include "tests/support/Test.h"
 
-#include <utility>
-
 namespace
 {
 class GPreferencesTest : public testing::Test

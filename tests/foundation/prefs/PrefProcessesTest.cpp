@@ -6,27 +6,23 @@
 #include "tests/support/SecondUser.h"
 #include "tests/support/Test.h"
 
-#include <memory>
 #include <random>
 #include <thread>
-#include <vector>
 
-namespace
-{
-constexpr int cEntries = 60;
+static constexpr int cEntries = 60;
 
 // Puts the files into memory, where the system has a folder there: a killed process is the same on every
 // disk, and the disk's own flushing would take most of the time.
-bool UseMemory()
+static bool UseMemory()
 {
     const QDir memory("/dev/shm"_q);
     const QByteArray path = QDir::toNativeSeparators(memory.absolutePath()).toLocal8Bit();
     return memory.exists() && qputenv("TMPDIR", path) && qputenv("TMP", path);
 }
 
-const bool cIsInMemory = UseMemory();
+static const bool cIsInMemory = UseMemory();
 
-std::unique_ptr<GPrefFileModule> Open(const QString& kind, const QString& path)
+static std::unique_ptr<GPrefFileModule> Open(const QString& kind, const QString& path)
 {
     const GPathName name(path);
     return kind == "shared"_q ? std::make_unique<GPrefSharedFileModule>(name, GEncoding::GetUTF16())
@@ -34,14 +30,14 @@ std::unique_ptr<GPrefFileModule> Open(const QString& kind, const QString& path)
 }
 
 // Gives every entry the same value: a file that holds two values, or not all entries, is half a file.
-void Fill(GPrefModule& module, int round)
+static void Fill(GPrefModule& module, int round)
 {
     for (int i = 0; i < cEntries; ++i)
         module.Set("G" + QByteArray::number(i % 3), QByteArray::number(i),
                    QString::number(round).repeated(1 + round % 40));
 }
 
-bool IsWhole(const GPrefModule& module)
+static bool IsWhole(const GPrefModule& module)
 {
     const GString& first = module.Get("G0", "0");
     for (int i = 0; i < cEntries; ++i) {
@@ -52,11 +48,10 @@ bool IsWhole(const GPrefModule& module)
 }
 
 // Flushes; gives 0, or the last two digits of the code of what it raised.
-int TryToFlush(GPrefModule& module)
+static int TryToFlush(GPrefModule& module)
 {
     return GetErrorCode([&] { module.FlushPrefs(); }) % 100;
 }
-}  // namespace
 
 CHILD_ROLE(FlushForEver)
 {
@@ -191,11 +186,7 @@ TEST(SharedPreferences, EightProcessesThatChangeUnderLockLoseNothing)
 {
     const Sandbox sandbox;
     const QString path = sandbox.GetPath("a.uprefs"_q);
-    std::vector<std::unique_ptr<ChildProcess>> processes;
-    for (int i = 0; i < 8; ++i)
-        processes.push_back(
-            std::make_unique<ChildProcess>("CountUnderLock"_q, QStringList{path, QString::number(i)}));
-    for (const auto& process : processes)
+    for (const auto& process : StartChildren("CountUnderLock"_q, 8, {path}))
         EXPECT_EQ(process->WaitForExit(), 0);
     const GPrefFileModule module(GPathName(path), GEncoding::GetUTF16());
     EXPECT_EQ(module.Get("count", "all"), "1600"_q);
@@ -207,22 +198,18 @@ TEST(FailedFlush, WithoutTheRightToWriteTheOldFileStays)
 {
     if (!CanBecomeSecondUser())
         GTEST_SKIP() << "There is no second user to try with.";
-    const struct
-    {
-        QString kind;
-        int folderRights, fileRights;
-        int32_t code;
-    } cases[] = {{"plain"_q, 0x7755, 0x6666, GErrorCode::cFile},
-                 {"plain"_q, 0x7777, 0x4444, GErrorCode::cFile},
-                 {"shared"_q, 0x7755, 0x6666, GErrorCode::cLockFile}};
-    for (const auto& test : cases) {
+    const std::tuple<QString, int, int, int32_t> cases[] = {
+        {"plain"_q, 0x7755, 0x6666, GErrorCode::cFile},
+        {"plain"_q, 0x7777, 0x4444, GErrorCode::cFile},
+        {"shared"_q, 0x7755, 0x6666, GErrorCode::cLockFile}};
+    for (const auto& [kind, folderRights, fileRights, code] : cases) {
         const Sandbox sandbox;
         const QString path = sandbox.GetPath("a.uprefs"_q);
         WriteFile(path, "#BEGINPREFS\n#ENDPREFS\n");
-        QFile::setPermissions(sandbox.GetPath(), QFileDevice::Permissions(test.folderRights));
-        QFile::setPermissions(path, QFileDevice::Permissions(test.fileRights));
-        ChildProcess child("FlushAsSecondUser"_q, {test.kind, path});
-        EXPECT_EQ(child.WaitForExit(), test.code % 100);
+        QFile::setPermissions(sandbox.GetPath(), QFileDevice::Permissions(folderRights));
+        QFile::setPermissions(path, QFileDevice::Permissions(fileRights));
+        ChildProcess child("FlushAsSecondUser"_q, {kind, path});
+        EXPECT_EQ(child.WaitForExit(), code % 100);
         EXPECT_EQ(ReadFile(path), "#BEGINPREFS\n#ENDPREFS\n");
     }
 }

@@ -5,13 +5,8 @@
 #include "foundation/prefs/GPrefWriter.h"
 #include "tests/support/Test.h"
 
-#include <map>
-
-namespace
-{
-const GBuffer cGroupA = "\"A\"\n#BEGINDICT\n\"k\" \"v\"\n#ENDDICT\n";
-const SortedGroups cOnlyA = {{"A", {{"k", "v"_q}}}};
-}  // namespace
+static const GBuffer cGroupA = "\"A\"\n#BEGINDICT\n\"k\" \"v\"\n#ENDDICT\n";
+static const SortedGroups cOnlyA = {{"A", {{"k", "v"_q}}}};
 
 TEST(PrefReadersTest, DocumentsAreReadAsFarAsTheyMakeSense)
 {
@@ -64,12 +59,8 @@ TEST(PrefReadersTest, DocumentsAreReadAsFarAsTheyMakeSense)
 
 TEST(PrefReadersTest, ListsAreReadAsFarAsTheyMakeSense)
 {
-    const struct
-    {
-        GString text;
-        bool isRead;
-        const char* list;  // each with a '|' behind it
-    } cases[] = {
+    // items: each with a '|' behind it
+    const std::tuple<GString, bool, const char*> cases[] = {
         {"#BEGINTABLE\r\n#ENDTABLE\r\n"_q, true, ""},
         {QStringLiteral("\uFEFF#BEGINTABLE\r\n\"a\"\r\n\"\"\r\n\"a\" x\n#ENDTABLE"), true, "a||a|"},
         {"#BEGINTABLE \"a\"\n\"b"_q, true, "a|"},
@@ -77,11 +68,11 @@ TEST(PrefReadersTest, ListsAreReadAsFarAsTheyMakeSense)
         {"\"a\"\n#ENDTABLE"_q, false, ""},
         {QString(), false, ""},
     };
-    for (const auto& each : cases) {
+    for (const auto& [text, isRead, items] : cases) {
         QStringList list = {"old"_q};
-        EXPECT_EQ(GListReader::ReadText(each.text, list), each.isRead) << each.text.toStdString();
+        EXPECT_EQ(GListReader::ReadText(text, list), isRead) << text.toStdString();
         list += QString();
-        EXPECT_EQ(list.join(QLatin1Char('|')).toStdString(), each.list) << each.text.toStdString();
+        EXPECT_EQ(list.join(QLatin1Char('|')).toStdString(), items) << text.toStdString();
     }
 }
 

@@ -6,10 +6,8 @@
 #include <climits>
 #include <random>
 
-namespace
-{
 // A document of random names and texts that hold only characters that the encoding has.
-SortedGroups MakeDocument(unsigned seed, const GEncodingRef& encoding)
+static SortedGroups MakeDocument(unsigned seed, const GEncodingRef& encoding)
 {
     std::mt19937 random(seed);
     const auto pick = [&random](int count) {
@@ -44,7 +42,7 @@ SortedGroups MakeDocument(unsigned seed, const GEncodingRef& encoding)
 }
 
 // The document as it is after it was in a file: each line break is CR LF.
-SortedGroups AsInFile(const SortedGroups& written)
+static SortedGroups AsInFile(const SortedGroups& written)
 {
     const auto inFile = [](GString text) {
         static const QRegularExpression lineBreak("\r\n|\n\r|\r|\n"_q);
@@ -61,20 +59,19 @@ SortedGroups AsInFile(const SortedGroups& written)
     return groups;
 }
 
-const SortedGroups cDocument = {
+static const SortedGroups cDocument = {
     {"First", {{"key", "value"_q}, {"\xE9", "a \"\\b\"\n"_q}}},
     {"Second", {{"list", "#BEGINTABLE\r\n\"\u4E2D\"\r\n#ENDTABLE\r\n"_q}}},
     {"Third", {{"", QString()}, {"x", "\U0001D11E"_q}}},
 };
 
-size_t CountEntries(const SortedGroups& groups)
+static size_t CountEntries(const SortedGroups& groups)
 {
     size_t count = 0;
     for (const auto& group : groups)
         count += group.second.size();
     return count;
 }
-}  // namespace
 
 TEST(PrefRoundTripTest, AnyDocumentComesBackInEveryEncoding)
 {

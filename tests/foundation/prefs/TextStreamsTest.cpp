@@ -32,12 +32,7 @@ TEST(TextStreamsTest, TheEncodingIsFoundOrCheckedByTheMark)
 {
     const GEncodingRef little = GEncoding::GetUTF16LittleEndian(), big = GEncoding::GetUTF16BigEndian();
     const GString text = "\u00E9"_q;
-    const struct
-    {
-        GBuffer bytes;
-        GEncodingRef given, found;
-        GString text;
-    } cases[] = {
+    const std::tuple<GBuffer, GEncodingRef, GEncodingRef, GString> cases[] = {
         {GBuffer("\xFF\xFE\xE9\0", 4), nullptr, little, text},
         {GBuffer("\xFE\xFF\0\xE9", 4), nullptr, big, text},
         {GBuffer("\xEF\xBB\xBF\xC3\xA9"), nullptr, GEncoding::GetUTF8(), text},
@@ -50,12 +45,12 @@ TEST(TextStreamsTest, TheEncodingIsFoundOrCheckedByTheMark)
         {GBuffer("\xEF\xBB\xBFx"), GEncoding::GetUTF8(), GEncoding::GetUTF8(), "x"_q},
         {GBuffer("\xFF\xFEx"), GEncoding::GetWinAnsi(), GEncoding::GetWinAnsi(), "\u00FF\u00FEx"_q},
     };
-    for (const auto& each : cases) {
-        TextInput input(each.bytes, each.given, 1024);
-        EXPECT_EQ(input->GetEncoding(), each.found) << each.bytes.toHex().constData();
-        EXPECT_EQ(input.ReadRest(), each.text) << each.bytes.toHex().constData();
+    for (const auto& [bytes, given, found, expected] : cases) {
+        TextInput input(bytes, given, 1024);
+        EXPECT_EQ(input->GetEncoding(), found) << bytes.toHex().constData();
+        EXPECT_EQ(input.ReadRest(), expected) << bytes.toHex().constData();
         input->Reset();
-        EXPECT_EQ(input.ReadRest(), each.text) << each.bytes.toHex().constData();
+        EXPECT_EQ(input.ReadRest(), expected) << bytes.toHex().constData();
     }
 }
 

@@ -3,8 +3,6 @@
 #include "tests/support/LogRecorder.h"
 #include "tests/support/Test.h"
 
-#include <QTemporaryDir>
-
 #include <map>
 
 namespace

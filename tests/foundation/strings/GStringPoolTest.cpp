@@ -4,13 +4,9 @@
 #include "foundation/strings/GStringPoolSupport.h"
 #include "tests/support/Test.h"
 
-#include <QTemporaryDir>
-
-namespace
-{
-const GString cGerman = "deDE"_q;
-const GString cFrench = "frFR"_q;
-const GString cWinAnsi = "WinAnsiEncoding"_q;
+static const GString cGerman = "deDE"_q;
+static const GString cFrench = "frFR"_q;
+static const GString cWinAnsi = "WinAnsiEncoding"_q;
 
 class StringPool : public testing::Test
 {
@@ -37,7 +33,6 @@ protected:
 
     QTemporaryDir mFolder;
 };
-}  // namespace
 
 TEST_F(StringPool, TheNeutralTableWinsThenTheCurrentLanguageThenEnglish)
 {

@@ -12,11 +12,8 @@
 
 #include <atomic>
 #include <chrono>
-#include <thread>
 
-namespace
-{
-void Write(const QString& path, const QByteArray& content)
+static void Write(const QString& path, const QByteArray& content)
 {
     GDurableFile file((GPathName(path)));
     file.Write(content.constData(), content.size());
@@ -24,7 +21,7 @@ void Write(const QString& path, const QByteArray& content)
 }
 
 // The temporary name of a target; its end is PROCESS-START-MACHINE-RANDOM.new.
-QString MakeTemporaryName(const QString& target)
+static QString MakeTemporaryName(const QString& target)
 {
     const Sandbox sandbox;
     GDurableFile file((GPathName(sandbox.GetPath(target))));
@@ -33,17 +30,10 @@ QString MakeTemporaryName(const QString& target)
 }
 
 // This machine, as the names of temporary files have it.
-QString GetMachine()
+static QString GetMachine()
 {
     return MakeTemporaryName("a"_q).section(QLatin1Char('-'), 2, 2);
 }
-
-QStringList List(const QString& folder)
-{
-    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                                  QDir::Name);
-}
-}  // namespace
 
 CHILD_ROLE(OwnFile)
 {
@@ -70,7 +60,7 @@ TEST(GDurableFile, TargetIsWholeAndAloneWhateverTheSize)
         dropped.Write("lost", 4);
     }
     EXPECT_EQ(ReadFile(path).size(), 300000);
-    EXPECT_EQ(List(sandbox.GetPath()), QStringList{"a.prefs"_q});
+    EXPECT_EQ(ListFolder(sandbox.GetPath()), QStringList{"a.prefs"_q});
 }
 
 // The names that it needs meanwhile find room, too; "\U0001F5A8" has four bytes.
@@ -84,7 +74,7 @@ TEST(GDurableFile, NamesOfAnyLengthAreWrittenAndReplaced)
         Write(path, "old");
         Write(path, "new");
         EXPECT_EQ(ReadFile(path), "new");
-        EXPECT_EQ(List(sandbox.GetPath()), QStringList(name));
+        EXPECT_EQ(ListFolder(sandbox.GetPath()), QStringList(name));
     }
 }
 
@@ -121,7 +111,7 @@ TEST(GDurableFile, FailureRaisesAndLeavesNothingBehind)
         EXPECT_EQ(GetErrorCode([&] { Write(sandbox.GetPath(QString::fromLatin1(name)), "1"); }),
                   GErrorCode::cFile);
     }
-    EXPECT_EQ(List(sandbox.GetPath()), QStringList());
+    EXPECT_EQ(ListFolder(sandbox.GetPath()), QStringList());
 }
 
 TEST(GDurableFile, OnWindowsWhoeverHoldsTheFileOpenOrReadOnlyKeepsIt)
@@ -143,7 +133,7 @@ TEST(GDurableFile, OnWindowsWhoeverHoldsTheFileOpenOrReadOnlyKeepsIt)
     QFile::setPermissions(path, QFileDevice::ReadOwner);
     EXPECT_THROW(Write(path, "new"), GCustomException);
     EXPECT_EQ(ReadFile(path), "old");
-    EXPECT_EQ(List(sandbox.GetPath()), QStringList{"a.prefs"_q});
+    EXPECT_EQ(ListFolder(sandbox.GetPath()), QStringList{"a.prefs"_q});
     QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
 }
 
@@ -200,7 +190,7 @@ TEST(GDurableFile, OnWindowsWhatAKillLeavesBetweenTwoStepsIsPutRight)
             Write(path, "next");
             EXPECT_EQ(read(), "next");
             EXPECT_EQ(QFile::remove(others), test.others != nullptr);
-            EXPECT_EQ(List(sandbox.GetPath()), QStringList{test.name});
+            EXPECT_EQ(ListFolder(sandbox.GetPath()), QStringList{test.name});
         }
     }
 }
@@ -259,7 +249,7 @@ TEST(GDurableFile, LeftoversOfTheDeadGoWithTheNextWriteWhateverTheirNamesSay)
     Write(path, "1");
     QStringList expected = others + QStringList{"a.prefs"_q, owned};
     expected.sort();
-    EXPECT_EQ(List(sandbox.GetPath()), expected);
+    EXPECT_EQ(ListFolder(sandbox.GetPath()), expected);
     owner.Kill();
     if (isByLock) {
         Write(path, "2");
@@ -282,7 +272,7 @@ TEST(GOwnedFile, StaysAsLongAsItsOwnerLives)
         ASSERT_TRUE(QFile::rename(file.GetPathName().GetNativePath(), sandbox.GetPath("moved"_q)));
         EXPECT_TRUE(GOwnedFile::IsOwned(getPath("moved"_q)));
     }
-    EXPECT_EQ(List(sandbox.GetPath()), (QStringList{"0"_q, "moved"_q}));
+    EXPECT_EQ(ListFolder(sandbox.GetPath()), (QStringList{"0"_q, "moved"_q}));
     EXPECT_FALSE(GOwnedFile::IsOwned(getPath("moved"_q)) || GOwnedFile::IsOwned(getPath("none"_q)));
     QDir().mkdir(sandbox.GetPath("folder"_q));
     EXPECT_TRUE(GOwnedFile::RemoveUnowned(getPath("moved"_q)) &&
@@ -293,7 +283,7 @@ TEST(GOwnedFile, StaysAsLongAsItsOwnerLives)
         kept.Disown();
         EXPECT_FALSE(GOwnedFile::IsOwned(getPath("kept"_q)));
     }
-    EXPECT_EQ(List(sandbox.GetPath()), (QStringList{"0"_q, "folder"_q, "kept"_q}));
+    EXPECT_EQ(ListFolder(sandbox.GetPath()), (QStringList{"0"_q, "folder"_q, "kept"_q}));
     EXPECT_EQ(GetErrorCode([&] { GOwnedFile file([&] { return getPath("none/a"_q); }); }), GErrorCode::cFile);
 }
 
@@ -337,5 +327,5 @@ TEST(GDurableFile, WritersAtOnceLeaveOneWholeFile)
     });
     const QByteArray content = ReadFile(path);
     EXPECT_EQ(content, QByteArray(20000, content.at(0)));
-    EXPECT_EQ(List(sandbox.GetPath()), QStringList{"a.prefs"_q});
+    EXPECT_EQ(ListFolder(sandbox.GetPath()), QStringList{"a.prefs"_q});
 }

@@ -11,36 +11,27 @@
 
 #include <set>
 
-namespace
-{
-const bool cIsWindows = QDir::separator() == QLatin1Char('\\');
+static const bool cIsWindows = QDir::separator() == QLatin1Char('\\');
 
-std::string Text(const GPathName& path)
+static std::string Text(const GPathName& path)
 {
     return path.GetPortablePath().toStdString();
 }
-}  // namespace
 
 TEST(GFileSystemBase, RootPutsEveryFolderUnderItself)
 {
     const Sandbox sandbox;
-    const struct
-    {
-        int32_t number;
-        const char* path;
-        bool isMade;
-    } cases[] = {
+    const std::tuple<int32_t, const char*, bool> cases[] = {
         {-2, "Temp", true},
         {-8, "AppData", false},
         {33, "CommonAppData/Morvane Prefs Folder", true},
         {53, "AppData/Morvane", false},
         {35, "AppData/Morvane Prefs Folder", true},
     };
-    for (const auto& test : cases) {
-        const GPathName path = GFileSystemBase::GetSpecialPath(test.number);
-        EXPECT_EQ(path, GPathName(sandbox.GetPath(QString::fromLatin1(test.path))))
-            << test.number << Text(path);
-        EXPECT_EQ(QFileInfo(path.GetNativePath()).isDir(), test.isMade) << test.number;
+    for (const auto& [number, name, isMade] : cases) {
+        const GPathName path = GFileSystemBase::GetSpecialPath(number);
+        EXPECT_EQ(path, GPathName(sandbox.GetPath(QString::fromLatin1(name)))) << number << Text(path);
+        EXPECT_EQ(QFileInfo(path.GetNativePath()).isDir(), isMade) << number;
     }
     {
         const Sandbox other;
@@ -143,8 +134,7 @@ TEST(GFileSystemBase, CopyObeysItsFlagsAndAppearsWholeOrNotAtAll)
     }
     const GPathName folder(sandbox.GetPath());
     EXPECT_THROW(GFileSystemBase::CopyAndRenameFile(folder, target, 3), GCustomException);
-    EXPECT_EQ(QDir(folder.GetNativePath()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
-              QStringList{"a"_q});
+    EXPECT_EQ(ListFolder(folder.GetNativePath()), QStringList{"a"_q});
 }
 
 TEST(GFileSystemBase, NextCopyTakesAwayWhatAKilledOneLeft)

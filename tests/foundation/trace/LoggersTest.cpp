@@ -55,18 +55,15 @@ TEST_F(FileLogger, LargeFileIsSetAsideAndAMissingFolderTakesNoLines)
     lost.log(LogLevel::Debug, "A"_q, "b"_q);
 }
 
-namespace
-{
-QStringList sMessages;
+static QStringList sMessages;
 
-void KeepMessage(QtMsgType type, const QMessageLogContext& context, const QString& text)
+static void KeepMessage(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
     const QString category = QString::fromLatin1(context.category);
     sMessages << "%1 %2 %3"_q.arg(QString::number(type), category, text);
     if (type == QtCriticalMsg)
         throw std::runtime_error("handler");
 }
-}  // namespace
 
 TEST(QtLogger, LevelsFollowTheCategoryAndAThrowingHandlerIsStopped)
 {
