@@ -138,12 +138,7 @@ TEST(AdjustmentPanel, ChangesNoValueThatTheUserLeavesAlone)
 
 TEST(AdjustmentPanel, StoresWhatTheUserChanges)
 {
-    struct Case
-    {
-        QString before;
-        std::function<void(QWidget*)> action;
-        QString after;
-    };
+    using Action = std::function<void(QWidget*)>;
     const auto click = [](const char* text) { return [text](QWidget* panel) { Click(panel, text); }; };
     const auto type = [](int field, const char* text) {
         return [field, text](QWidget* panel) { Type(panel, field, text); };
@@ -151,9 +146,18 @@ TEST(AdjustmentPanel, StoresWhatTheUserChanges)
     const auto back = [](const char* text) {
         return [text](QWidget* panel) { BringBack(panel, FindBox(panel, text)); };
     };
+    const auto areEmpty = [](QWidget* panel) {
+        EXPECT_EQ(GetField(panel, 1)->text() + GetField(panel, 2)->text(), QString());
+    };
+    const auto both = [](const Action& first, const Action& second) {
+        return [first, second](QWidget* panel) {
+            first(panel);
+            second(panel);
+        };
+    };
     const QString marksOff = QString::fromLatin1(cMarksOff);
     const QString equalBleeds = QString::fromLatin1(cEqualBleeds);
-    const Case cases[] = {
+    const std::tuple<QString, Action, QString> cases[] = {
         // A mark that nothing is known about is first turned on, and nothing is said about the others.
         {{}, click("Crop"), "Trim=true"_q},
         {"Trim=true"_q, click("Crop"), "Trim=false"_q},
@@ -180,29 +184,20 @@ TEST(AdjustmentPanel, StoresWhatTheUserChanges)
         {"BleedChoice=1 BleedTopValue=5"_q, ClickChain, equalBleeds},
         {"BleedBottomValue=5 BleedChoice=1"_q, ClickChain, equalBleeds},
         {"BleedChoice=1 BleedTopValue=5"_q,
-         [](QWidget* panel) {
-             Type(panel, 2, "4 m");
-             ClickChain(panel);
-             EXPECT_EQ(GetField(panel, 2)->text(), "4 m"_q);
-         },
+         both(both(type(2, "4 m"), ClickChain),
+              [](QWidget* panel) { EXPECT_EQ(GetField(panel, 2)->text(), "4 m"_q); }),
          "BleedBottomValue=4 BleedChoice=1 BleedTopValue=5"_q},
         {QString(equalBleeds).remove("BleedChoice=1 "_q), ClickChain,
          QString(equalBleeds).remove("BleedChoice=1 "_q)},  // opened, it changes nothing
         {"BleedChoice=2 BleedTopValue=1"_q, ClickChain, "BleedChoice=2 BleedTopValue=1"_q},
-        {equalBleeds,
-         [](QWidget* panel) {
-             ClickChain(panel);
-             Type(panel, 3, "6pt");
-         },
+        {equalBleeds, both(ClickChain, type(3, "6pt")),
          QString(equalBleeds).replace("InsideValue=5"_q, "InsideValue=6"_q)},
         {"BleedChoice=1 BleedTopValue=1"_q, click("Use Document Bleed Settings"),
          "BleedChoice=2 BleedTopValue=1"_q},
         {"BleedChoice=2 BleedTopValue=1"_q,
-         [](QWidget* panel) {
-             Type(panel, 1, "5");  // not open to the user
-             Click(panel, "Use Document Bleed Settings");
-             EXPECT_TRUE(GetField(panel, 1)->isEnabled());
-         },
+         // The first is not open to the user.
+         both(both(type(1, "5"), click("Use Document Bleed Settings")),
+              [](QWidget* panel) { EXPECT_TRUE(GetField(panel, 1)->isEnabled()); }),
          "BleedChoice=1 BleedTopValue=1"_q},
         // Everything can be brought back to the job options.
         {"Trim=true"_q, back("Crop"), {}},
@@ -212,16 +207,9 @@ TEST(AdjustmentPanel, StoresWhatTheUserChanges)
         {"BleedChoice=2"_q, back("Use Document Bleed Settings"), {}},
         // Lengths that don't count are not shown.
         {"BleedBottomValue=5 BleedChoice=1 BleedTopValue=4"_q,
-         [](QWidget* panel) {
-             BringBack(panel, FindBox(panel, "Use Document Bleed Settings"));
-             EXPECT_EQ(GetField(panel, 1)->text() + GetField(panel, 2)->text(), QString());
-         },
-         "BleedBottomValue=5 BleedTopValue=4"_q},
+         both(back("Use Document Bleed Settings"), areEmpty), "BleedBottomValue=5 BleedTopValue=4"_q},
         {"BleedBottomValue=5 BleedTopValue=4"_q,
-         [](QWidget* panel) {
-             EXPECT_EQ(GetField(panel, 1)->text() + GetField(panel, 2)->text(), QString());
-             EXPECT_TRUE(GetField(panel, 1)->isEnabled());
-         },
+         both(areEmpty, [](QWidget* panel) { EXPECT_TRUE(GetField(panel, 1)->isEnabled()); }),
          "BleedBottomValue=5 BleedTopValue=4"_q},
         {"MarkWeight=2"_q, [](QWidget* panel) { BringBack(panel, panel->findChild<QComboBox*>()); }, {}},
         {"MarkOffset=6"_q, [](QWidget* panel) { BringBack(panel, GetField(panel, 0)); }, {}},
@@ -229,19 +217,19 @@ TEST(AdjustmentPanel, StoresWhatTheUserChanges)
         {"PrintSpreads=true"_q, click("Print Spreads"), "PrintSpreads=false"_q},
     };
     int number = 0;
-    for (const Case& test : cases) {
+    for (const auto& [before, action, after] : cases) {
         SCOPED_TRACE(number++);
         Panel panel;
         panel.show();
-        Panel::Values values = ToValues(test.before);
+        Panel::Values values = ToValues(before);
         panel.Load(values);
-        test.action(&panel);
+        action(&panel);
         panel.Store(values);
-        EXPECT_EQ(ToText(values), test.after);
+        EXPECT_EQ(ToText(values), after);
         panel.Load(values);
-        Panel::Values again = ToValues(test.before);
+        Panel::Values again = ToValues(before);
         panel.Store(again);
-        EXPECT_EQ(ToText(again), test.after) << "not all of it is shown again";
+        EXPECT_EQ(ToText(again), after) << "not all of it is shown again";
     }
 }
 

@@ -13,10 +13,8 @@
 #include <QWheelEvent>
 
 #include <cmath>
-#include <functional>
+#include <vector>
 
-namespace
-{
 using namespace GUnitSupport;
 
 class UnitSpinBox : public testing::Test
@@ -51,18 +49,10 @@ protected:
     QLineEdit other{&window};
     GQUIUnitSpinBox box{&window};
 };
-}  // namespace
 
 TEST_F(UnitSpinBox, TakesAnyUnitAndShowsTheDefaultOne)
 {
-    struct Case
-    {
-        int32_t unit;
-        const char* typed;
-        double points;
-        const char* shown;
-    };
-    const Case cases[] = {
+    const std::tuple<int32_t, const char*, double, const char*> cases[] = {
         {cMillimetres, "3 mm", 3 * 72 / 25.4, "3 mm"},
         {cMillimetres, "3", 3 * 72 / 25.4, "3 mm"},
         {cMillimetres, "2pt", 2, "0.706 mm"},
@@ -80,37 +70,33 @@ TEST_F(UnitSpinBox, TakesAnyUnitAndShowsTheDefaultOne)
         {cPoints, "+1.25", 1.25, "1.25 pt"},
         {cPoints, "x7y", 7, "7 pt"},  // what no length holds is not let in
     };
-    for (const Case& test : cases) {
-        SetDefaultUnitCode(test.unit);
+    for (const auto& [unit, typed, points, shown] : cases) {
+        SetDefaultUnitCode(unit);
         box.SetPoints(9);
-        Type(test.typed);
-        EXPECT_NEAR(box.GetPoints().value_or(-1), test.points, 1e-6) << test.typed;
-        EXPECT_EQ(box.text(), QString::fromUtf8(test.shown)) << test.typed;
+        Type(typed);
+        EXPECT_NEAR(box.GetPoints().value_or(-1), points, 1e-6) << typed;
+        EXPECT_EQ(box.text(), QString::fromUtf8(shown)) << typed;
     }
 }
 
 TEST_F(UnitSpinBox, LeavesATextThatIsNoLengthAndCorrectsOneBeyondTheRangeVisibly)
 {
-    const struct
-    {
-        int32_t unit;
-        const char *typed, *left;
-    } cases[] = {
+    const std::tuple<int32_t, const char*, const char*> cases[] = {
         {cPoints, "4 m", "4 m"},         {cPoints, "p", "p"},         {cPoints, "-", "-"},
         {cPoints, "3mmm", "3mmm"},       {cPoints, "1.2.3", "1.2.3"}, {cPoints, "12345678901", "12345678901"},
         {cPoints, "1441", "1440 pt"},    {cPoints, "-3", "0 pt"},     {cInches, "-1", "0 in"},
         {cMillimetres, "599", "508 mm"},
     };
-    for (const auto& test : cases)
+    for (const auto& [unit, typed, left] : cases)
         for (const bool withEnter : {true, false}) {
-            SCOPED_TRACE(test.typed);
-            SetDefaultUnitCode(test.unit);
+            SCOPED_TRACE(typed);
+            SetDefaultUnitCode(unit);
             box.SetPoints(9);
             box.setFocus();
             QTest::qWait(0);
             QToolTip::hideText();
             QSignalSpy corrections(&box, &GQUIUnitSpinBox::Corrected);
-            Retype(test.typed);
+            Retype(typed);
             EXPECT_FALSE(box.IsAcceptable());
             EXPECT_TRUE(corrections.isEmpty());
             QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
@@ -120,8 +106,8 @@ TEST_F(UnitSpinBox, LeavesATextThatIsNoLengthAndCorrectsOneBeyondTheRangeVisibly
                 other.setFocus();
             EXPECT_TRUE(!withEnter || enter.isAccepted()) << "the dialog would close";
             EXPECT_TRUE(!withEnter || box.GetTextField()->hasSelectedText());
-            EXPECT_EQ(box.text(), QString::fromUtf8(test.left));
-            const bool isCorrected = box.text() != QString::fromUtf8(test.typed);
+            EXPECT_EQ(box.text(), QString::fromUtf8(left));
+            const bool isCorrected = box.text() != QString::fromUtf8(typed);
             EXPECT_EQ(corrections.count(), isCorrected ? 1 : 0);
             EXPECT_EQ(box.IsAcceptable(), isCorrected);
             EXPECT_TRUE(QTest::qWaitFor(
@@ -134,47 +120,24 @@ TEST_F(UnitSpinBox, LeavesATextThatIsNoLengthAndCorrectsOneBeyondTheRangeVisibly
 // Every way from one length to another is open.
 TEST_F(UnitSpinBox, IsEditedInAnyOrder)
 {
-    const auto keys = [this](std::initializer_list<Qt::Key> list, Qt::KeyboardModifiers modifiers = {}) {
-        for (const Qt::Key key : list)
-            QTest::keyClick(&box, key, modifiers);
+    using Keys = std::vector<Qt::Key>;
+    const std::tuple<Keys, Qt::KeyboardModifier, const char*, std::optional<double>> cases[] = {
+        {{Qt::Key_End, Qt::Key_Backspace, Qt::Key_Backspace, Qt::Key_Backspace}, Qt::NoModifier, "9", 9},
+        {{Qt::Key_Backspace}, Qt::NoModifier, "", {}},
+        {{Qt::Key_X}, Qt::ControlModifier, "", {}},
+        {{Qt::Key_5}, Qt::NoModifier, "5", 5},
+        {{Qt::Key_Home, Qt::Key_Delete}, Qt::NoModifier, " pt", 9},
+        {{Qt::Key_Home, Qt::Key_Delete, Qt::Key_4}, Qt::NoModifier, "4 pt", 4},
+        {{Qt::Key_Home, Qt::Key_1}, Qt::NoModifier, "19 pt", 19},
+        {{Qt::Key_End, Qt::Key_Left, Qt::Key_Backspace, Qt::Key_P}, Qt::NoModifier, "9 pt", 9},
     };
-    const struct
-    {
-        std::function<void()> edit;
-        const char* text;
-        std::optional<double> points;
-    } cases[] = {
-        {[&] {
-             keys({Qt::Key_End, Qt::Key_Backspace, Qt::Key_Backspace, Qt::Key_Backspace});
-         },
-         "9", 9},
-        {[&] { keys({Qt::Key_Backspace}); }, "", {}},
-        {[&] { keys({Qt::Key_X}, Qt::ControlModifier); }, "", {}},
-        {[&] { keys({Qt::Key_5}); }, "5", 5},
-        {[&] {
-             keys({Qt::Key_Home, Qt::Key_Delete});
-         },
-         " pt", 9},
-        {[&] {
-             keys({Qt::Key_Home, Qt::Key_Delete, Qt::Key_4});
-         },
-         "4 pt", 4},
-        {[&] {
-             keys({Qt::Key_Home, Qt::Key_1});
-         },
-         "19 pt", 19},
-        {[&] {
-             keys({Qt::Key_End, Qt::Key_Left, Qt::Key_Backspace});
-             keys({Qt::Key_P});
-         },
-         "9 pt", 9},
-    };
-    for (const auto& test : cases) {
+    for (const auto& [keys, modifier, text, points] : cases) {
         box.SetPoints(9);
         box.selectAll();
-        test.edit();
-        EXPECT_EQ(box.text(), QString::fromUtf8(test.text));
-        EXPECT_EQ(box.GetPoints(), test.points) << test.text;
+        for (const Qt::Key key : keys)
+            QTest::keyClick(&box, key, modifier);
+        EXPECT_EQ(box.text(), QString::fromUtf8(text));
+        EXPECT_EQ(box.GetPoints(), points) << text;
     }
 }
 

@@ -12,8 +12,6 @@
 #include <QToolButton>
 #include <QWindow>
 
-namespace
-{
 // Counts the time that windows are modal.
 class ModalTime : public testing::Test
 {
@@ -33,7 +31,6 @@ protected:
     QWidget host;
     int depth = 0;
 };
-}  // namespace
 
 TEST_F(ModalTime, IsThatOfADialogAndOverTheHostsWindow)
 {
