@@ -8,10 +8,8 @@
 
 using namespace Morvane;
 
-namespace
-{
-constexpr uint32_t cUnixLink = 0120777u << 16;
-constexpr int cMadeByUnix = 3 << 8 | 20;
+static constexpr uint32_t cUnixLink = 0120777u << 16;
+static constexpr int cMadeByUnix = 3 << 8 | 20;
 
 class HostileArchiveTest : public ArchiveTest
 {
@@ -34,8 +32,7 @@ protected:
     }
 };
 
-const QStringList cOnlyGood = "target/|target/good.txt"_list;
-}  // namespace
+static const QStringList cOnlyGood = "target/|target/good.txt"_list;
 
 TEST_F(HostileArchiveTest, UnsafeNamesAreRefusedByNameAndTheRestGoesOn)
 {
@@ -159,29 +156,26 @@ TEST_F(HostileArchiveTest, WhatOnlyAnAttackNeedsIsRefusedWithoutOtherWords)
     RawEntry huge = {"huge", "data"};
     huge.declaredSize = 0xffffffff;
     huge.extraField = QByteArray::fromHex("01000800 0000000000000400");
-    const struct
-    {
-        QByteArray archive;
-        const char *inHelper, *inArchive;
-    } cases[] = {{overlapping, "entries overlap", "entries overlap"},
-                 {BuildArchive({huge}), "no room", "exceeds the limit"}};
-    for (const auto& test : cases) {
-        WriteFile(mArchive, test.archive);
+    const std::tuple<QByteArray, const char*, const char*> cases[] = {
+        {overlapping, "entries overlap", "entries overlap"},
+        {BuildArchive({huge}), "no room", "exceeds the limit"}};
+    for (const auto& [bytes, inHelper, inArchive] : cases) {
+        WriteFile(mArchive, bytes);
         mRun.limits = {};
         EXPECT_FALSE(Extract());
-        EXPECT_TRUE(mLog.TakeErrors().value(0).contains(QLatin1String(test.inHelper)));
+        EXPECT_TRUE(mLog.TakeErrors().value(0).contains(QLatin1String(inHelper)));
         ZipArchive archive(mArchive);
         archive.StartIterate();
         EXPECT_FALSE(archive.ExtractCurrentFile(mTarget, QString(), 0));
-        EXPECT_TRUE(archive.GetLastError().contains(QLatin1String(test.inArchive)));
+        EXPECT_TRUE(archive.GetLastError().contains(QLatin1String(inArchive)));
         EXPECT_EQ(QStringList(), GetAllNames()) << "the disk stays as it was";
         archive.SetLimits(ZipLimits::none());
         static_cast<void>(archive.ExtractCurrentFile(mTarget, QString(), 0));  // it may fail in another way
-        EXPECT_FALSE(archive.GetLastError().endsWith(QLatin1String(test.inArchive) + QLatin1Char('.')));
+        EXPECT_FALSE(archive.GetLastError().endsWith(QLatin1String(inArchive) + QLatin1Char('.')));
         mRun.limits = ZipLimits::none();
         Extract();
         for (const QString& line : mLog.TakeErrors())
-            EXPECT_FALSE(line.contains(QLatin1String(test.inHelper))) << line.toStdString();
+            EXPECT_FALSE(line.contains(QLatin1String(inHelper))) << line.toStdString();
         QDir(mTarget).removeRecursively();
     }
 }

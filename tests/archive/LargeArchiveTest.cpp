@@ -4,23 +4,15 @@
 
 #include "ZipSamples.h"
 
-#include <QProcess>
 #include <QSysInfo>
 
 using namespace Morvane;
 
-namespace
-{
 // What 7z says of an archive. Where it does not run, nothing.
-QByteArray AskSevenZip(const QStringList& arguments)
+static QByteArray AskSevenZip(const QString& archive)
 {
-    if (QSysInfo::productType() == QLatin1String("windows"))
-        return {};
-    QProcess process;
-    process.start("7z"_q, arguments);
-    EXPECT_TRUE(process.waitForFinished(200000)) << process.errorString().toStdString();
-    EXPECT_EQ(0, process.exitCode());
-    return process.readAll();
+    const bool isHere = QSysInfo::productType() != QLatin1String("windows");
+    return isHere ? RunShell({}, "7z t '%1'"_q.arg(archive)) : QByteArray();
 }
 
 // A large entry and one behind it. Level 0 puts 4 GiB on the disk, and the second one beyond the limit, too.
@@ -34,23 +26,12 @@ protected:
                                      "python3 -c \"import sys,zipfile as z,shutil\nshutil.copyfileobj("
                                      "z.ZipFile('%1').open('%2'),sys.stdout.buffer)\""_q};
         for (const QString& reader : readers) {
-            EXPECT_EQ(QByteArray(1000, '\0'), RunShell(reader.arg(mArchive, large) + " | head -c 1000"_q));
-            EXPECT_EQ("small", RunShell(reader.arg(mArchive, small)));
+            const QString shown = "(%1) 2> /dev/null | head -c 1000"_q;
+            EXPECT_EQ(QByteArray(1000, '\0'), RunShell({}, shown.arg(reader.arg(mArchive, large))));
+            EXPECT_EQ("small", RunShell({}, shown.arg(reader.arg(mArchive, small))));
         }
     }
-
-    static QByteArray RunShell(const QString& line)
-    {
-        QProcess process;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("LC_ALL"_q, "C.UTF-8"_q);
-        process.setProcessEnvironment(environment);
-        process.start("/bin/sh"_q, {"-c"_q, line});
-        EXPECT_TRUE(process.waitForFinished(200000)) << line.toStdString();
-        return process.readAllStandardOutput();
-    }
 };
-}  // namespace
 
 TEST_P(LargeEntryTest, IsReadBackByUsAndByOtherTools)
 {
@@ -86,7 +67,7 @@ TEST_P(LargeEntryTest, IsReadBackByUsAndByOtherTools)
         count = reader.readEntry(chunk.data(), chunk.size());
     EXPECT_EQ(cMark + 4, size);
     EXPECT_TRUE(reader.closeEntry());
-    AskSevenZip({"t"_q, mArchive});
+    AskSevenZip(mArchive);
     if (QSysInfo::productType() != QLatin1String("windows"))
         AskOtherTools(names[0], names[1]);
 }
@@ -133,6 +114,6 @@ TEST_F(ArchiveTest, Over65535Entries)
     }
     EXPECT_EQ(cCount, number);
     EXPECT_FALSE(archive.HasFailed());
-    const QByteArray report = AskSevenZip({"t"_q, mArchive});
+    const QByteArray report = AskSevenZip(mArchive);
     EXPECT_TRUE(report.isEmpty() || report.contains("Files: 65600")) << report.constData();
 }

@@ -1,29 +1,9 @@
 #include "ZipSamples.h"
 
-#include <QProcess>
-
 using Morvane::ZipNames;
 using Morvane::ZipStart;
 
-namespace
-{
-// Runs a line of the shell in a folder; gives its output, or fails the test.
-QByteArray RunShell(const QString& folder, const QString& line)
-{
-    QProcess process;
-    process.setWorkingDirectory(folder);
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("LC_ALL"_q, "C.UTF-8"_q);
-    process.setProcessEnvironment(environment);
-    process.start("/bin/sh"_q, {"-c"_q, line});
-    process.waitForFinished(60000);
-    const QByteArray output = process.readAll();
-    EXPECT_EQ(0, process.exitCode()) << line.toStdString() << '\n' << output.constData();
-    return output;
-}
-
-QMap<QString, QByteArray> MakeTree()
+static QMap<QString, QByteArray> MakeTree()
 {
     QByteArray noise;
     for (uint number = 1; noise.size() < 100000; number = number * 1103515245 + 12345)
@@ -50,7 +30,6 @@ protected:
         QDir().mkpath(mTarget);
     }
 };
-}  // namespace
 
 TEST_F(OtherToolsTest, WhatTheyWriteReadsBackEqual)
 {

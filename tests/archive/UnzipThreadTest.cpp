@@ -12,8 +12,6 @@ const char* __tsan_default_suppressions()
     return "race:QWaitCondition::~QWaitCondition";
 }
 
-namespace
-{
 // What a test hears of the thread. The signals arrive on the thread that emits them, so that no event loop is
 // needed and the thread sanitizer sees every step.
 class UnzipThreadTest : public ArchiveTest
@@ -68,23 +66,18 @@ protected:
     QStringList mLines;
     std::unique_ptr<UnzipThread> mThread;
 };
-}  // namespace
 
 // Files go before their folders, and folders that no entry names go, too; what was there before stays, beside
 // what goes.
 TEST_F(UnzipThreadTest, TheAnswerDecidesWhatBecomesOfTheRest)
 {
-    const struct
-    {
-        ActionOnError answer;
-        QStringList lines, tree;
-    } cases[] = {
+    const std::tuple<ActionOnError, QStringList, QStringList> cases[] = {
         {ActionOnError::Skip, "4 c|done"_list, "blocked/|c|d/|d/._a|d/a|e/|e/f/|e/f/b|foreign"_list},
         {ActionOnError::Stop, "done"_list, "blocked/|d/|d/._a|d/a|e/|e/f/|e/f/b|foreign"_list},
         {ActionOnError::StopAndRemove, "2 e/f/b|1 d/a|0 d/|done"_list, "blocked/|d/|d/._a|foreign"_list},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(static_cast<int>(test.answer));
+    for (const auto& [answer, lines, tree] : cases) {
+        SCOPED_TRACE(static_cast<int>(answer));
         QDir(mTarget).removeRecursively();
         mLines.clear();
         MakeUsual();
@@ -92,10 +85,10 @@ TEST_F(UnzipThreadTest, TheAnswerDecidesWhatBecomesOfTheRest)
         WriteFile(GetTarget("d/._a"), "stays");
         mThread->start();
         WaitFor(mError);
-        mThread->answer(test.answer);
+        mThread->answer(answer);
         mThread->wait();
-        EXPECT_EQ("init 5|0 d/|1 d/a|2 e/f/b|3 blocked"_list + QStringList(mError) + test.lines, GetLines());
-        EXPECT_EQ(test.tree, ReadTree(mTarget).keys());
+        EXPECT_EQ("init 5|0 d/|1 d/a|2 e/f/b|3 blocked"_list + QStringList(mError) + lines, GetLines());
+        EXPECT_EQ(tree, ReadTree(mTarget).keys());
     }
 }
 

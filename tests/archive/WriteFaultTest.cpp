@@ -9,11 +9,8 @@
 
 using namespace Morvane;
 
-namespace
-{
-constexpr int cRoom = 100000;  // bytes that a file may have in the child
-constexpr int cCannotLimit = 9;
-}  // namespace
+static constexpr int cRoom = 100000;  // bytes that a file may have in the child
+static constexpr int cCannotLimit = 9;
 
 // Extracts from one archive and makes another, on a disk that takes no more.
 CHILD_ROLE(PackWithoutRoom)
@@ -82,8 +79,7 @@ TEST(WriteFaultTest, ADiskThatIsFullLeavesNoPartOfAFile)
     EXPECT_EQ("failed", child.ReadLine());
     EXPECT_EQ(0, child.WaitForExit());
     const QStringList names = "archive.zip|made.zip|source|target"_list;
-    EXPECT_EQ(names,
-              QDir(sandbox.GetPath()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+    EXPECT_EQ(names, ListFolder(sandbox.GetPath()));
     EXPECT_EQ("old", ReadFile(sandbox.GetPath("made.zip"_q)));
     EXPECT_TRUE(ReadTree(sandbox.GetPath("target"_q)).isEmpty());
 }

@@ -9,13 +9,10 @@
 
 using namespace Morvane;
 
-namespace
-{
-constexpr int cMadeByUnix = 3 << 8 | 20;
-constexpr int cEndSize = 22;
+static constexpr int cMadeByUnix = 3 << 8 | 20;
+static constexpr int cEndSize = 22;
 
 using ZipArchiveTest = ArchiveTest;
-}  // namespace
 
 TEST_F(ZipArchiveTest, ADirectoryThatEndsEarlyEndsTheIterationWithAnError)
 {
@@ -126,11 +123,7 @@ TEST_F(ZipArchiveTest, EachFailureHasItsTextAndLeavesNoFile)
     torn.content[torn.content.size() / 2] = '\xff';
     RawEntry shortened = MakeDeflated("short", "content");
     shortened.declaredSize = 8;
-    const struct
-    {
-        RawEntry entry;
-        QString text;
-    } cases[] = {
+    const std::pair<RawEntry, QString> cases[] = {
         {encrypted, "Can't read file e from %1: it is encrypted and needs a password."_q},
         {{"m", "content", 99},
          "Can't read file m from %1: its compression or encryption is not supported."_q},
@@ -138,12 +131,12 @@ TEST_F(ZipArchiveTest, EachFailureHasItsTextAndLeavesNoFile)
         {torn, "Can't read from %1"_q},
         {shortened, "Can't read from %1"_q},
     };
-    for (const auto& test : cases) {
-        Build({test.entry});
+    for (const auto& [entry, text] : cases) {
+        Build({entry});
         ZipArchive archive(mArchive);
         EXPECT_EQ(1, archive.StartIterate());
         EXPECT_FALSE(archive.ExtractCurrentFile(mTarget, QString(), 0));
-        EXPECT_EQ(QString(test.text).replace(QLatin1String("%1"), mArchive), archive.GetLastError());
+        EXPECT_EQ(QString(text).replace(QLatin1String("%1"), mArchive), archive.GetLastError());
         EXPECT_TRUE(ReadTree(mTarget).isEmpty());
         EXPECT_TRUE(archive.ExtractCurrentToMemory(QString()).isNull());
     }

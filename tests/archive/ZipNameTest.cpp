@@ -4,23 +4,20 @@
 
 using namespace Morvane;
 
-namespace
-{
 // Not UTF-8; 0x84 is an "a" with two dots in code pages 437 and 850 alike.
-const QByteArray cOemName = QByteArrayLiteral("B\x84r");
-const QString cOemText = "B\u00E4r"_q;
-const QString cLongName(300, QChar(0x65E5));
+static const QByteArray cOemName = QByteArrayLiteral("B\x84r");
+static const QString cOemText = "B\u00E4r"_q;
+static const QString cLongName(300, QChar(0x65E5));
 
-QByteArray Record(const char* id, int length, const QByteArray& data)
+static QByteArray Record(const char* id, int length, const QByteArray& data)
 {
     return QByteArray(id, 2) + static_cast<char>(length >> 24) + static_cast<char>(length >> 16) +
            static_cast<char>(length >> 8) + static_cast<char>(length) + data;
 }
 
-const QByteArray cNamed = QByteArrayLiteral(
+static const QByteArray cNamed = QByteArrayLiteral(
     "\xEF\xBB\xBF"
     "exact");
-}  // namespace
 
 TEST(ZipNameTest, RawNameHasAnUnderscoreForWhatTheCodePageLacks)
 {
@@ -31,12 +28,7 @@ TEST(ZipNameTest, RawNameHasAnUnderscoreForWhatTheCodePageLacks)
 
 TEST(ZipNameTest, NameComesFromTheFirstGoodRecordElseFromTheRawName)
 {
-    const struct
-    {
-        const char* what;
-        QByteArray rawName, extraField;
-        QString name;
-    } cases[] = {
+    const std::tuple<const char*, QByteArray, QByteArray, QString> cases[] = {
         {"the field", "raw", Record("\xD3\xD7", 8, cNamed), "exact"_q},
         {"a long name", "raw", ZipName::createExtraField("a\\"_q + cLongName), "a/"_q + cLongName},
         {"behind other records", "raw", Record("ab", 2, "xy") + Record("\xD3\xD7", 8, cNamed), "exact"_q},
@@ -57,6 +49,6 @@ TEST(ZipNameTest, NameComesFromTheFirstGoodRecordElseFromTheRawName)
         {"backslashes", "a\\b\\", "", "a/b/"_q},
         {"a NUL stays, to be refused", QByteArray("a\0b", 3), "", QString::fromLatin1("a\0b", 3)},
     };
-    for (const auto& test : cases)
-        EXPECT_EQ(test.name, ZipName::decodeZipName(test.rawName, test.extraField)) << test.what;
+    for (const auto& [what, rawName, extraField, name] : cases)
+        EXPECT_EQ(name, ZipName::decodeZipName(rawName, extraField)) << what;
 }

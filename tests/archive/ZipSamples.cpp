@@ -1,27 +1,26 @@
 #include "ZipSamples.h"
 
+#include <QProcess>
 #include <QtEndian>
 
 #include <zlib.h>
 
-namespace
-{
 // Numbers in the order of the zip format, lowest byte first.
-QByteArray Number(qint64 value, int size)
+static QByteArray Number(qint64 value, int size)
 {
     QByteArray bytes(8, '\0');
     qToLittleEndian<qint64>(value, bytes.data());
     return bytes.left(size);
 }
 
-qint64 GetCrc(const QByteArray& bytes)
+static qint64 GetCrc(const QByteArray& bytes)
 {
     return static_cast<qint64>(
         crc32(0, reinterpret_cast<const Bytef*>(bytes.constData()), static_cast<uInt>(bytes.size())));
 }
 
 // What the header before the content and the record of the directory have in common.
-QByteArray Describe(const RawEntry& entry)
+static QByteArray Describe(const RawEntry& entry)
 {
     const qint64 crc = entry.crc >= 0 ? entry.crc : GetCrc(entry.content);
     const qint64 size = entry.declaredSize >= 0 ? entry.declaredSize : entry.content.size();
@@ -29,7 +28,6 @@ QByteArray Describe(const RawEntry& entry)
            Number(crc, 4) + Number(entry.content.size(), 4) + Number(size, 4) + Number(entry.name.size(), 2) +
            Number(entry.extraField.size(), 2);
 }
-}  // namespace
 
 QByteArray BuildArchive(const QVector<RawEntry>& entries)
 {
@@ -66,4 +64,19 @@ void WriteTree(const QString& folder, const QMap<QString, QByteArray>& tree)
         else
             ASSERT_TRUE(WriteFile(path, item.value()));
     }
+}
+
+QByteArray RunShell(const QString& folder, const QString& line)
+{
+    QProcess process;
+    process.setWorkingDirectory(folder);
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("LC_ALL"_q, "C.UTF-8"_q);
+    process.setProcessEnvironment(environment);
+    process.start("/bin/sh"_q, {"-c"_q, line});
+    process.waitForFinished(200000);
+    const QByteArray output = process.readAll();
+    EXPECT_EQ(0, process.exitCode()) << line.toStdString() << '\n' << output.constData();
+    return output;
 }

@@ -32,6 +32,9 @@ RawEntry MakeDeflated(const QByteArray& name, const QByteArray& content);
 // Makes what ReadTree would give.
 void WriteTree(const QString& folder, const QMap<QString, QByteArray>& tree);
 
+// Runs a line of the shell in a folder; gives its output, or fails the test.
+QByteArray RunShell(const QString& folder, const QString& line);
+
 // An archive, the folder that it is extracted into, and the errors that are told.
 class ArchiveTest : public testing::Test
 {

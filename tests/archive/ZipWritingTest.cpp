@@ -8,9 +8,7 @@
 
 using namespace Morvane;
 
-namespace
-{
-const QString cLongName = QString(120, QLatin1Char('n'));
+static const QString cLongName = QString(120, QLatin1Char('n'));
 
 class ZipWritingTest : public ArchiveTest
 {
@@ -39,10 +37,7 @@ protected:
     }
 
     QString GetSource() const { return mSandbox.GetPath("source"_q); }
-    QStringList GetTopNames() const
-    {
-        return QDir(mSandbox.GetPath()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-    }
+    QStringList GetTopNames() const { return ListFolder(mSandbox.GetPath()); }
 
     QStringList GetNames() const
     {
@@ -67,7 +62,6 @@ protected:
 
     QMap<QString, QByteArray> mTree;
 };
-}  // namespace
 
 TEST_F(ZipWritingTest, WhatIsWrittenReadsBackEqual)
 {

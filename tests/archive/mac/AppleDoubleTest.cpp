@@ -7,22 +7,19 @@ using Morvane::MacFileInfo;
 
 TEST_F(MacTest, TypeAndCreatorEndAtTheFirstZeroByte)
 {
-    const struct
-    {
-        QByteArray finderInfo;
-        const char *type, *creator;
-    } cases[] = {{QByteArray("PDF CARO\0\0\0\0....", 16), "PDF ", "CARO"},
-                 {QByteArray("TEXTttxt\1\2 xrest", 16), "TEXT", "ttxt\1\2 x"},
-                 {QByteArray("A\0CDttxt", 8), "A", "ttxt"},
-                 {QByteArray("\xC3\xBC!!CARO", 8), "\xC3\xBC!!", "CARO"},
-                 {QByteArray("TEXTttx", 7), "", ""},
-                 {QByteArray(), "", ""}};
-    for (const auto& entry : cases) {
+    const std::tuple<QByteArray, const char*, const char*> cases[] = {
+        {QByteArray("PDF CARO\0\0\0\0....", 16), "PDF ", "CARO"},
+        {QByteArray("TEXTttxt\1\2 xrest", 16), "TEXT", "ttxt\1\2 x"},
+        {QByteArray("A\0CDttxt", 8), "A", "ttxt"},
+        {QByteArray("\xC3\xBC!!CARO", 8), "\xC3\xBC!!", "CARO"},
+        {QByteArray("TEXTttx", 7), "", ""},
+        {QByteArray(), "", ""}};
+    for (const auto& [finderInfo, type, creator] : cases) {
         MacFileInfo info;
-        EXPECT_TRUE(AppleDouble::getMacFileType(Write("._x", MakeAppleDouble(entry.finderInfo)), &info));
-        EXPECT_EQ(info.type.toStdString(), entry.type);
-        EXPECT_EQ(info.creator.toStdString(), entry.creator);
-        EXPECT_EQ(info.finderInfo, entry.finderInfo.size() < 8 ? QByteArray() : entry.finderInfo);
+        EXPECT_TRUE(AppleDouble::getMacFileType(Write("._x", MakeAppleDouble(finderInfo)), &info));
+        EXPECT_EQ(info.type.toStdString(), type);
+        EXPECT_EQ(info.creator.toStdString(), creator);
+        EXPECT_EQ(info.finderInfo, finderInfo.size() < 8 ? QByteArray() : finderInfo);
     }
 }
 

@@ -10,8 +10,6 @@ using Morvane::FileExtensionManager;
 using Morvane::PcExchange;
 using Morvane::PcExchangeRecord;
 
-namespace
-{
 class FileExtensionTest : public MacTest
 {
 protected:
@@ -20,14 +18,13 @@ protected:
     QString Table(const QByteArray& bytes) const { return Write("table.xml", bytes); }
 };
 
-const char* const cRecords =
+static const char* const cRecords =
     "<t><Record Type=\"TEXT\" Creator=\"????\" PCExtension=\"first\"/>"
     "<Record Type=\"TEXT\" Creator=\"MSWD\" PCExtension=\"doc\" Program=\"W\"/>"
     "<Record Type=\"TEXT\" Creator=\"????\" PCExtension=\"last\"/>"
     "<Record Type=\"TEXT\" Creator=\"MSWD\" PCExtension=\"second\"/>"
     "<group><Record Type=\"DEEP\" Creator=\"????\" PCExtension=\"deep\"/></group>"
     "<Record Type=\"PDF \" Creator=\"CARO\" PCExtension=\"pdf\"/></t>";
-}  // namespace
 
 TEST_F(FileExtensionTest, ExactRecordGoesBeforeTheWildcardWhereverItStands)
 {
