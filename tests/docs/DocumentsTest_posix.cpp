@@ -7,7 +7,6 @@
 #include <QDirIterator>
 #include <QProcess>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -48,10 +47,7 @@ QVector<Step> ReadSteps(const QString& page)
 // What is another one each time; other users of this machine may have receivers of their own.
 QString Normalize(QString text)
 {
-    const struct
-    {
-        const char *pattern, *word;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"[0-9A-F]{32}", "KEY"},
         {"(process|Process) \\d+", "process N"},
         {"\"sender\":\\d+", "\"sender\":N"},
@@ -62,8 +58,8 @@ QString Normalize(QString text)
         {"hopboxctl: (warning: )?(process N|No process \"PrinterProcessorWin.exe\" is running)[^\n]*\n", ""},
         {"morvane: HopboxHandOff::Deliver: process N [^\n]*\n", ""},
     };
-    for (const auto& test : cases)
-        text.replace(QRegularExpression(QLatin1String(test.pattern)), QLatin1String(test.word));
+    for (const auto& [pattern, word] : cases)
+        text.replace(QRegularExpression(QLatin1String(pattern)), QLatin1String(word));
     return text;
 }
 

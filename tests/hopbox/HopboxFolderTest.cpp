@@ -5,10 +5,7 @@
 TEST(HopboxFolder, NamesStayInTheirFolderOnEverySystem)
 {
     const GString longest(240, QLatin1Char('x'));
-    const struct
-    {
-        GString text, name;
-    } cases[] = {
+    const std::pair<GString, GString> cases[] = {
         {"Gr\u00F6\u00DFe 1.2 \u65E5\u672C \U0001F4E6"_q, "Gr\u00F6\u00DFe 1.2 \u65E5\u672C \U0001F4E6"_q},
         {QString(), "_"_q},
         {"."_q, "_"_q},
@@ -29,9 +26,9 @@ TEST(HopboxFolder, NamesStayInTheirFolderOnEverySystem)
     };
     const Sandbox sandbox;
     const GPathName parent(sandbox.GetPath());
-    for (const auto& test : cases) {
-        EXPECT_EQ(HopboxFolder::MakeName(test.text).toStdString(), test.name.toStdString());
-        const GPathName folder = HopboxFolder::MakeFresh(parent, test.name);
+    for (const auto& [text, name] : cases) {
+        EXPECT_EQ(HopboxFolder::MakeName(text).toStdString(), name.toStdString());
+        const GPathName folder = HopboxFolder::MakeFresh(parent, name);
         EXPECT_EQ(folder.GetParent(), parent);
         EXPECT_TRUE(QDir(folder.GetNativePath()).exists());
     }

@@ -109,13 +109,7 @@ TEST_F(HopboxProjectTest, WritingSettingsKeepsTheOtherFilesAndLeavesNothingBesid
 TEST_F(HopboxProjectTest, ArchivesOfAnyToolAreReadAsFarAsTheyServe)
 {
     const QByteArray document("\xFF\xFE#\0B\0E\0G\0I\0N\0P\0R\0E\0F\0S\0\n\0", 26);
-    const struct
-    {
-        QStringList names;
-        QByteArray settings;
-        bool hasSettings;
-        const char* jobOptions;
-    } cases[] = {
+    const std::tuple<QStringList, QByteArray, bool, const char*> cases[] = {
         {"PrinterFiles/|PrinterFiles/b|PrinterFiles/a|Project/Project.prefs"_list, document, true,
          "PrinterFiles/b"},
         {"Project/Project.prefs|x/PrinterFiles/y/z"_list, document.mid(2), true, "x/PrinterFiles/y/z"},
@@ -126,13 +120,13 @@ TEST_F(HopboxProjectTest, ArchivesOfAnyToolAreReadAsFarAsTheyServe)
         {"PrinterFiles/a|Project/Project.prefs"_list, "no document", false, "PrinterFiles/a"},
         {"PrinterFiles/a|Project/Project.prefs"_list, "", false, "PrinterFiles/a"},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.names.join(QLatin1Char(' ')).toStdString());
-        MakeArchive(test.names, test.settings);
-        EXPECT_EQ(ReadSetting(), test.hasSettings ? "(before)"_q : "(none)"_q);
+    for (const auto& [names, settings, hasSettings, extracted] : cases) {
+        SCOPED_TRACE(names.join(QLatin1Char(' ')).toStdString());
+        MakeArchive(names, settings);
+        EXPECT_EQ(ReadSetting(), hasSettings ? "(before)"_q : "(none)"_q);
         const GPathName jobOptions = ExtractJobOptions();
         EXPECT_EQ(jobOptions.IsEmpty() ? nullptr : ReadFile(jobOptions.GetNativePath()),
-                  QByteArray(test.jobOptions));
+                  QByteArray(extracted));
         QDir(GetFolder()).removeRecursively();
     }
 }

@@ -176,13 +176,8 @@ TEST(HopboxRegistry, CacheEntryNumberAndSettingsNameOfAPath)
     const GPathName cache = HopboxRegistry::GetCacheFolder();
     EXPECT_EQ(cache, GPathName(sandbox.GetPath("AppData/Morvane/Hopbox/Cache"_q)));
     const GPathName settings = HopboxRegistry::GetSettingsFolder();
-    const struct
-    {
-        GPathName path;
-        int number;
-        const char* name;
-        const char* renamed;  // to "new", below the settings folder; null where nothing is
-    } cases[] = {
+    // renamed: to "new", below the settings folder; null where nothing is
+    const std::tuple<GPathName, int, const char*, const char*> cases[] = {
         {cache.GetChild("12"_q), 12, "", nullptr},
         {cache.GetChild("700000/a/b.exe"_q), 700000, "", nullptr},
         {cache.GetChild("12a/b.exe"_q), 0, "", nullptr},
@@ -196,15 +191,15 @@ TEST(HopboxRegistry, CacheEntryNumberAndSettingsNameOfAPath)
         {settings.GetChild("e/a.zip"_q), 0, "e", "new/a.zip"},
         {settings.GetChild("new/a.zip"_q), 0, "new", nullptr},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.path.GetPortablePath().toStdString());
-        EXPECT_EQ(HopboxRegistry::GetCacheEntryNumber(test.path), test.number);
+    for (const auto& [place, number, settingsName, renamed] : cases) {
+        SCOPED_TRACE(place.GetPortablePath().toStdString());
+        EXPECT_EQ(HopboxRegistry::GetCacheEntryNumber(place), number);
         GString name = "before"_q;
-        EXPECT_EQ(HopboxRegistry::GetSettingsName(test.path, name), *test.name != '\0');
-        EXPECT_EQ(name, GString::fromUtf8(test.name));
-        GPathName path = test.path;
-        EXPECT_EQ(HopboxRegistry::RenameSettingsInPath("new"_q, path), test.renamed != nullptr);
-        EXPECT_EQ(path, test.renamed == nullptr ? test.path : settings.GetChild(QLatin1String(test.renamed)));
+        EXPECT_EQ(HopboxRegistry::GetSettingsName(place, name), *settingsName != '\0');
+        EXPECT_EQ(name, GString::fromUtf8(settingsName));
+        GPathName path = place;
+        EXPECT_EQ(HopboxRegistry::RenameSettingsInPath("new"_q, path), renamed != nullptr);
+        EXPECT_EQ(path, renamed == nullptr ? place : settings.GetChild(QLatin1String(renamed)));
     }
     GPathName path = settings.GetChild("Press/a.zip"_q);
     for (const char* name : {"", "..", "../x", "a/b", "/tmp"})

@@ -46,12 +46,7 @@ TEST(HopboxRecord, TextHasTheNineValuesInTheirOrderAndComesBackEqual)
 
 TEST(HopboxRecord, WhatIsReadFromForeignTexts)
 {
-    const struct
-    {
-        const char* text;
-        bool isRead, isPlugin;
-        const char* pdfSettings;
-    } cases[] = {
+    const std::tuple<const char*, bool, bool, const char*> cases[] = {
         {"#BEGINDICT\n#ENDDICT", true, false, ""},
         {"#BEGINDICT\n\"IsPlugin\" \"true\"\n\"X\" \"y\"\n\"PDFSettings\" \"a\" rest\n#ENDPREFS", true, true,
          "a"},
@@ -64,23 +59,23 @@ TEST(HopboxRecord, WhatIsReadFromForeignTexts)
         // A path with a NUL, which no file can have.
         {"#BEGINDICT\n\"ActorName\" \"a\"\n\"HopboxIconPath\" \"/a?b\"\n#ENDDICT", false, false, ""},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.text);
+    for (const auto& [document, isRead, isPlugin, settings] : cases) {
+        SCOPED_TRACE(document);
         HopboxRecord record = MakeRecord();
-        GString text = GString::fromUtf8(test.text);
+        GString text = GString::fromUtf8(document);
         text.replace("/a?b"_q, "/a\0b"_q);
-        ASSERT_EQ(record.FromText(text), test.isRead);
+        ASSERT_EQ(record.FromText(text), isRead);
         HopboxOffer offer{true, "kept"_q};
-        EXPECT_EQ(offer.FromText(text), test.isRead);
-        EXPECT_EQ(offer.isPlugin, !test.isRead || test.isPlugin);
-        EXPECT_EQ(offer.pdfSettings, test.isRead ? GString::fromUtf8(test.pdfSettings) : "kept"_q);
-        if (!test.isRead) {
+        EXPECT_EQ(offer.FromText(text), isRead);
+        EXPECT_EQ(offer.isPlugin, !isRead || isPlugin);
+        EXPECT_EQ(offer.pdfSettings, isRead ? GString::fromUtf8(settings) : "kept"_q);
+        if (!isRead) {
             EXPECT_EQ(record.entry, MakeRecord().entry);
             continue;
         }
         EXPECT_EQ(record.actorName, QString());
-        EXPECT_EQ(record.entry.isPlugin, test.isPlugin);
-        EXPECT_EQ(record.entry.pdfSettings, GString::fromUtf8(test.pdfSettings));
+        EXPECT_EQ(record.entry.isPlugin, isPlugin);
+        EXPECT_EQ(record.entry.pdfSettings, GString::fromUtf8(settings));
         EXPECT_TRUE(record.entry.applicationPath.IsEmpty());
     }
 }

@@ -5,10 +5,8 @@
 #include "tests/support/Test.h"
 
 #include <algorithm>
-#include <memory>
 #include <random>
 #include <thread>
-#include <vector>
 
 static constexpr int cProcesses = 8;
 static constexpr int cEntries = 100;  // of each
@@ -42,9 +40,7 @@ CHILD_ROLE(AddEntriesToWhatIsCut)
     return 0;
 }
 
-namespace
-{
-int WaitForEnd(ChildProcess& process)
+static int WaitForEnd(ChildProcess& process)
 {
     // It may take longer than one wait; the test's own time limit bounds it.
     int status = process.WaitForExit();
@@ -55,7 +51,7 @@ int WaitForEnd(ChildProcess& process)
 
 // Cuts the file at a random place, as a failing disk or a foreign program would, without any lock. Gives what
 // is left of it.
-QByteArray CutRandomly(const QString& path, std::mt19937& random)
+static QByteArray CutRandomly(const QString& path, std::mt19937& random)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadWrite) || file.size() < 100)
@@ -64,16 +60,11 @@ QByteArray CutRandomly(const QString& path, std::mt19937& random)
     file.seek(0);
     return file.readAll();
 }
-}  // namespace
 
 TEST(HopboxRegistryProcesses, WhatIsCutUnderThemIsToldAndKept)
 {
     const Sandbox sandbox;
-    std::vector<std::unique_ptr<ChildProcess>> processes;
-    for (int number = 0; number < cProcesses; ++number) {
-        processes.push_back(
-            std::make_unique<ChildProcess>("AddEntriesToWhatIsCut"_q, QStringList(QString::number(number))));
-    }
+    const auto processes = StartChildren("AddEntriesToWhatIsCut"_q, cProcesses);
     const QString path = HopboxRegistry::GetPathName().GetNativePath();
     std::mt19937 random(20260922);
     std::vector<QByteArray> cuts;
@@ -115,11 +106,7 @@ TEST(HopboxRegistryProcesses, WhatIsCutUnderThemIsToldAndKept)
 TEST(HopboxRegistryProcesses, EntriesThatProcessesAddAtOnceAreAllThere)
 {
     const Sandbox sandbox;
-    std::vector<std::unique_ptr<ChildProcess>> processes;
-    for (int number = 0; number < cProcesses; ++number) {
-        processes.push_back(
-            std::make_unique<ChildProcess>("AddEntries"_q, QStringList(QString::number(number))));
-    }
+    const auto processes = StartChildren("AddEntries"_q, cProcesses);
     for (const auto& process : processes)
         EXPECT_EQ(WaitForEnd(*process), 0);
 

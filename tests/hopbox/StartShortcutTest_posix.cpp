@@ -11,9 +11,8 @@ static constexpr int cPatience = 20000;  // milliseconds
 // An application that leaves the folder in which it was started, and its own path, in a file beside it.
 static void MakeApplication(const QString& path)
 {
-    ASSERT_TRUE(WriteFile(
+    ASSERT_TRUE(WriteProgram(
         path, "#!/bin/sh\n{ pwd; printf '%s\\n' \"$0\"; } > started.part\nmv started.part started\n"));
-    ASSERT_TRUE(QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
 }
 
 static QByteArray WaitForFile(const QString& path)

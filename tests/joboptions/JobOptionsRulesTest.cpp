@@ -4,11 +4,8 @@
 
 TEST(JobOptionsRulesTest, AValueThatCannotBeIsNamedWithWhatItsSettingTakes)
 {
-    const struct
-    {
-        QByteArray settings;
-        const char* fault;  // empty: it is fine
-    } cases[] = {
+    // fault: empty: it is fine
+    const std::pair<QByteArray, const char*> cases[] = {
         {"", ""},
         {"/Unknown (x) /CompatibilityLevel null", ""},
         {"/CompatibilityLevel 1.4", ""},
@@ -36,12 +33,11 @@ TEST(JobOptionsRulesTest, AValueThatCannotBeIsNamedWithWhatItsSettingTakes)
         {">>setpagedevice<</HWResolution [2400 2400]>>setpagedevice<</HWResolution [0 0]",
          "\"HWResolution\" takes an array of 2 numbers above 0"},
     };
-    for (const auto& test : cases) {
+    for (const auto& [settings, fault] : cases) {
         JobOptions options;
-        const QByteArray last =
-            test.settings.contains("setpagedevice") ? "setpagedevice" : "setdistillerparams";
-        const QByteArray text = "<</A 1>>setdistillerparams <<" + test.settings + ">>" + last;
+        const QByteArray last = settings.contains("setpagedevice") ? "setpagedevice" : "setdistillerparams";
+        const QByteArray text = "<</A 1>>setdistillerparams <<" + settings + ">>" + last;
         ASSERT_EQ(options.Parse(text).GetReason(), QString()) << text.constData();
-        EXPECT_EQ(JobOptionsRules::FindFault(options).toStdString(), test.fault) << test.settings.constData();
+        EXPECT_EQ(JobOptionsRules::FindFault(options).toStdString(), fault) << settings.constData();
     }
 }

@@ -1,10 +1,8 @@
 #include "joboptions/JobOptions.h"
 #include "tests/support/Test.h"
 
-namespace
-{
 // Puts a value back into one form, in which strings and names can be told apart.
-QString Describe(const PostScriptValue& value)
+static QString Describe(const PostScriptValue& value)
 {
     QStringList items;
     for (const PostScriptValue& item : value.GetItems())
@@ -30,11 +28,7 @@ QString Describe(const PostScriptValue& value)
 
 TEST(JobOptionsTest, EveryFormOfAValueIsRead)
 {
-    const struct
-    {
-        QByteArray text;
-        QString value;
-    } cases[] = {
+    const std::pair<QByteArray, QString> cases[] = {
         {"12", "12"_q},
         {"-.5", "-0.5"_q},
         {"+1.25e2", "125"_q},
@@ -60,22 +54,18 @@ TEST(JobOptionsTest, EveryFormOfAValueIsRead)
         {"<</a 1/b<</c[]>>>>", "</a 1 /b </c []>>"_q},
         {"% comment\r 7 % another", "7"_q},
     };
-    for (const auto& item : cases) {
+    for (const auto& [text, value] : cases) {
         JobOptions options;
         const GResult parsed =
-            options.Parse("\xEF\xBB\xBF%!PS\n<</X 0 /X " + item.text + "\n>>setdistillerparams");
-        ASSERT_EQ(parsed.GetReason(), QString()) << item.text.constData();
-        EXPECT_EQ(Describe(*options.FindParameter("X")).toStdString(), item.value.toStdString());
+            options.Parse("\xEF\xBB\xBF%!PS\n<</X 0 /X " + text + "\n>>setdistillerparams");
+        ASSERT_EQ(parsed.GetReason(), QString()) << text.constData();
+        EXPECT_EQ(Describe(*options.FindParameter("X")).toStdString(), value.toStdString());
     }
 }
 
 TEST(JobOptionsTest, WhatIsNoJobOptionsFileIsRefusedWithItsPlace)
 {
-    const struct
-    {
-        QByteArray text;
-        const char* error;
-    } cases[] = {
+    const std::pair<QByteArray, const char*> cases[] = {
         {"", "at the end: no \"setdistillerparams\", so it names no settings"},
         {"<< /a 1 >> setpagedevice", "at the end: no \"setdistillerparams\", so it names no settings"},
         {"<< /a\r\n  (b\\) >> setdistillerparams", "line 2, column 3: a string without end"},
@@ -89,9 +79,9 @@ TEST(JobOptionsTest, WhatIsNoJobOptionsFileIsRefusedWithItsPlace)
         {QByteArray(1000000, '['), "line 1, column 65: values nested too deeply"},
         {"PK\x03\x04", "line 1, column 1: \"PK\x03\x04\" is nothing that job options hold"},
     };
-    for (const auto& item : cases) {
+    for (const auto& [text, error] : cases) {
         JobOptions options;
-        EXPECT_EQ(options.Parse(item.text).GetReason().toStdString(), item.error);
+        EXPECT_EQ(options.Parse(text).GetReason().toStdString(), error);
     }
 }
 TEST(JobOptionsTest, AFileLargerThanAnyJobOptionsIsRefused)
@@ -106,4 +96,3 @@ TEST(JobOptionsTest, AFileLargerThanAnyJobOptionsIsRefused)
     const GResult read = options.Read(path);
     EXPECT_TRUE(read.GetReason().endsWith("are not read"_q)) << read.GetReason().toStdString();
 }
-}  // namespace
