@@ -18,9 +18,7 @@ CHILD_ROLE(ExportForever)
         party.Export(arguments.at(0));
 }
 
-class CrashTest : public ExportFixture
-{
-};
+using CrashTest = ExportFixture;
 
 TEST_F(CrashTest, TheNextStartSweepsWhatAKilledExportLeftAndNothingElse)
 {

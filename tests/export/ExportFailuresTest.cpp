@@ -3,7 +3,6 @@
 #include "hopbox/HopboxRegistry.h"
 
 #include <algorithm>
-#include <limits>
 
 // No Hopbox process runs in these tests, so an export that succeeds ends with the alert that says so. Every
 // export is to make a file package too.

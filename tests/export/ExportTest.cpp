@@ -4,12 +4,10 @@
 #include "foundation/system/PSystem.h"
 #include "foundation/trace/GTrace.h"
 #include "hopbox/HopboxFolder.h"
-#include "tests/support/ChildProcess.h"
 #include "tests/support/LogRecorder.h"
 #include "tests/support/PrinterProcessor.h"
 
 #include <QJsonDocument>
-#include <QProcess>
 
 static const QStringList cWithPackage = "IncludeFilePackage=true"_list;
 
@@ -53,9 +51,7 @@ protected:
     void ExpectNothingTemporaryLeft() const
     {
         EXPECT_TRUE(List(JobOptionsFolder::GetPath()).isEmpty());
-        EXPECT_EQ(QDir(GetTemporary().GetNativePath())
-                      .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-                  QStringList{GetUserFolder().GetLeaf()});
+        EXPECT_EQ(ListFolder(GetTemporary().GetNativePath()), QStringList{GetUserFolder().GetLeaf()});
         EXPECT_EQ(PlugInStore::ReadList().GetCount(), 1);
     }
 };
@@ -112,27 +108,24 @@ TEST_F(ExportTest, FromAHopboxOfTheCommandLineToTheInboxOfARealReceiver)
 // Every export finds the package of the one before, but not its PDF.
 TEST_F(ExportTest, ThePackageFollowsThePDFAsThePathOrURLThatTheBuildTakes)
 {
-    const struct
-    {
-        int32_t build;
-        bool takesURL;
-    } cases[] = {{637639, false}, {637640, true}, {666, true},       {665, false},
-                 {667, false},    {0, false},     {2147483647, true}};
+    const std::pair<int32_t, bool> cases[] = {{637639, false},   {637640, true}, {666, true},
+                                              {665, false},      {667, false},   {0, false},
+                                              {2147483647, true}};
     const QString name = "50% #1 \u65E5"_q;
     const QString hopbox = "20% #2 \u672C"_q;
     const QString inbox = GetSandbox().GetPath("In box"_q);
     PrinterProcessor receiver(GetSandbox(), {"--inbox"_q, inbox});
     QStringList packages;
     for (const ExportKind kind : {ExportKind::Document, ExportKind::Book}) {
-        for (const auto& test : cases) {
-            SCOPED_TRACE(test.build);
+        for (const auto& [build, takesURL] : cases) {
+            SCOPED_TRACE(build);
             ExportParty party(kind);
             QString& document = party.host.documents.front().path;
             FakeBook& book = party.host.books.front();
             document = book.documentPaths.front() = GetSandbox().GetPath(name + ".indd"_q);
             book.path = GetSandbox().GetPath(name + ".indb"_q);
             EXPECT_TRUE(WriteFile(document, "indd") && WriteFile(book.path, "indb"));
-            party.Export(MakeHopbox(hopbox, cWithPackage, test.build));
+            party.Export(MakeHopbox(hopbox, cWithPackage, build));
             EXPECT_EQ(party.alerts, QStringList());
 
             const GPathName& package = party.action.GetPackagePath();
@@ -150,7 +143,7 @@ TEST_F(ExportTest, ThePackageFollowsThePDFAsThePathOrURLThatTheBuildTakes)
             EXPECT_EQ(receiver.ReadLine().value("JobPath"_q).toString(), pdf.GetNativePath());
             const QJsonObject job = receiver.ReadLine();
             const QString location = job.value("JobPath"_q).toString();
-            if (test.takesURL) {
+            if (takesURL) {
                 EXPECT_TRUE(location.startsWith("file:///"_q)) << location.toStdString();
                 EXPECT_TRUE(location.endsWith("/50%25%20%231%20%E6%97%A5%20Folder?isinddpkg=true"_q));
             } else {

@@ -7,9 +7,7 @@
 
 #include <QDateTime>
 
-class PlugInPreferencesTest : public ExportFixture
-{
-};
+using PlugInPreferencesTest = ExportFixture;
 
 TEST_F(PlugInPreferencesTest, ChoicesOutliveTheProcessAndReadAsNothingWhereTheFileIsDamaged)
 {

@@ -71,24 +71,20 @@ TEST_F(SmartPathTest, ListsItsPathBeforeItMakesItAndGoesWithIt)
 
 TEST_F(SmartPathTest, SweepTakesTheNumbersUpToTheCount)
 {
-    const struct
-    {
-        const char* maximum;
-        QStringList listed, left;
-    } cases[] = {{"5", "2|4"_list, {}},        {"3", "2|4"_list, "4"_list},
-                 {"0", "1"_list, "1"_list},    {"-7", "1"_list, "1"_list},
-                 {"2147483647", "9"_list, {}}, {"99999999999999", "1"_list, "1"_list},
-                 {"", "1"_list, "1"_list}};
-    for (const auto& row : cases) {
+    const std::tuple<const char*, QStringList, QStringList> cases[] = {
+        {"5", "2|4"_list, {}},      {"3", "2|4"_list, "4"_list},  {"0", "1"_list, "1"_list},
+        {"-7", "1"_list, "1"_list}, {"2147483647", "9"_list, {}}, {"99999999999999", "1"_list, "1"_list},
+        {"", "1"_list, "1"_list}};
+    for (const auto& [maximum, listed, left] : cases) {
         GFileSystemBase::TryToRemoveFolder(GetTemporary());
         GPreferences::Remove(GPreferences::cUserFileModule, cGroup);
-        for (const QString& number : row.listed)
+        for (const QString& number : listed)
             SetListed("FilePathName_" + number.toLatin1(),
                       MakeFile(GetTemporary().GetChild(number)).GetNativePath());
-        SetListed("MaxCount", QString::fromLatin1(row.maximum));
+        SetListed("MaxCount", QString::fromLatin1(maximum));
         SmartFileList::Sweep();
-        EXPECT_EQ(List(GetTemporary()), row.left) << row.maximum;
-        EXPECT_EQ(GetListed("MaxCount"), "0"_q) << row.maximum;
+        EXPECT_EQ(List(GetTemporary()), left) << maximum;
+        EXPECT_EQ(GetListed("MaxCount"), "0"_q) << maximum;
     }
     GPreferences::Remove(GPreferences::cUserFileModule, cGroup);
     SmartFileList::Sweep();

@@ -1,17 +1,14 @@
 #include "DialogFixture.h"
 #include "foundation/prefs/GPrefMemoryModule.h"
-#include "foundation/system/GFileSystemBase.h"
 #include "hopbox/HopboxProject.h"
 #include "widgets/GQUIUnitSpinBox.h"
 
 // The options of the dialog: lengths that are typed, and what is left to the job options.
 
-namespace
-{
 using DialogTest = DialogFixture;
 
 // Puts a project with these job options in the place of a Hopbox's; gives its path.
-QString SetJobOptions(const GString& key, const char* text)
+static QString SetJobOptions(const GString& key, const char* text)
 {
     HopboxRegistryEntry entry;
     EXPECT_TRUE(HopboxRegistry().GetEntry(key, entry));
@@ -23,7 +20,6 @@ QString SetJobOptions(const GString& key, const char* text)
     EXPECT_EQ(project.Create(file, settings).GetReason(), QString());
     return entry.contextFilePath.GetNativePath();
 }
-}  // namespace
 
 TEST_F(DialogTest, ALengthIsExportedAsItIsShownOrKeepsOKFromBeingPressed)
 {

@@ -1,10 +1,8 @@
 #pragma once
 
 #include "ExportRun.h"
-#include "export/PlugInPreferences.h"
 #include "export/dialog/GCSPUSaveAsStamplexPDFDialog.h"
 #include "foundation/prefs/GPrefSharedFileModule.h"
-#include "foundation/prefs/GPreferences.h"
 #include "hopbox/HopboxRegistry.h"
 #include "tests/support/WindowDriver.h"
 

@@ -11,15 +11,12 @@
 #include <QSignalSpy>
 #include <QTextDocument>
 
-namespace
-{
 using DialogTest = DialogFixture;
 
-QString ToText(bool value)
+static QString ToText(bool value)
 {
     return value ? "true"_q : "false"_q;
 }
-}  // namespace
 
 TEST_F(DialogTest, ListsWhatOffersItselfByTextAndSelectsTheLastChoice)
 {
@@ -29,12 +26,10 @@ TEST_F(DialogTest, ListsWhatOffersItselfByTextAndSelectsTheLastChoice)
     Withdraw(Add("d", "Delta"));
     WriteRecord("x1", "garbage"_q);
     WriteRecord("x2", "#DICT"_q);
-    const struct
-    {
-        GString remembered, selected;
-    } cases[] = {{beta, "Beta"_q}, {unnamed, unnamed}, {"Beta"_q, {}}, {{}, {}}};
-    for (const auto& entry : cases) {
-        PlugInPreferences::SetLastSelection(entry.remembered);
+    const std::pair<GString, GString> cases[] = {
+        {beta, "Beta"_q}, {unnamed, unnamed}, {"Beta"_q, {}}, {{}, {}}};
+    for (const auto& [remembered, wanted] : cases) {
+        PlugInPreferences::SetLastSelection(remembered);
         party.alerts.clear();
         Open();
         const QString missing = HopboxRegistry().GetKeys().filter("x"_q).join(", "_q);
@@ -42,7 +37,7 @@ TEST_F(DialogTest, ListsWhatOffersItselfByTextAndSelectsTheLastChoice)
                                             "Launch the Hopbox manually and try again."_q.arg(missing)});
         QStringList texts = {"Alpha"_q, "Beta"_q, unnamed};
         texts.sort(Qt::CaseInsensitive);
-        const GString selected = entry.selected.isEmpty() ? texts.front() : entry.selected;
+        const GString selected = wanted.isEmpty() ? texts.front() : wanted;
         texts[texts.indexOf(selected)] = QStringLiteral("[%1]").arg(selected);
         EXPECT_EQ(GetList().toStdString(), texts.join(QLatin1Char(' ')).toStdString());
         EXPECT_EQ(PlugInPreferences::GetLastSelection(), list->currentData().toString());
@@ -254,27 +249,25 @@ TEST_F(DialogTest, APageRangeNamesPagesOrKeepsOKFromBeingPressed)
     EXPECT_EQ(mDialog->width(), width);
     EXPECT_TRUE(GetMessage().endsWith(",1,1,\"."_q));
     const char noPage[] = "The page range names no page of the document.";
-    const struct
-    {
-        const char *pasted, *taken, *complaint;
-    } cases[] = {{"1-5,8,11-13", "1-5,8,11-13", ""},
-                 {"1,", "1,", "A page number is missing after \"1,\"."},
-                 {"1-", "1-", "A page number is missing after \"1-\"."},
-                 {"2,3-", "2,3-", "A page number is missing after \"2,3-\"."},
-                 {"14", "14", noPage},
-                 {"3-1", "3-1", noPage},
-                 {"1 - 5", "", ""},
-                 {",3", "", ""},
-                 {"1-2-3", "", ""},
-                 {"1\n2", "", ""},
-                 {"a", "", ""}};
-    for (const auto& entry : cases) {
+    const std::tuple<const char*, const char*, const char*> cases[] = {
+        {"1-5,8,11-13", "1-5,8,11-13", ""},
+        {"1,", "1,", "A page number is missing after \"1,\"."},
+        {"1-", "1-", "A page number is missing after \"1-\"."},
+        {"2,3-", "2,3-", "A page number is missing after \"2,3-\"."},
+        {"14", "14", noPage},
+        {"3-1", "3-1", noPage},
+        {"1 - 5", "", ""},
+        {",3", "", ""},
+        {"1-2-3", "", ""},
+        {"1\n2", "", ""},
+        {"a", "", ""}};
+    for (const auto& [pasted, taken, complaint] : cases) {
         range->clear();
-        QGuiApplication::clipboard()->setText(QString::fromLatin1(entry.pasted));
+        QGuiApplication::clipboard()->setText(QString::fromLatin1(pasted));
         range->paste();
-        EXPECT_EQ(range->text(), QString::fromLatin1(entry.taken)) << entry.pasted;
-        EXPECT_EQ(ok->isEnabled(), *entry.complaint == '\0') << entry.pasted;
-        EXPECT_EQ(GetMessage(), QString::fromLatin1(entry.complaint));
+        EXPECT_EQ(range->text(), QString::fromLatin1(taken)) << pasted;
+        EXPECT_EQ(ok->isEnabled(), *complaint == '\0') << pasted;
+        EXPECT_EQ(GetMessage(), QString::fromLatin1(complaint));
     }
     for (const HostAnswer answer : {HostAnswer::Absent, HostAnswer::Raises, HostAnswer::RaisesNumber}) {
         party.host.Make(HostOperation::QueryPageList, answer);
@@ -307,33 +300,29 @@ TEST_F(DialogTest, OKExportsWhatIsChosen)
 {
     const std::vector<UID> all = {GetPageUID(1), GetPageUID(2), GetPageUID(3)};
     const QString done = MakeAlert(cNobodyTakesIt);
-    const struct
-    {
-        bool isAdjustable;
-        const char* range;  // null for all pages
-        std::vector<UID> pages;
-        QString alert;
-    } cases[] = {{true, nullptr, all, done},
-                 {false, nullptr, all, done},
-                 {true, "3,2", {GetPageUID(3), GetPageUID(2)}, done},
-                 {true, "", {}, MakeFramedAlert("The pages to export are not in the document.")}};
-    for (const auto& entry : cases) {
+    // typed: null for all pages
+    const std::tuple<bool, const char*, std::vector<UID>, QString> cases[] = {
+        {true, nullptr, all, done},
+        {false, nullptr, all, done},
+        {true, "3,2", {GetPageUID(3), GetPageUID(2)}, done},
+        {true, "", {}, MakeFramedAlert("The pages to export are not in the document.")}};
+    for (const auto& [isAdjustable, typed, pages, alert] : cases) {
         HopboxRegistry().Clear();
         party.host.commands.clear();
         party.alerts.clear();
-        Add("Press", "Press", entry.isAdjustable ? "UserSettings=true Trim=false" : "Trim=false");
+        Add("Press", "Press", isAdjustable ? "UserSettings=true Trim=false" : "Trim=false");
         Open();
         Find("Crop").click();
-        if (entry.range != nullptr) {
+        if (typed != nullptr) {
             Find("Range:").click();
-            range->setText(QString::fromLatin1(entry.range));
+            range->setText(QString::fromLatin1(typed));
         }
         WindowDriver::Click(Qt::Key_Return);
         EXPECT_FALSE(mDialog->isVisible());
-        EXPECT_EQ(party.alerts, QStringList{entry.alert});
+        EXPECT_EQ(party.alerts, QStringList{alert});
         ASSERT_EQ(party.host.commands.size(), 1u);
-        EXPECT_EQ(party.host.commands.front()->pages, entry.pages);
-        EXPECT_EQ(party.host.commands.front()->switches.at(PDFSwitch::CropMarks), entry.isAdjustable);
+        EXPECT_EQ(party.host.commands.front()->pages, pages);
+        EXPECT_EQ(party.host.commands.front()->switches.at(PDFSwitch::CropMarks), isAdjustable);
     }
 }
 

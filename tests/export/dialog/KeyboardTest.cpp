@@ -13,8 +13,6 @@
 #include <cmath>
 #include <set>
 
-namespace
-{
 class KeyboardTest : public DialogFixture
 {
 protected:
@@ -60,7 +58,6 @@ protected:
         QApplication::sendEvent(mDialog->focusWidget(), &event);
     }
 };
-}  // namespace
 
 TEST_F(KeyboardTest, AltTurnsOKIntoRemoveAndGivesTheFocusBack)
 {
@@ -145,13 +142,7 @@ TEST_F(KeyboardTest, WhatTheButtonShowsAtTheClickIsWhatHappens)
     };
     const Qt::KeyboardModifiers both = Qt::AltModifier | Qt::ShiftModifier;
     const auto click = [this] { QTest::mouseClick(ok, Qt::LeftButton, Qt::AltModifier); };
-    const struct
-    {
-        const char* name;
-        std::function<void()> act;
-        const char* text;
-        bool isRemoved;
-    } cases[] = {
+    const std::tuple<const char*, std::function<void()>, const char*, bool> cases[] = {
         {"Alt goes up as Meta",
          [&] {
              send(QEvent::KeyPress, Qt::Key_Alt, Qt::AltModifier, cAltCode);
@@ -193,15 +184,15 @@ TEST_F(KeyboardTest, WhatTheButtonShowsAtTheClickIsWhatHappens)
          },
          "OK", true},
     };
-    for (const auto& entry : cases) {
-        SCOPED_TRACE(entry.name);
+    for (const auto& [name, act, text, isRemoved] : cases) {
+        SCOPED_TRACE(name);
         HopboxRegistry().Clear();
         Add("a", "A");
         Add("b", "B");
         Open();
-        entry.act();
-        EXPECT_EQ(ok->text(), QString::fromLatin1(entry.text));
-        EXPECT_EQ(list->count(), entry.isRemoved ? 1 : 2);
+        act();
+        EXPECT_EQ(ok->text(), QString::fromLatin1(text));
+        EXPECT_EQ(list->count(), isRemoved ? 1 : 2);
         EXPECT_TRUE(mDialog->isVisible());
         EXPECT_TRUE(party.host.commands.empty());
     }

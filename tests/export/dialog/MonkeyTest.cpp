@@ -5,12 +5,9 @@
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QMenu>
-#include <QPointer>
 
 #include <random>
 
-namespace
-{
 // Somebody who knows nothing of the dialog and does anything, while other processes change the registry.
 // After each thing done, what the dialog shows is held against what it does.
 class MonkeyTest : public DialogFixture, public testing::WithParamInterface<int>
@@ -287,7 +284,6 @@ private:
     size_t mCommands = 0;
     int mCount = 0;
 };
-}  // namespace
 
 // Ten seeds in each of ten parts; HOPBOX_MONKEY_SEEDS asks for another number of them in each.
 TEST_P(MonkeyTest, TheDialogDoesWhatItShowsWhateverIsDone)

@@ -1,14 +1,10 @@
 #include "DialogFixture.h"
 #include "XServer.h"
 
-#include <QProcess>
-
-namespace
-{
 using ScreenReaderTest = DialogFixture;
 
 // The controls of this process, a line each, as a program on the accessibility bus reads them.
-QStringList ReadTree()
+static QStringList ReadTree()
 {
     QProcess reader;
     reader.setStandardErrorFile(QProcess::nullDevice());
@@ -17,7 +13,6 @@ QStringList ReadTree()
     EXPECT_TRUE(QTest::qWaitFor([&] { return reader.state() == QProcess::NotRunning; }, 60000));
     return QString::fromUtf8(reader.readAll()).split(QLatin1Char('\n'));
 }
-}  // namespace
 
 TEST_F(ScreenReaderTest, IsToldNameRoleValueAndLabelOfEveryControl)
 {

@@ -2,18 +2,14 @@
 
 #include "DialogFixture.h"
 #include "export/dialog/RunExportDialog.h"
-#include "tests/support/WindowDriver.h"
 
 #include <QMainWindow>
 #include <QMenuBar>
-#include <QProcess>
 #include <QScreen>
 #include <QWindow>
 
 extern std::unique_ptr<XServer> xServer;
 
-namespace
-{
 class XKeyboardTest : public DialogFixture
 {
 protected:
@@ -54,14 +50,10 @@ protected:
         XServer::Do(QStringLiteral("mousemove %1 %2").arg(place.x()).arg(place.y()).toLatin1().constData());
     }
 };
-}  // namespace
 
 TEST_F(XKeyboardTest, RemoveFollowsAltInEveryOrderOfTheModifiers)
 {
-    const struct
-    {
-        const char *keys, *text;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"keydown Alt_L", "Remove"},
         {"keydown Alt_L keyup Alt_L", "OK"},
         {"keydown Alt_L keydown Shift_L", "Remove"},
@@ -83,11 +75,11 @@ TEST_F(XKeyboardTest, RemoveFollowsAltInEveryOrderOfTheModifiers)
         {"keydown Shift_L keydown Super_L", "OK"},
         {"keydown Alt_L keydown Super_L keyup Super_L", "Remove"},
     };
-    for (const auto& entry : cases) {
-        SCOPED_TRACE(entry.keys);
+    for (const auto& [keys, text] : cases) {
+        SCOPED_TRACE(keys);
         OpenWith({"a", "b"});
-        XServer::Do(entry.keys);
-        EXPECT_EQ(ok->text(), QString::fromLatin1(entry.text));
+        XServer::Do(keys);
+        EXPECT_EQ(ok->text(), QString::fromLatin1(text));
         EXPECT_TRUE(ok->icon().isNull());
         const bool isRemoving = ok->text() == "Remove"_q;
         MoveMouseTo(*ok);

@@ -9,9 +9,7 @@
 
 #include <csignal>
 
-namespace
-{
-void Start(QProcess& process, const char* program, const QStringList& arguments)
+static void Start(QProcess& process, const char* program, const QStringList& arguments)
 {
     process.setProcessChannelMode(QProcess::SeparateChannels);
     process.setStandardErrorFile(QProcess::nullDevice());
@@ -19,14 +17,13 @@ void Start(QProcess& process, const char* program, const QStringList& arguments)
     ASSERT_TRUE(process.waitForStarted()) << program << " is not installed: see tools/packages.txt";
 }
 
-void Stop(QProcess& process)
+static void Stop(QProcess& process)
 {
     process.terminate();
     if (!process.waitForFinished(5000))
         process.kill();
     process.waitForFinished();
 }
-}  // namespace
 
 void XServer::Companion::setupChildProcess()
 {
