@@ -1,20 +1,49 @@
 #include "ExportRun.h"
 #include "plugin/boundary/BoundaryText.h"
 
-#include <limits>
 #include <stdexcept>
 
-namespace
-{
-class Lies : public ExportFixture
-{
-};
+using Lies = ExportFixture;
+using Table = hopbox_host_table;
+using Handle = hopbox_handle;
 
-int cancelledCalls = 0;
+static constexpr size_t cEndless = std::numeric_limits<size_t>::max();
+static constexpr char cText[] = "a";
+static constexpr uint32_t cPages[] = {1001, 0};
+
+// Functions of a table that do nothing but give an answer.
+template <int32_t result, class... Parameters>
+static int32_t Give(void*, Parameters...)
+{
+    return result;
+}
+
+template <const char* text, size_t length>
+static int32_t GiveText(void*, Handle, const hopbox_sink* sink)
+{
+    sink->put(sink->context, text, length);
+    return HOPBOX_OK;
+}
+
+template <const uint32_t* pages, size_t count>
+static int32_t GivePages(void*, Handle, const hopbox_text*, const hopbox_page_sink* sink)
+{
+    sink->put(sink->context, pages, count);
+    return HOPBOX_OK;
+}
+
+template <class... Kind>
+static int32_t GiveNoHandle(void*, Kind..., Handle* object)
+{
+    *object = 0;
+    return HOPBOX_OK;
+}
+
+static int cancelledCalls = 0;
 
 // The function says that the user has cancelled, and does nothing.
 template <class... Parameters>
-void Cancel(int32_t (*&function)(Parameters...))
+static void Cancel(int32_t (*&function)(Parameters...))
 {
     function = [](Parameters...) -> int32_t {
         ++cancelledCalls;
@@ -24,16 +53,11 @@ void Cancel(int32_t (*&function)(Parameters...))
 
 // One change of a table for each function.
 template <class... Functions>
-auto MakeCancelling(Functions hopbox_host_table::*... functions)
+static auto MakeCancelling(Functions hopbox_host_table::*... functions)
 {
     return std::vector<std::function<void(hopbox_host_table&)>>{
         [functions](hopbox_host_table& table) { Cancel(table.*functions); }...};
 }
-
-constexpr size_t cEndless = std::numeric_limits<size_t>::max();
-using Table = hopbox_host_table;
-using Handle = hopbox_handle;
-}  // namespace
 
 // A host's table in which one function is another: the export ends with an alert, or goes on without it.
 TEST_F(Lies, EndInAnErrorOfTheExport)
@@ -50,21 +74,9 @@ TEST_F(Lies, EndInAnErrorOfTheExport)
     const QString noFonts = ended + "\nThe host does not tell a document's missing fonts."_q;
     const Case cases[] = {
         {"nothing", [](Table&) {}, cNobodyTakesIt},
-        {"a text of all memory",
-         [](Table& table) {
-             table.get_document_file = [](void*, Handle, const hopbox_sink* sink) -> int32_t {
-                 sink->put(sink->context, "a", cEndless);
-                 return HOPBOX_OK;
-             };
-         },
+        {"a text of all memory", [](Table& table) { table.get_document_file = GiveText<cText, cEndless>; },
          badText},
-        {"a text without bytes",
-         [](Table& table) {
-             table.get_document_name = [](void*, Handle, const hopbox_sink* sink) -> int32_t {
-                 sink->put(sink->context, nullptr, 3);
-                 return HOPBOX_OK;
-             };
-         },
+        {"a text without bytes", [](Table& table) { table.get_document_name = GiveText<nullptr, 3>; },
          badText},
         {"fonts without end",
          [](Table& table) {
@@ -77,45 +89,15 @@ TEST_F(Lies, EndInAnErrorOfTheExport)
          noFonts},
         {"no font list", [](Table& table) { table.get_missing_fonts = nullptr; },
          "Can't retrieve all fonts used in the document."_q},
-        {"pages of all memory",
-         [](Table& table) {
-             table.get_pages_of_range = [](void*, Handle, const hopbox_text*,
-                                           const hopbox_page_sink* sink) -> int32_t {
-                 const uint32_t page = 1;
-                 sink->put(sink->context, &page, cEndless);
-                 return HOPBOX_OK;
-             };
-         },
+        {"pages of all memory", [](Table& table) { table.get_pages_of_range = GivePages<cPages, cEndless>; },
          noPages},
-        {"pages without a list",
-         [](Table& table) {
-             table.get_pages_of_range = [](void*, Handle, const hopbox_text*,
-                                           const hopbox_page_sink* sink) -> int32_t {
-                 sink->put(sink->context, nullptr, 1);
-                 return HOPBOX_OK;
-             };
-         },
+        {"pages without a list", [](Table& table) { table.get_pages_of_range = GivePages<nullptr, 1>; },
          noPages},
-        {"a page that is none",
-         [](Table& table) {
-             table.get_pages_of_range = [](void*, Handle, const hopbox_text*,
-                                           const hopbox_page_sink* sink) -> int32_t {
-                 const uint32_t pages[] = {1001, 0};
-                 sink->put(sink->context, pages, 2);
-                 return HOPBOX_OK;
-             };
-         },
+        {"a page that is none", [](Table& table) { table.get_pages_of_range = GivePages<cPages, 2>; },
          noPages},
-        {"no document, and success",
-         [](Table& table) {
-             table.get_front_document = [](void*, Handle* document) -> int32_t {
-                 *document = 0;
-                 return HOPBOX_OK;
-             };
-         },
+        {"no document, and success", [](Table& table) { table.get_front_document = GiveNoHandle<>; },
          "No current document"_q},
-        {"a result of its own",
-         [](Table& table) { table.run_command = [](void*, Handle) -> int32_t { return 77; }; }, ended},
+        {"a result of its own", [](Table& table) { table.run_command = Give<77>; }, ended},
         {"a run that raises",
          [](Table& table) {
              table.run_command = [](void*, Handle) -> int32_t { throw std::runtime_error("Boom"); };
@@ -129,40 +111,21 @@ TEST_F(Lies, EndInAnErrorOfTheExport)
              };
          },
          cNobodyTakesIt},
-        {"a command of no handle",
-         [](Table& table) {
-             table.create_command = [](void*, int32_t, Handle* command) -> int32_t {
-                 *command = 0;
-                 return HOPBOX_OK;
-             };
-         },
+        {"a command of no handle", [](Table& table) { table.create_command = GiveNoHandle<int32_t>; },
          "PDF Export command not found"_q},
-        {"cancelled",
-         [](Table& table) { table.run_command = [](void*, Handle) -> int32_t { return HOPBOX_CANCELLED; }; },
-         "-"_q},
+        {"cancelled", [](Table& table) { table.run_command = Give<HOPBOX_CANCELLED>; }, "-"_q},
         {"no output, which comes before the document",
          [](Table& table) {
              table.set_output = nullptr;
              table.get_front_document = nullptr;
          },
          "Unable to retrieve system file data"_q},
-        {"an output that is refused",
-         [](Table& table) {
-             table.set_output = [](void*, Handle, const hopbox_text*) -> int32_t {
-                 return HOPBOX_UNSUPPORTED;
-             };
-         },
+        {"an output that is refused", [](Table& table) { table.set_output = Give<HOPBOX_UNSUPPORTED>; },
          "Unable to retrieve system file data"_q},
-        {"an output that fails",
-         [](Table& table) {
-             table.set_output = [](void*, Handle, const hopbox_text*) -> int32_t { return HOPBOX_FAILED; };
-         },
+        {"an output that fails", [](Table& table) { table.set_output = Give<HOPBOX_FAILED>; },
          ended + "\nThe host does not do what its command needs."_q},
         {"a setting that it lacks", [](Table& table) { table.set_switch = nullptr; }, cNobodyTakesIt},
-        {"a setting that fails",
-         [](Table& table) {
-             table.set_switch = [](void*, Handle, int32_t, int32_t) -> int32_t { return HOPBOX_FAILED; };
-         },
+        {"a setting that fails", [](Table& table) { table.set_switch = Give<HOPBOX_FAILED>; },
          ended + "\nThe host does not take a setting of its command."_q},
         {"no preferences", [](Table& table) { table.read_job_options = nullptr; },
          "Unable to retrieve PDF Export preferences"_q},
@@ -170,7 +133,7 @@ TEST_F(Lies, EndInAnErrorOfTheExport)
          "PDF Export command not found"_q},
         {"a saved state that fails",
          [](Table& table) {
-             table.is_document_saved = [](void*, Handle, int32_t*) -> int32_t { return HOPBOX_FAILED; };
+             table.is_document_saved = Give<HOPBOX_FAILED>;
              table.save_document = nullptr;
          },
          "Unable to save current document. Save the document and try again."_q},

@@ -2,7 +2,6 @@
 #include "tests/support/PrinterProcessor.h"
 
 #include <QCoreApplication>
-#include <QProcess>
 
 TEST(PythonHost, ExportsByTheHeaderAlone)
 {

@@ -27,32 +27,23 @@ static void copy(char* to, size_t size, const hopbox_text* text)
 
 static void release(void* host, hopbox_handle object)
 {
-    (void)host;
-    (void)object;
     --handles;
 }
 
 static int32_t is_action_known(void* host, int32_t action, int32_t* is_known)
 {
-    (void)host;
-    (void)action;
     *is_known = 0;
     return HOPBOX_OK;
 }
 
 static int32_t add_menu_item(void* host, int32_t action, const hopbox_text* menu, double position)
 {
-    (void)host;
-    (void)action;
-    (void)menu;
-    (void)position;
     ++entries;
     return HOPBOX_OK;
 }
 
 static int32_t get_front_document(void* host, hopbox_handle* document)
 {
-    (void)host;
     *document = 1;
     ++handles;
     return HOPBOX_OK;
@@ -60,39 +51,29 @@ static int32_t get_front_document(void* host, hopbox_handle* document)
 
 static int32_t get_document_file(void* host, hopbox_handle document, const hopbox_sink* path)
 {
-    (void)host;
-    (void)document;
     path->put(path->context, file, strlen(file));
     return HOPBOX_OK;
 }
 
 static int32_t get_page_count(void* host, hopbox_handle document, int32_t* count)
 {
-    (void)host;
-    (void)document;
     *count = 1;
     return HOPBOX_OK;
 }
 
 static int32_t get_page(void* host, hopbox_handle document, int32_t index, uint32_t* page)
 {
-    (void)host;
-    (void)document;
     *page = (uint32_t)index + 1;
     return HOPBOX_OK;
 }
 
 static int32_t get_missing_fonts(void* host, hopbox_handle document, const hopbox_sink* names)
 {
-    (void)host;
-    (void)document;
-    (void)names;
     return HOPBOX_OK;
 }
 
 static int32_t create_command(void* host, int32_t kind, hopbox_handle* command)
 {
-    (void)host;
     if (kind != HOPBOX_EXPORT_DOCUMENT)
         return HOPBOX_UNSUPPORTED;
     *command = 2;
@@ -102,15 +83,11 @@ static int32_t create_command(void* host, int32_t kind, hopbox_handle* command)
 
 static int32_t read_job_options(void* host, hopbox_handle command, const hopbox_text* path)
 {
-    (void)host;
-    (void)command;
     return path->length > 0 ? HOPBOX_OK : HOPBOX_FAILED;
 }
 
 static int32_t set_output(void* host, hopbox_handle command, const hopbox_text* path)
 {
-    (void)host;
-    (void)command;
     copy(output, sizeof output, path);
     return HOPBOX_OK;
 }
@@ -118,16 +95,12 @@ static int32_t set_output(void* host, hopbox_handle command, const hopbox_text* 
 static int32_t set_pages(void* host, hopbox_handle command, hopbox_handle document, const uint32_t* pages,
                          size_t count, int32_t are_joined)
 {
-    (void)host;
-    (void)are_joined;
     return command == 2 && document == 1 && count == 1 && pages[0] == 1 ? HOPBOX_OK : HOPBOX_FAILED;
 }
 
 static int32_t run_command(void* host, hopbox_handle command)
 {
     FILE* const pdf = fopen(output, "wb");
-    (void)host;
-    (void)command;
     if (pdf == NULL)
         return HOPBOX_FAILED;
     fputs("%PDF-1.4\n%%EOF\n", pdf);

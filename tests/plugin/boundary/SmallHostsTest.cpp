@@ -12,13 +12,9 @@
 
 #include <cstring>
 #include <thread>
-#include <tuple>
-#include <utility>
 
 using Table = hopbox_host_table;
 
-namespace
-{
 // The module as small hosts load it, and a later one beside it.
 class SmallHosts : public testing::Test
 {
@@ -55,7 +51,6 @@ protected:
     QLibrary library;
     QLibrary laterLibrary;
 };
-}  // namespace
 
 // Hosts in C that were compiled against the header as it was before its last functions, as it is, and as it
 // may be once it has more; each with the module of this form of the header and with a later one. In each
@@ -240,22 +235,18 @@ TEST_F(SmallHosts, RefuseInTheLanguageOfTheHost)
     silent.size = sizeof silent;
     silent.version = HOPBOX_VERSION;
     FakeHost host;
-    const struct
-    {
-        hopbox_entry_function entry;
-        IHostServices* services;
-        QString reason;
-    } cases[] = {{[](uint32_t) -> const hopbox_plugin_table* { return nullptr; }, &host,
-                  "ModulePlugIn:The module does not serve version 1 of the boundary."_q},
-                 {nullptr, &host, "ModulePlugIn:The module does not serve version 1 of the boundary."_q},
-                 {[](uint32_t) -> const hopbox_plugin_table* { return &silent; }, nullptr,
-                  "ModulePlugIn:The host gave the plug-in no services."_q},
-                 {[](uint32_t) -> const hopbox_plugin_table* { return &silent; }, &host,
-                  "ModulePlugIn:The plug-in gave no reason."_q}};
-    for (const auto& row : cases) {
-        ModulePlugIn plugIn(row.entry);
+    const std::tuple<hopbox_entry_function, IHostServices*, QString> cases[] = {
+        {[](uint32_t) -> const hopbox_plugin_table* { return nullptr; }, &host,
+         "ModulePlugIn:The module does not serve version 1 of the boundary."_q},
+        {nullptr, &host, "ModulePlugIn:The module does not serve version 1 of the boundary."_q},
+        {[](uint32_t) -> const hopbox_plugin_table* { return &silent; }, nullptr,
+         "ModulePlugIn:The host gave the plug-in no services."_q},
+        {[](uint32_t) -> const hopbox_plugin_table* { return &silent; }, &host,
+         "ModulePlugIn:The plug-in gave no reason."_q}};
+    for (const auto& [entry, services, reason] : cases) {
+        ModulePlugIn plugIn(entry);
         PMString error;
-        EXPECT_FALSE(plugIn.Load(row.services, error));
-        EXPECT_EQ(error.GetString(), row.reason);
+        EXPECT_FALSE(plugIn.Load(services, error));
+        EXPECT_EQ(error.GetString(), reason);
     }
 }

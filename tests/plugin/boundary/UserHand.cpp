@@ -1,7 +1,6 @@
 #include "tests/support/WindowDriver.h"
 
 #include <QApplication>
-#include <QTimer>
 
 // For a host without Qt of its own, such as a script: presses Enter in the first window that becomes modal.
 // To be called once the plug-in's actions are open.

@@ -10,17 +10,14 @@
 #include <QScreen>
 #include <QWindow>
 
-namespace
-{
-const QString cTitle = "Title"_q;
-const QString cText = "<b>Text</b> & more\n    1. Arial"_q;
+static const QString cTitle = "Title"_q;
+static const QString cText = "<b>Text</b> & more\n    1. Arial"_q;
 
 // A step that presses a button of a box.
-WindowDriver::Step Press(QMessageBox::StandardButton button)
+static WindowDriver::Step Press(QMessageBox::StandardButton button)
 {
     return [button](QWidget& box) { dynamic_cast<QMessageBox&>(box).button(button)->click(); };
 }
-}  // namespace
 
 TEST(GCSPUUserMessage, BoxesHaveTheirIconTextAndButtons)
 {

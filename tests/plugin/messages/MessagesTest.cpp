@@ -8,8 +8,6 @@
 #include "tests/support/LogRecorder.h"
 #include "tests/support/Test.h"
 
-namespace
-{
 class Messages : public testing::Test
 {
 protected:
@@ -27,8 +25,6 @@ protected:
         return GStringPool::SetLanguage(language);
     }
 };
-
-}  // namespace
 
 // A code that a translation lacks, a parameter that it lost, or a line of the file that makes no sense.
 TEST_F(Messages, EveryLanguageHasEveryTextWithItsParameters)

@@ -15,11 +15,9 @@
 
 #include <stdexcept>
 
-namespace
-{
-constexpr ActionID cAbout = 1674240;
-constexpr ActionID cDocument = 1674244;
-constexpr ActionID cBook = 1674246;
+static constexpr ActionID cAbout = 1674240;
+static constexpr ActionID cDocument = 1674244;
+static constexpr ActionID cBook = 1674246;
 
 class ActionComponent : public testing::Test
 {
@@ -38,7 +36,6 @@ protected:
     QStringList errors;
     std::unique_ptr<GIDCSPActionComponent> component;
 };
-}  // namespace
 
 TEST_F(ActionComponent, DispatchesByActionID)
 {
@@ -102,15 +99,12 @@ TEST_F(ActionComponent, WhatGoesWrongInADialogIsShown)
 TEST_F(ActionComponent, TheDefaultUnitIsTheHosts)
 {
     Start([](const GString&, GCPTSaveAsTool&) {});
-    const struct
-    {
-        ClassID unit;
-        int32_t code;
-    } cases[] = {{4609, 0}, {4610, 1}, {4611, 2}, {4612, 2}, {4613, 4}, {4614, 3}, {4608, 0}, {4615, 0}};
-    for (const auto& entry : cases) {
-        host.unit = entry.unit;
+    const std::pair<ClassID, int32_t> cases[] = {{4609, 0}, {4610, 1}, {4611, 2}, {4612, 2},
+                                                 {4613, 4}, {4614, 3}, {4608, 0}, {4615, 0}};
+    for (const auto& [unit, code] : cases) {
+        host.unit = unit;
         component->DoAction(nullptr, cDocument, nullptr);
-        EXPECT_EQ(GUnitSupport::GetDefaultUnitCode(), entry.code) << entry.unit;
+        EXPECT_EQ(GUnitSupport::GetDefaultUnitCode(), code) << unit;
     }
     host.unit = 4614;
     host.Make(HostOperation::QueryUnitPreferences, HostAnswer::Absent);

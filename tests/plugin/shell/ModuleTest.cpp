@@ -4,8 +4,6 @@
 #include "tests/support/WindowDriver.h"
 
 #include <QApplication>
-#include <QDir>
-#include <QFileInfo>
 
 #include <string>
 
@@ -84,22 +82,17 @@ TEST_F(Module, MakesTheApplicationThatIsMissingAndNoOther)
 // A window system that is not there ends a process that starts Qt's windows.
 TEST_F(Module, RefusesAProcessThatCanShowNoWindows)
 {
-    const struct
-    {
-        const char* platform;
-        const char* display;
-        bool isUsable;
-    } cases[] = {
+    const std::tuple<const char*, const char*, bool> cases[] = {
         {"nonsense", ":4711", false}, {"xcb", ":4711", false},          {"xcb", "", false},
         {"wayland", "", false},       {"nonsense;offscreen", "", true}, {"offscreen:x", ":4711", true}};
-    for (const auto& entry : cases) {
-        SCOPED_TRACE(entry.platform + std::string(" on ") + entry.display);
-        const Variable platform("QT_QPA_PLATFORM", entry.platform);
-        const Variable display("DISPLAY", entry.display);
+    for (const auto& [platformName, displayName, isUsable] : cases) {
+        SCOPED_TRACE(platformName + std::string(" on ") + displayName);
+        const Variable platform("QT_QPA_PLATFORM", platformName);
+        const Variable display("DISPLAY", displayName);
         const Variable wayland("WAYLAND_DISPLAY", "wayland-4711");
         ASSERT_EQ(GiveServices(&host), QString());
-        EXPECT_EQ(Create() != nullptr, entry.isUsable) << error.toStdString();
-        EXPECT_EQ(error.isEmpty(), entry.isUsable);
+        EXPECT_EQ(Create() != nullptr, isUsable) << error.toStdString();
+        EXPECT_EQ(error.isEmpty(), isUsable);
         EXPECT_TRUE(plugIn->Unload());
     }
 }
