@@ -1,10 +1,7 @@
-#include "hopbox/HopboxHandOff.h"
 #include "tests/support/PrinterProcessor.h"
 
 #include "CommandFixture.h"
 
-namespace
-{
 class ChannelCommandsTest : public CommandTest
 {
 protected:
@@ -25,7 +22,6 @@ protected:
         return lines;
     }
 };
-}  // namespace
 
 TEST_F(ChannelCommandsTest, ReceiversAreListedWithWhatTheyTakeAndWhatIsLeftIsRemoved)
 {
@@ -40,7 +36,7 @@ TEST_F(ChannelCommandsTest, ReceiversAreListedWithWhatTheyTakeAndWhatIsLeftIsRem
     all.Kill();
     EXPECT_EQ(List(), QStringList({"%1 ended "_q.arg(all.GetProcessID()), running.at(1)}));
     EXPECT_EQ(Channel("clean"), 0);
-    EXPECT_TRUE(mOutput.endsWith(" removed.\n")) << mOutput.constData();
+    EXPECT_TRUE(mOutput.endsWith(" removed.\n"));
     EXPECT_EQ(List(), running.mid(1));
     EXPECT_EQ(Channel("clean"), 0);
     EXPECT_EQ(mOutput, "Nothing was left.\n");
@@ -63,6 +59,6 @@ TEST_F(ChannelCommandsTest, WatchShowsEachChangeUntilItsTimeIsUp)
     watch.kill();
     watch.waitForFinished();
     EXPECT_EQ(Channel("watch", {"--seconds"_q, "0.1"_q, "--json"_q}), 0);
-    EXPECT_TRUE(GetResult().isArray()) << mOutput.constData();
+    EXPECT_TRUE(GetResult().isArray());
     EXPECT_EQ(Channel("watch", {"--seconds"_q, "x"_q}), 2);
 }

@@ -36,12 +36,12 @@ TEST_F(CommandTest, JobsThatWaitStayUntilSomebodySaysOtherwise)
     receiver.Kill();
     WriteFile(channel + "_4711_1_L"_q, "a lock without a queue");
     EXPECT_EQ(Run({"channel"_q, "list"_q}), 0);
-    EXPECT_TRUE(mOutput.contains("  ended, jobs wait  ")) << mOutput.constData();
+    EXPECT_TRUE(mOutput.contains("  ended, jobs wait  "));
     EXPECT_EQ(Run({"channel"_q, "clean"_q, "--json"_q}), 0);
     EXPECT_EQ(GetResult()["removed"_q].toInt(), 1) << "the lock";
     EXPECT_FALSE(QFile::exists(channel + "_4711_1_L"_q));
     EXPECT_EQ(Run({"channel"_q, "list"_q}), 0);
-    EXPECT_TRUE(mOutput.contains("jobs wait")) << mOutput.constData();
+    EXPECT_TRUE(mOutput.contains("jobs wait"));
     EXPECT_EQ(Run({"channel"_q, "clean"_q, "--with-jobs"_q}), 0);
     EXPECT_EQ(mOutput, "1 removed.\n");
     EXPECT_EQ(QDir(QFileInfo(channel).path()).entryList(QDir::Files), QStringList());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/support/FailureNote.h"
 #include "tests/support/Test.h"
 
 #include <QJsonArray>
@@ -8,6 +9,7 @@
 #include <QProcess>
 
 // Runs the real hopboxctl in a sandbox of its own, and keeps what it says with LF at the ends of lines.
+// Beside each failure of a test stands what the last command said.
 class CommandTest : public testing::Test
 {
 protected:
@@ -25,6 +27,13 @@ protected:
         return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
     }
 
+    // Makes a Hopbox with job options and what else is given.
+    int Create(const QString& name, const QStringList& more = {})
+    {
+        WriteFile(GetPath("a.joboptions"), "<< /A 1 >> setdistillerparams");
+        return Run(QStringList{"create"_q, name, "--job-options"_q, "a.joboptions"_q} + more);
+    }
+
     // What the last command answered with --json.
     QJsonObject GetAnswer() const { return QJsonDocument::fromJson(mOutput).object(); }
     QJsonValue GetResult() const { return GetAnswer().value("result"_q); }
@@ -32,4 +41,6 @@ protected:
     Sandbox mSandbox;
     QByteArray mOutput;
     QByteArray mError;
+    const FailureNote mNote{
+        [this] { return "Output: " + mOutput.toStdString() + "\nError: " + mError.toStdString(); }};
 };

@@ -32,10 +32,9 @@ TEST_F(CommandTest, DoctorSeesNamesWithoutAQueue)
     EXPECT_EQ(Run({"doctor"_q}), 0);
     EXPECT_TRUE(
         mOutput.startsWith("note: Names are left of receivers that have ended, without a queue: 1.\n    "
-                           "hopboxctl channel clean\n"))
-        << mOutput.constData();
+                           "hopboxctl channel clean\n"));
     EXPECT_EQ(Run({"doctor"_q, "--fix"_q}), 0);
-    EXPECT_TRUE(mOutput.startsWith("mended: ")) << mOutput.constData();
+    EXPECT_TRUE(mOutput.startsWith("mended: "));
     EXPECT_FALSE(QFile::exists(stray + "_L"_q) || QFile::exists(stray + "_S"_q));
     EXPECT_EQ(Run({"doctor"_q}), 0);
     EXPECT_EQ(mOutput, "All is well.\n");
@@ -50,6 +49,5 @@ TEST_F(CommandTest, DoctorTellsWhatTheHostCanNotDo)
     EXPECT_EQ(Run({"doctor"_q}), 0);
     EXPECT_TRUE(
         mOutput.startsWith("note: Hopbox \"Press\": layout-host can't do all that the job options ask: "
-                           "ColorImageDownsampleType (approximated).\n"))
-        << mOutput.constData();
+                           "ColorImageDownsampleType (approximated).\n"));
 }

@@ -3,24 +3,15 @@
 
 #include "CommandFixture.h"
 
-#include <functional>
-
-namespace
-{
 // A Hopbox "Press" with a setting, and a receiver: all is well.
 class DoctorTest : public CommandTest
 {
 protected:
-    DoctorTest()
-    {
-        WriteFile(GetPath("a.joboptions"), "<< /A 1 >> setdistillerparams");
-        EXPECT_EQ(Create("Press"), 0);
-    }
+    DoctorTest() { EXPECT_EQ(Create("Press"), 0); }
 
     int Create(const char* name)
     {
-        return Run({"create"_q, QLatin1String(name), "--job-options"_q, "a.joboptions"_q, "--setting"_q,
-                    "Trim=true"_q});
+        return CommandTest::Create(QLatin1String(name), "--setting|Trim=true"_list);
     }
 
     int Set(const QString& assignment) { return Run({"set"_q, "Press"_q, assignment}); }
@@ -48,8 +39,7 @@ protected:
         QFile::remove(mArchive);
         EXPECT_EQ(Run({"zip"_q, "create"_q, mArchive, "Project"_q, "PrinterFiles"_q, "--name-field"_q,
                        "--level"_q, "0"_q}),
-                  0)
-            << mError.toStdString();
+                  0);
     }
 
     const QString mAppData = GetPath("AppData/");
@@ -59,21 +49,15 @@ protected:
     const QString mRegistry = mPreferences + "Printer Processor/MorvanePrinterProcessor.prefs"_q;
     int mStatus = -1;
 };
-}  // namespace
 
 TEST_F(DoctorTest, EachDamageIsFoundNamedAndMendedWhereThatIsSafe)
 {
     PrinterProcessor receiver(mSandbox, {});
-    ASSERT_EQ(Look(), QStringList()) << mOutput.toStdString();
+    ASSERT_EQ(Look(), QStringList());
     EXPECT_EQ(mStatus, 0);
     const QByteArray wholeRegistry = ReadFile(mRegistry);
     const QByteArray wholeArchive = ReadFile(mArchive);
-    const struct
-    {
-        const char* finding;
-        std::function<void()> damage;
-        bool isMended;
-    } cases[] = {
+    const std::tuple<const char*, std::function<void()>, bool> cases[] = {
         {"!registry-damaged", [&] { WriteFile(mRegistry, wholeRegistry + 'x'); }, false},
         {"damaged-copy", [&] { WriteFile(mRegistry + ".damaged"_q, "x"); }, false},
         {"!record-unreadable",
@@ -151,35 +135,33 @@ TEST_F(DoctorTest, EachDamageIsFoundNamedAndMendedWhereThatIsSafe)
          },
          false},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.finding);
+    for (const auto& [kind, damage, isMended] : cases) {
+        SCOPED_TRACE(kind);
         QFile::remove(mPreferences.chopped(1));
         QDir(mAppData).removeRecursively();
-        ASSERT_EQ(Create("Press"), 0) << mError.toStdString();
-        test.damage();
-        const bool isProblem = *test.finding == '!';
+        ASSERT_EQ(Create("Press"), 0);
+        damage();
+        const bool isProblem = *kind == '!';
         const QStringList found = Look();
-        ASSERT_TRUE(found.contains(QLatin1String(test.finding))) << mOutput.toStdString();
+        ASSERT_TRUE(found.contains(QLatin1String(kind)));
         EXPECT_EQ(mStatus, isProblem ? 1 : 0);
         for (const QJsonValue& finding : GetResult().toArray()) {
             EXPECT_FALSE(finding["text"_q].toString().isEmpty());
             EXPECT_TRUE(!finding["isProblem"_q].toBool() || !finding["mend"_q].toString().isEmpty());
         }
         const QStringList mended = Look({"--fix"_q});
-        EXPECT_EQ(mended.contains(QLatin1String(test.finding) + "+"_q), test.isMended)
-            << mOutput.toStdString();
-        EXPECT_EQ(Look().contains(QLatin1String(test.finding)), !test.isMended);
+        EXPECT_EQ(mended.contains(QLatin1String(kind) + "+"_q), isMended);
+        EXPECT_EQ(Look().contains(QLatin1String(kind)), !isMended);
     }
 }
 
 TEST_F(DoctorTest, TellsWhichHopboxNoReceiverTakes)
 {
     PrinterProcessor receiver(mSandbox, {"--hopbox"_q, "Press"_q});
-    EXPECT_EQ(Look(), QStringList()) << mOutput.toStdString();
+    EXPECT_EQ(Look(), QStringList());
     Create("Other");
-    EXPECT_EQ(Look(), QStringList("!not-received"_q)) << mOutput.toStdString();
-    EXPECT_TRUE(mOutput.contains("No running receiver takes the jobs of \\\"Other\\\"."))
-        << mOutput.toStdString();
+    EXPECT_EQ(Look(), QStringList("!not-received"_q));
+    EXPECT_TRUE(mOutput.contains("No running receiver takes the jobs of \\\"Other\\\"."));
 }
 
 TEST_F(DoctorTest, TellsWhyAMendFails)
@@ -189,18 +171,17 @@ TEST_F(DoctorTest, TellsWhyAMendFails)
     const QByteArray damaged = ReadFile(mArchive).replace("that is kept", "that is lost");
     ASSERT_TRUE(damaged.contains("that is lost"));
     WriteFile(mArchive, damaged);
-    EXPECT_TRUE(Look({"--fix"_q}).contains("!setting-odd"_q)) << mOutput.toStdString();
-    EXPECT_TRUE(mError.contains("PrinterFiles/b")) << mError.toStdString();
+    EXPECT_TRUE(Look({"--fix"_q}).contains("!setting-odd"_q));
+    EXPECT_TRUE(mError.contains("PrinterFiles/b"));
     EXPECT_EQ(ReadFile(mArchive), damaged);
 }
 
 TEST_F(DoctorTest, TellsThatNoReceiverRuns)
 {
-    EXPECT_EQ(Look(), QStringList("!no-receiver"_q)) << mOutput.toStdString();
+    EXPECT_EQ(Look(), QStringList("!no-receiver"_q));
     ASSERT_EQ(Run({"doctor"_q}), 1);
     EXPECT_TRUE(mOutput.startsWith("problem: No receiver is running that could take a job.\n") &&
-                mOutput.contains("\n    PrinterProcessorWin.exe --inbox DIR "))
-        << mOutput.toStdString();
+                mOutput.contains("\n    PrinterProcessorWin.exe --inbox DIR "));
     PrinterProcessor receiver(mSandbox, {});
     ASSERT_EQ(Run({"doctor"_q}), 0);
     EXPECT_EQ(mOutput, "All is well.\n");

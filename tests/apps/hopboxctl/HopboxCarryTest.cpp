@@ -6,17 +6,17 @@ TEST_F(HopboxCommands, AHopboxMovesInOneFile)
     ASSERT_EQ(Run("create|Press|--job-options|a.joboptions|--setting|Trim=true|--icon|logo.png|--pdf-"
                   "settings|Coated"),
               0);
-    ASSERT_EQ(Run("export|Press|Press.hopbox"), 0) << mError.toStdString();
+    ASSERT_EQ(Run("export|Press|Press.hopbox"), 0);
     EXPECT_EQ(Run("import|Press.hopbox"), 1);
     EXPECT_TRUE(mError.contains("registered as \"Press\" already"));
-    ASSERT_EQ(Run("import|Press.hopbox|--name|Copy"), 0) << mError.toStdString();
+    ASSERT_EQ(Run("import|Press.hopbox|--name|Copy"), 0);
     ASSERT_EQ(Run("delete|Copy"), 0);
 
     // Another user's folders.
     ASSERT_TRUE(QDir().mkpath(GetPath("Old")) && QDir().rename(GetPath("AppData"), GetPath("Old/AppData")));
     ASSERT_TRUE(QFile::remove(GetPath("logo.png")));
-    ASSERT_EQ(Run("import|Press.hopbox"), 0) << mError.toStdString();
-    ASSERT_EQ(Run("check|Press|--json"), 0) << mError.toStdString();
+    ASSERT_EQ(Run("import|Press.hopbox"), 0);
+    ASSERT_EQ(Run("check|Press|--json"), 0);
     EXPECT_EQ(GetObject().value("Settings"_q), (QJsonObject{{"Trim"_q, "true"_q}}));
     EXPECT_TRUE(GetObject().value("Notes"_q).toArray().isEmpty());
     ASSERT_EQ(Run("show|Press|--json"), 0);
@@ -31,8 +31,8 @@ TEST_F(HopboxCommands, AHopboxMovesInOneFile)
     ASSERT_EQ(Create("Other"_q), 0);
     ASSERT_EQ(Run("set|Other|ContextFilePath=Old/AppData/Morvane/Hopbox/Cache/Settings/Press/Project.hopbox"),
               0);
-    ASSERT_EQ(Run("check|Other"), 0) << mError.toStdString();
-    EXPECT_TRUE(mOutput.contains("lies among another user's Hopboxes")) << mOutput.toStdString();
+    ASSERT_EQ(Run("check|Other"), 0);
+    EXPECT_TRUE(mOutput.contains("lies among another user's Hopboxes"));
 }
 
 TEST_F(HopboxCommands, AFileThatIsNoHopboxIsNotImported)
@@ -56,10 +56,7 @@ TEST_F(HopboxCommands, AFileThatIsNoHopboxIsNotImported)
     pack("NoProject.hopbox", "Project.hopbox", "");
     pack("BadProject.hopbox", "Project.hopbox", "nonsense");
     const QStringList before = ListFiles();
-    const struct
-    {
-        const char *file, *error;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"none.hopbox", "there is no file \"none.hopbox\""},
         {"a.joboptions", "It is no file that \"hopboxctl export\" makes."},
         {"NoRecord.hopbox", "It holds no Hopbox."},
@@ -67,9 +64,9 @@ TEST_F(HopboxCommands, AFileThatIsNoHopboxIsNotImported)
         {"NoProject.hopbox", "\"NoProject.hopbox\" can't be imported. "},
         {"BadProject.hopbox", "\"BadProject.hopbox\" can't be imported. "},
     };
-    for (const auto& test : cases) {
-        EXPECT_EQ(Run({"import"_q, QLatin1String(test.file)}), 1) << test.file;
-        EXPECT_TRUE(mError.contains(test.error)) << mError.toStdString();
+    for (const auto& [file, error] : cases) {
+        EXPECT_EQ(Run({"import"_q, QLatin1String(file)}), 1) << file;
+        EXPECT_TRUE(mError.contains(error));
     }
     EXPECT_EQ(ListFiles(), before);
     EXPECT_EQ(Run("list|--names"), 0);
@@ -94,9 +91,9 @@ TEST_F(HopboxCommands, ExportOverwritesNothingThatAHopboxNeeds)
     const QMap<QString, QByteArray> before = ReadTree(mSandbox.GetPath());
     for (const QString& file : inUse) {
         EXPECT_EQ(Run({"export"_q, "Press"_q, file}), 1) << file.toStdString();
-        EXPECT_TRUE(mError.contains("belongs to your Hopboxes")) << mError.toStdString();
+        EXPECT_TRUE(mError.contains("belongs to your Hopboxes"));
     }
     EXPECT_EQ(ReadTree(mSandbox.GetPath()), before);
     WriteFile(GetPath("Press.hopbox"), "an older one");
-    EXPECT_EQ(Run("export|Press|Press.hopbox"), 0) << mError.toStdString();
+    EXPECT_EQ(Run("export|Press|Press.hopbox"), 0);
 }

@@ -9,16 +9,16 @@ TEST_F(HopboxCommands, CheckTellsWhatIsWrong)
     const QString archive = GetText("ContextFilePath");
     ASSERT_EQ(Run("set|Press|HopboxIconPath=/none.png"), 0);
     EXPECT_EQ(Run("check|Press"), 1);
-    EXPECT_TRUE(mError.contains("There is no icon")) << mError.toStdString();
+    EXPECT_TRUE(mError.contains("There is no icon"));
 
     WriteFile(archive, "no archive");
     EXPECT_EQ(Run("check|Press|--json"), 1);
     EXPECT_EQ(GetAnswer().value("errors"_q).toArray().size(), 2);
-    EXPECT_TRUE(mError.contains("Can't open zip archive")) << mError.toStdString();
+    EXPECT_TRUE(mError.contains("Can't open zip archive"));
 
     ASSERT_TRUE(QFile::remove(archive));
     EXPECT_EQ(Run("check|Press"), 1);
-    EXPECT_TRUE(mError.contains("There is no project archive")) << mError.toStdString();
+    EXPECT_TRUE(mError.contains("There is no project archive"));
     EXPECT_EQ(Run("delete|Press"), 0);
 }
 
@@ -31,22 +31,22 @@ TEST_F(HopboxCommands, DamagedSettingsOfAnArchiveAreToldAndKeptBeforeTheyAreRepl
     ASSERT_EQ(Create("Press"_q), 0);
     ASSERT_EQ(Run("show|Press|--json"), 0);
     const QString archive = GetText("ContextFilePath");
-    ASSERT_EQ(Run({"zip"_q, "create"_q, archive, "Project"_q, "PrinterFiles"_q}), 0) << mError.toStdString();
+    ASSERT_EQ(Run({"zip"_q, "create"_q, archive, "Project"_q, "PrinterFiles"_q}), 0);
     const QByteArray damaged = ReadFile(archive);
     const auto isKept = [this] { return GetAnswer().value("damaged"_q)["IsKept"_q]; };
     EXPECT_EQ(Run("check|Press|--json"), 1);
-    EXPECT_TRUE(mError.contains("are damaged at byte")) << mError.toStdString();
+    EXPECT_TRUE(mError.contains("are damaged at byte"));
     EXPECT_EQ(isKept(), QJsonValue(false));
     for (int count = 0; count < 2; ++count) {
-        EXPECT_EQ(Run("set|Press|--setting|Bleed=true|--json"), 0) << mError.toStdString();
-        EXPECT_EQ(mError.contains("were damaged at byte"), count == 0) << mError.toStdString();
+        EXPECT_EQ(Run("set|Press|--setting|Bleed=true|--json"), 0);
+        EXPECT_EQ(mError.contains("were damaged at byte"), count == 0);
         EXPECT_EQ(isKept(), count == 0 ? QJsonValue(true) : QJsonValue(QJsonValue::Undefined));
         EXPECT_EQ(ReadFile(archive + ".damaged"_q), damaged);
         EXPECT_FALSE(QFile::exists(archive + ".damaged.1"_q));
-        EXPECT_EQ(Run("check|Press"), 0) << mError.toStdString();
+        EXPECT_EQ(Run("check|Press"), 0);
     }
     EXPECT_TRUE(mOutput.contains("Trim=true"));
-    EXPECT_EQ(Run("delete|Press"), 0) << mError.toStdString();
+    EXPECT_EQ(Run("delete|Press"), 0);
 }
 
 TEST_F(HopboxCommands, CheckTellsOfAHopboxThatCannotExport)
@@ -59,12 +59,11 @@ TEST_F(HopboxCommands, CheckTellsOfAHopboxThatCannotExport)
                   "#ENDDICT\r\n#ENDPREFS\r\n"));
     ASSERT_EQ(Create("Press"_q), 0);
     EXPECT_EQ(Run("check|Press"), 0);
-    EXPECT_FALSE(mOutput.contains("Note"))
-        << "nothing is odd about a Hopbox of ours: " << mOutput.toStdString();
+    EXPECT_FALSE(mOutput.contains("Note")) << "nothing is odd about a Hopbox of ours";
 
     const QString utf16 = GetPath("Project/Project.prefs");
     WriteFile(utf16, GEncoding::GetUTF16LittleEndian()->Encode(QString::fromLatin1(ReadFile(utf16))));
-    ASSERT_EQ(Run("zip|create|odd.zip|Project|PrinterFiles"), 0) << mError.toStdString();
+    ASSERT_EQ(Run("zip|create|odd.zip|Project|PrinterFiles"), 0);
     ASSERT_EQ(Run({"set"_q, "Press"_q, "ContextFilePath="_q + GetPath("odd.zip")}), 0);
     EXPECT_EQ(Run("check|Press|--json"), 1);
     const QJsonArray problems = GetAnswer().value("errors"_q).toArray();
@@ -84,18 +83,18 @@ TEST_F(HopboxCommands, WhatCannotBeLookedAtIsToldWithItsReason)
     ASSERT_EQ(Create("Press"_q), 0);
     ASSERT_EQ(Run({"set"_q, "Press"_q, "HopboxIconPath=gone.png"_q}), 0);
     EXPECT_EQ(Run("export|Press|Press.hopbox"), 0);
-    EXPECT_TRUE(mError.contains("is not there and is left out")) << mError.toStdString();
+    EXPECT_TRUE(mError.contains("is not there and is left out"));
     if (QDir::separator() != QLatin1Char('/'))
         GTEST_SKIP() << "Names that are too long are names of nothing here.";
     const QString unknown = QString(300, QLatin1Char('x'));
     const char* const reason = "File name too long";
     EXPECT_EQ(Run({"submit"_q, "Press"_q, unknown}), 1);
-    EXPECT_TRUE(mError.contains(reason)) << mError.toStdString();
+    EXPECT_TRUE(mError.contains(reason));
     ASSERT_EQ(Run({"set"_q, "Press"_q, "HopboxIconPath="_q + unknown}), 0);
     EXPECT_EQ(Run("export|Press|Press.hopbox"), 1);
-    EXPECT_TRUE(mError.contains(reason)) << mError.toStdString();
+    EXPECT_TRUE(mError.contains(reason));
     ASSERT_EQ(Run({"set"_q, "Press"_q, "ContextFilePath="_q + unknown, "ApplicationPath="_q + unknown}), 0);
     EXPECT_EQ(Run("check|Press"), 1);
-    EXPECT_EQ(mError.count(reason), 2) << mError.toStdString();
-    EXPECT_TRUE(mOutput.contains(reason)) << mOutput.toStdString();
+    EXPECT_EQ(mError.count(reason), 2);
+    EXPECT_TRUE(mOutput.contains(reason));
 }

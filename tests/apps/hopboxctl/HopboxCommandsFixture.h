@@ -14,8 +14,6 @@ protected:
     // The arguments stand in a text with '|' between them.
     int Run(const char* arguments) { return Run(QString::fromUtf8(arguments).split(QLatin1Char('|'))); }
 
-    int Create(const QString& name) { return Run({"create"_q, name, "--job-options"_q, "a.joboptions"_q}); }
-
     QJsonObject GetObject() const { return GetResult().toObject(); }
     QJsonArray GetArray() const { return GetResult().toArray(); }
     QString GetText(const char* key) const { return GetObject().value(QLatin1String(key)).toString(); }

@@ -3,26 +3,18 @@
 
 #include <array>
 
-namespace
-{
 // How names become names of folders is tested elsewhere.
-const QStringList cOddNames = {"../../a"_q,
-                               "a/b\\c:d*?\"<>|"_q,
-                               "nul"_q,
-                               "\u65E5\u672C \U0001F4E6 Gr\u00F6\u00DFe"_q,
-                               QString(300, QChar(0x65E5)),
-                               "a'b\tc"_q};
-}  // namespace
+static const QStringList cOddNames = {"../../a"_q,
+                                      "a/b\\c:d*?\"<>|"_q,
+                                      "nul"_q,
+                                      "\u65E5\u672C \U0001F4E6 Gr\u00F6\u00DFe"_q,
+                                      QString(300, QChar(0x65E5)),
+                                      "a'b\tc"_q};
 
 TEST_F(HopboxCommands, EveryCommandSaysWhatItDidByItsStatusAndMessage)
 {
-    const struct
-    {
-        const char* arguments;
-        int status;
-        const char* output;  // what is on standard output, or part of it; empty for nothing
-        const char* error;
-    } cases[] = {
+    // output: what is on standard output, or part of it; empty for nothing
+    const std::tuple<const char*, int, const char*, const char*> cases[] = {
         {"list", 0, "You have no Hopbox yet. Make one with \"hopboxctl create\".\n", ""},
         {"list|--json", 0, "{\"errors\":[],\"ok\":true,\"result\":[],\"warnings\":[]}\n", ""},
         {"notify", 1, "", "No running Hopbox could be reached.\n"},
@@ -70,13 +62,13 @@ TEST_F(HopboxCommands, EveryCommandSaysWhatItDidByItsStatusAndMessage)
         {"delete|Own", 0, "", ""},
         {"list", 0, "You have no Hopbox yet.", ""},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.arguments);
-        EXPECT_EQ(Run(test.arguments), test.status);
-        EXPECT_EQ(mOutput.isEmpty(), *test.output == '\0') << mOutput.toStdString();
-        EXPECT_TRUE(mOutput.contains(test.output)) << mOutput.toStdString();
-        EXPECT_EQ(mError.isEmpty(), *test.error == '\0') << mError.toStdString();
-        EXPECT_TRUE(mError.contains(test.error)) << mError.toStdString();
+    for (const auto& [arguments, status, output, error] : cases) {
+        SCOPED_TRACE(arguments);
+        EXPECT_EQ(Run(arguments), status);
+        EXPECT_EQ(mOutput.isEmpty(), *output == '\0');
+        EXPECT_TRUE(mOutput.contains(output));
+        EXPECT_EQ(mError.isEmpty(), *error == '\0');
+        EXPECT_TRUE(mError.contains(error));
     }
     for (const char* call :
          {"show|Press", "check|Press", "delete|Press", "remove|Press", "restore|Press", "rename|Press|New",
@@ -88,11 +80,8 @@ TEST_F(HopboxCommands, EveryCommandSaysWhatItDidByItsStatusAndMessage)
     EXPECT_EQ(GetAnswer().value("ok"_q), QJsonValue(false));
     EXPECT_EQ(GetAnswer().value("errors"_q), QJsonArray{"No Hopbox is registered as \"Press\"."_q});
     EXPECT_EQ(Run("show|--json"), 2);
-    EXPECT_EQ(GetAnswer().value("errors"_q), QJsonArray{"NAME is missing."_q}) << mOutput.constData();
-    const struct
-    {
-        const char *arguments, *error;
-    } wrong[] = {
+    EXPECT_EQ(GetAnswer().value("errors"_q), QJsonArray{"NAME is missing."_q});
+    const std::pair<const char*, const char*> wrong[] = {
         {"create", "NAME is missing."},
         {"create||--job-options|a.joboptions", "NAME is missing."},
         {"create|Press", "--job-options FILE is missing."},
@@ -116,35 +105,29 @@ TEST_F(HopboxCommands, EveryCommandSaysWhatItDidByItsStatusAndMessage)
          "\"list\"?"},
         {"--names|list", "There is no option \"--names\" before a command."},
     };
-    for (const auto& test : wrong) {
-        EXPECT_EQ(Run(test.arguments), 2) << test.arguments;
-        EXPECT_TRUE(mOutput.isEmpty() && mError.startsWith("hopboxctl: ") && mError.contains(test.error) &&
+    for (const auto& [arguments, error] : wrong) {
+        EXPECT_EQ(Run(arguments), 2) << arguments;
+        EXPECT_TRUE(mOutput.isEmpty() && mError.startsWith("hopboxctl: ") && mError.contains(error) &&
                     mError.endsWith(" --help\" tells how to call it.\n"))
-            << test.arguments << ": " << mError.toStdString();
+            << arguments;
     }
 }
 
 TEST_F(HopboxCommands, AHopboxThatCouldNotExportIsNotMade)
 {
-    const struct
-    {
-        const char *jobOptions, *error;
-    } files[] = {
+    const std::pair<const char*, const char*> files[] = {
         {"<< /CompatibilityLevel 1.4 >>", "can't be used: at the end: a value that nothing takes."},
         {"Dear printer,", "can't be used: line 1, column 1: \"Dear\" is nothing that job options hold."},
         {"<< /CompatibilityLevel (x) >> setdistillerparams",
          "can't be used: \"CompatibilityLevel\" takes a number from 1 to 2."},
         {"", "can't be used: at the end: no \"setdistillerparams\", so it names no settings."},
     };
-    for (const auto& test : files) {
-        WriteFile(GetPath("bad.joboptions"), test.jobOptions);
-        EXPECT_EQ(Run("create|Press|--job-options|bad.joboptions"), 1) << test.jobOptions;
-        EXPECT_TRUE(mOutput.isEmpty() && mError.contains(test.error)) << mError.toStdString();
+    for (const auto& [jobOptions, error] : files) {
+        WriteFile(GetPath("bad.joboptions"), jobOptions);
+        EXPECT_EQ(Run("create|Press|--job-options|bad.joboptions"), 1) << jobOptions;
+        EXPECT_TRUE(mOutput.isEmpty() && mError.contains(error));
     }
-    const struct
-    {
-        const char *setting, *error;
-    } settings[] = {
+    const std::pair<const char*, const char*> settings[] = {
         {"UserSetings=true",
          "A Hopbox has no setting \"UserSetings\". Did you mean \"UserSettings\"? The settings are "},
         {"UserSettings=True", "It takes true or false."},
@@ -158,9 +141,9 @@ TEST_F(HopboxCommands, AHopboxThatCouldNotExportIsNotMade)
         {"MarkOffset=0", "It takes points, above 0"},
         {"PrintSpreads", "\"PrintSpreads\" is no KEY=VALUE."},
     };
-    for (const auto& test : settings) {
-        EXPECT_EQ(Run(QByteArray("create|Press|--job-options|a.joboptions|--setting|") + test.setting), 2);
-        EXPECT_TRUE(mOutput.isEmpty() && mError.contains(test.error)) << mError.toStdString();
+    for (const auto& [setting, error] : settings) {
+        EXPECT_EQ(Run(QByteArray("create|Press|--job-options|a.joboptions|--setting|") + setting), 2);
+        EXPECT_TRUE(mOutput.isEmpty() && mError.contains(error));
     }
     EXPECT_EQ(Run("list|--json"), 0);
     EXPECT_TRUE(GetArray().isEmpty());
@@ -172,7 +155,7 @@ TEST_F(HopboxCommands, AHopboxOfAnyNameIsMadeInAFolderOfItsOwnAndGoesWithIt)
     const QString settings = GetAppData("Morvane/Hopbox/Cache/Settings");
     for (const QString& name : cOddNames) {
         SCOPED_TRACE(name.toStdString());
-        ASSERT_EQ(Create(name), 0) << mError.toStdString();
+        ASSERT_EQ(Create(name), 0);
         const QString key = QString::fromLatin1(mOutput).trimmed();
         ASSERT_EQ(Run({"show"_q, name, "--json"_q}), 0);
         EXPECT_EQ(GetText("Key"), key);
@@ -181,17 +164,15 @@ TEST_F(HopboxCommands, AHopboxOfAnyNameIsMadeInAFolderOfItsOwnAndGoesWithIt)
         const QFileInfo archive(GetText("ContextFilePath"));
         EXPECT_TRUE(archive.isFile());
         EXPECT_EQ(QFileInfo(archive.canonicalPath()).path(), QFileInfo(settings).canonicalFilePath());
-        ASSERT_EQ(Run({"check"_q, key, "--json"_q}), 0) << mError.toStdString();
+        ASSERT_EQ(Run({"check"_q, key, "--json"_q}), 0);
         EXPECT_EQ(GetObject().value(QLatin1String("Build")).toInt(), 700000);
     }
-    EXPECT_EQ(QDir(settings).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(),
-              cOddNames.size());
+    EXPECT_EQ(ListFolder(settings).size(), cOddNames.size());
     ASSERT_EQ(Run("list|--json"), 0);
     EXPECT_EQ(GetArray().size(), cOddNames.size());
     for (const QString& name : cOddNames)
         EXPECT_EQ(Run({"delete"_q, name}), 0);
-    EXPECT_EQ(QDir(settings).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-              QStringList());
+    EXPECT_EQ(ListFolder(settings), QStringList());
     EXPECT_TRUE(ReadTree(GetPath("Temp")).isEmpty());
     EXPECT_TRUE(ListFiles().contains(before.first()));
 }
@@ -227,8 +208,7 @@ TEST_F(HopboxCommands, JobOptionsAndSettingsChangeInPlace)
     WriteFile(GetPath("New.joboptions"), "<< /CompatibilityLevel 1.3 >> setdistillerparams");
     ASSERT_EQ(Run("set|Press|--job-options|New.joboptions|--setting|Trim=false|--without-setting|MarkOffset|"
                   "PDFSettings=Coated"),
-              0)
-        << mError.toStdString();
+              0);
     ASSERT_EQ(Run("check|Press|--json"), 0);
     EXPECT_EQ(GetObject().value("JobOptions"_q).toObject().value("Name"_q), QJsonValue("New.joboptions"_q));
     EXPECT_EQ(GetObject().value("Settings"_q), (QJsonObject{{"Trim"_q, "false"_q}}));
@@ -275,9 +255,7 @@ TEST_F(HopboxCommands, OfManyThatMakeOneNameOneDoes)
     EXPECT_EQ(made, 1);
     ASSERT_EQ(Run("list|--json"), 0);
     EXPECT_EQ(GetArray().size(), 1);
-    EXPECT_EQ(
-        QDir(GetAppData("Morvane/Hopbox/Cache/Settings")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(),
-        1)
+    EXPECT_EQ(ListFolder(GetAppData("Morvane/Hopbox/Cache/Settings")).size(), 1)
         << "who came late leaves no folder behind";
 }
 

@@ -10,30 +10,27 @@ using KilledCreate = CommandTest;
 TEST_F(KilledCreate, LeavesNothingThatTheNextDoesNotRemove)
 {
     WriteFile(GetPath("a.joboptions"), "<< /A 1 >> setdistillerparams");
-    const auto getArguments = [](const QString& name) {
-        return QStringList{"create"_q, name, "--job-options"_q, "a.joboptions"_q};
-    };
     std::mt19937 random(20260712);
     std::uniform_int_distribution<int> microseconds(5000, 60000);
     for (int kill = 0; kill < 60; ++kill) {
         QProcess process;
         process.setWorkingDirectory(GetPath("."));
-        process.start(GetProgramPath("hopboxctl"), getArguments("Killed %1"_q.arg(kill)));
+        process.start(GetProgramPath("hopboxctl"),
+                      {"create"_q, "Killed %1"_q.arg(kill), "--job-options"_q, "a.joboptions"_q});
         ASSERT_TRUE(process.waitForStarted());
         std::this_thread::sleep_for(std::chrono::microseconds(microseconds(random)));
         process.kill();
         process.waitForFinished();
     }
-    ASSERT_EQ(Run(getArguments("Last"_q)), 0) << mError.toStdString();
+    ASSERT_EQ(Create("Last"_q), 0);
     ASSERT_EQ(Run({"list"_q}), 0);
     const QByteArray listed = mOutput;
-    const QStringList folders =
-        QDir(GetPath("AppData/Morvane/Hopbox/Cache/Settings")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    const QStringList folders = ListFolder(GetPath("AppData/Morvane/Hopbox/Cache/Settings"));
     for (const QString& folder : folders) {
         EXPECT_TRUE(listed.contains(folder.toUtf8())) << folder.toStdString();
         EXPECT_EQ(QDir(GetPath("AppData/Morvane/Hopbox/Cache/Settings/") + folder).entryList(QDir::Files),
                   QStringList{"Project.hopbox"_q});
-        EXPECT_EQ(Run({"check"_q, folder}), 0) << mError.toStdString();
+        EXPECT_EQ(Run({"check"_q, folder}), 0);
     }
     EXPECT_TRUE(folders.contains("Last"_q));
     EXPECT_TRUE(QDir(GetPath("Temp")).isEmpty());
@@ -41,12 +38,8 @@ TEST_F(KilledCreate, LeavesNothingThatTheNextDoesNotRemove)
 
 TEST_F(KilledCreate, OnlyWhatNobodyUsesIsTakenForUnfinished)
 {
-    WriteFile(GetPath("a.joboptions"), "<< /A 1 >> setdistillerparams");
     const QString settings = GetPath("AppData/Morvane/Hopbox/Cache/Settings/");
-    const auto create = [&](const char* name) {
-        return Run({"create"_q, QString::fromLatin1(name), "--job-options"_q, "a.joboptions"_q});
-    };
-    ASSERT_EQ(create("Press"), 0);
+    ASSERT_EQ(Create("Press"_q), 0);
     WriteFile(settings + "Press/Project.making"_q, "");  // killed between the entry and the end
     WriteFile(settings + "Unfinished/Project.making"_q, "");
     WriteFile(settings + "Unfinished/Project.hopbox"_q, "half");
@@ -54,8 +47,8 @@ TEST_F(KilledCreate, OnlyWhatNobodyUsesIsTakenForUnfinished)
     WriteFile(GetPath("Temp/hopbox-aaaaaaaa.owner"), "");
     WriteFile(GetPath("Temp/hopbox-aaaaaaaa/left"), "x");
     WriteFile(GetPath("Temp/hopbox-b/theirs"), "x");
-    ASSERT_EQ(create("Second"), 0);
-    EXPECT_EQ(Run({"check"_q, "Press"_q}), 0) << mError.toStdString();
+    ASSERT_EQ(Create("Second"_q), 0);
+    EXPECT_EQ(Run({"check"_q, "Press"_q}), 0);
     EXPECT_EQ(QDir(settings).entryList(QDir::Dirs | QDir::NoDotAndDotDot), "Press|Second|Theirs"_list);
     EXPECT_FALSE(QFile::exists(settings + "Press/Project.making"_q));
     EXPECT_EQ(QDir(GetPath("Temp")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), "hopbox-b"_list);
@@ -65,6 +58,6 @@ TEST_F(KilledCreate, OnlyWhatNobodyUsesIsTakenForUnfinished)
     const QString registry =
         GetPath("AppData/Morvane Prefs Folder/Printer Processor/MorvanePrinterProcessor.prefs");
     WriteFile(registry, "damaged");
-    ASSERT_EQ(create("Third"), 0);
+    ASSERT_EQ(Create("Third"_q), 0);
     EXPECT_TRUE(QFile::exists(settings + "Press/Project.hopbox"_q));
 }

@@ -19,7 +19,7 @@ TEST_F(CommandTest, MacTypePrintsTheTypeOrSaysWhatIsWrong)
     WriteFile(GetPath("types.xml"),
               "<MacFileTypes><Record Type=\"PDF \" Creator=\"CARO\" PCExtension=\"own\"/></MacFileTypes>");
     EXPECT_EQ(Run({"mactype"_q, "--table"_q, "types.xml"_q, file}), 0);
-    EXPECT_TRUE(mOutput.endsWith("extension: own\n")) << mOutput.constData();
+    EXPECT_TRUE(mOutput.endsWith("extension: own\n"));
 
     WriteFile(companion, "nonsense");
     EXPECT_EQ(Run({"mactype"_q, file}), 1);
@@ -38,9 +38,8 @@ TEST_F(CommandTest, MacTypeSaysWhatIsInThePlaceOfAFile)
     WriteFile(GetPath("a"), "data");
     for (const QString& kind : kinds) {
         EXPECT_EQ(Run({"mactype"_q, "a"_q, "--table"_q, kind}), 1);
-        EXPECT_TRUE(mError.contains("\"" + kind.toUtf8() + "\": it is a " + kind.toUtf8()))
-            << mError.toStdString();
+        EXPECT_TRUE(mError.contains("\"" + kind.toUtf8() + "\": it is a " + kind.toUtf8()));
         EXPECT_EQ(Run({"mactype"_q, "._"_q + kind}), 1);
-        EXPECT_TRUE(mError.contains("\": it is a " + kind.toUtf8())) << mError.toStdString();
+        EXPECT_TRUE(mError.contains("\": it is a " + kind.toUtf8()));
     }
 }

@@ -6,16 +6,15 @@
 
 namespace
 {
-struct Answer
-{
-    int status;
-    std::string output;
-    std::string error;
-};
-
 class PrefsCommandTest : public CommandTest
 {
 protected:
+    struct Answer
+    {
+        int status;
+        std::string output, error;
+    };
+
     void Write(const QString& text, const GEncodingRef& encoding) const
     {
         ASSERT_TRUE(WriteFile(GetPath(), encoding->Encode(text)));
@@ -89,22 +88,18 @@ TEST_F(PrefsCommandTest, SaysWhereTheFileIsDamaged)
 
 TEST_F(PrefsCommandTest, SetsWhatGetGives)
 {
-    const struct
-    {
-        std::vector<const char*> access;
-        const char *key, *value;
-    } cases[] = {
+    const std::tuple<std::vector<const char*>, const char*, const char*> cases[] = {
         {{}, "Path", "--json"},
         {{}, "New\xC3\xA9", "\xE4\xB8\xAD \"x\""},
         {{"--shared"}, "Path", "shared"},
         {{"--shared"}, "Dict", ""},
     };
     Write(cDocument, GEncoding::GetPlatform8Bit());
-    for (const auto& each : cases) {
-        std::vector<const char*> set = each.access;
-        set.insert(set.end(), {"FILE", "--set", "B\xC3\xA9", each.key, each.value});
+    for (const auto& [access, key, value] : cases) {
+        std::vector<const char*> set = access;
+        set.insert(set.end(), {"FILE", "--set", "B\xC3\xA9", key, value});
         EXPECT_EQ(Run(set).error, "");
-        EXPECT_EQ(Run({"FILE", "--get", "B\xC3\xA9", each.key}).output, std::string(each.value) + '\n');
+        EXPECT_EQ(Run({"FILE", "--get", "B\xC3\xA9", key}).output, std::string(value) + '\n');
     }
     EXPECT_EQ(Run({"FILE"}).output,
               "[A]\nOn = true\n[B\xC3\xA9]\nDict = \nNew\xC3\xA9 = \xE4\xB8\xAD \"x\"\nPath = shared\n"

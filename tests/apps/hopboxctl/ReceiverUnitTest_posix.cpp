@@ -3,8 +3,6 @@
 #include <QRegularExpression>
 #include <QStandardPaths>
 
-namespace
-{
 // With a service manager that only notes what it is asked for, and fails when it is told to.
 class ReceiverUnitTest : public CommandTest
 {
@@ -13,12 +11,10 @@ protected:
     {
         qputenv("XDG_CONFIG_HOME", GetPath("config").toUtf8());
         qputenv("PATH", GetPath("bin").toUtf8() + ':' + mPath);
-        WriteFile(GetPath("bin/systemctl"), "#!/bin/sh\necho \"$@\" >> '" + GetPath("asked").toUtf8() +
-                                                "'\n[ ! -e '" + GetPath("fail").toUtf8() +
-                                                "' ] || { echo no bus; exit 1; }\n");
-        QFile::setPermissions(GetPath("bin/systemctl"), QFile::ReadOwner | QFile::ExeOwner);
-        WriteFile(GetPath("a.joboptions"), "<< /A 1 >> setdistillerparams");
-        EXPECT_EQ(Run({"create"_q, mName, "--job-options"_q, "a.joboptions"_q, "--json"_q}), 0);
+        WriteProgram(GetPath("bin/systemctl"), "#!/bin/sh\necho \"$@\" >> '" + GetPath("asked").toUtf8() +
+                                                   "'\n[ ! -e '" + GetPath("fail").toUtf8() +
+                                                   "' ] || { echo no bus; exit 1; }\n");
+        EXPECT_EQ(Create(mName, "--json"_list), 0);
         mKey = GetResult()["Key"_q].toString();
         mUnit = "hopbox-receiver-"_q + mKey + ".service"_q;
     }
@@ -33,7 +29,6 @@ protected:
     QString mKey;
     QString mUnit;
 };
-}  // namespace
 
 TEST_F(ReceiverUnitTest, TheUnitIsOneThatTheSystemTakesWhateverTheNames)
 {
@@ -41,8 +36,7 @@ TEST_F(ReceiverUnitTest, TheUnitIsOneThatTheSystemTakesWhateverTheNames)
     ASSERT_EQ(Run({"receiver"_q, "install"_q, mName, "--inbox"_q, inbox, "--mode"_q, "0640"_q, "--run"_q,
                    "cp"_q, "--run-argument"_q, "-t"_q, "--run-argument"_q, "; x"_q, "--retry"_q, "2"_q,
                    "--attempts"_q, "3"_q}),
-              0)
-        << mError.constData();
+              0);
     const QString file = GetPath("config/systemd/user/") + mUnit;
     EXPECT_EQ(mOutput, file.toUtf8() + '\n');
     const QByteArray unit = ReadFile(file);
@@ -69,7 +63,7 @@ TEST_F(ReceiverUnitTest, TheUnitIsOneThatTheSystemTakesWhateverTheNames)
     EXPECT_EQ(verify.readAllStandardError().toStdString(), "");
     EXPECT_EQ(verify.exitCode(), 0);
 
-    ASSERT_EQ(Run({"receiver"_q, "remove"_q, mName}), 0) << mError.constData();
+    ASSERT_EQ(Run({"receiver"_q, "remove"_q, mName}), 0);
     EXPECT_TRUE(
         ReadFile(GetPath("asked")).contains("--user stop " + mUnit.toUtf8() + "\n--user daemon-reload\n"));
     EXPECT_EQ(ReadTree(GetPath("config")).keys().filter(mKey), QStringList());
@@ -88,7 +82,7 @@ TEST_F(ReceiverUnitTest, WithoutAServiceManagerItStartsWithTheNextLogOn)
     WriteFile(GetPath("blocked"), "");
     qputenv("XDG_CONFIG_HOME", GetPath("blocked").toUtf8());
     EXPECT_EQ(Run({"receiver"_q, "install"_q, mName, "--inbox"_q, "in"_q}), 1);
-    EXPECT_TRUE(mError.contains("can't be written")) << mError.constData();
+    EXPECT_TRUE(mError.contains("can't be written"));
 }
 
 TEST_F(ReceiverUnitTest, TheDoctorLooksAtWhatStartsWithTheLogOn)

@@ -1,16 +1,12 @@
 #include "CommandFixture.h"
 
-#include <functional>
-
-namespace
-{
-QByteArray GetUTF16(const char* text)
+static QByteArray GetUTF16(const char* text)
 {
     const QString units = QString::fromLatin1(text);
     return QByteArray(reinterpret_cast<const char*>(units.utf16()), units.size() * 2);
 }
 
-QByteArray Replace(QByteArray bytes, const char* before, const char* after)
+static QByteArray Replace(QByteArray bytes, const char* before, const char* after)
 {
     const QByteArray wanted = GetUTF16(before);
     return bytes.replace(bytes.indexOf(wanted), wanted.size(), GetUTF16(after));
@@ -22,16 +18,12 @@ class RegistryDamage : public CommandTest
 protected:
     RegistryDamage()
     {
-        WriteFile(GetPath("a.joboptions"), "<< /A 1 >> setdistillerparams");
         for (const char* name : {"One", "Two", "Three"})
             EXPECT_EQ(Create(name), 0);
         mWhole = ReadFile(mFile);
     }
 
-    int Create(const char* name)
-    {
-        return Run({"create"_q, QString::fromLatin1(name), "--job-options"_q, "a.joboptions"_q, "--json"_q});
-    }
+    int Create(const char* name) { return CommandTest::Create(QLatin1String(name), "--json"_list); }
 
     bool Says(const char* what) const
     {
@@ -43,7 +35,6 @@ protected:
     const QString mCopy = mFile + ".damaged"_q;
     QByteArray mWhole;
 };
-}  // namespace
 
 TEST_F(RegistryDamage, IsToldByWhoeverReadsAndKeptBeforeTheFirstChange)
 {
@@ -77,7 +68,7 @@ TEST_F(RegistryDamage, IsToldByWhoeverReadsAndKeptBeforeTheFirstChange)
         for (const QStringList& reading :
              {"list"_list, "list|--json"_list, "origins"_list, "receiver|status"_list}) {
             EXPECT_EQ(Run(reading), 1);
-            EXPECT_TRUE(Says(" is damaged at line ")) << mError.toStdString();
+            EXPECT_TRUE(Says(" is damaged at line "));
             EXPECT_EQ(mError.contains("will be kept as"), each.isKept);
             if (reading.contains("--json"_q)) {
                 EXPECT_EQ(GetAnswer().value("damaged"_q)["File"_q].toString(),
@@ -87,7 +78,7 @@ TEST_F(RegistryDamage, IsToldByWhoeverReadsAndKeptBeforeTheFirstChange)
         EXPECT_EQ(ReadFile(mFile), damaged);
 
         EXPECT_EQ(Create("New"), 0);
-        EXPECT_EQ(Says(" kept as "), each.isKept) << mError.toStdString();
+        EXPECT_EQ(Says(" kept as "), each.isKept);
         const QJsonObject notice = GetAnswer().value("damaged"_q).toObject();
         EXPECT_EQ(notice.value("IsKept"_q).toBool(), each.isKept);
         EXPECT_EQ(ReadFile(mCopy), each.isKept ? damaged : QByteArray("none"));
@@ -104,7 +95,7 @@ TEST_F(RegistryDamage, IsToldByTheCommandsAboutOneHopbox)
     WriteFile(mFile, mWhole.left(mWhole.size() - 14));
     for (const char* command : {"show", "check"}) {
         EXPECT_EQ(Run({QString::fromLatin1(command), "Two"_q, "--json"_q}), 1);
-        EXPECT_TRUE(Says("will be kept as") && mOutput.contains("\"damaged\":{")) << mOutput.toStdString();
+        EXPECT_TRUE(Says("will be kept as") && mOutput.contains("\"damaged\":{"));
     }
     WriteFile(mFile, mWhole);
     ASSERT_EQ(Run({"export"_q, "Two"_q, "Two.hopbox"_q}), 0);
@@ -173,19 +164,19 @@ TEST_F(RegistryDamage, OneThatCannotBeReadIsNotTakenForEmpty)
               "export|One|b.hopbox", "import|Carried.hopbox|--name|Five", "receiver|install|One|--inbox|in",
               "create|Six|--job-options|a.joboptions"}) {
             EXPECT_EQ(Run(QString::fromLatin1(call).split(QLatin1Char('|')) + "--json"_list), 1) << call;
-            EXPECT_TRUE(Says("what Hopboxes there are is not known")) << call << mError.toStdString();
+            EXPECT_TRUE(Says("what Hopboxes there are is not known")) << call;
             const QJsonValue unread = GetAnswer().value("unread"_q);
             EXPECT_EQ(unread["File"_q].toString(), QDir::toNativeSeparators(mFile));
             EXPECT_FALSE(unread["Reason"_q].toString().isEmpty());
         }
         EXPECT_EQ(Run({"doctor"_q}), 1);
-        EXPECT_EQ(mOutput.count("what Hopboxes there are is not known"), 1) << mOutput.toStdString();
-        EXPECT_FALSE(mOutput.contains("project folder")) << mOutput.toStdString();
+        EXPECT_EQ(mOutput.count("what Hopboxes there are is not known"), 1);
+        EXPECT_FALSE(mOutput.contains("project folder"));
         EXPECT_EQ(ReadTree(QFileInfo(archive).path()), before);
         ASSERT_TRUE(QDir().rmdir(inTheWay) && QFile::rename(inTheWay + ".away"_q, inTheWay));
     }
     EXPECT_EQ(ReadFile(mFile), mWhole);
     WriteFile(mFile, mWhole.left(mWhole.size() / 4));
     Run({"doctor"_q});
-    EXPECT_FALSE(mOutput.contains("project folder")) << mOutput.toStdString();
+    EXPECT_FALSE(mOutput.contains("project folder"));
 }

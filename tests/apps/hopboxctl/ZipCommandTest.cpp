@@ -2,8 +2,6 @@
 
 #include <QRegularExpression>
 
-namespace
-{
 class ZipCommand : public CommandTest
 {
 protected:
@@ -19,74 +17,69 @@ protected:
         return CommandTest::Run(QString::fromUtf8("zip " + arguments).split(QLatin1Char(' ')));
     }
 };
-}  // namespace
 
 TEST_F(ZipCommand, CreatesListsAndExtracts)
 {
     for (const char* options :
          {"", " --name-field", " --password pw --level 0", " --password pw --name-field"}) {
         const QByteArray password = QByteArray(options).contains("pw") ? " --password pw" : "";
-        EXPECT_EQ(0, Run("create made.zip a.txt folder" + QByteArray(options))) << mError.constData();
+        EXPECT_EQ(0, Run("create made.zip a.txt folder" + QByteArray(options)));
         EXPECT_EQ(0, Run("list made.zip"));
         EXPECT_EQ(4, mOutput.count('\n'));
-        EXPECT_TRUE(mOutput.contains(password.isEmpty() ? "  folder/\u65E5.txt\n" : " *folder/\u65E5.txt\n"))
-            << mOutput.constData();
-        EXPECT_EQ(0, Run("extract made.zip out" + password)) << mError.constData();
+        EXPECT_TRUE(mOutput.contains(password.isEmpty() ? "  folder/\u65E5.txt\n" : " *folder/\u65E5.txt\n"));
+        EXPECT_EQ(0, Run("extract made.zip out" + password));
         EXPECT_EQ("content of folder/\u65E5.txt", ReadFile(GetPath("out/folder/\u65E5.txt")));
         EXPECT_EQ(0, Run("extract made.zip flat --without-paths folder/b.txt" + password));
         EXPECT_EQ(QStringList("b.txt"_q), QDir(GetPath("flat")).entryList(QDir::Files));
-        EXPECT_TRUE(mError.isEmpty()) << "no bar where nobody sees it: " << mError.constData();
+        EXPECT_TRUE(mError.isEmpty()) << "no bar where nobody sees it";
     }
 }
 
 TEST_F(ZipCommand, AddsTestsAndExtractsFoldersAndPatterns)
 {
     ASSERT_EQ(0, Run("create made.zip a.txt"));
-    ASSERT_EQ(0, Run("add made.zip folder")) << mError.constData();
+    ASSERT_EQ(0, Run("add made.zip folder"));
     const QByteArray before = ReadFile(GetPath("made.zip"));
     EXPECT_EQ(1, Run("add made.zip a.txt"));
     EXPECT_EQ(before, ReadFile(GetPath("made.zip"))) << "a name that is there is refused";
     EXPECT_EQ(0, Run("test made.zip"));
     EXPECT_EQ("4 entries, all whole.\n", mOutput);
-    const struct
-    {
-        const char *words, *names;  // with ',' between
-    } cases[] = {
+    // arguments, names: with ',' between
+    const std::pair<const char*, const char*> cases[] = {
         {"folder", "folder/b.txt,folder/\u65E5.txt"},
         {"folder/", "folder/b.txt,folder/\u65E5.txt"},
         {"*.txt", "a.txt"},
         {"folder/?.txt", "folder/b.txt,folder/\u65E5.txt"},
         {"a.txt folder/b*", "a.txt,folder/b.txt"},
     };
-    for (const auto& test : cases) {
-        EXPECT_EQ(0, Run(QByteArray("extract made.zip out ") + test.words))
-            << test.words << mError.constData();
+    for (const auto& [arguments, names] : cases) {
+        EXPECT_EQ(0, Run(QByteArray("extract made.zip out ") + arguments)) << arguments;
         const QStringList files =
             QStringList(ReadTree(GetPath("out")).keys()).filter(QRegularExpression("[^/]$"_q));
-        EXPECT_EQ(QString::fromUtf8(test.names), files.join(QLatin1Char(',')));
+        EXPECT_EQ(QString::fromUtf8(names), files.join(QLatin1Char(',')));
         QDir(GetPath("out")).removeRecursively();
     }
     EXPECT_EQ(1, Run("extract made.zip out *.pdf"));
-    EXPECT_TRUE(mError.contains("Can't find *.pdf in made.zip.")) << mError.constData();
+    EXPECT_TRUE(mError.contains("Can't find *.pdf in made.zip."));
 }
 
 TEST_F(ZipCommand, APasswordComesFromAFile)
 {
     WriteFile(GetPath("secret"), "p\u00E4ss w\u00F6rd\r\nsecond line\n");
-    ASSERT_EQ(0, Run("create made.zip a.txt --password-file secret")) << mError.constData();
+    ASSERT_EQ(0, Run("create made.zip a.txt --password-file secret"));
     EXPECT_EQ(1, Run("test made.zip"));
     EXPECT_EQ(1, Run("test made.zip --password-file a.txt"));
-    EXPECT_EQ(0, Run("test made.zip --password-file=secret")) << mError.constData();
+    EXPECT_EQ(0, Run("test made.zip --password-file=secret"));
     EXPECT_EQ(0, Run("extract made.zip out --password-file secret"));
     EXPECT_EQ("content of a.txt", ReadFile(GetPath("out/a.txt")));
     // As it is, not as UTF-8 would have it.
     WriteFile(GetPath("latin"), "p\xE4ss w\xF6rd\n");
-    EXPECT_EQ(0, Run("test made.zip --password-file latin")) << mError.constData();
+    EXPECT_EQ(0, Run("test made.zip --password-file latin"));
     WriteFile(GetPath("empty"), "\nsecret\n");
     WriteFile(GetPath("utf16"), QByteArray("p\0w\0\n\0", 6));
     for (const char* file : {"none", "empty", "utf16"}) {
         EXPECT_EQ(1, Run(QByteArray("test made.zip --password-file ") + file));
-        EXPECT_TRUE(mError.startsWith("hopboxctl: --password-file: ")) << mError.constData();
+        EXPECT_TRUE(mError.startsWith("hopboxctl: --password-file: "));
     }
 }
 
@@ -101,8 +94,8 @@ TEST_F(ZipCommand, WhatLooksLikeAnAttackIsExtractedWhenToldSo)
     WriteFile(GetPath("made.zip"), bytes);
     for (const char* onError : {"", " --on-error skip"}) {
         EXPECT_EQ(1, Run(QByteArray("extract made.zip out") + onError));
-        EXPECT_TRUE(mError.contains("entries overlap")) << mError.constData();
-        EXPECT_EQ(0, Run(QByteArray("extract made.zip out --no-limits") + onError)) << mError.constData();
+        EXPECT_TRUE(mError.contains("entries overlap"));
+        EXPECT_EQ(0, Run(QByteArray("extract made.zip out --no-limits") + onError));
     }
 }
 
@@ -113,18 +106,14 @@ TEST_F(ZipCommand, ADamagedEntryIsFoundAndDealtWithAsTold)
     WriteFile(GetPath("made.zip"), bytes.replace("content of folder/b", "CONTENT of folder/b"));
     EXPECT_EQ(1, Run("test made.zip --json"));
     EXPECT_EQ(GetResult().toObject().value("damaged"_q).toArray().size(), 1);
-    EXPECT_TRUE(mError.contains("b.txt")) << mError.constData();
-    const struct
-    {
-        const char* option;
-        int files;
-    } cases[] = {{"skip", 2}, {"stop", 1}, {"remove", 0}, {"ask", 2}};
-    for (const auto& test : cases) {
-        EXPECT_EQ(1, Run(QByteArray("extract made.zip out --on-error ") + test.option)) << mError.constData();
-        EXPECT_TRUE(mError.contains("b.txt")) << mError.constData();
-        EXPECT_EQ(test.files, ReadTree(GetPath("out")).size()) << test.option;
+    EXPECT_TRUE(mError.contains("b.txt"));
+    const std::pair<const char*, int> cases[] = {{"skip", 2}, {"stop", 1}, {"remove", 0}, {"ask", 2}};
+    for (const auto& [option, files] : cases) {
+        EXPECT_EQ(1, Run(QByteArray("extract made.zip out --on-error ") + option));
+        EXPECT_TRUE(mError.contains("b.txt"));
+        EXPECT_EQ(files, ReadTree(GetPath("out")).size()) << option;
         EXPECT_EQ(mError.contains("Nobody is there to be asked; entries that fail are skipped."),
-                  QByteArray(test.option) == "ask");
+                  QByteArray(option) == "ask");
         QDir(GetPath("out")).removeRecursively();
     }
 }
@@ -133,10 +122,7 @@ TEST_F(ZipCommand, FailuresAreToldAndLeaveNothing)
 {
     ASSERT_EQ(0, Run("create good.zip a.txt --password pw"));
     const QStringList before = QDir(mSandbox.GetPath()).entryList(QDir::AllEntries | QDir::Hidden);
-    const struct
-    {
-        const char *call, *error;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"create bad.zip a.txt missing", "Item doesn't exist: missing"},
         {"create none/bad.zip a.txt", "Error opening file: "},
         {"list missing.zip", "Can't open zip archive: missing.zip"},
@@ -144,10 +130,9 @@ TEST_F(ZipCommand, FailuresAreToldAndLeaveNothing)
         {"extract good.zip out missing", "Can't find missing in good.zip."},
         {"extract good.zip out --password other", " from good.zip"},
     };
-    for (const auto& test : cases) {
-        EXPECT_EQ(1, Run(test.call)) << test.call;
-        EXPECT_TRUE(mError.startsWith("hopboxctl: ") && mError.contains(test.error))
-            << test.call << mError.constData();
+    for (const auto& [line, error] : cases) {
+        EXPECT_EQ(1, Run(line)) << line;
+        EXPECT_TRUE(mError.startsWith("hopboxctl: ") && mError.contains(error)) << line;
         EXPECT_TRUE(mOutput.isEmpty());
     }
     for (const char* call :

@@ -4,10 +4,8 @@
 #include <csignal>
 #include <thread>
 
-namespace
-{
 // Whether the process has a file open whose path, or the folder that is to have it, begins like that.
-bool HasOpen(const QProcess& process, const QString& begin)
+static bool HasOpen(const QProcess& process, const QString& begin)
 {
     for (const QFileInfo& file :
          QDir("/proc/%1/fd"_q.arg(process.processId())).entryInfoList(QDir::System | QDir::Files)) {
@@ -16,7 +14,6 @@ bool HasOpen(const QProcess& process, const QString& begin)
     }
     return false;
 }
-}  // namespace
 
 // Far more than is packed before the stop is seen.
 TEST_F(CommandTest, PackingThatIsStoppedLeavesTheArchiveThatWasThere)
@@ -53,9 +50,7 @@ TEST_F(CommandTest, ExtractionThatIsStoppedLeavesWhatIsWhole)
     ASSERT_TRUE(large.open(QIODevice::WriteOnly) && large.resize(qint64(400) << 20));
     ASSERT_EQ(Run({"zip"_q, "create"_q, "made.zip"_q, "a.txt"_q, "large"_q, "--level"_q, "1"_q}), 0);
     const QDir folder(GetPath("out"));
-    const auto list = [&] {
-        return folder.entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-    };
+    const auto list = [&] { return ListFolder(folder.path()); };
     for (const QStringList& more : {QStringList(), QStringList{"--on-error"_q, "skip"_q}}) {
         QProcess process;
         process.setWorkingDirectory(mSandbox.GetPath());

@@ -8,12 +8,7 @@ TEST(ReceiverCallTest, AWrongCallIsNamedAndHelpIsGiven)
     const QString program = GetProgramPath("PrinterProcessorWin.exe");
     const QString batchFile = sandbox.GetPath("a.BAT"_q);
     ASSERT_TRUE(QFile::copy(program, batchFile));  // a program but for its name
-    const struct
-    {
-        QStringList call;
-        int status;
-        const char *output, *error;
-    } cases[] = {
+    const std::tuple<QStringList, int, const char*, const char*> cases[] = {
         {"--help"_list, 0, "usage:\n  PrinterProcessorWin.exe [--inbox", ""},
         {"--version"_list, 0, "PrinterProcessorWin.exe ", ""},
         {"--manual"_list, 0, ".TH PrinterProcessorWin.exe 1", ""},
@@ -21,6 +16,12 @@ TEST(ReceiverCallTest, AWrongCallIsNamedAndHelpIsGiven)
          "complete -o filenames -F _PrinterProcessorWin_exe PrinterProcessorWin.exe", ""},
         {"--inbx=a"_list, 2, "", "There is no option \"--inbx\". Did you mean \"--inbox\"?"},
         {"--inbox="_list, 2, "", "\"--inbox\" takes a folder, not \"\"."},
+        {"--inbox"_list, 2, "", "\"--inbox\" needs a value"},
+        {"--inbox|"_list, 2, "", "\"--inbox\" takes a folder"},
+        {{"--inbox"_q, program}, 1, "", "PrinterProcessorWin.exe"},
+        {"--count|1x"_list, 2, "", "not \"1x\"."},
+        {"--timeout|-1"_list, 2, "", "not \"-1\"."},
+        {"--timeout|nan"_list, 2, "", "not \"nan\"."},
         {"--count|0"_list, 2, "", "\"--count\" takes a number from 1 on, not \"0\"."},
         {"--timeout|soon"_list, 2, "", "\"--timeout\" takes a number of seconds above 0, not \"soon\"."},
         {"--timeout|1e300"_list, 2, "", "not \"1e300\"."},
@@ -44,16 +45,16 @@ TEST(ReceiverCallTest, AWrongCallIsNamedAndHelpIsGiven)
         {"--inbox=in|--timeout=0.01"_list, 0, "", "ready as process"},
         {"--count=1|--timeout=0.01"_list, 1, "", "ready as process"},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.call.join(QLatin1Char(' ')).toStdString());
+    for (const auto& [call, status, told, message] : cases) {
+        SCOPED_TRACE(call.join(QLatin1Char(' ')).toStdString());
         QProcess process;
         process.setWorkingDirectory(sandbox.GetPath());
-        process.start(GetProgramPath("PrinterProcessorWin.exe"), test.call);
+        process.start(GetProgramPath("PrinterProcessorWin.exe"), call);
         ASSERT_TRUE(process.waitForFinished());
-        EXPECT_EQ(process.exitCode(), test.status);
+        EXPECT_EQ(process.exitCode(), status);
         const QByteArray output = process.readAllStandardOutput().replace("\r\n", "\n");
         const QByteArray error = process.readAllStandardError();
-        EXPECT_TRUE(output.contains(test.output) && error.contains(test.error))
+        EXPECT_TRUE(output.contains(told) && error.contains(message))
             << output.toStdString() << error.toStdString();
     }
     EXPECT_TRUE(QFileInfo(sandbox.GetPath("in"_q)).isDir());

@@ -11,16 +11,13 @@
 
 TEST(CommandEnd, CommandIsAskedToEndBeforeItIsEndedByForce)
 {
-    const struct
-    {
-        const char *onRequest, *said;
-    } cases[] = {{"echo asked >> said; exit 1", "asked\n"}, {"", ""}};
-    for (const auto& test : cases) {
+    const std::pair<const char*, const char*> cases[] = {{"echo asked >> said; exit 1", "asked\n"}, {"", ""}};
+    for (const auto& [onRequest, heard] : cases) {
         const Sandbox sandbox;
         const QString process = sandbox.GetPath("process"_q);
         const QString script =
             "cd '%1'; trap '%2' TERM; echo $$ > new; mv new process; while :; do sleep 0.02; done"_q.arg(
-                sandbox.GetPath(), QLatin1String(test.onRequest));
+                sandbox.GetPath(), QLatin1String(onRequest));
         PrinterProcessor receiver(sandbox, {"--inbox"_q, sandbox.GetPath("in"_q), "--run"_q, "/bin/sh"_q,
                                             "--run-argument=-c"_q, "--run-argument"_q, script});
         WriteFile(sandbox.GetPath("a.pdf"_q), "1");
@@ -31,7 +28,7 @@ TEST(CommandEnd, CommandIsAskedToEndBeforeItIsEndedByForce)
         EXPECT_EQ(receiver.WaitForExit(), 0);
         EXPECT_EQ(kill(ReadFile(process).trimmed().toInt(), SIGKILL), -1) << "it goes on";
         QFile said(sandbox.GetPath("said"_q));
-        EXPECT_EQ(said.open(QIODevice::ReadOnly) ? said.readAll() : QByteArray(), test.said);
+        EXPECT_EQ(said.open(QIODevice::ReadOnly) ? said.readAll() : QByteArray(), heard);
     }
 }
 

@@ -13,12 +13,10 @@
 #include <thread>
 
 // On Windows the queue goes with the killed process, so that what was in it can't be promised.
-namespace
-{
-constexpr int cJobs = 200;
+static constexpr int cJobs = 200;
 
 // What was written down of the calls for the job of each name: the id of each.
-std::map<QString, QList<QByteArray>> ReadCalls(const QString& folder)
+static std::map<QString, QList<QByteArray>> ReadCalls(const QString& folder)
 {
     std::map<QString, QList<QByteArray>> calls;
     for (const QFileInfo& file : QDir(folder).entryInfoList(QDir::Files)) {
@@ -27,7 +25,6 @@ std::map<QString, QList<QByteArray>> ReadCalls(const QString& folder)
     }
     return calls;
 }
-}  // namespace
 
 // Writes its job's id down, and fails now and then.
 CHILD_ROLE(RunNowAndThen)

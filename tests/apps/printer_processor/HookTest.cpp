@@ -11,9 +11,7 @@
 #include <thread>
 
 // What receivers run for jobs here is this test program in a role.
-namespace
-{
-void Append(const QString& path, const QByteArray& line)
+static void Append(const QString& path, const QByteArray& line)
 {
     QFile file(path);
     EXPECT_TRUE(file.open(QIODevice::Append) && file.write(line) == line.size());
@@ -63,7 +61,6 @@ protected:
     QMap<QString, QString> mIDs;
     QString mError;
 };
-}  // namespace
 
 // Writes down what it was called with, and fails as often as it was told.
 CHILD_ROLE(TakeJob)

@@ -2,17 +2,12 @@
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/system/GFileSystemBase.h"
 #include "tests/support/ErrorCode.h"
-#include "tests/support/Sandbox.h"
 #include "tests/support/Test.h"
 
-#include <QDir>
+static const std::atomic<bool> cGoOn{false};
+static const std::atomic<bool> cStop{true};
 
-namespace
-{
-const std::atomic<bool> cGoOn{false};
-const std::atomic<bool> cStop{true};
-
-InboxJob MakeJob(uint64_t position, const GBuffer& payload = "{}")
+static InboxJob MakeJob(uint64_t position, const GBuffer& payload = "{}")
 {
     return {0, 77, position, 1, payload, GString()};
 }
@@ -33,7 +28,6 @@ protected:
 
     const Sandbox mSandbox;
 };
-}  // namespace
 
 TEST_F(InboxTest, JournalIsReadAsFarAsItMakesSense)
 {
@@ -43,13 +37,7 @@ TEST_F(InboxTest, JournalIsReadAsFarAsItMakesSense)
     InboxJob second = MakeJob(50);
     second.number = 2;
     const GBuffer begin = Keeper(5) + Job(first) + Job(second);
-    const struct
-    {
-        const char* name;
-        GBuffer text;
-        size_t jobs;
-        bool isDamaged;
-    } cases[] = {
+    const std::tuple<const char*, GBuffer, size_t, bool> cases[] = {
         {"nothing", "", 0, false},
         {"two jobs", begin, 2, false},
         {"torn end", begin + Done(1).chopped(1), 2, false},
@@ -67,13 +55,13 @@ TEST_F(InboxTest, JournalIsReadAsFarAsItMakesSense)
         {"name of the folder", begin + Ready(1, ".."_q), 2, true},
         {"something else", begin + "\n" + QByteArray(100000, '{') + "\n", 2, true},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.name);
-        const JobJournalContent content = JobJournalContent::Read(test.text);
-        EXPECT_EQ(content.jobs.size(), test.jobs);
-        EXPECT_EQ(content.isDamaged, test.isDamaged);
-        EXPECT_EQ(content.Knows(77, 50), test.text.contains(Job(second)));
-        EXPECT_EQ(content.Knows(77, 51), test.text.contains(End(77, 60)));
+    for (const auto& [name, text, jobs, isDamaged] : cases) {
+        SCOPED_TRACE(name);
+        const JobJournalContent content = JobJournalContent::Read(text);
+        EXPECT_EQ(content.jobs.size(), jobs);
+        EXPECT_EQ(content.isDamaged, isDamaged);
+        EXPECT_EQ(content.Knows(77, 50), text.contains(Job(second)));
+        EXPECT_EQ(content.Knows(77, 51), text.contains(End(77, 60)));
     }
 }
 

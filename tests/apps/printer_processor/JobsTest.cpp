@@ -7,8 +7,6 @@
 #include <QJsonArray>
 #include <QUrl>
 
-namespace
-{
 // A receiver with an inbox in a sandbox of its own.
 class JobsTest : public testing::Test
 {
@@ -18,8 +16,7 @@ protected:
     QString GetPath(const char* relative) const { return mSandbox.GetPath(QString::fromUtf8(relative)); }
     QStringList ListInbox() const
     {
-        QStringList names =
-            QDir(GetPath("in box")).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+        QStringList names = ListFolder(GetPath("in box"));
         names.removeOne(".printer-processor"_q);
         return names;
     }
@@ -52,7 +49,6 @@ protected:
     QJsonArray mLeftOut;
     QString mError;
 };
-}  // namespace
 
 TEST_F(JobsTest, FilesAreCopiedUnderFreshNames)
 {
@@ -90,8 +86,7 @@ TEST_F(JobsTest, FoldersAreCopiedWithoutLinks)
         EXPECT_EQ(mError, QString());
         EXPECT_EQ(ReadFile(saved + "/a/\u00E4.txt"_q), "1");
         EXPECT_EQ(ReadFile(saved + "/.hidden"_q), "2");
-        EXPECT_EQ(QDir(saved).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(),
-                  isFile ? 4 : 3);
+        EXPECT_EQ(ListFolder(saved).size(), isFile ? 4 : 3);
         EXPECT_EQ(mLeftOut, isFile ? QJsonArray() : QJsonArray{"loop.lnk"_q});
         EXPECT_TRUE(isFile || mReceiver.ReadErrorLine().endsWith("neither files nor folders: loop.lnk"));
         EXPECT_EQ(ReadFile(saved + "/loop.lnk"_q), isFile ? ReadFile(link) : QByteArray("none"));

@@ -1,30 +1,23 @@
 #include "hopbox/HopboxHandOff.h"
-#include "tests/support/ChildProcess.h"
 #include "tests/support/PrinterProcessor.h"
 #include "tests/support/Test.h"
 
-#include <QMap>
-
 #include <chrono>
-#include <memory>
 #include <random>
 #include <thread>
-#include <vector>
 
-namespace
-{
-constexpr int cSenders = 4;
-constexpr int cJobSize = 5 * 1024 * 1024;
+static constexpr int cSenders = 4;
+static constexpr int cJobSize = 5 * 1024 * 1024;
 
 // So many in the nightly run.
-int GetRounds()
+static int GetRounds()
 {
     const int rounds = qEnvironmentVariableIntValue("HOPBOX_KILL_ROUNDS");
     return rounds > 0 ? rounds : 8;
 }
 
 // The jobs' files have a content of their own each, which their names tell.
-QByteArray GetContent(const QByteArray& name)
+static QByteArray GetContent(const QByteArray& name)
 {
     QByteArray content;
     while (content.size() < cJobSize)
@@ -33,7 +26,7 @@ QByteArray GetContent(const QByteArray& name)
 }
 
 // The names in the inbox by how often they are there, under whatever name a second one would have got.
-QMap<QByteArray, int> CountWholeJobs(const QString& inbox)
+static QMap<QByteArray, int> CountWholeJobs(const QString& inbox)
 {
     QMap<QByteArray, int> counts;
     for (const QString& file : QDir(inbox).entryList(QDir::Files)) {
@@ -44,7 +37,6 @@ QMap<QByteArray, int> CountWholeJobs(const QString& inbox)
     }
     return counts;
 }
-}  // namespace
 
 // Submits jobs of its own until its parent says something; says the names of those that were taken.
 CHILD_ROLE(SubmitUntilTold)
@@ -57,7 +49,7 @@ CHILD_ROLE(SubmitUntilTold)
     const QString folder = arguments.at(0);
     QByteArray taken;
     for (int number = 0; !isTold; ++number) {
-        const QByteArray name = arguments.at(1).toLatin1() + '-' + QByteArray::number(number);
+        const QByteArray name = (arguments.mid(1).join(QLatin1Char('-')) + "-%1"_q.arg(number)).toLatin1();
         const QString path = folder + QLatin1Char('/') + QString::fromLatin1(name);
         WriteFile(path, GetContent(name));
         if (HopboxHandOff::SubmitJob("Press"_q, path))
@@ -80,11 +72,7 @@ TEST(Kill, EveryJobThatWasTakenIsInTheInboxOnceAndWhole)
     int total = 0;
     for (int round = 0; round < GetRounds(); ++round) {
         QDir().mkpath(jobs);
-        std::vector<std::unique_ptr<ChildProcess>> senders;
-        for (int sender = 0; sender < cSenders; ++sender) {
-            const QString name = "%1-%2"_q.arg(round).arg(sender);
-            senders.push_back(std::make_unique<ChildProcess>("SubmitUntilTold"_q, QStringList{jobs, name}));
-        }
+        const auto senders = StartChildren("SubmitUntilTold"_q, cSenders, {jobs, QString::number(round)});
         for (int kill = 0; kill < 3; ++kill) {
             PrinterProcessor receiver(sandbox, {"--inbox"_q, inbox});
             std::this_thread::sleep_for(std::chrono::milliseconds(random() % 400));

@@ -5,8 +5,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <vector>
-
 namespace
 {
 // Another group than the usual that this user may give a file to; the usual where he has no other.
@@ -34,31 +32,26 @@ private:
 
 TEST(RightsTest, WhatArrivesIsForWhomTheInboxIs)
 {
-    const struct
-    {
-        mode_t mask;
-        const char* option;
-        mode_t file, folder;
-    } cases[] = {
+    const std::tuple<mode_t, const char*, mode_t, mode_t> cases[] = {
         {0022, "", 0644, 0755},           {0007, "", 0660, 0770},
         {0077, "", 0600, 0700},           {0077, "--mode|0640", 0640, 0750},
         {0022, "--mode|604", 0604, 0705},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.mask);
-        SCOPED_TRACE(test.option);
-        const UmaskOf mask(test.mask);
+    for (const auto& [masked, option, file, folder] : cases) {
+        SCOPED_TRACE(masked);
+        SCOPED_TRACE(option);
+        const UmaskOf mask(masked);
         const Sandbox sandbox;
         const QString inbox = sandbox.GetPath("new/in"_q);
         WriteFile(sandbox.GetPath("job/sub/a.pdf"_q), "1");
         QFile::setPermissions(sandbox.GetPath("job/sub/a.pdf"_q), QFile::ReadOwner);
         QStringList call = {"--inbox"_q, inbox};
-        if (*test.option != '\0')
-            call += QString::fromLatin1(test.option).split(QLatin1Char('|'));
+        if (*option != '\0')
+            call += QString::fromLatin1(option).split(QLatin1Char('|'));
         PrinterProcessor receiver(sandbox, call);
         struct stat status = {};
         ASSERT_EQ(stat(inbox.toUtf8().constData(), &status), 0);
-        EXPECT_EQ(status.st_mode & 0777, 0777 & ~test.mask) << "of the inbox, which is made";
+        EXPECT_EQ(status.st_mode & 0777, 0777 & ~masked) << "of the inbox, which is made";
         ASSERT_EQ(stat((inbox + "/.printer-processor"_q).toUtf8().constData(), &status), 0);
         EXPECT_EQ(status.st_mode & 0777, 0700U);
         ASSERT_EQ(chown(inbox.toUtf8().constData(), static_cast<uid_t>(-1), GetOtherGroup()), 0);
@@ -67,7 +60,7 @@ TEST(RightsTest, WhatArrivesIsForWhomTheInboxIs)
         for (const char* name : {"", "/sub", "/sub/a.pdf"}) {
             ASSERT_EQ(stat((saved + QLatin1String(name)).toUtf8().constData(), &status), 0);
             EXPECT_EQ(status.st_gid, GetOtherGroup()) << name;
-            EXPECT_EQ(status.st_mode & 0777, S_ISDIR(status.st_mode) ? test.folder : test.file) << name;
+            EXPECT_EQ(status.st_mode & 0777, S_ISDIR(status.st_mode) ? folder : file) << name;
         }
     }
 }

@@ -6,10 +6,8 @@
 #include <sddl.h>
 #include <windows.h>
 
-namespace
-{
 // Whether everybody may read it.
-bool IsOpenToAll(const QString& path)
+static bool IsOpenToAll(const QString& path)
 {
     std::wstring name = QDir::toNativeSeparators(path).toStdWString();
     PACL list = nullptr;
@@ -33,7 +31,7 @@ bool IsOpenToAll(const QString& path)
     return isOpen;
 }
 
-bool SetRights(const QString& path, const wchar_t* text)
+static bool SetRights(const QString& path, const wchar_t* text)
 {
     PSECURITY_DESCRIPTOR descriptor = nullptr;
     std::wstring name = QDir::toNativeSeparators(path).toStdWString();
@@ -43,7 +41,6 @@ bool SetRights(const QString& path, const wchar_t* text)
     LocalFree(descriptor);
     return isSet;
 }
-}  // namespace
 
 TEST(RightsTest, WhatArrivesIsForWhomTheInboxIs)
 {

@@ -2,17 +2,16 @@
 #include "foundation/ipc/GPPIPCReceiver.h"
 #include "foundation/system/GProcessInfo.h"
 #include "hopbox/HopboxHandOff.h"
-#include "tests/support/Sandbox.h"
+#include "tests/support/ChildProcess.h"
 #include "tests/support/Test.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 
 // The sample that was written from the channel's page: it shows that the page says what the channel does.
 namespace
 {
-class SampleReceiver
+class SampleReceiver : public ChildProcess
 {
 public:
     explicit SampleReceiver(const QStringList& arguments)
@@ -22,21 +21,9 @@ public:
         EXPECT_TRUE(ReadLine().startsWith("ready as process "));
         mProcess.setReadChannel(QProcess::StandardOutput);
     }
-
     uint32_t GetID() const { return static_cast<uint32_t>(mProcess.processId()); }
     QJsonObject ReadMessage() { return QJsonDocument::fromJson(ReadLine()).object(); }
-    int WaitForEnd() { return mProcess.waitForFinished() ? mProcess.exitCode() : -1; }
     void Stop() { mProcess.terminate(); }
-
-private:
-    QByteArray ReadLine()
-    {
-        while (!mProcess.canReadLine() && mProcess.waitForReadyRead()) {
-        }
-        return mProcess.readLine();
-    }
-
-    QProcess mProcess;
 };
 }  // namespace
 
@@ -57,7 +44,7 @@ TEST(SampleReceiver, TakesWhatTheProductSendsBesideAReceiverOfOurs)
         manager->Post(sample.GetID(), 7, payload);
         EXPECT_EQ(sample.ReadMessage().value("payload"_q).toString().toUtf8(), payload) << number;
     }
-    EXPECT_EQ(sample.WaitForEnd(), 0);
+    EXPECT_EQ(sample.WaitForExit(), 0);
     EXPECT_EQ(manager->GetReceiverState(GProcessInfo::GetOwnProcessID()), GPPIPCState::Reachable);
 }
 
@@ -67,6 +54,6 @@ TEST(SampleReceiver, LeavesNothingWhenItIsStopped)
     SampleReceiver sample({});
     EXPECT_EQ(GPPIPCManager::Get()->GetReceiverState(sample.GetID()), GPPIPCState::Reachable);
     sample.Stop();
-    EXPECT_EQ(sample.WaitForEnd(), 0);
+    EXPECT_EQ(sample.WaitForExit(), 0);
     EXPECT_EQ(ReadTree(sandbox.GetPath()).keys().filter("Morvane_"_q), QStringList());
 }

@@ -4,7 +4,6 @@
 #include "tests/support/PrinterProcessor.h"
 #include "tests/support/Test.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QJsonDocument>
 
