@@ -233,11 +233,7 @@ TEST_F(LayoutHost, ExportsWithoutAnImageOnlyWhenItIsForced)
 
 TEST_F(LayoutHost, RefusesACallThatIsNone)
 {
-    const struct
-    {
-        QStringList call;
-        const char* error;
-    } cases[] = {
+    const std::pair<QStringList, const char*> cases[] = {
         {"--export|a.sla"_list, "--hopbox NAME is missing."},
         {"--hopbox|Press"_list, "\"--hopbox\" needs \"--export\" or \"--export-book\"."},
         {"--force"_list, "\"--force\" needs \"--export\" or \"--export-book\"."},
@@ -252,12 +248,12 @@ TEST_F(LayoutHost, RefusesACallThatIsNone)
         {"--check-job-options|a|a.sla"_list, "\"--check-job-options\" stands alone."},
         {"--export|a.sla|--hopbox|Press|--page"_list, "no option \"--page\". Did you mean \"--pages\"?"},
     };
-    for (const auto& test : cases) {
-        Program program(GetProgramPath("layout-host"), test.call);
-        EXPECT_EQ(program.GetStatus(), 2) << test.error;
+    for (const auto& [call, message] : cases) {
+        Program program(GetProgramPath("layout-host"), call);
+        EXPECT_EQ(program.GetStatus(), 2) << message;
         EXPECT_EQ(program.GetOutput(), QByteArray());
         const QByteArray error = program.GetError();
-        EXPECT_TRUE(error.startsWith("layout-host: ") && error.contains(test.error)) << error.toStdString();
+        EXPECT_TRUE(error.startsWith("layout-host: ") && error.contains(message)) << error.toStdString();
     }
     for (const char* call : {"--help", "--version", "--manual", "--completion=fish"}) {
         Program program(GetProgramPath("layout-host"), {QLatin1String(call)});
@@ -269,24 +265,20 @@ TEST_F(LayoutHost, RefusesACallThatIsNone)
 TEST_F(LayoutHost, TellsWhichJobOptionsItCanNotHonour)
 {
     const QString file = mSandbox.GetPath("b.joboptions"_q);
-    const struct
-    {
-        const char *content, *output, *error;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*> cases[] = {
         {"<< /CompatibilityLevel 1.4 >> setdistillerparams", "\"settings\": [\n    ]", ""},
         {"<< /OPM 0 >> setdistillerparams", "\"key\": \"OPM\"", ""},
         {"<< /CompatibilityLevel (x) >> setdistillerparams", "", "\"CompatibilityLevel\" takes a number"},
         {"Dear printer,", "", "line 1, column 1"},
         {nullptr, "", "No such file or directory"},
     };
-    for (const auto& test : cases) {
-        EXPECT_TRUE(test.content == nullptr ? QFile::remove(file) : WriteFile(file, test.content));
+    for (const auto& [content, output, message] : cases) {
+        EXPECT_TRUE(content == nullptr ? QFile::remove(file) : WriteFile(file, content));
         Program program(GetProgramPath("layout-host"), {"--check-job-options"_q, file});
-        EXPECT_EQ(program.GetStatus(), *test.error == '\0' ? 0 : 1);
-        EXPECT_TRUE(program.GetOutput().contains(test.output)) << test.output;
+        EXPECT_EQ(program.GetStatus(), *message == '\0' ? 0 : 1);
+        EXPECT_TRUE(program.GetOutput().contains(output)) << output;
         const QByteArray error = program.GetError();
-        EXPECT_TRUE(error.contains(test.error) && (*test.error == '\0') == error.isEmpty())
-            << error.toStdString();
+        EXPECT_TRUE(error.contains(message) && (*message == '\0') == error.isEmpty()) << error.toStdString();
         EXPECT_TRUE(error.isEmpty() ||
                     error.startsWith("layout-host: \"" + file.toUtf8() + "\" can't be used: "));
     }
@@ -300,14 +292,14 @@ protected:
     {
         const QString script = mSandbox.GetPath("scribus.sh"_q);
         mMarker = mSandbox.GetPath("started"_q);
-        EXPECT_TRUE(WriteFile(script, QStringLiteral("#!/bin/sh\n"
-                                                     "case \"$*\" in\n"
-                                                     "*'\"operation\":\"pdf\"'*) : > '%1'; exec sleep 600;;\n"
-                                                     "esac\n"
-                                                     "exec /usr/bin/scribus \"$@\"\n")
-                                          .arg(mMarker)
-                                          .toUtf8()));
-        QFile::setPermissions(script, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        EXPECT_TRUE(
+            WriteProgram(script, QStringLiteral("#!/bin/sh\n"
+                                                "case \"$*\" in\n"
+                                                "*'\"operation\":\"pdf\"'*) : > '%1'; exec sleep 600;;\n"
+                                                "esac\n"
+                                                "exec /usr/bin/scribus \"$@\"\n")
+                                     .arg(mMarker)
+                                     .toUtf8()));
         mEnvironment.insert("LAYOUT_HOST_SCRIBUS"_q, script);
     }
 

@@ -1,8 +1,6 @@
 #include "hosts/scribus/books/BookFile.h"
 #include "tests/support/Test.h"
 
-namespace
-{
 TEST(BookFileTest, ABookKeepsItsDocumentsWhereverItsFolderGoes)
 {
     const Sandbox sandbox;
@@ -51,4 +49,3 @@ TEST(BookFileTest, ABookKeepsItsDocumentsWhereverItsFolderGoes)
         EXPECT_FALSE(BookFile::Read(sandbox.GetPath("bad.slabook"_q), moved).HasSucceeded()) << bad;
     }
 }
-}  // namespace

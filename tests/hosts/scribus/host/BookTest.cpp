@@ -8,8 +8,6 @@
 #include <QProcess>
 #include <QRegularExpression>
 
-namespace
-{
 class BookTest : public EngineFixture
 {
 protected:
@@ -50,13 +48,9 @@ protected:
                    .arg(start);
     }
 
-    // What a program prints.
     static QString Run(const QString& program, const QStringList& arguments)
     {
-        QProcess process;
-        process.start(program, arguments);
-        process.waitForFinished();
-        return QString::fromUtf8(process.readAllStandardOutput());
+        return QString::fromUtf8(RunProgram(program, arguments));
     }
 
     // A PDF's bookmarks by title and page, from 1; those of a document in brackets behind its own.
@@ -91,11 +85,11 @@ TEST_F(BookTest, ABookBecomesOnePdfInItsOrder)
     MakeDocument("book/three.sla"_q, 1, QString(), 300);
     const QString output = GetOutput("a book.pdf"_q);
     OpenBook("three.sla|one.sla|two & 2.sla|three.sla"_list);
-    ASSERT_EQ(ExportBook(output), cSuccess) << mHost->GetLastFailure().toStdString();
+    ASSERT_EQ(ExportBook(output), cSuccess);
     EXPECT_EQ(GetPageWidths(output), "313|413|213|213|313"_list);
     EXPECT_EQ(mFrontend.steps, 5);
     MakeDocument("book/one.sla"_q, 1, QString(), 100);
-    ASSERT_EQ(ExportBook(output, cForX), cSuccess) << mHost->GetLastFailure().toStdString();
+    ASSERT_EQ(ExportBook(output, cForX), cSuccess);
     EXPECT_EQ(GetPageWidths(output), "313|113|213|213|313"_list);
     EXPECT_TRUE(ReadFile(output).contains("/GTS_PDFX"));
 
@@ -123,26 +117,20 @@ TEST_F(BookTest, PagesAreNumberedOnUnderTheBooksTitleAndBookmarks)
                  "<Sections>"_q + MakeSection(0, 1, "Type_1_2_3"_q, 1) +
                      MakeSection(2, 2, "Type_1_2_3"_q, 3) + MakeSection(3, 3, "Type_1_2_3"_q, 50) +
                      "</Sections>"_q + MakeNumberFrame(0, "Second"_q) + MakeNumberFrame(2, "Third"_q));
-    const struct
-    {
-        bool isNumberedOn;
-        const char* text;
-        const char* labels;
-    } cases[] = {{true, "First ii|Second 3|Third 5|Second 51|Third 53", "i,ii,3+,50,51+,50"},
-                 {false, "First ii|Second 1|Third 3|Second 1|Third 3", "i,ii,1+,50,1+,50"}};
-    for (const auto& item : cases) {
-        OpenBook("one.sla|two.sla|two.sla"_list)->SetNumberedOn(item.isNumberedOn);
+    const std::tuple<bool, const char*, const char*> cases[] = {
+        {true, "First ii|Second 3|Third 5|Second 51|Third 53", "i,ii,3+,50,51+,50"},
+        {false, "First ii|Second 1|Third 3|Second 1|Third 3", "i,ii,1+,50,1+,50"}};
+    for (const auto& [isNumberedOn, words, numbers] : cases) {
+        OpenBook("one.sla|two.sla|two.sla"_list)->SetNumberedOn(isNumberedOn);
         const QString output = GetOutput("a book.pdf"_q);
-        ASSERT_EQ(ExportBook(output, "/OtherNamespaces [<< /IncludeBookmarks true >>]"), cSuccess)
-            << mHost->GetLastFailure().toStdString();
+        ASSERT_EQ(ExportBook(output, "/OtherNamespaces [<< /IncludeBookmarks true >>]"), cSuccess);
         EXPECT_EQ(QProcess::execute("qpdf"_q, {"--check"_q, output}), 0);
         EXPECT_EQ(Run("pdftotext"_q, {output, "-"_q}).simplified().remove(QLatin1Char('\f')),
-                  QString(QLatin1String(item.text)).replace(QLatin1Char('|'), QLatin1Char(' ')));
+                  QString(QLatin1String(words)).replace(QLatin1Char('|'), QLatin1Char(' ')));
         EXPECT_TRUE(Run("pdfinfo"_q, {output}).contains(QRegularExpression("Title: +a book\n"_q)));
         const QJsonObject facts =
-            QJsonDocument::fromJson(
-                Run("qpdf"_q, {"--json=1"_q, "--json-key=outlines"_q, "--json-key=pagelabels"_q, output})
-                    .toUtf8())
+            QJsonDocument::fromJson(RunProgram("qpdf"_q, {"--json=1"_q, "--json-key=outlines"_q,
+                                                          "--json-key=pagelabels"_q, output}))
                 .object();
         EXPECT_EQ(DescribeOutlines(facts["outlines"_q].toArray()),
                   "one.sla 1 (First 2), two.sla 3 (Second 3, Third 5), two.sla 7 (Second 7, Third 9)"_q);
@@ -151,8 +139,7 @@ TEST_F(BookTest, PagesAreNumberedOnUnderTheBooksTitleAndBookmarks)
             labels.append(label["label"_q]["/P"_q].isString()
                               ? label["label"_q]["/P"_q].toString().remove("u:"_q)
                               : QString::number(label["label"_q]["/St"_q].toInt()));
-        EXPECT_EQ(labels.join(QLatin1Char(',')),
-                  QString(QLatin1String(item.labels)).remove(QLatin1Char('+')));
+        EXPECT_EQ(labels.join(QLatin1Char(',')), QString(QLatin1String(numbers)).remove(QLatin1Char('+')));
     }
 }
 
@@ -169,15 +156,13 @@ TEST_F(BookTest, PartsForDifferentPressesAreNoBook)
     MakeDocument("book/two.sla"_q, 1, pdf.arg(presses[1]));
     OpenBook("one.sla|two.sla"_list);
     EXPECT_EQ(ExportBook(GetOutput("a.pdf"_q), "/CheckCompliance [/PDFX3:2003]"), cFailure);
-    EXPECT_TRUE(mHost->GetLastFailure().contains("\"two.sla\" can't be a part"_q))
-        << mHost->GetLastFailure().toStdString();
+    EXPECT_TRUE(mHost->GetLastFailure().contains("\"two.sla\" can't be a part"_q));
     EXPECT_EQ(ListOutput(), QStringList());
     EXPECT_EQ(ExportBook(GetOutput("a.pdf"_q), cForX), cSuccess) << "one press for all";
     EXPECT_EQ(ExportBook(GetOutput("b.pdf"_q),
                          "/CheckCompliance [/PDFX4:2010] /PDFXOutputIntentProfile "
                          "(ISO Coated v2 300% \\(basICColor\\))"),
-              cSuccess)
-        << mHost->GetLastFailure().toStdString();
+              cSuccess);
     EXPECT_TRUE(Run("pdfinfo"_q, {"-meta"_q, GetOutput("b.pdf"_q)}).contains(">a book</rdf:li>"_q));
 }
 
@@ -223,11 +208,7 @@ TEST_F(BookTest, AllDocumentsAreAskedAboutInOneStart)
     OpenBook("one.sla|two.sla"_list);
     MakeDocument("book/two.sla"_q, 1);
     mFrontend.onWait = [] { return true; };
-    struct Observer final : ICancelObserver
-    {
-        void OnCommandCancelled() override { ++count; }
-        int count = 0;
-    } observer;
+    CancelCounter observer;
     mHost->SetCancelObserver(&observer);
     EXPECT_EQ(check("two.sla").left(7), "failed:"_q);
     EXPECT_EQ(observer.count, 1);
@@ -250,7 +231,7 @@ TEST_F(BookTest, APackagedBookOpensElsewhere)
     MakeDocument("book/other/one.sla"_q, 2, MakeImageFrame("../../images/picture.png"_q));
     OpenBook("one.sla|other/one.sla|one.sla"_list);
     const QString folder = GetOutput("a book Folder"_q);
-    ASSERT_EQ(PackageBook(folder), cSuccess) << mHost->GetLastFailure().toStdString();
+    ASSERT_EQ(PackageBook(folder), cSuccess);
     EXPECT_EQ(QDir(folder).entryList(QDir::Files), "a book.slabook|one-2.sla|one.sla"_list);
     const QString moved = MoveAway(folder, "book|images"_list);
     const GResult opened = mHost->OpenBook(moved + "a book.slabook"_q);
@@ -264,4 +245,3 @@ TEST_F(BookTest, APackagedBookOpensElsewhere)
     EXPECT_EQ(PackageBook(GetOutput("b Folder"_q)), cFailure);
     EXPECT_EQ(ListOutput(), QStringList());
 }
-}  // namespace

@@ -3,11 +3,7 @@
 
 #include <QImage>
 
-namespace
-{
-class DocumentTest : public EngineFixture
-{
-};
+using DocumentTest = EngineFixture;
 
 TEST_F(DocumentTest, ScribusIsAskedOnceForEachStateOfTheFile)
 {
@@ -74,8 +70,7 @@ TEST_F(DocumentTest, WhatScribusSaidIsKnownAtTheNextStartOfTheProgram)
         EXPECT_EQ(mHost->GetActiveDocument()->GetInfo()->links.value(0).path,
                   mSandbox.GetPath("image.png"_q));
         // The colours are no profile's, so that the export needs the document as Scribus keeps it.
-        ASSERT_EQ(Export(output, "/ColorConversionStrategy /LeaveColorUnchanged"), cSuccess)
-            << mHost->GetLastFailure().toStdString();
+        ASSERT_EQ(Export(output, "/ColorConversionStrategy /LeaveColorUnchanged"), cSuccess);
         EXPECT_LE(GetStarts() - before, starts + (starts == 2 ? 1 : 0));
         EXPECT_GE(GetStarts() - before, starts);
     }
@@ -134,4 +129,3 @@ TEST_F(DocumentTest, ANewDocumentKeepsItsLinksWhereverItIsSaved)
     EXPECT_EQ(document->GetInfo()->links[0].path, mSandbox.GetPath("images/image.png"_q));
     EXPECT_FALSE(document->GetInfo()->links[0].isMissing);
 }
-}  // namespace

@@ -5,7 +5,6 @@
 #include <QColor>
 #include <QImage>
 #include <QProcess>
-#include <QRectF>
 
 #include <unistd.h>
 
@@ -16,13 +15,18 @@ static void ApplySettings(PackageSetting last, IPackageCommand& package)
         package.SetSetting(static_cast<PackageSetting>(i), settings[i]);
 }
 
-PdfFacts PdfFacts::Read(const QString& path)
+QByteArray RunProgram(const QString& program, const QStringList& arguments)
 {
     QProcess process;
-    process.start(QStringLiteral("pdfinfo"), {QStringLiteral("-box"), path});
-    process.waitForFinished();
+    process.start(program, arguments);
+    EXPECT_TRUE(process.waitForFinished(120000)) << program.toStdString();
+    return process.readAllStandardOutput();
+}
+
+PdfFacts PdfFacts::Read(const QString& path)
+{
     PdfFacts facts;
-    const QString text = QString::fromUtf8(process.readAllStandardOutput());
+    const QString text = QString::fromUtf8(RunProgram("pdfinfo"_q, {"-box"_q, path}));
     for (const QString& line : text.split(QLatin1Char('\n'))) {
         const QString key = line.section(QLatin1Char(':'), 0, 0);
         const QString value = line.section(QLatin1Char(':'), 1).simplified();
@@ -151,6 +155,14 @@ void EngineFixture::RestartHost(const ScribusSetup& setup)
     mHost->SetFrontend(&mFrontend);
 }
 
+void EngineFixture::RestartHost(const QByteArray& program)
+{
+    ScribusSetup setup = GetSetup();
+    setup.scribus = mSandbox.GetPath("scribus"_q);
+    EXPECT_TRUE(ReadFile(setup.scribus) == program || WriteProgram(setup.scribus, program));
+    RestartHost(setup);
+}
+
 QString EngineFixture::MakeJobOptions(const QByteArray& settings)
 {
     const QString path = mSandbox.GetPath(QStringLiteral("test.joboptions"));
@@ -218,23 +230,12 @@ ErrorCode EngineFixture::PackageBook(const QString& folder)
 
 void EngineFixture::CountStarts()
 {
-    const QString program = mSandbox.GetPath("scribus"_q);
-    if (!QFile::exists(program))
-        WriteFile(program, "#!/bin/sh\necho >> '" + QFile::encodeName(mSandbox.GetPath("starts"_q)) +
-                               "'\nexec /usr/bin/scribus \"$@\"\n");
-    QFile::setPermissions(program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    ScribusSetup setup = GetSetup();
-    setup.scribus = program;
-    RestartHost(setup);
+    RestartHost("#!/bin/sh\necho >> '" + QFile::encodeName(mSandbox.GetPath("starts"_q)) +
+                "'\nexec /usr/bin/scribus \"$@\"\n");
 }
 
 void EngineFixture::Open(const QString& path)
 {
     const GResult opened = mHost->OpenDocument(path);
     ASSERT_TRUE(opened.HasSucceeded()) << opened.GetReason().toStdString();
-}
-
-QStringList EngineFixture::ListOutput() const
-{
-    return QDir(mSandbox.GetPath(QStringLiteral("out"))).entryList(QDir::NoDotAndDotDot | QDir::AllEntries);
 }

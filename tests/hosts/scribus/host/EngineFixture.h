@@ -2,12 +2,11 @@
 
 #include "hosts/scribus/host/ScribusHost.h"
 #include "hosts/scribus/runner/IHostFrontend.h"
+#include "tests/support/FailureNote.h"
 #include "tests/support/LogRecorder.h"
 #include "tests/support/Test.h"
 
 #include <QRectF>
-
-#include <functional>
 
 // A frontend that records and does what a test wants.
 class RecordingFrontend : public IHostFrontend
@@ -36,6 +35,16 @@ public:
     QStringList asked;  // problems, about which this is the answer
     Decision decision = Decision::Refuse;
 };
+
+// Counts how often the user is said to have cancelled.
+struct CancelCounter final : ICancelObserver
+{
+    void OnCommandCancelled() override { ++count; }
+    int count = 0;
+};
+
+// What another program prints.
+QByteArray RunProgram(const QString& program, const QStringList& arguments);
 
 // What the boxes of a page are, in points, and what else pdfinfo says of a PDF.
 struct PdfFacts
@@ -101,16 +110,21 @@ protected:
     // A host in the place of the first one, with another setup.
     void RestartHost(const ScribusSetup& setup);
 
+    // The same with a program in the place of Scribus.
+    void RestartHost(const QByteArray& program);
     // The same with a Scribus that leaves a line for each time it is started.
     void CountStarts();
     int GetStarts() const { return ReadFile(mSandbox.GetPath("starts"_q)).count('\n'); }
 
     void Open(const QString& path);
-    QStringList ListOutput() const;  // the names in the output folder
+    // The notes in the report of the last export.
+    QStringList GetNotes() const { return mHost->GetLastReport()["notes"_q].toVariant().toStringList(); }
+    QStringList ListOutput() const { return ListFolder(mSandbox.GetPath("out"_q)); }
     QString GetOutput(const QString& name) const { return mSandbox.GetPath(QStringLiteral("out/") + name); }
 
     Sandbox mSandbox;
     std::shared_ptr<LogRecorder> mLog;
     RecordingFrontend mFrontend;
     std::unique_ptr<ScribusHost> mHost;
+    const FailureNote mNote{[this] { return mHost ? mHost->GetLastFailure().toStdString() : std::string(); }};
 };

@@ -23,39 +23,27 @@ protected:
     void ExpectFailure(const char* reason, const Adjust& adjust = nullptr, const QByteArray& settings = "")
     {
         EXPECT_EQ(Export(GetOutput("a.pdf"_q), settings, {}, adjust), cFailure) << reason;
-        EXPECT_TRUE(mHost->GetLastFailure().contains(QLatin1String(reason)))
-            << reason << ": " << mHost->GetLastFailure().toStdString();
+        EXPECT_TRUE(mHost->GetLastFailure().contains(QLatin1String(reason))) << reason;
         EXPECT_FALSE(mLog->TakeErrors().isEmpty());
         EXPECT_EQ(ListOutput(), QStringList()) << reason;
     }
 
     // A program that does what the Python text says with a request for a PDF (or that operation), as
     // `request`, and leaves others to Scribus.
-    ScribusSetup MakeFaultyScribus(const QByteArray& python, const QByteArray& operation = "pdf")
+    void UseFaultyScribus(const QByteArray& python, const QByteArray& operation = "pdf")
     {
-        const QString path = mSandbox.GetPath("scribus"_q);
-        WriteFile(path,
-                  "#!/usr/bin/python3\n"
-                  "import json, os, signal, sys, time\n"
-                  "if sys.argv[-1] == '-pi': os.execv('/usr/bin/scribus', sys.argv)\n"
-                  "request = json.loads(sys.argv[-1])\n"
-                  "if request['operation'] != '" +
-                      operation +
-                      "': os.execv('/usr/bin/scribus', sys.argv)\n"
-                      "if 'output' in request: output = open(request['output'], 'w')\n"
-                      "def answer(): open(request['answer'], 'w').write('{}')\n" +
-                      python + "\n");
-        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        ScribusSetup setup = GetSetup();
-        setup.scribus = path;
-        return setup;
+        RestartHost(
+            "#!/usr/bin/python3\n"
+            "import json, os, signal, sys, time\n"
+            "if sys.argv[-1] == '-pi': os.execv('/usr/bin/scribus', sys.argv)\n"
+            "request = json.loads(sys.argv[-1])\n"
+            "if request['operation'] != '" +
+            operation +
+            "': os.execv('/usr/bin/scribus', sys.argv)\n"
+            "if 'output' in request: output = open(request['output'], 'w')\n"
+            "def answer(): open(request['answer'], 'w').write('{}')\n" +
+            python + "\n");
     }
-};
-
-struct CancelCounter final : ICancelObserver
-{
-    void OnCommandCancelled() override { ++count; }
-    int count = 0;
 };
 
 TEST_F(ExportFaultsTest, ADocumentThatChangesOrGoesIsNotExported)
@@ -108,11 +96,7 @@ TEST_F(ExportFaultsTest, AScribusThatIsKilledOrCancelledLeavesNothing)
 
 TEST_F(ExportFaultsTest, AScribusThatFailsOrLiesIsFoundOut)
 {
-    const struct
-    {
-        QByteArray python;
-        const char* reason;
-    } cases[] = {
+    const std::pair<QByteArray, const char*> cases[] = {
         {"output.write('%PDF-1.4'); output.flush(); os.kill(os.getpid(), signal.SIGSEGV)",
          "was killed or crashed"},
         {"print('the last line'); sys.exit(0)", "scribus failed (0)."},
@@ -126,12 +110,12 @@ TEST_F(ExportFaultsTest, AScribusThatFailsOrLiesIsFoundOut)
         {"time.sleep(100)", "took more than 1 s"},
     };
     const QString path = MakeDocument("a.sla"_q, 1);
-    for (const auto& item : cases) {
-        RestartHost(MakeFaultyScribus(item.python));
+    for (const auto& [python, reason] : cases) {
+        UseFaultyScribus(python);
         Open(path);
-        if (item.python.contains("sleep"))
+        if (python.contains("sleep"))
             mHost->GetRunner().SetTimeLimit(1);
-        ExpectFailure(item.reason);
+        ExpectFailure(reason);
     }
     ScribusSetup missing = GetSetup();
     missing.scribus = "/nowhere/scribus"_q;
@@ -142,36 +126,30 @@ TEST_F(ExportFaultsTest, AScribusThatFailsOrLiesIsFoundOut)
 TEST_F(ExportFaultsTest, AScribusThatWaitsForAnAnswerIsEndedAndOneThatWorksIsNot)
 {
     const QString path = MakeDocument("a.sla"_q, 1);
-    RestartHost(MakeFaultyScribus("time.sleep(100)", "info"));
+    UseFaultyScribus("time.sleep(100)", "info");
     QElapsedTimer time;
     time.start();
     EXPECT_EQ(mHost->OpenDocument(path).GetReason(),
               "Scribus shows a dialog that nobody can see while it opens the document; it was ended."_q);
     EXPECT_LT(time.elapsed(), 15000);
-    RestartHost(
-        MakeFaultyScribus("end = time.time() + 10\nwhile time.time() < end: pass\n"
-                          "os.execv('/usr/bin/scribus', sys.argv)",
-                          "info"));
+    UseFaultyScribus(
+        "end = time.time() + 10\nwhile time.time() < end: pass\nos.execv('/usr/bin/scribus', sys.argv)",
+        "info");
     EXPECT_EQ(mHost->OpenDocument(path).GetReason(), QString());
 }
 
 TEST_F(ExportFaultsTest, AWholePdfThatIsNotWhatWasAskedForIsFoundOut)
 {
-    const struct
-    {
-        QByteArray change;  // of the request
-        const char* settings;
-        const char* reason;
-    } cases[] = {
+    // change: of the request
+    const std::tuple<QByteArray, const char*, const char*> cases[] = {
         {"request['pages'] = [1]", "", "a PDF of 1 pages in the place of 2"},
         {"request['options']['version'] = 14", cForX, "does not bear the mark of PDF/X"},
     };
     const QString path = MakeDocument("a.sla"_q, 2);
-    for (const auto& item : cases) {
-        RestartHost(MakeFaultyScribus(
-            item.change + "\nos.execv('/usr/bin/scribus', sys.argv[:-1] + [json.dumps(request)])"));
+    for (const auto& [change, settings, reason] : cases) {
+        UseFaultyScribus(change + "\nos.execv('/usr/bin/scribus', sys.argv[:-1] + [json.dumps(request)])");
         Open(path);
-        ExpectFailure(item.reason, nullptr, item.settings);
+        ExpectFailure(reason, nullptr, settings);
     }
 }
 

@@ -7,11 +7,9 @@ namespace
 // The dots per inch and the coding of the images of a PDF, as "72 jpeg".
 QStringList GetImages(const QString& path)
 {
-    QProcess process;
-    process.start("pdfimages"_q, {"-list"_q, path});
-    process.waitForFinished();
     QStringList images;
-    for (const QString& line : QString::fromUtf8(process.readAllStandardOutput()).split(QLatin1Char('\n'))) {
+    for (const QString& line :
+         QString::fromUtf8(RunProgram("pdfimages"_q, {"-list"_q, path})).split(QLatin1Char('\n'))) {
         const QStringList columns = line.simplified().split(QLatin1Char(' '));
         if (columns.value(2) == "image"_q)
             images.append(columns.value(12) + QLatin1Char(' ') + columns.value(8));
@@ -19,16 +17,14 @@ QStringList GetImages(const QString& path)
     return images;
 }
 
-class ExportTest : public EngineFixture
-{
-};
+using ExportTest = EngineFixture;
 
 TEST_F(ExportTest, PagesComeInTheOrderOfTheRange)
 {
     Open(MakeDocument("a & 'b' \"c\" $(d) \u00e9.sla"_q, 3));
     const QString all = GetOutput("all.pdf"_q);
     const QString some = GetOutput("some #%20.pdf"_q);
-    ASSERT_EQ(Export(all), cSuccess) << mHost->GetLastFailure().toStdString();
+    ASSERT_EQ(Export(all), cSuccess);
     ASSERT_EQ(Export(some, "/CompatibilityLevel 1.3", "3,1-2,3"_q), cSuccess);
     EXPECT_EQ(PdfFacts::Read(all).pageCount, 3);
     EXPECT_EQ(PdfFacts::Read(some).pageCount, 4);
@@ -69,8 +65,7 @@ TEST_F(ExportTest, BoxesShowTheBleedAndTheRoomForMarks)
                              preferences.SetLength(PDFLength::BleedInside, item.bleed[2]);
                              preferences.SetLength(PDFLength::BleedOutside, item.bleed[3]);
                          }),
-                  cSuccess)
-            << mHost->GetLastFailure().toStdString();
+                  cSuccess);
         const PdfFacts facts = PdfFacts::Read(output);
         const QRectF trim = facts.boxes["TrimBox"_q];
         const auto expectAround = [&](const char* box, const double(&margins)[4]) {
@@ -106,12 +101,8 @@ TEST_F(ExportTest, TwoJobOptionsMakeTwoDifferentFiles)
 
 TEST_F(ExportTest, PdfXIsMadeOnlyWhereTheDocumentCanBeOne)
 {
-    const struct
-    {
-        QByteArray kind;
-        const char* profile;
-        const char* reason;  // a part of it; null for success
-    } cases[] = {
+    // reason: a part of it; null for success
+    const std::tuple<QByteArray, const char*, const char*> cases[] = {
         {"/PDFX3:2003", "ISO Coated v2 300% (basICColor)", nullptr},
         {"/PDFX1a:2001", "ISO Coated v2 300% (basICColor)", nullptr},
         {"/PDFX4:2010", "ISO Coated v2 300% (basICColor)", nullptr},
@@ -123,15 +114,15 @@ TEST_F(ExportTest, PdfXIsMadeOnlyWhereTheDocumentCanBeOne)
     Open(MakeDocument(
         "a.sla"_q, 1,
         "<PDF Version='14' PrintP=\"The document's own\" InfoString=''/>"_q + MakeImageFrame("image.png"_q)));
-    for (const auto& item : cases) {
-        const QByteArray settings = "/CheckCompliance [" + item.kind + "] /PDFXOutputIntentProfile <" +
-                                    QByteArray(item.profile).toHex() + ">";
+    for (const auto& [kind, profile, reason] : cases) {
+        const QByteArray settings =
+            "/CheckCompliance [" + kind + "] /PDFXOutputIntentProfile <" + QByteArray(profile).toHex() + ">";
         const QString output = GetOutput("x.pdf"_q);
         const bool isMade = Export(output, settings) == cSuccess;
-        EXPECT_EQ(isMade, item.reason == nullptr) << mHost->GetLastFailure().toStdString();
+        EXPECT_EQ(isMade, reason == nullptr);
         EXPECT_EQ(QFile::exists(output), isMade);
         EXPECT_EQ(ReadFile(output).contains("/GTS_PDFX"), isMade);
-        EXPECT_TRUE(mHost->GetLastFailure().contains(QLatin1String(isMade ? "" : item.reason)));
+        EXPECT_TRUE(mHost->GetLastFailure().contains(QLatin1String(isMade ? "" : reason)));
         EXPECT_EQ(mLog->TakeErrors().isEmpty(), isMade);
         QFile::remove(output);
     }

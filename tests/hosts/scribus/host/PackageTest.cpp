@@ -4,11 +4,7 @@
 #include <QJsonArray>
 #include <QProcess>
 
-namespace
-{
-class PackageTest : public EngineFixture
-{
-};
+using PackageTest = EngineFixture;
 
 TEST_F(PackageTest, APackageOpensElsewhereWithoutItsOriginals)
 {
@@ -32,7 +28,7 @@ TEST_F(PackageTest, APackageOpensElsewhereWithoutItsOriginals)
                                                              {"answer"_q, "not possible"_q},
                                                              {"note"_q, "it is cut off"_q}}}},
                        {"notes"_q, QJsonArray{"A note."_q}}});
-    ASSERT_EQ(PackageDocument(folder), cSuccess) << mHost->GetLastFailure().toStdString();
+    ASSERT_EQ(PackageDocument(folder), cSuccess);
     EXPECT_EQ(PackageDocument(folder), cFailure) << "a package went into one that is there";
     EXPECT_EQ(ReadFile(mSandbox.GetPath("documents/a document.sla"_q)), before);
 
@@ -58,11 +54,7 @@ TEST_F(PackageTest, APackageOpensElsewhereWithoutItsOriginals)
 // A large file is copied in one go: the user may have pressed Cancel since the last look.
 TEST_F(PackageTest, APackageThatIsCancelledWhileItsLastFileIsWrittenGoes)
 {
-    struct Observer final : ICancelObserver
-    {
-        void OnCommandCancelled() override { ++count; }
-        int count = 0;
-    } observer;
+    CancelCounter observer;
     mHost->SetCancelObserver(&observer);
     Open(MakeDocument("documents/a.sla"_q, 1));
     const QString folder = GetOutput("a Folder"_q);
@@ -71,7 +63,7 @@ TEST_F(PackageTest, APackageThatIsCancelledWhileItsLastFileIsWrittenGoes)
     EXPECT_FALSE(QFileInfo::exists(folder));
     EXPECT_EQ(observer.count, 1);
     mFrontend.onWait = nullptr;
-    EXPECT_EQ(PackageDocument(folder), cSuccess) << mHost->GetLastFailure().toStdString();
+    EXPECT_EQ(PackageDocument(folder), cSuccess);
     EXPECT_EQ(observer.count, 1);
     mHost->SetCancelObserver(nullptr);
 }
@@ -85,7 +77,7 @@ TEST_F(PackageTest, ThePackagedFontsServeWhereTheSystemHasNone)
     RestartHost(setup);
     Open(path);
     const QString folder = GetOutput("a Folder"_q);
-    ASSERT_EQ(PackageDocument(folder), cSuccess) << mHost->GetLastFailure().toStdString();
+    ASSERT_EQ(PackageDocument(folder), cSuccess);
     RestartHost(GetSetup());
     Open(path);
     EXPECT_EQ(mHost->GetActiveDocument()->GetInfo()->GetMissingFonts(), "DejaXu Sans Book"_list);
@@ -93,7 +85,7 @@ TEST_F(PackageTest, ThePackagedFontsServeWhereTheSystemHasNone)
     Open(MoveAway(folder, "documents|user fonts"_list) + "a.sla"_q);
     EXPECT_EQ(mHost->GetActiveDocument()->GetInfo()->GetMissingFonts(), QStringList());
     for (const char* settings : {"", cForX})
-        EXPECT_EQ(Export(GetOutput("a.pdf"_q), settings), cSuccess) << mHost->GetLastFailure().toStdString();
+        EXPECT_EQ(Export(GetOutput("a.pdf"_q), settings), cSuccess);
 }
 TEST_F(PackageTest, NamesOfAnyLengthAndProfilesOfImagesComeAlong)
 {
@@ -111,7 +103,7 @@ TEST_F(PackageTest, NamesOfAnyLengthAndProfilesOfImagesComeAlong)
     WriteFile(path, ReadFile(path).replace("UNITS=\"0\"", "UNITS=\"0\" HCMS=\"1\" DPuse=\"1\""));
     Open(path);
     const QString folder = mSandbox.GetPath("Temp/me/Press/a Folder"_q);
-    ASSERT_EQ(PackageDocument(folder), cSuccess) << mHost->GetLastFailure().toStdString();
+    ASSERT_EQ(PackageDocument(folder), cSuccess);
     EXPECT_TRUE(ReadFile(folder + "/Package Report.txt"_q).contains("\nHopbox: Press\n"));
     EXPECT_TRUE(QFileInfo::exists(folder + "/profiles/"_q + QFileInfo(profile.path).fileName()));
     EXPECT_TRUE(ReadFile(folder + "/Package Report.txt"_q).contains("\n  colour profile No such profile\n"));
@@ -123,4 +115,3 @@ TEST_F(PackageTest, NamesOfAnyLengthAndProfilesOfImagesComeAlong)
     for (const QString& link : links)
         EXPECT_TRUE(link.startsWith("images/"_q) && link.endsWith(".image.png"_q)) << link.toStdString();
 }
-}  // namespace

@@ -4,8 +4,6 @@
 
 // What is wrong with a document is told before it is exported, and somebody decides.
 
-namespace
-{
 class PreflightTest : public EngineFixture
 {
 protected:
@@ -14,14 +12,9 @@ protected:
     // A host whose Scribus leaves a file behind when it exports.
     void WatchExports()
     {
-        const QString program = mSandbox.GetPath("scribus"_q);
-        WriteFile(program, "#!/bin/sh\ncase \"$*\" in *'\"operation\":\"pdf\"'*) : > '" +
-                               QFile::encodeName(mSandbox.GetPath("ran"_q)) +
-                               "' ;; esac\nexec /usr/bin/scribus \"$@\"\n");
-        QFile::setPermissions(program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        ScribusSetup setup = GetSetup();
-        setup.scribus = program;
-        RestartHost(setup);
+        RestartHost("#!/bin/sh\ncase \"$*\" in *'\"operation\":\"pdf\"'*) : > '" +
+                    QFile::encodeName(mSandbox.GetPath("ran"_q)) +
+                    "' ;; esac\nexec /usr/bin/scribus \"$@\"\n");
     }
 };
 
@@ -61,15 +54,12 @@ TEST_F(PreflightTest, WhatIsMissingOrTooCoarseIsToldBeforeTheExportAndSomebodyDe
 
     mFrontend.decision = IHostFrontend::Decision::GoOn;
     mFrontend.asked.clear();
-    ASSERT_EQ(Export(GetOutput("a.pdf"_q), settings + "/Error", "2,1"_q), cSuccess)
-        << mHost->GetLastFailure().toStdString();
+    ASSERT_EQ(Export(GetOutput("a.pdf"_q), settings + "/Error", "2,1"_q), cSuccess);
     QStringList all = problems;
     all[0] = "\"master.png\" on page 2 is missing."_q;
     all.insert(3, "\"page2.png\" on page 2 is missing."_q);
     EXPECT_EQ(mFrontend.asked, all) << "each once, those that are seen in the PDF too";
-    QStringList notes;
-    for (const QJsonValue& note : mHost->GetLastReport()["notes"_q].toArray())
-        notes.append(note.toString());
+    const QStringList notes = GetNotes();
     for (const QString& problem : all)
         EXPECT_EQ(notes.count(problem), 1) << problem.toStdString();
     EXPECT_TRUE(HasStartedExport());
@@ -85,11 +75,10 @@ TEST_F(PreflightTest, OnlyAFontThatATextUsesIsTheDocuments)
     ASSERT_EQ(info->fonts.size(), 1);
     EXPECT_EQ(info->fonts[0].name, "DejaVu Sans Bold"_q);
     EXPECT_FALSE(info->fonts[0].file.isEmpty());
-    EXPECT_EQ(Export(GetOutput("a.pdf"_q)), cSuccess) << mHost->GetLastFailure().toStdString();
+    EXPECT_EQ(Export(GetOutput("a.pdf"_q)), cSuccess);
 
     MakeDocument("a.sla"_q, 1, styles + MakeText("No Such Font Regular"_q));
     EXPECT_EQ(mHost->GetActiveDocument()->GetInfo()->GetMissingFonts(), "No Such Font Regular"_list);
     EXPECT_EQ(Export(GetOutput("a.pdf"_q)), cFailure);
     EXPECT_TRUE(mHost->GetLastFailure().contains("No Such Font Regular"_q));
 }
-}  // namespace

@@ -2,9 +2,7 @@
 
 #include <QProcess>
 
-namespace
-{
-QByteArray MakeNumber(quint32 number, int length)
+static QByteArray MakeNumber(quint32 number, int length)
 {
     QByteArray bytes;
     for (int i = 0; i < length; ++i)
@@ -13,7 +11,7 @@ QByteArray MakeNumber(quint32 number, int length)
 }
 
 // A TIFF of one CMYK colour, not compressed.
-QByteArray MakeCmyk(int side, const QByteArray& color)
+static QByteArray MakeCmyk(int side, const QByteArray& color)
 {
     const auto entry = [](int tag, int type, quint32 count, quint32 value) {
         return MakeNumber(tag, 2) + MakeNumber(type, 2) + MakeNumber(count, 4) + MakeNumber(value, 4);
@@ -28,7 +26,7 @@ QByteArray MakeCmyk(int side, const QByteArray& color)
 }
 
 // A PDF of 100 x 100 points with that content; fonts F and states S50 (half transparent) are there.
-QByteArray MakePdf(const QByteArray& content)
+static QByteArray MakePdf(const QByteArray& content)
 {
     const QByteArray objects[] = {
         "<</Type/Catalog/Pages 2 0 R>>", "<</Type/Pages/Kids[3 0 R]/Count 1>>",
@@ -44,7 +42,6 @@ QByteArray MakePdf(const QByteArray& content)
     return text + table + "trailer<</Size 5/Root 1 0 R>>\nstartxref\n" + QByteArray::number(text.size()) +
            "\n%%EOF\n";
 }
-}  // namespace
 
 ReferencePageFixture::ReferencePageFixture()
 {
@@ -129,8 +126,5 @@ QStringList ReferencePageFixture::GetImages(const QString& path)
 
 QByteArray ReferencePageFixture::GetContent(const QString& path)
 {
-    QProcess process;
-    process.start("qpdf"_q, {"--qdf"_q, "--object-streams=disable"_q, path, "-"_q});
-    process.waitForFinished();
-    return process.readAllStandardOutput();
+    return RunProgram("qpdf"_q, {"--qdf"_q, "--object-streams=disable"_q, path, "-"_q});
 }

@@ -1,6 +1,5 @@
 #include "ReferencePageFixture.h"
 
-#include <QImage>
 #include <QJsonArray>
 #include <QProcess>
 #include <QRegularExpression>
@@ -10,19 +9,13 @@
 
 namespace
 {
-class ReferencePageTest : public ReferencePageFixture
-{
-};
+using ReferencePageTest = ReferencePageFixture;
 
 TEST_F(ReferencePageTest, ImagesAndColorsAreWhatEachJobOptionsAskFor)
 {
-    const struct
-    {
-        QByteArray settings;
-        const char* images;   // RGB, gray, one bit, CMYK
-        const char* content;  // a part of it
-        const char* version;
-    } cases[] = {
+    // images: RGB, gray, one bit, CMYK
+    // content: a part of it
+    const std::tuple<QByteArray, const char*, const char*, const char*> cases[] = {
         {"/ColorImageFilter /FlateEncode /GrayImageFilter /FlateEncode",
          "rgb 3 8 image 300, gray 1 8 image 300, gray 1 1 image 1200, cmyk 4 8 image 300",
          "0.03922 0.78431 0.23529 scn", "1.4"},
@@ -49,12 +42,12 @@ TEST_F(ReferencePageTest, ImagesAndColorsAreWhatEachJobOptionsAskFor)
     };
     Open(MakeDocument("a.sla"_q, 1,
                       MakeShape("Leaf"_q) + MakeFrames("rgb.png|gray.png|mono.png|cmyk.tif"_list)));
-    for (const auto& item : cases) {
+    for (const auto& [settings, images, content, version] : cases) {
         const QString output = GetOutput("a.pdf"_q);
-        ASSERT_EQ(Export(output, item.settings), cSuccess) << mHost->GetLastFailure().toStdString();
-        EXPECT_EQ(GetImages(output).join(", "_q).toStdString(), item.images) << item.settings.constData();
-        EXPECT_TRUE(GetContent(output).contains(item.content)) << item.settings.constData();
-        EXPECT_EQ(PdfFacts::Read(output).version.toStdString(), item.version);
+        ASSERT_EQ(Export(output, settings), cSuccess);
+        EXPECT_EQ(GetImages(output).join(", "_q).toStdString(), images) << settings.constData();
+        EXPECT_TRUE(GetContent(output).contains(content)) << settings.constData();
+        EXPECT_EQ(PdfFacts::Read(output).version.toStdString(), version);
         EXPECT_EQ(QProcess::execute("qpdf"_q, {"--check"_q, output}), 0);
     }
 }
@@ -180,11 +173,7 @@ TEST_F(TenThingsTest, AreInTheColoursThatTenJobOptionsAskForAndTheTextIsOnTop)
 {
     const QByteArray kind =
         "/PDFXOutputIntentProfile (ISO Coated v2 300% \\(basICColor\\)) /CheckCompliance ";
-    const struct
-    {
-        QByteArray settings;
-        Rgbs rgb;
-    } cases[] = {
+    const std::pair<QByteArray, Rgbs> cases[] = {
         {"", Rgbs::Kept},
         {"/ColorConversionStrategy /sRGB", Rgbs::Kept},
         {"/ColorConversionStrategy /CMYK", Rgbs::Inks},
@@ -198,17 +187,16 @@ TEST_F(TenThingsTest, AreInTheColoursThatTenJobOptionsAskForAndTheTextIsOnTop)
         {kind + "[/PDFX4:2010]", Rgbs::OnPress},
     };
     Open(MakePage());
-    for (const auto& item : cases) {
-        SCOPED_TRACE(item.settings.constData());
+    for (const auto& [settings, rgb] : cases) {
+        SCOPED_TRACE(settings.constData());
         const QString pdf = GetOutput("a.pdf"_q);
-        ASSERT_EQ(Export(pdf, item.settings + " /ColorImageFilter /FlateEncode"), cSuccess)
-            << mHost->GetLastFailure().toStdString();
+        ASSERT_EQ(Export(pdf, settings + " /ColorImageFilter /FlateEncode"), cSuccess);
         const QImage page = Draw(pdf);
         for (int thing = 0; thing < cThings; ++thing) {
             EXPECT_LT(GetColor(page, thing, 36, 36).lightness(), 70) << "text on " << thing;
             const QColor color = GetColor(page, thing, 12, 12);
             const std::string name = std::to_string(thing) + " is " + color.name().toStdString();
-            EXPECT_TRUE(IsAsAskedFor(thing, color, item.rgb)) << name;
+            EXPECT_TRUE(IsAsAskedFor(thing, color, rgb)) << name;
         }
         EXPECT_EQ(GetColor(page, CutOut, 66, 12).name(), "#ffffff"_q) << "what is cut away";
         EXPECT_EQ(GetColor(page, PlacedPdf, 2, 2).name(), "#ffffff"_q);
@@ -235,7 +223,7 @@ TEST_F(ReferencePageTest, PlacedFilesStayVectorsWithTheirFonts)
     EXPECT_EQ(notes, QJsonArray{"Fonts are not inside the PDF: Helvetica of \"text.pdf\" on page 1."_q});
     EXPECT_EQ(Export(output, "/CannotEmbedFontPolicy /Error"), cFailure);
     // A PDF/X can't have the one; so it becomes an image, and the other stays.
-    ASSERT_EQ(Export(output, cForX), cSuccess) << mHost->GetLastFailure().toStdString();
+    ASSERT_EQ(Export(output, cForX), cSuccess);
     EXPECT_TRUE(
         mHost->GetLastReport()["notes"_q].toArray().last().toString().contains("\"text.pdf\" on page 1"_q));
     EXPECT_FALSE(RunJudge("pdffonts"_q, {output}).join(QLatin1Char('\n')).contains("Helvetica"_q));
@@ -252,26 +240,21 @@ TEST_F(ReferencePageTest, TransparencyIsFoundBeforeAKindWithoutItIsClaimed)
         }
     }
     EXPECT_TRUE(soft.save(mSandbox.GetPath("soft.png"_q)) && cut.save(mSandbox.GetPath("cut.png"_q)));
-    const struct
-    {
-        QStringList files;
-        const char* attributes;
-        const char* reason;  // null for none
-    } cases[] = {
+    // reason: null for none
+    const std::tuple<QStringList, const char*, const char*> cases[] = {
         {{"cut.png"_q, "placed.pdf"_q}, "", nullptr},
         {{"rgb.png"_q, "soft.png"_q}, "", "Transparent: \"soft.png\" on page 1."},
         {{"half.pdf"_q}, "", "Transparent: \"half.pdf\" on page 1."},
         {{"rgb.png"_q}, "TransValue=\"0.5\" NUMO", "Transparent: \"rgb.png\" on page 1."},
     };
-    for (const auto& item : cases) {
-        QString frames = MakeFrames(item.files);
-        if (*item.attributes != '\0')
-            frames.replace("NUMO"_q, QLatin1String(item.attributes));
+    for (const auto& [files, attributes, reason] : cases) {
+        QString frames = MakeFrames(files);
+        if (*attributes != '\0')
+            frames.replace("NUMO"_q, QLatin1String(attributes));
         Open(MakeDocument("a.sla"_q, 1, frames));
         for (const char* settings : {cForX, "/CompatibilityLevel 1.3"}) {
-            EXPECT_EQ(Export(GetOutput("a.pdf"_q), settings) == cSuccess, item.reason == nullptr) << settings;
-            EXPECT_TRUE(mHost->GetLastFailure().endsWith(QLatin1String(item.reason)))
-                << mHost->GetLastFailure().toStdString();
+            EXPECT_EQ(Export(GetOutput("a.pdf"_q), settings) == cSuccess, reason == nullptr) << settings;
+            EXPECT_TRUE(mHost->GetLastFailure().endsWith(QLatin1String(reason)));
         }
     }
     EXPECT_EQ(Export(GetOutput("a.pdf"_q)), cSuccess) << "a plain PDF may have it";
@@ -280,19 +263,14 @@ TEST_F(ReferencePageTest, TransparencyIsFoundBeforeAKindWithoutItIsClaimed)
 TEST_F(ReferencePageTest, WhatIsImpossibleIsRefusedAndWhatAKindNeedsIsThere)
 {
     Open(MakeDocument("a.sla"_q, 1, MakeShape("Special"_q) + MakeFrames("rgb.png|cmyk.tif"_list)));
-    const struct
-    {
-        const char* settings;
-        const char* reason;
-    } refused[] = {
+    const std::pair<const char*, const char*> refused[] = {
         {"/CheckCompliance [/PDFA1B:2005]", "they ask for PDFA1B:2005, which this program can't make"},
         {"/ColorImageMinResolution 301 /ColorImageMinResolutionPolicy /Error",
          "\"rgb.png\" on page 1 has 300 dots per inch, fewer than 301."},
     };
-    for (const auto& item : refused) {
-        EXPECT_EQ(Export(GetOutput("a.pdf"_q), item.settings), cFailure);
-        EXPECT_TRUE(mHost->GetLastFailure().contains(QLatin1String(item.reason)))
-            << mHost->GetLastFailure().toStdString();
+    for (const auto& [settings, reason] : refused) {
+        EXPECT_EQ(Export(GetOutput("a.pdf"_q), settings), cFailure);
+        EXPECT_TRUE(mHost->GetLastFailure().contains(QLatin1String(reason)));
     }
     EXPECT_EQ(ListOutput(), QStringList());
 
@@ -303,16 +281,13 @@ TEST_F(ReferencePageTest, WhatIsImpossibleIsRefusedAndWhatAKindNeedsIsThere)
                            "/PDFXOutputCondition (Coated) /PDFXTrapped /True /ColorImageMinResolution 301 "
                            "/ColorImageMinResolutionPolicy /Warning "
                            "/OtherNamespaces [<</AddCropMarks true /MarksWeight 0.25 /IncludeSlug true>>]"),
-        cSuccess)
-        << mHost->GetLastFailure().toStdString();
+        cSuccess);
     const QByteArray content = GetContent(output);
     for (const char* part :
          {"/OutputConditionIdentifier (FOGRA39)", "/RegistryName (http://r.example)",
           "/OutputCondition (Coated)", "/Trapped /True", "0.2500 w 0 j 0 J", "/Separation"})
         EXPECT_TRUE(content.contains(part)) << part;
-    QStringList notes;
-    for (const QJsonValue& note : mHost->GetLastReport()["notes"_q].toArray())
-        notes.append(note.toString());
+    const QStringList notes = GetNotes();
     EXPECT_TRUE(notes.contains("\"rgb.png\" on page 1 has 300 dots per inch, fewer than 301."_q));
     EXPECT_TRUE(notes.contains("Not available in this host: the slug area."_q));
     EXPECT_TRUE(ReadFile(GetOutput("a.report.json"_q)).contains("\"IncludeSlug\""));

@@ -9,9 +9,7 @@
 // Every row of the table of settings goes through Scribus with the values at its bounds. A start of Scribus
 // is dear, so settings that don't touch each other share an export.
 
-namespace
-{
-QList<QRegularExpressionMatch> FindAll(const char* pattern, const QByteArray& text)
+static QList<QRegularExpressionMatch> FindAll(const char* pattern, const QByteArray& text)
 {
     QList<QRegularExpressionMatch> found;
     auto matches = QRegularExpression(QLatin1String(pattern), QRegularExpression::DotMatchesEverythingOption)
@@ -23,7 +21,7 @@ QList<QRegularExpressionMatch> FindAll(const char* pattern, const QByteArray& te
 
 // The finest number of each JPEG's first table, and how many dots its first part has to one of colour:
 // "1/11".
-QString GetJpegs(const QByteArray& file)
+static QString GetJpegs(const QByteArray& file)
 {
     QStringList jpegs;
     for (const auto& jpeg : FindAll("\xFF\xDB.{3}(.).*?\xFF\xC0.{9}(.)", file))
@@ -33,7 +31,7 @@ QString GetJpegs(const QByteArray& file)
 }
 
 // How often images are coded in each way, by their bits: "1 none, 8 DCTDecode".
-QString GetCodings(const QByteArray& file)
+static QString GetCodings(const QByteArray& file)
 {
     QStringList codings;
     for (const auto& image : FindAll("<< /BitsPerComponent (\\d)[^\\n]*?/Subtype /Image[^\\n]*", file)) {
@@ -45,11 +43,8 @@ QString GetCodings(const QByteArray& file)
     return codings.join(", "_q);
 }
 
-struct Look
-{
-    const char* at;
-    const char* expected;
-};
+// Where to look, and what is expected there.
+using Look = std::pair<const char*, const char*>;
 
 class SettingsTableTest : public ReferencePageFixture
 {
@@ -98,11 +93,7 @@ protected:
     }
 };
 
-const struct
-{
-    QByteArray settings;
-    std::vector<Look> looks;
-} cExports[] = {
+static const std::pair<QByteArray, std::vector<Look>> cExports[] = {
     // The lowest of each.
     {"/CompatibilityLevel 1 /CompressPages false /Optimize true /ColorConversionStrategy /sRGB "
      "/ColorImageResolution 9 /GrayImageResolution 9 /MonoImageResolution 9 "
@@ -181,8 +172,8 @@ const struct
       {"content", "0 1 0 0 k"},
       {"box", "453 353"}}},
 };
-const QByteArray cProfile = "/PDFXOutputIntentProfile (ISO Coated v2 300% \\(basICColor\\)) ";
-const struct
+static const QByteArray cProfile = "/PDFXOutputIntentProfile (ISO Coated v2 300% \\(basICColor\\)) ";
+static const struct
 {
     QByteArray settings;
     std::vector<Look> looks;
@@ -216,26 +207,23 @@ TEST_F(SettingsTableTest, EveryRowIsSeenInThePdf)
     }
     const auto expect = [&](const QByteArray& settings, const std::vector<Look>& looks) {
         const QString pdf = GetOutput("a.pdf"_q);
-        ASSERT_EQ(Export(pdf, settings), cSuccess)
-            << settings.constData() << mHost->GetLastFailure().toStdString();
+        ASSERT_EQ(Export(pdf, settings), cSuccess) << settings.constData();
         EXPECT_EQ(RunJudge("qpdf"_q, {"--check"_q, pdf}).filter("No syntax or stream"_q).size(), 1);
-        QStringList notes;
-        for (const QJsonValue& note : mHost->GetLastReport()["notes"_q].toArray())
-            notes.append(note.toString());
-        for (const Look& look : looks) {
-            const QString expected = QLatin1String(look.expected);
-            if (QByteArray(look.at) == "note")
-                EXPECT_EQ(notes.filter(expected).size(), 1) << look.expected;
+        const QStringList notes = GetNotes();
+        for (const auto& [at, expected] : looks) {
+            const QString text = QLatin1String(expected);
+            if (QByteArray(at) == "note")
+                EXPECT_EQ(notes.filter(text).size(), 1) << expected;
             else
-                EXPECT_EQ(LookAt(pdf, QLatin1String(look.at), expected).toStdString(), look.expected)
-                    << look.at << " of " << settings.constData();
+                EXPECT_EQ(LookAt(pdf, QLatin1String(at), text).toStdString(), expected)
+                    << at << " of " << settings.constData();
         }
         for (const auto& name : FindAll("/(\\w+)", settings))
             unseen.remove(name.captured(1));
     };
     OpenPage("noise.png|graynoise.png|mono.png|cmyk.tif"_list);
-    for (const auto& item : cExports)
-        expect(item.settings, item.looks);
+    for (const auto& [options, wanted] : cExports)
+        expect(options, wanted);
     // What no PDF/X allows is turned into an image, of the resolution of drawings.
     OpenPage("text.pdf"_list);
     for (const auto& item : cKinds)
@@ -290,4 +278,3 @@ TEST_F(SettingsTableTest, WhatIsNotHonouredChangesNothingAndIsTold)
     answered.sort();
     EXPECT_EQ(answered, told);
 }
-}  // namespace

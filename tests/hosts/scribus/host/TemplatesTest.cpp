@@ -7,11 +7,9 @@
 #include <QRegularExpression>
 #include <QSet>
 
-namespace
-{
-constexpr int cShards = 8;  // so that they run side by side
+static constexpr int cShards = 8;  // so that they run side by side
 
-QStringList FindTemplates()
+static QStringList FindTemplates()
 {
     QStringList templates;
     QDirIterator files("/usr/share/scribus"_q, "*.sla|*.sla.gz"_list, QDir::Files,
@@ -23,7 +21,7 @@ QStringList FindTemplates()
 }
 
 // Every font that an attribute of the document names, whether a text uses it or not.
-QSet<QString> GetNamedFonts(const QString& path)
+static QSet<QString> GetNamedFonts(const QString& path)
 {
     QByteArray text;
     bool isPacked = false;
@@ -72,14 +70,6 @@ protected:
         return names;
     }
 
-    static QByteArray RunProgram(const QString& program, const QStringList& arguments)
-    {
-        QProcess process;
-        process.start(program, arguments);
-        EXPECT_TRUE(process.waitForFinished(60000)) << program.toStdString();
-        return process.readAllStandardOutput();
-    }
-
     // The names of the fonts in a PDF, without the mark of a subset. By qpdf, as pdffonts takes minutes for
     // pages of some thousand nested forms.
     static QSet<QString> GetFonts(const QString& pdf)
@@ -98,8 +88,7 @@ protected:
     void ExpectPages(const QString& source, const QString& range, int pageCount, const QSet<QString>& fonts)
     {
         const QString output = GetOutput("a.pdf"_q);
-        EXPECT_EQ(Export(output, "/ColorImageResolution 100", range), cSuccess)
-            << source.toStdString() << ": " << mHost->GetLastFailure().toStdString();
+        EXPECT_EQ(Export(output, "/ColorImageResolution 100", range), cSuccess) << source.toStdString();
         EXPECT_EQ(PdfFacts::Read(output).pageCount, pageCount) << source.toStdString();
         EXPECT_EQ(QProcess::execute("qpdf"_q, {"--check"_q, output}), 0) << source.toStdString();
         const QSet<QString> inside = GetFonts(output);
@@ -144,4 +133,3 @@ TEST_P(TemplatesTest, AreExportedOrNameTheirMissingFonts)
 }
 
 INSTANTIATE_TEST_SUITE_P(Eighths, TemplatesTest, ::testing::Range(0, cShards));
-}  // namespace

@@ -7,9 +7,7 @@
 #include <QJsonObject>
 #include <QSet>
 
-namespace
-{
-void ExpectRefusal(const QByteArray& bad)
+static void ExpectRefusal(const QByteArray& bad)
 {
     JobOptions options;
     PdfSettings settings;
@@ -20,12 +18,7 @@ void ExpectRefusal(const QByteArray& bad)
 
 TEST(PdfSettingsTest, SettingsBecomeOptionsOfTheExport)
 {
-    const struct
-    {
-        QByteArray settings;
-        const char* option;
-        double value;
-    } cases[] = {
+    const std::tuple<QByteArray, const char*, double> cases[] = {
         {"", "version", 14},
         {"/CompatibilityLevel 1.3", "version", 13},
         {"/CompatibilityLevel 1.7", "version", 15},
@@ -42,13 +35,13 @@ TEST(PdfSettingsTest, SettingsBecomeOptionsOfTheExport)
         {"/OtherNamespaces [<</BleedOffset [1 2 3 4] /UseDocumentBleed false>>]", "bleedr", 4},
         {"/Binding null", "binding", 0},
     };
-    for (const auto& item : cases) {
+    for (const auto& [text, option, value] : cases) {
         JobOptions options;
         PdfSettings settings;
-        ASSERT_EQ(options.Parse("<<" + item.settings + ">> setdistillerparams").GetReason(), QString());
+        ASSERT_EQ(options.Parse("<<" + text + ">> setdistillerparams").GetReason(), QString());
         ASSERT_EQ(PdfSettings::Make(options, settings).GetReason(), QString());
-        EXPECT_EQ(settings.MakeOptions().value(QLatin1String(item.option)).toDouble(-1), item.value)
-            << item.settings.constData();
+        EXPECT_EQ(settings.MakeOptions().value(QLatin1String(option)).toDouble(-1), value)
+            << text.constData();
     }
     for (const QByteArray bad :
          {"/CompatibilityLevel 0.9", "/GrayImageResolution 1e300", "/OtherNamespaces [<</MarksOffset -1>>]",
@@ -59,12 +52,7 @@ TEST(PdfSettingsTest, SettingsBecomeOptionsOfTheExport)
 TEST(PdfSettingsTest, EveryClassOfImagesHasItsOwnRule)
 {
     using Get = double (*)(const PdfImageRules&);
-    const struct
-    {
-        QByteArray settings;
-        Get get;
-        double value;
-    } cases[] = {
+    const std::tuple<QByteArray, Get, double> cases[] = {
         {"", [](const auto& rules) { return rules.color.resolution; }, 0},
         {"/ColorImageResolution 150 /GrayImageResolution 99",
          [](const auto& rules) { return rules.color.resolution; }, 150},
@@ -88,12 +76,12 @@ TEST(PdfSettingsTest, EveryClassOfImagesHasItsOwnRule)
         {"/ColorImageDict << /QFactor 0.9 >> /ColorACSImageDict << /QFactor 0.1 >>",
          [](const auto& rules) { return rules.color.qFactor; }, 0.1},
     };
-    for (const auto& item : cases) {
+    for (const auto& [text, get, value] : cases) {
         JobOptions options;
         PdfSettings settings;
-        ASSERT_EQ(options.Parse("<<" + item.settings + ">> setdistillerparams").GetReason(), QString());
+        ASSERT_EQ(options.Parse("<<" + text + ">> setdistillerparams").GetReason(), QString());
         ASSERT_EQ(PdfSettings::Make(options, settings).GetReason(), QString());
-        EXPECT_EQ(item.get(settings.wishes.images), item.value) << item.settings.constData();
+        EXPECT_EQ(get(settings.wishes.images), value) << text.constData();
     }
 }
 
@@ -151,4 +139,3 @@ TEST(PdfSettingsTest, ThePageOfJobOptionsHoldsEveryRowAsItIs)
     EXPECT_TRUE(page.contains(SettingsReport::MakePage()))
         << "docs/job-options.md is old: run tools/job-options";
 }
-}  // namespace

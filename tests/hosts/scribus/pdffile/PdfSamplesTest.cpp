@@ -1,9 +1,7 @@
 #include "hosts/scribus/pdffile/PdfSamples.h"
 #include "tests/support/Test.h"
 
-namespace
-{
-std::string ToBytes(const char* hexadecimal)
+static std::string ToBytes(const char* hexadecimal)
 {
     return QByteArray::fromHex(hexadecimal).toStdString();
 }
@@ -37,11 +35,8 @@ TEST(PdfSamplesTest, FewerDotsAreTheMeanOfThoseThatTheyCoverOrTheOneInTheMiddle)
 
 TEST(PdfSamplesTest, ColoursAreGraysWhereTheirPartsAreEqualOrBlackIsAlone)
 {
-    const struct
-    {
-        PdfSamples samples;
-        const char* grays;  // null where they are none
-    } cases[] = {
+    // grays: null where they are none
+    const std::pair<PdfSamples, const char*> cases[] = {
         {{2, 1, 3, 8, ToBytes("000000 7F7F7F")}, "00 7F"},
         {{2, 1, 3, 8, ToBytes("000000 7F7F80")}, nullptr},
         {{2, 1, 3, 8, ToBytes("000000 7F807F")}, nullptr},
@@ -50,11 +45,10 @@ TEST(PdfSamplesTest, ColoursAreGraysWhereTheirPartsAreEqualOrBlackIsAlone)
         {{2, 1, 1, 8, ToBytes("00 10")}, nullptr},
         {{2, 1, 3, 8, ToBytes("000000")}, nullptr},
     };
-    for (const auto& item : cases) {
-        ASSERT_EQ(item.samples.AreGrays(), item.grays != nullptr);
-        if (item.grays == nullptr)
+    for (const auto& [samples, grays] : cases) {
+        ASSERT_EQ(samples.AreGrays(), grays != nullptr);
+        if (grays == nullptr)
             continue;
-        EXPECT_EQ(item.samples.MakeGray().bytes, ToBytes(item.grays));
+        EXPECT_EQ(samples.MakeGray().bytes, ToBytes(grays));
     }
 }
-}  // namespace

@@ -3,10 +3,7 @@
 
 #include <QCryptographicHash>
 #include <QDateTime>
-#include <QDir>
 
-namespace
-{
 class AnswerCacheTest : public testing::Test
 {
 protected:
@@ -80,4 +77,3 @@ TEST_F(AnswerCacheTest, WhatWasNotLookedForLongestGoesFirst)
     mCache.Keep("large", "1", noise + noise);
     EXPECT_TRUE(mCache.Find("large", "1").isNull());
 }
-}  // namespace

@@ -3,9 +3,7 @@
 #include "hosts/scribus/sla/SlaLinks.h"
 #include "tests/support/Test.h"
 
-namespace
-{
-QStringList GetNumbers(const QByteArray& sections, int pageCount)
+static QStringList GetNumbers(const QByteArray& sections, int pageCount)
 {
     DocumentInfo info;
     info.pages.resize(pageCount);
@@ -43,11 +41,7 @@ TEST(DocumentFilesTest, ARangeNamesPagesByTheirNumbers)
     EXPECT_EQ(find("1-3,ii, 1"_q), Pages({2, 3, 4, 1, 2}));
     EXPECT_EQ(find("ii-2"_q), Pages({1, 2, 3}));
     EXPECT_EQ(find("4,5"_q), Pages({3, 4})) << "no page bears them: they are places";
-    const struct
-    {
-        const char* range;
-        const char* reason;
-    } wrong[] = {
+    const std::pair<const char*, const char*> wrong[] = {
         {"", "The document has no page \"\"; it has 5 pages."},
         {"1-6", "The document has no page \"6\"; it has 5 pages."},
         {"1,,2", "The document has no page \"\"; it has 5 pages."},
@@ -55,9 +49,9 @@ TEST(DocumentFilesTest, ARangeNamesPagesByTheirNumbers)
         {"x", "The document has no page \"x\"; it has 5 pages."},
         {"1, 3-1", "The page range \"3-1\" runs backwards."},
     };
-    for (const auto& item : wrong) {
-        EXPECT_EQ(info.FindPages(QLatin1String(item.range), pages).GetReason().toStdString(), item.reason);
-        EXPECT_EQ(pages, Pages()) << item.range;
+    for (const auto& [typed, reason] : wrong) {
+        EXPECT_EQ(info.FindPages(QLatin1String(typed), pages).GetReason().toStdString(), reason);
+        EXPECT_EQ(pages, Pages()) << typed;
     }
 }
 
@@ -109,11 +103,8 @@ TEST(DocumentFilesTest, DocumentsAreReadWhetherPackedOrNot)
 TEST(DocumentFilesTest, TheFirstBytesTellADocument)
 {
     Sandbox sandbox;
-    const struct
-    {
-        QByteArray content;
-        const char* reason;  // behind the path; null for a document
-    } cases[] = {
+    // reason: behind the path; null for a document
+    const std::pair<QByteArray, const char*> cases[] = {
         {"\xEF\xBB\xBF<?xml version=\"1.0\"?>\n<!-- <x> --><SCRIBUSUTF8NEW a=\"" + QByteArray(200000, 'x'),
          nullptr},
         {"<SCRIBUS>", nullptr},
@@ -123,12 +114,11 @@ TEST(DocumentFilesTest, TheFirstBytesTellADocument)
         {QByteArray("\x1f\x8b\x08 nothing packed"), "is no Scribus document."},
     };
     const QString path = sandbox.GetPath("a.sla"_q);
-    for (const auto& item : cases) {
-        WriteFile(path, item.content);
+    for (const auto& [content, reason] : cases) {
+        WriteFile(path, content);
         const GResult check = SlaFile::CheckBeginning(path);
-        EXPECT_EQ(check.HasSucceeded(), item.reason == nullptr) << item.content.left(40).constData();
-        EXPECT_TRUE(check.GetReason().endsWith(QLatin1String(item.reason)))
-            << check.GetReason().toStdString();
+        EXPECT_EQ(check.HasSucceeded(), reason == nullptr) << content.left(40).constData();
+        EXPECT_TRUE(check.GetReason().endsWith(QLatin1String(reason))) << check.GetReason().toStdString();
     }
     const QByteArray text = "<SCRIBUS>" + QByteArray(500000, 'x');
     ASSERT_TRUE(SlaFile::Write(path, text, true).HasSucceeded());
@@ -136,4 +126,3 @@ TEST(DocumentFilesTest, TheFirstBytesTellADocument)
     EXPECT_EQ(SlaFile::CheckBeginning(sandbox.GetPath("gone"_q)).GetReason(),
               "\"%1\" can't be opened: No such file or directory."_q.arg(sandbox.GetPath("gone"_q)));
 }
-}  // namespace

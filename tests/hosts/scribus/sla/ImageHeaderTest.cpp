@@ -4,10 +4,8 @@
 #include <QImage>
 #include <QtEndian>
 
-namespace
-{
 // A number in so many bytes, the first of them the highest, or the lowest.
-QByteArray Number(quint32 number, int length, bool isLittle = false)
+static QByteArray Number(quint32 number, int length, bool isLittle = false)
 {
     QByteArray bytes;
     for (int i = 0; i < length; ++i)
@@ -15,21 +13,21 @@ QByteArray Number(quint32 number, int length, bool isLittle = false)
     return bytes;
 }
 
-QByteArray Png(int bits, int kind)
+static QByteArray Png(int bits, int kind)
 {
     return "\x89PNG\r\n\x1a\n" + Number(13, 4) + "IHDR" + Number(640, 4) + Number(480, 4) + char(bits) +
            char(kind);
 }
 
 // A camera's picture of the picture stands before the frame that counts.
-QByteArray Jpeg(int parts, const QByteArray& frame = "\xFF\xC2")
+static QByteArray Jpeg(int parts, const QByteArray& frame = "\xFF\xC2")
 {
     return "\xFF\xD8\xFF\xE1" + Number(2 + 20, 2) + QByteArray("\xFF\xC0\0\x11\x08\0\x09\0\x09\x03", 10) +
            QByteArray(10, 'x') + "\xFF\xC4" + Number(4, 2) + "ab" + frame + Number(17, 2) + '\x08' +
            Number(480, 2) + Number(640, 2) + char(parts) + QByteArray(9, '\0');
 }
 
-QByteArray Tiff(bool isLittle, int interpretation, int bits, int parts)
+static QByteArray Tiff(bool isLittle, int interpretation, int bits, int parts)
 {
     const auto number = [&](quint32 value, int length) { return Number(value, length, isLittle); };
     const auto entry = [&](int tag, int type, int count, quint32 value) {
@@ -41,7 +39,7 @@ QByteArray Tiff(bool isLittle, int interpretation, int bits, int parts)
            entry(262, 3, 1, interpretation);
 }
 
-QByteArray Psd(int mode)
+static QByteArray Psd(int mode)
 {
     return "8BPS" + Number(1, 2) + QByteArray(6, '\0') + Number(3, 2) + Number(480, 4) + Number(640, 4) +
            Number(8, 2) + Number(mode, 2);
@@ -49,11 +47,7 @@ QByteArray Psd(int mode)
 
 TEST(ImageHeaderTest, FormsOfFilesTellTheirSizeAndColours)
 {
-    const struct
-    {
-        QByteArray bytes;
-        const char* told;
-    } cases[] = {
+    const std::pair<QByteArray, const char*> cases[] = {
         {Png(1, 0), "1-bit 640 480"},
         {Png(8, 0), "gray 640 480"},
         {Png(16, 4), "gray 640 480"},
@@ -81,11 +75,11 @@ TEST(ImageHeaderTest, FormsOfFilesTellTheirSizeAndColours)
         {"GIF89a", "unknown 0 0"},
         {"", "unknown 0 0"},
     };
-    for (const auto& item : cases) {
-        const ImageHeader header = ImageHeader::Parse(item.bytes);
+    for (const auto& [bytes, told] : cases) {
+        const ImageHeader header = ImageHeader::Parse(bytes);
         EXPECT_EQ("%1 %2 %3"_q.arg(header.GetColorsText()).arg(header.width).arg(header.height).toStdString(),
-                  item.told)
-            << item.bytes.toHex().constData();
+                  told)
+            << bytes.toHex().constData();
     }
     EXPECT_EQ(ImageHeader::Parse(Png(8, 2).replace(16, 4, Number(0xFFFFFFFF, 4))).width, 0);
 }
@@ -98,12 +92,7 @@ TEST(ImageHeaderTest, WhatNobodyCouldShowIsFoundWithItsReason)
     ASSERT_TRUE(image.save(sandbox.GetPath("whole.png"_q)));
     const QByteArray png = ReadFile(sandbox.GetPath("whole.png"_q));
     const char* const cBad = "is damaged, or no image";
-    const struct
-    {
-        const char* name;
-        QByteArray content;
-        const char* fault;
-    } cases[] = {
+    const std::tuple<const char*, QByteArray, const char*> cases[] = {
         {"a.png", png, ""},
         {"cut.png", png.left(png.size() - 5), cBad},
         {"cut.PNG", png.left(20), cBad},
@@ -118,10 +107,10 @@ TEST(ImageHeaderTest, WhatNobodyCouldShowIsFoundWithItsReason)
         {"c.eps", "no program", cBad},
         {"a.svg", "<svg/>", ""},
     };
-    for (const auto& item : cases) {
-        const QString path = sandbox.GetPath(QLatin1String(item.name));
-        ASSERT_TRUE(WriteFile(path, item.content));
-        EXPECT_EQ(ImageHeader::FindFault(path).toStdString(), item.fault) << item.name;
+    for (const auto& [name, content, fault] : cases) {
+        const QString path = sandbox.GetPath(QLatin1String(name));
+        ASSERT_TRUE(WriteFile(path, content));
+        EXPECT_EQ(ImageHeader::FindFault(path).toStdString(), fault) << name;
     }
     EXPECT_EQ(ImageHeader::FindFault(sandbox.GetPath("gone.png"_q)), "is missing"_q);
     EXPECT_EQ(ImageHeader::FindFault(sandbox.GetPath()), "is missing"_q) << "a folder";
@@ -131,4 +120,3 @@ TEST(ImageHeaderTest, WhatNobodyCouldShowIsFoundWithItsReason)
         return;  // nothing is locked for root
     EXPECT_EQ(ImageHeader::FindFault(locked), "can't be read: Permission denied"_q);
 }
-}  // namespace

@@ -3,9 +3,7 @@
 
 #include <algorithm>
 
-namespace
-{
-const QByteArray cStyles =
+static const QByteArray cStyles =
     "<CHARSTYLE CNAME='Plain' DefaultStyle='1' FONT='Default'/><CHARSTYLE CNAME='Strong' FONT='Bold'/>"
     "<CHARSTYLE CNAME='Stronger' CPARENT='Strong'/><CHARSTYLE CNAME='Round' CPARENT='Round'/>"
     "<STYLE NAME='Body' DefaultStyle='1'/><STYLE NAME='Head' FONT='Head'/><STYLE NAME='Sub' PARENT='Head'/>"
@@ -15,11 +13,7 @@ const QByteArray cStyles =
 
 TEST(SlaFontsTest, ATextUsesTheFontThatItsStylesGiveIt)
 {
-    const struct
-    {
-        const char* text;
-        const char* fonts;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"", ""},
         {"<para PARENT='Head'/><trail PARENT='Sub'/>", ""},
         {"<DefaultStyle/><ITEXT CH='a'/>", "Default"},
@@ -38,12 +32,11 @@ TEST(SlaFontsTest, ATextUsesTheFontThatItsStylesGiveIt)
         {"<Note Text=''/><ITEXT CH='a'/>", "Default"},
         {"<Note Text='packed'/>", "Bold Default Head Never"},
     };
-    for (const auto& item : cases) {
+    for (const auto& [words, used] : cases) {
         const QByteArray text =
-            "<SCRIBUSUTF8NEW>" + cStyles + "<PAGEOBJECT PTYPE='4'/>" + item.text + "</SCRIBUSUTF8NEW>";
+            "<SCRIBUSUTF8NEW>" + cStyles + "<PAGEOBJECT PTYPE='4'/>" + words + "</SCRIBUSUTF8NEW>";
         QStringList fonts = SlaFonts::FindUsed(text).values();
         std::sort(fonts.begin(), fonts.end());
-        EXPECT_EQ(fonts.join(QLatin1Char(' ')).toStdString(), item.fonts) << item.text;
+        EXPECT_EQ(fonts.join(QLatin1Char(' ')).toStdString(), used) << words;
     }
 }
-}  // namespace
