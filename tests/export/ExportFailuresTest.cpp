@@ -363,6 +363,8 @@ TEST_F(ExportFailuresTest, EachOtherFailureHasItsAlertAndEndsTheExport)
         {"no PDF of a book", book, spoil(".pdf", leaveNothing), framed(cNoCommand)},
         {"no package", document, spoil(" Folder", leaveNothing), framed(cPackageFailed)},
         {"an empty package", document, spoil(" Folder", makeFolder), framed(cPackageFailed)},
+        {"a package of a hidden file", document,
+         spoil(" Folder", [](const QString& path) { WriteFile(path + "/.a"_q, "a"); }), taken},
         {"a file for a package", document, spoil(" Folder", write("zip")), framed(cPackageFailed)},
         {"a link for a package", document, spoil(" Folder", link(elsewhere)), framed(cPackageFailed)},
         {"an empty package of a book", book, spoil(" Folder", makeFolder), framed(cPackageFailed)},

@@ -10,6 +10,7 @@
 
 #include <cstring>
 #include <thread>
+#include <tuple>
 #include <utility>
 
 // The fake host as a library for hopbox-host-check. What FAKE_ADAPTOR_LIE names is wrong with its table.
@@ -176,10 +177,11 @@ int32_t GiveText(void*, Handle, const hopbox_sink* sink)
     return HOPBOX_OK;
 }
 
-template <int32_t number>
-int32_t GiveNumber(void*, Handle, int32_t* answer)
+// The number as the answer, for which the last parameter is the place.
+template <auto number, class... Parameters>
+int32_t GiveNumber(void*, Parameters... parameters)
 {
-    *answer = number;
+    *std::get<sizeof...(Parameters) - 1>(std::tie(parameters...)) = number;
     return HOPBOX_OK;
 }
 
@@ -244,13 +246,7 @@ const std::map<QByteArray, void (*)(Table&)> cLies = {
     {"a file that is not there yet", [](Table&) { namesFileEarly = true; }},
     {"documents that don't close", [](Table&) { closing = HOPBOX_FAILED; }},
     {"a rest without an end", [](Table& table) { table.end_modal = [](void*, uint64_t) {}; }},
-    {"no rest",
-     [](Table& table) {
-         table.begin_modal = [](void*, uint64_t* token) -> int32_t {
-             *token = 1;
-             return HOPBOX_OK;
-         };
-     }},
+    {"no rest", [](Table& table) { table.begin_modal = GiveNumber<1>; }},
     {"no setting", [](Table& table) { table.set_switch = Give<HOPBOX_FAILED>; }},
     {"no length", [](Table& table) { table.set_length = Give<HOPBOX_FAILED>; }},
     {"no package setting", [](Table& table) { table.set_package_setting = Give<HOPBOX_FAILED>; }},
@@ -315,30 +311,11 @@ const std::map<QByteArray, void (*)(Table&)> cLies = {
          };
          table.add_action = Give<HOPBOX_FAILED>;
      }},
-    {"any action",
-     [](Table& table) {
-         table.is_action_known = [](void*, int32_t, int32_t* isKnown) -> int32_t {
-             *isKnown = 1;
-             return HOPBOX_OK;
-         };
-     }},
-    {"one button",
-     [](Table& table) {
-         table.show_alert = [](void*, const hopbox_text*, const hopbox_text*, int32_t, int32_t,
-                               int32_t* pressed) -> int32_t {
-             *pressed = 1;
-             return HOPBOX_OK;
-         };
-     }},
+    {"any action", [](Table& table) { table.is_action_known = GiveNumber<1>; }},
+    {"one button", [](Table& table) { table.show_alert = GiveNumber<1>; }},
     {"fonts that are no UTF-8", [](Table& table) { table.get_missing_fonts = GiveText<cNoUtf8>; }},
     {"no page", [](Table& table) { table.get_page_count = GiveNumber<0>; }},
-    {"a document of nothing",
-     [](Table& table) {
-         table.get_front_document = [](void*, Handle* document) -> int32_t {
-             *document = 4711;
-             return HOPBOX_OK;
-         };
-     }},
+    {"a document of nothing", [](Table& table) { table.get_front_document = GiveNumber<4711>; }},
     {"any document that is open",
      [](Table& table) {
          table.find_open_document = [](void* host, const hopbox_text*, Handle* document) -> int32_t {
@@ -365,26 +342,10 @@ const std::map<QByteArray, void (*)(Table&)> cLies = {
     {"an empty book", [](Table& table) { table.get_book_document_count = GiveNumber<0>; }},
     {"a book that is not saved", [](Table& table) { table.save_book = Give<HOPBOX_FAILED>; }},
     {"books left open", [](Table&) { leavesBooksOpen = true; }},
-    {"no token",
-     [](Table& table) {
-         table.begin_modal = [](void*, uint64_t* token) -> int32_t {
-             *token = 0;
-             return HOPBOX_OK;
-         };
-     }},
-    {"no unit",
-     [](Table& table) {
-         table.get_unit = [](void*, int32_t* unit) -> int32_t {
-             *unit = 9;
-             return HOPBOX_OK;
-         };
-     }},
+    {"no token", [](Table& table) { table.begin_modal = GiveNumber<0>; }},
+    {"no unit", [](Table& table) { table.get_unit = GiveNumber<9>; }},
     {"books without documents",
-     [](Table& table) {
-         table.get_book_document_file = [](void*, Handle, int32_t, const hopbox_sink*) -> int32_t {
-             return HOPBOX_NONE;
-         };
-     }},
+     [](Table& table) { table.get_book_document_file = Give<HOPBOX_NONE>; }},
     {"no export",  // of the name that the plug-in gives it, after that of the document in front
      [](Table& table) {
          table.set_output = [](void* host, Handle command, const hopbox_text* path) -> int32_t {
