@@ -103,6 +103,9 @@ CHILD_ROLE(MoveToTheBetterPlace)
         manager->Post(own, 1, "before it moves");
         // What is in the way there keeps it where it is, also when it has to register again.
         EXPECT_TRUE(QDir(better).mkdir(directory.fileName()));
+        const GSharedSegment queue(directory.filePath() + "_%1_1"_q.arg(own), 64, GSharedSegment::Mode::Open);
+        receiver.LookAfterPlaces();
+        EXPECT_TRUE(queue.IsCurrent());
         for (const char* lost : {"_S", ""}) {
             receiver.LookAfterPlaces();
             EXPECT_EQ(GetErrorCode([&] { manager->Post(own, 1, "not yet"); }), 0);
