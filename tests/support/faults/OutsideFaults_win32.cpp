@@ -129,8 +129,8 @@ std::vector<OutsideFault> GetFaults()
             {"a file in the place of its folder",
              PutFileForFolder,
              OutsideFault::cInItsPlace,
-             {GetText(ERROR_PATH_NOT_FOUND), GetText(ERROR_DIRECTORY), taken, QStringLiteral("doesn't exist"),
-              QStringLiteral("is missing")}}};
+             {GetText(ERROR_PATH_NOT_FOUND), GetText(ERROR_DIRECTORY), GetText(ERROR_INVALID_NAME), taken,
+              QStringLiteral("doesn't exist"), QStringLiteral("is missing")}}};
 }
 
 bool TellsReason(const FaultScenario& scenario, const QByteArray& error, const QStringList& names,
