@@ -28,6 +28,15 @@ QStringList List(const QString& folder)
     return QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System);
 }
 
+// The job options of the check, without their end.
+QString WriteDamaged(const QString& folder)
+{
+    const QString path = folder + QStringLiteral("/Damaged.joboptions");
+    QFile file(path);
+    const QByteArray whole = Read(folder + QStringLiteral("/Check.joboptions"));
+    return file.open(QIODevice::WriteOnly) && file.write(whole.left(whole.size() / 2)) > 0 ? path : QString();
+}
+
 bool IsPackage(hopbox_command kind)
 {
     return kind == HOPBOX_PACKAGE_DOCUMENT || kind == HOPBOX_PACKAGE_BOOK;
@@ -127,6 +136,9 @@ void CommandChecks::CheckSettings(hopbox_command kind)
     const PassedText missing(mFolder + QStringLiteral("/none.joboptions"));
     mReport.Expect(mHost.Call(&Table::read_job_options, command.value, &missing.Get()) != HOPBOX_OK,
                    "read_job_options", QStringLiteral("a file that is not there is refused"));
+    const PassedText damaged(WriteDamaged(mFolder));
+    if (mHost.Call(&Table::read_job_options, command.value, &damaged.Get()) == HOPBOX_OK)
+        mReport.Lack("read_job_options", QStringLiteral("a file that breaks off is taken"));
     if (mHost.GetTable().set_switch != nullptr) {
         for (int32_t setting = HOPBOX_USE_DOCUMENT_BLEED; setting <= HOPBOX_PAGE_INFORMATION; ++setting)
             ExpectTaken(mHost.Call(&Table::set_switch, command.value, setting, 0), "set_switch", setting);

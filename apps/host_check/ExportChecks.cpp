@@ -12,6 +12,7 @@
 #include "plugin/boundary/BoundaryText.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -24,6 +25,18 @@ using Boundary::TextSink;
 
 constexpr int cPatience = 60000;  // milliseconds
 const QString cHopbox = QStringLiteral("Check");
+
+// What exports have made, and what is on its way.
+QStringList ListResults()
+{
+    QStringList found;
+    QDirIterator items(GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary).GetNativePath(),
+                       QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden, QDirIterator::Subdirectories);
+    while (items.hasNext())
+        found.append(items.next());
+    found.sort();
+    return found;
+}
 
 QString GetReason(const TextSink& sink)
 {
@@ -113,11 +126,12 @@ void ExportChecks::ExportAll()
     if (mHost.GetTable().write_report != nullptr)
         Export(HOPBOX_ACTION_DOCUMENT, true);
     ExportNothing();
-    ExportCancelled();
+    ExportCancelled(HOPBOX_ACTION_DOCUMENT);
     isOn = 0;
     mPlugIn.get_action_state(HOPBOX_ACTION_BOOK, &isOn, nullptr, nullptr);
     if (isOn != 0) {
         Export(HOPBOX_ACTION_BOOK, false);
+        ExportCancelled(HOPBOX_ACTION_BOOK);
         if (mHost.Makes(HOPBOX_PACKAGE_BOOK))
             Export(HOPBOX_ACTION_BOOK, true);
     }
@@ -157,14 +171,17 @@ void ExportChecks::ExportNothing()
                    "get_pages_of_range", QStringLiteral("an export of a page that is not there fails"));
 }
 
-void ExportChecks::ExportCancelled()
+void ExportChecks::ExportCancelled(hopbox_action action)
 {
     if (mAdaptor.cancel_next == nullptr)
         return;
     const PassedText hopbox(cHopbox);
+    const QStringList before = ListResults();
     mAdaptor.cancel_next(mAdaptor.host);
-    mReport.Expect(mPlugIn.export_to(HOPBOX_ACTION_DOCUMENT, hopbox, nullptr, 0, nullptr) == HOPBOX_CANCELLED,
-                   "run_command", QStringLiteral("an export that the user cancels is cancelled"));
+    mReport.Expect(mPlugIn.export_to(action, hopbox, nullptr, 0, nullptr) == HOPBOX_CANCELLED, "run_command",
+                   QStringLiteral("an export that the user cancels is cancelled"));
+    mReport.Expect(ListResults() == before, "run_command",
+                   QStringLiteral("an export that the user cancels leaves nothing"));
 }
 
 // The plug-in saves what is not saved, and does not export what can't be saved. What was saved stays in

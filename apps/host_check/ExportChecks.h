@@ -34,7 +34,7 @@ private:
     void ExportOnce();
     void Export(hopbox_action action, bool hasPackage);
     void ExportNothing();
-    void ExportCancelled();
+    void ExportCancelled(hopbox_action action);
     void ExportUnsaved();
     bool StartReceiver(QProcess& process);
     bool IsReceived(QProcess& process, bool isFolder);

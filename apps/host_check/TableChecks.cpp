@@ -177,6 +177,7 @@ void TableChecks::CheckDocument()
                        "is_document_saved", QStringLiteral("0 or 1"));
     CheckPages(document.value);
     CheckRanges(document.value);
+    CheckOpening();
     if (table.find_open_document != nullptr) {
         HeldHandle found(mHost);
         const PassedText path(file.GetTexts().value(0));
@@ -185,6 +186,21 @@ void TableChecks::CheckDocument()
                        "find_open_document", QStringLiteral("the sample by its file"));
         mReport.Expect(IsRefused(mHost.Call(&Table::find_open_document, &none.Get(), &again.value)),
                        "find_open_document", QStringLiteral("HOPBOX_NONE for a file that is not open"));
+    }
+}
+
+void TableChecks::CheckOpening()
+{
+    if (mHost.GetTable().open_document == nullptr)
+        return;
+    const std::pair<const char*, QString> cases[] = {
+        {"none", QStringLiteral("a file that is not there is refused")},
+        {"Check.joboptions", QStringLiteral("a file that is no document is refused")}};
+    for (const auto& [name, expectation] : cases) {
+        HeldHandle opened(mHost);
+        const PassedText path(mFolder + QLatin1Char('/') + QLatin1String(name));
+        mReport.Expect(IsRefused(mHost.Call(&Table::open_document, &path.Get(), &opened.value)),
+                       "open_document", expectation);
     }
 }
 
@@ -214,23 +230,28 @@ void TableChecks::CheckRanges(Handle document)
         return;
     uint32_t first = 0;
     uint32_t second = 0;
+    int32_t count = 0;
+    mHost.Call(&Table::get_page_count, document, &count);
     mHost.Call(&Table::get_page, document, 0, &first);
     mHost.Call(&Table::get_page, document, 1, &second);
+    const QString beyond = QString::number(count + 1);
     const struct
     {
-        const char* range;
+        QString range;
         std::vector<uint32_t> pages;  // none for a range that is refused
-    } cases[] = {{"1", {first}},
-                 {"1-2", {first, second}},
-                 {"2,1", {second, first}},
-                 {"1,1", {first, first}},
-                 {"999999999999", {}},
-                 {"x", {}},
-                 {"0", {}},
-                 {",", {}}};
+    } cases[] = {{QStringLiteral("1"), {first}},
+                 {QStringLiteral("1-2"), {first, second}},
+                 {QStringLiteral("2,1"), {second, first}},
+                 {QStringLiteral("1,1"), {first, first}},
+                 {QStringLiteral("1-%1").arg(beyond), {}},
+                 {QStringLiteral("1,%1").arg(beyond), {}},
+                 {QStringLiteral("999999999999"), {}},
+                 {QStringLiteral("x"), {}},
+                 {QStringLiteral("0"), {}},
+                 {QStringLiteral(","), {}}};
     for (const auto& entry : cases) {
         PageTaker pages;
-        const PassedText range(QString::fromLatin1(entry.range));
+        const PassedText range(entry.range);
         const int32_t result = mHost.Call(&Table::get_pages_of_range, document, &range.Get(), pages.Get());
         mReport.Expect(!pages.IsFaulty(), "get_pages_of_range",
                        QStringLiteral("the pages come on the same thread"));
@@ -238,9 +259,8 @@ void TableChecks::CheckRanges(Handle document)
             entry.pages.empty() ? IsRefused(result) : result == HOPBOX_OK && pages.GetPages() == entry.pages,
             "get_pages_of_range",
             QStringLiteral("\"%1\" %2")
-                .arg(QString::fromLatin1(entry.range),
-                     entry.pages.empty() ? QStringLiteral("is refused")
-                                         : QStringLiteral("gives its pages in this order")));
+                .arg(entry.range, entry.pages.empty() ? QStringLiteral("is refused")
+                                                      : QStringLiteral("gives its pages in this order")));
     }
 }
 
@@ -278,10 +298,6 @@ void TableChecks::CheckBook()
     for (const int32_t index : {-1, count})
         mReport.Expect(IsRefused(mHost.Call(&Table::get_book_document_file, book.value, index, none.Get())),
                        "get_book_document_file", QStringLiteral("index %1 is refused").arg(index));
-    HeldHandle opened(mHost);
-    const PassedText missing(mFolder + QStringLiteral("/none"));
-    mReport.Expect(IsRefused(mHost.Call(&Table::open_document, &missing.Get(), &opened.value)),
-                   "open_document", QStringLiteral("a file that is not there is refused"));
 }
 
 void TableChecks::CheckSaving()

@@ -34,6 +34,7 @@ public:
 
 private:
     void ExpectNothingOpen();
+    void CheckOpening();
     void CheckPages(uint64_t document);
     void CheckRanges(uint64_t document);
     void ExpectOneText(const char* operation, int32_t result, const TextTaker& taker, bool isPath);

@@ -85,6 +85,7 @@ int32_t CountHandles(void*, int32_t* count)
 }
 
 bool leavesRest = false;
+QString restName;  // beside what the plug-in exports
 
 // The work is done to its end, and taken back.
 int32_t CancelNext(void*)
@@ -92,6 +93,8 @@ int32_t CancelNext(void*)
     FakeHost& services = GetState().services;
     services.onRun = [&services] { services.CancelByUser(); };
     services.onMade = [](const QString& path) {
+        if (!restName.isEmpty() && !path.contains("/Cancelled "_q))
+            WriteFile(QFileInfo(path).path() + restName, "rest");
         if (!leavesRest)
             QFileInfo(path).isDir() ? QDir(path).removeRecursively() : QFile::remove(path);
     };
@@ -160,6 +163,13 @@ int32_t RunNothing(void* host, Handle command)
     return GetKinds()[command] == kind ? lie : RunCommand(host, command);
 }
 
+int32_t ReadJobOptions(void* host, Handle command, const hopbox_text* path)
+{
+    return ReadFile(Read(*path)).endsWith("setdistillerparams\n")
+               ? HostTable::GetTable().read_job_options(host, command, path)
+               : int32_t(HOPBOX_FAILED);
+}
+
 // An operation that fails, or says that it has done what it has not.
 template <int32_t result, class... Parameters>
 int32_t Give(void*, Parameters...)
@@ -214,6 +224,30 @@ const std::map<QByteArray, void (*)(Table&)> cLies = {
              return HOPBOX_OK;
          };
      }},
+    {"a range that is cut",
+     [](Table& table) {
+         table.get_pages_of_range = [](void* host, Handle document, const hopbox_text* range,
+                                       const hopbox_page_sink* sink) -> int32_t {
+             const Boundary::PassedText cut(Read(*range).replace(QLatin1Char('3'), QLatin1Char('2')));
+             return HostTable::GetTable().get_pages_of_range(host, document, cut, sink);
+         };
+     }},
+    {"any file that opens",
+     [](Table& table) {
+         table.open_document = [](void* host, const hopbox_text* path, Handle* document) -> int32_t {
+             const int32_t result = HostTable::GetTable().open_document(host, path, document);
+             return result != HOPBOX_OK && QFileInfo::exists(Read(*path)) ? GetFrontDocument(host, document)
+                                                                          : result;
+         };
+     }},
+    {"job options that break off",
+     [](Table& table) {
+         table.read_job_options = [](void* host, Handle command, const hopbox_text* path) -> int32_t {
+             return HostTable::GetTable().read_job_options(host, command, path);
+         };
+     }},
+    {"a rest of a cancelled export",
+     [](Table&) { restName = "/../rest"_q; }},
     {"any command",
      [](Table& table) {
          table.create_command = [](void* host, int32_t kind, Handle* command) -> int32_t {
@@ -438,6 +472,7 @@ extern "C" Q_DECL_EXPORT const hopbox_adaptor* hopbox_adaptor_entry(uint32_t)
     GetState().table.create_command = CreateCommand;
     GetState().table.get_front_document = GetFrontDocument;
     GetState().table.run_command = RunCommand;
+    GetState().table.read_job_options = ReadJobOptions;
     GetState().table.save_document = SaveDocument;
     const auto lie = cLies.find(qgetenv("FAKE_ADAPTOR_LIE"));
     if (lie != cLies.end())

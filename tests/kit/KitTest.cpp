@@ -141,6 +141,9 @@ TEST(HostCheck, FindsTheFaultOfAnAdaptor)
                  {"no UTF-8", "get_document_name"_q},
                  {"any page", "get_page"_q},
                  {"any range", "get_pages_of_range"_q},
+                 {"a range that is cut", "get_pages_of_range"_q},
+                 {"any file that opens", "open_document"_q},
+                 {"a rest of a cancelled export", "run_command"_q},
                  {"any command", "create_command"_q},
                  {"any job options", "read_job_options"_q},
                  {"any setting", "set_switch"_q},
@@ -222,6 +225,7 @@ TEST(HostCheck, TakesWhatAHostMayLackOrHaveAlready)
         const char* adaptor;
         QString output;
     } cases[] = {{"no packages of books", "lacks  create_command: books can't be packaged"_q},
+                 {"job options that break off", "lacks  read_job_options: a file that breaks off is taken"_q},
                  {"actions of an earlier session", " 0 faults"_q}};
     for (const auto& entry : cases) {
         const ProgramRun run(cCheck, {QStringLiteral(FAKE_ADAPTOR)}, entry.adaptor);
