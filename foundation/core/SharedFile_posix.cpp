@@ -43,6 +43,21 @@ FileOpening JudgeFailure(const QByteArray& path, GString& reason)
     reason = isLink ? QStringLiteral("it is a link that leads nowhere") : qt_error_string(errno);
     return !isLink && errno == ENOENT ? FileOpening::cMissing : FileOpening::cRefused;
 }
+// Qt looks at the file once more; where that fails it takes the file for a pipe and forgets why.
+FileOpening OpenIn(QFile& file, int descriptor, GString& reason)
+{
+    errno = 0;
+    if (!file.open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle)) {
+        reason = file.errorString();
+        close(descriptor);
+        return FileOpening::cRefused;
+    }
+    if (!file.isSequential())
+        return FileOpening::cOpen;
+    reason = qt_error_string(errno);
+    file.close();
+    return FileOpening::cRefused;
+}
 }  // namespace
 
 FileOpening OpenSharedForReading(QFile& file, int64_t largest, GString& reason)
@@ -62,10 +77,8 @@ FileOpening OpenSharedForReading(QFile& file, int64_t largest, GString& reason)
         reason = qt_error_string(errno);
     else
         reason = GetRefusal(status, largest);
-    if (reason.isEmpty() && !file.open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle))
-        reason = file.errorString();
     if (reason.isEmpty())
-        return FileOpening::cOpen;
+        return OpenIn(file, descriptor, reason);
     close(descriptor);
     return FileOpening::cRefused;
 }

@@ -85,7 +85,7 @@ std::shared_ptr<GMessageQueue> GPPIPCChannel::GetQueue(const Pair& pair)
     return queue;
 }
 
-std::unique_ptr<GMessageQueue> GPPIPCChannel::OpenQueue(const Pair& pair, const Opening& open) const
+std::unique_ptr<GMessageQueue> GPPIPCChannel::OpenQueue(const Pair& pair, Opening open) const
 {
     std::unique_ptr<GMessageQueue> queue = open(GetQueueName(pair));
     if (queue->GetOwner().processID != pair.process)

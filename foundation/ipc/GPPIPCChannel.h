@@ -113,8 +113,7 @@ private:
     GString GetQueueName(const Pair& pair) const;
     std::shared_ptr<GMessageQueue> GetQueue(const Pair& pair);
     using Opening = std::unique_ptr<GMessageQueue> (&)(const GString& name);
-    std::unique_ptr<GMessageQueue> OpenQueue(const Pair& pair,
-                                             const Opening& open = GMessageQueue::Open) const;
+    std::unique_ptr<GMessageQueue> OpenQueue(const Pair& pair, Opening open = GMessageQueue::Open) const;
     std::unique_ptr<GMessageQueue> TryToOpenQueue(const Pair& pair) const;
     std::unique_ptr<GMessageQueue> OpenUsable(const Pair& pair) const;
     bool IsGone(const Pair& pair) const;

@@ -208,10 +208,11 @@ TEST_F(ZipArchiveTest, PasswordsAreCheckedBeforeAnythingIsWritten)
                                             "p\u00E4ss"_q, 6, QString(), ZipNames::NameField));
         ZipArchive archive(mArchive);
         EXPECT_EQ(content, archive.ExtractToMemory("secret\\.txt"_q, "p\u00E4ss"_q));
-        // The format checks one byte: of 256 wrong passwords, one is told from the right one by the content.
+        // The format checks one byte: of 256 wrong passwords, one is told from the right one by the content,
+        // and not at all where there is none.
         int refused = 0;
         for (const QString& wrong : {"other"_q, "Other"_q, "p\u00E4s"_q, "p\u00E4sss"_q}) {
-            EXPECT_FALSE(archive.ExtractCurrentFile(mTarget, wrong, 0));
+            EXPECT_TRUE(!archive.ExtractCurrentFile(mTarget, wrong, 0) || content.isEmpty());
             if (archive.GetLastError() ==
                 "Can't read file secret.txt from %1: the password is wrong."_q.arg(mArchive))
                 ++refused;
