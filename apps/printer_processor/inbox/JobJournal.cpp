@@ -105,12 +105,12 @@ void JobJournal::NoteReady(uint64_t number, const GString& name, const QStringLi
 void JobJournal::NoteDone(uint64_t number)
 {
     const std::lock_guard<std::mutex> guard(mMutex);
-    mContent.jobs.erase(number);
     try {
-        Append(JobJournalLine::Done(number));
+        Append(JobJournalLine::Done(number));  // may write the jobs anew, of which this is one until then
     } catch (const GException& error) {
         GTrace::Error(QStringLiteral("JobJournal::NoteDone"), error.GetDescription());
     }
+    mContent.jobs.erase(number);
 }
 
 // What a failed write has left of its lines is not to stand before the next ones: the file is written anew.

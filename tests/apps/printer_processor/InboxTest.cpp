@@ -93,6 +93,7 @@ TEST_F(InboxTest, JournalTakesEachMessageOnceAndForgetsNothing)
     }
     EXPECT_LT(ReadFile(GetPath("journal")).size(), 2000000);
     EXPECT_EQ(again.GetJobs().size(), 2U);
+    EXPECT_FALSE(JobJournalContent::Read(ReadFile(GetPath("journal"))).isDamaged);
     EXPECT_FALSE(QFile::exists(GetPath("journal.damaged")));
 }
 
