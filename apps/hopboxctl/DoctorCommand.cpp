@@ -1,3 +1,4 @@
+#include "apps/hopboxctl/DamageNotice.h"
 #include "apps/hopboxctl/Doctor.h"
 #include "apps/hopboxctl/HopboxCommands.h"
 #include "apps/hopboxctl/HopboxOutput.h"
@@ -30,6 +31,7 @@ void Try(QVector<Finding>& findings, const Look& look)
 QVector<Finding> LookAtEverything()
 {
     QVector<Finding> findings;
+    Try(findings, [] { DamageNotice::Tell(HopboxRegistry()); });
     Try(findings, [&] { Doctor::LookAtFolders(findings); });
     Try(findings, [&] { Doctor::LookAtRegistry(HopboxRegistry(), findings); });
     Try(findings, [&] { Doctor::LookAtHopboxes(HopboxRegistry(), findings); });

@@ -177,6 +177,8 @@ TEST_F(RegistryDamage, OneThatCannotBeReadIsNotTakenForEmpty)
     }
     EXPECT_EQ(ReadFile(mFile), mWhole);
     WriteFile(mFile, mWhole.left(mWhole.size() / 4));
-    Run({"doctor"_q});
+    EXPECT_EQ(Run({"doctor"_q, "--json"_q}), 1);
+    EXPECT_TRUE(Says("is damaged"));
+    EXPECT_EQ(GetAnswer().value("damaged"_q)["File"_q].toString(), QDir::toNativeSeparators(mFile));
     EXPECT_FALSE(mOutput.contains("project folder"));
 }
