@@ -41,6 +41,7 @@ void HopboxBox::keyPressEvent(QKeyEvent* event)
 {
     if (!IsSpaceWithinText(*event))
         return QComboBox::keyPressEvent(event);
+    view()->setCurrentIndex(mModel->index(currentIndex(), 0));  // the view has none once it was filled anew
     view()->keyboardSearch(QStringLiteral(" "));
     setCurrentIndex(view()->currentIndex().row());
 }

@@ -112,7 +112,19 @@ TEST_F(DialogTest, ASpaceWithinATextThatIsTypedBelongsToIt)
         QTest::qWait(QApplication::keyboardInputInterval() + 50);
     }
     WindowDriver::Type(" "_q);
-    EXPECT_NE(QApplication::activePopupWidget(), nullptr);
+    ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+    list->hidePopup();
+    // Also where the list was filled anew meanwhile.
+    const int interval = QApplication::keyboardInputInterval();
+    QApplication::setKeyboardInputInterval(100000);
+    WindowDriver::Type("m"_q);
+    WindowDriver::Press(Qt::Key_Alt, Qt::AltModifier);
+    WindowDriver::Click(Qt::Key_Return, Qt::AltModifier);
+    WindowDriver::Release(Qt::Key_Alt);
+    EXPECT_EQ(list->count(), 2);
+    WindowDriver::Type(" "_q);
+    EXPECT_EQ(list->currentIndex(), 0);
+    QApplication::setKeyboardInputInterval(interval);
 }
 
 TEST_F(DialogTest, WithoutHopboxesOnlyCancelIsLeft)
