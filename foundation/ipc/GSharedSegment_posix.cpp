@@ -39,17 +39,18 @@ struct GSharedSegment::Handle
 {
     Handle(const GString& name, Mode mode) : file(name, mode) {}
 
-    void Map(size_t needed, Mode mode)
+    // Gives the size.
+    size_t Map(size_t needed, Mode mode)
     {
-        size = MakeWhole(file, needed, mode);
+        const size_t size = MakeWhole(file, needed, mode);
         memory = std::make_unique<PGuardedMapping>(file.Get(), size);
         if (!memory->IsMapped())
             file.RaiseLastError();
+        return size;
     }
 
     PSegmentFile file;
     std::unique_ptr<PGuardedMapping> memory;
-    size_t size = 0;
 };
 
 GSharedSegment::GSharedSegment(const GString& name, size_t size, Mode mode, const Prepare& prepare)
@@ -60,8 +61,7 @@ GSharedSegment::GSharedSegment(const GString& name, size_t size, Mode mode, cons
         // Whoever waited for the lock may have waited for one who put the segment away.
         if (!mHandle->file.IsNamed())
             continue;
-        mHandle->Map(size, mode);
-        mSize = mHandle->size;
+        mSize = mHandle->Map(size, mode);
         mData = mHandle->memory->GetData();
         if (prepare)
             prepare(mData, mHandle->file.GetStatus().st_ino);
@@ -84,7 +84,7 @@ bool GSharedSegment::IsLost() const
 
 bool GSharedSegment::IsCurrent() const
 {
-    return IsIntact() && mHandle->file.IsNamed();
+    return !IsLost() && mHandle->file.GetNamedSize() >= static_cast<off_t>(mSize);
 }
 
 bool GSharedSegment::IsThere(const GString& name)

@@ -20,8 +20,9 @@ public:
     // How large it is; -1 when the system does not tell. Never raises.
     off_t GetSize() const noexcept;
 
-    // Whether the name still leads to this file. Never raises.
-    bool IsNamed() const noexcept;
+    // The same, by the name; -1 also where the name leads to another file, or to none. Never raises.
+    off_t GetNamedSize() const noexcept;
+    bool IsNamed() const noexcept { return GetNamedSize() >= 0; }
 
     // Claims every byte: where memory is mapped that the file system does not have, the first touch of it
     // kills the process. What a file holds already stays. False, with errno set, without the space.
@@ -35,10 +36,12 @@ public:
 
 private:
     void CheckFolder() const;
-    void CheckFile() const;
+    void Check(const struct stat& status) const;
 
     GString mName;
     PFileHandle mHandle;
+    dev_t mDevice = 0;  // which file this is, as long as it is open
+    ino_t mNode = 0;
 };
 
 // Has the lock of the segment's file while it lives. A mapping would keep it after the descriptor is closed,

@@ -105,7 +105,10 @@ PSegmentFile::PSegmentFile(const GString& name, GSharedSegment::Mode mode)
     if (!mHandle.IsOpen())
         RaiseLastError();
     CheckFolder();
-    CheckFile();
+    const struct stat status = GetStatus();
+    Check(status);
+    mDevice = status.st_dev;
+    mNode = status.st_ino;
 }
 
 void PSegmentFile::CheckFolder() const
@@ -121,9 +124,8 @@ void PSegmentFile::CheckFolder() const
                           mName);
 }
 
-void PSegmentFile::CheckFile() const
+void PSegmentFile::Check(const struct stat& status) const
 {
-    const struct stat status = GetStatus();
     if (status.st_uid != ::geteuid())
         RaiseForeign(mName, status.st_uid);
     if (!S_ISREG(status.st_mode))
@@ -146,12 +148,12 @@ off_t PSegmentFile::GetSize() const noexcept
     return ::fstat(Get(), &status) == 0 ? status.st_size : -1;
 }
 
-bool PSegmentFile::IsNamed() const noexcept
+off_t PSegmentFile::GetNamedSize() const noexcept
 {
     struct stat named = {};
-    struct stat open = {};
-    return ::lstat(GetPath(mName).constData(), &named) == 0 && ::fstat(Get(), &open) == 0 &&
-           open.st_dev == named.st_dev && open.st_ino == named.st_ino;
+    const bool isNamed =
+        ::lstat(GetPath(mName).constData(), &named) == 0 && named.st_dev == mDevice && named.st_ino == mNode;
+    return isNamed ? named.st_size : -1;
 }
 
 bool PSegmentFile::ClaimSpace(off_t size, bool isNew) const
