@@ -1,51 +1,33 @@
-#include "plugin/boundary/BoundaryText.h"
-#include "plugin/boundary/HostTable.h"
+#include "FakeAdaptor.h"
+
 #include "plugin/boundary/hopbox_adaptor.h"
 #include "tests/support/TestFiles.h"
 #include "tests/support/Texts.h"
-#include "tests/support/fake_host/FakeHost.h"
 
 #include <QDir>
 #include <QFileInfo>
 
-#include <cstring>
-#include <thread>
-#include <tuple>
 #include <utility>
 
 // The fake host as a library for hopbox-host-check. What FAKE_ADAPTOR_LIE names is wrong with its table.
 
-namespace
-{
-using Table = hopbox_host_table;
-using Handle = hopbox_handle;
+using namespace FakeAdaptor;
 
-QString Read(const hopbox_text& text)
+QString FakeAdaptor::Read(const hopbox_text& text)
 {
     return QString::fromUtf8(text.bytes, static_cast<int>(text.length));
 }
 
-struct State
-{
-    FakeHost services;
-    HostTable host{services};
-    Table table = HostTable::GetTable();
-};
-
-State& GetState()
+FakeAdaptor::State& FakeAdaptor::GetState()
 {
     static auto* const state = new State;
     return *state;
 }
 
-bool hasFront = false;
-bool leavesOpen = false;
-bool leavesBooksOpen = false;
-bool namesFileEarly = false;
-int32_t closing = HOPBOX_OK;
-QString savePath;
+static bool hasFront = false;
+static QString savePath;
 
-int32_t OpenSample(void*, const hopbox_text* folder)
+static int32_t OpenSample(void*, const hopbox_text* folder)
 {
     const QString place = Read(*folder);
     FakeDocument document;
@@ -62,46 +44,43 @@ int32_t OpenSample(void*, const hopbox_text* folder)
     return WriteFile(document.path, "document") && WriteFile(book.path, "book") ? HOPBOX_OK : HOPBOX_FAILED;
 }
 
-int32_t CloseAll(void*)
+static int32_t CloseAll(void*)
 {
     for (FakeDocument& document : GetState().services.documents)
-        document.isOpen = leavesOpen;
-    if (!leavesBooksOpen)
+        document.isOpen = GetState().leavesOpen;
+    if (!GetState().leavesBooksOpen)
         GetState().services.books.clear();
-    hasFront = leavesOpen;
-    return closing;
+    hasFront = GetState().leavesOpen;
+    return GetState().closing;
 }
 
 // What was opened without a window is not in front.
-int32_t GetFrontDocument(void* host, Handle* document)
+int32_t FakeAdaptor::GetFrontDocument(void* host, Handle* document)
 {
     return hasFront ? HostTable::GetTable().get_front_document(host, document) : int32_t(HOPBOX_NONE);
 }
 
-int32_t CountHandles(void*, int32_t* count)
+static int32_t CountHandles(void*, int32_t* count)
 {
     *count = static_cast<int32_t>(GetState().host.GetHandleCount());
     return HOPBOX_OK;
 }
 
-bool leavesRest = false;
-QString restName;  // beside what the plug-in exports
-
 // The work is done to its end, and taken back.
-int32_t CancelNext(void*)
+static int32_t CancelNext(void*)
 {
     FakeHost& services = GetState().services;
     services.onRun = [&services] { services.CancelByUser(); };
     services.onMade = [](const QString& path) {
-        if (!restName.isEmpty() && !path.contains("/Cancelled "_q))
-            WriteFile(QFileInfo(path).path() + restName, "rest");
-        if (!leavesRest)
+        if (!GetState().restName.isEmpty() && !path.contains("/Cancelled "_q))
+            WriteFile(QFileInfo(path).path() + GetState().restName, "rest");
+        if (!GetState().leavesRest)
             QFileInfo(path).isDir() ? QDir(path).removeRecursively() : QFile::remove(path);
     };
     return HOPBOX_OK;
 }
 
-int32_t RunCommand(void* host, Handle command)
+int32_t FakeAdaptor::RunCommand(void* host, Handle command)
 {
     const int32_t result = HostTable::GetTable().run_command(host, command);
     GetState().services.onRun = nullptr;
@@ -109,46 +88,45 @@ int32_t RunCommand(void* host, Handle command)
     return result;
 }
 
-int32_t IsResting(void*, int32_t* isResting)
+static int32_t IsResting(void*, int32_t* isResting)
 {
     *isResting = GetState().services.modalTokens.empty() ? 0 : 1;
     return HOPBOX_OK;
 }
 
-int32_t OpenUnsaved(void*, const hopbox_text* path)
+static int32_t OpenUnsaved(void*, const hopbox_text* path)
 {
     auto& documents = GetState().services.documents;
     savePath = Read(*path);
     documents.insert(documents.begin(), documents.front());
-    documents.front().path = namesFileEarly ? savePath : QString();
+    documents.front().path = GetState().namesFileEarly ? savePath : QString();
     documents.front().isSaved = false;
     return HOPBOX_OK;
 }
 
-int32_t nextButton = 1;
+static int32_t nextButton = 1;
 
-int32_t AnswerAlert(void*, int32_t button)
+static int32_t AnswerAlert(void*, int32_t button)
 {
     nextButton = button;
     return HOPBOX_OK;
 }
 
-int32_t ShowAlert(void* host, const hopbox_text* text, const hopbox_text buttons[3], int32_t first,
-                  int32_t last, int32_t* pressed)
+static int32_t ShowAlert(void* host, const hopbox_text* text, const hopbox_text buttons[3], int32_t first,
+                         int32_t last, int32_t* pressed)
 {
     const int32_t result = HostTable::GetTable().show_alert(host, text, buttons, first, last, pressed);
     *pressed = std::exchange(nextButton, 1);
     return result;
 }
 
-// The kinds of the commands, for lies about one of them.
-std::map<Handle, int32_t>& GetKinds()
+std::map<Handle, int32_t>& FakeAdaptor::GetKinds()
 {
     static auto* const kinds = new std::map<Handle, int32_t>;
     return *kinds;
 }
 
-int32_t CreateCommand(void* host, int32_t kind, Handle* command)
+int32_t FakeAdaptor::CreateCommand(void* host, int32_t kind, Handle* command)
 {
     const int32_t result = HostTable::GetTable().create_command(host, kind, command);
     if (result == HOPBOX_OK)
@@ -156,312 +134,20 @@ int32_t CreateCommand(void* host, int32_t kind, Handle* command)
     return result;
 }
 
-// A run of a command of one kind that does nothing and gives the result.
-template <int32_t kind, int32_t lie>
-int32_t RunNothing(void* host, Handle command)
-{
-    return GetKinds()[command] == kind ? lie : RunCommand(host, command);
-}
-
-int32_t ReadJobOptions(void* host, Handle command, const hopbox_text* path)
+static int32_t ReadJobOptions(void* host, Handle command, const hopbox_text* path)
 {
     return ReadFile(Read(*path)).endsWith("setdistillerparams\n")
                ? HostTable::GetTable().read_job_options(host, command, path)
                : int32_t(HOPBOX_FAILED);
 }
 
-// An operation that fails, or says that it has done what it has not.
-template <int32_t result, class... Parameters>
-int32_t Give(void*, Parameters...)
-{
-    return result;
-}
-
-constexpr char cSample[] = "Sample";
-constexpr char cNoUtf8[] = "\xFF";
-
-template <const char* text>
-int32_t GiveText(void*, Handle, const hopbox_sink* sink)
-{
-    sink->put(sink->context, text, std::strlen(text));
-    return HOPBOX_OK;
-}
-
-// The number as the answer, for which the last parameter is the place.
-template <auto number, class... Parameters>
-int32_t GiveNumber(void*, Parameters... parameters)
-{
-    *std::get<sizeof...(Parameters) - 1>(std::tie(parameters...)) = number;
-    return HOPBOX_OK;
-}
-
-int32_t SaveDocument(void* host, Handle document)
+static int32_t SaveDocument(void* host, Handle document)
 {
     if (!WriteFile(savePath, "document"))
         return HOPBOX_FAILED;
     GetState().services.documents.front().path = savePath;
     return HostTable::GetTable().save_document(host, document);
 }
-
-const std::map<QByteArray, void (*)(Table&)> cLies = {
-    {"version", [](Table& table) { table.version = HOPBOX_VERSION + 1; }},
-    {"needed", [](Table& table) { table.set_pages = nullptr; }},
-    {"no file", [](Table& table) { table.get_document_file = GiveText<cSample>; }},
-    {"no UTF-8", [](Table& table) { table.get_document_name = GiveText<cNoUtf8>; }},
-    {"any page",
-     [](Table& table) {
-         table.get_page = [](void*, Handle, int32_t index, uint32_t* page) -> int32_t {
-             *page = 1001 + static_cast<uint32_t>(index);
-             return HOPBOX_OK;
-         };
-     }},
-    {"any range",
-     [](Table& table) {
-         table.get_pages_of_range = [](void*, Handle, const hopbox_text*,
-                                       const hopbox_page_sink* sink) -> int32_t {
-             const uint32_t page = 1001;
-             sink->put(sink->context, &page, 1);
-             return HOPBOX_OK;
-         };
-     }},
-    {"a range that is cut",
-     [](Table& table) {
-         table.get_pages_of_range = [](void* host, Handle document, const hopbox_text* range,
-                                       const hopbox_page_sink* sink) -> int32_t {
-             const Boundary::PassedText cut(Read(*range).replace(QLatin1Char('3'), QLatin1Char('2')));
-             return HostTable::GetTable().get_pages_of_range(host, document, cut, sink);
-         };
-     }},
-    {"any file that opens",
-     [](Table& table) {
-         table.open_document = [](void* host, const hopbox_text* path, Handle* document) -> int32_t {
-             const int32_t result = HostTable::GetTable().open_document(host, path, document);
-             return result != HOPBOX_OK && QFileInfo::exists(Read(*path)) ? GetFrontDocument(host, document)
-                                                                          : result;
-         };
-     }},
-    {"job options that break off",
-     [](Table& table) {
-         table.read_job_options = [](void* host, Handle command, const hopbox_text* path) -> int32_t {
-             return HostTable::GetTable().read_job_options(host, command, path);
-         };
-     }},
-    {"a rest of a cancelled export",
-     [](Table&) { restName = "/../rest"_q; }},
-    {"any command",
-     [](Table& table) {
-         table.create_command = [](void* host, int32_t kind, Handle* command) -> int32_t {
-             return HostTable::GetTable().create_command(
-                 host, kind == 99 ? int32_t(HOPBOX_EXPORT_DOCUMENT) : kind, command);
-         };
-     }},
-    {"any job options", [](Table& table) { table.read_job_options = Give<HOPBOX_OK>; }},
-    {"pages of one handle",
-     [](Table& table) {
-         table.get_page = [](void* host, Handle document, int32_t index, uint32_t* page) -> int32_t {
-             static const Handle first = document;
-             return document == first ? HostTable::GetTable().get_page(host, document, index, page)
-                                      : int32_t(HOPBOX_FAILED);
-         };
-     }},
-    {"a document of no handle",
-     [](Table& table) {
-         table.get_page_count = [](void* host, Handle document, int32_t* count) -> int32_t {
-             return document == 0 ? int32_t(HOPBOX_OK)
-                                  : HostTable::GetTable().get_page_count(host, document, count);
-         };
-     }},
-    {"a command of no handle",
-     [](Table& table) {
-         table.run_command = [](void* host, Handle command) -> int32_t {
-             return command == 0 ? int32_t(HOPBOX_OK) : RunCommand(host, command);
-         };
-     }},
-    {"a file that is not there yet", [](Table&) { namesFileEarly = true; }},
-    {"documents that don't close", [](Table&) { closing = HOPBOX_FAILED; }},
-    {"a rest without an end", [](Table& table) { table.end_modal = [](void*, uint64_t) {}; }},
-    {"no rest", [](Table& table) { table.begin_modal = GiveNumber<1>; }},
-    {"no setting", [](Table& table) { table.set_switch = Give<HOPBOX_FAILED>; }},
-    {"no length", [](Table& table) { table.set_length = Give<HOPBOX_FAILED>; }},
-    {"no package setting", [](Table& table) { table.set_package_setting = Give<HOPBOX_FAILED>; }},
-    {"any setting", [](Table& table) { table.set_switch = Give<HOPBOX_OK>; }},
-    {"any length", [](Table& table) { table.set_length = Give<HOPBOX_OK>; }},
-    {"any package setting", [](Table& table) { table.set_package_setting = Give<HOPBOX_OK>; }},
-    {"no PDF", [](Table& table) { table.run_command = Give<HOPBOX_OK>; }},
-    {"no PDF of a book", [](Table& table) { table.run_command = RunNothing<HOPBOX_EXPORT_BOOK, HOPBOX_OK>; }},
-    {"no package of a book",
-     [](Table& table) { table.run_command = RunNothing<HOPBOX_PACKAGE_BOOK, HOPBOX_OK>; }},
-    {"no preferences of a book",
-     [](Table& table) { table.run_command = RunNothing<HOPBOX_PDF_PREFERENCES, HOPBOX_FAILED>; }},
-    {"no Cancel of a book",
-     [](Table& table) {
-         table.run_command = [](void* host, Handle command) -> int32_t {
-             const int32_t result = RunCommand(host, command);
-             return result == HOPBOX_CANCELLED && GetKinds()[command] == HOPBOX_EXPORT_BOOK
-                        ? int32_t(HOPBOX_OK)
-                        : result;
-         };
-     }},
-    {"a rest beside what was made",
-     [](Table& table) {
-         table.run_command = [](void* host, Handle command) -> int32_t {
-             GetState().services.onMade = [](const QString& path) {
-                 WriteFile(QFileInfo(path).path() + "/rest"_q, "rest");
-             };
-             return RunCommand(host, command);
-         };
-     }},
-    {"a document that is written to",
-     [](Table& table) {
-         table.run_command = [](void* host, Handle command) -> int32_t {
-             const QString path = GetState().services.documents.front().path;
-             WriteFile(path, ReadFile(path) + "more");
-             return RunCommand(host, command);
-         };
-     }},
-    {"no report", [](Table& table) { table.write_report = Give<HOPBOX_OK>; }},
-    {"no document for a package", [](Table& table) { table.set_document = Give<HOPBOX_FAILED>; }},
-    {"no book for a command", [](Table& table) { table.set_book = Give<HOPBOX_FAILED>; }},
-    {"no output", [](Table& table) { table.set_output = Give<HOPBOX_FAILED>; }},
-    {"no pages", [](Table& table) { table.set_pages = Give<HOPBOX_FAILED>; }},
-    {"no name", [](Table& table) { table.set_name = Give<HOPBOX_FAILED>; }},
-    {"no spreads", [](Table& table) { table.set_spreads = Give<HOPBOX_FAILED>; }},
-    {"spreads that are forgotten", [](Table& table) { table.set_spreads = Give<HOPBOX_OK>; }},
-    {"no action", [](Table& table) { table.add_action = Give<HOPBOX_FAILED>; }},
-    {"an action that is forgotten", [](Table& table) { table.add_action = Give<HOPBOX_OK>; }},
-    {"no menu", [](Table& table) { table.add_menu_item = Give<HOPBOX_FAILED>; }},
-    {"no packages of books",
-     [](Table& table) {
-         table.create_command = [](void* host, int32_t kind, Handle* command) -> int32_t {
-             return kind == HOPBOX_PACKAGE_BOOK ? int32_t(HOPBOX_UNSUPPORTED)
-                                                : CreateCommand(host, kind, command);
-         };
-     }},
-    {"actions of an earlier session",
-     [](Table& table) {
-         table.is_action_known = [](void*, int32_t action, int32_t* isKnown) -> int32_t {
-             *isKnown = action == HOPBOX_ACTION_DOCUMENT || action == HOPBOX_ACTION_BOOK;
-             return HOPBOX_OK;
-         };
-         table.add_action = Give<HOPBOX_FAILED>;
-     }},
-    {"any action", [](Table& table) { table.is_action_known = GiveNumber<1>; }},
-    {"one button", [](Table& table) { table.show_alert = GiveNumber<1>; }},
-    {"fonts that are no UTF-8", [](Table& table) { table.get_missing_fonts = GiveText<cNoUtf8>; }},
-    {"no page", [](Table& table) { table.get_page_count = GiveNumber<0>; }},
-    {"a document of nothing", [](Table& table) { table.get_front_document = GiveNumber<4711>; }},
-    {"any document that is open",
-     [](Table& table) {
-         table.find_open_document = [](void* host, const hopbox_text*, Handle* document) -> int32_t {
-             return GetFrontDocument(host, document);
-         };
-     }},
-    {"any document that opens",
-     [](Table& table) {
-         table.open_document = [](void* host, const hopbox_text* path, Handle* document) -> int32_t {
-             return QFileInfo::exists(Read(*path)) ? HostTable::GetTable().open_document(host, path, document)
-                                                   : GetFrontDocument(host, document);
-         };
-     }},
-    {"a document that is unsaved for ever", [](Table& table) { table.save_document = Give<HOPBOX_FAILED>; }},
-    {"a book without a file", [](Table& table) { table.get_book_file = GiveText<cSample>; }},
-    {"a book's name that is no UTF-8", [](Table& table) { table.get_book_name = GiveText<cNoUtf8>; }},
-    {"any document of a book",
-     [](Table& table) {
-         table.get_book_document_file = [](void* host, Handle book, int32_t,
-                                           const hopbox_sink* sink) -> int32_t {
-             return HostTable::GetTable().get_book_document_file(host, book, 0, sink);
-         };
-     }},
-    {"an empty book", [](Table& table) { table.get_book_document_count = GiveNumber<0>; }},
-    {"a book that is not saved", [](Table& table) { table.save_book = Give<HOPBOX_FAILED>; }},
-    {"books left open", [](Table&) { leavesBooksOpen = true; }},
-    {"no token", [](Table& table) { table.begin_modal = GiveNumber<0>; }},
-    {"no unit", [](Table& table) { table.get_unit = GiveNumber<9>; }},
-    {"books without documents",
-     [](Table& table) { table.get_book_document_file = Give<HOPBOX_NONE>; }},
-    {"no export",  // of the name that the plug-in gives it, after that of the document in front
-     [](Table& table) {
-         table.set_output = [](void* host, Handle command, const hopbox_text* path) -> int32_t {
-             return Read(*path).endsWith("Unsaved 2.pdf"_q)
-                        ? int32_t(HOPBOX_FAILED)
-                        : HostTable::GetTable().set_output(host, command, path);
-         };
-     }},
-    {"documents left open", [](Table&) { leavesOpen = true; }},
-    {"a text of another thread",
-     [](Table& table) {
-         table.get_document_name = [](void*, Handle, const hopbox_sink* sink) -> int32_t {
-             std::thread([&] { sink->put(sink->context, "Sample", 6); }).join();
-             return HOPBOX_OK;
-         };
-     }},
-    {"pages of another thread",
-     [](Table& table) {
-         table.get_pages_of_range = [](void* host, Handle document, const hopbox_text* range,
-                                       const hopbox_page_sink* sink) -> int32_t {
-             int32_t result = 0;
-             std::thread([&] {
-                 result = HostTable::GetTable().get_pages_of_range(host, document, range, sink);
-             }).join();
-             return result;
-         };
-     }},
-    {"handles that are kept", [](Table& table) { table.release = [](void*, Handle) {}; }},
-    {"handles that are not counted",
-     [](Table& table) {
-         static Handle last = 0;
-         table.get_front_document = [](void* host, Handle* document) -> int32_t {
-             const int32_t result = last != 0 ? int32_t(HOPBOX_OK) : GetFrontDocument(host, &last);
-             *document = result == HOPBOX_OK ? last : *document;
-             return result;
-         };
-         table.release = [](void* host, Handle handle) {
-             last = last == handle ? 0 : last;
-             HostTable::GetTable().release(host, handle);
-         };
-     }},
-    {"a handle of nothing",
-     [](Table& table) {
-         table.find_open_document = [](void* host, const hopbox_text* path, Handle* document) -> int32_t {
-             const int32_t result = HostTable::GetTable().find_open_document(host, path, document);
-             *document = result == HOPBOX_OK ? *document : 4711;
-             return result;
-         };
-     }},
-    {"no handle",
-     [](Table& table) {
-         table.open_document = [](void*, const hopbox_text* path, Handle*) -> int32_t {
-             return QFileInfo::exists(Read(*path)) ? HOPBOX_OK : HOPBOX_FAILED;
-         };
-     }},
-    {"documents that stay open", [](Table& table) { table.close_document = Give<HOPBOX_OK>; }},
-    {"no Cancel",
-     [](Table& table) {
-         table.run_command = [](void* host, Handle command) -> int32_t {
-             const int32_t result = RunCommand(host, command);
-             return result == HOPBOX_CANCELLED ? int32_t(HOPBOX_OK) : result;
-         };
-     }},
-    {"a rest of what was cancelled", [](Table&) { leavesRest = true; }},
-    {"any folder",
-     [](Table& table) {
-         table.set_output = [](void* host, Handle command, const hopbox_text* path) -> int32_t {
-             const Boundary::PassedText elsewhere(Read(*path).remove("Check.joboptions/"_q));
-             return HostTable::GetTable().set_output(host, command, elsewhere);
-         };
-     }},
-    {"any report",
-     [](Table& table) {
-         table.write_report = [](void* host, Handle command) -> int32_t {
-             HostTable::GetTable().write_report(host, command);
-             return HOPBOX_OK;
-         };
-     }},
-    {"any save", [](Table& table) { table.save_document = Give<HOPBOX_OK>; }},
-    {"always saved", [](Table& table) { table.is_document_saved = GiveNumber<1>; }},
-    {"a book that stays modified", [](Table& table) { table.is_book_modified = GiveNumber<1>; }}};
-}  // namespace
 
 extern "C" Q_DECL_EXPORT const hopbox_adaptor* hopbox_adaptor_entry(uint32_t)
 {
@@ -474,8 +160,6 @@ extern "C" Q_DECL_EXPORT const hopbox_adaptor* hopbox_adaptor_entry(uint32_t)
     GetState().table.run_command = RunCommand;
     GetState().table.read_job_options = ReadJobOptions;
     GetState().table.save_document = SaveDocument;
-    const auto lie = cLies.find(qgetenv("FAKE_ADAPTOR_LIE"));
-    if (lie != cLies.end())
-        lie->second(GetState().table);
+    Lie(qgetenv("FAKE_ADAPTOR_LIE"));
     return &adaptor;
 }
