@@ -7,15 +7,15 @@
 namespace
 {
 // In the order in which the command is told them.
-constexpr std::pair<PackageSetting, bool> cSettings[cPackageSettingCount] = {
-    {PackageSetting::Fonts, true},
-    {PackageSetting::Links, true},
-    {PackageSetting::Profiles, true},
-    {PackageSetting::UpdateGraphics, false},
-    {PackageSetting::HiddenLayers, false},
-    {PackageSetting::DocumentHyphenationOnly, false},
-    {PackageSetting::IgnorePreflightErrors, true},
-    {PackageSetting::Report, false}};
+constexpr std::pair<PackageSetting, bool> cSettings[] = {{PackageSetting::Fonts, true},
+                                                         {PackageSetting::Links, true},
+                                                         {PackageSetting::Profiles, true},
+                                                         {PackageSetting::UpdateGraphics, false},
+                                                         {PackageSetting::HiddenLayers, false},
+                                                         {PackageSetting::DocumentHyphenationOnly, false},
+                                                         {PackageSetting::IgnorePreflightErrors, true},
+                                                         {PackageSetting::Report, false}};
+static_assert(std::size(cSettings) == cPackageSettingCount);
 }  // namespace
 
 bool PackageStep::MakePackage(IPackageCommand& command, const GString& name)

@@ -125,8 +125,7 @@ void CommandChecks::CheckSettings(hopbox_command kind)
     if (IsPackage(kind)) {
         if (mHost.GetTable().set_package_setting == nullptr)
             return;
-        for (int32_t setting = HOPBOX_PACKAGE_FONTS; setting <= HOPBOX_PACKAGE_DOCUMENT_HYPHENATION;
-             ++setting)
+        for (int32_t setting = 0; setting < HOPBOX_PACKAGE_SETTINGS; ++setting)
             ExpectTaken(mHost.Call(&Table::set_package_setting, command.value, setting, 1),
                         "set_package_setting", setting);
         mReport.Expect(mHost.Call(&Table::set_package_setting, command.value, 99, 1) == HOPBOX_UNSUPPORTED,
@@ -140,13 +139,13 @@ void CommandChecks::CheckSettings(hopbox_command kind)
     if (mHost.Call(&Table::read_job_options, command.value, &damaged.Get()) == HOPBOX_OK)
         mReport.Lack("read_job_options", QStringLiteral("a file that breaks off is taken"));
     if (mHost.GetTable().set_switch != nullptr) {
-        for (int32_t setting = HOPBOX_USE_DOCUMENT_BLEED; setting <= HOPBOX_PAGE_INFORMATION; ++setting)
+        for (int32_t setting = 0; setting < HOPBOX_SWITCHES; ++setting)
             ExpectTaken(mHost.Call(&Table::set_switch, command.value, setting, 0), "set_switch", setting);
         mReport.Expect(mHost.Call(&Table::set_switch, command.value, 99, 0) == HOPBOX_UNSUPPORTED,
                        "set_switch", noSetting);
     }
     if (mHost.GetTable().set_length != nullptr) {
-        for (int32_t setting = HOPBOX_BLEED_TOP; setting <= HOPBOX_MARK_WEIGHT; ++setting)
+        for (int32_t setting = 0; setting < HOPBOX_LENGTHS; ++setting)
             ExpectTaken(mHost.Call(&Table::set_length, command.value, setting, 3.0), "set_length", setting);
         mReport.Expect(mHost.Call(&Table::set_length, command.value, 99, 0.0) == HOPBOX_UNSUPPORTED,
                        "set_length", noSetting);

@@ -70,7 +70,7 @@ int32_t ReadJobOptions(void* host, hopbox_handle command, const hopbox_text* pat
 int32_t SetSwitch(void* host, hopbox_handle command, int32_t setting, int32_t isOn)
 {
     return WithPreferences(host, command, [&](IPDFExportPreferences& preferences) {
-        if (setting < HOPBOX_USE_DOCUMENT_BLEED || setting > HOPBOX_PAGE_INFORMATION)
+        if (setting < 0 || setting >= cPDFSwitchCount)
             return HOPBOX_UNSUPPORTED;
         preferences.SetSwitch(static_cast<PDFSwitch>(setting), isOn != 0);
         return HOPBOX_OK;
@@ -80,7 +80,7 @@ int32_t SetSwitch(void* host, hopbox_handle command, int32_t setting, int32_t is
 int32_t SetLength(void* host, hopbox_handle command, int32_t setting, double points)
 {
     return WithPreferences(host, command, [&](IPDFExportPreferences& preferences) {
-        if (setting < HOPBOX_BLEED_TOP || setting > HOPBOX_MARK_WEIGHT)
+        if (setting < 0 || setting >= cPDFLengthCount)
             return HOPBOX_UNSUPPORTED;
         preferences.SetLength(static_cast<PDFLength>(setting), points);
         return HOPBOX_OK;

@@ -9,9 +9,12 @@ using Table = hopbox_host_table;
 
 // The settings' numbers at the boundary are their places in the enumerations of the classes.
 static_assert(static_cast<int>(PDFSwitch::PageInformation) == HOPBOX_PAGE_INFORMATION);
+static_assert(cPDFSwitchCount == HOPBOX_SWITCHES);
 static_assert(static_cast<int>(PDFLength::MarkWeight) == HOPBOX_MARK_WEIGHT);
+static_assert(cPDFLengthCount == HOPBOX_LENGTHS);
 static_assert(static_cast<int>(PackageSetting::DocumentHyphenationOnly) ==
               HOPBOX_PACKAGE_DOCUMENT_HYPHENATION);
+static_assert(cPackageSettingCount == HOPBOX_PACKAGE_SETTINGS);
 
 class Preferences final : public TableObject<IPDFExportPreferences>
 {

@@ -1,9 +1,8 @@
 /*
  * The boundary between a layout application (the host) and the module "Export to Hopbox" (the plug-in).
  *
- * Plain C11, of no compiler and no library in particular: two tables of functions, opaque handles, texts as
- * pointer and length, errors by value. A host in any language needs this header alone, and no library to
- * link.
+ * Plain C11 for any compiler: two tables of functions, opaque handles, texts as pointer and length, errors by
+ * value. A host in any language needs this header alone, and no library to link.
  *
  * How a host uses it:
  *   1. It loads the module and finds the entry HOPBOX_ENTRY_NAME, a hopbox_entry_function.
@@ -17,31 +16,30 @@
  * `load`. A call from another thread changes nothing and gives HOPBOX_WRONG_THREAD.
  *
  * Re-entry. While `do_action` runs it calls the host's operations, shows windows and handles events, so the
- * host's own code may run inside it, and so it is with `export_to`. A further `do_action` then
- * brings the open window to the front and does nothing else, a further `export_to` gives HOPBOX_BUSY; where
- * two modules live in a process, the action of the other counts, too. `close_actions` and `unload` give
- * HOPBOX_BUSY and change nothing, then and from inside any function of the host's table.
+ * host's own code may run inside it. The same holds for `export_to`. A further `do_action` then brings the
+ * open window to the front and does nothing else, a further `export_to` gives HOPBOX_BUSY. Where two modules
+ * live in a process, the action of the other counts, too. `close_actions` and `unload` give HOPBOX_BUSY and
+ * change nothing, then and from inside any function of the host's table.
  *
  * Errors. An operation gives HOPBOX_OK or says why not. A number that is none of hopbox_result counts as
  * HOPBOX_FAILED. Nothing may be thrown or jumped across the boundary. An operation that does not give
  * HOPBOX_OK leaves what its pointers lead to alone; what it put into a sink before that is not used.
  *
  * Sizes and versions. Each table begins with its size in bytes and its version, which the side that makes it
- * fills in with sizeof and HOPBOX_VERSION. Later forms add functions at the end and nothing else while the
- * version stays: a side calls only what lies within the other's size, and takes a function that is missing or
- * null for one that gives HOPBOX_UNSUPPORTED. A size that ends within a function does not reach it. A table
- * of another version is refused.
+ * fills in with sizeof and HOPBOX_VERSION. As long as the version stays, new functions are only added at the
+ * end. A side calls only what lies within the other's size, and takes a function that is missing or null for
+ * one that gives HOPBOX_UNSUPPORTED. A size that ends within a function does not reach it. A table of another
+ * version is refused.
  *
  * Handles. Numbers of the host's choice, such as pointers or places in a table; 0 is none, and an operation
  * on it fails. Each handle that an operation gives belongs to the plug-in, which gives it back with `release`
- * once. The host may give the same number several times and counts how often then. The plug-in gives all
- * handles back before `do_action`, `export_to`, `get_action_state`, `startup`, `shutdown` or `unload`
- * returns.
+ * once. If the host gives a number twice, it must count: each is released once. The plug-in gives all handles
+ * back before `do_action`, `export_to`, `get_action_state`, `startup`, `shutdown` or `unload` returns.
  *
  * Texts. UTF-8 with a length in bytes, without a zero byte at the end; at most HOPBOX_LONGEST_TEXT bytes. A
  * longer text, or a null pointer with a length, is a fault, and so are more than 100,000 texts of one list.
- * What a side passes is the other's to read until the call returns, and is never kept or freed by it. Texts
- * come back through a sink.
+ * The other side may read a text until the call returns. It never keeps or frees it. Texts come back through
+ * a sink.
  *
  * Paths are full paths in the system's own form, as texts. Lengths are points (1/72 inch), page numbers those
  * that the user sees. Truth is an int32_t, 0 or 1.
@@ -94,7 +92,7 @@ typedef struct hopbox_page_sink
     void (*put)(void* context, const uint32_t* pages, size_t count);
 } hopbox_page_sink;
 
-/* A choice that is left to the Hopbox's own settings, where an int32_t is a truth else. */
+/* Used in place of 0 or 1: the Hopbox's own settings decide. */
 #define HOPBOX_AS_SET (-1)
 
 /* Units in which a host shows lengths. */
@@ -134,7 +132,8 @@ enum hopbox_switch
     HOPBOX_BLEED_MARKS = 3,
     HOPBOX_REGISTRATION_MARKS = 4,
     HOPBOX_COLOR_BARS = 5,
-    HOPBOX_PAGE_INFORMATION = 6
+    HOPBOX_PAGE_INFORMATION = 6,
+    HOPBOX_SWITCHES /* how many there are; so below */
 };
 
 /* Settings of a PDF that are lengths. */
@@ -145,7 +144,8 @@ enum hopbox_length
     HOPBOX_BLEED_INSIDE = 2,
     HOPBOX_BLEED_OUTSIDE = 3,
     HOPBOX_MARK_OFFSET = 4, /* from the page's edge to the marks */
-    HOPBOX_MARK_WEIGHT = 5  /* the width of their lines */
+    HOPBOX_MARK_WEIGHT = 5, /* the width of their lines */
+    HOPBOX_LENGTHS
 };
 
 /* Settings of a package. */
@@ -158,7 +158,8 @@ enum hopbox_package_setting
     HOPBOX_PACKAGE_HIDDEN_LAYERS = 4,
     HOPBOX_PACKAGE_IGNORE_ERRORS = 5, /* go on where a link or font is missing */
     HOPBOX_PACKAGE_REPORT = 6,        /* a report of the host's own making, beside write_report */
-    HOPBOX_PACKAGE_DOCUMENT_HYPHENATION = 7
+    HOPBOX_PACKAGE_DOCUMENT_HYPHENATION = 7,
+    HOPBOX_PACKAGE_SETTINGS
 };
 
 /*
@@ -179,9 +180,9 @@ typedef struct hopbox_host_table
     /* The unit in which lengths are shown, of hopbox_unit. Without it: points. */
     int32_t (*get_unit)(void* host, int32_t* unit);
 
-    /* Shows an alert with up to three buttons, those with a text, and gives the number, from 1, of the one
-     * that closed it. `default_button` is what Enter presses, `cancel_button` what Escape presses. Without
-     * it: no About box; the alerts of exports are the plug-in's own. */
+    /* Shows an alert with up to three buttons; one without a text is not shown. Gives the number (1 to 3) of
+     * the button pressed. `default_button` is what Enter presses, `cancel_button` what Escape presses.
+     * Without it: no About box; the alerts of exports are the plug-in's own. */
     int32_t (*show_alert)(void* host, const hopbox_text* text, const hopbox_text buttons[3],
                           int32_t default_button, int32_t cancel_button, int32_t* pressed);
 
@@ -213,8 +214,8 @@ typedef struct hopbox_host_table
      * as are the next two. Without it: none is open. */
     int32_t (*find_open_document)(void* host, const hopbox_text* path, hopbox_handle* document);
 
-    /* Opens a document without a window and without a question. HOPBOX_NONE when that worked and there is no
-     * document: the user is told that it is invalid, else that it can't be opened. Without it: a book's
+    /* Opens a document without a window and without a question. HOPBOX_NONE: opened, but no document came of
+     * it; the user reads that it is invalid. Other errors: that it can't be opened. Without it: a book's
      * documents that are not open can't be exported. */
     int32_t (*open_document)(void* host, const hopbox_text* path, hopbox_handle* document);
 
@@ -230,9 +231,9 @@ typedef struct hopbox_host_table
      * not saved is not exported. */
     int32_t (*save_document)(void* host, hopbox_handle document);
 
-    /* The document's file, or HOPBOX_NONE when it was never saved; the name that its window bears. PDF and
-     * package are named after the file, else after the name, without what follows the last dot. Without them:
-     * there is none. */
+    /* The document's file, or HOPBOX_NONE when it was never saved; the name in its window's title. PDF and
+     * package take the file's name, or the document's if there is no file, without the last dot and what
+     * follows. Without them: there is none. */
     int32_t (*get_document_file)(void* host, hopbox_handle document, const hopbox_sink* path);
     int32_t (*get_document_name)(void* host, hopbox_handle document, const hopbox_sink* name);
 
@@ -247,9 +248,9 @@ typedef struct hopbox_host_table
     int32_t (*get_pages_of_range)(void* host, hopbox_handle document, const hopbox_text* range,
                                   const hopbox_page_sink* pages);
 
-    /* The names of the fonts that a document uses and the host does not have: none of them is HOPBOX_OK
-     * without a text. HOPBOX_NONE, and a missing function, say that the host can't tell: a document in front
-     * is not exported then. */
+    /* The names of the fonts that a document uses and the host does not have. If no font is missing:
+     * HOPBOX_OK, and no text. HOPBOX_NONE, or without it: the host can't tell, and a document in front is not
+     * exported. */
     int32_t (*get_missing_fonts)(void* host, hopbox_handle document, const hopbox_sink* names);
 
     /* --- Books; a host without books leaves them all null --- */
@@ -257,7 +258,7 @@ typedef struct hopbox_host_table
     /* The book whose panel is in front, or HOPBOX_NONE: the book's menu entry is off then. */
     int32_t (*get_active_book)(void* host, hopbox_handle* book);
 
-    /* As for a document, without them, too. */
+    /* The same as for a document; also when they are missing. */
     int32_t (*get_book_file)(void* host, hopbox_handle book, const hopbox_sink* path);
     int32_t (*get_book_name)(void* host, hopbox_handle book, const hopbox_sink* name);
 
@@ -273,13 +274,15 @@ typedef struct hopbox_host_table
     /* --- Commands --- */
 
     /* A command of hopbox_command, with nothing told yet; HOPBOX_UNSUPPORTED where the host has none such.
-     * Without it, read_job_options, set_output or run_command nothing is exported; without set_pages no
-     * document is exported, without set_document none is packaged, without set_book no book is either. */
+     * Without create_command, read_job_options, set_output or run_command: nothing is exported.
+     * Without set_pages: no document is exported.
+     * Without set_document: no document is packaged.
+     * Without set_book: no book is exported or packaged. */
     int32_t (*create_command)(void* host, int32_t kind, hopbox_handle* command);
 
     /* Takes all settings of a PDF from a job options file; on HOPBOX_FAILED they are as they were.
      * HOPBOX_UNSUPPORTED, and a missing function, say that the command has no such settings; the user is told
-     * which of the two it is. So it is with set_output, set_book and write_report. */
+     * which of the two it is. The same holds for set_output, set_book and write_report. */
     int32_t (*read_job_options)(void* host, hopbox_handle command, const hopbox_text* path);
 
     /* One setting, of hopbox_switch or hopbox_length, after the job options. Without these, and where they
@@ -299,7 +302,7 @@ typedef struct hopbox_host_table
     int32_t (*set_pages)(void* host, hopbox_handle command, hopbox_handle document, const uint32_t* pages,
                          size_t count, int32_t are_joined);
 
-    /* The name that progress windows and the PDF's title bear. Without it: as the host likes. */
+    /* The name for progress windows and the PDF's title. Without it: the host's choice. */
     int32_t (*set_name)(void* host, hopbox_handle command, const hopbox_text* name);
 
     /* What is packaged; what is exported or packaged as a book, with all of its documents in their order. */
@@ -350,10 +353,10 @@ typedef struct hopbox_plugin_table
      * close_actions gives that: table and host must stay then. */
     int32_t (*unload)(void);
 
-    /* What the entry of an action is to show now: whether it is on, its name in the user's language, and the
-     * shortcut that it bears while the user has set none, such as "Alt+Shift+E". The sinks may be null.
-     * HOPBOX_NONE for the about action and for what is not the plug-in's, whose entries are the host's
-     * business, and when the actions are not open. */
+    /* What the entry of an action is to show now: whether it is on, its name in the user's language, and its
+     * default shortcut, such as "Alt+Shift+E". The sinks may be null. HOPBOX_NONE for the about action and
+     * for what is not the plug-in's, whose entries are the host's business, and when the actions are not
+     * open. */
     int32_t (*get_action_state)(int32_t action, int32_t* is_on, const hopbox_sink* name,
                                 const hopbox_sink* shortcut);
 

@@ -15,8 +15,10 @@ enum class PDFSwitch
     BleedMarks,
     RegistrationMarks,
     ColorBars,
-    PageInformation
+    PageInformation,
+    End
 };
+constexpr int cPDFSwitchCount = static_cast<int>(PDFSwitch::End);
 
 // Settings of a PDF export that are lengths, in points. Each is one preference of the host's interface 9479.
 enum class PDFLength
@@ -26,8 +28,10 @@ enum class PDFLength
     BleedInside,
     BleedOutside,
     MarkOffset,  // from the page's edge to the marks
-    MarkWeight   // the width of the marks' lines
+    MarkWeight,  // the width of the marks' lines
+    End
 };
+constexpr int cPDFLengthCount = static_cast<int>(PDFLength::End);
 
 // Values of the setting that joins the pages of a spread: whether they become one page of the PDF.
 constexpr int32_t cReaderSpreadsOff = 0;

@@ -11,17 +11,17 @@
 // other two choices of that kind.
 enum class PackageSetting
 {
-    Fonts,                   // copy the fonts
-    Links,                   // copy the linked graphics
-    Profiles,                // copy the colour profiles
-    UpdateGraphics,          // let the links of the copy lead to the copied graphics
-    HiddenLayers,            // take fonts and links of hidden and non-printing content too
-    IgnorePreflightErrors,   // go on where the host's check finds faults
-    Report,                  // write the report that the host makes on its own
-    DocumentHyphenationOnly  // hyphenate the copy by the document's own exceptions alone
+    Fonts,                    // copy the fonts
+    Links,                    // copy the linked graphics
+    Profiles,                 // copy the colour profiles
+    UpdateGraphics,           // let the links of the copy lead to the copied graphics
+    HiddenLayers,             // take fonts and links of hidden and non-printing content too
+    IgnorePreflightErrors,    // go on where the host's check finds faults
+    Report,                   // write the report that the host makes on its own
+    DocumentHyphenationOnly,  // hyphenate the copy by the document's own exceptions alone
+    End
 };
-
-constexpr int cPackageSettingCount = 8;
+constexpr int cPackageSettingCount = static_cast<int>(PackageSetting::End);
 
 // Collects a document or a book, with what it needs, in a folder.
 class IPackageCommand : public IHostObject

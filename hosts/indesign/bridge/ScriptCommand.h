@@ -15,5 +15,5 @@ struct ScriptCommand
     QString name;
     QJsonArray pages;
     hopbox_handle source = 0;  // the document or book
-    bool packageSettings[HOPBOX_PACKAGE_DOCUMENT_HYPHENATION + 1] = {};
+    bool packageSettings[HOPBOX_PACKAGE_SETTINGS] = {};
 };

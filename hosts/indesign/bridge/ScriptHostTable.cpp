@@ -199,7 +199,8 @@ struct HostFunctions
         static const char* const cProperties[] = {
             "useDocumentBleedWithPDF", "includeSlugWithPDF", "cropMarks",           "bleedMarks",
             "registrationMarks",       "colorBars",          "pageInformationMarks"};
-        if (setting < HOPBOX_USE_DOCUMENT_BLEED || setting > HOPBOX_PAGE_INFORMATION)
+        static_assert(std::size(cProperties) == HOPBOX_SWITCHES);
+        if (setting < 0 || setting >= HOPBOX_SWITCHES)
             return HOPBOX_UNSUPPORTED;
         return TellCommand(host, handle, [=](ScriptCommand& command) {
             command.preset.Set(cProperties[setting], isOn != 0);
@@ -208,9 +209,11 @@ struct HostFunctions
 
     static int32_t SetLength(void* host, hopbox_handle handle, int32_t setting, double points)
     {
-        static const char* const cProperties[] = {"bleedTop", "bleedBottom", "bleedInside", "bleedOutside",
-                                                  "pageMarksOffset"};
-        if (setting < HOPBOX_BLEED_TOP || setting > HOPBOX_MARK_WEIGHT)
+        // The weight is one of three words.
+        static const char* const cProperties[] = {"bleedTop",     "bleedBottom",     "bleedInside",
+                                                  "bleedOutside", "pageMarksOffset", nullptr};
+        static_assert(std::size(cProperties) == HOPBOX_LENGTHS);
+        if (setting < 0 || setting >= HOPBOX_LENGTHS)
             return HOPBOX_UNSUPPORTED;
         return TellCommand(host, handle, [=](ScriptCommand& command) {
             if (setting == HOPBOX_MARK_WEIGHT)
@@ -248,7 +251,7 @@ struct HostFunctions
 
     static int32_t SetPackageSetting(void* host, hopbox_handle handle, int32_t setting, int32_t isOn)
     {
-        if (setting < HOPBOX_PACKAGE_FONTS || setting > HOPBOX_PACKAGE_DOCUMENT_HYPHENATION)
+        if (setting < 0 || setting >= HOPBOX_PACKAGE_SETTINGS)
             return HOPBOX_UNSUPPORTED;
         return TellCommand(host, handle,
                            [=](ScriptCommand& command) { command.packageSettings[setting] = isOn != 0; });

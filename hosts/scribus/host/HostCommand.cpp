@@ -38,12 +38,12 @@ constexpr std::array cSwitches = {&PdfSettings::usesDocumentBleed, &PdfSettings:
                                   &PdfSettings::cropMarks,         &PdfSettings::bleedMarks,
                                   &PdfSettings::registrationMarks, &PdfSettings::colorBars,
                                   &PdfSettings::pageInformation};
-static_assert(cSwitches.size() == static_cast<size_t>(PDFSwitch::PageInformation) + 1);
+static_assert(cSwitches.size() == cPDFSwitchCount);
 
 constexpr std::array cLengths = {&PdfSettings::bleedTop,    &PdfSettings::bleedBottom,
                                  &PdfSettings::bleedInside, &PdfSettings::bleedOutside,
                                  &PdfSettings::markOffset,  &PdfSettings::markWeight};
-static_assert(cLengths.size() == static_cast<size_t>(PDFLength::MarkWeight) + 1);
+static_assert(cLengths.size() == cPDFLengthCount);
 
 template <class Interface>
 class Part : public HostObject<Interface>

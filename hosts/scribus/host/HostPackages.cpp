@@ -28,6 +28,19 @@ QString GetHopbox(const QString& folder)
     return names.size() > cPlace + 1 && names.first() != QLatin1String("..") ? names[cPlace] : QString();
 }
 
+// Where each setting goes, in the order of its kind. Links always lead into the package, and hidden layers
+// are always taken along: Scribus reads them like any other, and would miss what they link. Hyphenation is a
+// part of the document here.
+constexpr bool PackageSettings::*cSettings[] = {&PackageSettings::hasFonts,
+                                                &PackageSettings::hasLinks,
+                                                &PackageSettings::hasProfiles,
+                                                nullptr,
+                                                nullptr,
+                                                &PackageSettings::goesOnWithoutLinks,
+                                                &PackageSettings::hasReport,
+                                                nullptr};
+static_assert(std::size(cSettings) == cPackageSettingCount);
+
 // What both kinds of package have in common: the orders, the folder and its report.
 template <class Interface>
 class Package : public HostObject<Interface>
@@ -40,20 +53,10 @@ public:
         mFolder = FileUtils::SysFileToPMString(folder).GetString();
     }
 
-    // Links always lead into the package, and hidden layers are always taken along: Scribus reads them like
-    // any other, and would miss what they link. Hyphenation is a part of the document here.
     void SetSetting(PackageSetting setting, bool isOn) override
     {
-        if (setting == PackageSetting::Fonts)
-            mSettings.hasFonts = isOn;
-        else if (setting == PackageSetting::Links)
-            mSettings.hasLinks = isOn;
-        else if (setting == PackageSetting::Profiles)
-            mSettings.hasProfiles = isOn;
-        else if (setting == PackageSetting::IgnorePreflightErrors)
-            mSettings.goesOnWithoutLinks = isOn;
-        else if (setting == PackageSetting::Report)
-            mHasReport = isOn;
+        if (const auto place = cSettings[static_cast<int>(setting)])
+            mSettings.*place = isOn;
     }
 
     // Fails also where no package was made.
@@ -75,7 +78,7 @@ protected:
             .Then([&] { return fill(folder); })
             .Then([&] {
                 mReport = folder.MakeReport(MakeFacts());
-                return mHasReport ? WriteReport() : GResult::Success();
+                return mSettings.hasReport ? WriteReport() : GResult::Success();
             })
             .Then([&] { return folder.Finish(); })
             .Then([&] {
@@ -97,7 +100,6 @@ private:
     }
 
     PackageSettings mSettings;
-    bool mHasReport = false;
     QString mReport;
 };
 

@@ -18,7 +18,8 @@ struct PackageSettings
     bool hasLinks = true;
     bool hasProfiles = true;
     bool goesOnWithoutLinks =
-        true;  // a linked file that is missing is reported; otherwise it ends the package
+        true;                // a linked file that is missing is reported; otherwise it ends the package
+    bool hasReport = false;  // of the folder's own, for whoever fills it
 };
 
 // A folder with copies of documents and of what they need: linked images in "images", fonts in "fonts", where

@@ -8,10 +8,11 @@
 
 #include <unistd.h>
 
-static void ApplySettings(PackageSetting last, IPackageCommand& package)
+static void ApplySettings(IPackageCommand& package)
 {
     const bool settings[] = {true, true, true, false, false, true, false, false};
-    for (int i = 0; i <= static_cast<int>(last); ++i)
+    static_assert(std::size(settings) == cPackageSettingCount);
+    for (int i = 0; i < cPackageSettingCount; ++i)
         package.SetSetting(static_cast<PackageSetting>(i), settings[i]);
 }
 
@@ -212,7 +213,7 @@ ErrorCode EngineFixture::PackageDocument(const QString& folder)
     const HostPtr<IDocumentPackageCommand> package = model->CreatePackageCommand();
     package->SetDocument(*mHost->QueryLayoutUtils()->QueryFrontDocument());
     package->SetTargetFolder(IDFile(PMString(folder)));
-    ApplySettings(PackageSetting::DocumentHyphenationOnly, *package);
+    ApplySettings(*package);
     if (package->Execute() != cSuccess)
         return cFailure;
     const int32_t report = model->CreatePackageReportCommand()->CreateReport(*package);
@@ -224,7 +225,7 @@ ErrorCode EngineFixture::PackageBook(const QString& folder)
     const HostPtr<IBookPackageCommand> package = mHost->QueryObjectModel()->CreateBookPackageCommand();
     package->SetBook(*mHost->QuerySession()->QueryBookManager()->QueryActiveBook());
     package->SetTargetFolder(IDFile(PMString(folder)));
-    ApplySettings(PackageSetting::DocumentHyphenationOnly, *package);
+    ApplySettings(*package);
     return package->Execute();
 }
 
