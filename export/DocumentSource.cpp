@@ -23,16 +23,6 @@ std::optional<QStringList> DocumentSource::GetMissingFonts(const IDocument& docu
     return names;
 }
 
-std::optional<bool> DocumentSource::HasPages(const GString& range)
-{
-    const HostPtr<IDocument> document = QueryFront();
-    const HostPtr<IPageList> list = document ? document->QueryPageList() : HostPtr<IPageList>();
-    if (!list)
-        return std::nullopt;
-    UIDList pages(document->GetDataBase());
-    return list->GetPageUIDs(PMString::Untranslated(range), pages) == cSuccess && !pages.IsEmpty();
-}
-
 GString DocumentSource::GetOutputName(const IDocument& document)
 {
     const PMString file = document.GetFile().GetFileName();

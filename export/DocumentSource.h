@@ -19,9 +19,6 @@ HostPtr<IDocument> QueryFront();
 // when their count can't be (HostFault).
 std::optional<QStringList> GetMissingFonts(const IDocument& document);
 
-// Whether a whole page range names pages of the document in front; empty when the host has no list of them.
-std::optional<bool> HasPages(const GString& range);
-
 // What exports of a document are named after, safe as a file's name: the document's file without its
 // extension, or, without a file, the name in its window.
 GString GetOutputName(const IDocument& document);

@@ -333,8 +333,8 @@ Hopbox: %2</translation>
         <translation>Nach „%1“ fehlt eine Seitenzahl.</translation>
     </message>
     <message>
-        <source>The page range names no page of the document.</source>
-        <translation>Der Seitenbereich nennt keine Seite des Dokuments.</translation>
+        <source>The document does not have all of these pages, or a range runs backwards.</source>
+        <translation>Das Dokument hat nicht alle diese Seiten, oder ein Bereich läuft rückwärts.</translation>
     </message>
 </context>
 <context>

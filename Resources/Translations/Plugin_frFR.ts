@@ -333,8 +333,8 @@ Hopbox : %2</translation>
         <translation>Il manque un numéro de page après « %1 ».</translation>
     </message>
     <message>
-        <source>The page range names no page of the document.</source>
-        <translation>La plage ne correspond à aucune page du document.</translation>
+        <source>The document does not have all of these pages, or a range runs backwards.</source>
+        <translation>Le document ne contient pas toutes ces pages, ou une plage va à rebours.</translation>
     </message>
 </context>
 <context>

@@ -5,14 +5,6 @@
 
 #include <QRegularExpressionValidator>
 
-// Also when the host can't tell: the export says so then.
-static bool NamesPages(const QString& range)
-{
-    bool namesPages = true;
-    HostFault::Contain("PageRangeEdit", [&] { namesPages = DocumentSource::HasPages(range).value_or(true); });
-    return namesPages;
-}
-
 // As much of a long range as a line of the dialog holds.
 static QString GetEnd(const QString& range)
 {
@@ -26,7 +18,28 @@ PageRangeEdit::PageRangeEdit(QWidget* parent) : QLineEdit(parent)
     setAccessibleName(tr("Page range"));
     const QRegularExpression ranges(QStringLiteral("^(\\d+(-\\d+)?)(,\\d+(-\\d+)?)*$"));
     setValidator(new QRegularExpressionValidator(ranges, this));
+    HostFault::Contain("PageRangeEdit", [this] { TakePages(); });
     connect(this, &QLineEdit::textChanged, this, &PageRangeEdit::OnTextChanged);
+}
+
+void PageRangeEdit::TakePages()
+{
+    if (const HostPtr<IDocument> document = DocumentSource::QueryFront()) {
+        mDataBase = document->GetDataBase();
+        mPages = document->QueryPageList();
+    }
+}
+
+// Also when the host can't tell: the export says so then.
+bool PageRangeEdit::NamesPages() const
+{
+    bool namesPages = true;
+    HostFault::Contain("PageRangeEdit", [&] {
+        UIDList pages(mDataBase);
+        namesPages = !mPages || (mPages->GetPageUIDs(PMString::Untranslated(text()), pages) == cSuccess &&
+                                 !pages.IsEmpty());
+    });
+    return namesPages;
 }
 
 void PageRangeEdit::OnTextChanged()
@@ -36,6 +49,6 @@ void PageRangeEdit::OnTextChanged()
         return;
     if (!hasAcceptableInput())
         mComplaint = tr("A page number is missing after \"%1\".").arg(GetEnd(text()));
-    else if (!NamesPages(text()))
-        mComplaint = tr("The page range names no page of the document.");
+    else if (!NamesPages())
+        mComplaint = tr("The document does not have all of these pages, or a range runs backwards.");
 }

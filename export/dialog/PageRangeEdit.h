@@ -1,9 +1,12 @@
 #pragma once
 
+#include "plugin/host/IDocument.h"
+
 #include <QLineEdit>
 
 // The field for a page range such as "1-5,8,11-13". What can't become one is not let in; what is on the way
-// to one may stand, with a complaint.
+// to one may stand, with a complaint. The pages are those that the host's front document had when the field
+// was made.
 class PageRangeEdit : public QLineEdit
 {
     Q_OBJECT
@@ -16,7 +19,11 @@ public:
     const QString& GetComplaint() const { return mComplaint; }
 
 private:
+    void TakePages();
+    bool NamesPages() const;
     void OnTextChanged();
 
+    const IDataBase* mDataBase = nullptr;
+    HostPtr<IPageList> mPages;  // empty where the host gives none
     QString mComplaint;
 };

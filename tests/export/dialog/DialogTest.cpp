@@ -149,7 +149,7 @@ TEST_F(DialogTest, WithoutHopboxesOnlyCancelIsLeft)
     QContextMenuEvent menu(QContextMenuEvent::Keyboard, {}, list->mapToGlobal({}));
     QApplication::sendEvent(list, &menu);
     EXPECT_FALSE(list->findChild<QMenu*>()->actions().front()->isEnabled());
-    EXPECT_TRUE(party.host.GetAsked().empty());
+    EXPECT_TRUE(party.host.commands.empty());
 }
 
 TEST_F(DialogTest, ThePackageIsTheUsersChoiceWhereTheSettingLeavesIt)
@@ -260,7 +260,7 @@ TEST_F(DialogTest, APageRangeNamesPagesOrKeepsOKFromBeingPressed)
     QTest::qWait(0);
     EXPECT_EQ(mDialog->width(), width);
     EXPECT_TRUE(GetMessage().endsWith(",1,1,\"."_q));
-    const char noPage[] = "The page range names no page of the document.";
+    const char noPage[] = "The document does not have all of these pages, or a range runs backwards.";
     const std::tuple<const char*, const char*, const char*> cases[] = {
         {"1-5,8,11-13", "1-5,8,11-13", ""},
         {"1,", "1,", "A page number is missing after \"1,\"."},
@@ -268,6 +268,8 @@ TEST_F(DialogTest, APageRangeNamesPagesOrKeepsOKFromBeingPressed)
         {"2,3-", "2,3-", "A page number is missing after \"2,3-\"."},
         {"14", "14", noPage},
         {"3-1", "3-1", noPage},
+        {"1-20", "1-20", noPage},
+        {"1,99", "1,99", noPage},
         {"1 - 5", "", ""},
         {",3", "", ""},
         {"1-2-3", "", ""},
@@ -281,15 +283,6 @@ TEST_F(DialogTest, APageRangeNamesPagesOrKeepsOKFromBeingPressed)
         EXPECT_EQ(ok->isEnabled(), *complaint == '\0') << pasted;
         EXPECT_EQ(GetMessage(), QString::fromLatin1(complaint));
     }
-    for (const HostAnswer answer : {HostAnswer::Absent, HostAnswer::Raises, HostAnswer::RaisesNumber}) {
-        party.host.Make(HostOperation::QueryPageList, answer);
-        range->setText("1"_q);
-        range->setText("14"_q);
-        EXPECT_TRUE(ok->isEnabled()) << "the host gives no list";
-    }
-    party.host.Make(HostOperation::QueryPageList, HostAnswer::Works);
-    range->setText("15"_q);
-    EXPECT_FALSE(ok->isEnabled());
     party.host.DisturbCall(1, HostAnswer::Raises);
     EXPECT_NO_THROW(range->setText("16"_q));
     EXPECT_TRUE(party.host.IsDisturbed());
@@ -306,6 +299,21 @@ TEST_F(DialogTest, APageRangeNamesPagesOrKeepsOKFromBeingPressed)
     EXPECT_FALSE(ok->isEnabled());
     QTest::mouseClick(&Find("All"), Qt::LeftButton, Qt::NoModifier, QPoint(8, 8));
     EXPECT_TRUE(ok->isEnabled());
+}
+
+TEST_F(DialogTest, TheDialogKeepsTheListOfPagesThatTheHostGivesWhenItOpens)
+{
+    Add("Press", "Press");
+    for (const HostAnswer answer :
+         {HostAnswer::Works, HostAnswer::Absent, HostAnswer::Raises, HostAnswer::RaisesNumber}) {
+        party.host.Make(HostOperation::QueryPageList, answer);
+        Open();
+        party.host.Make(HostOperation::QueryPageList,
+                        answer == HostAnswer::Works ? HostAnswer::Absent : HostAnswer::Works);
+        Find("Range:").click();
+        range->setText("14"_q);
+        EXPECT_EQ(ok->isEnabled(), answer != HostAnswer::Works) << static_cast<int>(answer);
+    }
 }
 
 TEST_F(DialogTest, OKExportsWhatIsChosen)

@@ -269,7 +269,7 @@ private:
         EXPECT_EQ(command.pages.size() == 3, !mIsRange || mRange == "1-3"_q) << mRange.toStdString();
     }
 
-    const QString cNoPage = "The page range names no page of the document."_q;
+    const QString cNoPage = "The document does not have all of these pages, or a range runs backwards."_q;
     std::mt19937 mRandom;
     Qt::KeyboardModifiers mModifiers;
     QString mShown, mRange;
