@@ -351,8 +351,9 @@ void GCUSPDFSettingsAdjWdt::OnBleedChanged(const GQUIUnitSpinBox& changed)
         mDocumentBleed->setChecked(false);  // the own lengths count no other way
     if (!mChain->isChecked())
         return;
+    // What is being typed stands: a text that is no length yet, and one that says the same length another way.
     for (GQUIUnitSpinBox* field : mBleeds)
-        if (field != &changed)
+        if (field->IsAcceptable() && field->GetPoints() != changed.GetPoints())
             field->SetPoints(changed.GetPoints());
 }
 
