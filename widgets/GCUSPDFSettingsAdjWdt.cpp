@@ -351,7 +351,8 @@ void GCUSPDFSettingsAdjWdt::OnBleedChanged(const GQUIUnitSpinBox& changed)
         mDocumentBleed->setChecked(false);  // the own lengths count no other way
     if (!mChain->isChecked())
         return;
-    // What is being typed stands: a text that is no length yet, and one that says the same length another way.
+    // What is being typed stands: a text that is no length yet, and one that says the same length another
+    // way.
     for (GQUIUnitSpinBox* field : mBleeds)
         if (field->IsAcceptable() && field->GetPoints() != changed.GetPoints())
             field->SetPoints(changed.GetPoints());

@@ -28,5 +28,8 @@
     QT_TRANSLATE_NOOP("QAccessibleActionInterface", "Toggle"),
     QT_TRANSLATE_NOOP("QAccessibleActionInterface", "SetFocus"),
     QT_TRANSLATE_NOOP("QAccessibleActionInterface", "ShowMenu"),
+    QT_TRANSLATE_NOOP("QAccessibleActionInterface", "Triggers the action"),
+    QT_TRANSLATE_NOOP("QAccessibleActionInterface", "Toggles the state"),
+    QT_TRANSLATE_NOOP("QAccessibleActionInterface", "Sets the focus"),
     QT_TRANSLATE_NOOP("QComboBox", "Open the combo box selection popup"),
 };

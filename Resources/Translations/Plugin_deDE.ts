@@ -363,6 +363,18 @@ Hopbox: %2</translation>
         <source>ShowMenu</source>
         <translation>Menü zeigen</translation>
     </message>
+    <message>
+        <source>Triggers the action</source>
+        <translation>Löst die Aktion aus</translation>
+    </message>
+    <message>
+        <source>Toggles the state</source>
+        <translation>Schaltet den Zustand um</translation>
+    </message>
+    <message>
+        <source>Sets the focus</source>
+        <translation>Setzt den Fokus</translation>
+    </message>
 </context>
 <context>
     <name>QComboBox</name>

@@ -363,6 +363,18 @@ Hopbox : %2</translation>
         <source>ShowMenu</source>
         <translation>Afficher le menu</translation>
     </message>
+    <message>
+        <source>Triggers the action</source>
+        <translation>Déclenche l’action</translation>
+    </message>
+    <message>
+        <source>Toggles the state</source>
+        <translation>Inverse l’état</translation>
+    </message>
+    <message>
+        <source>Sets the focus</source>
+        <translation>Donne le focus</translation>
+    </message>
 </context>
 <context>
     <name>QComboBox</name>

@@ -341,9 +341,23 @@ TEST_F(KeyboardTest, AnEmptyCheckBoxIsSeenInDarkColours)
     QApplication::setPalette(before);
 }
 
-TEST_F(KeyboardTest, TheMenusOfTheFieldsSpeakTheLanguageOfTheDialog)
+// What screen readers are told that the controls can do.
+static QSet<QString> GetActionTexts(const QWidget& dialog)
+{
+    QSet<QString> texts;
+    for (QWidget* widget : dialog.findChildren<QWidget*>())
+        if (auto* actions = QAccessible::queryAccessibleInterface(widget)->actionInterface())
+            for (const QString& action : actions->actionNames())
+                texts += {actions->localizedActionName(action), actions->localizedActionDescription(action)};
+    texts.remove(QString());
+    return texts;
+}
+
+TEST_F(KeyboardTest, QtsOwnTextsAreInTheLanguageOfTheDialog)
 {
     Add("Press", "Press");
+    Open();
+    const QSet<QString> english = GetActionTexts(*mDialog);
     const struct
     {
         const char *language, *wanted, *keys;
@@ -356,6 +370,8 @@ TEST_F(KeyboardTest, TheMenusOfTheFieldsSpeakTheLanguageOfTheDialog)
         EXPECT_EQ(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z).toString(QKeySequence::NativeText),
                   QLatin1String(keys));
         Open();
+        const QSet<QString> untranslated = GetActionTexts(*mDialog).intersect(english);
+        EXPECT_TRUE(untranslated.isEmpty()) << untranslated.values().join(QLatin1Char('\n')).toStdString();
         mDialog->findChild<QToolButton*>()->click();
         range->setEnabled(true);
         range->setText("1"_q);
