@@ -1,7 +1,7 @@
 #include "export/OutputSettings.h"
 
 #include "plugin/host/ICommand.h"
-#include "widgets/AdjustmentValues.h"
+#include "widgets/values/AdjustmentValues.h"
 
 namespace
 {

@@ -308,9 +308,11 @@ void GCUSPDFSettingsAdjWdt::SetShown(Control control, bool isShown)
     }
 }
 
-std::array<GQUIUnitSpinBox*, 5> GCUSPDFSettingsAdjWdt::GetLengths() const
+std::array<GQUIUnitSpinBox*, 1 + cBleedCount> GCUSPDFSettingsAdjWdt::GetLengths() const
 {
-    return {mOffset, mBleeds[0], mBleeds[1], mBleeds[2], mBleeds[3]};
+    std::array<GQUIUnitSpinBox*, 1 + cBleedCount> lengths = {mOffset};
+    std::copy(mBleeds.begin(), mBleeds.end(), lengths.begin() + 1);
+    return lengths;
 }
 
 void GCUSPDFSettingsAdjWdt::OnAllMarksClicked()

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "widgets/AdjustmentValues.h"
+#include "widgets/values/AdjustmentValues.h"
 
 #include <QWidget>
 
@@ -87,7 +87,7 @@ private:
     void AddBleedFields(QGridLayout& grid);
     void AlignRows(QGridLayout& grid);
     void ConnectSignals();
-    std::array<GQUIUnitSpinBox*, 5> GetLengths() const;
+    std::array<GQUIUnitSpinBox*, 1 + AdjustmentValues::cBleedCount> GetLengths() const;
 
     void OnAllMarksClicked();
     void OnChainClicked();

@@ -7,9 +7,9 @@
 #include "foundation/core/GStringSupport.h"
 #include "foundation/prefs/GPrefModule.h"
 #include "hopbox/HopboxProject.h"
+#include "widgets/values/AdjustmentValues.h"
 
-#include <algorithm>
-#include <cmath>
+#include <vector>
 
 namespace
 {
@@ -28,33 +28,35 @@ struct Setting
     Kind kind;
 };
 
-constexpr Setting cSettings[] = {
-    {"UserSettings", Kind::cSwitch},
-    {"IncludeFilePackage", Kind::cSwitch},
-    {"PrinterMarks", Kind::cSwitch},
-    {"Trim", Kind::cSwitch},
-    {"Bleed", Kind::cSwitch},
-    {"PrinterRegistration", Kind::cSwitch},
-    {"ColorBars", Kind::cSwitch},
-    {"PageInfo", Kind::cSwitch},
-    {"MarkWeight", Kind::cWeight},
-    {"MarkOffset", Kind::cDistance},
-    {"BleedChoice", Kind::cBleedChoice},
-    {"BleedTopValue", Kind::cLength},
-    {"BleedBottomValue", Kind::cLength},
-    {"BleedInsideValue", Kind::cLength},
-    {"BleedOutsideValue", Kind::cLength},
-    {"BleedSlugArea", Kind::cSwitch},
-    {"PrintSpreads", Kind::cSwitch},
-};
+// In the order in which they are listed.
+const std::vector<Setting>& GetSettings()
+{
+    static const std::vector<Setting> cSettings = [] {
+        std::vector<Setting> settings = {{"UserSettings", Kind::cSwitch},
+                                         {"IncludeFilePackage", Kind::cSwitch},
+                                         {"PrinterMarks", Kind::cSwitch}};
+        for (const AdjustmentValues::Mark& mark : AdjustmentValues::cMarks)
+            settings.push_back({mark.key, Kind::cSwitch});
+        settings.push_back({"MarkWeight", Kind::cWeight});
+        settings.push_back({"MarkOffset", Kind::cDistance});
+        settings.push_back({"BleedChoice", Kind::cBleedChoice});
+        for (const AdjustmentValues::Bleed& bleed : AdjustmentValues::cBleeds)
+            settings.push_back({bleed.key, Kind::cLength});
+        settings.push_back({"BleedSlugArea", Kind::cSwitch});
+        settings.push_back({"PrintSpreads", Kind::cSwitch});
+        return settings;
+    }();
+    return cSettings;
+}
 
 constexpr double cLongest = 14400;  // points: no page is longer
 
 const Setting* FindSetting(const QString& key)
 {
-    const auto found = std::find_if(std::begin(cSettings), std::end(cSettings),
-                                    [&](const Setting& each) { return key == QLatin1String(each.key); });
-    return found == std::end(cSettings) ? nullptr : found;
+    for (const Setting& each : GetSettings())
+        if (key == QLatin1String(each.key))
+            return &each;
+    return nullptr;
 }
 
 bool IsPossible(Kind kind, const QString& value)
@@ -96,7 +98,7 @@ QString Describe(Kind kind)
 QStringList PlugInSettings::GetKeys()
 {
     QStringList keys;
-    for (const Setting& setting : cSettings)
+    for (const Setting& setting : GetSettings())
         keys.append(QLatin1String(setting.key));
     return keys;
 }

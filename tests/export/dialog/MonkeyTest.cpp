@@ -1,6 +1,6 @@
 #include "DialogFixture.h"
-#include "widgets/AdjustmentValues.h"
 #include "widgets/GQUIUnitSpinBox.h"
+#include "widgets/values/AdjustmentValues.h"
 
 #include <QClipboard>
 #include <QContextMenuEvent>

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <optional>
+#include <string_view>
 
 // The adjustable values of a PDF setting: what they mean to the panel that edits them, and to the export that
 // puts them over the job options.
@@ -41,6 +42,7 @@ constexpr std::array cMarks = {
 };
 constexpr int cMarkCount = static_cast<int>(cMarks.size());
 constexpr int cBleedMark = 1;
+static_assert(std::string_view(cMarks[cBleedMark].key) == "Bleed");
 
 struct Bleed
 {

@@ -1,4 +1,4 @@
-#include "widgets/AdjustmentValues.h"
+#include "widgets/values/AdjustmentValues.h"
 
 #include "foundation/core/GStringSupport.h"
 
