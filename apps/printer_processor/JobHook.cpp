@@ -1,6 +1,6 @@
 #include "apps/printer_processor/JobHook.h"
 
-#include "apps/printer_processor/JobProcess.h"
+#include "foundation/system/GBoundProcess.h"
 
 #include <QJsonDocument>
 
@@ -107,7 +107,7 @@ bool JobHook::WaitForFirst(Item* item)
 // Why the command failed; empty when it did not.
 QString JobHook::RunCommand(const QJsonObject& line) const
 {
-    JobProcess process;
+    GBoundProcess process(GBoundProcess::Ending::cByRequest);
     process.setProcessChannelMode(QProcess::MergedChannels);
     if (!process.Start(mCommand.program,
                        mCommand.arguments + QStringList(line.value(QLatin1String("saved")).toString())))

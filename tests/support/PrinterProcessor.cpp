@@ -22,10 +22,12 @@ PrinterProcessor::PrinterProcessor(const Sandbox& sandbox, const QStringList& ar
         EXPECT_TRUE(reader->waitForFinished());
     }
     QByteArray line;
-    do  // the command of a job that a start before has left may say something first
+    QByteArray before;
+    do {  // the command of a job that a start before has left may say something first
+        before += line + '\n';
         line = ReadErrorLine();
-    while (!line.isEmpty() && !line.contains("ready as process "));
-    EXPECT_TRUE(line.contains("ready as process ")) << line.toStdString();
+    } while (!line.isEmpty() && !line.contains("ready as process "));
+    EXPECT_TRUE(line.contains("ready as process ")) << before.toStdString();
     mProcessID = line.mid(line.lastIndexOf(' ') + 1).toUInt();
 }
 

@@ -1,6 +1,7 @@
 #include "hosts/scribus/runner/ScribusRunner.h"
 
 #include "foundation/core/GException.h"
+#include "foundation/system/GBoundProcess.h"
 #include "foundation/system/GFileSystemBase.h"
 #include "foundation/system/GSystemFolders.h"
 #include "foundation/trace/GTrace.h"
@@ -16,12 +17,9 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QJsonDocument>
-#include <QProcess>
 #include <QStandardPaths>
 
-#include <sys/prctl.h>
 #include <algorithm>
-#include <csignal>
 
 // The system takes no longer argument.
 constexpr int cLongestRequest = 100 * 1024;
@@ -36,13 +34,6 @@ constexpr int cEndMilliseconds = 2000;   // that a program has to end when it is
 
 namespace
 {
-// A program that does not outlive the host, however the host ends.
-class BoundProcess : public QProcess
-{
-protected:
-    void setupChildProcess() override { ::prctl(PR_SET_PDEATHSIG, SIGKILL); }
-};
-
 bool WriteFile(const QString& path, const QByteArray& content)
 {
     QFile file(path);
@@ -166,13 +157,12 @@ QString ScribusRunner::MakeScratchPath(const QString& ending)
 ScribusRunner::Ended ScribusRunner::RunScribus(const QStringList& arguments, const QString& openedPath,
                                                const Parts& parts)
 {
-    BoundProcess process;
+    GBoundProcess process(GBoundProcess::Ending::cByForce);
     process.setProcessEnvironment(MakeEnvironment(mSetup.home, mFolder.path()));
     process.setStandardInputFile(QProcess::nullDevice());
     process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(mSetup.scribus, arguments, QIODevice::ReadOnly);
     Ended ended;
-    ended.hasStarted = process.waitForStarted();
+    ended.hasStarted = process.Start(mSetup.scribus, arguments, QIODevice::ReadOnly);
     QElapsedTimer timer;
     timer.start();
     IdleWatch idle(process.processId());

@@ -1,9 +1,6 @@
-#include "apps/printer_processor/JobProcess.h"
 #include "hopbox/HopboxHandOff.h"
 #include "tests/support/PrinterProcessor.h"
 #include "tests/support/Test.h"
-
-#include <unistd.h>
 
 #include <chrono>
 #include <csignal>
@@ -30,42 +27,4 @@ TEST(CommandEnd, CommandIsAskedToEndBeforeItIsEndedByForce)
         QFile said(sandbox.GetPath("said"_q));
         EXPECT_EQ(said.open(QIODevice::ReadOnly) ? said.readAll() : QByteArray(), heard);
     }
-}
-
-namespace
-{
-// Whose parent is gone before the system has been told what to do then.
-class Orphan : public JobProcess
-{
-protected:
-    void setupChildProcess() override
-    {
-        ::kill(mParent, SIGKILL);
-        while (getppid() == mParent)
-            usleep(1000);
-        JobProcess::setupChildProcess();
-    }
-
-private:
-    const pid_t mParent = getpid();
-};
-}  // namespace
-
-CHILD_ROLE(LeaveOrphan)
-{
-    Orphan process;
-    process.Start("/bin/sh"_q, {"-c"_q, "echo ran >&"_q + arguments.first()});
-    return 0;
-}
-
-TEST(CommandEnd, CommandDoesNotRunForAReceiverThatIsGoneAlready)
-{
-    int ends[2] = {};
-    ASSERT_EQ(pipe(ends), 0);
-    ChildProcess receiver("LeaveOrphan"_q, {QString::number(ends[1])});
-    close(ends[1]);
-    char byte = 0;
-    EXPECT_EQ(read(ends[0], &byte, 1), 0) << "the command has run";
-    close(ends[0]);
-    EXPECT_EQ(receiver.WaitForExit(), -1);
 }

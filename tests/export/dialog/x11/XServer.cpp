@@ -5,16 +5,12 @@
 #include <QGuiApplication>
 #include <QTest>
 
-#include <sys/prctl.h>
-
-#include <csignal>
-
-static void Start(QProcess& process, const char* program, const QStringList& arguments)
+static void Start(GBoundProcess& process, const char* program, const QStringList& arguments)
 {
     process.setProcessChannelMode(QProcess::SeparateChannels);
     process.setStandardErrorFile(QProcess::nullDevice());
-    process.start(QLatin1String(program), arguments);
-    ASSERT_TRUE(process.waitForStarted()) << program << " is not installed: see tools/packages.txt";
+    ASSERT_TRUE(process.Start(QLatin1String(program), arguments))
+        << program << " is not installed: see tools/packages.txt";
 }
 
 static void Stop(QProcess& process)
@@ -23,11 +19,6 @@ static void Stop(QProcess& process)
     if (!process.waitForFinished(5000))
         process.kill();
     process.waitForFinished();
-}
-
-void XServer::Companion::setupChildProcess()
-{
-    prctl(PR_SET_PDEATHSIG, SIGTERM);
 }
 
 XServer::XServer()
@@ -77,7 +68,7 @@ void XServer::StopManager()
 
 void XServer::Do(const char* words)
 {
-    QProcess tool;
+    GBoundProcess tool(GBoundProcess::Ending::cByRequest);
     Start(tool, "xdotool", QString::fromLatin1(words).split(QLatin1Char(' ')));
     EXPECT_TRUE(QTest::qWaitFor([&] { return tool.state() == QProcess::NotRunning; }, 30000)) << words;
     EXPECT_EQ(tool.exitCode(), 0) << words;

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QProcess>
+#include "foundation/system/GBoundProcess.h"
+
 #include <QTemporaryDir>
 
 // An X server without a screen, with a window manager and a bus for screen readers, for the life of the
@@ -22,15 +23,8 @@ public:
     static void Do(const char* words);
 
 private:
-    // Ends with this program, however that ends.
-    class Companion : public QProcess
-    {
-    protected:
-        void setupChildProcess() override;
-    };
-
     QTemporaryDir mFolder;
-    Companion mServer;
-    Companion mManager;
-    Companion mBus;
+    GBoundProcess mServer{GBoundProcess::Ending::cByRequest};
+    GBoundProcess mManager{GBoundProcess::Ending::cByRequest};
+    GBoundProcess mBus{GBoundProcess::Ending::cByRequest};
 };
