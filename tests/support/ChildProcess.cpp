@@ -33,6 +33,15 @@ int RunChildRole(const QString& name, const QStringList& arguments)
     return role(arguments);
 }
 
+int RunTests(int argc, char** argv)
+{
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() >= 3 && arguments.at(1) == QLatin1String("--child"))
+        return RunChildRole(arguments.at(2), arguments.mid(3));
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
+
 void SayToParent(const QByteArray& line)
 {
     std::fwrite(line.constData(), 1, static_cast<size_t>(line.size()), stdout);

@@ -1,4 +1,5 @@
 #include "DialogFixture.h"
+#include "tests/support/ChildProcess.h"
 #include "widgets/GQUIUnitSpinBox.h"
 #include "widgets/values/AdjustmentValues.h"
 
@@ -7,6 +8,18 @@
 #include <QMenu>
 
 #include <random>
+
+// At each line, offers all Hopboxes to the plug-in, under numbers that it counts up.
+CHILD_ROLE(OfferAllAndCount)
+{
+    while (!HearFromParent().isEmpty())
+        for (const GString& key : HopboxRegistry().GetKeys())
+            EXPECT_TRUE(HopboxRegistry().ChangeEntry(key, [&](HopboxRegistryEntry& entry) {
+                entry.isPlugin = true;
+                entry.pdfSettings = QString::number(entry.pdfSettings.toInt() + 1);
+            }));
+    return testing::Test::HasFailure() ? 1 : 0;
+}
 
 // Somebody who knows nothing of the dialog and does anything, while other processes change the registry.
 // After each thing done, what the dialog shows is held against what it does.
@@ -38,6 +51,20 @@ protected:
         }
         while (QWidget* popup = QApplication::activePopupWidget())
             popup->close();
+    }
+
+    // The registry is changed by another process, at any moment.
+    void RunBesideAnotherProcess(unsigned seed, int events)
+    {
+        mOther = std::make_unique<ChildProcess>("OfferAllAndCount"_q, QStringList());
+        mChanges = 0;
+        Run(seed, events);
+        ChangeRegistry();
+        mOther->Say("");
+        EXPECT_EQ(mOther->WaitForExit(), 0);
+        mOther.reset();
+        for (const GString& key : HopboxRegistry().GetKeys())
+            EXPECT_EQ(HopboxRegistry().GetRecord(key)->entry.pdfSettings, QString::number(mChanges));
     }
 
 private:
@@ -144,6 +171,8 @@ private:
                 mHeld = target;
                 return;
             default:
+                if (target == ok && ok->isEnabled() && mShown == "Remove"_q && mModifiers & Qt::AltModifier)
+                    mToRemove = list->currentData().toString();
                 QTest::mouseClick(target, Qt::LeftButton, mModifiers, place);
         }
     }
@@ -164,9 +193,13 @@ private:
                            QKeySequence(QKeySequence::Paste));
     }
 
-    // As another process would.
+    // As another process would, or by one.
     void ChangeRegistry()
     {
+        if (mOther != nullptr) {
+            ++mChanges;
+            return mOther->Say("once more");
+        }
         const QStringList keys = HopboxRegistry().GetKeys();
         const GString key = keys.at(Draw(keys.size()));
         const bool isTurned = Draw(3) == 0;
@@ -175,12 +208,20 @@ private:
         }));
     }
 
+    static bool IsOffered(const GString& key) { return HopboxRegistry().GetRecord(key)->entry.isPlugin; }
+
     static int CountOffered()
     {
-        int count = 0;
-        for (const GString& key : HopboxRegistry().GetKeys())
-            count += HopboxRegistry().GetRecord(key)->entry.isPlugin ? 1 : 0;
-        return count;
+        const QStringList keys = HopboxRegistry().GetKeys();
+        return static_cast<int>(std::count_if(keys.begin(), keys.end(), IsOffered));
+    }
+
+    QStringList GetListedKeys() const
+    {
+        QStringList keys;
+        for (int index = 0; index < list->count(); ++index)
+            keys.append(list->itemData(index).toString());
+        return keys;
     }
 
     void Observe()
@@ -188,7 +229,9 @@ private:
         mShown = ok->text();
         mWasRepeatedEnter = false;
         mCommands = party.host.commands.size();
-        mCount = list->count();
+        mListed = GetListedKeys();
+        mToRemove.clear();
+        mHasMenu = qobject_cast<QMenu*>(QApplication::activePopupWidget()) != nullptr;
         mIsRange = Find("Range:").isChecked();
         mRange = range->text();
         mIsPackage = Find("Include File Package").isChecked();
@@ -242,7 +285,11 @@ private:
         EXPECT_LE(exports, 1u);
         EXPECT_TRUE(exports == 0 || !isRemoving) << "exported while the button showed Remove";
         EXPECT_TRUE(exports == 0 || !mWasRepeatedEnter) << "a repeated Enter exports";
-        EXPECT_GE(list->count(), mDialog->isVisible() ? std::min(mCount - 1, CountOffered()) : 0);
+        EXPECT_TRUE(!mDialog->isVisible() || mOther != nullptr ||
+                    list->count() >= std::min(mListed.size() - 1, CountOffered()));
+        EXPECT_TRUE(isRemoving || mHasMenu || GetListedKeys() == mListed) << "removed while it showed OK";
+        EXPECT_FALSE(mOther == nullptr && !mToRemove.isEmpty() && IsOffered(mToRemove))
+            << "Remove does nothing";
         EXPECT_EQ(exports > 0 && mDialog->isVisible(), false);
         if (exports > 0)
             CompareExport(*party.host.commands.back());
@@ -282,7 +329,11 @@ private:
     QPointer<QWidget> mHeld;  // under a mouse button that is down
     bool mWasRepeatedEnter = false;
     size_t mCommands = 0;
-    int mCount = 0;
+    QStringList mListed;
+    GString mToRemove;  // what a click on "Remove" is to take off
+    bool mHasMenu = false;
+    std::unique_ptr<ChildProcess> mOther;
+    int mChanges = 0;  // of the registry by it
 };
 
 // Ten seeds in each of ten parts; HOPBOX_MONKEY_SEEDS asks for another number of them in each.
@@ -292,7 +343,8 @@ TEST_P(MonkeyTest, TheDialogDoesWhatItShowsWhateverIsDone)
     const int given = qEnvironmentVariableIntValue("HOPBOX_MONKEY_SEEDS", &isGiven);
     const int count = isGiven ? given : 10;
     for (int seed = GetParam() * count; seed < (GetParam() + 1) * count && !HasFailure(); ++seed)
-        Run(static_cast<unsigned>(seed), 150);
+        seed % 5 == 4 ? RunBesideAnotherProcess(static_cast<unsigned>(seed), 150)
+                      : Run(static_cast<unsigned>(seed), 150);
 }
 
 INSTANTIATE_TEST_SUITE_P(Parts, MonkeyTest, testing::Range(0, 10));
