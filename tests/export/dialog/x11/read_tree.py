@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 """Reads the tree of a program on the accessibility bus, as a screen reader does, and writes a line for each
-control: role|name|value|text|labels|description. usage: read_tree.py PROCESS"""
+control: role|name|value|text|labels|description|states. usage: read_tree.py PROCESS"""
 import sys
 
 import pyatspi
@@ -8,6 +8,8 @@ import pyatspi
 ROLES = {
     pyatspi.ROLE_COMBO_BOX, pyatspi.ROLE_RADIO_BUTTON, pyatspi.ROLE_CHECK_BOX, pyatspi.ROLE_PUSH_BUTTON,
     pyatspi.ROLE_TOGGLE_BUTTON, pyatspi.ROLE_TEXT, pyatspi.ROLE_ENTRY, pyatspi.ROLE_SPIN_BUTTON}
+STATES = {
+    pyatspi.STATE_CHECKED: "checked", pyatspi.STATE_INDETERMINATE: "half", pyatspi.STATE_FOCUSED: "focused"}
 
 
 def controls(node):
@@ -34,7 +36,11 @@ def describe(control):
     value = get(control.queryValue, lambda value: value.currentValue)
     text = get(control.queryText, lambda text: text.getText(0, -1))
     description = control.description.replace("\n", " ")
-    return "|".join([control.getRoleName(), control.name, value, text, ",".join(labels), description])
+    states = [name for state, name in STATES.items() if control.getState().contains(state)]
+    if not control.getState().contains(pyatspi.STATE_ENABLED):
+        states.append("closed")
+    return "|".join(
+        [control.getRoleName(), control.name, value, text, ",".join(labels), description, " ".join(states)])
 
 
 desktop = pyatspi.Registry.getDesktop(0)
