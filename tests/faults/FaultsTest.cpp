@@ -44,6 +44,7 @@ FaultScenario (*const cScenarios[])() = {
     GetDocumentChange,             //
     GetExport,                     //
     GetListOfTemporaries,          //
+    GetProgramStart,               //
 };
 }  // namespace
 

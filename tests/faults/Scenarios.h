@@ -53,3 +53,6 @@ FaultScenario GetListOfTemporaries();
 
 // DocumentScenarios.cpp
 FaultScenario GetDocumentChange();
+
+// ProcessScenarios.cpp
+FaultScenario GetProgramStart();
