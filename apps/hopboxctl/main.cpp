@@ -54,9 +54,9 @@ CliProgram MakeDescription()
           "  1  failed; standard error says why\n"
           "  2  the call was wrong; standard error names the wrong word"},
          {"environment",
-          "  MORVANE_ROOT    a folder for everything that belongs to Hopboxes, in place of your own\n"
-          "  NO_COLOR        when set, nothing is printed bold; CLICOLOR=0 does the same\n"
-          "  CLICOLOR_FORCE  when set, headings are bold even when no terminal shows them"}}};
+          "  MORVANE_ROOT  a folder for everything that belongs to Hopboxes, in place of your "
+          "own"},
+         cCliStyle}};
     for (const Command* command : GetCommands()) {
         program.commands.push_back(command->description);
         program.commands.back().options.push_back({"json", "", "print the answer as JSON"});

@@ -141,7 +141,7 @@ int Run(const CliCall& call, const QString& folder)
 
 int main(int argc, char** argv)
 {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
     CliConsole::SetName(QStringLiteral("hopbox-host-check"));

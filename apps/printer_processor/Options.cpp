@@ -58,7 +58,9 @@ const CliProgram cProgram = {
       "  1  it failed, or the time was up before the messages came\n"
       "  2  the call was wrong; standard error names the wrong word"},
      {"environment",
-      "  MORVANE_ROOT  a folder for everything that belongs to Hopboxes, in place of your own"}}};
+      "  MORVANE_ROOT  a folder for everything that belongs to Hopboxes, in place of your "
+      "own"},
+     cCliStyle}};
 
 bool ParseCount(const QString& text, int& count)
 {

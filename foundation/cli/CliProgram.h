@@ -73,6 +73,12 @@ struct CliProgram
     std::vector<CliSection> sections;
 };
 
+// What every program heeds when it prints bold text.
+inline const CliSection cCliStyle = {
+    "bold text",
+    "  NO_COLOR        when set, nothing is printed bold; CLICOLOR=0 does the same\n"
+    "  CLICOLOR_FORCE  when set, headings are bold even when no terminal shows them"};
+
 // What the exit status of each of our programs says.
 constexpr int cCliDone = 0;
 constexpr int cCliFailed = 1;

@@ -41,7 +41,9 @@ const CliProgram cProgram = {
      {"environment",
       "  HOPBOX_PLUGIN        the file of the plug-in\n"
       "  LAYOUT_HOST_SCRIBUS  the program scribus\n"
-      "  MORVANE_ROOT         a folder for everything that belongs to Hopboxes, in place of your own"}}};
+      "  MORVANE_ROOT         a folder for everything that belongs to Hopboxes, in place of your "
+      "own"},
+     cCliStyle}};
 
 bool ParseSeconds(const QString& text, int& seconds)
 {

@@ -223,3 +223,22 @@ TEST(IndesignStranger, AnotherUserCanNotReadTheSecret)
     QFile::setPermissions(workplace.sandbox.GetPath(), QFileDevice::Permissions(0x7755));
     EXPECT_EQ(ChildProcess("ReadTheSecret"_q, {workplace.GetPlaceFile()}).WaitForExit(), 0);
 }
+
+// Also where there is no display to show windows on.
+TEST(IndesignHelper, AnswersItsCall)
+{
+    const std::pair<const char*, int> cases[] = {{"--help", 0}, {"--version", 0}, {"--halp", 2}};
+    for (const auto& [call, status] : cases) {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+            environment.remove(QLatin1String(name));
+        process.setProcessEnvironment(environment);
+        process.start(GetProgramPath("hopbox-bridge"), {QLatin1String(call)});
+        ASSERT_TRUE(process.waitForFinished());
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit) << call;
+        EXPECT_EQ(process.exitCode(), status) << call;
+        EXPECT_TRUE((status == 0 ? process.readAllStandardOutput() : process.readAllStandardError())
+                        .contains("hopbox-bridge"));
+    }
+}
