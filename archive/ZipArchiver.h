@@ -122,8 +122,8 @@ private:
     [[nodiscard]] bool endArchive();
     [[nodiscard]] bool reach(void (GDurableFile::*step)(), const char* source, bool isReady);
     void drop();
-    bool giveUp(const QString& text);
-    bool fail(const char* source, const QString& text);
+    [[nodiscard]] bool giveUp(const QString& text);
+    [[nodiscard]] bool fail(const char* source, const QString& text);
 
     const QString mPath;
     std::unique_ptr<GDurableFile> mFile;  // each of these works on the one before it

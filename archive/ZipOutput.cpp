@@ -80,13 +80,13 @@ void ZipOutput::patch(qint64 offset, uint16_t number)
     const qint64 position = mPosition;
     const char bytes[] = {static_cast<char>(number), static_cast<char>(number >> 8)};
     mPosition = offset;
-    write(bytes, sizeof bytes);
+    static_cast<void>(write(bytes, sizeof bytes));  // a failure stays: hasFailed()
     mPosition = position;
 }
 
 void ZipOutput::holdBack()
 {
-    flush();
+    static_cast<void>(flush());  // a failure stays: hasFailed()
     mIsHoldingBack = true;
 }
 

@@ -29,7 +29,7 @@ public:
     void* append(ZipInput& old);
 
     // Writes bytes at the end.
-    bool write(const char* bytes, int count);
+    [[nodiscard]] bool write(const char* bytes, int count);
 
     // Writes over two bytes that are written, a number of the zip format.
     void patch(qint64 offset, uint16_t number);
@@ -40,7 +40,7 @@ public:
     int getHeldBackSize() const { return mBuffer.size(); }
 
     // Hands on what is still in memory. False when anything could not be written since the beginning.
-    bool flush();
+    [[nodiscard]] bool flush();
 
     bool hasFailed() const { return !mReason.isEmpty(); }
     const QString& getReason() const { return mReason; }

@@ -29,14 +29,14 @@ protected:
     explicit ExportStep(const GPathName& folder) : mFolder(folder) {}
 
     // Gives false, with the error text of a code and what follows it.
-    bool Fail(uint32_t code, const GString& detail = GString());
+    [[nodiscard]] bool Fail(uint32_t code, const GString& detail = GString());
 
     // Gives false, with an error text as it stands.
-    bool FailWith(const GString& text);
+    [[nodiscard]] bool FailWith(const GString& text);
 
     // Runs calls of the host's that give whether they have succeeded. What the host turns out not to have is
     // the failure of a code.
-    bool CallHost(uint32_t missing, const std::function<bool()>& calls);
+    [[nodiscard]] bool CallHost(uint32_t missing, const std::function<bool()>& calls);
 
     // Reserves what the step makes, in the folder. It goes with the step unless it is kept.
     IDFile ReserveOutput(const GString& name, ReservedOutput::Kind kind);

@@ -53,7 +53,7 @@ protected:
     [[nodiscard]] virtual bool CreatePackage(const GPathName& folder) = 0;
 
     // Sets the error text; gives false, the result of the step.
-    bool FailWith(const GString& text);
+    [[nodiscard]] bool FailWith(const GString& text);
 
     void SetPDFPath(const GPathName& path) { mPDFPath = path; }
     void SetPackagePath(const GPathName& path) { mPackagePath = path; }

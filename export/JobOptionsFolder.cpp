@@ -23,10 +23,10 @@ bool JobOptionsFolder::IsPlacedFile(const GPathName& path)
 
 void JobOptionsFolder::RemovePlacedFile(const GPathName& path)
 {
-    GFileSystemBase::TryToRemoveFile(path);
+    GFileSystemBase::DropFile(path);
     // A copy is made under a passing name, the file's own with an ending.
     const QStringList passing = {path.GetLeaf() + QStringLiteral(".????????.new")};
     const QDir folder(GetPath().GetNativePath());
     for (const QString& leaf : folder.entryList(passing, QDir::Files | QDir::Hidden | QDir::System))
-        GFileSystemBase::TryToRemoveFile(GetPath().GetChild(leaf));
+        GFileSystemBase::DropFile(GetPath().GetChild(leaf));
 }

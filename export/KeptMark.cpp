@@ -43,5 +43,5 @@ bool KeptMark::IsSet(const GPathName& path)
 
 void KeptMark::Remove(const GPathName& path)
 {
-    GFileSystemBase::TryToRemoveFile(GetMark(path));
+    GFileSystemBase::DropFile(GetMark(path));
 }

@@ -11,7 +11,7 @@ namespace PlugInItems
 {
 // Changes the plug-in's settings, under their lock and after a fresh read, and has them written. False, with
 // a line in the log under the operation's name, when that can't be done. For the main thread; never raises.
-bool ChangeSettings(const char* operation, const std::function<void(GPrefModule&)>& change);
+[[nodiscard]] bool ChangeSettings(const char* operation, const std::function<void(GPrefModule&)>& change);
 
 // The file of the settings; empty where they are in none.
 GPathName GetSettingsFile(const GPrefModule& module);

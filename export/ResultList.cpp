@@ -62,12 +62,14 @@ void ResultList::Note(const GPathName& path)
 {
     if (GetDays() <= 0)
         return;
-    PlugInItems::ChangeSettings("ResultList::Note", [&](GPrefModule& module) {
+    const auto note = [&](GPrefModule& module) {
         const GPathName settings = PlugInItems::GetSettingsFile(module);
         const GString owner = settings.IsEmpty() ? GString() : ListOwner::GetOwnName(settings);
         module.Set(cGroup, path.GetNativePath().toUtf8(),
                    GString::number(QDateTime::currentSecsSinceEpoch()) + cBlank + owner);
-    });
+    };
+    // A failure is in the log; the result stays then.
+    static_cast<void>(PlugInItems::ChangeSettings("ResultList::Note", note));
 }
 
 void ResultList::RemoveOld()
@@ -75,7 +77,7 @@ void ResultList::RemoveOld()
     const qint64 seconds = GetDays() * cSecondsOfDay;
     if (seconds <= 0)
         return;
-    PlugInItems::ChangeSettings("ResultList::RemoveOld", [&](GPrefModule& module) {
+    const auto remove = [&](GPrefModule& module) {
         GPrefGroup noted;
         module.GetGroupPreferences(cGroup, noted);
         for (const auto& result : noted) {
@@ -83,5 +85,7 @@ void ResultList::RemoveOld()
                 Remove(QString::fromUtf8(result.key)))
                 module.Remove(cGroup, result.key);
         }
-    });
+    };
+    // A failure is in the log; what is gone by then is found gone the next time.
+    static_cast<void>(PlugInItems::ChangeSettings("ResultList::RemoveOld", remove));
 }

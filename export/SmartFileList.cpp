@@ -122,7 +122,7 @@ void RemoveNumber(GPrefModule& module, int32_t number)
     module.Remove(cGroup, GetOwnerKey(number));
 }
 
-bool Change(const char* operation, const std::function<void(GPrefModule&)>& change)
+[[nodiscard]] bool Change(const char* operation, const std::function<void(GPrefModule&)>& change)
 {
     const bool isDone = PlugInItems::ChangeSettings(operation, [&](GPrefModule& module) {
         for (const int32_t number : GetPassed().numbers)
@@ -248,12 +248,10 @@ void SmartFileList::Remove(int32_t number, const GPathName& kept)
 
 void SmartFileList::RemoveItem(const GPathName& path)
 {
-    constexpr int32_t cReadOnlyToo = -1;
-    constexpr int32_t cAttempts = 10;
     if (QFileInfo(path.GetNativePath()).isDir())
-        GFileSystemBase::TryToRemoveFolder(path, cReadOnlyToo, cAttempts);
+        GFileSystemBase::DropFolder(path);
     else
-        GFileSystemBase::TryToRemoveFile(path);
+        GFileSystemBase::DropFile(path);
 }
 
 void SmartFileList::RemoveOrRetry(const GPathName& path)
@@ -269,5 +267,5 @@ void SmartFileList::RemoveOrRetry(const GPathName& path)
 void SmartFileList::Sweep()
 {
     SweepStuck();
-    Change("SmartFileList::Sweep", SweepList);
+    static_cast<void>(Change("SmartFileList::Sweep", SweepList));  // the next start sweeps again
 }

@@ -75,7 +75,7 @@ public:
 
     // Gives an entry another actor name, under the lock. The names under which it is listed and shown change
     // along where they were the same as the old one.
-    Renaming RenameEntry(const GString& name, const GString& newName);
+    [[nodiscard]] Renaming RenameEntry(const GString& name, const GString& newName);
 
     // The others give whether the entry was found.
     [[nodiscard]] bool RemoveEntry(const GString& name);

@@ -66,5 +66,5 @@ struct HopboxOffer
 
     // Takes the values of a record, as HopboxRecord does and of the same texts; false, with nothing changed,
     // for all others.
-    bool FromText(const GString& text);
+    [[nodiscard]] bool FromText(const GString& text);
 };

@@ -35,7 +35,8 @@ void RemoveLeftovers()
         if (!ours.match(name).hasMatch())
             continue;
         const GPathName owner = parent.GetChild(name);
-        GOwnedFile::RemoveUnowned(owner, [&] { GFileSystemBase::TryToRemoveFolder(GetFolder(owner)); });
+        GOwnedFile::RemoveUnowned(owner,
+                                  [&] { return GFileSystemBase::TryToRemoveFolder(GetFolder(owner)); });
     }
 }
 
@@ -54,5 +55,6 @@ TemporaryFolder::TemporaryFolder() : mOwner(MakeOwnerPath), mPath(GetFolder(mOwn
 
 TemporaryFolder::~TemporaryFolder()
 {
-    GFileSystemBase::TryToRemoveFolder(mPath);
+    if (!GFileSystemBase::TryToRemoveFolder(mPath))
+        mOwner.Disown();  // by the file beside it the next one finds the folder
 }

@@ -7,7 +7,7 @@
 // holds.
 //
 // Beside it lies a file that this process owns (the folder's name and ".owner"). Each new one removes the
-// folders whose owners were killed.
+// folders whose owners were killed, or could not remove all of it.
 class TemporaryFolder
 {
 public:

@@ -76,7 +76,7 @@ bool PostScriptReader::FailAt(int position, const QString& what)
 
 void PostScriptReader::Fail(const QString& what)
 {
-    FailAt(mTokenStart, what);
+    static_cast<void>(FailAt(mTokenStart, what));  // nothing is read after it
 }
 
 bool PostScriptReader::SkipToToken()
@@ -115,7 +115,7 @@ PostScriptReader::Token PostScriptReader::Next()
         return Token::Error;
     mTokenStart = start;
     if (mark != Mark::None) {
-        FailAt(start, QStringLiteral("an end without its beginning"));
+        Fail(QStringLiteral("an end without its beginning"));
         return Token::Error;
     }
     return mOperator.isEmpty() ? Token::Value : Token::Operator;

@@ -51,7 +51,7 @@ private:
     [[nodiscard]] bool ReadBase85(PostScriptValue& value);
     QByteArray ReadWord();
     char Peek(int ahead = 0) const;
-    bool FailAt(int position, const QString& what);
+    [[nodiscard]] bool FailAt(int position, const QString& what);
 
     const QByteArray mText;
     int mPosition = 0;

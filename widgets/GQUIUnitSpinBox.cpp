@@ -110,7 +110,7 @@ void GQUIUnitSpinBox::focusOutEvent(QFocusEvent* event)
     const bool isLeft = event->reason() != Qt::PopupFocusReason &&
                         (event->reason() != Qt::ActiveWindowFocusReason || isActiveWindow());
     if (isLeft)
-        TakeText();
+        static_cast<void>(TakeText());  // what is wrong with it is shown
 }
 
 // A wheel turned to scroll what is around the field changes nothing.

@@ -68,7 +68,7 @@ protected:
 private:
     void OnTextChanged(const QString& text);
     void ShowPoints();
-    bool TakeText();
+    [[nodiscard]] bool TakeText();
     void ShowRange();
     double GetNearest(double points) const;
     bool IsShownInRange(double points) const;

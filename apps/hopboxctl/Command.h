@@ -19,7 +19,7 @@ struct Command
 void Print(const QString& text);
 
 // Writes out what was printed so far, for a command that goes on. False when that can't be done.
-bool FlushOutput();
+[[nodiscard]] bool FlushOutput();
 
 // Says on standard error what failed, and in the answer of --json.
 void PrintError(const QString& line);

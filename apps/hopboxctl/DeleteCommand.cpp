@@ -24,8 +24,8 @@ int DeleteArchive(const HopboxRegistry& registry, const GPathName& archive)
         ProjectPlace::Remove(archive))
         return cCliDone;
     PrintError(
-        QStringLiteral("The Hopbox is no longer registered, but its project archive \"%1\" can't be deleted.")
-            .arg(archive.GetNativePath()));
+        QStringLiteral("The Hopbox is no longer registered, but its files in \"%1\" can't all be deleted.")
+            .arg(archive.GetParent().GetNativePath()));
     return cCliFailed;
 }
 

@@ -65,7 +65,7 @@ int PrefsFile::GetLine(const QString& path, int64_t position)
     int64_t start = -1;
     while (start != stream.GetPosition() && stream.GetPosition() <= position) {
         start = stream.GetPosition();
-        stream.SkipLine();
+        static_cast<void>(stream.SkipLine());  // blank or not, it counts
         ++line;
     }
     return std::max(line, 1);

@@ -2,6 +2,7 @@
 
 #include "foundation/core/GException.h"
 #include "foundation/core/SharedFile.h"
+#include "foundation/files/FileSystem.h"
 #include "foundation/prefs/GPrefFileModule.h"
 #include "foundation/system/GFileSystemBase.h"
 #include "hopbox/HopboxFolder.h"
@@ -17,6 +18,7 @@ const QString cArchiveName = QStringLiteral("Project.hopbox");
 const QString cOwnerName = QStringLiteral("Project.making");
 constexpr int cMostAttempts = 20;
 
+// One that is not empty, or can't be removed, stays.
 void RemoveEmptyFolder(const GPathName& path)
 {
     QDir().rmdir(path.GetNativePath());
@@ -31,14 +33,17 @@ std::vector<GPathName> FindMissing(const GPathName& folder)
     return missing;
 }
 
-void RemoveContent(const GPathName& folder)
+// All but the owner's file. False when something stays.
+[[nodiscard]] bool RemoveContent(const GPathName& folder)
 {
-    const QDir::Filters everything = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
-    for (const QFileInfo& entry : QDir(folder.GetNativePath()).entryInfoList(everything)) {
-        const GPathName path = folder.GetChild(entry.fileName());
-        if (entry.fileName() != cOwnerName && !GFileSystemBase::TryToRemoveFile(path))
-            GFileSystemBase::TryToRemoveFolder(path);
+    QStringList names;
+    bool isGone = !Morvane::FileSystem::listFolder(folder.GetPortablePath(), &names);
+    for (const QString& name : names) {
+        const GPathName path = folder.GetChild(name);
+        if (name != cOwnerName && !GFileSystemBase::TryToRemoveFile(path))
+            isGone = GFileSystemBase::TryToRemoveFolder(path) && isGone;
     }
+    return isGone;
 }
 
 // Removes what a killed maker left in a folder. One that the registry names was finished all the same; of a
@@ -52,10 +57,7 @@ void RemoveLeft(const GPathName& folder, const GPathName& owner)
     const bool isUsed = registry.FindByContextFile(folder.GetChild(cArchiveName), actorName, entry);
     if (registry.GetDamage())
         return;
-    GOwnedFile::RemoveUnowned(owner, [&] {
-        if (!isUsed)
-            RemoveContent(folder);
-    });
+    GOwnedFile::RemoveUnowned(owner, [&] { return isUsed || RemoveContent(folder); });
 }
 
 void RemoveLeftovers()
@@ -101,12 +103,17 @@ bool ProjectPlace::Remove(const GPathName& archive)
 {
     if (!GFileSystemBase::TryToRemoveFile(archive))
         return false;
-    const QDir folder(archive.GetParent().GetNativePath());
-    for (const QString& icon :
-         folder.entryList({QStringLiteral("Icon"), QStringLiteral("Icon.*")}, QDir::Files))
-        GFileSystemBase::TryToRemoveFile(archive.GetParent().GetChild(icon));
-    RemoveEmptyFolder(archive.GetParent());
-    return true;
+    static const QStringList cIcons = {QStringLiteral("Icon"), QStringLiteral("Icon.*")};
+    const GPathName folder = archive.GetParent();
+    QStringList names;
+    bool isGone = !Morvane::FileSystem::listFolder(folder.GetPortablePath(), &names);
+    for (const QString& name : names) {
+        const GPathName path = folder.GetChild(name);
+        if (QDir::match(cIcons, name) && !QFileInfo(path.GetNativePath()).isDir())
+            isGone = GFileSystemBase::TryToRemoveFile(path) && isGone;
+    }
+    RemoveEmptyFolder(folder);
+    return isGone;
 }
 
 ProjectPlace::NewFolder::NewFolder(const QString& hopboxName)
@@ -142,7 +149,8 @@ ProjectPlace::NewFolder::~NewFolder()
 {
     if (mOwner == nullptr)
         return;
-    RemoveContent(mPath);
+    if (!RemoveContent(mPath))
+        mOwner->Disown();  // by this file the next maker finds what stays
     mOwner.reset();
     RemoveEmptyFolder(mPath);
     for (const GPathName& path : mMissing)

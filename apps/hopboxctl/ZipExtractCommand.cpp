@@ -99,7 +99,7 @@ qint64 getTotalSize(const QString& archive)
     ZipRun run;
     run.log = &log;
     QVector<ZipEntry> entries;
-    static_cast<void>(ZipHelper::getEntryList(archive, entries, run));
+    static_cast<void>(ZipHelper::getEntryList(archive, entries, run));  // those before the damage count
     return std::accumulate(entries.cbegin(), entries.cend(), qint64(0),
                            [](qint64 total, const ZipEntry& entry) { return total + entry.size; });
 }

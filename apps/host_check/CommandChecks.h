@@ -28,12 +28,12 @@ private:
     void CheckResult(hopbox_command kind, uint64_t source);
     void ExpectTaken(int32_t result, const char* operation, int32_t setting);
     uint64_t Make(hopbox_command kind, uint64_t source, const QString& output);
-    bool TellSource(hopbox_command kind, uint64_t command, uint64_t source);
-    bool TellSettings(uint64_t command);
-    bool TellBookSettings();
-    bool TellPages(uint64_t command, uint64_t document);
+    [[nodiscard]] bool TellSource(hopbox_command kind, uint64_t command, uint64_t source);
+    [[nodiscard]] bool TellSettings(uint64_t command);
+    [[nodiscard]] bool TellBookSettings();
+    [[nodiscard]] bool TellPages(uint64_t command, uint64_t document);
     template <class Operation, class... Arguments>
-    bool Tell(const char* name, Operation operation, Arguments... arguments);
+    [[nodiscard]] bool Tell(const char* name, Operation operation, Arguments... arguments);
     QString Reserve(hopbox_command kind, const char* purpose) const;
 
     const hopbox_adaptor& mAdaptor;

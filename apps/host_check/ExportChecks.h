@@ -22,7 +22,7 @@ public:
     static bool CanExport(const hopbox_plugin_table& plugIn);
 
     // Makes the Hopbox; false with a line on standard error when that can't be done.
-    static bool MakeHopbox(const QString& jobOptions);
+    [[nodiscard]] static bool MakeHopbox(const QString& jobOptions);
 
     // Loads the plug-in, exports what is open in every way, or the document once, and unloads it.
     void RunAll() { Run(&ExportChecks::ExportAll); }
@@ -36,8 +36,8 @@ private:
     void ExportNothing();
     void ExportCancelled(hopbox_action action);
     void ExportUnsaved();
-    bool StartReceiver(QProcess& process);
-    bool IsReceived(QProcess& process, bool isFolder);
+    [[nodiscard]] bool StartReceiver(QProcess& process);
+    [[nodiscard]] bool IsReceived(QProcess& process, bool isFolder);
 
     const hopbox_plugin_table& mPlugIn;
     const hopbox_adaptor& mAdaptor;

@@ -17,7 +17,7 @@ public:
                 CheckReport& report);
 
     // What the table holds, and the host before anything is open. False when it can't be used at all.
-    bool CheckTable();
+    [[nodiscard]] bool CheckTable();
 
     // With the sample open.
     void CheckDocument();

@@ -38,7 +38,7 @@ JobHook::JobHook(JobCommand command, JobJournal* journal, std::function<void(con
 
 JobHook::~JobHook()
 {
-    Stop(std::chrono::milliseconds(0));
+    static_cast<void>(Stop(std::chrono::milliseconds(0)));  // waited for below
     mThread.join();
 }
 

@@ -50,7 +50,7 @@ public:
 
     // Starts no more commands and asks one that runs to end. False when it has not ended in time; the end of
     // the process ends it.
-    bool Stop(std::chrono::milliseconds timeout);
+    [[nodiscard]] bool Stop(std::chrono::milliseconds timeout);
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -65,7 +65,7 @@ private:
     };
 
     void Run();
-    bool WaitForFirst(Item* item);
+    [[nodiscard]] bool WaitForFirst(Item* item);
     QString RunCommand(const QJsonObject& line) const;
     void Succeed(const Item& item);
     void Fail(Item item, const QString& reason);

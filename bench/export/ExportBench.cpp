@@ -85,7 +85,7 @@ void ReadProject(benchmark::State& state)
         if (!project.ReadSettings(settings).HasSucceeded() ||
             !project.ExtractJobOptions(folder, jobOptions).HasSucceeded())
             state.SkipWithError("not read");
-        GFileSystemBase::TryToRemoveFolder(folder);
+        GFileSystemBase::DropFolder(folder);
     }
 }
 BENCHMARK(ReadProject)->Arg(1)->Arg(50)->Unit(benchmark::kMillisecond)->UseRealTime();

@@ -113,6 +113,6 @@ double Exporter::Export(bool& isDone)
     tool.Submit();
     const std::chrono::duration<double> time = Clock::now() - start;
     isDone = isDone && AlertCounter::sCount == 0 && !mAction.GetPDFPath().IsEmpty();
-    GFileSystemBase::TryToRemoveFile(mAction.GetPDFPath());
+    GFileSystemBase::DropFile(mAction.GetPDFPath());
     return time.count();
 }

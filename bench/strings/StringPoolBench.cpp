@@ -5,6 +5,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include <cstdlib>
+
 // Look-up of a text by code when all three tables are searched: the texts stand in the English one alone, and
 // the codes of the neutral table and of the current language's lie between its codes. Beside one QHash with
 // the same texts.
@@ -25,7 +27,8 @@ void FillPool()
         GStringPool::GetTable(german).SetString(code + 1, text, GEncoding::GetUTF8());
         GStringPool::GetTable(GStringPool::cNeutral).SetString(code + 2, text, GEncoding::GetUTF8());
     }
-    GStringPool::SetLanguage(german);
+    if (!GStringPool::SetLanguage(german))
+        std::abort();
 }
 
 uint32_t GetNext(uint32_t code)

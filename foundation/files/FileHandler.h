@@ -87,7 +87,7 @@ public:
     [[nodiscard]] virtual bool removeFile(const QString& path);
 
     // The same without the companion, which may be somebody else's.
-    virtual bool removeFileAlone(const QString& path);
+    [[nodiscard]] virtual bool removeFileAlone(const QString& path);
 
     // Removes a folder with all that is in it: it is first renamed to a hidden name, so that it is gone from
     // its own name at once even when its content resists. A link to a folder is only unlinked. A folder that

@@ -182,11 +182,11 @@ bool FileHandler::copyFolder(const QString& source, const QString& destination)
     if (error)
         return fail("Can't create 'hidden' directory: ", hidden);
     if (!copyFolderPrivate(from, hidden)) {
-        static_cast<void>(removeFolder(hidden));
+        static_cast<void>(removeFolder(hidden));  // what stays is in the log
         return fail("Can't copy dir: ", from);
     }
     if (!renameFolder(hidden, to)) {
-        static_cast<void>(removeFolder(hidden));
+        static_cast<void>(removeFolder(hidden));  // what stays is in the log
         return fail("Can't rename dir: ", hidden);
     }
     return true;

@@ -124,6 +124,7 @@ bool FileHandler::moveAcrossVolumes(const QString& source, const QString& destin
     }
     // Only what has reached the disk may cost the source.
     if (!flushCopy(destination, kind)) {
+        // A copy that stays is in the log; the source has everything.
         static_cast<void>(isFolder ? removeFolder(destination) : removeFile(destination));
         return false;
     }
@@ -176,7 +177,7 @@ FileSystem::Error FileHandler::renameOnce(const QString& source, const QString& 
     const FileSystem::Error error = source != destination && isSameItem(source, destination)
                                         ? changeCase(source, destination)
                                         : FileSystem::renameItem(source, destination);
-    static_cast<void>(UnlockFolder(source));
+    static_cast<void>(UnlockFolder(source));  // logs it where nothing was locked
     return error;
 }
 

@@ -113,7 +113,7 @@ private:
     // Of the entry that begins at a place.
     std::atomic<uint8_t>& GetState(size_t place) const;
     uint32_t ReadLength(size_t place) const;
-    bool TakeUp(size_t place);
+    [[nodiscard]] bool TakeUp(size_t place);
     uint64_t LookAgain(uint64_t read);
 
     uint8_t* mData;

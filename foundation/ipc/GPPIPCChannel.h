@@ -60,8 +60,8 @@ public:
     // Posts the message, with the receiver's identifier filled in, to one receiver; false when that takes
     // nothing for the address. Raises with GErrorCode::cPostMessage when it did not get it: a GQueueIsPast
     // when it is worth a new look at the directory.
-    bool Post(uint32_t process, uint32_t receiver, const GString& address, GPPIPCMessage message,
-              const GPostPolicy& policy);
+    [[nodiscard]] bool Post(uint32_t process, uint32_t receiver, const GString& address,
+                            GPPIPCMessage message, const GPostPolicy& policy);
 
     // Every receiver that is listed or has left a queue; none when there is no channel of the name.
     std::vector<GPPIPCReceiverInfo> Look();

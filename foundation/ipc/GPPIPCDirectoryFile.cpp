@@ -81,6 +81,7 @@ std::shared_ptr<GPPIPCDirectoryFile::Open> GPPIPCDirectoryFile::GetOpen(Mode mod
                                     [&] { GInterProcessMutex::Remove(GetLockName(mName)); });
         const GInterProcessLock lock(*open->mutex, cLockTime);
         open->segment = OpenOrReplace([&] { return OpenSegment(mName, GSharedSegment::Mode::OpenOrCreate); },
+                                      // Another process's stays; the second opening says why it can't be.
                                       [&] { static_cast<void>(GSharedSegment::Remove(mName)); });
     }
     mOpen = open;

@@ -223,7 +223,7 @@ bool GBin2TextStream::ReadString(GString& token)
 {
     return WithUnits([this, &token](auto units) {
         Skip<decltype(units)>(IsWhitespace);
-        Collect<decltype(units)>(token, IsWhitespace);
+        static_cast<void>(Collect<decltype(units)>(token, IsWhitespace));  // the end ends a token, too
         return !token.isEmpty();
     });
 }
@@ -310,10 +310,11 @@ bool GBin2TextStream::Read(int count, GString& text)
         using Units = decltype(units);
         int left = count;
         const bool isUTF8 = mEncoding == GEncoding::GetUTF8();
-        Collect<Units>(text, [&left, isUTF8](ushort unit) {
+        const auto isPast = [&left, isUTF8](ushort unit) {
             const bool isWithinCharacter = isUTF8 && (unit & 0xC0) == 0x80;
             return left-- <= 0 && !isWithinCharacter;
-        });
+        };
+        static_cast<void>(Collect<Units>(text, isPast));  // fewer, where the data ends before
         return !text.isEmpty();
     });
 }

@@ -36,7 +36,7 @@ public:
     [[nodiscard]] bool ReadLine(GString& line);
 
     // Consumes what ReadLine would. False when that was more than blanks and TABs.
-    bool SkipLine();
+    [[nodiscard]] bool SkipLine();
 
     // Reads up to one of the terminators, which stays. False at the end of the data.
     [[nodiscard]] bool ReadTillTerminator(const GString& terminators, GString& text);
@@ -93,7 +93,7 @@ private:
     template <typename Units, typename IsEnd>
     [[nodiscard]] bool CollectTill(IsEnd isEnd);
     template <typename Units, typename IsEnd>
-    bool Collect(GString& text, IsEnd isEnd);
+    [[nodiscard]] bool Collect(GString& text, IsEnd isEnd);
     template <typename Units, typename IsSkipped>
     int64_t Skip(IsSkipped isSkipped);
     template <typename Units>

@@ -16,11 +16,11 @@ bool GListReader::Read(GBin2TextStream& stream, QStringList& list)
         GString element;
         if (!stream.ReadQuotedString(element))
             break;
-        stream.SkipLine();
+        static_cast<void>(stream.SkipLine());  // what follows an element counts for nothing
         list.append(element);
     }
     if (stream.ReadString(token) && token == PrefMarkers::cEndList)
-        stream.SkipLine();
+        static_cast<void>(stream.SkipLine());  // nor does what follows the end
     return true;
 }
 

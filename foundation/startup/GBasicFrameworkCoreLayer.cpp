@@ -103,7 +103,7 @@ void GBasicFrameworkCoreLayer::InitializeStrings()
 
 void GBasicFrameworkCoreLayer::ApplySettings()
 {
-    GStringPool::SetLanguage(GetLanguage());
+    static_cast<void>(GStringPool::SetLanguage(GetLanguage()));  // English where it has no texts
     const bool isWanted = GPreferences::GetBool(GMorvaneGeneralPrefs::cGroupIDGeneralPrefs, cPrefIDLogToFile);
     if (!isWanted || !IsOwnLoggerInstalled())
         return;

@@ -150,12 +150,12 @@ bool GStringPool::DeleteLanguage(const GString& name)
 GStringPool::TempLanguageForcer::TempLanguageForcer(const GString& language)
 {
     GetLanguage(mRemembered);
-    SetLanguage(language);
+    static_cast<void>(SetLanguage(language));  // English where it has no texts
 }
 
 GStringPool::TempLanguageForcer::~TempLanguageForcer()
 {
-    SetLanguage(mRemembered);
+    static_cast<void>(SetLanguage(mRemembered));  // English where it has gone
 }
 
 bool GStringPool::TempLanguageForcer::WasForced() const

@@ -49,7 +49,7 @@ public:
     // Makes a language the current one and says whether it has a table, after looking for its string files
     // and those of the two tables that every look-up consults beside it. Without a table the current language
     // becomes "enUS".
-    static bool SetLanguage(const GString& name);
+    [[nodiscard]] static bool SetLanguage(const GString& name);
 
     // Whether a language has a table, after looking for its string files.
     static bool HasLanguage(const GString& name) { return FindTableForReading(name) != nullptr; }

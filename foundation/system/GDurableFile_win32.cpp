@@ -169,7 +169,7 @@ void GDurableFile::RemoveLeftover(const GPathName& path, const PTemporaryName::M
 {
     if (maker.machine == GetOwnMaker().machine &&
         GProcessInfo::GetStartTime(maker.process) != maker.startTime)
-        GFileSystemBase::TryToRemoveFile(path);
+        GFileSystemBase::DropFile(path);
 }
 
 void GDurableFile::RemoveTemporary() noexcept

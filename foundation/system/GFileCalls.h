@@ -11,10 +11,10 @@ namespace GFileCalls
 {
 // Writes all of the bytes to an open, unbuffered file, also where the system takes them in parts, as it does
 // with the last ones that a volume has room for. False, with the file's error set, when that fails.
-bool WriteAll(QFile& file, const char* bytes, qint64 count);
+[[nodiscard]] bool WriteAll(QFile& file, const char* bytes, qint64 count);
 
 // Brings what was written to an open, unbuffered file to the disk.
-bool FlushFile(const QFile& file);
+[[nodiscard]] bool FlushFile(const QFile& file);
 
 // Sees to it that the names in a folder survive a power cut. Always true on Windows, which has no such call.
 [[nodiscard]] bool FlushFolder(const GPathName& folder);

@@ -74,7 +74,7 @@ public:
 
     // Removes a file, a read-only one and a symbolic link included, never what the link leads to. True when
     // nothing of that name is there afterwards, also when nothing was; false for a folder. Never raises.
-    static bool TryToRemoveFile(const GPathName& path) noexcept;
+    [[nodiscard]] static bool TryToRemoveFile(const GPathName& path) noexcept;
 
     // Removes a folder with all that it holds. Symbolic links and junctions in it, and the folder's own name
     // if it is one, are removed, never followed. True when nothing of that name is there afterwards, also
@@ -83,6 +83,11 @@ public:
     // `readOnlyContent`: -1 (or anything but 0) removes read-only files and folders too; with 0 they stay,
     // and so do the folders that hold them. `attempts`: how many times, at least once, it goes over what
     // could not be removed because somebody has it open; 100 ms pass between two attempts.
-    static bool TryToRemoveFolder(const GPathName& path, int32_t readOnlyContent = -1,
-                                  int32_t attempts = 10) noexcept;
+    [[nodiscard]] static bool TryToRemoveFolder(const GPathName& path, int32_t readOnlyContent = -1,
+                                                int32_t attempts = 10) noexcept;
+
+    // The same for what may stay where it can't be removed: something else has failed already, or whoever
+    // clears up later finds it.
+    static void DropFile(const GPathName& path) noexcept { static_cast<void>(TryToRemoveFile(path)); }
+    static void DropFolder(const GPathName& path) noexcept { static_cast<void>(TryToRemoveFolder(path)); }
 };

@@ -24,7 +24,7 @@ GOwnedFile::GOwnedFile(const NextName& nextName)
         const GOwnerLock::Naming naming = GOwnerLock::LookAtName(file, path);
         if (naming == GOwnerLock::Naming::cUnknown) {
             reason = GetLastSystemError();
-            GFileSystemBase::TryToRemoveFile(path);
+            GFileSystemBase::DropFile(path);
             RaiseFileError(QStringLiteral("The file \"%1\" can't be created"), path, reason);
         }
         if (state == GOwnerLock::State::cHeld || naming != GOwnerLock::Naming::cSame)
@@ -39,7 +39,7 @@ GOwnedFile::GOwnedFile(const NextName& nextName)
 GOwnedFile::~GOwnedFile()
 {
     if (mHandle.IsOpen())
-        GFileSystemBase::TryToRemoveFile(mPath);
+        GFileSystemBase::DropFile(mPath);
     Disown();
 }
 
@@ -59,19 +59,17 @@ bool GOwnedFile::IsOwned(const GPathName& path) noexcept
     return !isFree;
 }
 
-bool GOwnedFile::RemoveUnowned(const GPathName& path, const std::function<void()>& removeRest) noexcept
+void GOwnedFile::RemoveUnowned(const GPathName& path, const std::function<bool()>& removeRest) noexcept
 {
     const PFileHandle file = GOwnerLock::OpenOld(path);
     if (!file.IsOpen())
-        return GetLastSystemError() == boost::system::errc::no_such_file_or_directory;
+        return;
     // The lock is held while the file goes: whoever has just made it sees that and makes another.
     const bool isFree = GOwnerLock::TryLock(file) == GOwnerLock::State::cLocked &&
                         GOwnerLock::LookAtName(file, path) == GOwnerLock::Naming::cSame;
-    if (isFree && removeRest)
-        removeRest();
-    const bool isRemoved = isFree && GFileSystemBase::TryToRemoveFile(path);
+    if (isFree && (!removeRest || removeRest()))
+        GFileSystemBase::DropFile(path);
     GOwnerLock::Unlock(file);
-    return isRemoved;
 }
 
 void GOwnedFile::Own(const PFileHandle& file) noexcept

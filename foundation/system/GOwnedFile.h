@@ -51,11 +51,12 @@ public:
     // no such file.
     static bool IsOwned(const GPathName& path) noexcept;
 
-    // Removes a file, unless a living process owns it or it is none. Gives whether nothing of the name is
-    // there any more. Never raises. What the file stands for is removed by `removeRest`, which must not raise
-    // either: it is called before the file goes, while nobody else can own it.
-    static bool RemoveUnowned(const GPathName& path,
-                              const std::function<void()>& removeRest = nullptr) noexcept;
+    // Removes a file, unless a living process owns it or it is none. One that can't be removed stays for
+    // whoever clears up next. Never raises. What the file stands for is removed by `removeRest`, which must
+    // not raise either: it is called before the file goes, while nobody else can own it. Where it gives false
+    // the file stays, by which the rest is found again.
+    static void RemoveUnowned(const GPathName& path,
+                              const std::function<bool()>& removeRest = nullptr) noexcept;
 
     // Takes the ownership of a file that was just made and is open for writing, until the handle is closed.
     // Where the system can't, nobody can take the file for a leftover either. Does nothing to a handle that

@@ -202,10 +202,12 @@ int32_t ExportTo(int32_t action, const hopbox_text* hopbox, const hopbox_text* p
         if (actions == nullptr)
             return int32_t(HOPBOX_NONE);
         ExportChoices choices;
-        const bool isRead = HostFault::Contain("hopbox_plugin_table::export_to", [&] {
+        bool isRead = false;
+        HostFault::Contain("hopbox_plugin_table::export_to", [&] {
             choices.hopbox = PMString::Untranslated(Boundary::Read(hopbox));
             if (pages != nullptr)
                 choices.pages = PMString::Untranslated(Boundary::Read(pages));
+            isRead = true;
         });
         if (!isRead)
             return int32_t(Refuse(error, translate("RefusalText", cBadChoices)));

@@ -17,14 +17,12 @@ GString HostFault::Describe()
     }
 }
 
-bool HostFault::Contain(const char* source, const std::function<void()>& calls) noexcept
+void HostFault::Contain(const char* source, const std::function<void()>& calls) noexcept
 {
     try {
         calls();
-        return true;
     } catch (...) {
         GTrace::Error(QString::fromLatin1(source), Describe());
-        return false;
     }
 }
 

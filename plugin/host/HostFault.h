@@ -22,8 +22,9 @@ public:
 // exception.
 GString Describe();
 
-// Runs calls that must not fail by raising. What they raise goes to the log under `source`; false then.
-bool Contain(const char* source, const std::function<void()>& calls) noexcept;
+// Runs calls that must not fail by raising. What they raise goes to the log under `source`; what the calls
+// have set by then tells the caller how far they came.
+void Contain(const char* source, const std::function<void()>& calls) noexcept;
 
 // The count as it is; raises for one that no host can mean: below zero, or above a million. Whoever goes
 // through what was counted would not come to an end, or to the end of the memory.

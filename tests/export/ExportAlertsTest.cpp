@@ -116,7 +116,7 @@ TEST_F(ExportFailuresTest, EachOtherFailureHasItsAlertAndEndsTheExport)
          {MakeAlert("Unable to retrieve PDF setting: "_q + key)}}};
     for (const Case& row : cases) {
         SCOPED_TRACE(row.name);
-        GFileSystemBase::TryToRemoveFolder(GetTemporary());
+        GFileSystemBase::DropFolder(GetTemporary());
         ExportParty party(row.kind);
         row.prepare(party);
         party.Export(key, [&](GCPTSaveAsTool& tool) {

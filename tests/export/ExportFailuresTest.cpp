@@ -83,7 +83,7 @@ TEST_F(ExportFailuresTest, EachHostOperationThatIsAbsentOrFailsEndsTheExportWith
                                                 {ExportKind::Book, true}};
     for (const auto& [kind, isAtBoundary] : ways) {
         const auto run = [&, isAtBoundary = isAtBoundary](ExportParty& party, const Row& row) {
-            GFileSystemBase::TryToRemoveFolder(GetTemporary());
+            GFileSystemBase::DropFolder(GetTemporary());
             if (isAtBoundary)
                 party.UseBoundary();
             party.host.documents.front().isSaved = false;
@@ -153,7 +153,7 @@ TEST_F(ExportFailuresTest, AnyOneCallOfTheHostMayFailRaiseOrAnswerNonsense)
         int call = 1;
         for (bool isDisturbed = true; isDisturbed; ++call) {
             SCOPED_TRACE(testing::Message() << "answer " << int(row.answer) << " of call " << call);
-            GFileSystemBase::TryToRemoveFolder(GetTemporary());
+            GFileSystemBase::DropFolder(GetTemporary());
             for (FakeDocument& document : party.host.documents)
                 document.isOpen = document.pageCount > 1;
             party.host.documents.front().isSaved = false;
@@ -192,7 +192,7 @@ TEST_F(ExportFailuresTest, WhatTheUserCancelsEndsWithoutAnAlertInWhicheverOperat
                                                    {true, HostAnswer::Works}}) {
             SCOPED_TRACE(testing::Message()
                          << GetName(cancelled).toStdString() << isAtBoundary << int(answer));
-            GFileSystemBase::TryToRemoveFolder(GetTemporary());
+            GFileSystemBase::DropFolder(GetTemporary());
             ExportParty party(kind);
             if (isAtBoundary)
                 party.UseBoundary();

@@ -68,7 +68,7 @@ private:
             const QDir root(GetSandbox().GetPath());
             for (const QString& name : root.entryList(QDir::AllEntries | QDir::NoDotAndDotDot))
                 if (!QFile::remove(root.filePath(name)))
-                    GFileSystemBase::TryToRemoveFolder(GPathName(root.filePath(name)));
+                    GFileSystemBase::DropFolder(GPathName(root.filePath(name)));
         }
     };
     EmptyRoot mEmptyRoot;

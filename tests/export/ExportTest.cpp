@@ -244,7 +244,7 @@ TEST_F(ExportTest, WhateverThingsAreCalledThePDFEndsInTheWorkFolder)
               QStringLiteral("half \xD83D pair"), "\U0001F4E6 \u0627\u0644"_q};
     for (const QString& name : names) {
         SCOPED_TRACE(name.toStdString());
-        GFileSystemBase::TryToRemoveFolder(GetTemporary());
+        GFileSystemBase::DropFolder(GetTemporary());
         ExportParty party;
         FakeDocument& document = party.host.documents.front();
         document.name = name;

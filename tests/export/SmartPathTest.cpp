@@ -76,7 +76,7 @@ TEST_F(SmartPathTest, SweepTakesTheNumbersUpToTheCount)
         {"-7", "1"_list, "1"_list}, {"2147483647", "9"_list, {}}, {"99999999999999", "1"_list, "1"_list},
         {"", "1"_list, "1"_list}};
     for (const auto& [maximum, listed, left] : cases) {
-        GFileSystemBase::TryToRemoveFolder(GetTemporary());
+        GFileSystemBase::DropFolder(GetTemporary());
         GPreferences::Remove(GPreferences::cUserFileModule, cGroup);
         for (const QString& number : listed)
             SetListed("FilePathName_" + number.toLatin1(),
@@ -250,7 +250,7 @@ CHILD_ROLE(KeepUnwritten)
 TEST_F(SmartPathTest, WhatIsKeptStaysThoughTheSettingsCouldNotBeWritten)
 {
     for (const QStringList& arguments : {QStringList(), QStringList("later"_q)}) {
-        GFileSystemBase::TryToRemoveFolder(GetTemporary());
+        GFileSystemBase::DropFolder(GetTemporary());
         EXPECT_EQ(ChildProcess("KeepUnwritten"_q, arguments).WaitForExit(), 0);
         EXPECT_EQ(List(GetTemporary()).size(), arguments.isEmpty() ? 4 : 2) << "with a mark for each";
         for (int start = 0; start < 2; ++start) {

@@ -1,4 +1,7 @@
 #include "Scenarios.h"
+#include "foundation/core/GException.h"
+#include "foundation/system/GFileSystemBase.h"
+#include "hosts/indesign/bridge/MeetingPlace.h"
 #include "hosts/scribus/sla/SlaFile.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Test.h"
@@ -51,5 +54,41 @@ FaultScenario GetDocumentChange()
     FaultScenario scenario{
         "DocumentChange", prepare, QString(), {"ChangeDocument"_q, "%1"_q}, LookAtDocument};
     scenario.takesEveryError = true;
+    return scenario;
+}
+
+CHILD_ROLE(AnnounceTheHelper)
+{
+    try {
+        MeetingPlace place;
+        if (!place.Enter())
+            return 1;
+        place.Announce(1);
+        std::_Exit(0);  // as killed: what was announced stays to be looked at
+    } catch (const GException& error) {
+        std::fprintf(stderr, "%s\n", qPrintable(error.GetDescription()));
+        return 1;
+    }
+}
+
+// A file that is there for everybody: the secret must not get into it.
+FaultScenario GetAnnouncement()
+{
+    const auto getFile = [] {
+        return GFileSystemBase::GetSpecialPath(GSpecialPath::cUserPreferences)
+            .GetChild("Hopbox Bridge/bridge.json"_q)
+            .GetNativePath();
+    };
+    const auto prepare = [getFile](const QString&) {
+        EXPECT_TRUE(WriteFile(getFile(), "{}"));
+        QFile::setPermissions(getFile(), QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther);
+    };
+    const auto look = [getFile](const QString&) {
+        const bool isTold = ReadFile(getFile()).contains("secret");
+        const bool isForAll = (QFile::permissions(getFile()) & QFile::ReadOther) != 0;
+        return !isTold ? "nothing told"_q : isForAll ? "a part: told to all"_q : "told"_q;
+    };
+    FaultScenario scenario{"Announcement", prepare, QString(), {"AnnounceTheHelper"_q}, look};
+    scenario.ignored = QStringList{"bridge.*"_q};
     return scenario;
 }

@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QDirIterator>
+#include <QProcess>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
@@ -42,6 +43,7 @@ FaultScenario (*const cScenarios[])() = {
     GetCopyOfAcceptedJob,          //
     GetCopyOfAcceptedFile,         //
     GetDocumentChange,             //
+    GetAnnouncement,               //
     GetExport,                     //
     GetListOfTemporaries,          //
     GetProgramStart,               //
@@ -138,9 +140,11 @@ void SeeThatThePassingNameIsOwned(const FaultScenario& scenario, const char* cal
     QDirIterator parts(root, {wildcard}, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
     ASSERT_TRUE(parts.hasNext()) << ReadFile(root + "/report"_q).toStdString();
     const GPathName part(parts.next());
-    EXPECT_FALSE(GOwnedFile::RemoveUnowned(part));
+    GOwnedFile::RemoveUnowned(part);
+    EXPECT_TRUE(QFile::exists(part.GetNativePath()));
     child.Kill();
-    EXPECT_TRUE(GOwnedFile::RemoveUnowned(part));
+    GOwnedFile::RemoveUnowned(part);
+    EXPECT_FALSE(QFile::exists(part.GetNativePath()));
 }
 }  // namespace
 
@@ -169,6 +173,24 @@ TEST(DurableFile, FailsNoMoreOnceItHasTakenItsPlace)
         scenario.prepare(sandbox.GetPath());
         const Preload preload(sandbox.GetPath(), number);
         EXPECT_EQ(ChildProcess(scenario.arguments.first(), {sandbox.GetPath()}).WaitForExit(), 0)
+            << calls.at(number - 1).toStdString();
+    }
+}
+
+TEST(DeletedHopbox, IsNotSaidToBeGoneWhileAFileOfItIsThere)
+{
+    const FaultScenario scenario = GetHopboxDeletion();
+    const QStringList calls = ListCalls(scenario);
+    for (int number = 1; number <= calls.size(); ++number) {
+        if (!calls.at(number - 1).contains("/Settings/Press"_q))
+            continue;
+        const Sandbox sandbox;
+        scenario.prepare(sandbox.GetPath());
+        const Preload preload(sandbox.GetPath(), number);
+        QProcess process;
+        process.start(GetProgramPath("hopboxctl"), scenario.arguments);
+        EXPECT_TRUE(process.waitForFinished());
+        EXPECT_EQ(process.exitCode(), scenario.look(sandbox.GetPath()) == "gone"_q ? 0 : 1)
             << calls.at(number - 1).toStdString();
     }
 }

@@ -26,6 +26,7 @@ FaultScenario GetSettingsFlush();
 FaultScenario GetProjectSettings();
 FaultScenario GetChangeAfterABrokenRead();
 FaultScenario GetHopboxChange();
+FaultScenario GetHopboxDeletion();
 
 // FilesScenarios.cpp
 FaultScenario GetFileCopy();
@@ -53,6 +54,7 @@ FaultScenario GetListOfTemporaries();
 
 // DocumentScenarios.cpp
 FaultScenario GetDocumentChange();
+FaultScenario GetAnnouncement();
 
 // ProcessScenarios.cpp
 FaultScenario GetProgramStart();

@@ -237,6 +237,27 @@ FaultScenario GetHopboxChange()
     return scenario;
 }
 
+// The entry goes first: the rest is nobody's then.
+FaultScenario GetHopboxDeletion()
+{
+    const auto getFolder = [](const QString& root) {
+        return GPathName(root + "/AppData/Morvane/Hopbox/Cache/Settings/Press"_q);
+    };
+    const auto prepare = [getFolder](const QString& root) {
+        HopboxRegistryEntry entry;
+        entry.contextFilePath = getFolder(root).GetChild("Project.hopbox"_q);
+        EXPECT_TRUE(HopboxRegistry().AddEntry("Press"_q, entry));
+        for (const QString& name : {"Project.hopbox"_q, "Icon.png"_q, "theirs"_q})
+            EXPECT_TRUE(WriteFile(getFolder(root).GetChild(name).GetNativePath(), "x"));
+    };
+    const auto look = [getFolder](const QString& root) {
+        const bool isThere =
+            !QDir(getFolder(root).GetNativePath()).entryList({"Project.hopbox"_q, "Icon.png"_q}).isEmpty();
+        return isThere ? "there"_q : "gone"_q;
+    };
+    return {"HopboxDeletion", prepare, "hopboxctl"_q, {"delete"_q, "Press"_q}, look, cLockFiles};
+}
+
 // Another process removes everything between this one's reading and its change.
 CHILD_ROLE(ChangeAfterABrokenRead)
 {

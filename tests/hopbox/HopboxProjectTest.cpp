@@ -3,6 +3,7 @@
 #include "archive/ZipArchive.h"
 #include "archive/ZipArchiver.h"
 #include "foundation/prefs/GPrefMemoryModule.h"
+#include "hopbox/TemporaryFolder.h"
 #include "tests/support/Test.h"
 
 using Morvane::ZipArchive;
@@ -129,4 +130,18 @@ TEST_F(HopboxProjectTest, ArchivesOfAnyToolAreReadAsFarAsTheyServe)
                   QByteArray(extracted));
         QDir(GetFolder()).removeRecursively();
     }
+}
+
+TEST(TemporaryFolder, WhatSomebodyOnWindowsHasOpenGoesWithTheNextOne)
+{
+    const Sandbox sandbox;
+    QFile held;
+    {
+        const TemporaryFolder folder;
+        held.setFileName(folder.GetPathName().GetChild("held"_q).GetNativePath());
+        ASSERT_TRUE(held.open(QIODevice::WriteOnly));
+    }
+    held.close();
+    EXPECT_NE(TemporaryFolder().GetPathName(), GPathName());
+    EXPECT_FALSE(QFile::exists(held.fileName()));
 }

@@ -60,11 +60,11 @@ bool HasModes();
 // there: the group of the inbox, where the user is in it, and the mode; a folder may be entered by whoever
 // may read it. Without a mode that of the copy stays, which is the user's umask. Nothing on Windows. False
 // when the mode can't be set.
-bool PrepareRights(const GPathName& copy, const GPathName& inbox, std::optional<unsigned> mode);
+[[nodiscard]] bool PrepareRights(const GPathName& copy, const GPathName& inbox, std::optional<unsigned> mode);
 
 // Gives what has come to its name the rights that its folder hands down. Nothing on POSIX, where they are
 // prepared. False when that fails.
-bool InheritRights(const GPathName& path);
+[[nodiscard]] bool InheritRights(const GPathName& path);
 
 // Keeps a folder out of the sight of people who did not ask for hidden ones, where its name does not do that.
 void Hide(const GPathName& folder);

@@ -134,7 +134,7 @@ void JobInbox::MakeCopy(InboxJob* job, const GString& location, const std::atomi
     } catch (const GException&) {
         // Room for the others, while this one waits.
         if (!GFileSystemBase::TryToRemoveFile(copy))
-            GFileSystemBase::TryToRemoveFolder(copy);
+            GFileSystemBase::DropFolder(copy);
         throw;
     }
     job->name = source.name;

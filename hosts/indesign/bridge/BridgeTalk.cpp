@@ -121,7 +121,8 @@ void BridgeTalk::TakeHello(Connection* connection, const QByteArray& line)
     const bool isOurs = hello.value(QLatin1String("hello")).toInt() == cVersion;
     if (mScript != nullptr || !isOurs) {
         const char* reason = isOurs ? "another application has the helper" : "another version is spoken here";
-        connection->socket.Write(MakeLine(Tell("refused", QLatin1String(reason))));
+        // Whoever does not hear it is closed all the same.
+        static_cast<void>(connection->socket.Write(MakeLine(Tell("refused", QLatin1String(reason)))));
         Drop(connection);
         return;
     }

@@ -27,10 +27,10 @@ public:
     uint16_t GetPeerPort() const { return GetPort(End::Peer); }
 
     // Adds what has come. False when the other end has closed, or the connection is broken.
-    bool Read(QByteArray& bytes);
+    [[nodiscard]] bool Read(QByteArray& bytes);
 
     // Sends all of it. Gives the other end ten seconds to take it; false when it does not.
-    bool Write(const QByteArray& bytes);
+    [[nodiscard]] bool Write(const QByteArray& bytes);
 
     void Close() noexcept;
     bool IsOpen() const { return mSocket != cNone; }

@@ -2,6 +2,7 @@
 
 #include "foundation/system/GDurableFile.h"
 #include "foundation/system/GFileSystemBase.h"
+#include "foundation/system/GSystemError.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -30,7 +31,7 @@ MeetingPlace::MeetingPlace()
 MeetingPlace::~MeetingPlace()
 {
     if (mLock)
-        GFileSystemBase::TryToRemoveFile(mFile);
+        GFileSystemBase::DropFile(mFile);
 }
 
 bool MeetingPlace::Enter()
@@ -45,7 +46,8 @@ bool MeetingPlace::Enter()
 // A file that is there would keep its rights, whoever made it.
 void MeetingPlace::Announce(uint16_t port)
 {
-    GFileSystemBase::TryToRemoveFile(mFile);
+    if (!GFileSystemBase::TryToRemoveFile(mFile))
+        RaiseFileError(QStringLiteral("The file \"%1\" can't be replaced"), mFile, GetLastSystemError());
     const QJsonObject place{{QStringLiteral("version"), 1},
                             {QStringLiteral("port"), port},
                             {QStringLiteral("secret"), QString::fromLatin1(mSecret)}};

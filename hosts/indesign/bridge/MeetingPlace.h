@@ -18,7 +18,7 @@ public:
     MeetingPlace& operator=(const MeetingPlace&) = delete;
 
     // Takes the place. False when another helper has it.
-    bool Enter();
+    [[nodiscard]] bool Enter();
 
     // Says where the helper listens, to this user alone.
     void Announce(uint16_t port);

@@ -39,10 +39,10 @@ public:
     const std::vector<Answer>& GetAnswers() const { return mAnswers; }
 
 private:
-    bool FindKept(Answer& answer) const;
+    [[nodiscard]] bool FindKept(Answer& answer) const;
     void Keep(const Answer& answer) const;
     GResult AskScribus(const BeginStep& beginStep);
-    bool Take(Answer& answer, const QString& path);
+    [[nodiscard]] bool Take(Answer& answer, const QString& path);
 
     ScribusRunner& mRunner;
     std::vector<Answer> mAnswers;

@@ -29,7 +29,7 @@ PackageFolder::~PackageFolder()
     if (!mIsMade || mIsFinished)
         return;
     try {
-        GFileSystemBase::TryToRemoveFolder(GPathName(mFolder));
+        GFileSystemBase::DropFolder(GPathName(mFolder));
     } catch (const GException&) {
         // A path that is none was never made.
     }

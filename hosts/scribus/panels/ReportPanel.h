@@ -20,7 +20,7 @@ public:
 
     // Shows what the host has done since it had made so many exports. False when there is no news: nothing
     // was exported and nothing failed, or the user cancelled, who knows it.
-    bool ShowNews(const ScribusHost& host, int exportsBefore);
+    [[nodiscard]] bool ShowNews(const ScribusHost& host, int exportsBefore);
 
 private:
     void ShowExport(const QString& pdf, const QJsonObject& report);

@@ -131,7 +131,7 @@ TEST_F(InboxTest, StartGoesOnWhereTheProcessWasKilled)
     };
     for (const auto& test : cases) {
         SCOPED_TRACE(test.name);
-        GFileSystemBase::TryToRemoveFolder(GetInbox());
+        GFileSystemBase::DropFolder(GetInbox());
         QDir().mkpath(GetPath("in/.printer-processor/copies"));
         WriteFile(GetJournal().GetNativePath(),
                   Keeper(5) + Job(job) + (test.isReady ? Ready(1, "a.pdf"_q) : ""));

@@ -125,7 +125,7 @@ TEST(TextStreamsTest, TokensSetsAndTheWayBack)
         EXPECT_EQ(input->SkipChars("\t "_q), 3);
         EXPECT_TRUE(input->ReadTillTerminator(",;"_q, text));
         EXPECT_EQ(text, "two"_q);
-        input->SkipLine();
+        EXPECT_FALSE(input->SkipLine());
         EXPECT_FALSE(input->ReadString(text));
     }
 }

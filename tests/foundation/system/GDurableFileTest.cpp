@@ -267,7 +267,7 @@ TEST(GOwnedFile, StaysAsLongAsItsOwnerLives)
         const GOwnedFile file([&] { return getPath(QString::number(number++)); });
         EXPECT_EQ(file.GetPathName(), getPath("1"_q));
         EXPECT_TRUE(GOwnedFile::IsOwned(file.GetPathName()));
-        EXPECT_FALSE(GOwnedFile::RemoveUnowned(file.GetPathName()));
+        GOwnedFile::RemoveUnowned(file.GetPathName());
         EXPECT_TRUE(WriteFile(file.GetPathName().GetNativePath(), "written beside the owner"));
         ASSERT_TRUE(QFile::rename(file.GetPathName().GetNativePath(), sandbox.GetPath("moved"_q)));
         EXPECT_TRUE(GOwnedFile::IsOwned(getPath("moved"_q)));
@@ -275,14 +275,14 @@ TEST(GOwnedFile, StaysAsLongAsItsOwnerLives)
     EXPECT_EQ(ListFolder(sandbox.GetPath()), (QStringList{"0"_q, "moved"_q}));
     EXPECT_FALSE(GOwnedFile::IsOwned(getPath("moved"_q)) || GOwnedFile::IsOwned(getPath("none"_q)));
     QDir().mkdir(sandbox.GetPath("folder"_q));
-    EXPECT_TRUE(GOwnedFile::RemoveUnowned(getPath("moved"_q)) &&
-                GOwnedFile::RemoveUnowned(getPath("none"_q)));
-    EXPECT_FALSE(GOwnedFile::RemoveUnowned(getPath("folder"_q)));
+    for (const QString& name : {"moved"_q, "none"_q, "folder"_q})
+        GOwnedFile::RemoveUnowned(getPath(name));
     {
         GOwnedFile kept([&] { return getPath("kept"_q); });
         kept.Disown();
         EXPECT_FALSE(GOwnedFile::IsOwned(getPath("kept"_q)));
     }
+    GOwnedFile::RemoveUnowned(getPath("kept"_q), [] { return false; });  // what it stands for is still there
     EXPECT_EQ(ListFolder(sandbox.GetPath()), (QStringList{"0"_q, "folder"_q, "kept"_q}));
     EXPECT_EQ(GetErrorCode([&] { GOwnedFile file([&] { return getPath("none/a"_q); }); }), GErrorCode::cFile);
 }

@@ -42,7 +42,7 @@ TEST_F(Module, SpeaksTheLanguageOfItsSettings)
     component->DoAction(nullptr, cDocument, nullptr);
     // The file layer's own words stand behind a sentence in that language.
     const GPathName temporary = GFileSystemBase::GetSpecialPath(GSpecialPath::cTemporary);
-    GFileSystemBase::TryToRemoveFolder(temporary);
+    GFileSystemBase::DropFolder(temporary);
     WriteFile(temporary.GetNativePath(), "in the way");
     component->DoAction(nullptr, cDocument, nullptr);
 }
