@@ -41,22 +41,23 @@ QString BridgeModule::FindFile()
     return program.filePath(cPlaces[0]);
 }
 
-bool BridgeModule::Load(const QString& file, const hopbox_host_table& table, void* host, QString& error)
+GResult BridgeModule::Load(const QString& file, const hopbox_host_table& table, void* host)
 {
     mLibrary.setFileName(file);
     mLibrary.setLoadHints(QLibrary::PreventUnloadHint);
     const auto entry = reinterpret_cast<hopbox_entry_function>(mLibrary.resolve(HOPBOX_ENTRY_NAME));
     if (entry == nullptr || !Boundary::Copy(entry(HOPBOX_VERSION), mTable)) {
-        error = mLibrary.isLoaded() ? QStringLiteral("it is of another version") : mLibrary.errorString();
-        return false;
+        const bool isOther = mLibrary.isLoaded();
+        return GResult::Failure(isOther ? QStringLiteral("it is of another version")
+                                        : mLibrary.errorString());
     }
-    error = QStringLiteral("it gives no reason");
-    const hopbox_sink sink{&error, KeepText};
+    QString reason = QStringLiteral("it gives no reason");
+    const hopbox_sink sink{&reason, KeepText};
     if (Call(&Table::load, &table, host, &sink) != HOPBOX_OK)
-        return false;
+        return GResult::Failure(reason);
     mIsLoaded = Call(&Table::open_actions, &sink) == HOPBOX_OK;
     Call(mIsLoaded ? &Table::startup : &Table::unload);
-    return mIsLoaded;
+    return mIsLoaded ? GResult::Success() : GResult::Failure(reason);
 }
 
 QJsonObject BridgeModule::GetState(int32_t action) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/core/GResult.h"
 #include "plugin/boundary/hopbox_host.h"
 
 #include <QJsonObject>
@@ -21,9 +22,9 @@ public:
     // "plugin" beside the program's own folder.
     static QString FindFile();
 
-    // Loads the module, gives it the host and starts it. False, with a text for the user, leaves nothing of
-    // it in use. Once.
-    bool Load(const QString& file, const hopbox_host_table& table, void* host, QString& error);
+    // Loads the module, gives it the host and starts it. A failure has a text for the user, and leaves
+    // nothing of it in use. Once.
+    GResult Load(const QString& file, const hopbox_host_table& table, void* host);
 
     // What an action's menu entry is to show: "enabled" and "name". The user gives
     // shortcuts in the application.

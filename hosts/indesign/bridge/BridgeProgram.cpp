@@ -36,9 +36,9 @@ int BridgeProgram::Run()
     if (!mPlace.Enter())
         return 0;
     const QString file = BridgeModule::FindFile();
-    QString reason;
-    if (!mModule.Load(file, ScriptHost::GetTable(), &mHost, reason))
-        mError = QStringLiteral("The plug-in \"%1\" can't be used: %2").arg(file, reason);
+    mError = mModule.Load(file, ScriptHost::GetTable(), &mHost)
+                 .Within(QStringLiteral("The plug-in \"%1\" can't be used: ").arg(file), QString())
+                 .GetReason();
     const uint16_t port = mTalk.Listen();
     if (port == 0)
         return 1;

@@ -64,6 +64,11 @@ QAbstractButton* FindOptionsButton(const QWidget& dialog)
     }
     return nullptr;
 }
+
+GResult Check(bool isTaken, const QString& otherwise)
+{
+    return isTaken ? GResult::Success() : GResult::Failure(otherwise);
+}
 }  // namespace
 
 DialogDriver::DialogDriver(const DialogChoices& choices) : mChoices(choices) {}
@@ -76,12 +81,12 @@ void DialogDriver::Run(const std::function<void()>& action)
     action();
     qApp->removeEventFilter(this);
     if (!mHasDialog && mAlerts.isEmpty())
-        Fail(QStringLiteral("The plug-in opened no dialog."));
+        Note(GResult::Failure(QStringLiteral("The plug-in opened no dialog.")));
 }
 
 void DialogDriver::GiveUp(const QString& reason)
 {
-    Fail(reason);
+    Note(GResult::Failure(reason));
     for (QWidget* widget : QApplication::topLevelWidgets()) {
         if (auto* window = qobject_cast<QDialog*>(widget); window != nullptr && window->isVisible())
             window->reject();
@@ -121,82 +126,85 @@ void DialogDriver::FillIn(QDialog& dialog)
 {
     mHasDialog = true;
     const QPointer<QDialog> open = &dialog;
-    const bool isDone = mError.isEmpty() && ChooseHopbox(dialog) && ChoosePages(dialog) &&
-                        ChoosePackage(dialog) && OpenOptions(dialog) && PressOK(dialog);
-    if (!isDone && open && open->isVisible())
+    const GResult done = mResult.Then([&] { return ChooseHopbox(dialog); })
+                             .Then([&] { return ChoosePages(dialog); })
+                             .Then([&] { return ChoosePackage(dialog); })
+                             .Then([&] { return OpenOptions(dialog); })
+                             .Then([&] { return PressOK(dialog); });
+    Note(done);
+    if (!done.HasSucceeded() && open && open->isVisible())
         open->reject();
 }
 
-bool DialogDriver::ChooseHopbox(const QDialog& dialog)
+GResult DialogDriver::ChooseHopbox(const QDialog& dialog)
 {
     QComboBox* list = FindFirst<QComboBox>(dialog);
     if (list == nullptr)
-        return Fail(QStringLiteral("The dialog has no list of Hopboxes."));
+        return GResult::Failure(QStringLiteral("The dialog has no list of Hopboxes."));
     if (list->count() == 0)
-        return Fail(QStringLiteral("The dialog lists no Hopbox."));
+        return GResult::Failure(QStringLiteral("The dialog lists no Hopbox."));
     const int index = FindEntry(*list, mChoices.hopbox);
     if (index < 0)
-        return Fail(QStringLiteral("The dialog lists no Hopbox \"%1\", but %2.")
-                        .arg(mChoices.hopbox, GetEntries(*list).join(QStringLiteral(", "))));
+        return GResult::Failure(QStringLiteral("The dialog lists no Hopbox \"%1\", but %2.")
+                                    .arg(mChoices.hopbox, GetEntries(*list).join(QStringLiteral(", "))));
     UserEvents::Choose(*list, index);
-    return list->currentIndex() == index ||
-           Fail(QStringLiteral("The dialog does not take the Hopbox \"%1\".").arg(mChoices.hopbox));
+    return Check(list->currentIndex() == index,
+                 QStringLiteral("The dialog does not take the Hopbox \"%1\".").arg(mChoices.hopbox));
 }
 
-bool DialogDriver::ChoosePages(const QDialog& dialog)
+GResult DialogDriver::ChoosePages(const QDialog& dialog)
 {
     if (!mChoices.pages)
-        return true;
+        return GResult::Success();
     const QList<QRadioButton*> buttons = FindShown<QRadioButton>(dialog);
     if (buttons.size() < 2 || !buttons.at(1)->isEnabled())
-        return Fail(QStringLiteral("The dialog offers no page range."));
+        return GResult::Failure(QStringLiteral("The dialog offers no page range."));
     UserEvents::Click(*buttons.at(1));
     for (QLineEdit* edit : FindShown<QLineEdit>(dialog)) {
         if (!edit->isEnabled() || qobject_cast<QComboBox*>(edit->parentWidget()) != nullptr)
             continue;
         UserEvents::TypeOver(*edit, *mChoices.pages);
-        return edit->text() == *mChoices.pages ||
-               Fail(QStringLiteral("The dialog does not take the page range \"%1\".").arg(*mChoices.pages));
+        return Check(edit->text() == *mChoices.pages,
+                     QStringLiteral("The dialog does not take the page range \"%1\".").arg(*mChoices.pages));
     }
-    return Fail(QStringLiteral("The dialog takes no page range."));
+    return GResult::Failure(QStringLiteral("The dialog takes no page range."));
 }
 
-bool DialogDriver::ChoosePackage(const QDialog& dialog)
+GResult DialogDriver::ChoosePackage(const QDialog& dialog)
 {
     QCheckBox* box = FindFirst<QCheckBox>(dialog);
     if (box == nullptr || !box->isEnabled())
-        return !mChoices.includesPackage ||
-               Fail(QStringLiteral("The dialog offers no file package for \"%1\".").arg(mChoices.hopbox));
+        return Check(!mChoices.includesPackage,
+                     QStringLiteral("The dialog offers no file package for \"%1\".").arg(mChoices.hopbox));
     if (box->isChecked() != mChoices.includesPackage)
         UserEvents::Click(*box);
-    return box->isChecked() == mChoices.includesPackage ||
-           Fail(QStringLiteral("The dialog does not let the file package be chosen."));
+    return Check(box->isChecked() == mChoices.includesPackage,
+                 QStringLiteral("The dialog does not let the file package be chosen."));
 }
 
-bool DialogDriver::OpenOptions(const QDialog& dialog)
+GResult DialogDriver::OpenOptions(const QDialog& dialog)
 {
     if (!mChoices.opensOptions)
-        return true;
+        return GResult::Success();
     QAbstractButton* button = FindOptionsButton(dialog);
     if (button == nullptr)
-        return Fail(QStringLiteral("The dialog offers no options for \"%1\".").arg(mChoices.hopbox));
+        return GResult::Failure(
+            QStringLiteral("The dialog offers no options for \"%1\".").arg(mChoices.hopbox));
     UserEvents::Click(*button);
-    return true;
+    return GResult::Success();
 }
 
 // The export runs before the click returns.
-bool DialogDriver::PressOK(const QDialog& dialog)
+GResult DialogDriver::PressOK(const QDialog& dialog)
 {
     QPushButton* button = FindFirst<QDialogButtonBox>(dialog)->button(QDialogButtonBox::Ok);
     if (button == nullptr || !button->isEnabled())
-        return Fail(QStringLiteral("The dialog does not let OK be pressed."));
+        return GResult::Failure(QStringLiteral("The dialog does not let OK be pressed."));
     UserEvents::Click(*button);
-    return true;
+    return GResult::Success();
 }
 
-bool DialogDriver::Fail(const QString& text)
+void DialogDriver::Note(const GResult& result)
 {
-    if (mError.isEmpty())
-        mError = text;
-    return false;
+    mResult = mResult.Then([&] { return result; });
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/core/GResult.h"
+
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -46,8 +48,8 @@ public:
     // The alerts so far, in their order.
     const QList<ShownAlert>& GetAlerts() const { return mAlerts; }
 
-    // Why the choices could not be made; empty when they were.
-    const QString& GetError() const { return mError; }
+    // Whether the choices could be made; of several failures the first.
+    const GResult& GetResult() const { return mResult; }
 
     bool eventFilter(QObject* object, QEvent* event) override;
 
@@ -55,15 +57,15 @@ private:
     void Answer(QDialog& window);
     void CloseAlert(QMessageBox& box);
     void FillIn(QDialog& dialog);
-    [[nodiscard]] bool ChooseHopbox(const QDialog& dialog);
-    [[nodiscard]] bool ChoosePages(const QDialog& dialog);
-    [[nodiscard]] bool ChoosePackage(const QDialog& dialog);
-    [[nodiscard]] bool OpenOptions(const QDialog& dialog);
-    [[nodiscard]] bool PressOK(const QDialog& dialog);
-    bool Fail(const QString& text);
+    GResult ChooseHopbox(const QDialog& dialog);
+    GResult ChoosePages(const QDialog& dialog);
+    GResult ChoosePackage(const QDialog& dialog);
+    GResult OpenOptions(const QDialog& dialog);
+    GResult PressOK(const QDialog& dialog);
+    void Note(const GResult& result);
 
     DialogChoices mChoices;
     QList<ShownAlert> mAlerts;
-    QString mError;
+    GResult mResult = GResult::Success();
     bool mHasDialog = false;
 };

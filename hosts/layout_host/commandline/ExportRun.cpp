@@ -44,23 +44,27 @@ QJsonObject ExportRun::Run()
 void ExportRun::Export()
 {
     PlugInModule plugIn;
-    if (!plugIn.Load(PlugInModule::FindFile(), mHost)) {
-        mError = plugIn.GetError();
-        return;
-    }
-    if (!OpenFile())
-        return;
+    const GResult loaded = plugIn.Load(PlugInModule::FindFile(), mHost);
+    const GResult opened = loaded.Then([this] { return OpenFile(); });
+    // What the host would show its user about the file is an alert and no failure of the run.
+    if (loaded.HasSucceeded() && !opened.HasSucceeded())
+        mAlerts.append({QString(), opened.GetReason()});
+    else
+        mError = opened.Then([&] { return ChooseEntry(*plugIn.GetActions()); }).GetReason();
+}
+
+GResult ExportRun::ChooseEntry(IActionComponent& actions)
+{
+    if (mLine.isBook && mHost.GetActiveBook()->GetDocuments().isEmpty())
+        return GResult::Failure(QStringLiteral("The book \"%1\" is empty.").arg(mLine.files.constFirst()));
     const ActionID action = mLine.isBook ? PlugInID::cBookAction : PlugInID::cDocumentAction;
-    mMenus.UpdateStates(*plugIn.GetActions());
-    if (!mMenus.IsEnabled(action)) {
-        mError = QStringLiteral("The menu entry of the plug-in is disabled.");
-        return;
-    }
+    mMenus.UpdateStates(actions);
+    if (!mMenus.IsEnabled(action))
+        return GResult::Failure(QStringLiteral("The menu entry of the plug-in is disabled."));
     mActivity = QStringLiteral("the dialog");
-    mDriver.Run([&] { plugIn.GetActions()->DoAction(nullptr, action, nullptr); });
-    mError = mDriver.GetError();
-    if (!mError.isEmpty() && !GetCause().isEmpty())
-        mError += QLatin1Char(' ') + GetCause();
+    mDriver.Run([&] { actions.DoAction(nullptr, action, nullptr); });
+    const QString& cause = GetCause();
+    return mDriver.GetResult().Within(QString(), cause.isEmpty() ? QString() : QLatin1Char(' ') + cause);
 }
 
 // An alert says what its code says; the host knows why.
@@ -69,16 +73,11 @@ const QString& ExportRun::GetCause() const
     return mHost.GetLastFailure().isEmpty() ? mHost.GetRangeFailure() : mHost.GetLastFailure();
 }
 
-bool ExportRun::OpenFile()
+GResult ExportRun::OpenFile()
 {
     mActivity = QStringLiteral("opening the file");
     const QString file = mLine.files.constFirst();
-    const GResult opened = mLine.isBook ? mHost.OpenBook(file) : mHost.OpenDocument(file);
-    if (!opened.HasSucceeded())
-        mAlerts.append({QString(), opened.GetReason()});
-    else if (mLine.isBook && mHost.GetActiveBook()->GetDocuments().isEmpty())
-        mError = QStringLiteral("The book \"%1\" is empty.").arg(file);
-    return opened.HasSucceeded() && mError.isEmpty();
+    return mLine.isBook ? mHost.OpenBook(file) : mHost.OpenDocument(file);
 }
 
 void ExportRun::WatchForEnd()

@@ -41,7 +41,8 @@ public:
 
 private:
     void Export();
-    [[nodiscard]] bool OpenFile();
+    GResult OpenFile();
+    GResult ChooseEntry(IActionComponent& actions);
     void WatchForEnd();
     bool HasToEnd();
     const QString& GetCause() const;

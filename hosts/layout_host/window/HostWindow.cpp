@@ -156,8 +156,9 @@ void HostWindow::OpenFiles(const QStringList& files)
 
 void HostWindow::LoadPlugIn()
 {
-    if (!mPlugIn.Load(PlugInModule::FindFile(), mHost))
-        FileQuestions::ShowProblem(*this, mPlugIn.GetError());
+    const GResult loaded = mPlugIn.Load(PlugInModule::FindFile(), mHost);
+    if (!loaded.HasSucceeded())
+        FileQuestions::ShowProblem(*this, loaded.GetReason());
     const auto run = [this](ActionID action) { RunPlugInAction(action); };
     mFileEntries->Finish(mMenus.GetEntries(HostMenuPath::cFile), run);
     mBooks->GetEntries().Finish(mMenus.GetEntries(HostMenuPath::cBookPanel), run);
@@ -214,6 +215,7 @@ void HostWindow::SaveDocument()
 void HostWindow::SaveDocumentAs()
 {
     const ScribusHost::DocumentPtr document = mHost.GetActiveDocument();
+    // A failure has been shown.
     static_cast<void>(SaveTo(document, FileQuestions::AskForDocumentToSave(*this, document->GetName())));
 }
 

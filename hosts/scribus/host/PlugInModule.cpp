@@ -34,46 +34,45 @@ QString PlugInModule::FindFile()
     return file;
 }
 
-bool PlugInModule::Load(const QString& file, IHostServices& services)
+GResult PlugInModule::Load(const QString& file, IHostServices& services)
 {
     mLibrary.setFileName(file);
-    if (FindEntry() && GiveServices(services) && StartUp())
-        return true;
+    const GResult loaded =
+        FindEntry().Then([&] { return GiveServices(services); }).Then([&] { return StartUp(); });
+    if (loaded.HasSucceeded())
+        return loaded;
     if (mHasServices)
         mHasServices = !mPlugIn->Unload();
-    return false;
+    return GResult::Failure(
+        QCoreApplication::translate("PlugInModule", "The plug-in \"%1\" can't be used: %2")
+            .arg(mLibrary.fileName(), loaded.GetReason()));
 }
 
-bool PlugInModule::FindEntry()
+GResult PlugInModule::FindEntry()
 {
     if (!mLibrary.load())
-        return Fail(mLibrary.errorString());
+        return GResult::Failure(mLibrary.errorString());
     const auto entry = reinterpret_cast<hopbox_entry_function>(mLibrary.resolve(HOPBOX_ENTRY_NAME));
     mPlugIn = std::make_unique<ModulePlugIn>(entry);
-    return entry != nullptr || Fail(QCoreApplication::translate("PlugInModule", "it has no entry \"%1\".")
-                                        .arg(QStringLiteral(HOPBOX_ENTRY_NAME)));
+    return entry != nullptr
+               ? GResult::Success()
+               : GResult::Failure(QCoreApplication::translate("PlugInModule", "it has no entry \"%1\".")
+                                      .arg(QStringLiteral(HOPBOX_ENTRY_NAME)));
 }
 
-bool PlugInModule::GiveServices(IHostServices& services)
+GResult PlugInModule::GiveServices(IHostServices& services)
 {
     PMString reason;
     mHasServices = mPlugIn->Load(&services, reason);
-    return mHasServices || Fail(reason.GetString());
+    return mHasServices ? GResult::Success() : GResult::Failure(reason.GetString());
 }
 
-bool PlugInModule::StartUp()
+GResult PlugInModule::StartUp()
 {
     PMString reason;
     mActions = mPlugIn->CreateActionComponent(reason);
     if (mActions == nullptr)
-        return Fail(reason.GetString());
+        return GResult::Failure(reason.GetString());
     mPlugIn->GetStartupShutdownService()->Startup();
-    return true;
-}
-
-bool PlugInModule::Fail(const QString& text)
-{
-    mError = QCoreApplication::translate("PlugInModule", "The plug-in \"%1\" can't be used: %2")
-                 .arg(mLibrary.fileName(), text);
-    return false;
+    return GResult::Success();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/core/GResult.h"
+
 #include <QLibrary>
 #include <QString>
 
@@ -24,23 +26,19 @@ public:
     // "plugin" beside the program's own folder, or where it is installed.
     static QString FindFile();
 
-    // Loads the module, gives it the services and starts it: its actions and menu entries are registered when
-    // this returns true. False, with a text for the user in GetError, leaves nothing of it in use. Once.
-    [[nodiscard]] bool Load(const QString& file, IHostServices& services);
-
-    const QString& GetError() const { return mError; }
+    // Loads the module, gives it the services and starts it: its actions and menu entries are registered
+    // after a success. A failure has a text for the user, and leaves nothing of it in use. Once.
+    GResult Load(const QString& file, IHostServices& services);
 
     // What answers menu choices; null until the module is loaded.
     IActionComponent* GetActions() const { return mActions; }
 
 private:
-    [[nodiscard]] bool FindEntry();
-    [[nodiscard]] bool GiveServices(IHostServices& services);
-    [[nodiscard]] bool StartUp();
-    bool Fail(const QString& text);
+    GResult FindEntry();
+    GResult GiveServices(IHostServices& services);
+    GResult StartUp();
 
     QLibrary mLibrary;
-    QString mError;
     std::unique_ptr<ModulePlugIn> mPlugIn;
     IActionComponent* mActions = nullptr;
     bool mHasServices = false;

@@ -206,8 +206,8 @@ TEST(HostWindow, SpeaksTheLanguageOfTheSystem)
         const BookPanel panel(host, nullptr);
         EXPECT_EQ(panel.findChild<QListWidget*>()->item(0)->text(), QString::fromUtf8(item.text));
         PlugInModule module;
-        EXPECT_FALSE(module.Load("libm.so.6"_q, host));
-        EXPECT_EQ(module.GetError(), QString::fromUtf8(item.module).arg("libm.so.6"_q));
+        EXPECT_EQ(module.Load("libm.so.6"_q, host).GetReason(),
+                  QString::fromUtf8(item.module).arg("libm.so.6"_q));
         for (const QTranslator* translator : qApp->findChildren<QTranslator*>())
             delete translator;
     }
@@ -218,11 +218,12 @@ TEST(HostWindow, APlugInThatRefusesIsNotKept)
     ScribusHost host;
     qputenv("TEST_REFUSES_ACTIONS", "1");
     PlugInModule refusing;
-    EXPECT_FALSE(refusing.Load(QStringLiteral(SHORT_MODULE), host));
-    EXPECT_TRUE(refusing.GetError().endsWith("The plug-in gave no reason."_q));
+    EXPECT_TRUE(refusing.Load(QStringLiteral(SHORT_MODULE), host)
+                    .GetReason()
+                    .endsWith("The plug-in gave no reason."_q));
     qunsetenv("TEST_REFUSES_ACTIONS");
     PlugInModule another;
-    EXPECT_TRUE(another.Load(QStringLiteral(SHORT_MODULE), host)) << another.GetError().toStdString();
+    EXPECT_EQ(another.Load(QStringLiteral(SHORT_MODULE), host).GetReason(), QString());
 }
 
 // An untitled document and a changed book, each with every answer.
