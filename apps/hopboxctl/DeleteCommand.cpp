@@ -37,7 +37,7 @@ int Run(const CliCall& call)
     const GPathName archive = GetOwnArchive(registry, key);
     const bool isDeleted = !key.isEmpty() && registry.RemoveEntry(key);
     if (!isDeleted)
-        return HopboxOutput::FailUnknown(call.GetArgument(0));
+        return HopboxOutput::FailUnknown(registry, call.GetArgument(0));
     SetResult(QJsonObject{{QStringLiteral("Key"), key}});
     return DeleteArchive(registry, archive);
 }

@@ -1,6 +1,7 @@
 #include "apps/hopboxctl/HopboxOutput.h"
 
 #include "apps/hopboxctl/Command.h"
+#include "foundation/cli/NearestWord.h"
 #include "hopbox/HopboxRegistry.h"
 
 #include <QJsonObject>
@@ -46,9 +47,10 @@ QJsonObject HopboxOutput::GetJson(const QString& key, const HopboxRecord& record
     return json;
 }
 
-int HopboxOutput::FailUnknown(const QString& name)
+int HopboxOutput::FailUnknown(const HopboxRegistry& registry, const QString& name)
 {
-    PrintError(QStringLiteral("No Hopbox is registered as \"%1\".").arg(GetShown(name)));
+    PrintError(QStringLiteral("No Hopbox is registered as \"%1\".%2")
+                   .arg(GetShown(name), GetShown(AskForNearestWord(name, registry.GetActorNames()))));
     return cCliFailed;
 }
 
@@ -63,7 +65,7 @@ std::optional<HopboxRecord> HopboxOutput::FindOrFail(const HopboxRegistry& regis
 {
     key = registry.FindKey(name);
     if (key.isEmpty()) {
-        FailUnknown(name);
+        FailUnknown(registry, name);
         return {};
     }
     const std::optional<HopboxRecord> record = registry.GetRecord(key);

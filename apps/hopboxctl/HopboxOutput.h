@@ -23,8 +23,9 @@ void PrintTable(const QVector<QStringList>& rows);
 // A record with its key, its values under the names that they have in the registry.
 QJsonObject GetJson(const QString& key, const HopboxRecord& record);
 
-// Prints that there is no such Hopbox, or that there is one already; gives the exit status.
-int FailUnknown(const QString& name);
+// Prints that there is no such Hopbox, with the nearest name that one has, or that there is one already;
+// gives the exit status.
+int FailUnknown(const HopboxRegistry& registry, const QString& name);
 int FailTaken(const QString& name);
 
 // Looks a Hopbox up by its key or its name, and sets `key` to its key. Where there is none, or its record

@@ -1,7 +1,9 @@
 #include "apps/printer_processor/Options.h"
 
 #include "apps/printer_processor/inbox/InboxCalls.h"
+#include "foundation/cli/CliConsole.h"
 #include "foundation/cli/CliMain.h"
+#include "foundation/cli/NearestWord.h"
 #include "foundation/core/GException.h"
 #include "hopbox/HopboxRegistry.h"
 
@@ -114,13 +116,17 @@ bool ParseProgram(const QString& text, QString& program)
 }
 
 // The name of a Hopbox, as tickets have it, for its name or key. What nothing is known of is taken for a
-// name; raises where the registry, which would know, can't be read.
+// name, with a warning; raises where the registry, which would know, can't be read.
 GString GetHopboxName(const QString& name)
 {
     const HopboxRegistry registry;
     const GString key = registry.FindKey(name);
     const std::optional<HopboxRecord> record = registry.GetRecord(key);
-    return record ? record->GetName(key) : name;
+    if (record)
+        return record->GetName(key);
+    CliConsole::PrintWarning(QStringLiteral("No Hopbox is registered as \"%1\" yet.%2")
+                                 .arg(name, AskForNearestWord(name, registry.GetActorNames())));
+    return name;
 }
 
 // What is wrong with the options of the command; empty when nothing is.

@@ -29,6 +29,7 @@ TEST_F(HopboxCommands, EveryCommandSaysWhatItDidByItsStatusAndMessage)
         {"create|Press|--job-options|a.joboptions", 1, "", "registered as \"Press\" already"},
         {"list", 0, "  Press  Press         true     true\n", ""},
         {"show|Press", 0, "PDFSettings       Press\n", ""},
+        {"show|pess", 1, "", "No Hopbox is registered as \"pess\". Did you mean \"Press\"?"},
         {"check|Press", 0,
          "Setting      MarkWeight=2\nSetting      UserSettings=true\nJob options  a.joboptions, 29 bytes\n",
          ""},

@@ -1,3 +1,4 @@
+#include "hopbox/HopboxRegistry.h"
 #include "tests/support/Test.h"
 
 #include <QProcess>
@@ -8,6 +9,7 @@ TEST(ReceiverCallTest, AWrongCallIsNamedAndHelpIsGiven)
     const QString program = GetProgramPath("PrinterProcessorWin.exe");
     const QString batchFile = sandbox.GetPath("a.BAT"_q);
     ASSERT_TRUE(QFile::copy(program, batchFile));  // a program but for its name
+    ASSERT_TRUE(HopboxRegistry().AddEntry("Press"_q, HopboxRegistryEntry()));
     const std::tuple<QStringList, int, const char*, const char*> cases[] = {
         {"--help"_list, 0, "usage:\n  PrinterProcessorWin.exe [--inbox", ""},
         {"--version"_list, 0, "PrinterProcessorWin.exe ", ""},
@@ -42,6 +44,8 @@ TEST(ReceiverCallTest, AWrongCallIsNamedAndHelpIsGiven)
         {"--inbox=unmade|--check"_list, 0, "", ""},
         {"--count|0|--check"_list, 2, "", "not \"0\"."},
         {"inbox"_list, 2, "", "Unexpected \"inbox\"."},
+        {"--hopbox=Prss|--timeout=0.01"_list, 0, "",
+         "warning: No Hopbox is registered as \"Prss\" yet. Did you mean \"Press\"?"},
         {"--inbox=in|--timeout=0.01"_list, 0, "", "ready as process"},
         {"--count=1|--timeout=0.01"_list, 1, "", "ready as process"},
     };
