@@ -9,6 +9,7 @@
 #include <QCollator>
 
 #include <algorithm>
+#include <tuple>
 
 // Sorts as the language of the texts around the list does: "deDE" is the locale "de_DE".
 static QCollator MakeCollator()
@@ -55,10 +56,16 @@ void HopboxList::Sort()
         order.push_back(&item);
     // Not by sort keys, whose order is another one on Windows.
     const QCollator collator = MakeCollator();
-    std::stable_sort(order.begin(), order.end(), [&](const Item* left, const Item* right) {
+    const auto isBefore = [&](const Item* left, const Item* right) {
         const int result = collator.compare(left->text, right->text);
         return result != 0 ? result < 0 : left->key < right->key;
+    };
+    // A language's comparison takes long. The order of the characters' codes is often the same.
+    std::sort(order.begin(), order.end(), [](const Item* left, const Item* right) {
+        return std::tie(left->text, left->key) < std::tie(right->text, right->key);
     });
+    if (!std::is_sorted(order.begin(), order.end(), isBefore))
+        std::sort(order.begin(), order.end(), isBefore);
     std::vector<Item> sorted;
     sorted.reserve(mItems.size());
     for (Item* item : order)
