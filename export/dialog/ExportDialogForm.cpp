@@ -95,6 +95,14 @@ void ExportDialogForm::CreateButtons()
     okButton->setAccessibleDescription(altHint->text());
 }
 
+void ExportDialogForm::NarrowBy(int pixels)
+{
+    if (pixels <= 0 || altHint->wordWrap())
+        return;
+    altHint->setFixedWidth(std::max(altHint->sizeHint().width() - pixels, altHint->sizeHint().width() / 3));
+    altHint->setWordWrap(true);
+}
+
 QGridLayout* ExportDialogForm::MakeGrid()
 {
     auto* grid = new QGridLayout;

@@ -26,6 +26,9 @@ public:
     // Fills the dialog, which has no layout yet.
     ExportDialogForm(QWidget& dialog, const GCPTSaveAsTool& tool);
 
+    // Wraps the hint, where the dialog is wider than its screen by so many pixels; nothing for none.
+    void NarrowBy(int pixels);
+
     QLabel* pdfSettingsLabel;
     HopboxBox* pdfSettings;
     QLabel* pagesLabel;

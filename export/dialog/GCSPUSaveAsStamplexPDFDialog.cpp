@@ -211,6 +211,8 @@ void GCSPUSaveAsStamplexPDFDialog::OnCollapsibleButtonClicked()
 void GCSPUSaveAsStamplexPDFDialog::showEvent(QShowEvent* event)
 {
     windowHandle()->installEventFilter(this);
+    connect(screen(), &QScreen::availableGeometryChanged, this, &GCSPUSaveAsStamplexPDFDialog::KeepOnScreen,
+            Qt::UniqueConnection);
     GQUIWindow::showEvent(event);
 }
 
@@ -229,12 +231,13 @@ bool GCSPUSaveAsStamplexPDFDialog::eventFilter(QObject* watched, QEvent* event)
     return GQUIWindow::eventFilter(watched, event);
 }
 
-// OK and Cancel are always within reach: the dialog stays on its screen, and what is too high for that
-// scrolls.
+// OK and Cancel are always within reach: the dialog stays on its screen, what is too high for that scrolls,
+// and what is too wide wraps.
 void GCSPUSaveAsStamplexPDFDialog::KeepOnScreen()
 {
     mFrame = windowHandle() == nullptr ? QMargins() : windowHandle()->frameMargins();
     const QRect room = screen()->availableGeometry().marginsRemoved(mFrame);
+    mForm.NarrowBy(layout()->totalSizeHint().width() - room.width());
     const int rest = layout()->totalSizeHint().height() - mForm.adjustment->sizeHint().height();
     if (!mForm.options->isHidden() && !mForm.options->IsCollapsed())
         mForm.adjustment->SetMostHeight(room.height() - rest);

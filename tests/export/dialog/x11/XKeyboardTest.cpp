@@ -28,20 +28,20 @@ protected:
     }
 
     // As a window manager tells it.
+    static void SetProperty(const QStringList& window, const QString& name, const QList<int>& numbers)
+    {
+        QStringList texts;
+        for (const int number : numbers)
+            texts.append(QString::number(static_cast<quint32>(number)));
+        const QStringList words =
+            window + QStringList{"-f"_q, name, "32c"_q, "-set"_q, name, texts.join(", "_q)};
+        EXPECT_EQ(QProcess::execute("xprop"_q, words), 0);
+    }
+
     void SetFrame(const QMargins& frame)
     {
-        QStringList widths;
-        for (const int width : {frame.left(), frame.right(), frame.top(), frame.bottom()})
-            widths.append(QString::number(static_cast<quint32>(width)));
-        const QStringList words{"-id"_q,
-                                QString::number(mDialog->winId()),
-                                "-f"_q,
-                                "_NET_FRAME_EXTENTS"_q,
-                                "32c"_q,
-                                "-set"_q,
-                                "_NET_FRAME_EXTENTS"_q,
-                                widths.join(", "_q)};
-        EXPECT_EQ(QProcess::execute("xprop"_q, words), 0);
+        SetProperty({"-id"_q, QString::number(mDialog->winId())}, "_NET_FRAME_EXTENTS"_q,
+                    {frame.left(), frame.right(), frame.top(), frame.bottom()});
     }
 
     void MoveMouseTo(const QWidget& widget)
@@ -160,6 +160,22 @@ TEST_F(XKeyboardTest, OKAndCancelStayOnTheScreenWithinTheFrameOfTheWindowManager
         expectKept(given);
     }
     xServer->StartManager(false);
+}
+
+TEST_F(XKeyboardTest, TheDialogFollowsAScreenThatBecomesSmaller)
+{
+    OpenWith({"a"});
+    Find("Options").click();
+    const int width = mDialog->width();
+    for (const QSize& size : {QSize(1000, 400), QSize(width - 30, 500)}) {
+        SetProperty({"-root"_q}, "_NET_WORKAREA"_q, {0, 0, size.width(), size.height()});
+        EXPECT_TRUE(QTest::qWaitFor([&] {
+            const QRect room = mDialog->screen()->availableGeometry();
+            return room.size() == size && room.contains(mDialog->frameGeometry());
+        })) << mDialog->frameGeometry().right()
+            << " " << mDialog->frameGeometry().bottom();
+    }
+    SetProperty({"-root"_q}, "_NET_WORKAREA"_q, {0, 0, 1000, 700});
 }
 
 // From the menu to the alert, with Enter held down long on the way.
