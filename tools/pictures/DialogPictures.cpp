@@ -84,10 +84,20 @@ void TypeTooLong(QWidget& dialog)
     QApplication::sendEvent(dialog.focusWidget(), &enter);
 }
 
-void TypeHalfARange(QWidget& dialog)
+void TypeRange(QWidget& dialog, const char* text)
 {
     dialog.findChildren<QRadioButton*>().at(1)->click();
-    dialog.findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly)->setText(QStringLiteral("1-5,8,"));
+    dialog.findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly)->setText(QLatin1String(text));
+}
+
+void TypeHalfARange(QWidget& dialog)
+{
+    TypeRange(dialog, "1-5,8,");
+}
+
+void TypeNoPages(QWidget& dialog)
+{
+    TypeRange(dialog, "1-999");
 }
 
 void Select(QWidget& dialog, const char* text)
@@ -196,9 +206,11 @@ QImage DrawWithPopup(QWidget& dialog)
     if (popup == nullptr)
         return picture;
     const QPoint place = popup->pos() - dialog.geometry().topLeft() + QPoint(1, cTitleHeight);
-    QImage both(picture.size().expandedTo({0, place.y() + popup->height() + 1}), picture.format());
+    const QRect whole = picture.rect() | QRect(place, popup->size() + QSize(0, 1));
+    QImage both(whole.size(), picture.format());
     both.fill(Qt::white);
     QPainter painter(&both);
+    painter.translate(-whole.topLeft());
     painter.drawImage(0, 0, picture);
     painter.drawPixmap(place, popup->grab());
     return both;
@@ -251,6 +263,7 @@ int main(int argc, char** argv)
         {"dialog-french", "frFR", cDocumentOptions, MakeHopboxes, false, OpenOptions},
         {"dialog-french-remove", "frFR", cDocumentOptions, MakeHopboxes, false, HoldAlt},
         {"dialog-dark", "", cDocumentOptions, MakeHopboxes, true, OpenOptions},
+        {"dialog-dark-remove", "", cDocumentOptions, MakeHopboxes, true, HoldAlt},
         {"dialog-dark-unset", "", cDocumentOptions, MakeHopboxes, true, OpenUnsetOptions},
         {"dialog-dark-no-length", "", cDocumentOptions, MakeHopboxes, true, TypeNoLength},
         {"dialog-no-length", "", cDocumentOptions, MakeHopboxes, false, TypeNoLength},
@@ -258,6 +271,9 @@ int main(int argc, char** argv)
         {"dialog-too-long", "", cDocumentOptions, MakeHopboxes, false, TypeTooLong},
         {"dialog-too-long-french", "frFR", cDocumentOptions, MakeHopboxes, false, TypeTooLong},
         {"dialog-range", "", cDocumentOptions, MakeHopboxes, false, TypeHalfARange},
+        {"dialog-no-pages", "", cDocumentOptions, MakeHopboxes, false, TypeNoPages},
+        {"dialog-no-pages-german", "deDE", cDocumentOptions, MakeHopboxes, false, TypeNoPages},
+        {"dialog-no-pages-french", "frFR", cDocumentOptions, MakeHopboxes, false, TypeNoPages},
         {"dialog-long-name", "", cDocumentOptions, MakeOneWithALongName, false, Leave},
         {"dialog-long-name-list", "", cDocumentOptions, MakeOneWithALongName, false, OpenList},
         {"dialog-thousand", "", cDocumentOptions, MakeAThousand, false, OpenList},
