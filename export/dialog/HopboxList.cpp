@@ -9,7 +9,6 @@
 #include <QCollator>
 
 #include <algorithm>
-#include <tuple>
 
 // Sorts as the language of the texts around the list does: "deDE" is the locale "de_DE".
 static QCollator MakeCollator()
@@ -54,18 +53,21 @@ void HopboxList::Sort()
     order.reserve(mItems.size());
     for (Item& item : mItems)
         order.push_back(&item);
-    // Not by sort keys, whose order is another one on Windows.
-    const QCollator collator = MakeCollator();
-    const auto isBefore = [&](const Item* left, const Item* right) {
-        const int result = collator.compare(left->text, right->text);
-        return result != 0 ? result < 0 : left->key < right->key;
+    const auto orderBy = [](const auto& compareTexts) {
+        return [&compareTexts](const Item* left, const Item* right) {
+            const int result = compareTexts(left->text, right->text);
+            return result != 0 ? result < 0 : left->key < right->key;
+        };
     };
-    // A language's comparison takes long. The order of the characters' codes is often the same.
-    std::sort(order.begin(), order.end(), [](const Item* left, const Item* right) {
-        return std::tie(left->text, left->key) < std::tie(right->text, right->key);
-    });
-    if (!std::is_sorted(order.begin(), order.end(), isBefore))
-        std::sort(order.begin(), order.end(), isBefore);
+    // A language's comparison takes long, and the order of the characters' codes is often the same. Not by
+    // sort keys, whose order is another one on Windows.
+    const auto compareCodes = [](const GString& left, const GString& right) { return left.compare(right); };
+    const auto compare = [collator = MakeCollator()](const GString& left, const GString& right) {
+        return collator.compare(left, right);
+    };
+    std::sort(order.begin(), order.end(), orderBy(compareCodes));
+    if (!std::is_sorted(order.begin(), order.end(), orderBy(compare)))
+        std::sort(order.begin(), order.end(), orderBy(compare));
     std::vector<Item> sorted;
     sorted.reserve(mItems.size());
     for (Item* item : order)

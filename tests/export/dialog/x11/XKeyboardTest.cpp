@@ -2,6 +2,7 @@
 
 #include "DialogFixture.h"
 #include "export/dialog/RunExportDialog.h"
+#include "widgets/GCUSMessageBox.h"
 
 #include <QMainWindow>
 #include <QMenuBar>
@@ -98,6 +99,18 @@ TEST_F(XKeyboardTest, HeldDownEnterRemovesOneHopbox)
     XServer::Do("keydown Alt_L keydown Return sleep 1.2 keyup Return keyup Alt_L");
     EXPECT_EQ(GetList(), "[b] c d"_q);
     EXPECT_TRUE(mDialog->isVisible());
+}
+
+TEST_F(XKeyboardTest, HeldDownEnterClosesOneAlert)
+{
+    const WindowDriver driver({[](QWidget&) { XServer::Do("keydown Return"); },
+                               [](QWidget& alert) {
+                                   XServer::Do("sleep 1.2 keyup Return");
+                                   EXPECT_TRUE(alert.isVisible());
+                                   XServer::Do("key Return");
+                               }});
+    GCUSMessageBox::ShowError("Export"_q, "The first alert."_q);
+    GCUSMessageBox::ShowError("Export"_q, "The second alert."_q);
 }
 
 TEST_F(XKeyboardTest, AnotherWindowEndsRemove)
