@@ -4,6 +4,7 @@
 #include "apps/hopboxctl/HopboxCheck.h"
 #include "apps/hopboxctl/PrefsFile.h"
 #include "apps/hopboxctl/ProjectPlace.h"
+#include "apps/hopboxctl/ShellWord.h"
 #include "foundation/core/GErrorCodes.h"
 #include "foundation/core/GException.h"
 #include "foundation/core/SharedFile.h"
@@ -20,7 +21,7 @@
 #include <map>
 
 using Doctor::Finding;
-using Doctor::Quote;
+using ShellWord::Quote;
 
 namespace
 {
@@ -128,26 +129,28 @@ void LookAtFile(const char* kind, const GPathName& path, QVector<Finding>& findi
                          {}});
     }
 }
-}  // namespace
-
-QString Doctor::Quote(const QString& word)
+// Of a damaged file that was written anew; they are nobody's but the user's.
+void LookForCopies(const QString& what, const QString& command, const GPathName& file,
+                   QVector<Finding>& findings)
 {
-    return QLatin1Char('\'') + QString(word).replace(QLatin1Char('\''), QLatin1String("'\\''")) +
-           QLatin1Char('\'');
+    for (const GPathName& copy : GDamagedCopies::List(file)) {
+        const QString path = copy.GetNativePath();
+        findings.append(
+            {"damaged-copy",
+             QStringLiteral("%1 is kept as \"%2\".").arg(what, path),
+             QStringLiteral("hopboxctl %1 %2 shows what is in it; delete it when nothing is missed")
+                 .arg(command, Quote(path)),
+             {},
+             false});
+    }
 }
+}  // namespace
 
 void Doctor::LookAtRegistry(const HopboxRegistry& registry, QVector<Finding>& findings)
 {
     LookAtFile("registry-damaged", HopboxRegistry::GetPathName(), findings);
-    const GPathName copy = GDamagedCopies::GetNewest(HopboxRegistry::GetPathName());
-    if (QFileInfo::exists(copy.GetNativePath()))
-        findings.append(
-            {"damaged-copy",
-             QStringLiteral("A damaged registry is kept as \"%1\".").arg(copy.GetNativePath()),
-             QStringLiteral("hopboxctl prefs %1 shows what is in it; delete it when nothing is missed")
-                 .arg(Quote(copy.GetNativePath())),
-             {},
-             false});
+    LookForCopies(QStringLiteral("A damaged registry"), QStringLiteral("prefs"),
+                  HopboxRegistry::GetPathName(), findings);
     for (const QString& key : registry.GetKeys()) {
         if (!registry.GetRecord(key))
             findings.append({"record-unreadable",
@@ -172,6 +175,9 @@ void Doctor::LookAtHopboxes(const HopboxRegistry& registry, QVector<Finding>& fi
         const HopboxCheck check = HopboxCheck::Make(record->entry);
         for (const HopboxCheck::Finding& found : check.problems + check.notes)
             findings.append(MakeFinding(found, check, key, record->GetName(key)));
+        LookForCopies(
+            QStringLiteral("A damaged project archive of the Hopbox \"%1\"").arg(record->GetName(key)),
+            QStringLiteral("zip list"), record->entry.contextFilePath, findings);
     }
     LookForTwins(names, "same-name",
                  QStringLiteral("%1 Hopboxes have the name \"%2\"; commands find the first only."),
@@ -219,6 +225,8 @@ void Doctor::LookAtPlugInSettings(QVector<Finding>& findings)
     const GPathName folder = GFileSystemBase::GetSpecialPath(GSpecialPath::cUserPreferences);
     const GPathName file = folder.GetChild(QStringLiteral("Junctra_CC2019_64_InDesign/JunctraPlugins.pref"));
     LookAtFile("plug-in-settings-damaged", file, findings);
+    LookForCopies(QStringLiteral("A damaged file of the plug-in's settings"), QStringLiteral("prefs"), file,
+                  findings);
     const QFileInfo log(folder.GetChild(QStringLiteral("Morvane.log")).GetNativePath());
     if (log.exists())
         findings.append({"log",
@@ -236,7 +244,7 @@ void Doctor::LookAtFolders(QVector<Finding>& findings)
         const QString path = folder.GetNativePath();
         if (QFileInfo::exists(path) && FolderRights::MayOthersWrite(path))
             findings.append({"folder-open", QStringLiteral("Others may change the folder \"%1\".").arg(path),
-                             QStringLiteral("chmod go-w %1").arg(Quote(path)), [path] {
+                             FolderRights::GetClosingCommand(path), [path] {
                                  return MakeResult(
                                      FolderRights::CloseToOthers(path),
                                      QStringLiteral("The rights of \"%1\" can't be changed.").arg(path));

@@ -21,9 +21,6 @@ struct Finding
     bool isProblem = true;
 };
 
-// A word of a command line as a shell takes it.
-QString Quote(const QString& word);
-
 // Each looks at one thing and changes nothing.
 void LookAtRegistry(const HopboxRegistry& registry, QVector<Finding>& findings);
 void LookAtHopboxes(const HopboxRegistry& registry, QVector<Finding>& findings);

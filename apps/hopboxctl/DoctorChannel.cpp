@@ -1,4 +1,6 @@
 #include "apps/hopboxctl/Doctor.h"
+
+#include "apps/hopboxctl/ShellWord.h"
 #include "foundation/ipc/GPPIPCManager.h"
 #include "foundation/system/GFileSystemBase.h"
 #include "foundation/system/GProcessInfo.h"
@@ -53,7 +55,7 @@ void Doctor::LookAtReceivers(const HopboxRegistry& registry, QVector<Finding>& f
             findings.append(
                 {"not-received",
                  QStringLiteral("No running receiver takes the jobs of \"%1\".").arg(record->GetName(key)),
-                 QStringLiteral("hopboxctl receiver install '%1' --inbox DIR").arg(key),
+                 QStringLiteral("hopboxctl receiver install %1 --inbox DIR").arg(ShellWord::Quote(key)),
                  {}});
     }
 }

@@ -1,4 +1,6 @@
 #include "apps/hopboxctl/Doctor.h"
+
+#include "apps/hopboxctl/ShellWord.h"
 #include "hopbox/HopboxProject.h"
 #include "hopbox/HopboxRegistry.h"
 #include "hopbox/TemporaryFolder.h"
@@ -54,7 +56,8 @@ void Doctor::LookAtJobOptions(const HopboxRegistry& registry, QVector<Finding>& 
                 {"job-options-not-honoured",
                  QStringLiteral("Hopbox \"%1\": layout-host can't do all that the job options ask: %2.")
                      .arg(record->GetName(key), settings.join(QLatin1String(", "))),
-                 QStringLiteral("hopboxctl set '%1' --job-options FILE, if it matters").arg(key),
+                 QStringLiteral("hopboxctl set %1 --job-options FILE, if it matters")
+                     .arg(ShellWord::Quote(key)),
                  {},
                  false});
     }

@@ -2,12 +2,13 @@
 #include "apps/hopboxctl/FolderRights.h"
 #include "apps/hopboxctl/LogOnStart.h"
 #include "apps/hopboxctl/ReceiverStarts.h"
+#include "apps/hopboxctl/ShellWord.h"
 #include "hopbox/HopboxRegistry.h"
 
 #include <QFileInfo>
 
 using Doctor::Finding;
-using Doctor::Quote;
+using ShellWord::Quote;
 
 // The receivers that start with the log-on, and their inboxes.
 
@@ -25,7 +26,7 @@ void LookAtInbox(const QString& inbox, const QString& name, QVector<Finding>& fi
     else if (FolderRights::MayAnybodyWrite(inbox))
         findings.append({"inbox-open",
                          QStringLiteral("Everybody may change the inbox \"%1\" of \"%2\".").arg(inbox, name),
-                         QStringLiteral("chmod o-w %1").arg(Quote(inbox)),
+                         FolderRights::GetCommandAgainstAnybody(inbox),
                          {}});
 }
 }  // namespace

@@ -7,7 +7,6 @@
 #include "foundation/system/GSystemError.h"
 
 #include <algorithm>
-#include <vector>
 
 namespace
 {
@@ -77,6 +76,17 @@ void MakeRoom(const GPathName& file, int age)
 GPathName GDamagedCopies::GetNewest(const GPathName& file)
 {
     return GetCopy(file, 0);
+}
+
+std::vector<GPathName> GDamagedCopies::List(const GPathName& file)
+{
+    std::vector<GPathName> copies;
+    for (int age = 0; age < cMostCopies; ++age) {
+        const GPathName copy = GetCopy(file, age);
+        if (!IsFileMissing(copy.GetNativePath()))
+            copies.push_back(copy);
+    }
+    return copies;
 }
 
 GPathName GDamagedCopies::Keep(const GPathName& file)

@@ -60,6 +60,10 @@ TEST_F(DoctorTest, EachDamageIsFoundNamedAndMendedWhereThatIsSafe)
     const std::tuple<const char*, std::function<void()>, bool> cases[] = {
         {"!registry-damaged", [&] { WriteFile(mRegistry, wholeRegistry + 'x'); }, false},
         {"damaged-copy", [&] { WriteFile(mRegistry + ".damaged"_q, "x"); }, false},
+        {"damaged-copy", [&] { WriteFile(mArchive + ".damaged.1"_q, "x"); }, false},
+        {"damaged-copy",
+         [&] { WriteFile(mPreferences + "Junctra_CC2019_64_InDesign/JunctraPlugins.pref.damaged.2"_q, "x"); },
+         false},
         {"!record-unreadable",
          [&] {
              Run({"prefs"_q, mRegistry, "--set"_q, "PrinterProcessorRegistry"_q, "0123"_q, "nonsense"_q,
