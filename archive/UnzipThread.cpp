@@ -56,7 +56,7 @@ void UnzipThread::run()
     {
         const std::lock_guard<std::mutex> lock(mMutex);
         mExtractedFiles.clear();
-        mOpenError = mArchive.HasFailed() ? mArchive.GetLastError() : QString();
+        mOpenError = mArchive.hasFailed() ? mArchive.GetLastError() : QString();
     }
     emit InitProgress(count);
     extractEntries();
@@ -77,7 +77,7 @@ void UnzipThread::extractEntries()
             action = askAboutError();
         }
         // The directory of a damaged archive may end early; then there is nothing to skip to or try again.
-        if (action == ActionOnError::Skip && !mArchive.Next() && mArchive.HasFailed())
+        if (action == ActionOnError::Skip && !mArchive.Next() && mArchive.hasFailed())
             action = askAboutError();
         if (action == ActionOnError::StopAndRemove)
             removeExtractedFiles();

@@ -45,7 +45,7 @@ public:
 
     // The next three before start().
     void setErrorHandler(const ErrorHandler& handler) { mErrorHandler = handler; }
-    void setLimits(const ZipLimits& limits) { mArchive.SetLimits(limits); }
+    void setLimits(const ZipLimits& limits) { mArchive.setLimits(limits); }
     void setProgress(std::function<void(qint64 bytes)> progress)
     {
         mArchive.setProgress(std::move(progress));

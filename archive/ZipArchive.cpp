@@ -57,7 +57,7 @@ bool ZipArchive::ExtractCurrentFile(const QString& destinationFolder, const QStr
     static const char cSource[] = "ZipArchive::ExtractCurrentFile";
     if (!hasEntry(cSource))
         return false;
-    const ZipEntry& entry = GetCurrentEntry();
+    const ZipEntry& entry = getCurrentEntry();
     ZipDestination& destination = getDestination(destinationFolder);
     if (!isWithinReason(destination))
         return fail(
@@ -117,7 +117,7 @@ bool ZipArchive::CheckCurrentFile(const QString& password, const std::function<b
     static const char cSource[] = "ZipArchive::CheckCurrentFile";
     if (!hasEntry(cSource))
         return false;
-    if (GetCurrentEntry().isFolder())
+    if (getCurrentEntry().isFolder())
         return true;
     const ZipOutcome outcome = checkEntryContent(*mReader, ZipPassword::getForms(password), onRead);
     return outcome.isDone() || fail(cSource, describe(outcome));
@@ -132,7 +132,7 @@ QByteArray ZipArchive::ExtractToMemory(const QString& pattern, const QString& pa
         return {};
     }
     for (StartIterate(); !AtEnd(); Next()) {
-        if (!GetCurrentEntry().isFolder() && expression.match(GetCurrentFileName()).hasMatch())
+        if (!getCurrentEntry().isFolder() && expression.match(GetCurrentFileName()).hasMatch())
             return ExtractCurrentToMemory(password);
     }
     if (!mHasFailed)
@@ -163,7 +163,7 @@ void ZipArchive::goBackToCurrent()
         isThere = mReader->goToNext();
 }
 
-void ZipArchive::SetLimits(const ZipLimits& limits)
+void ZipArchive::setLimits(const ZipLimits& limits)
 {
     mLimits = limits;
     mIsLimited = false;

@@ -35,12 +35,12 @@ public:
     ZipArchive& operator=(const ZipArchive&) = delete;
 
     // Goes to the first entry and gives the number of entries. 0 with AtEnd() set when there are none, and
-    // when the archive can't be read ("Can't open zip archive: " and its path); HasFailed() tells which. Also
+    // when the archive can't be read ("Can't open zip archive: " and its path); hasFailed() tells which. Also
     // begins a new account of the limits.
     int StartIterate();
 
     // Goes to the next entry. False, with AtEnd() set, behind the last one and when the directory can't be
-    // read further; HasFailed() tells which.
+    // read further; hasFailed() tells which.
     bool Next();
 
     // Whether the current index has reached the number of entries.
@@ -48,17 +48,17 @@ public:
     void SetAtEnd() { mIndex = mCount; }
 
     // Whether the last StartIterate() or Next() ended on an error.
-    bool HasFailed() const { return mHasFailed; }
+    bool hasFailed() const { return mHasFailed; }
 
     // The number of the current entry, from 0.
     int GetCurrentIndex() const { return mIndex; }
 
     // The decoded name of the current entry, with '/' between its parts on every system; a folder's name ends
     // in one. Empty when the archive gives no name, and at the end.
-    QString GetCurrentFileName() const { return AtEnd() ? QString() : GetCurrentEntry().name; }
+    QString GetCurrentFileName() const { return AtEnd() ? QString() : getCurrentEntry().name; }
 
     // Everything that the archive's directory says of the current entry; of no use at the end.
-    const ZipEntry& GetCurrentEntry() const { return mReader->getEntry(); }
+    const ZipEntry& getCurrentEntry() const { return mReader->getEntry(); }
 
     // The text of the last failure. A success leaves it as it is.
     const QString& GetLastError() const { return mLastError; }
@@ -89,10 +89,10 @@ public:
 
     // What a run from StartIterate() on may put on the disk; by default what ZipLimits has. An entry that
     // would go beyond them is refused before anything is written for it.
-    void SetLimits(const ZipLimits& limits);
+    void setLimits(const ZipLimits& limits);
 
     // How many bytes an entry that is extracted to memory may have; 64 MiB by default, never more than 1 GiB.
-    void SetMemoryLimit(qint64 bytes) { mMemoryLimit = bytes; }
+    void setMemoryLimit(qint64 bytes) { mMemoryLimit = bytes; }
 
     // Where failures are reported; null for the process-wide trace.
     void setLogInterface(ILogInterface* log) { mLog = ZipLog(log); }

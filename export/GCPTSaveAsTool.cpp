@@ -1,7 +1,6 @@
 #include "export/GCPTSaveAsTool.h"
 
 #include "export/GCPTSaveAsAction.h"
-#include "foundation/core/GException.h"
 #include "foundation/core/GStringSupport.h"
 #include "foundation/prefs/GPrefMemoryModule.h"
 #include "foundation/strings/GStringPool.h"
@@ -54,30 +53,13 @@ bool GCPTSaveAsTool::GetOption(DialogOption option) const
     return found != mOptions.end() && found->second;
 }
 
-bool GCPTSaveAsTool::SelectPDFSetting(const GString& registryKey)
-{
-    try {
-        if (const std::optional<HopboxRecord> record = HopboxRegistry().GetRecord(registryKey))
-            return SelectPDFSetting(registryKey, *record);
-    } catch (const GException& error) {
-        GTrace::Error(QStringLiteral("GCPTSaveAsTool::SelectPDFSetting"), error.GetDescription());
-    }
-    Take(registryKey, HopboxRecord());
-    return false;
-}
-
 bool GCPTSaveAsTool::SelectPDFSetting(const GString& registryKey, const HopboxRecord& record)
-{
-    Take(registryKey, record);
-    return HopboxProject(record.entry.contextFilePath).ReadSettings(*mSettings).HasSucceeded();
-}
-
-void GCPTSaveAsTool::Take(const GString& registryKey, const HopboxRecord& record)
 {
     mProperties.hopboxKey = registryKey;
     mProperties.hopboxName = record.GetName(registryKey);
     mProperties.buildNumber = HopboxRegistry::GetCacheEntryNumber(record.entry.applicationPath);
     mSettings = std::make_unique<GPrefMemoryModule>();
+    return HopboxProject(record.entry.contextFilePath).ReadSettings(*mSettings).HasSucceeded();
 }
 
 void GCPTSaveAsTool::SetPageRange(const GString& range)

@@ -41,11 +41,9 @@ public:
     // An option that was not given has its default: the page range is offered, nothing else.
     [[nodiscard]] bool GetOption(DialogOption option) const;
 
-    // Takes the Hopbox of a registry key, with the settings of its project. False when the registry or the
-    // project can't be read; what could be read is taken all the same, and submitting it fails with an alert.
-    [[nodiscard]] bool SelectPDFSetting(const GString& registryKey);
-
-    // The same with what the caller has read of the registry.
+    // Takes the Hopbox of a registry key, with what the caller has read of the registry, and the settings of
+    // its project. False when the project can't be read; what could be read is taken all the same, and
+    // submitting it fails with an alert.
     [[nodiscard]] bool SelectPDFSetting(const GString& registryKey, const HopboxRecord& record);
 
     // The settings of the selected Hopbox's project, which the dialog changes for this export.
@@ -75,7 +73,6 @@ public:
 
 private:
     void OnCommandCancelled() override { Cancel(); }
-    void Take(const GString& registryKey, const HopboxRecord& record);
     void HandOff() const;
     void ShowFailure() const;
 

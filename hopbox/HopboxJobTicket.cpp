@@ -14,7 +14,7 @@ const GString cPortName = QStringLiteral("PortName");
 const GString cCopyCount = QStringLiteral("CopyCount");
 const GString cPrinterID = QStringLiteral("PrinterID");
 
-void TakeText(const GDict<GString, GString>& values, const GString& key, GString& target)
+void ReadText(const GDict<GString, GString>& values, const GString& key, GString& target)
 {
     if (const GString* value = values.Find(key))
         target = *value;
@@ -51,12 +51,12 @@ bool HopboxJobTicket::FromText(const GString& text)
     GDict<GString, GString> values;
     if (!reader.ReadText(text, values))
         return false;
-    TakeText(values, cUserName, userName);
-    TakeText(values, cJobPath, jobPath);
-    TakeText(values, cPrinterName, printerName);
-    TakeText(values, cPortName, portName);
+    ReadText(values, cUserName, userName);
+    ReadText(values, cJobPath, jobPath);
+    ReadText(values, cPrinterName, printerName);
+    ReadText(values, cPortName, portName);
     if (const GString* count = values.Find(cCopyCount))
         copyCount = GStringSupport::ToInt32(*count);
-    TakeText(values, cPrinterID, printerID);
+    ReadText(values, cPrinterID, printerID);
     return true;
 }

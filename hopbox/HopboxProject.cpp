@@ -47,13 +47,13 @@ bool IsSettings(const ZipArchive& archive)
 
 bool IsJobOptions(const ZipArchive& archive)
 {
-    return !archive.GetCurrentEntry().isFolder() && archive.GetCurrentFileName().contains(cJobOptionsFolder);
+    return !archive.getCurrentEntry().isFolder() && archive.GetCurrentFileName().contains(cJobOptionsFolder);
 }
 
 // Where the current entry of an archive comes to lie below a folder.
 GPathName GetExtractedPath(const ZipArchive& archive, const GPathName& folder)
 {
-    const QStringList parts = Morvane::findTarget(archive.GetCurrentEntry(), false);
+    const QStringList parts = Morvane::findTarget(archive.getCurrentEntry(), false);
     return folder.GetChild(parts.join(QLatin1Char('/')));
 }
 
@@ -150,9 +150,9 @@ GResult CopyOtherFiles(const GPathName& archivePath, const GPathName& folder, bo
     ZipArchive archive(archivePath.GetPortablePath());
     ZipLimits limits;
     limits.totalBytes = cMaximumArchiveSize;
-    archive.SetLimits(limits);
+    archive.setLimits(limits);
     for (archive.StartIterate(); !archive.AtEnd(); archive.Next()) {
-        if (archive.GetCurrentEntry().isFolder() || IsSettings(archive))
+        if (archive.getCurrentEntry().isFolder() || IsSettings(archive))
             continue;
         if (!isPassed && IsJobOptions(archive)) {
             isPassed = true;
@@ -166,7 +166,7 @@ GResult CopyOtherFiles(const GPathName& archivePath, const GPathName& folder, bo
         if (!copied.HasSucceeded())
             return copied;
     }
-    return archive.HasFailed() ? GResult::Failure(archive.GetLastError()) : GResult::Success();
+    return archive.hasFailed() ? GResult::Failure(archive.GetLastError()) : GResult::Success();
 }
 
 GResult CheckSize(const GPathName& jobOptions)
@@ -192,7 +192,7 @@ GResult HopboxProject::ExtractJobOptions(const GPathName& folder, GPathName& job
     ZipArchive archive(mPath.GetPortablePath());
     ZipLimits limits;
     limits.entryBytes = cMaximumJobOptionsSize;
-    archive.SetLimits(limits);
+    archive.setLimits(limits);
     const GResult found = FindJobOptions(archive);
     const GResult extracted = found.Then([&] { return Extract(archive, folder, jobOptions); });
     if (found.HasSucceeded() && !extracted.HasSucceeded())
@@ -203,7 +203,7 @@ GResult HopboxProject::ExtractJobOptions(const GPathName& folder, GPathName& job
 GResult HopboxProject::ReadSettings(GPrefModule& settings)
 {
     ZipArchive archive(mPath.GetPortablePath());
-    archive.SetMemoryLimit(cMaximumSettingsSize);
+    archive.setMemoryLimit(cMaximumSettingsSize);
     GBuffer text;
     return FindJobOptions(archive).Then([&] { return FindSettings(archive, text); }).Then([&] {
         if (!IsDocument(text, &mDamagePosition))
@@ -266,7 +266,7 @@ GResult HopboxProject::Create(const GPathName& jobOptions, const GPrefModule& se
 void HopboxProject::KeepDamaged() const
 {
     ZipArchive archive(mPath.GetPortablePath());
-    archive.SetMemoryLimit(cMaximumSettingsSize);
+    archive.setMemoryLimit(cMaximumSettingsSize);
     for (archive.StartIterate(); !archive.AtEnd() && !IsSettings(archive); archive.Next()) {
     }
     if (archive.AtEnd())
@@ -295,7 +295,7 @@ GResult HopboxProject::FindJobOptions(ZipArchive& archive) const
         if (IsJobOptions(archive))
             return GResult::Success();
     }
-    if (archive.HasFailed())
+    if (archive.hasFailed())
         return GResult::Failure(archive.GetLastError());
     return GResult::Failure(QStringLiteral("There are no job options in %1.").arg(mPath.GetNativePath()));
 }
@@ -308,7 +308,7 @@ GResult HopboxProject::FindSettings(ZipArchive& archive, GBuffer& text) const
         text = archive.ExtractCurrentToMemory(GetPassword());
         return text.isNull() ? GResult::Failure(archive.GetLastError()) : GResult::Success();
     }
-    if (archive.HasFailed())
+    if (archive.hasFailed())
         return GResult::Failure(archive.GetLastError());
     return GResult::Failure(
         QStringLiteral("There are no project settings in %1.").arg(mPath.GetNativePath()));

@@ -97,7 +97,7 @@ QAbstractSpinBox::StepEnabled GQUIUnitSpinBox::stepEnabled() const
 void GQUIUnitSpinBox::keyPressEvent(QKeyEvent* event)
 {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (isEnter && !TakeText())
+    if (isEnter && !ReadText())
         selectAll();
     else
         QAbstractSpinBox::keyPressEvent(event);
@@ -110,7 +110,7 @@ void GQUIUnitSpinBox::focusOutEvent(QFocusEvent* event)
     const bool isLeft = event->reason() != Qt::PopupFocusReason &&
                         (event->reason() != Qt::ActiveWindowFocusReason || isActiveWindow());
     if (isLeft)
-        static_cast<void>(TakeText());  // what is wrong with it is shown
+        static_cast<void>(ReadText());  // what is wrong with it is shown
 }
 
 // A wheel turned to scroll what is around the field changes nothing.
@@ -157,7 +157,7 @@ void GQUIUnitSpinBox::ShowPoints()
 }
 
 // False when the text was no acceptable one; a length beyond the range is so no longer.
-bool GQUIUnitSpinBox::TakeText()
+bool GQUIUnitSpinBox::ReadText()
 {
     if (mIsAcceptable) {
         ShowPoints();

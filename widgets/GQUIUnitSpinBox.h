@@ -68,7 +68,7 @@ protected:
 private:
     void OnTextChanged(const QString& text);
     void ShowPoints();
-    [[nodiscard]] bool TakeText();
+    [[nodiscard]] bool ReadText();
     void ShowRange();
     double GetNearest(double points) const;
     bool IsShownInRange(double points) const;

@@ -68,7 +68,7 @@ int Run(const CliCall& call)
     if (!fault.isEmpty())
         return RefuseCall(fault);
     GPrefMemoryModule settings;
-    PlugInSettings::Take(call.GetAll("setting"), settings);
+    PlugInSettings::Assign(call.GetAll("setting"), settings);
     return CheckCall(call) ? Create(call, settings) : cCliFailed;
 }
 }  // namespace

@@ -138,7 +138,7 @@ QString PlugInSettings::FindFault(const QStringList& assignments)
     return {};
 }
 
-void PlugInSettings::Take(const QStringList& assignments, GPrefModule& settings)
+void PlugInSettings::Assign(const QStringList& assignments, GPrefModule& settings)
 {
     QString key;
     QString value;

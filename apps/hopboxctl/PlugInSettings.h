@@ -21,7 +21,7 @@ QString FindFault(const QString& key, const QString& value);
 QString FindFault(const QStringList& assignments);
 
 // Sets what the texts KEY=VALUE say, in which there is no fault.
-void Take(const QStringList& assignments, GPrefModule& settings);
+void Assign(const QStringList& assignments, GPrefModule& settings);
 
 QJsonObject GetJson(const GPrefModule& settings);
 }  // namespace PlugInSettings

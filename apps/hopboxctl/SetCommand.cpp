@@ -101,7 +101,7 @@ void PrepareProject(HopboxProject& project, const CliCall& call)
             throw GCustomException(GErrorCode::cFile, result.GetReason());
     };
     check(project.ReadSettings(settings));
-    PlugInSettings::Take(call.GetAll("setting"), settings);
+    PlugInSettings::Assign(call.GetAll("setting"), settings);
     for (const QString& key : call.GetAll("without-setting"))
         settings.Remove(HopboxProject::GetPlugInGroup(), key.toUtf8());
     const bool withJobOptions = call.Has("job-options");

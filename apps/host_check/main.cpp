@@ -56,7 +56,7 @@ Function Find(QLibrary& library, const char* name)
 }
 
 // Takes the adaptor in the form that is known here; a line on standard error when it can't be used.
-bool Take(const hopbox_adaptor* source, hopbox_adaptor& adaptor)
+bool CopyTable(const hopbox_adaptor* source, hopbox_adaptor& adaptor)
 {
     const bool isUsable = Boundary::Copy(source, adaptor) && adaptor.table != nullptr &&
                           adaptor.open_sample != nullptr && adaptor.close_all != nullptr;
@@ -67,7 +67,7 @@ bool Take(const hopbox_adaptor* source, hopbox_adaptor& adaptor)
 }
 
 // The same for the plug-in, of which an earlier form may lack what is called here.
-bool Take(const hopbox_plugin_table* source, hopbox_plugin_table& plugIn)
+bool CopyTable(const hopbox_plugin_table* source, hopbox_plugin_table& plugIn)
 {
     const bool isUsable = Boundary::Copy(source, plugIn) && ExportChecks::CanExport(plugIn);
     if (!isUsable)
@@ -129,7 +129,7 @@ int Run(const CliCall& call, const QString& folder)
         return cExitWrongCall;
     hopbox_adaptor adaptor;
     hopbox_plugin_table plugIn;
-    if (!Take(getAdaptor(HOPBOX_VERSION), adaptor) || !Take(getPlugIn(HOPBOX_VERSION), plugIn))
+    if (!CopyTable(getAdaptor(HOPBOX_VERSION), adaptor) || !CopyTable(getPlugIn(HOPBOX_VERSION), plugIn))
         return cExitWrongCall;
     if (!QFile::exists(receiver)) {
         CliConsole::PrintError(QStringLiteral("There is no file \"%1\".").arg(receiver));

@@ -151,7 +151,7 @@ QString TakeCommand(const CliCall& call, JobCommand& command)
 }
 
 // What is wrong with the values; empty when nothing is.
-QString Take(const CliCall& call, Options& options)
+QString ReadFrom(const CliCall& call, Options& options)
 {
     if (call.Has("inbox") && !ParseFolder(call.Get("inbox"), options.inbox))
         return QStringLiteral("\"--inbox\" takes a folder, not \"%1\".").arg(call.Get("inbox"));
@@ -177,7 +177,7 @@ std::optional<int> Options::Read(int argc, char** argv, Options& options)
     CliCall call;
     if (const std::optional<int> status = AnswerCli(cProgram, argc, argv, call))
         return status;
-    const QString fault = Take(call, options);
+    const QString fault = ReadFrom(call, options);
     if (!fault.isEmpty())
         return RefuseCli(cProgram, call.GetCommand(), fault);
     if (call.Has("check"))

@@ -101,7 +101,7 @@ private:
     {
         HopboxJobTicket ticket;
         return message.isLeft || message.kind != HopboxMessage::cSubmitJob ||
-               !ticket.FromText(GString::fromUtf8(message.payload)) || mHopboxes.Take(ticket.printerName);
+               !ticket.FromText(GString::fromUtf8(message.payload)) || mHopboxes.Accepts(ticket.printerName);
     }
 
     QJsonObject Describe(const GPPIPCMessage& message) const

@@ -107,7 +107,7 @@ double Exporter::Export(bool& isDone)
 {
     using Clock = std::chrono::steady_clock;
     GCPTSaveAsTool tool(mAction, {});
-    isDone = tool.SelectPDFSetting(mKey);
+    isDone = tool.SelectPDFSetting(mKey, HopboxRegistry().GetRecord(mKey).value_or(HopboxRecord()));
     AlertCounter::sCount = 0;
     const Clock::time_point start = Clock::now();
     tool.Submit();

@@ -69,11 +69,6 @@ void GBufferedInputStream::SetRollBackPoint()
     mHasRollBackPoint = true;
 }
 
-void GBufferedInputStream::ForgetRollBackPoint()
-{
-    mHasRollBackPoint = false;
-}
-
 bool GBufferedInputStream::RollBack()
 {
     if (!mHasRollBackPoint)

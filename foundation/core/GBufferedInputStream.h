@@ -41,10 +41,8 @@ public:
     // Puts bytes in front of what comes next.
     void Unread(const char* bytes, int count);
 
-    // From now on keeps what is read, until RollBack or ForgetRollBackPoint. A later point replaces an
-    // earlier.
+    // From now on keeps what is read, until RollBack. A later point replaces an earlier.
     void SetRollBackPoint();
-    void ForgetRollBackPoint();
 
     // Goes back to the roll-back point, which is then forgotten. False when there is none.
     [[nodiscard]] bool RollBack();

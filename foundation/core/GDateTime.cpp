@@ -13,11 +13,6 @@ constexpr int cTimeLength = 12;
 constexpr int cTextLength = cDateLength + 1 + cTimeLength + 1;
 }  // namespace
 
-GDateTime GDateTime::GetNow()
-{
-    return FromMilliseconds(QDateTime::currentMSecsSinceEpoch());
-}
-
 GDateTime GDateTime::FromMilliseconds(int64_t milliseconds)
 {
     GDateTime result;

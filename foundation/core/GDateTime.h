@@ -13,8 +13,6 @@ public:
     // No moment.
     GDateTime() = default;
 
-    static GDateTime GetNow();
-
     // Milliseconds since the beginning of 1970 in UTC; no moment where that is outside the years 1 to 9999.
     static GDateTime FromMilliseconds(int64_t milliseconds);
 
@@ -28,9 +26,6 @@ public:
     GString GetText() const;
 
     bool IsValid() const { return mMilliseconds != cNone; }
-
-    // Since the beginning of 1970 in UTC. Means nothing for no moment.
-    int64_t GetMilliseconds() const { return mMilliseconds; }
 
     // In UTC; invalid for no moment.
     QDateTime GetQDateTime() const;

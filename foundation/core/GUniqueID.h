@@ -7,22 +7,10 @@
 class GUniqueID
 {
 public:
-    // The null identifier: 128 zero bits. Create never gives it.
-    GUniqueID();
-
-    // A fresh one.
     static GUniqueID Create();
-
-    // The identifier of a hexadecimal text in capitals, small letters or both; the null one where the text is
-    // not exactly 32 hexadecimal digits.
-    static GUniqueID FromHexText(const GString& text);
 
     // 32 hexadecimal digits in capitals.
     GString GetHexText() const;
-
-    bool IsNull() const;
-    bool operator==(const GUniqueID& other) const { return mBytes == other.mBytes; }
-    bool operator!=(const GUniqueID& other) const { return mBytes != other.mBytes; }
 
 private:
     explicit GUniqueID(const GBuffer& bytes);

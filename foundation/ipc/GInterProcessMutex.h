@@ -29,9 +29,6 @@ public:
     // Raises with GErrorCode::cUnlockSemaphore when this thread does not have it.
     void Unlock();
 
-    // Whether the owner before the present one died with the lock. To be asked while it is held.
-    bool WasAbandoned() const { return mWasAbandoned; }
-
     // Whether its memory is all there; where somebody has cut it short, it can't be locked. Always true on
     // Windows.
     bool IsIntact() const;
@@ -50,7 +47,6 @@ private:
     struct Handle;
 
     std::unique_ptr<Handle> mHandle;
-    bool mWasAbandoned = false;
 };
 
 // Has the lock while it lives.

@@ -78,12 +78,10 @@ bool GInterProcessMutex::Lock(std::chrono::milliseconds timeout)
         error = LockUntil(mHandle->object.Get(), GetDeadline(timeout));
     if (error == ETIMEDOUT)
         return false;
-    const bool wasAbandoned = error == EOWNERDEAD;
-    if (wasAbandoned)
+    if (error == EOWNERDEAD)  // its owner died with it
         error = ::pthread_mutex_consistent(mHandle->object.Get());
     if (error != 0)
         Raise(GErrorCode::cLockSemaphore, QStringLiteral("The lock can't be had: %1"), error);
-    mWasAbandoned = wasAbandoned;
     return true;
 }
 

@@ -32,9 +32,7 @@ GInterProcessMutex::~GInterProcessMutex() = default;
 
 bool GInterProcessMutex::Lock(std::chrono::milliseconds timeout)
 {
-    const DWORD result = mHandle->object.Wait(timeout);
-    mWasAbandoned = result == WAIT_ABANDONED;
-    return result != WAIT_TIMEOUT;
+    return mHandle->object.Wait(timeout) != WAIT_TIMEOUT;
 }
 
 void GInterProcessMutex::Unlock()

@@ -20,7 +20,7 @@ GBuffer GPPIPCAddresses::Encode() const
     return bytes;
 }
 
-bool GPPIPCAddresses::Take(const GString& name) const
+bool GPPIPCAddresses::Accepts(const GString& name) const
 {
     return mNames.empty() || name.isEmpty() ||
            std::find(mNames.cbegin(), mNames.cend(), name) != mNames.cend();

@@ -20,7 +20,7 @@ public:
     GBuffer Encode() const;
 
     // Whether a message for this name is taken. One for nobody, which is empty, always is.
-    bool Take(const GString& name) const;
+    bool Accepts(const GString& name) const;
 
     const std::vector<GString>& GetNames() const { return mNames; }
 

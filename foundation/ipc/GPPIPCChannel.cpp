@@ -51,7 +51,7 @@ GPPIPCState GPPIPCChannel::GetReceiverState(uint32_t process, const GString& add
         try {
             const GPPIPCAddresses addresses(GetQueue({process, receiver})->GetOwner().notice);
             *reason =
-                addresses.Take(address)
+                addresses.Accepts(address)
                     ? GResult::Success()
                     : GResult::Failure(
                           QStringLiteral("The process takes messages for %1 only.").arg(addresses.GetText()),
@@ -131,7 +131,7 @@ bool GPPIPCChannel::Post(uint32_t process, uint32_t receiver, const GString& add
     } catch (const GException& error) {
         RaisePastQueue(error.GetDescription());
     }
-    if (!GPPIPCAddresses(queue->GetOwner().notice).Take(address))
+    if (!GPPIPCAddresses(queue->GetOwner().notice).Accepts(address))
         return false;
     message.receiver = receiver;
     try {

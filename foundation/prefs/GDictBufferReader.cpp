@@ -45,7 +45,7 @@ bool GDictBufferReader<Key, Value>::ReadText(const GString& text, GDict<Key, Val
 }
 
 template <typename Key, typename Value>
-bool GDictBufferReader<Key, Value>::ReadText(const GString& text, const Take& take)
+bool GDictBufferReader<Key, Value>::ReadText(const GString& text, const Sink& take)
 {
     PlainDictText plain(text);
     const bool isPlain = plain.ReadBegin();

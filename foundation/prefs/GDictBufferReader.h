@@ -29,8 +29,8 @@ public:
 
     // The same, but each entry goes to `take` as it is read, for as long as that runs; nothing of what came
     // twice is left out.
-    using Take = std::function<void(const QStringRef& key, const DictValue& value)>;
-    [[nodiscard]] bool ReadText(const GString& text, const Take& take);
+    using Sink = std::function<void(const QStringRef& key, const DictValue& value)>;
+    [[nodiscard]] bool ReadText(const GString& text, const Sink& take);
 
     // The byte of the source where the first damage begins that the last Read met; -1 when it met none. What
     // is read over counts, too, since it would be lost in a copy: text behind a value, a wrong end marker,

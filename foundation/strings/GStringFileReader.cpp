@@ -81,7 +81,7 @@ std::optional<GString> ReadQuoted(const GString& line, int& at)
 }
 
 // Takes an entry from a line that is neither blank nor a comment; false when it is none.
-bool TakeEntry(const GString& line, int at, const GStringFileReader::Take& take)
+bool TakeEntry(const GString& line, int at, const GStringFileReader::Sink& take)
 {
     const std::optional<uint32_t> code = ReadCode(line, at);
     if (!code || at == line.size() || !IsBlank(line.at(at)))
@@ -98,7 +98,7 @@ bool TakeEntry(const GString& line, int at, const GStringFileReader::Take& take)
 }
 
 // False for a line that makes no sense.
-bool ReadLine(const char* bytes, int count, const GStringFileReader::Take& take)
+bool ReadLine(const char* bytes, int count, const GStringFileReader::Sink& take)
 {
     const std::optional<GString> line = Decode(bytes, count);
     if (!line)
@@ -146,7 +146,7 @@ bool GStringFileReader::ParseStringFile(const GPathName& path, const GString& la
     }
 }
 
-void GStringFileReader::Parse(const GBuffer& content, const GString& name, const Take& take)
+void GStringFileReader::Parse(const GBuffer& content, const GString& name, const Sink& take)
 {
     const char* at = content.constData();
     const char* const end = at + content.size();
@@ -154,7 +154,7 @@ void GStringFileReader::Parse(const GBuffer& content, const GString& name, const
         at += 3;
     int badLines = 0;
     int entries = 0;
-    const Take takeAndCount = [&](uint32_t code, const GString& text) {
+    const Sink takeAndCount = [&](uint32_t code, const GString& text) {
         ++entries;
         take(code, text);
     };

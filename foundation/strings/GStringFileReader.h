@@ -17,7 +17,7 @@ public:
     // codes that were chosen to meet in the table can cost.
     static constexpr int cMostEntries = 20000;
 
-    using Take = std::function<void(uint32_t code, const GString& text)>;
+    using Sink = std::function<void(uint32_t code, const GString& text)>;
 
     // Reads a file into the language's table of the string pool; each entry replaces the text that is there.
     // False, with a line in the log, when the file can't be read or is too large; texts that were read before
@@ -26,5 +26,5 @@ public:
 
     // Reads the content of a string file and gives each entry in the order of the lines. `name` is the file's
     // name for the log.
-    static void Parse(const GBuffer& content, const GString& name, const Take& take);
+    static void Parse(const GBuffer& content, const GString& name, const Sink& take);
 };

@@ -19,8 +19,8 @@ GPathName GetCopy(const GPathName& file, int age)
 }
 
 // Gives each chunk of the file to `take`, until it gives false.
-template <typename Take>
-void ReadChunks(GFileInputStream& file, Take take)
+template <typename Sink>
+void ReadChunks(GFileInputStream& file, Sink take)
 {
     std::vector<char> chunk(cChunkSize);
     while (const int count = file.Read(chunk.data(), cChunkSize)) {

@@ -20,13 +20,13 @@ void ExtractAll(const QByteArray& bytes, const QString& target)
     Morvane::ZipLimits limits;
     limits.totalBytes = cLimit;
     limits.entryCount = cMostEntries;
-    archive.SetLimits(limits);
-    archive.SetMemoryLimit(cLimit);
+    archive.setLimits(limits);
+    archive.setMemoryLimit(cLimit);
     for (archive.StartIterate(); !archive.AtEnd() && archive.GetCurrentIndex() < cMostEntries;
          archive.Next()) {
         const QByteArray content = archive.ExtractCurrentToMemory(QStringLiteral("secret"));
         const bool isExtracted = archive.ExtractCurrentFile(target, QStringLiteral("secret"), 0);
-        if (isExtracted && !archive.GetCurrentEntry().isFolder() && content.isNull())
+        if (isExtracted && !archive.getCurrentEntry().isFolder() && content.isNull())
             std::abort();
     }
 }

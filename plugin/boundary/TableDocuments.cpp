@@ -65,8 +65,8 @@ public:
     using TableObject::TableObject;
 
     bool IsSaved() const override { return Ask(&Table::is_document_saved, true, false); }
-    IDFile GetFile() const override { return MakeFile(TakeText(&Table::get_document_file)); }
-    PMString GetName() const override { return PMString::Untranslated(TakeText(&Table::get_document_name)); }
+    IDFile GetFile() const override { return MakeFile(GetText(&Table::get_document_file)); }
+    PMString GetName() const override { return PMString::Untranslated(GetText(&Table::get_document_name)); }
 
     // Only ever passed on; carries the handle, which lives as long as the document.
     const IDataBase* GetDataBase() const override
@@ -147,7 +147,7 @@ public:
 
     IDFile GetNthDocumentFile(int32_t index) const override
     {
-        return MakeFile(TakeText(&Table::get_book_document_file, index));
+        return MakeFile(GetText(&Table::get_book_document_file, index));
     }
 
 private:
@@ -159,8 +159,8 @@ class Book final : public TableObject<IBook>
 public:
     using TableObject::TableObject;
 
-    IDFile GetFile() const override { return MakeFile(TakeText(&Table::get_book_file)); }
-    PMString GetName() const override { return PMString::Untranslated(TakeText(&Table::get_book_name)); }
+    IDFile GetFile() const override { return MakeFile(GetText(&Table::get_book_file)); }
+    PMString GetName() const override { return PMString::Untranslated(GetText(&Table::get_book_name)); }
     bool IsModified() const override { return Ask(&Table::is_book_modified, false, true); }
     ErrorCode Save() override { return Call(&Table::save_book); }
 

@@ -99,7 +99,7 @@ protected:
 
     // A text; empty where there is none. Raises for one that can't be read.
     template <class Operation, class... Arguments>
-    GString TakeText(Operation operation, Arguments... arguments) const
+    GString GetText(Operation operation, Arguments... arguments) const
     {
         const Boundary::TextSink sink;
         const int32_t result =

@@ -133,8 +133,8 @@ TEST_F(HostileArchiveTest, ExtractionEntryByEntryKeepsToTheLimits)
     ZipArchive archive(mArchive);
     ZipLimits limits;
     limits.totalBytes = 9;
-    archive.SetLimits(limits);
-    archive.SetMemoryLimit(4);
+    archive.setLimits(limits);
+    archive.setMemoryLimit(4);
     for (archive.StartIterate(); !archive.AtEnd(); archive.Next())
         EXPECT_EQ(archive.ExtractCurrentFile(mTarget, QString(), 0),
                   archive.GetCurrentFileName() != "deep/b"_q);
@@ -169,7 +169,7 @@ TEST_F(HostileArchiveTest, WhatOnlyAnAttackNeedsIsRefusedWithoutOtherWords)
         EXPECT_FALSE(archive.ExtractCurrentFile(mTarget, QString(), 0));
         EXPECT_TRUE(archive.GetLastError().contains(QLatin1String(inArchive)));
         EXPECT_EQ(QStringList(), GetAllNames()) << "the disk stays as it was";
-        archive.SetLimits(ZipLimits::none());
+        archive.setLimits(ZipLimits::none());
         static_cast<void>(archive.ExtractCurrentFile(mTarget, QString(), 0));  // it may fail in another way
         EXPECT_FALSE(archive.GetLastError().endsWith(QLatin1String(inArchive) + QLatin1Char('.')));
         mRun.limits = ZipLimits::none();

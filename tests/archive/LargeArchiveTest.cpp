@@ -113,7 +113,7 @@ TEST_F(ArchiveTest, Over65535Entries)
         ASSERT_EQ("content", archive.ExtractCurrentToMemory(QString()));
     }
     EXPECT_EQ(cCount, number);
-    EXPECT_FALSE(archive.HasFailed());
+    EXPECT_FALSE(archive.hasFailed());
     const QByteArray report = AskSevenZip(mArchive);
     EXPECT_TRUE(report.isEmpty() || report.contains("Files: 65600")) << report.constData();
 }

@@ -30,7 +30,7 @@ TEST_F(ZipArchiveTest, ADirectoryThatEndsEarlyEndsTheIterationWithAnError)
     EXPECT_EQ(3, archive.StartIterate());
     EXPECT_TRUE(archive.Next());
     EXPECT_FALSE(archive.Next());
-    EXPECT_TRUE(archive.AtEnd() && archive.HasFailed());
+    EXPECT_TRUE(archive.AtEnd() && archive.hasFailed());
     EXPECT_EQ(2, archive.GetFileList().size());
 }
 

@@ -60,7 +60,8 @@ void ExportParty::Export(const GString& key, const std::function<void(GCPTSaveAs
 {
     alerts.clear();
     GCPTSaveAsTool tool(action, {});
-    static_cast<void>(tool.SelectPDFSetting(key));  // the export tells why it fails
+    const HopboxRecord record = HopboxRegistry().GetRecord(key).value_or(HopboxRecord());
+    static_cast<void>(tool.SelectPDFSetting(key, record));  // the export tells why it fails
     prepare(tool);
     tool.Submit();
 }

@@ -4,6 +4,7 @@
 #include "foundation/system/PSystem.h"
 #include "foundation/trace/GTrace.h"
 #include "hopbox/HopboxFolder.h"
+#include "hopbox/HopboxRegistry.h"
 #include "tests/support/LogRecorder.h"
 #include "tests/support/PrinterProcessor.h"
 
@@ -355,7 +356,7 @@ TEST_F(ExportTest, EachToolHandsOffItsOwnRunAlone)
     const GString key = MakeHopbox("Press"_q);
     const GString otherKey = MakeHopbox("Proof"_q);
     GCPTSaveAsTool other(party.action, {});
-    EXPECT_TRUE(other.SelectPDFSetting(otherKey));
+    EXPECT_TRUE(other.SelectPDFSetting(otherKey, HopboxRegistry().GetRecord(otherKey).value()));
     int attempts = 0;
     party.host.onRun = [&] {
         ++attempts;

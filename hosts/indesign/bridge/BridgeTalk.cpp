@@ -142,7 +142,7 @@ void BridgeTalk::TakeLine(const QByteArray& bytes)
     mScriptWaits = true;
     const QJsonObject line = QJsonDocument::fromJson(bytes).object();
     if (line.contains(QLatin1String("answer")) || line.isEmpty())
-        TakeAnswer(line);
+        EndRequest(line);
     else if (line.contains(QLatin1String("state")) && mRequest == nullptr)
         TakeState(line.value(QLatin1String("state")).toInt());
     else if (line.contains(QLatin1String("choose")))
@@ -152,7 +152,7 @@ void BridgeTalk::TakeLine(const QByteArray& bytes)
 
 // An answer that comes when no request is out is too late; what is no answer to the request that is out is
 // taken for one that has failed.
-void BridgeTalk::TakeAnswer(const QJsonObject& line)
+void BridgeTalk::EndRequest(const QJsonObject& line)
 {
     if (mRequest == nullptr || !mRequest->isSent)
         return;

@@ -85,7 +85,7 @@ private:
     void TakeBytes(Connection* connection);
     void TakeHello(Connection* connection, const QByteArray& line);
     void TakeLine(const QByteArray& line);
-    void TakeAnswer(const QJsonObject& line);
+    void EndRequest(const QJsonObject& line);
     void TakeState(int32_t action);
     void TakeChoice(int32_t action);
     void RunChoice(int32_t action);

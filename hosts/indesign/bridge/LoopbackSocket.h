@@ -49,5 +49,12 @@ private:
     explicit LoopbackSocket(intptr_t socket) : mSocket(socket) {}
     uint16_t GetPort(End end) const;
 
+    // A step of reading or writing: how many bytes, or -1. MustWait tells whether that one only came too
+    // early.
+    int Receive(char* bytes, int size) const;
+    int Send(const char* bytes, int size) const;
+    static bool MustWait();
+    bool WaitUntilWritable(int milliseconds) const;
+
     intptr_t mSocket = cNone;
 };

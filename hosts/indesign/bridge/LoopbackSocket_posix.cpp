@@ -20,17 +20,6 @@ intptr_t MakeSocket()
 {
     return ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
 }
-
-bool MustWait()
-{
-    return errno == EAGAIN || errno == EINTR;
-}
-
-bool WaitUntilWritable(intptr_t socket, int milliseconds)
-{
-    pollfd watched{AsSocket(socket), POLLOUT, 0};
-    return ::poll(&watched, 1, milliseconds) == 1;
-}
 }  // namespace
 
 LoopbackSocket LoopbackSocket::Accept()
@@ -67,25 +56,23 @@ uint16_t LoopbackSocket::GetPort(End end) const
     return isKnown ? ntohs(address.sin_port) : 0;
 }
 
-bool LoopbackSocket::Read(QByteArray& bytes)
+int LoopbackSocket::Receive(char* bytes, int size) const
 {
-    char part[16384];
-    const auto count = ::recv(AsSocket(mSocket), part, sizeof part, 0);
-    if (count > 0)
-        bytes.append(part, static_cast<int>(count));
-    return count > 0 || (count < 0 && MustWait());
+    return static_cast<int>(::recv(AsSocket(mSocket), bytes, static_cast<size_t>(size), 0));
 }
 
-bool LoopbackSocket::Write(const QByteArray& bytes)
+int LoopbackSocket::Send(const char* bytes, int size) const
 {
-    constexpr int cPatience = 10000;
-    for (int sent = 0; sent < bytes.size();) {
-        const auto count = ::send(AsSocket(mSocket), bytes.constData() + sent,
-                                  static_cast<size_t>(bytes.size() - sent), MSG_NOSIGNAL);
-        if (count > 0)
-            sent += static_cast<int>(count);
-        else if (!MustWait() || !WaitUntilWritable(mSocket, cPatience))
-            return false;
-    }
-    return true;
+    return static_cast<int>(::send(AsSocket(mSocket), bytes, static_cast<size_t>(size), MSG_NOSIGNAL));
+}
+
+bool LoopbackSocket::MustWait()
+{
+    return errno == EAGAIN || errno == EINTR;
+}
+
+bool LoopbackSocket::WaitUntilWritable(int milliseconds) const
+{
+    pollfd watched{AsSocket(mSocket), POLLOUT, 0};
+    return ::poll(&watched, 1, milliseconds) == 1;
 }

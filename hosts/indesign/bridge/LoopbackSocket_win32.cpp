@@ -37,17 +37,6 @@ intptr_t MakeSocket()
     static const bool hasSockets = StartSockets();
     return hasSockets ? Prepare(::socket(AF_INET, SOCK_STREAM, IPPROTO_TCP)) : -1;
 }
-
-bool MustWait()
-{
-    return WSAGetLastError() == WSAEWOULDBLOCK;
-}
-
-bool WaitUntilWritable(intptr_t socket, int milliseconds)
-{
-    WSAPOLLFD watched{AsSocket(socket), POLLWRNORM, 0};
-    return WSAPoll(&watched, 1, milliseconds) == 1;
-}
 }  // namespace
 
 LoopbackSocket LoopbackSocket::Accept()
@@ -84,24 +73,23 @@ uint16_t LoopbackSocket::GetPort(End end) const
     return isKnown ? ntohs(address.sin_port) : 0;
 }
 
-bool LoopbackSocket::Read(QByteArray& bytes)
+int LoopbackSocket::Receive(char* bytes, int size) const
 {
-    char part[16384];
-    const auto count = ::recv(AsSocket(mSocket), part, sizeof part, 0);
-    if (count > 0)
-        bytes.append(part, static_cast<int>(count));
-    return count > 0 || (count < 0 && MustWait());
+    return ::recv(AsSocket(mSocket), bytes, size, 0);
 }
 
-bool LoopbackSocket::Write(const QByteArray& bytes)
+int LoopbackSocket::Send(const char* bytes, int size) const
 {
-    constexpr int cPatience = 10000;
-    for (int sent = 0; sent < bytes.size();) {
-        const auto count = ::send(AsSocket(mSocket), bytes.constData() + sent, bytes.size() - sent, 0);
-        if (count > 0)
-            sent += static_cast<int>(count);
-        else if (!MustWait() || !WaitUntilWritable(mSocket, cPatience))
-            return false;
-    }
-    return true;
+    return ::send(AsSocket(mSocket), bytes, size, 0);
+}
+
+bool LoopbackSocket::MustWait()
+{
+    return WSAGetLastError() == WSAEWOULDBLOCK;
+}
+
+bool LoopbackSocket::WaitUntilWritable(int milliseconds) const
+{
+    WSAPOLLFD watched{AsSocket(mSocket), POLLWRNORM, 0};
+    return WSAPoll(&watched, 1, milliseconds) == 1;
 }

@@ -15,7 +15,7 @@ struct Name
     const char* item;
 };
 
-PresetRow::Take TakeSwitch(const char* property)
+PresetRow::Sink TakeSwitch(const char* property)
 {
     return [=](const Value& value, PresetSettings& settings) {
         settings.Set(property, value.GetBoolean());
@@ -23,7 +23,7 @@ PresetRow::Take TakeSwitch(const char* property)
     };
 }
 
-PresetRow::Take TakeText(const char* property)
+PresetRow::Sink TakeTextAs(const char* property)
 {
     return [=](const Value& value, PresetSettings& settings) {
         if (!value.GetBytes().isEmpty() && value.GetBytes() != "None")
@@ -39,16 +39,16 @@ bool IsStandard(const PresetSettings& settings)
 }
 
 // What belongs to a PDF/X only can't be set for any other PDF.
-PresetRow::Take TakeTextOfStandard(const char* property)
+PresetRow::Sink TakeTextOfStandard(const char* property)
 {
     return [=](const Value& value, PresetSettings& settings) {
-        return !IsStandard(settings) || TakeText(property)(value, settings);
+        return !IsStandard(settings) || TakeTextAs(property)(value, settings);
     };
 }
 
 // Names that stand in no line of the table leave the property alone.
 template <size_t count>
-PresetRow::Take TakeName(const char* property, const Name (&names)[count])
+PresetRow::Sink TakeName(const char* property, const Name (&names)[count])
 {
     return [=, &names](const Value& value, PresetSettings& settings) {
         for (const Name& name : names) {
@@ -85,7 +85,7 @@ bool TakeVersion(const Value& value, PresetSettings& settings)
     return true;
 }
 
-PresetRow::Take TakeCheck(const char* standard)
+PresetRow::Sink TakeCheck(const char* standard)
 {
     return [=](const Value& value, PresetSettings& settings) {
         if (value.GetBoolean())
@@ -133,7 +133,7 @@ bool TakeSubsetPercentage(const Value& value, PresetSettings& settings)
     return true;
 }
 
-PresetRow::Take TakeLength(const char* property)
+PresetRow::Sink TakeLength(const char* property)
 {
     return [=](const Value& value, PresetSettings& settings) {
         settings.SetLength(property, value.GetNumber());
@@ -179,7 +179,7 @@ const std::vector<PresetRow>& PresetRow::GetAll()
             {parameters, "CheckCompliance", TakeCompliance},
             {parameters, "ColorConversionStrategy", TakeName("pdfColorSpace", cColorSpaces)},
             {layout, "ConvertColors", TakeName("pdfColorSpace", cColorSpaces)},
-            {layout, "DestinationProfileName", TakeText("pdfDestinationProfile")},
+            {layout, "DestinationProfileName", TakeTextAs("pdfDestinationProfile")},
             {parameters, "PDFXOutputIntentProfile", TakeTextOfStandard("pdfXProfile")},
             {parameters, "PDFXOutputCondition", TakeTextOfStandard("outputCondition")},
             {parameters, "PDFXOutputConditionIdentifier", TakeTextOfStandard("outputConditionName")},

@@ -19,11 +19,11 @@ struct PresetRow
     };
 
     // False for a value that the application can't do.
-    using Take = std::function<bool(const PostScriptValue& value, PresetSettings& settings)>;
+    using Sink = std::function<bool(const PostScriptValue& value, PresetSettings& settings)>;
 
     Section section;
     const char* key;
-    Take take;
+    Sink take;
 
     const PostScriptValue* Find(const JobOptions& options) const;
 

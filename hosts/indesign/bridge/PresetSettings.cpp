@@ -9,10 +9,10 @@
 GResult PresetSettings::Read(const QString& path)
 {
     JobOptions options;
-    return options.Read(path).Then([&] { return Take(options); });
+    return options.Read(path).Then([&] { return ReadFrom(options); });
 }
 
-GResult PresetSettings::Take(const JobOptions& options)
+GResult PresetSettings::ReadFrom(const JobOptions& options)
 {
     const QString fault = JobOptionsRules::FindFault(options);
     if (!fault.isEmpty())

@@ -20,7 +20,7 @@ public:
     GResult Read(const QString& path);
 
     // The same for what was read.
-    GResult Take(const JobOptions& options);
+    GResult ReadFrom(const JobOptions& options);
 
     void Set(const char* property, const QJsonValue& value);
     void SetItem(const char* property, const char* item);

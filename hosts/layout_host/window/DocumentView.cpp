@@ -187,7 +187,7 @@ void DocumentView::ShowDocument(const std::shared_ptr<ScribusDocument>& document
 
 void DocumentView::Refresh()
 {
-    if (mDocument && FileStamp::Take(mDocument->GetContentPath()) != mDocument->GetStamp())
+    if (mDocument && FileStamp::Of(mDocument->GetContentPath()) != mDocument->GetStamp())
         ShowDocument(mDocument);
 }
 

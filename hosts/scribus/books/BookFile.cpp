@@ -74,14 +74,14 @@ GResult BookFile::Read(const QString& path, std::shared_ptr<BookFile>& book)
         .Then([&] { return ReadJson(text, json); })
         .Then([&] { return ReadPaths(json, paths); })
         .Then([&] {
-            read->Take(json, paths);
+            read->ReadFrom(json, paths);
             book = read;
             return GResult::Success();
         })
         .Within(QStringLiteral("The book \"%1\" can't be read: ").arg(read->mPath), QStringLiteral("."));
 }
 
-void BookFile::Take(const QJsonObject& json, const QStringList& paths)
+void BookFile::ReadFrom(const QJsonObject& json, const QStringList& paths)
 {
     const QDir folder = QFileInfo(mPath).dir();
     for (const QString& document : paths)

@@ -56,7 +56,7 @@ public:
     GResult Save();
 
 private:
-    void Take(const QJsonObject& json, const QStringList& paths);
+    void ReadFrom(const QJsonObject& json, const QStringList& paths);
 
     QString mPath;
     QStringList mDocuments;

@@ -37,7 +37,7 @@ QJsonObject StampFonts(const QJsonObject& values)
     QJsonObject stamps;
     for (const QJsonValue& font : values.value(QLatin1String("fonts")).toArray()) {
         const QString file = font[QLatin1String("file")].toString();
-        const FileStamp stamp = FileStamp::Take(file);
+        const FileStamp stamp = FileStamp::Of(file);
         stamps.insert(file, QStringLiteral("%1 %2").arg(stamp.size).arg(stamp.modified));
     }
     return stamps;
@@ -109,7 +109,7 @@ GResult DocumentInquiry::AskScribus(const BeginStep& beginStep)
     file.remove();
     bool hasFirst = false;
     for (const auto& [answer, path] : asked) {
-        answer->isThere = Take(*answer, path);
+        answer->isThere = ReadAnswer(*answer, path);
         hasFirst = hasFirst || answer->isThere;
         // What ended Scribus is the fault of the document at which it was.
         if (!answer->isThere && !hasFirst && !whole.WasCancelled()) {
@@ -122,10 +122,10 @@ GResult DocumentInquiry::AskScribus(const BeginStep& beginStep)
 }
 
 // False when Scribus has not come to the document, or is to be asked again.
-bool DocumentInquiry::Take(Answer& answer, const QString& path)
+bool DocumentInquiry::ReadAnswer(Answer& answer, const QString& path)
 {
     ScribusAnswer given = GResult::Success();
-    if (!mRunner.TakeAnswer(path, given) || given.values.contains(QLatin1String("again")))
+    if (!mRunner.ReadAnswer(path, given) || given.values.contains(QLatin1String("again")))
         return false;
     answer.error = given.GetReason();
     answer.values = given.values;
@@ -154,7 +154,7 @@ void DocumentInquiry::Keep(const Answer& answer) const
 {
     QByteArray text;
     bool isPacked = false;
-    if (FileStamp::Take(answer.path) != answer.stamp ||
+    if (FileStamp::Of(answer.path) != answer.stamp ||
         !SlaFile::Read(answer.presentForm, text, isPacked).HasSucceeded() || LacksFonts(answer.values, text))
         return;
     const QJsonObject head{{QStringLiteral("values"), answer.values},

@@ -42,7 +42,7 @@ private:
     [[nodiscard]] bool FindKept(Answer& answer) const;
     void Keep(const Answer& answer) const;
     GResult AskScribus(const BeginStep& beginStep);
-    [[nodiscard]] bool Take(Answer& answer, const QString& path);
+    [[nodiscard]] bool ReadAnswer(Answer& answer, const QString& path);
 
     ScribusRunner& mRunner;
     std::vector<Answer> mAnswers;

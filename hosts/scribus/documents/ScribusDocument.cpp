@@ -120,7 +120,7 @@ GResult ScribusDocument::SaveAs(const QString& path)
 
 bool ScribusDocument::IsDescribed() const
 {
-    return mInfo != nullptr && mStamp == FileStamp::Take(GetContentPath());
+    return mInfo != nullptr && mStamp == FileStamp::Of(GetContentPath());
 }
 
 const DocumentInfo* ScribusDocument::GetInfo()
@@ -144,7 +144,7 @@ GResult ScribusDocument::Ask(const std::vector<ScribusDocument*>& documents,
     std::vector<ScribusDocument*> asked;
     DocumentInquiry inquiry(documents.front()->mRunner);
     for (ScribusDocument* document : documents) {
-        const FileStamp stamp = FileStamp::Take(document->GetContentPath());
+        const FileStamp stamp = FileStamp::Of(document->GetContentPath());
         if (document->MakeReady(stamp)) {
             asked.push_back(document);
             inquiry.Add(document->GetContentPath(), stamp);
@@ -153,8 +153,8 @@ GResult ScribusDocument::Ask(const std::vector<ScribusDocument*>& documents,
     const GResult result = inquiry.Run(beginStep);
     for (size_t i = 0; i < asked.size(); ++i) {
         const DocumentInquiry::Answer& answer = inquiry.GetAnswers()[i];
-        asked[i]->TakeAnswer(answer.values, answer.presentForm,
-                             answer.isThere ? answer.error : result.GetReason());
+        asked[i]->UseAnswer(answer.values, answer.presentForm,
+                            answer.isThere ? answer.error : result.GetReason());
     }
     return result;
 }
@@ -177,7 +177,7 @@ bool ScribusDocument::MakeReady(const FileStamp& stamp)
     return false;
 }
 
-void ScribusDocument::TakeAnswer(const QJsonObject& values, const QString& presentForm, const QString& error)
+void ScribusDocument::UseAnswer(const QJsonObject& values, const QString& presentForm, const QString& error)
 {
     QByteArray text;
     bool isPacked = false;
@@ -192,7 +192,7 @@ void ScribusDocument::TakeAnswer(const QJsonObject& values, const QString& prese
         if (SlaFile::Read(GetContentPath(), text, isPacked).HasSucceeded())
             AddProfiles(SlaContent::FindProfiles(text), mInfo->profiles);
     }
-    if (mInfo == nullptr || FileStamp::Take(GetContentPath()) != mStamp)
+    if (mInfo == nullptr || FileStamp::Of(GetContentPath()) != mStamp)
         mStamp = FileStamp();  // asked again at the next call, whatever went wrong
     if (!mError.isEmpty())
         GTrace::Error(QStringLiteral("ScribusDocument::GetInfo"), mError);

@@ -88,7 +88,7 @@ private:
                        const std::function<void(const QString& path)>& beginStep);
     void Forget();
     [[nodiscard]] bool MakeReady(const FileStamp& stamp);
-    void TakeAnswer(const QJsonObject& values, const QString& presentForm, const QString& error);
+    void UseAnswer(const QJsonObject& values, const QString& presentForm, const QString& error);
     QImage RenderPreview(int pageIndex, int dotsPerInch);
 
     ScribusRunner& mRunner;

@@ -205,7 +205,7 @@ ErrorCode HostCommand::ExportDocument()
             return GResult::Failure(QStringLiteral("The export was given no pages, or no file to write."));
         ScribusDocument& document = *mOrders->document;
         step(document.GetName());
-        if (FileStamp::Take(document.GetContentPath()) != mOrders->stamp)
+        if (FileStamp::Of(document.GetContentPath()) != mOrders->stamp)
             return GResult::Failure(
                 QStringLiteral("\"%1\" was changed or removed after its pages were chosen.")
                     .arg(document.GetContentPath()));

@@ -134,7 +134,7 @@ GResult PackageFolder::WriteDocument(const ScribusDocument& document, const QStr
     const GResult read = SlaFile::Read(document.GetContentPath(), text, isPacked);
     if (!read.HasSucceeded())
         return read;
-    if (FileStamp::Take(document.GetContentPath()) != document.GetStamp())
+    if (FileStamp::Of(document.GetContentPath()) != document.GetStamp())
         return GResult::Failure(
             QStringLiteral("\"%1\" was changed while it was packaged.").arg(document.GetName()));
     const QDir start = QFileInfo(document.GetContentPath()).absoluteDir();

@@ -13,7 +13,7 @@ using Colors = PdfSettings::Colors;
 using Coding = PdfImageRule::Coding;
 using Section = JobOptionRow::Section;
 using Answer = JobOptionRow::Answer;
-using Take = decltype(JobOptionRow::take);
+using Sink = decltype(JobOptionRow::take);
 
 bool IsBetween(double number, double least, double most)
 {
@@ -49,7 +49,7 @@ JobOptionRow WishSwitch(const char* key, bool PdfWishes::*member, const char* no
             }};
 }
 
-Take TakeWish(QString PdfWishes::*member)
+Sink TakeWish(QString PdfWishes::*member)
 {
     return [member](const PostScriptValue& value, PdfSettings& settings) {
         settings.wishes.*member = value.GetText();
@@ -57,7 +57,7 @@ Take TakeWish(QString PdfWishes::*member)
     };
 }
 
-Take TakeLength(double PdfSettings::*member)
+Sink TakeLength(double PdfSettings::*member)
 {
     return [member](const PostScriptValue& value, PdfSettings& settings) {
         settings.*member = value.GetNumber();

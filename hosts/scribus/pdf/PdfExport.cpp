@@ -121,7 +121,7 @@ GResult PdfExport::ExportPages(ScribusDocument& document, const QVector<int>& pa
     for (const bool embedsPlaced : {true, false}) {
         bool isWorthAnother = false;
         result = RunScribus(request, paths, embedsPlaced);
-        if (result.HasSucceeded() && FileStamp::Take(document.GetContentPath()) != stamp)
+        if (result.HasSucceeded() && FileStamp::Of(document.GetContentPath()) != stamp)
             result = GResult::Failure(
                 QStringLiteral("\"%1\" was changed while it was exported.").arg(document.GetName()));
         if (result.HasSucceeded())

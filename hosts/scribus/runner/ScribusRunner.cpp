@@ -247,14 +247,14 @@ ScribusAnswer ScribusRunner::RunScript(const QString& operation, QJsonObject req
                                    openedPath, parts);
     QFile::remove(openedPath);
     ScribusAnswer answer = GResult::Success();
-    if (ended.isCancelled || !TakeAnswer(answerPath, answer))
+    if (ended.isCancelled || !ReadAnswer(answerPath, answer))
         return MakeFailure(ended, mSetup.timeLimitSeconds * parts.count);
     if (!answer.HasSucceeded())
         LogFailure(QStringLiteral("Scribus said last: %1").arg(TakeLastLines(ended.output)));
     return answer;
 }
 
-bool ScribusRunner::TakeAnswer(const QString& path, ScribusAnswer& answer) const
+bool ScribusRunner::ReadAnswer(const QString& path, ScribusAnswer& answer) const
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))

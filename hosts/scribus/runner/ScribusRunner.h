@@ -88,7 +88,7 @@ public:
     ScribusAnswer RunScript(const QString& operation, QJsonObject request, const Parts& parts);
 
     // Takes an answer that the script has written to a path. False when there is none yet.
-    [[nodiscard]] bool TakeAnswer(const QString& path, ScribusAnswer& answer) const;
+    [[nodiscard]] bool ReadAnswer(const QString& path, ScribusAnswer& answer) const;
 
     // What the answers of Scribus depend on beside the documents: another mark, another program, script or
     // folder of fonts.

@@ -7,7 +7,7 @@
 #include <sys/stat.h>
 #include <algorithm>
 
-FileStamp FileStamp::Take(const QString& path)
+FileStamp FileStamp::Of(const QString& path)
 {
     FileStamp stamp;
     struct stat status;

@@ -14,7 +14,7 @@ struct FileStamp
     qint64 modified = 0;  // in nanoseconds since 1970
     quint64 node = 0;     // its number in the file system
 
-    static FileStamp Take(const QString& path);
+    static FileStamp Of(const QString& path);
 
     bool Exists() const { return size >= 0; }
     bool operator==(const FileStamp& other) const

@@ -35,7 +35,7 @@ bool IsAmong(std::string_view name, std::initializer_list<std::string_view> name
 class Reader
 {
 public:
-    void Take(const SlaScanner& element)
+    void Read(const SlaScanner& element)
     {
         const std::string_view name = element.GetName();
         mNamed.insert(element.GetText("FONT"));
@@ -175,6 +175,6 @@ QSet<QString> SlaFonts::FindUsed(const QByteArray& text)
     Reader reader;
     SlaScanner element({text.constData(), static_cast<size_t>(text.size())});
     while (element.Next())
-        reader.Take(element);
+        reader.Read(element);
     return reader.Finish();
 }

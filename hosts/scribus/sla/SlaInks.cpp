@@ -37,7 +37,7 @@ Swatch ReadSwatch(const SlaScanner& element)
 class Reader
 {
 public:
-    void Take(const SlaScanner& element)
+    void Read(const SlaScanner& element)
     {
         const std::string_view name = element.GetName();
         if (name == "COLOR")
@@ -129,6 +129,6 @@ QStringList SlaInks::Find(const QByteArray& text)
     Reader reader;
     SlaScanner element({text.constData(), static_cast<size_t>(text.size())});
     while (element.Next())
-        reader.Take(element);
+        reader.Read(element);
     return reader.Finish();
 }

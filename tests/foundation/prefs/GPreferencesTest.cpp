@@ -133,7 +133,7 @@ TEST_F(GPreferencesTest, TextsReadAsTheTypeThatIsAskedFor)
     EXPECT_TRUE(text.isEmpty());
     GPreferences::Set(-3, "G", "K", 0.1);
     EXPECT_EQ(GPreferences::GetReal("G", "K"), 0.1);
-    GDateTime time = GDateTime::GetNow();
+    GDateTime time = GDateTime::FromMilliseconds(1);
     EXPECT_TRUE(GPreferences::Get("G", "K", time));
     EXPECT_FALSE(time.IsValid()) << "It holds a number.";
     GPreferences::Set(-3, "G", "K", GDateTime::FromMilliseconds(1234567890123));

@@ -12,7 +12,7 @@ QJsonObject MakePreset(const QByteArray& jobOptions)
 {
     JobOptions options;
     PresetSettings settings;
-    const GResult taken = options.Parse(jobOptions).Then([&] { return settings.Take(options); });
+    const GResult taken = options.Parse(jobOptions).Then([&] { return settings.ReadFrom(options); });
     EXPECT_TRUE(taken.HasSucceeded()) << taken.GetReason().toStdString();
     QJsonObject preset;
     for (const QJsonValue& pair : settings.GetProperties())
@@ -99,7 +99,7 @@ TEST(IndesignPreset, WhatCanNotBeDoneIsRefusedWhole)
         JobOptions options;
         const QByteArray text = QByteArray("<< /Optimize true ") + wrong + " >> setdistillerparams";
         ASSERT_TRUE(options.Parse(text).HasSucceeded());
-        EXPECT_FALSE(settings.Take(options).HasSucceeded()) << wrong;
+        EXPECT_FALSE(settings.ReadFrom(options).HasSucceeded()) << wrong;
         EXPECT_EQ(settings.GetProperties(), QJsonArray{(QJsonArray{"cropMarks"_q, true})});
     }
 }
