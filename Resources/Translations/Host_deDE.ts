@@ -187,6 +187,13 @@
     </message>
 </context>
 <context>
+    <name>GQUIProgressWindow</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
     <name>HostWindow</name>
     <message>
         <source>Documents</source>
@@ -350,10 +357,6 @@
     <message>
         <source>Check Fonts</source>
         <translation>Schriften prüfen</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>Abbrechen</translation>
     </message>
     <message>
         <source>and %1 more</source>

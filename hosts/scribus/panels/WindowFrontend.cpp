@@ -1,6 +1,7 @@
 #include "hosts/scribus/panels/WindowFrontend.h"
 
 #include "hosts/scribus/panels/FileQuestions.h"
+#include "widgets/GQUIProgressWindow.h"
 
 #include <QApplication>
 #include <QMessageBox>
@@ -29,29 +30,26 @@ QString WindowFrontend::GetTitle(const QString& title)
 void WindowFrontend::BeginCommand(const QString& title, int steps)
 {
     mStep = 0;
-    const int parts = steps > 1 ? steps : 0;
-    mProgress = std::make_unique<QProgressDialog>(GetTitle(title), tr("Cancel"), 0, parts, &mWindow);
-    mProgress->setWindowTitle(GetTitle(title));
-    mProgress->setWindowModality(Qt::ApplicationModal);
-    mProgress->setAutoClose(false);
-    mProgress->setAutoReset(false);
-    mProgress->setMinimumWidth(380);
-    mProgress->show();
+    mSteps = steps > 1 ? steps : 0;
+    mProgress = std::make_unique<GQUIProgressWindow>(GetTitle(title), &mWindow);
+    mProgress->SetText(GetTitle(title));
+    mProgress->SetProgress(0, mSteps);
+    mProgress->Start();
 }
 
 void WindowFrontend::BeginStep(const QString& text)
 {
     if (!mProgress)
         return;
-    mProgress->setLabelText(text);
-    mProgress->setValue(mStep++);
+    mProgress->SetText(text);
+    mProgress->SetProgress(mStep++, mSteps);
 }
 
 bool WindowFrontend::IsCancelled()
 {
     const QScopedValueRollback<bool> handling(mIsHandlingEvents, true);
     QApplication::processEvents(mProgress ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
-    return mProgress && mProgress->wasCanceled();
+    return mProgress && mProgress->WasCancelled();
 }
 
 void WindowFrontend::EndCommand()

@@ -3,9 +3,10 @@
 #include "hosts/scribus/runner/IHostFrontend.h"
 
 #include <QCoreApplication>
-#include <QProgressDialog>
 
 #include <memory>
+
+class GQUIProgressWindow;
 
 // Shows on behalf of a window what the engine does: a progress window with Cancel for the time of a command,
 // and message boxes. While the engine works outside of a command, the window is drawn but takes no input.
@@ -33,7 +34,8 @@ private:
     static QString GetTitle(const QString& title);
 
     QWidget& mWindow;
-    std::unique_ptr<QProgressDialog> mProgress;
+    std::unique_ptr<GQUIProgressWindow> mProgress;
     int mStep = 0;
+    int mSteps = 0;
     bool mIsHandlingEvents = false;  // from inside the engine
 };

@@ -17,6 +17,7 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QMessageBox>
+#include <QProgressBar>
 #include <QTranslator>
 #include <QTreeWidget>
 
@@ -98,11 +99,13 @@ TEST(HostWindow, CancelStopsARunningCommand)
     frontend.BeginCommand("Export PDF"_q, 2);
     frontend.BeginStep("Page 1"_q);
     EXPECT_FALSE(frontend.IsCancelled());
+    EXPECT_EQ(window.findChild<QProgressBar*>()->maximum(), 2);
     Press(*window.findChild<QDialog*>(), "Cancel");
     EXPECT_TRUE(frontend.IsCancelled());
     frontend.EndCommand();
     frontend.BeginCommand("Export PDF"_q, 1);
     EXPECT_FALSE(frontend.IsCancelled());
+    EXPECT_EQ(window.findChild<QProgressBar*>()->maximum(), 0) << "a single step shows no part";
     frontend.EndCommand();
 }
 
