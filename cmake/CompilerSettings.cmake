@@ -56,7 +56,9 @@ if(WIN32)
   # The headers of Boost and CLI11, reached through a folder that holds nothing else, so that no header of
   # the build machine is taken for one of Windows.
   file(MAKE_DIRECTORY "${CMAKE_BINARY_DIR}/headers-only")
-  file(CREATE_LINK /usr/include/boost "${CMAKE_BINARY_DIR}/headers-only/boost" SYMBOLIC)
-  file(CREATE_LINK /usr/include/CLI "${CMAKE_BINARY_DIR}/headers-only/CLI" SYMBOLIC)
+  find_path(BOOST_HEADERS boost/version.hpp PATHS /usr/local/include /usr/include REQUIRED NO_CMAKE_FIND_ROOT_PATH)
+  find_path(CLI11_HEADERS CLI/CLI.hpp PATHS /usr/local/include /usr/include REQUIRED NO_CMAKE_FIND_ROOT_PATH)
+  file(CREATE_LINK "${BOOST_HEADERS}/boost" "${CMAKE_BINARY_DIR}/headers-only/boost" SYMBOLIC)
+  file(CREATE_LINK "${CLI11_HEADERS}/CLI" "${CMAKE_BINARY_DIR}/headers-only/CLI" SYMBOLIC)
   target_include_directories(compiler_settings SYSTEM INTERFACE "${CMAKE_BINARY_DIR}/headers-only")
 endif()
