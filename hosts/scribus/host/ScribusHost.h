@@ -15,7 +15,7 @@
 class IHostFrontend;
 
 // The layout application that a plug-in sees: documents and books that are open, and the commands that
-// Scribus and qpdf carry out. What it offers a plug-in is IHostServices; the rest is for the window or the
+// Scribus carries out. What it offers a plug-in is IHostServices; the rest is for the window or the
 // command line around it, and for the objects that it hands out.
 //
 // For the main thread. While a command runs, the frontend may handle events, but must open and close nothing.

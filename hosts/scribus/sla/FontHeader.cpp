@@ -10,7 +10,7 @@ namespace
 constexpr int cMostTables = 256;  // no font has more
 
 // Bytes at a place of a file; shorter where it ends.
-QByteArray ReadAt(QFile& file, qint64 offset, qint64 length)
+QByteArray ReadAt(QIODevice& file, qint64 offset, qint64 length)
 {
     return file.seek(offset) ? file.read(length) : QByteArray();
 }
@@ -42,7 +42,7 @@ QString GetEmbeddingText(quint16 rights)
 }
 
 // The rights stand in the table "OS/2" of the font that begins at the offset.
-QString FindEmbedding(QFile& file, qint64 start)
+QString FindEmbedding(QIODevice& file, qint64 start)
 {
     const int tables = qMin<int>(GetNumber16(ReadAt(file, start, 6), 4), cMostTables);
     constexpr int cRecord = 16;
@@ -55,15 +55,21 @@ QString FindEmbedding(QFile& file, qint64 start)
     }
     return {};
 }
+
+const FontHeader cUnknown{QStringLiteral("unknown"), QStringLiteral("not stated")};
 }  // namespace
 
 FontHeader FontHeader::Read(const QString& path)
 {
-    FontHeader header{QStringLiteral("unknown"), QStringLiteral("not stated")};
     QFile file(path);
     QString reason;
-    if (OpenSharedForReading(file, cNoLargestFile, reason) != FileOpening::cOpen)
-        return header;
+    const bool isOpen = OpenSharedForReading(file, cNoLargestFile, reason) == FileOpening::cOpen;
+    return isOpen ? Parse(file) : cUnknown;
+}
+
+FontHeader FontHeader::Parse(QIODevice& file)
+{
+    FontHeader header = cUnknown;
     const QByteArray start = ReadAt(file, 0, 16);
     const bool isCollection = start.startsWith("ttcf");
     if (start.startsWith("OTTO"))
@@ -74,7 +80,7 @@ FontHeader FontHeader::Read(const QString& path)
         header.kind = QStringLiteral("TrueType collection");
     else if (start.startsWith("%!PS") || start.startsWith("%!Font") || start.startsWith("\x80\x01"))
         header.kind = QStringLiteral("Type 1");
-    if (header.kind == QLatin1String("unknown") || header.kind == QLatin1String("Type 1"))
+    if (header.kind == cUnknown.kind || header.kind == QLatin1String("Type 1"))
         return header;
     const QString embedding = FindEmbedding(file, isCollection ? GetNumber32(start, 12) : 0);
     if (!embedding.isEmpty())

@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+class QIODevice;
+
 // What a font's file says of itself. TrueType, OpenType and Type 1 are known.
 struct FontHeader
 {
@@ -10,4 +12,7 @@ struct FontHeader
     QString embedding;  // the right to put it into a file, such as "editable"; "not stated"
 
     static FontHeader Read(const QString& path);
+
+    // Of an open device that can seek.
+    static FontHeader Parse(QIODevice& file);
 };
