@@ -9,7 +9,7 @@ namespace Morvane
 class ZipInput;
 
 // Where the directory of an archive lies. Found by the records at the archive's end, and believed only as far
-// as the directory itself bears them out: archives say too few entries, have bytes before and behind them,
+// as the directory itself confirms them: archives say too few entries, have bytes before and behind them,
 // and comments of any length.
 struct ZipDirectory
 {

@@ -62,7 +62,7 @@ public:
     // Whether the last run ended because of that.
     bool WasCancelled() const { return mWasCancelled; }
 
-    // Takes the alert's text in the place of the user.
+    // Takes the alert's text in place of the user.
     using AlertTaker = std::function<void(const GString& text)>;
     void SetAlertTaker(AlertTaker take) { mShowAlert = std::move(take); }
 

@@ -9,13 +9,13 @@ class GIDCSPSaveAsAction : public GCPTSaveAsAction
 {
 protected:
     // Exports the document with the host's PDF export command: a document that has changed is saved first,
-    // and one with missing fonts is not exported. The PDF bears the document's name; one that is there
+    // and one with missing fonts is not exported. The PDF has the document's name; one that is there
     // already is left, and the new one goes into a fresh folder beside it. A failure leaves no PDF.
     [[nodiscard]] bool ExportPDF(const GCPTSaveAsProperties& properties,
                                  const GPathName& workFolder) override;
 
     // Has the host collect the document with its fonts, links and profiles, and write a report, into a folder
-    // that bears the document's name with " Folder" behind. One that is there already is left, as with the
+    // that has the document's name with " Folder" behind. One that is there already is left, as with the
     // PDF. Where only the report fails, the package stays and its path is set.
     [[nodiscard]] bool CreatePackage(const GPathName& folder) override;
 

@@ -12,7 +12,7 @@ extern const GString cPlacedName;
 // Computed once per process. The folder need not be there.
 const GPathName& GetPath();
 
-// Whether the path lies in the folder and bears a name that a placed file can have.
+// Whether the path lies in the folder and has a name that a placed file can have.
 bool IsPlacedFile(const GPathName& path);
 
 // Removes a placed file, and what a copying that was cut short has left beside it. Never raises.

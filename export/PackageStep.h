@@ -4,7 +4,7 @@
 
 class IPackageCommand;
 
-// What the file packages of a document and of a book have in common: a fresh folder that bears their name.
+// What the file packages of a document and of a book have in common: a fresh folder that has their name.
 class PackageStep : public ExportStep
 {
 protected:

@@ -2,7 +2,7 @@
 
 #include "foundation/core/GPathName.h"
 
-// Folders that bear the name of something a person or a stranger has named.
+// Folders that have the name of something a person or a stranger has named.
 namespace HopboxFolder
 {
 // The name of a folder for any text, the same for the same text: what some system takes for more than part of

@@ -50,17 +50,17 @@ public:
     // there was none.
     int64_t GetDamagePosition() const { return mDamagePosition; }
 
-    // Puts these settings in the place of the archive's, which must have job options. The archive is replaced
+    // Puts these settings in place of the archive's, which must have job options. The archive is replaced
     // whole, with its other files as they were; a failure leaves it as it was. One whose settings are damaged
     // is kept beside it first (see GDamagedCopies). Of two writers at once, the last one's settings stay.
     GResult WriteSettings(const GPrefModule& settings);
 
-    // The same, with other job options in the place of the archive's too.
+    // The same, with other job options in place of the archive's too.
     GResult Replace(const GPathName& jobOptions, const GPrefModule& settings);
 
-    // The same in two steps, for who has something else to change along with the archive: first the new
-    // archive is made beside the old one, with these settings and, unless the path is empty, these job
-    // options; PutInPlace then is one step. Without it the old archive stays and the new one goes.
+    // In two steps, for callers that change something else too. Prepare writes the new archive beside the old
+    // one, with these settings and, unless the path is empty, these job options. PutInPlace replaces the old
+    // one. Without it the old archive stays and the new one goes.
     GResult Prepare(const GPathName& jobOptions, const GPrefModule& settings);
     GResult PutInPlace();
 

@@ -35,13 +35,13 @@ public:
 // writes it back, so that changes of several processes all count; afterwards the handle answers from what was
 // written.
 //
-// An entry is addressed by its key, the identifier that was made when it was added, or by its actor name: the
-// first entry, in the order of the file, whose key or else whose actor name is the given text. Both are
-// compared exactly. Several entries may bear one actor name. A record that can't be read is found only by its
-// key, and then only to be replaced or removed.
+// An entry is found by its key, the identifier that was made when it was added, or by its actor name. The
+// first entry of the file that fits is taken. Both are compared exactly. Several entries may have one actor
+// name. A record that can't be read is found only by
+// its key, and then only to be replaced or removed.
 //
 // A missing file is an empty registry. Failures of the file and its lock raise a GException. A file that is
-// there but can't be read (no right, something else in its place, a lock that can't be had) is no empty
+// there but can't be read (no right, something else in its place, a lock that is not available) is no empty
 // registry: whatever answers from it raises UnreadRegistry, until a change has read it. A handle is used by
 // one thread at a time.
 class HopboxRegistry

@@ -6,7 +6,7 @@
 // there is no translation the English text stands. For the main thread.
 namespace GCUSTranslation
 {
-// Takes the translations of a file in Qt's form, in the place of those that were loaded. False, with the
+// Takes the translations of a file in Qt's form, in place of those that were loaded. False, with the
 // English texts left, when the file is missing or damaged or there is no QCoreApplication.
 [[nodiscard]] bool Load(const GPathName& file);
 

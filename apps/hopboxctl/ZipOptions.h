@@ -13,6 +13,6 @@ std::vector<CliOption> GetPasswordOptions();
 // What is wrong with these options together; empty when nothing is.
 QString FindFault(const CliCall& call);
 
-// The password that the call gives; empty without one. None, with the reason told, when it can't be had.
+// The password that the call gives; empty without one. None, with the reason told, when it is not available.
 std::optional<QString> GetPassword(const CliCall& call);
 }  // namespace ZipOptions

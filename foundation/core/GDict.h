@@ -44,7 +44,7 @@ public:
     GDict(GDict&& other) noexcept { Swap(other); }
     GDict& operator=(GDict other) noexcept;
 
-    // Puts the value under the key, in the place of the one that is there.
+    // Puts the value under the key, in place of the one that is there.
     Value& Insert(Key key, Value value);
 
     // The value under the key; a value-initialised one is put there when there is none.

@@ -5,7 +5,7 @@
 // Codes of the errors that the foundation raises. Other programs compare them: a number never changes.
 namespace GErrorCode
 {
-// A lock file or a file that guards one can't be had (missing folder, no right).
+// A lock file or a file that guards one is not available (missing folder, no right).
 constexpr int32_t cLockFile = 40092;
 
 // A message could not be posted to a receiver.

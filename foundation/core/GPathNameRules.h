@@ -16,7 +16,7 @@ GString ToPortable(const GString& nativeOrPortablePath);
 // that is not allowed. The separator may be missing at the end of the text.
 int GetRootLength(const GString& portablePath);
 
-// Whether a file can bear the name; an empty one passes, as what stands between two separators.
+// Whether a file can have the name; an empty one passes, as what stands between two separators.
 bool IsLegalName(const QStringRef& name);
 
 // Whether a glance tells that a path can be made of the text, which may be in the system's own form.

@@ -2,10 +2,12 @@
 
 #include "foundation/core/GString.h"
 
-// What a process leaves that is killed in the middle of the system's two-step replacement of a file, in which
-// the old file goes to another name first (GDurableFile): nothing under the target's name, the old file under
-// the new one's temporary name (PTemporaryName) with ".old" behind it, and the new file, of which nobody was
-// told that it is there. Any thread.
+// One system replaces a file in two steps: the old file goes to another name first (GDurableFile). A process
+// killed between the two steps leaves:
+// - nothing under the target's name;
+// - the old file, under the new one's temporary name (PTemporaryName) with ".old" behind it;
+// - the new file, of which nobody was told that it is there.
+// Any thread.
 namespace PReplacedFile
 {
 enum class Found

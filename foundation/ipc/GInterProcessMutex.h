@@ -16,14 +16,14 @@ public:
         Open  // it has to be there
     };
 
-    // Raises with GErrorCode::cCreateSemaphore; a GDamagedObject when what bears the name is no lock.
+    // Raises with GErrorCode::cCreateSemaphore; a GDamagedObject when what has the name is no lock.
     explicit GInterProcessMutex(const GString& name, Mode mode = Mode::OpenOrCreate);
     ~GInterProcessMutex();
     GInterProcessMutex(const GInterProcessMutex&) = delete;
     GInterProcessMutex& operator=(const GInterProcessMutex&) = delete;
 
     // Waits for the lock, by the steady clock. False when the time passed; raises with
-    // GErrorCode::cLockSemaphore when it can't be had for another reason.
+    // GErrorCode::cLockSemaphore when it is not available for another reason.
     [[nodiscard]] bool Lock(std::chrono::milliseconds timeout);
 
     // Raises with GErrorCode::cUnlockSemaphore when this thread does not have it.
@@ -33,7 +33,7 @@ public:
     // Windows.
     bool IsIntact() const;
 
-    // Whether its memory was touched when it was there no more: nobody else heeds it then. Never on Windows.
+    // Whether its memory was touched when it was there no more: nobody else uses it then. Never on Windows.
     bool IsLost() const;
 
     // Whether it is intact and what others find under its name. Always true on Windows.

@@ -9,7 +9,7 @@
 #include <memory>
 #include <vector>
 
-// What bears a shared object's name is damaged: cut short, too large, or with a header that does not check.
+// What has a shared object's name is damaged: cut short, too large, or with a header that does not check.
 // Whoever opens it finds the same; it helps to put it away and make a new one.
 class GDamagedObject : public GCustomException
 {
@@ -42,9 +42,9 @@ public:
     // one above 64 MiB. All of it is claimed from the system here, so that the memory can be touched without
     // fear. A missing folder of the name is made, for the owner only.
     //
-    // Raises with GErrorCode::cSegmentHeader when the segment can't be had: a GDamagedObject for the wrong
-    // size, else a text that says why, and whose it is where it is another user's. A new one that finds no
-    // space leaves no name.
+    // Raises with GErrorCode::cSegmentHeader when the segment is not available: a GDamagedObject for the
+    // wrong size, else a text that says why, and whose it is where it is another user's. A new one that finds
+    // no space leaves no name.
     GSharedSegment(const GString& name, size_t size, Mode mode, const Prepare& prepare = {});
     ~GSharedSegment();
     GSharedSegment(const GSharedSegment&) = delete;
@@ -66,7 +66,7 @@ public:
     // Whether the segment is intact and what others find under its name. Always true on Windows.
     bool IsCurrent() const;
 
-    // False when nothing bears the name; true when something does, or when that can't be found out.
+    // False when nothing has the name; true when something does, or when that can't be found out.
     static bool IsThere(const GString& name);
 
     // Whether what a segment holds stays there when the last process that has it open has ended. Not on

@@ -19,8 +19,8 @@ class PSharedObject
 {
 public:
     // `setUp` is called with the memory of an object that has to be set up. Raises with
-    // GErrorCode::cCreateSemaphore when the segment can't be had, a GDamagedObject when it holds something
-    // else.
+    // GErrorCode::cCreateSemaphore when the segment is not available, a GDamagedObject when it holds
+    // something else.
     template <typename SetUp>
     PSharedObject(const GString& name, GSharedSegment::Mode mode, uint32_t magic, const SetUp& setUp)
     try : mSegment(name, cSegmentSize, mode, [&](uint8_t* data, uint64_t identity) {

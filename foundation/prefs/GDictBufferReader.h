@@ -27,8 +27,8 @@ public:
     // Reads a block that is the value of an entry. What stands behind the block is ignored.
     [[nodiscard]] bool ReadText(const GString& text, GDict<Key, Value>& dict);
 
-    // The same, but each entry goes to `take` as it is read, for as long as that runs; nothing of what came
-    // twice is left out.
+    // The same, but each entry goes to `take` as it is read, for as long as that runs. A key that comes
+    // twice is passed twice.
     using Sink = std::function<void(const QStringRef& key, const DictValue& value)>;
     [[nodiscard]] bool ReadText(const GString& text, const Sink& take);
 

@@ -17,7 +17,8 @@ public:
     // Reads the file. A failure of that is logged, and the module starts empty.
     GPrefSharedFileModule(const GPathName& path, const GEncodingRef& encoding);
 
-    // Raise with GErrorCode::cLockFile when the lock can't be had at all: a missing folder, a missing right.
+    // Raise with GErrorCode::cLockFile when the lock is not available at all: a missing folder, a missing
+    // right.
     void ReadDict() override;
     void WriteDict() override;
 

@@ -54,7 +54,7 @@ public:
     // all users.
     static void SetDefaultModules(const GString& applicationName, uint32_t flags);
 
-    // Puts a module under a number, in the place of the one that is there. The store owns it in the first
+    // Puts a module under a number, in place of the one that is there. The store owns it in the first
     // form; in the second it belongs to the caller and outlives its place in the store.
     static void SetPrefModule(int32_t id, std::unique_ptr<GPrefModule> module);
     static void SetPrefModule(int32_t id, GPrefModule& module);

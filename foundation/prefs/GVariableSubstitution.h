@@ -2,7 +2,7 @@
 
 #include "foundation/core/GString.h"
 
-// Puts variables in the place of what may change between two runs, such as a folder that may move, when
+// Puts variables in place of what may change between two runs, such as a folder that may move, when
 // settings are stored, and takes them back when they are read. Registered with the store, which calls it for
 // the kinds of values for which it declares itself responsible.
 class GVariableSubstitution

@@ -13,7 +13,7 @@ public:
         GEncodingRef encoding;  // in which the text came in
     };
 
-    // Sets the text of a code, in the place of the one that is there.
+    // Sets the text of a code, in place of the one that is there.
     void SetString(uint32_t code, const GString& text, const GEncodingRef& encoding);
 
     // Sets the text of a code that has none; a text that is there stays.

@@ -7,7 +7,7 @@
 #include "foundation/core/PTemporaryName.h"
 #include "foundation/system/PFileHandle.h"
 
-// Writes a file whole and puts it in the place of the old one in one step.
+// Writes a file whole and puts it in place of the old one in one step.
 //
 // What is written goes to a temporary file beside the target. Commit flushes it to disk and replaces the
 // target with it; on POSIX the folder is flushed too. Whoever reads the target, and whoever kills this
@@ -23,7 +23,7 @@
 // where processes see each other, the process in the name tells.
 //
 // On Windows whoever has the target open holds the replacement up; Commit tries again for about two seconds,
-// then it takes the system's other way, which bears with readers that share deletion but is no single step:
+// then it takes the system's other way, which works while readers share deletion, but is not one step:
 // what it leaves when it is killed in between, the next reader or writer puts right (PReplacedFile).
 // So open such a file with all share rights, and no longer than a read takes. Used by one thread.
 class GDurableFile : public GOutputStream

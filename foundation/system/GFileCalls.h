@@ -27,7 +27,7 @@ PFileHandle CreateNewFile(const GPathName& path);
 bool IsNameTaken(int error);
 
 // Gives a file another name on the same volume in one step. On Windows, tries for about two seconds while
-// somebody has one of the two open. What bears that name is replaced, read-only or
+// somebody has one of the two open. What has that name is replaced, read-only or
 // not, or makes the call fail.
 [[nodiscard]] bool RenameFile(const GPathName& from, const GPathName& to, bool isReplacing);
 

@@ -64,7 +64,7 @@ public:
     enum CopyFlag : uint32_t
     {
         cReplaceExisting = 1,      // a file of the new name, a read-only one included, is replaced
-        cKeepModificationTime = 2  // the copy bears the time of its source
+        cKeepModificationTime = 2  // the copy has the time of its source
     };
 
     // Copies the content of a file to a path, which may be another name in another folder. The copy appears

@@ -44,7 +44,7 @@ public:
 
     const GPathName& GetPathName() const { return mPath; }
 
-    // Gives the ownership up; what bears the name stays.
+    // Gives the ownership up; what has the name stays.
     void Disown() noexcept;
 
     // Whether a living process owns the file. True also where that can't be found out; false when there is

@@ -13,7 +13,7 @@ enum class State
     cUnknown  // the system can't lock this file
 };
 
-// Makes a file, for its owner only; not open when that fails, as it does when anything bears the name.
+// Makes a file, for its owner only; not open when that fails, as it does when anything has the name.
 PFileHandle OpenNew(const GPathName& path) noexcept;
 
 // Opens a file that is there, never a link or anything else that is no file.

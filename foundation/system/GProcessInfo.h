@@ -21,7 +21,7 @@ public:
     // Whether the process runs. One that has ended but that its parent has not taken note of does not.
     static bool IsAlive(uint32_t processID);
 
-    // A number that differs between two processes that bear the same identifier one after the other, also
+    // A number that differs between two processes that have the same identifier one after the other, also
     // when the machine was started anew between them. The same at every call while the process runs; 0 when
     // it does not, or the system does not tell. Only good to be compared for equality.
     static uint64_t GetStartTime(uint32_t processID);

@@ -4,7 +4,7 @@
 
 #include <QElapsedTimer>
 
-// Traces a stretch of work: "enter" when it is made, "leave" with the time that has passed, in milliseconds,
+// Traces a part of the work: "enter" when it is made, "leave" with the time that has passed, in milliseconds,
 // when it goes out of scope, whichever way. Costs next to nothing when no logger is installed. Kept on the
 // stack, used by one thread.
 class GTraceBlock

@@ -126,7 +126,7 @@ enum hopbox_command
 /* Settings of a PDF that are on or off. */
 enum hopbox_switch
 {
-    HOPBOX_USE_DOCUMENT_BLEED = 0, /* the document's own bleed in the place of the four lengths */
+    HOPBOX_USE_DOCUMENT_BLEED = 0, /* the document's own bleed in place of the four lengths */
     HOPBOX_INCLUDE_SLUG = 1,
     HOPBOX_CROP_MARKS = 2,
     HOPBOX_BLEED_MARKS = 3,

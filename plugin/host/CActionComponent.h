@@ -20,7 +20,7 @@ public:
     virtual void SetNthActionEnabled(int32_t index, bool isEnabled) = 0;
     virtual void SetNthActionName(int32_t index, const PMString& name) = 0;
 
-    // The keyboard shortcut that the entry bears while the user has set none, such as "Alt+Shift+E".
+    // The entry's default keyboard shortcut, such as "Alt+Shift+E".
     virtual void SetNthActionShortcut(int32_t index, const PMString& shortcut) = 0;
 
 protected:

@@ -18,8 +18,8 @@ public:
 };
 
 // The words of what is being handled, for use in a catch clause: English, or the host's own. What the plug-in
-// raises about its host is a text of the translations' context "HostFault". A text of its own for what is no
-// exception.
+// raises about its host is a text of the translations' context "HostFault". What is
+// thrown and is no std::exception gets a fixed text.
 GString Describe();
 
 // Runs calls that must not fail by raising. What they raise goes to the log under `source`; what the calls

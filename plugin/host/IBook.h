@@ -26,7 +26,7 @@ public:
     // The book's file; empty for one that was never saved. Host: the book's file.
     virtual IDFile GetFile() const = 0;
 
-    // The name that the book bears in its panel; exports of a book without a file are named after it. Host:
+    // The book's name in its panel; exports of a book without a file are named after it. Host:
     // the book's title name.
     virtual PMString GetName() const = 0;
 

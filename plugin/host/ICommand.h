@@ -77,7 +77,7 @@ public:
     // initialisation of interface 90904 of the command.
     virtual void SetPages(const UIDList& pages, bool isSpreads) = 0;
 
-    // The document's name, as the PDF and the host's progress window bear it. Host: the set of the name.
+    // The document's name, as the PDF and the host's progress window have it. Host: the set of the name.
     virtual void SetName(const PMString& name) = 0;
 
 protected:

@@ -52,7 +52,7 @@ public:
     // The document's file; empty for one that was never saved. Host: the document's file, as IDFile.
     virtual IDFile GetFile() const = 0;
 
-    // The name that the document bears in its window. Host: the document's name.
+    // The document's name in its window's title. Host: the document's name.
     virtual PMString GetName() const = 0;
 
     // Host: GetDataBase on the document.

@@ -14,9 +14,9 @@ class WBaseResourceAccess;
 // then the startup service's Shutdown, the component's end, Unload.
 //
 // While an action runs, which includes the time that its dialog is open, Unload and ReleaseActionComponent
-// are refused: the action works with the services and the component until it ends. So are they from inside
-// whatever the plug-in asks of the host during UpdateActionStates and Startup. A host that wants to stop then
-// lets the call return first.
+// are refused: the action works with the services and the component until it ends. They are also
+// refused while the plug-in calls the host during UpdateActionStates or Startup. A host that wants to stop
+// then lets the call return first.
 class IPlugIn
 {
 public:
