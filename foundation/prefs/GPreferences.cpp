@@ -280,13 +280,3 @@ GString GPreferences::Load(Kind kind, const GString* stored)
     }
     return text;
 }
-
-GPathName GPreferences::LoadPathName(const GString* stored)
-{
-    try {
-        return GPathName(Load(Kind::cPathName, stored));
-    } catch (const GException& error) {
-        GTrace::Error(QStringLiteral("GPreferences::GetPathName"), error.GetDescription());
-        return GPathName();
-    }
-}

@@ -1,11 +1,10 @@
 #pragma once
 
-#include "foundation/core/GDateTime.h"
 #include "foundation/core/GEncoding.h"
-#include "foundation/core/GPathName.h"
-#include "foundation/prefs/GVariableSubstitution.h"
+#include "foundation/prefs/PrefText.h"
 
 #include <memory>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -89,43 +88,112 @@ public:
     // Without a number: in any module. With one: in that module only; none there is the same as no key.
     static bool Has(const GBuffer& group, const GBuffer& key);
     static bool Has(int32_t id, const GBuffer& group, const GBuffer& key);
-    static GString Get(const GBuffer& group, const GBuffer& key);
-    static GString Get(int32_t id, const GBuffer& group, const GBuffer& key);
+    static GString Get(const GBuffer& group, const GBuffer& key) { return As<GString>(Find(group, key)); }
+    static GString Get(int32_t id, const GBuffer& group, const GBuffer& key)
+    {
+        return As<GString>(Find(id, group, key));
+    }
 
-    static int32_t GetInt32(const GBuffer& group, const GBuffer& key);
-    static int32_t GetInt32(int32_t id, const GBuffer& group, const GBuffer& key);
-    static bool GetBool(const GBuffer& group, const GBuffer& key);
-    static bool GetBool(int32_t id, const GBuffer& group, const GBuffer& key);
-    static double GetReal(const GBuffer& group, const GBuffer& key);
-    static double GetReal(int32_t id, const GBuffer& group, const GBuffer& key);
-    static GPathName GetPathName(const GBuffer& group, const GBuffer& key);
-    static GPathName GetPathName(int32_t id, const GBuffer& group, const GBuffer& key);
-    static GDateTime GetDateTime(const GBuffer& group, const GBuffer& key);
-    static GDateTime GetDateTime(int32_t id, const GBuffer& group, const GBuffer& key);
+    static int32_t GetInt32(const GBuffer& group, const GBuffer& key)
+    {
+        return As<int32_t>(Find(group, key));
+    }
+    static int32_t GetInt32(int32_t id, const GBuffer& group, const GBuffer& key)
+    {
+        return As<int32_t>(Find(id, group, key));
+    }
+    static bool GetBool(const GBuffer& group, const GBuffer& key) { return As<bool>(Find(group, key)); }
+    static bool GetBool(int32_t id, const GBuffer& group, const GBuffer& key)
+    {
+        return As<bool>(Find(id, group, key));
+    }
+    static double GetReal(const GBuffer& group, const GBuffer& key) { return As<double>(Find(group, key)); }
+    static double GetReal(int32_t id, const GBuffer& group, const GBuffer& key)
+    {
+        return As<double>(Find(id, group, key));
+    }
+    static GPathName GetPathName(const GBuffer& group, const GBuffer& key)
+    {
+        return As<GPathName>(Find(group, key));
+    }
+    static GPathName GetPathName(int32_t id, const GBuffer& group, const GBuffer& key)
+    {
+        return As<GPathName>(Find(id, group, key));
+    }
+    static GDateTime GetDateTime(const GBuffer& group, const GBuffer& key)
+    {
+        return As<GDateTime>(Find(group, key));
+    }
+    static GDateTime GetDateTime(int32_t id, const GBuffer& group, const GBuffer& key)
+    {
+        return As<GDateTime>(Find(id, group, key));
+    }
 
     // Give whether a value was found; without one the target becomes empty, 0 or false.
-    [[nodiscard]] static bool Get(const GBuffer& group, const GBuffer& key, GString& value);
-    [[nodiscard]] static bool Get(const GBuffer& group, const GBuffer& key, int32_t& value);
-    [[nodiscard]] static bool Get(const GBuffer& group, const GBuffer& key, bool& value);
-    [[nodiscard]] static bool Get(const GBuffer& group, const GBuffer& key, double& value);
-    [[nodiscard]] static bool Get(const GBuffer& group, const GBuffer& key, GPathName& value);
-    [[nodiscard]] static bool Get(const GBuffer& group, const GBuffer& key, GDateTime& value);
+    [[nodiscard]] static bool Get(const GBuffer& group, const GBuffer& key, GString& value)
+    {
+        return GetAs(Find(group, key), value);
+    }
+    [[nodiscard]] static bool Get(const GBuffer& group, const GBuffer& key, int32_t& value)
+    {
+        return GetAs(Find(group, key), value);
+    }
+    [[nodiscard]] static bool Get(const GBuffer& group, const GBuffer& key, bool& value)
+    {
+        return GetAs(Find(group, key), value);
+    }
+    [[nodiscard]] static bool Get(const GBuffer& group, const GBuffer& key, double& value)
+    {
+        return GetAs(Find(group, key), value);
+    }
+    [[nodiscard]] static bool Get(const GBuffer& group, const GBuffer& key, GPathName& value)
+    {
+        return GetAs(Find(group, key), value);
+    }
+    [[nodiscard]] static bool Get(const GBuffer& group, const GBuffer& key, GDateTime& value)
+    {
+        return GetAs(Find(group, key), value);
+    }
 
     // The value without regard to module -2.
-    static GString GetNonSharedPref(const GBuffer& group, const GBuffer& key);
+    static GString GetNonSharedPref(const GBuffer& group, const GBuffer& key)
+    {
+        return As<GString>(FindNonShared(group, key));
+    }
 
     // The names of the module's groups; none when there is no such module.
     static void GetGroupNames(int32_t id, std::vector<GBuffer>& names);
 
     // Set a value in a module, in module -2 instead of -3 when the group is shared. There has to be such a
     // module: a number without one is a programming error, is reported as an assertion, and nothing is set.
-    static void Set(int32_t id, const GBuffer& group, const GBuffer& key, const GString& value);
-    static void Set(int32_t id, const GBuffer& group, const GBuffer& key, int32_t value);
-    static void Set(int32_t id, const GBuffer& group, const GBuffer& key, bool value);
-    static void Set(int32_t id, const GBuffer& group, const GBuffer& key, double value);
-    static void Set(int32_t id, const GBuffer& group, const GBuffer& key, const char* utf8Text);
-    static void Set(int32_t id, const GBuffer& group, const GBuffer& key, const GPathName& value);
-    static void Set(int32_t id, const GBuffer& group, const GBuffer& key, const GDateTime& value);
+    static void Set(int32_t id, const GBuffer& group, const GBuffer& key, const GString& value)
+    {
+        SetAs(id, group, key, value);
+    }
+    static void Set(int32_t id, const GBuffer& group, const GBuffer& key, int32_t value)
+    {
+        SetAs(id, group, key, value);
+    }
+    static void Set(int32_t id, const GBuffer& group, const GBuffer& key, bool value)
+    {
+        SetAs(id, group, key, value);
+    }
+    static void Set(int32_t id, const GBuffer& group, const GBuffer& key, double value)
+    {
+        SetAs(id, group, key, value);
+    }
+    static void Set(int32_t id, const GBuffer& group, const GBuffer& key, const char* utf8Text)
+    {
+        SetAs(id, group, key, GString::fromUtf8(utf8Text));
+    }
+    static void Set(int32_t id, const GBuffer& group, const GBuffer& key, const GPathName& value)
+    {
+        SetAs(id, group, key, value);
+    }
+    static void Set(int32_t id, const GBuffer& group, const GBuffer& key, const GDateTime& value)
+    {
+        SetAs(id, group, key, value);
+    }
 
     // The same, but the value outlasts a temporary use that is taken back.
     static void SetIgnoreTemp(int32_t id, const GBuffer& group, const GBuffer& key, const GString& value);
@@ -156,15 +224,53 @@ public:
     static void CopySharedPreferencesGroup(const GBuffer& group);
 
     // Values that are unreadable at a glance in the file (GStringSupport::Scramble); that keeps no secret.
-    static void SetScramble(int32_t id, const GBuffer& group, const GBuffer& key, const GString& value);
-    static void SetScramble(int32_t id, const GBuffer& group, const GBuffer& key, int32_t value);
-    static GString GetUnscramble(const GBuffer& group, const GBuffer& key);
-    static GString GetUnscramble(int32_t id, const GBuffer& group, const GBuffer& key);
-    static int32_t GetUnscrambleInt32(const GBuffer& group, const GBuffer& key);
-    static int32_t GetUnscrambleInt32(int32_t id, const GBuffer& group, const GBuffer& key);
+    static void SetScramble(int32_t id, const GBuffer& group, const GBuffer& key, const GString& value)
+    {
+        SetAs(id, group, key, GStringSupport::Scramble(value));
+    }
+    static void SetScramble(int32_t id, const GBuffer& group, const GBuffer& key, int32_t value)
+    {
+        SetScramble(id, group, key, PrefText<int32_t>::To(value));
+    }
+    static GString GetUnscramble(const GBuffer& group, const GBuffer& key)
+    {
+        return GStringSupport::DeScramble(Get(group, key));
+    }
+    static GString GetUnscramble(int32_t id, const GBuffer& group, const GBuffer& key)
+    {
+        return GStringSupport::DeScramble(Get(id, group, key));
+    }
+    static int32_t GetUnscrambleInt32(const GBuffer& group, const GBuffer& key)
+    {
+        return PrefText<int32_t>::From(GetUnscramble(group, key));
+    }
+    static int32_t GetUnscrambleInt32(int32_t id, const GBuffer& group, const GBuffer& key)
+    {
+        return PrefText<int32_t>::From(GetUnscramble(id, group, key));
+    }
 
 private:
     using Kind = GVariableSubstitution::Kind;
+
+    template <typename Value>
+    static Value As(const GString* stored)
+    {
+        if constexpr (std::is_same_v<Value, GPathName>)
+            return LoadPathName(stored);  // raises nothing
+        else
+            return PrefText<Value>::From(Load(PrefText<Value>::cKind, stored));
+    }
+    template <typename Value>
+    static bool GetAs(const GString* stored, Value& value)
+    {
+        value = As<Value>(stored);
+        return stored != nullptr;
+    }
+    template <typename Value>
+    static void SetAs(int32_t id, const GBuffer& group, const GBuffer& key, const Value& value)
+    {
+        SetText(id, group, key, Store(PrefText<Value>::cKind, PrefText<Value>::To(value)));
+    }
 
     static const GString* Find(const GBuffer& group, const GBuffer& key);
     static const GString* Find(int32_t id, const GBuffer& group, const GBuffer& key);
@@ -175,4 +281,5 @@ private:
     static GString Store(Kind kind, const GString& text);
     static GString Load(Kind kind, const GString* stored);
     static GPathName LoadPathName(const GString* stored);
+    static void SetText(int32_t id, const GBuffer& group, const GBuffer& key, const GString& stored);
 };
