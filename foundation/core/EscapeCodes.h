@@ -2,6 +2,8 @@
 
 #include "foundation/core/GString.h"
 
+#include <algorithm>
+
 // The escapes of the settings files, for texts of 8-bit and of 16-bit units: Unit is char or QChar.
 namespace EscapeCodes
 {
@@ -78,5 +80,55 @@ inline QLatin1String GetMeaning(ushort letter)
         default:
             return QLatin1String();
     }
+}
+
+// The two rules of what leads an escape: in the quoted strings of files, and in texts that people type, where
+// the other two stand for the backslash in some code pages.
+struct InQuotes
+{
+    static bool IsLead(ushort unit) { return unit == '\\'; }
+};
+struct InTypedText
+{
+    static bool IsLead(ushort unit) { return unit == '\\' || unit == 0x80 || unit == 0xA5; }
+};
+
+inline void Append(GBuffer& target, QLatin1String text)
+{
+    target.append(text.data(), text.size());
+}
+inline void Append(GString& target, QLatin1String text)
+{
+    target.append(text);
+}
+
+// Appends the unit at `at`, or what the escape stands for that begins there, and gives the place behind it. A
+// lead with nothing behind it, or with a letter that means nothing, stands for itself.
+template <typename Rule, typename Unit, typename Text>
+const Unit* TakeBack(const Unit* at, const Unit* end, Text& text)
+{
+    const bool isEscape = Rule::IsLead(GetNumber(*at)) && at + 1 != end;
+    const QLatin1String meaning = isEscape ? GetMeaning(GetNumber(at[1])) : QLatin1String();
+    if (meaning.isEmpty()) {
+        text.append(*at);
+        return at + 1;
+    }
+    Append(text, meaning);
+    return at + 2;
+}
+
+// The same for a whole text: a GBuffer or a GString, or what stands for one.
+template <typename Rule, typename Text, typename Source>
+Text TakeAllBack(const Source& source)
+{
+    Text text;
+    text.reserve(source.size());
+    const auto end = source.cend();
+    for (auto at = source.cbegin(); at != end;) {
+        const auto lead = std::find_if(at, end, [](auto unit) { return Rule::IsLead(GetNumber(unit)); });
+        text.append(at, static_cast<int>(lead - at));
+        at = lead == end ? end : TakeBack<Rule>(lead, end, text);
+    }
+    return text;
 }
 }  // namespace EscapeCodes

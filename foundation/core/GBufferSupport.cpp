@@ -3,46 +3,6 @@
 #include "foundation/core/EscapeCodes.h"
 #include "foundation/core/GEncoding.h"
 
-namespace
-{
-template <typename Unit>
-bool IsLead(Unit unit)
-{
-    const ushort number = EscapeCodes::GetNumber(unit);
-    return number == '\\' || number == 0x80 || number == 0xA5;
-}
-
-void Append(GBuffer& target, QLatin1String text)
-{
-    target.append(text.data(), text.size());
-}
-
-void Append(GString& target, QLatin1String text)
-{
-    target.append(text);
-}
-
-template <typename Text>
-void ReplaceEscapeCodes(Text& text)
-{
-    Text result;
-    result.reserve(text.size());
-    const auto end = text.cend();
-    for (auto at = text.cbegin(); at != end; ++at) {
-        const bool isLead = IsLead(*at) && at + 1 != end;
-        const QLatin1String meaning =
-            isLead ? EscapeCodes::GetMeaning(EscapeCodes::GetNumber(at[1])) : QLatin1String();
-        if (meaning.isEmpty()) {
-            result.append(*at);
-        } else {
-            Append(result, meaning);
-            ++at;
-        }
-    }
-    text = result;
-}
-}  // namespace
-
 void GBufferSupport::ASCIIReplaceSpecialChars(GBuffer& text)
 {
     GBuffer escaped(2 * text.size(), Qt::Uninitialized);
@@ -52,12 +12,12 @@ void GBufferSupport::ASCIIReplaceSpecialChars(GBuffer& text)
 
 void GBufferSupport::ASCIIReplaceEscapeCodes(GBuffer& text)
 {
-    ReplaceEscapeCodes(text);
+    text = EscapeCodes::TakeAllBack<EscapeCodes::InTypedText, GBuffer>(text);
 }
 
 void GBufferSupport::UniReplaceEscapeCodes(GString& text)
 {
-    ReplaceEscapeCodes(text);
+    text = EscapeCodes::TakeAllBack<EscapeCodes::InTypedText, GString>(text);
 }
 
 GString GBufferSupport::GetNameText(const GBuffer& name)

@@ -61,23 +61,13 @@ std::optional<GString> ReadQuoted(const GString& line, int& at)
     if (at == line.size() || line.at(at) != quote)
         return std::nullopt;
     GString text;
-    for (++at; at < line.size(); ++at) {
-        const QChar character = line.at(at);
-        if (character == quote) {
-            ++at;
-            return text;
-        }
-        const bool isLead = character == QLatin1Char('\\') && at + 1 < line.size();
-        const QLatin1String meaning =
-            isLead ? EscapeCodes::GetMeaning(line.at(at + 1).unicode()) : QLatin1String();
-        if (meaning.size() == 0) {
-            text += character;
-            continue;
-        }
-        text += meaning;
-        ++at;
-    }
-    return std::nullopt;
+    const QChar* place = line.cbegin() + at + 1;
+    while (place != line.cend() && *place != quote)
+        place = EscapeCodes::TakeBack<EscapeCodes::InQuotes>(place, line.cend(), text);
+    if (place == line.cend())
+        return std::nullopt;
+    at = static_cast<int>(place - line.cbegin()) + 1;
+    return text;
 }
 
 // Takes an entry from a line that is neither blank nor a comment; false when it is none.

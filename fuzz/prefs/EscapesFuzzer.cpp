@@ -1,7 +1,9 @@
 #include "foundation/core/GBufferSupport.h"
 #include "foundation/core/GMemoryInputStream.h"
 #include "foundation/core/GStringSupport.h"
+#include "foundation/prefs/DictValue.h"
 #include "foundation/prefs/GBin2TextStream.h"
+#include "foundation/strings/GStringFileReader.h"
 
 #include <cstdlib>
 
@@ -20,6 +22,25 @@ bool ReadQuoted(const GString& source, int bufferSize, GString& text)
     GBin2TextStream stream(buffered, GEncoding::GetUTF16());
     return stream.ReadQuotedString(text);
 }
+
+GString ReadInPlace(const GString& text)
+{
+    return DictValue(QStringRef(&text), true).GetText();
+}
+
+// Every reader of quoted texts takes the same escapes back, and so does that of typed ones, but for two leads
+// of its own.
+void CompareReaders(const GString& text, const GString& quoted, const GString& once)
+{
+    Require(ReadInPlace(quoted.mid(1, quoted.size() - 2)) == once);
+    bool isTaken = false;
+    GStringFileReader::Parse("1 " + quoted.toUtf8(), QStringLiteral("fuzz"),
+                             [&](uint32_t, const GString& taken) { isTaken = taken == once; });
+    Require(isTaken);
+    GString typed = text;
+    GStringSupport::SetSpecialCharacters(typed);
+    Require(text.contains(QChar(0x80)) || text.contains(QChar(0xA5)) || typed == ReadInPlace(text));
+}
 }  // namespace
 
 // Escapes and takes escapes back, in text and bytes, with a buffer of the size that the first byte gives.
@@ -32,16 +53,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const int bufferSize = data[0] + 1;
 
     GString damaged;
-    ReadQuoted(QLatin1Char('"') + text, bufferSize, damaged);
+    Require(ReadQuoted(QLatin1Char('"') + text, bufferSize, damaged) || damaged == ReadInPlace(text));
     GString quoted = text;
     GStringSupport::QuoteString(quoted);
     GString once;
     Require(ReadQuoted(quoted, bufferSize, once));
+    CompareReaders(text, quoted, once);
     GStringSupport::QuoteString(once);
     Require(once == quoted);
 
-    GString typed = text;
-    GStringSupport::SetSpecialCharacters(typed);
     GBuffer typedBytes = bytes;
     GBufferSupport::ASCIIReplaceEscapeCodes(typedBytes);
     GBuffer escapedBytes = bytes;
