@@ -268,5 +268,7 @@ int main(int argc, char** argv)
              "load ten times the entries a group"},
             {"SaveOurs/2000/500", "SaveOurs/200/500", "save ten times the groups"},
             {"SaveOurs/200/5000", "SaveOurs/200/500", "save ten times the entries a group"},
+            {"ReadRecordsInPlace", "ReadRecordsIntoDicts",
+             "records where they stand beside those in dictionaries"},
         });
 }

