@@ -1,4 +1,5 @@
 #include "hopbox/HopboxHandOff.h"
+#include "tests/support/FolderRights.h"
 #include "tests/support/PrinterProcessor.h"
 #include "tests/support/Test.h"
 
@@ -31,17 +32,6 @@ static bool IsOpenToAll(const QString& path)
     return isOpen;
 }
 
-static bool SetRights(const QString& path, const wchar_t* text)
-{
-    PSECURITY_DESCRIPTOR descriptor = nullptr;
-    std::wstring name = QDir::toNativeSeparators(path).toStdWString();
-    if (!ConvertStringSecurityDescriptorToSecurityDescriptorW(text, SDDL_REVISION_1, &descriptor, nullptr))
-        return false;
-    const bool isSet = SetFileSecurityW(name.c_str(), DACL_SECURITY_INFORMATION, descriptor) != 0;
-    LocalFree(descriptor);
-    return isSet;
-}
-
 TEST(RightsTest, WhatArrivesIsForWhomTheInboxIs)
 {
     for (const bool isOpen : {true, false}) {
@@ -49,8 +39,8 @@ TEST(RightsTest, WhatArrivesIsForWhomTheInboxIs)
         const QString inbox = sandbox.GetPath("in"_q);
         WriteFile(sandbox.GetPath("a.pdf"_q), "1");
         PrinterProcessor receiver(sandbox, {"--inbox"_q, inbox});
-        ASSERT_TRUE(SetRights(inbox, isOpen ? L"D:(A;OICI;FA;;;OW)(A;OICI;FA;;;BA)(A;OICI;FR;;;WD)"
-                                            : L"D:(A;OICI;FA;;;OW)(A;OICI;FA;;;BA)"));
+        ASSERT_TRUE(SetFolderRights(inbox, isOpen ? L"D:(A;OICI;FA;;;OW)(A;OICI;FA;;;BA)(A;OICI;FR;;;WD)"
+                                                  : L"D:(A;OICI;FA;;;OW)(A;OICI;FA;;;BA)"));
         EXPECT_TRUE(
             HopboxHandOff::SubmitJob("Press"_q, QDir::toNativeSeparators(sandbox.GetPath("a.pdf"_q))));
         const QString saved = receiver.ReadLine().value("saved"_q).toString();
