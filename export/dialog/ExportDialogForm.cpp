@@ -95,11 +95,15 @@ void ExportDialogForm::CreateButtons()
     okButton->setAccessibleDescription(altHint->text());
 }
 
-void ExportDialogForm::NarrowBy(int pixels)
+void ExportDialogForm::NarrowTo(int width)
 {
-    if (pixels <= 0 || altHint->wordWrap())
+    const QLayout& layout = *mDialog.layout();
+    const QMargins margins = layout.contentsMargins();
+    const int least = options->minimumSizeHint().width() + margins.left() + margins.right();
+    const int excess = layout.totalSizeHint().width() - std::max(width, least);
+    if (excess <= 0 || altHint->wordWrap())
         return;
-    altHint->setFixedWidth(std::max(altHint->sizeHint().width() - pixels, altHint->sizeHint().width() / 3));
+    altHint->setFixedWidth(altHint->sizeHint().width() - excess);
     altHint->setWordWrap(true);
 }
 

@@ -26,8 +26,8 @@ public:
     // Fills the dialog, which has no layout yet.
     ExportDialogForm(QWidget& dialog, const GCPTSaveAsTool& tool);
 
-    // Wraps the hint, where the dialog is wider than its screen by so many pixels; nothing for none.
-    void NarrowBy(int pixels);
+    // Wraps the hint where the dialog is wider than that many pixels because of it.
+    void NarrowTo(int width);
 
     QLabel* pdfSettingsLabel;
     HopboxBox* pdfSettings;

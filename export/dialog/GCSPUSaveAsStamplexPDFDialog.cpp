@@ -237,7 +237,7 @@ void GCSPUSaveAsStamplexPDFDialog::KeepOnScreen()
 {
     mFrame = windowHandle() == nullptr ? QMargins() : windowHandle()->frameMargins();
     const QRect room = screen()->availableGeometry().marginsRemoved(mFrame);
-    mForm.NarrowBy(layout()->totalSizeHint().width() - room.width());
+    mForm.NarrowTo(room.width());
     const int rest = layout()->totalSizeHint().height() - mForm.adjustment->sizeHint().height();
     if (!mForm.options->isHidden() && !mForm.options->IsCollapsed())
         mForm.adjustment->SetMostHeight(room.height() - rest);

@@ -92,12 +92,15 @@ TEST_F(DialogTest, TheClickThatLeavesAFieldDoesNotExportWhatTheFieldIsCorrectedT
     field->setFocus();
     field->GetTextField()->setText("999"_q);
     EXPECT_FALSE(ok->isEnabled());
-    const QPoint place = ok->mapTo(mDialog.get(), ok->rect().center());
-    QTest::mouseClick(mDialog->windowHandle(), Qt::LeftButton, Qt::NoModifier, place);
+    const auto clickOK = [this] {
+        QTest::mouseClick(mDialog->windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                          ok->mapTo(mDialog.get(), ok->rect().center()));
+    };
+    clickOK();
     EXPECT_EQ(field->GetPoints(), 72);
     EXPECT_TRUE(party.host.commands.empty());
     EXPECT_TRUE(QTest::qWaitFor([&] { return ok->isEnabled(); }));
-    QTest::mouseClick(mDialog->windowHandle(), Qt::LeftButton, Qt::NoModifier, place);
+    clickOK();
     EXPECT_EQ(party.host.commands.size(), 1u);
 }
 
