@@ -32,7 +32,7 @@ TEST(GCSPUUserMessage, BoxesHaveTheirIconTextAndButtons)
         {[&] { message.ShowErrorMessage(cTitle, cText); }, QMessageBox::Critical, QMessageBox::Ok},
         {[&] { message.ShowErrorMessage(cTitle, cText + ", Arial"_q.repeated(5000)); }, QMessageBox::Critical,
          QMessageBox::Ok},
-        {[&] { message.ShowWarningMessage(cTitle, cText); }, QMessageBox::Warning,
+        {[&] { static_cast<void>(message.ShowWarningMessage(cTitle, cText)); }, QMessageBox::Warning,
          QMessageBox::Ok | QMessageBox::Cancel},
     };
     for (const auto& entry : cases) {
