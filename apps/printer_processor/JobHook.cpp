@@ -3,6 +3,7 @@
 #include "foundation/system/GBoundProcess.h"
 
 #include <QJsonDocument>
+#include <QTemporaryFile>
 
 #include <algorithm>
 #include <cstdio>
@@ -31,8 +32,8 @@ QString GetLastLine(const QByteArray& output)
 }
 }  // namespace
 
-JobHook::JobHook(JobCommand command, JobJournal* journal, std::function<void(const QJsonObject&)> print)
-    : mCommand(std::move(command)), mJournal(journal), mPrint(std::move(print)), mThread([this] { Run(); })
+JobHook::JobHook(JobCommand command, JobInbox* inbox, std::function<void(const QJsonObject&)> print)
+    : mCommand(std::move(command)), mInbox(inbox), mPrint(std::move(print)), mThread([this] { Run(); })
 {
 }
 
@@ -104,16 +105,20 @@ bool JobHook::WaitForFirst(Item* item)
     return false;
 }
 
-// Why the command failed; empty when it did not.
+// Why the command failed; empty when it did not. What it reads is in a file: through a pipe it would get a
+// part of it, or nothing, when this process is killed, and could not tell that from the whole.
 QString JobHook::RunCommand(const QJsonObject& line) const
 {
+    QTemporaryFile input(mInbox->GetScratchFolder().GetNativePath() + QStringLiteral("/call-XXXXXX"));
+    const QByteArray text = QJsonDocument(line).toJson(QJsonDocument::Compact) + '\n';
+    if (!input.open() || input.write(text) != text.size() || !input.flush())
+        return QStringLiteral("What the command is to read can't be written: %1").arg(input.errorString());
     GBoundProcess process(GBoundProcess::Ending::cByRequest);
     process.setProcessChannelMode(QProcess::MergedChannels);
+    process.setStandardInputFile(input.fileName());
     if (!process.Start(mCommand.program,
                        mCommand.arguments + QStringList(line.value(QLatin1String("saved")).toString())))
         return QStringLiteral("The command can't be started: %1").arg(process.errorString());
-    process.write(QJsonDocument(line).toJson(QJsonDocument::Compact) + '\n');
-    process.closeWriteChannel();
     QByteArray end;
     while (!process.waitForFinished(cLook) && process.state() != QProcess::NotRunning) {
         PassOn(process, &end);
@@ -136,7 +141,7 @@ QString JobHook::RunCommand(const QJsonObject& line) const
 // In this order: nothing is told of a success that is not in the journal.
 void JobHook::Succeed(const Item& item)
 {
-    mJournal->NoteDone(item.number);
+    mInbox->GetJournal().NoteDone(item.number);
     QJsonObject line = item.line;
     line.insert(QStringLiteral("ran"), true);
     mPrint(line);

@@ -23,7 +23,7 @@ struct JobCommand
 
 // Runs a command for each job that lies in the inbox, on a thread of its own, one after the other in the
 // order in which they came. The job's path is its last argument, and the job's line in JSON, with its "id",
-// its standard input; what it prints goes to standard error.
+// its standard input, a file that is whole before the command begins; what it prints goes to standard error.
 //
 // A job is over when the command ends with status 0: only then it goes out of the journal. Else it is run
 // again, with the same id, and no other job's before. When it has failed as often as it may, its turn is
@@ -32,8 +32,8 @@ class JobHook
 {
 public:
     // `print` is called on the thread with a line for each command that succeeded ("ran" is true), has failed
-    // for a new reason ("waiting"), or was given up ("error" alone). The journal must outlive this.
-    JobHook(JobCommand command, JobJournal* journal, std::function<void(const QJsonObject&)> print);
+    // for a new reason ("waiting"), or was given up ("error" alone). The inbox must outlive this.
+    JobHook(JobCommand command, JobInbox* inbox, std::function<void(const QJsonObject&)> print);
 
     // Stops, and waits for the end of the thread.
     ~JobHook();
@@ -72,7 +72,7 @@ private:
     void DropFirst();
 
     const JobCommand mCommand;
-    JobJournal* const mJournal;
+    JobInbox* const mInbox;
     const std::function<void(const QJsonObject&)> mPrint;
     std::atomic<bool> mIsStopped{false};
     std::atomic<bool> mHasGivenUp{false};

@@ -10,10 +10,10 @@ static constexpr std::chrono::seconds cLongestPause(60);
 
 JobWorker::JobWorker(JobInbox* inbox, const JobCommand& command)
     : mInbox(inbox),
-      mHook(command.program.isEmpty()
-                ? nullptr
-                : std::make_unique<JobHook>(command, &inbox->GetJournal(),
-                                            [this](const QJsonObject& line) { Print(line); })),
+      mHook(
+          command.program.isEmpty()
+              ? nullptr
+              : std::make_unique<JobHook>(command, inbox, [this](const QJsonObject& line) { Print(line); })),
       mThread([this] { Run(); })
 {
 }

@@ -26,6 +26,9 @@ public:
 
     JobJournal& GetJournal() { return *mJournal; }
 
+    // Where a file of a moment may lie: each start empties it of what it doesn't know.
+    const GPathName& GetScratchFolder() const { return mCopies; }
+
     // Copies a job of the journal that lies at a location, and gives the path of the copy. It stays in the
     // journal: when it comes again, the path is given again and nothing is copied. Raises a RefusedJob when
     // the job is at fault. What else it raises may be gone the next time: the job is to be tried again, as it
