@@ -51,7 +51,7 @@ void Require(bool isRead)
 
 void ReadRecordsInPlace(benchmark::State& state)
 {
-    const Reader::Take take = [](const QStringRef& key, const DictValue& value) {
+    const Reader::Sink take = [](const QStringRef& key, const DictValue& value) {
         benchmark::DoNotOptimize(key.size() + value.GetText().size());
     };
     for (auto _ : state) {

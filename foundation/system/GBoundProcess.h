@@ -4,9 +4,9 @@
 
 #include <memory>
 
-// A program that does not outlive this process, however this process ends: not even when it is killed while
-// it is starting the program, and what was to become the program has its files and locks still. On Linux the
-// thread that started the program must live as long as the process.
+// A program that does not outlive this process, however this process ends. On Linux that holds also when the
+// process is killed while it starts the program; the thread that starts it must live as long as the process.
+// On Windows a program whose starter is killed in that very moment runs on.
 //
 // As every QProcess, an object belongs to the thread that made it. The destructor of one whose program still
 // runs ends that by force, and waits for it.

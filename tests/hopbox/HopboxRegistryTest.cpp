@@ -161,7 +161,7 @@ TEST(HopboxRegistry, PreferenceGroupIsTheNameUnlessThePlugInKeepsIt)
     const Sandbox sandbox;
     const HopboxRegistry empty;
     EXPECT_TRUE(empty.GetPreferenceGroup("none"_q).isEmpty());
-    for (const char* name : {"", "CSPluginUI", "SmartFileList", "General", "PrefSharing"}) {
+    for (const char* name : {"", "CSPluginUI", "SmartFileList", "General", "PrefSharing", "Results"}) {
         const GString key = AddEntry(QLatin1String(name), QString());
         EXPECT_EQ(HopboxRegistry().GetPreferenceGroup(key), key) << name;
     }

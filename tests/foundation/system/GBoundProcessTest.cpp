@@ -36,8 +36,9 @@ TEST(GBoundProcess, ProgramEndsWithTheProcessThatStartedIt)
         ASSERT_NE(program, 0U);
         EXPECT_TRUE(GProcessInfo::IsAlive(program));
         starter.Kill();
-        while (GProcessInfo::IsAlive(program))
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        for (int look = 0; look < 1000 && GProcessInfo::IsAlive(program); ++look)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        EXPECT_FALSE(GProcessInfo::IsAlive(program)) << ending;
     }
 }
 

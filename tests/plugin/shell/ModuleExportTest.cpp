@@ -144,7 +144,7 @@ TEST_F(Module, ExportsThroughItsDialogByKeysAlone)
         if (entry.action == cDocument) {
             EXPECT_EQ(host.commands.back()->pages, (std::vector<UID>{GetPageUID(2), GetPageUID(3)}));
         }
-        plugIn->Unload();
+        EXPECT_TRUE(plugIn->Unload());
     }
 }
 

@@ -28,7 +28,7 @@ TEST_F(Module, RegistersItsMenusAnswersStatesIsReleasedAndComesBack)
     EXPECT_EQ(list.set.filter(" o"_q), "1674244 off|1674244 on"_list);
 
     plugIn->GetStartupShutdownService()->Shutdown();
-    plugIn->Unload();
+    EXPECT_TRUE(plugIn->Unload());
     EXPECT_EQ(plugIn->GetStartupShutdownService(), nullptr);
     library.unload();
     Load();
@@ -74,7 +74,7 @@ TEST_F(Module, MakesTheApplicationThatIsMissingAndNoOther)
         EXPECT_EQ(Create() != nullptr, isUsable) << application << error.toStdString();
         EXPECT_EQ(error.isEmpty(), isUsable) << application;
         EXPECT_EQ(QCoreApplication::instance() != nullptr, own || isUsable) << application;
-        plugIn->Unload();
+        EXPECT_TRUE(plugIn->Unload());
         EXPECT_EQ(QCoreApplication::instance(), own.get()) << application;
     }
 }
