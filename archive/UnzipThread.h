@@ -23,15 +23,16 @@ enum class ActionOnError
 
 // Extracts a whole archive on a thread of its own.
 //
-// The signals are emitted on that thread; connected to an object of the interface thread they arrive there.
-// When an entry fails, the thread emits NotifyError and waits, without limit, for an answer: the function set
-// by setErrorHandler() gives it, or whoever is connected to NotifyError calls answer().
+// The signals are emitted on that thread; an object of the interface thread that is connected to them
+// receives them on its own thread. When an entry fails, the thread emits NotifyError and waits for an answer
+// without a time limit. The answer comes from the function set by setErrorHandler(), or from a slot of
+// NotifyError that calls answer().
 class UnzipThread : public QThread
 {
     Q_OBJECT
 
 public:
-    // Asked on the thread that this object belongs to, with the text of the error.
+    // Called with the text of the error, on the thread that this object belongs to.
     using ErrorHandler = std::function<ActionOnError(const QString& text)>;
 
     // Extracts the archive into the folder, once start() is called. `mode` is added to the rights of every
@@ -39,11 +40,11 @@ public:
     UnzipThread(const QString& zipPath, const QString& destinationFolder, int mode,
                 QObject* parent = nullptr);
 
-    // Ends the extraction, whatever it is doing or waiting for, keeps what was extracted whole, and waits for
-    // the thread's end.
+    // Ends the extraction, whatever it is doing or waiting for, and waits until the thread has ended. Entries
+    // that were extracted whole stay.
     ~UnzipThread() override;
 
-    // The next three before start().
+    // Call the next three before start().
     void setErrorHandler(const ErrorHandler& handler) { mErrorHandler = handler; }
     void setLimits(const ZipLimits& limits) { mArchive.setLimits(limits); }
     void setProgress(std::function<void(qint64 bytes)> progress)
@@ -58,8 +59,8 @@ public:
     // Why the archive could not be opened; empty when it could, and before InitProgress.
     QString getOpenError() const;
 
-    // The answer to the last NotifyError, from any thread, from a slot that is connected directly as well. An
-    // answer that comes before its question is forgotten.
+    // Answers the last NotifyError. Can be called from any thread, and also from a slot that is connected
+    // directly. An answer that comes before its question is ignored.
     void answer(ActionOnError action);
 
 public slots:
@@ -71,7 +72,7 @@ signals:
     void InitProgress(int count);
 
     // Before an entry is extracted: its number, from 0, and its name. While extracted entries are removed:
-    // how many are left, and the name of the one that goes.
+    // how many are left, and the name of the one that is removed.
     void Progress(int index, const QString& name);
 
     void DoneProgress();

@@ -12,14 +12,14 @@
 
 namespace Morvane
 {
-// A zip archive opened for reading and gone through entry by entry:
+// A zip archive that is read entry by entry:
 //
 //     for (archive.StartIterate(); !archive.AtEnd(); archive.Next())
 //         archive.ExtractCurrentFile(folder, password, 0);
 //
-// The archive is opened by the first use and stays open. Whatever is in it is taken as hostile: an entry
-// whose name would lead out of the destination, that is a symbolic link, or that is larger than the limits is
-// refused with a text that names it, and the iteration can go on behind it (see ZipEntryPath for the names).
+// The first use opens the archive, and it stays open. Its content may be hostile. An entry is refused, with a
+// text that names it, if its name would lead out of the destination, if it is a symbolic link, or if it is
+// larger than the limits. The iteration can then go on with the next entry (see ZipEntryPath for the names).
 //
 // No operation throws. A failure puts its text into the last error and reports it to the log. An object
 // belongs to one thread at a time; only cancel() may be called from another.
@@ -34,13 +34,13 @@ public:
     ZipArchive(const ZipArchive&) = delete;
     ZipArchive& operator=(const ZipArchive&) = delete;
 
-    // Goes to the first entry and gives the number of entries. 0 with AtEnd() set when there are none, and
-    // when the archive can't be read ("Can't open zip archive: " and its path); hasFailed() tells which. Also
-    // begins a new account of the limits.
+    // Goes to the first entry and gives the number of entries. 0 with AtEnd() set when there are no entries,
+    // and when the archive can't be read ("Can't open zip archive: " and its path); hasFailed() tells which.
+    // What the limits count also starts at zero again.
     int StartIterate();
 
-    // Goes to the next entry. False, with AtEnd() set, behind the last one and when the directory can't be
-    // read further; hasFailed() tells which.
+    // Goes to the next entry. False, with AtEnd() set, after the last entry and when the rest of the
+    // directory can't be read; hasFailed() tells which.
     bool Next();
 
     // Whether the current index has reached the number of entries.
@@ -57,58 +57,63 @@ public:
     // in one. Empty when the archive gives no name, and at the end.
     QString GetCurrentFileName() const { return AtEnd() ? QString() : getCurrentEntry().name; }
 
-    // Everything that the archive's directory says of the current entry; of no use at the end.
+    // Everything that the archive's directory says about the current entry. Not to be used at the end.
     const ZipEntry& getCurrentEntry() const { return mReader->getEntry(); }
 
     // The text of the last failure. A success leaves it as it is.
     const QString& GetLastError() const { return mLastError; }
 
-    // Writes the current entry below the destination folder, making the folders on the way to it. A file that
-    // is there already is replaced once the new one is complete, unless it is read-only; a failure leaves it
-    // as it was and no partial file. `mode` is added to the rights of the file (the nine bits of a file mode;
-    // 0 for none beyond what the entry brings). The password counts for encrypted entries only; it is
-    // tried in Latin-1 and then in UTF-8, as archives do not tell which they have.
+    // Writes the current entry below the destination folder, and makes the folders that it needs there. A
+    // file that is there already is replaced when the new one is complete, unless the old one is read-only. A
+    // failure leaves the old file as it was, and no incomplete file. `mode` is added to the rights of the
+    // file (the nine bits of a file mode; 0 adds no rights to those of the entry). The password is used only
+    // for encrypted entries. It is tried in Latin-1 and then in UTF-8, because archives do not tell which of
+    // them they use.
     [[nodiscard]] bool ExtractCurrentFile(const QString& destinationFolder, const QString& password,
                                           int mode);
 
-    // The bytes of the current entry. A null array on failure; an entry without bytes gives an empty one that
-    // is not null. More than the memory limit is refused.
+    // The bytes of the current entry. A null array on failure; an entry without bytes gives an empty array
+    // that is not null. An entry larger than the memory limit is refused.
     QByteArray ExtractCurrentToMemory(const QString& password);
 
-    // Reads the current entry and keeps nothing of it: whether it is whole, as its checksum says. `onRead` is
-    // told of the bytes of each chunk; false gives up. May be empty. Folders are whole.
+    // Reads the current entry without keeping its content. True if the entry is whole, which its checksum
+    // tells. `onRead` is called with the number of bytes of each chunk; if it gives false, the reading ends.
+    // It may be empty. Folders are always whole.
     [[nodiscard]] bool CheckCurrentFile(const QString& password,
                                         const std::function<bool(qint64 bytes)>& onRead);
 
-    // The bytes of the first entry whose whole name matches the regular expression, folders passed over; null
-    // when none does, and on failure. Moves to that entry, or to the end.
+    // The bytes of the first entry whose whole name matches the regular expression; folders are skipped. Null
+    // when no name matches, and on failure. Moves to that entry, or to the end.
     QByteArray ExtractToMemory(const QString& pattern, const QString& password);
 
     // The decoded names of all entries, as far as they can be read. The iteration stays where it is.
     QStringList GetFileList();
 
-    // What a run from StartIterate() on may put on the disk; by default what ZipLimits has. An entry that
-    // would go beyond them is refused before anything is written for it.
+    // Sets how much may be written to the disk after each StartIterate(); by default what ZipLimits has. An
+    // entry that would exceed the limits is refused before anything is written for it.
     void setLimits(const ZipLimits& limits);
 
-    // How many bytes an entry that is extracted to memory may have; 64 MiB by default, never more than 1 GiB.
+    // Sets how many bytes an entry that is extracted to memory may have: 64 MiB by default, never more than 1
+    // GiB.
     void setMemoryLimit(qint64 bytes) { mMemoryLimit = bytes; }
 
     // Where failures are reported; null for the process-wide trace.
     void setLogInterface(ILogInterface* log) { mLog = ZipLog(log); }
 
-    // From any thread: the extraction that is under way, and every later one, fails soon.
+    // From any thread: makes the running extraction, and every later one, fail soon.
     void cancel() { mIsCancelled = true; }
 
-    // Told, on the thread that extracts, of the bytes of each chunk that ExtractCurrentFile() has written,
-    // and of less than none when they are taken back. May be empty.
+    // Sets a function that is called on the extracting thread with the number of bytes of each chunk that
+    // ExtractCurrentFile() has written. The number is negative when written bytes are taken back. The
+    // function may be empty.
     void setProgress(std::function<void(qint64 bytes)> progress) { mProgress = std::move(progress); }
 
-    // The folders that extraction has made since StartIterate() and that are empty are removed again. For
-    // whoever takes an extraction back.
+    // Removes the empty folders that extraction has made since StartIterate(). For callers that undo an
+    // extraction.
     void removeMadeFolders(const QString& destinationFolder);
 
-    // Removes what ExtractCurrentFile() wrote for an entry of that name. True when it was there and is gone.
+    // Removes what ExtractCurrentFile() wrote for an entry of that name. True when it was there and has been
+    // removed.
     [[nodiscard]] bool removeExtracted(const QString& destinationFolder, const QString& entryName);
 
 private:

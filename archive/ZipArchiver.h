@@ -18,7 +18,7 @@ class ZipOutput;
 class ZipReader;
 class ZipSource;
 
-// Whether an archive is made anew, in place of one that may be there, or added to.
+// Whether a new archive is made, which replaces an existing one, or entries are added to an existing archive.
 enum class ZipStart
 {
     Create,
@@ -35,14 +35,15 @@ enum class ZipNames
 
 // A zip archive being written.
 //
-// It is written beside its place, flushed to disk and put there whole by FinishWriting(), with the rights of
-// the one that was there (see GDurableFile, which does it). Whatever fails before, and the end of the
-// object's life without FinishWriting(), leaves what was there before and nothing else; so does a kill.
+// It is written under another name beside its place and flushed to disk. FinishWriting() puts the whole
+// archive in its place, with the rights of the old one (GDurableFile does this). If something fails before,
+// if the object is deleted without FinishWriting(), or if the process is killed, only what was there before
+// remains.
 //
 // No operation throws; each gives whether it succeeded, and reports its failure to the log. Once an entry has
-// failed in the middle of its content, the archive can't be finished any more, see isWriting(). Sources that
-// can't be opened are told before anything is written for them, and the archive can go on without them. An
-// object belongs to one thread at a time.
+// failed in the middle of its content, the archive can't be finished any more, see isWriting(). If a source
+// can't be opened, that is reported before anything is written for it, and the archive can go on without it.
+// An object belongs to one thread at a time.
 class ZipArchiver
 {
 public:
@@ -56,18 +57,18 @@ public:
     ZipArchiver(const ZipArchiver&) = delete;
     ZipArchiver& operator=(const ZipArchiver&) = delete;
 
-    // Begins to write. The password (empty for none) is that of every entry that is added without one of its
-    // own, and has to be one of Latin-1; the level, 0 (stored) to 9, that of every entry added with
-    // cStartLevel. Appending to an archive that is not there creates it.
+    // Begins to write. The password (empty for none) is used for every entry that is added without its own
+    // password; it may contain only Latin-1 characters. The level, 0 (stored) to 9, is used for every entry
+    // that is added with cStartLevel. Appending to a missing archive creates it.
     [[nodiscard]] bool StartWriting(ZipStart start, const QString& password, int level);
 
     // Adds a file, or a folder without its contents, under a name with '/' or '\' between its parts. A name
-    // that the archive has already is refused. The entry gets the file's date and rights, the content of what
-    // a link leads to, and no name field when it has about 4 GiB or more, or lies that far into the archive:
-    // the field would hide the sizes from every reader.
+    // that the archive has already is refused. The entry gets the file's date and rights; for a link, it gets
+    // the content of the file that the link leads to. It gets no name field if it has about 4 GiB or more, or
+    // begins that far into the archive, because the field would hide the sizes from every reader.
     //
-    // A file that grows meanwhile is packed as far as it went at first, and one that changes may be a mixture
-    // in the archive: that is told as a failure, too, and the archive can go on.
+    // If a file grows meanwhile, only its first size is packed; if it changes, the archive may hold a
+    // mixture. Both are reported as a failure, and the archive can go on.
     [[nodiscard]] bool AddFile(const QString& sourcePath, const QString& nameInArchive, int level,
                                ZipNames names, const QString& password);
 
@@ -75,8 +76,8 @@ public:
     [[nodiscard]] bool AddFileWithIerarchy(const QString& sourcePath, const QString& baseFolder, int level,
                                            ZipNames names);
 
-    // Ends the archive and brings it to the disk beside its place, so that FinishWriting() has one step to
-    // do. For whoever has something else to change with it. Nothing can be added any more.
+    // Ends the archive and flushes it to the disk beside its place, so that FinishWriting() has only one step
+    // to do. For callers that must change something else at the same time. Nothing can be added after this.
     [[nodiscard]] bool EndWriting();
 
     // Ends the archive, unless EndWriting() did, and puts it in its place.
@@ -88,15 +89,15 @@ public:
     // How many entries were added since StartWriting().
     int getAddedCount() const { return mAddedCount; }
 
-    // Whether a path is that of the archive, or of the file that it is written to until it is finished: what
-    // goes through a folder leaves both out.
+    // Whether this is the path of the archive, or of the file that it is written to until it is finished.
+    // Code that packs a whole folder skips both.
     bool isOwnFile(const QString& path) const;
 
     // Where failures are reported; null for the process-wide trace.
     void setLogInterface(ILogInterface* log) { mLog = ZipLog(log); }
 
-    // Called with the bytes of files that were packed since the last call, often with 0. False gives up what
-    // is being done, and the archive.
+    // Sets a function that is called with the number of file bytes that were packed since the last call,
+    // often 0. If it gives false, the current operation and the archive are given up.
     void setProgress(std::function<bool(qint64 bytes)> progress) { mProgress = std::move(progress); }
 
     // The text of the last failure; empty before there was one.

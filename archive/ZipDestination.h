@@ -12,9 +12,9 @@
 
 namespace Morvane
 {
-// The folder that entries are extracted into, and the guard that nothing is written outside it: below it no
-// link is followed, and a file that this object has written is not written again for another entry, under
-// whatever name the file system takes for the same.
+// The folder that entries are extracted into. It makes sure that nothing is written outside it: below the
+// folder no link is followed. A file that this object has written is not written again for another entry,
+// even under another name that the file system treats as the same.
 //
 // Missing folders are made, the destination itself included. Parts are the names on the way from the
 // destination to a file or folder; none of them is "..", empty, or holds a separator.
@@ -29,24 +29,26 @@ public:
     QString getPath(const QStringList& parts) const;
 
     // Makes a folder and all that is missing on the way to it, and adds the mode bits to it. False when that
-    // can't be, or when a link or a file stands in the way.
+    // fails, or when a link or a file is in the way.
     [[nodiscard]] bool makeFolder(const QStringList& parts, int mode = 0);
 
-    // Where waiting for whoever holds a file is told, and what ends the wait; see FileHandler.
+    // The log in which a wait for somebody who has a file open is reported, and the hook that ends such a
+    // wait; see FileHandler.
     void setLog(const ZipLog& log) { mLog = log; }
     void setCancelHook(const FileHandler::CancelHook& isCancelled) { mFiles.setCancelHook(isCancelled); }
 
-    // Bytes that may still be written to the disk of the destination; the largest number when nobody tells.
+    // Bytes that may still be written to the disk of the destination; the largest number when this is not
+    // known.
     qint64 getFreeSpace();
 
     // Why the last operation failed, in the system's words.
     const QString& getReason() const { return mReason; }
 
-    // Takes back the folders that makeFolder() and beginFile() have made since the last call of this, as far
-    // as they are empty.
+    // Removes the empty folders that makeFolder() and beginFile() have made since the last call of this
+    // function.
     void removeMadeFolders();
 
-    // Removes a file or an empty folder. True when it was there and is gone.
+    // Removes a file or an empty folder. True when it was there and has been removed.
     [[nodiscard]] bool remove(const QStringList& parts);
 
     // Forgets which files were written, and closes the folders that are kept open between calls.
@@ -78,10 +80,10 @@ private:
     std::vector<QStringList> mMadeFolders;
 };
 
-// One file on its way into a destination. It has no name, or a hidden one, until it is complete; what is not
-// committed leaves no trace, also when the process is killed. (Where a file system of a POSIX system knows no
-// files without a name, the hidden one stays then. The next extraction into the folder that needs such a name
-// removes it, unless a living process owns it.)
+// A file that is being written into a destination. It has no name, or a hidden one, until it is complete. A
+// file that is not committed leaves no trace, even when the process is killed. (On a POSIX file system
+// without nameless files, a killed process leaves the hidden file. The next extraction into the folder that
+// needs such a name removes it, unless a living process owns it.)
 class ZipTarget
 {
 public:
@@ -92,18 +94,18 @@ public:
         TakenByOther  // another entry of the same archive has been written to this file
     };
 
-    // The folder of the file has been made with makeFolder() just before.
+    // The folder of the file must have been made with makeFolder() just before.
     explicit ZipTarget(ZipDestination& destination);
     ~ZipTarget();
     ZipTarget(const ZipTarget&) = delete;
     ZipTarget& operator=(const ZipTarget&) = delete;
 
-    // Begins the file of that name for the entry of that number.
+    // Begins the file with that name for the entry with that number.
     Result begin(const QString& name, int entryIndex);
 
     ZipFile& getFile() { return *mFile; }
 
-    // Closes the file and puts it in its place. False when that fails, and nothing is left.
+    // Closes the file and puts it in its place. False when that fails; nothing is left then.
     [[nodiscard]] bool commit();
 
 private:

@@ -8,9 +8,9 @@ namespace Morvane
 {
 class ZipInput;
 
-// Where the directory of an archive lies. Found by the records at the archive's end, and believed only as far
-// as the directory itself confirms them: archives say too few entries, have bytes before and behind them,
-// and comments of any length.
+// Where the directory of an archive is. The records at the archive's end lead to it, but are trusted only if
+// the directory itself confirms them: archives can give too small a number of entries, and can have other
+// bytes before and after them and comments of any length.
 struct ZipDirectory
 {
     qint64 start = 0;    // of the first record
@@ -20,15 +20,15 @@ struct ZipDirectory
                          // more than it has room for
     QByteArray comment;  // of the whole archive
 
-    // The records that would end an archive just behind the directory: without a comment, and in the form
+    // The records that would end an archive directly after the directory: without a comment, and in the form
     // that has room for every number.
     QByteArray makeEnd() const;
 };
 
-// Whether the data of two entries overlap, which lets a small archive become any size: no honest program
-// makes such. Headers that the entries share count, too.
+// Whether the data of two entries overlap. With overlaps a small archive can grow to any size when it is
+// extracted; no honest program makes them. Headers that entries share count, too.
 bool haveEntriesOverlap(ZipInput& input, const ZipDirectory& directory);
 
-// Nothing when there is none.
+// Finds the directory; gives nothing when there is none.
 std::optional<ZipDirectory> findZipDirectory(ZipInput& input);
 }  // namespace Morvane

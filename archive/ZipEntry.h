@@ -5,7 +5,7 @@
 
 namespace Morvane
 {
-// One entry of an archive, as its directory describes it. Nothing of it is to be trusted.
+// One entry of an archive, as its directory describes it. None of these values can be trusted.
 struct ZipEntry
 {
     // The decoded name, with '/' between its parts on every system. Empty when the archive gives none.
@@ -20,7 +20,7 @@ struct ZipEntry
     uint32_t attributes = 0;  // low byte: those of DOS; on systems like Unix the file mode in the high half
     uint32_t dosTime = 0;     // date in the high half, time in the low one
 
-    // By a name that ends in a separator, or by the attribute.
+    // True if the name ends in a separator or the attribute says so.
     bool isFolder() const;
 
     bool isEncrypted() const;
@@ -30,15 +30,15 @@ struct ZipEntry
     // date.
     QDateTime getModified() const;
 
-    // Whether nobody is to write the file.
+    // Whether nobody may write to the file.
     bool isReadOnly() const;
 
-    // The rights that the entry asks for, as the nine bits of a file mode; 0 where it comes from a system
-    // whose attributes tell nothing of the kind.
+    // The rights that the entry asks for, as the nine bits of a file mode; 0 if it comes from a system whose
+    // attributes do not have such rights.
     int getMode() const;
 };
 
-// The date and time of an entry for a moment. Years before 1980 and after 2107 have no form and become the
-// first or last moment that has one.
+// A moment in the form of an entry's date and time. The form has no years before 1980 or after 2107: such
+// moments become the first or the last one that is possible.
 uint32_t makeDosTime(const QDateTime& moment);
 }  // namespace Morvane

@@ -12,7 +12,7 @@
 
 namespace Morvane
 {
-// What tells one file from another on this system, whatever it is called: volume and number.
+// Identifies a file on this system under any of its names: volume and number.
 using FileIdentity = std::pair<uint64_t, uint64_t>;
 
 // An open file below a destination folder. Closes itself.
@@ -32,14 +32,15 @@ public:
     // Adds rights, the nine bits of a file mode, to those that the file has. Windows knows none.
     [[nodiscard]] bool addMode(int mode);
 
-    // Takes the right to write from everybody.
+    // Removes everybody's right to write.
     [[nodiscard]] bool setReadOnly();
     [[nodiscard]] bool setModified(const QDateTime& moment);
 
     // Nothing when the system does not tell.
     std::optional<FileIdentity> getIdentity() const;
 
-    // Owns the file, as GOwnedFile does, until the handle is closed; not open where the file is safe without.
+    // Owns the file, as GOwnedFile does, until the handle is closed. The handle is not open if the file needs
+    // no owner.
     PFileHandle own() const;
 
     // Closes the file. False when the system reports a late failure to write.
@@ -52,7 +53,7 @@ private:
 };
 
 // An open folder at or below a destination folder. Its operations take a single name and never follow a link
-// that stands at it: the way from the destination down to a file is one that was made or found step by step.
+// with that name: every folder between the destination and a file was made or opened one by one.
 class ZipFolder
 {
 public:
@@ -69,35 +70,35 @@ public:
     ZipFolder& operator=(const ZipFolder&) = delete;
     ~ZipFolder();
 
-    // The folder of that path, which may lead through links. Null when it is none.
+    // Opens the folder with that path, which may lead through links. Null if it is not a folder.
     static std::unique_ptr<ZipFolder> openRoot(const QString& path);
 
-    // A folder in this one. Null when there is none of that name, or a link.
+    // Opens a folder in this one. Null if there is none with that name, or if the name is a link.
     std::unique_ptr<ZipFolder> openFolder(const QString& name) const;
 
-    // Makes a folder in this one. False when it could not be made, or is there.
+    // Makes a folder in this one. False when it could not be made, or exists already.
     [[nodiscard]] bool makeFolder(const QString& name) const;
 
-    // Makes a file that has no name yet and goes with its last handle, also that of a process that is killed.
-    // Null where the file system knows none; Windows has none.
+    // Makes a file that has no name yet. It disappears when its last handle is closed, also when the process
+    // is killed. Null if the file system has no such files; Windows has none.
     std::unique_ptr<ZipFile> makeNameless() const;
 
-    // Gives such a file its name. False when that fails, as it does when the name is taken.
+    // Gives such a file its name. False when that fails, for example because the name is taken.
     [[nodiscard]] bool giveName(const ZipFile& file, const QString& name) const;
 
-    // Makes a file that is not there yet. Null when it could not be made, or is there. On Windows it goes
-    // with its handle until keep() is called.
+    // Makes a new file. Null when it could not be made, or exists already. On Windows the file is deleted
+    // when its handle is closed, unless keep() was called.
     std::unique_ptr<ZipFile> makeFile(const QString& name) const;
     [[nodiscard]] static bool keep(const ZipFile& file);
 
-    // What stands at a name, and which file it is.
+    // What has this name, and which file it is.
     Found look(const QString& name, FileIdentity& identity) const;
 
-    // Puts a file of this folder at the place of another, which may be there, in one step.
+    // Renames a file of this folder in one step; a file that has the new name is replaced.
     [[nodiscard]] bool replaceFile(const QString& from, const QString& to) const;
 
-    // A path to what stands at a name, for operations that take paths. On POSIX it leads through the open
-    // handle: it means this folder, whatever becomes of the folder's own name.
+    // A path to the file or folder with this name, for operations that take paths. On POSIX the path uses the
+    // open handle, so it means this folder even if the folder is renamed.
     QString getPath(const QString& name) const;
 
     // Removes an empty folder.

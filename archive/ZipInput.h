@@ -12,11 +12,12 @@ class QIODevice;
 
 namespace Morvane
 {
-// What the zip library reads an archive through: a device with a cache of two blocks. The library asks for
-// the directory of an archive a byte at a time and jumps between the directory and the data; with one block
-// for each, both stay cheap.
+// The zip library reads an archive through this class: a device with a cache of two blocks. The library reads
+// the directory of an archive one byte at a time, and jumps between the directory and the data. With one
+// block for each, both are fast.
 //
-// The library takes its end for granted, and is shown one that is as it expects: see ZipDirectory.
+// The library does not check the end of an archive, so it is shown an end of the form that it expects: see
+// ZipDirectory.
 class ZipInput
 {
 public:
@@ -27,8 +28,8 @@ public:
     // through this object.
     void* open();
 
-    // Reads up to `size` bytes at an offset, without moving the library's position. Gives how many there
-    // were.
+    // Reads up to `size` bytes at an offset, without moving the library's position. Gives the number of bytes
+    // read.
     int readAt(qint64 offset, char* bytes, int size);
 
     qint64 getSize() const { return mSize; }
@@ -36,13 +37,13 @@ public:
     // From here on the archive ends with these bytes from that offset on, whatever the device holds there.
     void endWith(qint64 offset, const QByteArray& end);
 
-    // Whether the device gave fewer bytes than it has, at any time, and why.
+    // Whether the device has ever given fewer bytes than it has, and why.
     bool hasFailed() const { return !mReason.isEmpty(); }
     const QString& getReason() const { return mReason; }
 
-    // From here on the library reads the encrypted content that begins at the offset decrypted, and without
-    // the bytes that the encryption has put before it. It has to read it once and in order. Gives the check
-    // byte, by which the password can be told; nothing when there is no content.
+    // From now on the library gets the encrypted content at the offset in decrypted form, without the bytes
+    // that the encryption has put before it. The library must read it once and in order. Gives the check
+    // byte, which shows whether the password is right; nothing when there is no content.
     std::optional<uint8_t> beginDecryption(qint64 offset, const QByteArray& password);
     void endDecryption() { mCipher.reset(); }
 

@@ -6,10 +6,11 @@
 
 namespace Morvane
 {
-// How much an archive may put on the disk. The sizes that the archive declares count: extraction never writes
-// more than an entry declares, so an archive within its limits by its own word stays within them.
+// How much an archive may put on the disk. The sizes that the archive declares are counted. Extraction never
+// writes more than an entry declares, so an archive whose declared sizes are within the limits stays within
+// them.
 //
-// Without other words, what only an attack needs is refused: entries whose data overlap, more than a million
+// By default, only what an attack would need is refused: entries whose data overlap, more than a million
 // entries, and more content than the disk has room for.
 struct ZipLimits
 {
@@ -26,7 +27,7 @@ struct ZipLimits
     static ZipLimits none() { return {cNone, cNone, cNone, true, true}; }
 };
 
-// What one run has taken of its limits.
+// How much of its limits one run has used.
 class ZipBudget
 {
 public:

@@ -5,19 +5,20 @@
 
 namespace Morvane
 {
-// How the name of an entry is kept: in the code page of the PC (OEM), and beside it in the name field, an
-// extra field of our own. docs/formats/zip-name-field.md has the layout.
+// How the name of an entry is stored: in the code page of the PC (OEM), and also in the name field, an extra
+// field of our own. docs/formats/zip-name-field.md has the layout.
 namespace ZipName
 {
-// A name or an extra field of more bytes is refused.
+// A name or an extra field with more bytes is refused.
 constexpr int cMaximumSize = 65536;
 
-// The name in the OEM code page. A character that the page lacks becomes "_", never a similar one;
+// The name in the OEM code page. A character that is not in the page becomes "_", never a similar character;
 // backslashes become "/".
 QByteArray encodeZipName(const QString& name);
 
-// The name of an entry from its raw bytes and its extra field: the one in the name field; else the raw name
-// as UTF-8 where it is that, and in the OEM code page otherwise. Backslashes become "/", on every system.
+// The name of an entry from its raw bytes and its extra field. It is the name in the name field; without that
+// field, the raw name, read as UTF-8 if it is valid UTF-8, and in the OEM code page otherwise. Backslashes
+// become "/", on every system.
 QString decodeZipName(const QByteArray& rawName, const QByteArray& extraField);
 
 // The name field for a name.

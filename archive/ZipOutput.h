@@ -11,11 +11,11 @@ namespace Morvane
 {
 class ZipInput;
 
-// What the zip library writes an archive through. An error is not forgotten, whatever the library makes of
-// it: after one, nothing more is written, and hasFailed() stays true.
+// The zip library writes an archive through this class. An error is kept, whatever the library does with it:
+// after an error nothing more is written, and hasFailed() stays true.
 //
 // The bytes written last stay in memory for a while. The library goes back to the header of an entry when it
-// has written the content, and finds it there more often than not.
+// has written the content, and the header is usually still in memory.
 class ZipOutput
 {
 public:
@@ -24,22 +24,22 @@ public:
     // The library's handle on an archive; null when it can't be made. The handle writes through this object.
     void* create();
 
-    // The same for an archive that goes on where the directory of another begins, which is open and outlives
-    // the handle. Its entries are to be here already.
+    // The same for adding to an old archive: the new entries begin where the old archive's directory begins.
+    // The old archive is open and outlives the handle. Its entries must have been written here already.
     void* append(ZipInput& old);
 
     // Writes bytes at the end.
     [[nodiscard]] bool write(const char* bytes, int count);
 
-    // Writes over two bytes that are written, a number of the zip format.
+    // Replaces two bytes that are already written, which are a number of the zip format.
     void patch(qint64 offset, uint16_t number);
 
-    // From here on everything stays in memory until flush(), and the bytes from here on can be changed there.
+    // From now on everything that is written stays in memory until flush(), and can be changed there.
     void holdBack();
     char* getHeldBack() { return mBuffer.data(); }
     int getHeldBackSize() const { return mBuffer.size(); }
 
-    // Hands on what is still in memory. False when anything could not be written since the beginning.
+    // Writes to the file what is still in memory. False if any write has failed since the beginning.
     [[nodiscard]] bool flush();
 
     bool hasFailed() const { return !mReason.isEmpty(); }

@@ -6,15 +6,16 @@
 
 namespace Morvane
 {
-// A password in the bytes that archives are protected with. The format has no word for their encoding: this
-// layer writes Latin-1, and other programs mostly UTF-8.
+// A password as the bytes that protect an archive. The format does not tell their encoding: this layer writes
+// Latin-1, and most other programs write UTF-8.
 namespace ZipPassword
 {
-// The forms in which to try a password on an archive, in this order: Latin-1, where that has all of its
-// characters, and UTF-8, where that is something else.
+// The forms in which to try a password on an archive, in this order: Latin-1, if that has all of its
+// characters, and UTF-8, if its bytes differ from those.
 QVector<QByteArray> getForms(const QString& password);
 
-// The form in which a password is written. False, and the reason, for one that Latin-1 lacks characters of.
+// The form in which a password is written. False, and the reason, for a password with characters that Latin-1
+// does not have.
 [[nodiscard]] bool encode(const QString& password, QByteArray& bytes, QString& reason);
 }  // namespace ZipPassword
 }  // namespace Morvane

@@ -12,12 +12,12 @@ namespace Morvane
 {
 class ZipInput;
 
-// A zip archive read entry by entry: the zip library behind checks of our own, so that nothing in the file is
-// believed that the file can't back up. Not for several threads at once.
+// Reads a zip archive entry by entry. It uses the zip library with checks of its own: a number in the file is
+// trusted only if the rest of the file confirms it. Not for several threads at once.
 //
-// After open() the reader stands on no entry; goToFirst() and goToNext() move it. An entry's content is read
-// by openEntry(), readEntry() until it gives 0, and closeEntry(), whose answer says whether all of it came
-// and the checksum fits.
+// After open() there is no current entry; goToFirst() and goToNext() set it. To read an entry's content, call
+// openEntry(), then readEntry() until it gives 0, then closeEntry(). The answer of closeEntry() says whether
+// the content was complete and matches the checksum.
 class ZipReader
 {
 public:
@@ -25,7 +25,7 @@ public:
     {
         Done,
         Damaged,        // the entry's header does not fit the directory
-        Unsupported,    // its compression or encryption is none that we read
+        Unsupported,    // we can't read its compression or encryption
         NeedsPassword,  // it is encrypted and no password was given
         WrongPassword
     };
@@ -35,33 +35,33 @@ public:
     explicit ZipReader(std::unique_ptr<QIODevice> device);
     ~ZipReader();
 
-    // Opens the archive and counts its entries. False when it can't be read or is no archive, and when it
-    // announces more entries than it has room for. An archive without entries is one.
+    // Opens the archive and counts its entries. False when it can't be read or is not an archive, and when it
+    // announces more entries than it has room for. An archive without entries is accepted.
     [[nodiscard]] bool open();
 
-    // Whether open() found an archive, be its number of entries believed or not.
+    // Whether open() found an archive, even if its number of entries is not trusted.
     bool isArchive() const { return mIsArchive; }
 
     // Why reading failed, in the system's words; empty when it was not the system.
     QString getReason() const;
 
-    // Where the directory lies. Of use once the archive is open.
+    // Where the directory is. Only valid once the archive is open.
     const ZipDirectory& getDirectory() const { return mDirectory; }
     ZipInput& getInput() { return *mInput; }
 
-    // Whether the data of two entries overlap. Of use once the archive is open.
+    // Whether the data of two entries overlap. Only valid once the archive is open.
     bool hasOverlap() const { return haveEntriesOverlap(*mInput, mDirectory); }
 
     int getEntryCount() const { return mEntryCount; }
 
-    // Reads the description of an entry. False when there is none left or it can't be read; the two are told
-    // apart by the number of entries. The library's error number is kept for messages.
+    // Reads the description of an entry. False when there is none left or it can't be read; the number of
+    // entries shows which of the two it is. The library's error number is kept for messages.
     [[nodiscard]] bool goToFirst();
     [[nodiscard]] bool goToNext();
     const ZipEntry& getEntry() const { return mEntry; }
     int getError() const { return mError; }
 
-    // Begins to read the content of the current entry. The password counts only for an encrypted entry.
+    // Begins to read the content of the current entry. The password is used only for an encrypted entry.
     OpenResult openEntry(const QByteArray& password);
 
     // Reads up to `size` bytes; 0 at the end, -1 when the content is damaged.

@@ -10,9 +10,9 @@
 
 namespace Morvane
 {
-// Something of the file system that is to be packed.
+// A file or folder that is to be packed.
 //
-// A link counts as what it leads to. Only files are opened: a pipe or a device would make whoever opens it
+// A link counts as what it leads to. Only files are opened: opening a pipe or a device could make the program
 // wait, or worse. Not for several threads at once.
 class ZipSource
 {
@@ -30,20 +30,20 @@ public:
 
     explicit ZipSource(const QString& path) : mPath(path) {}
 
-    // Looks what there is, and takes note of its date and attributes.
+    // Finds out what is at the path, and notes its date and attributes.
     Kind look();
 
-    // Opens a file for reading and takes note of its size. False when it can't be opened or is none.
+    // Opens a file for reading and notes its size. False when it can't be opened or is not a file.
     [[nodiscard]] bool open();
 
-    // Reads the next bytes: how many came, 0 at the end, -1 when they can't be read.
+    // Reads the next bytes. Gives how many were read, 0 at the end, -1 when they can't be read.
     int read(char* bytes, int size);
 
     // Goes back to the first byte.
     [[nodiscard]] bool rewind();
 
-    // Whether the open file is another one than it was when it was opened, by its size and date. Also when
-    // the system does not tell; then there is a reason.
+    // Whether the open file has changed since it was opened, judged by its size and date. Also true when the
+    // system does not tell; then there is a reason.
     bool hasChanged();
 
     const QString& getPath() const { return mPath; }
@@ -56,8 +56,8 @@ public:
     bool isFolder() const { return mIsFolder; }
     bool isReadOnly() const { return mIsReadOnly; }
 
-    // The half of an entry's attributes in which systems like Unix keep the kind and the rights of a file; 0
-    // on systems that have none.
+    // The half of an entry's attributes in which Unix-like systems keep the kind and the rights of a file; 0
+    // on other systems.
     uint32_t getUnixAttributes() const { return mUnixAttributes; }
 
 private:
@@ -75,10 +75,11 @@ private:
     bool mIsReadOnly = false;
 };
 
-// The names of what is in a folder, hidden files included, in their order. False, and the reason, when not
-// all of them can be read.
+// The names in a folder, including hidden files, in sorted order. False, and the reason, when not all of them
+// can be read.
 [[nodiscard]] bool listSources(const QString& folder, QStringList& names, QString& reason);
 
-// The system in the high byte of an entry's "made by" field, which tells how its attributes are to be read.
+// The system in the high byte of an entry's "made by" field. It tells how the entry's attributes must be
+// read.
 uint16_t getMadeBy();
 }  // namespace Morvane

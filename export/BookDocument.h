@@ -3,8 +3,8 @@
 #include "plugin/host/HostPtr.h"
 #include "plugin/host/IHostUtils.h"
 
-// A document of a book, while it is looked at: the one that the user has open, which stays as it is, or one
-// that is opened for the time of this object. For the host's main thread.
+// A document of a book while it is checked. If the user has it open, it stays as it is; otherwise it is open
+// only while this object exists. For the host's main thread.
 class BookDocument
 {
 public:

@@ -5,11 +5,11 @@
 class IBook;
 class IBookContent;
 
-// One PDF of the active book: each of its documents is looked at first, and the host then joins them.
+// Makes one PDF of the active book: first each of its documents is checked, then the host joins them.
 class BookExport : public PDFStep
 {
 public:
-    // Both outlive this object.
+    // Both must outlive this object.
     BookExport(const GCPTSaveAsProperties& properties, const GPathName& workFolder);
     ~BookExport() override;
 

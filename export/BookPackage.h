@@ -6,7 +6,7 @@
 class BookPackage : public PackageStep
 {
 public:
-    // The folder outlives this object.
+    // The folder must outlive this object.
     explicit BookPackage(const GPathName& folder) : PackageStep(folder) {}
 
     [[nodiscard]] bool Execute() override;

@@ -10,7 +10,7 @@ class ISystemFileData;
 class DocumentExport : public PDFStep
 {
 public:
-    // Both outlive this object.
+    // Both must outlive this object.
     DocumentExport(const GCPTSaveAsProperties& properties, const GPathName& workFolder);
     ~DocumentExport() override;
 

@@ -10,7 +10,7 @@ class IObjectModel;
 class DocumentPackage : public PackageStep
 {
 public:
-    // The folder outlives this object.
+    // The folder must outlive this object.
     explicit DocumentPackage(const GPathName& folder);
     ~DocumentPackage() override;
 

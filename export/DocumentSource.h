@@ -9,18 +9,18 @@
 
 class IDocument;
 
-// What the steps of an export, and the menus, ask of the host's documents.
+// What the steps of an export, and the menus, need to know about the host's documents.
 namespace DocumentSource
 {
 // The document in front; empty when there is none.
 HostPtr<IDocument> QueryFront();
 
-// The fonts that a document lacks, in the host's order; none when the host has no list of its fonts. Raises
-// when their count can't be (HostFault).
+// The missing fonts of a document, in the host's order; no value when the host has no list of its fonts.
+// Raises when their count is not possible (HostFault).
 std::optional<QStringList> GetMissingFonts(const IDocument& document);
 
-// What exports of a document are named after, safe as a file's name: the document's file without its
-// extension, or, without a file, the name in its window.
+// The name for exports of a document, safe as a file name: the name of its file without the extension or, if
+// it has no file, the name in its window.
 GString GetOutputName(const IDocument& document);
 
 // The same for the name of a file.

@@ -6,8 +6,9 @@
 #include <functional>
 #include <optional>
 
-// One step of an export, which the host does with a command: what it makes in a folder, and why it failed. A
-// step gives the host's objects back with itself, whatever happens. Used once, on the host's main thread.
+// One step of an export, which the host does with a command: it knows what was made in a folder, or why the
+// step failed. When the step is deleted, it always gives the host's objects back. Used once, on the host's
+// main thread.
 class ExportStep
 {
 public:
@@ -15,33 +16,34 @@ public:
     ExportStep(const ExportStep&) = delete;
     ExportStep& operator=(const ExportStep&) = delete;
 
-    // Does what is to be done, in order; the first failure ends it, with the error text if there is one for
-    // it. Raises what the foundation raises.
+    // Does the work in order. The first failure ends it, and sets the error text if there is one for it.
+    // Raises what the foundation raises.
     [[nodiscard]] virtual bool Execute() = 0;
 
     const GString& GetErrorText() const { return mErrorText; }
 
-    // What the step has made; empty when it has made nothing. A step may fail after it has.
+    // What the step has made; empty when it has made nothing. A step may fail after it has made something.
     const GPathName& GetOutputPath() const { return mOutputPath; }
 
 protected:
-    // The folder, which need not be there yet, outlives the step.
+    // The folder need not exist yet. The path must outlive the step.
     explicit ExportStep(const GPathName& folder) : mFolder(folder) {}
 
-    // Gives false, with the error text of a code and what follows it.
+    // Gives false, and sets the error text of a code, followed by `detail`.
     [[nodiscard]] bool Fail(uint32_t code, const GString& detail = GString());
 
-    // Gives false, with an error text as it stands.
+    // Gives false, and sets this error text unchanged.
     [[nodiscard]] bool FailWith(const GString& text);
 
-    // Runs calls of the host's that give whether they have succeeded. What the host turns out not to have is
-    // the failure of a code.
+    // Runs calls to the host; they give whether they have succeeded. If the host does not have an operation,
+    // the step fails with the code `missing`.
     [[nodiscard]] bool CallHost(uint32_t missing, const std::function<bool()>& calls);
 
-    // Reserves what the step makes, in the folder. It goes with the step unless it is kept.
+    // Reserves a name in the folder for what the step makes. What is there is removed with the step unless it
+    // is kept.
     IDFile ReserveOutput(const GString& name, ReservedOutput::Kind kind);
 
-    // What is reserved, for which the caller vouches, has become the output.
+    // Makes the reserved file or folder the output. The caller must have checked it.
     void KeepOutput();
     const GPathName& GetReservedPath() const { return mReserved->GetPathName(); }
 

@@ -2,6 +2,6 @@
 
 #include "foundation/core/GPathName.h"
 
-// Whether there is a folder of that name, no link, that belongs to this process's user. On Windows, where the
-// temporary folder is the user's own, whether there is a folder that is no link.
+// Whether there is a folder of that name that is not a link and that belongs to this process's user. On
+// Windows the owner is not checked, because the temporary folder is the user's own.
 bool IsOwnFolder(const GPathName& path);

@@ -2,7 +2,7 @@
 
 #include "foundation/core/GString.h"
 
-// What every action of the plug-in has: its names, and whether it may run.
+// What all actions of the plug-in have in common: their names, and whether they may run.
 class GCPTAbstractAction
 {
 public:

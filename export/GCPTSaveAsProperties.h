@@ -10,7 +10,7 @@ struct GCPTSaveAsProperties
 {
     // Messages of the signal.
     static constexpr int32_t cRunMessage = 106;     // run the export with these properties
-    static constexpr int32_t cCancelMessage = 107;  // end the running export; the properties mean nothing
+    static constexpr int32_t cCancelMessage = 107;  // end the running export; the properties are not used
 
     GString hopboxKey;   // in the registry
     GString hopboxName;  // what the ticket, the work folder and messages call the Hopbox
@@ -21,10 +21,10 @@ struct GCPTSaveAsProperties
     bool includesFilePackage = false;
 
     // The number of the build of the Hopbox application (HopboxRegistry::GetCacheEntryNumber); decides in
-    // what form a file package is handed off.
+    // which form a file package is sent.
     int32_t buildNumber = 0;
 
-    // What goes over the job options: keys and values of the project settings' group
+    // The settings that override the job options: keys and values of the project settings' group
     // HopboxProject::GetPlugInGroup.
     GPrefGroup outputSettings;
 

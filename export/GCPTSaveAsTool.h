@@ -25,9 +25,9 @@ enum class DialogOption : int32_t
 };
 using DialogOptions = std::map<DialogOption, bool>;
 
-// Stands between the dialog and the action for one choice of the menu entry: takes the user's choices, has
-// the action run, hands what it has produced to the Hopbox or shows the one alert. For the main thread. The
-// action outlives the tool.
+// Connects the dialog and the action for one choice of the menu entry. It takes the user's choices, runs the
+// action, and then gives the result to the Hopbox or shows the one alert. For the main thread. The action
+// must outlive the tool.
 class GCPTSaveAsTool : public GObserver, private ICancelObserver
 {
 public:
@@ -38,12 +38,12 @@ public:
     GCPTSaveAsTool(GCPTSaveAsAction& action, const DialogOptions& options);
     ~GCPTSaveAsTool() override;
 
-    // An option that was not given has its default: the page range is offered, nothing else.
+    // An option that was not given has its default: only the page range is offered.
     [[nodiscard]] bool GetOption(DialogOption option) const;
 
-    // Takes the Hopbox of a registry key, with what the caller has read of the registry, and the settings of
-    // its project. False when the project can't be read; what could be read is taken all the same, and
-    // submitting it fails with an alert.
+    // Selects the Hopbox of a registry key. `record` is what the caller has read from the registry; the
+    // settings of the Hopbox's project are read here. False when the project can't be read; what could be
+    // read is still used, and Submit then fails with an alert.
     [[nodiscard]] bool SelectPDFSetting(const GString& registryKey, const HopboxRecord& record);
 
     // The settings of the selected Hopbox's project, which the dialog changes for this export.
@@ -52,23 +52,25 @@ public:
     // Without a call, all pages are exported.
     void SetPageRange(const GString& range);
 
-    // Runs the export of the selected Hopbox; returns when it is done, with its alert. Does nothing while the
-    // action runs another export. A tool answers for its own run only, also where several share an action.
+    // Runs the export to the selected Hopbox; returns when the export and its alert are finished. Does
+    // nothing while the action runs another export. If several tools share an action, each handles only its
+    // own run.
     void Submit();
 
     // Asks the running export to end.
     void Cancel();
 
-    // Whether the last run ended because of that.
+    // Whether the last run ended because of Cancel.
     bool WasCancelled() const { return mWasCancelled; }
 
-    // Takes the alert's text in place of the user.
+    // Gets the alert's text instead of the user.
     using AlertTaker = std::function<void(const GString& text)>;
     void SetAlertTaker(AlertTaker take) { mShowAlert = std::move(take); }
 
     void Update(GSubject& subject, int32_t notification) override;
 
-    // What is handed off of a file package: its native path, or a `file` URL for the builds that take it.
+    // How a file package is named to the Hopbox: by its native path, or by a `file` URL for the builds that
+    // accept one.
     static GString GetPackageLocation(const GPathName& package, int32_t buildNumber);
 
 private:

@@ -6,9 +6,10 @@
 class GIDCSPExportBookAction : public GIDCSPSaveAsAction
 {
 protected:
-    // Looks at each document of the book, opening those that are not open and closing them again, and exports
-    // nothing when one can't be opened or any lacks a font. A book that has changed is written to its file.
-    // Then the host makes one PDF of the book's documents, with the book's name. A failure leaves no PDF.
+    // Checks each document of the book; those that are not open are opened for this and closed again. Exports
+    // nothing when a document can't be opened or has a missing font. A book that has changed is written to
+    // its file. Then the host makes one PDF of the book's documents, with the book's name. A failure leaves
+    // no PDF.
     [[nodiscard]] bool ExportPDF(const GCPTSaveAsProperties& properties,
                                  const GPathName& workFolder) override;
 

@@ -4,6 +4,6 @@
 
 class IPDFExportPreferences;
 
-// Puts a Hopbox's own output settings over those that the host has read from the job options. What they mean
-// is AdjustmentValues': a value that is absent, or says nothing, leaves what the job options say.
+// Writes a Hopbox's own output settings over those that the host has read from the job options.
+// AdjustmentValues explains them: if a value is missing or has no meaning, the job options decide.
 void ApplyOutputSettings(const GPrefGroup& settings, IPDFExportPreferences& preferences);

@@ -16,25 +16,25 @@ public:
     ~PDFStep() override;
 
 protected:
-    // Both outlive the step.
+    // Both must outlive the step.
     PDFStep(const GCPTSaveAsProperties& properties, const GPathName& workFolder);
 
     // Places the job options among the host's settings, until the end of the step, and puts them and the
     // Hopbox's output settings into the preferences of a command.
     [[nodiscard]] bool ApplyJobOptions(ICommand& command);
 
-    // Gives false, with the message for so many missing fonts, if there are any.
+    // If any fonts are missing, gives false with the message for that number of fonts.
     [[nodiscard]] bool CheckMissingFonts(int count, const GString& detail);
 
     IDFile ReservePDF(const GString& name);
 
-    // Runs the command that writes the PDF that was reserved, and keeps it. False when the command fails, and
+    // Runs the command that writes the reserved PDF, and keeps the PDF. False when the command fails, and
     // when there is no PDF after it.
     [[nodiscard]] bool WritePDF(ICommand& command);
 
     const GCPTSaveAsProperties& GetProperties() const { return mProperties; }
 
-    // Those that the job options were put into.
+    // The preferences into which the job options were put.
     const IPDFExportPreferences& GetPreferences() const { return *mPreferences; }
 
 private:

@@ -4,13 +4,14 @@
 
 class IPackageCommand;
 
-// What the file packages of a document and of a book have in common: a fresh folder that has their name.
+// What the file packages of a document and of a book have in common: a new folder with the name of the
+// document or book.
 class PackageStep : public ExportStep
 {
 protected:
-    // The folder for the package's folder; outlives the step.
+    // The folder in which the package's folder is made; it must outlive the step.
     explicit PackageStep(const GPathName& folder) : ExportStep(folder) {}
 
-    // Has the command, which knows what to collect, make the package of that name.
+    // Makes the package with that name by the command, which knows already what to collect.
     [[nodiscard]] bool MakePackage(IPackageCommand& command, const GString& name);
 };

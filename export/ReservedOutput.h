@@ -2,9 +2,9 @@
 
 #include "export/GCPTSmartPathName.h"
 
-// A name in a work folder for something that an export makes there. Nothing that was there is overwritten,
-// also when two hosts export at the same moment: the name is taken by an empty file or folder, or, where it
-// is taken already, by one in a fresh sub-folder. What the export has left there goes with this object unless
+// A name in a work folder for something that an export makes there. Nothing existing is overwritten, even
+// when two hosts export at the same moment: an empty file or folder with the name is made first, in a new
+// sub-folder if the name is taken already. What the export has left there is removed with this object unless
 // it is kept.
 class ReservedOutput
 {
@@ -15,7 +15,7 @@ public:
         Folder
     };
 
-    // The name must be one that can stand in a folder. Raises when it can't be reserved.
+    // The name must be valid as a file name. Raises when it can't be reserved.
     ReservedOutput(const GPathName& workFolder, const GString& name, Kind kind);
 
     const GPathName& GetPathName() const { return mPath; }

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <vector>
 
-// Hands jobs to the running Hopbox processes, through the Printer Processor channel. Nothing is waited for
-// and nothing started: who is not running when the processes are listed is not reached. Used on one thread.
+// Hands jobs to the running Hopbox processes, through the Printer Processor channel. It does not wait and
+// starts no process: only the processes that run when the list is made are reached. For use on one thread.
 namespace HopboxHandOff
 {
 enum class OwnProcess
@@ -24,20 +24,20 @@ struct Delivery
     GString reason;    // why it was not sent; empty when it was
 };
 
-// What became of a message. Whatever was not reached is in the log, too.
+// What became of a message. Processes that were not reached are in the log, too.
 struct Report
 {
-    std::vector<Delivery> deliveries;  // in the order of the walk, as far as it came
-    GString reason;                    // why there is none, or why the walk ended early; else empty
+    std::vector<Delivery> deliveries;  // one for each process that was tried, in this order
+    GString reason;                    // why there is none, or why not all were tried; else empty
 };
 
-// Sends a ticket for the job to every Hopbox process that can be reached and takes jobs of the Hopbox of this
-// printer name, the own process left out.
-// `jobLocation` is a native path or an encoded `file` URL. True when at least one process was sent the
-// ticket; never raises. `report`, where one is given, is filled anew.
+// Sends a ticket for the job to every other Hopbox process that can be reached and that takes jobs of the
+// Hopbox with this printer name; never to this process.
+// `jobLocation` is a native path or an encoded `file` URL. True when the ticket was sent to at least one
+// process. Never raises. If `report` is given, its old content is replaced.
 [[nodiscard]] bool SubmitJob(const GString& printerName, const GString& jobLocation,
                              Report* report = nullptr);
 
-// Sends every Hopbox process that can be reached the message without data. The same result.
+// Sends the message without data to every Hopbox process that can be reached. Result and `report` as above.
 [[nodiscard]] bool NotifyHopboxProcesses(OwnProcess ownProcess, Report* report = nullptr);
 }  // namespace HopboxHandOff

@@ -15,12 +15,12 @@ class ZipArchive;
 // The project archive that each Hopbox carries: a zip archive, protected by a password that only this class
 // knows, with the Hopbox's settings and its job options. docs/formats/registry.md has the layout.
 //
-// The archive is taken as hostile: nothing is written outside the folder that the caller names, and neither
-// settings nor job options may be larger than cMaximumSettingsSize and cMaximumJobOptionsSize. Folder entries
-// are passed over, so that an archive from any zip tool serves.
+// The archive may be hostile: nothing is written outside the folder that the caller names. Settings may not
+// be larger than cMaximumSettingsSize, job options not larger than cMaximumJobOptionsSize. Folder entries are
+// ignored, so that an archive from any zip tool can be used.
 //
-// Operations never raise; the reason of a failure is for the user. Each opens the archive anew. An object is
-// used by one thread.
+// Operations never raise; the reason of a failure is a text for the user. Each operation opens the archive
+// again. An object is used by one thread.
 class HopboxProject
 {
 public:
@@ -37,35 +37,38 @@ public:
 
     const GPathName& GetPathName() const { return mPath; }
 
-    // Extracts the job options, the first file whose name holds "PrinterFiles/", below a folder, which is
-    // made when it is missing, and gives the path of the file there. A failure leaves nothing in it.
+    // Extracts the job options below a folder, and gives the path of the extracted file. The job options are
+    // the first file whose name contains "PrinterFiles/". The folder is made if it is missing. A failure
+    // leaves nothing in it.
     GResult ExtractJobOptions(const GPathName& folder, GPathName& jobOptions) const;
 
-    // Reads the settings and puts them over those that the module holds. Fails, with the module unchanged,
-    // also when the archive has no job options.
-    // Where they are damaged, what could be read of them is read, and GetDamagePosition tells.
+    // Reads the settings and writes them over those that the module holds. Also fails when the archive has no
+    // job options. A failure leaves the module unchanged.
+    // If the settings are damaged, the readable part is read, and GetDamagePosition tells where the damage
+    // begins.
     GResult ReadSettings(GPrefModule& settings);
 
-    // The byte of the settings where the damage begins that the last successful ReadSettings met; -1 when
-    // there was none.
+    // The byte of the settings at which the damage begins, as the last successful ReadSettings found it; -1
+    // when there was no damage.
     int64_t GetDamagePosition() const { return mDamagePosition; }
 
-    // Puts these settings in place of the archive's, which must have job options. The archive is replaced
-    // whole, with its other files as they were; a failure leaves it as it was. One whose settings are damaged
-    // is kept beside it first (see GDamagedCopies). Of two writers at once, the last one's settings stay.
+    // Replaces the settings in the archive, which must have job options. The archive is replaced whole, and
+    // its other files stay as they were; a failure leaves it as it was. If its settings are damaged, a copy
+    // of the archive is kept beside it first (see GDamagedCopies). If two processes write at the same time,
+    // the settings of the last one stay.
     GResult WriteSettings(const GPrefModule& settings);
 
-    // The same, with other job options in place of the archive's too.
+    // The same, and also replaces the job options in the archive.
     GResult Replace(const GPathName& jobOptions, const GPrefModule& settings);
 
     // In two steps, for callers that change something else too. Prepare writes the new archive beside the old
     // one, with these settings and, unless the path is empty, these job options. PutInPlace replaces the old
-    // one. Without it the old archive stays and the new one goes.
+    // one. Without that call the old archive stays and the new one is removed.
     GResult Prepare(const GPathName& jobOptions, const GPrefModule& settings);
     GResult PutInPlace();
 
-    // Makes the archive from settings and a job options file, in place of one that is there. Its folder must
-    // be there.
+    // Makes the archive from settings and a job options file, and replaces one that is there. Its folder must
+    // exist.
     GResult Create(const GPathName& jobOptions, const GPrefModule& settings) const;
 
 private:

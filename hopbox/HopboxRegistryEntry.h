@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-// What the registry holds of one Hopbox application beside its actor name.
+// What the registry holds about one Hopbox application, apart from its actor name.
 struct HopboxRegistryEntry
 {
     GPathName applicationPath;
@@ -35,7 +35,7 @@ extern const GString cIsPlugin;
 extern const GString cIsActive;
 }  // namespace HopboxRecordKey
 
-// An entry as it stands in the registry file, both ways. docs/formats/registry.md has the form.
+// An entry of the registry file, for reading and for writing. docs/formats/registry.md has the form.
 struct HopboxRecord
 {
     GString actorName;
@@ -46,25 +46,27 @@ struct HopboxRecord
 
     GString ToText() const;
 
-    // Takes the values of a record; what the text doesn't hold becomes empty or false. False, with the record
-    // unchanged, when the text is no record or names a path that no file of this system can have.
+    // Takes the values of a record; a value that the text doesn't hold becomes empty or false. If the text is
+    // not a record, or holds a path that no file of this system can have, gives false and leaves the record
+    // unchanged.
     [[nodiscard]] bool FromText(const GString& text);
 
-    // The actor name, or the key under which the registry holds the record where that is empty.
+    // The actor name; if it is empty, the key under which the registry holds the record.
     const GString& GetName(const GString& key) const { return actorName.isEmpty() ? key : actorName; }
 
-    // The group of the plug-in's settings that belongs to the record under that key: its name, or the key
-    // where the name is that of a group that the plug-in keeps for itself.
+    // The group of the plug-in's settings that belongs to the record under that key. It is the record's name;
+    // or the key, if the name is the name of a group that the plug-in keeps for itself.
     const GString& GetPreferenceGroup(const GString& key) const;
 };
 
-// What a list of Hopboxes shows of a record, which is read in a fraction of the time.
+// The part of a record that a list of Hopboxes shows. Reading it takes much less time than reading the
+// record.
 struct HopboxOffer
 {
     bool isPlugin = false;
     GString pdfSettings;
 
-    // Takes the values of a record, as HopboxRecord does and of the same texts; false, with nothing changed,
-    // for all others.
+    // Takes the values of a record. It accepts the same texts as HopboxRecord; for all others it gives false
+    // and changes nothing.
     [[nodiscard]] bool FromText(const GString& text);
 };

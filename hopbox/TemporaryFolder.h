@@ -3,11 +3,11 @@
 #include "foundation/core/GPathName.h"
 #include "foundation/system/GOwnedFile.h"
 
-// A fresh folder in the temporary folder, for its owner only, that goes with this object and all that it
-// holds.
+// A new folder in the temporary folder, for its owner only. It is removed with its whole content when this
+// object is deleted.
 //
-// Beside it lies a file that this process owns (the folder's name and ".owner"). Each new one removes the
-// folders whose owners were killed, or could not remove all of it.
+// Beside it is a file that this process owns (the folder's name and ".owner"). Each new object first removes
+// the folders whose owners were killed or could not remove everything.
 class TemporaryFolder
 {
 public:

@@ -2,11 +2,11 @@
 
 #include "joboptions/PostScriptValue.h"
 
-// Reads the values of a PostScript text that only states data, as job options files do: numbers (also with a
-// radix, as 16#FF), names, strings between parentheses with escapes, in hexadecimal or base 85, arrays,
+// Reads the values of a PostScript text that contains only data, like a job options file: numbers (also with
+// a radix, as 16#FF), names, strings between parentheses with escapes, in hexadecimal or base 85, arrays,
 // procedures, dictionaries, true, false and null, with comments between them. It executes nothing.
 //
-// Linear in the text's length; values nest to a bounded depth.
+// The time is linear in the text's length. The depth of nested values is limited.
 class PostScriptReader
 {
 public:
@@ -20,7 +20,7 @@ public:
         Error  // in GetError
     };
 
-    // Goes to the next value or operator on the top level.
+    // Goes to the next value or operator of the top level.
     Token Next();
 
     const PostScriptValue& GetValue() const { return mValue; }
@@ -29,7 +29,7 @@ public:
     // What is wrong and where, as in "line 3, column 7: a string without end".
     const QString& GetError() const { return mError; }
 
-    // Says of what was read last that it is wrong.
+    // Marks what was read last as wrong.
     void Fail(const QString& what);
 
 private:

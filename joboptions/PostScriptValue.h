@@ -5,7 +5,7 @@
 
 #include <vector>
 
-// A value as a job options file writes it.
+// A value of a job options file.
 class PostScriptValue
 {
 public:
@@ -27,27 +27,27 @@ public:
     static PostScriptValue MakeString(const QByteArray& bytes);
     static PostScriptValue MakeArray(std::vector<PostScriptValue> items);
 
-    // From keys and values in turn; of a key that stands in it twice, the last value counts.
+    // From keys and values in turn; if a key appears twice, the last value counts.
     static PostScriptValue MakeDictionary(std::vector<PostScriptValue> keysAndValues);
 
     Type GetType() const { return mType; }
     bool Is(Type type) const { return mType == type; }
 
-    // What a value of another type gives is false, 0, or empty.
+    // For a value of another type these give false, 0, or empty.
     bool GetBoolean() const { return mType == Type::Boolean && mNumber != 0; }
     double GetNumber() const { return mType == Type::Number ? mNumber : 0; }
 
     // The bytes of a name, without its slash, or of a string.
     const QByteArray& GetBytes() const { return mBytes; }
 
-    // A string or name as text. A string that begins with the mark of UTF-16, in either byte order, or of
-    // UTF-8 is in that; any other in Latin-1.
+    // A string or name as text. A string that begins with the mark of UTF-16 (either byte order) or UTF-8 is
+    // in that encoding; any other string is in Latin-1.
     QString GetText() const;
 
     // The items of an array; the keys and values of a dictionary, in turn.
     const std::vector<PostScriptValue>& GetItems() const { return mItems; }
 
-    // The value of a dictionary's key; null where there is none.
+    // The value of a dictionary's key; null if there is none.
     const PostScriptValue* Find(const char* key) const;
 
 private:

@@ -4,8 +4,8 @@
 
 #include <functional>
 
-// What the program around the widgets does when one of their windows is modal, and where such windows belong.
-// For the main thread.
+// Tells the program around the widgets when one of their windows is modal, and asks it for the parent of such
+// windows. For the main thread.
 namespace GCUSModal
 {
 using Hook = std::function<void()>;
@@ -13,16 +13,15 @@ using Hook = std::function<void()>;
 // The native identifier of the window that dialogs and message boxes belong to; 0 for none.
 using ParentWindowProvider = std::function<WId()>;
 
-// Empty functions take the hooks back. The one that is called afterwards must not raise; what the one before
-// raises keeps the window from opening.
+// Empty functions remove the hooks. `after` must not raise. If `before` raises, the window does not open.
 void SetHooks(Hook before, Hook after);
 void SetParentWindowProvider(ParentWindowProvider provider);
 
 // The parent window for a dialog that opens now; 0 for none, or without a provider.
 WId GetParentWindow();
 
-// For the time that a window is modal. The hooks are called around the outermost scope alone: a message box
-// over a dialog is part of the dialog's modal time.
+// Exists while a window is modal. The hooks are called only around the outermost scope: a message box over a
+// dialog is part of the dialog's modal time.
 class Scope
 {
 public:

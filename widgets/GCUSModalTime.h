@@ -6,9 +6,9 @@
 
 class QDialog;
 
-// For the time that a dialog is modal: makes it a window of the parent window, in a scope of the modal hooks.
-// A dialog with a parent widget belongs to that; without a parent window it opens all the same. The dialog
-// outlives this.
+// Exists while a dialog is modal: gives the dialog the parent window, and opens a scope of the modal hooks. A
+// dialog with a parent widget belongs to that widget; without a parent window the dialog opens too. The
+// dialog must outlive this object.
 class GCUSModalTime
 {
 public:
@@ -24,5 +24,6 @@ private:
     GCUSModal::Scope mScope;
 };
 
-// Runs a dialog modally that does not see to it itself, as a message box. Gives the dialog's result.
+// Runs a dialog modally, with a GCUSModalTime, if it does not use one itself, such as a message box. Gives
+// the dialog's result.
 int RunModally(QDialog& dialog);

@@ -12,11 +12,11 @@ class QGridLayout;
 class QLabel;
 class QScrollArea;
 
-// What the job options give for the values that the user has not set; empty where that is not known.
+// What the job options give for the values that the user has not set; empty if that is not known.
 struct AdjustmentDefaults
 {
     std::array<std::optional<bool>, AdjustmentValues::cMarkCount> marks;
-    std::optional<double> weight;  // points, as all lengths
+    std::optional<double> weight;  // in points, like all lengths
     std::optional<double> offset;
     std::optional<bool> documentBleed;
     std::array<std::optional<double>, AdjustmentValues::cBleedCount> bleeds;
@@ -24,8 +24,8 @@ struct AdjustmentDefaults
 
 // The panel on which the user adjusts a PDF setting: printer's marks on the left, bleed on the right.
 //
-// A value that leaves what the job options say (AdjustmentValues) is shown as a check box that is partially
-// checked, or a blank field, and each can be brought back to that by its context menu.
+// If the job options decide about a value (AdjustmentValues), its check box is partially checked, or its
+// field is blank. The context menu of each brings it back to that state.
 class GCUSPDFSettingsAdjWdt : public QWidget
 {
     Q_OBJECT
@@ -33,7 +33,7 @@ class GCUSPDFSettingsAdjWdt : public QWidget
 public:
     using Values = AdjustmentValues::Values;
 
-    // What is shown only where a host can do it; all of them at first.
+    // Controls that are shown only if the host supports them; at first all are shown.
     enum class Control
     {
         cBleedMark,
@@ -45,24 +45,25 @@ public:
     explicit GCUSPDFSettingsAdjWdt(QWidget* parent = nullptr);
     ~GCUSPDFSettingsAdjWdt() override;
 
-    // Nothing is known then of what the job options give.
+    // After it, nothing is known about what the job options give.
     void Load(const Values& values);
 
-    // What the tips of partially checked boxes and blank fields tell.
+    // Sets what the tips of partially checked boxes and blank fields tell.
     void SetDefaults(const AdjustmentDefaults& defaults);
 
-    // Sets what the panel shows different from what the values say, and removes what the user has brought
-    // back to what the job options say; no other key is touched. So a value that says nothing, or that the
-    // panel doesn't show, stays as it is. Without a complaint, all that counts is shown.
+    // Changes those values that differ from what the panel shows, and removes those that the user has brought
+    // back to what the job options say; no other key is changed. So a value without a meaning, or one that
+    // the panel doesn't show, stays as it is. If there is no complaint, the panel shows all values that
+    // count.
     void Store(Values& values) const;
 
-    // Which field has a text that is no length for it, and what it takes; empty when there is none. A field
-    // that is not open to the user doesn't count.
+    // Names the field whose text is not a valid length for it, and what the field accepts; empty when there
+    // is no such field. A field that the user can't use doesn't count.
     QString GetComplaint() const;
 
     void SetShown(Control control, bool isShown);
 
-    // Pixels; a content that is higher scrolls.
+    // In pixels; higher content can be scrolled.
     void SetMostHeight(int height);
 
     QSize sizeHint() const override;
@@ -98,7 +99,7 @@ private:
     void Reset(QWidget& control);
 
     AdjustmentDefaults mDefaults;
-    bool mIsLoading = false;  // the tips follow when all is loaded
+    bool mIsLoading = false;  // the tips are set when everything is loaded
     int mMostHeight = QWIDGETSIZE_MAX;
     QScrollArea* mScroller;
     QWidget* mContent;

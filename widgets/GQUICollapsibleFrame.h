@@ -23,7 +23,7 @@ public:
     // Open, without content. The title may hold a mnemonic.
     explicit GQUICollapsibleFrame(const QString& title, QWidget* parent = nullptr);
 
-    // The frame takes the widget over; one that was there before is deleted.
+    // The frame takes over the widget; an earlier one is deleted.
     void SetContent(QWidget* content);
     void SetHeaderWidget(QWidget* widget, HeaderWidgetMode mode);
 

@@ -2,7 +2,7 @@
 
 class QDialog;
 
-// Makes one press of Enter one click in a dialog, however long it is held down: neither does the Enter that
-// opened the dialog close it, nor is a button clicked again and again. To be called when the dialog has its
-// push buttons.
+// Makes one press of Enter count as one click in a dialog, however long the key is held down. So the Enter
+// that opened the dialog does not close it, and a button is not clicked again and again. Call it when the
+// dialog has its push buttons.
 void GQUIEnterOnce(QDialog& dialog);

@@ -1,5 +1,5 @@
 #pragma once
 
-// Has screen readers told that a GQUIUnitSpinBox without a length has no number, and its text otherwise. To
-// be called before the first such box is shown to them; again does nothing.
+// Tells screen readers the text of a GQUIUnitSpinBox, and that a box without a length has no number. Call it
+// before screen readers see the first such box; calling it again does nothing.
 void InstallGQUILengthAccessible();

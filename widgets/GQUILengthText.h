@@ -9,12 +9,12 @@
 // The decimal sign is a point or a comma, and letters may be of either case. Units are codes of GUnitSupport.
 namespace GQUILengthText
 {
-// Whether a text holds nothing but what lengths are made of, in whatever order.
+// Whether a text has only characters that lengths can have, in any order.
 bool HasOnlyItsCharacters(const QString& text);
 
-// In points; a bare number is of the unit given. Empty when the text is no length.
+// In points; a number without a unit has the given unit. Empty when the text is not a length.
 std::optional<double> ToPoints(const QString& text, int32_t unitCode);
 
-// In the unit, which stands behind the number, to a thousandth of it (inches: a ten-thousandth).
+// In the unit, which is written after the number, exact to a thousandth (inches: a ten-thousandth).
 QString FromPoints(double points, int32_t unitCode, QChar decimalSign);
 }  // namespace GQUILengthText

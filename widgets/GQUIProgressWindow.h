@@ -9,8 +9,8 @@ class QLabel;
 class QProgressBar;
 class QPushButton;
 
-// Shows how far a long task has come, and takes the user's wish to cancel it. Whoever runs the task opens and
-// closes the window, and gives the events their turn in between; the window never closes by itself.
+// Shows the progress of a long task, and lets the user cancel it. The code that runs the task opens and
+// closes the window, and must handle events in between; the window never closes by itself.
 class GQUIProgressWindow : public GQUIWindow
 {
     Q_OBJECT
@@ -19,19 +19,19 @@ public:
     explicit GQUIProgressWindow(const QString& title, QWidget* parent = nullptr);
     ~GQUIProgressWindow() override;
 
-    // Opens the window, modal, and returns at once. An earlier wish to cancel is forgotten.
+    // Opens the window as a modal window and returns at once. An earlier cancel request is forgotten.
     void Start();
     void Finish();
 
     void SetText(const QString& text);
 
-    // Without a total (0), only that something goes on.
+    // Without a total (0), the window shows only that something is going on.
     void SetProgress(int done, int total);
 
-    // By the button, Escape or the window's close button.
+    // Whether the user cancelled with the button, Escape or the window's close button.
     bool WasCancelled() const { return mWasCancelled; }
 
-    // What Escape and the close button do: asks for the end of the task, once.
+    // Called for Escape and the close button: asks once for the end of the task.
     void reject() override;
 
 signals:

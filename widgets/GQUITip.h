@@ -5,6 +5,7 @@
 // Texts for tool tips.
 namespace GQUITip
 {
-// A plain text as a tip that wraps, at any place where a word is too long, and shows nothing of it as markup.
+// Makes a tip from a plain text. The tip wraps lines, and breaks words that are too long; nothing in the text
+// is used as markup.
 QString FromPlainText(const QString& text);
 }  // namespace GQUITip

@@ -4,13 +4,13 @@
 
 #include <optional>
 
-// A spin box for a length, or for none: an empty field leaves the length to somebody else. It holds points,
-// shows them in the default unit (GUnitSupport) and takes any unit typed in: "3 mm", "1p6", "0.125in".
+// A spin box for a length, or for no length: with an empty field, something else decides about the length. It
+// holds points, shows them in the default unit (GUnitSupport) and accepts any unit: "3 mm", "1p6", "0.125in".
 //
-// A text is the field's length as soon as it is one within the range, and an empty text is no length. Any
-// other text stands as the user left it, and IsAcceptable says so; only a length beyond the range is
-// replaced, by the nearest one within it, once Return is pressed or the field is left, and a tip then shows
-// the range. Return stays in the field that had to be corrected.
+// As soon as the text is a length within the range, it is the field's length. An empty text means no length.
+// Any other text stays as the user left it, and IsAcceptable is false. Only a length beyond the range is
+// replaced by the nearest one within it, when the user presses Return or leaves the field; a tip then shows
+// the range. After such a correction, Return does not leave the field.
 class GQUIUnitSpinBox : public QAbstractSpinBox
 {
     Q_OBJECT
@@ -19,14 +19,14 @@ public:
     // From 0 to 1440 points; empty.
     explicit GQUIUnitSpinBox(QWidget* parent = nullptr);
 
-    // Exact, though the text is rounded; empty for no length. While the text is not acceptable, the length is
-    // the last one before it.
+    // Exact, although the text is rounded; empty for no length. While the text is not acceptable, this is the
+    // last acceptable length.
     std::optional<double> GetPoints() const { return mPoints; }
 
-    // Any length; one beyond the range stands until another is typed.
+    // Any length; a length beyond the range stays until another one is typed.
     void SetPoints(std::optional<double> points);
 
-    // Neither of them below 0.
+    // Neither of them may be below 0.
     void SetRangePoints(double min, double max);
     double GetMinimumPoints() const { return mMinimum; }
     double GetMaximumPoints() const { return mMaximum; }
@@ -34,7 +34,7 @@ public:
     // Where the text is typed.
     QLineEdit* GetTextField() const { return lineEdit(); }
 
-    // What an empty field stands for: an entry of the context menu that empties it.
+    // What an empty field means: the text of the context menu's entry that empties the field.
     void SetTextOfNothing(const QString& text) { mTextOfNothing = text; }
 
     // "0 mm to 25.4 mm", and with the units that may be typed.
@@ -51,7 +51,7 @@ public:
     QSize minimumSizeHint() const override { return sizeHint(); }
 
 signals:
-    // The length has changed, or whether the text is acceptable.
+    // The length has changed, or the text has become acceptable or not acceptable.
     void Changed();
     // A length beyond the range was replaced by the nearest one.
     void Corrected();

@@ -5,30 +5,30 @@
 #include <QMap>
 #include <QStringList>
 
-// A call of a program, read by its description. An option's value stands behind it or behind "=" in the same
-// word; options and arguments may stand in any order; behind a bare "--" everything is an argument. An option
-// that is given twice has its last value.
+// A call of a program, read by the program's description. An option's value follows as the next word, or
+// after "=" in the same word. Options and arguments may come in any order; after a "--" alone everything is
+// an argument. If an option is given twice, the last value counts.
 class CliCall
 {
 public:
     enum class Kind
     {
         cRun,         // GetCommand
-        cHelp,        // of GetCommand; of the group GetTopic, or of the whole program, where that is null
+        cHelp,        // of GetCommand; if that is null, of the group GetTopic or of the whole program
         cVersion,     // --version
         cManual,      // --manual: print the page of the manual
         cCompletion,  // --completion: print the script for the shell GetTopic
         cWrong        // GetError says why
     };
 
-    // The words of a call, the program's name not among them.
+    // `words` are the words of the call without the program's name.
     static CliCall Read(const CliProgram& program, const QStringList& words);
 
     Kind GetKind() const { return mKind; }
     const CliCommand* GetCommand() const { return mCommand; }
     const QString& GetTopic() const { return mTopic; }
 
-    // What is wrong, with the wrong word in it and the nearest right one where there is one.
+    // What is wrong: names the wrong word, and the nearest right one if there is one.
     const QString& GetError() const { return mError; }
 
     bool Has(const char* option) const { return mOptions.contains(QLatin1String(option)); }
@@ -42,7 +42,7 @@ public:
     // An argument by its place; empty when it is not there.
     QString GetArgument(int place) const { return mArguments.value(place); }
 
-    // Makes a call wrong that is right by the description only.
+    // Marks the call as wrong, although it is right by the description.
     CliCall& Refuse(const QString& error);
 
 private:
@@ -59,6 +59,6 @@ private:
     QStringList mArguments;
 };
 
-// The words of the call of this process, without the program's name. False, with `wrong` the first that is no
-// text in the system's encoding: such a word would change in silence.
+// The words of the call of this process, without the program's name. False if a word is not valid text in the
+// system's encoding, because it would be changed without notice; `wrong` is the first such word.
 [[nodiscard]] bool GetCliWords(int argc, char** argv, QStringList& words, QString& wrong);

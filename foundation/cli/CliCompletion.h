@@ -4,9 +4,9 @@
 
 #include <QString>
 
-// Scripts that complete calls of a program in a shell: commands, options, and what belongs behind them. The
-// names of values and arguments say what that is: FILE, PATH, ARCHIVE and the like are files, DIR is a
-// folder, NAME is what the program itself lists with "list --names".
+// Scripts that complete calls of a program in a shell: commands, options, and the values that follow them.
+// The names of values and arguments say what is completed: files for FILE, PATH, ARCHIVE and the like, a
+// folder for DIR, and for NAME what the program itself lists with "list --names".
 namespace CliCompletion
 {
 // For "bash", "zsh" or "fish".

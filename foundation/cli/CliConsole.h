@@ -3,11 +3,11 @@
 #include <QString>
 #include <QStringList>
 
-// The streams of a program at a command line. Texts go out in UTF-8, on a console of Windows in the console's
-// own way. Not for several threads at once, but for PrintError and PrintWarning.
+// The streams of a program at a command line. Texts are written in UTF-8, on a Windows console in the
+// console's own way. Not for several threads at once, except PrintError and PrintWarning.
 namespace CliConsole
 {
-// The name that stands before each error.
+// Sets the name that is printed before each error.
 void SetName(const QString& name);
 
 // Writes to standard output.
@@ -19,14 +19,14 @@ void PrintWarning(const QString& line);
 QStringList GetErrors();
 QStringList GetWarnings();
 
-// Writes to standard error as it stands.
+// Writes the unchanged text to standard error.
 void PrintNote(const QString& text);
 
 // Whether standard output, or standard error, goes to a terminal.
 bool IsOutputTerminal();
 bool IsErrorTerminal();
 
-// Whether standard input comes from one, so that a person can be asked.
+// Whether standard input comes from a terminal, so that a person can be asked.
 bool IsInputTerminal();
 
 // Whether a terminal on standard output may get bold text and colours: NO_COLOR and TERM=dumb forbid it,
@@ -36,10 +36,10 @@ bool HasStyle();
 // Asks on the terminal, without showing what is typed. False when there is no terminal, or nothing was typed.
 [[nodiscard]] bool AskSecret(const QString& question, QString& answer);
 
-// Asks on the terminal and reads a line. False when there is none.
+// Asks on the terminal and reads a line. False when there is no line.
 [[nodiscard]] bool Ask(const QString& question, QString& answer);
 
-// Writes out what is on its way. False, after a line on standard error the first time, when anything that was
-// printed could not be written.
+// Writes what is still buffered. False when anything that was printed could not be written; the first time, a
+// line on standard error says so.
 [[nodiscard]] bool Finish();
 }  // namespace CliConsole

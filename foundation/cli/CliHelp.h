@@ -13,7 +13,8 @@ enum class Style
     cBold  // headings are bold on a terminal
 };
 
-// What the program is for, and its commands with a line each. A program without commands: as for a command.
+// What the program is for, and its commands with one line for each. For a program without commands: as
+// GetCommand.
 QString GetProgram(const CliProgram& program, Style style);
 
 // The commands of a group.
@@ -22,7 +23,7 @@ QString GetGroup(const CliProgram& program, const QString& group, Style style);
 // How to call a command, what it does, its arguments, options and examples.
 QString GetCommand(const CliProgram& program, const CliCommand& command, Style style);
 
-// The hint behind an error in a call.
+// The hint that follows an error in a call.
 QString GetHint(const CliProgram& program, const CliCommand* command);
 
 // The page of the manual, for section 1, in the language of man.

@@ -2,11 +2,11 @@
 
 #include <vector>
 
-// What can be said to a program: its commands with their arguments and options. One description serves the
-// reading of a call (CliCall.h), its help, its page of the manual (CliHelp.h) and the completion of shells
-// (CliCompletion.h). All texts are English and in UTF-8.
+// How a program can be called: its commands with their arguments and options. The same description is used to
+// read a call (CliCall.h), and to make the help, the page of the manual (CliHelp.h) and the completion for
+// shells (CliCompletion.h). All texts are English and in UTF-8.
 
-// A word of a call that is told by its place.
+// A word of a call whose meaning depends on its place.
 struct CliArgument
 {
     enum class Count
@@ -40,7 +40,7 @@ struct CliOption
 
 struct CliExample
 {
-    const char* call;  // as typed to a shell
+    const char* call;  // as typed into a shell
     const char* help;
 };
 
@@ -73,13 +73,13 @@ struct CliProgram
     std::vector<CliSection> sections;
 };
 
-// What every program heeds when it prints bold text.
+// What every program checks before it prints bold text.
 inline const CliSection cCliStyle = {
     "bold text",
     "  NO_COLOR        when set, nothing is printed bold; CLICOLOR=0 does the same\n"
     "  CLICOLOR_FORCE  when set, headings are bold even when no terminal shows them"};
 
-// What the exit status of each of our programs says.
+// The meaning of the exit statuses of our programs.
 constexpr int cCliDone = 0;
 constexpr int cCliFailed = 1;
 constexpr int cCliWrongCall = 2;

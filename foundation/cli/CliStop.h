@@ -2,9 +2,9 @@
 
 #include <atomic>
 
-// Tells whether the user wants a long command to stop: Ctrl-C, or a request to end. From the construction of
-// an object on, the first such request no longer ends the process, so that the command can leave in good
-// order; a second one does. One per process.
+// Tells whether the user wants a long command to stop: Ctrl-C, or a request to end. While an object exists,
+// the first such request no longer ends the process, so that the command can end in an orderly way; a second
+// request ends it. One object per process.
 class CliStop
 {
 public:

@@ -6,7 +6,7 @@
 
 #include <cstdio>
 
-// What the systems do differently at a terminal.
+// Terminal functions that differ between the systems.
 namespace CliTerminal
 {
 bool IsTerminal(std::FILE* stream);
@@ -14,8 +14,8 @@ bool IsTerminal(std::FILE* stream);
 // Writes text in UTF-8. False when it could not be written.
 [[nodiscard]] bool Write(std::FILE* stream, const QByteArray& text);
 
-// Reads a line from the terminal itself, whatever standard input is; `isShown` says whether what is typed
-// appears. False without a terminal or at its end.
+// Reads a line from the terminal itself, whatever standard input is; `isShown` says whether the typed text is
+// shown. False without a terminal or at its end.
 [[nodiscard]] bool ReadLine(const QByteArray& question, bool isShown, QString& line);
 
 // See CliCall.h.

@@ -14,13 +14,13 @@ struct Paragraph
     bool isAsItStands;  // lines that begin with blanks are not filled
 };
 
-// The paragraphs of a help text. A line of one that is filled ends with a blank.
+// The paragraphs of a help text. In a paragraph that is filled, each line ends with a blank.
 QVector<Paragraph> Split(const char* help);
 
 // An option with the names of its values, as "--job-options FILE".
 QString GetOption(const CliOption& option);
 
-// A whole call, as "hopboxctl create NAME --job-options FILE [--json]". Blanks at which no line may be broken
-// are no-break spaces.
+// A whole call, as "hopboxctl create NAME --job-options FILE [--json]". Where a line must not be broken, a
+// no-break space is used instead of a blank.
 QString GetCall(const CliProgram& program, const CliCommand& command);
 }  // namespace CliText

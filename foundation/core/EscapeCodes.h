@@ -16,8 +16,8 @@ inline ushort GetNumber(QChar unit)
     return unit.unicode();
 }
 
-// The letter behind the backslash in the escape of a character; NUL for one that stands in a quoted string as
-// it is.
+// The letter after the backslash in the escape of a character; NUL for a character that needs no escape in a
+// quoted string.
 inline char GetLetter(ushort unit)
 {
     switch (unit) {
@@ -41,14 +41,15 @@ inline bool IsOneLineBreak(ushort first, ushort second)
     return GetLetter(first) == 'n' && GetLetter(second) == 'n' && first != second;
 }
 
-// Writes [begin, end) to `target` with the escapes and gives the end of what it wrote: at most twice as many
-// units. CR LF and LF CR are one line break. A target wider than the source holds each unit's number.
+// Writes [begin, end) to `target` with the escapes and gives the end of what it wrote, which is at most twice
+// as many units. CR LF and LF CR are one line break. If the target's units are wider than the source's, they
+// hold the numbers of the source's units.
 template <typename Unit, typename Target>
 Target* WriteEscaped(const Unit* begin, const Unit* end, Target* target)
 {
     for (const Unit* at = begin; at != end; ++at) {
         const ushort number = GetNumber(*at);
-        const bool isPlain = number > '"' && number != '\\';  // decides for nearly all without a look-up
+        const bool isPlain = number > '"' && number != '\\';  // avoids the look-up for nearly all units
         const char letter = isPlain ? '\0' : GetLetter(number);
         if (letter == '\0') {
             *target++ = static_cast<Target>(number);
@@ -62,8 +63,8 @@ Target* WriteEscaped(const Unit* begin, const Unit* end, Target* target)
     return target;
 }
 
-// What the letter behind a lead stands for, in ASCII; empty when it stands for nothing. A line break is CR LF
-// on every platform.
+// What the letter after a lead (the first character of an escape) stands for, in ASCII; empty when it has no
+// meaning. A line break is CR LF on every platform.
 inline QLatin1String GetMeaning(ushort letter)
 {
     switch (letter) {
@@ -82,8 +83,8 @@ inline QLatin1String GetMeaning(ushort letter)
     }
 }
 
-// The two rules of what leads an escape: in the quoted strings of files, and in texts that people type, where
-// the other two stand for the backslash in some code pages.
+// The two rules for which characters begin an escape: one for the quoted strings of files, one for texts that
+// people type. In the second, two more characters stand for the backslash of some code pages.
 struct InQuotes
 {
     static bool IsLead(ushort unit) { return unit == '\\'; }
@@ -102,8 +103,8 @@ inline void Append(GString& target, QLatin1String text)
     target.append(text);
 }
 
-// Appends the unit at `at`, or what the escape stands for that begins there, and gives the place behind it. A
-// lead with nothing behind it, or with a letter that means nothing, stands for itself.
+// Appends the unit at `at`, or the meaning of the escape that begins there, and gives the place after it. A
+// lead with nothing after it, or with a letter without a meaning, stands for itself.
 template <typename Rule, typename Unit, typename Text>
 const Unit* TakeBack(const Unit* at, const Unit* end, Text& text)
 {
@@ -117,7 +118,7 @@ const Unit* TakeBack(const Unit* at, const Unit* end, Text& text)
     return at + 2;
 }
 
-// The same for a whole text: a GBuffer or a GString, or what stands for one.
+// The same for a whole text: a GBuffer, a GString, or a type that can be used like one.
 template <typename Rule, typename Text, typename Source>
 Text TakeAllBack(const Source& source)
 {

@@ -4,15 +4,15 @@
 #include <cstddef>
 #include <vector>
 
-// Objects to be called in the order in which they were attached, where a call may attach and detach any of
-// them and begin another round of calls. One that is attached during a round is first called in the next; one
-// that is detached is not called any more. Owns none of them. For one thread at a time; the list itself must
-// outlive a round.
+// A list of objects that are called in the order in which they were attached. A call may attach and detach
+// any objects, and may begin another round of calls. An object that is attached during a round is first
+// called in the next round; an object that is detached is not called any more. The list does not own the
+// objects. For one thread at a time; the list itself must outlive a round.
 template <typename Object>
 class GAttachments
 {
 public:
-    // An object that is attached already stays where it is.
+    // An object that is attached already keeps its place.
     void Attach(Object& object)
     {
         if (std::find(mObjects.begin(), mObjects.end(), &object) == mObjects.end())
@@ -46,7 +46,7 @@ public:
     }
 
 private:
-    // Places don't move while a round goes on, whatever way it ends.
+    // Objects keep their places in the list during a round, however the round ends.
     class Round
     {
     public:

@@ -4,8 +4,8 @@
 
 #include <vector>
 
-// Reads another stream through a buffer, lets its reader look ahead and push bytes back, and goes back to a
-// point that was set before.
+// Reads another stream through a buffer. The reader can look ahead, push bytes back, and go back to a point
+// that was set before.
 class GBufferedInputStream : public GInputStream
 {
 public:
@@ -21,13 +21,14 @@ public:
     // Goes back to the first byte of the source; forgets what was pushed back and the roll-back point.
     void Reset() override;
 
-    // A stream over a clone of the source, with what is buffered here; the roll-back point is not taken
-    // along.
+    // A stream over a clone of the source, with the bytes that are buffered here, but without the roll-back
+    // point.
     std::unique_ptr<GInputStream> CreateClone() const override { return CreateBufferedClone(); }
     std::unique_ptr<GBufferedInputStream> CreateBufferedClone() const;
 
-    // Has the next `least` bytes at hand, or as many as there are; gives how many can be looked at, which may
-    // be more. They are at GetAhead until the next call of anything but Skip.
+    // Makes at least `least` of the next bytes available, or all that are left if there are fewer. Gives how
+    // many can be looked at, which may be more. They are at GetAhead until the next call of any function but
+    // Skip.
     int LookAhead(int least)
     {
         const int available = static_cast<int>(mEnd - mBegin);
@@ -35,20 +36,19 @@ public:
     }
     const char* GetAhead() const { return mBuffer.data() + mBegin; }
 
-    // Passes over bytes that LookAhead showed.
+    // Skips bytes that LookAhead has made available.
     void Skip(int count) { mBegin += static_cast<size_t>(count); }
 
-    // Puts bytes in front of what comes next.
+    // Pushes bytes back: they are read next, before the rest.
     void Unread(const char* bytes, int count);
 
-    // From now on keeps what is read, until RollBack. A later point replaces an earlier.
+    // From now on keeps what is read, until RollBack. A new point replaces the earlier one.
     void SetRollBackPoint();
 
     // Goes back to the roll-back point, which is then forgotten. False when there is none.
     [[nodiscard]] bool RollBack();
 
-    // How many bytes of the source lie before the next one; bytes that were pushed back count as unread
-    // again.
+    // How many bytes of the source are before the next one; bytes that were pushed back count as not read.
     int64_t GetPosition() const { return mRead - static_cast<int64_t>(mEnd - mBegin); }
 
 private:
@@ -61,7 +61,7 @@ private:
     size_t mSize;
     size_t mBegin = 0;  // the next byte; the bytes from here to mEnd are still to be read
     size_t mEnd = 0;
-    size_t mRollBackPoint = 0;  // not behind mBegin
+    size_t mRollBackPoint = 0;  // not after mBegin
     bool mHasRollBackPoint = false;
     int64_t mRead = 0;  // bytes taken from the source
 };

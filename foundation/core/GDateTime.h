@@ -6,17 +6,17 @@
 
 class QDateTime;
 
-// A moment in UTC, to the millisecond, in the years 1 to 9999 of the Gregorian calendar; or none.
+// A moment in UTC, exact to the millisecond, in the years 1 to 9999 of the Gregorian calendar; or no moment.
 class GDateTime
 {
 public:
     // No moment.
     GDateTime() = default;
 
-    // Milliseconds since the beginning of 1970 in UTC; no moment where that is outside the years 1 to 9999.
+    // Milliseconds since the beginning of 1970 in UTC; no moment if that is outside the years 1 to 9999.
     static GDateTime FromMilliseconds(int64_t milliseconds);
 
-    // Of a moment in any time zone; no moment where it is invalid or outside those years.
+    // From a moment in any time zone; no moment if it is invalid or outside those years.
     static GDateTime FromQDateTime(const QDateTime& dateTime);
 
     // Reads what GetText writes. No moment for any other text.
@@ -30,7 +30,7 @@ public:
     // In UTC; invalid for no moment.
     QDateTime GetQDateTime() const;
 
-    // No moment equals itself and is before every other.
+    // "No moment" equals itself and is before every moment.
     bool operator==(const GDateTime& other) const { return mMilliseconds == other.mMilliseconds; }
     bool operator!=(const GDateTime& other) const { return mMilliseconds != other.mMilliseconds; }
     bool operator<(const GDateTime& other) const { return mMilliseconds < other.mMilliseconds; }

@@ -14,20 +14,23 @@
 // The foundation's dictionary: a hash table whose order of entries is defined, because it is the order in
 // which they are written to files.
 //
-// The entries lie in one array of slots. An entry's home slot is its key's GDictHash modulo the number of
-// slots; the entry goes into the first free slot from there on, past the end from the front. Each slot counts
-// the entries that are at home in it, so a search ends as soon as it has met that many: a key that isn't
-// there mostly costs one look at one slot. An iteration gives the entries in the order of their slots.
+// The entries are in one array of slots. An entry's home slot is its key's GDictHash modulo the number of
+// slots. The entry goes into the first free slot from there on; after the last slot the search goes on at the
+// first. Each slot counts the entries whose home it is, so a search ends when it has found that many: to find
+// that a key is missing, mostly one look at one slot is enough. An iteration gives the entries in the order
+// of their slots.
 //
-// The capacity begins at 7; as soon as the entries fill three quarters of it, it becomes
-// GDictUtil::GetAllocation(2 * capacity) and every entry is put in again in slot order. It never shrinks, but
-// for Clear. An empty dictionary owns no memory.
+// The capacity begins at 7. As soon as the entries fill three quarters of it, it becomes
+// GDictUtil::GetAllocation(2 * capacity), and every entry is put in again in slot order. Only Clear makes it
+// smaller. An empty dictionary owns no memory.
 //
-// Keys of one home slot cost a step each, so n keys chosen to meet take n * n steps to put in: a reader of
-// files from elsewhere looks at IsCrowded as it goes.
+// Each key with the same home slot costs one more step. So n keys that were chosen to have one home slot take
+// n * n steps to put in. Code that reads files from other sources must therefore check IsCrowded while it
+// reads.
 //
-// References to values and iterations end with an Insert, FindOrInsert or Clear. Remove moves no entry: the
-// one under an iteration may be removed. As the standard containers, for one thread at a time.
+// References to values, and iterators, are invalid after an Insert, FindOrInsert or Clear. Remove moves no
+// entry: the entry at which an iteration is may be removed. Like the standard containers, for one thread at a
+// time.
 template <typename Key, typename Value>
 class GDict
 {
@@ -44,10 +47,10 @@ public:
     GDict(GDict&& other) noexcept { Swap(other); }
     GDict& operator=(GDict other) noexcept;
 
-    // Puts the value under the key, in place of the one that is there.
+    // Puts the value under the key, and replaces the old one.
     Value& Insert(Key key, Value value);
 
-    // The value under the key; a value-initialised one is put there when there is none.
+    // The value under the key; if there is none, a value-initialised one is put there.
     Value& FindOrInsert(const Key& key);
 
     // The value under the key; null when there is none.
@@ -65,12 +68,12 @@ public:
     bool IsEmpty() const { return mCount == 0; }
     int GetCapacity() const { return static_cast<int>(mCapacity.Get()); }
 
-    // Whether the entries were put so far from their home slots as only keys that are chosen for it are: 32
-    // slots on average, where two are usual. True for as long as the capacity stays.
+    // Whether the entries are so far from their home slots that the keys must have been chosen for this: 32
+    // slots on average, when two are usual. Stays true until the capacity changes.
     bool IsCrowded() const { return mDistance > 32 * uint64_t(mCapacity.Get()) + 10000; }
 
-    // In slot order. What an iterator gives has the members `key` and `value`, references to the entry's own;
-    // it is taken by value or as a const reference: for (const auto& entry : dict).
+    // In slot order. An iterator gives an object with the members `key` and `value`, which are references to
+    // those of the entry. Take it by value or as a const reference: for (const auto& entry : dict).
     iterator begin() { return {mSlots.get(), GetEnd()}; }
     iterator end() { return {GetEnd(), GetEnd()}; }
     const_iterator begin() const { return {mSlots.get(), GetEnd()}; }
@@ -81,7 +84,8 @@ private:
 
     Slot* GetEnd() const { return mSlots ? mSlots.get() + mCapacity.Get() : nullptr; }
     Slot* FindSlot(const Key& key, uint32_t hash) const;
-    // Not to be merged into FindSlot, whose short way would then pay for the registers of this one.
+    // Must not be merged into FindSlot: the short path there would become slower, because it would have to
+    // save the registers that this function needs.
     Q_NEVER_INLINE Slot* FindFromHome(const Key& key, uint32_t hash, uint32_t home) const;
     uint32_t Occupy(uint32_t hash, Key&& key, Value&& value);
     Value& Add(uint32_t hash, Key&& key, Value&& value);
@@ -116,7 +120,7 @@ struct GDict<Key, Value>::Slot
     Slot(const Slot&) = delete;
     Slot& operator=(const Slot&) = delete;
 
-    // An entry that is at home here came or went, wherever it lies.
+    // Call this when an entry with this home slot is added or removed, wherever the entry is.
     void AddToHome(uint32_t keyHash)
     {
         homeMarks |= GetMark(keyHash);
@@ -129,7 +133,7 @@ struct GDict<Key, Value>::Slot
             homeMarks = 0;
     }
 
-    // Whether an entry of this hash may be at home here: false for most that are not.
+    // Whether an entry with this hash may have its home here: false for most that do not.
     bool MayBeHomeOf(uint32_t keyHash) const { return (homeMarks & GetMark(keyHash)) != 0; }
 
     void Fill(uint32_t keyHash, Key&& key, Value&& value) noexcept
@@ -145,12 +149,13 @@ struct GDict<Key, Value>::Slot
         entry.~Entry();
     }
 
-    // One of eight bits. Scattered, since the hashes of numbers that lie side by side differ in their lowest
-    // bits alone: nearly every miss then ends at its home slot, and is foreseen by the processor.
+    // One of eight bits. The bits are mixed, because the hashes of neighbouring numbers differ only in their
+    // lowest bits. Nearly every search for a missing key then ends at its home slot, and the processor
+    // predicts that.
     static uint32_t GetMark(uint32_t keyHash) { return 1u << (keyHash * 0x9E3779B1u >> 29); }
 
-    // Of the entries whose home slot this is, wherever they lie: the marks of their hashes, and their number.
-    // Eight million that meet in one slot would take hours to put in.
+    // The marks of the hashes, and the number, of the entries whose home slot this is, wherever they are. It
+    // would take hours to put eight million entries with one home slot in.
     uint32_t homeMarks : 8;
     uint32_t isOccupied : 1;
     uint32_t homeCount : 23;
@@ -233,8 +238,8 @@ void GDict<Key, Value>::Swap(GDict& other) noexcept
     std::swap(mSlots, other.mSlots);
 }
 
-// The slot that holds the key; null when none does. What mostly decides is inline: the home slot has no entry
-// of such a hash, or it holds the key itself.
+// The slot that holds the key; null when none does. The two usual cases are inline: the home slot has no
+// entry with such a hash, or it holds the key itself.
 template <typename Key, typename Value>
 inline typename GDict<Key, Value>::Slot* GDict<Key, Value>::FindSlot(const Key& key, uint32_t hash) const
 {
@@ -329,7 +334,7 @@ uint32_t GDict<Key, Value>::Occupy(uint32_t hash, Key&& key, Value&& value)
 template <typename Key, typename Value>
 Value& GDict<Key, Value>::Add(uint32_t hash, Key&& key, Value&& value)
 {
-    // All memory is had before the first change.
+    // All memory is allocated before the first change.
     if (!mSlots)
         mSlots.reset(new Slot[mCapacity.Get()]);
     const bool isLastOfCapacity = (uint64_t(mCount) + 1) * 4 >= uint64_t(mCapacity.Get()) * 3;

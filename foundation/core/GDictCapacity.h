@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <limits>
 
-// The number of slots of a dictionary, and the home slots that it gives. The remainder is taken by two
-// multiplications with a reciprocal that is made once per capacity: a division at each look-up would cost
-// more than the rest of it.
+// The number of slots of a dictionary, and the home slot of each hash. Two multiplications with a reciprocal,
+// which is computed once per capacity, give the remainder: a division would cost more than the rest of a
+// look-up.
 class GDictCapacity
 {
 public:

@@ -9,17 +9,17 @@
 #include <cstdint>
 
 // The hash of a dictionary's keys. It decides the order of entries in written files, so it is fixed: the same
-// content gives the same number in every process, on every machine, in every version. It is not secret, so
-// whoever makes up the keys can make them meet; see GDict for what that costs.
+// content gives the same number in every process, on every machine, in every version. It is not secret:
+// somebody who invents keys can give many of them the same home slot; see GDict for what that costs.
 //
-// Text hashes as a row of n bytes: a GBuffer's own, a GString's UTF-16 units each with its low byte first.
-// Numbers of several bytes are read with the low byte first, and
+// A text is hashed as n bytes: the bytes of a GBuffer, or the UTF-16 units of a GString, each with its low
+// byte first. Numbers of several bytes are read with the low byte first, and
 //   fold(a, b) = the exclusive-or of the high 64 bits of the product a * b, its low 64 bits, a and b
 //                (without a and b, a factor of 0 would give 0 whatever the other is)
 //   K = 0x9E3779B97F4A7C15, L = 0xD6E8FEB86659FD93
 // The hash begins as h = n * K, cut to 64 bits. From the front, while more than 16 bytes are left, the next 8
-// are a and the 8 after them b, and h becomes fold(h ^ a, L ^ b). Then once more, with a and b out of what
-// the text ends with:
+// are a and the 8 after them b, and h becomes fold(h ^ a, L ^ b). The last step is the same once more, with a
+// and b from the end of the text:
 //   n >= 16        the last 16 bytes, taken before or not: a their first 8, b their last 8
 //   8 <= n < 16    a the first 8 bytes, b the last 8
 //   4 <= n < 8     a the first 4 bytes, b the last 4
@@ -27,9 +27,9 @@
 //   n = 0          a and b 0
 // The result is the exclusive-or of h's high and low 32 bits.
 //
-// A number hashes to itself: codes that follow each other lie side by side.
+// The hash of a number is the number itself: codes that follow each other are in neighbouring slots.
 //
-// A key type of one's own gets a GDictHash beside it, in its namespace.
+// For a key type of your own, write a GDictHash beside it, in its namespace.
 inline uint32_t GDictHash(const GBuffer& key);
 inline uint32_t GDictHash(const GString& key);
 

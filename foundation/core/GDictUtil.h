@@ -7,12 +7,13 @@
 // What dictionaries and the files that hold them have in common.
 namespace GDictUtil
 {
-// The capacity for `requested` slots: the smallest of the fixed primes that is not below it; beyond the last
-// prime, the last one doubled as often as it takes. Raises std::length_error where that passes an int.
+// The capacity for `requested` slots: the smallest of the fixed primes that is at least `requested`. Above
+// the last prime, it is the last prime doubled as often as needed. Raises std::length_error if the result
+// does not fit into an int.
 int GetAllocation(int64_t requested);
 
-// Which characters end a line of a settings file. Both, on every platform: the same content is the same file
-// wherever it was written.
+// Which characters end a line of a settings file: both, on every platform, so that the same content gives the
+// same file everywhere.
 constexpr bool NeedsCR()
 {
     return true;

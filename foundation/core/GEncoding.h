@@ -25,24 +25,24 @@ public:
     GEncoding(const GEncoding&) = delete;
     GEncoding& operator=(const GEncoding&) = delete;
 
-    // UTF-16 in the order of this machine, and in an order whatever the machine.
+    // UTF-16 in the byte order of this machine, and in a fixed byte order.
     static GEncodingRef GetUTF16();
     static GEncodingRef GetUTF16LittleEndian();
     static GEncodingRef GetUTF16BigEndian();
 
     static GEncodingRef GetUTF8();
 
-    // "WinAnsiEncoding", Windows code page 1252. The five bytes that it leaves open decode to the control
-    // characters of their numbers. The control characters U+0080 to U+009F encode to the bytes of their
-    // numbers, whatever those decode to: that keeps the bytes of a name that is held as text (see
-    // GBufferSupport).
+    // "WinAnsiEncoding", Windows code page 1252. The five bytes that the code page does not define decode to
+    // the control characters with the same numbers. The control characters U+0080 to U+009F encode to the
+    // bytes with the same numbers, even if those bytes decode to other characters. That keeps the bytes of a
+    // name that is held as text (see GBufferSupport).
     static GEncodingRef GetWinAnsi();
 
     // The code page of file names in zip archives: the system's OEM code page on Windows, else code page 437.
     // No character is replaced by one that looks like it.
     static GEncodingRef GetOEM();
 
-    // What 8-bit text of this platform is in: UTF-8, on Windows the ANSI code page.
+    // The encoding of this platform's 8-bit text: UTF-8, on Windows the ANSI code page.
     static GEncodingRef GetPlatform8Bit();
 
     // The encoding of a name as GetName gives it, without regard to case; "UTF-16", "OEM" and "Platform" find
@@ -51,13 +51,13 @@ public:
 
     const GString& GetName() const { return mName; }
 
-    // The bytes of one "A": 2 for UTF-16, 1 for everything else.
+    // The number of bytes of one "A": 2 for UTF-16, 1 for all others.
     int GetCharWidth() const { return mByteOrder == ByteOrder::cNone ? 1 : 2; }
 
     ByteOrder GetByteOrder() const { return mByteOrder; }
 
-    // The bytes of the text, without a byte order mark. A character that the encoding lacks becomes the
-    // replacement, one for each character and not for each of its units.
+    // The bytes of the text, without a byte order mark. A character that the encoding does not have becomes
+    // one replacement character, even if it has two units.
     GBuffer Encode(const GString& text) const { return EncodeText(text, '?'); }
     GBuffer Encode(const GString& text, char replacement) const { return EncodeText(text, replacement); }
 

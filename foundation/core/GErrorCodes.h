@@ -11,7 +11,7 @@ constexpr int32_t cLockFile = 40092;
 // A message could not be posted to a receiver.
 constexpr int32_t cPostMessage = 40153;
 
-// The header of a channel segment does not check.
+// The header of a channel segment is not valid.
 constexpr int32_t cSegmentHeader = 40154;
 
 // A path that the file system can't hold (NUL inside, empty where a name is needed).
@@ -20,7 +20,7 @@ constexpr int32_t cIllegalPath = 40001;
 // A file or folder operation failed; the description says which, on what and why.
 constexpr int32_t cFile = 40002;
 
-// An argument outside what the operation takes.
+// An argument that the operation does not accept.
 constexpr int32_t cIllegalArgument = 40003;
 
 // The inter-process lock; these four have texts in the string pool.

@@ -27,7 +27,7 @@ private:
     GBuffer mWhat;
 };
 
-// An error that its code describes: the description is a general text, the same for every cause.
+// An error that is described only by its code: the description is a general text, the same for every cause.
 class GSimpleException : public GException
 {
 public:

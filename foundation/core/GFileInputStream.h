@@ -15,20 +15,20 @@ public:
     explicit GFileInputStream(const GString& path, int64_t largest = cLargestTextFile);
     ~GFileInputStream() override;
 
-    // Opens the file; null when the system says that there is none. Raises as the constructor does where
-    // anything else keeps it from being read.
+    // Opens the file; null when the system says that there is no such file. If it can't be read for another
+    // reason, raises as the constructor does.
     static std::unique_ptr<GFileInputStream> OpenIfThere(const GString& path,
                                                          int64_t largest = cLargestTextFile);
 
     int Read(char* bytes, int count) override;
 
-    // Gives the next bytes, fewer at the end of the file, and leaves them to the next Read.
+    // Gives the next bytes, fewer at the end of the file. The next Read gives them again.
     int Peek(char* bytes, int count);
 
     void Reset() override;
 
-    // Opens the file by its path again; raises as the constructor does. Where the file was replaced
-    // meanwhile, the clone reads the new one.
+    // Opens the file by its path again; raises as the constructor does. If the file was replaced meanwhile,
+    // the clone reads the new one.
     std::unique_ptr<GInputStream> CreateClone() const override;
 
 private:

@@ -14,8 +14,8 @@ public:
 
     void Write(const char* bytes, int count) override;
 
-    // Writes what is still held back and closes; raises as Write does. A stream that is destroyed without
-    // Close tries the same and can't tell of a failure.
+    // Writes what is still buffered and closes the file; raises as Write does. A stream that is destroyed
+    // without Close tries the same, but can't report a failure.
     void Close();
 
 private:

@@ -7,11 +7,11 @@
 class GMemoryInputStream : public GInputStream
 {
 public:
-    // Shares the bytes; what was made by GBuffer::fromRawData has to outlive the stream and its clones.
+    // Shares the bytes. Memory given to GBuffer::fromRawData must outlive the stream and its clones.
     explicit GMemoryInputStream(const GBuffer& bytes);
 
-    // Reads the units of a text in this machine's order (GEncoding::GetUTF16). The text has to stay unchanged
-    // while the stream or a clone of it lives.
+    // Reads the units of a text in this machine's order (GEncoding::GetUTF16). The text must stay unchanged
+    // while the stream or a clone of it exists.
     static std::unique_ptr<GMemoryInputStream> CreateOnText(const GString& text);
 
     int Read(char* bytes, int count) override;

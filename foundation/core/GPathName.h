@@ -5,22 +5,22 @@
 // The path of a file or folder: a value, made from text, that never touches the file system.
 //
 // The text may be in the system's own form or in the portable one, whose separator is '/' everywhere. It is
-// tidied when the path is made: repeated and trailing separators and "." go, and ".." takes back the name
-// before it, so that a path that looks as if it lay below a folder does. Where a name is a symbolic link,
-// ".." therefore means the folder that holds the link.
+// cleaned when the path is made: repeated and trailing separators and "." are removed, and ".." removes the
+// name before it. So a path that looks as if it were below a folder really is below it. If a name is a
+// symbolic link, ".." therefore means the folder that holds the link.
 //
 // On Windows a path is relative, or begins with a drive ("C:\"), a share ("\\server\share\") or a bare
-// separator (the current drive). The long-path prefix "\\?\" is taken off. On POSIX a path is relative or
-// begins with '/'; a backslash is a character like any other.
+// separator (the current drive). The long-path prefix "\\?\" is removed. On POSIX a path is relative or
+// begins with '/'; a backslash is an ordinary character.
 //
-// A text that no file system call could take raises GCustomException with GErrorCode::cIllegalPath: one with
-// a NUL inside; on Windows also one with a reserved character or a name that ends in a dot or a blank (the
-// system would silently take another name), with a drive but no separator after it ("C:a"), with a server but
-// no share, or with the device prefix "\\.\".
+// A text that no file system call can accept raises GCustomException with GErrorCode::cIllegalPath. On every
+// system that is a text with a NUL inside. On Windows it is also a text with a reserved character, a name
+// that ends in a dot or a blank (the system would silently use another name), a drive without a separator
+// after it ("C:a"), a server without a share, or the device prefix "\\.\".
 class GPathName
 {
 public:
-    // The empty path: none.
+    // The empty path, which means no path.
     GPathName() = default;
 
     // An empty text gives the empty path.
@@ -41,29 +41,30 @@ public:
     // With '/' separators. Equal to the native path on POSIX.
     const GString& GetPortablePath() const { return mPath; }
 
-    // The form for the calls of the operating system: as the native path, on Windows with the prefix that
-    // lifts the limit of 260 characters when the path names a drive or a share.
+    // The form for calls of the operating system: the native path. On Windows, if the path names a drive or a
+    // share, it has the prefix that removes the limit of 260 characters.
     GString GetSystemPath() const;
 
     // The last name; empty for a root and for the empty path.
     GString GetLeaf() const;
 
-    // The last name up to the last dot. A dot that begins or ends the name starts no extension.
+    // The last name up to the last dot. A dot at the beginning or the end of the name does not begin an
+    // extension.
     GString GetLeafWithoutExtension() const;
 
     // What follows the last dot of the last name; empty when there is no extension.
     GString GetExtension() const;
 
-    // The same path with another extension, given without its dot; an empty one takes the extension away.
-    // Raises cIllegalPath when the path has no last name or the extension holds a separator.
+    // The same path with another extension, given without its dot; an empty one removes the extension. Raises
+    // cIllegalPath when the path has no last name or the extension holds a separator.
     GPathName WithExtension(const GString& extension) const;
 
-    // One step up; the empty path when there is nothing above: for a root, for a relative path of one name,
-    // for one that ends in "..", and for the empty path. Walking up from anywhere therefore ends.
+    // The folder above. It is the empty path when there is nothing above: for a root, for a relative path of
+    // one name or one that ends in "..", and for the empty path. So a loop that goes up always ends.
     GPathName GetParent() const;
 
-    // A path below this one. The argument is a name or a relative path; one that is empty, absolute or leads
-    // out of this path raises cIllegalPath. Below the empty path, gives the relative path itself.
+    // A path below this one. The argument is a name or a relative path. If it is empty or absolute, or leads
+    // out of this path, it raises cIllegalPath. The empty path gives the relative path itself.
     GPathName GetChild(const GString& leafOrRelative) const;
 
     // True when this path lies below the base, at any depth; a path does not lie below itself.
@@ -73,12 +74,12 @@ public:
     // lie below the base.
     GPathName GetRelativeTo(const GPathName& base) const;
 
-    // Compare by the rule of the system: without regard to case on Windows. The file system is not asked, so
-    // two names of one file may differ.
+    // Compare as the system does: on Windows, case does not count. The file system is not asked, so two names
+    // of one file may be different paths.
     bool operator==(const GPathName& other) const;
     bool operator!=(const GPathName& other) const { return !(*this == other); }
 
 private:
     GString mPath;        // portable and tidy
-    int mRootLength = 0;  // how much of mPath is the root, its separator included; 0 when relative
+    int mRootLength = 0;  // how much of mPath is the root, with its separator; 0 when relative
 };

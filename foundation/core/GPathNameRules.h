@@ -6,20 +6,20 @@
 // otherwise.
 namespace GPathNameRules
 {
-// Whether two names that differ only in case are one.
+// Whether two names that differ only in case are the same name.
 extern const Qt::CaseSensitivity cCaseSensitivity;
 
-// Replaces the system's separators by '/' and takes the long-path prefix off.
+// Replaces the system's separators by '/' and removes the long-path prefix.
 GString ToPortable(const GString& nativeOrPortablePath);
 
-// The length of the root that begins the path, its separator included; 0 for a relative path, -1 for a root
-// that is not allowed. The separator may be missing at the end of the text.
+// The length of the root at the beginning of the path, with its separator; 0 for a relative path, -1 for a
+// root that is not allowed. The separator may be missing at the end of the text.
 int GetRootLength(const GString& portablePath);
 
-// Whether a file can have the name; an empty one passes, as what stands between two separators.
+// Whether a file can have the name. An empty name is accepted, because it can be between two separators.
 bool IsLegalName(const QStringRef& name);
 
-// Whether a glance tells that a path can be made of the text, which may be in the system's own form.
+// Whether a quick check shows that a path can be made of the text, which may be in the system's own form.
 bool IsPlainlyLegal(const QStringRef& path);
 
 GString ToNative(const GString& portablePath);

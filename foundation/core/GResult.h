@@ -7,15 +7,15 @@
 #include <type_traits>
 #include <utility>
 
-// How an operation ended: it succeeded, it failed, or the user cancelled it. What did not succeed has a
-// reason for a person or the log, and, where somebody acts upon the kind of failure, a code.
+// How an operation ended: it succeeded, it failed, or the user cancelled it. If it did not succeed, there is
+// a reason for a person or the log, and also a code if somebody needs to know the kind of failure.
 //
-// The compiler warns where a result is dropped. A sequence of steps, of which each runs only after the
-// success of the one before, reads as one:
+// The compiler warns if a result is not used. A sequence in which each step runs only if the one before
+// succeeded is written like this:
 //
 //     return ReadFile().Then([&] { return Check(); }).Then([&] { return WriteFile(); });
 //
-// A plain value: any thread.
+// A plain value, for any thread.
 class [[nodiscard]] GResult
 {
 public:
@@ -27,7 +27,7 @@ public:
         return GResult(Kind::Failed, reason, code);
     }
 
-    // Runs a step that raises, and gives a GResult or nothing; what it raised becomes the failure.
+    // Runs a step that may raise and that gives a GResult or nothing; an exception becomes the failure.
     template <typename Step>
     static GResult Catch(const Step& step)
     {
@@ -51,18 +51,19 @@ public:
     bool HasSucceeded() const { return mKind == Kind::Succeeded; }
     bool WasCancelled() const { return mKind == Kind::Cancelled; }
 
-    // Both are empty, or 0, after a success; the code is 0 where nobody gave one.
+    // After a success the reason is empty and the code is 0. The code is also 0 if none was given.
     const GString& GetReason() const { return mReason; }
     int32_t GetCode() const { return mCode; }
 
-    // Runs the next step, which gives a GResult, unless something has gone wrong before.
+    // Runs the next step, which gives a GResult, unless an earlier step did not succeed.
     template <typename Step>
     GResult Then(Step&& step) const
     {
         return HasSucceeded() ? std::forward<Step>(step)() : *this;
     }
 
-    // The same result with its reason between two texts: what was tried, and then why not.
+    // The same result with its reason between two texts, so that the whole says what was tried and why it
+    // failed.
     GResult Within(const GString& before, const GString& after) const
     {
         return mKind == Kind::Failed ? Failure(before + mReason + after, mCode) : *this;

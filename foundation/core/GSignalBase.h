@@ -26,7 +26,7 @@ private:
 };
 
 // What receivers of any data have in common: they know the signals that they are attached to, and detach when
-// they end.
+// they are deleted.
 class GReceiverBase
 {
 public:
@@ -35,8 +35,9 @@ public:
     GReceiverBase(const GReceiverBase&) = delete;
     GReceiverBase& operator=(const GReceiverBase&) = delete;
 
-    // Waits for a delivery that is under way on another thread. A receiver that other threads' signals reach
-    // calls it first in its own destructor: when the base's destructor runs, half of the receiver is gone.
+    // Waits for a delivery that is running on another thread. A receiver that gets signals from other threads
+    // must call this first in its own destructor: when the base's destructor runs, half of the receiver is
+    // already destroyed.
     void DetachFromAll();
 
 private:
@@ -44,7 +45,7 @@ private:
 
     void Forget(const std::shared_ptr<GSignalLink>& link);
 
-    std::mutex mMutex;  // over mLinks; held for nothing else
+    std::mutex mMutex;  // guards mLinks and nothing else
     std::vector<std::weak_ptr<GSignalLink>> mLinks;
 };
 
@@ -60,7 +61,7 @@ public:
 
 protected:
     GSignalBase();
-    ~GSignalBase();  // waits for an emission that is under way on another thread
+    ~GSignalBase();  // waits for an emission that is running on another thread
 
     void AttachReceiver(GReceiverBase& receiver);
     void DetachReceiver(GReceiverBase& receiver);
@@ -68,12 +69,12 @@ protected:
     using Delivery = std::function<void(GReceiverBase&)>;
     using MakeDelayedMessage = std::function<std::unique_ptr<GDelayedMessageBase>()>;
 
-    // Calls each receiver under the lock; where the signal is delayed, queues a message then.
+    // Calls each receiver under the lock; if the signal is delayed, then queues a message.
     void EmitTo(const Delivery& deliver, const MakeDelayedMessage& makeMessage);
 
 private:
-    // Adds the message to the signal's queue, and asks the message loop for a consolidation unless one is
-    // pending.
+    // Adds the message to the signal's queue, and asks the message loop to deliver the queue unless that was
+    // asked before.
     static void QueueDelayedSignal(const std::shared_ptr<GSignalLink>& link,
                                    std::unique_ptr<GDelayedMessageBase> message);
 

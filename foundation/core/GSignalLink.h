@@ -7,13 +7,13 @@
 #include <mutex>
 #include <vector>
 
-// The part of a signal that its receivers and the message loop hold on to. It outlives the signal while one
-// of them uses it, which makes it safe to end a signal or a receiver from within a delivery.
+// The part of a signal that its receivers and the message loop keep. It outlives the signal while one of them
+// uses it. So it is safe to delete a signal or a receiver from within a delivery.
 class GSignalLink
 {
 public:
-    // Takes the messages that are queued now: of those with one number the last one, in the order in which
-    // they were queued last.
+    // Takes the messages that are queued now. Of the messages with one number only the last is taken. The
+    // order is the one in which these last messages were queued.
     std::vector<std::unique_ptr<GDelayedMessageBase>> TakeDelayed();
 
     // Calls each receiver that is attached now.

@@ -5,14 +5,15 @@
 #include <array>
 #include <utility>
 
-// A code page of one byte a character: ASCII below 0x80, a table above.
+// A code page with one byte for each character: ASCII below 0x80, a table above.
 class GSingleByteEncoding : public GEncoding
 {
 public:
     // The characters of the bytes 0x80 to 0xFF.
     using UpperHalf = std::array<char16_t, 128>;
 
-    // What becomes of the control characters U+0080 to U+009F where the table has others in their places.
+    // What happens to the control characters U+0080 to U+009F if the table has other characters in their
+    // places.
     enum class Controls
     {
         cReplaced,

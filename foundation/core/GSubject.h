@@ -7,17 +7,17 @@
 
 class GSubject;
 
-// Who wants to know what happens to a subject. Detaches itself before it ends.
+// An object that is told what happens to a subject. It must detach itself before it is deleted.
 class GObserver
 {
 public:
     virtual ~GObserver();
 
-    // The subject reports; what a notification number means is the subject's to say.
+    // Called by the subject. Each subject defines what its notification numbers mean.
     virtual void Update(GSubject& subject, int32_t notification) = 0;
 };
 
-// What can be observed. Used by one thread.
+// An object that can be observed. Used by one thread.
 class GSubject
 {
 public:
@@ -26,15 +26,16 @@ public:
     GSubject(const GSubject&) = delete;
     GSubject& operator=(const GSubject&) = delete;
 
-    // May be called from within Update: an observer attached there is told from the next notification on, one
-    // detached there is told nothing more. Attaching twice is attaching once.
+    // May be called from within Update: an observer that is attached there is told from the next notification
+    // on; an observer that is detached there is told nothing more. Attaching twice has no further effect.
     void Attach(GObserver& observer);
     void Detach(const GObserver& observer);
 
-    // Tells each observer, in the order in which they were attached. An observer may end the subject: those
-    // behind it are not told. What an observer throws goes to the caller, and those behind it are not told.
+    // Tells each observer, in the order in which they were attached. An observer may delete the subject: the
+    // observers after it are not told. An exception from an observer goes to the caller, and the observers
+    // after it are not told.
     void Notify(int32_t notification);
 
 private:
-    std::shared_ptr<GAttachments<GObserver>> mObservers;  // a notification under way holds it too
+    std::shared_ptr<GAttachments<GObserver>> mObservers;  // a running notification holds it, too
 };

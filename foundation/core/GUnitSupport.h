@@ -25,6 +25,6 @@ double ToPoints(double length, int32_t code);
 // translation.
 GString GetName(int32_t code);
 
-// What stands behind a number: "pt", "p", "in", "cm", "mm".
+// What is written after a number: "pt", "p", "in", "cm", "mm".
 GString GetAbbreviation(int32_t code);
 }  // namespace GUnitSupport

@@ -1,12 +1,11 @@
 #pragma once
 
-// Counts the users of a service that exists once: the first use brings it up, the last one given back takes
-// it down. For one thread.
+// Counts the users of a service that exists once: the first use starts it; when the last use is given back,
+// it is ended. For one thread.
 class GUseCount
 {
 public:
-    // Where bringing up raises, what it did is taken down, the use counts for nothing and the exception
-    // comes through.
+    // If starting raises, what was started is ended, the use is not counted and the exception is passed on.
     template <class BringUp, class TakeDown>
     void Add(BringUp bringUp, TakeDown takeDown)
     {
@@ -21,7 +20,7 @@ public:
         ++mCount;
     }
 
-    // False, with nothing done, when there is no use to give back.
+    // False, without doing anything, when there is no use to give back.
     template <class TakeDown>
     [[nodiscard]] bool Remove(TakeDown takeDown)
     {

@@ -6,16 +6,16 @@
 #include <intrin.h>
 #endif
 
-// The product of two 64-bit numbers, 128 bits wide. Standard C++ has no number that wide, and four products
-// of halves take twice the time of a dictionary's hash, so this file, and no other, asks the compiler for the
-// processor's own instruction. Every way gives the same numbers.
+// The product of two 64-bit numbers, 128 bits wide. Standard C++ has no number of that width, and with four
+// products of halves a dictionary's hash takes twice the time. So this file, and no other, asks the compiler
+// for the processor's own instruction. All ways give the same numbers.
 struct GWideProduct
 {
     uint64_t mHigh;
     uint64_t mLow;
 };
 
-// Out of the four products of the halves: for every processor.
+// Uses the four products of the halves; works on every processor.
 inline GWideProduct GMultiplyByHalves(uint64_t first, uint64_t second)
 {
     const uint64_t firstLow = first & 0xFFFFFFFF;

@@ -2,13 +2,13 @@
 
 #include <functional>
 
-// Files that somebody has open for a moment: whoever looks through new files, a reader.
+// Files that another program has open for a moment, such as a virus scanner or a reader.
 namespace PHeldFile
 {
-// Takes a step, again and again for about two seconds while it fails because somebody has a file of it open.
+// Tries a step. While it fails because somebody has one of its files open, repeats it for about two seconds.
 // Gives whether it was done; the system's last error is that of the step.
 [[nodiscard]] bool Try(const std::function<bool()>& step);
 
-// Whether the system's last error may pass when whoever has the file open closes it.
+// Whether the system's last error may go away when the file is closed by whoever has it open.
 bool MayPass();
 }  // namespace PHeldFile

@@ -2,23 +2,24 @@
 
 #include "foundation/core/GString.h"
 
-// One system replaces a file in two steps: the old file goes to another name first (GDurableFile). A process
+// One system replaces a file in two steps: first the old file gets another name (GDurableFile). A process
 // killed between the two steps leaves:
 // - nothing under the target's name;
-// - the old file, under the new one's temporary name (PTemporaryName) with ".old" behind it;
-// - the new file, of which nobody was told that it is there.
+// - the old file, under the new file's temporary name (PTemporaryName) with ".old" added;
+// - the new file, but nobody was told that it is there.
 // Any thread.
 namespace PReplacedFile
 {
 enum class Found
 {
     cNothing,  // neither the target nor an old file
-    cTarget,   // something bears the target's name, now or again, or it can't be looked at
-    cHeld  // an old file, but it can't be brought back: the target is not missing, and not to be made anew
+    cTarget,   // something has the target's name, still or again, or the system can't tell
+    cHeld      // an old file that can't be brought back: the target does not count as missing; don't make it
+               // again
 };
 
-// Gives the old file its name back, the latest where there are several, and waits for whoever has it open as
-// PHeldFile does. Nothing happens while anything bears the target's name. For cNothing and cHeld the system's
+// Gives the old file its name back; if there are several, the latest. If somebody has it open, waits as
+// PHeldFile does. If anything has the target's name, nothing happens. For cNothing and cHeld the system's
 // last error says why. The path is in the system's form.
 [[nodiscard]] Found BringBack(const GString& target);
 }  // namespace PReplacedFile

@@ -6,12 +6,13 @@
 #include <optional>
 
 // The name that a file has until it takes its target's place (GDurableFile):
-// STEM.PROCESS-START-MACHINE-RANDOM.new. The old file of a replacement in two steps has the same with ".old"
-// behind it (PReplacedFile). The stem is the target's own name, or, where that would leave no room for the
-// rest, the beginning of it and a digest. Case does not count. Any thread.
+// STEM.PROCESS-START-MACHINE-RANDOM.new. In a replacement in two steps, the old file has the same name with
+// ".old" added (PReplacedFile). The stem is the target's own name or, if that leaves no room for the rest,
+// its beginning and a digest. Case does not count. Any thread.
 struct PTemporaryName
 {
-    // Whom the name tells of. On Windows a folder may be shared by machines, each with its own processes.
+    // The process that made the file. On Windows several machines may share a folder, and each has its own
+    // processes.
     struct Maker
     {
         uint32_t process;
@@ -22,7 +23,7 @@ struct PTemporaryName
     // Names are leaves, without a folder. `random`: 6 digits and small letters.
     static GString Make(const GString& target, const Maker& maker, const GString& random);
 
-    // What a name of the target says; none for every other name, also that of another target.
+    // What a temporary name of the target says; none for every other name, also for names of another target.
     static std::optional<PTemporaryName> Read(const GString& name, const GString& target);
 
     static GString GetStem(const GString& target);

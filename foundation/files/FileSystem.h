@@ -9,20 +9,20 @@
 
 #include <memory>
 
-// The system calls under the file handler: one attempt each, no retry, no log line. Paths are absolute or
+// The system calls that the file handler uses: one attempt each, no retry, no log line. Paths are absolute or
 // relative to the current folder, with '/' or native separators, of any length. An operation gives an empty
-// error code when it did its work. No operation follows a link unless it says so.
+// error code when it succeeded. No operation follows a link unless it says so.
 namespace Morvane::FileSystem
 {
 using Error = boost::system::error_code;
 
 enum class ItemKind
 {
-    None,    // nothing of that name
+    None,    // nothing has that name
     File,    // a plain file
-    Folder,  // a folder that is no link
+    Folder,  // a folder that is not a link
     Link,    // a symbolic link or junction, whatever it points to
-    Other    // a device, pipe or socket, or what the system won't tell anything about
+    Other    // a device, pipe or socket, or an item that the system does not describe
 };
 
 struct DateTimes
@@ -32,34 +32,35 @@ struct DateTimes
     QDateTime accessed;
 };
 
-// The second form tells why the kind is Other where the system would not look: whether anything bears the
-// name is unknown then.
+// If the system can't look, the kind is Other, and the second form tells why: it is not known then whether
+// anything has the name.
 ItemKind getItemKind(const QString& path);
 ItemKind getItemKind(const QString& path, Error* error);
 
-// The names in a folder, hidden and system entries among them, without "." and "..", in the order in which
-// the system gives them. After an error the list is empty.
+// The names in a folder, including hidden and system entries, without "." and "..", in the order in which the
+// system gives them. After an error the list is empty.
 Error listFolder(const QString& path, QStringList* names);
 
-// The bytes in a file; of a link those of its own.
+// The bytes in a file; for a link, the size of the link itself.
 Error getFileSize(const QString& path, qint64* size);
 
 // Makes one folder.
 Error makeFolder(const QString& path);
 
-// Gives `destination` the rights of `source`, of what it leads to where it is a link.
+// Gives `destination` the rights of `source`; if `source` is a link, the rights of its target.
 Error copyRights(const QString& source, const QString& destination);
 
-// Adds rights of the owner to those that an item has. It fails rather than take those away that it can't see.
+// Adds rights of the owner to those that an item has. If it can't see the present rights, it fails, so that
+// it removes none.
 Error addOwnerRights(const QString& path, QFileDevice::Permissions added);
 
-// Brings what was written to a file to the disk.
+// Flushes what was written to a file to the disk.
 Error flushFile(const QString& path);
 
-// Brings the names in a folder to the disk; on Windows the system does that by itself.
+// Flushes the names in a folder to the disk; on Windows the system does that by itself.
 Error flushFolder(const QString& path);
 
-// Removes a file or a link, never what the link points to; a read-only mark does not stop it.
+// Removes a file or a link, never what the link points to. Also removes a read-only file.
 Error removeItem(const QString& path);
 Error removeEmptyFolder(const QString& path);
 
@@ -69,7 +70,7 @@ Error renameItem(const QString& source, const QString& destination);
 // Makes a link at `destination` that points to the same place as the one at `source`.
 Error copyLink(const QString& source, const QString& destination);
 
-// Whether both lie on one volume. An item that is not there is judged by the nearest folder above it that is.
+// Whether both are on one volume. If an item does not exist, the nearest existing folder above it counts.
 bool areOnSameVolume(const QString& one, const QString& other);
 
 // The bytes that the user may still write to the volume of the path.
@@ -90,13 +91,13 @@ Error copyCreationDateTime(const QString& source, const QString& destination);
 // Moves a file or folder to the user's recycle bin.
 Error moveToTrash(const QString& path);
 
-// What a link names, as it stands in it: a symbolic link's text, or the target path of a shell link file.
-// Empty when the path is no link.
+// The unchanged target text of a link: a symbolic link's text, or the target path of a shell link file. Empty
+// when the path is not a link.
 QString readLinkTarget(const QString& path);
 
-// Keeps a folder from being renamed or removed while it lives, as far as the system can.
-// Win32: an open handle that does not share deletion. POSIX: a shared advisory lock on the folder, so that a
-// program that wants the folder to stand still takes the exclusive one.
+// While this object lives, the folder can't be renamed or removed, as far as the system can prevent that.
+// Win32: an open handle that does not share deletion. POSIX: a shared advisory lock on the folder. A program
+// that does not want the folder to change takes the exclusive lock.
 class FolderLock
 {
 public:

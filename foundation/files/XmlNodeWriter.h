@@ -11,18 +11,17 @@ class QXmlStreamWriter;
 
 namespace Morvane
 {
-// Writes a DOM node over an XML file and keeps the order of attributes that the file has. An element is known
-// again by its address: the names of the elements above it and its number among its siblings of the same
-// name.
+// Replaces an XML file by a DOM node and keeps the order of attributes that the file has. Elements are
+// matched by address: the names of the elements above and the number among the siblings with the same name.
 class XmlNodeWriter
 {
 public:
-    // Reads the order from the file. A file that is missing or no XML (from where it stops being so) gives
-    // none, and attributes then stand in the order of their names.
+    // Reads the order from the file. A missing file gives no order, and a file gives none from the point
+    // where it is no longer valid XML. Attributes without an order are sorted by name.
     explicit XmlNodeWriter(const QString& path);
 
-    // Replaces the file whole. Fails, with the old file as it was, when it can't be written, and when there
-    // is one that could not be read: its order would be lost. A null node is refused.
+    // Replaces the file whole. Fails, and leaves the old file as it was, when the new file can't be written,
+    // or when the old file could not be read, because its order would be lost. A null node is refused.
     GResult write(const QDomNode& node) const;
 
 private:

@@ -5,42 +5,45 @@
 #include <chrono>
 #include <memory>
 
-// A lock between the processes of one user, by name. When its owner dies, the next one gets it at once and is
-// told so. Also holds between threads; a thread that has it must not take it again.
+// A lock between the processes of one user, found by name. When its owner dies, the next one gets it at once
+// and is told so. It also works between threads; a thread that has the lock must not take it again.
 class GInterProcessMutex
 {
 public:
     enum class Mode
     {
         OpenOrCreate,
-        Open  // it has to be there
+        Open  // it must exist
     };
 
-    // Raises with GErrorCode::cCreateSemaphore; a GDamagedObject when what has the name is no lock.
+    // Raises with GErrorCode::cCreateSemaphore; a GDamagedObject when the object with that name is not a
+    // lock.
     explicit GInterProcessMutex(const GString& name, Mode mode = Mode::OpenOrCreate);
     ~GInterProcessMutex();
     GInterProcessMutex(const GInterProcessMutex&) = delete;
     GInterProcessMutex& operator=(const GInterProcessMutex&) = delete;
 
-    // Waits for the lock, by the steady clock. False when the time passed; raises with
-    // GErrorCode::cLockSemaphore when it is not available for another reason.
+    // Waits for the lock; the timeout uses the steady clock. False after the timeout. Raises with
+    // GErrorCode::cLockSemaphore when the lock is not available for another reason.
     [[nodiscard]] bool Lock(std::chrono::milliseconds timeout);
 
     // Raises with GErrorCode::cUnlockSemaphore when this thread does not have it.
     void Unlock();
 
-    // Whether its memory is all there; where somebody has cut it short, it can't be locked. Always true on
-    // Windows.
+    // Whether all of its memory is still there. If somebody has made the memory smaller, it can't be locked.
+    // Always true on Windows.
     bool IsIntact() const;
 
-    // Whether its memory was touched when it was there no more: nobody else uses it then. Never on Windows.
+    // Whether its memory was touched after it had disappeared: nobody else uses the lock then. Never true on
+    // Windows.
     bool IsLost() const;
 
-    // Whether it is intact and what others find under its name. Always true on Windows.
+    // Whether it is intact and others find this same lock under its name. Always true on Windows.
     bool IsCurrent() const;
 
-    // Takes the name away: those who have the lock open keep it, the next one makes a new one. Nothing on
-    // Windows, where a name goes with its last user. Raises with GErrorCode::cUnlinkSemaphore.
+    // Removes the name: processes that have the lock open keep it, and the next process makes a new lock.
+    // Does nothing on Windows, where a name disappears with its last user. Raises with
+    // GErrorCode::cUnlinkSemaphore.
     static void Remove(const GString& name);
 
 private:
@@ -49,11 +52,11 @@ private:
     std::unique_ptr<Handle> mHandle;
 };
 
-// Has the lock while it lives.
+// Holds the lock while this object lives.
 class GInterProcessLock
 {
 public:
-    // Raises with GErrorCode::cLockSemaphore when the time passed, too.
+    // Raises with GErrorCode::cLockSemaphore, also after the timeout.
     explicit GInterProcessLock(GInterProcessMutex& mutex,
                                std::chrono::milliseconds timeout = std::chrono::milliseconds(3000));
     ~GInterProcessLock();

@@ -5,35 +5,35 @@
 #include <chrono>
 #include <memory>
 
-// A counter between the processes of one user, by name: Acquire lowers it and waits while it is zero, Release
-// raises it. Unlike a mutex it has no owner: what a process that died had acquired stays acquired.
+// A counter between the processes of one user, found by name: Acquire lowers it and waits while it is zero,
+// Release raises it. Unlike a mutex it has no owner: if a process dies, what it had acquired stays acquired.
 class GInterProcessSemaphore
 {
 public:
     // Opens the semaphore, or makes it with the count. Raises with GErrorCode::cCreateSemaphore.
     GInterProcessSemaphore(const GString& name, int initialCount);
 
-    // Opens one that is there; none when there is none that can be opened.
+    // Opens an existing semaphore; gives none when there is none that can be opened.
     static std::unique_ptr<GInterProcessSemaphore> TryToOpen(const GString& name);
 
     ~GInterProcessSemaphore();
     GInterProcessSemaphore(const GInterProcessSemaphore&) = delete;
     GInterProcessSemaphore& operator=(const GInterProcessSemaphore&) = delete;
 
-    // False when the time passed, by the steady clock. Raises with GErrorCode::cLockSemaphore.
+    // False after the timeout, which uses the steady clock. Raises with GErrorCode::cLockSemaphore.
     [[nodiscard]] bool Acquire(std::chrono::milliseconds timeout);
 
     // Raises with GErrorCode::cUnlockSemaphore when the count is at the system's limit.
     void Release();
 
-    // Whether its memory is all there; where it is not, neither of the two above may be called. Always true
+    // Whether all of its memory is still there. If not, Acquire and Release must not be called. Always true
     // on Windows.
     bool IsIntact() const;
 
-    // Whether it is intact and what others find under its name. Always true on Windows.
+    // Whether it is intact and others find this same semaphore under its name. Always true on Windows.
     bool IsCurrent() const;
 
-    // Takes the name away, as GInterProcessMutex::Remove. Raises with GErrorCode::cUnlinkSemaphore.
+    // Removes the name, like GInterProcessMutex::Remove. Raises with GErrorCode::cUnlinkSemaphore.
     static void Remove(const GString& name);
 
 private:

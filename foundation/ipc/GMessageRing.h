@@ -8,10 +8,10 @@
 #include <vector>
 
 // A queue of messages laid out in memory: a header and a ring. What the bytes mean is in
-// docs/formats/channel.md. Only the layout: whoever puts in, withdraws or closes holds the queue's lock; the
-// one who takes out needs none.
+// docs/formats/channel.md. This class is only the layout: who puts messages in, withdraws them or closes the
+// queue must hold the queue's lock; the one who takes messages out needs no lock.
 //
-// The memory is taken for hostile. No call reads or writes outside it, whatever it holds.
+// The content of the memory can't be trusted. Whatever it is, no call reads or writes outside the memory.
 class GMessageRing
 {
 public:
@@ -25,7 +25,7 @@ public:
     {
         uint32_t processID;
         uint64_t startTime;
-        uint64_t keeper = 0;  // who takes over what a dead owner left; 0: nobody
+        uint64_t keeper = 0;  // who takes over the messages that a dead owner left; 0: nobody
         uint64_t number = 0;  // of this queue; no other one has the same
         GBuffer notice = {};  // what the owner lets senders know, at most cMostNotice bytes
     };
@@ -33,7 +33,7 @@ public:
     struct Entry
     {
         GBuffer message;
-        uint64_t position;  // where it stands, in bytes since the queue was made
+        uint64_t position;  // where it is, in bytes since the queue was made
         uint64_t end;
     };
 
@@ -44,39 +44,39 @@ public:
         Full,         // it would fit into the empty queue
         TooLarge,     // it would not
         Closed,       // nothing more is put in
-        Unsure,       // closed meanwhile, by somebody who did not wait for the lock: it may come out or not
-        Damaged       // the positions make no sense; the owner's next Take puts them right
+        Unsure,       // closed by somebody who did not wait for the lock: it may or may not come out
+        Damaged       // the positions make no sense; the owner's next Take corrects them
     };
 
-    // Makes an empty queue of all the memory but what the owner's notice takes behind the ring. It begins at
-    // a multiple of eight.
+    // Makes an empty queue that uses all of the memory; the owner's notice is stored after the ring. The
+    // memory must begin at a multiple of eight.
     static GMessageRing Make(uint8_t* data, size_t size, const Owner& owner);
 
-    // Takes over a queue that is there. Raises a GDamagedObject with GErrorCode::cSegmentHeader when its
-    // header does not check.
+    // Takes over an existing queue. Raises a GDamagedObject with GErrorCode::cSegmentHeader when its header
+    // is not valid.
     static GMessageRing Open(uint8_t* data, size_t size);
 
     PutResult Put(const GBuffer& message);
 
-    // Gives the first messages of the queue, at most so many, and leaves them in it; none of them can be
-    // withdrawn then. Where a length makes no sense, the rest is dropped; `isDamaged` then becomes true, and
-    // the queue is usable. Only for whoever takes out, as Forget and GiveBack are.
+    // Gives the first messages of the queue, at most `most`, and leaves them in it; none of them can be
+    // withdrawn then. If a length makes no sense, the rest is dropped and `isDamaged` becomes true; the queue
+    // can still be used. Peek, Forget and GiveBack are only for the one who takes messages out.
     std::vector<Entry> Peek(size_t most, bool* isDamaged);
 
     // Takes out everything up to an entry's end.
     void Forget(uint64_t end);
 
-    // Gives entries that Peek gave back to their senders, who may withdraw them until the next Peek.
+    // Undoes Peek for these entries: their senders may withdraw them until the next Peek.
     void GiveBack(const std::vector<Entry>& entries);
 
     enum class Withdrawal
     {
         Done,      // the message never comes out
-        TakenOut,  // it was forgotten: whoever takes out has it
-        TakenUp    // Peek gave it; whether it is forgotten or given back is still open
+        TakenOut,  // it was forgotten: the one who takes messages out has it
+        TakenUp    // Peek gave it; it is not known yet whether it is forgotten or given back
     };
 
-    // Takes back a message that was put in, by the place behind it.
+    // Withdraws a message that was put in; `end` is the place after it.
     Withdrawal Withdraw(const GBuffer& message, uint64_t end);
 
     bool IsEmpty() const;
@@ -85,8 +85,8 @@ public:
     size_t GetFill() const;
     size_t GetCapacity() const { return mCapacity; }
 
-    // Behind the last message, in bytes since the queue was made; and whether everything before such a place
-    // has been taken out.
+    // The place after the last message, in bytes since the queue was made; and whether everything before such
+    // a place has been taken out.
     uint64_t GetEnd() const;
     bool HasForgotten(uint64_t end) const;
 
@@ -101,16 +101,16 @@ private:
     {
     }
 
-    // Copy to and from a place of the ring, over its end where need be; give the place behind.
+    // Copy to and from a place of the ring, across its end if needed; give the place after the bytes.
     size_t CopyIn(size_t place, const void* bytes, size_t length);
     size_t CopyOut(size_t place, void* bytes, size_t length) const;
 
-    // Where a position lies in the ring, and the place that lies so many bytes behind another; at most the
+    // The place of a position in the ring, and the place that is so many bytes after another; at most the
     // capacity.
     size_t GetPlace(uint64_t position) const;
     size_t Behind(size_t place, size_t count) const;
 
-    // Of the entry that begins at a place.
+    // The state of the entry that begins at a place.
     std::atomic<uint8_t>& GetState(size_t place) const;
     uint32_t ReadLength(size_t place) const;
     [[nodiscard]] bool TakeUp(size_t place);

@@ -4,22 +4,23 @@
 
 #include <vector>
 
-// For whom a receiver takes messages: names that senders may put on a message. None: for everybody.
+// The addresses for which a receiver takes messages: names that senders may put on a message. Without names
+// it takes all messages.
 class GPPIPCAddresses
 {
 public:
     GPPIPCAddresses() = default;
 
-    // No name is empty or holds a zero character.
+    // No name may be empty or contain a zero character.
     explicit GPPIPCAddresses(const std::vector<GString>& names) : mNames(names) {}
 
     // Reads what Encode wrote.
     explicit GPPIPCAddresses(const GBuffer& bytes);
 
-    // Each name in UTF-8 with a zero byte behind it.
+    // Each name in UTF-8, followed by a zero byte.
     GBuffer Encode() const;
 
-    // Whether a message for this name is taken. One for nobody, which is empty, always is.
+    // Whether a message for this name is taken. A message without a name (empty) is always taken.
     bool Accepts(const GString& name) const;
 
     const std::vector<GString>& GetNames() const { return mNames; }

@@ -4,11 +4,11 @@
 #include <cstdint>
 #include <vector>
 
-// The directory of receivers as it lies in the channel's segment: a header and room for 384 pairs. What the
-// bytes mean is in docs/formats/channel.md. Only the layout: whoever shares the memory holds the directory's
-// lock around each call, and each call checks the header again.
+// The directory of receivers in the channel's segment: a header and room for 384 pairs. What the bytes mean
+// is in docs/formats/channel.md. This class is only the layout: everybody who shares the memory must hold the
+// directory's lock around each call, and each call checks the header again.
 //
-// The memory is taken for hostile. Where the header does not check, a call raises a GDamagedObject with
+// The content of the memory can't be trusted. If the header is not valid, a call raises a GDamagedObject with
 // GErrorCode::cSegmentHeader.
 class GPPIPCDirectory
 {
@@ -27,22 +27,23 @@ public:
         }
     };
 
-    // Gives a segment that is still all zero an empty directory's header.
+    // Writes the header of an empty directory into a segment that is still all zero.
     static void Prepare(uint8_t* data);
 
-    // Makes it an empty directory, whatever it held.
+    // Makes the segment an empty directory, whatever it held before.
     static void MakeEmpty(uint8_t* data);
 
     // `data` is the segment's memory, which begins at a multiple of four.
     explicit GPPIPCDirectory(uint8_t* data) : mData(data) {}
 
-    // Every pair once, in the order of the directory, without those that name no process or no receiver.
+    // Every pair once, in the order of the directory; pairs without a process or without a receiver are left
+    // out.
     std::vector<Pair> GetPairs() const;
 
-    // False when the directory is full. A pair that is there already stands only once.
+    // False when the directory is full. A pair that is there already is not added again.
     [[nodiscard]] bool Add(const Pair& pair);
 
-    // Removes the pair wherever it stands.
+    // Removes the pair everywhere in the directory.
     void Remove(const Pair& pair);
 
 private:

@@ -7,8 +7,8 @@
 #include <memory>
 #include <mutex>
 
-// The directory of a channel under its name, with its lock. Anybody may take the two names away at any time:
-// every access looks whether what it has open is still what others find there. Any thread.
+// The directory of a channel, found by its name, with its lock. Anybody may remove the two names at any time:
+// so every access checks whether others still find there what it has open. Any thread.
 class GPPIPCDirectoryFile
 {
 private:
@@ -34,13 +34,13 @@ public:
     explicit GPPIPCDirectoryFile(const GString& name) : mName(name) {}
 
     // None when there is no directory. Raises with GErrorCode::cSegmentHeader when it can't be opened or is
-    // damaged, and with GErrorCode::cLockSemaphore when somebody who runs does not let go of its lock.
+    // damaged, and with GErrorCode::cLockSemaphore when a running process does not release its lock.
     std::unique_ptr<Access> TryToEnter();
 
-    // Makes the directory where it is missing, and empties one that is damaged. Raises likewise.
+    // Makes the directory if it is missing, and empties one that is damaged. Raises in the same way.
     std::unique_ptr<Access> Enter();
 
-    // Takes the names of an empty directory away, and lets go of it.
+    // Removes the names of an empty directory, and closes it.
     void Leave(std::unique_ptr<Access> access);
 
 private:
@@ -55,6 +55,6 @@ private:
     std::unique_ptr<Access> Enter(Mode mode);
 
     const GString mName;
-    std::mutex mMutex;  // over the next
+    std::mutex mMutex;  // guards the next
     std::shared_ptr<Open> mOpen;
 };

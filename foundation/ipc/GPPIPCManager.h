@@ -17,32 +17,32 @@ enum class GPPIPCChannelKind
     Second = 202
 };
 
-// The way to the message receivers of all processes: the channel of the own session, in each place where it
-// may be, and, where the system has one, the global channel, through which processes of other sessions are
-// reached. One for the process and kind, shared by reference count. Sending needs no event loop, and makes no
-// channel where there is none. Any thread.
+// Gives access to the message receivers of all processes. It uses the channel of the own session, in each
+// place where it may be, and also the global channel, if the system has one, to reach processes of other
+// sessions. A process has one manager of each kind, shared by reference count. Sending needs no event loop,
+// and never makes a channel. Any thread.
 class GPPIPCManager
 {
 public:
-    // The process's manager, made when nobody has it.
+    // The process's manager; it is made when nobody uses one yet.
     static std::shared_ptr<GPPIPCManager> Get(GPPIPCChannelKind kind = GPPIPCChannelKind::PrinterProcessor);
 
-    // Whether the process can be sent messages for an address, or for anybody where that is empty; `reason`
-    // fails, with a reason and a code, where it can't. Raises as GPPIPCChannel does when the best place can't
-    // be looked into and no other one has a receiver.
+    // Whether messages for an address can be sent to the process; an empty address means any receiver. If
+    // they can't, `reason` becomes a failure with a reason and a code. Raises as GPPIPCChannel does when the
+    // best place can't be read and no other place has a receiver.
     GPPIPCState GetReceiverState(uint32_t process, GResult* reason = nullptr, const GString& address = {});
 
     // Posts a message to every receiver of a process that takes messages for the address. Raises with
-    // GErrorCode::cPostMessage and a text that names the process when one of them did not get it, or there is
-    // none. Takes up to 3 s for a receiver whose queue is full.
+    // GErrorCode::cPostMessage and a text that names the process when one of the receivers did not get the
+    // message, or when there is no receiver. Takes up to 3 s for a receiver whose queue is full.
     void Post(uint32_t process, int32_t kind, const GBuffer& payload, const GString& address = {});
 
-    // What GPPIPCChannel's operations of these names give, for all places.
+    // The results of GPPIPCChannel's operations with the same names, for all places.
     std::vector<GPPIPCReceiverInfo> Look();
     size_t CountStrayNames();
     size_t Clean(bool withMessages);
 
-    // For another patience than 3 s, before threads share the manager.
+    // Sets another limit than 3 s. Call it before threads share the manager.
     void SetPostPolicy(const GPostPolicy& policy) { mPolicy = policy; }
 
 private:
@@ -54,7 +54,7 @@ private:
 
     // The best place comes first.
     Channels GetSessionChannels();
-    std::shared_ptr<GPPIPCChannel> GetGlobalChannel();  // none where it has the name of the session's
+    std::shared_ptr<GPPIPCChannel> GetGlobalChannel();  // none if named like the session's
     Channels GetAllChannels();
     Channels GetChannels(uint32_t process, bool* isGlobal);
     std::shared_ptr<GPPIPCChannel> GetChannel(const GString& prefix);
@@ -62,6 +62,6 @@ private:
 
     const GPPIPCChannelKind mKind;
     GPostPolicy mPolicy;
-    std::mutex mMutex;  // over the next
+    std::mutex mMutex;  // guards the next
     std::map<GString, std::shared_ptr<GPPIPCChannel>> mChannels;
 };

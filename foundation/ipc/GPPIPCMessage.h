@@ -16,13 +16,14 @@ struct GPPIPCMessage
     uint32_t flag = 0;
     GBuffer payload;
 
-    // Where it was taken out: the number of the queue, and the place in it. No part of the message's bytes.
+    // Where the message was taken out: the number of the queue, and the place in it. Not part of the
+    // message's bytes.
     uint64_t queue = 0;
     uint64_t position = 0;
     bool isLeft = false;  // in the queue of a dead process
 
     GBuffer Encode() const;
 
-    // False, with `message` unchanged, for bytes that are no message.
+    // False, with `message` unchanged, for bytes that are not a message.
     [[nodiscard]] static bool Decode(const GBuffer& bytes, GPPIPCMessage* message);
 };

@@ -11,29 +11,31 @@
 #include <memory>
 #include <vector>
 
-// Who keeps a receiver's messages, so that none is lost when the process is killed.
+// Keeps a receiver's messages safe, so that none is lost when the process is killed.
 struct GPPIPCKeeper
 {
-    // By this number the keeper finds the queue that the process left. The same for every process that keeps
-    // to the same place, no other one's, and not 0. Two processes must not use one number at once.
+    // By this number the keeper finds the queue that the process left. It is the same for every process that
+    // keeps messages in the same place, and different for all others; it is never 0. Two processes must not
+    // use one number at the same time.
     uint64_t number = 0;
 
-    // Is called with messages that are still in the queue; afterwards the queue forgets them. What it raises
-    // leaves them there, for the next tick, unless their senders withdraw them meanwhile. One that was kept
-    // when the process was killed comes again: it has the same `queue` and `position`. Must be quick: the
-    // queue fills meanwhile, and senders wait.
+    // Called with messages that are still in the queue; afterwards the queue forgets them. If it raises, the
+    // messages stay in the queue for the next tick, unless their senders withdraw them meanwhile. If the
+    // process is killed while a message is being kept, that message comes again with the same `queue` and
+    // `position`. Must be quick: the queue fills meanwhile, and senders wait.
     std::function<void(const std::vector<GPPIPCMessage>& messages)> keep;
 };
 
-// Receives the messages that any process of the user posts to this one. They are taken up on the process's
-// tick, which comes at once when a message comes in, and handed over one by one in the order of each sender.
+// Receives the messages that any process of the user posts to this one. They are taken out on the process's
+// tick, which comes at once when a message arrives. The handler gets them one by one; those of each sender
+// come in the order in which they were sent.
 //
-// About once a second it looks whether senders still find it: where its names were taken away, the directory
-// was emptied or a better place has appeared, it registers again, and nothing that was posted is lost.
+// About once a second it checks whether senders still find it. If its names were removed, the directory was
+// emptied or a better place has appeared, it registers again, and no posted message is lost.
 //
-// Lives on one thread, the one that runs the tick. What the handler throws is logged and costs only that
-// message. A handler may run an event loop: what comes meanwhile waits in the queue until it returns. It must
-// not destroy the receiver.
+// For use on one thread, the one that runs the tick. If the handler throws, that is logged and only that
+// message is lost. A handler may run an event loop: messages that arrive meanwhile wait in the queue until
+// the handler returns. The handler must not destroy the receiver.
 class GPPIPCReceiver : private GReceiver<GTick>
 {
 public:
@@ -41,25 +43,26 @@ public:
 
     static constexpr size_t cNoLimit = std::numeric_limits<size_t>::max();
 
-    // Hands what dead processes of the keeper left to it (not to the handler), then registers the receiver.
-    // It takes at most `limit` messages. Senders are told to post what is for one of the addresses only;
-    // whoever does not keep to that is taken up all the same. Raises as GPPIPCChannel::Register does, and
+    // Gives the messages that dead processes of the keeper left to the keeper (not to the handler), then
+    // registers the receiver. It takes at most `limit` messages. Senders are told to post only messages for
+    // one of the addresses; other messages are taken out anyway. Raises as GPPIPCChannel::Register does, and
     // what the keeper raises.
     explicit GPPIPCReceiver(Handler handler, GPPIPCChannelKind kind = GPPIPCChannelKind::PrinterProcessor,
                             GPPIPCKeeper keeper = {}, size_t limit = cNoLimit,
                             GPPIPCAddresses addresses = {});
 
-    // Takes no more messages, hands over those that are there, whose senders count on it, and deregisters.
-    // What it may not take, for its limit or its keeper, stays for the keeper's next process.
+    // Accepts no more messages, gives those that are there to the handler, because their senders rely on
+    // that, and deregisters. Messages that it can't take because of its limit or its keeper stay for the
+    // keeper's next process.
     ~GPPIPCReceiver() override;
     GPPIPCReceiver(const GPPIPCReceiver&) = delete;
     GPPIPCReceiver& operator=(const GPPIPCReceiver&) = delete;
 
-    // What each tick does: hands over everything that is there now.
+    // Called on each tick: gives all messages that are there now to the handler.
     void TakeUp();
 
-    // What a tick does about once a second: sees to it that senders find the receiver. What can't be done is
-    // logged, and tried again the next time.
+    // Called by a tick about once a second: makes sure that senders find the receiver. A failure is logged,
+    // and it is tried again the next time.
     void LookAfterPlaces();
 
 private:
@@ -91,7 +94,7 @@ private:
     uint32_t mReceiverID = 0;
     Place mSession;
     Place mGlobal;
-    std::vector<Place> mPast;  // closed; what they hold is still taken up, and then they go
+    std::vector<Place> mPast;  // closed; their messages are still taken out, then they are removed
     std::chrono::steady_clock::time_point mNextLook;
     GString mLastTrouble;
     GString mTakeOverTrouble;

@@ -6,12 +6,12 @@
 #include <memory>
 #include <thread>
 
-// A receiver's entry in one channel: its pair, its queue, and the thread that wakes the process's tick when
-// something comes in. Used on one thread.
+// A receiver's entry in one channel: its pair, its queue, and the thread that wakes the process's tick when a
+// message arrives. Used on one thread.
 class GPPIPCRegistration
 {
 public:
-    // Enters the receiver. Raises as GPPIPCChannel::Register does.
+    // Registers the receiver. Raises as GPPIPCChannel::Register does.
     GPPIPCRegistration(const std::shared_ptr<GPPIPCChannel>& channel, uint32_t receiver, uint64_t keeper,
                        const GPPIPCAddresses& addresses);
 
@@ -22,17 +22,17 @@ public:
 
     const GPPIPCChannel& GetChannel() const { return *mChannel; }
 
-    // None when somebody has cut the queue's memory short.
+    // None when somebody has made the queue's memory smaller.
     GMessageQueue* GetQueue() const { return mQueue->IsIntact() ? mQueue.get() : nullptr; }
 
-    // Whether senders find the queue under its name. Where only the directory has lost the pair, it is
-    // entered again. Raises as GPPIPCChannel does.
+    // Whether senders find the queue under its name. If only the pair is missing in the directory, it is
+    // added again. Raises as GPPIPCChannel does.
     [[nodiscard]] bool Renew();
 
-    // No more messages are put in.
+    // From now on no messages can be put in.
     void Close();
 
-    // Takes the entry out of the channel, but for messages that somebody will take over.
+    // Removes the entry from the channel, except messages that a keeper will take over.
     void Deregister();
 
 private:

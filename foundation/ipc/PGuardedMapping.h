@@ -5,14 +5,14 @@
 
 // A file's bytes in memory, shared with everybody who maps the file.
 //
-// Where somebody cuts the file short, or its file system loses a page of it, the first touch of what is gone
-// is a signal that ends the process, and with it the host that the plug-in runs in. Here the process goes on:
-// all of the mapping becomes zeros of its own, and IsLost tells so from then on. The signal's handler is set
-// when the first mapping is made, hands on whatever it does not know, and goes with the last mapping. Where
-// somebody has set another one on top, who may call this one or put it back, it stays, and so does the module
-// that it is in.
+// If somebody makes the file smaller, or its file system loses a page of it, the first touch of the missing
+// part causes a signal that ends the process, and with it the host in which the plug-in runs. With this class
+// the process goes on: all of the mapping becomes zeros that only this process sees, and IsLost is true from
+// then on. The signal handler is set when the first mapping is made, passes on all signals that are not for
+// it, and is removed with the last mapping. If somebody has set another handler after it, which may call this
+// one or restore it, this handler stays, and its module stays too.
 //
-// Any thread may touch the memory; each looks at IsLost afterwards before it believes what it did there.
+// Any thread may use the memory, but must check IsLost afterwards before it relies on the result.
 class PGuardedMapping
 {
 public:
@@ -28,7 +28,7 @@ public:
     uint8_t* GetData() const noexcept;
     bool IsLost() const noexcept;
 
-    struct Place;  // what the signal's handler knows of a mapping
+    struct Place;  // what the signal handler knows about a mapping
 
 private:
     Place* mPlace;

@@ -10,7 +10,8 @@
 class PNamedObject
 {
 public:
-    // Takes over what the system's call gave; raises with GErrorCode::cCreateSemaphore when that is nothing.
+    // Takes over the handle that the system's call gave; raises with GErrorCode::cCreateSemaphore when it
+    // gave none.
     explicit PNamedObject(HANDLE handle);
     ~PNamedObject();
     PNamedObject(const PNamedObject&) = delete;

@@ -9,8 +9,9 @@
 class PSegmentFile
 {
 public:
-    // Opens or makes the file, and its folder where one is made. Refuses what is no file, what is another
-    // user's or open to others, and a folder in which others may take files away.
+    // Opens or makes the file; if it makes the file, also its folder. Refuses anything that is not a file, a
+    // file that belongs to another user or that others may open, and a folder in which others may remove
+    // files.
     PSegmentFile(const GString& name, GSharedSegment::Mode mode);
 
     int Get() const { return static_cast<int>(mHandle.Get()); }
@@ -20,15 +21,16 @@ public:
     // How large it is; -1 when the system does not tell. Never raises.
     off_t GetSize() const noexcept;
 
-    // The same, by the name; -1 also where the name leads to another file, or to none. Never raises.
+    // The same, by the name; -1 also if the name leads to another file, or to none. Never raises.
     off_t GetNamedSize() const noexcept;
     bool IsNamed() const noexcept { return GetNamedSize() >= 0; }
 
-    // Claims every byte: where memory is mapped that the file system does not have, the first touch of it
-    // kills the process. What a file holds already stays. False, with errno set, without the space.
+    // Requests space for every byte: if memory is mapped for which the file system has no space, the first
+    // touch of it kills the process. Existing content stays. False, with errno set, when there is not enough
+    // space.
     [[nodiscard]] bool ClaimSpace(off_t size, bool isNew) const;
 
-    // The text names who holds the file where that is another user.
+    // If the file belongs to another user, the text names that user.
     [[noreturn]] void RaiseLastError() const;
 
     // The path for the calls of the system.
@@ -40,12 +42,13 @@ private:
 
     GString mName;
     PFileHandle mHandle;
-    dev_t mDevice = 0;  // which file this is, as long as it is open
+    dev_t mDevice = 0;  // identify the file, as long as it is open
     ino_t mNode = 0;
 };
 
-// Has the lock of the segment's file while it lives. A mapping would keep it after the descriptor is closed,
-// so it is let go of by name. Who holds it does little; whoever dies with it lets it go.
+// Holds the lock of the segment's file while this object lives. A mapping would keep the lock after the
+// descriptor is closed, so it is released with a call of its own. It is held only for a short time, and the
+// system releases it when its holder dies.
 class PSegmentLock
 {
 public:

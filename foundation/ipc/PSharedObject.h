@@ -8,12 +8,13 @@
 #include <cstddef>
 #include <cstdint>
 
-// An object of the system's (a mutex, a semaphore) in a segment of its own: magic, layout version, the number
-// of the machine's start, the number of the segment's file, the object in the C library's form. Whoever comes
-// first sets it up.
+// An object of the system (a mutex, a semaphore) in a segment of its own: magic, layout version, the number
+// of the machine's start, the number of the segment's file, the object in the C library's form. The first
+// process that uses it sets it up.
 //
-// The system minds such an object only where and as long as it was set up. One that outlived the machine's
-// last start, or that was copied, may be held by somebody who will never let go: it is set up anew.
+// The system looks after such an object only in the place where it was set up, and only until the machine
+// stops. An object that is older than the machine's last start, or that was copied, may be held by somebody
+// who will never release it: so it is set up again.
 template <typename Object>
 class PSharedObject
 {

@@ -3,8 +3,9 @@
 #include <chrono>
 #include <ctime>
 
-// The point in time, on the system's steady clock, at which a wait that begins now has to end: the form that
-// the C library's calls take. The wall clock would make a wait longer whenever somebody sets it back.
+// The time on the system's steady clock at which a wait that begins now must end, in the form that the C
+// library's calls take. With the wall clock, a wait would become longer whenever somebody sets the clock
+// back.
 inline struct timespec GetDeadline(std::chrono::milliseconds timeout)
 {
     using namespace std::chrono;

@@ -5,11 +5,11 @@
 #include <algorithm>
 #include <vector>
 
-// The characters of a text that is being put together, in memory that serves one text after the other.
+// The characters of a text that is being built. The same memory is used for one text after the other.
 class CollectedText
 {
 public:
-    // Forgets the text; memory that only a long one needed is given back.
+    // Forgets the text; memory that only a long text needed is freed.
     void Clear()
     {
         mLength = 0;
@@ -20,7 +20,7 @@ public:
     int GetLength() const { return static_cast<int>(mLength); }
     const char16_t* GetUnits() const { return mUnits.data(); }
 
-    // Room behind the text for `count` more; Add says how many were put there.
+    // Makes room after the text for `count` more; then Add says how many were written there.
     char16_t* MakeRoom(size_t count)
     {
         const size_t needed = mLength + count;

@@ -8,13 +8,13 @@ class DictValue
 public:
     DictValue() = default;
 
-    // What stands between the quotes.
+    // The text between the quotes.
     DictValue(const QStringRef& quoted, bool hasEscapes) : mQuoted(quoted), mHasEscapes(hasEscapes) {}
 
-    // Without escapes, in memory of its own.
+    // Without escapes, as a copy.
     GString GetText() const;
 
-    // Without escapes, as a part of the text that is read, or else of the memory given.
+    // Without escapes, as a part of the text that is read or, if that is not possible, of `memory`.
     QStringRef GetText(GString& memory) const;
 
 private:

@@ -4,20 +4,20 @@
 #include "foundation/core/GEncoding.h"
 #include "foundation/prefs/CollectedText.h"
 
-// Reads text from bytes: tokens, lines, quoted strings. Looks at no more of the source than its buffer and
-// what the text in hand needs.
+// Reads text from bytes: tokens, lines, quoted strings. Reads no more of the source than its buffer and the
+// current text need.
 //
-// Sets of characters (SkipChars, ReadTillTerminator) are of ASCII characters. Whitespace is blank, TAB, LF
-// and CR. A last odd byte of UTF-16 is no character: the data ends before it. No text that is read becomes
-// longer than cLongestText; the data ends there for whoever reads it.
+// Sets of characters (SkipChars, ReadTillTerminator) consist of ASCII characters. Whitespace is blank, TAB,
+// LF and CR. A single last byte of UTF-16 is not a character: the data ends before it. No text that is read
+// becomes longer than cLongestText; for the reader the data ends there.
 class GBin2TextStream : public GInputStream
 {
 public:
     static constexpr int cLongestText = 1 << 28;
 
     // Reads from `source`, which outlives this stream or belongs to it, in `encoding`; a byte order mark of
-    // that encoding is passed over, and for UTF-16 decides about the order. Null finds the encoding: the mark
-    // of UTF-16 or UTF-8, else the platform's 8-bit encoding.
+    // that encoding is skipped, and for UTF-16 it decides the byte order. With null the encoding is found: by
+    // the mark of UTF-16 or UTF-8, or else it is the platform's 8-bit encoding.
     GBin2TextStream(GBufferedInputStream& source, const GEncodingRef& encoding);
     GBin2TextStream(std::unique_ptr<GBufferedInputStream> source, const GEncodingRef& encoding);
 
@@ -41,34 +41,34 @@ public:
     // Reads up to one of the terminators, which stays. False at the end of the data.
     [[nodiscard]] bool ReadTillTerminator(const GString& terminators, GString& text);
 
-    // Reads a quoted string and takes its escapes back; `\n` becomes CR LF, a `\` before anything that is no
-    // escape stays. False, with nothing consumed, when the next character is no quote; false also, with what
-    // was read as the text, when the data ends before the closing quote.
+    // Reads a quoted string and replaces its escapes by what they mean; `\n` becomes CR LF, and a `\` that
+    // begins no escape stays. False, with nothing consumed, when the next character is not a quote. Also
+    // false when the data ends before the closing quote; `text` is then what was read.
     [[nodiscard]] bool ReadQuotedString(GString& text);
 
     // Reads up to `count` characters: UTF-16 units, or bytes of an 8-bit encoding, where a character of UTF-8
     // that begins within the count is read whole. Gives whether there were any.
     [[nodiscard]] bool Read(int count, GString& text);
 
-    // Puts text in front of what comes next.
+    // Pushes text back: it is read next, before the rest.
     void Unread(const GString& text);
 
     void SetRollBackPoint();
     [[nodiscard]] bool RollBack();
 
-    // The bytes as they stand in the source, in no encoding.
+    // The bytes as they are in the source, without decoding.
     int Read(char* bytes, int count) override;
 
-    // Goes back to the first character; an encoding that was found is found anew.
+    // Goes back to the first character; an encoding that was found is looked for again.
     void Reset() override;
 
     std::unique_ptr<GInputStream> CreateClone() const override;
 
-    // The bytes of the source before the next character, the byte order mark among them.
+    // The number of bytes of the source before the next character, including the byte order mark.
     int64_t GetPosition() const { return mSource.GetPosition(); }
 
-    // Whether any text that was read held bytes that are no character in the encoding: they can't be written
-    // back as they were.
+    // Whether any text that was read had bytes that are not a character in the encoding. Such bytes can't be
+    // written back unchanged.
     bool HasLostBytes() const { return mHasLostBytes; }
 
 private:
@@ -109,7 +109,7 @@ private:
     GBufferedInputStream& mSource;
     GEncodingRef mGivenEncoding;  // null: find it
     GEncodingRef mEncoding;
-    GEncoding::ByteOrder mByteOrder = GEncoding::ByteOrder::cNone;  // the encoding's, close at hand
+    GEncoding::ByteOrder mByteOrder = GEncoding::ByteOrder::cNone;  // a copy of the encoding's, for speed
     bool mHasLostBytes = false;
     CollectedText mCollected;  // 8-bit text byte by byte: it is decoded whole, wherever chunks ended
 };

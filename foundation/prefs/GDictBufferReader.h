@@ -8,9 +8,9 @@
 
 class GBin2TextStream;
 
-// Reads one dictionary block into a dictionary. A key that comes again replaces the earlier value. What
-// stands behind a value on its line is ignored; any word that begins with `#` ends the block, so that a
-// missing end marker before the document's costs nothing.
+// Reads one dictionary block into a dictionary. A key that comes again replaces the earlier value. The rest
+// of a line after a value is ignored. Any word that begins with `#` ends the block, so nothing is lost if the
+// end marker is missing before that of the document.
 //
 // There are two instances: Key is GBuffer or GString, Value is GString.
 template <typename Key, typename Value>
@@ -21,20 +21,20 @@ public:
 
     // Reads from the begin marker to the end of the line of the end marker. False when there is no block
     // here, or a damaged one: a key without a value, a stray word, the end of the data. What was read before
-    // the damage is in the dictionary all the same.
+    // the damage is in the dictionary anyway.
     [[nodiscard]] bool Read(GBin2TextStream& stream, GDict<Key, Value>& dict);
 
-    // Reads a block that is the value of an entry. What stands behind the block is ignored.
+    // Reads a block that is the value of an entry. Text after the block is ignored.
     [[nodiscard]] bool ReadText(const GString& text, GDict<Key, Value>& dict);
 
-    // The same, but each entry goes to `take` as it is read, for as long as that runs. A key that comes
-    // twice is passed twice.
+    // The same, but each entry is given to `take` when it is read, and is valid only during that call. A key
+    // that comes twice is passed twice.
     using Sink = std::function<void(const QStringRef& key, const DictValue& value)>;
     [[nodiscard]] bool ReadText(const GString& text, const Sink& take);
 
-    // The byte of the source where the first damage begins that the last Read met; -1 when it met none. What
-    // is read over counts, too, since it would be lost in a copy: text behind a value, a wrong end marker,
-    // bytes that are no characters. After a Read that gave false there always is damage.
+    // The byte of the source at which the first damage begins that the last Read found; -1 when it found
+    // none. Ignored parts count as damage, too, because they would be lost in a copy: text after a value, a
+    // wrong end marker, bytes that are not characters. After a Read that gave false there is always damage.
     int64_t GetDamagePosition() const { return mDamagePosition; }
 
     // Whether the last block that was read ended with the end marker of the whole document.
@@ -54,7 +54,7 @@ private:
     template <typename TakeEntry>
     [[nodiscard]] bool ReadEntries(GBin2TextStream& stream, TakeEntry takeEntry);
 
-    int64_t mPosition = 0;  // where the marker or entry in hand begins
+    int64_t mPosition = 0;  // where the current marker or entry begins
     int64_t mDamagePosition = -1;
     bool mHasEndedDocument = false;
 };

@@ -5,9 +5,8 @@
 
 class GInputStream;
 
-// Reads a whole settings document: groups, each a name and a dictionary block. Goes as far as the document
-// makes sense and keeps what came before the damage. Holds a part of the source in memory at a time, never
-// the whole.
+// Reads a whole settings document: groups, each with a name and a dictionary block. Reads until the first
+// damage and keeps what came before it. Only a part of the source is in memory at a time, never the whole.
 //
 // There are two instances: GroupKey is GBuffer, EntryKey is GBuffer or GString, Value is GString.
 template <typename GroupKey, typename EntryKey, typename Value>
@@ -19,14 +18,15 @@ public:
     virtual ~GDictListReader() = default;
 
     // Reads the document in `encoding`, null to find it (see GBin2TextStream). A group that comes again
-    // replaces the earlier one. False, with no group, when the source does not begin as a document; false
-    // with the groups when something other than the end marker follows them. A damaged group and all that
-    // follows it are left out, which is true nevertheless; GetDamagePosition tells.
+    // replaces the earlier one. False, without any group, when the source does not begin like a document.
+    // False, but with the groups, when something other than the end marker follows them. A damaged group and
+    // everything after it are left out; the result is then still true, and GetDamagePosition tells of the
+    // damage.
     [[nodiscard]] bool Read(GInputStream& source, const GEncodingRef& encoding, Groups& groups);
 
-    // The byte of the source where the first damage begins that the last Read met: what it left out or read
-    // over, or the end of the data where the end marker is missing. -1 when there was none, so that the
-    // groups hold all that the source held.
+    // The byte of the source at which the first damage begins that the last Read found: what it left out or
+    // ignored, or the end of the data if the end marker is missing. -1 when there was none; then the groups
+    // hold everything that the source held.
     int64_t GetDamagePosition() const { return mDamagePosition; }
 
 protected:

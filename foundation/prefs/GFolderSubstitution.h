@@ -2,14 +2,14 @@
 
 #include "foundation/prefs/GVariableSubstitution.h"
 
-// Stores a path in or below a folder with a variable, such as "%MorvaneUserPreferences%", in the folder's
-// place:
+// Stores the path of a folder, or a path below it, with a variable, such as "%MorvaneUserPreferences%",
+// instead of the folder:
 //
 //     C:\Users\ann\AppData\Roaming\Morvane Prefs Folder\a\b  is stored as  %MorvaneUserPreferences%/a/b
 //
-// A path counts as below the folder by whole names and by the system's rule of case. The folder is a special
-// path, looked up at each call. Responsible for path names only: another text that looks like a path stays as
-// it is.
+// To decide whether a path is below the folder, whole names are compared, with the system's rule for case.
+// The folder is a special path, looked up at each call. Only values that are path names are changed: another
+// text that looks like a path stays as it is.
 class GFolderSubstitution : public GVariableSubstitution
 {
 public:

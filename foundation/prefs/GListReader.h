@@ -6,13 +6,12 @@
 
 class GBin2TextStream;
 
-// Reads list blocks. What stands behind an element on its line is ignored, and a missing end marker does no
-// harm.
+// Reads list blocks. The rest of a line after an element is ignored, and the end marker may be missing.
 namespace GListReader
 {
-// Reads the block that comes next; false, with an empty list, when none does.
+// Reads the block that comes next; false, with an empty list, when there is none.
 [[nodiscard]] bool Read(GBin2TextStream& stream, QStringList& list);
 
-// Reads a block that is the value of an entry; a byte order mark may lead the text.
+// Reads a block that is the value of an entry; the text may begin with a byte order mark.
 [[nodiscard]] bool ReadText(const GString& text, QStringList& list);
 }  // namespace GListReader

@@ -3,8 +3,8 @@
 #include "foundation/core/GString.h"
 #include "foundation/prefs/PrefBlockText.h"
 
-// Writes a dictionary block whose entries stand in the order in which they are added: for records with a
-// fixed order of keys.
+// Writes a dictionary block with its entries in the order in which they are added: for records with a fixed
+// order of keys.
 //
 //     GOrderedDictWriter writer;
 //     writer.Add(QStringLiteral("ActorName"), actorName);
@@ -19,7 +19,7 @@ public:
     void Add(const GString& key, const GString& value) { mBlock.AddEntry(key, value); }
     void Add(const GBuffer& key, const GString& value) { mBlock.AddEntry(key, value); }
 
-    // Ends the block and gives its text. The writer is done then.
+    // Ends the block and gives its text. The writer can't be used after that.
     GString Finish();
 
 private:

@@ -19,30 +19,30 @@ struct PrefDamage
 };
 
 // Settings in a file of their own, in the preference text format. The file is read when the module is made
-// and replaced whole and durably when it is flushed (see GDurableFile). A missing file is an empty one; it
-// comes with the first flush after a change. The file's folder has to be there by then.
+// and replaced whole and durably when it is flushed (see GDurableFile). A missing file counts as empty; the
+// first flush after a change makes it. The file's folder must exist then.
 //
-// Of a file that is damaged what can be read is taken. Before the first write takes its place the damaged
-// file is kept beside it (see GDamagedCopies), and the log says so; a write that can't keep it raises.
-// A file that is there but can't be read is not overwritten: a flush raises until a Refresh has read it. Only
-// where the system says that there is no such file does it count as missing.
+// From a damaged file, the readable part is used. Before the first write replaces the damaged file, a copy of
+// it is kept beside it (see GDamagedCopies), and the log says so; if the copy can't be made, the write
+// raises. A file that is there but can't be read is not overwritten: a flush raises until a Refresh has read
+// it. A file counts as missing only if the system says that there is no such file.
 class GPrefFileModule : public GPrefModule
 {
 public:
-    // Reads the file, in the encoding, or in that whose mark it begins with. A failure of that is logged, and
-    // the module starts empty.
+    // Reads the file in the given encoding, or in the one that its byte order mark tells. A failure is
+    // logged, and the module starts empty.
     GPrefFileModule(const GPathName& path, const GEncodingRef& encoding);
 
-    // Raise a GCustomException with GErrorCode::cFile when the file can't be read or written.
+    // These raise a GCustomException with GErrorCode::cFile when the file can't be read or written.
     void ReadDict() override;
     void WriteDict() override;
 
-    // Writes all of it to another file, which is the module's from then on.
+    // Writes everything to another file, which is the module's file from then on.
     virtual void SaveAs(const GPathName& path);
 
     const GPathName& GetPathName() const { return mPath; }
 
-    // The damage that the last read of the file met; none when it was read whole.
+    // The damage that the last read of the file found; none when it was read whole.
     const std::optional<PrefDamage>& GetDamage() const { return mDamage; }
 
     // Why the last attempt to read the file failed, though it is there; empty when it was read or is missing.
@@ -59,14 +59,15 @@ protected:
     // Reads the file for the first time.
     void StartWith(const std::function<void()>& read);
 
-    // Reads the file, if it is there, in the encoding, null to find it, or in that whose mark it begins with;
-    // the module holds it and is not dirty then. Of a file whose reading breaks off it holds nothing.
+    // Reads the file, if it is there, in the given encoding (null: find it) or in the one that its byte order
+    // mark tells. The module then holds its content and is not dirty. If reading fails on the way, the module
+    // is empty.
     void ReadFile(const GEncodingRef& encoding);
 
     // Replaces the file; the module is not dirty then.
     void WriteFile();
 
-    // Whether the system says that there is no such file; false also where it could not look.
+    // Whether the system says that there is no such file; also false if the system can't tell.
     bool IsMissing() const;
 
 private:

@@ -2,8 +2,8 @@
 
 #include "foundation/prefs/GPrefModule.h"
 
-// Settings that are kept nowhere: defaults, or a document that came from elsewhere as text or bytes. A flush
-// only takes the dirty mark away, a refresh does nothing.
+// Settings that are stored nowhere: defaults, or a document that came from elsewhere as text or bytes. A
+// flush only removes the dirty mark; a refresh does nothing.
 class GPrefMemoryModule : public GPrefModule
 {
 public:

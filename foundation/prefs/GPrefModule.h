@@ -10,13 +10,12 @@
 class GInputStream;
 class GOutputStream;
 
-// One layer of the settings store: groups of keys and values in memory, and the way in which a derived class
-// keeps them. Reads are answered from memory; changes make the module dirty and reach the storage with
-// FlushPrefs. Used by one thread.
+// One layer of the settings store: groups of keys and values in memory. A derived class decides where they
+// are stored. Reads are answered from memory; changes make the module dirty, and FlushPrefs writes them to
+// the storage. Used by one thread.
 //
-// Temporary use lets a dialog change settings in place and take all of it back: StartUsingTempModule
-// remembers the groups, EndUsingTempModule brings them back unless one of the nested uses was ended to be
-// kept.
+// Temporary use lets a dialog change settings and undo all of the changes: StartUsingTempModule remembers the
+// groups, and EndUsingTempModule restores them unless one of the nested uses ended with `keep`.
 class GPrefModule : public GSettingsInterface
 {
 public:
@@ -26,11 +25,11 @@ public:
     void Set(const GBuffer& group, const GBuffer& key, const GString& value) override;
     bool Has(const GBuffer& group, const GBuffer& key) const override;
 
-    // Brings what was changed to the storage; does nothing when nothing was. Raises a GException when that
-    // fails: the storage then holds what it held, and the module stays dirty.
+    // Writes the changes to the storage; does nothing when there are none. Raises a GException when that
+    // fails: the storage is then as it was, and the module stays dirty.
     virtual void FlushPrefs();
 
-    // Takes the storage's content for the module's; changes that were not flushed are lost. Raises a
+    // Replaces the module's content by that of the storage; changes that were not flushed are lost. Raises a
     // GException when the storage can't be read.
     virtual void Refresh();
 
@@ -38,9 +37,10 @@ public:
     virtual bool IsDirty() const;
     virtual void SetDirty(bool isDirty);
 
-    // Ends the innermost temporary use. At the end of the outermost the groups and the dirty mark become what
-    // they were at its start, unless it or one inside it was to be kept. What was flushed meanwhile stays in
-    // the storage, so the module is dirty then if the flush brought any change of the use there.
+    // Ends the innermost temporary use. At the end of the outermost use the groups and the dirty mark become
+    // what they were at its start, unless this use or one inside it ended with `keep`. What was flushed
+    // meanwhile stays in the storage. So if a flush wrote any change of the temporary use, the module is
+    // dirty then.
     virtual void EndUsingTempModule(bool keep);
 
     // Sets a value that stays however the temporary use ends.
@@ -51,26 +51,26 @@ public:
     // The encoding in which the module is written from now on.
     virtual void SetEncoding(const GEncodingRef& encoding);
 
-    // The names of all groups, also of those without entries; the keys and values of one group. What the
-    // second argument held before is dropped; it is empty when there is no such group.
+    // The names of all groups, also of those without entries; the keys and values of one group. The old
+    // content of the second argument is dropped; it is empty when there is no such group.
     virtual void GetGroupNames(std::vector<GBuffer>& names) const;
     virtual void GetGroupPreferences(const GBuffer& group, GPrefGroup& preferences) const;
     virtual void GetGroupPreferences(const GBuffer& group, std::vector<GBuffer>& keys) const;
 
     virtual void Remove(const GBuffer& group, const GBuffer& key);
 
-    // Sets every value that the other module holds; what only this one holds stays.
+    // Sets every value that the other module holds; values that only this module has stay.
     virtual void UpdateWith(const GPrefModule& module);
 
-    // What Refresh and FlushPrefs do with the storage.
+    // The part of Refresh and FlushPrefs that reads and writes the storage.
     virtual void ReadDict() = 0;
     virtual void WriteDict() = 0;
 
-    // The value; null when there is none. Get and Has answer by this, and so does the store.
+    // The value; null when there is none. Get, Has and the store use this function.
     virtual const GString* Find(const GBuffer& group, const GBuffer& key) const;
 
-    // Whether the module holds any mark that shares a group: asked before each look-up in the store, so that
-    // one without such marks costs nothing.
+    // Whether the module has any mark that a group is shared. The store asks this before each look-up, so
+    // that a module without such marks costs no time.
     bool HasSharingMarks() const { return mHasSharingMarks; }
 
     const GEncodingRef& GetEncoding() const { return mEncoding; }
@@ -82,22 +82,22 @@ public:
 protected:
     explicit GPrefModule(const GEncodingRef& encoding);
 
-    // Reads a document into the groups, in the encoding, null to find it. Of a damaged document what could be
-    // read is taken; `name` is for the line in the log that says so. Gives the byte of the stream where the
-    // damage begins, or -1.
+    // Reads a document into the groups, in the given encoding (null: find it). From a damaged document, the
+    // readable part is used; `name` is for the line in the log that says so. Gives the byte of the stream at
+    // which the damage begins, or -1.
     int64_t ReadGroups(GInputStream& stream, const GEncodingRef& encoding, const GString& name);
 
     // Drops every group.
     void ClearGroups();
 
-    // Tells that the storage holds the groups as they are now.
+    // Call this when the storage holds the groups as they are now.
     void NoteWritten();
 
-    // The groups as they are, and as they will be when a temporary use is taken back.
+    // The current groups, and the groups that are restored when a temporary use is undone.
     const GPrefGroups& GetGroups() const { return mGroups; }
     const GPrefGroups& GetLastingGroups() const { return mBackup != nullptr ? *mBackup : mGroups; }
 
-    // Makes the groups as they are those to which a temporary use comes back.
+    // From now on, undoing a temporary use restores the groups as they are now.
     void RebaseTempUse();
 
 private:

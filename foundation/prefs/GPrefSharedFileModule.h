@@ -5,30 +5,30 @@
 class PrefChanges;
 
 // Settings in a file that several processes of one user share. A lock file beside it, with "lock" added to
-// the extension, guards each whole read and each whole write: readers go together, a writer alone, and
-// whoever has to wait waits. The file is read in the encoding that its byte order mark tells and written in
-// the module's.
+// the extension, guards each whole read and each whole write: several readers can hold it together, a writer
+// only alone; the others wait. The file is read in the encoding that its byte order mark tells and written in
+// the encoding of the module.
 //
-// What another process has changed is seen after Refresh only. Of two processes that flush, the last one's
-// file stays whole. Whoever must not lose the other's changes makes its own with ChangeUnderLock.
+// Changes by another process are seen only after Refresh. If two processes flush, the file of the last one
+// stays. To lose no change of another process, make your own changes with ChangeUnderLock.
 class GPrefSharedFileModule : public GPrefFileModule
 {
 public:
-    // Reads the file. A failure of that is logged, and the module starts empty.
+    // Reads the file. A failure is logged, and the module starts empty.
     GPrefSharedFileModule(const GPathName& path, const GEncodingRef& encoding);
 
-    // Raise with GErrorCode::cLockFile when the lock is not available at all: a missing folder, a missing
-    // right.
+    // These raise with GErrorCode::cLockFile when the lock is not available at all, because of a missing
+    // folder or right.
     void ReadDict() override;
     void WriteDict() override;
 
-    // Makes a change to the file as it is now: takes the write lock, reads the file, puts what this module
-    // has not flushed yet on top, calls `change`, writes the file if anything is different, and lets go of
-    // the lock. No process's change is lost this way.
+    // Makes a change to the file as it is now: takes the write lock, reads the file, adds the changes that
+    // this module has not flushed yet, calls `change`, writes the file if anything is different, and releases
+    // the lock. In this way no process loses a change.
     //
-    // What `change` raises comes through, as does a failure to read or write; the file is then as it was, and
-    // the module holds it with its unflushed changes. In a temporary use the change lasts, and what was set
-    // temporarily stays out of the file.
+    // Exceptions from `change` are passed on, and also failures to read or write; the file is then as it was,
+    // and the module holds its content with the unflushed changes. During a temporary use this change is
+    // permanent, and values that were set temporarily are not written to the file.
     void ChangeUnderLock(const std::function<void(GPrefModule&)>& change);
 
     GPathName GetLockPathName() const;

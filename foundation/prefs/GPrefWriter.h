@@ -6,8 +6,8 @@
 
 class GText2BinStream;
 
-// Writes settings texts. Groups and entries go in the order of their dictionaries' slots, so the same content
-// made in the same way is the same text everywhere; for a block in an order of one's own there is
+// Writes settings texts. Groups and entries are written in the order of their dictionaries' slots, so the
+// same content made in the same way gives the same text everywhere. For a block in an order of your own, use
 // GOrderedDictWriter.
 namespace GPrefWriter
 {

@@ -10,22 +10,23 @@
 
 class GPrefModule;
 
-// The process-wide store of settings: a stack of modules, each under a number, asked from the highest number
-// to the lowest. The first module that has a key supplies its value; a key that none has reads as the empty
-// text.
+// The process-wide store of settings: a stack of modules, each with a number. They are asked from the highest
+// number to the lowest. The first module that has a key gives its value; a key that no module has reads as
+// the empty text.
 //
-// A group can be shared: it then lives in module -2, the file that all programs of the user share. Where
+// A group can be shared: it is then stored in module -2, the file that all programs of the user share. If
 // there is no module -2, a shared group stays where it is.
 //
 // Values are texts; the typed operations convert to and from them. Booleans are "true" and "false", and any
-// other text is false. A text that is no number reads as 0, one that is no path as the empty path, one that
-// is no moment as none.
+// other text is false. A text that is not a number reads as 0, one that is not a path as the empty path, one
+// that is not a moment as no moment.
 //
-// Used by one thread. What a module raises comes through; see the modules.
+// Used by one thread. Exceptions from a module are passed on; see the modules.
 class GPreferences
 {
 public:
-    // The numbers of the default modules. An application's own, from 0 upwards, come before them.
+    // The numbers of the default modules. An application's own modules have numbers from 0 upwards and are
+    // asked before these.
     static constexpr int32_t cSharedFileModule = -2;
     static constexpr int32_t cUserFileModule = -3;
     static constexpr int32_t cSystemFileModule = -4;
@@ -44,8 +45,8 @@ public:
     // "%MorvaneGlobalPreferences%" for the folders in stored paths. A second call changes nothing.
     static void Initialize();
 
-    // Flushes every module and empties the store. When a flush raises, the store is emptied all the same and
-    // the first exception comes through.
+    // Flushes every module and empties the store. When a flush raises, the store is still emptied, and the
+    // first exception is passed on.
     static void Finalize();
 
     // Makes the default modules that the flags name and reads their files: "Morvane.uprefs" and the
@@ -53,24 +54,25 @@ public:
     // all users.
     static void SetDefaultModules(const GString& applicationName, uint32_t flags);
 
-    // Puts a module under a number, in place of the one that is there. The store owns it in the first
-    // form; in the second it belongs to the caller and outlives its place in the store.
+    // Puts a module under a number and replaces the one that is there. In the first form the store owns it;
+    // in the second it belongs to the caller, and must exist for as long as it is in the store.
     static void SetPrefModule(int32_t id, std::unique_ptr<GPrefModule> module);
     static void SetPrefModule(int32_t id, GPrefModule& module);
 
     // The module; null when there is none.
     static GPrefModule* GetPrefModule(int32_t id);
 
-    // Takes a module away, without flushing it; deletes it when the store owns it.
+    // Removes a module, without flushing it; deletes it when the store owns it.
     static void RemovePrefModule(int32_t id);
 
-    // The encoding of the modules that there are and of default modules that are made from now on.
+    // Sets the encoding of all existing modules and of default modules that are made later.
     static void SetEncoding(const GEncodingRef& encoding);
 
     static void AddVariableSubstitution(std::unique_ptr<GVariableSubstitution> substitution);
 
-    // Flushes, or reads again, every module; the latter also copies shared groups (CopySharedPreferences).
-    // When a module raises, the others have their turn, and the first exception comes through.
+    // Flush every module, or read every module again; the second also copies shared groups
+    // (CopySharedPreferences). When a module raises, the others are still done, and the first exception is
+    // passed on.
     static void FlushPrefs();
     static void Refresh();
 
@@ -81,11 +83,12 @@ public:
     static void StartUsingTempModules();
     static void EndUsingTempModules(bool keep);
 
-    // Sets all values of each given module in the store's module of that number; a number without a module is
-    // passed over.
+    // Sets all values of each given module in the store's module with that number; a number without a module
+    // is skipped.
     static void UpdatePreferencesWith(const std::vector<std::pair<int32_t, const GPrefModule*>>& modules);
 
-    // Without a number: in any module. With one: in that module only; none there is the same as no key.
+    // Without a number: in any module. With a number: only in that module; if there is no such module, the
+    // answer is as for a missing key.
     static bool Has(const GBuffer& group, const GBuffer& key);
     static bool Has(int32_t id, const GBuffer& group, const GBuffer& key);
     static GString Get(const GBuffer& group, const GBuffer& key) { return As<GString>(Find(group, key)); }
@@ -129,7 +132,7 @@ public:
         return As<GDateTime>(Find(id, group, key));
     }
 
-    // Give whether a value was found; without one the target becomes empty, 0 or false.
+    // Give whether a value was found; if not, the target becomes empty, 0 or false.
     [[nodiscard]] static bool Get(const GBuffer& group, const GBuffer& key, GString& value)
     {
         return GetAs(Find(group, key), value);
@@ -155,7 +158,7 @@ public:
         return GetAs(Find(group, key), value);
     }
 
-    // The value without regard to module -2.
+    // The value, without asking module -2.
     static GString GetNonSharedPref(const GBuffer& group, const GBuffer& key)
     {
         return As<GString>(FindNonShared(group, key));
@@ -164,8 +167,8 @@ public:
     // The names of the module's groups; none when there is no such module.
     static void GetGroupNames(int32_t id, std::vector<GBuffer>& names);
 
-    // Set a value in a module, in module -2 instead of -3 when the group is shared. There has to be such a
-    // module: a number without one is a programming error, is reported as an assertion, and nothing is set.
+    // Set a value in a module, in module -2 instead of -3 when the group is shared. The module must exist: a
+    // number without a module is a programming error, which is reported as an assertion, and nothing is set.
     static void Set(int32_t id, const GBuffer& group, const GBuffer& key, const GString& value)
     {
         SetAs(id, group, key, value);
@@ -195,11 +198,11 @@ public:
         SetAs(id, group, key, value);
     }
 
-    // The same, but the value outlasts a temporary use that is taken back.
+    // The same, but the value stays when a temporary use is undone.
     static void SetIgnoreTemp(int32_t id, const GBuffer& group, const GBuffer& key, const GString& value);
 
-    // Sets what Set takes, but only when neither the module nor the one where Set would put it has the key
-    // yet.
+    // Sets a value as Set does, but only if the key is missing both in the module and in the module into
+    // which Set would put it.
     template <typename Value>
     static void SetDefault(int32_t id, const GBuffer& group, const GBuffer& key, const Value& value)
     {
@@ -207,23 +210,23 @@ public:
             Set(id, group, key, value);
     }
 
-    // Remove a key or a group from a module. What Set would have put into the shared file goes from there,
-    // and from the module that is named, which would bring it back otherwise (CopySharedPreferences).
+    // Remove a key or a group from a module. What Set would put into the shared file is removed from there
+    // and also from the named module, because otherwise CopySharedPreferences would bring it back.
     static void Remove(int32_t id, const GBuffer& group, const GBuffer& key);
     static void Remove(int32_t id, const GBuffer& group);
 
     // Marks a group as shared or not in the module.
     static void SetPrefSharing(int32_t id, const GBuffer& group, bool isShared);
 
-    // Whether the first of the modules other than -2 that has a mark for the group says that it is shared.
+    // Whether the group is shared. The first module, other than -2, that has a mark for the group decides.
     static bool IsPrefSharing(const GBuffer& group);
 
-    // Copies what the shared module lacks of every shared group, or of one group if it is shared, from the
-    // other modules: of each key the value that the first of them has.
+    // Copies to the shared module the keys of every shared group that it does not have yet. The second form
+    // does so for one group, if it is shared. Each value comes from the first other module that has the key.
     static void CopySharedPreferences();
     static void CopySharedPreferencesGroup(const GBuffer& group);
 
-    // Values that are unreadable at a glance in the file (GStringSupport::Scramble); that keeps no secret.
+    // Values that are hard to read in the file (GStringSupport::Scramble); this does not protect secrets.
     static void SetScramble(int32_t id, const GBuffer& group, const GBuffer& key, const GString& value)
     {
         SetAs(id, group, key, GStringSupport::Scramble(value));

@@ -2,7 +2,7 @@
 
 #include "foundation/core/GString.h"
 
-// Settings that can be asked for and changed by group and key, wherever they are kept.
+// Settings that can be read and changed by group and key, wherever they are stored.
 class GSettingsInterface
 {
 public:
@@ -11,7 +11,7 @@ public:
     GSettingsInterface(const GSettingsInterface&) = delete;
     GSettingsInterface& operator=(const GSettingsInterface&) = delete;
 
-    // The value; the empty text when there is none. The reference holds until the next change.
+    // The value; the empty text when there is none. The reference is valid until the next change.
     virtual const GString& Get(const GBuffer& group, const GBuffer& key) const = 0;
 
     virtual void Set(const GBuffer& group, const GBuffer& key, const GString& value) = 0;

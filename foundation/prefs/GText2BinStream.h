@@ -5,7 +5,7 @@
 
 #include <memory>
 
-// Writes text in an encoding to another stream. Nothing is held back: what was written is in the target.
+// Writes text in an encoding to another stream. Nothing is buffered: what was written is in the target.
 class GText2BinStream : public GOutputStream
 {
 public:
@@ -15,21 +15,21 @@ public:
         cNone
     };
 
-    // Writes to `target`, which outlives this stream or belongs to it. A byte order mark goes first where the
-    // encoding is UTF-16.
+    // Writes to `target`, which outlives this stream or belongs to it. If the encoding is UTF-16, a byte
+    // order mark is written first.
     GText2BinStream(GOutputStream& target, const GEncodingRef& encoding);
     GText2BinStream(std::unique_ptr<GOutputStream> target, const GEncodingRef& encoding);
 
-    // Changes the encoding of what is written from now on. A mark that is asked for is written at once: FF FE
-    // or FE FF for UTF-16 in its order, nothing for any other encoding.
+    // Changes the encoding of what is written from now on. A requested mark is written at once: FF FE or FE
+    // FF for UTF-16, by its byte order, nothing for any other encoding.
     void SetEncoding(const GEncodingRef& encoding, ByteOrderMark mark);
 
-    // Writes text; characters that the encoding lacks become '?'. The second form is for ASCII that ends with
-    // NUL.
+    // Writes text; characters that the encoding does not have become '?'. The second form is for ASCII that
+    // ends with NUL.
     void Write(const GString& text);
     void Write(const char* text);
 
-    // Writes bytes as they stand, in no encoding.
+    // Writes bytes unchanged, without encoding them.
     void Write(const char* bytes, int count) override;
 
     void WriteEOL();

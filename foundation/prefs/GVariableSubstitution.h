@@ -2,9 +2,9 @@
 
 #include "foundation/core/GString.h"
 
-// Puts variables in place of what may change between two runs, such as a folder that may move, when
-// settings are stored, and takes them back when they are read. Registered with the store, which calls it for
-// the kinds of values for which it declares itself responsible.
+// When settings are stored, replaces what may change between two runs, such as a folder that may move, by
+// variables. When settings are read, replaces the variables again. It is registered with the store, which
+// calls it for the kinds of values for which it says that it is responsible.
 class GVariableSubstitution
 {
 public:
@@ -21,7 +21,7 @@ public:
 
     virtual bool IsResponsible(Kind kind) const = 0;
 
-    // The text as it is stored; unchanged where nothing in it is known.
+    // The text as it is stored; unchanged if it holds nothing to replace.
     virtual GString InsertVariables(const GString& text) const = 0;
 
     // The reverse.

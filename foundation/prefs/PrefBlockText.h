@@ -5,8 +5,8 @@
 
 class GText2BinStream;
 
-// Puts the lines of settings texts together and hands them on in pieces of some thousand characters. For the
-// writers, which use nothing else, so that a block looks the same wherever it is written.
+// Builds the lines of settings texts and writes them in pieces of some thousand characters. All writers use
+// only this class, so that a block looks the same wherever it is written.
 class PrefBlockText
 {
 public:
@@ -16,15 +16,15 @@ public:
     PrefBlockText(const PrefBlockText&) = delete;
     PrefBlockText& operator=(const PrefBlockText&) = delete;
 
-    // Says that about so many characters will come.
+    // Says that about `length` characters will be added.
     void Reserve(size_t length);
 
     // A line that holds a marker, or nothing.
     void AddMarker(QLatin1String marker);
     void AddEmptyLine();
 
-    // A line that holds a group's name or an element of a list. Text is GBuffer, whose bytes stand for the
-    // characters of their numbers, or GString.
+    // A line that holds a group's name or an element of a list. Text is GString, or GBuffer, whose bytes
+    // stand for the characters with the same numbers.
     template <typename Text>
     void AddLine(const Text& text);
 
@@ -32,7 +32,7 @@ public:
     template <typename Key>
     void AddEntry(const Key& key, const GString& value);
 
-    // Hands on what is still here. Call it last.
+    // Writes what is still here. Call it last.
     void Flush();
 
 private:
@@ -40,7 +40,7 @@ private:
     void AddQuoted(const Text& text);
     void EndLine();
 
-    CollectedText mCollected;  // what was not handed on yet
+    CollectedText mCollected;  // what was not written yet
     GText2BinStream* mStream = nullptr;
     GString* mText = nullptr;
 };

@@ -6,7 +6,8 @@
 
 class GPrefModule;
 
-// What leads from one state of a module's groups to another: the values that were set and the keys that went.
+// The difference between two states of a module's groups: the values that were set and the keys that were
+// removed.
 class PrefChanges
 {
 public:
@@ -14,7 +15,8 @@ public:
 
     bool IsEmpty() const { return mChanges.empty(); }
 
-    // Makes the changes to a module, whatever its state: it is dirty then, unless there are none.
+    // Makes the changes to a module, whatever its state. The module is dirty then, unless there are no
+    // changes.
     void ApplyTo(GPrefModule& module) const;
 
 private:

@@ -25,8 +25,8 @@ public:
     // The module; null when there is none.
     GPrefModule* Find(int32_t id) const;
 
-    // Does something with each module in turn. When it raises, the rest has its turn, and the first exception
-    // comes through.
+    // Calls `action` for each module. When it raises, the other modules are still done, and the first
+    // exception is passed on.
     void ForEach(const std::function<void(GPrefModule&)>& action) const;
 
     std::vector<GPrefsData>::const_iterator begin() const { return mModules.begin(); }

@@ -5,9 +5,9 @@
 #include "foundation/core/GStringSupport.h"
 #include "foundation/prefs/GVariableSubstitution.h"
 
-// How a value of each type stands in a file of settings: its text, and the kind of that text, which says what
-// variables it may hold. A text that is no such value gives an empty one; one that is no path raises. Any
-// thread.
+// How a value of each type is written in a settings file: its text, and the kind of that text, which says
+// what variables it may hold. A text that is not such a value gives an empty value; a text that is not a path
+// raises. Any thread.
 template <typename Value>
 struct PrefText;
 

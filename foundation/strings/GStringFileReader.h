@@ -6,15 +6,15 @@
 #include <functional>
 
 // Reads string files: the texts of one language, by code. docs/formats/string-file.md describes the form.
-// A line that makes no sense is passed over and logged with the file's name and its number.
+// A line that makes no sense is skipped and logged with the file's name and the line's number.
 class GStringFileReader
 {
 public:
-    // A file larger than this is refused: no translation is.
+    // A file larger than this is refused: no translation is so large.
     static constexpr int cLargestFile = 16 * 1024 * 1024;
 
-    // The entries of one file that are read; the rest is passed over, with a line in the log. It bounds what
-    // codes that were chosen to meet in the table can cost.
+    // The most entries of one file that are read; the rest is skipped, with a line in the log. This limits
+    // the time that a file can cost if its codes were chosen to have the same place in the table.
     static constexpr int cMostEntries = 20000;
 
     using Sink = std::function<void(uint32_t code, const GString& text)>;

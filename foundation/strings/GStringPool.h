@@ -10,9 +10,9 @@
 // The process-wide store of the texts that a user sees, by code and language.
 //
 // A code is looked up in the neutral table, then in the current language's, then in the English one: a text
-// that a translation lacks shows in English, and one that depends on no language is the same in all. Texts
-// come from static tables and from string files (GStringPoolSupport). The string files of a language are
-// looked for once, when its table is first asked for.
+// that is missing in a translation is shown in English, and a text that does not depend on the language is
+// the same in all of them. Texts come from static tables and from string files (GStringPoolSupport). The
+// string files of a language are looked for once, when its table is first asked for.
 //
 // Everything is for the host's main thread. Nothing raises for a missing text. A reference to a text is valid
 // until texts are added or a language is deleted.
@@ -23,19 +23,19 @@ public:
     static const GString cNeutral;  // "Neutral"
 
     // Sets the pool up with an English and a neutral table, and English as the current language. Does nothing
-    // when it is set up.
+    // when the pool is set up already.
     static void Initialize();
 
-    // Tears the pool down: every text, language and parameter of string files is gone.
+    // Empties the pool: every text, language and parameter of string files is gone.
     static void Finalize();
 
     // The text of a code; empty when it is unknown.
     static const GString& GetString(uint32_t code);
 
-    // Whether the code is known; its text, or an empty one.
+    // Whether the code is known; `text` becomes its text, or empty.
     [[nodiscard]] static bool GetString(uint32_t code, GString& text);
 
-    // The same from the table of one language alone.
+    // The same from the table of one language only.
     [[nodiscard]] static bool GetString(const GString& language, uint32_t code, GString& text);
 
     // The texts of code, code + 1, code + 2 and so on, as long as each is known.
@@ -46,24 +46,24 @@ public:
 
     static void GetLanguage(GString& name);
 
-    // Makes a language the current one and says whether it has a table, after looking for its string files
-    // and those of the two tables that every look-up consults beside it. Without a table the current language
+    // Makes a language the current one. First it looks for the string files of that language and of the
+    // English and the neutral table. Gives whether the language has a table; without one the current language
     // becomes "enUS".
     [[nodiscard]] static bool SetLanguage(const GString& name);
 
     // Whether a language has a table, after looking for its string files.
     static bool HasLanguage(const GString& name) { return FindTableForReading(name) != nullptr; }
 
-    // The known languages, in the order in which they came; the neutral table is none.
+    // The known languages, in the order in which they were added; the neutral table is not a language.
     static void GetAvailableLanguages(QStringList& languages);
     static int GetNumAvailableLanguages();
 
     // Forgets a language's texts; its string files are not read again until other parameters for them are
-    // given. The current language then becomes "enUS" if it was this one. False for a language that is not
+    // given. If it was the current language, "enUS" becomes the current one. False for a language that is not
     // known, and for "enUS" and "Neutral", which stay.
     [[nodiscard]] static bool DeleteLanguage(const GString& name);
 
-    // Another language for a scope. Restores the one that was current, or "enUS" where that is gone.
+    // Uses another language for a scope. At the end restores the old language, or "enUS" if that is gone.
     class TempLanguageForcer
     {
     public:

@@ -13,16 +13,16 @@ public:
         GEncodingRef encoding;  // in which the text came in
     };
 
-    // Sets the text of a code, in place of the one that is there.
+    // Sets the text of a code; replaces an old text.
     void SetString(uint32_t code, const GString& text, const GEncodingRef& encoding);
 
-    // Sets the text of a code that has none; a text that is there stays.
+    // Sets the text of a code that has none; an existing text stays.
     void SetDefaultString(uint32_t code, const GString& text, const GEncodingRef& encoding);
 
     // The text of a code, null when there is none; valid until the next change of the table.
     const GString* FindStringForID(uint32_t code) const
     {
-        // Most codes that a table lacks lie outside its range: another module's.
+        // Most codes that a table does not have are outside its range, because they belong to another module.
         if (code - mLowest > mHighest - mLowest)
             return nullptr;
         const Entry* entry = mEntries.Find(code);
@@ -33,6 +33,6 @@ public:
 
 private:
     GDict<uint32_t, Entry> mEntries;
-    uint32_t mLowest = 0;  // the range of the codes; while there is none, the code 0 alone
+    uint32_t mLowest = 0;  // the range of the codes; only the code 0 while the table is empty
     uint32_t mHighest = 0;
 };

@@ -4,8 +4,8 @@
 
 #include <memory>
 
-// The service through which alerts reach the user. One object is installed for the process at start-up and
-// removed at shutdown; code everywhere gets it from GetInstance. For the main thread.
+// The service that shows alerts to the user. One object is installed for the process at start-up and removed
+// at shutdown; all code gets it from GetInstance. For the main thread.
 class GUserMessage
 {
 public:

@@ -4,17 +4,17 @@
 
 #include <memory>
 
-// A program that does not outlive this process, however this process ends. On Linux that holds also when the
-// process is killed while it starts the program; the thread that starts it must live as long as the process.
-// On Windows a program whose starter is killed in that very moment runs on.
+// A program that does not outlive this process, however this process ends. On Linux this also holds when this
+// process is killed while it starts the program; the thread that starts the program must live as long as this
+// process. On Windows there is one exception: if this process is killed at that moment, the program runs on.
 //
-// As every QProcess, an object belongs to the thread that made it. The destructor of one whose program still
-// runs ends that by force, and waits for it.
+// Like every QProcess, an object belongs to the thread that made it. If the program still runs, the
+// destructor ends it by force and waits for its end.
 class GBoundProcess : public QProcess
 {
 public:
-    // What becomes of the program when this process is gone. Where the system knows no request that every
-    // program heeds, as on Windows, it is always ended by force.
+    // What happens to the program when this process has ended. If the system has no request to end that every
+    // program obeys, as on Windows, the program is always ended by force.
     enum class Ending
     {
         cByRequest,

@@ -10,29 +10,30 @@
 // Writes a file whole and puts it in place of the old one in one step.
 //
 // What is written goes to a temporary file beside the target. Commit flushes it to disk and replaces the
-// target with it; on POSIX the folder is flushed too. Whoever reads the target, and whoever kills this
-// process or the machine at any moment, sees the old file or the new one, never a part. Without Commit the
-// old file stays and the temporary one goes.
+// target with it; on POSIX the folder is flushed too. Every reader sees the whole old file or the whole new
+// file, even if this process or the machine stops at any moment. Without Commit the old file stays and the
+// temporary file is removed.
 //
-// The new file has the rights of the old one, and on POSIX its owner as far as the system allows. Where the
+// The new file has the rights of the old one, and on POSIX its owner as far as the system allows. If the
 // target is a symbolic link, the file that it leads to is replaced and the link stays. The target's folder
-// must be there. A target that can't even be looked at is not replaced. Two writers of one target at once do
-// each other no harm: one of the two files results. A writer that is killed at the very moment of replacing
-// can leave its temporary file, named as PTemporaryName says. The next
-// writer of the target removes it, unless a living process owns it: on POSIX see GOwnedFile; on Windows,
-// where processes see each other, the process in the name tells.
+// must exist. If the system can't tell what the target is, it is not replaced. Two processes can write the
+// same target at once: one of the two files is the result. A writer that is killed exactly while it replaces
+// the file can leave its temporary file, which has a name as in PTemporaryName. The next writer of the target
+// removes that file, unless a living process owns it. For POSIX see GOwnedFile; on Windows, where processes
+// see each other, the process in the name shows it.
 //
-// On Windows whoever has the target open holds the replacement up; Commit tries again for about two seconds,
-// then it takes the system's other way, which works while readers share deletion, but is not one step:
-// what it leaves when it is killed in between, the next reader or writer puts right (PReplacedFile).
-// So open such a file with all share rights, and no longer than a read takes. Used by one thread.
+// On Windows the target can't be replaced while somebody has it open. Commit tries again for about two
+// seconds. Then it uses the system's other way, which works if the readers share deletion, but has more than
+// one step. If it is killed in between, the next reader or writer repairs what is left (PReplacedFile). So
+// open such a file with all share rights, and only as long as a read takes. Used by one thread.
 class GDurableFile : public GOutputStream
 {
 public:
     // Starts to write. Raises a GCustomException with GErrorCode::cFile and the system's reason, as the other
-    // operations do; after one has raised, the object is only good to be destroyed.
+    // operations do. After an operation has raised, the object can only be destroyed.
     //
-    // `access` is for a file that is not there yet: as for any new file of this user, or for its owner only.
+    // `access` is used only for a new file: it gets the rights of any new file of this user, or is for its
+    // owner only.
     enum class Access
     {
         cUsual,
@@ -40,7 +41,7 @@ public:
     };
     explicit GDurableFile(const GPathName& target, Access access = Access::cUsual);
 
-    // All in one: the file at the native path has the content afterwards, or is as it was.
+    // All steps in one call: afterwards the file at the native path has the content, or is as it was.
     static GResult Replace(const GString& path, const GBuffer& content);
 
     // Drops what was not committed.
@@ -48,15 +49,15 @@ public:
 
     void Write(const char* bytes, int count) override;
 
-    // Writes over bytes that are there, or behind the last one; for formats that go back to what they have
-    // written. Without a buffer, and not for a file that Write() is used on, too.
+    // Replaces bytes that are already written, or writes after the last one; for formats that change what
+    // they have written before. It uses no buffer, and must not be used on a file together with Write().
     void WriteAt(int64_t offset, const char* bytes, int count);
 
-    // Where the new file is until it is in place; empty while it has no name.
+    // The path of the new file until it is in place; empty while it has no name.
     const GPathName& GetTemporaryPath() const { return mTemporary; }
 
-    // Brings everything that was written to disk, under a passing name, so that little is left that can fail
-    // when Commit puts the file in place. For who has to make room for it in between.
+    // Flushes everything that was written to disk, under a temporary name, so that little can fail when
+    // Commit puts the file in place. For callers that must first make room for the file.
     void Prepare();
 
     // Puts the new file in place. Called once, at the end.
@@ -86,5 +87,5 @@ private:
     Access mAccess;
     GPathName mTemporary;  // empty while the temporary file has no name, and when there is none
     PFileHandle mHandle;
-    GBuffer mBuffer;  // what has not been handed to the system yet
+    GBuffer mBuffer;  // what has not been given to the system yet
 };

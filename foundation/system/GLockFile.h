@@ -9,12 +9,12 @@ enum class GLockType : int32_t
     cWrite = 2  // alone
 };
 
-// A lock on a file that stands for something that processes of one user share. The lock is the open handle:
-// the operating system drops it when its holder dies, so a crash never blocks the others. The file is made
-// when it is missing, for its owner only, and stays behind; what it holds means nothing.
+// A lock on a file that represents something that processes of one user share. The lock is the open handle:
+// the operating system drops it when its holder dies, so a crash never blocks the others. The file is made if
+// it is missing, for its owner only, and is not removed later; its content means nothing.
 //
-// Two objects exclude each other as two processes do, also within one process. An object is used by one
-// thread at a time. A symbolic link at the path is refused, not followed.
+// Two objects in one process exclude each other as two processes do. An object is used by one thread at a
+// time. A symbolic link at the path is refused, not followed.
 class GLockFile
 {
 public:
@@ -22,7 +22,7 @@ public:
     {
         cLocked,
         cHeld,   // somebody else holds it: try again
-        cDenied  // Windows only: no right, or a file that is just being deleted, which look alike
+        cDenied  // Windows only: no right, or a file that is just being deleted; both give the same error
     };
 
     explicit GLockFile(const GPathName& path);
@@ -34,7 +34,7 @@ public:
 
     // Tries once to take the lock; releases the one that this object holds first. Raises with
     // GErrorCode::cLockFile: a GSimpleException when the folder is missing or its server can't be reached,
-    // and a GCustomException with the path and the reason for everything else, a missing right included.
+    // and a GCustomException with the path and the reason for everything else, also for a missing right.
     Result TryLock(GLockType type);
 
     void Unlock() noexcept;
@@ -47,6 +47,6 @@ private:
     PFileHandle mHandle;  // open while the lock is held
 };
 
-// Raises what TryLock raises for a file that can't be opened for this reason of the system.
+// Raises what TryLock raises for a file that can't be opened; `reason` is the system's.
 [[noreturn]] void RaiseLockError(const GPathName& path, const GString& reason);
 [[noreturn]] void RaiseNoLockFolder(const GPathName& path);

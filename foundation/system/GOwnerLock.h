@@ -3,7 +3,7 @@
 #include "foundation/core/GPathName.h"
 #include "foundation/system/PFileHandle.h"
 
-// The calls of the operating system behind GOwnedFile. Where one fails, GetLastSystemError has the reason.
+// The calls of the operating system behind GOwnedFile. If a call fails, GetLastSystemError has the reason.
 namespace GOwnerLock
 {
 enum class State
@@ -13,10 +13,11 @@ enum class State
     cUnknown  // the system can't lock this file
 };
 
-// Makes a file, for its owner only; not open when that fails, as it does when anything has the name.
+// Makes a file, for its owner only. The handle is not open when that fails, for example because anything has
+// the name.
 PFileHandle OpenNew(const GPathName& path) noexcept;
 
-// Opens a file that is there, never a link or anything else that is no file.
+// Opens an existing file, never a link or anything else that is not a file.
 PFileHandle OpenOld(const GPathName& path) noexcept;
 
 State TryLock(const PFileHandle& file) noexcept;

@@ -8,10 +8,10 @@ namespace GSpecialPath
 {
 constexpr int32_t cTemporary = -2;
 
-// Below it lie the settings folders of the host's maker.
+// The folder above the settings folders of the host's maker.
 constexpr int32_t cHostSettingsParent = -8;
 
-// Where string and translation files lie; there is none until a program registers it.
+// The folder of string and translation files; there is none until a program registers it.
 constexpr int32_t cTranslations = 22;
 
 // "Morvane Prefs Folder" for all users, and for this user.

@@ -2,11 +2,11 @@
 
 #include "foundation/core/GPathName.h"
 
-// What the operating system says of its folders and of this module. Paths are absolute; the folders need not
-// exist unless it is said.
+// What the operating system says about its folders and this module. Paths are absolute. A folder need not
+// exist unless a comment says so.
 namespace GSystemFolders
 {
-// The value of an environment variable, read anew at each call; empty when it is not set.
+// The value of an environment variable, read again at each call; empty when it is not set.
 GString GetEnvironmentText(const char* name);
 
 // This user's application data: $XDG_CONFIG_HOME, else ~/.config; on Windows the roaming folder, which the
@@ -20,7 +20,7 @@ GPathName GetCommonApplicationData();
 // GErrorCode::cFile when the system does not tell.
 GPathName GetModuleFile();
 
-// Makes one folder, for its owner only. False, with the reason to be read by GetLastSystemError, when it
-// can't be made, one that is already there included.
+// Makes one folder, for its owner only. False when it can't be made, also because it exists already;
+// GetLastSystemError has the reason.
 [[nodiscard]] bool MakeFolder(const GPathName& path) noexcept;
 }  // namespace GSystemFolders

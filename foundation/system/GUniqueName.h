@@ -2,6 +2,6 @@
 
 #include "foundation/core/GString.h"
 
-// Random digits and small letters, so many of them; five tell apart 60 million names. Small ones only, as a
-// file system that takes no notice of case would see fewer. Any thread.
+// Random digits and small letters, `length` of them; with five there are 60 million names. Only small
+// letters, because some file systems ignore case. Any thread.
 GString MakeRandomName(int length);

@@ -17,14 +17,14 @@ public:
     PComApartment(const PComApartment&) = delete;
     PComApartment& operator=(const PComApartment&) = delete;
 
-    // False also on a thread that has COM already in another way: it can be used there all the same.
+    // Also false on a thread that already has COM in another mode; COM can still be used there.
     bool IsUp() const { return mIsUp; }
 
 private:
     bool mIsUp;
 };
 
-// A reference to an object of COM, given back with this.
+// A reference to a COM object, which is released when this object is deleted.
 template <typename Interface>
 class PComReference
 {

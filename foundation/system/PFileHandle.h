@@ -34,10 +34,10 @@ public:
         return handle;
     }
 
-    // False when the system reports that what was written may be lost. A handle that is not open closes well.
+    // False when the system reports that written data may be lost. True for a handle that is not open.
     [[nodiscard]] bool Close() noexcept;
 
-    // Closes a handle through which nothing was written that must last.
+    // Closes a handle, when nothing important was written through it.
     void Drop() noexcept { static_cast<void>(Close()); }
 
 private:

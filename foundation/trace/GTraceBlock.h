@@ -4,9 +4,9 @@
 
 #include <QElapsedTimer>
 
-// Traces a part of the work: "enter" when it is made, "leave" with the time that has passed, in milliseconds,
-// when it goes out of scope, whichever way. Costs next to nothing when no logger is installed. Kept on the
-// stack, used by one thread.
+// Traces a part of the work: "enter" when the object is made, and "leave" with the time in milliseconds when
+// it goes out of scope, also by an exception. Takes almost no time when no logger is installed. Keep it on
+// the stack; used by one thread.
 class GTraceBlock
 {
 public:
@@ -17,5 +17,5 @@ public:
 
 private:
     GString mSource;
-    QElapsedTimer mTimer;  // not started when nobody listened at the start
+    QElapsedTimer mTimer;  // not started when there was no logger at the start
 };

@@ -11,8 +11,8 @@ enum class LogLevel
     Assert
 };
 
-// Where a component reports what went wrong or what it did. One operation, so that a host can pass on lines
-// to a log of its own. May be called from any thread; an implementation guards itself.
+// Where a component reports errors and what it did. It has only one operation, so that a host can easily pass
+// lines on to its own log. May be called from any thread; an implementation must be safe for that.
 class ILogInterface
 {
 public:

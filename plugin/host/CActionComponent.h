@@ -8,7 +8,7 @@
 class IActiveContext;
 class IHostObject;
 
-// The actions whose states the host wants to know, before it shows a menu.
+// The actions whose states the host asks for before it shows a menu.
 class IActionStateList
 {
 public:
@@ -32,13 +32,13 @@ struct ExportChoices
 {
     PMString hopbox;                      // its name or its registry key
     PMString pages;                       // such as "1-3,8"; empty for all
-    std::optional<bool> includesPackage;  // none: as the Hopbox's settings say
+    std::optional<bool> includesPackage;  // not set: as the Hopbox's settings say
 };
 
 enum class ExportResult
 {
     Done,       // a Hopbox process has taken it
-    Failed,     // the reason is what an alert would have told
+    Failed,     // the reason is the text that an alert would show
     Cancelled,  // by the user, in the host's progress window
     Busy,       // another action runs
     Unsupported
@@ -51,19 +51,19 @@ public:
     // The user chose an action. The widget is the one that the choice came from; it may be null.
     virtual void DoAction(IActiveContext* context, ActionID action, IHostObject* widget) = 0;
 
-    // Sets the states of those actions of the list that are the component's own.
+    // Sets the states of those actions in the list that belong to the component.
     virtual void UpdateActionStates(IActiveContext* context, IActionStateList& states) = 0;
 
-    // Exports without a dialog and without an alert, for a host's command line and scripts: what DoAction
-    // does once the user has made these choices. Unsupported for an action that exports nothing, and for
-    // pages of a book. Sets `error` when it gives Failed.
+    // Exports without a dialog and without an alert, for a host's command line and scripts. Does what
+    // DoAction does once the user has made these choices. Gives Unsupported for an action that exports
+    // nothing, and for pages of a book. Sets `error` when it gives Failed.
     virtual ExportResult Export(ActionID action, const ExportChoices& choices, PMString& error) = 0;
 
 protected:
     ~IActionComponent() = default;
 };
 
-// The base of action components: knows no action and changes no state.
+// The base class of action components. It owns no action and changes no state.
 class CActionComponent : public IActionComponent
 {
 public:

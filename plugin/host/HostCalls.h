@@ -2,23 +2,23 @@
 
 #include "plugin/host/IHostServices.h"
 
-// The host's functions under their own names: thin fronts over the services that the host gave. Without
-// services each finds nothing, or fails, so that the plug-in's code needs no case for a host that is not
-// there. For the host's main thread.
+// The host's functions under their own names. Each only calls the services that the host gave. Without
+// services each function finds nothing, or fails, so the plug-in's code needs no special case for a missing
+// host. For the host's main thread.
 
-// The services that the fronts call.
+// The services that these functions call.
 class HostServices
 {
 public:
-    // Null takes them away. Nothing is owned.
+    // Null takes the services away. This class does not own them.
     static void Set(IHostServices* services);
     static IHostServices* Get();
 };
 
 HostPtr<ISession> GetExecutionContextSession();
 
-// The preferences of an interface identifier; there is one kind, HostInterfaceID::cUnitPreferences, and
-// another identifier finds nothing.
+// The preferences of an interface identifier. There is one kind, HostInterfaceID::cUnitPreferences; any other
+// identifier finds nothing.
 HostPtr<IUnitOfMeasureSettings> QueryPreferences(InterfaceID preferences, IActiveContext* context);
 
 HostPtr<IObjectModel> GetObjectModelInstance();
@@ -26,7 +26,7 @@ HostPtr<IObjectModel> GetObjectModelInstance();
 class UtilsBoss
 {
 public:
-    // A utility interface by its type, which carries its identifier: ILayoutUtils, IDocumentUtils,
+    // A utility interface by its type, which contains the identifier: ILayoutUtils, IDocumentUtils,
     // IModalUtils.
     template <class Utils>
     static HostPtr<Utils> QueryUtils();
@@ -48,7 +48,7 @@ public:
     // Runs a command; zero on success.
     static ErrorCode ProcessCommand(ICommand& command);
 
-    // Has the observer told of the user's cancelling for as long as this lives. One at a time.
+    // While this object lives, the observer is told when the user cancels. Only one at a time.
     class CancelScope
     {
     public:

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-// Every number that the plug-in and the host exchange: 32-bit class, interface, action and unit identifiers
-// that the host publishes, and those that the plug-in owns.
+// Every number that the plug-in and the host exchange: the 32-bit class, interface, action and unit
+// identifiers that the host publishes, and the identifiers that the plug-in owns.
 
 using ActionID = int32_t;
 using ClassID = int32_t;
@@ -14,12 +14,12 @@ using UID = uint32_t;  // an object of a database, such as a page; 0 is none
 using ErrorCode = int32_t;
 constexpr ErrorCode cSuccess = 0;
 
-// What the front of a call gives when there is nobody to call. Hosts may use it for any failure.
+// What the functions in HostCalls.h give when there is no host to call. Hosts may use it for any failure.
 constexpr ErrorCode cFailure = 1;
 
 constexpr UID cNoUID = 0;
 
-// The plug-in's own: its prefix, and what lies under it.
+// The plug-in's own identifiers: its prefix, and the identifiers that begin with it.
 namespace PlugInID
 {
 constexpr int32_t cPrefix = 0x198C00;
@@ -29,7 +29,7 @@ constexpr ActionID cDocumentAction = cPrefix + 4;
 constexpr ActionID cBookAction = cPrefix + 6;
 }  // namespace PlugInID
 
-// What UtilsBoss::QueryUtils is asked for.
+// The interfaces that UtilsBoss::QueryUtils can give.
 namespace HostUtilsID
 {
 constexpr InterfaceID cLayout = 118846;
@@ -37,8 +37,8 @@ constexpr InterfaceID cDocument = 351;
 constexpr InterfaceID cModal = 1665;
 }  // namespace HostUtilsID
 
-// What an adaptor asks the host's objects for. The plug-in never names these itself: each stands behind the
-// operation that needs it.
+// Interfaces that an adaptor asks the host's objects for. The plug-in never uses these numbers itself: the
+// adaptor does, in the operation that needs the interface.
 namespace HostInterfaceID
 {
 constexpr InterfaceID cMenuManager = 53764;

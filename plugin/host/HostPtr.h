@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <utility>
 
-// An object of the host, counted by references. Objects of the host are made by the host and go when the
-// last reference is given back; nobody else deletes them.
+// An object of the host, with a reference count. The host makes its objects, and deletes each when the last
+// reference is given back; nobody else deletes them.
 class IHostObject
 {
 public:
@@ -15,8 +15,9 @@ protected:
     ~IHostObject() = default;
 };
 
-// Holds one reference to an object of the host and gives it back when it goes out of scope. Empty where the
-// host had nothing to give: every operation that hands out an object may. For the host's main thread.
+// Holds one reference to an object of the host and gives it back at the end of its scope. It is empty when
+// the host had nothing to give, which can happen with every operation that gives an object. For the host's
+// main thread.
 template <class Object>
 class HostPtr
 {

@@ -24,9 +24,9 @@ struct MenuItemFlags
 class IMenuManager : public IHostObject
 {
 public:
-    // Puts an action into a menu. The path leads from a menu bar or panel to the menu, its parts separated by
-    // ":"; entries stand in it in the order of their positions. Host: the menu manager's add of a menu item,
-    // with the two flags in the order of MenuItemFlags.
+    // Puts an action into a menu. The path leads from a menu bar or panel to the menu, with ":" between its
+    // parts. The menu's entries are in the order of their positions. Host: the menu manager's add of a menu
+    // item, with the two flags in the order of MenuItemFlags.
     virtual void AddMenuItem(ActionID action, const PMString& menuPath, double position,
                              const MenuItemFlags& flags) = 0;
 
@@ -34,15 +34,16 @@ protected:
     ~IMenuManager() = default;
 };
 
-// The application's actions: what menu entries and keyboard shortcuts set off.
+// The application's actions: what menu entries and keyboard shortcuts start.
 class IActionManager : public IHostObject
 {
 public:
     virtual bool IsActionKnown(ActionID action) const = 0;
 
-    // Adds an action whose choices and states the owner answers. The area groups it in the editor of keyboard
-    // shortcuts and is a key of the host's, blanks included. Host: the action manager's add of an action,
-    // with the four flags in the order of ActionFlags.
+    // Adds an action. The owner is called when the user chooses it and when the host needs its state. The
+    // area is the group of the action in the editor of keyboard shortcuts; it is a key of the host, including
+    // its blanks. Host: the action manager's add of an action, with the four flags in the order of
+    // ActionFlags.
     virtual void AddAction(ClassID owner, ActionID action, const PMString& name, const PMString& area,
                            const ActionFlags& flags) = 0;
 

@@ -4,15 +4,15 @@
 #include "plugin/host/HostPtr.h"
 #include "plugin/host/IDFile.h"
 
-// What a book consists of: documents, by their files, in the book's order.
+// The documents of a book, named by their files, in the book's order.
 class IBookContent : public IHostObject
 {
 public:
     // Host: the content manager's number of contents.
     virtual int32_t GetDocumentCount() const = 0;
 
-    // The file of the document at an index from 0; empty where the book can't tell. Host: the content at the
-    // index, and the file that its data link names.
+    // The file of the document at an index from 0; empty if the book does not know it. Host: the content at
+    // the index, and the file that its data link names.
     virtual IDFile GetNthDocumentFile(int32_t index) const = 0;
 
 protected:
@@ -30,8 +30,8 @@ public:
     // the book's title name.
     virtual PMString GetName() const = 0;
 
-    // Whether the book differs from its file, so that it is to be written before it is exported. Host: the
-    // book's yes/no state query, its modified state.
+    // Whether the book differs from its file and must be written before it is exported. Host: the book's
+    // yes/no state query, its modified state.
     virtual bool IsModified() const = 0;
 
     // Writes the book to its own file. Zero on success. Host: the book's save operation, given its own file.

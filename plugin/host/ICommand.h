@@ -33,17 +33,17 @@ enum class PDFLength
 };
 constexpr int cPDFLengthCount = static_cast<int>(PDFLength::End);
 
-// Values of the setting that joins the pages of a spread: whether they become one page of the PDF.
+// Values of the setting that decides whether the pages of a spread become one page of the PDF.
 constexpr int32_t cReaderSpreadsOff = 0;
 constexpr int32_t cReaderSpreadsOn = 1;
 
-// The settings with which a PDF is made. Those of a command are its own; a change of them changes nothing
+// The settings with which a PDF is made. Each command has its own settings; changing them changes nothing
 // else.
 class IPDFExportPreferences : public IHostObject
 {
 public:
-    // Takes every setting from a job options file. Zero on success; else the settings are as they were. Host:
-    // the preferences' reading of a PDF settings file.
+    // Takes every setting from a job options file. Zero on success; otherwise the settings stay as they were.
+    // Host: the preferences' reading of a PDF settings file.
     virtual ErrorCode ReadJobOptions(const IDFile& file) = 0;
 
     // Host: the preference of that name, set after the job options were read.
@@ -73,11 +73,11 @@ protected:
 class IOutputPages : public IHostObject
 {
 public:
-    // The pages in the order of the list; `isSpreads` when the pages of a spread are joined. Host: the
+    // Sets the pages, in the order of the list. `isSpreads`: the pages of a spread are joined. Host: the
     // initialisation of interface 90904 of the command.
     virtual void SetPages(const UIDList& pages, bool isSpreads) = 0;
 
-    // The document's name, as the PDF and the host's progress window have it. Host: the set of the name.
+    // Sets the document's name for the PDF and the host's progress window. Host: the set of the name.
     virtual void SetName(const PMString& name) = 0;
 
 protected:
@@ -88,8 +88,8 @@ protected:
 class IBookExportData : public IHostObject
 {
 public:
-    // The book, all of its documents in its order, and the file to write. Host: the set-up of interface 65554
-    // of the command: book, contents, file.
+    // Set the book, all of its documents in its order, and the file to write. Host: the set-up of interface
+    // 65554 of the command: book, contents, file.
     virtual void SetBook(const IBook& book) = 0;
     virtual void SetDocuments(const IBookContent& documents) = 0;
     virtual void SetOutputFile(const IDFile& file) = 0;
@@ -98,8 +98,8 @@ protected:
     ~IBookExportData() = default;
 };
 
-// Something that the host can be told to do. Each command has those of the interfaces below that it needs; a
-// query for another gives nothing. CmdUtils runs it, once.
+// Something that the host can be told to do. Each command has only those of the interfaces below that it
+// needs; a query for another one gives nothing. CmdUtils runs a command, once.
 class ICommand : public IHostObject
 {
 public:
@@ -119,12 +119,12 @@ protected:
     ~ICommand() = default;
 };
 
-// Told when the user cancels a command of the plug-in's while it runs.
+// It is told when the user cancels one of the plug-in's commands while the command runs.
 class ICancelObserver
 {
 public:
-    // Called on the main thread, from inside the running command, before it returns its failure. More than
-    // once is allowed.
+    // Called on the main thread, from inside the running command, before the command returns its failure. It
+    // may be called more than once.
     virtual void OnCommandCancelled() = 0;
 
 protected:

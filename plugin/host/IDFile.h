@@ -3,8 +3,8 @@
 #include "foundation/core/GPathName.h"
 #include "plugin/host/PMString.h"
 
-// A file of the host, named by its full path in the system's own form. It need not exist. Empty where the
-// host has none, as for a document that was never saved.
+// A file of the host, named by its full path in the system's own form. It need not exist. Empty when the host
+// has no file, for example for a document that was never saved.
 //
 // Host: the adaptor sets the host's file from the wide path (SetTString), and takes the path of one with
 // FileUtils::SysFileToPMString.
@@ -21,8 +21,8 @@ public:
     // The last name of the path; empty for an empty file.
     PMString GetFileName() const;
 
-    // The path as the plug-in's own type, empty for an empty file. Raises GErrorCode::cIllegalPath for what
-    // no file system call could take.
+    // The path as the plug-in's own type; empty for an empty file. Raises GErrorCode::cIllegalPath for a path
+    // that no file system call could take.
     GPathName GetPathName() const { return GPathName(mPath); }
 
 private:

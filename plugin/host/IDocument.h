@@ -5,7 +5,7 @@
 #include "plugin/host/IDFile.h"
 #include "plugin/host/UIDList.h"
 
-// The pages of a document, in the order in which they stand in it.
+// The pages of a document, in the document's order.
 class IPageList : public IHostObject
 {
 public:
@@ -16,8 +16,8 @@ public:
     virtual UID GetNthPage(int32_t index) const = 0;
 
     // Appends the pages that a range text such as "1-3,8" names, by the page numbers that the user sees, in
-    // the order of the text. Zero on success; anything else when the text names no valid pages, and the list
-    // is not to be used then. Host: the list's conversion of a page range text, without its message windows.
+    // the order of the text. Zero on success; anything else when the text names no valid pages. The list must
+    // not be used then. Host: the list's conversion of a page range text, without its message windows.
     virtual ErrorCode GetPageUIDs(const PMString& range, UIDList& pages) const = 0;
 
 protected:
@@ -28,7 +28,8 @@ protected:
 class IFontList : public IHostObject
 {
 public:
-    // Takes stock anew; called before anything is asked. Host: the update operation of the used-fonts list.
+    // Looks at the document's fonts again; call it before the operations below. Host: the update operation of
+    // the used-fonts list.
     virtual void Update() = 0;
 
     // Host: the list's count of missing fonts.
@@ -45,8 +46,8 @@ protected:
 class IDocument : public IHostObject
 {
 public:
-    // Whether the file holds the document as it stands: false when it was never saved or has changed since.
-    // Host: the document's saved state together with its modified state.
+    // Whether the file holds the document's current state: false when the document was never saved or has
+    // changed since. Host: the document's saved state together with its modified state.
     virtual bool IsSaved() const = 0;
 
     // The document's file; empty for one that was never saved. Host: the document's file, as IDFile.

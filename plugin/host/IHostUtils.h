@@ -23,7 +23,7 @@ protected:
 struct CloseFlags
 {
     int32_t dialogs = 0;    // 0: the host asks nothing; a document that was changed is closed as it is
-    bool mayCancel = true;  // a document that may not be closed stays open instead of failing
+    bool mayCancel = true;  // a document that may not be closed stays open, without a failure
     bool isAtOnce = true;   // closed when the call returns, not later from the host's message loop
 };
 
@@ -33,12 +33,12 @@ class IDocumentUtils : public IHostObject
 public:
     static constexpr InterfaceID cUtilsID = HostUtilsID::cDocument;
 
-    // Saves a document to its own file; one that was never saved lets the host ask the user for a file. Zero
-    // on success; the user's cancelling is a failure. Host: the save operation.
+    // Saves a document to its own file; if it was never saved, the host asks the user for a file. Zero on
+    // success; it is a failure if the user cancels. Host: the save operation.
     virtual ErrorCode SaveDocument(IDocument& document) = 0;
 
-    // The document of a file that is open already, in a window or not. Host: the search in the application's
-    // list of documents, by file.
+    // The document of a file that is open already, with or without a window. Host: the search in the
+    // application's list of documents, by file.
     virtual HostPtr<IDocument> FindOpenDocument(const IDFile& file) const = 0;
 
     // Opens a document without a window and without asking anything. Zero on success; `document` may be
@@ -54,12 +54,12 @@ protected:
     ~IDocumentUtils() = default;
 };
 
-// A mark that the host hands out for the time of a modal window; 0 is none.
+// A number that the host gives out for the time of a modal window; 0 is none.
 using ModalToken = uint64_t;
 constexpr ModalToken cNoModalToken = 0;
 
-// The host's state while a window of somebody else's is modal: its menus, panels and shortcuts rest. Host:
-// utility interface 1665.
+// The host's state while a window that is not the host's is modal: the host's menus, panels and shortcuts do
+// not react. Host: utility interface 1665.
 class IModalUtils : public IHostObject
 {
 public:

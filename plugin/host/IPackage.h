@@ -5,19 +5,19 @@
 #include "plugin/host/IBook.h"
 #include "plugin/host/IDocument.h"
 
-// The yes/no settings of a package, in the order of the command's interface. The first seven are the order of
-// the host's public scripting call for packaging. The eighth is the one choice that the host's own package
-// window offers about the content beyond those: it is written together with the fourth and the fifth, the
-// other two choices of that kind.
+// The yes/no settings of a package, in the order of the command's interface. The first seven have the order
+// of the host's public scripting call for packaging. The eighth is one more choice about the content, which
+// only the host's own package window offers. The host writes it together with the fourth and the fifth, the
+// other two choices about the content.
 enum class PackageSetting
 {
     Fonts,                    // copy the fonts
     Links,                    // copy the linked graphics
     Profiles,                 // copy the colour profiles
-    UpdateGraphics,           // let the links of the copy lead to the copied graphics
+    UpdateGraphics,           // make the links of the copy point to the copied graphics
     HiddenLayers,             // take fonts and links of hidden and non-printing content too
     IgnorePreflightErrors,    // go on where the host's check finds faults
-    Report,                   // write the report that the host makes on its own
+    Report,                   // write the host's own report
     DocumentHyphenationOnly,  // hyphenate the copy by the document's own exceptions alone
     End
 };
@@ -27,15 +27,15 @@ constexpr int cPackageSettingCount = static_cast<int>(PackageSetting::End);
 class IPackageCommand : public IHostObject
 {
 public:
-    // The folder that becomes the package. It is there, and empty: the plug-in has made it, so that no other
-    // process takes its name. Host: the set of the target folder.
+    // The folder that becomes the package. The plug-in has already made it, empty, so that no other process
+    // takes its name. Host: the set of the target folder.
     virtual void SetTargetFolder(const IDFile& folder) = 0;
 
     // Host: the setting at that place of the command's interface.
     virtual void SetSetting(PackageSetting setting, bool isOn) = 0;
 
-    // Makes the package. Zero on success. What a failure leaves behind is the host's. Host: the execution of
-    // the command.
+    // Makes the package. Zero on success. After a failure, what is left in the folder is the host's business.
+    // Host: the execution of the command.
     virtual ErrorCode Execute() = 0;
 
 protected:

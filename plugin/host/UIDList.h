@@ -4,10 +4,10 @@
 
 #include <vector>
 
-// The database that a document's objects live in. Only ever passed on; the document owns it.
+// The database that a document's objects are in. The plug-in only passes it on; the document owns it.
 class IDataBase;
 
-// Objects of one database, such as pages, in an order of their own; an object may stand in it twice.
+// A list of objects of one database, such as pages, in any order; an object may be in it twice.
 class UIDList
 {
 public:

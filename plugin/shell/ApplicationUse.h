@@ -1,13 +1,13 @@
 #pragma once
 
-// The QApplication that the plug-in's windows need, while one of these lives. A host that has one keeps its
-// own; where there is none, this makes one and takes it down again. Where several modules of ours are in one
-// process, the first that comes makes it, and the last that goes takes it down.
+// Provides the QApplication that the plug-in's windows need, while one of these objects lives. If the host
+// has a QApplication, that one is used; if not, this class makes one and deletes it again. If several of our
+// modules are in one process, the first to start makes it and the last to end deletes it.
 class ApplicationUse
 {
 public:
-    // Raises a GCustomException where windows can't be shown: without a display that answers, without Qt's
-    // plug-in for it, and in a Qt program that has chosen to do without windows.
+    // Raises a GCustomException if windows can't be shown: no display answers, Qt's plug-in for the display
+    // is missing, or a Qt program runs without windows by its own choice.
     ApplicationUse();
     ~ApplicationUse();
     ApplicationUse(const ApplicationUse&) = delete;

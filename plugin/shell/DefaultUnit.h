@@ -2,6 +2,6 @@
 
 class IActiveContext;
 
-// Takes the unit in which the host shows horizontal lengths as the plug-in's default unit; points where the
-// host can't tell or has another unit.
+// Makes the unit in which the host shows horizontal lengths the plug-in's default unit. It is points if the
+// host can't tell its unit or has one that the plug-in does not know.
 void TakeDefaultUnit(IActiveContext* context);

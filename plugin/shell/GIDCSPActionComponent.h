@@ -7,20 +7,20 @@
 
 #include <functional>
 
-// The owner of the plug-in's actions: brings up what they stand on, and answers the host's menu choices and
-// its questions about menu entries. Nothing that goes wrong in here leaves it: the user sees an alert.
+// The owner of the plug-in's actions: starts what they need, and answers the host's menu choices and its
+// questions about menu entries. No exception leaves this class: the user sees an alert.
 //
-// One action runs at a time in a process, also where two modules of this kind live in it: their windows and
-// their Qt are the same. A host whose menus still answer while a dialog is open, or while a command runs,
-// may call DoAction again; that brings the open window to the front and does nothing else.
+// Only one action runs at a time in a process, even if the process has two modules of this kind, because they
+// share windows and Qt. A host whose menus still react while a dialog is open, or while a command runs, may
+// call DoAction again. That call only brings the open window to the front.
 class GIDCSPActionComponent : public CActionComponent
 {
 public:
-    // Runs the selection dialog, modally, under a title and on an export tool, and returns when it is closed.
+    // Shows the selection dialog for an export tool as a modal window with this title, and returns when the
+    // dialog is closed.
     using DialogRunner = std::function<void(const GString& title, GCPTSaveAsTool& tool)>;
 
-    // Raises what the services raise (ShellServices). Without a runner, a choice of an export action is
-    // answered with an alert.
+    // Raises what the services raise (ShellServices). Without a runner, an export action only shows an alert.
     explicit GIDCSPActionComponent(DialogRunner runDialog);
     ~GIDCSPActionComponent() override;
 
@@ -28,8 +28,8 @@ public:
     void UpdateActionStates(IActiveContext* context, IActionStateList& states) override;
     ExportResult Export(ActionID action, const ExportChoices& choices, PMString& error) override;
 
-    // Whether an action runs, or the host is asked for the states of the entries, now. The component must
-    // stay until that has ended.
+    // Whether an action runs now, or the host is being asked for the states of the entries. The component
+    // must stay until that has ended.
     bool IsBusy() const { return mIsBusy || mIsAsking; }
 
 private:

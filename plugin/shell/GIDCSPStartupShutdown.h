@@ -6,14 +6,14 @@
 class GIDCSPStartupShutdown final : public IStartupShutdownService
 {
 public:
-    // Adds each action that the host doesn't know yet, with its menu entry; a host may have kept them from an
-    // earlier session. Without an action or a menu manager nothing is added.
+    // Adds each action that the host doesn't know yet, with its menu entry; a host may have kept some from an
+    // earlier session. If the host has no action manager or no menu manager, nothing is added.
     void Startup() override;
 
-    // Whether Startup is asking the host now, whose services must stay until it has its answers.
+    // Whether Startup is asking the host now. The host's services must stay until Startup has its answers.
     bool IsBusy() const { return mIsStarting; }
 
-    // The host's menus go with its session: nothing to do.
+    // Does nothing: the host's menus end with its session.
     void Shutdown() override;
 
 private:

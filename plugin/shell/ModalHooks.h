@@ -1,7 +1,7 @@
 #pragma once
 
-// Lets the host rest while a window of the plug-in's is modal, and gives such windows their parent. Installed
-// while one of these lives; there is one at a time.
+// Tells the host to rest while a window of the plug-in is modal, and gives such windows their parent. The
+// hooks are installed while this object lives. Only one exists at a time.
 class ModalHooks
 {
 public:

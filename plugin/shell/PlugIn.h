@@ -26,7 +26,7 @@ public:
     const WBaseResourceAccess& GetResourceAccess() const override { return mResourceAccess; }
 
 private:
-    // Whether the plug-in is inside a call of the host's that needs the services.
+    // Whether the plug-in is inside a call from the host that needs the services.
     bool IsBusy() const;
 
     GIDCSPStartupShutdown mStartupShutdown;

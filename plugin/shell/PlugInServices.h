@@ -1,14 +1,15 @@
 #pragma once
 
-// The plug-in's services above the foundation: its texts in the user's language, its alerts and its
-// settings. Counted: the first initialisation brings them up, the last release takes them down in reverse.
-// For the main thread, with the foundation initialised and the plug-in's folders and settings in place.
+// The plug-in's services above the foundation: its texts in the user's language, its alerts and its settings.
+// The calls are counted: the first Initialize starts the services, the last Release ends them in reverse
+// order. For the main thread. The foundation must be initialised, and the plug-in's folders and settings in
+// place.
 class PlugInServices
 {
 public:
-    // Raises what a step raises, with everything undone, and counts for nothing then.
+    // If a step raises, everything is undone, the exception is passed on, and the call is not counted.
     static void Initialize();
 
-    // A release too many is logged and does nothing.
+    // One call too many is logged and does nothing.
     static void Release() noexcept;
 };

@@ -3,9 +3,10 @@
 #include "plugin/shell/ApplicationUse.h"
 #include "plugin/shell/ModalHooks.h"
 
-// Everything that the plug-in's actions stand on, brought up in order when one of these is made and released
-// in reverse when it goes: the application, the foundation, the plug-in's folders and settings, its texts and
-// alerts, and the hooks for its windows. Raises what a step raises, with the steps before it undone.
+// Everything that the plug-in's actions need: the application, the foundation, the plug-in's folders and
+// settings, its texts and alerts, and the hooks for its windows. They are started in this order when the
+// object is made, and ended in reverse order when it is deleted. If a step raises, the steps before it are
+// undone and the exception is passed on.
 class ShellServices
 {
 public:
