@@ -44,8 +44,8 @@ public:
     // Why the last operation failed, in the system's words.
     const QString& getReason() const { return mReason; }
 
-    // Removes the empty folders that makeFolder() and beginFile() have made since the last call of this
-    // function.
+    // Removes the empty folders that makeFolder() and ZipTarget::begin() have made since the last call of
+    // this function.
     void removeMadeFolders();
 
     // Removes a file or an empty folder. True when it was there and has been removed.

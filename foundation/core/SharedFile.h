@@ -26,8 +26,7 @@ enum class [[nodiscard]] FileOpening{
 constexpr int64_t cLargestTextFile = int64_t{256} << 20;
 constexpr int64_t cNoLargestFile = INT64_MAX;
 
-// Opens the file whose name is set in `file`, unbuffered or not as `file` is used; `largest` is in bytes.
-// Sets the reason unless the file is open.
+// Opens the file whose name is set in `file`; `largest` is in bytes. Sets the reason unless the file is open.
 FileOpening OpenSharedForReading(QFile& file, int64_t largest, GString& reason);
 
 // Whether the system says that nothing has the name. Also false if the system can't tell: opening the file

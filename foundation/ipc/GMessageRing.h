@@ -45,7 +45,7 @@ public:
         TooLarge,     // it would not
         Closed,       // nothing more is put in
         Unsure,       // closed by somebody who did not wait for the lock: it may or may not come out
-        Damaged       // the positions make no sense; the owner's next Take corrects them
+        Damaged       // the positions make no sense; the owner's next Peek corrects them
     };
 
     // Makes an empty queue that uses all of the memory; the owner's notice is stored after the ring. The

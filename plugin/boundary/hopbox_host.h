@@ -337,7 +337,7 @@ typedef struct hopbox_plugin_table
     int32_t (*load)(const hopbox_host_table* table, void* host, const hopbox_sink* error);
 
     /* Starts what the actions need: settings, texts, and Qt's windows unless the process has them.
-     * HOPBOX_FAILED, with the reason in `error`, if windows can't be shown. */
+     * HOPBOX_FAILED, with the reason in `error`, if it can't, for example without a display. */
     int32_t (*open_actions)(const hopbox_sink* error);
 
     /* `startup` adds the actions and menu entries that the host does not know yet; `shutdown` tells the
