@@ -111,7 +111,8 @@ QString ScenarioRun::RunAgain() const
         return QString();
     const Outcome outcome = Run(QProcessEnvironment::systemEnvironment());
     if (outcome.status != 0)
-        return QStringLiteral("the next run fails: ") + QString::fromUtf8(outcome.error);
+        return QStringLiteral("the next run fails with status %1: ").arg(outcome.status) +
+               QString::fromUtf8(outcome.error);
     if (mScenario.look(GetRoot()) != mNew)
         return QStringLiteral("the next run leads to:\n") + mScenario.look(GetRoot());
     const QStringList names = ListNames(mScenario.ignored);
